@@ -1,0 +1,36 @@
+/* tavlynapi: card readers, a magnetic-stripe reader and a sonar sensor, from plain C.
+ *
+ * The library holds the devices it has found in a table; nearly every call works on the active one
+ * (SetActDev). A program connects, reads, and disconnects:
+ *
+ *     uint32_t did;
+ *     uint8_t id[8];
+ *     if (USBConnect(&did)) {
+ *       uint16_t bits = GetActiveID(id, sizeof id);   // 0: no card
+ *       USBDisconnect();
+ *     }
+ *
+ * Results. Unless a comment says otherwise a call returns 1 for success and 0 for failure; "unsupported"
+ * stands for the value set by SetUnsupportedProductErrorCode (0 after load), returned when no device is
+ * active or the active one has no such operation. Why a call failed is told by GetLastLibErr in the words
+ * of tavlyn_error_word.
+ *
+ * Threads. USBConnect, USBDisconnect, GetActiveID, GetActiveID32, ReadCfg and BeepNow lock the library for
+ * their whole run. No other call does: do not overlap them from several threads.
+ *
+ * Memory. Text pointers that the library returns are its own and hold until the next like call.
+ *
+ * Wire notation. "reports" counts HID feature reports, a command and a reply being two; bytes are
+ * hexadecimal, without the report ID.
+ */
+#ifndef TAVLYN_API_H
+#define TAVLYN_API_H
+
+#include "api/active_id.h"
+#include "api/connect.h"
+#include "api/identity.h"
+#include "api/reader.h"
+#include "api/records.h"
+#include "api/types.h"
+
+#endif

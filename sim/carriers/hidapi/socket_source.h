@@ -1,0 +1,36 @@
+// The devices of a running tavlynsim process. Without one, or once it has ended, no device is there.
+#pragma once
+
+#include <mutex>
+#include <string>
+#include <utility>
+
+#include "sim/carriers/source.h"
+#include "sim/carriers/wire.h"
+
+namespace tavlyn::sim {
+
+class SocketSource final : public Source {
+ public:
+  explicit SocketSource(std::string path) : path_(std::move(path)) {}
+  ~SocketSource() override { Hangup(); }
+  SocketSource(const SocketSource&) = delete;
+  SocketSource& operator=(const SocketSource&) = delete;
+
+  std::vector<Listed> List() override;
+  Outcome SetFeature(Key key, std::span<const std::uint8_t> report) override;
+  Outcome GetFeature(Key key, std::span<std::uint8_t> report) override;
+  Outcome TakeInput(Key key, std::vector<std::uint8_t>& report) override;
+  bool Run(const std::string& command, std::string& reply) override;
+
+ private:
+  // Sends the message and puts the answer in its place; kGone when there is no one to ask.
+  Outcome Ask(wire::Op op, wire::Message& message);
+  void Hangup();
+
+  std::mutex mutex_;
+  std::string path_;
+  int socket_ = -1;
+};
+
+}  // namespace tavlyn::sim

@@ -1,0 +1,28 @@
+// A rack of this process as a source of devices.
+#pragma once
+
+#include <mutex>
+
+#include "sim/carriers/source.h"
+#include "sim/rack.h"
+
+namespace tavlyn::sim {
+
+class RackSource final : public Source {
+ public:
+  std::vector<Listed> List() override;
+  Outcome SetFeature(Key key, std::span<const std::uint8_t> report) override;
+  Outcome GetFeature(Key key, std::span<std::uint8_t> report) override;
+  Outcome TakeInput(Key key, std::vector<std::uint8_t>& report) override;
+  bool Run(const std::string& command, std::string& reply) override;
+
+ private:
+  // 0 when the interface is not there.
+  [[nodiscard]] int Number(Key key) const;
+
+  std::mutex mutex_;
+  Rack rack_;
+  Key generation_ = 0;  // in the upper half of a key: goes up when the rack counts from 1 again
+};
+
+}  // namespace tavlyn::sim

@@ -1,0 +1,43 @@
+// How a test program talks to a stand-in for a system library that serves simulated devices. Each stand-in
+// exports both functions with C linkage and undecorated names; a program finds them in the stand-in that its
+// own process has loaded (GetProcAddress, dlsym), so that it never loads a second copy.
+//
+// A command is one line of words. Numbers are decimal unless shown as hexadecimal.
+//
+//   plug DEVICE            a new device at the end of the rack; the reply is its number, from 1
+//                          DEVICE: reader, or plus:COUNT (a reader of 2 to 11 configurations), either one
+//                          with @VID:PID behind it in hexadecimal: reader@19E5:2021. As 7A31:3BFB it numbers
+//                          its reports, queues input reports and has a keyboard beside it.
+//   unplug                 takes the device away; programs that have it open see it gone
+//   card HEX:BITS          lays a card on the reader, lowest byte first: card 0102:13
+//   take                   takes the card away
+//   input HEX              queues an input report, its report ID first where the device numbers them
+//   refuse N               the Nth feature-report exchange from here on is refused
+//   garble N               its bits arrive turned over
+//   vanish N               the device is gone from there on
+//   heal                   forgets every fault, a vanished device is back, and exchanges count from 0 again
+//   exchanges              the reply is the count of exchanges since the device was plugged or healed
+//   traffic                the reply is one line for each exchange, with the number of the interface that it
+//                          went to and trailing zeros left out: "set 1 80", "get 1 01 02", "set 1 80
+//                          refused", with report ID 1 "set 2 [1] 80"
+//   clear                  forgets the traffic
+//   record on|off          whether exchanges join the traffic, of every device; on at first
+//   list                   the reply is one line for each device present: number, VID:PID, its DEVICE word
+//   reset                  takes every device away and counts from 1 again
+//
+// "#NUMBER" in front of a command's words names the device meant: "#2 card 0102:26". Without it that is
+// the device plugged last.
+#pragma once
+
+#include <cstddef>
+
+#define TAVLYN_STANDIN "tavlyn_standin"
+#define TAVLYN_STANDIN_MARKER "tavlyn_standin_marker"
+
+// Runs a command. The reply is cut to fit and always ends in a NUL; the result is its whole length, so that
+// a caller may ask again with more room. Below 0: the command failed and the reply tells why.
+using TavlynStandin = int (*)(const char* command, char* reply, std::size_t size);
+
+// The file name of the library that it stands in for. That the name is found at all proves that the stand-in
+// was loaded and not the system's own library.
+using TavlynStandinMarker = const char* (*)();

@@ -1,0 +1,65 @@
+// What the library asked of the simulated system, in order.
+#pragma once
+
+#include <cstdint>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "sim/devices/faults.h"
+
+namespace tavlyn::sim {
+
+enum class EventKind {
+  kSleep,
+  kMutex,  // text: create, lock, unlock, close
+  kLoad,   // the HID libraries
+  kUnload,
+  kWalk,  // text: hid, keyboard
+  kOpen,  // text: path; handle: the new one
+  kClose,
+  kAttributes,
+  kUsage,
+  kSet,
+  kGet,
+  kDrain,
+  kSend,  // socket
+  kRecv,
+  kCloseSocket,
+  kWrite,  // serial port
+  kRead,
+  kPurge,
+  kFlush,
+};
+
+struct Event {
+  EventKind kind{};
+  bool ok = true;
+  std::uint64_t handle = 0;
+  std::uint32_t milliseconds = 0;
+  std::uint8_t reportId = 0;
+  Bytes bytes{};  // payload of a report, without its ID; bytes sent or received
+  std::string text{};
+
+  // As a test or a person reads it: "sleep 80", "open reader-1 -> 1", "set 1 8C 04 07", "get 1 refused".
+  // Reports lose their trailing zeros; a report ID other than 0 shows as "[1]".
+  [[nodiscard]] std::string Line() const;
+};
+
+// Bytes as "8C 04 07"; trailing zeros beyond the first byte may be left out.
+std::string HexText(const Bytes& bytes);
+std::string TrimmedHexText(Bytes bytes);
+
+class Transcript {
+ public:
+  void Add(Event event);
+  void Clear();
+  [[nodiscard]] std::vector<Event> Events() const;
+  [[nodiscard]] std::vector<std::string> Lines() const;
+
+ private:
+  mutable std::mutex mutex_;
+  std::vector<Event> events_;
+};
+
+}  // namespace tavlyn::sim

@@ -1,0 +1,219 @@
+#include "sim/carriers/uhid.h"
+
+#include <fcntl.h>
+#include <linux/uhid.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+namespace tavlyn::sim {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr Usage kKeyboard{0x0001, 0x0006};
+constexpr std::uint16_t kFirstVendorPage = 0xFF00;
+
+// Modifier bits and six key codes.
+constexpr std::uint8_t kKeyboardInput[] = {0x05, 0x07, 0x19, 0xE0, 0x29, 0xE7, 0x15, 0x00, 0x25, 0x01,
+                                           0x75, 0x01, 0x95, 0x08, 0x81, 0x02, 0x95, 0x06, 0x75, 0x08,
+                                           0x25, 0x65, 0x19, 0x00, 0x29, 0x65, 0x81, 0x00};
+// Eight bytes of no told meaning.
+constexpr std::uint8_t kPlainInput[] = {0x15, 0x00, 0x26, 0xFF, 0x00, 0x75, 0x08,
+                                        0x95, 0x08, 0x09, 0x01, 0x81, 0x02};
+
+template <typename Items>
+void Append(std::vector<std::uint8_t>& descriptor, const Items& items) {
+  descriptor.insert(descriptor.end(), std::begin(items), std::end(items));
+}
+
+std::uint8_t Low(std::size_t value) { return static_cast<std::uint8_t>(value & 0xFF); }
+std::uint8_t High(std::size_t value) { return static_cast<std::uint8_t>((value >> 8) & 0xFF); }
+
+bool IsKeyboard(const Usage& usage) { return usage.page == kKeyboard.page && usage.usage == kKeyboard.usage; }
+
+// The collection that holds the feature report: the maker's own, or the first where there is none.
+std::size_t FeatureCollection(const std::vector<Usage>& usages) {
+  const auto own =
+      std::find_if(usages.begin(), usages.end(), [](const Usage& u) { return u.page >= kFirstVendorPage; });
+  return own == usages.end() ? 0 : static_cast<std::size_t>(own - usages.begin());
+}
+
+void AppendFeature(std::vector<std::uint8_t>& descriptor, std::size_t bytes) {
+  Append(descriptor, std::vector<std::uint8_t>{0x06, 0xA0, 0xFF, 0x15, 0x00, 0x26, 0xFF, 0x00, 0x75, 0x08,
+                                               0x96, Low(bytes), High(bytes), 0x09, 0x02, 0xB1, 0x02});
+}
+
+bool SendEvent(int fd, const uhid_event& event) {
+  ssize_t sent = 0;
+  do {
+    sent = write(fd, &event, sizeof event);
+  } while (sent < 0 && errno == EINTR);
+  return sent >= 0;
+}
+
+template <std::size_t N>
+void CopyText(__u8 (&field)[N], const std::string& text) {
+  std::memcpy(field, text.data(), std::min(text.size(), N - 1));
+}
+
+std::string NextPlace() {
+  static std::atomic<unsigned> count{0};
+  return "tavlynsim-" + std::to_string(getpid()) + "/" + std::to_string(++count);
+}
+
+bool HasLine(const fs::path& file, const std::string& wanted) {
+  std::ifstream lines(file);
+  for (std::string line; std::getline(lines, line);) {
+    if (line == wanted) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+std::vector<std::uint8_t> ReportDescriptor(const HidIdentity& identity) {
+  std::vector<std::uint8_t> descriptor;
+  const std::size_t featureAt = FeatureCollection(identity.usages);
+  std::uint8_t otherId = 1;
+  for (std::size_t i = 0; i < identity.usages.size(); ++i) {
+    const Usage& usage = identity.usages[i];
+    Append(descriptor, std::vector<std::uint8_t>{0x06, Low(usage.page), High(usage.page), 0x0A,
+                                                 Low(usage.usage), High(usage.usage), 0xA1, 0x01});
+    if (identity.reportId != 0) {
+      if (otherId == identity.reportId) ++otherId;
+      Append(descriptor, std::vector<std::uint8_t>{0x85, i == featureAt ? identity.reportId : otherId++});
+    }
+    // Without report IDs only one collection can have reports.
+    if (identity.reportId != 0 || i == featureAt) {
+      if (IsKeyboard(usage)) {
+        Append(descriptor, kKeyboardInput);
+      } else {
+        Append(descriptor, kPlainInput);
+      }
+    }
+    if (i == featureAt && identity.featureBytes > 0) AppendFeature(descriptor, identity.featureBytes);
+    descriptor.push_back(0xC0);
+  }
+  return descriptor;
+}
+
+UhidCarrier::UhidCarrier(HidDevice& model) : model_(model), place_(NextPlace()) {}
+
+bool UhidCarrier::Plug() {
+  if (fd_ >= 0) return true;
+  const HidIdentity& identity = model_.Identity();
+  const std::vector<std::uint8_t> descriptor = ReportDescriptor(identity);
+  uhid_event event{};
+  event.type = UHID_CREATE2;
+  uhid_create2_req& create = event.u.create2;
+  if (descriptor.size() > sizeof create.rd_data) {
+    errno = EMSGSIZE;
+    return false;
+  }
+  CopyText(create.name, identity.product);
+  CopyText(create.phys, place_);
+  CopyText(create.uniq, identity.serial);
+  create.bus = BUS_USB;
+  create.vendor = identity.vid;
+  create.product = identity.pid;
+  create.rd_size = static_cast<__u16>(descriptor.size());
+  std::memcpy(create.rd_data, descriptor.data(), descriptor.size());
+
+  fd_ = open("/dev/uhid", O_RDWR | O_NONBLOCK | O_CLOEXEC);
+  if (fd_ < 0) return false;
+  if (SendEvent(fd_, event)) return true;
+  const int reason = errno;
+  Unplug();
+  errno = reason;
+  return false;
+}
+
+void UhidCarrier::Unplug() {
+  if (fd_ < 0) return;
+  close(fd_);  // the kernel takes the device away with it
+  fd_ = -1;
+  open_ = false;
+}
+
+std::string UhidCarrier::Node() const {
+  std::error_code none;
+  for (const fs::directory_entry& device : fs::directory_iterator("/sys/bus/hid/devices", none)) {
+    if (!HasLine(device.path() / "uevent", "HID_PHYS=" + place_)) continue;
+    for (const fs::directory_entry& entry : fs::directory_iterator(device.path() / "hidraw", none)) {
+      const fs::path node = fs::path("/dev") / entry.path().filename();
+      if (fs::exists(node, none)) return node.string();
+    }
+  }
+  return {};
+}
+
+void UhidCarrier::Serve() {
+  uhid_event event{};
+  while (fd_ >= 0 && read(fd_, &event, sizeof event) > 0) {
+    switch (event.type) {
+      case UHID_OPEN: open_ = true; break;
+      case UHID_CLOSE: open_ = false; break;
+      case UHID_GET_REPORT:
+        AnswerGet(event.u.get_report.id, event.u.get_report.rnum, event.u.get_report.rtype);
+        break;
+      case UHID_SET_REPORT:
+        AnswerSet(event.u.set_report.id, event.u.set_report.rtype,
+                  {event.u.set_report.data, event.u.set_report.size});
+        break;
+      default: break;  // starts and stops, and the lamps of a keyboard
+    }
+    event = {};
+  }
+  if (fd_ >= 0 && open_) SendInput();
+  if (!model_.Present()) Unplug();
+}
+
+void UhidCarrier::AnswerGet(std::uint32_t id, std::uint8_t reportNumber, std::uint8_t reportType) {
+  const HidIdentity& identity = model_.Identity();
+  uhid_event event{};
+  event.type = UHID_GET_REPORT_REPLY;
+  uhid_get_report_reply_req& reply = event.u.get_report_reply;
+  reply.id = id;
+  const std::size_t size = std::min(identity.featureBytes, sizeof reply.data - 1);
+  if (reportType == UHID_FEATURE_REPORT && reportNumber == identity.reportId &&
+      model_.GetFeature({reply.data + 1, size})) {
+    // The leading byte goes out for an unnumbered report too: usbhid leaves room for it, uhid does not.
+    reply.data[0] = identity.reportId;
+    reply.size = static_cast<__u16>(size + 1);
+  } else {
+    reply.err = EIO;
+  }
+  SendEvent(fd_, event);
+}
+
+void UhidCarrier::AnswerSet(std::uint32_t id, std::uint8_t reportType, std::span<const std::uint8_t> report) {
+  uhid_event event{};
+  event.type = UHID_SET_REPORT_REPLY;
+  event.u.set_report_reply.id = id;
+  const bool accepted = reportType == UHID_FEATURE_REPORT && !report.empty() &&
+                        report[0] == model_.Identity().reportId && model_.SetFeature(report.subspan(1));
+  event.u.set_report_reply.err = accepted ? 0 : EIO;
+  SendEvent(fd_, event);
+}
+
+// Like a USB host, the kernel asks for input only while someone listens; until then the model keeps it.
+void UhidCarrier::SendInput() {
+  std::vector<std::uint8_t> report;
+  while (model_.TakeInput(report)) {
+    uhid_event event{};
+    event.type = UHID_INPUT2;
+    event.u.input2.size = static_cast<__u16>(std::min(report.size(), sizeof event.u.input2.data));
+    std::memcpy(event.u.input2.data, report.data(), event.u.input2.size);
+    SendEvent(fd_, event);
+  }
+}
+
+}  // namespace tavlyn::sim

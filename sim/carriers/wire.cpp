@@ -1,0 +1,172 @@
+#include "sim/carriers/wire.h"
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <string>
+
+namespace tavlyn::sim::wire {
+namespace {
+
+struct Header {
+  std::uint32_t code;
+  std::uint32_t key;
+  std::uint32_t length;
+};
+
+// Beyond any list or record of traffic; a longer one is no message of ours.
+constexpr std::uint32_t kLongestBody = 1U << 26U;
+
+bool SendAll(int socket, std::span<const std::uint8_t> bytes) {
+  while (!bytes.empty()) {
+    const ssize_t sent = send(socket, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+    if (sent < 0 && errno == EINTR) continue;
+    if (sent <= 0) return false;
+    bytes = bytes.subspan(static_cast<std::size_t>(sent));
+  }
+  return true;
+}
+
+bool ReceiveAll(int socket, std::span<std::uint8_t> bytes) {
+  while (!bytes.empty()) {
+    const ssize_t got = recv(socket, bytes.data(), bytes.size(), 0);
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) return false;
+    bytes = bytes.subspan(static_cast<std::size_t>(got));
+  }
+  return true;
+}
+
+template <typename Attach>
+int OpenSocket(const char* path, Attach attach) {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  if (std::strlen(path) >= sizeof address.sun_path) return -1;
+  std::strcpy(address.sun_path, path);
+  const int made = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  if (made < 0 || attach(made, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) return made;
+  close(made);
+  return -1;
+}
+
+class Packer {
+ public:
+  template <typename Number>
+  void Put(Number number) {
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(&number);
+    packed.insert(packed.end(), bytes, bytes + sizeof number);
+  }
+  void Put(const std::string& text) {
+    Put(static_cast<std::uint32_t>(text.size()));
+    packed.insert(packed.end(), text.begin(), text.end());
+  }
+
+  std::vector<std::uint8_t> packed;
+};
+
+// Once something was missing every further take fails too.
+class Unpacker {
+ public:
+  explicit Unpacker(std::span<const std::uint8_t> packed) : left_(packed) {}
+
+  template <typename Number>
+  Number Take() {
+    Number number{};
+    if (!Has(sizeof number)) return number;
+    std::memcpy(&number, left_.data(), sizeof number);
+    left_ = left_.subspan(sizeof number);
+    return number;
+  }
+  std::string TakeText() {
+    const auto length = Take<std::uint32_t>();
+    if (!Has(length)) return {};
+    const std::string text(left_.begin(), left_.begin() + length);
+    left_ = left_.subspan(length);
+    return text;
+  }
+  [[nodiscard]] bool Whole() const { return whole_; }
+
+ private:
+  bool Has(std::size_t count) {
+    whole_ = whole_ && left_.size() >= count;
+    return whole_;
+  }
+
+  std::span<const std::uint8_t> left_;
+  bool whole_ = true;
+};
+
+}  // namespace
+
+bool Send(int socket, const Message& message) {
+  const Header header{message.code, message.key, static_cast<std::uint32_t>(message.body.size())};
+  Packer packer;
+  packer.Put(header);
+  packer.packed.insert(packer.packed.end(), message.body.begin(), message.body.end());
+  return SendAll(socket, packer.packed);
+}
+
+bool Receive(int socket, Message& message) {
+  Header header{};
+  if (!ReceiveAll(socket, {reinterpret_cast<std::uint8_t*>(&header), sizeof header})) return false;
+  if (header.code > 0xFF || header.length > kLongestBody) return false;
+  message.code = static_cast<std::uint8_t>(header.code);
+  message.key = header.key;
+  message.body.resize(header.length);
+  return ReceiveAll(socket, message.body);
+}
+
+int Connect(const char* path) {
+  return OpenSocket(
+      path, [](int made, const sockaddr* address, socklen_t size) { return connect(made, address, size); });
+}
+
+int Listen(const char* path) {
+  constexpr int kWaiting = 16;
+  return OpenSocket(path, [](int made, const sockaddr* address, socklen_t size) {
+    return bind(made, address, size) == 0 ? listen(made, kWaiting) : -1;
+  });
+}
+
+std::vector<std::uint8_t> PackList(const std::vector<Listed>& list) {
+  Packer packer;
+  packer.Put(static_cast<std::uint32_t>(list.size()));
+  for (const Listed& listed : list) {
+    const HidIdentity& identity = listed.identity;
+    packer.Put(listed.key);
+    packer.Put(identity.vid);
+    packer.Put(identity.pid);
+    packer.Put(identity.reportId);
+    packer.Put(static_cast<std::uint32_t>(identity.featureBytes));
+    packer.Put(identity.product);
+    packer.Put(identity.serial);
+    packer.Put(static_cast<std::uint32_t>(identity.usages.size()));
+    for (const Usage& usage : identity.usages) packer.Put(usage);
+  }
+  return std::move(packer.packed);
+}
+
+bool UnpackList(std::span<const std::uint8_t> packed, std::vector<Listed>& list) {
+  Unpacker unpacker(packed);
+  list.clear();
+  for (auto left = unpacker.Take<std::uint32_t>(); left > 0 && unpacker.Whole(); --left) {
+    Listed& listed = list.emplace_back();
+    HidIdentity& identity = listed.identity;
+    listed.key = unpacker.Take<Key>();
+    identity.vid = unpacker.Take<std::uint16_t>();
+    identity.pid = unpacker.Take<std::uint16_t>();
+    identity.reportId = unpacker.Take<std::uint8_t>();
+    identity.featureBytes = unpacker.Take<std::uint32_t>();
+    identity.product = unpacker.TakeText();
+    identity.serial = unpacker.TakeText();
+    for (auto usages = unpacker.Take<std::uint32_t>(); usages > 0 && unpacker.Whole(); --usages) {
+      identity.usages.push_back(unpacker.Take<Usage>());
+    }
+  }
+  return unpacker.Whole();
+}
+
+}  // namespace tavlyn::sim::wire

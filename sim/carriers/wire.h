@@ -1,0 +1,45 @@
+// What a stand-in and the tavlynsim process that serves it say to each other over a Unix stream socket. The
+// stand-in asks, one message at a time, and gets one message back. Both run on one machine: numbers stand in
+// its byte order.
+//
+//   asked        key        body          answered   body
+//   kList        -          -             kDone      a list, as PackList makes it
+//   kSetFeature  interface  report        outcome    -
+//   kGetFeature  interface  report        outcome    the report, when kDone
+//   kTakeInput   interface  -             outcome    the report, when kDone
+//   kRun         -          command line  outcome    the reply, or why it failed
+//
+// Reports have their report ID in byte 0; that of kGetFeature is as long as the answer shall be.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "sim/carriers/source.h"
+
+namespace tavlyn::sim::wire {
+
+// Holds the path of the socket.
+inline constexpr const char* kSocketVariable = "TAVLYNSIM_SOCKET";
+
+enum class Op : std::uint8_t { kList, kSetFeature, kGetFeature, kTakeInput, kRun };
+
+struct Message {
+  std::uint8_t code = 0;  // an Op, or an Outcome
+  Key key = 0;
+  std::vector<std::uint8_t> body;
+};
+
+// False: the other side is gone, or what came is no message. Neither raises SIGPIPE.
+bool Send(int socket, const Message& message);
+bool Receive(int socket, Message& message);
+
+// The socket, or -1.
+int Connect(const char* path);
+int Listen(const char* path);
+
+std::vector<std::uint8_t> PackList(const std::vector<Listed>& list);
+bool UnpackList(std::span<const std::uint8_t> packed, std::vector<Listed>& list);
+
+}  // namespace tavlyn::sim::wire

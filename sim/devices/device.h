@@ -1,0 +1,52 @@
+// What a simulated device is to the carriers that lead to it. A model does no input or output of its own:
+// it is handed reports or bytes, answers as the firmware would, and keeps its state until it is destroyed.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace tavlyn::sim {
+
+struct Usage {
+  std::uint16_t page = 0;
+  std::uint16_t usage = 0;
+};
+
+// How a device shows itself on USB: one HID interface.
+struct HidIdentity {
+  std::uint16_t vid = 0;
+  std::uint16_t pid = 0;
+  std::vector<Usage> usages;     // its top-level collections
+  std::uint8_t reportId = 0;     // of its feature report; 0 = unnumbered
+  std::size_t featureBytes = 8;  // payload of its feature report, without the ID
+  std::string product;
+  std::string serial;
+};
+
+class HidDevice {
+ public:
+  virtual ~HidDevice() = default;
+  [[nodiscard]] virtual const HidIdentity& Identity() const = 0;
+  // Payloads are without the report ID. False: the device refused (a stalled control transfer), or is gone.
+  virtual bool SetFeature(std::span<const std::uint8_t> payload) = 0;
+  virtual bool GetFeature(std::span<std::uint8_t> payload) = 0;
+  // The oldest queued input report, with its report ID where the device numbers them; false when there is
+  // none.
+  virtual bool TakeInput(std::vector<std::uint8_t>& report) = 0;
+  // Unplugged, or vanished by a fault: nothing lists it any more and every exchange fails.
+  [[nodiscard]] virtual bool Present() const = 0;
+};
+
+// The serial side of a device: a byte stream in each direction.
+class ByteDevice {
+ public:
+  virtual ~ByteDevice() = default;
+  virtual void Receive(std::span<const std::uint8_t> bytes) = 0;
+  // Takes up to bytes.size() bytes of what the device has sent; the count taken.
+  virtual std::size_t Take(std::span<std::uint8_t> bytes) = 0;
+};
+
+}  // namespace tavlyn::sim

@@ -1,0 +1,81 @@
+#include "sim/devices/reader.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "sim/devices/reader_actions.h"
+
+namespace tavlyn::sim {
+namespace {
+
+constexpr std::uint16_t kVid = 0x7A31;
+constexpr std::uint16_t kReaderPid = 0x3BFA;
+constexpr std::uint16_t kKeldaPid = 0x3BFB;
+constexpr Usage kKeyboard{1, 6};
+constexpr Usage kVendorReader{0xFFA0, 0xA000};
+
+HidIdentity IdentityOf(std::uint16_t pid, Usage usage, std::uint8_t reportId, std::string product) {
+  return {kVid, pid, {usage}, reportId, sizeof(Block), std::move(product), "0400123456"};
+}
+
+}  // namespace
+
+Reader::Reader(ReaderState initial)
+    : state(std::move(initial)), identity(IdentityOf(kReaderPid, kKeyboard, 0, "Orvantis card reader")) {}
+
+std::shared_ptr<Reader> Reader::Plain() { return std::make_shared<Reader>(PlainReaderState()); }
+
+std::shared_ptr<Reader> Reader::Plus(int configurations) {
+  return std::make_shared<Reader>(PlusReaderState(configurations));
+}
+
+std::shared_ptr<Reader> Reader::Kelda(int configurations) {
+  auto reader = Plus(configurations);
+  reader->identity = IdentityOf(kKeldaPid, kVendorReader, 1, "Orvantis Kelda");
+  return reader;
+}
+
+void Reader::PutCard(Bytes id, int bits) {
+  state.card.bits = static_cast<std::uint8_t>(bits != 0 ? bits : static_cast<int>(id.size() * 8));
+  state.card.id = std::move(id);
+}
+
+void Reader::TakeCard() { state.card = {}; }
+
+void Reader::QueueInput(Bytes report) { state.inputs.push_back(std::move(report)); }
+
+void Reader::PowerCycle() {
+  LoseWorkingMemory(state);
+  reply_ = command_ = {};
+  dataMayFollow_ = false;
+}
+
+bool Reader::TakeInput(std::vector<std::uint8_t>& report) {
+  if (!Present() || state.inputs.empty()) return false;
+  report = std::move(state.inputs.front());
+  state.inputs.pop_front();
+  return true;
+}
+
+bool Reader::GetFeature(std::span<std::uint8_t> payload) {
+  if (!Present() || payload.size() > sizeof(Block)) return false;
+  const Fault fault = faults.Next();
+  dataMayFollow_ = false;  // a fetch, refused or not, ends a store that got no data
+  if (fault == Fault::kRefuse || fault == Fault::kVanish) return false;
+  if (faults.TakeReplyRefusal(command_)) return false;
+
+  Block reply = reply_;
+  if (const auto answer = faults.TakeAnswer(command_)) reply = Chunk(*answer, 0);
+  if (fault == Fault::kGarble) Garble(reply);
+  std::copy_n(reply.begin(), payload.size(), payload.begin());
+  return true;
+}
+
+InertInterface::InertInterface(std::uint16_t vid, std::uint16_t pid, Usage usage) {
+  identity.vid = vid;
+  identity.pid = pid;
+  identity.usages = {usage};
+  identity.featureBytes = 0;
+}
+
+}  // namespace tavlyn::sim

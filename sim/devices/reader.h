@@ -1,0 +1,72 @@
+// The card reader as its firmware shows itself over feature reports of 8 bytes. A command report is followed
+// by a fetch of its reply, or, for commands that store something, by a data report: the next report of any
+// kind is then taken as that data, unless a fetch comes first.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "sim/devices/device.h"
+#include "sim/devices/faults.h"
+#include "sim/devices/reader_state.h"
+
+namespace tavlyn::sim {
+
+class Reader final : public HidDevice {
+ public:
+  explicit Reader(ReaderState initial);
+
+  static std::shared_ptr<Reader> Plain();
+  // A reader of 1 to 11 configurations.
+  static std::shared_ptr<Reader> Plus(int configurations = 2);
+  // The plus reader 7A31:3BFB: numbered reports, and an input report for each ID that it wants read. Its
+  // keyboard is an interface of its own, an InertInterface.
+  static std::shared_ptr<Reader> Kelda(int configurations = 2);
+
+  ReaderState state;
+  Faults faults;
+  HidIdentity identity;
+
+  // bits 0: eight for each byte.
+  void PutCard(Bytes id, int bits = 0);
+  void TakeCard();
+  void QueueInput(Bytes report);
+  // Working memory is lost, committed memory comes back.
+  void PowerCycle();
+  void Unplug() { plugged_ = false; }
+  void PlugIn() { plugged_ = true; }
+
+  [[nodiscard]] const HidIdentity& Identity() const override { return identity; }
+  bool SetFeature(std::span<const std::uint8_t> payload) override;
+  bool GetFeature(std::span<std::uint8_t> payload) override;
+  bool TakeInput(std::vector<std::uint8_t>& report) override;
+  [[nodiscard]] bool Present() const override { return plugged_ && !faults.Vanished(); }
+
+ private:
+  bool TakeCommand(const Block& report);
+
+  Block reply_{};
+  Block command_{};  // the last one taken
+  bool dataMayFollow_ = false;
+  bool plugged_ = true;
+};
+
+// An interface that a device shows beside its reader one, such as a keyboard: it can be listed and opened but
+// has no feature report.
+class InertInterface final : public HidDevice {
+ public:
+  InertInterface(std::uint16_t vid, std::uint16_t pid, Usage usage = {1, 6});
+
+  HidIdentity identity;
+  bool present = true;
+
+  [[nodiscard]] const HidIdentity& Identity() const override { return identity; }
+  bool SetFeature(std::span<const std::uint8_t>) override { return false; }
+  bool GetFeature(std::span<std::uint8_t>) override { return false; }
+  bool TakeInput(std::vector<std::uint8_t>&) override { return false; }
+  [[nodiscard]] bool Present() const override { return present; }
+};
+
+}  // namespace tavlyn::sim

@@ -1,0 +1,293 @@
+#include "sim/rack.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdio>
+#include <optional>
+#include <sstream>
+
+namespace tavlyn::sim {
+namespace {
+
+constexpr std::uint16_t kKeldaVid = 0x7A31;
+constexpr std::uint16_t kKeldaPid = 0x3BFB;
+
+template <typename Number>
+std::optional<Number> ParseNumber(const std::string& text, int base = 10) {
+  Number number{};
+  const char* end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, number, base);
+  if (error != std::errc{} || stop != end) return std::nullopt;
+  return number;
+}
+
+std::optional<Bytes> ParseHex(const std::string& text) {
+  if (text.empty() || text.size() % 2 != 0) return std::nullopt;
+  Bytes bytes;
+  for (std::size_t i = 0; i < text.size(); i += 2) {
+    const auto byte = ParseNumber<std::uint8_t>(text.substr(i, 2), 16);
+    if (!byte) return std::nullopt;
+    bytes.push_back(*byte);
+  }
+  return bytes;
+}
+
+struct DeviceWord {
+  int configurations = 1;  // 1: a plain reader
+  std::uint16_t vid = 0;   // 0: the model's own pair
+  std::uint16_t pid = 0;
+};
+
+// What stands behind the @: VID:PID.
+bool ParsePair(const std::string& text, DeviceWord& word) {
+  const std::size_t colon = text.find(':');
+  if (colon == std::string::npos) return false;
+  const auto vid = ParseNumber<std::uint16_t>(text.substr(0, colon), 16);
+  const auto pid = ParseNumber<std::uint16_t>(text.substr(colon + 1), 16);
+  if (!vid || !pid || *vid == 0) return false;
+  word.vid = *vid;
+  word.pid = *pid;
+  return true;
+}
+
+std::optional<DeviceWord> ParseDevice(const std::string& text) {
+  DeviceWord word;
+  const std::size_t at = text.find('@');
+  if (at != std::string::npos && !ParsePair(text.substr(at + 1), word)) return std::nullopt;
+  const std::string kind = text.substr(0, at);
+  if (kind == "reader") return word;
+  if (!kind.starts_with("plus:")) return std::nullopt;
+  const auto count = ParseNumber<int>(kind.substr(5));
+  if (!count || *count < 2 || *count > 11) return std::nullopt;
+  word.configurations = *count;
+  return word;
+}
+
+bool IsKelda(const DeviceWord& word) { return word.vid == kKeldaVid && word.pid == kKeldaPid; }
+
+std::shared_ptr<Reader> MakeReader(const DeviceWord& word) {
+  if (IsKelda(word)) return Reader::Kelda(word.configurations);
+  auto reader = word.configurations == 1 ? Reader::Plain() : Reader::Plus(word.configurations);
+  if (word.vid != 0) {
+    reader->identity.vid = word.vid;
+    reader->identity.pid = word.pid;
+  }
+  return reader;
+}
+
+bool Fail(std::string& reply, const std::string& reason) {
+  reply = reason;
+  return false;
+}
+
+Event Exchange(EventKind kind, int number, std::span<const std::uint8_t> report, bool done) {
+  Event event;
+  event.kind = kind;
+  event.ok = done;
+  event.handle = static_cast<std::uint64_t>(number);
+  event.reportId = report[0];
+  event.bytes.assign(report.begin() + 1, report.end());
+  return event;
+}
+
+}  // namespace
+
+struct Rack::Verb {
+  const char* name;
+  std::size_t words;  // with the name
+  bool toDevice;      // means one device, which has to be there
+  bool (Rack::*run)(const Words&, std::string&);
+};
+
+const Rack::Verb Rack::kVerbs[] = {
+    {"plug", 2, false, &Rack::Plug},          {"list", 1, false, &Rack::List},
+    {"reset", 1, false, &Rack::Reset},        {"unplug", 1, true, &Rack::Unplug},
+    {"card", 2, true, &Rack::PutCard},        {"take", 1, true, &Rack::TakeCard},
+    {"input", 2, true, &Rack::QueueInput},    {"refuse", 2, true, &Rack::ArmFault},
+    {"garble", 2, true, &Rack::ArmFault},     {"vanish", 2, true, &Rack::ArmFault},
+    {"heal", 1, true, &Rack::Heal},           {"exchanges", 1, true, &Rack::CountExchanges},
+    {"traffic", 1, true, &Rack::ShowTraffic}, {"clear", 1, true, &Rack::ClearTraffic},
+    {"record", 2, false, &Rack::Record},
+};
+
+bool Rack::Run(const std::string& command, std::string& reply) {
+  reply.clear();
+  std::istringstream line(command);
+  Words words;
+  for (std::string word; line >> word;) words.push_back(word);
+  const bool chosen = Choose(words);
+  if (words.empty()) return Fail(reply, "no command");
+  for (const Verb& verb : kVerbs) {
+    if (words[0] != verb.name) continue;
+    if (words.size() != verb.words) return Fail(reply, words[0] + ": wrong number of words");
+    if (verb.toDevice && !chosen) return Fail(reply, words[0] + ": no such device");
+    return (this->*verb.run)(words, reply);
+  }
+  return Fail(reply, words[0] + ": no such command");
+}
+
+bool Rack::Choose(Words& words) {
+  std::size_t number = slots_.size();
+  if (!words.empty() && words[0].starts_with('#')) {
+    number = ParseNumber<std::size_t>(words[0].substr(1)).value_or(0);
+    words.erase(words.begin());
+  }
+  const bool there = number >= 1 && number <= slots_.size();
+  chosen_ = there ? slots_[number - 1].get() : nullptr;
+  return there;
+}
+
+bool Rack::Plug(const Words& words, std::string& reply) {
+  const auto word = ParseDevice(words[1]);
+  if (!word) return Fail(reply, words[1] + ": no such kind of device");
+  auto slot = std::make_unique<Slot>();
+  slot->word = words[1];
+  slot->reader = MakeReader(*word);
+  if (IsKelda(*word)) {
+    slot->keyboard = std::make_shared<InertInterface>(kKeldaVid, kKeldaPid);
+    places_.push_back({slot.get(), slot->keyboard.get()});
+  }
+  places_.push_back({slot.get(), slot->reader.get()});
+  slots_.push_back(std::move(slot));
+  reply = std::to_string(slots_.size());
+  return true;
+}
+
+bool Rack::List(const Words&, std::string& reply) {
+  for (std::size_t i = 0; i < slots_.size(); ++i) {
+    if (!slots_[i]->reader->Present()) continue;
+    const HidIdentity& identity = slots_[i]->reader->Identity();
+    char pair[16];
+    std::snprintf(pair, sizeof pair, "%04X:%04X", identity.vid, identity.pid);
+    reply += std::to_string(i + 1) + " " + pair + " " + slots_[i]->word + "\n";
+  }
+  return true;
+}
+
+bool Rack::Reset(const Words&, std::string&) {
+  chosen_ = nullptr;
+  places_.clear();
+  slots_.clear();
+  return true;
+}
+
+bool Rack::Unplug(const Words&, std::string&) {
+  chosen_->reader->Unplug();
+  return true;
+}
+
+bool Rack::PutCard(const Words& words, std::string& reply) {
+  const std::size_t colon = words[1].find(':');
+  const auto id = ParseHex(words[1].substr(0, colon));
+  const auto bits = colon == std::string::npos ? std::nullopt : ParseNumber<int>(words[1].substr(colon + 1));
+  if (!id || !bits || *bits < 1 || *bits > 255) return Fail(reply, words[1] + ": a card is HEX:BITS");
+  chosen_->reader->PutCard(*id, *bits);
+  return true;
+}
+
+bool Rack::TakeCard(const Words&, std::string&) {
+  chosen_->reader->TakeCard();
+  return true;
+}
+
+bool Rack::QueueInput(const Words& words, std::string& reply) {
+  const auto report = ParseHex(words[1]);
+  if (!report) return Fail(reply, words[1] + ": a report is hexadecimal");
+  chosen_->reader->QueueInput(*report);
+  return true;
+}
+
+bool Rack::ArmFault(const Words& words, std::string& reply) {
+  const auto count = ParseNumber<int>(words[1]);
+  if (!count || *count < 1) return Fail(reply, words[1] + ": exchanges count from 1");
+  Faults& faults = chosen_->reader->faults;
+  const int exchange = faults.Exchanges() + *count;
+  if (words[0] == "refuse") faults.RefuseAt(exchange);
+  if (words[0] == "garble") faults.GarbleAt(exchange);
+  if (words[0] == "vanish") faults.VanishAt(exchange);
+  return true;
+}
+
+bool Rack::Heal(const Words&, std::string&) {
+  chosen_->reader->faults.Restart();
+  return true;
+}
+
+bool Rack::CountExchanges(const Words&, std::string& reply) {
+  reply = std::to_string(chosen_->reader->faults.Exchanges());
+  return true;
+}
+
+bool Rack::ShowTraffic(const Words&, std::string& reply) {
+  for (const std::string& line : chosen_->traffic.Lines()) reply += line + "\n";
+  return true;
+}
+
+bool Rack::ClearTraffic(const Words&, std::string&) {
+  chosen_->traffic.Clear();
+  return true;
+}
+
+bool Rack::Record(const Words& words, std::string& reply) {
+  if (words[1] != "on" && words[1] != "off") return Fail(reply, words[1] + ": on or off");
+  recording_ = words[1] == "on";
+  return true;
+}
+
+std::vector<Rack::Interface> Rack::Present() const {
+  std::vector<Interface> present;
+  for (std::size_t i = 0; i < places_.size(); ++i) {
+    if (places_[i].slot->reader->Present()) {
+      present.push_back({static_cast<int>(i + 1), places_[i].device->Identity()});
+    }
+  }
+  return present;
+}
+
+const Rack::Place* Rack::Find(int number) const {
+  if (number < 1 || static_cast<std::size_t>(number) > places_.size()) return nullptr;
+  return &places_[static_cast<std::size_t>(number) - 1];
+}
+
+bool Rack::IsPresent(int number) const {
+  const Place* place = Find(number);
+  return place != nullptr && place->slot->reader->Present();
+}
+
+const HidIdentity* Rack::Identity(int number) const {
+  const Place* place = Find(number);
+  return place == nullptr ? nullptr : &place->device->Identity();
+}
+
+const Rack::Place* Rack::Reach(int number, std::span<const std::uint8_t> report) const {
+  if (!IsPresent(number)) return nullptr;
+  const Place* place = Find(number);
+  const HidIdentity& identity = place->device->Identity();
+  const bool fits = report.size() == identity.featureBytes + 1 && report[0] == identity.reportId;
+  return fits ? place : nullptr;
+}
+
+bool Rack::SetFeature(int number, std::span<const std::uint8_t> report) {
+  const Place* place = Reach(number, report);
+  if (place == nullptr) return false;
+  const bool done = place->device->SetFeature(report.subspan(1));
+  if (recording_) place->slot->traffic.Add(Exchange(EventKind::kSet, number, report, done));
+  return done;
+}
+
+bool Rack::GetFeature(int number, std::span<std::uint8_t> report) {
+  const Place* place = Reach(number, report);
+  if (place == nullptr) return false;
+  const bool done = place->device->GetFeature(report.subspan(1));
+  if (recording_) {
+    place->slot->traffic.Add(Exchange(EventKind::kGet, number, done ? report : report.first(1), done));
+  }
+  return done;
+}
+
+bool Rack::TakeInput(int number, std::vector<std::uint8_t>& report) {
+  const Place* place = Find(number);
+  return IsPresent(number) && place->device->TakeInput(report);
+}
+
+}  // namespace tavlyn::sim

@@ -1,0 +1,83 @@
+// The rack of simulated devices behind a carrier: it owns the models, runs the commands listed in
+// sim/carriers/standin_control.h and keeps the record of the traffic. It takes no lock; its carrier does.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "sim/carriers/transcript.h"
+#include "sim/devices/reader.h"
+
+namespace tavlyn::sim {
+
+class Rack {
+ public:
+  using Words = std::vector<std::string>;
+
+  // False: it was not done, and the reply tells why.
+  bool Run(const std::string& command, std::string& reply);
+
+  // One HID interface that a system would list. Its number stands for it until the rack is reset.
+  struct Interface {
+    int number;
+    const HidIdentity& identity;
+  };
+  // Those present now, in the order of plugging.
+  [[nodiscard]] std::vector<Interface> Present() const;
+  [[nodiscard]] bool IsPresent(int number) const;
+  // Null when there never was such an interface.
+  [[nodiscard]] const HidIdentity* Identity(int number) const;
+
+  // Reports as programs hand them over, with the report ID in byte 0. False: refused, or gone, or no report
+  // of that ID and length.
+  bool SetFeature(int number, std::span<const std::uint8_t> report);
+  bool GetFeature(int number, std::span<std::uint8_t> report);
+  // The oldest queued input report; false when there is none.
+  bool TakeInput(int number, std::vector<std::uint8_t>& report);
+
+ private:
+  // A device as it hangs on its cable: the reader, and what shows itself beside it.
+  struct Slot {
+    std::string word;
+    std::shared_ptr<Reader> reader;
+    std::shared_ptr<HidDevice> keyboard;  // null for most
+    Transcript traffic;
+  };
+  struct Place {
+    Slot* slot;
+    HidDevice* device;
+  };
+
+  struct Verb;
+  static const Verb kVerbs[];
+
+  bool Plug(const Words& words, std::string& reply);
+  bool List(const Words& words, std::string& reply);
+  bool Reset(const Words& words, std::string& reply);
+  bool Unplug(const Words& words, std::string& reply);
+  bool PutCard(const Words& words, std::string& reply);
+  bool TakeCard(const Words& words, std::string& reply);
+  bool QueueInput(const Words& words, std::string& reply);
+  bool ArmFault(const Words& words, std::string& reply);
+  bool Heal(const Words& words, std::string& reply);
+  bool CountExchanges(const Words& words, std::string& reply);
+  bool ShowTraffic(const Words& words, std::string& reply);
+  bool ClearTraffic(const Words& words, std::string& reply);
+  bool Record(const Words& words, std::string& reply);
+
+  // Takes a leading #NUMBER off the words and says whether that device exists.
+  bool Choose(Words& words);
+  [[nodiscard]] const Place* Find(int number) const;
+  // The interface's place when a feature report of this ID and length can go to it.
+  [[nodiscard]] const Place* Reach(int number, std::span<const std::uint8_t> report) const;
+
+  std::vector<std::unique_ptr<Slot>> slots_;  // device n is entry n-1
+  std::vector<Place> places_;                 // interface n is entry n-1
+  Slot* chosen_ = nullptr;                    // whom the running command means
+  bool recording_ = true;
+};
+
+}  // namespace tavlyn::sim

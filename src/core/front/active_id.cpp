@@ -1,0 +1,125 @@
+// The active ID: a gate that keeps polls from reaching the device too often, with a cache of one entry.
+#include <algorithm>
+#include <cstring>
+
+#include "api.h"
+#include "core/id_cache.h"
+#include "core/locked.h"
+#include "core/openings.h"
+#include "core/trace.h"
+
+namespace tavlyn {
+namespace {
+
+// A device spoken to less than this ago is left alone.
+constexpr std::uint64_t kGateMs = 235;
+
+using Routine = std::uint16_t (*Product::*)(std::uint8_t*, std::int16_t);
+
+enum class Gate { kOpen, kCached, kExpired };
+
+Gate GateNow() {
+  tsDevEntry& entry = ActiveEntry();
+  // A tick counter that has wrapped gives a huge age and so counts as long past.
+  const std::uint64_t age = platform::TheHost().clock.Tick() - entry.LastTxTick;
+  if (age >= kGateMs) return Gate::kOpen;
+  const std::int16_t hold = entry.ActiveSlot()[field::TimeParms_iIDHoldTO];
+  return static_cast<std::int64_t>(age) < hold ? Gate::kCached : Gate::kExpired;
+}
+
+void ForgetId() {
+  LastIDBytes.fill(0);
+  LastIDBits = 0;
+}
+
+// How much of the caller's buffer takes part in the cache.
+std::size_t CachedLength(std::int16_t length) {
+  return static_cast<std::size_t>(std::min<std::int16_t>(length, kIdBytes));
+}
+
+std::uint32_t Serve(std::uint8_t* buffer, std::int16_t length) {
+  std::memmove(buffer, LastIDBytes.data(), CachedLength(length));
+  return LastIDBits;
+}
+
+std::uint32_t Expire(std::uint8_t* buffer, std::int16_t length) {
+  std::memset(buffer, 0, static_cast<std::size_t>(length));
+  ForgetId();
+  return 0;
+}
+
+std::uint32_t Fetch(Routine routine, std::uint8_t* buffer, std::int16_t length) {
+  const Product* product = ActiveProduct();
+  if (product == nullptr || product->*routine == nullptr) return UnsupportedValue;
+  const std::uint16_t bits = (product->*routine)(buffer, length);
+  const std::size_t kept = CachedLength(length);
+  std::memmove(LastIDBytes.data(), buffer, kept);
+  std::fill(LastIDBytes.begin() + kept, LastIDBytes.end(), std::uint8_t{0});
+  LastIDBits = static_cast<std::uint32_t>(static_cast<std::int16_t>(bits));
+  return bits;
+}
+
+std::uint32_t Read(Routine routine, std::uint8_t* buffer, std::int16_t length) {
+  std::uint8_t nowhere = 0;
+  if (buffer == nullptr || length < 0) {
+    buffer = &nowhere;
+    length = 0;
+  }
+  const Locked lock;
+  if (!ActiveInRange()) return UnsupportedValue;
+  switch (GateNow()) {
+    case Gate::kCached: return Serve(buffer, length);
+    case Gate::kExpired: return Expire(buffer, length);
+    case Gate::kOpen: break;
+  }
+  return Fetch(routine, buffer, length);
+}
+
+std::uint16_t LoggedRead(const char* tag, Routine routine, std::uint8_t* buffer, std::int16_t length) {
+  LogLine(tag, "ENTER");
+  const auto bits = static_cast<std::uint16_t>(Read(routine, buffer, length));
+  LogLine(tag, "EXIT");
+  return bits;
+}
+
+using Export = std::uint16_t (*)(std::uint8_t*, std::int16_t);
+
+std::uint16_t ReadIntoCache(Export read, std::uint16_t bytes) {
+  if (!ActiveInRange()) return UnsupportedValue;
+  const Gate gate = GateNow();
+  if (gate == Gate::kCached) return static_cast<std::uint16_t>(LastIDBits);
+  if (gate == Gate::kExpired) {
+    ForgetId();
+    return 0;
+  }
+  const std::uint32_t kind = ActiveEntry().ProductKind;
+  if (kind == kSonar) return 0;
+  if (ProductOf(kind) == nullptr) return UnsupportedValue;
+  LastIDLen = std::min<std::uint16_t>(bytes, kIdBytes);
+  std::fill_n(LastIDBytes.begin(), LastIDLen, std::uint8_t{0});
+  return read(LastIDBytes.data(), static_cast<std::int16_t>(LastIDLen));
+}
+
+}  // namespace
+}  // namespace tavlyn
+
+using namespace tavlyn;
+
+std::uint16_t GetActiveID(std::uint8_t* buffer, std::int16_t length) {
+  return LoggedRead("GetActiveID", &Product::getActiveId, buffer, length);
+}
+
+std::uint16_t GetActiveID32(std::uint8_t* buffer, std::int16_t length) {
+  return LoggedRead("GetActiveID32", &Product::getActiveId32, buffer, length);
+}
+
+std::uint16_t getActiveID(std::uint16_t bytes) { return ReadIntoCache(GetActiveID, bytes); }
+std::uint16_t getActiveID32(std::uint16_t bytes) { return ReadIntoCache(GetActiveID32, bytes); }
+
+std::uint8_t getActiveID_byte(std::int16_t index) {
+  // Admits the byte behind the length asked for.
+  if (index < 0 || index > static_cast<std::int32_t>(LastIDLen) ||
+      index >= static_cast<std::int32_t>(kIdBytes))
+    return 0;
+  return LastIDBytes[static_cast<std::size_t>(index)];
+}

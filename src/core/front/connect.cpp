@@ -1,0 +1,121 @@
+// Connect: which devices are looked for, in which order, and what is done with each one found.
+#include "api.h"
+#include "core/configurations.h"
+#include "core/front/firmware.h"
+#include "core/front/version.h"
+#include "core/locked.h"
+#include "core/read_cfg.h"
+#include "core/trace.h"
+#include "hid/enumeration.h"
+#include "links/link_socket.h"
+#include "links/serial_port.h"
+
+namespace tavlyn {
+namespace {
+
+constexpr const char* kConnect = "USBConnect";
+constexpr const char* kDisconnect = "USBDisconnect";
+
+void ResetSearchMarks(tsDevEntry& entry) {
+  entry.bSepFldCapable = 1;
+  entry.bPartNumberPending = 1;
+  entry.bFound = 0;
+  entry.PlusState = kPlusUnknown;
+  entry.bReportId1 = 0;
+}
+
+void EmptyTable() {
+  ActDev = 0;
+  DevCnt = 0;
+  VidPidCnt = 0;
+  DevTable[0].CardTypeList.fill(0);
+}
+
+// The first family that finds something ends the search.
+bool Search() {
+  for (const Product* product : kProducts) {
+    if ((ConnectMask & product->kind) != 0 && product->search()) return true;
+  }
+  return false;
+}
+
+void LogFirmware() {
+  LogLine(kConnect, "Firmware: CPU0 Application in hex is  %x", ActiveEntry().FWVersion[0][0]);
+  LogLine(kConnect, "Firmware: CPU1 Application in hex is  %x", ActiveEntry().FWVersion[1][0]);
+  LogLine(kConnect, "TavlynAPI Library version is %d.%d.%d", kVersionMajor, kVersionMinor, kVersionBuild);
+}
+
+bool ReadDevices() {
+  for (std::int16_t index = 0; index < DevCnt; ++index) {
+    ActiveEntry().ActConfig = 0;
+    UseConfig(0);
+    ActDev = index;
+    if (ReadCfgLocked() == 0) {
+      SearchErr |= TAVLYN_ERR_CONNECT;
+      LogErrorCode(kConnect);
+      ActDev = 0;
+      return false;
+    }
+    ReadFirmwareWords(kCpus);
+    LogFirmware();
+  }
+  ActDev = 0;
+  return true;
+}
+
+std::uint32_t Connect(std::uint32_t* did) {
+  const Locked lock;
+  CloseTunnel();
+  // Handles of an earlier connect stay open and are lost; serial ports stay in their entries for reuse.
+  EmptyTable();
+  HidFoundCnt = 0;
+  for (tsDevEntry& entry : DevTable) ResetSearchMarks(entry);
+  const bool found = Search();
+  if (!ReadDevices() || !found) return 0;
+  if (did != nullptr) *did = ActiveEntry().DID;
+  return 1;
+}
+
+void CloseEntry(tsDevEntry& entry) {
+  ResetSearchMarks(entry);
+  if (entry.hDev != platform::kNoHandle) {
+    CloseDevice(entry.hDev);
+    LogLine(kDisconnect, "Handle closed successfully");
+  }
+  if (entry.pSerialPort != nullptr) {
+    entry.pSerialPort->Close();
+    delete entry.pSerialPort;
+  }
+  CloseTunnel();
+  entry.hDev = platform::kNoHandle;
+  entry.pSerialPort = nullptr;
+  entry.ProductKind = 0;
+}
+
+}  // namespace
+}  // namespace tavlyn
+
+using namespace tavlyn;
+
+std::uint32_t USBConnect(std::uint32_t* pDID) {
+  LogLine(kConnect, "ENTER");
+  const std::uint32_t result = Connect(pDID);
+  LogLine(kConnect, "EXIT");
+  return result;
+}
+
+std::uint32_t usbConnect() {
+  std::uint32_t did = 0;
+  return USBConnect(&did);
+}
+
+std::uint32_t USBDisconnect() {
+  LogLine(kDisconnect, "ENTER");
+  {
+    const Locked lock;
+    for (tsDevEntry& entry : DevTable) CloseEntry(entry);
+    EmptyTable();
+  }
+  LogLine(kDisconnect, "EXIT");
+  return 1;
+}

@@ -1,0 +1,71 @@
+// Exports that do nothing but hand over to the family of the active device.
+#include "api.h"
+#include "core/configurations.h"
+#include "core/locked.h"
+#include "core/read_cfg.h"
+
+namespace tavlyn {
+namespace {
+
+template <typename Words>
+std::uint32_t Get(Record record, Words* words) {
+  const Product* product = ActiveProduct();
+  if (product == nullptr || product->getRecord[record] == nullptr) return UnsupportedValue;
+  return product->getRecord[record](reinterpret_cast<std::int16_t*>(words));
+}
+
+template <typename Words>
+std::uint32_t Set(Record record, const Words* words) {
+  const Product* product = ActiveProduct();
+  if (product == nullptr || product->setRecord[record] == nullptr) return UnsupportedValue;
+  return product->setRecord[record](reinterpret_cast<const std::int16_t*>(words));
+}
+
+std::uint32_t TickNow() { return static_cast<std::uint32_t>(platform::TheHost().clock.Tick()); }
+
+}  // namespace
+}  // namespace tavlyn
+
+using namespace tavlyn;
+
+std::uint32_t GetFlags(tsCfgFlags* record) { return Get(kCfgFlags, record); }
+std::uint32_t SetFlags(const tsCfgFlags* record) { return Set(kCfgFlags, record); }
+std::uint32_t GetFlags2(tsCfgFlags2* record) { return Get(kCfgFlags2, record); }
+std::uint32_t SetFlags2(const tsCfgFlags2* record) { return Set(kCfgFlags2, record); }
+std::uint32_t GetFlags3(tsCfgFlags3* record) { return Get(kCfgFlags3, record); }
+std::uint32_t SetFlags3(const tsCfgFlags3* record) { return Set(kCfgFlags3, record); }
+std::uint32_t GetIDBitCnts(tsIDBitCnts* record) { return Get(kIDBitCnts, record); }
+std::uint32_t SetIDBitCnts(const tsIDBitCnts* record) { return Set(kIDBitCnts, record); }
+std::uint32_t GetIDDispParms(tsIDDispParms* record) { return Get(kIDDispParms, record); }
+std::uint32_t SetIDDispParms(const tsIDDispParms* record) { return Set(kIDDispParms, record); }
+std::uint32_t GetIDDispParms2(tsIDDispParms2* record) { return Get(kIDDispParms2, record); }
+std::uint32_t SetIDDispParms2(const tsIDDispParms2* record) { return Set(kIDDispParms2, record); }
+std::uint32_t GetIDDispParms3(tsIDDispParms3* record) { return Get(kIDDispParms3, record); }
+std::uint32_t SetIDDispParms3(const tsIDDispParms3* record) { return Set(kIDDispParms3, record); }
+std::uint32_t GetTimeParms(tsTimeParms* record) { return Get(kTimeParms, record); }
+std::uint32_t SetTimeParms(const tsTimeParms* record) { return Set(kTimeParms, record); }
+std::uint32_t GetLEDCtrl(tsLEDCtrl* record) { return Get(kLEDCtrl, record); }
+std::uint32_t SetLEDCtrl(const tsLEDCtrl* record) { return Set(kLEDCtrl, record); }
+std::uint32_t GetBprRlyCtrl(tsBprRlyCtrl* record) { return Get(kBprRlyCtrl, record); }
+std::uint32_t SetBprRlyCtrl(const tsBprRlyCtrl* record) { return Set(kBprRlyCtrl, record); }
+
+std::uint32_t ReadCfg() { return ReadCfgLocked(); }
+
+std::uint16_t GetMaxConfig() { return HighestConfig(); }
+std::uint16_t GetActConfig() { return PlusReaderIsActive() ? ActiveEntry().ActConfig : std::uint16_t{0}; }
+std::uint32_t SetActConfig(std::uint8_t index) { return UseConfig(index) ? 1 : 0; }
+
+std::uint32_t BeepNow(std::uint8_t count, std::int16_t longBeep) {
+  const Locked lock;
+  // Unlike other dispatches this one answers 0 for no device.
+  if (ActiveProduct() == nullptr) return 0;
+  return Dispatch(&Product::beep, count, longBeep);
+}
+
+std::uint32_t Ping() {
+  const std::uint32_t start = TickNow();
+  const Product* product = ActiveProduct();
+  if (product == nullptr || product->answers == nullptr || !product->answers()) return start;
+  const std::uint32_t taken = TickNow() - start;
+  return taken == 0 ? 1 : std::min<std::uint32_t>(taken, 65535);
+}

@@ -1,0 +1,40 @@
+#include "core/front/firmware.h"
+
+#include "api.h"
+#include "core/openings.h"
+
+namespace tavlyn {
+
+void ReadFirmwareWords(std::size_t rows) {
+  const Product* product = ActiveProduct();
+  const bool asked = product != nullptr && product->queryFirmwareWord != nullptr;
+  for (std::size_t cpu = 0; cpu < rows; ++cpu) {
+    auto& row = ActiveEntry().FWVersion[cpu];
+    row.fill(0);
+    for (std::size_t index = 0; asked && index < kFirmwareWords; ++index) {
+      row[index] =
+          product->queryFirmwareWord(static_cast<std::int16_t>(cpu), static_cast<std::int16_t>(index));
+      if (row[index] == 0) break;
+    }
+  }
+}
+
+}  // namespace tavlyn
+
+using namespace tavlyn;
+
+void SendGetFWVersion() {
+  for (std::int16_t index = 0; index < DevCnt; ++index) {
+    ActDev = index;
+    ActiveEntry().ActConfig = 0;
+    ReadFirmwareWords(kCpus);
+  }
+  ActDev = 0;
+}
+
+std::uint32_t GetFirmwareVersion(std::uint16_t cpu, std::uint16_t index) {
+  if (!ActiveInRange()) return 0;
+  const Product* product = ActiveProduct();
+  if (product == nullptr || product->firmwareVersion == nullptr) return UnsupportedSigned();
+  return product->firmwareVersion(cpu, index);
+}

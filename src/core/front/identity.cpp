@@ -1,0 +1,92 @@
+// Which device is which, and which one is active.
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+#include "api.h"
+#include "core/front/version.h"
+#include "core/openings.h"
+
+using namespace tavlyn;
+
+namespace {
+
+constexpr std::uint32_t kNoPort = 999;
+constexpr std::size_t kNameRoom = 511;
+
+// Copied when a program asks for character 0, so that it can read on while the table changes.
+constinit std::array<char, 25> PartNumberCopy{};
+
+}  // namespace
+
+std::int16_t GetDevCnt() { return DevCnt; }
+std::int16_t GetActDev() { return ActDev; }
+
+std::uint32_t SetActDev(std::int16_t index) {
+  if (DevCnt == 0) ActDev = 0;
+  if (index < 0 || index >= DevCnt) return 0;
+  ActDev = index;
+  return 1;
+}
+
+std::uint32_t GetDevByLUID(std::uint16_t luid, std::int16_t start) {
+  constexpr std::uint32_t kNone = 0xFFFFFFFF;
+  if (start < 0) return kNone;
+  for (std::int16_t index = start; index < DevCnt; ++index) {
+    if (DevTable[static_cast<std::size_t>(index)].LUID == luid) return static_cast<std::uint32_t>(index);
+  }
+  return kNone;
+}
+
+std::uint32_t GetDevName(char* name) {
+  if (!ActiveInRange()) return UnsupportedValue;
+  const tsDevEntry& entry = ActiveEntry();
+  if (name != nullptr) {
+    std::memset(name, 0, kNameRoom);
+    std::memcpy(name, entry.DevName, std::min(std::strlen(entry.DevName), kNameRoom - 1));
+  }
+  return kNoPort;
+}
+
+std::uint32_t orv_GetDevName(char* name) { return GetDevName(name); }
+
+std::uint8_t getDevName_char(std::int16_t index) {
+  if (!ActiveInRange() || index < 0 || index >= static_cast<std::int16_t>(sizeof ActiveEntry().DevName))
+    return 0;
+  return static_cast<std::uint8_t>(ActiveEntry().DevName[index]);
+}
+
+std::uint16_t GetDevType() { return ActiveEntry().LinkKind; }
+std::uint16_t orv_GetDevType() { return GetDevType(); }
+std::uint32_t GetProduct() { return DevCnt < 1 ? 0 : ActiveEntry().ProductKind; }
+std::uint32_t GetDID() { return ActiveEntry().DID; }
+std::uint32_t GetLUID() { return ActiveEntry().LUID; }
+std::uint32_t GetSN() { return ActiveEntry().SN; }
+
+std::uint32_t SetLUID(std::uint16_t luid) {
+  ActiveEntry().LUID = luid;
+  ActiveEntry().bLUIDDirty = 1;
+  return 1;
+}
+
+std::uint32_t GetLibVersion(std::uint16_t* major, std::uint16_t* minor, std::uint16_t* build) {
+  if (major != nullptr) *major = kVersionMajor;
+  if (minor != nullptr) *minor = kVersionMinor;
+  if (build != nullptr) *build = kVersionBuild;
+  return 1;
+}
+
+std::uint16_t getLibraryVersion_Major() { return kVersionMajor; }
+std::uint16_t getLibraryVersion_Minor() { return kVersionMinor; }
+std::uint16_t getLibraryVersion_Build() { return kVersionBuild; }
+const char* getLibraryVersion_Beta() { return ""; }
+
+std::uint8_t getPartNumberString_char(std::int16_t index) {
+  if (index == 0) {
+    PartNumberCopy.fill('\0');
+    if (ActiveInRange())
+      std::memcpy(PartNumberCopy.data(), ActiveEntry().PartNumber, PartNumberCopy.size() - 1);
+  }
+  if (index < 0 || static_cast<std::size_t>(index) >= PartNumberCopy.size()) return 0;
+  return static_cast<std::uint8_t>(PartNumberCopy[static_cast<std::size_t>(index)]);
+}

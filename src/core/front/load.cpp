@@ -1,0 +1,78 @@
+#include "core/front/load.h"
+
+#include "api.h"
+#include "core/id_cache.h"
+#include "core/state.h"
+#include "core/trace.h"
+#include "hid/vidpid_table.h"
+#include "links/link_socket.h"
+
+namespace tavlyn {
+namespace {
+
+// The last slot deliberately keeps a first byte of 0.
+constexpr std::size_t kSlotsWithUnsetMark = 10;
+
+void BlankEntry(tsDevEntry& entry) {
+  entry = {};
+  entry.hDev = platform::kNoHandle;
+  for (std::size_t slot = 0; slot < kSlotsWithUnsetMark; ++slot) {
+    entry.CfgSlot[slot].sFldSepData[0] = kSepFldUnset;
+  }
+}
+
+void ResetReaderState() {
+  TunnelLink = 0;
+  AsciiProtocol = 0;
+  ComSrchLo = 1;
+  ComSrchHi = 8;
+  // Deliberately the other way about than the setter stores them.
+  VComSrchHi = 1;
+  VComSrchLo = 256;
+  ActDev = 0;
+  DevCnt = 0;
+  for (tsDevEntry& entry : DevTable) {
+    entry.bSepFldCapable = 1;
+    entry.bPartNumberPending = 1;
+    entry.PlusState = kPlusUnknown;
+  }
+  DevTypeSrch = -1;
+}
+
+// What one process has once and a fresh load finds zero; only a library loaded again in place needs it.
+void ResetProcessState() {
+  LinkSocket = platform::kNoHandle;
+  SrchIpAddr = {};
+  SrchIpPort = 0;
+  SearchErr = 0;
+  StatusWord = 0;
+  LastIDBytes.fill(0);
+  LastIDBits = 0;
+  LastIDLen = 0;
+  ForgetVidPidTable();
+}
+
+}  // namespace
+
+void Load() {
+  platform::Host& host = platform::TheHost();
+  host.mutex.Create();
+  ResetProcessState();
+  for (tsDevEntry& entry : DevTable) BlankEntry(entry);
+  HidFoundCnt = 0;
+  // Without the HID libraries the library stays loaded and finds no HID device.
+  host.hid.Load();
+  ResetReaderState();
+  ConnectMask = ~0U;
+  UnsupportedValue = 0;
+  StartTrace();
+}
+
+void Unload() {
+  USBDisconnect();
+  USBDisconnect();
+  platform::TheHost().hid.Unload();
+  platform::TheHost().mutex.Close();
+}
+
+}  // namespace tavlyn

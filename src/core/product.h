@@ -1,0 +1,48 @@
+// The family table: what each kind of product can do. A null entry is an operation that the kind lacks and
+// for which the dispatch answers UnsupportedValue. "What can this product do?" is answered by reading its
+// table.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "core/fields.h"
+
+namespace tavlyn {
+
+struct Product {
+  std::uint32_t kind;
+
+  // Searches the links that DevTypeSrch allows and adds what it finds to the table.
+  bool (*search)();
+
+  std::uint32_t (*readCfg)();
+  // Bit count of what lies on the device, its bytes in the buffer; length counts as 0 when the buffer is
+  // null.
+  std::uint16_t (*getActiveId)(std::uint8_t* buffer, std::int16_t length);
+  std::uint16_t (*getActiveId32)(std::uint8_t* buffer, std::int16_t length);
+  std::uint32_t (*beep)(std::uint8_t count, std::int16_t longBeep);
+  bool (*answers)();  // a ping came back
+  // One firmware word asked of the device, 0 for none; and the words read at connect.
+  std::uint32_t (*queryFirmwareWord)(std::int16_t cpu, std::int16_t index);
+  std::uint32_t (*firmwareVersion)(std::uint16_t cpu, std::uint16_t index);
+
+  std::array<std::uint32_t (*)(std::int16_t* words), kRecordCount> getRecord;
+  std::array<std::uint32_t (*)(const std::int16_t* words), kRecordCount> setRecord;
+};
+
+// Defined by the families, each in its own folder.
+extern const Product kReaderProduct;
+
+// In the order in which a connect searches them; the bit of ConnectMask is the kind.
+inline constexpr std::array<const Product*, 1> kProducts = {&kReaderProduct};
+
+// The table of a kind, or null.
+inline const Product* ProductOf(std::uint32_t kind) {
+  for (const Product* product : kProducts) {
+    if (product->kind == kind) return product;
+  }
+  return nullptr;
+}
+
+}  // namespace tavlyn

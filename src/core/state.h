@@ -1,0 +1,94 @@
+// The whole state of the library: the table of devices and the variables that all devices share.
+//
+// Everything here starts as plain zeros and gets its defaults from Load() (front/load.cpp), so that no
+// initialiser of this file can run after it.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "core/slot.h"
+#include "platform/platform.h"
+
+namespace tavlyn {
+
+class SerialPort;
+
+inline constexpr std::int16_t kTableEntries = 127;
+inline constexpr std::size_t kCfgSlots = 11;
+inline constexpr std::size_t kCardTypes = 1025;
+inline constexpr std::uint16_t kHighestConfig = 10;
+inline constexpr std::size_t kCpus = 3;
+inline constexpr std::size_t kFirmwareWords = 5;  // the sixth of a row is spare
+
+// LinkKind
+inline constexpr std::uint16_t kByReports = 0;
+inline constexpr std::uint16_t kBySerialPort = 1;
+
+// ProductKind
+inline constexpr std::uint32_t kReader = 1;
+inline constexpr std::uint32_t kMagstripe = 2;
+inline constexpr std::uint32_t kSonar = 4;
+
+// PlusState
+inline constexpr std::uint32_t kPlusUnknown = 0;
+inline constexpr std::uint32_t kPlainReader = 1;
+inline constexpr std::uint32_t kPlusReader = 2;
+
+struct tsDevEntry {
+  std::int32_t bFound;
+  std::uint32_t LastLibErr;
+  std::uint16_t LinkKind;
+  std::uint32_t ProductKind;
+  platform::Handle hDev;
+  char DevName[512];
+  char PartNumber[25];
+  char FWFilename[65];
+  char FullFWVersion[66];
+  std::uint16_t LUID;
+  std::uint16_t DID;
+  std::uint32_t bLUIDDirty;
+  std::uint32_t SN;
+  std::uint32_t bSepFldCapable;      // until a separator-field transfer fails
+  std::uint32_t bPartNumberPending;  // until a part number read fails
+  std::array<tsCfgSlot, kCfgSlots> CfgSlot;
+  SerialPort* pSerialPort;  // owned
+  std::uint32_t PlusState;
+  std::uint16_t MaxConfig;  // highest index
+  std::uint8_t ActConfig;
+  std::array<std::array<std::uint32_t, kFirmwareWords + 1>, kCpus> FWVersion;
+  std::array<std::uint16_t, kCardTypes> CardTypeList;  // ends at the first 0; 0 in front: not known
+  std::uint64_t LastTxTick;                            // tick of the last feature report, either way
+  std::int32_t VidPidRow;                              // row of VidPidTable that matched, or -1
+  std::uint32_t bReportId1;                            // reports carry the ID 1, not 0
+
+  tsCfgSlot& ActiveSlot() { return CfgSlot[ActConfig <= kHighestConfig ? ActConfig : 0]; }
+};
+
+inline constinit std::array<tsDevEntry, kTableEntries> DevTable{};
+inline constinit std::int16_t ActDev = 0;
+inline constinit std::int16_t DevCnt = 0;
+inline constinit std::int32_t HidFoundCnt = 0;
+
+// What a connect searches; these outlive disconnects and connects.
+inline constinit std::uint32_t ConnectMask = 0;
+inline constinit std::int16_t DevTypeSrch = 0;
+inline constinit std::uint16_t ComSrchLo = 0;
+inline constinit std::uint16_t ComSrchHi = 0;
+inline constinit std::uint16_t VComSrchHi = 0;
+inline constinit std::uint16_t VComSrchLo = 0;
+inline constinit std::array<std::uint8_t, 4> SrchIpAddr{};
+inline constinit std::uint16_t SrchIpPort = 0;
+
+inline constinit std::uint16_t UnsupportedValue = 0;
+inline constinit std::uint32_t SearchErr = 0;  // of searches; GetLastLibErr never shows it
+inline constinit std::uint8_t TunnelLink = 0;  // reports travel as text frames over the socket
+inline constinit std::int16_t AsciiProtocol = 0;
+inline constinit std::uint32_t StatusWord = 0;  // SW1 SW2 of the last serial exchange that got that far
+
+// The entry that ActDev names, in range or not: ActDev stays within the table by all its writers.
+inline tsDevEntry& ActiveEntry() { return DevTable[static_cast<std::size_t>(ActDev)]; }
+
+inline bool ActiveInRange() { return ActDev >= 0 && ActDev < DevCnt; }
+
+}  // namespace tavlyn

@@ -1,0 +1,70 @@
+#include "core/trace.h"
+
+#include <cstdarg>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+#include "api.h"
+#include "core/state.h"
+#include "platform/platform.h"
+
+namespace tavlyn {
+namespace {
+
+constexpr const char* kVariable = "TAVLYNAPI_LOGGING";
+
+constinit tavlyn_marker_function MarkerFunc = nullptr;
+constinit std::FILE* LogStream = nullptr;
+
+// Not flushed: lines reach the disk when the stream's buffer does, so that a traced poll stays cheap.
+void WriteToStream(const char* line, std::uint64_t /*length*/) {
+  if (LogStream != nullptr) std::fputs(line, LogStream);
+}
+
+}  // namespace
+
+void StartTrace() {
+  MarkerFunc = nullptr;
+  LogStream = stdout;
+  if (!platform::TheHost().places.EnvironmentIsSet(kVariable)) return;
+  // A file that cannot be opened leaves no stream; the lines are then made and dropped.
+  LogStream = std::fopen(platform::TheHost().places.TraceFile().c_str(), "a+");
+  MarkerFunc = WriteToStream;
+}
+
+void LogLine(const char* tag, const char* format, ...) {
+  if (MarkerFunc == nullptr) return;
+  char line[2048];
+  const std::tm now = platform::TheHost().clock.LocalTime();
+  std::size_t used = std::strftime(line, sizeof line, "%Y%m%d %H:%M:%S", &now);
+  const auto add = [&](int count) {
+    if (count > 0) used += static_cast<std::size_t>(count);
+    if (used > sizeof line - 2) used = sizeof line - 2;
+  };
+  add(std::snprintf(line + used, sizeof line - used, " %s ", tag));
+  std::va_list arguments;
+  va_start(arguments, format);
+  const int printed = std::vsnprintf(line + used, sizeof line - used, format, arguments);
+  va_end(arguments);
+  add(printed);
+  line[used++] = '\n';
+  line[used] = '\0';
+  MarkerFunc(line, used);
+}
+
+void LogErrorCode(const char* tag) { LogLine(tag, "ERROR CODE: %ld", static_cast<long>(SearchErr)); }
+
+void LogFailure(const char* tag) {
+  LogErrorCode(tag);
+  LogLine(tag, kFailed);
+}
+
+}  // namespace tavlyn
+
+extern "C" std::uint32_t SetMarkerFunction(tavlyn_marker_function function) {
+  if (!tavlyn::platform::TheHost().places.EnvironmentIsSet(tavlyn::kVariable)) return 0;
+  tavlyn::MarkerFunc = function;
+  return 1;
+}

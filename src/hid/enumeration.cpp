@@ -1,0 +1,119 @@
+#include "hid/enumeration.h"
+
+#include <string>
+
+#include "core/state.h"
+#include "core/trace.h"
+#include "links/link_socket.h"
+
+namespace tavlyn {
+namespace {
+
+constexpr int kMostInterfaces = 127;
+// A device of this product ID is ours in every search, whoever its vendor.
+constexpr std::uint16_t kAnyVendorPid = 0x104;
+// The collection of a report-ID-1 reader that takes feature reports; its others are keyboards.
+constexpr platform::HidUsage kVendorCollection{0xFFA0, 0xA000};
+
+// Magstripe readers and sonar sensors show as keyboards.
+constexpr platform::HidIds kKeyboardPairs[] = {{0x7A31, 0x1000}, {0x18C8, 0x2BFA}};
+
+platform::HidSystem& Hid() { return platform::TheHost().hid; }
+
+platform::HidClass ClassOf(platform::HidIds pair) {
+  for (const platform::HidIds keyboard : kKeyboardPairs) {
+    if (SameIds(pair, keyboard)) return platform::HidClass::kKeyboard;
+  }
+  return platform::HidClass::kHid;
+}
+
+bool MatchesPair(platform::HidIds ids, platform::HidIds pair) {
+  return SameIds(ids, pair) || ids.pid == kAnyVendorPid;
+}
+
+enum class TableMatch { kNo, kYes, kUnreadable };
+
+// Walks the rows that hold the device's pair; the last one looked at is left in row.
+TableMatch MatchTable(platform::Handle device, platform::HidIds ids, std::int32_t& row) {
+  for (std::int32_t at = FindVidPidRow(ids, 0); at >= 0; at = FindVidPidRow(ids, at + 1)) {
+    LogLine("UsbDriver_IsDevOurs", "Connected Device Vendor ID: %d", ids.vid);
+    LogLine("UsbDriver_IsDevOurs", "Connected Device Product ID: %d", ids.pid);
+    platform::UsageMatch usage = platform::UsageMatch::kYes;
+    if (SameIds(ids, kReportId1Pair)) usage = Hid().TopUsage(device, kVendorCollection);
+    if (usage == platform::UsageMatch::kUnreadable) return TableMatch::kUnreadable;
+    row = at;
+    if (usage == platform::UsageMatch::kYes) return TableMatch::kYes;
+  }
+  return TableMatch::kNo;
+}
+
+// What goes wrong with one call or one device must not end the search for the others, nor reach the caller.
+template <typename Result, typename Call>
+Result Guarded(Result fallback, Call call) try {
+  return call();
+} catch (...) {
+  return fallback;
+}
+
+}  // namespace
+
+bool EnumerateHid(platform::HidIds pair, HidCallback callback) {
+  std::int32_t row = -1;
+  if (!Guarded(false, [&] { return Hid().BeginWalk(ClassOf(pair)); })) return false;
+  for (int index = 0; index < kMostInterfaces; ++index) {
+    std::string path;
+    const auto step = Guarded(platform::WalkStep::kEnd, [&] { return Hid().Member(index, path); });
+    if (step == platform::WalkStep::kEnd) break;
+    if (step == platform::WalkStep::kSkip) continue;
+    Guarded(false, [&] {
+      if (UsbDriver_IsDevOurs(path.c_str(), pair, &row)) callback(path.c_str(), row);
+      return true;
+    });
+  }
+  Hid().EndWalk();
+  return true;
+}
+
+bool UsbDriver_IsDevOurs(const char* path, platform::HidIds pair, std::int32_t* row) {
+  if (path == nullptr) return false;
+  const bool readers = IsMainPair(pair);
+  platform::HidIds listed;
+  if (Hid().ListedIds(path, listed) && !MatchesPair(listed, pair) &&
+      !(readers && FindVidPidRow(listed, 0) >= 0)) {
+    if (readers && row != nullptr) *row = -1;
+    return false;
+  }
+  const platform::Handle device = Hid().Open(path, platform::OpenMode::kShared);
+  if (device == platform::kNoHandle) return false;
+  const platform::HidIds ids = Hid().Attributes(device);
+  bool ours = MatchesPair(ids, pair);
+  std::int32_t matched = -1;
+  if (readers && !ours) {
+    const TableMatch match = MatchTable(device, ids, matched);
+    if (match == TableMatch::kUnreadable) {
+      // Deliberately leaves the device open, as it leaves row.
+      if (row != nullptr) *row = matched;
+      return false;
+    }
+    ours = match == TableMatch::kYes;
+  }
+  if (readers && row != nullptr) *row = matched;
+  Hid().Close(device);
+  return ours;
+}
+
+platform::Handle OpenDevice(const char* path) { return Hid().Open(path, platform::OpenMode::kShared); }
+
+platform::Handle OpenDeviceOverlapped(const char* path) {
+  return Hid().Open(path, platform::OpenMode::kOverlapped);
+}
+
+void CloseDevice(platform::Handle device) {
+  LogLine("UsbDriver_Close", "ENTER");
+  // The flag stays: what is behind the tunnel is gone, and the next connect clears it.
+  if (TunnelLink != 0) LinkClose();
+  LogLine("UsbDriver_Close", "EXIT");
+  Hid().Close(device);
+}
+
+}  // namespace tavlyn

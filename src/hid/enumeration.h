@@ -1,0 +1,25 @@
+// Finding HID device paths and deciding which are ours.
+#pragma once
+
+#include <cstdint>
+
+#include "hid/vidpid_table.h"
+#include "platform/platform.h"
+
+namespace tavlyn {
+
+// Told of each path that is ours, with the row of VidPidTable that matched, or -1.
+using HidCallback = void (*)(const char* path, std::int32_t row);
+
+// Walks the present interfaces, at most 127, for devices of the pair. False when none could be listed.
+bool EnumerateHid(platform::HidIds pair, HidCallback callback);
+
+// row, when not null, is written for the reader pair only.
+bool UsbDriver_IsDevOurs(const char* path, platform::HidIds pair, std::int32_t* row);
+
+platform::Handle OpenDevice(const char* path);
+// For the device whose input reports are drained before an ID read.
+platform::Handle OpenDeviceOverlapped(const char* path);
+void CloseDevice(platform::Handle device);
+
+}  // namespace tavlyn

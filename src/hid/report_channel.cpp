@@ -1,0 +1,63 @@
+#include "hid/report_channel.h"
+
+#include <algorithm>
+
+#include "core/state.h"
+#include "hid/text_frames.h"
+
+namespace tavlyn {
+namespace {
+
+constexpr std::int32_t kLongestReport = 24;
+constexpr int kWriteTries = 6;
+constexpr std::uint32_t kAfterFailedWrite = 80;
+
+// Deliberately admits dev equal to DevCnt: a search talks to a device before it counts it.
+bool IndexIsGood(std::int32_t dev) { return dev >= 0 && dev <= DevCnt && dev < kTableEntries; }
+
+tsDevEntry& Touch(std::int32_t dev) {
+  tsDevEntry& entry = DevTable[static_cast<std::size_t>(dev)];
+  entry.LastTxTick = platform::TheHost().clock.Tick();
+  return entry;
+}
+
+std::uint8_t ReportIdOf(const tsDevEntry& entry) { return entry.bReportId1 != 0 ? 1 : 0; }
+
+}  // namespace
+
+bool ReadFeatureReport(std::int32_t n, std::int32_t dev, std::uint8_t* buffer) {
+  // n bytes of the n + 1 are cleared, and before the index is looked at.
+  if (n > 0) std::fill_n(buffer, n, std::uint8_t{0});
+  if (!IndexIsGood(dev) || n < 0) return false;
+  if (TunnelLink != 0) return ReadTextFrame(n, buffer);
+  const tsDevEntry& entry = Touch(dev);
+  buffer[0] = ReportIdOf(entry);
+  return platform::TheHost().hid.GetFeature(entry.hDev, {buffer, static_cast<std::size_t>(n) + 1});
+}
+
+bool WriteFeatureReport(std::int32_t n, std::int32_t dev, const std::uint8_t* buffer) {
+  if (!IndexIsGood(dev)) return false;
+  if (TunnelLink != 0) return WriteTextFrame(n, buffer);
+  tsDevEntry& entry = Touch(dev);
+  if (n < -1 || n > kLongestReport) return false;
+  const auto length = static_cast<std::size_t>(n) + 1;
+  std::array<std::uint8_t, kLongestReport + 1> report;
+  std::copy_n(buffer, length, report.begin());
+  report[0] = ReportIdOf(entry);
+  platform::Host& host = platform::TheHost();
+  for (int attempt = 0; attempt < kWriteTries; ++attempt) {
+    if (host.hid.SetFeature(entry.hDev, std::span(report).first(length))) return true;
+    host.clock.Sleep(kAfterFailedWrite);
+  }
+  entry.LastLibErr = TAVLYN_ERR_WRITE_REPORT;
+  return false;
+}
+
+bool ReadInputReport(platform::Handle device, std::span<std::uint8_t> buffer) {
+  const platform::Drain drained = platform::TheHost().hid.DrainInput(device, buffer);
+  // Always entry 0, whichever device is gone; programs look for it there.
+  if (drained == platform::Drain::kGone) DevTable[0].LastLibErr |= TAVLYN_ERR_DEVICE_GONE;
+  return drained == platform::Drain::kDrained;
+}
+
+}  // namespace tavlyn

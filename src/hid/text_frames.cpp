@@ -1,0 +1,63 @@
+#include "hid/text_frames.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstring>
+#include <span>
+#include <string_view>
+
+#include "hid/vidpid_table.h"
+#include "links/link_socket.h"
+#include "platform/platform.h"
+
+namespace tavlyn {
+namespace {
+
+constexpr std::size_t kHeader = 16;
+constexpr std::size_t kIds = 4;
+constexpr std::string_view kRequest = "#Req/FR:";
+
+using Frame = std::array<std::uint8_t, 80>;
+
+bool LengthIsGood(std::int32_t n) { return n >= -1 && n <= 7; }
+
+Frame WithHeader(const char* format, std::int32_t n) {
+  Frame frame{};
+  char text[32];
+  std::snprintf(text, sizeof text, format, static_cast<int>(n));
+  std::memcpy(frame.data(), text, kHeader);
+  return frame;
+}
+
+}  // namespace
+
+bool WriteTextFrame(std::int32_t n, const std::uint8_t* buffer) {
+  if (!LengthIsGood(n)) return false;
+  const std::size_t payload = n > 0 ? static_cast<std::size_t>(n) : 0;
+  Frame frame = WithHeader("#HUSB/FR/001L%02d:", n);
+  std::copy_n(buffer + 1, payload, frame.begin() + kHeader);
+  LinkSend(std::span(frame).first(kHeader + payload));
+  return true;
+}
+
+bool ReadTextFrame(std::int32_t n, std::uint8_t* buffer) {
+  LinkSend({reinterpret_cast<const std::uint8_t*>(kRequest.data()), kRequest.size()});
+  Frame reply{};
+  const std::size_t asked = static_cast<std::size_t>(n) + kHeader + kIds;
+  const std::size_t room = std::min(asked, reply.size());
+  if (LinkRecv(std::span(reply).first(room)) != static_cast<std::int32_t>(asked)) return false;
+  const Frame expected = WithHeader("#DUSB/FR/001L%02d:", n);
+  if (!std::equal(expected.begin(), expected.begin() + kHeader, reply.begin())) return false;
+  // The limit stands behind the receive: a reply that is too long is taken off the socket all the same.
+  if (!LengthIsGood(n)) return false;
+  const auto word = [&](std::size_t at) {
+    return static_cast<std::uint16_t>(reply[at] << 8 | reply[at + 1]);
+  };
+  const platform::HidIds ids{word(kHeader), word(kHeader + 2)};
+  if (!IsMainPair(ids) && FindVidPidRow(ids, 0) < 0) return false;
+  std::copy_n(reply.begin() + kHeader + kIds, n, buffer + 1);
+  return true;
+}
+
+}  // namespace tavlyn

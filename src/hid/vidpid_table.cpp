@@ -1,0 +1,118 @@
+#include "hid/vidpid_table.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace tavlyn {
+namespace {
+
+constexpr std::size_t kLineLength = 256;
+constexpr std::size_t kValueLength = 81;
+constexpr const char* kFileName = "TavlynVIDPID.txt";
+
+// The file as found once, so that it stays usable when the application changes directory.
+constinit std::array<char, 260> StaticPath{};
+
+constexpr std::array kBuiltInLines = {
+    R"(DEFAULT1MASK="8000"  DEFAULT1COMPARE="8000")",
+    R"(VID="171B"    PID="2001"    VENDORNAME="171B:2001 Velmar"  FILTER1MASK="4000" FILTER1COMPARE="4000")",
+    R"(VID="7A31"    PID="3B57"    VENDORNAME="7A31:3B57 Orvantis Wiegand"  FILTER1MASK="2000" FILTER1COMPARE="2000")",
+    R"(VID="7A31"    PID="3BFB"    VENDORNAME="7A31:3BFB Orvantis Kelda"  FILTER1MASK="8000" FILTER1COMPARE="8000")",
+    R"(VID="7A31"    PID="3B1E"    VENDORNAME="7A31:3B1E Orvantis BLE"  FILTER1MASK="8000" FILTER1COMPARE="8000")",
+    R"(VID="19E5"    PID="2021"    VENDORNAME="19E5:2021 Orvantis Quill"  FILTER1MASK="8000" FILTER1COMPARE="8000")",
+    R"(VID="7A31"    PID="3A01"    VENDORNAME="7A31:3A01 Orvantis Tamar"  FILTER1MASK="8000" FILTER1COMPARE="8000")",
+    R"(VID="7A31"    PID="CCDA"    VENDORNAME="7A31:CCDA Orvantis CCID"  FILTER1MASK="8000" FILTER1COMPARE="8000")",
+    R"(VID="7A31"    PID="CCDB"    VENDORNAME="7A31:CCDB Rennet FIDO CCID"  FILTER1MASK="8000" FILTER1COMPARE="8000")",
+    R"(VID="7A31"    PID="3B4C"    VENDORNAME="7A31:3B4C Orvantis HID CDC"  FILTER1MASK="8000" FILTER1COMPARE="8000")",
+};
+
+// The text between the quotes behind key's first place on the line, cut to length; empty without both quotes.
+std::string_view QuotedValue(const char* line, std::string_view key, std::size_t length) {
+  const char* at = std::strstr(line, key.data());
+  if (at == nullptr || at[key.size()] != '"') return {};
+  const char* value = at + key.size() + 1;
+  const char* end = std::strchr(value, '"');
+  if (end == nullptr) return {};
+  return {value, std::min(static_cast<std::size_t>(end - value), length)};
+}
+
+// At most four hexadecimal digits; a value that does not parse leaves target as it was.
+template <typename Word>
+void TakeHex(const char* line, std::string_view key, Word& target) {
+  char value[kValueLength + 1] = {};
+  QuotedValue(line, key, kValueLength).copy(value, kValueLength);
+  unsigned long number = 0;
+  if (std::sscanf(value, "%4lX", &number) == 1) target = static_cast<Word>(number);
+}
+
+using File = std::unique_ptr<std::FILE, decltype([](std::FILE* file) { std::fclose(file); })>;
+
+File OpenTable() {
+  File file(std::fopen((std::string("./") + kFileName).c_str(), "r"));
+  if (file != nullptr) {
+    const std::string path = platform::TheHost().places.CurrentFolder() + kFileName;
+    StaticPath.fill('\0');
+    path.copy(StaticPath.data(), StaticPath.size() - 1);
+    return file;
+  }
+  if (StaticPath.front() != '\0') file.reset(std::fopen(StaticPath.data(), "r"));
+  return file;
+}
+
+}  // namespace
+
+void LoadVidPidTable() {
+  VidPidTable.fill({});
+  const File file = OpenTable();
+  if (file == nullptr) {
+    for (const char* line : kBuiltInLines) ParseVidPidLine(line);
+    return;
+  }
+  std::array<char, kLineLength + 1> line;
+  while (std::fgets(line.data(), static_cast<int>(line.size()), file.get()) != nullptr)
+    ParseVidPidLine(line.data());
+}
+
+void ParseVidPidLine(const char* text) {
+  if (VidPidCnt >= kVidPidRows) return;
+  tsVidPidRow& row = VidPidTable[static_cast<std::size_t>(VidPidCnt)];
+  std::uint16_t vid = 0;
+  std::uint16_t pid = 0;
+  TakeHex(text, "DEFAULT1MASK=", DefaultFilter[1].mask);
+  TakeHex(text, "DEFAULT1COMPARE=", DefaultFilter[1].compare);
+  TakeHex(text, "VID=", vid);
+  TakeHex(text, "PID=", pid);
+  // These go into the free row even when the line turns out to add none.
+  TakeHex(text, "FILTER1MASK=", row.filter[1].mask);
+  TakeHex(text, "FILTER1COMPARE=", row.filter[1].compare);
+  const std::string_view name = QuotedValue(text, "VENDORNAME=", kVendorNameLength);
+  if (name.empty() || vid == 0 || pid == 0) return;
+  row.VID = vid;
+  row.PID = pid;
+  std::memset(row.VendorName, 0, sizeof row.VendorName);
+  name.copy(row.VendorName, kVendorNameLength);
+  ++VidPidCnt;
+}
+
+void ForgetVidPidTable() {
+  VidPidTable.fill({});
+  VidPidCnt = 0;
+  DefaultFilter = {};
+  StaticPath.fill('\0');
+}
+
+std::int32_t FindVidPidRow(platform::HidIds ids, std::int32_t start) {
+  if (ids.pid == 0) return -1;
+  for (std::int32_t row = start; row < kVidPidRows; ++row) {
+    const tsVidPidRow& candidate = VidPidTable[static_cast<std::size_t>(row)];
+    if (candidate.VID == 0) return -1;
+    if (candidate.VID == ids.vid && candidate.PID == ids.pid) return row;
+  }
+  return -1;
+}
+
+}  // namespace tavlyn

@@ -1,0 +1,51 @@
+// USB identities under which readers appear, besides the main pair: read at each connect from
+// TavlynVIDPID.txt or, without one, from the lines built in.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "platform/platform.h"
+
+namespace tavlyn {
+
+inline constexpr std::int32_t kVidPidRows = 51;
+inline constexpr std::size_t kVendorNameLength = 45;
+
+struct Filter {
+  std::uint32_t mask;
+  std::uint32_t compare;
+};
+
+struct tsVidPidRow {
+  std::array<Filter, 2> filter;  // number 0 is never written
+  std::uint16_t VID;             // 0 ends the table for everyone who reads it
+  std::uint16_t PID;
+  char VendorName[48];
+};
+
+inline constinit std::array<tsVidPidRow, kVidPidRows> VidPidTable{};
+inline constinit std::int32_t VidPidCnt = 0;
+// DEFAULT1MASK and DEFAULT1COMPARE at index 1; no load clears them.
+inline constinit std::array<Filter, 2> DefaultFilter{};
+
+// Clears the rows, but not the count, which only USBConnect and USBDisconnect reset: after another kind of
+// connect the new rows stand behind the old count and the table looks empty.
+void LoadVidPidTable();
+
+// As in a process that has just started.
+void ForgetVidPidTable();
+
+// Takes what a line of the file says; adds at most one row.
+void ParseVidPidLine(const char* text);
+
+inline constexpr platform::HidIds kMainPair{0x7A31, 0x3BFA};
+inline constexpr platform::HidIds kReportId1Pair{0x7A31, 0x3BFB};
+
+constexpr bool SameIds(platform::HidIds a, platform::HidIds b) { return a.vid == b.vid && a.pid == b.pid; }
+constexpr bool IsMainPair(platform::HidIds ids) { return SameIds(ids, kMainPair); }
+
+// The first row at or behind start that holds the pair, or -1. A PID of 0 matches no row.
+std::int32_t FindVidPidRow(platform::HidIds ids, std::int32_t start);
+
+}  // namespace tavlyn

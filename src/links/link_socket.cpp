@@ -1,0 +1,58 @@
+#include "links/link_socket.h"
+
+#include <algorithm>
+
+#include "core/state.h"
+
+namespace tavlyn {
+namespace {
+
+constexpr std::uint32_t kBeforeRecv = 30;
+constexpr std::uint32_t kBetweenRecvs = 20;
+constexpr std::uint32_t kAfterSend = 20;
+constexpr int kRecvs = 5;
+
+}  // namespace
+
+std::int32_t LinkRecv(std::span<std::uint8_t> buffer) {
+  if (!LinkIsOpen()) return 0;
+  platform::Host& host = platform::TheHost();
+  std::ranges::fill(buffer, std::uint8_t{0});
+  host.clock.Sleep(kBeforeRecv);
+  // What is wanted shrinks while what was got grows, so the loop ends at half of the request; the adapters
+  // send a reply in one piece and the callers compare the last piece with the full length.
+  std::size_t want = buffer.size();
+  std::size_t got = 0;
+  std::int32_t last = 0;
+  for (int pass = 0; pass < kRecvs && got < want; ++pass) {
+    host.clock.Sleep(kBetweenRecvs);
+    last = host.sockets.Recv(LinkSocket, buffer.subspan(got, want));
+    if (last > 0) {
+      got += static_cast<std::size_t>(last);
+      want -= static_cast<std::size_t>(last);
+    }
+  }
+  return last;
+}
+
+std::int32_t LinkSend(std::span<const std::uint8_t> bytes) {
+  if (!LinkIsOpen()) return 0;
+  const std::int32_t sent = platform::TheHost().sockets.Send(LinkSocket, bytes);
+  platform::TheHost().clock.Sleep(kAfterSend);
+  return sent;
+}
+
+std::int32_t LinkClose() {
+  if (!LinkIsOpen()) return 0;
+  const std::int32_t result = platform::TheHost().sockets.Close(LinkSocket);
+  if (result == 0) LinkSocket = platform::kNoHandle;
+  return result;
+}
+
+void CloseTunnel() {
+  if (TunnelLink == 0) return;
+  LinkClose();
+  TunnelLink = 0;
+}
+
+}  // namespace tavlyn

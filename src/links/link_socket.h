@@ -1,0 +1,29 @@
+// The one TCP socket of the process. While it is open every serial byte and, with TunnelLink set, every
+// report travels over it.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "platform/platform.h"
+
+namespace tavlyn {
+
+inline constinit platform::Handle LinkSocket = platform::kNoHandle;
+
+inline bool LinkIsOpen() { return LinkSocket != platform::kNoHandle; }
+
+// Result of the last recv made, at most five; 0 when the socket is closed. Ends as soon as half of what was
+// asked for has arrived, so a caller that needs n bytes counts on them coming in one piece.
+std::int32_t LinkRecv(std::span<std::uint8_t> buffer);
+
+// Result of send; 0 when the socket is closed.
+std::int32_t LinkSend(std::span<const std::uint8_t> bytes);
+
+// Result of the system's close; 0 when the socket is closed already. A close that fails leaves it open.
+std::int32_t LinkClose();
+
+// Ends the tunnel when there is one.
+void CloseTunnel();
+
+}  // namespace tavlyn

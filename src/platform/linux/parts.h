@@ -1,0 +1,65 @@
+// The Linux implementations of the platform's interfaces.
+#pragma once
+
+#include <pthread.h>
+
+#include "platform/platform.h"
+
+namespace tavlyn::platform {
+
+class LinuxClock final : public Clock {
+ public:
+  std::uint64_t Tick() override;
+  void Sleep(std::uint32_t milliseconds) override;
+  std::tm LocalTime() override;
+};
+
+class LinuxMutex final : public RecursiveMutex {
+ public:
+  void Create() override;
+  void Lock() override;
+  void Unlock() override;
+  void Close() override;
+
+ private:
+  pthread_mutex_t mutex_ = PTHREAD_RECURSIVE_MUTEX_INITIALIZER_NP;
+};
+
+// HID through libhidapi-hidraw, bound at run time. One listed path is one interface with all the top-level
+// usages listed for it.
+class LinuxHid final : public HidSystem {
+ public:
+  bool Load() override;
+  void Unload() override;
+  bool BeginWalk(HidClass cls) override;
+  WalkStep Member(int index, std::string& path) override;
+  void EndWalk() override;
+  bool ListedIds(const char* path, HidIds& ids) override;
+  Handle Open(const char* path, OpenMode mode) override;
+  void Close(Handle device) override;
+  HidIds Attributes(Handle device) override;
+  UsageMatch TopUsage(Handle device, HidUsage wanted) override;
+  bool GetFeature(Handle device, std::span<std::uint8_t> report) override;
+  bool SetFeature(Handle device, std::span<const std::uint8_t> report) override;
+  Drain DrainInput(Handle device, std::span<std::uint8_t> report) override;
+
+ private:
+  struct State;
+  State* state_ = nullptr;  // from Load to Unload
+};
+
+class LinuxSockets final : public Sockets {
+ public:
+  std::int32_t Send(Handle socket, std::span<const std::uint8_t> bytes) override;
+  std::int32_t Recv(Handle socket, std::span<std::uint8_t> bytes) override;
+  std::int32_t Close(Handle socket) override;
+};
+
+class LinuxPlaces final : public Places {
+ public:
+  bool EnvironmentIsSet(const char* name) override;
+  std::string TraceFile() override;
+  std::string CurrentFolder() override;
+};
+
+}  // namespace tavlyn::platform

@@ -1,0 +1,14 @@
+// The Windows implementation of each interface, for the one place that puts them together.
+#pragma once
+
+#include "platform/platform.h"
+
+namespace tavlyn::platform {
+
+Clock& WindowsClock();
+RecursiveMutex& WindowsMutex();
+HidSystem& WindowsHid();
+Sockets& WindowsSockets();
+Places& WindowsPlaces();
+
+}  // namespace tavlyn::platform

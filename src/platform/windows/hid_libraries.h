@@ -1,0 +1,35 @@
+// HID.DLL and SETUPAPI.DLL, bound by name at run time: the library stays loaded on a system that lacks them.
+#pragma once
+
+#include <windows.h>
+
+// windows.h has to come first.
+#include <hidsdi.h>
+#include <setupapi.h>
+
+namespace tavlyn::platform {
+
+struct HidLibraries {
+  HMODULE hid = nullptr;
+  decltype(&HidD_GetAttributes) getAttributes = nullptr;
+  decltype(&HidD_GetFeature) getFeature = nullptr;
+  decltype(&HidD_SetFeature) setFeature = nullptr;
+  decltype(&HidD_GetHidGuid) getHidGuid = nullptr;  // required, though the class GUIDs are constants
+  decltype(&HidP_GetCaps) getCaps = nullptr;
+  decltype(&HidD_GetPreparsedData) getPreparsedData = nullptr;
+  decltype(&HidD_SetNumInputBuffers) setNumInputBuffers = nullptr;
+  decltype(&HidD_FlushQueue) flushQueue = nullptr;  // may be missing
+
+  HMODULE setup = nullptr;
+  decltype(&SetupDiGetClassDevsA) getClassDevs = nullptr;
+  decltype(&SetupDiEnumDeviceInterfaces) enumDeviceInterfaces = nullptr;
+  decltype(&SetupDiGetDeviceInterfaceDetailA) getDeviceInterfaceDetail = nullptr;
+  decltype(&SetupDiDestroyDeviceInfoList) destroyDeviceInfoList = nullptr;
+};
+
+// False: one of the two libraries or a required function is missing. HID.DLL stays bound without
+// SETUPAPI.DLL.
+bool BindHidLibraries(HidLibraries& libraries);
+void FreeHidLibraries(HidLibraries& libraries);
+
+}  // namespace tavlyn::platform

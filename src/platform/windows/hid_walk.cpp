@@ -1,0 +1,67 @@
+#include "platform/windows/hid_walk.h"
+
+namespace tavlyn::platform {
+namespace {
+
+constexpr GUID kHidInterface = {0x4D1E55B2, 0xF16F, 0x11CF, {0x88, 0xCB, 0x00, 0x11, 0x11, 0x00, 0x00, 0x30}};
+constexpr GUID kKeyboardInterface = {
+    0x884B96C3, 0x56EF, 0x11D1, {0xBC, 0x8C, 0x00, 0xA0, 0xC9, 0x14, 0x05, 0xDD}};
+
+static_assert(sizeof(SP_DEVICE_INTERFACE_DATA) == 32);
+static_assert(sizeof(SP_DEVICE_INTERFACE_DETAIL_DATA_A) == 8);
+
+// Third-party class installers run inside these calls. What one of them throws counts as the call failing,
+// and each call is caught by itself because each failure has its own consequence.
+template <typename Call>
+bool Caught(Call call) {
+  try {
+    return call();
+  } catch (...) {
+    return false;
+  }
+}
+
+}  // namespace
+
+bool HidWalk::Begin(const HidLibraries& libraries, HidClass cls) {
+  if (libraries.setup == nullptr) return false;
+  class_ = cls == HidClass::kKeyboard ? &kKeyboardInterface : &kHidInterface;
+  set_ = INVALID_HANDLE_VALUE;
+  return Caught([&] {
+    set_ = libraries.getClassDevs(class_, nullptr, nullptr, DIGCF_PRESENT | DIGCF_DEVICEINTERFACE);
+    return set_ != INVALID_HANDLE_VALUE;
+  });
+}
+
+WalkStep HidWalk::Member(const HidLibraries& libraries, int index, std::string& path) const {
+  SP_DEVICE_INTERFACE_DATA data{};
+  data.cbSize = sizeof data;
+  if (!Caught([&] {
+        return libraries.enumDeviceInterfaces(set_, nullptr, class_, static_cast<DWORD>(index), &data) != 0;
+      })) {
+    return WalkStep::kEnd;
+  }
+
+  DWORD required = 0;
+  Caught(
+      [&] { return libraries.getDeviceInterfaceDetail(set_, &data, nullptr, 0, &required, nullptr) != 0; });
+  if (GetLastError() != ERROR_INSUFFICIENT_BUFFER) return WalkStep::kEnd;
+
+  auto* detail =
+      static_cast<SP_DEVICE_INTERFACE_DETAIL_DATA_A*>(LocalAlloc(LMEM_ZEROINIT, std::size_t{required} + 16));
+  if (detail == nullptr) return WalkStep::kEnd;
+  detail->cbSize = sizeof *detail;
+  const bool told = Caught([&] {
+    return libraries.getDeviceInterfaceDetail(set_, &data, detail, required, nullptr, nullptr) != 0;
+  });
+  if (told) path = detail->DevicePath;
+  LocalFree(detail);
+  return told ? WalkStep::kPath : WalkStep::kSkip;
+}
+
+void HidWalk::End(const HidLibraries& libraries) {
+  if (set_ != INVALID_HANDLE_VALUE) libraries.destroyDeviceInfoList(set_);
+  set_ = INVALID_HANDLE_VALUE;
+}
+
+}  // namespace tavlyn::platform

@@ -1,0 +1,10 @@
+#include "platform/windows/backend.h"
+
+namespace tavlyn::platform {
+
+Host& TheHost() {
+  static Host host{WindowsClock(), WindowsMutex(), WindowsHid(), WindowsSockets(), WindowsPlaces()};
+  return host;
+}
+
+}  // namespace tavlyn::platform

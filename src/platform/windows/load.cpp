@@ -1,0 +1,9 @@
+#include "core/front/load.h"
+
+#include <windows.h>
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID) {
+  if (reason == DLL_PROCESS_ATTACH) tavlyn::Load();
+  if (reason == DLL_PROCESS_DETACH) tavlyn::Unload();
+  return TRUE;
+}

@@ -1,0 +1,231 @@
+#include "reader/blocks.h"
+
+#include <algorithm>
+
+namespace tavlyn {
+namespace {
+
+enum class Way : std::uint8_t { kBoth, kReadOnly };
+enum class As : std::uint8_t { kFlag, kByte, kNibble };
+
+struct Packed {
+  BlockNumber block;
+  std::uint8_t byte;   // 1 to 8
+  std::uint8_t shift;  // of the lowest bit
+  As as;
+  FieldId field;
+  std::int16_t scale = 1;  // field = byte * scale
+  std::uint8_t writeMask = 0xFF;
+  Way way = Way::kBoth;
+};
+
+constexpr Packed Flag(BlockNumber block, std::uint8_t byte, std::uint8_t bit, FieldId field,
+                      Way way = Way::kBoth) {
+  return {block, byte, bit, As::kFlag, field, 1, 1, way};
+}
+constexpr Packed Byte(BlockNumber block, std::uint8_t byte, FieldId field, std::int16_t scale = 1,
+                      std::uint8_t writeMask = 0xFF) {
+  return {block, byte, 0, As::kByte, field, scale, writeMask, Way::kBoth};
+}
+constexpr Packed Nibble(BlockNumber block, std::uint8_t byte, std::uint8_t shift, FieldId field) {
+  return {block, byte, shift, As::kNibble, field, 1, 0x0F, Way::kBoth};
+}
+
+constexpr std::uint8_t kFlags3Byte = 7;
+
+using namespace field;
+
+constexpr std::array kLayout = {
+    Byte(kFormatBlock, 1, IDDispParms_iFACDispLen, 1, 0x7F),
+    Byte(kFormatBlock, 2, IDDispParms_iIDDispLen, 1, 0x7F),
+    Nibble(kFormatBlock, 3, 0, IDBitCnts_iLeadParityBitCnt),
+    Nibble(kFormatBlock, 3, 4, IDBitCnts_iTrailParityBitCnt),
+    Byte(kFormatBlock, 4, IDBitCnts_iIDBitCnt, 1, 0x7F),
+    Byte(kFormatBlock, 5, IDBitCnts_iTotalBitCnt),
+    Byte(kFormatBlock, 6, IDDispParms_iFACIDDelim),
+    Byte(kFormatBlock, 7, IDDispParms_iELDelim),
+    Flag(kFormatBlock, 8, 0, CfgFlags_bFixLenDsp),
+    Flag(kFormatBlock, 8, 1, CfgFlags_bFrcBitCntEx),
+    Flag(kFormatBlock, 8, 2, CfgFlags_bStripFac),
+    Flag(kFormatBlock, 8, 3, CfgFlags_bSndFac),
+    Flag(kFormatBlock, 8, 4, CfgFlags_bUseDelFac2Id),
+    Flag(kFormatBlock, 8, 5, CfgFlags_bNoUseELChar),
+    Flag(kFormatBlock, 8, 6, CfgFlags_bSndOnRx),
+    Flag(kFormatBlock, 8, 7, CfgFlags_bHaltKBSnd),
+
+    Byte(kTimeBlock, 2, TimeParms_iBitStrmTO, 4),
+    Byte(kTimeBlock, 3, TimeParms_iIDHoldTO, 50),
+    Byte(kTimeBlock, 4, TimeParms_iIDLockOutTm, 50),
+    Byte(kTimeBlock, 5, TimeParms_iUSBKeyPrsTm, 4),
+    Byte(kTimeBlock, 6, TimeParms_iUSBKeyRlsTm, 4),
+    Byte(kTimeBlock, kFlags3Byte, TimeParms_iTPCfgFlg3),
+    Flag(kTimeBlock, kFlags3Byte, 7, CfgFlags3_bUseNumKP, Way::kReadOnly),
+    Flag(kTimeBlock, kFlags3Byte, 6, CfgFlags3_bSndSFON, Way::kReadOnly),
+    Flag(kTimeBlock, kFlags3Byte, 5, CfgFlags3_bSndSFFC, Way::kReadOnly),
+    Flag(kTimeBlock, kFlags3Byte, 4, CfgFlags3_bSndSFID, Way::kReadOnly),
+    Flag(kTimeBlock, kFlags3Byte, 3, CfgFlags3_bPrxProEm, Way::kReadOnly),
+    Flag(kTimeBlock, kFlags3Byte, 2, CfgFlags3_bLowerCaseHex, Way::kReadOnly),
+    Flag(kTimeBlock, kFlags3Byte, 1, CfgFlags3_bUse64Bit, Way::kReadOnly),
+    Byte(kTimeBlock, 8, TimeParms_ExFeatures01),
+    Flag(kTimeBlock, 8, 5, CfgFlags2_isASCIIpresent, Way::kReadOnly),
+
+    Flag(kDisplayBlock, 1, 0, LEDCtrl_iRedLEDState),
+    Flag(kDisplayBlock, 1, 1, LEDCtrl_iGrnLEDState),
+    Flag(kDisplayBlock, 1, 2, BprRlyCtrl_iRelayState),
+    Flag(kDisplayBlock, 1, 3, BprRlyCtrl_iBeeperState),
+    Flag(kDisplayBlock, 1, 4, CfgFlags3_bNotBootDev),
+    Flag(kDisplayBlock, 2, 0, CfgFlags2_bUseLeadChrs),
+    Flag(kDisplayBlock, 2, 1, LEDCtrl_bAppCtrlsLED),
+    Flag(kDisplayBlock, 2, 2, CfgFlags2_bDspHex),
+    Flag(kDisplayBlock, 2, 3, CfgFlags2_bWiegInvData),
+    Flag(kDisplayBlock, 2, 4, CfgFlags2_bBeepID),
+    Flag(kDisplayBlock, 2, 5, CfgFlags2_bRevWiegBits),
+    Flag(kDisplayBlock, 2, 6, CfgFlags2_bRevBytes),
+    Flag(kDisplayBlock, 2, 7, CfgFlags2_bUseInvDataF),
+    Byte(kDisplayBlock, 3, IDDispParms2_iCrdGnChr0),
+    Byte(kDisplayBlock, 4, IDDispParms2_iCrdGnChr1),
+};
+
+std::uint8_t Pack(const Packed& row, std::int16_t value) {
+  switch (row.as) {
+    case As::kFlag: return static_cast<std::uint8_t>((value != 0 ? 1 : 0) << row.shift);
+    case As::kNibble: value = std::min<std::int16_t>(value, 15); break;
+    case As::kByte: break;
+  }
+  return static_cast<std::uint8_t>((value / row.scale & row.writeMask) << row.shift);
+}
+
+std::int16_t Unpack(const Packed& row, std::uint8_t byte) {
+  const int mask = row.as == As::kFlag ? 1 : row.as == As::kNibble ? 0x0F : 0xFF;
+  return static_cast<std::int16_t>((byte >> row.shift & mask) * row.scale);
+}
+
+// Lead characters and behind them trail characters share three places; their counts share b5.
+constexpr int kCharacters = 3;
+constexpr std::size_t kCountsAt = 4;
+constexpr std::size_t kCharactersAt = 5;
+
+void TakeCharacters(const Block& block, tsCfgSlot& slot) {
+  RecordWords& leads = slot.record[kIDDispParms2];
+  RecordWords& trails = slot.record[kIDDispParms3];
+  std::fill_n(leads.begin() + 1, kCharacters, std::int16_t{0});
+  std::fill_n(trails.begin() + 1, kCharacters, std::int16_t{0});
+  const int leadCount = block[kCountsAt] & 3;
+  leads[0] = static_cast<std::int16_t>(leadCount);
+  trails[0] = static_cast<std::int16_t>(block[kCountsAt] >> 4 & 3);
+  // All places behind the lead characters are taken, even more than the trail count says.
+  for (int place = 0; place < kCharacters; ++place) {
+    const auto at = static_cast<std::size_t>(place);
+    const std::int16_t character = block[kCharactersAt + at];
+    if (place < leadCount) {
+      leads[1 + at] = character;
+    } else {
+      trails[1 + at - static_cast<std::size_t>(leadCount)] = character;
+    }
+  }
+}
+
+void BuildCharacters(const tsCfgSlot& slot, Block& block) {
+  int lead = slot[IDDispParms2_iLeadChrCnt];
+  int trail = slot[IDDispParms3_iTrailChrCnt];
+  if (lead + trail > kCharacters) {
+    lead = std::min(lead, kCharacters);
+    trail = kCharacters - lead;
+  }
+  block[kCountsAt] =
+      static_cast<std::uint8_t>(static_cast<unsigned>(trail) << 4 | static_cast<unsigned>(lead));
+  std::size_t place = kCharactersAt;
+  const auto append = [&](Record record, int count) {
+    for (int at = 0; at < std::min(count, kCharacters) && place < block.size(); ++at) {
+      block[place++] = static_cast<std::uint8_t>(slot.record[record][static_cast<std::size_t>(at) + 1]);
+    }
+  };
+  append(kIDDispParms2, lead);
+  append(kIDDispParms3, trail);
+}
+
+// What does not fit the nibble of the format block travels in the extension block.
+void KeepExcess(tsCfgSlot& slot, FieldId count, std::size_t word) {
+  const auto excess = static_cast<std::uint16_t>(slot[count] > 15 ? slot[count] - 15 : 0);
+  if (slot.ExtBytes[word] == excess) return;
+  slot.ExtBytes[word] = excess;
+  slot.bDirtyExt = 1;
+}
+
+constexpr std::uint8_t kOptionBit = 2;
+
+void TakeExtension(const Block& block, tsCfgSlot& slot) {
+  std::copy_n(block.begin(), kExtBytes, slot.ExtBytes.begin());
+  if ((slot[TimeParms_ExFeatures01] & kExtendedSepFields) != 0) slot[IDDispParms_iExOutputFormat] = block[7];
+  slot[IDBitCnts_iLeadParityBitCnt] = static_cast<std::int16_t>(slot[IDBitCnts_iLeadParityBitCnt] + block[0]);
+  slot[IDBitCnts_iTrailParityBitCnt] =
+      static_cast<std::int16_t>(slot[IDBitCnts_iTrailParityBitCnt] + block[1]);
+  slot.ExtendedPrecisionMath = block[5] >> 1 & 1;
+  slot.AZERTYShiftlock = block[6] >> 1 & 1;
+}
+
+void BuildExtension(const tsCfgSlot& slot, Block& block) {
+  std::transform(slot.ExtBytes.begin(), slot.ExtBytes.end(), block.begin(),
+                 [](std::uint16_t word) { return static_cast<std::uint8_t>(word); });
+  const auto option = [](std::uint8_t kept, std::int32_t on) {
+    return static_cast<std::uint8_t>((kept & ~kOptionBit) | (on != 0 ? kOptionBit : 0));
+  };
+  block[5] = option(block[5], slot.ExtendedPrecisionMath);
+  block[6] = option(block[6], slot.AZERTYShiftlock);
+  // On a slot that was never read the feature bits count as clear.
+  const bool extended = slot.bCfgLoaded != 0 && (slot[TimeParms_ExFeatures01] & kExtendedSepFields) != 0;
+  block[7] = extended ? static_cast<std::uint8_t>(slot[IDDispParms_iExOutputFormat]) : std::uint8_t{0};
+}
+
+}  // namespace
+
+void TakeBlock(BlockNumber number, const Block& block, tsCfgSlot& slot, bool bootDeviceTells) {
+  for (const Packed& row : kLayout) {
+    if (row.block == number) slot[row.field] = Unpack(row, block[row.byte - 1U]);
+  }
+  if (number == kDisplayBlock) {
+    TakeCharacters(block, slot);
+    if (!bootDeviceTells) slot[CfgFlags3_bNotBootDev] = 0;
+    slot[LEDCtrl_bVolatile] = 0;
+    slot[BprRlyCtrl_bVolatile] = 0;
+  }
+  if (number == kExtensionBlock) TakeExtension(block, slot);
+}
+
+Block BuildBlock(BlockNumber number, tsCfgSlot& slot) {
+  Block block{};
+  for (const Packed& row : kLayout) {
+    if (row.block == number && row.way == Way::kBoth) block[row.byte - 1U] |= Pack(row, slot[row.field]);
+  }
+  if (number == kFormatBlock) {
+    KeepExcess(slot, IDBitCnts_iLeadParityBitCnt, 0);
+    KeepExcess(slot, IDBitCnts_iTrailParityBitCnt, 1);
+  }
+  if (number == kDisplayBlock) BuildCharacters(slot, block);
+  if (number == kExtensionBlock) BuildExtension(slot, block);
+  return block;
+}
+
+std::int16_t Flags3Byte(const tsCfgSlot& slot) {
+  std::int16_t byte = 0;
+  for (const Packed& row : kLayout) {
+    if (row.field.record == kCfgFlags3 && row.block == kTimeBlock) {
+      byte = static_cast<std::int16_t>(byte | Pack(row, slot[row.field]));
+    }
+  }
+  return byte;
+}
+
+void Sanitize(tsCfgSlot& slot) {
+  const bool wide = (slot[TimeParms_ExFeatures01] & kWideParity) != 0;
+  for (const FieldBounds& bounds : kFieldBounds) {
+    const bool widened = wide && IsParityCount(bounds.field);
+    std::int16_t& value = slot[bounds.field];
+    if (value < bounds.least)
+      value = bounds.least;
+    else if (value > (widened ? kWideParityLimit : bounds.most))
+      value = widened ? kWideParityLimit : bounds.over;
+  }
+}
+
+}  // namespace tavlyn

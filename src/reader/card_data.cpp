@@ -1,0 +1,39 @@
+// Data of the card on the reader, as far as the reader keeps it.
+#include <algorithm>
+#include <array>
+
+#include "api.h"
+#include "core/openings.h"
+#include "reader/transactions.h"
+
+namespace tavlyn {
+namespace {
+
+constexpr std::uint8_t kPieces = 5;
+
+constinit std::array<std::uint8_t, 256> CardData{};
+
+}  // namespace
+}  // namespace tavlyn
+
+using namespace tavlyn;
+
+std::uint32_t getActiveCardData() {
+  if (!ReaderIsActive()) return UnsupportedValue;
+  ActiveEntry().LastLibErr = 0;
+  if (OnSerialPort()) {
+    CardData.fill(0);
+    return 0;
+  }
+  for (std::uint8_t piece = 0; piece < kPieces; ++piece) {
+    ReplyBytes reply;
+    if (!Ask(command::kCardData, TAVLYN_ERR_COMMAND, reply, piece)) return 0;
+    std::ranges::copy(reply, CardData.begin() + static_cast<std::ptrdiff_t>(piece * reply.size()));
+  }
+  return 1;
+}
+
+std::uint32_t getActiveCardData_byte(std::uint16_t index) {
+  if (!ReaderIsActive()) return UnsupportedValue;
+  return index < CardData.size() ? CardData[index] : 0;
+}

@@ -1,0 +1,181 @@
+#include "reader/cfg_read.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "core/configurations.h"
+#include "core/trace.h"
+#include "reader/blocks.h"
+#include "reader/card_types.h"
+#include "reader/classify.h"
+#include "reader/device_texts.h"
+#include "reader/fa_frames.h"
+#include "reader/transactions.h"
+
+namespace tavlyn {
+namespace {
+
+constexpr const char* kTag = "tavlyn_ReadCfgOneConfig";
+
+// Readers do not have a serial number word; programs expect this value.
+constexpr std::uint32_t kNoSerialNumber = 65535;
+
+bool ReadIdentity(tsDevEntry& entry) {
+  ReplyBytes id;
+  if (!Ask(command::kIdentity, TAVLYN_ERR_CONFIG_READ, id)) {
+    entry.LastLibErr |= TAVLYN_ERR_CONFIG_READ;
+    LogErrorCode(kTag);
+    return false;
+  }
+  entry.LUID = static_cast<std::uint16_t>(id[1] << 8 | id[0]);
+  entry.DID = static_cast<std::uint16_t>(id[3] << 8 | id[2]);
+  entry.SN = kNoSerialNumber;
+  return true;
+}
+
+bool ReadBlock(BlockNumber number, tsCfgSlot& slot) {
+  Block block;
+  if (!Ask(command::kReadBlock, TAVLYN_ERR_CONFIG_READ, block, static_cast<std::uint8_t>(0x80 + number),
+           number)) {
+    // Over a serial link the time and display blocks deliberately fail without a line.
+    if (!OnSerialPort())
+      LogFailure(kTag);
+    else if (number == kFormatBlock || number == kExtensionBlock)
+      LogLine(kTag, kFailed);
+    return false;
+  }
+  TakeBlock(number, block, slot, ActiveEntry().LinkKind == kByReports);
+  return true;
+}
+
+// Room for all eighteen pages that a reader may announce; only the first 128 bytes count.
+constexpr std::uint8_t kSepPages = 18;
+constexpr std::size_t kPageBytes = 8;
+using SepBuffer = std::array<std::uint8_t, kSepPages * kPageBytes>;
+
+bool ReadSepByReports(tsDevEntry& entry, SepBuffer& buffer) {
+  constexpr std::uint8_t kShortFormPages = 12;
+  std::uint8_t pages = kShortFormPages;
+  for (std::uint8_t page = 0; page < kSepPages; ++page) {
+    Report reply{};
+    const Xfer fetched = FeatureXfer(command::kSepFields, reply, page);
+    if (fetched != Xfer::kDone) entry.LastLibErr |= TAVLYN_ERR_CONFIG_READ;
+    if (fetched == Xfer::kNotSent) {
+      LogFailure(kTag);
+      return false;
+    }
+    if (fetched == Xfer::kNoReply) {
+      LogErrorCode(kTag);
+      reply.fill(0);
+    }
+    if (page == 0) {
+      if (reply[1] == 0 || reply[1] == 0xFF) return true;
+      if (reply[1] != kSepFldUnset) pages = reply[4];
+    }
+    std::copy_n(reply.begin() + 1, kPageBytes, buffer.begin() + page * kPageBytes);
+    if (page + 1 >= pages) break;
+  }
+  return true;
+}
+
+void ReadSepByFa(tsDevEntry& entry, const tsCfgSlot& slot, SepBuffer& buffer) {
+  const bool extended = (slot[field::TimeParms_ExFeatures01] & kExtendedSepFields) != 0;
+  const std::uint8_t instruction = extended ? 0x0A : 0x09;
+  FaFrame head(command::kSepFieldsFa, instruction, kPageBytes);
+  if (!FaXfer(command::kSepFieldsFa, head)) {
+    entry.bSepFldCapable = 0;
+    return;
+  }
+  const std::size_t length = std::min(head.data[3] * kPageBytes, kSepFldBytes);
+  FaFrame all(command::kSepFieldsFa, instruction, static_cast<std::uint8_t>(length));
+  if (FaXfer(command::kSepFieldsFa, all)) std::copy_n(all.data.begin(), length, buffer.begin());
+}
+
+// False only when the whole read has failed. A reader without such data has the field zeroed by every read.
+bool ReadSepFields(tsDevEntry& entry, tsCfgSlot& slot) {
+  SepBuffer buffer{};
+  if (entry.bSepFldCapable != 0) {
+    if (OnSerialPort())
+      ReadSepByFa(entry, slot, buffer);
+    else if (!ReadSepByReports(entry, buffer))
+      return false;
+  }
+  std::copy_n(buffer.begin(), kSepFldBytes, slot.sFldSepData.begin());
+  return true;
+}
+
+template <std::size_t kSize>
+void KeepText(std::span<const char> text, char (&field)[kSize]) {
+  const auto length = static_cast<std::size_t>(std::ranges::find(text, '\0') - text.begin());
+  std::memset(field, 0, kSize);
+  std::copy_n(text.begin(), std::min(length, kSize - 1), field);
+}
+
+// None of these can fail the read; what they leave in the error word stays beside a result of 1.
+void ReadTexts(tsDevEntry& entry) {
+  std::array<char, 8 * kTextPiece> filename{};
+  entry.LastLibErr = 0;
+  const bool named = FetchText(command::kDeviceText, Text::kFirmwareFile, TAVLYN_ERR_FW_FILENAME, filename);
+  KeepText(named ? std::span<const char>(filename) : std::span<const char>(), entry.FWFilename);
+
+  std::array<char, 3 * kTextPiece> version{};
+  entry.LastLibErr = 0;
+  const bool versioned =
+      FetchText(command::kDeviceText, Text::kFullVersion, TAVLYN_ERR_FULL_FW_VERSION, version);
+  KeepText(versioned ? std::span<const char>(version) : std::span<const char>(), entry.FullFWVersion);
+
+  if (entry.bPartNumberPending == 0) return;
+  std::array<char, 3 * kTextPiece> model{};
+  if (!FetchText(command::kModelNumber, Text::kModelNumber, TAVLYN_ERR_CONFIG_READ, model)) {
+    entry.bPartNumberPending = 0;
+    return;
+  }
+  KeepText(model, entry.PartNumber);
+  LogLine(kTag, "Model Number of Device is : %s", entry.PartNumber);
+}
+
+bool ReadOneConfig() {
+  tsDevEntry& entry = ActiveEntry();
+  entry.LastLibErr = 0;
+  tsCfgSlot& slot = entry.ActiveSlot();
+  if (!ReadIdentity(entry)) return false;
+  for (const BlockNumber number : {kFormatBlock, kTimeBlock, kDisplayBlock, kExtensionBlock}) {
+    if (!ReadBlock(number, slot)) return false;
+  }
+  if (!ReadSepFields(entry, slot)) return false;
+  ReadTexts(entry);
+  Sanitize(slot);
+  slot.bCfgLoaded = 1;
+  // bDirtyDisp stays: outputs that were set for storing are not undone by a read.
+  slot.bDirtyFmt = slot.bDirtyTime = slot.bDirtyExt = slot.bDirtySep = 0;
+  entry.bLUIDDirty = 0;
+  return true;
+}
+
+// From the highest configuration down, so that number 0 is read last. After a failure nothing more is read,
+// but the selections go on, so that the reader ends where it was.
+bool ReadAllConfigs(tsDevEntry& entry) {
+  const std::uint8_t remembered = entry.ActConfig;
+  bool ok = true;
+  for (int config = HighestConfig(); config >= 0; --config) {
+    const auto index = static_cast<std::uint8_t>(config);
+    SelectConfig(index);
+    if (!ok) continue;
+    UseConfig(index);
+    ClassifyReader();
+    ok = ReadOneConfig();
+  }
+  SelectConfig(remembered);
+  return ok;
+}
+
+}  // namespace
+
+std::uint32_t ReadReaderCfg() {
+  tsDevEntry& entry = ActiveEntry();
+  const bool ok = entry.PlusState == kPlainReader ? ReadOneConfig() : ReadAllConfigs(entry);
+  if (entry.PlusState == kPlusReader) ReadCardTypeList();
+  return ok ? 1 : 0;
+}
+
+}  // namespace tavlyn

@@ -1,0 +1,70 @@
+#include "reader/device_texts.h"
+
+#include <algorithm>
+#include <array>
+
+#include "api.h"
+#include "core/openings.h"
+#include "core/trace.h"
+#include "reader/outputs.h"
+#include "reader/transactions.h"
+
+namespace tavlyn {
+namespace {
+
+constexpr std::size_t kShortText = 3 * kTextPiece;
+constexpr std::uint8_t kEsnPieces = 4;
+
+constinit std::array<char, kShortText + 1> ReaderText{};
+constinit std::array<std::uint8_t, kEsnPieces * kTextPiece> EsnBytes{};
+
+const char* GetReaderText(Text number) {
+  if (ActDev < 0 || ActDev >= kTableEntries) return "";
+  ReaderText.fill('\0');
+  const std::span<char> text = std::span(ReaderText).first(kShortText);
+  return FetchText(command::kDeviceText, number, TAVLYN_ERR_CONFIG_READ, text) ? ReaderText.data() : "";
+}
+
+bool FetchEsn() {
+  EsnBytes.fill(0);
+  ActiveEntry().LastLibErr = 0;
+  for (std::uint8_t piece = 0; piece < kEsnPieces; ++piece) {
+    ReplyBytes reply;
+    if (!Ask(command::kEsn, TAVLYN_ERR_COMMAND, reply, piece)) return false;
+    std::ranges::copy(reply, EsnBytes.begin() + piece * kTextPiece);
+  }
+  return true;
+}
+
+}  // namespace
+
+bool FetchText(const Command& command, Text number, std::uint32_t reportError, std::span<char> text) {
+  for (std::size_t piece = 0; piece < text.size() / kTextPiece; ++piece) {
+    ReplyBytes reply;
+    const auto index = static_cast<std::uint8_t>(piece);
+    if (!Ask(command, reportError, reply, static_cast<std::uint8_t>(number), index)) return false;
+    std::ranges::copy(reply, text.begin() + static_cast<std::ptrdiff_t>(piece * kTextPiece));
+  }
+  return true;
+}
+
+}  // namespace tavlyn
+
+using namespace tavlyn;
+
+const char* GetSerialNumber() { return GetReaderText(Text::kSerialNumber); }
+const char* GetPlatformType() { return GetReaderText(Text::kPlatform); }
+const char* GetBuildDate() { return GetReaderText(Text::kBuildDate); }
+const char* GetCopyrightInfo() { return GetReaderText(Text::kCopyright); }
+const char* GetCPUInfo() { return GetReaderText(Text::kCpu); }
+
+const std::uint8_t* getESN() {
+  if (!ReaderIsActive() || ActiveEntry().LinkKind != kByReports || !IsFastStoreReader()) return nullptr;
+  if (FetchEsn()) return EsnBytes.data();
+  LogFailure("tavlyn_getESN");
+  return nullptr;
+}
+
+const char* GetFullFWVersion() { return ActiveInRange() ? ActiveEntry().FullFWVersion : nullptr; }
+const char* GetFWFilename() { return ActiveInRange() ? ActiveEntry().FWFilename : nullptr; }
+const char* getPartNumberString() { return ActiveInRange() ? ActiveEntry().PartNumber : nullptr; }

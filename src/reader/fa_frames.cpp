@@ -1,0 +1,122 @@
+#include "reader/fa_frames.h"
+
+#include <span>
+
+#include "core/state.h"
+#include "links/serial_port.h"
+#include "platform/platform.h"
+
+namespace tavlyn {
+namespace {
+
+constexpr std::uint8_t kCla = 0xFA;
+constexpr std::uint32_t kPause = 50;
+constexpr std::uint32_t kSocketStore = 500;
+
+void Sleep(std::uint32_t milliseconds) { platform::TheHost().clock.Sleep(milliseconds); }
+
+// Counts are compared signed: a failed socket read is -1, not very many bytes.
+bool Read(SerialPort& port, std::span<std::uint8_t> bytes) {
+  if (bytes.empty()) return true;
+  return static_cast<std::int32_t>(port.Read(bytes)) >= static_cast<std::int32_t>(bytes.size());
+}
+
+bool Write(SerialPort& port, std::span<const std::uint8_t> bytes) {
+  return static_cast<std::int32_t>(port.Write(bytes)) >= static_cast<std::int32_t>(bytes.size());
+}
+
+bool WriteCla(SerialPort& port) { return port.Write({&kCla, 1}) == 1; }
+
+// Clears the status and gives the open port, or null.
+SerialPort* Begin(FaFrame& frame) {
+  frame.sw1 = frame.sw2 = 0;
+  StatusWord = 0;
+  SerialPort* port = ActiveEntry().pSerialPort;
+  if (port == nullptr || !port->IsOpen()) return nullptr;
+  port->Flush();
+  return port;
+}
+
+SerialPort* SendHeader(FaFrame& frame, std::size_t txCount) {
+  SerialPort* port = Begin(frame);
+  if (port == nullptr) return nullptr;
+  if (port->bSocketMode) port->ClearInput();
+  if (!WriteCla(*port)) return nullptr;
+  // The reader's receiver needs this after the class byte.
+  if (!port->bSocketMode) Sleep(kPause);
+  return Write(*port, std::span(frame.header).first(txCount)) ? port : nullptr;
+}
+
+// The echo came. If another byte did, it is SW1 of a refusal and exactly one more is read, however many
+// follow.
+bool ReadEcho(SerialPort& port, FaFrame& frame) {
+  std::uint8_t echo = 0;
+  if (!Read(port, {&echo, 1})) return false;
+  if (echo == frame.header[0]) return true;
+  frame.data[0] = echo;
+  StatusWord = static_cast<std::uint32_t>(echo) << 8;
+  frame.data[1] = 0;
+  Read(port, std::span(frame.data).subspan(1, 1));
+  StatusWord += frame.data[1];
+  return false;
+}
+
+bool ReadStatus(SerialPort& port, FaFrame& frame) {
+  std::array<std::uint8_t, 2> status{};
+  if (!Read(port, status)) return false;
+  frame.sw1 = status[0];
+  frame.sw2 = status[1];
+  StatusWord = static_cast<std::uint32_t>(status[0]) << 8 | status[1];
+  return StatusWord == 0x9000;
+}
+
+}  // namespace
+
+bool FaSendStatus(FaFrame& frame) {
+  SerialPort* port = Begin(frame);
+  return port != nullptr && WriteCla(*port) && Write(*port, std::span(frame.header).first(4)) &&
+         ReadStatus(*port, frame);
+}
+
+bool FaRecvData(FaFrame& frame, std::size_t txCount, std::size_t rxHint) {
+  SerialPort* port = SendHeader(frame, txCount);
+  if (port == nullptr) return false;
+  if (port->bSocketMode) Sleep(kPause);
+  const std::size_t count = rxHint != 0 ? rxHint - 1 : frame.P3();
+  return ReadEcho(*port, frame) && Read(*port, std::span(frame.data).first(count)) &&
+         ReadStatus(*port, frame);
+}
+
+bool FaSendData(FaFrame& frame) {
+  SerialPort* port = SendHeader(frame, 4);
+  if (port == nullptr || !ReadEcho(*port, frame)) return false;
+  if (!Write(*port, std::span(frame.data).first(frame.P3()))) return false;
+  if (port->bSocketMode) Sleep(kSocketStore);
+  return ReadStatus(*port, frame);
+}
+
+bool FaRecv8(FaFrame& frame) { return FaRecvN(frame, 8); }
+
+bool FaRecvN(FaFrame& frame, std::size_t n) {
+  SerialPort* port = SendHeader(frame, 4);
+  return port != nullptr && ReadEcho(*port, frame) && Read(*port, std::span(frame.data).first(n));
+}
+
+bool FaXfer(const Command& command, FaFrame& frame) {
+  switch (command.routine) {
+    case Fa::kRecvData: return FaRecvData(frame, command.faBytes, command.hint);
+    case Fa::kSendData: return FaSendData(frame);
+    case Fa::kRecv8: return FaRecv8(frame);
+    case Fa::kRecvN: return FaRecvN(frame, command.hint);
+    case Fa::kSendStatus: return FaSendStatus(frame);
+    case Fa::kNone: break;
+  }
+  return false;
+}
+
+bool FaXferTwice(const Command& command, FaFrame& frame) {
+  const bool first = FaXfer(command, frame);
+  return first || FaXfer(command, frame);
+}
+
+}  // namespace tavlyn

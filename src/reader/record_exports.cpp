@@ -1,0 +1,85 @@
+// Exports on words of the mirror that belong to no record.
+#include <algorithm>
+#include <array>
+
+#include "api.h"
+#include "core/openings.h"
+
+namespace tavlyn {
+namespace {
+
+using Word = std::int32_t tsCfgSlot::*;
+
+std::uint32_t GetWord(Word word, std::uint32_t noReader) {
+  if (!ReaderIsActive()) return noReader;
+  return static_cast<std::uint32_t>(static_cast<std::int16_t>(ActiveEntry().ActiveSlot().*word));
+}
+
+std::uint32_t SetWord(Word word, std::int32_t value, std::uint32_t noReader) {
+  if (!ReaderIsActive()) return noReader;
+  tsCfgSlot& slot = ActiveEntry().ActiveSlot();
+  slot.*word = value;
+  slot.bDirtyExt = 1;
+  return 1;
+}
+
+}  // namespace
+}  // namespace tavlyn
+
+using namespace tavlyn;
+
+std::uint32_t GetSepFldData(std::uint8_t* buffer, std::uint16_t length) {
+  if (!ReaderIsActive()) return UnsupportedValue;
+  if (length < kSepFldBytes) return 0;
+  tsDevEntry& entry = ActiveEntry();
+  const tsCfgSlot& slot = entry.ActiveSlot();
+  if (buffer == nullptr || slot.bCfgLoaded == 0) {
+    entry.LastLibErr |= buffer == nullptr ? TAVLYN_ERR_SEP_NULL : TAVLYN_ERR_SEP_UNREAD;
+    return 0;
+  }
+  std::ranges::copy(slot.sFldSepData, buffer);
+  entry.LastLibErr = 0;
+  return 1;
+}
+
+std::uint32_t SetSepFldData(const std::uint8_t* buffer, std::uint16_t length) {
+  if (!ReaderIsActive()) return UnsupportedValue;
+  if (length < kSepFldBytes) return 0;
+  tsDevEntry& entry = ActiveEntry();
+  if (buffer == nullptr) {
+    entry.LastLibErr |= TAVLYN_ERR_SEP_NULL;
+    return 0;
+  }
+  tsCfgSlot& slot = entry.ActiveSlot();
+  std::copy_n(buffer, kSepFldBytes, slot.sFldSepData.begin());
+  slot.bDirtySep = 1;
+  entry.LastLibErr = 0;
+  return 1;
+}
+
+std::uint32_t GetAZERTYShiftLock() { return GetWord(&tsCfgSlot::AZERTYShiftlock, UnsupportedValue); }
+std::uint32_t SetAZERTYShiftLock(std::int16_t on) {
+  return SetWord(&tsCfgSlot::AZERTYShiftlock, on, UnsupportedValue);
+}
+
+std::uint32_t GetExtendedPrecisionMath() {
+  return GetWord(&tsCfgSlot::ExtendedPrecisionMath, UnsupportedValue);
+}
+std::uint32_t SetExtendedPrecisionMath(std::int16_t on) {
+  return SetWord(&tsCfgSlot::ExtendedPrecisionMath, on, UnsupportedValue);
+}
+
+std::uint32_t Get64BytesInPackets() { return GetWord(&tsCfgSlot::b64BytesInPackets, 0); }
+std::uint32_t Set64BytesInPackets(std::uint32_t on) {
+  return SetWord(&tsCfgSlot::b64BytesInPackets, static_cast<std::int32_t>(on), 0);
+}
+
+std::uint32_t GetEasyReadMode() { return GetWord(&tsCfgSlot::bEasyReadMode, UnsupportedValue); }
+std::uint32_t SetEasyReadMode(std::uint32_t on) {
+  return SetWord(&tsCfgSlot::bEasyReadMode, static_cast<std::int32_t>(on), UnsupportedValue);
+}
+
+std::uint32_t GetPrependCSN() { return GetWord(&tsCfgSlot::bPrependCSN, UnsupportedValue); }
+std::uint32_t SetPrependCSN(std::uint32_t on) {
+  return SetWord(&tsCfgSlot::bPrependCSN, static_cast<std::int32_t>(on), UnsupportedValue);
+}

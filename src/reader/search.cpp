@@ -1,0 +1,88 @@
+#include "reader/search.h"
+
+#include <cstring>
+
+#include "api.h"
+#include "core/state.h"
+#include "core/trace.h"
+#include "hid/enumeration.h"
+#include "links/link_socket.h"
+#include "reader/classify.h"
+#include "reader/outputs.h"
+
+namespace tavlyn {
+namespace {
+
+constexpr const char* kTag = "tavlyn_USBConnect";
+// These readers beep when they have been found.
+constexpr const char* kBeepsWhenFound = "19E5:2021 Orvantis Quill";
+
+bool Searches(std::int16_t link) { return DevTypeSrch == link || DevTypeSrch == -1; }
+
+// Fills entry HidFoundCnt, not entry DevCnt.
+void AddReader(const char* path, std::int32_t row) {
+  if (HidFoundCnt >= kTableEntries) return;
+  tsDevEntry& entry = DevTable[static_cast<std::size_t>(HidFoundCnt)];
+  entry.bFound = 1;
+  const tsVidPidRow* matched = row >= 0 ? &VidPidTable[static_cast<std::size_t>(row)] : nullptr;
+  if (matched != nullptr && SameIds({matched->VID, matched->PID}, kReportId1Pair)) {
+    entry.bReportId1 = 1;
+    entry.hDev = OpenDeviceOverlapped(path);
+  } else {
+    entry.hDev = OpenDevice(path);
+  }
+  entry.VidPidRow = row;
+  entry.ProductKind = kReader;
+  entry.LinkKind = kByReports;
+  std::memset(entry.DevName, 0, sizeof entry.DevName);
+  std::strncpy(entry.DevName, path, sizeof entry.DevName - 1);
+  ++HidFoundCnt;
+  ++DevCnt;
+}
+
+void SearchHid(std::int16_t start) {
+  const std::int32_t foundBefore = HidFoundCnt;
+  EnumerateHid(kMainPair, AddReader);
+  // Deliberately the entry after the first one added.
+  const std::int32_t after = foundBefore + 1;
+  if (HidFoundCnt > foundBefore && after < kTableEntries) {
+    DevTable[static_cast<std::size_t>(after)].LastLibErr = SearchErr;
+  }
+  if (DevCnt == start) LogLine(kTag, "USBConnect failed to find any devices");
+}
+
+// No serial port is known to this build, so the search over them fails as one that found nothing.
+void SearchComs() {
+  SearchErr |= TAVLYN_ERR_CONNECT;
+  LogErrorCode(kTag);
+  if (DevCnt == 0) LogLine(kTag, "CommCnct failed to find any devices");
+}
+
+bool SearchLinks() {
+  CloseTunnel();
+  const std::int16_t start = DevCnt;
+  SearchErr = 0;
+  if (Searches(0)) SearchHid(start);
+  if (DevCnt == start && Searches(1)) SearchComs();
+  // A search that reaches the Ethernet stage and finds nothing ends without a line.
+  if (DevCnt == start && Searches(2)) return false;
+  if (DevCnt == start) {
+    LogLine(kTag, kFailed);
+    return false;
+  }
+  ActiveEntry().ProductKind = kReader;
+  return true;
+}
+
+}  // namespace
+
+bool SearchReaders() {
+  LoadVidPidTable();
+  if (!SearchLinks()) return false;
+  LogLine("USBConnect", kSuccess);
+  if (std::strcmp(GetVidPidVendorName(), kBeepsWhenFound) == 0) Beep(0, 0);
+  ClassifyReader();
+  return true;
+}
+
+}  // namespace tavlyn

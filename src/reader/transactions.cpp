@@ -1,0 +1,47 @@
+#include "reader/transactions.h"
+
+#include <algorithm>
+
+#include "core/state.h"
+#include "reader/fa_frames.h"
+
+namespace tavlyn {
+namespace {
+
+constexpr std::int32_t kPayload = 8;
+
+}  // namespace
+
+Report CommandReport(const Command& command, std::uint8_t x, std::uint8_t y) {
+  Report report{};
+  std::ranges::copy(Fill(command.report, x, y), report.begin() + 1);
+  return report;
+}
+
+bool SendReport(const Report& report) { return WriteFeatureReport(kPayload, ActDev, report.data()); }
+
+bool FetchReport(Report& report) { return ReadFeatureReport(kPayload, ActDev, report.data()); }
+
+Xfer FeatureXfer(const Command& command, Report& reply, std::uint8_t x, std::uint8_t y) {
+  if (!SendReport(CommandReport(command, x, y))) return Xfer::kNotSent;
+  return FetchReport(reply) ? Xfer::kDone : Xfer::kNoReply;
+}
+
+bool OnSerialPort() { return ActiveEntry().LinkKind == kBySerialPort; }
+
+bool Ask(const Command& command, std::uint32_t reportError, ReplyBytes& reply, std::uint8_t x,
+         std::uint8_t y) {
+  if (OnSerialPort()) {
+    FaFrame frame(command, x, y);
+    const bool answered = FaXfer(command, frame);
+    std::copy_n(frame.data.begin(), reply.size(), reply.begin());
+    return answered;
+  }
+  Report report{};
+  const bool answered = FeatureXfer(command, report, x, y) == Xfer::kDone;
+  std::copy_n(report.begin() + 1, reply.size(), reply.begin());
+  if (!answered) ActiveEntry().LastLibErr |= reportError;
+  return answered;
+}
+
+}  // namespace tavlyn

@@ -1,0 +1,33 @@
+#include <dlfcn.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "tests/boundary/library.h"
+#include "tests/boundary/loader.h"
+
+namespace tavlyn::boundary {
+
+void* LoadByName(const char* name) { return dlopen(name, RTLD_NOW | RTLD_LOCAL); }
+
+void Unload(void* library) { dlclose(library); }
+
+void* FindSymbol(void* library, const char* name) { return dlsym(library, name); }
+
+void* LoadStandin() { return LoadByName("libhidapi-hidraw.so.0"); }
+
+void SetVariable(const char* name, const char* value) {
+  if (value == nullptr) {
+    unsetenv(name);
+  } else {
+    setenv(name, value, 1);
+  }
+}
+
+std::string ChooseTraceFile() {
+  const std::string folder = std::filesystem::absolute("boundary_state").string();
+  SetVariable("XDG_STATE_HOME", folder.c_str());
+  return folder + "/TavlynLogs/TavlynApiSdk.log";
+}
+
+}  // namespace tavlyn::boundary

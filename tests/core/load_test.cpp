@@ -1,0 +1,171 @@
+// What happens once when the library comes into a process and once when it leaves.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "api.h"
+#include "core/state.h"
+#include "hid/vidpid_table.h"
+#include "tests/support/bench.h"
+
+namespace tavlyn::test {
+namespace {
+
+using sim::Reader;
+
+class LoadTest : public Bench {};
+
+TEST_F(LoadTest, MakesTheLockAndThenLoadsTheHidLibraries) {
+  EXPECT_EQ(Difference({"mutex create", "load"}, host.transcript.Lines()), "");
+}
+
+TEST_F(LoadTest, UnloadDisconnectsTwiceThenFreesTheLibrariesThenClosesTheLock) {
+  ForgetTraffic();
+  Reload();
+  EXPECT_EQ(Difference({"mutex lock", "mutex unlock", "mutex lock", "mutex unlock", "unload", "mutex close",
+                        "mutex create", "load"},
+                       host.transcript.Lines()),
+            "");
+}
+
+TEST_F(LoadTest, UnloadClosesWhatAConnectOpened) {
+  Connected(Reader::Plain());
+  ASSERT_EQ(host.hid.OpenHandles(), 1U);
+  Reload();
+  EXPECT_EQ(host.hid.OpenHandles(), 0U);
+  EXPECT_EQ(GetDevCnt(), 0);
+}
+
+TEST_F(LoadTest, UnloadTracesBothDisconnects) {
+  StartTrace();
+  Reload();
+  ExpectTrace({"USBDisconnect ENTER", "USBDisconnect EXIT", "USBDisconnect ENTER", "USBDisconnect EXIT"});
+}
+
+TEST_F(LoadTest, TheLibraryStaysLoadedWithoutTheHidLibraries) {
+  Plug(Reader::Plain());
+  host.hid.loads = false;
+  Reload();
+  SetDevTypeSrch(0);
+  EXPECT_EQ(USBConnect(nullptr), 0U);
+  EXPECT_EQ(GetDevCnt(), 0);
+  EXPECT_EQ(USBDisconnect(), 1U);
+}
+
+TEST_F(LoadTest, TheTableIsEmpty) {
+  EXPECT_EQ(GetDevCnt(), 0);
+  EXPECT_EQ(GetActDev(), 0);
+  EXPECT_EQ(GetProduct(), 0U);
+  EXPECT_EQ(GetDevType(), 0U);
+  EXPECT_EQ(GetDID(), 0U);
+  EXPECT_EQ(GetLUID(), 0U);
+  EXPECT_EQ(GetSN(), 0U);
+}
+
+void ExpectBlank(const tsDevEntry& entry) {
+  EXPECT_EQ(entry.hDev, platform::kNoHandle);
+  EXPECT_EQ(entry.bSepFldCapable, 1U);
+  EXPECT_EQ(entry.bPartNumberPending, 1U);
+  EXPECT_EQ(entry.PlusState, 0U);
+  EXPECT_EQ(entry.bFound, 0);
+  EXPECT_EQ(entry.LastLibErr, 0U);
+  EXPECT_EQ(entry.LinkKind, 0U);
+  EXPECT_EQ(entry.ProductKind, 0U);
+  EXPECT_STREQ(entry.DevName, "");
+  EXPECT_STREQ(entry.PartNumber, "");
+  EXPECT_STREQ(entry.FWFilename, "");
+  EXPECT_STREQ(entry.FullFWVersion, "");
+  EXPECT_EQ(entry.LUID, 0U);
+  EXPECT_EQ(entry.DID, 0U);
+  EXPECT_EQ(entry.SN, 0U);
+  EXPECT_EQ(entry.bLUIDDirty, 0U);
+  EXPECT_EQ(entry.pSerialPort, nullptr);
+  EXPECT_EQ(entry.MaxConfig, 0U);
+  EXPECT_EQ(entry.ActConfig, 0U);
+  EXPECT_EQ(entry.LastTxTick, 0U);
+  EXPECT_EQ(entry.bReportId1, 0U);
+  EXPECT_EQ(std::count(entry.CardTypeList.begin(), entry.CardTypeList.end(), 0), 1025);
+}
+
+TEST_F(LoadTest, EveryEntryIsBlankWithNoHandle) {
+  ASSERT_EQ(DevTable.size(), 127U);
+  for (const tsDevEntry& entry : DevTable) ExpectBlank(entry);
+}
+
+TEST_F(LoadTest, SlotsZeroToNineCarryTheUnsetMarkAndSlotTenDoesNot) {
+  for (const tsDevEntry& entry : DevTable) {
+    ASSERT_EQ(entry.CfgSlot.size(), 11U);
+    for (std::size_t slot = 0; slot < 10; ++slot) {
+      EXPECT_EQ(entry.CfgSlot[slot].sFldSepData[0], 12) << "slot " << slot;
+    }
+    EXPECT_EQ(entry.CfgSlot[10].sFldSepData[0], 0);
+    for (const tsCfgSlot& slot : entry.CfgSlot) {
+      EXPECT_EQ(std::count(slot.sFldSepData.begin() + 1, slot.sFldSepData.end(), 0), 127);
+      EXPECT_EQ(slot.bCfgLoaded, 0U);
+    }
+  }
+}
+
+TEST_F(LoadTest, ALaterLoadFindsNothingOfTheEarlierOne) {
+  for (tsDevEntry& entry : DevTable) {
+    entry.LastLibErr = entry.LUID = entry.DID = 0x55;
+    entry.SN = 65535;
+    entry.LinkKind = kBySerialPort;
+    entry.LastTxTick = 9;
+    entry.MaxConfig = 10;
+    entry.ActConfig = 3;
+    entry.bLUIDDirty = 1;
+    entry.CfgSlot[10].sFldSepData.fill(7);
+    entry.CfgSlot[4].bCfgLoaded = 1;
+    entry.CardTypeList.fill(3);
+    std::fill_n(entry.DevName, sizeof entry.DevName - 1, 'x');
+  }
+  Reload();
+  for (const tsDevEntry& entry : DevTable) {
+    ExpectBlank(entry);
+    EXPECT_EQ(entry.CfgSlot[10].sFldSepData[0], 0);
+    EXPECT_EQ(entry.CfgSlot[4].bCfgLoaded, 0U);
+  }
+}
+
+TEST_F(LoadTest, SettingsHaveTheirDefaults) {
+  EXPECT_EQ(GetUnsupportedProductErrorCode(), 0U);
+  EXPECT_EQ(ConnectMask, 0xFFFFFFFFU);
+  EXPECT_EQ(DevTypeSrch, -1);
+  EXPECT_EQ(ComSrchLo, 1);
+  EXPECT_EQ(ComSrchHi, 8);
+  EXPECT_EQ(SrchIpAddr, (std::array<std::uint8_t, 4>{0, 0, 0, 0}));
+  EXPECT_EQ(SrchIpPort, 0);
+  EXPECT_EQ(SearchErr, 0U);
+  EXPECT_EQ(HidFoundCnt, 0);
+  EXPECT_EQ(TunnelLink, 0);
+  EXPECT_EQ(AsciiProtocol, 0);
+  EXPECT_EQ(VidPidCnt, 0);
+}
+
+TEST_F(LoadTest, TheVirtualPortRangeStandsTheOtherWayAboutThanItsSetterStoresIt) {
+  EXPECT_EQ(VComSrchHi, 1);
+  EXPECT_EQ(VComSrchLo, 256);
+}
+
+TEST_F(LoadTest, AReloadPutsEverySettingBack) {
+  SetConnectProduct(4);
+  SetDevTypeSrch(2);
+  SetComSrchRange(20, 30);
+  VirtualComSearchRange(40, 50);
+  SetIpPort(1, 2, 3, 4, 5);
+  SetUnsupportedProductErrorCode(0x1234);
+  Reload();
+  EXPECT_EQ(GetUnsupportedProductErrorCode(), 0U);
+  EXPECT_EQ(ConnectMask, 0xFFFFFFFFU);
+  EXPECT_EQ(DevTypeSrch, -1);
+  EXPECT_EQ(ComSrchLo, 1);
+  EXPECT_EQ(ComSrchHi, 8);
+  EXPECT_EQ(VComSrchHi, 1);
+  EXPECT_EQ(VComSrchLo, 256);
+  EXPECT_EQ(SrchIpAddr, (std::array<std::uint8_t, 4>{0, 0, 0, 0}));
+  EXPECT_EQ(SrchIpPort, 0);
+}
+
+}  // namespace
+}  // namespace tavlyn::test

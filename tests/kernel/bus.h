@@ -1,0 +1,57 @@
+// The devices that are plugged into the guest's kernel, served by a thread of their own: a program that asks
+// a device waits inside the kernel until someone has answered for it.
+#pragma once
+
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "sim/carriers/uhid.h"
+#include "sim/devices/device.h"
+
+namespace tavlyn::kernel {
+
+class Bus {
+ public:
+  Bus();
+  ~Bus();
+  Bus(const Bus&) = delete;
+  Bus& operator=(const Bus&) = delete;
+
+  // Runs a change of a model while no exchange is going on.
+  template <typename Change>
+  auto Locked(Change change) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return change();
+  }
+
+ private:
+  friend class Plugged;
+  void Run();
+
+  std::mutex mutex_;
+  std::vector<sim::UhidCarrier*> carriers_;
+  bool stopping_ = false;
+  std::thread thread_;
+};
+
+// A model on the bus, as long as this object lives. The model and the bus must outlive it.
+class Plugged {
+ public:
+  // Waits until the device's node is there; a failed check when none comes in five seconds.
+  Plugged(Bus& bus, sim::HidDevice& model);
+  // Waits until the node has gone again.
+  ~Plugged();
+  Plugged(const Plugged&) = delete;
+  Plugged& operator=(const Plugged&) = delete;
+
+  [[nodiscard]] const std::string& Node() const { return node_; }
+
+ private:
+  Bus& bus_;
+  sim::UhidCarrier carrier_;
+  std::string node_;
+};
+
+}  // namespace tavlyn::kernel

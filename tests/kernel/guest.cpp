@@ -1,0 +1,31 @@
+// The test program inside the virtual machine: guest SECTION [FILE …].
+#include <cstdio>
+#include <string>
+
+#include "tests/kernel/checks.h"
+#include "tests/kernel/sections.h"
+
+int main(int argc, char** argv) {
+  using namespace tavlyn::kernel;
+  const std::string section = argc > 1 ? argv[1] : "";
+  if (section == "carrier") {
+    CarrierChecks();
+  } else if (section == "reader" && argc == 3) {
+    ReaderChecks(argv[2]);
+  } else if (section == "devices" && argc == 3) {
+    DeviceChecks(argv[2]);
+  } else if (section == "permission" && argc == 3) {
+    PermissionChecks(argv[2]);
+  } else if (section == "unprivileged" && argc == 4) {
+    UnprivilegedChecks(argv[2], std::string(argv[3]) == "allowed");
+  } else if (section == "watch" && argc == 3) {
+    WatchChecks(argv[2]);
+  } else {
+    (void)std::fprintf(stderr,
+                       "usage: guest carrier\n"
+                       "       guest reader|devices|permission LIBRARY\n"
+                       "       guest watch TOOL\n");
+    return 2;
+  }
+  return failedChecks == 0 ? 0 : 1;
+}

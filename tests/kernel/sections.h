@@ -1,0 +1,20 @@
+// The parts of the test program; each runs in a process of its own.
+#pragma once
+
+namespace tavlyn::kernel {
+
+// The simulated devices as the system's hidapi sees them.
+void CarrierChecks();
+
+// The library, given by its path: the life of one reader, then devices of every kind side by side.
+void ReaderChecks(const char* libraryPath);
+void DeviceChecks(const char* libraryPath);
+
+// A user who may not open the node, and then may; Unprivileged is that user's process.
+void PermissionChecks(const char* libraryPath);
+void UnprivilegedChecks(const char* libraryPath, bool mayOpen);
+
+// The command-line tool, given by its path, watching a reader whose cards come and go.
+void WatchChecks(const char* toolPath);
+
+}  // namespace tavlyn::kernel

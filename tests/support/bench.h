@@ -1,0 +1,60 @@
+// The workbench of the library's tests: a just-loaded library on a simulated system.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "sim/carriers/virtual_host.h"
+#include "sim/devices/reader.h"
+#include "tests/support/traffic.h"
+
+namespace tavlyn::test {
+
+class Bench : public ::testing::Test {
+ protected:
+  // Resets the simulated system, then loads the library. Derived fixtures that need another system at load
+  // change it and call Reload.
+  void SetUp() override;
+  // Unloads the library; fails the test when the platform was misused or a lock was left held.
+  void TearDown() override;
+
+  // Unload and load steps in between, for what is only looked at while loading.
+  void Reload();
+
+  sim::VirtualHost& host = sim::VirtualHost::Instance();
+
+  // Without a path the devices become "device-1", "device-2" and so on.
+  sim::Interface& Plug(std::shared_ptr<sim::HidDevice> device, std::string path = "");
+  // A reader plugged in, connected and active, with the traffic of its connect forgotten and its time gate
+  // open.
+  std::shared_ptr<sim::Reader> Connected(std::shared_ptr<sim::Reader> reader);
+
+  // Compares with all traffic since the last call of either, and forgets it.
+  void ExpectTraffic(const Lines& expected, const char* file = __builtin_FILE(), int line = __builtin_LINE());
+  void ForgetTraffic() { host.transcript.Clear(); }
+  [[nodiscard]] std::uint64_t Slept() const { return TotalSleep(host.transcript.Events()); }
+  // Past the time within which an ID is served without asking the reader.
+  void LetTimePass(std::uint64_t milliseconds = 1000) { host.clock.tick += milliseconds; }
+
+  // Sets the variable and takes the trace lines; they are compared without time stamp and line feed.
+  void StartTrace();
+  void ExpectTrace(const Lines& expected, const char* file = __builtin_FILE(), int line = __builtin_LINE());
+  [[nodiscard]] static Lines Trace();
+
+  // A folder of this test's own, removed with it.
+  std::filesystem::path Folder();
+  // Makes it the current folder until the test ends.
+  void EnterFolder();
+
+ private:
+  std::filesystem::path folder_;
+  std::filesystem::path cameFrom_;
+  int plugged_ = 0;
+};
+
+}  // namespace tavlyn::test
