@@ -13,7 +13,7 @@
  * Results. Unless a comment says otherwise a call returns 1 for success and 0 for failure; "unsupported"
  * stands for the value set by SetUnsupportedProductErrorCode (0 after load), returned when no device is
  * active or the active one has no such operation. Why a call failed is told by GetLastLibErr in the words
- * of tavlyn_error_word.
+ * TAVLYN_ERR_ of api/types.h.
  *
  * Threads. USBConnect, USBDisconnect, GetActiveID, GetActiveID32, ReadCfg and BeepNow lock the library for
  * their whole run. No other call does: do not overlap them from several threads.
@@ -27,6 +27,8 @@
 #define TAVLYN_API_H
 
 #include "api/active_id.h"
+#include "api/outputs.h"
+#include "api/files.h"
 #include "api/connect.h"
 #include "api/identity.h"
 #include "api/reader.h"

@@ -54,7 +54,7 @@ typedef void (*tavlyn_marker_function)(const char* line, uint64_t length);
  * The function is called on the thread that made the traced call, at times under the library's lock. */
 TAVLYN_API uint32_t SetMarkerFunction(tavlyn_marker_function function);
 
-/* The error word of the active device, see tavlyn_error_word; it is not cleared. With no device: unsupported,
+/* The error word of the active device, see TAVLYN_ERR_; it is not cleared. With no device: unsupported,
  * sign-extended from 16 bits. */
 TAVLYN_API uint32_t GetLastLibErr(void);
 

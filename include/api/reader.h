@@ -11,6 +11,18 @@
  * and its card type list, 89 04 i. */
 TAVLYN_API uint32_t ReadCfg(void);
 
+/* Sends what has changed in the mirror and commits it, for every configuration of a plus reader from the highest
+ * down. 1; 0 for a failure or no device: what was sent but not committed lies in the reader's working memory
+ * only and the next write sends it again. The error word does not tell of the failure. Takes 20 ms for a
+ * configuration, or 1200 ms on a reader without the volume command.
+ * Traffic per configuration: on a plus reader 89 81 n, 84; then each of 8A, 80, 81, 82, 83 that has changed and
+ * 85 i 00 10 with a data report behind it; 84 on a plus reader; 90 mask, mask naming the blocks; 8C 06. */
+TAVLYN_API uint32_t WriteCfg(void);
+
+/* Makes the device load its factory configuration and reads it back; takes 1200 ms. 0: the command failed
+ * (0x80000) or the read did. Traffic: A0, then that of ReadCfg. */
+TAVLYN_API uint32_t ResetFactoryDflts(void);
+
 /* Highest configuration index of the active plus reader and the index in use; 0 for any other device. */
 TAVLYN_API uint16_t GetMaxConfig(void);
 TAVLYN_API uint16_t GetActConfig(void);
@@ -23,6 +35,9 @@ TAVLYN_API uint32_t SetActConfig(uint8_t index);
  * reader. */
 TAVLYN_API int32_t GetCardType(void);
 TAVLYN_API int32_t GetCardPriority(void);
+
+/* Sets both for the active configuration; the next WriteCfg sends them. 0: no plus reader. */
+TAVLYN_API uint32_t SetCardTypePriority(uint16_t type, int16_t priority);
 
 /* 1 when the reader knows a card type; bits 4 to 7 do not count, a type without other bits is always known,
  * and a reader that does not tell rejects nothing. 0: not known, or no reader is active. */
@@ -64,9 +79,11 @@ TAVLYN_API uint32_t Ping(void);
  * Traffic: 89 82 from to 00 FF. */
 TAVLYN_API uint32_t PlusBlockMove(int16_t from, int16_t to);
 
-/* Beeps now: count 1 to 5 (0 counts as 1), or with longBeep not 0 one or two long beeps. 0: no device, or a
- * failed exchange (0x1000000). Unsupported on a sonar sensor. Traffic: 8C 03 code. */
-TAVLYN_API uint32_t BeepNow(uint8_t count, int16_t longBeep);
+/* Bank moves by name: user defaults to the working set, the reverse, and plus defaults to both (whose first
+ * move is not answered for). The mirror is not read again. Unsupported for devices without such defaults. */
+TAVLYN_API uint32_t ResetUserDflts(void);
+TAVLYN_API uint32_t SaveUserDflts(void);
+TAVLYN_API uint32_t tavlynPlusDefaults(void);
 
 /* Writes every readable report of the active reader to a text file. 0: no reader, the file could not be
  * opened, or a report failed (the file is then removed). */

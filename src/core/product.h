@@ -17,6 +17,13 @@ struct Product {
   bool (*search)();
 
   std::uint32_t (*readCfg)();
+  std::uint32_t (*writeCfg)();
+  std::uint32_t (*resetFactoryDflts)();
+  std::uint32_t (*resetUserDflts)();
+  std::uint32_t (*saveUserDflts)();
+  // Configuration as a text file.
+  std::uint32_t (*saveFile)(const char* path);
+  std::uint32_t (*loadFile)(const char* path);
   // Bit count of what lies on the device, its bytes in the buffer; length counts as 0 when the buffer is
   // null.
   std::uint16_t (*getActiveId)(std::uint8_t* buffer, std::int16_t length);
@@ -33,6 +40,10 @@ struct Product {
 
 // Defined by the families, each in its own folder.
 extern const Product kReaderProduct;
+
+// The reader's text file stands on a floor above the reader, which only names it in its table.
+std::uint32_t SaveTemplateFile(const char* path);
+std::uint32_t LoadTemplateFile(const char* path);
 
 // In the order in which a connect searches them; the bit of ConnectMask is the kind.
 inline constexpr std::array<const Product*, 1> kProducts = {&kReaderProduct};

@@ -9,7 +9,10 @@
 namespace tavlyn {
 
 inline constexpr std::size_t kSepFldBytes = 128;
+inline constexpr std::size_t kHashKeys = 2;
+inline constexpr std::size_t kHashKeyBytes = 16;
 inline constexpr std::size_t kExtBytes = 7;
+inline constexpr std::size_t kEnhanceSecurityAt = 126;
 // First byte of separator data that was never set.
 inline constexpr std::uint8_t kSepFldUnset = 12;
 
@@ -27,7 +30,7 @@ struct tsCfgSlot {
   // b1 to b7 of block 3 as read. Words 0 and 1 are what the parity counts exceed 15 by.
   std::array<std::uint16_t, kExtBytes> ExtBytes;
   std::array<std::uint8_t, kSepFldBytes> sFldSepData;
-  std::array<std::array<std::uint8_t, 16>, 2> HashKeyData;
+  std::array<std::array<std::uint8_t, kHashKeyBytes>, kHashKeys> HashKeyData;
   std::int32_t AZERTYShiftlock;
   std::int32_t ExtendedPrecisionMath;
   // These three live on the host alone; no block carries them.
@@ -36,6 +39,15 @@ struct tsCfgSlot {
   std::int32_t bPrependCSN;
   std::uint16_t CardType;
   std::uint16_t CardPriority;
+
+  // The separator area, behind it the hash keys, then zeros: what its first bytes announce may be longer than
+  // it is.
+  [[nodiscard]] std::uint8_t SepByteAt(std::size_t at) const {
+    if (at < kSepFldBytes) return sFldSepData[at];
+    const std::size_t key = at - kSepFldBytes;
+    return key < kHashKeys * kHashKeyBytes ? HashKeyData[key / kHashKeyBytes][key % kHashKeyBytes]
+                                           : std::uint8_t{0};
+  }
 
   std::int16_t& operator[](FieldId field) { return record[field.record][field.word]; }
   std::int16_t operator[](FieldId field) const { return record[field.record][field.word]; }

@@ -84,6 +84,8 @@ inline constinit std::uint16_t UnsupportedValue = 0;
 inline constinit std::uint32_t SearchErr = 0;  // of searches; GetLastLibErr never shows it
 inline constinit std::uint8_t TunnelLink = 0;  // reports travel as text frames over the socket
 inline constinit std::int16_t AsciiProtocol = 0;
+// Copy of the flag in the separator data of the configuration read last; the hash keys then always travel.
+inline constinit std::uint8_t EnhanceSecurityOn = 0;
 inline constinit std::uint32_t StatusWord = 0;  // SW1 SW2 of the last serial exchange that got that far
 
 // The entry that ActDev names, in range or not: ActDev stays within the table by all its writers.

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "core/guarded.h"
 #include "core/state.h"
 #include "core/trace.h"
 #include "links/link_socket.h"
@@ -45,14 +46,6 @@ TableMatch MatchTable(platform::Handle device, platform::HidIds ids, std::int32_
     if (usage == platform::UsageMatch::kYes) return TableMatch::kYes;
   }
   return TableMatch::kNo;
-}
-
-// What goes wrong with one call or one device must not end the search for the others, nor reach the caller.
-template <typename Result, typename Call>
-Result Guarded(Result fallback, Call call) try {
-  return call();
-} catch (...) {
-  return fallback;
 }
 
 }  // namespace

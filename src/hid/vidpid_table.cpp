@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 #include <string>
 #include <string_view>
+
+#include "core/text_file.h"
 
 namespace tavlyn {
 namespace {
@@ -48,8 +49,6 @@ void TakeHex(const char* line, std::string_view key, Word& target) {
   unsigned long number = 0;
   if (std::sscanf(value, "%4lX", &number) == 1) target = static_cast<Word>(number);
 }
-
-using File = std::unique_ptr<std::FILE, decltype([](std::FILE* file) { std::fclose(file); })>;
 
 File OpenTable() {
   File file(std::fopen((std::string("./") + kFileName).c_str(), "r"));

@@ -164,19 +164,6 @@ void TakeExtension(const Block& block, tsCfgSlot& slot) {
   slot.AZERTYShiftlock = block[6] >> 1 & 1;
 }
 
-void BuildExtension(const tsCfgSlot& slot, Block& block) {
-  std::transform(slot.ExtBytes.begin(), slot.ExtBytes.end(), block.begin(),
-                 [](std::uint16_t word) { return static_cast<std::uint8_t>(word); });
-  const auto option = [](std::uint8_t kept, std::int32_t on) {
-    return static_cast<std::uint8_t>((kept & ~kOptionBit) | (on != 0 ? kOptionBit : 0));
-  };
-  block[5] = option(block[5], slot.ExtendedPrecisionMath);
-  block[6] = option(block[6], slot.AZERTYShiftlock);
-  // On a slot that was never read the feature bits count as clear.
-  const bool extended = slot.bCfgLoaded != 0 && (slot[TimeParms_ExFeatures01] & kExtendedSepFields) != 0;
-  block[7] = extended ? static_cast<std::uint8_t>(slot[IDDispParms_iExOutputFormat]) : std::uint8_t{0};
-}
-
 }  // namespace
 
 void TakeBlock(BlockNumber number, const Block& block, tsCfgSlot& slot, bool bootDeviceTells) {
@@ -202,7 +189,19 @@ Block BuildBlock(BlockNumber number, tsCfgSlot& slot) {
     KeepExcess(slot, IDBitCnts_iTrailParityBitCnt, 1);
   }
   if (number == kDisplayBlock) BuildCharacters(slot, block);
-  if (number == kExtensionBlock) BuildExtension(slot, block);
+  return block;
+}
+
+Block BuildExtensionBlock(const tsCfgSlot& slot, bool extendedFields) {
+  Block block{};
+  std::ranges::transform(slot.ExtBytes, block.begin(),
+                         [](std::uint16_t word) { return static_cast<std::uint8_t>(word); });
+  const auto option = [](std::uint8_t kept, std::int32_t on) {
+    return static_cast<std::uint8_t>((kept & ~kOptionBit) | (on != 0 ? kOptionBit : 0));
+  };
+  block[5] = option(block[5], slot.ExtendedPrecisionMath);
+  block[6] = option(block[6], slot.AZERTYShiftlock);
+  if (extendedFields) block[7] = static_cast<std::uint8_t>(slot[IDDispParms_iExOutputFormat]);
   return block;
 }
 

@@ -18,8 +18,11 @@ enum BlockNumber : std::uint8_t { kFormatBlock, kTimeBlock, kDisplayBlock, kExte
 void TakeBlock(BlockNumber number, const Block& block, tsCfgSlot& slot, bool bootDeviceTells);
 
 // The block as the slot has it. The format block leaves the excess of its parity counts in ExtBytes, which
-// marks the extension block for sending when it changes.
+// marks the extension block for sending when it changes. The extension block has a builder of its own.
 Block BuildBlock(BlockNumber number, tsCfgSlot& slot);
+
+// extendedFields: the reader keeps iExOutputFormat in this block.
+Block BuildExtensionBlock(const tsCfgSlot& slot, bool extendedFields);
 
 // The byte form of tsCfgFlags3.
 std::int16_t Flags3Byte(const tsCfgSlot& slot);

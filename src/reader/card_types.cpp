@@ -77,6 +77,26 @@ void ReadCardTypeList() {
   }
 }
 
+bool WriteCardType() {
+  constexpr std::uint32_t kAfterWrite = 10;
+  tsDevEntry& entry = ActiveEntry();
+  const tsCfgSlot& slot = entry.ActiveSlot();
+  const ReplyBytes data = {0, static_cast<std::uint8_t>(slot.CardType),
+                           static_cast<std::uint8_t>(slot.CardType >> 8),
+                           static_cast<std::uint8_t>(slot.CardPriority != 0 ? 1 : 0)};
+  if (OnSerialPort()) {
+    const bool first = Tell(command::kWriteCardType, data);
+    return first || Tell(command::kWriteCardType, data);
+  }
+  if (entry.PlusState != kPlusReader) return false;
+  if (!Tell(command::kWriteCardType, data)) {
+    entry.LastLibErr |= TAVLYN_ERR_CONFIG_READ;
+    return false;
+  }
+  platform::TheHost().clock.Sleep(kAfterWrite);
+  return true;
+}
+
 }  // namespace tavlyn
 
 using namespace tavlyn;
@@ -94,4 +114,12 @@ std::uint32_t IsCardTypeInList(std::int16_t type) {
   const auto& list = ActiveEntry().CardTypeList;
   if (list.front() == 0) return 1;
   return std::ranges::find(list, wanted) != list.end() ? 1 : 0;
+}
+
+std::uint32_t SetCardTypePriority(std::uint16_t type, std::int16_t priority) {
+  if (!PlusReaderIsActive()) return 0;
+  tsCfgSlot& slot = ActiveEntry().ActiveSlot();
+  slot.CardType = type;
+  slot.CardPriority = priority != 0 ? 1 : 0;
+  return 1;
 }

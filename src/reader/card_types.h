@@ -5,4 +5,7 @@ namespace tavlyn {
 
 void ReadCardTypeList();
 
+// Sends card type and priority of the active slot.
+bool WriteCardType();
+
 }  // namespace tavlyn

@@ -101,6 +101,8 @@ bool ReadSepFields(tsDevEntry& entry, tsCfgSlot& slot) {
       return false;
   }
   std::copy_n(buffer.begin(), kSepFldBytes, slot.sFldSepData.begin());
+  // Always that of configuration 0, whichever was read.
+  EnhanceSecurityOn = entry.CfgSlot[0].sFldSepData[kEnhanceSecurityAt] >> 7;
   return true;
 }
 

@@ -32,8 +32,11 @@ inline constexpr std::int16_t y = -2;
 inline constexpr Command kReadBlock    {{x},                       {0x01, y,    0x00, 0x08}, Fa::kRecvData};  // x = 80 + y
 inline constexpr Command kWriteBlock   {{x},                       {0x81, y,    0x00, 0x08}, Fa::kSendData};
 inline constexpr Command kReadCardType {{0x84},                    {}};
+inline constexpr Command kWriteCardType{{0x84},                    {0x81, 0x04, 0x00, 0x08}, Fa::kSendData};
 inline constexpr Command kSepFields    {{0x85, x,    0x00, 0x10},  {}};
 inline constexpr Command kSepFieldsFa  {{},                        {x,    0x00, 0x00, y},    Fa::kRecvData};  // x = 09, or 0A for readers with extended fields
+inline constexpr Command kWriteSepFa   {{},                        {x,    0x00, 0x00, y},    Fa::kSendData};  // x = 0A, or 8A for readers with extended fields
+inline constexpr Command kWriteHashKey {{0x85, x,    y},           {0x8A, 0x00, y,    0x10}, Fa::kSendData};  // x = half of the key, y = which key
 inline constexpr Command kCardData     {{0x88, 0x01, x},           {}};
 inline constexpr Command kQueryConfig  {{0x89, 0x01},              {0x09, 0x01, 0x00, 0x00}, Fa::kRecvData, 8};
 inline constexpr Command kSelectConfig {{0x89, 0x81, x},           {0x09, 0x81, x,    0x00}, Fa::kRecvData, 8};
@@ -41,6 +44,7 @@ inline constexpr Command kMoveBank     {{0x89, 0x82, x, y, 0, 0xFF}, {0x09, 0x82
 inline constexpr Command kFirmwareWord {{0x89, 0x03, x,    y},     {0x09, 0x03, x,    y},    Fa::kRecvData, 8};
 inline constexpr Command kCardTypePage {{0x89, 0x04, x},           {0x09, 0x04, x,    0x00}};
 inline constexpr Command kIdentity     {{0x8A},                    {0x04, 0x00, 0x00, 0x04}, Fa::kRecvData};
+inline constexpr Command kWriteLuid    {{0x8A},                    {0x06, 0x00, 0x00, 0x02}, Fa::kSendData};
 inline constexpr Command kPing         {{0x8A},                    {0x04, 0xED, 0xED, 0x04}, Fa::kRecvData};  // ED ED: a fixed probe
 inline constexpr Command kModelNumber  {{0x8C, 0x01, y},           {0x0C, 0x01, y,    0x00}, Fa::kRecv8};
 inline constexpr Command kBeep         {{0x8C, 0x03, x},           {0x0C, 0x03, x,    0x00}, Fa::kSendStatus};
@@ -50,6 +54,9 @@ inline constexpr Command kReadVolume   {{0x8C, 0x06},              {0x0C, 0x06, 
 inline constexpr Command kId256        {{0x8D, x},                 {0x00, 0x00, 0x00, 0x24}, Fa::kRecvData};
 inline constexpr Command kBitCount     {{0x8E},                    {}};
 inline constexpr Command kId64         {{0x8F},                    {0x00, 0x00, 0x00, 0x0C}, Fa::kRecvData};
+inline constexpr Command kCommit       {{0x90, x},                 {0x02, x,    0x00, 0x00}, Fa::kSendStatus};
+inline constexpr Command kFactoryReset {{0xA0},                    {0x03, 0x00, 0x00, 0x00}, Fa::kSendStatus};
+inline constexpr Command kWriteVolume  {{0x8C, 0x86, x},           {0x0C, 0x86, x,    0x00}, Fa::kRecvData};
 inline constexpr Command kReadBaud     {{},                        {0x0D, 0x01, 0x00, 0x00}, Fa::kRecvN, 1};
 inline constexpr Command kWriteBaud    {{},                        {0x0D, 0x81, x,    0x00}, Fa::kRecvData};
 // clang-format on

@@ -2,15 +2,12 @@
 
 #include <algorithm>
 
-#include "api.h"
 #include "core/openings.h"
 #include "reader/fa_frames.h"
 #include "reader/transactions.h"
 
 namespace tavlyn {
 namespace {
-
-constexpr std::uint32_t kAfterMove = 100;
 
 std::uint32_t HighFirst(const std::uint8_t* bytes) {
   return static_cast<std::uint32_t>(bytes[0]) << 24 | static_cast<std::uint32_t>(bytes[1]) << 16 |
@@ -42,17 +39,6 @@ std::uint32_t WordByFa(std::int16_t cpu, std::int16_t index) {
   return HighFirst(&frame.data[3]);
 }
 
-bool MoveBank(std::uint8_t from, std::uint8_t to) {
-  if (OnSerialPort()) {
-    FaFrame frame(command::kMoveBank, from, to);
-    return FaXferTwice(command::kMoveBank, frame);
-  }
-  Report reply;
-  const Xfer moved = FeatureXfer(command::kMoveBank, reply, from, to);
-  if (moved == Xfer::kNoReply) ActiveEntry().LastLibErr |= TAVLYN_ERR_COMMAND;
-  return moved == Xfer::kDone;
-}
-
 }  // namespace
 
 std::uint32_t QueryFirmwareWord(std::int16_t cpu, std::int16_t index) {
@@ -66,11 +52,3 @@ std::uint32_t FirmwareVersion(std::uint16_t cpu, std::uint16_t index) {
 }
 
 }  // namespace tavlyn
-
-std::uint32_t PlusBlockMove(std::int16_t from, std::int16_t to) {
-  using namespace tavlyn;
-  if (!PlusReaderIsActive()) return 0;
-  if (!MoveBank(static_cast<std::uint8_t>(from & 7), static_cast<std::uint8_t>(to & 7))) return 0;
-  platform::TheHost().clock.Sleep(kAfterMove);
-  return 1;
-}

@@ -1,4 +1,4 @@
-// Firmware words of a plus reader, and its stored banks.
+// Firmware words of a plus reader.
 #pragma once
 
 #include <cstdint>

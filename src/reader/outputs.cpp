@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "api.h"
 #include "core/configurations.h"
 #include "core/trace.h"
 #include "reader/blocks.h"
@@ -19,22 +20,32 @@ std::uint8_t BeepCode(std::uint8_t count, bool longBeep) {
   return code < 2 ? static_cast<std::uint8_t>(code | kLongBeeps) : std::uint8_t{kLongBeeps | 2};
 }
 
-bool WriteBlock(BlockNumber number, const Block& block) {
-  const auto opcode = static_cast<std::uint8_t>(0x80 + number);
+constexpr std::uint16_t kNoVolume = 65535;
+
+struct Volume {
+  bool answered;
+  std::uint16_t value;  // kNoVolume: the reader does not have the command
+};
+
+Volume AskVolume() {
   if (OnSerialPort()) {
-    FaFrame frame(command::kWriteBlock, opcode, number);
-    std::ranges::copy(block, frame.data.begin());
-    return FaXfer(command::kWriteBlock, frame);
+    FaFrame frame(command::kReadVolume, 0, 0);
+    const bool answered = FaXfer(command::kReadVolume, frame);
+    return {answered, answered ? std::uint16_t{frame.data[0]} : kNoVolume};
   }
-  Report data{};
-  std::ranges::copy(block, data.begin() + 1);
-  return SendReport(CommandReport(command::kWriteBlock, opcode)) && SendReport(data);
+  Report reply{};
+  const bool answered = FeatureXfer(command::kReadVolume, reply) == Xfer::kDone;
+  if (!answered) ActiveEntry().LastLibErr |= TAVLYN_ERR_COMMAND;
+  // The report ID counts, so a reader with report ID 1 always has the command.
+  const bool blank = std::ranges::all_of(reply, [](std::uint8_t byte) { return byte == 0; });
+  return {answered, blank ? kNoVolume : std::uint16_t{reply[3]}};
 }
 
 }  // namespace
 
 bool WriteDispBlock(tsCfgSlot& slot) {
-  const bool written = WriteBlock(kDisplayBlock, BuildBlock(kDisplayBlock, slot));
+  const bool written =
+      Tell(command::kWriteBlock, BuildBlock(kDisplayBlock, slot), 0x80 + kDisplayBlock, kDisplayBlock);
   if (!written && !OnSerialPort()) {
     ActiveEntry().LastLibErr |= TAVLYN_ERR_CONFIG_WRITE;
     LogLine("WrtIDFrmtParms2", "ERROR CODE 0x00040000");
@@ -50,20 +61,28 @@ std::uint32_t Beep(std::uint8_t count, std::int16_t longBeep) {
 
 bool IsFastStoreReader() {
   ActiveEntry().LastLibErr = 0;
-  constexpr std::uint16_t kUnknown = 65535;
-  std::uint16_t volume = kUnknown;
-  if (OnSerialPort()) {
-    FaFrame frame(command::kReadVolume, 0, 0);
-    if (FaXfer(command::kReadVolume, frame)) volume = frame.data[0];
-  } else {
-    Report reply{};
-    const bool answered = FeatureXfer(command::kReadVolume, reply) == Xfer::kDone;
-    if (!answered) ActiveEntry().LastLibErr |= TAVLYN_ERR_COMMAND;
-    // The report ID counts, so a reader with report ID 1 is always a fast one.
-    if (std::ranges::any_of(reply, [](std::uint8_t byte) { return byte != 0; })) volume = reply[3];
-  }
+  const Volume volume = AskVolume();
   // Readers with two or four configurations are fast whether they know the command or not.
-  return HighestConfig() == 1 || HighestConfig() == 3 || volume < kUnknown;
+  return HighestConfig() == 1 || HighestConfig() == 3 || volume.value < kNoVolume;
 }
 
 }  // namespace tavlyn
+
+using namespace tavlyn;
+
+std::uint32_t GetBeeperVolume() {
+  if (!ActiveInRange()) return kNoVolume;
+  ActiveEntry().LastLibErr = 0;
+  const Volume volume = AskVolume();
+  return volume.answered ? volume.value : kNoVolume;
+}
+
+std::uint32_t SetBeeperVolume(std::uint16_t volume) {
+  if (!ActiveInRange()) return UnsupportedValue;
+  ActiveEntry().LastLibErr = 0;
+  ReplyBytes reply;
+  const bool answered =
+      Ask(command::kWriteVolume, TAVLYN_ERR_COMMAND, reply, static_cast<std::uint8_t>(volume));
+  if (OnSerialPort()) return answered ? 1 : 0;
+  return answered && std::ranges::any_of(reply, [](std::uint8_t byte) { return byte != 0; }) ? 1 : 0;
+}

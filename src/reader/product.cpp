@@ -4,7 +4,9 @@
 #include <utility>
 
 #include "core/state.h"
+#include "reader/banks.h"
 #include "reader/cfg_read.h"
+#include "reader/cfg_write.h"
 #include "reader/classify.h"
 #include "reader/firmware.h"
 #include "reader/id_fetch.h"
@@ -39,6 +41,12 @@ constexpr Product kReaderProduct = WithRecords(
         .kind = kReader,
         .search = SearchReaders,
         .readCfg = ReadReaderCfg,
+        .writeCfg = WriteReaderCfg,
+        .resetFactoryDflts = ResetReader,
+        .resetUserDflts = RestoreUserDefaults,
+        .saveUserDflts = SaveUserDefaults,
+        .saveFile = SaveTemplateFile,
+        .loadFile = LoadTemplateFile,
         .getActiveId = FetchId64,
         .getActiveId32 = FetchId256,
         .beep = Beep,

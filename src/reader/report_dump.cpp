@@ -1,10 +1,10 @@
 // A text file of every report a reader can be asked for, for support.
 #include <array>
 #include <cstdio>
-#include <memory>
 
 #include "api.h"
 #include "core/configurations.h"
+#include "core/text_file.h"
 #include "reader/classify.h"
 #include "reader/transactions.h"
 
@@ -13,8 +13,6 @@ namespace {
 
 constexpr std::array<std::uint8_t, 15> kCommands = {0x80, 0x81, 0x82, 0x83, 0x84, 0x85, 0x87, 0x88,
                                                     0x89, 0x8A, 0x8B, 0x8C, 0x8D, 0x8E, 0x8F};
-
-using File = std::unique_ptr<std::FILE, decltype([](std::FILE* file) { std::fclose(file); })>;
 
 void PrintBytes(std::FILE* file, const Report& report) {
   for (std::size_t at = 1; at < report.size(); ++at) std::fprintf(file, "%02X ", report[at]);
@@ -61,8 +59,8 @@ bool Dump(std::FILE* file) {
 
 std::uint32_t DumpRawFeatureReports(const char* path) {
   using namespace tavlyn;
-  if (!ReaderIsActive() || path == nullptr) return 0;
-  File file(std::fopen(path, "w"));
+  if (!ReaderIsActive()) return 0;
+  File file = OpenFile(path, "w");
   if (file == nullptr) return 0;
   const bool ok = Dump(file.get());
   file.reset();

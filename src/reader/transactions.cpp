@@ -44,4 +44,21 @@ bool Ask(const Command& command, std::uint32_t reportError, ReplyBytes& reply, s
   return answered;
 }
 
+bool Tell(const Command& command, std::span<const std::uint8_t> data, std::uint8_t x, std::uint8_t y) {
+  if (OnSerialPort()) {
+    FaFrame frame(command, x, y);
+    std::ranges::copy(data, frame.data.begin());
+    return FaXfer(command, frame);
+  }
+  Report report{};
+  std::ranges::copy(data, report.begin() + 1);
+  return SendReport(CommandReport(command, x, y)) && SendReport(report);
+}
+
+bool Fire(const Command& command, std::uint8_t x) {
+  if (!OnSerialPort()) return SendReport(CommandReport(command, x));
+  FaFrame frame(command, x, 0);
+  return FaXfer(command, frame);
+}
+
 }  // namespace tavlyn

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <span>
 
 #include "hid/report_channel.h"
 #include "reader/commands.h"
@@ -31,6 +32,13 @@ Xfer FeatureXfer(const Command& command, Report& reply, std::uint8_t x = 0, std:
 using ReplyBytes = std::array<std::uint8_t, 8>;
 bool Ask(const Command& command, std::uint32_t reportError, ReplyBytes& reply, std::uint8_t x = 0,
          std::uint8_t y = 0);
+
+// A command and the data that it stores: a second report, or the data phase of the frame. Leaves no error
+// bit.
+bool Tell(const Command& command, std::span<const std::uint8_t> data, std::uint8_t x = 0, std::uint8_t y = 0);
+
+// A command that is sent and not answered: a report alone, or a frame with a status.
+bool Fire(const Command& command, std::uint8_t x = 0);
 
 // The active device speaks FA frames.
 bool OnSerialPort();

@@ -1,11 +1,11 @@
 // Connect: which devices are looked for, in which order, and what is done with each one found.
 #include "api.h"
+#include "core/cfg_locked.h"
 #include "core/configurations.h"
 #include "core/front/firmware.h"
-#include "core/front/version.h"
 #include "core/locked.h"
-#include "core/read_cfg.h"
 #include "core/trace.h"
+#include "core/version.h"
 #include "hid/enumeration.h"
 #include "links/link_socket.h"
 #include "links/serial_port.h"

@@ -1,8 +1,9 @@
 // Exports that do nothing but hand over to the family of the active device.
 #include "api.h"
+#include "core/cfg_locked.h"
 #include "core/configurations.h"
 #include "core/locked.h"
-#include "core/read_cfg.h"
+#include "core/trace.h"
 
 namespace tavlyn {
 namespace {
@@ -50,6 +51,24 @@ std::uint32_t GetBprRlyCtrl(tsBprRlyCtrl* record) { return Get(kBprRlyCtrl, reco
 std::uint32_t SetBprRlyCtrl(const tsBprRlyCtrl* record) { return Set(kBprRlyCtrl, record); }
 
 std::uint32_t ReadCfg() { return ReadCfgLocked(); }
+
+std::uint32_t WriteCfg() { return WriteCfgLocked(); }
+
+std::uint32_t ResetFactoryDflts() {
+  constexpr const char* kTag = "ResetFactoryDflts";
+  LogLine(kTag, "ENTER");
+  const Product* product = ActiveProduct();
+  if (product == nullptr || product->resetFactoryDflts == nullptr) LogLine(kTag, kFailed);
+  const std::uint32_t result = Dispatch(&Product::resetFactoryDflts);
+  LogLine(kTag, "EXIT");
+  return result;
+}
+
+std::uint32_t ResetUserDflts() { return Dispatch(&Product::resetUserDflts); }
+std::uint32_t SaveUserDflts() { return Dispatch(&Product::saveUserDflts); }
+
+std::uint32_t WriteDevCfgToFile(const char* path) { return Dispatch(&Product::saveFile, path); }
+std::uint32_t ReadDevCfgFmFile(const char* path) { return Dispatch(&Product::loadFile, path); }
 
 std::uint16_t GetMaxConfig() { return HighestConfig(); }
 std::uint16_t GetActConfig() { return PlusReaderIsActive() ? ActiveEntry().ActConfig : std::uint16_t{0}; }

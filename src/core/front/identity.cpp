@@ -4,8 +4,8 @@
 #include <cstring>
 
 #include "api.h"
-#include "core/front/version.h"
 #include "core/openings.h"
+#include "core/version.h"
 
 using namespace tavlyn;
 

@@ -46,6 +46,7 @@ void ResetProcessState() {
   SrchIpPort = 0;
   SearchErr = 0;
   StatusWord = 0;
+  EnhanceSecurityOn = 0;
   LastIDBytes.fill(0);
   LastIDBits = 0;
   LastIDLen = 0;

@@ -1,0 +1,18 @@
+#include "core/text_file.h"
+
+#include "core/state.h"
+#include "core/version.h"
+
+namespace tavlyn {
+
+void WriteHeading(std::FILE* file, const char* title) {
+  const unsigned did = ActiveEntry().DID;
+  std::fprintf(file, "%c%s\n", kCommentMark, title);
+  std::fprintf(file, "%cLibrary Version%c %d.%d.%d \n", kInformationMark, kInformationMark, kVersionMajor,
+               kVersionMinor, kVersionBuild);
+  // Each nibble in decimal, so that one above 9 takes two digits; nothing reads the line back.
+  std::fprintf(file, "%cDevice FW Version%c %u%u.%u%u \n", kInformationMark, kInformationMark, did >> 12,
+               did >> 8 & 15, did >> 4 & 15, did & 15);
+}
+
+}  // namespace tavlyn

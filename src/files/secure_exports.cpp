@@ -1,0 +1,45 @@
+// Configuration files with an integrity trailer.
+#include <memory>
+
+#include "api.h"
+#include "core/guarded.h"
+#include "core/openings.h"
+#include "files/crc.h"
+
+using namespace tavlyn;
+
+namespace {
+
+constexpr std::uint32_t kHwgTrailer = 0;
+
+// A file too large for the memory counts as damaged.
+bool IsIntact(const char* path, std::uint32_t kind) {
+  return Guarded(false, [&] { return std::make_unique<CRC>()->CheckFile(path, kind) != 0; });
+}
+
+}  // namespace
+
+std::uint32_t CheckTamperedFile(const char* path, std::uint32_t kind) { return IsIntact(path, kind) ? 1 : 0; }
+
+std::uint32_t ReadDevCfgFromSecureFile(const char* path) {
+  if (!IsIntact(path, kHwgTrailer)) {
+    ActiveEntry().LastLibErr |= TAVLYN_ERR_INTEGRITY;
+    return 0;
+  }
+  // Without an active reader nothing is loaded and the answer is deliberately 1 all the same.
+  if (!ActiveInRange()) return 1;
+  ActiveEntry().LastLibErr = 0;
+  if (ActiveEntry().ProductKind == kReader && LoadTemplateFile(path) == 0) return UnsupportedValue;
+  return 1;
+}
+
+std::uint32_t WriteDevCfgToSecureFile(const char* path) {
+  if (!ActiveInRange()) return 1;
+  ActiveEntry().LastLibErr = 0;
+  if (ActiveEntry().ProductKind != kReader) return 1;
+  if (SaveTemplateFile(path) == 0) return UnsupportedValue;
+  const int code = Guarded(1, [&] { return std::make_unique<CRC>()->AppendSecureTrailer(path); });
+  if (code == 0) return 1;
+  ActiveEntry().LastLibErr |= TAVLYN_ERR_INTEGRITY;
+  return UnsupportedValue;
+}

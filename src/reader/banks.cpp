@@ -1,0 +1,47 @@
+#include "reader/banks.h"
+
+#include "api.h"
+#include "core/openings.h"
+#include "reader/fa_frames.h"
+#include "reader/transactions.h"
+
+namespace tavlyn {
+namespace {
+
+enum Bank : std::int16_t { kWorkingSet = 1, kUserDefaults = 2, kPlusDefaults = 3 };
+
+constexpr std::uint32_t kAfterMove = 100;
+
+bool MoveBank(std::uint8_t from, std::uint8_t to) {
+  if (OnSerialPort()) {
+    FaFrame frame(command::kMoveBank, from, to);
+    return FaXferTwice(command::kMoveBank, frame);
+  }
+  Report reply;
+  const Xfer moved = FeatureXfer(command::kMoveBank, reply, from, to);
+  if (moved == Xfer::kNoReply) ActiveEntry().LastLibErr |= TAVLYN_ERR_COMMAND;
+  return moved == Xfer::kDone;
+}
+
+}  // namespace
+
+std::uint32_t RestoreUserDefaults() { return PlusBlockMove(kUserDefaults, kWorkingSet); }
+std::uint32_t SaveUserDefaults() { return PlusBlockMove(kWorkingSet, kUserDefaults); }
+
+}  // namespace tavlyn
+
+using namespace tavlyn;
+
+std::uint32_t PlusBlockMove(std::int16_t from, std::int16_t to) {
+  if (!PlusReaderIsActive()) return 0;
+  if (!MoveBank(static_cast<std::uint8_t>(from & 7), static_cast<std::uint8_t>(to & 7))) return 0;
+  platform::TheHost().clock.Sleep(kAfterMove);
+  return 1;
+}
+
+std::uint32_t tavlynPlusDefaults() {
+  if (!ReaderIsActive()) return UnsupportedValue;
+  // Only the second move is answered for.
+  PlusBlockMove(kPlusDefaults, kUserDefaults);
+  return PlusBlockMove(kPlusDefaults, kWorkingSet);
+}

@@ -1,0 +1,208 @@
+#include "reader/cfg_write.h"
+
+#include <algorithm>
+
+#include "core/configurations.h"
+#include "core/trace.h"
+#include "reader/blocks.h"
+#include "reader/card_types.h"
+#include "reader/cfg_read.h"
+#include "reader/classify.h"
+#include "reader/hash_keys.h"
+#include "reader/outputs.h"
+#include "reader/records.h"
+#include "reader/transactions.h"
+
+namespace tavlyn {
+namespace {
+
+constexpr const char* kTag = "tavlyn_write_cfg";
+
+// The reader may not be spoken to before it has stored what was committed.
+constexpr std::uint32_t kFastStore = 20;
+constexpr std::uint32_t kSlowStore = 1200;
+
+// What was written, as the commit names it.
+enum CommitBit : std::uint8_t {
+  kCommitFormat = 0x01,
+  kCommitTime = 0x02,
+  kCommitDisplay = 0x04,
+  kCommitExtension = 0x08,
+  kCommitSepFields = 0x20,
+  kCommitLuid = 0x80,
+};
+
+// The record get is the way to the feature bits, so its error word replaces what earlier steps left and a
+// slot that was never read counts as one without features.
+bool HasExtendedFields() {
+  RecordWords words;
+  return GetRecord(kTimeParms, words.data()) == 1 &&
+         (words[field::TimeParms_ExFeatures01.word] & kExtendedSepFields) != 0;
+}
+
+// A failure over reports ends the write with a word and two lines, over serial without either.
+bool Checked(bool sent) {
+  if (!sent && !OnSerialPort()) {
+    ActiveEntry().LastLibErr |= TAVLYN_ERR_CONFIG_WRITE;
+    LogFailure(kTag);
+  }
+  return sent;
+}
+
+bool WriteBlock(BlockNumber number, const Block& block) {
+  return Checked(Tell(command::kWriteBlock, block, static_cast<std::uint8_t>(0x80 + number), number));
+}
+
+bool WriteLuid(const tsDevEntry& entry) {
+  const auto low = static_cast<std::uint8_t>(entry.LUID);
+  const auto high = static_cast<std::uint8_t>(entry.LUID >> 8);
+  const std::array<std::uint8_t, 2> frame = {low, high};
+  const std::array<std::uint8_t, 3> report = {0, low, high};
+  return Checked(OnSerialPort() ? Tell(command::kWriteLuid, frame) : Tell(command::kWriteLuid, report));
+}
+
+// Steps of a write up to the separated fields; the mask grows by what was sent.
+bool WriteBlocks(tsDevEntry& entry, tsCfgSlot& slot, std::uint8_t& mask) {
+  const auto written = [&](CommitBit bit) { mask = static_cast<std::uint8_t>(mask | bit); };
+  if (entry.bLUIDDirty != 0) {
+    if (!WriteLuid(entry)) return false;
+    written(kCommitLuid);
+  }
+  if (slot.bDirtyFmt != 0) {
+    if (!WriteBlock(kFormatBlock, BuildBlock(kFormatBlock, slot))) return false;
+    written(kCommitFormat);
+  }
+  if (slot.bDirtyTime != 0) {
+    if (!WriteBlock(kTimeBlock, BuildBlock(kTimeBlock, slot))) return false;
+    written(kCommitTime);
+  }
+  if (slot.bDirtyDisp != 0) {
+    if (!WriteDispBlock(slot)) return false;
+    written(kCommitDisplay);
+  }
+  if (slot.bDirtyExt != 0) {
+    if (!WriteBlock(kExtensionBlock, BuildExtensionBlock(slot, HasExtendedFields()))) return false;
+    written(kCommitExtension);
+  }
+  return true;
+}
+
+constexpr std::size_t kPageBytes = 8;
+
+// How many pages of separator data there are, as its own first bytes tell, and how many bytes a serial frame
+// carries. In the short form the frame carries none: that form does not travel over serial.
+struct SepExtent {
+  std::uint8_t pages;
+  std::size_t frameBytes;
+};
+
+SepExtent ExtentOf(const tsCfgSlot& slot) {
+  constexpr std::uint8_t kShortFormPages = 12;
+  if (slot.sFldSepData[0] == kSepFldUnset) return {kShortFormPages, 0};
+  return {slot.sFldSepData[3], slot.sFldSepData[3] * kPageBytes};
+}
+
+void WriteSepByFa(tsDevEntry& entry, const tsCfgSlot& slot, std::size_t length) {
+  std::array<std::uint8_t, 255> bytes;
+  length = std::min(length, bytes.size());
+  for (std::size_t at = 0; at < length; ++at) bytes[at] = slot.SepByteAt(at);
+  const std::uint8_t instruction = HasExtendedFields() ? 0x8A : 0x0A;
+  const auto data = std::span<const std::uint8_t>(bytes).first(length);
+  if (!Tell(command::kWriteSepFa, data, instruction, static_cast<std::uint8_t>(length)))
+    entry.bSepFldCapable = 0;
+}
+
+void WriteSepByReports(tsDevEntry& entry, const tsCfgSlot& slot, std::uint8_t pages) {
+  for (std::uint8_t page = 0; page < pages; ++page) {
+    Report data{};
+    for (std::size_t at = 0; at < kPageBytes; ++at) data[at + 1] = slot.SepByteAt(page * kPageBytes + at);
+    // A page whose command was lost still gets its data report.
+    if (!SendReport(CommandReport(command::kSepFields, page))) {
+      entry.LastLibErr |= TAVLYN_ERR_CONFIG_WRITE;
+      entry.bSepFldCapable = 0;
+    }
+    if (!SendReport(data)) {
+      entry.LastLibErr |= TAVLYN_ERR_CONFIG_WRITE;
+      entry.bSepFldCapable = 0;
+      entry.bPartNumberPending = 0;
+    }
+  }
+}
+
+// False when the separator data claims more than fits; nothing is then committed, deliberately without a
+// line.
+bool WriteSepFields(tsDevEntry& entry, const tsCfgSlot& slot, std::uint8_t& mask) {
+  const SepExtent extent = ExtentOf(slot);
+  if (extent.frameBytes > kSepFldBytes && entry.bSepFldCapable != 0) return false;
+  if (slot.bDirtySep == 0) return true;
+  if (OnSerialPort()) {
+    WriteSepByFa(entry, slot, extent.frameBytes);
+  } else {
+    WriteSepByReports(entry, slot, extent.pages);
+  }
+  mask = static_cast<std::uint8_t>(mask | kCommitSepFields);
+  if (HasExtendedFields()) SendHashKeys(slot);
+  return true;
+}
+
+bool WriteOneConfig() {
+  tsDevEntry& entry = ActiveEntry();
+  tsCfgSlot& slot = entry.ActiveSlot();
+  entry.LastLibErr = 0;
+  std::uint8_t mask = 0;
+  if (!WriteBlocks(entry, slot, mask) || !WriteSepFields(entry, slot, mask)) return false;
+  WriteCardType();
+  if (!Checked(Fire(command::kCommit, mask))) return false;
+  slot.bDirtyFmt = slot.bDirtyDisp = slot.bDirtyTime = slot.bDirtyExt = slot.bDirtySep = 0;
+  entry.bLUIDDirty = 0;
+  return true;
+}
+
+bool WriteAndWait() {
+  const bool written = WriteOneConfig();
+  platform::TheHost().clock.Sleep(IsFastStoreReader() ? kFastStore : kSlowStore);
+  return written;
+}
+
+// The selections go out after a failure too, the writes do not.
+bool WriteAllConfigs(std::uint16_t highest) {
+  const std::uint8_t remembered = ActiveEntry().ActConfig;
+  bool ok = true;
+  for (int config = highest; config >= 0; --config) {
+    const auto index = static_cast<std::uint8_t>(config);
+    ok = SelectConfig(index) && ok;
+    if (!ok) continue;
+    UseConfig(index);
+    WriteCardType();
+    ok = WriteAndWait();
+  }
+  SelectConfig(remembered);
+  return ok;
+}
+
+}  // namespace
+
+std::uint32_t WriteReaderCfg() {
+  const std::uint16_t highest = HighestConfig();
+  return (highest == 0 ? WriteAndWait() : WriteAllConfigs(highest)) ? 1 : 0;
+}
+
+std::uint32_t ResetReader() {
+  constexpr const char* kResetTag = "tavlyn_ResetFactoryDflts";
+  tsDevEntry& entry = ActiveEntry();
+  entry.LastLibErr = 0;
+  if (!Fire(command::kFactoryReset)) {
+    if (!OnSerialPort()) {
+      entry.LastLibErr |= TAVLYN_ERR_RESET;
+      LogErrorCode(kResetTag);
+    }
+    LogLine(kResetTag, kFailed);
+    return 0;
+  }
+  platform::TheHost().clock.Sleep(kSlowStore);
+  const std::uint32_t read = ReadReaderCfg();
+  LogLine(kResetTag, read != 0 ? kSuccess : kFailed);
+  return read;
+}
+
+}  // namespace tavlyn

@@ -1,0 +1,43 @@
+#include "reader/hash_keys.h"
+
+#include <algorithm>
+#include <span>
+
+#include "core/state.h"
+#include "reader/transactions.h"
+
+namespace tavlyn {
+namespace {
+
+constexpr std::array<std::uint8_t, 2> kSelectors = {1, 17};
+constexpr std::size_t kReportBytes = 8;
+
+void SendKey(std::span<const std::uint8_t, 16> key, std::uint8_t selector) {
+  tsDevEntry& entry = ActiveEntry();
+  if (OnSerialPort()) {
+    if (!Tell(command::kWriteHashKey, key, 0, selector)) entry.bSepFldCapable = 0;
+    return;
+  }
+  const auto send = [&](const Report& report) {
+    if (SendReport(report)) return;
+    entry.LastLibErr |= TAVLYN_ERR_CONFIG_WRITE;
+    entry.bSepFldCapable = 0;
+  };
+  for (std::uint8_t half = 0; half < key.size() / kReportBytes; ++half) {
+    Report data{};
+    std::ranges::copy(key.subspan(half * kReportBytes, kReportBytes), data.begin() + 1);
+    send(CommandReport(command::kWriteHashKey, half, selector));
+    send(data);
+  }
+}
+
+}  // namespace
+
+void SendHashKeys(const tsCfgSlot& slot) {
+  for (std::size_t number = 0; number < kSelectors.size(); ++number) {
+    const auto& key = slot.HashKeyData[number];
+    if (EnhanceSecurityOn != 0 || key.front() != 0) SendKey(key, kSelectors[number]);
+  }
+}
+
+}  // namespace tavlyn

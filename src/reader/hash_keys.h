@@ -1,0 +1,11 @@
+// Two keys of 16 bytes that travel with a commit.
+#pragma once
+
+#include "core/slot.h"
+
+namespace tavlyn {
+
+// Sends the keys that are set, or both while security is enhanced. A failure does not stop the transfer.
+void SendHashKeys(const tsCfgSlot& slot);
+
+}  // namespace tavlyn

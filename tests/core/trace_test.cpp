@@ -1,0 +1,250 @@
+// The trace: who gets the lines, when there are any, and what a line looks like.
+#include "core/trace.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <sstream>
+
+#include "api.h"
+#include "core/state.h"
+#include "tests/support/bench.h"
+
+namespace tavlyn::test {
+namespace {
+
+constexpr const char* kVariable = "TAVLYNAPI_LOGGING";
+
+// As the marker function was handed them.
+struct Marked {
+  std::string text;
+  std::uint64_t length;
+};
+
+std::vector<Marked>& AllMarked() {
+  static std::vector<Marked> lines;
+  return lines;
+}
+
+void Mark(const char* line, std::uint64_t length) { AllMarked().push_back({line, length}); }
+
+class TraceTest : public Bench {
+ protected:
+  void SetUp() override {
+    Bench::SetUp();
+    AllMarked().clear();
+    SetConnectProduct(0);
+  }
+
+  void SetVariable() { host.places.environment.insert(kVariable); }
+  void UnsetVariable() { host.places.environment.clear(); }
+
+  static void SomeLines() { USBDisconnect(); }
+
+  // The library does not flush its file.
+  static std::string FileText(const std::filesystem::path& path) {
+    std::fflush(nullptr);
+    std::ifstream file(path, std::ios::binary);
+    std::stringstream text;
+    text << file.rdbuf();
+    return text.str();
+  }
+};
+
+TEST_F(TraceTest, WithTheVariableUnsetThereIsNoTrace) {
+  EXPECT_EQ(SetMarkerFunction(Mark), 0U);
+  SomeLines();
+  EXPECT_TRUE(AllMarked().empty());
+}
+
+TEST_F(TraceTest, TheMarkerGetsEachLineWithItsLineFeedAndALengthWithoutTheTerminator) {
+  SetVariable();
+  EXPECT_NE(SetMarkerFunction(Mark), 0U);
+  SomeLines();
+  ASSERT_EQ(AllMarked().size(), 2U);
+  EXPECT_EQ(AllMarked()[0].text, "20240305 06:07:08 USBDisconnect ENTER\n");
+  EXPECT_EQ(AllMarked()[0].length, 38U);
+  EXPECT_EQ(AllMarked()[1].text, "20240305 06:07:08 USBDisconnect EXIT\n");
+  EXPECT_EQ(AllMarked()[1].length, 37U);
+}
+
+TEST_F(TraceTest, TheTimeStampIsTheMomentOfTheLine) {
+  SetVariable();
+  SetMarkerFunction(Mark);
+  host.clock.localTime.tm_year = 99;
+  host.clock.localTime.tm_mon = 11;
+  host.clock.localTime.tm_mday = 31;
+  host.clock.localTime.tm_hour = 23;
+  host.clock.localTime.tm_min = 59;
+  host.clock.localTime.tm_sec = 58;
+  SomeLines();
+  ASSERT_FALSE(AllMarked().empty());
+  EXPECT_EQ(AllMarked()[0].text, "19991231 23:59:58 USBDisconnect ENTER\n");
+  host.clock.localTime.tm_sec = 59;
+  SomeLines();
+  EXPECT_EQ(AllMarked()[2].text, "19991231 23:59:59 USBDisconnect ENTER\n");
+}
+
+TEST_F(TraceTest, ANullMarkerSwitchesTheTraceOff) {
+  SetVariable();
+  SetMarkerFunction(Mark);
+  EXPECT_NE(SetMarkerFunction(nullptr), 0U);
+  SomeLines();
+  EXPECT_TRUE(AllMarked().empty());
+  EXPECT_NE(SetMarkerFunction(Mark), 0U);
+  SomeLines();
+  EXPECT_EQ(AllMarked().size(), 2U);
+}
+
+TEST_F(TraceTest, TheVariableIsLookedAtEachTime) {
+  SetVariable();
+  SetMarkerFunction(Mark);
+  UnsetVariable();
+  EXPECT_EQ(SetMarkerFunction(nullptr), 0U);
+  SomeLines();
+  EXPECT_EQ(AllMarked().size(), 2U) << "nothing was stored, so the marker stays";
+}
+
+TEST_F(TraceTest, AnotherVariableCountsForNothing) {
+  host.places.environment.insert("TAVLYNAPI_LOGGIN");
+  host.places.environment.insert("tavlynapi_logging");
+  EXPECT_EQ(SetMarkerFunction(Mark), 0U);
+}
+
+TEST_F(TraceTest, AVariableSetAfterLoadMakesNoFile) {
+  host.places.traceFile = (Folder() / "trace.log").string();
+  SetVariable();
+  SomeLines();
+  SetMarkerFunction(Mark);
+  SomeLines();
+  EXPECT_EQ(AllMarked().size(), 2U);
+  EXPECT_FALSE(std::filesystem::exists(Folder() / "trace.log"));
+}
+
+TEST_F(TraceTest, AMarkerDoesNotOutliveTheLibrary) {
+  SetVariable();
+  SetMarkerFunction(Mark);
+  UnsetVariable();
+  Reload();
+  AllMarked().clear();
+  SomeLines();
+  EXPECT_TRUE(AllMarked().empty());
+}
+
+TEST_F(TraceTest, WithTheVariableSetAtLoadTheFileGetsTheLines) {
+  const auto path = Folder() / "trace.log";
+  host.places.traceFile = path.string();
+  SetVariable();
+  Reload();
+  EXPECT_EQ(FileText(path), "");
+  SetConnectProduct(0);
+  USBConnect(nullptr);
+  SomeLines();
+  EXPECT_EQ(FileText(path),
+            "20240305 06:07:08 USBConnect ENTER\n"
+            "20240305 06:07:08 USBConnect EXIT\n"
+            "20240305 06:07:08 USBDisconnect ENTER\n"
+            "20240305 06:07:08 USBDisconnect EXIT\n");
+}
+
+TEST_F(TraceTest, TheFileIsAppendedTo) {
+  const auto path = Folder() / "trace.log";
+  std::ofstream(path) << "before\n";
+  host.places.traceFile = path.string();
+  SetVariable();
+  Reload();
+  SomeLines();
+  EXPECT_EQ(FileText(path),
+            "before\n"
+            "20240305 06:07:08 USBDisconnect ENTER\n"
+            "20240305 06:07:08 USBDisconnect EXIT\n");
+}
+
+TEST_F(TraceTest, AMarkerTakesTheLinesFromTheFile) {
+  const auto path = Folder() / "trace.log";
+  host.places.traceFile = path.string();
+  SetVariable();
+  Reload();
+  SetMarkerFunction(Mark);
+  SomeLines();
+  EXPECT_EQ(AllMarked().size(), 2U);
+  EXPECT_EQ(FileText(path), "");
+}
+
+TEST_F(TraceTest, AFileThatCannotBeOpenedHarmsNobody) {
+  for (const std::string& path : {std::string(), (Folder() / "no" / "such" / "folder").string(),
+                                  Folder().string(), std::string(5000, 'x')}) {
+    host.places.traceFile = path;
+    SetVariable();
+    Reload();
+    host.hid.Reset();
+    host.hid.Load();
+    Plug(sim::Reader::Plain());
+    SetDevTypeSrch(0);
+    EXPECT_EQ(USBConnect(nullptr), 1U);
+    EXPECT_EQ(USBDisconnect(), 1U);
+    EXPECT_NE(SetMarkerFunction(Mark), 0U) << "a marker may still be set";
+    AllMarked().clear();
+    SomeLines();
+    EXPECT_EQ(AllMarked().size(), 2U);
+  }
+}
+
+TEST_F(TraceTest, EveryErrorCodeLinePrintsTheSearchWord) {
+  StartTrace();
+  SearchErr = 0x10000;
+  LogErrorCode("some_tag");
+  LogFailure("other_tag");
+  SearchErr = 0;
+  DevTable[0].LastLibErr = 0x1000000;
+  LogErrorCode("some_tag");
+  ExpectTrace({"some_tag ERROR CODE: 65536", "other_tag ERROR CODE: 65536", "other_tag Failed !!",
+               "some_tag ERROR CODE: 0"});
+}
+
+TEST_F(TraceTest, AVeryLongLineIsCut) {
+  SetVariable();
+  SetMarkerFunction(Mark);
+  for (const std::size_t length : {std::size_t{2000}, std::size_t{2027}, std::size_t{2028}, std::size_t{2029},
+                                   std::size_t{2048}, std::size_t{100000}}) {
+    AllMarked().clear();
+    LogLine("tag", "%s", std::string(length, 'x').c_str());
+    ASSERT_EQ(AllMarked().size(), 1U);
+    const Marked& line = AllMarked()[0];
+    EXPECT_LT(line.length, 2048U);
+    EXPECT_EQ(line.length, line.text.size());
+    EXPECT_TRUE(line.text.ends_with("x\n")) << "still a line";
+    EXPECT_TRUE(line.text.starts_with("20240305 06:07:08 tag xxxx"));
+  }
+}
+
+TEST_F(TraceTest, ALineThatJustFitsIsWhole) {
+  SetVariable();
+  SetMarkerFunction(Mark);
+  const std::string text(1000, 'y');
+  LogLine("tag", "%s", text.c_str());
+  ASSERT_EQ(AllMarked().size(), 1U);
+  EXPECT_EQ(AllMarked()[0].text, "20240305 06:07:08 tag " + text + '\n');
+}
+
+TEST_F(TraceTest, ATextWithConversionsInItIsPrintedAsItIs) {
+  auto reader = sim::Reader::Plain();
+  reader->state.model = "%n%s%d100%";
+  Plug(reader);
+  SetConnectProduct(1);
+  SetDevTypeSrch(0);
+  SetVariable();
+  SetMarkerFunction(Mark);
+  EXPECT_EQ(USBConnect(nullptr), 1U);
+  const auto model = std::find_if(AllMarked().begin(), AllMarked().end(), [](const Marked& line) {
+    return line.text.find("Model Number") != std::string::npos;
+  });
+  ASSERT_NE(model, AllMarked().end());
+  EXPECT_EQ(model->text,
+            "20240305 06:07:08 tavlyn_ReadCfgOneConfig Model Number of Device is : %n%s%d100%\n");
+}
+
+}  // namespace
+}  // namespace tavlyn::test

@@ -1,0 +1,202 @@
+// LEDs, beeper and relay at once, and the beep.
+#include "reader/outputs.h"
+
+#include "api.h"
+#include "tests/support/serial_reader.h"
+
+namespace tavlyn::test {
+namespace {
+
+using sim::Reader;
+
+class Outputs : public Bench {
+ protected:
+  void Use(std::shared_ptr<Reader> model) { reader = Connected(std::move(model)); }
+  static tsCfgSlot& Slot() { return ActiveEntry().ActiveSlot(); }
+  std::shared_ptr<Reader> reader;
+};
+
+TEST_F(Outputs, AVolatileSetSendsBlock2AndCommitsNothing) {
+  Use(Reader::Plain());
+  const tsLEDCtrl leds{1, 0, 1, 0, 0, 0, 0, 1};
+  EXPECT_EQ(SetLEDCtrl(&leds), 1U);
+  ExpectTraffic({"set 82", "set 02 12"});
+  EXPECT_EQ(Slot().bDirtyDisp, 0U);
+  EXPECT_EQ(GetLastLibErr(), 0U);
+  const tsBprRlyCtrl outputs{0, 1, 1, 0, 0, 0, 0, -1};
+  EXPECT_EQ(SetBprRlyCtrl(&outputs), 1U);
+  ExpectTraffic({"set 82", "set 0E 12"});
+  EXPECT_EQ(Slot().bDirtyDisp, 0U);
+  EXPECT_EQ(reader->state.counters.commits, 0);
+  EXPECT_EQ(reader->state.Working().blocks[2], (sim::Block{0x0E, 0x12}));
+  EXPECT_EQ(Slot()[field::LEDCtrl_bVolatile], 1) << "as given, until the next read";
+}
+
+TEST_F(Outputs, ADirtyMarkStaysOverAVolatileSet) {
+  Use(Reader::Plain());
+  Slot().bDirtyDisp = 1;
+  const tsLEDCtrl leds{1, 0, 1, 0, 0, 0, 0, 1};
+  EXPECT_EQ(SetLEDCtrl(&leds), 1U);
+  EXPECT_EQ(Slot().bDirtyDisp, 1U);
+}
+
+TEST_F(Outputs, AnOtherSetSendsNothing) {
+  Use(Reader::Plain());
+  const tsLEDCtrl leds{1, 0, 1, 0, 0, 0, 0, 0};
+  EXPECT_EQ(SetLEDCtrl(&leds), 1U);
+  EXPECT_EQ(Slot().bDirtyDisp, 1U);
+  Slot().bDirtyDisp = 0;
+  const tsBprRlyCtrl outputs{0, 1, 1, 0, 0, 0, 0, 0};
+  EXPECT_EQ(SetBprRlyCtrl(&outputs), 1U);
+  EXPECT_EQ(Slot().bDirtyDisp, 1U);
+  ExpectTraffic({});
+}
+
+TEST_F(Outputs, WhatIsNotYetWrittenGoesOutWithAVolatileSet) {
+  Use(Reader::Plain());
+  const tsIDDispParms2 lead{2, 'a', 'b', 'c', '!', '?', 0, 0};
+  EXPECT_EQ(SetIDDispParms2(&lead), 1U);
+  const tsIDDispParms3 trail{2, 'x', 'y', 'z', 0, 0, 0, 0};
+  EXPECT_EQ(SetIDDispParms3(&trail), 1U);
+  const tsLEDCtrl leds{0, 0, 0, 0, 0, 0, 0, 1};
+  EXPECT_EQ(SetLEDCtrl(&leds), 1U);
+  ExpectTraffic({"set 82", "set 00 10 21 3F 12 61 62 78"});
+}
+
+TEST_F(Outputs, AnUnreadSlotCanBeSet) {
+  Use(Reader::Plain());
+  Slot().bCfgLoaded = 0;
+  const tsLEDCtrl leds{0, 1, 1, 0, 0, 0, 0, 1};
+  EXPECT_EQ(SetLEDCtrl(&leds), 1U);
+  ExpectTraffic({"set 82", "set 03 10"});
+  tsLEDCtrl back{};
+  EXPECT_EQ(GetLEDCtrl(&back), 0U);
+  EXPECT_EQ(GetLastLibErr(), 0x100002U);
+}
+
+TEST_F(Outputs, AFailureOfTheVolatileSendIsDropped) {
+  Use(Reader::Plain());
+  StartTrace();
+  const tsLEDCtrl leds{1, 0, 1, 0, 0, 0, 0, 1};
+  for (const int exchange : {1, 2}) {
+    reader->faults.Restart();
+    reader->faults.RefuseAt(exchange, 6);
+    EXPECT_EQ(SetLEDCtrl(&leds), 1U);
+    EXPECT_EQ(GetLastLibErr(), 0U);
+    ExpectTrace({"WrtIDFrmtParms2 ERROR CODE 0x00040000"});
+    reader->faults.Restart();
+    reader->faults.RefuseAt(exchange, 6);
+    EXPECT_FALSE(WriteDispBlock(Slot()));
+    EXPECT_EQ(GetLastLibErr(), 0x40202U);
+    ExpectTrace({"WrtIDFrmtParms2 ERROR CODE 0x00040000"});
+  }
+}
+
+TEST_F(Outputs, BeepCodes) {
+  Use(Reader::Plain());
+  struct Row {
+    std::uint8_t count;
+    std::int16_t longBeep;
+    int code;
+  };
+  for (const Row& row : {Row{0, 0, 0x01}, {1, 0, 0x01}, {2, 0, 0x02}, {5, 0, 0x05}, {6, 0, 0x05}, {9, 0, 0x05},
+                         {255, 0, 0x05}, {0, 1, 0x81}, {1, 1, 0x81}, {1, -256, 0x81}, {2, 1, 0x82}, {3, 1, 0x82},
+                         {255, 1, 0x82}}) {
+    ActiveEntry().LastLibErr = 5;
+    EXPECT_EQ(BeepNow(row.count, row.longBeep), 1U);
+    EXPECT_EQ(reader->state.counters.lastBeep, row.code) << int{row.count} << ' ' << row.longBeep;
+    EXPECT_EQ(GetLastLibErr(), 0U);
+  }
+  ForgetTraffic();
+  EXPECT_EQ(BeepNow(3, 0), 1U);
+  EXPECT_EQ(host.transcript.Lines(), (Lines{"mutex lock", "set 1 8C 03 03", "get 1 8C 03 03", "mutex unlock"}));
+}
+
+TEST_F(Outputs, AFailedBeep) {
+  Use(Reader::Plain());
+  reader->faults.RefuseCommand({0x8C, 0x03}, 6);
+  EXPECT_EQ(BeepNow(1, 0), 0U);
+  EXPECT_EQ(GetLastLibErr(), 0x1000202U);
+  reader->faults.RefuseReply({0x8C, 0x03}, 1);
+  EXPECT_EQ(BeepNow(1, 0), 0U);
+  EXPECT_EQ(GetLastLibErr(), 0x1000000U);
+  reader->faults.AnswerWith({0x8C, 0x03}, {0, 0, 0});
+  EXPECT_EQ(BeepNow(1, 0), 1U) << "the answer is not looked at";
+}
+
+TEST_F(Outputs, ABeepWithoutADevice) {
+  Use(Reader::Plain());
+  SetUnsupportedProductErrorCode(0x8001);
+  DevCnt = 0;
+  EXPECT_EQ(BeepNow(1, 0), 0U);
+  DevCnt = 1;
+  ActiveEntry().ProductKind = 3;
+  EXPECT_EQ(BeepNow(1, 0), 0U) << "nor of a kind that it does not know";
+  ActiveEntry().ProductKind = kReader;
+  ExpectTraffic({});
+}
+
+TEST_F(Outputs, AFastStoreIsToldByTheVolumeCommand) {
+  Use(Reader::Plain());
+  ActiveEntry().LastLibErr = 5;
+  EXPECT_TRUE(IsFastStoreReader());
+  ExpectTraffic({"set 8C 06", "get 8C 06 02"});
+  EXPECT_EQ(GetLastLibErr(), 0U);
+  reader->faults.AnswerWith({0x8C, 0x06}, {0, 0, 0, 0, 0, 0, 0, 1}, 1);
+  EXPECT_TRUE(IsFastStoreReader()) << "any byte";
+  reader->faults.AnswerWith({0x8C, 0x06}, {0}, 1);
+  EXPECT_FALSE(IsFastStoreReader());
+  EXPECT_EQ(GetLastLibErr(), 0U);
+  reader->faults.RefuseReply({0x8C, 0x06}, 1);
+  EXPECT_FALSE(IsFastStoreReader());
+  EXPECT_EQ(GetLastLibErr(), 0x1000000U);
+  reader->faults.RefuseCommand({0x8C, 0x06}, 6);
+  EXPECT_FALSE(IsFastStoreReader());
+  EXPECT_EQ(GetLastLibErr(), 0x1000202U);
+}
+
+class OutputsFa : public SerialBench {};
+
+TEST_F(OutputsFa, AVolatileSetIsOneFrame) {
+  AddReader(Reader::Plain());
+  EXPECT_EQ(ReadCfg(), 1U);
+  ForgetTraffic();
+  StartTrace();
+  const tsLEDCtrl leds{1, 0, 1, 0, 0, 0, 0, 1};
+  EXPECT_EQ(SetLEDCtrl(&leds), 1U);
+  ExpectTraffic(FrameLines("81 02 00 08", {"read 81", "write 02 12 00 00 00 00 00 00", "read 90 00"}));
+  EXPECT_TRUE(WriteDispBlock(Entry().ActiveSlot()));
+  line->faults.RefuseCommand({0x81, 0x02}, 2);
+  EXPECT_EQ(SetLEDCtrl(&leds), 1U);
+  EXPECT_FALSE(WriteDispBlock(Entry().ActiveSlot()));
+  EXPECT_EQ(GetLastLibErr(), 0U) << "no error word over serial";
+  ExpectTrace({});
+}
+
+TEST_F(OutputsFa, ABeepIsAStatusWithoutWaits) {
+  AddReader(Reader::Plain());
+  EXPECT_EQ(BeepNow(2, 1), 1U);
+  ExpectTraffic({"flush", "write FA", "write 0C 03 82 00", "read 90 00"});
+  EXPECT_EQ(reader->state.counters.lastBeep, 0x82);
+  line->faults.RefuseCommand({0x0C, 0x03}, 1);
+  Entry().LastLibErr = 5;
+  EXPECT_EQ(BeepNow(2, 1), 0U);
+  EXPECT_EQ(GetLastLibErr(), 0U);
+}
+
+TEST_F(OutputsFa, AFastStoreIsToldByTheVolumeCommand) {
+  AddReader(Reader::Plain());
+  EXPECT_TRUE(IsFastStoreReader());
+  ExpectTraffic(FrameLines("0C 06 00 00", {"read 0C", "read 02"}));
+  line->faults.RefuseCommand({0x0C, 0x06}, 1);
+  EXPECT_FALSE(IsFastStoreReader());
+  AddReader(Reader::Plus(4), kPlusReader);
+  Entry().MaxConfig = 3;
+  line->faults.RefuseCommand({0x0C, 0x06});
+  EXPECT_TRUE(IsFastStoreReader());
+  Entry().MaxConfig = 2;
+  EXPECT_FALSE(IsFastStoreReader());
+}
+
+}  // namespace
+}  // namespace tavlyn::test

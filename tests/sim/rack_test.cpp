@@ -1,0 +1,143 @@
+// The command language of the rack and the reports that pass through it.
+#include "sim/rack.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string>
+#include <vector>
+
+namespace tavlyn::sim {
+namespace {
+
+class RackTest : public testing::Test {
+ protected:
+  std::string Do(const std::string& command) {
+    std::string reply;
+    EXPECT_TRUE(rack_.Run(command, reply)) << command << ": " << reply;
+    return reply;
+  }
+
+  // What a command is refused with.
+  std::string Refused(const std::string& command) {
+    std::string reply;
+    EXPECT_FALSE(rack_.Run(command, reply)) << command;
+    return reply;
+  }
+
+  std::vector<std::uint8_t> Ask(int number, std::uint8_t reportId, std::uint8_t command) {
+    std::vector<std::uint8_t> report{reportId, command, 0, 0, 0, 0, 0, 0, 0};
+    if (!rack_.SetFeature(number, report) || !rack_.GetFeature(number, report)) return {};
+    return report;
+  }
+
+  Rack rack_;
+};
+
+TEST_F(RackTest, DevicesAreNumberedAndListed) {
+  EXPECT_EQ("", Do("list"));
+  EXPECT_EQ("1", Do("plug reader"));
+  EXPECT_EQ("2", Do("plug plus:3@19E5:2021"));
+  EXPECT_EQ("1 7A31:3BFA reader\n2 19E5:2021 plus:3@19E5:2021\n", Do("list"));
+  Do("#1 unplug");
+  EXPECT_EQ("2 19E5:2021 plus:3@19E5:2021\n", Do("list"));
+  EXPECT_EQ("3", Do("plug reader"));
+  Do("reset");
+  EXPECT_EQ("", Do("list"));
+  EXPECT_EQ("1", Do("plug reader"));
+}
+
+TEST_F(RackTest, ReaderWithNumberedReportsHasAKeyboardBesideIt) {
+  Do("plug reader@7a31:3bfb");
+  const auto present = rack_.Present();
+  ASSERT_EQ(2U, present.size());
+  EXPECT_EQ(1, present[0].identity.usages.front().page);
+  EXPECT_EQ(6, present[0].identity.usages.front().usage);
+  EXPECT_EQ(0xFFA0, present[1].identity.usages.front().page);
+  EXPECT_TRUE(Ask(1, 0, 0x8E).empty());
+  EXPECT_TRUE(Ask(2, 0, 0x8E).empty());
+  EXPECT_FALSE(Ask(2, 1, 0x8E).empty());
+  Do("input 01AA");
+  std::vector<std::uint8_t> report;
+  EXPECT_FALSE(rack_.TakeInput(1, report));
+  EXPECT_TRUE(rack_.TakeInput(2, report));
+  EXPECT_EQ((std::vector<std::uint8_t>{0x01, 0xAA}), report);
+  EXPECT_FALSE(rack_.TakeInput(2, report));
+  Do("unplug");
+  EXPECT_TRUE(rack_.Present().empty());
+}
+
+TEST_F(RackTest, CardsComeAndGoOnTheDeviceMeant) {
+  Do("plug reader");
+  Do("plug reader");
+  Do("#1 card 0102:13");
+  EXPECT_EQ(13, Ask(1, 0, 0x8E).at(1));
+  EXPECT_EQ(0x02, Ask(1, 0, 0x8F).at(2));
+  EXPECT_EQ(0, Ask(2, 0, 0x8E).at(1));
+  Do("#1 take");
+  EXPECT_EQ(0, Ask(1, 0, 0x8E).at(1));
+}
+
+TEST_F(RackTest, TrafficAndCount) {
+  Do("plug reader");
+  Do("card 05:8");
+  Ask(1, 0, 0x8E);
+  Do("refuse 2");
+  Ask(1, 0, 0x8E);
+  EXPECT_EQ("set 1 8E\nget 1 08\nset 1 8E\nget 1 refused\n", Do("traffic"));
+  EXPECT_EQ("4", Do("exchanges"));
+  Do("clear");
+  EXPECT_EQ("", Do("traffic"));
+  EXPECT_EQ("4", Do("exchanges"));
+}
+
+TEST_F(RackTest, FaultsCountFromTheCommandAndHeal) {
+  Do("plug reader");
+  Do("card 05:8");
+  Ask(1, 0, 0x8E);
+  Do("garble 2");
+  EXPECT_EQ(0xF7, Ask(1, 0, 0x8E).at(1));
+  EXPECT_EQ(8, Ask(1, 0, 0x8E).at(1));
+  Do("vanish 1");
+  EXPECT_TRUE(Ask(1, 0, 0x8E).empty());
+  EXPECT_FALSE(rack_.IsPresent(1));
+  Do("heal");
+  EXPECT_TRUE(rack_.IsPresent(1));
+  EXPECT_EQ("0", Do("exchanges"));
+  EXPECT_EQ(8, Ask(1, 0, 0x8E).at(1));
+}
+
+TEST_F(RackTest, ReportsOfAnotherLengthOrDeviceAreRefused) {
+  Do("plug reader");
+  std::array<std::uint8_t, 10> report{0, 0x8E};
+  EXPECT_FALSE(rack_.SetFeature(1, report));
+  EXPECT_FALSE(rack_.SetFeature(1, std::span(report).first(8)));
+  EXPECT_FALSE(rack_.SetFeature(1, std::span(report).first(0)));
+  EXPECT_FALSE(rack_.GetFeature(2, std::span(report).first(9)));
+  EXPECT_FALSE(rack_.GetFeature(0, std::span(report).first(9)));
+  EXPECT_EQ(nullptr, rack_.Identity(2));
+  EXPECT_TRUE(rack_.SetFeature(1, std::span(report).first(9)));
+}
+
+TEST_F(RackTest, WhatIsNotUnderstoodIsRefusedWithAReason) {
+  EXPECT_EQ("no command", Refused(""));
+  EXPECT_EQ("no command", Refused("#1"));
+  EXPECT_EQ("dance: no such command", Refused("dance"));
+  EXPECT_EQ("take: no such device", Refused("take"));
+  EXPECT_EQ("plug: wrong number of words", Refused("plug"));
+  for (const char* device : {"toaster", "plus:1", "plus:12", "plus:", "reader@7A31", "reader@7A31:XYZ",
+                             "reader@:", "reader@0000:0001", "reader@17A31:0001"}) {
+    EXPECT_EQ(std::string(device) + ": no such kind of device", Refused(std::string("plug ") + device));
+  }
+  Do("plug reader");
+  EXPECT_EQ("take: no such device", Refused("#2 take"));
+  EXPECT_EQ("take: no such device", Refused("#x take"));
+  for (const char* card : {"0102", "012:8", "01G2:8", ":8", "01:0", "01:256", "01:"}) {
+    EXPECT_EQ(std::string(card) + ": a card is HEX:BITS", Refused(std::string("card ") + card));
+  }
+  EXPECT_EQ("0: exchanges count from 1", Refused("refuse 0"));
+  EXPECT_EQ("x: a report is hexadecimal", Refused("input x"));
+}
+
+}  // namespace
+}  // namespace tavlyn::sim

@@ -1,0 +1,131 @@
+// read and watch.
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <optional>
+#include <thread>
+
+#include "api.h"
+#include "tools/tavlynctl/commands.h"
+#include "tools/tavlynctl/session.h"
+
+namespace tavlyn::ctl {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// The library leaves a reader alone for 235 ms after each exchange.
+constexpr std::chrono::milliseconds kPollPause(250);
+// A reader that fails so often in a row is taken for lost.
+constexpr int kFailedPolls = 3;
+constexpr std::int16_t kLongestId = 32;
+constexpr double kReadTimeout = 10;  // seconds
+
+volatile std::sig_atomic_t stopped = 0;
+
+struct Card {
+  int bits = 0;  // 0: none
+  std::array<std::uint8_t, kLongestId> id{};
+
+  bool operator==(const Card&) const = default;
+};
+
+class Poll {
+ public:
+  // The card on the reader; nothing when it could not be asked. Throws Failure when it is lost.
+  std::optional<Card> Next() {
+    std::this_thread::sleep_for(kPollPause);
+    Card card;
+    card.bits = GetActiveID32(card.id.data(), kLongestId);
+    if (card.bits != 0 || GetLastLibErr() == 0) {
+      failed_ = 0;
+      return card.bits != 0 ? card : Card{};
+    }
+    if (++failed_ == kFailedPolls) {
+      throw Failure(kDeviceError, ActiveDeviceName() + " does not answer, " + ErrorText());
+    }
+    return std::nullopt;
+  }
+
+ private:
+  int failed_ = 0;
+};
+
+// The bytes that hold the bits, as the reader sends them: lowest first. The number has the highest first.
+void Describe(const Card& card, Json& into) {
+  const auto count = std::min<std::size_t>((static_cast<std::size_t>(card.bits) + 7) / 8, card.id.size());
+  std::string number;
+  Json bytes = Json::array();
+  for (std::size_t i = 0; i < count; ++i) {
+    number.insert(0, Hex(card.id[i], 2));
+    bytes.push_back(card.id[i]);
+  }
+  into["bits"] = card.bits;
+  into["id"] = number;
+  into["bytes"] = std::move(bytes);
+}
+
+Clock::time_point After(double seconds) {
+  return Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
+}
+
+Failure NoCard() { return {kNoCard, "no card came in time"}; }
+
+// Shows what has changed, and counts it.
+int ShowChange(const Card& before, const Card& now, bool json) {
+  if (before == now) return 0;
+  int events = 0;
+  for (const auto& [event, card] : {std::pair{"gone", before}, std::pair{"card", now}}) {
+    if (card.bits == 0) continue;
+    Json line = NewDocument("watch");
+    line["event"] = event;
+    Describe(card, line);
+    ShowEvent(line, json);
+    ++events;
+  }
+  return events;
+}
+
+}  // namespace
+
+Json Read(const Options& options) {
+  const Session session;
+  session.Use(options.device);
+  const auto deadline = After(options.timeout.value_or(kReadTimeout));
+  Poll poll;
+  do {
+    const auto card = poll.Next();
+    if (!card || card->bits == 0) continue;
+    Json document = NewDocument("read");
+    Describe(*card, document);
+    return document;
+  } while (Clock::now() < deadline);
+  throw NoCard();
+}
+
+Json Watch(const Options& options) {
+  const Session session;
+  session.Use(options.device);
+  std::signal(SIGINT, [](int) { stopped = 1; });
+  std::signal(SIGTERM, [](int) { stopped = 1; });
+  if (!options.json) std::fprintf(stderr, "watching %s\n", ActiveDeviceName().c_str());
+  const auto deadline = options.timeout ? After(*options.timeout) : Clock::time_point::max();
+  Poll poll;
+  Card before;
+  int events = 0;
+  while (stopped == 0 && (options.count == 0 || events < options.count)) {
+    if (Clock::now() >= deadline) {
+      if (events == 0) throw NoCard();
+      break;
+    }
+    const auto now = poll.Next();
+    if (!now) continue;
+    events += ShowChange(before, *now, options.json);
+    before = *now;
+  }
+  return {};
+}
+
+}  // namespace tavlyn::ctl

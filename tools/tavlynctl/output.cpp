@@ -1,0 +1,141 @@
+#include "tools/tavlynctl/output.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <map>
+#include <vector>
+
+namespace tavlyn::ctl {
+namespace {
+
+constexpr int kSchema = 1;
+constexpr std::size_t kIndent = 2;
+
+bool IsScalar(const Json& value) { return !value.is_structured(); }
+
+bool IsList(const Json& value) { return value.is_array() && std::ranges::all_of(value, IsScalar); }
+
+bool IsCell(const Json& value) { return IsScalar(value) || IsList(value); }
+
+bool IsTable(const Json& value) {
+  return value.is_array() && !value.empty() && std::ranges::all_of(value, [](const Json& row) {
+           return row.is_object() && std::ranges::all_of(row, IsCell);
+         });
+}
+
+std::string Cell(const Json& value) {
+  if (value.is_null()) return "-";
+  if (value.is_string()) return value.get<std::string>();
+  if (value.is_boolean()) return value.get<bool>() ? "yes" : "no";
+  if (!value.is_array()) return value.dump();
+  std::string text;
+  for (const Json& one : value) {
+    if (!text.empty()) text += ' ';
+    text += Cell(one);
+  }
+  return text;
+}
+
+std::string Label(std::string key) {
+  std::ranges::replace(key, '_', ' ');
+  return key;
+}
+
+void Line(std::size_t indent, std::string text) {
+  while (!text.empty() && text.back() == ' ') text.pop_back();
+  std::printf("%*s%s\n", static_cast<int>(indent), "", text.c_str());
+}
+
+std::string Padded(std::string text, std::size_t width) {
+  text.resize(std::max(text.size(), width), ' ');
+  return text + "  ";
+}
+
+// Texts come from a device: bytes that are no UTF-8 must not end the program.
+std::string Dump(const Json& value, int indent = -1) {
+  return value.dump(indent, ' ', false, Json::error_handler_t::replace);
+}
+
+// A card, and what it does if that is told.
+std::string CardLine(const Json& card) {
+  return card.value("event", "card") + " " + Cell(card["bits"]) + " bits " + Cell(card["id"]);
+}
+
+void ShowTable(const Json& rows, std::size_t indent) {
+  std::map<std::string, std::size_t> widths;
+  for (const Json& row : rows) {
+    for (const auto& [key, value] : row.items()) {
+      widths[key] = std::max({widths[key], Label(key).size(), Cell(value).size()});
+    }
+  }
+  std::string head;
+  for (const auto& [key, value] : rows.front().items()) head += Padded(Label(key), widths[key]);
+  Line(indent, head);
+  for (const Json& row : rows) {
+    std::string line;
+    for (const auto& [key, value] : row.items()) line += Padded(Cell(value), widths[key]);
+    Line(indent, line);
+  }
+}
+
+void ShowObject(const Json& object, std::size_t indent) {
+  std::size_t width = 0;
+  for (const auto& [key, value] : object.items()) {
+    if (IsCell(value)) width = std::max(width, Label(key).size());
+  }
+  for (const auto& [key, value] : object.items()) {
+    if (IsCell(value)) {
+      Line(indent, Padded(Label(key), width) + Cell(value));
+      continue;
+    }
+    Line(indent, Label(key));
+    if (value.is_object()) {
+      ShowObject(value, indent + kIndent);
+    } else if (IsTable(value)) {
+      ShowTable(value, indent + kIndent);
+    } else {
+      for (const Json& one : value) ShowObject(one, indent + kIndent);
+    }
+  }
+}
+
+}  // namespace
+
+Json NewDocument(const std::string& command) { return Json{{"schema", kSchema}, {"command", command}}; }
+
+void Show(const Json& document, bool asJson) {
+  if (document.is_null()) return;
+  if (asJson) {
+    std::printf("%s\n", Dump(document, 2).c_str());
+    return;
+  }
+  if (document.contains("bits")) {
+    std::printf("%s\n", CardLine(document).c_str());
+    return;
+  }
+  Json shown = document;
+  shown.erase("schema");
+  shown.erase("command");
+  ShowObject(shown, 0);
+}
+
+void ShowEvent(const Json& event, bool asJson) {
+  std::printf("%s\n", (asJson ? Dump(event) : CardLine(event)).c_str());
+  std::fflush(stdout);
+}
+
+void ShowFailure(const Failure& failure, const std::string& command, bool asJson) {
+  std::fprintf(stderr, "tavlynctl: %s\n", failure.what());
+  if (!asJson) return;
+  Json document = NewDocument(command);
+  document["error"] = {{"code", static_cast<int>(failure.code)}, {"text", failure.what()}};
+  std::printf("%s\n", Dump(document).c_str());
+}
+
+std::string Hex(unsigned value, int digits) {
+  char text[16];
+  std::snprintf(text, sizeof text, "%0*X", digits, value);
+  return text;
+}
+
+}  // namespace tavlyn::ctl

@@ -1,0 +1,39 @@
+// What a command has found, and how it is shown: as JSON, or as text for people.
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+#include <string>
+
+namespace tavlyn::ctl {
+
+using Json = nlohmann::ordered_json;
+
+enum ExitCode : int {
+  kOk = 0,
+  kUsage = 1,
+  kNoDevice = 2,
+  kNoPermission = 3,
+  kDeviceError = 4,
+  kNoCard = 5,
+};
+
+// Ends a command.
+class Failure : public std::runtime_error {
+ public:
+  Failure(ExitCode exitCode, const std::string& text) : std::runtime_error(text), code(exitCode) {}
+  ExitCode code;
+};
+
+// A document of this command, to be filled.
+Json NewDocument(const std::string& command);
+
+// Null shows nothing.
+void Show(const Json& document, bool asJson);
+// A card that came or went: one line, out at once.
+void ShowEvent(const Json& event, bool asJson);
+void ShowFailure(const Failure& failure, const std::string& command, bool asJson);
+
+std::string Hex(unsigned value, int digits);
+
+}  // namespace tavlyn::ctl

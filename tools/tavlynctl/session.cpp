@@ -1,0 +1,100 @@
+#include "tools/tavlynctl/session.h"
+
+#include <array>
+
+#include "api.h"
+#include "tools/tavlynctl/output.h"
+#include "tools/tavlynctl/permission.h"
+
+namespace tavlyn::ctl {
+namespace {
+
+constexpr std::int16_t kUsbLink = 0;
+constexpr std::uint32_t kReaders = 1;
+
+struct ErrorWord {
+  std::uint32_t mask;
+  std::uint32_t value;
+  const char* text;
+};
+
+// Set words and bits that join them; the upper four bits are one number.
+constexpr ErrorWord kErrorWords[] = {
+    {0xFFF, TAVLYN_ERR_WRITE_REPORT, "a report could not be sent"},
+    {TAVLYN_ERR_CONNECT, TAVLYN_ERR_CONNECT, "a search failed"},
+    {TAVLYN_ERR_CONFIG_READ, TAVLYN_ERR_CONFIG_READ, "a read of the configuration failed"},
+    {TAVLYN_ERR_CONFIG_WRITE, TAVLYN_ERR_CONFIG_WRITE, "a write of the configuration failed"},
+    {TAVLYN_ERR_COMMAND, TAVLYN_ERR_COMMAND, "the device did not answer"},
+    {0xF0000000, TAVLYN_ERR_FW_FILENAME, "the firmware file name could not be read"},
+    {0xF0000000, TAVLYN_ERR_DEVICE_GONE, "the device is gone"},
+    {0xF0000000, TAVLYN_ERR_FULL_FW_VERSION, "the firmware version could not be read"},
+};
+
+struct ProductName {
+  std::uint32_t product;
+  const char* name;
+};
+
+constexpr ProductName kProductNames[] = {{1, "card reader"}, {2, "magstripe reader"}, {4, "sonar sensor"}};
+
+}  // namespace
+
+Session::Session() {
+  SetDevTypeSrch(kUsbLink);
+  SetConnectProduct(kReaders);
+  allRead_ = USBConnect(nullptr) == 1;
+  if (GetDevCnt() > 0) return;
+  USBDisconnect();
+  const std::string problem = PermissionProblem();
+  if (!problem.empty()) throw Failure(kNoPermission, problem);
+  throw Failure(kNoDevice, "no reader is plugged in");
+}
+
+Session::~Session() { USBDisconnect(); }
+
+void Session::Select(int index) {
+  const int count = GetDevCnt();
+  if (index >= 0 && index < count && SetActDev(static_cast<std::int16_t>(index)) == 1) return;
+  throw Failure(kNoDevice,
+                "there is no device " + std::to_string(index) + "; found: " + std::to_string(count));
+}
+
+bool Session::IsRead() const { return allRead_ || ReadCfg() == 1; }
+
+void Session::Use(int index) const {
+  Select(index);
+  if (!IsRead()) throw Failure(kDeviceError, ConfigReadProblem());
+}
+
+const char* ActiveProduct() {
+  for (const ProductName& one : kProductNames) {
+    if (one.product == GetProduct()) return one.name;
+  }
+  return "device";
+}
+
+std::string ActiveDevicePath() {
+  std::array<char, 513> name{};
+  GetDevName(name.data());
+  return name.data();
+}
+
+std::string ActiveDeviceName() {
+  return std::string(ActiveProduct()) + " " + std::to_string(GetActDev()) + " (" + GetVidPidVendorName() +
+         ", " + ActiveDevicePath() + ")";
+}
+
+std::string ErrorText() {
+  const std::uint32_t word = GetLastLibErr();
+  std::string text;
+  for (const ErrorWord& one : kErrorWords) {
+    if ((word & one.mask) == one.value) text += (text.empty() ? ": " : "; ") + std::string(one.text);
+  }
+  return "error word 0x" + Hex(word, 1) + text;
+}
+
+std::string ConfigReadProblem() {
+  return "the configuration of " + ActiveDeviceName() + " could not be read, " + ErrorText();
+}
+
+}  // namespace tavlyn::ctl

@@ -1,0 +1,37 @@
+// A connect that lasts as long as the object, and the device that a command is about.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace tavlyn::ctl {
+
+class Session {
+ public:
+  // Throws Failure when there is no device, or none that may be opened.
+  Session();
+  ~Session();
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+
+  // Makes the device active; throws Failure when there is none of that index.
+  static void Select(int index);
+  // Whether the active device's configuration was read. A connect stops at the first device that fails; the
+  // others are read here.
+  [[nodiscard]] bool IsRead() const;
+  // Both; a configuration that was not read is a Failure too.
+  void Use(int index) const;
+
+ private:
+  bool allRead_;
+};
+
+// "card reader 0 (7A31:3BFA Orvantis, /dev/hidraw0)", of the active device.
+std::string ActiveDeviceName();
+std::string ActiveDevicePath();
+const char* ActiveProduct();
+// "error word 0x20000: a read of the configuration failed", of the active device.
+std::string ErrorText();
+std::string ConfigReadProblem();
+
+}  // namespace tavlyn::ctl

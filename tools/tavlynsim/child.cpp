@@ -1,0 +1,84 @@
+#include "tools/tavlynsim/child.h"
+
+#include <fcntl.h>
+#include <sys/signalfd.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+
+namespace tavlyn::sim {
+namespace {
+
+constexpr int kSignalled = 128;  // added to the signal's number, as shells do
+
+sigset_t HeldSignals() {
+  sigset_t held;
+  sigemptyset(&held);
+  for (const int signal : {SIGCHLD, SIGINT, SIGTERM, SIGHUP}) sigaddset(&held, signal);
+  return held;
+}
+
+void EmptyInput() {
+  const int nothing = open("/dev/null", O_RDONLY);
+  if (nothing >= 0) dup2(nothing, STDIN_FILENO);
+}
+
+// The exec's failure reaches the parent through the pipe, which a successful exec closes.
+[[noreturn]] void Become(const std::vector<std::string>& command, const Child::Variables& variables,
+                         bool keepInput, int failure) {
+  for (const auto& [name, value] : variables) setenv(name.c_str(), value.c_str(), 1);
+  const sigset_t held = HeldSignals();
+  sigprocmask(SIG_UNBLOCK, &held, nullptr);
+  if (!keepInput) EmptyInput();
+  std::vector<char*> words;
+  for (const std::string& word : command) words.push_back(const_cast<char*>(word.c_str()));
+  words.push_back(nullptr);
+  execvp(words[0], words.data());
+  const int reason = errno;
+  const ssize_t told = write(failure, &reason, sizeof reason);
+  _exit(told == sizeof reason ? 0 : 1);
+}
+
+}  // namespace
+
+Child::~Child() {
+  if (signals_ >= 0) close(signals_);
+}
+
+bool Child::HoldSignals() {
+  const sigset_t held = HeldSignals();
+  sigprocmask(SIG_BLOCK, &held, nullptr);
+  signals_ = signalfd(-1, &held, SFD_CLOEXEC | SFD_NONBLOCK);
+  return signals_ >= 0;
+}
+
+bool Child::Start(const std::vector<std::string>& command, const Variables& variables, bool keepInput) {
+  int ends[2];
+  if (pipe2(ends, O_CLOEXEC) != 0) return false;
+  pid_ = fork();
+  if (pid_ == 0) Become(command, variables, keepInput, ends[1]);
+  close(ends[1]);
+  int reason = pid_ < 0 ? errno : 0;
+  const bool failed = pid_ < 0 || read(ends[0], &reason, sizeof reason) == sizeof reason;
+  close(ends[0]);
+  if (failed && pid_ > 0) waitpid(pid_, nullptr, 0);
+  errno = reason;
+  return !failed;
+}
+
+std::optional<int> Child::TakeSignals() {
+  signalfd_siginfo signal;
+  while (read(signals_, &signal, sizeof signal) == sizeof signal) {
+    // What the terminal sends reaches the command by itself.
+    const bool byTerminal = signal.ssi_code == SI_KERNEL;
+    if (signal.ssi_signo != SIGCHLD && !byTerminal) kill(pid_, static_cast<int>(signal.ssi_signo));
+  }
+  int status = 0;
+  if (waitpid(pid_, &status, WNOHANG) != pid_) return std::nullopt;
+  return WIFSIGNALED(status) ? kSignalled + WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+}  // namespace tavlyn::sim

@@ -1,0 +1,79 @@
+// Runs a program with simulated devices.
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <map>
+#include <optional>
+
+#include "tools/tavlynsim/run.h"
+
+namespace {
+
+using tavlyn::sim::Carrier;
+using tavlyn::sim::RunOptions;
+
+struct Kind {
+  const char* word;
+  const char* text;
+};
+
+constexpr Kind kKinds[] = {
+    {"reader", "a card reader of one configuration, 7A31:3BFA"},
+    {"plus:N", "a plus reader of 2 to 11 configurations, 7A31:3BFA"},
+    {"KIND@VID:PID", "either one under another USB identity, such as reader@19E5:2021"},
+    {"KIND@7A31:3BFB", "numbers its reports, tells of cards by input reports, has a keyboard beside it"},
+};
+
+int ShowKinds() {
+  for (const Kind& kind : kKinds) std::printf("%-16s %s\n", kind.word, kind.text);
+  return 0;
+}
+
+void AddRun(CLI::App& app, RunOptions& options, std::optional<bool>& interactive) {
+  static const std::map<std::string, Carrier> kCarriers{{"hidapi", Carrier::kHidapi},
+                                                        {"uhid", Carrier::kUhid}};
+  auto* run = app.add_subcommand("run", "Run a command that sees simulated devices");
+  run->add_option("--device", options.devices, "A device, may be given again (see tavlynsim devices)")
+      ->type_name("KIND")
+      ->allow_extra_args(false);
+  run->add_option("--card", options.timetable.cards,
+                  "A card for the first device, lowest byte first; may be given again")
+      ->type_name("HEX:BITS")
+      ->allow_extra_args(false);
+  const auto addTime = [&](const char* name, std::chrono::milliseconds& time, const char* text) {
+    run->add_option_function<int>(
+           name, [&time](int ms) { time = std::chrono::milliseconds(ms); }, text)
+        ->type_name("MS")
+        ->check(CLI::Range(1, 86'400'000));
+  };
+  addTime("--on", options.timetable.on, "How long each card lies (1500)");
+  addTime("--off", options.timetable.off, "How long there is none afterwards (1000)");
+  run->add_flag("--repeat", options.timetable.repeat, "Begin again after the last card");
+  run->add_flag("--interactive,!--no-interactive", interactive,
+                "Take commands from standard input, or do not (default: on a terminal)");
+  run->add_option("--carrier", options.carrier,
+                  "hidapi (default): for the command alone. uhid: for this machine")
+      ->transform(CLI::CheckedTransformer(kCarriers));
+  run->add_option("COMMAND", options.command, "What to run, behind --")->required();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app("Simulated devices for programs that use tavlynapi or hidapi", "tavlynsim");
+  app.require_subcommand(1);
+  RunOptions options;
+  std::optional<bool> interactive;
+  AddRun(app, options, interactive);
+  app.add_subcommand("devices", "List what can be simulated");
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? 0 : tavlyn::sim::kBadUsage;
+  }
+  if (app.got_subcommand("devices")) return ShowKinds();
+  if (options.devices.empty()) options.devices.emplace_back("reader");
+  options.interactive = interactive.value_or(isatty(STDIN_FILENO) == 1);
+  return tavlyn::sim::Run(options);
+}

@@ -1,0 +1,148 @@
+#include "tools/tavlynsim/run.h"
+
+#include <poll.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <optional>
+
+#include "sim/carriers/wire.h"
+#include "tools/tavlynsim/child.h"
+#include "tools/tavlynsim/desk.h"
+#include "tools/tavlynsim/server.h"
+#include "tools/tavlynsim/typed_lines.h"
+#include "tools/tavlynsim/uhid_show.h"
+
+namespace tavlyn::sim {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kStandin = "libhidapi-hidraw.so.0";
+// A kernel's question waits no longer than this for the loop to come round.
+constexpr int kUhidPollMs = 5;
+constexpr std::size_t kAnnouncementBytes = 8;
+
+int Fail(int status, const std::string& problem) {
+  std::fprintf(stderr, "tavlynsim: %s\n", problem.c_str());
+  return status;
+}
+
+// The stand-in's folder lies at the same place beside the program when built and when installed.
+std::optional<fs::path> StandinFolder() {
+  std::error_code none;
+  const fs::path beside = fs::read_symlink("/proc/self/exe", none).parent_path().parent_path();
+  for (const char* folder : {TAVLYN_STANDIN_FOLDER, TAVLYN_STANDIN_LIBDIR}) {
+    if (fs::exists(beside / folder / kStandin, none)) return beside / folder;
+  }
+  return std::nullopt;
+}
+
+std::string WithFolderFirst(const fs::path& folder, const char* rest) {
+  return rest != nullptr && *rest != '\0' ? folder.string() + ":" + rest : folder.string();
+}
+
+// The input report with which the first device tells of a card; empty for the most, which do not.
+std::string Announcement(Source& source) {
+  const std::vector<Listed> all = source.List();
+  const auto numbered =
+      std::ranges::find_if(all, [](const Listed& one) { return one.identity.reportId != 0; });
+  if (numbered == all.end()) return {};
+  char id[4];
+  std::snprintf(id, sizeof id, "%02X", numbered->identity.reportId);
+  return id + std::string(2 * kAnnouncementBytes, '0');
+}
+
+class Simulation {
+ public:
+  explicit Simulation(const RunOptions& options)
+      : options_(options), server_(desk_), uhid_(desk_), typed_(desk_, options.interactive) {}
+
+  int Run() {
+    if (const int status = Prepare(); status != 0) return status;
+    Child::Variables variables;
+    if (const int status = Show(variables); status != 0) return status;
+    if (!child_.Start(options_.command, variables, !options_.interactive)) {
+      return Fail(errno == ENOENT ? kNotFound : kCannotRun,
+                  options_.command.front() + ": " + std::strerror(errno));
+    }
+    std::optional<int> status;
+    while (!status) status = Turn();
+    return *status;
+  }
+
+ private:
+  // Plugs the devices in and looks at the cards.
+  int Prepare() {
+    std::string reply;
+    desk_.Run("record off", reply);  // a long run would fill the memory
+    for (const std::string& device : options_.devices) {
+      if (!desk_.Run("plug " + device, reply)) return Fail(kBadUsage, reply);
+      if (!announcement_) announcement_ = Announcement(desk_);
+    }
+    desk_.announces = !announcement_->empty();
+    script_.emplace(desk_, options_.timetable, *announcement_);
+    if (!script_->Check(reply)) return Fail(kBadUsage, reply);
+    desk_.onAsked = [this] { script_->Begin(); };
+    if (!child_.HoldSignals()) return Fail(kCannotSimulate, std::strerror(errno));
+    return 0;
+  }
+
+  // Makes the devices visible, and gives the variables by which the command sees them.
+  int Show(Child::Variables& variables) {
+    if (options_.carrier == Carrier::kUhid) {
+      std::string problem;
+      return uhid_.Start(problem) ? 0 : Fail(kCannotSimulate, problem);
+    }
+    const auto folder = StandinFolder();
+    if (!folder) return Fail(kCannotSimulate, std::string("the stand-in ") + kStandin + " is not installed");
+    if (!server_.Open()) return Fail(kCannotSimulate, std::strerror(errno));
+    variables = {{"LD_LIBRARY_PATH", WithFolderFirst(*folder, std::getenv("LD_LIBRARY_PATH"))},
+                 {wire::kSocketVariable, server_.SocketPath()}};
+    return 0;
+  }
+
+  // One turn of the loop; a status once the command has ended.
+  std::optional<int> Turn() {
+    const bool onUhid = options_.carrier == Carrier::kUhid;
+    std::vector<pollfd> polled{{child_.Fd(), POLLIN, 0}, {typed_.Fd(), POLLIN, 0}};
+    if (onUhid) {
+      uhid_.AddTo(polled);
+    } else {
+      server_.AddTo(polled);
+    }
+    int timeout = onUhid ? kUhidPollMs : -1;
+    if (const auto next = script_->UntilNext()) {
+      const int untilNext = static_cast<int>(next->count());
+      timeout = timeout < 0 ? untilNext : std::min(timeout, untilNext);
+    }
+    if (poll(polled.data(), polled.size(), timeout) < 0) return std::nullopt;
+    script_->Step();
+    if (polled[1].revents != 0) typed_.Serve();
+    if (onUhid) {
+      uhid_.Serve();
+    } else {
+      server_.Serve(polled);
+    }
+    return polled[0].revents != 0 ? child_.TakeSignals() : std::nullopt;
+  }
+
+  const RunOptions& options_;
+  Desk desk_;
+  std::optional<std::string> announcement_;  // once the first device is there
+  std::optional<Script> script_;
+  Server server_;
+  UhidShow uhid_;
+  TypedLines typed_;
+  Child child_;
+};
+
+}  // namespace
+
+int Run(const RunOptions& options) { return Simulation(options).Run(); }
+
+}  // namespace tavlyn::sim

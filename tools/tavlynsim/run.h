@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tools/tavlynsim/script.h"
+
+namespace tavlyn::sim {
+
+enum class Carrier { kHidapi, kUhid };
+
+// Exit statuses of tavlynsim's own; otherwise that of the command.
+inline constexpr int kBadUsage = 1;
+inline constexpr int kCannotSimulate = 125;
+inline constexpr int kCannotRun = 126;
+inline constexpr int kNotFound = 127;
+
+struct RunOptions {
+  std::vector<std::string> devices;
+  Timetable timetable;
+  Carrier carrier = Carrier::kHidapi;
+  bool interactive = false;
+  std::vector<std::string> command;
+};
+
+int Run(const RunOptions& options);
+
+}  // namespace tavlyn::sim

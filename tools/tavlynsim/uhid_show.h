@@ -1,0 +1,36 @@
+// Shows the simulated devices to this very machine through /dev/uhid.
+#pragma once
+
+#include <poll.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "sim/carriers/source.h"
+#include "sim/carriers/uhid.h"
+
+namespace tavlyn::sim {
+
+class UhidShow {
+ public:
+  explicit UhidShow(Source& source) : source_(source) {}
+
+  // Plugs in what is new, and waits until the kernel has made its nodes. False: problem tells why.
+  bool Start(std::string& problem);
+
+  void AddTo(std::vector<pollfd>& polled) const;
+  // Answers the kernel, and plugs in and unplugs as the source does.
+  void Serve();
+
+ private:
+  struct Shown;
+
+  bool PlugNew();
+  [[nodiscard]] bool AllHaveNodes() const;
+
+  Source& source_;
+  std::vector<std::shared_ptr<Shown>> shown_;
+};
+
+}  // namespace tavlyn::sim
