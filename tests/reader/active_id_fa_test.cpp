@@ -161,7 +161,7 @@ TEST_F(ActiveIdFa, TheLongReadGoesOnAfterItsOneFailure) {
 
 TEST_F(ActiveIdFa, AShortBufferGetsNothing) {
   StartTrace();
-  for (const std::int16_t length : {0, 4, 7}) {
+  for (const std::int16_t length : std::initializer_list<std::int16_t>{0, 4, 7}) {
     AddScript({Reply(8, 66, 0x90, 0x00)});
     std::unique_ptr<std::uint8_t[]> buffer(new std::uint8_t[static_cast<std::size_t>(length)]);
     std::fill_n(buffer.get(), length, std::uint8_t{0xEE});
@@ -170,7 +170,7 @@ TEST_F(ActiveIdFa, AShortBufferGetsNothing) {
     EXPECT_EQ(GetLastLibErr(), 0U);
     ExpectTrace({"GetActiveID ENTER", "GetActiveID EXIT"});
   }
-  for (const std::int16_t length : {0, 8, 16, 31}) {
+  for (const std::int16_t length : std::initializer_list<std::int16_t>{0, 8, 16, 31}) {
     AddScript({Reply(32, 200, 0x90, 0x00)});
     std::unique_ptr<std::uint8_t[]> buffer(new std::uint8_t[static_cast<std::size_t>(length)]);
     std::fill_n(buffer.get(), length, std::uint8_t{0xEE});

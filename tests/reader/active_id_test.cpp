@@ -103,7 +103,7 @@ TEST_F(ActiveId, NoCardIs0AndNoError) {
 }
 
 TEST_F(ActiveId, BuffersOfAnyLength) {
-  for (const std::int16_t length : {0, 1, 4, 7, 8, 9, 16, 31, 32, 33, 300}) {
+  for (const std::int16_t length : std::initializer_list<std::int16_t>{0, 1, 4, 7, 8, 9, 16, 31, 32, 33, 300}) {
     const auto size = static_cast<std::size_t>(length);
     SCOPED_TRACE(length);
     Buffer buffer(size);
@@ -130,7 +130,7 @@ TEST_F(ActiveId, BuffersOfAnyLength) {
 }
 
 TEST_F(ActiveId, BytesAroundTheBufferStay) {
-  for (const std::int16_t length : {0, 4, 8, 32}) {
+  for (const std::int16_t length : std::initializer_list<std::int16_t>{0, 4, 8, 32}) {
     std::array<std::uint8_t, 64> room{};
     for (const auto read : {GetActiveID, GetActiveID32, GetActiveID}) {
       room.fill(0xEE);

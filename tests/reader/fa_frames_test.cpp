@@ -57,7 +57,7 @@ TEST_F(FaFrames, RecvDataKeepsItsDataWhenTheStatusIsAnother) {
 }
 
 TEST_F(FaFrames, OnlyStatus9000IsSuccess) {
-  for (const std::uint16_t status : {0x9001, 0x9100, 0x0090, 0x0000, 0xFFFF}) {
+  for (const std::uint16_t status : std::initializer_list<std::uint16_t>{0x9001, 0x9100, 0x0090, 0x0000, 0xFFFF}) {
     const auto high = static_cast<std::uint8_t>(status >> 8);
     const auto low = static_cast<std::uint8_t>(status & 0xFF);
     AddScript({{0x01, 1, 2, 3, 4, 5, 6, 7, 8, high, low}, {high, low}});

@@ -177,7 +177,7 @@ TEST_F(IdCache, WithoutABufferTheBytesAreHandedOutOneByOne) {
 }
 
 TEST_F(IdCache, MoreThan32BytesCountAs32) {
-  for (const std::uint16_t bytes : {32, 33, 40, 65535}) {
+  for (const std::uint16_t bytes : std::initializer_list<std::uint16_t>{32, 33, 40, 65535}) {
     LastIDLen = 1;
     EXPECT_EQ(getActiveID(bytes), 26);
     EXPECT_EQ(LastIDLen, 32) << bytes;

@@ -68,7 +68,9 @@ Json List(const Options& options) {
   std::string problem;
   for (int index = 0; index < GetDevCnt(); ++index) {
     Session::Select(index);
-    if (!session.IsRead()) problem += (problem.empty() ? "" : "\ntavlynctl: ") + ConfigReadProblem();
+    const std::string unread = session.ReadProblem();
+    if (!unread.empty() && !problem.empty()) problem += "; ";
+    problem += unread;
     document["devices"].push_back(Description());
   }
   if (problem.empty()) return document;

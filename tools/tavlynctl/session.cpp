@@ -37,6 +37,10 @@ struct ProductName {
 
 constexpr ProductName kProductNames[] = {{1, "card reader"}, {2, "magstripe reader"}, {4, "sonar sensor"}};
 
+std::string Unread() {
+  return "the configuration of " + ActiveDeviceName() + " could not be read, " + ErrorText();
+}
+
 }  // namespace
 
 Session::Session() {
@@ -59,11 +63,22 @@ void Session::Select(int index) {
                 "there is no device " + std::to_string(index) + "; found: " + std::to_string(count));
 }
 
-bool Session::IsRead() const { return allRead_ || ReadCfg() == 1; }
+std::string Session::ReadProblem() const {
+  if (allRead_) return {};
+  const bool tried = (GetLastLibErr() & TAVLYN_ERR_CONFIG_READ) != 0;
+  const std::string problem = Unread();
+  // Configuration 0 is read last, and a record get works only on one that was read; an error word alone may
+  // tell of a text.
+  tsCfgFlags flags{};
+  if (GetActConfig() == 0 && GetFlags(&flags) == 1) return {};
+  if (!tried && ReadCfg() == 1) return {};
+  return tried ? problem : Unread();
+}
 
 void Session::Use(int index) const {
   Select(index);
-  if (!IsRead()) throw Failure(kDeviceError, ConfigReadProblem());
+  const std::string problem = ReadProblem();
+  if (!problem.empty()) throw Failure(kDeviceError, problem);
 }
 
 const char* ActiveProduct() {
@@ -91,10 +106,6 @@ std::string ErrorText() {
     if ((word & one.mask) == one.value) text += (text.empty() ? ": " : "; ") + std::string(one.text);
   }
   return "error word 0x" + Hex(word, 1) + text;
-}
-
-std::string ConfigReadProblem() {
-  return "the configuration of " + ActiveDeviceName() + " could not be read, " + ErrorText();
 }
 
 }  // namespace tavlyn::ctl

@@ -16,10 +16,10 @@ class Session {
 
   // Makes the device active; throws Failure when there is none of that index.
   static void Select(int index);
-  // Whether the active device's configuration was read. A connect stops at the first device that fails; the
-  // others are read here.
-  [[nodiscard]] bool IsRead() const;
-  // Both; a configuration that was not read is a Failure too.
+  // Why the active device's configuration could not be read; empty when it was. A connect stops at the first
+  // device that fails; those behind it are read here.
+  [[nodiscard]] std::string ReadProblem() const;
+  // Selects; a configuration that was not read is a Failure too.
   void Use(int index) const;
 
  private:
@@ -32,6 +32,5 @@ std::string ActiveDevicePath();
 const char* ActiveProduct();
 // "error word 0x20000: a read of the configuration failed", of the active device.
 std::string ErrorText();
-std::string ConfigReadProblem();
 
 }  // namespace tavlyn::ctl

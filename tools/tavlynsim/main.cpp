@@ -41,6 +41,9 @@ void AddRun(CLI::App& app, RunOptions& options, std::optional<bool>& interactive
                   "A card for the first device, lowest byte first; may be given again")
       ->type_name("HEX:BITS")
       ->allow_extra_args(false);
+  run->add_option("--do", options.orders, "A typed command to start with; may be given again")
+      ->type_name("LINE")
+      ->allow_extra_args(false);
   const auto addTime = [&](const char* name, std::chrono::milliseconds& time, const char* text) {
     run->add_option_function<int>(
            name, [&time](int ms) { time = std::chrono::milliseconds(ms); }, text)

@@ -87,6 +87,9 @@ class Simulation {
     desk_.announces = !announcement_->empty();
     script_.emplace(desk_, options_.timetable, *announcement_);
     if (!script_->Check(reply)) return Fail(kBadUsage, reply);
+    for (const std::string& order : options_.orders) {
+      if (!desk_.Run(order, reply)) return Fail(kBadUsage, reply);
+    }
     desk_.onAsked = [this] { script_->Begin(); };
     if (!child_.HoldSignals()) return Fail(kCannotSimulate, std::strerror(errno));
     return 0;

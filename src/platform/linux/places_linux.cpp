@@ -1,10 +1,9 @@
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
 #include <climits>
 #include <cstdlib>
-#include <filesystem>
-#include <system_error>
 
 #include "platform/linux/parts.h"
 
@@ -14,11 +13,19 @@ namespace {
 bool IsFolder(const char* value) { return value != nullptr && value[0] == '/'; }
 
 // Where a program keeps state that is not worth a backup; empty when the environment names no such place.
-std::filesystem::path StateFolder() {
+std::string StateFolder() {
   const char* state = secure_getenv("XDG_STATE_HOME");
   if (IsFolder(state)) return state;
   const char* home = secure_getenv("HOME");
-  return IsFolder(home) ? std::filesystem::path(home) / ".local" / "state" : std::filesystem::path();
+  return IsFolder(home) ? std::string(home) + "/.local/state" : std::string();
+}
+
+// With its missing parents. What cannot be made shows when the file is opened.
+void MakeFolder(const std::string& folder) {
+  for (std::size_t end = folder.find('/', 1); end != std::string::npos; end = folder.find('/', end + 1)) {
+    mkdir(folder.substr(0, end).c_str(), 0700);
+  }
+  mkdir(folder.c_str(), 0700);
 }
 
 }  // namespace
@@ -26,12 +33,11 @@ std::filesystem::path StateFolder() {
 bool LinuxPlaces::EnvironmentIsSet(const char* name) { return std::getenv(name) != nullptr; }
 
 std::string LinuxPlaces::TraceFile() {
-  const std::filesystem::path state = StateFolder();
+  const std::string state = StateFolder();
   if (state.empty()) return {};
-  const std::filesystem::path folder = state / "TavlynLogs";
-  std::error_code ignored;
-  std::filesystem::create_directories(folder, ignored);
-  return folder / "TavlynApiSdk.log";
+  const std::string folder = state + "/TavlynLogs";
+  MakeFolder(folder);
+  return folder + "/TavlynApiSdk.log";
 }
 
 std::string LinuxPlaces::CurrentFolder() {
