@@ -29,6 +29,7 @@
 #include "api/active_id.h"
 #include "api/outputs.h"
 #include "api/files.h"
+#include "api/links.h"
 #include "api/connect.h"
 #include "api/identity.h"
 #include "api/reader.h"

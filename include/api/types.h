@@ -138,6 +138,9 @@ typedef struct tsBprRlyCtrl {
 /* The words of GetLastLibErr. "Set" replaces the word, "or" adds the bits to what it holds. */
 #define TAVLYN_ERR_SEP_NULL UINT32_C(0x1)         /* or: GetSepFldData, SetSepFldData: null buffer */
 #define TAVLYN_ERR_SEP_UNREAD UINT32_C(0x2)       /* or: GetSepFldData: the configuration was not read */
+#define TAVLYN_ERR_ASCII_LENGTH UINT32_C(0x100)   /* set: ID read in the ASCII dialect: buffer shorter than 8 bytes */
+#define TAVLYN_ERR_ASCII_PORT UINT32_C(0x101)     /* set: the same: no open port */
+#define TAVLYN_ERR_ASCII_ANSWER UINT32_C(0x105)   /* set: the same: the answer could not be parsed */
 #define TAVLYN_ERR_WRITE_REPORT UINT32_C(0x202)   /* set: a feature report could not be written in six attempts */
 #define TAVLYN_ERR_CONNECT UINT32_C(0x10000)      /* a connect, or a search within one, failed (trace only) */
 #define TAVLYN_ERR_CONFIG_READ UINT32_C(0x20000)  /* or: a read of the configuration failed */

@@ -42,6 +42,9 @@ std::string Describe(const Event& event) {
     case EventKind::kSend: return Stream("send", event);
     case EventKind::kRecv: return Stream("recv", event);
     case EventKind::kCloseSocket: return Numbered("close socket", event);
+    case EventKind::kConnect: return Named("connect", event);
+    case EventKind::kSendTo: return Stream("sendto " + event.text, event);
+    case EventKind::kOpenPort: return Named("open", event);
     case EventKind::kWrite: return Stream("write", event);
     case EventKind::kRead: return Stream("read", event);
     case EventKind::kPurge: return "purge";

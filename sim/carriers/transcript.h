@@ -26,6 +26,9 @@ enum class EventKind {
   kSend,  // socket
   kRecv,
   kCloseSocket,
+  kConnect,   // text: the peer
+  kSendTo,    // text: the peer
+  kOpenPort,  // text: COMn
   kWrite,  // serial port
   kRead,
   kPurge,

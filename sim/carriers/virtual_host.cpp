@@ -8,6 +8,12 @@ namespace {
 
 constexpr std::uint64_t kFirstTick = 1'000'000;
 
+std::string AddressText(platform::Address address) {
+  std::string text;
+  for (const std::uint8_t octet : address.ip) text += (text.empty() ? "" : ".") + std::to_string(octet);
+  return text + ':' + std::to_string(address.port);
+}
+
 Event BytesEvent(EventKind kind, std::span<const std::uint8_t> bytes) {
   Event event{kind};
   event.bytes.assign(bytes.begin(), bytes.end());
@@ -79,10 +85,62 @@ void VirtualMutex::Close() {
 }
 
 void VirtualSockets::Reset() {
+  starts = opens = true;
+  accepts = nullptr;
+  onDatagram = nullptr;
+  datagrams.clear();
+  hostAddress.reset();
+  device = nullptr;
   toReceive.clear();
   sent.clear();
   sendResult.reset();
   closeResult = 0;
+}
+
+std::int32_t VirtualSockets::Connect(platform::Handle socket, platform::Address peer) {
+  Event event{EventKind::kConnect};
+  event.handle = socket;
+  event.ok = !platform::IsNowhere(peer.ip) && peer.port != 0 && accepts && accepts(peer);
+  event.text = AddressText(peer);
+  transcript_.Add(event);
+  return event.ok ? 0 : -1;
+}
+
+std::int32_t VirtualSockets::SendTo(platform::Handle socket, std::span<const std::uint8_t> bytes,
+                                    platform::Address peer) {
+  const std::int32_t result =
+      platform::IsNowhere(peer.ip) ? -1 : sendResult.value_or(static_cast<std::int32_t>(bytes.size()));
+  Event event = BytesEvent(EventKind::kSendTo, bytes);
+  event.handle = socket;
+  event.ok = result >= 0;
+  event.text = AddressText(peer);
+  transcript_.Add(event);
+  if (event.ok && onDatagram) {
+    for (Datagram& reply : onDatagram(peer, event.bytes)) datagrams.push_back(std::move(reply));
+  }
+  return result;
+}
+
+std::int32_t VirtualSockets::RecvFrom(platform::Handle socket, std::span<std::uint8_t> bytes,
+                                      platform::Address& peer) {
+  Event event{EventKind::kRecv};
+  event.handle = socket;
+  event.ok = !datagrams.empty();
+  if (event.ok) {
+    const Datagram next = std::move(datagrams.front());
+    datagrams.pop_front();
+    peer = next.from;
+    const std::size_t count = std::min(next.bytes.size(), bytes.size());
+    std::copy_n(next.bytes.begin(), count, bytes.begin());
+    event.bytes.assign(next.bytes.begin(), next.bytes.begin() + static_cast<std::ptrdiff_t>(count));
+  }
+  transcript_.Add(event);
+  return event.ok ? static_cast<std::int32_t>(event.bytes.size()) : -1;
+}
+
+bool VirtualSockets::HostAddress(std::array<std::uint8_t, 4>& ip) {
+  if (hostAddress) ip = *hostAddress;
+  return hostAddress.has_value();
 }
 
 std::int32_t VirtualSockets::Send(platform::Handle socket, std::span<const std::uint8_t> bytes) {
@@ -91,24 +149,36 @@ std::int32_t VirtualSockets::Send(platform::Handle socket, std::span<const std::
   event.handle = socket;
   event.ok = result >= 0;
   sent.push_back(event.bytes);
+  if (event.ok && device != nullptr) device->Receive(bytes);
   transcript_.Add(std::move(event));
   return result;
 }
 
+// What a device, a datagram or the script has next.
+bool VirtualSockets::TakeScripted(std::span<std::uint8_t> bytes, Bytes& taken) {
+  if (device != nullptr) {
+    const std::size_t count = device->Take(bytes);
+    taken.assign(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(count));
+    if (count != 0) return true;
+  }
+  if (toReceive.empty()) return false;
+  const std::optional<Bytes> next = std::move(toReceive.front());
+  toReceive.pop_front();
+  if (!next) return false;
+  const std::size_t count = std::min(next->size(), bytes.size());
+  std::copy_n(next->begin(), count, bytes.begin());
+  taken.assign(next->begin(), next->begin() + static_cast<std::ptrdiff_t>(count));
+  return true;
+}
+
 std::int32_t VirtualSockets::Recv(platform::Handle socket, std::span<std::uint8_t> bytes) {
+  if (!datagrams.empty()) {
+    platform::Address ignored;
+    return RecvFrom(socket, bytes, ignored);
+  }
   Event event{EventKind::kRecv};
   event.handle = socket;
-  event.ok = false;
-  if (!toReceive.empty()) {
-    const std::optional<Bytes> next = std::move(toReceive.front());
-    toReceive.pop_front();
-    if (next) {
-      const std::size_t count = std::min(next->size(), bytes.size());
-      std::copy_n(next->begin(), count, bytes.begin());
-      event.bytes.assign(next->begin(), next->begin() + static_cast<std::ptrdiff_t>(count));
-      event.ok = true;
-    }
-  }
+  event.ok = TakeScripted(bytes, event.bytes);
   transcript_.Add(event);
   return event.ok ? static_cast<std::int32_t>(event.bytes.size()) : -1;
 }
@@ -170,6 +240,82 @@ void VirtualComPort::Flush() {
   DropInput();
 }
 
+void VirtualComPorts::Reset() {
+  present.clear();
+  virtualNumbers.clear();
+  onTimeout = nullptr;
+  opened.clear();
+  scans = 0;
+}
+
+std::unique_ptr<platform::ComPort> VirtualComPorts::Open(std::uint16_t number, const platform::ComLine& line,
+                                                         const platform::ComTimeouts& timeouts) {
+  const auto at = present.find(number);
+  Event event{EventKind::kOpenPort};
+  event.ok = at != present.end();
+  event.text = "COM" + std::to_string(number);
+  transcript_.Add(event);
+  if (!event.ok) return nullptr;
+  opened.push_back({number, line, timeouts});
+  auto port = at->second != nullptr ? std::make_unique<VirtualComPort>(transcript_, *at->second)
+                                    : std::make_unique<VirtualComPort>(transcript_);
+  port->timeouts = timeouts;
+  port->onTimeout = onTimeout;
+  return port;
+}
+
+void VirtualComPorts::FindVirtual(std::span<std::uint8_t, 257> flags) {
+  ++scans;
+  for (const std::uint16_t number : virtualNumbers) flags[number] = 1;
+}
+
+void VirtualLibusb::Reset() {
+  loads = present = false;
+  busses = 1;
+  claimResult = 0;
+  toRead.clear();
+  device = nullptr;
+  loadsAsked = openHandles = 0;
+}
+
+bool VirtualLibusb::Load() {
+  ++loadsAsked;
+  return loads;
+}
+
+platform::Handle VirtualLibusb::Open(platform::HidIds ids) {
+  if (!loads || !present || ids.vid != 0x171B || ids.pid != 0x1004) return platform::kNoHandle;
+  ++openHandles;
+  return ++last_;
+}
+
+void VirtualLibusb::Close(platform::Handle /*device*/) { --openHandles; }
+
+std::int32_t VirtualLibusb::BulkRead(platform::Handle /*handle*/, std::int32_t /*endpoint*/,
+                                     std::span<std::uint8_t> bytes, std::int32_t /*timeout*/) {
+  Event event{EventKind::kRead};
+  event.ok = false;
+  if (!toRead.empty()) {
+    event.bytes = std::move(toRead.front());
+    toRead.pop_front();
+    event.bytes.resize(std::min(event.bytes.size(), bytes.size()));
+    std::ranges::copy(event.bytes, bytes.begin());
+  } else if (device != nullptr) {
+    event.bytes.resize(device->Take(bytes));
+    std::copy_n(bytes.begin(), event.bytes.size(), event.bytes.begin());
+  }
+  event.ok = !event.bytes.empty();
+  transcript_.Add(event);
+  return event.ok ? static_cast<std::int32_t>(event.bytes.size()) : -1;
+}
+
+std::int32_t VirtualLibusb::BulkWrite(platform::Handle /*handle*/, std::int32_t /*endpoint*/,
+                                      std::span<const std::uint8_t> bytes, std::int32_t /*timeout*/) {
+  transcript_.Add(BytesEvent(EventKind::kWrite, bytes));
+  if (device != nullptr) device->Receive(bytes);
+  return static_cast<std::int32_t>(bytes.size());
+}
+
 VirtualHost& VirtualHost::Instance() {
   static VirtualHost host;
   return host;
@@ -180,6 +326,8 @@ void VirtualHost::Reset() {
   mutex.Reset();
   hid.Reset();
   sockets.Reset();
+  ports.Reset();
+  usb.Reset();
   places.Reset();
   transcript.Clear();
 }
@@ -196,7 +344,8 @@ namespace tavlyn::platform {
 
 Host& TheHost() {
   auto& simulated = sim::VirtualHost::Instance();
-  static Host host{simulated.clock, simulated.mutex, simulated.hid, simulated.sockets, simulated.places};
+  static Host host{simulated.clock, simulated.mutex, simulated.hid,   simulated.sockets,
+                   simulated.ports, simulated.usb,   simulated.places};
   return host;
 }
 

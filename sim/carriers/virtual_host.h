@@ -7,6 +7,8 @@
 #include <deque>
 #include <filesystem>
 #include <functional>
+#include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <set>
@@ -59,9 +61,23 @@ class VirtualMutex final : public platform::RecursiveMutex {
   std::vector<std::string> misuses_;
 };
 
+// One peer, scripted. Datagrams go to onDatagram, whose replies recvfrom and recv then bring.
 class VirtualSockets final : public platform::Sockets {
  public:
   explicit VirtualSockets(Transcript& transcript) : transcript_(transcript) {}
+  bool starts = true;
+  bool opens = true;
+  std::function<bool(platform::Address)> accepts;  // unset: every connection fails
+  struct Datagram {
+    platform::Address from;
+    Bytes bytes;
+  };
+  std::function<std::vector<Datagram>(platform::Address to, const Bytes&)> onDatagram;
+  std::deque<Datagram> datagrams;
+  std::optional<std::array<std::uint8_t, 4>> hostAddress;
+  // A device at the other end of the connection; its bytes come before toReceive.
+  ByteDevice* device = nullptr;
+
   // Results of recv in turn: bytes, or none for a failure of -1. With nothing left each recv fails.
   std::deque<std::optional<Bytes>> toReceive;
   std::vector<Bytes> sent;
@@ -69,12 +85,28 @@ class VirtualSockets final : public platform::Sockets {
   std::int32_t closeResult = 0;
 
   void Reset();
+  bool Startup() override { return starts; }
+  platform::Handle OpenTcp() override { return OpenSocket(); }
+  platform::Handle OpenUdp() override { return OpenSocket(); }
+  std::int32_t Connect(platform::Handle socket, platform::Address peer) override;
+  void SetBroadcast(platform::Handle) override {}
+  void SetNonBlocking(platform::Handle) override {}
+  void SetReceiveTimeout(platform::Handle, std::uint32_t) override {}
   std::int32_t Send(platform::Handle socket, std::span<const std::uint8_t> bytes) override;
   std::int32_t Recv(platform::Handle socket, std::span<std::uint8_t> bytes) override;
+  std::int32_t SendTo(platform::Handle socket, std::span<const std::uint8_t> bytes,
+                      platform::Address peer) override;
+  std::int32_t RecvFrom(platform::Handle socket, std::span<std::uint8_t> bytes,
+                        platform::Address& peer) override;
   std::int32_t Close(platform::Handle socket) override;
+  bool HostAddress(std::array<std::uint8_t, 4>& ip) override;
 
  private:
+  platform::Handle OpenSocket() { return opens ? ++last_ : platform::kNoHandle; }
+  bool TakeScripted(std::span<std::uint8_t> bytes, Bytes& taken);
+
   Transcript& transcript_;
+  platform::Handle last_ = 1000;
 };
 
 class VirtualPlaces final : public platform::Places {
@@ -101,16 +133,78 @@ class VirtualComPort final : public platform::ComPort {
   std::optional<std::uint32_t> writeLimit;  // bytes that a Write moves at most
   std::function<void()> onTimeout;          // a Read came short
 
+  platform::ComTimeouts timeouts;
+  bool closedQuietly = false;
+
   std::uint32_t Read(std::span<std::uint8_t> bytes) override;
   std::uint32_t Write(std::span<const std::uint8_t> bytes) override;
+  void SetTimeouts(const platform::ComTimeouts& set) override { timeouts = set; }
   void PurgeInput() override;
   void Flush() override;
+  void CloseQuietly() override { closedQuietly = true; }
 
  private:
   void DropInput();
 
   Transcript& transcript_;
   ByteDevice* device_ = nullptr;
+};
+
+// The COM ports of the system: those that have a device, or none at their other end.
+class VirtualComPorts final : public platform::ComPorts {
+ public:
+  explicit VirtualComPorts(Transcript& transcript) : transcript_(transcript) {}
+  std::map<std::uint16_t, ByteDevice*> present;  // null: opens, and nothing ever answers
+  std::set<std::uint16_t> virtualNumbers;
+  std::function<void()> onTimeout;  // of the ports opened from now on
+
+  struct Opened {
+    std::uint16_t number;
+    platform::ComLine line;
+    platform::ComTimeouts timeouts;
+  };
+  std::vector<Opened> opened;
+  int scans = 0;
+
+  void Reset();
+  std::unique_ptr<platform::ComPort> Open(std::uint16_t number, const platform::ComLine& line,
+                                          const platform::ComTimeouts& timeouts) override;
+  void FindVirtual(std::span<std::uint8_t, 257> flags) override;
+
+ private:
+  Transcript& transcript_;
+};
+
+// libusb-0.1 with at most one device.
+class VirtualLibusb final : public platform::Libusb {
+ public:
+  explicit VirtualLibusb(Transcript& transcript) : transcript_(transcript) {}
+  bool loads = false;
+  std::int32_t busses = 1;
+  bool present = false;
+  std::int32_t claimResult = 0;
+  std::deque<Bytes> toRead;  // one entry for each bulk read; an empty one fails
+  ByteDevice* device = nullptr;
+  int loadsAsked = 0;
+  int openHandles = 0;
+
+  void Reset();
+  bool Load() override;
+  std::int32_t FindBusses() override { return loads ? busses : -1; }
+  std::int32_t FindDevices() override { return loads ? 1 : -1; }
+  platform::Handle Open(platform::HidIds ids) override;
+  void Close(platform::Handle device) override;
+  std::int32_t ClaimInterface(platform::Handle, std::int32_t) override { return claimResult; }
+  std::int32_t ReleaseInterface(platform::Handle, std::int32_t) override { return 0; }
+  std::int32_t SetConfiguration(platform::Handle, std::int32_t) override { return 0; }
+  std::int32_t BulkRead(platform::Handle device, std::int32_t endpoint, std::span<std::uint8_t> bytes,
+                        std::int32_t timeout) override;
+  std::int32_t BulkWrite(platform::Handle device, std::int32_t endpoint, std::span<const std::uint8_t> bytes,
+                         std::int32_t timeout) override;
+
+ private:
+  Transcript& transcript_;
+  platform::Handle last_ = 2000;
 };
 
 class VirtualHost {
@@ -123,6 +217,8 @@ class VirtualHost {
   VirtualMutex mutex{transcript};
   VirtualHid hid{transcript};
   VirtualSockets sockets{transcript};
+  VirtualComPorts ports{transcript};
+  VirtualLibusb usb{transcript};
   VirtualPlaces places;
 
   // An empty, well-behaved system; handles count from 1 again.

@@ -15,6 +15,10 @@ struct Product {
 
   // Searches the links that DevTypeSrch allows and adds what it finds to the table.
   bool (*search)();
+  // Searches the COM ports of the range alone.
+  bool (*searchPorts)();
+  const char* portFailureTag;  // traced when a single port has nothing; null: not at all
+  bool (*classify)();          // asks the device whether it is a plain or a plus one
 
   std::uint32_t (*readCfg)();
   std::uint32_t (*writeCfg)();

@@ -58,9 +58,11 @@ struct tsDevEntry {
   std::uint8_t ActConfig;
   std::array<std::array<std::uint32_t, kFirmwareWords + 1>, kCpus> FWVersion;
   std::array<std::uint16_t, kCardTypes> CardTypeList;  // ends at the first 0; 0 in front: not known
-  std::uint64_t LastTxTick;                            // tick of the last feature report, either way
-  std::int32_t VidPidRow;                              // row of VidPidTable that matched, or -1
-  std::uint32_t bReportId1;                            // reports carry the ID 1, not 0
+  std::array<std::uint8_t, 4> DevIpAddr;
+  std::array<std::uint8_t, 6> DevMacAddr;
+  std::uint64_t LastTxTick;  // tick of the last feature report, either way
+  std::int32_t VidPidRow;    // row of VidPidTable that matched, or -1
+  std::uint32_t bReportId1;  // reports carry the ID 1, not 0
 
   tsCfgSlot& ActiveSlot() { return CfgSlot[ActConfig <= kHighestConfig ? ActConfig : 0]; }
 };

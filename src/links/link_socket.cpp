@@ -14,6 +14,21 @@ constexpr int kRecvs = 5;
 
 }  // namespace
 
+std::int32_t LinkConnect(platform::Address peer) {
+  platform::Sockets& sockets = platform::TheHost().sockets;
+  if (LinkIsOpen()) sockets.Close(LinkSocket);
+  LinkSocket = platform::kNoHandle;
+  if (!sockets.Startup()) return -1;
+  LinkSocket = sockets.OpenTcp();
+  if (!LinkIsOpen()) return -2;
+  if (sockets.Connect(LinkSocket, peer) != 0) {
+    LinkClose();
+    return -3;
+  }
+  sockets.SetNonBlocking(LinkSocket);
+  return 0;
+}
+
 std::int32_t LinkRecv(std::span<std::uint8_t> buffer) {
   if (!LinkIsOpen()) return 0;
   platform::Host& host = platform::TheHost();
@@ -35,9 +50,13 @@ std::int32_t LinkRecv(std::span<std::uint8_t> buffer) {
   return last;
 }
 
+std::int32_t LinkSendNow(std::span<const std::uint8_t> bytes) {
+  return LinkIsOpen() ? platform::TheHost().sockets.Send(LinkSocket, bytes) : 0;
+}
+
 std::int32_t LinkSend(std::span<const std::uint8_t> bytes) {
   if (!LinkIsOpen()) return 0;
-  const std::int32_t sent = platform::TheHost().sockets.Send(LinkSocket, bytes);
+  const std::int32_t sent = LinkSendNow(bytes);
   platform::TheHost().clock.Sleep(kAfterSend);
   return sent;
 }

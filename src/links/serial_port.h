@@ -1,7 +1,9 @@
-// The byte carrier of every device with LinkKind 1. Which carrier moves the bytes is chosen anew on each
-// call: the socket while it is open, else the COM port.
+// The byte carrier of every device with LinkKind 1. Which of its three carriers moves the bytes is chosen
+// anew on each call and always tested in this order: the libusb device, the socket while it is open, the COM
+// port.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -12,24 +14,58 @@ namespace tavlyn {
 
 class SerialPort {
  public:
+  SerialPort() = default;
   explicit SerialPort(std::unique_ptr<platform::ComPort> port) : port_(std::move(port)) {}
 
+  // False for a COM port that is open already, which then stays open.
+  bool Open();
+  // False when it was not open.
+  bool Close();
+  // Lets go of the port before the object is deleted; DTR stays, and the socket is not looked at.
+  void Release();
   [[nodiscard]] bool IsOpen() const;
-  void Close();
 
-  // Counts of bytes moved; a socket's failure shows as 0xFFFFFFFF.
+  // Counts of bytes moved; a socket's failure shows as 0xFFFFFFFF, and a libusb write always as what was
+  // asked.
   std::uint32_t Read(std::span<std::uint8_t> bytes);
+  // With short time-outs for this one read.
+  std::uint32_t QuickRead(std::span<std::uint8_t> bytes);
   std::uint32_t Write(std::span<const std::uint8_t> bytes);
+  // For slow line parsers: two characters at a time with a pause behind each pair.
+  void WriteText(const char* text);
   // Drops what has arrived.
   void ClearInput();
   // Waits for the output of a COM port and drops its input.
   void Flush();
+  // Flush after a pause.
+  void DrainFlush();
 
-  // The device is reached over TCP; its frames are paced differently.
+  // These change a closed port's settings; the time-outs reach an open one too.
+  void SetPortNum(std::int32_t number);
+  void SetLine(const platform::ComLine& line);
+  void SetIpAddr(std::array<std::uint8_t, 4> address);
+  void SetUsbHandle(platform::Handle device) { hUsb = device; }
+  void UseNormalTimeouts();
+  void UseFastTimeouts();
+  void UseQuickTimeouts();
+
+  [[nodiscard]] bool HasUsbHandle() const { return hUsb != platform::kNoHandle; }
+  [[nodiscard]] std::uint16_t PortNum() const { return wPortNum; }
+  [[nodiscard]] platform::ComTimeouts Timeouts() const { return timeouts_; }
+
+  // The device is reached over TCP; its frames are paced differently. Never cleared.
   bool bSocketMode = false;
 
  private:
+  void SetReadTimeouts(std::uint32_t interval, std::uint32_t multiplier, std::uint32_t constant);
+  void CloseUsb();
+
   std::unique_ptr<platform::ComPort> port_;
+  std::uint16_t wPortNum = 1;  // in socket mode the TCP port
+  std::array<std::uint8_t, 4> IpAddr{};
+  platform::Handle hUsb = platform::kNoHandle;
+  platform::ComLine line_;
+  platform::ComTimeouts timeouts_{250, 5, 300, 50, 500};
 };
 
 }  // namespace tavlyn

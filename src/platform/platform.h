@@ -2,15 +2,17 @@
 // implementation per system (linux/, windows/) and a simulated one in sim/ that runs in virtual time;
 // which one is linked decides what TheHost() gives. Nothing above this folder knows the difference.
 //
-// The five parts of the host live as long as the process and are never destroyed, so that the library can use
+// The parts of the host live as long as the process and are never destroyed, so that the library can use
 // them in its last steps; hence their destructors are neither virtual nor public.
 //
 // Unless a member says otherwise: it may be called from any thread, it does not block, it throws nothing
 // that a caller has to handle, and it keeps no pointer that it was given.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <ctime>
+#include <memory>
 #include <span>
 #include <string>
 
@@ -95,28 +97,104 @@ class HidSystem {
   ~HidSystem() = default;
 };
 
-// The TCP socket of the Ethernet link, non-blocking from the start. Results are those of the system's
-// send, recv and close: a count, or negative for failure.
+struct Address {
+  std::array<std::uint8_t, 4> ip{};  // first octet first
+  std::uint16_t port = 0;
+};
+
+// Network 0, where no host is; some systems would take it for the local host.
+constexpr bool IsNowhere(std::array<std::uint8_t, 4> ip) { return ip[0] == 0; }
+
+// Sockets with the Berkeley calls. Results are those of the system: a count or 0, negative for failure. A
+// destination in network 0 or, over TCP, port 0 fails at once.
 class Sockets {
  public:
+  virtual bool Startup() = 0;    // before any other call; repeating it is harmless
+  virtual Handle OpenTcp() = 0;  // kNoHandle for failure
+  virtual Handle OpenUdp() = 0;
+  virtual std::int32_t Connect(Handle socket, Address peer) = 0;  // blocks until there is an answer
+  virtual void SetBroadcast(Handle socket) = 0;
+  virtual void SetNonBlocking(Handle socket) = 0;
+  virtual void SetReceiveTimeout(Handle socket, std::uint32_t milliseconds) = 0;
   virtual std::int32_t Send(Handle socket, std::span<const std::uint8_t> bytes) = 0;
   virtual std::int32_t Recv(Handle socket, std::span<std::uint8_t> bytes) = 0;
+  virtual std::int32_t SendTo(Handle socket, std::span<const std::uint8_t> bytes, Address peer) = 0;
+  virtual std::int32_t RecvFrom(Handle socket, std::span<std::uint8_t> bytes, Address& peer) = 0;
   virtual std::int32_t Close(Handle socket) = 0;
+  virtual bool HostAddress(std::array<std::uint8_t, 4>& ip) = 0;  // the first one; may ask a name server
 
  protected:
   ~Sockets() = default;
 };
 
-// An open serial port.
+// Milliseconds. A read ends when its bytes are in, when the line was silent for interval behind a byte, or
+// when multiplier times the bytes asked for plus constant have passed; 0 switches a limit off, except that
+// interval all ones with multiplier and constant 0 returns at once with what is there.
+struct ComTimeouts {
+  std::uint32_t readInterval = 0;
+  std::uint32_t readMultiplier = 0;
+  std::uint32_t readConstant = 0;
+  std::uint32_t writeMultiplier = 0;
+  std::uint32_t writeConstant = 0;
+};
+
+// Eight data bits and no flow control always. parity: 0 none, 1 odd, 2 even; stopBits: 0 one, 2 two.
+struct ComLine {
+  std::uint32_t baud = 9600;
+  std::uint8_t parity = 0;
+  std::uint8_t stopBits = 0;
+};
+
+// An open serial port. Destroying it drops DTR and closes it.
 class ComPort {
  public:
   virtual ~ComPort() = default;
-  // Both give the count of bytes moved; Read waits as the port's time-outs say.
+  // Both give the count of bytes moved and wait as the time-outs say; a failure gives what was moved before
+  // it.
   virtual std::uint32_t Read(std::span<std::uint8_t> bytes) = 0;
   virtual std::uint32_t Write(std::span<const std::uint8_t> bytes) = 0;
+  virtual void SetTimeouts(const ComTimeouts& timeouts) = 0;
   virtual void PurgeInput() = 0;
   // Waits until everything written has left, then drops what has arrived.
   virtual void Flush() = 0;
+  // Closes the port and leaves DTR as it is.
+  virtual void CloseQuietly() = 0;
+};
+
+class ComPorts {
+ public:
+  // The port opened exclusively, with empty queues and DTR raised; null when that failed.
+  virtual std::unique_ptr<ComPort> Open(std::uint16_t number, const ComLine& line,
+                                        const ComTimeouts& timeouts) = 0;
+  // Numbers of the ports that belong to USB identity 7A31:23xx or to PCMCIA cards: sets flags[number], 1 to
+  // 256.
+  virtual void FindVirtual(std::span<std::uint8_t, 257> flags) = 0;
+
+ protected:
+  ~ComPorts() = default;
+};
+
+// libusb-0.1, bound by name. What is not bound fails with -1.
+class Libusb {
+ public:
+  // Tests that the library file can be trusted, loads it, binds it, calls usb_init. False: one of the first
+  // two failed.
+  virtual bool Load() = 0;
+  virtual std::int32_t FindBusses() = 0;
+  virtual std::int32_t FindDevices() = 0;
+  // The first device of that identity that opens.
+  virtual Handle Open(HidIds ids) = 0;
+  virtual void Close(Handle device) = 0;
+  virtual std::int32_t ClaimInterface(Handle device, std::int32_t interface) = 0;
+  virtual std::int32_t ReleaseInterface(Handle device, std::int32_t interface) = 0;
+  virtual std::int32_t SetConfiguration(Handle device, std::int32_t configuration) = 0;
+  virtual std::int32_t BulkRead(Handle device, std::int32_t endpoint, std::span<std::uint8_t> bytes,
+                                std::int32_t timeout) = 0;
+  virtual std::int32_t BulkWrite(Handle device, std::int32_t endpoint, std::span<const std::uint8_t> bytes,
+                                 std::int32_t timeout) = 0;
+
+ protected:
+  ~Libusb() = default;
 };
 
 class Places {
@@ -136,6 +214,8 @@ struct Host {
   RecursiveMutex& mutex;
   HidSystem& hid;
   Sockets& sockets;
+  ComPorts& ports;
+  Libusb& usb;
   Places& places;
 };
 

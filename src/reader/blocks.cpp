@@ -164,6 +164,17 @@ void TakeExtension(const Block& block, tsCfgSlot& slot) {
   slot.AZERTYShiftlock = block[6] >> 1 & 1;
 }
 
+void BuildExtension(const tsCfgSlot& slot, bool extendedFields, Block& block) {
+  std::ranges::transform(slot.ExtBytes, block.begin(),
+                         [](std::uint16_t word) { return static_cast<std::uint8_t>(word); });
+  const auto option = [](std::uint8_t kept, std::int32_t on) {
+    return static_cast<std::uint8_t>((kept & ~kOptionBit) | (on != 0 ? kOptionBit : 0));
+  };
+  block[5] = option(block[5], slot.ExtendedPrecisionMath);
+  block[6] = option(block[6], slot.AZERTYShiftlock);
+  if (extendedFields) block[7] = static_cast<std::uint8_t>(slot[IDDispParms_iExOutputFormat]);
+}
+
 }  // namespace
 
 void TakeBlock(BlockNumber number, const Block& block, tsCfgSlot& slot, bool bootDeviceTells) {
@@ -179,7 +190,7 @@ void TakeBlock(BlockNumber number, const Block& block, tsCfgSlot& slot, bool boo
   if (number == kExtensionBlock) TakeExtension(block, slot);
 }
 
-Block BuildBlock(BlockNumber number, tsCfgSlot& slot) {
+Block BuildBlock(BlockNumber number, tsCfgSlot& slot, bool extendedFields) {
   Block block{};
   for (const Packed& row : kLayout) {
     if (row.block == number && row.way == Way::kBoth) block[row.byte - 1U] |= Pack(row, slot[row.field]);
@@ -189,19 +200,7 @@ Block BuildBlock(BlockNumber number, tsCfgSlot& slot) {
     KeepExcess(slot, IDBitCnts_iTrailParityBitCnt, 1);
   }
   if (number == kDisplayBlock) BuildCharacters(slot, block);
-  return block;
-}
-
-Block BuildExtensionBlock(const tsCfgSlot& slot, bool extendedFields) {
-  Block block{};
-  std::ranges::transform(slot.ExtBytes, block.begin(),
-                         [](std::uint16_t word) { return static_cast<std::uint8_t>(word); });
-  const auto option = [](std::uint8_t kept, std::int32_t on) {
-    return static_cast<std::uint8_t>((kept & ~kOptionBit) | (on != 0 ? kOptionBit : 0));
-  };
-  block[5] = option(block[5], slot.ExtendedPrecisionMath);
-  block[6] = option(block[6], slot.AZERTYShiftlock);
-  if (extendedFields) block[7] = static_cast<std::uint8_t>(slot[IDDispParms_iExOutputFormat]);
+  if (number == kExtensionBlock) BuildExtension(slot, extendedFields, block);
   return block;
 }
 

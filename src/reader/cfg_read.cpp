@@ -5,6 +5,7 @@
 
 #include "core/configurations.h"
 #include "core/trace.h"
+#include "reader/ascii.h"
 #include "reader/blocks.h"
 #include "reader/card_types.h"
 #include "reader/classify.h"
@@ -137,6 +138,7 @@ void ReadTexts(tsDevEntry& entry) {
 }
 
 bool ReadOneConfig() {
+  if (InAscii()) return AsciiReadConfig() != 0;
   tsDevEntry& entry = ActiveEntry();
   entry.LastLibErr = 0;
   tsCfgSlot& slot = entry.ActiveSlot();

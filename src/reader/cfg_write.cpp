@@ -4,6 +4,7 @@
 
 #include "core/configurations.h"
 #include "core/trace.h"
+#include "reader/ascii.h"
 #include "reader/blocks.h"
 #include "reader/card_types.h"
 #include "reader/cfg_read.h"
@@ -81,7 +82,7 @@ bool WriteBlocks(tsDevEntry& entry, tsCfgSlot& slot, std::uint8_t& mask) {
     written(kCommitDisplay);
   }
   if (slot.bDirtyExt != 0) {
-    if (!WriteBlock(kExtensionBlock, BuildExtensionBlock(slot, HasExtendedFields()))) return false;
+    if (!WriteBlock(kExtensionBlock, BuildBlock(kExtensionBlock, slot, HasExtendedFields()))) return false;
     written(kCommitExtension);
   }
   return true;
@@ -149,6 +150,7 @@ bool WriteOneConfig() {
   tsDevEntry& entry = ActiveEntry();
   tsCfgSlot& slot = entry.ActiveSlot();
   entry.LastLibErr = 0;
+  if (InAscii()) return AsciiWriteConfig() != 0;
   std::uint8_t mask = 0;
   if (!WriteBlocks(entry, slot, mask) || !WriteSepFields(entry, slot, mask)) return false;
   WriteCardType();
@@ -191,6 +193,11 @@ std::uint32_t ResetReader() {
   constexpr const char* kResetTag = "tavlyn_ResetFactoryDflts";
   tsDevEntry& entry = ActiveEntry();
   entry.LastLibErr = 0;
+  if (InAscii()) {
+    // The mirror stays as it is.
+    AsciiReset();
+    return 1;
+  }
   if (!Fire(command::kFactoryReset)) {
     if (!OnSerialPort()) {
       entry.LastLibErr |= TAVLYN_ERR_RESET;

@@ -7,6 +7,7 @@
 #include "core/openings.h"
 #include "core/trace.h"
 #include "links/serial_port.h"
+#include "reader/ascii.h"
 #include "reader/fa_frames.h"
 #include "reader/transactions.h"
 
@@ -82,6 +83,7 @@ std::uint16_t Id256ByFa(std::span<std::uint8_t> id) {
 std::uint16_t FetchId64(std::uint8_t* buffer, std::int16_t length) {
   ActiveEntry().LastLibErr = 0;
   const std::span<std::uint8_t> id = Cleared(buffer, length);
+  if (InAscii()) return AsciiGetId(buffer, length);
   if (OnSerialPort()) return Id64ByFa(id);
   if (!InputIsReady()) return 0;
   ReplyBytes bytes;
@@ -98,6 +100,7 @@ std::uint16_t FetchId64(std::uint8_t* buffer, std::int16_t length) {
 std::uint16_t FetchId256(std::uint8_t* buffer, std::int16_t length) {
   ActiveEntry().LastLibErr = 0;
   const std::span<std::uint8_t> id = Cleared(buffer, length);
+  if (InAscii()) return AsciiGetId(buffer, length);
   if (OnSerialPort()) return Id256ByFa(id);
   if (!InputIsReady()) return 0;
   std::array<std::uint8_t, kLongId> bytes;

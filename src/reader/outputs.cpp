@@ -5,6 +5,7 @@
 #include "api.h"
 #include "core/configurations.h"
 #include "core/trace.h"
+#include "reader/ascii.h"
 #include "reader/blocks.h"
 #include "reader/fa_frames.h"
 #include "reader/transactions.h"
@@ -55,8 +56,13 @@ bool WriteDispBlock(tsCfgSlot& slot) {
 
 std::uint32_t Beep(std::uint8_t count, std::int16_t longBeep) {
   ActiveEntry().LastLibErr = 0;
+  const std::uint8_t code = BeepCode(count, longBeep != 0);
+  if (InAscii()) {
+    AsciiBeep(code & 7, code >= kLongBeeps);
+    return 1;
+  }
   ReplyBytes reply;
-  return Ask(command::kBeep, TAVLYN_ERR_COMMAND, reply, BeepCode(count, longBeep != 0)) ? 1 : 0;
+  return Ask(command::kBeep, TAVLYN_ERR_COMMAND, reply, code) ? 1 : 0;
 }
 
 bool IsFastStoreReader() {

@@ -40,6 +40,9 @@ constexpr Product kReaderProduct = WithRecords(
     {
         .kind = kReader,
         .search = SearchReaders,
+        .searchPorts = SearchReaderPorts,
+        .portFailureTag = "tavlyn_ComConnectPort",
+        .classify = ClassifyReader,
         .readCfg = ReadReaderCfg,
         .writeCfg = WriteReaderCfg,
         .resetFactoryDflts = ResetReader,

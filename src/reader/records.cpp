@@ -5,6 +5,7 @@
 
 #include "core/state.h"
 #include "core/trace.h"
+#include "reader/ascii.h"
 #include "reader/blocks.h"
 #include "reader/outputs.h"
 
@@ -94,6 +95,12 @@ std::uint32_t SetRecord(Record record, const std::int16_t* words) {
   if (const std::uint32_t error = RangeError(record, words, slot); error != 0) {
     entry.LastLibErr = error;
     return 0;
+  }
+  if (record == kLEDCtrl && words[field::LEDCtrl_bVolatile.word] != 0 && InAscii()) {
+    // Sends what a set that was to be stored left in the slot; the caller's record is deliberately dropped.
+    AsciiSetLeds();
+    entry.LastLibErr = 0;
+    return 1;
   }
   Store(record, words, slot);
   // A volatile output is sent at once and not marked; whether it arrived does not count.

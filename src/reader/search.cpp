@@ -6,6 +6,9 @@
 #include "core/state.h"
 #include "core/trace.h"
 #include "hid/enumeration.h"
+#include "links/com_search.h"
+#include "links/ethernet_search.h"
+#include "links/libusb_search.h"
 #include "links/link_socket.h"
 #include "reader/classify.h"
 #include "reader/outputs.h"
@@ -51,11 +54,22 @@ void SearchHid(std::int16_t start) {
   if (DevCnt == start) LogLine(kTag, "USBConnect failed to find any devices");
 }
 
-// No serial port is known to this build, so the search over them fails as one that found nothing.
-void SearchComs() {
+void SearchComs(std::int16_t start) {
+  if (SearchReaderComs(PingReader) && DevCnt != start) {
+    SetActDev(0);
+    return;
+  }
   SearchErr |= TAVLYN_ERR_CONNECT;
   LogErrorCode(kTag);
   if (DevCnt == 0) LogLine(kTag, "CommCnct failed to find any devices");
+}
+
+bool SearchEthernet() {
+  if (!XportConnect(SrchIpAddr, SrchIpPort, PingReader) && !TunnelConnect(SrchIpAddr, SrchIpPort, PingReader))
+    return false;
+  ActiveEntry().ProductKind = kReader;
+  ActiveEntry().VidPidRow = -1;
+  return true;
 }
 
 bool SearchLinks() {
@@ -63,9 +77,9 @@ bool SearchLinks() {
   const std::int16_t start = DevCnt;
   SearchErr = 0;
   if (Searches(0)) SearchHid(start);
-  if (DevCnt == start && Searches(1)) SearchComs();
+  if (DevCnt == start && Searches(1)) SearchComs(start);
   // A search that reaches the Ethernet stage and finds nothing ends without a line.
-  if (DevCnt == start && Searches(2)) return false;
+  if (DevCnt == start && Searches(2) && !SearchEthernet()) return false;
   if (DevCnt == start) {
     LogLine(kTag, kFailed);
     return false;
@@ -77,6 +91,12 @@ bool SearchLinks() {
 }  // namespace
 
 bool SearchReaders() {
+  if (SearchLibusbReader(PingReader)) {
+    ActiveEntry().PlusState = kPlusReader;
+    ActiveEntry().ProductKind = kReader;
+    ClassifyReader();
+    return true;
+  }
   LoadVidPidTable();
   if (!SearchLinks()) return false;
   LogLine("USBConnect", kSuccess);
@@ -84,5 +104,7 @@ bool SearchReaders() {
   ClassifyReader();
   return true;
 }
+
+bool SearchReaderPorts() { return SearchReaderComs(PingReader); }
 
 }  // namespace tavlyn

@@ -122,60 +122,6 @@ TEST_F(ConnectTest, TheDidIsThatOfEntryZeroAndMayBeLeftOut) {
   EXPECT_EQ(GetDID(), 0x1111U);
 }
 
-TEST_F(ConnectTest, WithNoProductChosenTheTableIsClearedAndNoDeviceTouched) {
-  auto reader = Connected(Reader::Plain());
-  const int before = reader->faults.Exchanges();
-  SetConnectProduct(0);
-  StartTrace();
-  std::uint32_t did = kUntouched;
-  ForgetTraffic();
-  EXPECT_EQ(USBConnect(&did), 0U);
-  ExpectSystemCalls({"mutex lock", "mutex unlock"});
-  ExpectTraffic({});
-  ExpectTrace({"USBConnect ENTER", "USBConnect EXIT"});
-  EXPECT_EQ(did, kUntouched);
-  EXPECT_EQ(reader->faults.Exchanges(), before);
-  EXPECT_EQ(GetDevCnt(), 0);
-  EXPECT_EQ(GetActDev(), 0);
-  EXPECT_EQ(VidPidCnt, 0);
-  EXPECT_EQ(HidFoundCnt, 0);
-}
-
-TEST_F(ConnectTest, BitsBeyondTheThreeProductsMeanNothing) {
-  Plug(Reader::Plain());
-  SetConnectProduct(0xFFFFFFF8);
-  EXPECT_EQ(USBConnect(nullptr), 0U);
-  EXPECT_EQ(GetDevCnt(), 0);
-  SetConnectProduct(0xFFFFFFF9);
-  EXPECT_EQ(USBConnect(nullptr), 1U);
-}
-
-TEST_F(ConnectTest, WithoutTheReaderBitNoReaderIsSearched) {
-  auto reader = Reader::Plain();
-  Plug(reader);
-  for (const std::uint32_t mask : {2U, 4U, 6U}) {
-    SetConnectProduct(mask);
-    EXPECT_EQ(USBConnect(nullptr), 0U);
-    EXPECT_EQ(GetDevCnt(), 0);
-    EXPECT_EQ(GetActDev(), 0);
-  }
-  EXPECT_EQ(reader->faults.Exchanges(), 0);
-  EXPECT_EQ(VidPidTable[0].VID, 0) << "the table of identities belongs to the reader search";
-}
-
-TEST_F(ConnectTest, AFoundReaderEndsTheSearch) {
-  Plug(std::make_shared<InertInterface>(0x7A31, 0x1000));
-  Plug(Reader::Plain());
-  Plug(std::make_shared<InertInterface>(0x18C8, 0x2BFA));
-  SetConnectProduct(7);
-  ForgetTraffic();
-  EXPECT_EQ(USBConnect(nullptr), 1U);
-  EXPECT_EQ(GetDevCnt(), 1);
-  const Lines calls = SystemCalls();
-  EXPECT_EQ(std::count(calls.begin(), calls.end(), "walk hid"), 1);
-  EXPECT_EQ(std::count(calls.begin(), calls.end(), "walk keyboard"), 0);
-}
-
 TEST_F(ConnectTest, StartsEveryEntryAnew) {
   DevTable[0].CardTypeList.fill(7);
   DevTable[1].CardTypeList.fill(7);
@@ -215,6 +161,24 @@ TEST_F(ConnectTest, TheSearchWordGoesIntoTheEntryBehindTheFirstOneAdded) {
   host.hid.Unplug("device-1");
   EXPECT_EQ(USBConnect(nullptr), 0U);
   EXPECT_EQ(DevTable[1].LastLibErr, 77U) << "nothing was added";
+}
+
+TEST_F(ConnectTest, TheFirstEntryStartsWithItsConfigurationZero) {
+  DevTable[0].ActConfig = 3;
+  Connected(Reader::Plain());
+  EXPECT_EQ(DevTable[0].ActConfig, 0);
+  EXPECT_EQ(DevTable[0].CfgSlot[0].bCfgLoaded, 1U);
+  EXPECT_EQ(DevTable[0].CfgSlot[3].bCfgLoaded, 0U);
+}
+
+TEST_F(ConnectTest, ALaterEntryKeepsTheConfigurationItHad) {
+  DevTable[1].ActConfig = 3;
+  Plug(Reader::Plain());
+  Connected(Reader::Plain());
+  // What is set to 0 before each read is the entry of the device before.
+  EXPECT_EQ(DevTable[1].ActConfig, 3);
+  EXPECT_EQ(DevTable[1].CfgSlot[3].bCfgLoaded, 1U);
+  EXPECT_EQ(DevTable[1].CfgSlot[0].bCfgLoaded, 0U);
 }
 
 TEST_F(ConnectTest, ASecondConnectWithoutADisconnectLosesTheHandles) {
@@ -368,66 +332,6 @@ TEST_F(ConnectTest, AQuillThatCannotBeepIsConnectedAllTheSame) {
   SearchUsbReaders();
   EXPECT_EQ(USBConnect(nullptr), 1U);
   EXPECT_EQ(GetLastLibErr(), 0U);
-}
-
-// Empty table, one row per link choice: the lines between "ENTER" and "EXIT".
-struct LinkChoice {
-  std::int16_t link;
-  Lines lines;
-};
-
-class NothingFound : public ConnectTest, public ::testing::WithParamInterface<LinkChoice> {};
-
-TEST_P(NothingFound, IsToldByTheSearchesThatRan) {
-  StartTrace();
-  SetConnectProduct(1);
-  SetDevTypeSrch(GetParam().link);
-  std::uint32_t did = kUntouched;
-  EXPECT_EQ(USBConnect(&did), 0U);
-  EXPECT_EQ(did, kUntouched);
-  ExpectTrace(Join({{"USBConnect ENTER"}, GetParam().lines, {"USBConnect EXIT"}}));
-  const bool serialStageRan = GetParam().link == 1 || GetParam().link == -1;
-  EXPECT_EQ(SearchErr, serialStageRan ? 0x10000U : 0U);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Links, NothingFound,
-    ::testing::Values(
-        LinkChoice{
-            0, {"tavlyn_USBConnect USBConnect failed to find any devices", "tavlyn_USBConnect Failed !!"}},
-        LinkChoice{1,
-                   {"tavlyn_USBConnect ERROR CODE: 65536",
-                    "tavlyn_USBConnect CommCnct failed to find any devices", "tavlyn_USBConnect Failed !!"}},
-        LinkChoice{2, {}},
-        LinkChoice{
-            -1,
-            {"tavlyn_USBConnect USBConnect failed to find any devices", "tavlyn_USBConnect ERROR CODE: 65536",
-             "tavlyn_USBConnect CommCnct failed to find any devices"}}),
-    [](const auto& info) { return "Choice" + std::to_string(info.index); });
-
-TEST_F(ConnectTest, WithSerialOrEthernetAloneNoUsbReaderIsLookedFor) {
-  Plug(Reader::Plain());
-  for (const std::int16_t link : {std::int16_t{1}, std::int16_t{2}}) {
-    SetConnectProduct(1);
-    SetDevTypeSrch(link);
-    ForgetTraffic();
-    EXPECT_EQ(USBConnect(nullptr), 0U);
-    const Lines calls = SystemCalls();
-    EXPECT_EQ(std::count(calls.begin(), calls.end(), "walk hid"), 0);
-  }
-}
-
-TEST_F(ConnectTest, AReaderOnUsbKeepsTheSerialSearchFromRunning) {
-  Plug(Reader::Plain());
-  SetConnectProduct(1);
-  SetDevTypeSrch(-1);
-  StartTrace();
-  EXPECT_EQ(USBConnect(nullptr), 1U);
-  ExpectTrace(Join({{"USBConnect ENTER", "USBConnect Success !!"},
-                    kModelLine,
-                    FirmwareLines("0", "0"),
-                    {"USBConnect EXIT"}}));
-  EXPECT_EQ(SearchErr, 0U);
 }
 
 }  // namespace

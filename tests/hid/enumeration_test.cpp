@@ -61,7 +61,7 @@ class EnumerationTest : public Bench, public ::testing::WithParamInterface<bool>
 };
 
 INSTANTIATE_TEST_SUITE_P(Systems, EnumerationTest, ::testing::Values(true, false),
-                         [](const auto& info) { return info.param ? "ThatList" : "ThatDoNot"; });
+                         [](const auto& system) { return system.param ? "ThatList" : "ThatDoNot"; });
 
 TEST_P(EnumerationTest, ThePairChoosesTheClass) {
   const std::pair<HidIds, const char*> cases[] = {

@@ -166,7 +166,8 @@ TEST_F(ActiveIdFa, AShortBufferGetsNothing) {
     std::unique_ptr<std::uint8_t[]> buffer(new std::uint8_t[static_cast<std::size_t>(length)]);
     std::fill_n(buffer.get(), length, std::uint8_t{0xEE});
     EXPECT_EQ(GetActiveID(buffer.get(), length), 0) << length;
-    EXPECT_TRUE(std::all_of(buffer.get(), buffer.get() + length, [](std::uint8_t byte) { return byte == 0; }));
+    EXPECT_TRUE(
+        std::all_of(buffer.get(), buffer.get() + length, [](std::uint8_t byte) { return byte == 0; }));
     EXPECT_EQ(GetLastLibErr(), 0U);
     ExpectTrace({"GetActiveID ENTER", "GetActiveID EXIT"});
   }
@@ -175,7 +176,8 @@ TEST_F(ActiveIdFa, AShortBufferGetsNothing) {
     std::unique_ptr<std::uint8_t[]> buffer(new std::uint8_t[static_cast<std::size_t>(length)]);
     std::fill_n(buffer.get(), length, std::uint8_t{0xEE});
     EXPECT_EQ(GetActiveID32(buffer.get(), length), 0) << length;
-    EXPECT_TRUE(std::all_of(buffer.get(), buffer.get() + length, [](std::uint8_t byte) { return byte == 0; }));
+    EXPECT_TRUE(
+        std::all_of(buffer.get(), buffer.get() + length, [](std::uint8_t byte) { return byte == 0; }));
     EXPECT_EQ(GetLastLibErr(), 0U);
     ExpectTrace({"GetActiveID32 ENTER", "GetActiveID32 EXIT"});
   }
@@ -240,7 +242,9 @@ TEST_F(ActiveIdFa, AFaultAtEachByteOfBothReads) {
         std::unique_ptr<std::uint8_t[]> buffer(new std::uint8_t[32]);
         com->onTimeout = [this] { line->Silence(); };
         const std::uint16_t bits = read(buffer.get(), 32);
-        if (read == GetActiveID && byte <= 6) EXPECT_EQ(bits, 200) << "the next try brings it";
+        if (read == GetActiveID && byte <= 6) {
+          EXPECT_EQ(bits, 200) << "the next try brings it";
+        }
         ForgetTraffic();
       }
     }

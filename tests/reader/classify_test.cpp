@@ -269,8 +269,7 @@ TEST_F(ClassifyFa, TwoFailuresMeanPlain) {
 TEST_F(ClassifyFa, SelectingIsTriedOnceMore) {
   AddReader(Reader::Plus(3), kPlusReader);
   EXPECT_TRUE(SelectConfig(1));
-  const Lines good =
-      FrameLines("09 81 01 00", {"read 09", "read 81 01 00 00 00 00 00", "read 90 00"});
+  const Lines good = FrameLines("09 81 01 00", {"read 09", "read 81 01 00 00 00 00 00", "read 90 00"});
   ExpectTraffic(good);
   EXPECT_EQ(reader->state.active, 1U);
 

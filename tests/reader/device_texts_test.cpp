@@ -17,7 +17,7 @@ struct TextRow {
 };
 
 const std::vector<TextRow> kTexts = {
-    {GetSerialNumber, 2, "0400123456"},     {GetPlatformType, 3, "Desktop USB"},
+    {GetSerialNumber, 2, "0400123456"},        {GetPlatformType, 3, "Desktop USB"},
     {GetBuildDate, 5, "Mar  5 2024 06:07:08"}, {GetCopyrightInfo, 6, "(c) Orvantis"},
     {GetCPUInfo, 8, "M4 at 96 MHz"},
 };
@@ -86,8 +86,8 @@ TEST_F(DeviceTexts, TheElectronicSerialNumber) {
   const std::uint8_t* esn = getESN();
   ASSERT_NE(esn, nullptr);
   for (std::size_t at = 0; at < 32; ++at) EXPECT_EQ(esn[at], 0x40 + at);
-  ExpectTraffic({"set 8C 06", "get 8C 06 02", "set 8C 05", "get", "set 8C 05 01", "get", "set 8C 05 02", "get",
-                 "set 8C 05 03", "get"});
+  ExpectTraffic({"set 8C 06", "get 8C 06 02", "set 8C 05", "get", "set 8C 05 01", "get", "set 8C 05 02",
+                 "get", "set 8C 05 03", "get"});
   EXPECT_EQ(GetLastLibErr(), 0U);
 }
 
@@ -159,8 +159,9 @@ TEST_F(DeviceTextsFa, EachIsAskedInThreeFramesAndFailsWithoutAWord) {
   for (const TextRow& row : kTexts) {
     EXPECT_STREQ(row.get(), row.text);
     const std::string header = "0C 04 0" + std::to_string(row.number) + " 0";
-    ExpectTraffic(Join({FrameLines(header + "0", {"read 0C", "read"}), FrameLines(header + "1", {"read 0C", "read"}),
-                        FrameLines(header + "2", {"read 0C", "read"})}));
+    ExpectTraffic(
+        Join({FrameLines(header + "0", {"read 0C", "read"}), FrameLines(header + "1", {"read 0C", "read"}),
+              FrameLines(header + "2", {"read 0C", "read"})}));
     ActiveEntry().LastLibErr = 5;
     line->faults.RefuseReply({0x0C, 0x04, static_cast<std::uint8_t>(row.number), 1}, 1);
     EXPECT_STREQ(row.get(), "");

@@ -57,7 +57,8 @@ TEST_F(FaFrames, RecvDataKeepsItsDataWhenTheStatusIsAnother) {
 }
 
 TEST_F(FaFrames, OnlyStatus9000IsSuccess) {
-  for (const std::uint16_t status : std::initializer_list<std::uint16_t>{0x9001, 0x9100, 0x0090, 0x0000, 0xFFFF}) {
+  for (const std::uint16_t status :
+       std::initializer_list<std::uint16_t>{0x9001, 0x9100, 0x0090, 0x0000, 0xFFFF}) {
     const auto high = static_cast<std::uint8_t>(status >> 8);
     const auto low = static_cast<std::uint8_t>(status & 0xFF);
     AddScript({{0x01, 1, 2, 3, 4, 5, 6, 7, 8, high, low}, {high, low}});
@@ -124,9 +125,9 @@ TEST_F(FaFrames, RecvDataFailsWhereverTheAnswerEnds) {
     AddScript({Bytes(kBlockReply.begin(), kBlockReply.begin() + static_cast<std::ptrdiff_t>(length))});
     FaFrame frame = ReadBlock();
     EXPECT_FALSE(FaRecvData(frame, 4, 0)) << length;
-    const Lines reads = length == 0   ? Lines{"read"}
-                        : length < 9  ? Lines{"read", "read"}
-                                      : Lines{"read", "read", "read"};
+    const Lines reads = length == 0  ? Lines{"read"}
+                        : length < 9 ? Lines{"read", "read"}
+                                     : Lines{"read", "read", "read"};
     ExpectTraffic(ReadLines(reads));
     EXPECT_EQ(StatusWord, 0U) << length;
     EXPECT_EQ(frame.sw1, 0) << length;
@@ -253,7 +254,8 @@ TEST_F(FaFrames, InSocketModeTheWaitStandsBehindTheHeader) {
                  "read 01 02 03 04 05 06 07 08", "read 90 00"});
   FaFrame text(command::kDeviceText, 2, 1);
   EXPECT_TRUE(FaRecv8(text));
-  ExpectTraffic({"flush", "purge", "write FA", "write 0C 04 02 01", "read 0C", "read 01 02 03 04 05 06 07 08"});
+  ExpectTraffic(
+      {"flush", "purge", "write FA", "write 0C 04 02 01", "read 0C", "read 01 02 03 04 05 06 07 08"});
   frame = WriteBlock();
   EXPECT_TRUE(FaSendData(frame));
   ExpectTraffic({"flush", "purge", "write FA", "write 81 00 00 08", "read 81",

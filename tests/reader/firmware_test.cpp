@@ -38,8 +38,10 @@ TEST_F(Firmware, WordsAreKeptAtTheirNumbersModulo3And5) {
 }
 
 TEST_F(Firmware, AReplyThatDoesNotRepeatTheRequestIsAWord0) {
-  for (const sim::Bytes& reply : {sim::Bytes{0x88, 0x03, 1, 2, 9, 9, 9, 9}, {0x89, 0x02, 1, 2, 9, 9, 9, 9},
-                                  {0x89, 0x03, 0, 2, 9, 9, 9, 9}, {0x89, 0x03, 1, 3, 9, 9, 9, 9}}) {
+  for (const sim::Bytes& reply : {sim::Bytes{0x88, 0x03, 1, 2, 9, 9, 9, 9},
+                                  {0x89, 0x02, 1, 2, 9, 9, 9, 9},
+                                  {0x89, 0x03, 0, 2, 9, 9, 9, 9},
+                                  {0x89, 0x03, 1, 3, 9, 9, 9, 9}}) {
     Entry().FWVersion[1][2] = kOld;
     reader->faults.AnswerWith({0x89, 0x03}, reply, 1);
     EXPECT_EQ(QueryFirmwareWord(1, 2), 0U);
@@ -177,7 +179,8 @@ TEST_F(FirmwareFa, AWordIsAskedOnceAndNotKept) {
 }
 
 TEST_F(FirmwareFa, AnAnswerToAnotherQuestionIsAWord1) {
-  AddScript({{0x09, 2, 1, 2, 9, 9, 9, 9, 0x90, 0}, {0x09, 3, 0, 2, 9, 9, 9, 9, 0x90, 0},
+  AddScript({{0x09, 2, 1, 2, 9, 9, 9, 9, 0x90, 0},
+             {0x09, 3, 0, 2, 9, 9, 9, 9, 0x90, 0},
              {0x09, 3, 1, 7, 0x80, 0, 0, 9, 0x90, 0}},
             kPlusReader);
   EXPECT_EQ(QueryFirmwareWord(1, 2), 1U);
@@ -195,8 +198,8 @@ TEST_F(FirmwareFa, SendGetFWVersionKeepsTheWords) {
 TEST_F(FirmwareFa, MovingABankSendsTwoBytesMore) {
   AddReader(Reader::Plus(2), kPlusReader);
   EXPECT_EQ(PlusBlockMove(9, 10), 1U);
-  const Lines good = Join({FrameLines("09 82 01 02 00 FF", {"read 09", "read 82 01 02 00 00", "read 90 00"}),
-                           {"sleep 100"}});
+  const Lines good = Join(
+      {FrameLines("09 82 01 02 00 FF", {"read 09", "read 82 01 02 00 00", "read 90 00"}), {"sleep 100"}});
   ExpectTraffic(good);
   line->faults.RefuseReply({0x09, 0x82}, 1);
   EXPECT_EQ(PlusBlockMove(1, 2), 1U) << "tried once more";

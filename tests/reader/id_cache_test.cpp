@@ -1,9 +1,10 @@
 // The time gate in front of the ID read, its cache, and the reads for callers without a buffer.
+#include "core/id_cache.h"
+
 #include <array>
 #include <numeric>
 
 #include "api.h"
-#include "core/id_cache.h"
 #include "core/state.h"
 #include "tests/support/bench.h"
 
@@ -169,11 +170,13 @@ TEST_F(IdCache, AFailedReadIsServedAsNoCard) {
 TEST_F(IdCache, WithoutABufferTheBytesAreHandedOutOneByOne) {
   EXPECT_EQ(getActiveID(8), 26);
   ExpectTraffic({"set 8F", "get", "set 8E", "get"});
-  for (std::int16_t at = 0; at < 8; ++at) EXPECT_EQ(getActiveID_byte(at), kCard[static_cast<std::size_t>(at)]);
+  for (std::int16_t at = 0; at < 8; ++at)
+    EXPECT_EQ(getActiveID_byte(at), kCard[static_cast<std::size_t>(at)]);
   EXPECT_EQ(getActiveID_byte(8), 0);
   LetTimePass();
   EXPECT_EQ(getActiveID32(32), 26);
-  ExpectTraffic({"set 8D", "get", "set 8D 01", "get", "set 8D 02", "get", "set 8D 03", "get", "set 8E", "get"});
+  ExpectTraffic(
+      {"set 8D", "get", "set 8D 01", "get", "set 8D 02", "get", "set 8D 03", "get", "set 8E", "get"});
 }
 
 TEST_F(IdCache, MoreThan32BytesCountAs32) {

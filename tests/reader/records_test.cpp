@@ -22,7 +22,7 @@ struct RecordRow {
   std::string dirty;
 };
 
-#define RECORD(Name, Type)                                                                \
+#define RECORD(Name, Type) \
 #Name, [](std::int16_t* words) { return Get##Name(reinterpret_cast<Type*>(words)); }, \
       [](const std::int16_t* words) { return Set##Name(reinterpret_cast<const Type*>(words)); }
 
@@ -76,6 +76,7 @@ class Records : public Bench {
 TEST_F(Records, ASetIsHandedBackAndMarksItsBlocksWithoutTraffic) {
   for (const RecordRow& row : kRows) {
     Slot().bDirtyFmt = Slot().bDirtyTime = Slot().bDirtyDisp = Slot().bDirtyExt = Slot().bDirtySep = 0;
+    Slot()[field::TimeParms_iTPCfgFlg3] = 0x40;
     ActiveEntry().LastLibErr = 5;
     EXPECT_EQ(row.set(row.legal.data()), 1U) << row.name;
     EXPECT_EQ(GetLastLibErr(), 0U) << row.name;
@@ -239,6 +240,7 @@ TEST_F(Records, WordsWithoutARangeTakeAnything) {
       for (const std::int16_t value : {std::int16_t{32767}, std::int16_t{-32768}}) {
         Words words = row.legal;
         words[word] = value;
+        Slot()[field::TimeParms_iTPCfgFlg3] = 0x40;
         EXPECT_EQ(row.set(words.data()), 1U) << row.name << ' ' << word;
         EXPECT_EQ(Got(row), words) << row.name << ' ' << word;
       }

@@ -67,8 +67,8 @@ TEST_F(ReportDump, TheCommandsGoOutInTheirOrder) {
   Use(Reader::Plain());
   EXPECT_EQ(Dump(), 1U);
   Lines expected;
-  for (const char* command : {"80", "81", "82", "83", "84", "85", "87", "88", "89", "8A", "8B", "8C", "8D", "8E",
-                              "8F"}) {
+  for (const char* command :
+       {"80", "81", "82", "83", "84", "85", "87", "88", "89", "8A", "8B", "8C", "8D", "8E", "8F"}) {
     expected.push_back(std::string("set ") + command);
     expected.emplace_back("get");
   }
@@ -80,7 +80,8 @@ TEST_F(ReportDump, APlusReaderHasAPartForEachConfigurationAndIsPutBack) {
   ActiveEntry().ActConfig = 1;
   EXPECT_EQ(Dump(), 1U);
   const std::string text = Content(path);
-  EXPECT_TRUE(text.starts_with("# 8 byte USB Feature Reports\n# Reader Type TavlynPlus\n# Configuration 1\nTx: 80"));
+  EXPECT_TRUE(
+      text.starts_with("# 8 byte USB Feature Reports\n# Reader Type TavlynPlus\n# Configuration 1\nTx: 80"));
   const auto second = text.find("# Configuration 2\nTx: 80");
   const auto third = text.find("# Configuration 3\nTx: 80");
   ASSERT_NE(second, std::string::npos);

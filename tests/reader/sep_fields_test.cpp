@@ -53,10 +53,20 @@ struct PageRow {
 };
 
 TEST_F(SepFields, TheFirstPageSaysHowManyFollow) {
-  for (const PageRow& row :
-       {PageRow{12, 0, 12, 96}, {12, 3, 12, 96}, {12, 200, 12, 96}, {5, 3, 3, 24}, {5, 1, 1, 8}, {5, 0, 1, 8},
-        {5, 16, 16, 128}, {5, 17, 17, 128}, {5, 18, 18, 128}, {5, 200, 18, 128}, {1, 2, 2, 16}, {0, 3, 1, 0},
-        {0xFF, 3, 1, 0}, {0xFE, 2, 2, 16}}) {
+  for (const PageRow& row : {PageRow{12, 0, 12, 96},
+                             {12, 3, 12, 96},
+                             {12, 200, 12, 96},
+                             {5, 3, 3, 24},
+                             {5, 1, 1, 8},
+                             {5, 0, 1, 8},
+                             {5, 16, 16, 128},
+                             {5, 17, 17, 128},
+                             {5, 18, 18, 128},
+                             {5, 200, 18, 128},
+                             {1, 2, 2, 16},
+                             {0, 3, 1, 0},
+                             {0xFF, 3, 1, 0},
+                             {0xFE, 2, 2, 16}}) {
     reader->state.Working().separated = Area(row.first, row.b4);
     DevTable[0].CfgSlot[0].sFldSepData.fill(0xEE);
     EXPECT_EQ(PagesRead(), row.pages) << int{row.first} << ' ' << int{row.b4};
@@ -122,8 +132,13 @@ class SepFieldsFa : public SerialBench {
 
 TEST_F(SepFieldsFa, TheHeadTellsTheLength) {
   Use(0x20);
-  for (const PageRow& row : {PageRow{5, 3, 0x18, 24}, {5, 1, 0x08, 8}, {5, 16, 0x80, 128}, {5, 17, 0x80, 128},
-                             {5, 255, 0x80, 128}, {0xFF, 2, 0x10, 16}, {0, 2, 0x10, 16}}) {
+  for (const PageRow& row : {PageRow{5, 3, 0x18, 24},
+                             {5, 1, 0x08, 8},
+                             {5, 16, 0x80, 128},
+                             {5, 17, 0x80, 128},
+                             {5, 255, 0x80, 128},
+                             {0xFF, 2, 0x10, 16},
+                             {0, 2, 0x10, 16}}) {
     reader->state.Working().separated = Area(row.first, row.b4);
     EXPECT_EQ(ReadCfg(), 1U);
     const std::string length = sim::HexText({static_cast<std::uint8_t>(row.pages)});

@@ -7,9 +7,10 @@ namespace tavlyn::test {
 namespace {
 
 constexpr std::array kTrafficKinds = {
-    sim::EventKind::kSleep, sim::EventKind::kSet,   sim::EventKind::kGet,   sim::EventKind::kDrain,
-    sim::EventKind::kSend,  sim::EventKind::kRecv,  sim::EventKind::kWrite, sim::EventKind::kRead,
-    sim::EventKind::kPurge, sim::EventKind::kFlush,
+    sim::EventKind::kSleep,    sim::EventKind::kSet,   sim::EventKind::kGet,     sim::EventKind::kDrain,
+    sim::EventKind::kSend,     sim::EventKind::kRecv,  sim::EventKind::kConnect, sim::EventKind::kSendTo,
+    sim::EventKind::kOpenPort, sim::EventKind::kWrite, sim::EventKind::kRead,    sim::EventKind::kPurge,
+    sim::EventKind::kFlush,
 };
 
 constexpr std::array kWithAnyBytes = {"get", "recv", "read", "drain"};

@@ -7,6 +7,7 @@
 #include "core/trace.h"
 #include "core/version.h"
 #include "hid/enumeration.h"
+#include "links/libusb_pipe.h"
 #include "links/link_socket.h"
 #include "links/serial_port.h"
 
@@ -45,7 +46,7 @@ void LogFirmware() {
   LogLine(kConnect, "TavlynAPI Library version is %d.%d.%d", kVersionMajor, kVersionMinor, kVersionBuild);
 }
 
-bool ReadDevices() {
+bool ReadDevices(std::size_t firmwareRows) {
   for (std::int16_t index = 0; index < DevCnt; ++index) {
     ActiveEntry().ActConfig = 0;
     UseConfig(0);
@@ -56,7 +57,7 @@ bool ReadDevices() {
       ActDev = 0;
       return false;
     }
-    ReadFirmwareWords(kCpus);
+    ReadFirmwareWords(firmwareRows);
     LogFirmware();
   }
   ActDev = 0;
@@ -65,13 +66,17 @@ bool ReadDevices() {
 
 std::uint32_t Connect(std::uint32_t* did) {
   const Locked lock;
+  RefreshLibusb();
   CloseTunnel();
   // Handles of an earlier connect stay open and are lost; serial ports stay in their entries for reuse.
   EmptyTable();
   HidFoundCnt = 0;
   for (tsDevEntry& entry : DevTable) ResetSearchMarks(entry);
   const bool found = Search();
-  if (!ReadDevices() || !found) return 0;
+  // Looked at once, for the device now active, and used for all of them.
+  const SerialPort* port = ActiveEntry().pSerialPort;
+  const bool onLibusb = port != nullptr && port->HasUsbHandle();
+  if (!ReadDevices(onLibusb ? kCpus - 1 : kCpus) || !found) return 0;
   if (did != nullptr) *did = ActiveEntry().DID;
   return 1;
 }

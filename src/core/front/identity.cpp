@@ -6,6 +6,7 @@
 #include "api.h"
 #include "core/openings.h"
 #include "core/version.h"
+#include "links/serial_port.h"
 
 using namespace tavlyn;
 
@@ -41,11 +42,15 @@ std::uint32_t GetDevByLUID(std::uint16_t luid, std::int16_t start) {
 std::uint32_t GetDevName(char* name) {
   if (!ActiveInRange()) return UnsupportedValue;
   const tsDevEntry& entry = ActiveEntry();
+  const bool serial = entry.LinkKind == kBySerialPort;
   if (name != nullptr) {
     std::memset(name, 0, kNameRoom);
-    std::memcpy(name, entry.DevName, std::min(std::strlen(entry.DevName), kNameRoom - 1));
+    // A serial name may fill the room to its last character, without a terminator.
+    std::memcpy(name, entry.DevName,
+                std::min(std::strlen(entry.DevName), serial ? kNameRoom : kNameRoom - 1));
   }
-  return kNoPort;
+  if (!serial) return kNoPort;
+  return entry.pSerialPort != nullptr ? entry.pSerialPort->PortNum() : 0;
 }
 
 std::uint32_t orv_GetDevName(char* name) { return GetDevName(name); }

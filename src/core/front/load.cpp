@@ -5,6 +5,8 @@
 #include "core/state.h"
 #include "core/trace.h"
 #include "hid/vidpid_table.h"
+#include "links/com_search.h"
+#include "links/libusb_pipe.h"
 #include "links/link_socket.h"
 
 namespace tavlyn {
@@ -42,6 +44,9 @@ void ResetReaderState() {
 // What one process has once and a fresh load finds zero; only a library loaded again in place needs it.
 void ResetProcessState() {
   LinkSocket = platform::kNoHandle;
+  ForgetLibusbRing();
+  VirtualComFlags.fill(0);
+  DefaultBaud = 9600;
   SrchIpAddr = {};
   SrchIpPort = 0;
   SearchErr = 0;

@@ -9,8 +9,10 @@ constinit LinuxClock clockPart;
 constinit LinuxMutex mutexPart;
 constinit LinuxHid hidPart;
 constinit LinuxSockets socketsPart;
+constinit LinuxComPorts portsPart;
+constinit LinuxLibusb usbPart;
 constinit LinuxPlaces placesPart;
-constinit Host host{clockPart, mutexPart, hidPart, socketsPart, placesPart};
+constinit Host host{clockPart, mutexPart, hidPart, socketsPart, portsPart, usbPart, placesPart};
 
 __attribute__((constructor)) void Attach() { Load(); }
 __attribute__((destructor)) void Detach() { Unload(); }

@@ -50,9 +50,44 @@ class LinuxHid final : public HidSystem {
 
 class LinuxSockets final : public Sockets {
  public:
+  bool Startup() override { return true; }
+  Handle OpenTcp() override;
+  Handle OpenUdp() override;
+  std::int32_t Connect(Handle socket, Address peer) override;
+  void SetBroadcast(Handle socket) override;
+  void SetNonBlocking(Handle socket) override;
+  void SetReceiveTimeout(Handle socket, std::uint32_t milliseconds) override;
+  std::int32_t SendTo(Handle socket, std::span<const std::uint8_t> bytes, Address peer) override;
+  std::int32_t RecvFrom(Handle socket, std::span<std::uint8_t> bytes, Address& peer) override;
+  bool HostAddress(std::array<std::uint8_t, 4>& ip) override;
   std::int32_t Send(Handle socket, std::span<const std::uint8_t> bytes) override;
   std::int32_t Recv(Handle socket, std::span<std::uint8_t> bytes) override;
   std::int32_t Close(Handle socket) override;
+};
+
+// COM n is the file com<n> in the folder that TAVLYNAPI_PORT_DIR names; without it /dev/tavlyn/com<n>, else
+// /dev/ttyS<n-1>.
+class LinuxComPorts final : public ComPorts {
+ public:
+  std::unique_ptr<ComPort> Open(std::uint16_t number, const ComLine& line,
+                                const ComTimeouts& timeouts) override;
+  void FindVirtual(std::span<std::uint8_t, 257> flags) override;
+};
+
+class LinuxLibusb final : public Libusb {
+ public:
+  bool Load() override;
+  std::int32_t FindBusses() override;
+  std::int32_t FindDevices() override;
+  Handle Open(HidIds ids) override;
+  void Close(Handle device) override;
+  std::int32_t ClaimInterface(Handle device, std::int32_t interface) override;
+  std::int32_t ReleaseInterface(Handle device, std::int32_t interface) override;
+  std::int32_t SetConfiguration(Handle device, std::int32_t configuration) override;
+  std::int32_t BulkRead(Handle device, std::int32_t endpoint, std::span<std::uint8_t> bytes,
+                        std::int32_t timeout) override;
+  std::int32_t BulkWrite(Handle device, std::int32_t endpoint, std::span<const std::uint8_t> bytes,
+                         std::int32_t timeout) override;
 };
 
 class LinuxPlaces final : public Places {

@@ -1,0 +1,48 @@
+// Any file before the check of template and BLE files; a file with a fresh trailer must pass it.
+#include <algorithm>
+#include <cctype>
+#include <string>
+
+#include "api.h"
+#include "files/crc.h"
+#include "fuzz/scratch_file.h"
+
+namespace tavlyn::fuzz {
+namespace {
+
+// Bytes that change where the covered text ends. A NUL ends a piece, and the pieces of the check and of the
+// sum differ; a carriage return may change the mode; a marker's own name may stand anywhere in a piece.
+bool IsOrdinary(std::string text) {
+  if (text.empty() || text.back() != '\n' || text.find('\0') != std::string::npos) return false;
+  if (text.find('\r') != std::string::npos) return false;
+  std::ranges::transform(text, text.begin(),
+                         [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return text.find("iendofhwgfile") == std::string::npos;
+}
+
+void Check(std::string_view text) {
+  static const ScratchFile kFile;
+  kFile.Fill(text);
+  Require(CheckTamperedFile(kFile.Path(), 0) <= 1);
+  CRC crc;
+  Require(crc.AppendSecureTrailer(kFile.Path()) == 0);
+  const std::uint32_t intact = CheckTamperedFile(kFile.Path(), 0);
+  const bool ordinary = IsOrdinary(std::string(text));
+  Require(!ordinary || intact == 1);
+  if (!ordinary) return;
+  std::string changed = CRC::ReadWholeFile(kFile.Path());
+  changed.front() = static_cast<char>(changed.front() ^ 1);
+  kFile.Fill(changed);
+  Require(CheckTamperedFile(kFile.Path(), 0) == 0);
+  kFile.Fill(std::string(text) + "/--- iEndOfHwgFile\n");
+  Require(crc.AppendHwgTrailer(kFile.Path()) == 1);
+  Require(CheckTamperedFile(kFile.Path(), 0) == 1);
+}
+
+}  // namespace
+}  // namespace tavlyn::fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  tavlyn::fuzz::Check(tavlyn::fuzz::TextOf(data, size));
+  return 0;
+}

@@ -1,0 +1,47 @@
+// Any file before the check of key-load files; a file with the right trailer must pass it.
+#include <array>
+#include <cstdio>
+#include <string>
+
+#include "api.h"
+#include "files/crc.h"
+#include "fuzz/scratch_file.h"
+
+namespace tavlyn::fuzz {
+namespace {
+
+constexpr const char* kEndLine = "[EOF]\r\n";
+
+std::string ValueOf(std::string text) {
+  CRC crc;
+  std::uint32_t sum = 0;
+  crc.BuildTable();
+  Require(crc.Compute(text, sum) == 0);
+  std::array<char, 9> value{};
+  std::snprintf(value.data(), value.size(), sum != 0 ? "%08X" : "%X", static_cast<unsigned>(sum));
+  return value.data();
+}
+
+void Check(std::string_view text) {
+  static const ScratchFile kFile;
+  kFile.Fill(text);
+  Require(CheckTamperedFile(kFile.Path(), 2) <= 1);
+  Require(CheckTamperedFile(kFile.Path(), 1) == CheckTamperedFile(kFile.Path(), 0xFFFFFFFF));
+  if (text.empty() || text.back() != '\n' || text.find('\0') != std::string_view::npos) return;
+  if (text.find(kEndLine) != std::string_view::npos) return;
+  const std::string sealed = std::string(text) + kEndLine + "iEndOfIniFile=" + ValueOf(std::string(text));
+  kFile.Fill(sealed + "\r\n");
+  Require(CheckTamperedFile(kFile.Path(), 2) == 1);
+  kFile.Fill(sealed + "\n");
+  Require(CheckTamperedFile(kFile.Path(), 2) == 0);
+  kFile.Fill(sealed + "\r\n\r\n");
+  Require(CheckTamperedFile(kFile.Path(), 2) == 0);
+}
+
+}  // namespace
+}  // namespace tavlyn::fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  tavlyn::fuzz::Check(tavlyn::fuzz::TextOf(data, size));
+  return 0;
+}

@@ -1,0 +1,127 @@
+// A device that answers as it likes. Three bytes set it up (which device, how often it refuses, which calls
+// are made); the others are its answers, one after the other, and then it refuses everything.
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "api.h"
+#include "core/front/load.h"
+#include "core/state.h"
+#include "fuzz/scratch_file.h"
+#include "sim/carriers/virtual_host.h"
+#include "sim/devices/device.h"
+
+namespace tavlyn::fuzz {
+namespace {
+
+class AnyDevice final : public sim::HidDevice {
+ public:
+  AnyDevice(std::uint8_t kind, std::uint8_t refusals, std::span<const std::uint8_t> answers)
+      : refusals_(refusals), answers_(answers) {
+    const bool numbered = (kind & 1) != 0;
+    identity_.vid = 0x7A31;
+    identity_.pid = numbered ? 0x3BFB : 0x3BFA;
+    identity_.usages = {{static_cast<std::uint16_t>(numbered ? 0xFFA0 : 1),
+                         static_cast<std::uint16_t>(numbered ? 0xA000 : 6)}};
+    identity_.reportId = numbered ? 1 : 0;
+  }
+
+  [[nodiscard]] const sim::HidIdentity& Identity() const override { return identity_; }
+  bool SetFeature(std::span<const std::uint8_t>) override { return !Refuses(); }
+  bool GetFeature(std::span<std::uint8_t> payload) override {
+    if (Refuses()) return false;
+    Take(payload);
+    return true;
+  }
+  bool TakeInput(std::vector<std::uint8_t>& report) override {
+    if (answers_.empty()) return false;
+    report.resize(std::size_t{answers_.front()} % 80);
+    answers_ = answers_.subspan(1);
+    Take(report);
+    return !report.empty();
+  }
+  [[nodiscard]] bool Present() const override { return true; }
+
+ private:
+  // One exchange in 16 or more, or none at all; with no answer left every one.
+  bool Refuses() {
+    if (answers_.empty()) return true;
+    ++exchanges_;
+    return (refusals_ & 0x80) == 0 && exchanges_ % (16U + refusals_) == 0;
+  }
+  void Take(std::span<std::uint8_t> bytes) {
+    const std::size_t count = std::min(bytes.size(), answers_.size());
+    std::ranges::copy(answers_.first(count), bytes.begin());
+    answers_ = answers_.subspan(count);
+  }
+
+  sim::HidIdentity identity_;
+  unsigned refusals_;
+  unsigned exchanges_ = 0;
+  std::span<const std::uint8_t> answers_;
+};
+
+void ReadIds() {
+  std::array<std::uint8_t, 32> id{};
+  for (const std::int16_t length : {8, 32, 1, 0}) GetActiveID(id.data(), length);
+  sim::VirtualHost::Instance().clock.tick += 1000;
+  GetActiveID32(id.data(), static_cast<std::int16_t>(id.size()));
+  std::array<std::uint8_t, 8> small{};
+  GetActiveID32(small.data(), static_cast<std::int16_t>(small.size()));
+}
+
+void ReadTexts() {
+  for (const auto text : {GetSerialNumber, GetPlatformType, GetBuildDate, GetCopyrightInfo, GetCPUInfo})
+    Require(std::string_view(text()).size() <= 24);
+  Require(std::string_view(GetFWFilename()).size() <= 64);
+  Require(std::string_view(GetFullFWVersion()).size() <= 24);
+  Require(std::string_view(getPartNumberString()).size() <= 24);
+  std::array<std::uint8_t, 32> number{};
+  if (const std::uint8_t* esn = getESN(); esn != nullptr) std::copy_n(esn, number.size(), number.begin());
+}
+
+void UseFiles() {
+  static const ScratchFile kFile;
+  WriteDevCfgToFile(kFile.Path());
+  Require(ReadDevCfgFmFile(kFile.Path()) <= 1);
+}
+
+void Talk(std::uint8_t calls) {
+  const auto wants = [calls](int bit) { return (calls >> bit & 1) == 0; };
+  if (wants(0)) ReadIds();
+  if (wants(1)) ReadTexts();
+  if (wants(2)) ReadCfg();
+  if (wants(3)) WriteCfg();
+  if (wants(4)) UseFiles();
+  if (wants(5)) ResetFactoryDflts();
+  if (wants(6)) GetBeeperVolume();
+  Require(DevTable[0].MaxConfig < kCfgSlots && DevTable[0].ActConfig < kCfgSlots);
+}
+
+void Meet(std::uint8_t kind, std::uint8_t refusals, std::uint8_t calls,
+          std::span<const std::uint8_t> answers) {
+  sim::VirtualHost& host = sim::VirtualHost::Instance();
+  host.Reset();
+  Load();
+  host.hid.Plug("device", std::make_shared<AnyDevice>(kind, refusals, answers));
+  SetDevTypeSrch(0);
+  SetConnectProduct(1);
+  if (USBConnect(nullptr) == 1) Talk(calls);
+  USBDisconnect();
+  Require(host.hid.OpenHandles() == 0);
+  Require(host.mutex.Depth() == 0);
+  Unload();
+  Require(host.Misuses().empty());
+}
+
+}  // namespace
+}  // namespace tavlyn::fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  if (size < 3) return 0;
+  tavlyn::fuzz::Meet(data[0], data[1], data[2], {data + 3, size - 3});
+  return 0;
+}

@@ -1,0 +1,122 @@
+// Connecting over serial ports without the other stages of a connect.
+#include "api.h"
+#include "core/cfg_locked.h"
+#include "core/openings.h"
+#include "core/trace.h"
+#include "hid/vidpid_table.h"
+#include "links/com_search.h"
+#include "links/link_socket.h"
+#include "links/serial_port.h"
+
+namespace tavlyn {
+namespace {
+
+bool Wanted(const Product& product) {
+  return (ConnectMask & product.kind) != 0 && product.searchPorts != nullptr;
+}
+
+void StoreDid(std::uint32_t* did) {
+  if (did != nullptr) *did = ActiveEntry().DID;
+}
+
+// A search counts only when it has changed the table.
+bool SearchRange(const Product& product) {
+  const std::int16_t before = DevCnt;
+  if (!product.searchPorts() || DevCnt == before) return false;
+  SetActDev(0);
+  return true;
+}
+
+bool SearchPort(const Product& product, std::uint16_t port) {
+  if (DevCnt != 0 || port == 0) return false;
+  const std::uint16_t low = ComSrchLo;
+  const std::uint16_t high = ComSrchHi;
+  ComSrchLo = ComSrchHi = port;
+  const bool found = product.searchPorts() && DevCnt > 0;
+  ComSrchLo = low;
+  ComSrchHi = high;
+  if (found) {
+    SetActDev(0);
+    return true;
+  }
+  SearchErr |= TAVLYN_ERR_CONNECT;
+  if (product.portFailureTag != nullptr) LogErrorCode(product.portFailureTag);
+  return false;
+}
+
+bool ReadFound(const char* tag) {
+  for (std::int16_t index = 0; index < DevCnt; ++index) {
+    ActDev = index;
+    if (ReadCfgLocked() != 0) continue;
+    SearchErr |= TAVLYN_ERR_CONNECT;
+    LogErrorCode(tag);
+    ActDev = 0;
+    return false;
+  }
+  ActDev = 0;
+  return true;
+}
+
+template <typename SearchFamily>
+bool SearchFamilies(SearchFamily search) {
+  bool found = false;
+  for (const Product* product : kProducts) {
+    if (!Wanted(*product)) continue;
+    if (product->kind == kReader) LoadVidPidTable();
+    found = search(*product) || found;
+  }
+  return found;
+}
+
+void EmptyTable() {
+  ActDev = 0;
+  DevCnt = 0;
+  HidFoundCnt = 0;
+}
+
+}  // namespace
+}  // namespace tavlyn
+
+using namespace tavlyn;
+
+std::uint32_t ComConnect(std::uint32_t* pDID) {
+  EmptyTable();
+  const bool found = SearchFamilies(SearchRange);
+  // Asked in all cases, also when nothing was found.
+  kReaderProduct.classify();
+  if (!ReadFound("ComConnect") || !found) return 0;
+  StoreDid(pDID);
+  return 1;
+}
+
+std::uint32_t ComConnectPort(std::uint16_t port, std::uint32_t* pDID) {
+  // With devices in the table nothing is emptied, opened or read.
+  if (DevCnt > 0) return 0;
+  EmptyTable();
+  const bool found = SearchFamilies([&](const Product& product) { return SearchPort(product, port); });
+  if (!ReadFound("ComConnectPort") || !found) return 0;
+  StoreDid(pDID);
+  return 1;
+}
+
+std::uint32_t comConnect() {
+  const Product* product = ActiveProduct();
+  if (product == nullptr || product->searchPorts == nullptr) return UnsupportedValue;
+  return SearchRange(*product) ? 1 : 0;
+}
+
+std::uint32_t comConnectPort(std::uint16_t port) {
+  const Product* product = ActiveProduct();
+  if (product == nullptr || product->searchPorts == nullptr) return UnsupportedValue;
+  // An active device is needed and an empty table too, so this never finds anything; programs rely on the
+  // results.
+  return SearchPort(*product, port) ? 1 : 0;
+}
+
+std::uint32_t ComDisconnect() {
+  const Product* product = ActiveProduct();
+  if (product == nullptr || product->searchPorts == nullptr) return UnsupportedValue;
+  if (product->kind == kReader) CloseTunnel();
+  SerialPort* port = ActiveEntry().pSerialPort;
+  return port != nullptr && port->Close() ? 1 : 0;
+}

@@ -1,0 +1,15 @@
+// Finding the Ethernet adapters behind which readers sit, by UDP.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+namespace tavlyn {
+
+using IpAddress = std::array<std::uint8_t, 4>;
+using MacAddress = std::array<std::uint8_t, 6>;
+
+// The adapter's hardware address, zeros when nothing answered. False: no socket could be had.
+bool FetchMacAddr(IpAddress address, MacAddress& mac);
+
+}  // namespace tavlyn

@@ -1,0 +1,30 @@
+#include "links/libusb_search.h"
+
+#include <cstdio>
+
+#include "links/libusb_pipe.h"
+#include "links/serial_port.h"
+
+namespace tavlyn {
+
+bool SearchLibusbReader(Probe answers) {
+  tsDevEntry* entry = NextEntry();
+  const platform::Handle device = entry != nullptr ? OpenLibusbDevice() : platform::kNoHandle;
+  if (device == platform::kNoHandle) return false;
+  SerialPort& port = ClosedPort(*entry);
+  entry->LinkKind = kBySerialPort;
+  port.SetUsbHandle(device);
+  port.UseNormalTimeouts();
+  ActDev = DevCnt;
+  if (!port.Open() || !answers()) {
+    DropPort(*entry);
+    return false;
+  }
+  entry->bFound = 1;
+  entry->ProductKind = kReader;
+  std::snprintf(entry->DevName, sizeof entry->DevName, "/USB/Velmar/Corvane");
+  ++DevCnt;
+  return true;
+}
+
+}  // namespace tavlyn

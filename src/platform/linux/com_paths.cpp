@@ -1,0 +1,67 @@
+#include "platform/linux/com_paths.h"
+
+#include <unistd.h>
+
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "platform/linux/parts.h"
+
+namespace tavlyn::platform {
+namespace {
+
+constexpr std::uint16_t kHighestPort = 256;
+// USB identity of the maker's virtual ports: this vendor, products 2300 to 23FF.
+constexpr unsigned kVendor = 0x7A31;
+constexpr unsigned kProductFamily = 0x23;
+
+std::string RealPath(const std::string& path) {
+  char real[PATH_MAX];
+  return realpath(path.c_str(), real) != nullptr ? std::string(real) : std::string();
+}
+
+// A sysfs attribute that holds four hexadecimal digits; false where there is none.
+bool ReadId(const std::string& path, unsigned& id) {
+  std::FILE* file = std::fopen(path.c_str(), "r");
+  if (file == nullptr) return false;
+  const bool read = std::fscanf(file, "%4x", &id) == 1;
+  std::fclose(file);
+  return read;
+}
+
+// The nearest ancestor of a device that knows its USB identity, or sits on a PCMCIA bus, decides.
+bool IsVirtual(std::string device) {
+  for (; device.size() > std::strlen("/sys/devices"); device.erase(device.rfind('/'))) {
+    unsigned vendor = 0;
+    unsigned product = 0;
+    if (ReadId(device + "/idVendor", vendor) && ReadId(device + "/idProduct", product)) {
+      return vendor == kVendor && product >> 8 == kProductFamily;
+    }
+    if (RealPath(device + "/subsystem").ends_with("/pcmcia")) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+std::string ComPath(std::uint16_t number) {
+  const std::string name = "com" + std::to_string(number);
+  // With the variable set nothing outside its folder is ever opened.
+  if (const char* folder = secure_getenv("TAVLYNAPI_PORT_DIR"); folder != nullptr)
+    return std::string(folder) + '/' + name;
+  std::string shipped = "/dev/tavlyn/" + name;
+  return access(shipped.c_str(), F_OK) == 0 ? shipped : "/dev/ttyS" + std::to_string(number - 1);
+}
+
+void LinuxComPorts::FindVirtual(std::span<std::uint8_t, 257> flags) {
+  for (std::uint16_t number = 1; number <= kHighestPort; ++number) {
+    const std::string node = RealPath(ComPath(number));
+    if (node.empty()) continue;
+    const std::string device = RealPath("/sys/class/tty/" + node.substr(node.rfind('/') + 1) + "/device");
+    if (!device.empty() && IsVirtual(device)) flags[number] = 1;
+  }
+}
+
+}  // namespace tavlyn::platform

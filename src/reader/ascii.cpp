@@ -1,0 +1,316 @@
+#include "reader/ascii.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <string_view>
+
+#include "core/state.h"
+#include "links/serial_port.h"
+#include "reader/ascii_text.h"
+
+namespace tavlyn {
+namespace {
+
+using namespace field;
+
+constexpr const char* kEchoOffPromptOn = "\rRFID:cmd.echo=0\rRFID:cmd.prompt=1\r";
+constexpr const char* kListVariables = "RFID:VAR\r";
+constexpr const char* kVersion = "\rRFID:DEV.VER\r";
+constexpr const char* kId = "\rRFID:QID.ID\r";
+constexpr const char* kResetConfig = "\rRFID:CFG.RESET\r";
+
+constexpr std::int16_t kLedsLeftAlone = 255;
+constexpr std::uint32_t kStoreTime = 1200;
+
+constinit std::array<char, 2048> Reply{};
+
+// What has come, up to its first NUL.
+struct Answer {
+  std::int32_t count;
+  std::string_view text;
+};
+
+Answer ReadAnswer(SerialPort& port) {
+  Reply.fill('\0');
+  const std::span<std::uint8_t> room(reinterpret_cast<std::uint8_t*>(Reply.data()), Reply.size() - 1);
+  const auto count = static_cast<std::int32_t>(port.Read(room));
+  return {count, Reply.data()};
+}
+
+bool HasPrompt(std::string_view text) { return text.find(kPrompt) != std::string_view::npos; }
+
+void Begin(SerialPort& port) {
+  port.WriteText(kEchoOffPromptOn);
+  port.DrainFlush();
+}
+
+using Also = void (*)(tsCfgSlot& slot, std::int16_t value);
+
+struct ReadKey {
+  std::string_view key;
+  FieldId field;
+  Also also = nullptr;  // what else follows from the value
+};
+
+constexpr std::array kReadKeys = {
+    ReadKey{":out.led", LEDCtrl_iRedLEDState,
+            [](tsCfgSlot& slot, std::int16_t value) {
+              slot[LEDCtrl_bAppCtrlsLED] = value != kLedsLeftAlone ? 1 : 0;
+              slot[LEDCtrl_iRedLEDState] = value & 1;
+              slot[LEDCtrl_iGrnLEDState] = value >> 1 & 1;
+              slot[LEDCtrl_bVolatile] = 0;
+            }},
+    ReadKey{":time.hold", TimeParms_iIDHoldTO},
+    ReadKey{":time.lo", TimeParms_iIDLockOutTm},
+    ReadKey{":out.beep", BprRlyCtrl_iBeeperState},
+    ReadKey{":out.relay", BprRlyCtrl_iRelayState},
+    ReadKey{":wieg.id.bits", IDBitCnts_iIDBitCnt,
+            [](tsCfgSlot& slot, std::int16_t value) {
+              if (value == 0 || value > 64) slot[IDBitCnts_iIDBitCnt] = 1;
+            }},
+    ReadKey{":wieg.qual.bits", IDBitCnts_iTotalBitCnt,
+            [](tsCfgSlot& slot, std::int16_t value) {
+              if (value < 26) slot[IDBitCnts_iTotalBitCnt] = 26;
+            }},
+    ReadKey{
+        ":wieg.strip.lead.bits", IDBitCnts_iLeadParityBitCnt,
+        [](tsCfgSlot& slot, std::int16_t value) { slot.ExtBytes[0] = static_cast<std::uint16_t>(value); }},
+    ReadKey{
+        ":wieg.strip.trail.bits", IDBitCnts_iTrailParityBitCnt,
+        [](tsCfgSlot& slot, std::int16_t value) { slot.ExtBytes[1] = static_cast<std::uint16_t>(value); }},
+    ReadKey{":chr.gone.1", IDDispParms2_iCrdGnChr0},
+    ReadKey{":chr.gone.2", IDDispParms2_iCrdGnChr1},
+    ReadKey{":chr.1", IDDispParms2_iLeadChr0},
+    ReadKey{":chr.2", IDDispParms2_iLeadChr1},
+    ReadKey{":chr.3", IDDispParms2_iLeadChr2},
+    ReadKey{":chr.count.lead", IDDispParms2_iLeadChrCnt},
+    ReadKey{":chr.count.trail", IDDispParms3_iTrailChrCnt},
+    ReadKey{":chr.eol", IDDispParms_iELDelim,
+            [](tsCfgSlot& slot, std::int16_t value) { slot[CfgFlags_bNoUseELChar] = value == 0 ? 1 : 0; }},
+    ReadKey{":disp.fac.digits", IDDispParms_iFACDispLen,
+            [](tsCfgSlot& slot, std::int16_t value) { slot[CfgFlags_bFixLenDsp] = value > 0 ? 1 : 0; }},
+    ReadKey{":chr.fac", IDDispParms_iFACIDDelim,
+            [](tsCfgSlot& slot, std::int16_t value) { slot[CfgFlags_bUseDelFac2Id] = value; }},
+    ReadKey{":disp.id.digits", IDDispParms_iIDDispLen},
+    ReadKey{":wieg.qual", CfgFlags_bFrcBitCntEx},
+    ReadKey{":op.sdk", CfgFlags_bHaltKBSnd},
+    ReadKey{":disp.fac.send", CfgFlags_bSndFac},
+    ReadKey{":op.cont", CfgFlags_bSndOnRx},
+    ReadKey{":disp.fac.strip", CfgFlags_bStripFac},
+    ReadKey{":op.beep", CfgFlags2_bBeepID},
+    ReadKey{":disp.id.hex", CfgFlags2_bDspHex},
+    ReadKey{":wieg.rev.bytes", CfgFlags2_bRevBytes},
+    ReadKey{":wieg.rev.bits", CfgFlags2_bRevWiegBits},
+    ReadKey{":wieg.inv.bits", CfgFlags2_bWiegInvData},
+};
+
+// What the dialect has no key for.
+struct FixedValue {
+  FieldId field;
+  std::int16_t value;
+};
+constexpr std::array kFixedValues = {
+    FixedValue{TimeParms_iUSBKeyPrsTm, 20}, FixedValue{TimeParms_iUSBKeyRlsTm, 20},
+    FixedValue{BprRlyCtrl_bVolatile, 1},    FixedValue{CfgFlags3_bUse64Bit, 1},
+    FixedValue{CfgFlags2_bUseInvDataF, 0},  FixedValue{CfgFlags2_bUseLeadChrs, 1},
+};
+
+constexpr int kCharacters = 3;
+
+// The characters behind the lead ones are the trail ones.
+void TakeTrailCharacters(tsCfgSlot& slot) {
+  const RecordWords& leads = slot.record[kIDDispParms2];
+  RecordWords& trails = slot.record[kIDDispParms3];
+  const int lead = std::clamp<int>(leads[0], 0, kCharacters);
+  for (int at = 0; at < kCharacters; ++at) {
+    const bool taken = lead + at < kCharacters;
+    trails[static_cast<std::size_t>(at) + 1] =
+        taken ? leads[static_cast<std::size_t>(lead + at) + 1] : std::int16_t{0};
+  }
+}
+
+void TakeVariables(std::string_view text, tsDevEntry& entry, tsCfgSlot& slot) {
+  for (const ReadKey& row : kReadKeys) {
+    const auto value = static_cast<std::int16_t>(AsciiQuery(text, row.key));
+    slot[row.field] = value;
+    if (row.also != nullptr) row.also(slot, value);
+  }
+  TakeTrailCharacters(slot);
+  entry.LUID = static_cast<std::uint16_t>(AsciiQuery(text, ":dev.luid"));
+  for (const FixedValue& fixed : kFixedValues) slot[fixed.field] = fixed.value;
+}
+
+// "{a.b.c}", the firmware version as one word.
+bool TakeVersion(const Answer& answer, tsDevEntry& entry) {
+  constexpr std::int32_t kShortest = 10;
+  const std::size_t brace = answer.text.find('{');
+  unsigned a = 0;
+  int b = 0;
+  int c = 0;
+  if (answer.count <= kShortest || !HasPrompt(answer.text) || brace == std::string_view::npos) return false;
+  if (std::sscanf(answer.text.data() + brace, "{%X.%d.%d}", &a, &b, &c) != 3) return false;
+  const unsigned high = a << 4 | static_cast<unsigned>(b);
+  entry.DID = static_cast<std::uint16_t>(high << 4 | static_cast<unsigned>(c));
+  return true;
+}
+
+struct Assignment {
+  const char* text;
+  FieldId field;
+};
+
+// In this order; the field and ID delimiter goes out twice, first as its flag.
+constexpr std::array kAssignments = {
+    Assignment{"wieg.qual=%d", CfgFlags_bFrcBitCntEx},
+    Assignment{"op.sdk=%d", CfgFlags_bHaltKBSnd},
+    Assignment{"disp.fac.send=%d", CfgFlags_bSndFac},
+    Assignment{"op.cont=%d", CfgFlags_bSndOnRx},
+    Assignment{"disp.fac.strip=%d", CfgFlags_bStripFac},
+    Assignment{"chr.fac='\\x%02X'", CfgFlags_bUseDelFac2Id},
+    Assignment{"op.beep=%d", CfgFlags2_bBeepID},
+    Assignment{"disp.id.hex=%d", CfgFlags2_bDspHex},
+    Assignment{"wieg.rev.bytes=%d", CfgFlags2_bRevBytes},
+    Assignment{"wieg.rev.bits=%d", CfgFlags2_bRevWiegBits},
+    Assignment{"wieg.inv.bits=%d", CfgFlags2_bWiegInvData},
+    Assignment{"wieg.id.bits=%d", IDBitCnts_iIDBitCnt},
+    Assignment{"wieg.qual.bits=%d", IDBitCnts_iTotalBitCnt},
+    Assignment{"wieg.strip.lead.bits=%d", IDBitCnts_iLeadParityBitCnt},
+    Assignment{"wieg.strip.trail.bits=%d", IDBitCnts_iTrailParityBitCnt},
+    Assignment{"chr.eol='\\x%02X'", IDDispParms_iELDelim},
+    Assignment{"disp.fac.digits=%d", IDDispParms_iFACDispLen},
+    Assignment{"chr.fac='\\x%02X'", IDDispParms_iFACIDDelim},
+    Assignment{"disp.id.digits=%d", IDDispParms_iIDDispLen},
+    Assignment{"chr.gone.1='\\x%02X'", IDDispParms2_iCrdGnChr0},
+    Assignment{"chr.gone.2='\\x%02X'", IDDispParms2_iCrdGnChr1},
+};
+
+void SetLeds(const tsCfgSlot& slot) {
+  const int states = (slot[LEDCtrl_iGrnLEDState] & 1) << 1 | (slot[LEDCtrl_iRedLEDState] & 1);
+  AsciiSet("out.led=%d", slot[LEDCtrl_bAppCtrlsLED] == 0 ? kLedsLeftAlone : states);
+}
+
+// Lead characters first, trail characters in the places behind them.
+void SetCharacters(const tsCfgSlot& slot) {
+  constexpr std::array kTexts = {"chr.1='\\x%02X'", "chr.2='\\x%02X'", "chr.3='\\x%02X'"};
+  const int lead = std::clamp<int>(slot[IDDispParms2_iLeadChrCnt], 0, kCharacters);
+  for (int at = 0; at < kCharacters; ++at) {
+    const Record record = at < lead ? kIDDispParms2 : kIDDispParms3;
+    const auto word = static_cast<std::size_t>(at < lead ? at + 1 : at - lead + 1);
+    AsciiSet(kTexts[static_cast<std::size_t>(at)], slot.record[record][word]);
+  }
+  AsciiSet("chr.count.lead=%d", slot[IDDispParms2_iLeadChrCnt]);
+  AsciiSet("chr.count.trail=%d", slot[IDDispParms3_iTrailChrCnt]);
+}
+
+// An answer "{age,x,y,bits;id}", collected byte by byte; empty when it does not come in full.
+std::string_view CollectId(SerialPort& port) {
+  constexpr int kPasses = 300;
+  constexpr std::size_t kMost = 200;
+  constexpr std::uint32_t kBetween = 10;
+  Reply.fill('\0');
+  std::size_t count = 0;
+  bool whole = false;
+  for (int pass = 0; pass < kPasses && count < kMost && !whole; ++pass) {
+    std::uint8_t byte = 0;
+    if (static_cast<std::int32_t>(port.Read({&byte, 1})) > 0) Reply[count++] = static_cast<char>(byte);
+    const std::string_view text(Reply.data(), count);
+    whole = text.find('{') != std::string_view::npos && text.find('}') != std::string_view::npos;
+    platform::TheHost().clock.Sleep(kBetween);
+  }
+  return whole ? std::string_view(Reply.data(), count) : std::string_view();
+}
+
+}  // namespace
+
+bool InAscii() { return ActiveEntry().LinkKind == kBySerialPort && AsciiProtocol != 0; }
+
+std::uint32_t AsciiReadConfig() {
+  constexpr std::int32_t kShortest = 700;
+  tsDevEntry& entry = ActiveEntry();
+  SerialPort* port = entry.pSerialPort;
+  if (port == nullptr) return 0;
+  tsCfgSlot& slot = entry.ActiveSlot();
+  Begin(*port);
+  port->WriteText(kListVariables);
+  const Answer variables = ReadAnswer(*port);
+  const bool ok = variables.count > kShortest && HasPrompt(variables.text);
+  // What did come is taken all the same.
+  TakeVariables(variables.text, entry, slot);
+  port->Flush();
+  port->WriteText(kVersion);
+  if (TakeVersion(ReadAnswer(*port), entry)) {
+    entry.LastLibErr = 0;
+    slot.bCfgLoaded = 1;
+    slot.bDirtyDisp = slot.bDirtyFmt = slot.bDirtyTime = slot.bDirtyExt = slot.bDirtySep = 0;
+    entry.bLUIDDirty = 0;
+  }
+  port->DrainFlush();
+  return ok ? 1 : 0;
+}
+
+std::uint32_t AsciiWriteConfig() {
+  tsDevEntry& entry = ActiveEntry();
+  entry.LastLibErr = 0;
+  SerialPort* port = entry.pSerialPort;
+  if (port == nullptr) return 0;
+  tsCfgSlot& slot = entry.ActiveSlot();
+  Begin(*port);
+  SetLeds(slot);
+  for (const Assignment& assignment : kAssignments) AsciiSet(assignment.text, slot[assignment.field]);
+  slot[CfgFlags_bFixLenDsp] = slot[IDDispParms_iFACDispLen] > 0 ? 1 : 0;
+  SetCharacters(slot);
+  port->DrainFlush();
+  return 1;
+}
+
+std::uint16_t AsciiGetId(std::uint8_t* buffer, std::int16_t length) {
+  constexpr std::int16_t kIdBytes = 8;
+  constexpr int kFewestBits = 11;
+  tsDevEntry& entry = ActiveEntry();
+  SerialPort* port = entry.pSerialPort;
+  if (length < kIdBytes || port == nullptr || !port->IsOpen()) {
+    entry.LastLibErr = length < kIdBytes ? TAVLYN_ERR_ASCII_LENGTH : TAVLYN_ERR_ASCII_PORT;
+    return 0;
+  }
+  port->Flush();
+  port->WriteText(kId);
+  const std::string_view answer = CollectId(*port);
+  port->DrainFlush();
+  if (answer.empty()) {
+    entry.LastLibErr = TAVLYN_ERR_ASCII_ANSWER;
+    return 0;
+  }
+  const std::size_t brace = answer.find('{');
+  unsigned age = 0;
+  int ignored = 0;
+  unsigned alsoIgnored = 0;
+  int bits = 0;
+  unsigned long long id = 0;
+  if (answer.find(';', brace) == std::string_view::npos) return 0;
+  if (std::sscanf(answer.data() + brace, "{%X,%d,%X,%d;%llX}", &age, &ignored, &alsoIgnored, &bits, &id) < 5)
+    return 0;
+  // Anything shorter is no card, and an ID that has been held too long is no longer there.
+  if (bits < kFewestBits || static_cast<std::int64_t>(age) > entry.ActiveSlot()[TimeParms_iIDHoldTO])
+    return 0;
+  for (int at = 0; at < kIdBytes; ++at) buffer[at] = static_cast<std::uint8_t>(id >> 8 * at);
+  return static_cast<std::uint16_t>(bits);
+}
+
+void AsciiReset() {
+  SerialPort* port = ActiveEntry().pSerialPort;
+  if (port != nullptr) port->WriteText(kResetConfig);
+  platform::TheHost().clock.Sleep(kStoreTime);
+  if (port != nullptr) port->DrainFlush();
+}
+
+void AsciiBeep(std::uint8_t count, bool longBeep) {
+  AsciiSet(longBeep ? "out.beep.long=%d" : "out.beep.short=%d", count);
+}
+
+void AsciiSetLeds() {
+  SetLeds(ActiveEntry().ActiveSlot());
+  if (SerialPort* port = ActiveEntry().pSerialPort; port != nullptr) port->DrainFlush();
+}
+
+}  // namespace tavlyn

@@ -1,0 +1,298 @@
+// tavlynctl with simulated readers.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "tests/boundary/program.h"
+#include "tools/tavlynctl/permission.h"
+
+namespace tavlyn::boundary {
+namespace {
+
+using Json = nlohmann::json;
+namespace fs = std::filesystem;
+
+const std::string kCtl = TAVLYNCTL;
+
+Ended Simulated(const std::string& devices, const std::string& words) {
+  return RunLine(std::string(TAVLYNSIM) + " run " + devices + " -- " + kCtl + " " + words);
+}
+
+std::vector<Json> JsonLines(const std::string& text) {
+  std::istringstream stream(text);
+  std::vector<Json> lines;
+  for (std::string line; std::getline(stream, line);) lines.push_back(Json::parse(line));
+  return lines;
+}
+
+bool Holds(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+
+TEST(Tavlynctl, ListShowsEachReader) {
+  const Ended list = Simulated("--device plus:3 --device reader@19E5:2021", "list --json");
+  ASSERT_EQ(0, list.status) << list.err;
+  const Json document = Json::parse(list.out);
+  EXPECT_EQ(1, document["schema"]);
+  EXPECT_EQ("list", document["command"]);
+  ASSERT_EQ(2u, document["devices"].size());
+  const Json expected{{"index", 1},
+                      {"product", "card reader"},
+                      {"part_number", "RDR-80581AKU"},
+                      {"identity", "19E5:2021 Orvantis Quill"},
+                      {"did", "7431"},
+                      {"luid", 1},
+                      {"configurations", 1},
+                      {"path", "/dev/hidraw-sim2"}};
+  EXPECT_EQ(expected, document["devices"][1]);
+  EXPECT_EQ(3, document["devices"][0]["configurations"]);
+}
+
+TEST(Tavlynctl, ListIsATableForPeople) {
+  const Ended list = Simulated("", "list");
+  EXPECT_EQ(0, list.status);
+  EXPECT_EQ(
+      "devices\n"
+      "  index  product      part number   identity            did   luid  configurations  path\n"
+      "  0      card reader  RDR-80581AKU  7A31:3BFA Orvantis  7431  1     1               "
+      "/dev/hidraw-sim1\n",
+      list.out);
+}
+
+TEST(Tavlynctl, InfoTellsWhatTheReaderTells) {
+  const Ended info = Simulated("--device plus:3", "info --json");
+  ASSERT_EQ(0, info.status) << info.err;
+  const Json device = Json::parse(info.out)["device"];
+  EXPECT_EQ("0400123456", device["serial_number"]);
+  EXPECT_EQ("Desktop USB", device["platform"]);
+  EXPECT_EQ("LNC 16.07.2 build 94", device["firmware"]);
+  EXPECT_EQ("orvantis_80581_16_07_2_build_94.bin", device["firmware_file"]);
+  EXPECT_EQ("Mar  5 2024 06:07:08", device["build_date"]);
+  EXPECT_EQ("M4 at 96 MHz", device["cpu"]);
+  EXPECT_EQ("(c) Orvantis", device["copyright"]);
+  EXPECT_EQ("404142434445464748494A4B4C4D4E4F505152535455565758595A5B5C5D5E5F", device["esn"]);
+  EXPECT_GE(device["answer_ms"], 1);
+  const Json words = Json::parse(R"([{"cpu": 0, "words": ["10072005", "10070101"]},
+                                     {"cpu": 1, "words": ["20010009"]}])");
+  EXPECT_EQ(words, device["firmware_words"]);
+}
+
+// The serial number arrives with its bits turned over, and so is no UTF-8.
+TEST(Tavlynctl, BrokenTextIsStillJson) {
+  const Ended info = Simulated("--do 'garble 70'", "info --json");
+  ASSERT_EQ(0, info.status) << info.err;
+  EXPECT_TRUE(Holds(info.out, "\uFFFD")) << info.out;
+  EXPECT_TRUE(Json::parse(info.out).contains("device"));
+}
+
+TEST(Tavlynctl, ReadGivesTheCard) {
+  const Ended text = Simulated("--card 01020303:26", "read");
+  EXPECT_EQ(0, text.status) << text.err;
+  EXPECT_EQ("card 26 bits 03030201\n", text.out);
+
+  const Ended json = Simulated("--card 000102030405060708090A0B:90", "read --json");
+  EXPECT_EQ(0, json.status) << json.err;
+  const Json document = Json::parse(json.out);
+  EXPECT_EQ("read", document["command"]);
+  EXPECT_EQ(90, document["bits"]);
+  EXPECT_EQ("0B0A09080706050403020100", document["id"]);
+  EXPECT_EQ(Json({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}), document["bytes"]);
+}
+
+TEST(Tavlynctl, ReadOfAnotherReader) {
+  const Ended read = Simulated("--device reader --device reader --do 'card 0A:8'", "read --device 1");
+  EXPECT_EQ(0, read.status) << read.err;
+  EXPECT_EQ("card 8 bits 0A\n", read.out);
+}
+
+TEST(Tavlynctl, ReadWaitsOnlySoLong) {
+  const Ended read = Simulated("", "read --timeout 0.6 --json");
+  EXPECT_EQ(5, read.status);
+  EXPECT_EQ("tavlynctl: no card came in time\n", read.err);
+  EXPECT_EQ(5, Json::parse(read.out)["error"]["code"]);
+}
+
+TEST(Tavlynctl, WatchTellsOfEachCard) {
+  const std::string cards = "--device plus:2 --card 010203:20 --card 0A0B:16 --on 900 --off 600 ";
+  const Ended watch = Simulated(cards, "watch --json --count 4");
+  ASSERT_EQ(0, watch.status) << watch.err;
+  const std::vector<Json> lines = JsonLines(watch.out);
+  ASSERT_EQ(4u, lines.size());
+  const Json first{{"schema", 1}, {"command", "watch"}, {"event", "card"},
+                   {"bits", 20},  {"id", "030201"},     {"bytes", {1, 2, 3}}};
+  EXPECT_EQ(first, lines[0]);
+  EXPECT_EQ("gone", lines[1]["event"]);
+  EXPECT_EQ("030201", lines[1]["id"]);
+  EXPECT_EQ("0B0A", lines[2]["id"]);
+  EXPECT_EQ("gone", lines[3]["event"]);
+  EXPECT_EQ("", watch.err);
+}
+
+TEST(Tavlynctl, WatchOfAReaderThatAnnouncesItsCards) {
+  const Ended watch = Simulated("--device plus:2@7A31:3BFB --card 0A0B:16", "watch --count 2");
+  EXPECT_EQ(0, watch.status);
+  EXPECT_EQ("card 16 bits 0B0A\ngone 16 bits 0B0A\n", watch.out);
+}
+
+TEST(Tavlynctl, WatchEnds) {
+  const Ended inTime = Simulated("--card 0A:8", "watch --timeout 1");
+  EXPECT_EQ(0, inTime.status);
+  EXPECT_EQ("card 8 bits 0A\n", inTime.out);
+  EXPECT_EQ(5, Simulated("", "watch --timeout 0.3").status);
+
+  const Ended stopped = RunLine(std::string("timeout --preserve-status -s INT 3 ") + TAVLYNSIM +
+                                " run --device plus:2 --card 0A:8 --on 60000 -- " + kCtl + " watch");
+  EXPECT_EQ(0, stopped.status) << stopped.err;
+  EXPECT_EQ("card 8 bits 0A\n", stopped.out);
+}
+
+TEST(Tavlynctl, WatchNoticesALostReader) {
+  const Ended watch = RunLine("(sleep 2; echo unplug) | " + std::string(TAVLYNSIM) +
+                              " run --interactive --device plus:2 -- " + kCtl + " watch");
+  EXPECT_EQ(4, watch.status);
+  EXPECT_TRUE(Holds(watch.err, "error word 0x1000202: a report could not be sent; the device did not answer"))
+      << watch.err;
+}
+
+TEST(Tavlynctl, ConfigShowsEveryConfiguration) {
+  const Ended show = Simulated("--device plus:3", "config show --json");
+  ASSERT_EQ(0, show.status) << show.err;
+  const Json document = Json::parse(show.out);
+  EXPECT_EQ("config show", document["command"]);
+  const Json& all = document["configurations"];
+  ASSERT_EQ(3u, all.size());
+  EXPECT_EQ("EF04", all[0]["card_type"]);
+  EXPECT_EQ("high", all[0]["priority"]);
+  EXPECT_EQ("F104", all[2]["card_type"]);
+  EXPECT_EQ("low", all[2]["priority"]);
+  for (const Json& one : all) {
+    EXPECT_EQ(10u, one["records"].size());
+    const Json counts{
+        {"iLeadParityBitCnt", 1}, {"iTrailParityBitCnt", 1}, {"iIDBitCnt", 16}, {"iTotalBitCnt", 26}};
+    EXPECT_EQ(counts, one["records"]["IDBitCnts"]);
+    EXPECT_EQ(1000, one["records"]["TimeParms"]["iIDHoldTO"]);
+    EXPECT_EQ(8u, one["records"]["CfgFlags3"].size());
+  }
+}
+
+TEST(Tavlynctl, ConfigShowsOneConfiguration) {
+  const Ended one = Simulated("--device plus:3", "config show --json --config 1");
+  ASSERT_EQ(0, one.status) << one.err;
+  const Json document = Json::parse(one.out);
+  ASSERT_EQ(1u, document["configurations"].size());
+  EXPECT_EQ(1, document["configurations"][0]["index"]);
+  EXPECT_EQ("F004", document["configurations"][0]["card_type"]);
+
+  const Ended none = Simulated("--device plus:3", "config show --config 3");
+  EXPECT_EQ(1, none.status);
+  EXPECT_TRUE(Holds(none.err, "has configurations 0 to 2")) << none.err;
+
+  const Ended plain = Simulated("", "config show");
+  EXPECT_EQ(0, plain.status);
+  EXPECT_TRUE(Holds(plain.out, "      iIDHoldTO     1000\n")) << plain.out;
+  EXPECT_FALSE(Holds(plain.out, "card type"));
+}
+
+TEST(Tavlynctl, FailedConfigurationRead) {
+  const std::string devices = "--device plus:2 --device reader --do '#1 refuse 20'";
+  const Ended list = Simulated(devices, "list");
+  EXPECT_EQ(4, list.status);
+  EXPECT_EQ(
+      "tavlynctl: the configuration of card reader 0 (7A31:3BFA Orvantis, /dev/hidraw-sim1) could not be "
+      "read, "
+      "error word 0x20000: a read of the configuration failed\n",
+      list.err);
+  EXPECT_TRUE(Holds(list.out, "/dev/hidraw-sim2"));
+
+  const Ended show = Simulated(devices, "config show --json");
+  EXPECT_EQ(4, show.status);
+  EXPECT_EQ(4, Json::parse(show.out)["error"]["code"]);
+
+  EXPECT_EQ(0, Simulated(devices, "config show --device 1").status);
+}
+
+TEST(Tavlynctl, NoReader) {
+  for (const char* words : {"list", "info", "read", "watch", "config show"}) {
+    const Ended ended = Simulated("--do unplug", words);
+    EXPECT_EQ(2, ended.status) << words;
+    EXPECT_EQ("tavlynctl: no reader is plugged in\n", ended.err);
+    EXPECT_EQ("", ended.out);
+  }
+  EXPECT_EQ(2, Simulated("", "info --device 1").status);
+  EXPECT_EQ(2, Simulated("", "info --device -1").status);
+}
+
+TEST(Tavlynctl, WrongWords) {
+  for (const char* words : {"", "lisp", "read --timeout soon", "config", "watch --count 0"}) {
+    EXPECT_EQ(1, RunLine(kCtl + " " + words).status) << words;
+  }
+  EXPECT_EQ(0, RunLine(kCtl + " --help").status);
+}
+
+// A folder of hidraw nodes, one of them a reader's.
+class Permission : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::string name = "/tmp/tavlyn-nodes-XXXXXX";
+    ASSERT_NE(nullptr, mkdtemp(name.data()));
+    folder_ = name;
+    fs::permissions(folder_, fs::perms(0755));
+    fs::create_directories(folder_ / "dev");
+    AddNode("hidraw0", "0003:0000046D:0000C077");
+    AddNode("hidraw1", "0003:00007A31:00003BFA");
+  }
+
+  void TearDown() override { fs::remove_all(folder_); }
+
+  void AddNode(const std::string& name, const std::string& id) {
+    fs::create_directories(folder_ / "sys" / name / "device");
+    std::ofstream(folder_ / "sys" / name / "device" / "uevent")
+        << "DRIVER=hid-generic\nHID_ID=" << id << "\n";
+    std::ofstream(folder_ / "dev" / name) << "";
+    fs::permissions(folder_ / "dev" / name, fs::perms(0600));
+  }
+
+  std::string Problem() {
+    return ctl::PermissionProblem((folder_ / "sys").string(), (folder_ / "dev").string());
+  }
+
+  // As a user who owns nothing.
+  std::string ProblemOfAStranger() {
+    int ends[2];
+    if (pipe(ends) != 0) return "no pipe";
+    const pid_t child = fork();
+    if (child == 0) {
+      constexpr uid_t kNobody = 65534;
+      std::string told = "still root";
+      if (setgid(kNobody) == 0 && setuid(kNobody) == 0) told = Problem();
+      _exit(write(ends[1], told.data(), told.size()) == static_cast<ssize_t>(told.size()) ? 0 : 1);
+    }
+    close(ends[1]);
+    char text[512];
+    const ssize_t count = read(ends[0], text, sizeof text);
+    close(ends[0]);
+    waitpid(child, nullptr, 0);
+    return {text, static_cast<std::size_t>(count > 0 ? count : 0)};
+  }
+
+  fs::path folder_;
+};
+
+TEST_F(Permission, OwnNodeIsNoProblem) { EXPECT_EQ("", Problem()); }
+
+TEST_F(Permission, ForbiddenReaderIsNamed) {
+  if (getuid() != 0) GTEST_SKIP() << "only root can become someone else";
+  const std::string problem = ProblemOfAStranger();
+  EXPECT_TRUE(Holds(problem, (folder_ / "dev" / "hidraw1").string() + " (mode 0600, owner root, group root)"))
+      << problem;
+  EXPECT_FALSE(Holds(problem, "hidraw0"));
+  EXPECT_TRUE(Holds(problem, "udev rules"));
+}
+
+}  // namespace
+}  // namespace tavlyn::boundary

@@ -1,0 +1,145 @@
+// tavlynsim and the stand-in as a program of another make sees them.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "sim/carriers/wire.h"
+#include "tests/boundary/program.h"
+
+namespace tavlyn::boundary {
+namespace {
+
+const std::string kSim = TAVLYNSIM;
+const std::string kCtl = TAVLYNCTL;
+
+bool Holds(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+
+TEST(Tavlynsim, ExitStatusIsTheCommands) {
+  EXPECT_EQ(0, RunLine(kSim + " run -- true").status);
+  EXPECT_EQ(7, RunLine(kSim + " run -- sh -c 'exit 7'").status);
+  EXPECT_EQ(137, RunLine(kSim + " run -- sh -c 'kill -9 $$'").status);
+  EXPECT_EQ(127, RunLine(kSim + " run -- ./there-is-none").status);
+  EXPECT_EQ(126, RunLine(kSim + " run -- /etc/passwd").status);
+}
+
+TEST(Tavlynsim, SignalsReachTheCommand) {
+  const Ended ended = RunLine("timeout --preserve-status -s TERM 0.5 " + kSim + " run -- sleep 20");
+  EXPECT_EQ(143, ended.status);
+}
+
+TEST(Tavlynsim, WrongWordsAreRefused) {
+  for (const char* words : {"", "run", "run --device plus:12 -- true", "run --card 01 -- true",
+                            "run --do nothing -- true", "run --on 0 -- true", "run --carrier usb -- true"}) {
+    EXPECT_EQ(1, RunLine(kSim + " " + words).status) << words;
+  }
+}
+
+TEST(Tavlynsim, DevicesAreListed) {
+  const Ended devices = RunLine(kSim + " devices");
+  EXPECT_EQ(0, devices.status);
+  EXPECT_TRUE(Holds(devices.out, "reader "));
+  EXPECT_TRUE(Holds(devices.out, "plus:N "));
+}
+
+TEST(Tavlynsim, NothingIsLeftBehind) {
+  const Ended ended = RunLine(kSim + " run -- sh -c 'echo $TAVLYNSIM_SOCKET; test -S $TAVLYNSIM_SOCKET'");
+  EXPECT_EQ(0, ended.status);
+  const std::string socket = ended.out.substr(0, ended.out.size() - 1);
+  EXPECT_TRUE(socket.starts_with("/"));
+  EXPECT_FALSE(std::filesystem::exists(socket));
+  EXPECT_FALSE(std::filesystem::exists(std::filesystem::path(socket).parent_path()));
+}
+
+TEST(Tavlynsim, SearchPathIsKept) {
+  const Ended ended =
+      RunLine("LD_LIBRARY_PATH=/some/where " + kSim + " run -- sh -c 'echo $LD_LIBRARY_PATH'");
+  EXPECT_TRUE(ended.out.ends_with("/simulator:/some/where\n")) << ended.out;
+}
+
+TEST(Tavlynsim, DevicesGoWithTheSimulator) {
+  const Ended ended =
+      RunLine(kSim + " run -- sh -c '" + kCtl + " list; kill -9 $PPID; " + kCtl + " list; echo status $?'");
+  EXPECT_TRUE(Holds(ended.out, "/dev/hidraw-sim1")) << ended.out;
+  EXPECT_TRUE(Holds(ended.out, "status 2\n")) << ended.out;
+}
+
+TEST(Tavlynsim, TypedLinesActOnTheDevices) {
+  const Ended ended = RunLine("printf 'plug plus:2\\ncard 0102:13\\nlist\\nbogus\\n' | " + kSim +
+                              " run --interactive -- sh -c 'sleep 0.3; " + kCtl + " read --device 1'");
+  EXPECT_EQ(0, ended.status) << ended.err;
+  EXPECT_EQ("card 13 bits 0201\n", ended.out);
+  EXPECT_EQ(
+      "tavlynsim: 2\n"
+      "tavlynsim: ok\n"
+      "tavlynsim: 1 7A31:3BFA reader\n"
+      "2 7A31:3BFA plus:2\n"
+      "tavlynsim: bogus: no such command\n",
+      ended.err);
+}
+
+TEST(Tavlynsim, CardsComeAgain) {
+  const Ended ended = RunLine(kSim + " run --device plus:2 --card 0A:8 --on 600 --off 600 --repeat -- " +
+                              kCtl + " watch --count 4");
+  EXPECT_EQ(0, ended.status) << ended.err;
+  EXPECT_EQ("card 8 bits 0A\ngone 8 bits 0A\ncard 8 bits 0A\ngone 8 bits 0A\n", ended.out);
+}
+
+// The connections of programs that misbehave, beside that of one that does not.
+TEST(Tavlynsim, OneProgramDoesNotHinderAnother) {
+  std::FILE* running =
+      popen((kSim + " run --device plus:2 -- sh -c 'echo $TAVLYNSIM_SOCKET; sleep 2'").c_str(), "r");
+  ASSERT_NE(nullptr, running);
+  char line[256] = {};
+  ASSERT_NE(nullptr, std::fgets(line, sizeof line, running));
+  const std::string path(line, std::strlen(line) - 1);
+  const int good = sim::wire::Connect(path.c_str());
+  const int silent = sim::wire::Connect(path.c_str());
+  const int rubbish = sim::wire::Connect(path.c_str());
+  const int unfinished = sim::wire::Connect(path.c_str());
+  EXPECT_TRUE(good >= 0 && silent >= 0 && rubbish >= 0 && unfinished >= 0);
+  EXPECT_EQ(64, write(rubbish, std::string(64, '\xFF').c_str(), 64));
+  EXPECT_EQ(3, write(unfinished, "abc", 3));
+
+  std::vector<sim::Listed> list;
+  for (int times = 0; times < 3; ++times) {
+    sim::wire::Message message;
+    message.code = static_cast<std::uint8_t>(sim::wire::Op::kList);
+    ASSERT_TRUE(sim::wire::Send(good, message) && sim::wire::Receive(good, message));
+    ASSERT_TRUE(sim::wire::UnpackList(message.body, list));
+    ASSERT_EQ(1u, list.size());
+    EXPECT_EQ(0x3BFA, list[0].identity.pid);
+  }
+  sim::wire::Message unknown;
+  unknown.code = 200;
+  ASSERT_TRUE(sim::wire::Send(good, unknown) && sim::wire::Receive(good, unknown));
+  EXPECT_EQ(static_cast<std::uint8_t>(sim::Outcome::kRefused), unknown.code);
+  for (const int socket : {good, silent, rubbish, unfinished}) close(socket);
+  EXPECT_EQ(0, pclose(running));
+}
+
+TEST(Tavlynsim, CutListIsRefused) {
+  std::vector<sim::Listed> list(1);
+  list[0].identity.usages = {{1, 6}};
+  list[0].identity.product = "reader";
+  const std::vector<std::uint8_t> packed = sim::wire::PackList(list);
+  EXPECT_TRUE(sim::wire::UnpackList(packed, list));
+  for (std::size_t length = 0; length < packed.size(); ++length) {
+    EXPECT_FALSE(sim::wire::UnpackList(std::span(packed).first(length), list)) << length;
+  }
+}
+
+TEST(Tavlynsim, MissingKernelModuleIsTold) {
+  if (std::filesystem::exists("/dev/uhid")) GTEST_SKIP() << "/dev/uhid is there";
+  const Ended ended = RunLine(kSim + " run --carrier uhid -- true");
+  EXPECT_EQ(125, ended.status);
+  EXPECT_TRUE(Holds(ended.err, "modprobe uhid")) << ended.err;
+}
+
+}  // namespace
+}  // namespace tavlyn::boundary

@@ -1,0 +1,168 @@
+// Paths and contents that no sensible caller hands over.
+#include <chrono>
+#include <random>
+#include <string>
+
+#include "tests/files/file_bench.h"
+
+namespace tavlyn::test {
+namespace {
+
+using sim::Reader;
+namespace fs = std::filesystem;
+
+class BadFiles : public FileBench {
+ protected:
+  void SetUp() override {
+    FileBench::SetUp();
+    SetUnsupportedProductErrorCode(0x8001);
+    Use(Reader::Plain());
+  }
+
+  void ExpectRefused(const char* path) {
+    Entry().LastLibErr = 5;
+    EXPECT_EQ(ReadDevCfgFmFile(path), 0U);
+    EXPECT_EQ(CheckTamperedFile(path, 0), 0U);
+    EXPECT_EQ(CheckTamperedFile(path, 2), 0U);
+    EXPECT_EQ(GetLastLibErr(), 5U);
+    EXPECT_EQ(ReadDevCfgFromSecureFile(path), 0U);
+    EXPECT_EQ(GetLastLibErr(), 0x91000005U);
+    ExpectTraffic({});
+  }
+  void ExpectUnwritable(const char* path) {
+    EXPECT_EQ(WriteDevCfgToFile(path), 0U);
+    EXPECT_EQ(WriteDevCfgToSecureFile(path), 0x8001U);
+    ExpectTraffic({});
+  }
+  // Root may do everything, so that nothing would be refused.
+  static bool MayEverything(const fs::path& folder) {
+    const fs::path probe = folder / "probe";
+    Store(probe, "x");
+    fs::permissions(probe, fs::perms::none);
+    return std::ifstream(probe).is_open();
+  }
+
+  // Long contents must not take longer than they are: nothing here is quadratic.
+  template <typename Call>
+  void ExpectQuick(Call call) {
+    const auto start = std::chrono::steady_clock::now();
+    call();
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
+  }
+
+  static std::string Noise(std::size_t size) {
+    std::mt19937_64 random(7);
+    std::string noise(size, '\0');
+    for (char& c : noise) c = static_cast<char>(random() >> 32);
+    return noise;
+  }
+};
+
+TEST_F(BadFiles, NullPath) {
+  ExpectRefused(nullptr);
+  ExpectUnwritable(nullptr);
+}
+
+TEST_F(BadFiles, EmptyPath) {
+  ExpectRefused("");
+  ExpectUnwritable("");
+}
+
+TEST_F(BadFiles, MissingFileAndFolder) {
+  ExpectRefused(File("missing").c_str());
+  ExpectRefused(File("missing/file").c_str());
+  ExpectUnwritable(File("missing/file").c_str());
+}
+
+TEST_F(BadFiles, AFolder) {
+  ExpectRefused(Folder().string().c_str());
+  ExpectUnwritable(Folder().string().c_str());
+}
+
+TEST_F(BadFiles, APathBeyondAllLimits) {
+  const std::string path(100000, 'p');
+  ExpectRefused(path.c_str());
+  ExpectUnwritable(path.c_str());
+}
+
+TEST_F(BadFiles, AnEmptyFile) {
+  Store(File(), "");
+  ExpectRefused(File().c_str());
+}
+
+TEST_F(BadFiles, Garbage) {
+  for (const std::size_t size : {1U, 127U, 128U, 129U, 4095U, 4096U, 65536U}) {
+    Store(File(), Noise(size));
+    ExpectRefused(File().c_str());
+  }
+  Store(File(), std::string(10000, '\0'));
+  ExpectRefused(File().c_str());
+}
+
+TEST_F(BadFiles, AFileThatMayNotBeRead) {
+  if (MayEverything(Folder())) GTEST_SKIP() << "this user may read every file: nothing is refused here";
+  Store(File(), SecureOf(kTitleLine));
+  fs::permissions(File(), fs::perms::none);
+  ExpectRefused(File().c_str());
+}
+
+TEST_F(BadFiles, AFolderThatMayNotBeWrittenTo) {
+  if (MayEverything(Folder())) GTEST_SKIP() << "this user may write everywhere: nothing is refused here";
+  fs::create_directory(At("closed"));
+  fs::permissions(At("closed"), fs::perms::owner_read | fs::perms::owner_exec);
+  ExpectUnwritable(File("closed/file").c_str());
+  fs::permissions(At("closed"), fs::perms::owner_all);
+}
+
+TEST_F(BadFiles, AFullDiskGoesUnnoticed) {
+  const char* full = "/dev/full";
+  if (!fs::exists(full)) GTEST_SKIP() << "no " << full << " here";
+  EXPECT_EQ(WriteDevCfgToFile(full), 1U) << "only an open can fail a save";
+}
+
+TEST_F(BadFiles, NoLineEnd) {
+  const std::string title = kTitleLine;
+  EXPECT_EQ(Load(title.substr(0, title.size() - 1)), 1U);
+  EXPECT_EQ(LoadLines("iBitStrmTO = 8"), 1U);
+  EXPECT_EQ(Slot()[field::TimeParms_iBitStrmTO], 8);
+}
+
+TEST_F(BadFiles, ALineOfAMegabyte) {
+  ExpectQuick([this] {
+    EXPECT_EQ(LoadLines(std::string(1 << 20, 'x') + "\niBitStrmTO = 8\n"), 1U);
+    EXPECT_EQ(Slot()[field::TimeParms_iBitStrmTO], 8);
+    EXPECT_EQ(LoadLines("BEGIN sFldSepData\n" + std::string(1 << 20, 'F') + "\nEND sFldSepData\n"), 1U);
+    EXPECT_TRUE(Intact(SecureOf(std::string(1 << 20, 'x') + "\n")));
+    EXPECT_TRUE(Intact(IniOf(std::string(1 << 20, 'x') + "\r\n"), 2));
+  });
+}
+
+TEST_F(BadFiles, GarbageBehindATitle) {
+  EXPECT_EQ(LoadLines(Noise(200000)), 1U);
+  EXPECT_EQ(LoadLines("BEGIN sFldSepData\n" + Noise(200000)), 1U);
+  EXPECT_EQ(LoadLines(std::string(100000, '\0')), 1U);
+}
+
+TEST_F(BadFiles, FiftyMegabytesOfGarbage) {
+  const std::string noise = Noise(50U << 20);
+  Store(File(), noise);
+  ExpectQuick([this] { ExpectRefused(File().c_str()); });
+  Store(File(), kTitleLine + noise);
+  ExpectQuick([this] { EXPECT_EQ(ReadDevCfgFmFile(File().c_str()), 1U); });
+}
+
+using BadCards = FileBench;
+
+TEST_F(BadCards, LinesThatAreNone) {
+  Use(Reader::Plus(2));
+  const std::string block = "BEGIN sFldSepData\nEND sFldSepData\n";
+  for (const std::string& card :
+       {std::string("CardType: 99999999999999999999999\nCardPriority: -99999999999999999999\n##\n"),
+        std::string("CardType:"), std::string("CardType:\n\n\n\nCardPriority:\n\n"),
+        std::string("CardType: \0\nCardPriority: \0\n", 28), std::string(100000, 'C'),
+        "CardType: 5" + std::string(100000, ' ')})
+    EXPECT_EQ(LoadLines(block + card), 1U) << card.substr(0, 60);
+}
+
+}  // namespace
+}  // namespace tavlyn::test

@@ -1,0 +1,118 @@
+// The sum itself, whole files, and the trailers that are added.
+#include "files/crc.h"
+
+#include <memory>
+#include <string>
+#include <type_traits>
+
+#include "tests/files/file_bench.h"
+
+namespace tavlyn::test {
+namespace {
+
+static_assert(std::has_virtual_destructor_v<CRC>);
+
+class Crc : public FileBench {
+ protected:
+  std::uint32_t Sum(std::string text) {
+    std::uint32_t sum = 1;
+    crc.BuildTable();
+    EXPECT_EQ(crc.Compute(text, sum), 0);
+    EXPECT_EQ(text, "") << "consumed";
+    return sum;
+  }
+  CRC crc;
+};
+
+TEST_F(Crc, KnownSums) {
+  EXPECT_EQ(Sum("123456789"), 0xCBF43926U);
+  EXPECT_EQ(Sum(""), 0U);
+  EXPECT_EQ(Sum("a"), 0xE8B7BE43U);
+  EXPECT_EQ(Sum(std::string(1, '\0')), 0xD202EF8DU);
+  EXPECT_EQ(Sum("\xFF\xFF\xFF\xFF"), 0xFFFFFFFFU);
+  EXPECT_EQ(Sum("\x9D\x0A\xD9\x6D"), 0U);
+}
+
+TEST_F(Crc, EveryByteValueAgreesWithTheBitwiseSum) {
+  for (int value = 0; value < 256; ++value) {
+    const std::string text = "head" + std::string(3, static_cast<char>(value));
+    ASSERT_EQ(Sum(text), SumBitwise(text)) << value;
+  }
+}
+
+TEST_F(Crc, WithoutATable) {
+  std::string text = "123456789";
+  std::uint32_t sum = 1;
+  EXPECT_EQ(crc.Compute(text, sum), 23);
+  EXPECT_EQ(sum, 0U) << "the complement of all ones";
+  EXPECT_EQ(text, "");
+}
+
+TEST_F(Crc, WholeFiles) {
+  Store(File(), "one\ntwo\r\nno end");
+  EXPECT_EQ(CRC::ReadWholeFile(File().c_str()), "one\ntwo\r\nno end");
+  Store(File(), "");
+  EXPECT_EQ(CRC::ReadWholeFile(File().c_str()), "");
+  EXPECT_EQ(CRC::ReadWholeFile(File("missing").c_str()), "");
+  const std::string longLine(20000, 'x');
+  Store(File(), longLine);
+  EXPECT_EQ(CRC::ReadWholeFile(File().c_str()), longLine);
+}
+
+TEST_F(Crc, ANulDropsTheRestOfItsPiece) {
+  Store(File(), std::string("one\0rest\ntwo\n", 13));
+  EXPECT_EQ(CRC::ReadWholeFile(File().c_str()), "onetwo\n");
+  // A piece is 4095 characters.
+  Store(File(), "a" + std::string(1, '\0') + std::string(4093, 'b') + "c\n");
+  EXPECT_EQ(CRC::ReadWholeFile(File().c_str()), "ac\n");
+  Store(File(), std::string(4095, 'a') + std::string(1, '\0') + "b\nc");
+  EXPECT_EQ(CRC::ReadWholeFile(File().c_str()), std::string(4095, 'a') + "c");
+}
+
+TEST_F(Crc, TheTrailerOfASecureFile) {
+  Store(File(), "one\ntwo\n");
+  EXPECT_EQ(crc.AppendSecureTrailer(File().c_str()), 0);
+  EXPECT_EQ(Fetch(File()), "one\ntwo\n/--- iEndOfHwgFile \niEndOfHwgFile = " + SumText("one\ntwo\n"));
+  EXPECT_EQ(crc.CheckFile(File().c_str(), 0), 1);
+}
+
+TEST_F(Crc, TheTrailerOfABleFile) {
+  Store(File(), "one\n/--- iEndOfHwgFile\n");
+  EXPECT_EQ(crc.AppendHwgTrailer(File().c_str()), 1);
+  EXPECT_EQ(Fetch(File()), "one\n/--- iEndOfHwgFile\niEndOfHwgFile=" + SumText("one\n/--- iEndOfHwgFile\n"));
+  EXPECT_EQ(crc.CheckFile(File().c_str(), 0), 1);
+}
+
+TEST_F(Crc, SumsAreEightDigits) {
+  Store(File(), "\x9D\x0A\xD9\x6D");
+  EXPECT_EQ(crc.AppendHwgTrailer(File().c_str()), 1);
+  EXPECT_TRUE(Fetch(File()).ends_with("iEndOfHwgFile=00000000"));
+}
+
+TEST_F(Crc, ATrailerThatCannotBeAdded) {
+  EXPECT_EQ(crc.AppendHwgTrailer(File("missing/file").c_str()), 0);
+  EXPECT_EQ(crc.AppendSecureTrailer(File("missing/file").c_str()), 0) << "the same as success";
+}
+
+TEST_F(Crc, AMissingFileIsMade) {
+  EXPECT_EQ(crc.AppendSecureTrailer(File("new").c_str()), 0);
+  EXPECT_EQ(Fetch(File("new")), "/--- iEndOfHwgFile \niEndOfHwgFile = 00000000");
+  EXPECT_EQ(crc.CheckHwgFile(File("new").c_str()), 1);
+}
+
+TEST_F(Crc, OneObjectServesSeveralCalculations) {
+  const auto own = std::make_unique<CRC>();
+  Store(File("a"), SecureOf("a\n"));
+  Store(File("b"), IniOf("b\r\n"));
+  EXPECT_EQ(own->CheckFile(File("a").c_str(), 0), 1);
+  EXPECT_EQ(own->CheckFile(File("b").c_str(), 1), 1);
+  EXPECT_EQ(own->CheckFile(File("b").c_str(), 0), 0);
+  EXPECT_EQ(own->CheckFile(File("a").c_str(), 2), 0);
+  EXPECT_EQ(own->CheckFile(File("b").c_str(), 0xFFFFFFFF), 1);
+  std::string text = "x";
+  std::uint32_t sum = 0;
+  EXPECT_EQ(own->Compute(text, sum), 23) << "the table is released behind each";
+}
+
+}  // namespace
+}  // namespace tavlyn::test
