@@ -66,7 +66,7 @@ class AnyDevice final : public sim::HidDevice {
 
 void ReadIds() {
   std::array<std::uint8_t, 32> id{};
-  for (const std::int16_t length : {8, 32, 1, 0}) GetActiveID(id.data(), length);
+  for (const int length : {8, 32, 1, 0}) GetActiveID(id.data(), static_cast<std::int16_t>(length));
   sim::VirtualHost::Instance().clock.tick += 1000;
   GetActiveID32(id.data(), static_cast<std::int16_t>(id.size()));
   std::array<std::uint8_t, 8> small{};

@@ -41,8 +41,10 @@ inline std::string_view TextOf(const std::uint8_t* data, std::size_t size) {
 }
 
 // What must hold for every input.
-inline void Require(bool holds) {
-  if (!holds) std::abort();
+inline void Require(bool holds, const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
+  if (holds) return;
+  std::fprintf(stderr, "%s:%d: does not hold\n", file, line);
+  std::abort();
 }
 
 }  // namespace tavlyn::fuzz

@@ -16,6 +16,14 @@ namespace {
 
 constexpr std::array kConfigurations = {0, 1, 2, 11};  // 0: a plain reader
 
+// Of every configuration; no file may change one.
+std::array<std::uint8_t, kCfgSlots> FormatBytes() {
+  std::array<std::uint8_t, kCfgSlots> bytes{};
+  std::ranges::transform(DevTable[0].CfgSlot, bytes.begin(),
+                         [](const tsCfgSlot& slot) { return slot.sFldSepData[0]; });
+  return bytes;
+}
+
 void LoadInto(int configurations, std::string_view text) {
   static const ScratchFile kFile;
   sim::VirtualHost& host = sim::VirtualHost::Instance();
@@ -32,10 +40,9 @@ void LoadInto(int configurations, std::string_view text) {
   Require(USBConnect(nullptr) == 1);
 
   kFile.Fill(text);
-  const std::uint32_t result = ReadDevCfgFmFile(kFile.Path());
-  Require(result <= 1);
-  for (const tsCfgSlot& slot : DevTable[0].CfgSlot)
-    Require(slot.sFldSepData[0] == 0 || slot.sFldSepData[0] == 0x24);
+  const auto formatBytes = FormatBytes();
+  Require(ReadDevCfgFmFile(kFile.Path()) <= 1);
+  Require(FormatBytes() == formatBytes);
   Require(WriteDevCfgToFile(kFile.Path()) == 1);
   Require(ReadDevCfgFmFile(kFile.Path()) <= 1);
   CheckTamperedFile(kFile.Path(), 0);

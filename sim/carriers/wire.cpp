@@ -44,8 +44,9 @@ template <typename Attach>
 int OpenSocket(const char* path, Attach attach) {
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
-  if (std::strlen(path) >= sizeof address.sun_path) return -1;
-  std::strcpy(address.sun_path, path);
+  const std::size_t length = std::strlen(path);
+  if (length >= sizeof address.sun_path) return -1;
+  std::memcpy(address.sun_path, path, length + 1);
   const int made = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
   if (made < 0 || attach(made, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) return made;
   close(made);
@@ -83,7 +84,7 @@ class Unpacker {
   std::string TakeText() {
     const auto length = Take<std::uint32_t>();
     if (!Has(length)) return {};
-    const std::string text(left_.begin(), left_.begin() + length);
+    std::string text(left_.begin(), left_.begin() + length);
     left_ = left_.subspan(length);
     return text;
   }

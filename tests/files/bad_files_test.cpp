@@ -51,9 +51,13 @@ class BadFiles : public FileBench {
   }
 
   static std::string Noise(std::size_t size) {
-    std::mt19937_64 random(7);
-    std::string noise(size, '\0');
-    for (char& c : noise) c = static_cast<char>(random() >> 32);
+    constexpr std::size_t kChunk = 65536;
+    std::mt19937 random(7);
+    std::string chunk(kChunk, '\0');
+    for (char& c : chunk) c = static_cast<char>(random() >> 8);
+    std::string noise;
+    while (noise.size() < size) noise += chunk;
+    noise.resize(size);
     return noise;
   }
 };

@@ -176,7 +176,7 @@ TEST_F(TemplateLayout, OneLineTooManyPrintsSixteen) {
 
 TEST_F(TemplateLayout, EveryDivisionSavesWithoutLeavingTheSlot) {
   for (int b0 = 0; b0 < 16; ++b0) {
-    for (int b1 = 0; b1 < 256; b1 += 5) {
+    for (int b1 = 0; b1 < 256; b1 += 23) {
       for (const int b2 : {0x00, 0x1F, 0x3E, 0xF1, 0xFF}) {
         // The first byte must not be 0 or 12, which a reader's read takes otherwise.
         const auto first = static_cast<std::uint8_t>(0x10 + b0);

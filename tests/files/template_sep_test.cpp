@@ -78,7 +78,7 @@ TEST_F(TemplateSep, CommentsAndBlankLinesBetween) {
 TEST_F(TemplateSep, ASecondBeginIsData) { ExpectArea("24\nBEGIN sFldSepData\n82\n", {0x24, 0xBE, 0x82}); }
 
 TEST_F(TemplateSep, KeywordsInsideABlockAreData) {
-  ExpectArea("24\nbFixLenDsp = 1\n83\n", {0x24, 0x0B, 0x83});
+  ExpectArea("24\nbFixLenDsp = 1\n83\n", {0x24, 0xBF, 0x83});
   EXPECT_EQ(Slot()[field::CfgFlags_bFixLenDsp], 0);
 }
 

@@ -72,8 +72,8 @@ TEST_F(Banks, NumbersAreCutToThreeBits) {
 TEST_F(Banks, Failures) {
   Use(Reader::Plus(1));
   StartTrace();
-  const std::vector<std::function<std::uint32_t()>> moves = {ResetUserDflts, SaveUserDflts, tavlynPlusDefaults,
-                                                             [] { return PlusBlockMove(1, 3); }};
+  const std::vector<std::function<std::uint32_t()>> moves = {
+      ResetUserDflts, SaveUserDflts, tavlynPlusDefaults, [] { return PlusBlockMove(1, 3); }};
   for (const auto& move : moves) {
     Entry().LastLibErr = 4;
     reader->faults.RefuseReply({0x89, 0x82}, 2);
@@ -141,7 +141,8 @@ class BanksFa : public SerialBench {};
 
 // Two bytes more than any other frame, and five data bytes.
 Lines MovedFa(const std::string& numbers) {
-  return FrameLines("09 82 " + numbers + " 00 FF", {"read 09", "read 82 " + numbers + " 00 00", "read 90 00"});
+  return FrameLines("09 82 " + numbers + " 00 FF",
+                    {"read 09", "read 82 " + numbers + " 00 00", "read 90 00"});
 }
 
 TEST_F(BanksFa, AMoveIsALongerFrame) {

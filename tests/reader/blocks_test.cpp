@@ -237,7 +237,7 @@ TEST(Blocks, ParityAbove15TravelsAsAnExcess) {
   EXPECT_EQ(slot->ExtBytes[0], 5);
   EXPECT_EQ(slot->ExtBytes[1], 127);
   EXPECT_EQ(slot->bDirtyExt, 1U);
-  EXPECT_EQ(BuildExtensionBlock(*slot, false), (Block{5, 127}));
+  EXPECT_EQ(BuildBlock(kExtensionBlock, *slot, false), (Block{5, 127}));
 
   slot->bDirtyExt = 0;
   BuildBlock(kFormatBlock, *slot);
@@ -266,15 +266,15 @@ TEST(Blocks, OptionBitsOfBlock3LeaveTheOthersAsKept) {
   EXPECT_EQ(slot->ExtendedPrecisionMath, 0);
   EXPECT_EQ(slot->AZERTYShiftlock, 0);
   slot->ExtendedPrecisionMath = 256;
-  EXPECT_EQ(BuildExtensionBlock(*slot, false), (Block{0, 0, 0x11, 0x22, 0x33, 0xFF, 0xFD, 0}));
+  EXPECT_EQ(BuildBlock(kExtensionBlock, *slot, false), (Block{0, 0, 0x11, 0x22, 0x33, 0xFF, 0xFD, 0}));
   slot->ExtendedPrecisionMath = 0;
   slot->AZERTYShiftlock = -1;
-  EXPECT_EQ(BuildExtensionBlock(*slot, false), (Block{0, 0, 0x11, 0x22, 0x33, 0xFD, 0xFF, 0}));
+  EXPECT_EQ(BuildBlock(kExtensionBlock, *slot, false), (Block{0, 0, 0x11, 0x22, 0x33, 0xFD, 0xFF, 0}));
   Read(*slot, kExtensionBlock, Block{0, 0, 0, 0, 0, 0xFF, 0xFF, 0});
   EXPECT_EQ(slot->ExtendedPrecisionMath, 1);
   EXPECT_EQ(slot->AZERTYShiftlock, 1);
   slot->ExtendedPrecisionMath = slot->AZERTYShiftlock = 0;
-  EXPECT_EQ(BuildExtensionBlock(*slot, false), (Block{0, 0, 0, 0, 0, 0xFD, 0xFD, 0}));
+  EXPECT_EQ(BuildBlock(kExtensionBlock, *slot, false), (Block{0, 0, 0, 0, 0, 0xFD, 0xFD, 0}));
 }
 
 TEST(Blocks, TheOutputFormatIsInBlock3OfExtendedReadersOnly) {
@@ -282,13 +282,13 @@ TEST(Blocks, TheOutputFormatIsInBlock3OfExtendedReadersOnly) {
   (*slot)[IDDispParms_iExOutputFormat] = 7;
   Read(*slot, kExtensionBlock, Block{0, 0, 0, 0, 0, 0, 0, 1});
   EXPECT_EQ((*slot)[IDDispParms_iExOutputFormat], 7) << "not taken without the feature bit";
-  EXPECT_EQ(BuildExtensionBlock(*slot, false)[7], 0);
+  EXPECT_EQ(BuildBlock(kExtensionBlock, *slot, false)[7], 0);
 
   (*slot)[TimeParms_ExFeatures01] = 0x40;
-  EXPECT_EQ(BuildExtensionBlock(*slot, true)[7], 7);
+  EXPECT_EQ(BuildBlock(kExtensionBlock, *slot, true)[7], 7);
   Read(*slot, kExtensionBlock, Block{0, 0, 0, 0, 0, 0, 0, 0xFE});
   EXPECT_EQ((*slot)[IDDispParms_iExOutputFormat], 0xFE);
-  EXPECT_EQ(BuildExtensionBlock(*slot, true), (Block{0, 0, 0, 0, 0, 0, 0, 0xFE}));
+  EXPECT_EQ(BuildBlock(kExtensionBlock, *slot, true), (Block{0, 0, 0, 0, 0, 0, 0, 0xFE}));
 }
 
 struct SanitiseRow {

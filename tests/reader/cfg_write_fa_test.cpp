@@ -24,7 +24,8 @@ Lines CardType(const std::string& type) { return Sent("81 04 00 08", "00 " + typ
 
 class CfgWriteFa : public SerialBench {
  protected:
-  void Use(std::shared_ptr<Reader> model, std::uint32_t plusState = kPlainReader, std::uint16_t maxConfig = 0) {
+  void Use(std::shared_ptr<Reader> model, std::uint32_t plusState = kPlainReader,
+           std::uint16_t maxConfig = 0) {
     AddReader(std::move(model), plusState);
     Entry().MaxConfig = maxConfig;
     EXPECT_EQ(ReadCfg(), 1U);
@@ -76,9 +77,10 @@ TEST_F(CfgWriteFa, AReaderOfTwoConfigurations) {
                       {"read 09", "read 81 " + number + " 00 00 00 00 00", "read 90 00"});
   };
   EXPECT_EQ(WriteCfg(), 1U);
-  ExpectTraffic(Join({select("01"), CardType("04 F0 00"), CardType("04 F0 00"), Told("02 00 00 00"), Store(20),
-                      select("00"), CardType("04 EF 01"), Sent("81 01 00 08", "00 19 14 28 01 01 40 E0"),
-                      CardType("04 EF 01"), Told("02 02 00 00"), Store(20), select("01")}));
+  ExpectTraffic(
+      Join({select("01"), CardType("04 F0 00"), CardType("04 F0 00"), Told("02 00 00 00"), Store(20),
+            select("00"), CardType("04 EF 01"), Sent("81 01 00 08", "00 19 14 28 01 01 40 E0"),
+            CardType("04 EF 01"), Told("02 02 00 00"), Store(20), select("01")}));
   EXPECT_EQ(GetActConfig(), 1);
 }
 
@@ -97,9 +99,14 @@ struct FaultRow {
 };
 
 const FaultRow kFaultRows[] = {
-    {"LUID", {0x06}, 0},       {"block 0", {0x81, 0x00}, 0}, {"block 1", {0x81, 0x01}, 0},
-    {"block 2", {0x81, 0x02}, 0}, {"block 3", {0x81, 0x03}, 0}, {"area", {0x0A}, 1},
-    {"card type", {0x81, 0x04}, 1}, {"commit", {0x02}, 0},
+    {"LUID", {0x06}, 0},
+    {"block 0", {0x81, 0x00}, 0},
+    {"block 1", {0x81, 0x01}, 0},
+    {"block 2", {0x81, 0x02}, 0},
+    {"block 3", {0x81, 0x03}, 0},
+    {"area", {0x0A}, 1},
+    {"card type", {0x81, 0x04}, 1},
+    {"commit", {0x02}, 0},
 };
 
 TEST_F(CfgWriteFa, AFaultAtEachFrame) {
@@ -144,7 +151,8 @@ TEST_F(CfgWriteFa, AFailedFrameEndsTheWrite) {
   SetMarks(Entry(), kAllMarks);
   line->faults.RefuseCommand({0x81, 0x01}, 1);
   EXPECT_EQ(WriteCfg(), 0U);
-  ExpectTraffic(Join({kParts[0].lines, kParts[1].lines, FrameLines("81 01 00 08", {"read 6D", "read 00"}), Store(20)}));
+  ExpectTraffic(
+      Join({kParts[0].lines, kParts[1].lines, FrameLines("81 01 00 08", {"read 6D", "read 00"}), Store(20)}));
 }
 
 TEST_F(CfgWriteFa, ALostCardTypeIsSentOnceMore) {

@@ -1,4 +1,5 @@
-// The separated-field data of a configuration write: how much goes out, in which form, and what its loss does.
+// The separated-field data of a configuration write: how much goes out, in which form, and what its loss
+// does.
 #include <algorithm>
 #include <numeric>
 #include <string>
@@ -61,8 +62,18 @@ struct ExtentRow {
 };
 
 TEST_F(CfgWriteSep, TheFirstBytesSayHowManyPagesGo) {
-  for (const ExtentRow& row : {ExtentRow{12, 0, 12}, {12, 3, 12}, {12, 17, 12}, {12, 255, 12}, {5, 3, 3}, {5, 1, 1},
-                               {5, 0, 0}, {5, 12, 12}, {5, 16, 16}, {0, 0, 0}, {0, 2, 2}, {0xFF, 4, 4}}) {
+  for (const ExtentRow& row : {ExtentRow{12, 0, 12},
+                               {12, 3, 12},
+                               {12, 17, 12},
+                               {12, 255, 12},
+                               {5, 3, 3},
+                               {5, 1, 1},
+                               {5, 0, 0},
+                               {5, 12, 12},
+                               {5, 16, 16},
+                               {0, 0, 0},
+                               {0, 2, 2},
+                               {0xFF, 4, 4}}) {
     SCOPED_TRACE(std::to_string(row.first) + ' ' + std::to_string(row.fourth));
     FillArea(Slot(), row.first, row.fourth);
     SetMarks(Entry(), kMarkSep);
@@ -116,8 +127,10 @@ TEST_F(CfgWriteSep, AFailedCommandLeavesTheRestAndTheCommit) {
   reader->faults.RefuseCommand({0x85, 1}, 6);
   EXPECT_EQ(WriteCfg(), 1U);
   const Lines pages = Pages(Slot(), 3);
-  ExpectTraffic(Join({{pages[0], pages[1]}, Refused("85 01 00 10"),  //
-                      {pages[3], pages[4], pages[5], "set 90 20"}, FastStore()}));
+  ExpectTraffic(Join({{pages[0], pages[1]},
+                      Refused("85 01 00 10"),  //
+                      {pages[3], pages[4], pages[5], "set 90 20"},
+                      FastStore()}));
   EXPECT_EQ(Entry().bSepFldCapable, 0U);
   EXPECT_EQ(Entry().bPartNumberPending, 1U);
   EXPECT_EQ(Slot().bDirtySep, 0U);
@@ -132,8 +145,10 @@ TEST_F(CfgWriteSep, AFailedDataReportAlsoEndsTheAskingForTheModel) {
   reader->faults.RefuseAt(2, 6);
   EXPECT_EQ(WriteCfg(), 1U);
   const Lines pages = Pages(Slot(), 3);
-  ExpectTraffic(Join({{pages[0]}, Refused(pages[1].substr(4)),  //
-                      {pages[2], pages[3], pages[4], pages[5], "set 90 20"}, FastStore()}));
+  ExpectTraffic(Join({{pages[0]},
+                      Refused(pages[1].substr(4)),  //
+                      {pages[2], pages[3], pages[4], pages[5], "set 90 20"},
+                      FastStore()}));
   EXPECT_EQ(Entry().bSepFldCapable, 0U);
   EXPECT_EQ(Entry().bPartNumberPending, 0U);
   EXPECT_EQ(Slot().bDirtySep, 0U);
@@ -176,10 +191,12 @@ TEST_F(CfgWriteSepFa, TheFourthByteIsTheLength) {
     SetMarks(Entry(), kMarkSep);
     EXPECT_EQ(WriteCfg(), 1U);
     const std::size_t length = std::size_t{pages} * 8;
-    EXPECT_EQ(Frames(), (Lines{"write 0A 00 00 " + sim::HexText({static_cast<std::uint8_t>(length)}), Data(length)}));
+    EXPECT_EQ(Frames(),
+              (Lines{"write 0A 00 00 " + sim::HexText({static_cast<std::uint8_t>(length)}), Data(length)}));
     EXPECT_EQ(reader->state.counters.lastCommitMask, 0x20);
     const auto& kept = reader->state.Active().stored.separated;
-    EXPECT_TRUE(std::equal(kept.begin(), kept.begin() + static_cast<std::ptrdiff_t>(length), Slot().sFldSepData.begin()));
+    EXPECT_TRUE(std::equal(kept.begin(), kept.begin() + static_cast<std::ptrdiff_t>(length),
+                           Slot().sFldSepData.begin()));
   }
 }
 
@@ -245,7 +262,8 @@ TEST_F(CfgWriteSepFa, OneFrameCarries255BytesAtMost) {
     SetMarks(Entry(), kMarkSep);
     EXPECT_EQ(WriteCfg(), 1U);
     const std::size_t length = std::min(255, pages * 8);
-    EXPECT_EQ(Frames(), (Lines{"write 0A 00 00 " + sim::HexText({static_cast<std::uint8_t>(length)}), Data(length)}));
+    EXPECT_EQ(Frames(),
+              (Lines{"write 0A 00 00 " + sim::HexText({static_cast<std::uint8_t>(length)}), Data(length)}));
   }
 }
 

@@ -123,7 +123,9 @@ TEST_F(FactoryReset, AFailedWalkStillAsksForTheCardTypes) {
   const Lines traffic = TrafficOf(host.transcript.Events());
   ASSERT_GE(traffic.size(), 8U);
   const Lines tail(traffic.end() - 8, traffic.end());
-  EXPECT_EQ(Difference({"set 89 81", "get", "set 89 81", "get", "set 89 04", "get", "set 89 04 01", "get"}, tail), "");
+  EXPECT_EQ(
+      Difference({"set 89 81", "get", "set 89 81", "get", "set 89 04", "get", "set 89 04 01", "get"}, tail),
+      "");
   ExpectTrace({kEnter, kReadCode, "tavlyn_ReadCfgOneConfig Failed !!", kFailedLine, kExit});
 }
 

@@ -81,7 +81,8 @@ TEST_F(HashKeys, BothTravelWhileSecurityIsEnhanced) {
   Slot().sFldSepData.fill(0);
   Slot().HashKeyData = {};
   ForgetTraffic();
-  ExpectWritten({"set 85 00 01", "set 00", "set 85 01 01", "set 00", "set 85 00 11", "set 00", "set 85 01 11", "set 00"});
+  ExpectWritten({"set 85 00 01", "set 00", "set 85 01 01", "set 00", "set 85 00 11", "set 00", "set 85 01 11",
+                 "set 00"});
   reader->state.Working().separated[126] = 0x7F;
   EXPECT_EQ(ReadCfg(), 1U);
   EXPECT_EQ(EnhanceSecurityOn, 0);
@@ -91,7 +92,8 @@ TEST_F(HashKeys, TheyNeedTheMarkAndTheFeature) {
   Use(Reader::Plus(1));
   SetMarks(Entry(), kMarkFmt);
   EXPECT_EQ(WriteCfg(), 1U);
-  for (const std::string& line : TrafficOf(host.transcript.Events())) EXPECT_FALSE(line.starts_with("set 85")) << line;
+  for (const std::string& line : TrafficOf(host.transcript.Events()))
+    EXPECT_FALSE(line.starts_with("set 85")) << line;
   ForgetTraffic();
   Slot()[field::TimeParms_ExFeatures01] = 0xA0;
   ExpectWritten({});

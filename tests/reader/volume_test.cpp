@@ -1,90 +1,150 @@
-// The beeper volume, which any device is asked for.
+// The volume of the beeper.
+#include <initializer_list>
+
 #include "api.h"
+#include "core/state.h"
+#include "tests/support/cfg_marks.h"
 #include "tests/support/serial_reader.h"
 
 namespace tavlyn::test {
 namespace {
 
+using sim::Bytes;
 using sim::Reader;
 
-class Volume : public SerialBench {};
+class Volume : public Bench {
+ protected:
+  void Use(std::shared_ptr<Reader> model) {
+    reader = Connected(std::move(model));
+    DevTable[0].LastLibErr = 5;
+  }
+  std::shared_ptr<Reader> reader;
+};
 
 TEST_F(Volume, IsReadAndSet) {
-  const auto model = Connected(Reader::Plain());
-  ActiveEntry().LastLibErr = 5;
+  Use(Reader::Plain());
   EXPECT_EQ(GetBeeperVolume(), 2U);
   ExpectTraffic({"set 8C 06", "get 8C 06 02"});
   EXPECT_EQ(GetLastLibErr(), 0U);
-  ActiveEntry().LastLibErr = 5;
-  EXPECT_EQ(SetBeeperVolume(0x0103), 1U);
+  DevTable[0].LastLibErr = 5;
+  EXPECT_EQ(SetBeeperVolume(0x1F03), 1U);
   ExpectTraffic({"set 8C 86 03", "get 8C 86 03"});
   EXPECT_EQ(GetLastLibErr(), 0U);
-  EXPECT_EQ(model->state.volume, 3);
+  EXPECT_EQ(GetBeeperVolume(), 3U);
+  EXPECT_EQ(SetBeeperVolume(0x100), 1U);
+  EXPECT_EQ(GetBeeperVolume(), 0U) << "0 is a volume";
+  EXPECT_EQ(SetBeeperVolume(255), 1U);
+  EXPECT_EQ(GetBeeperVolume(), 255U);
+  for (const std::string& line : host.transcript.Lines()) EXPECT_FALSE(line.starts_with("mutex")) << line;
 }
 
 TEST_F(Volume, AReaderWithoutTheCommandAnswersZeros) {
-  auto model = Reader::Plain();
-  model->state.lacks = {{0x8C, 0x06}, {0x8C, 0x86}};
-  Connected(model);
+  Use(Reader::Plain());
+  reader->state.lacks = {{0x8C, 0x06}, {0x8C, 0x86}};
   EXPECT_EQ(GetBeeperVolume(), 65535U);
-  EXPECT_EQ(SetBeeperVolume(1), 0U);
   EXPECT_EQ(GetLastLibErr(), 0U);
-  model->faults.AnswerWith({0x8C, 0x06}, {0, 0, 0, 0, 0, 0, 0, 1}, 1);
-  EXPECT_EQ(GetBeeperVolume(), 0U) << "any byte makes it an answer";
-  model->faults.AnswerWith({0x8C, 0x86}, {0, 0, 0, 0, 0, 0, 0, 1}, 1);
-  EXPECT_EQ(SetBeeperVolume(1), 1U);
+  EXPECT_EQ(SetBeeperVolume(3), 0U);
+  EXPECT_EQ(GetLastLibErr(), 0U);
 }
 
-TEST_F(Volume, TheReportIdCountsForTheGetAlone) {
-  auto model = Reader::Kelda(1);
-  model->state.lacks = {{0x8C, 0x06}, {0x8C, 0x86}};
-  Connected(model);
+TEST_F(Volume, AnyByteIsAnAnswer) {
+  Use(Reader::Plain());
+  for (std::size_t at = 0; at < 8; ++at) {
+    Bytes answer(8);
+    answer[at] = 9;
+    reader->faults.AnswerWith({0x8C}, answer, 2);
+    EXPECT_EQ(GetBeeperVolume(), at == 2 ? 9U : 0U) << at;
+    EXPECT_EQ(SetBeeperVolume(1), 1U) << at;
+  }
+}
+
+TEST_F(Volume, OfANumberedReportTheNumberCountsForTheQueryAlone) {
+  Use(Reader::Kelda(1));
+  EXPECT_EQ(GetBeeperVolume(), 2U);
+  ExpectTraffic({"set [1] 8C 06", "get [1] 8C 06 02"});
+  reader->state.lacks = {{0x8C, 0x06}, {0x8C, 0x86}};
   EXPECT_EQ(GetBeeperVolume(), 0U);
-  EXPECT_EQ(SetBeeperVolume(1), 0U);
+  EXPECT_EQ(SetBeeperVolume(3), 0U);
+  EXPECT_EQ(GetLastLibErr(), 0U);
 }
 
-TEST_F(Volume, AFaultAtEachExchange) {
-  const auto model = Connected(Reader::Plain());
-  for (const int exchange : {1, 2}) {
-    const std::uint32_t word = exchange == 1 ? 0x1000202 : 0x1000000;
-    model->faults.Restart();
-    model->faults.RefuseAt(exchange, exchange == 1 ? 6 : 1);
-    EXPECT_EQ(GetBeeperVolume(), 65535U);
-    EXPECT_EQ(GetLastLibErr(), word);
-    model->faults.Restart();
-    model->faults.RefuseAt(exchange, exchange == 1 ? 6 : 1);
-    EXPECT_EQ(SetBeeperVolume(1), 0U);
-    EXPECT_EQ(GetLastLibErr(), word);
-  }
-}
-
-TEST_F(Volume, OnlyTheIndexIsTested) {
-  Connected(Reader::Plain());
-  SetUnsupportedProductErrorCode(0x8001);
-  for (const std::uint32_t kind : {0U, kMagstripe, kSonar}) {
-    ActiveEntry().ProductKind = kind;
-    EXPECT_EQ(GetBeeperVolume(), 2U) << kind;
-    EXPECT_EQ(SetBeeperVolume(2), 1U) << kind;
-  }
-  ActiveEntry().ProductKind = kReader;
-  ForgetTraffic();
-  DevCnt = 0;
+TEST_F(Volume, AFailureOfEitherHalf) {
+  Use(Reader::Plain());
+  StartTrace();
+  reader->faults.RefuseCommand({0x8C}, 6);
   EXPECT_EQ(GetBeeperVolume(), 65535U);
-  EXPECT_EQ(SetBeeperVolume(2), 0x8001U);
-  DevCnt = 1;
+  ExpectTraffic(Refused("8C 06"));
+  EXPECT_EQ(GetLastLibErr(), 0x1000202U);
+  reader->faults.RefuseReply({0x8C}, 1);
+  EXPECT_EQ(GetBeeperVolume(), 65535U);
+  EXPECT_EQ(GetLastLibErr(), 0x1000000U);
+  reader->faults.RefuseCommand({0x8C}, 6);
+  EXPECT_EQ(SetBeeperVolume(3), 0U);
+  EXPECT_EQ(GetLastLibErr(), 0x1000202U);
+  reader->faults.RefuseReply({0x8C}, 1);
+  EXPECT_EQ(SetBeeperVolume(3), 0U);
+  EXPECT_EQ(GetLastLibErr(), 0x1000000U);
+  ExpectTrace({});
+}
+
+TEST_F(Volume, AnyProductIsAsked) {
+  Use(Reader::Plain());
+  for (const std::uint32_t kind : {0U, kMagstripe, 3U, kSonar}) {
+    DevTable[0].ProductKind = kind;
+    EXPECT_EQ(SetBeeperVolume(static_cast<std::uint16_t>(kind)), 1U);
+    EXPECT_EQ(GetBeeperVolume(), kind);
+  }
+  DevTable[0].ProductKind = kReader;
+}
+
+TEST_F(Volume, WithoutADevice) {
+  SetUnsupportedProductErrorCode(0x8001);
+  EXPECT_EQ(GetBeeperVolume(), 65535U);
+  EXPECT_EQ(SetBeeperVolume(3), 0x8001U);
   ExpectTraffic({});
 }
 
-TEST_F(Volume, OverSerialAReadHasNoStatusAndAWriteHas) {
+class VolumeFa : public SerialBench {};
+
+TEST_F(VolumeFa, IsReadWithoutAStatusAndSetWithOne) {
   AddReader(Reader::Plain());
+  Entry().LastLibErr = 5;
   EXPECT_EQ(GetBeeperVolume(), 2U);
   ExpectTraffic(FrameLines("0C 06 00 00", {"read 0C", "read 02"}));
-  EXPECT_EQ(SetBeeperVolume(0x0103), 1U);
-  ExpectTraffic(FrameLines("0C 86 03 00", {"read 0C", "read 90 00"}));
-  line->faults.RefuseCommand({0x0C});
-  EXPECT_EQ(GetBeeperVolume(), 65535U);
-  EXPECT_EQ(SetBeeperVolume(1), 0U);
   EXPECT_EQ(GetLastLibErr(), 0U);
+  EXPECT_EQ(SetBeeperVolume(0x1F03), 1U);
+  EXPECT_EQ(reader->state.volume, 3);
+  Lines traffic = TrafficOf(host.transcript.Events());
+  std::erase(traffic, "read");  // of no bytes
+  EXPECT_EQ(Difference(FrameLines("0C 86 03 00", {"read 0C", "read 90 00"}), traffic), "");
+  EXPECT_EQ(GetLastLibErr(), 0U);
+}
+
+TEST_F(VolumeFa, ARefusalOrSilenceLeavesNoWord) {
+  AddReader(Reader::Plain());
+  for (const bool refused : {true, false}) {
+    Entry().LastLibErr = 5;
+    if (refused) {
+      line->faults.RefuseCommand({0x0C}, 2);
+    } else {
+      line->faults.RefuseReply({0x0C}, 2);
+    }
+    EXPECT_EQ(GetBeeperVolume(), 65535U);
+    EXPECT_EQ(GetLastLibErr(), 0U);
+    Entry().LastLibErr = 5;
+    EXPECT_EQ(SetBeeperVolume(3), 0U);
+    EXPECT_EQ(GetLastLibErr(), 0U);
+    EXPECT_EQ(reader->state.volume, 2);
+  }
+  Port().Close();
+  EXPECT_EQ(GetBeeperVolume(), 65535U);
+  EXPECT_EQ(SetBeeperVolume(3), 0U);
+}
+
+TEST_F(VolumeFa, AnotherStatusFailsTheSet) {
+  AddScript({{0x0C, 0x6A, 0x80}, {0x0C, 0x90, 0x00}});
+  EXPECT_EQ(SetBeeperVolume(3), 0U);
+  EXPECT_EQ(SetBeeperVolume(3), 1U);
 }
 
 }  // namespace

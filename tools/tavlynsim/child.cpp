@@ -34,6 +34,7 @@ void EmptyInput() {
   sigprocmask(SIG_UNBLOCK, &held, nullptr);
   if (!keepInput) EmptyInput();
   std::vector<char*> words;
+  words.reserve(command.size() + 1);
   for (const std::string& word : command) words.push_back(const_cast<char*>(word.c_str()));
   words.push_back(nullptr);
   execvp(words[0], words.data());

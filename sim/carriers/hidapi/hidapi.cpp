@@ -116,31 +116,32 @@ extern "C" {
 int hid_init() { return 0; }
 int hid_exit() { return 0; }
 
-hid_device_info* hid_enumerate(unsigned short vid, unsigned short pid) {
+hid_device_info* hid_enumerate(unsigned short vendor_id, unsigned short product_id) {
   hid_device_info* first = nullptr;
   hid_device_info** end = &first;
   for (const Listed& listed : TheSource().List()) {
-    if (Fits(vid, listed.identity.vid) && Fits(pid, listed.identity.pid)) end = Append(end, listed);
+    if (Fits(vendor_id, listed.identity.vid) && Fits(product_id, listed.identity.pid))
+      end = Append(end, listed);
   }
   return first == nullptr ? Fail(first, L"There is no such device") : first;
 }
 
-void hid_free_enumeration(hid_device_info* info) {
-  while (info != nullptr) {
-    hid_device_info* next = info->next;
-    std::free(info->path);
-    std::free(info->serial_number);
-    std::free(info->manufacturer_string);
-    std::free(info->product_string);
-    delete info;
-    info = next;
+void hid_free_enumeration(hid_device_info* devs) {
+  while (devs != nullptr) {
+    hid_device_info* next = devs->next;
+    std::free(devs->path);
+    std::free(devs->serial_number);
+    std::free(devs->manufacturer_string);
+    std::free(devs->product_string);
+    delete devs;
+    devs = next;
   }
 }
 
-hid_device* hid_open(unsigned short vid, unsigned short pid, const wchar_t* serial) {
+hid_device* hid_open(unsigned short vendor_id, unsigned short product_id, const wchar_t* serial_number) {
   return OpenFirst([&](const Listed& listed) {
-    return Fits(vid, listed.identity.vid) && Fits(pid, listed.identity.pid) &&
-           (serial == nullptr || Wide(listed.identity.serial) == serial);
+    return Fits(vendor_id, listed.identity.vid) && Fits(product_id, listed.identity.pid) &&
+           (serial_number == nullptr || Wide(listed.identity.serial) == serial_number);
   });
 }
 
@@ -202,16 +203,16 @@ int hid_get_input_report(hid_device*, unsigned char*, size_t) {
   return Fail(-1, L"No device hands out input reports on request");
 }
 
-int hid_get_manufacturer_string(hid_device*, wchar_t* string, size_t size) {
-  return CopyText(kManufacturer, string, size);
+int hid_get_manufacturer_string(hid_device*, wchar_t* string, size_t maxlen) {
+  return CopyText(kManufacturer, string, maxlen);
 }
 
-int hid_get_product_string(hid_device* device, wchar_t* string, size_t size) {
-  return CopyText(device->listed.identity.product, string, size);
+int hid_get_product_string(hid_device* device, wchar_t* string, size_t maxlen) {
+  return CopyText(device->listed.identity.product, string, maxlen);
 }
 
-int hid_get_serial_number_string(hid_device* device, wchar_t* string, size_t size) {
-  return CopyText(device->listed.identity.serial, string, size);
+int hid_get_serial_number_string(hid_device* device, wchar_t* string, size_t maxlen) {
+  return CopyText(device->listed.identity.serial, string, maxlen);
 }
 
 int hid_get_indexed_string(hid_device*, int, wchar_t*, size_t) {
