@@ -44,7 +44,12 @@ std::string Describe(const Event& event) {
     case EventKind::kCloseSocket: return Numbered("close socket", event);
     case EventKind::kConnect: return Named("connect", event);
     case EventKind::kSendTo: return Stream("sendto " + event.text, event);
+    case EventKind::kSocket: return Named("socket", event) + " -> " + std::to_string(event.handle);
+    case EventKind::kOption: return Numbered("option", event) + ' ' + event.text;
     case EventKind::kOpenPort: return Named("open", event);
+    case EventKind::kClosePort: return Named("close", event);
+    case EventKind::kTimeouts: return Named("time-outs", event);
+    case EventKind::kUsb: return Named("usb", event);
     case EventKind::kWrite: return Stream("write", event);
     case EventKind::kRead: return Stream("read", event);
     case EventKind::kPurge: return "purge";

@@ -26,10 +26,15 @@ enum class EventKind {
   kSend,  // socket
   kRecv,
   kCloseSocket,
-  kConnect,   // text: the peer
-  kSendTo,    // text: the peer
-  kOpenPort,  // text: COMn
-  kWrite,  // serial port
+  kConnect,    // text: the peer
+  kSendTo,     // text: the peer
+  kSocket,     // text: tcp, udp; handle: the new one
+  kOption,     // text: broadcast, nonblocking, timeout n
+  kOpenPort,   // text: COMn
+  kClosePort,  // text: COMn, "quietly" behind it when DTR stayed
+  kTimeouts,   // text: the five of the port
+  kUsb,        // text: what was asked of libusb
+  kWrite,      // serial port, bulk device
   kRead,
   kPurge,
   kFlush,

@@ -95,6 +95,29 @@ void VirtualSockets::Reset() {
   sent.clear();
   sendResult.reset();
   closeResult = 0;
+  udp_.clear();
+}
+
+platform::Handle VirtualSockets::OpenSocket(const char* protocol) {
+  Event event{EventKind::kSocket};
+  event.ok = opens;
+  event.handle = opens ? ++last_ : 0;
+  event.text = protocol;
+  transcript_.Add(event);
+  return opens ? last_ : platform::kNoHandle;
+}
+
+platform::Handle VirtualSockets::OpenUdp() {
+  const platform::Handle socket = OpenSocket("udp");
+  udp_.insert(socket);
+  return socket;
+}
+
+void VirtualSockets::NoteOption(platform::Handle socket, std::string text) {
+  Event event{EventKind::kOption};
+  event.handle = socket;
+  event.text = std::move(text);
+  transcript_.Add(std::move(event));
 }
 
 std::int32_t VirtualSockets::Connect(platform::Handle socket, platform::Address peer) {
@@ -154,7 +177,7 @@ std::int32_t VirtualSockets::Send(platform::Handle socket, std::span<const std::
   return result;
 }
 
-// What a device, a datagram or the script has next.
+// What a device or the script has next.
 bool VirtualSockets::TakeScripted(std::span<std::uint8_t> bytes, Bytes& taken) {
   if (device != nullptr) {
     const std::size_t count = device->Take(bytes);
@@ -172,7 +195,7 @@ bool VirtualSockets::TakeScripted(std::span<std::uint8_t> bytes, Bytes& taken) {
 }
 
 std::int32_t VirtualSockets::Recv(platform::Handle socket, std::span<std::uint8_t> bytes) {
-  if (!datagrams.empty()) {
+  if (udp_.contains(socket)) {
     platform::Address ignored;
     return RecvFrom(socket, bytes, ignored);
   }
@@ -204,6 +227,23 @@ std::string VirtualPlaces::CurrentFolder() {
   return failure ? std::string() : (folder / "").string();
 }
 
+VirtualComPort::~VirtualComPort() {
+  Event event{EventKind::kClosePort};
+  event.text = closedQuietly ? name + " quietly" : name;
+  transcript_.Add(std::move(event));
+  if (onClosed) onClosed();
+}
+
+void VirtualComPort::SetTimeouts(const platform::ComTimeouts& set) {
+  timeouts = set;
+  Event event{EventKind::kTimeouts};
+  for (const std::uint32_t value :
+       {set.readInterval, set.readMultiplier, set.readConstant, set.writeMultiplier, set.writeConstant}) {
+    event.text += (event.text.empty() ? "" : " ") + std::to_string(value);
+  }
+  transcript_.Add(std::move(event));
+}
+
 std::uint32_t VirtualComPort::Read(std::span<std::uint8_t> bytes) {
   std::size_t count = std::min(bytes.size(), toRead.size());
   const auto end = toRead.begin() + static_cast<std::ptrdiff_t>(count);
@@ -211,7 +251,12 @@ std::uint32_t VirtualComPort::Read(std::span<std::uint8_t> bytes) {
   toRead.erase(toRead.begin(), end);
   if (device_ != nullptr) count += device_->Take(bytes.subspan(count));
   transcript_.Add(BytesEvent(EventKind::kRead, bytes.first(count)));
-  if (count < bytes.size() && onTimeout) onTimeout();
+  if (count == bytes.size()) return static_cast<std::uint32_t>(count);
+  if (onTimeout) onTimeout();
+  if (clock != nullptr) {
+    const std::uint64_t total = timeouts.readConstant + std::uint64_t{timeouts.readMultiplier} * bytes.size();
+    clock->tick += count == 0 ? total : std::min<std::uint64_t>(total, timeouts.readInterval);
+  }
   return static_cast<std::uint32_t>(count);
 }
 
@@ -243,7 +288,9 @@ void VirtualComPort::Flush() {
 void VirtualComPorts::Reset() {
   present.clear();
   virtualNumbers.clear();
+  inUse.clear();
   onTimeout = nullptr;
+  clock = nullptr;
   opened.clear();
   scans = 0;
 }
@@ -252,15 +299,19 @@ std::unique_ptr<platform::ComPort> VirtualComPorts::Open(std::uint16_t number, c
                                                          const platform::ComTimeouts& timeouts) {
   const auto at = present.find(number);
   Event event{EventKind::kOpenPort};
-  event.ok = at != present.end();
+  event.ok = at != present.end() && !inUse.contains(number);
   event.text = "COM" + std::to_string(number);
   transcript_.Add(event);
   if (!event.ok) return nullptr;
   opened.push_back({number, line, timeouts});
   auto port = at->second != nullptr ? std::make_unique<VirtualComPort>(transcript_, *at->second)
                                     : std::make_unique<VirtualComPort>(transcript_);
+  inUse.insert(number);
+  port->name = event.text;
   port->timeouts = timeouts;
   port->onTimeout = onTimeout;
+  port->clock = clock;
+  port->onClosed = [this, number] { inUse.erase(number); };
   return port;
 }
 
@@ -276,25 +327,62 @@ void VirtualLibusb::Reset() {
   toRead.clear();
   device = nullptr;
   loadsAsked = openHandles = 0;
+  transfers.clear();
+}
+
+void VirtualLibusb::Note(std::string text) {
+  Event event{EventKind::kUsb};
+  event.text = std::move(text);
+  transcript_.Add(std::move(event));
 }
 
 bool VirtualLibusb::Load() {
   ++loadsAsked;
+  Note("load");
   return loads;
 }
 
+std::int32_t VirtualLibusb::FindBusses() {
+  Note("busses");
+  return loads ? busses : -1;
+}
+
+std::int32_t VirtualLibusb::FindDevices() {
+  Note("devices");
+  return loads ? 1 : -1;
+}
+
 platform::Handle VirtualLibusb::Open(platform::HidIds ids) {
+  Note("open");
   if (!loads || !present || ids.vid != 0x171B || ids.pid != 0x1004) return platform::kNoHandle;
   ++openHandles;
   return ++last_;
 }
 
-void VirtualLibusb::Close(platform::Handle /*device*/) { --openHandles; }
+void VirtualLibusb::Close(platform::Handle /*device*/) {
+  Note("close");
+  --openHandles;
+}
 
-std::int32_t VirtualLibusb::BulkRead(platform::Handle /*handle*/, std::int32_t /*endpoint*/,
-                                     std::span<std::uint8_t> bytes, std::int32_t /*timeout*/) {
+std::int32_t VirtualLibusb::ClaimInterface(platform::Handle /*device*/, std::int32_t interface) {
+  Note("claim " + std::to_string(interface));
+  return claimResult;
+}
+
+std::int32_t VirtualLibusb::ReleaseInterface(platform::Handle /*device*/, std::int32_t interface) {
+  Note("release " + std::to_string(interface));
+  return 0;
+}
+
+std::int32_t VirtualLibusb::SetConfiguration(platform::Handle /*device*/, std::int32_t configuration) {
+  Note("configuration " + std::to_string(configuration));
+  return 0;
+}
+
+std::int32_t VirtualLibusb::BulkRead(platform::Handle /*handle*/, std::int32_t endpoint,
+                                     std::span<std::uint8_t> bytes, std::int32_t timeout) {
+  transfers.push_back({true, endpoint, bytes.size(), timeout});
   Event event{EventKind::kRead};
-  event.ok = false;
   if (!toRead.empty()) {
     event.bytes = std::move(toRead.front());
     toRead.pop_front();
@@ -309,8 +397,9 @@ std::int32_t VirtualLibusb::BulkRead(platform::Handle /*handle*/, std::int32_t /
   return event.ok ? static_cast<std::int32_t>(event.bytes.size()) : -1;
 }
 
-std::int32_t VirtualLibusb::BulkWrite(platform::Handle /*handle*/, std::int32_t /*endpoint*/,
-                                      std::span<const std::uint8_t> bytes, std::int32_t /*timeout*/) {
+std::int32_t VirtualLibusb::BulkWrite(platform::Handle /*handle*/, std::int32_t endpoint,
+                                      std::span<const std::uint8_t> bytes, std::int32_t timeout) {
+  transfers.push_back({false, endpoint, bytes.size(), timeout});
   transcript_.Add(BytesEvent(EventKind::kWrite, bytes));
   if (device != nullptr) device->Receive(bytes);
   return static_cast<std::int32_t>(bytes.size());

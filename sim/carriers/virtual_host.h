@@ -61,7 +61,8 @@ class VirtualMutex final : public platform::RecursiveMutex {
   std::vector<std::string> misuses_;
 };
 
-// One peer, scripted. Datagrams go to onDatagram, whose replies recvfrom and recv then bring.
+// One peer, scripted. Datagrams go to onDatagram, whose replies recvfrom and recv then bring to the sockets
+// of UDP; all others carry the one stream.
 class VirtualSockets final : public platform::Sockets {
  public:
   explicit VirtualSockets(Transcript& transcript) : transcript_(transcript) {}
@@ -86,12 +87,14 @@ class VirtualSockets final : public platform::Sockets {
 
   void Reset();
   bool Startup() override { return starts; }
-  platform::Handle OpenTcp() override { return OpenSocket(); }
-  platform::Handle OpenUdp() override { return OpenSocket(); }
+  platform::Handle OpenTcp() override { return OpenSocket("tcp"); }
+  platform::Handle OpenUdp() override;
   std::int32_t Connect(platform::Handle socket, platform::Address peer) override;
-  void SetBroadcast(platform::Handle) override {}
-  void SetNonBlocking(platform::Handle) override {}
-  void SetReceiveTimeout(platform::Handle, std::uint32_t) override {}
+  void SetBroadcast(platform::Handle socket) override { NoteOption(socket, "broadcast"); }
+  void SetNonBlocking(platform::Handle socket) override { NoteOption(socket, "nonblocking"); }
+  void SetReceiveTimeout(platform::Handle socket, std::uint32_t milliseconds) override {
+    NoteOption(socket, "timeout " + std::to_string(milliseconds));
+  }
   std::int32_t Send(platform::Handle socket, std::span<const std::uint8_t> bytes) override;
   std::int32_t Recv(platform::Handle socket, std::span<std::uint8_t> bytes) override;
   std::int32_t SendTo(platform::Handle socket, std::span<const std::uint8_t> bytes,
@@ -102,11 +105,13 @@ class VirtualSockets final : public platform::Sockets {
   bool HostAddress(std::array<std::uint8_t, 4>& ip) override;
 
  private:
-  platform::Handle OpenSocket() { return opens ? ++last_ : platform::kNoHandle; }
+  platform::Handle OpenSocket(const char* protocol);
+  void NoteOption(platform::Handle socket, std::string text);
   bool TakeScripted(std::span<std::uint8_t> bytes, Bytes& taken);
 
   Transcript& transcript_;
   platform::Handle last_ = 1000;
+  std::set<platform::Handle> udp_;
 };
 
 class VirtualPlaces final : public platform::Places {
@@ -121,12 +126,18 @@ class VirtualPlaces final : public platform::Places {
   std::string CurrentFolder() override;
 };
 
-// A serial port with a device, or a script, at its other end. A test that wants its waits to pass sets
-// onTimeout.
+// A serial port with a device, or a script, at its other end. A test that wants its waits to pass sets clock.
 class VirtualComPort final : public platform::ComPort {
  public:
   VirtualComPort(Transcript& transcript, ByteDevice& device) : transcript_(transcript), device_(&device) {}
   explicit VirtualComPort(Transcript& transcript) : transcript_(transcript) {}
+  VirtualComPort(const VirtualComPort&) = delete;
+  VirtualComPort& operator=(const VirtualComPort&) = delete;
+  ~VirtualComPort() override;
+
+  std::string name = "COM";
+  VirtualClock* clock = nullptr;  // moved by what a Read that comes short has waited
+  std::function<void()> onClosed;
 
   std::deque<std::uint8_t> toRead;  // comes before anything of the device
   Bytes written;
@@ -138,7 +149,7 @@ class VirtualComPort final : public platform::ComPort {
 
   std::uint32_t Read(std::span<std::uint8_t> bytes) override;
   std::uint32_t Write(std::span<const std::uint8_t> bytes) override;
-  void SetTimeouts(const platform::ComTimeouts& set) override { timeouts = set; }
+  void SetTimeouts(const platform::ComTimeouts& set) override;
   void PurgeInput() override;
   void Flush() override;
   void CloseQuietly() override { closedQuietly = true; }
@@ -150,13 +161,17 @@ class VirtualComPort final : public platform::ComPort {
   ByteDevice* device_ = nullptr;
 };
 
-// The COM ports of the system: those that have a device, or none at their other end.
+// The COM ports of the system: those that have a device, or none at their other end. Each can be opened once
+// at a time.
 class VirtualComPorts final : public platform::ComPorts {
  public:
   explicit VirtualComPorts(Transcript& transcript) : transcript_(transcript) {}
   std::map<std::uint16_t, ByteDevice*> present;  // null: opens, and nothing ever answers
   std::set<std::uint16_t> virtualNumbers;
-  std::function<void()> onTimeout;  // of the ports opened from now on
+  std::set<std::uint16_t> inUse;
+  // Of the ports opened from now on.
+  std::function<void()> onTimeout;
+  VirtualClock* clock = nullptr;
 
   struct Opened {
     std::uint16_t number;
@@ -188,21 +203,32 @@ class VirtualLibusb final : public platform::Libusb {
   int loadsAsked = 0;
   int openHandles = 0;
 
+  struct Transfer {
+    bool in;
+    std::int32_t endpoint;
+    std::size_t bytes;
+    std::int32_t timeout;
+    bool operator==(const Transfer&) const = default;
+  };
+  std::vector<Transfer> transfers;
+
   void Reset();
   bool Load() override;
-  std::int32_t FindBusses() override { return loads ? busses : -1; }
-  std::int32_t FindDevices() override { return loads ? 1 : -1; }
+  std::int32_t FindBusses() override;
+  std::int32_t FindDevices() override;
   platform::Handle Open(platform::HidIds ids) override;
   void Close(platform::Handle device) override;
-  std::int32_t ClaimInterface(platform::Handle, std::int32_t) override { return claimResult; }
-  std::int32_t ReleaseInterface(platform::Handle, std::int32_t) override { return 0; }
-  std::int32_t SetConfiguration(platform::Handle, std::int32_t) override { return 0; }
+  std::int32_t ClaimInterface(platform::Handle device, std::int32_t interface) override;
+  std::int32_t ReleaseInterface(platform::Handle device, std::int32_t interface) override;
+  std::int32_t SetConfiguration(platform::Handle device, std::int32_t configuration) override;
   std::int32_t BulkRead(platform::Handle device, std::int32_t endpoint, std::span<std::uint8_t> bytes,
                         std::int32_t timeout) override;
   std::int32_t BulkWrite(platform::Handle device, std::int32_t endpoint, std::span<const std::uint8_t> bytes,
                          std::int32_t timeout) override;
 
  private:
+  void Note(std::string text);
+
   Transcript& transcript_;
   platform::Handle last_ = 2000;
 };

@@ -47,7 +47,7 @@ class BadFiles : public FileBench {
   void ExpectQuick(Call call) {
     const auto start = std::chrono::steady_clock::now();
     call();
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(60));
   }
 
   static std::string Noise(std::size_t size) {

@@ -120,6 +120,14 @@ TEST_F(TemplateSep, BeginAndNameMayStandAnywhereOnTheLineButInTheirCase) {
   EXPECT_EQ(Slot()[field::CfgFlags_bFixLenDsp], 0);
 }
 
+TEST_F(TemplateSep, InformationLinesNeitherBeginNorEndABlock) {
+  EXPECT_EQ(LoadLines(" : BEGIN sFldSepData\n24.46\nbFixLenDsp = 1\n"), 1U);
+  EXPECT_EQ(Slot().sFldSepData[1], 1);
+  EXPECT_EQ(Slot()[field::CfgFlags_bFixLenDsp], 1);
+  LoadBlock("24\n: END sFldSepData\n / END sFldSepData\n47\n");
+  EXPECT_EQ(Slot().sFldSepData[1], 0x47);
+}
+
 TEST_F(TemplateSep, WithoutABlockTheAreaStays) {
   EXPECT_EQ(LoadLines("bFixLenDsp = 1\n24.47\n"), 1U);
   EXPECT_EQ(Slot().sFldSepData[1], 1);

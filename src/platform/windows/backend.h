@@ -9,6 +9,8 @@ Clock& WindowsClock();
 RecursiveMutex& WindowsMutex();
 HidSystem& WindowsHid();
 Sockets& WindowsSockets();
+ComPorts& WindowsComPorts();
+Libusb& WindowsLibusb();
 Places& WindowsPlaces();
 
 }  // namespace tavlyn::platform

@@ -3,7 +3,8 @@
 namespace tavlyn::platform {
 
 Host& TheHost() {
-  static Host host{WindowsClock(), WindowsMutex(), WindowsHid(), WindowsSockets(), WindowsPlaces()};
+  static Host host{WindowsClock(),    WindowsMutex(),  WindowsHid(),   WindowsSockets(),
+                   WindowsComPorts(), WindowsLibusb(), WindowsPlaces()};
   return host;
 }
 

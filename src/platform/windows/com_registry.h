@@ -1,0 +1,11 @@
+// Which COM numbers the registry's device tree gives to the devices of this library.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+namespace tavlyn::platform {
+
+void FindVirtualPorts(std::span<std::uint8_t, 257> flags);
+
+}  // namespace tavlyn::platform
