@@ -41,6 +41,7 @@ void PlugReader() {
   char reply[64];
   TheStandIn().run("reset", reply, sizeof reply);
   TheStandIn().run("plug reader", reply, sizeof reply);
+  TheStandIn().run("record off", reply, sizeof reply);
 }
 
 // The traffic of the exchange that Ping makes, without the library.

@@ -1,17 +1,20 @@
 #include "sim/carriers/virtual_host.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <utility>
 
 namespace tavlyn::sim {
 namespace {
 
 constexpr std::uint64_t kFirstTick = 1'000'000;
+constexpr platform::Handle kFirstSocket = 1000;
 
 std::string AddressText(platform::Address address) {
-  std::string text;
-  for (const std::uint8_t octet : address.ip) text += (text.empty() ? "" : ".") + std::to_string(octet);
-  return text + ':' + std::to_string(address.port);
+  char text[32];
+  std::snprintf(text, sizeof text, "%d.%d.%d.%d:%d", address.ip[0], address.ip[1], address.ip[2], address.ip[3],
+                address.port);
+  return text;
 }
 
 Event BytesEvent(EventKind kind, std::span<const std::uint8_t> bytes) {
@@ -24,6 +27,7 @@ Event BytesEvent(EventKind kind, std::span<const std::uint8_t> bytes) {
 
 void VirtualClock::Reset() {
   tick = kFirstTick;
+  onSleep = nullptr;
   localTime = {};
   localTime.tm_year = 2024 - 1900;
   localTime.tm_mon = 2;
@@ -38,6 +42,7 @@ void VirtualClock::Sleep(std::uint32_t milliseconds) {
   event.milliseconds = milliseconds;
   transcript_.Add(event);
   tick += milliseconds;
+  if (onSleep) onSleep();
 }
 
 void VirtualMutex::Note(const char* what) {
@@ -95,6 +100,7 @@ void VirtualSockets::Reset() {
   sent.clear();
   sendResult.reset();
   closeResult = 0;
+  last_ = kFirstSocket;
   udp_.clear();
 }
 
@@ -328,6 +334,7 @@ void VirtualLibusb::Reset() {
   device = nullptr;
   loadsAsked = openHandles = 0;
   transfers.clear();
+  writeResult.reset();
 }
 
 void VirtualLibusb::Note(std::string text) {
@@ -402,7 +409,7 @@ std::int32_t VirtualLibusb::BulkWrite(platform::Handle /*handle*/, std::int32_t 
   transfers.push_back({false, endpoint, bytes.size(), timeout});
   transcript_.Add(BytesEvent(EventKind::kWrite, bytes));
   if (device != nullptr) device->Receive(bytes);
-  return static_cast<std::int32_t>(bytes.size());
+  return writeResult.value_or(static_cast<std::int32_t>(bytes.size()));
 }
 
 VirtualHost& VirtualHost::Instance() {

@@ -27,7 +27,8 @@ class VirtualClock final : public platform::Clock {
  public:
   explicit VirtualClock(Transcript& transcript) : transcript_(transcript) { Reset(); }
   std::uint64_t tick = 0;
-  std::tm localTime{};  // stands still: 2024-03-05 06:07:08 unless set
+  std::tm localTime{};            // stands still: 2024-03-05 06:07:08 unless set
+  std::function<void()> onSleep;  // behind each sleep: what arrives late
 
   void Reset();
   std::uint64_t Tick() override { return tick; }
@@ -198,7 +199,8 @@ class VirtualLibusb final : public platform::Libusb {
   std::int32_t busses = 1;
   bool present = false;
   std::int32_t claimResult = 0;
-  std::deque<Bytes> toRead;  // one entry for each bulk read; an empty one fails
+  std::deque<Bytes> toRead;                 // one entry for each bulk read; an empty one fails
+  std::optional<std::int32_t> writeResult;  // unset: the count
   ByteDevice* device = nullptr;
   int loadsAsked = 0;
   int openHandles = 0;

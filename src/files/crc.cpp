@@ -14,13 +14,25 @@ constexpr int kNoTable = 23;
 constexpr std::size_t kLongLine = 4096;
 constexpr std::size_t kShortLine = 128;
 
-// The next line, or piece of one, up to its first NUL.
+// A file by lines, or pieces of lines that are longer than the room; each up to its first NUL. A path may name a
+// device that never ends: the files meant here are a few kilobytes, and what has more pieces than this is none.
 template <std::size_t kRoom>
-bool ReadLine(std::FILE* file, std::string_view& line, std::array<char, kRoom>& room) {
-  if (std::fgets(room.data(), static_cast<int>(kRoom), file) == nullptr) return false;
-  line = room.data();
-  return true;
-}
+class Lines {
+ public:
+  explicit Lines(std::FILE* file) : file_(file) {}
+
+  bool Next(std::string_view& line) {
+    if (left_-- == 0 || std::fgets(room_.data(), static_cast<int>(kRoom), file_) == nullptr) return false;
+    line = room_.data();
+    return true;
+  }
+  [[nodiscard]] bool AtEnd() const { return std::feof(file_) != 0; }
+
+ private:
+  std::FILE* file_;
+  std::array<char, kRoom> room_{};
+  std::uint32_t left_ = 1U << 20;
+};
 
 bool SameText(std::string_view a, std::string_view b) {
   const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
@@ -61,23 +73,23 @@ struct HwgTrailer {
 
 // Collects what the sum covers up to a marker with a value line behind it. False: the file has none.
 bool FindHwgTrailer(std::FILE* file, std::string& text, HwgTrailer& trailer) {
-  std::array<char, kShortLine> room;
+  Lines<kShortLine> lines(file);
   std::string_view line;
-  if (!ReadLine(file, line, room)) return false;
+  if (!lines.Next(line)) return false;
   // The first piece decides for the whole file.
   const std::string_view lineEnd = line.find("\r\n") != std::string_view::npos ? "\r\n" : "\n";
   do {
     const Marker marker = MarkerOf(line, lineEnd);
-    if (std::feof(file) != 0) continue;
+    if (lines.AtEnd()) continue;
     if (marker != Marker::kOutsideSum) text += line;
     if (marker == Marker::kNone) continue;
     // A line behind a marker that is no value line is passed over and joins nothing.
-    if (!ReadLine(file, line, room)) return false;
+    if (!lines.Next(line)) return false;
     const std::string_view value = HwgValue(line);
     if (value.empty()) continue;
     trailer = {marker, std::string(value)};
     return true;
-  } while (ReadLine(file, line, room));
+  } while (lines.Next(line));
   return false;
 }
 
@@ -113,9 +125,9 @@ int CRC::SumOf(std::string& text, std::uint32_t& sum) {
 std::string CRC::ReadWholeFile(const char* path) {
   std::string text;
   const File file = OpenFile(path, "rb");
-  std::array<char, kLongLine> room;
+  Lines<kLongLine> lines(file.get());
   std::string_view line;
-  while (file != nullptr && ReadLine(file.get(), line, room)) text += line;
+  while (file != nullptr && lines.Next(line)) text += line;
   return text;
 }
 
@@ -159,10 +171,10 @@ int CRC::CheckHwgFile(const char* path) {
 
 int CRC::CheckIniFile(const char* path) {
   const File file = OpenFile(path, "rb");
-  std::array<char, kLongLine> room;
+  Lines<kLongLine> lines(file.get());
   std::string_view line;
   std::string text;
-  while (file != nullptr && ReadLine(file.get(), line, room)) {
+  while (file != nullptr && lines.Next(line)) {
     if (line == "[EOF]\r\n") return CheckIniTrailer(file.get(), text);
     text += line;
   }
@@ -170,15 +182,15 @@ int CRC::CheckIniFile(const char* path) {
 }
 
 int CRC::CheckIniTrailer(std::FILE* file, std::string& text) {
-  std::array<char, kLongLine> room;
+  Lines<kLongLine> lines(file);
   std::string_view line;
-  if (!ReadLine(file, line, room) || !line.ends_with("\r\n")) return 0;
+  if (!lines.Next(line) || !line.ends_with("\r\n")) return 0;
   const std::size_t equals = line.find('=');
   if (line.substr(0, equals) != "iEndOfIniFile" || equals == std::string_view::npos) return 0;
   line.remove_prefix(equals + 1);
   line.remove_prefix(std::min(line.find_first_not_of("\r\n"), line.size()));
   const std::string value(line.substr(0, line.find_first_of("\r\n")));
-  const bool more = ReadLine(file, line, room);
+  const bool more = lines.Next(line);
   std::uint32_t sum = 0;
   if (value.empty() || SumOf(text, sum) != 0) return 0;
   return value == (sum != 0 ? Hexadecimal(sum) : "0") && !more ? 1 : 0;

@@ -155,6 +155,19 @@ TEST_F(BadFiles, FiftyMegabytesOfGarbage) {
   ExpectQuick([this] { EXPECT_EQ(ReadDevCfgFmFile(File().c_str()), 1U); });
 }
 
+#if defined(__linux__)
+// A device in a file's place never ends; the calls do.
+TEST_F(BadFiles, DevicesThatNeverEnd) {
+  ExpectQuick([] {
+    EXPECT_EQ(CheckTamperedFile("/dev/zero", 0), 0U);
+    EXPECT_EQ(CheckTamperedFile("/dev/zero", 2), 0U);
+    EXPECT_EQ(ReadDevCfgFmFile("/dev/zero"), 0U);
+    // The save itself is told by its open alone, and a trailer that cannot be added goes unreported.
+    EXPECT_EQ(WriteDevCfgToSecureFile("/dev/full"), 1U);
+  });
+}
+#endif
+
 using BadCards = FileBench;
 
 TEST_F(BadCards, LinesThatAreNone) {

@@ -1,8 +1,7 @@
-#include <windows.h>
-
 #include <mutex>
 
 #include "platform/windows/backend.h"
+#include "platform/windows/system.h"
 
 namespace tavlyn::platform {
 namespace {

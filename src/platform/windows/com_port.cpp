@@ -1,9 +1,8 @@
-#include <windows.h>
-
 #include <cstdio>
 
 #include "platform/windows/backend.h"
 #include "platform/windows/com_registry.h"
+#include "platform/windows/system.h"
 
 namespace tavlyn::platform {
 namespace {

@@ -1,11 +1,11 @@
 #include "platform/windows/com_registry.h"
 
-#include <windows.h>
-
 #include <array>
 #include <cstdlib>
 #include <cstring>
 #include <string>
+
+#include "platform/windows/system.h"
 
 namespace tavlyn::platform {
 namespace {
@@ -77,6 +77,8 @@ long PortNumber(const char* text) {
   return std::strncmp(text, "COM", 3) == 0 ? std::strtol(text + 3, nullptr, 10) : 0;
 }
 
+std::string Below(const std::string& path, const std::string& name) { return path + '\\' + name; }
+
 void ReadPortName(HKEY key, DWORD index, Flags flags) {
   std::array<char, kLongestValueName + 1> name{};
   DWORD nameLength = name.size();
@@ -101,7 +103,7 @@ void ScanPortNames(const std::string& path, HKEY key, Flags flags) {
   std::string name;
   for (DWORD i = 0; i < counts.subkeys; ++i) {
     if (!SubkeyName(key, i, name)) continue;
-    const std::string child = (path + '\\' + name + "\\Device Parameters").substr(0, kLongestPath);
+    const std::string child = Below(Below(path, name), "Device Parameters").substr(0, kLongestPath);
     // Cut back to the path that it began with, it would lead here again.
     if (child.size() <= path.size()) continue;
     const Key childKey(child);
@@ -115,7 +117,7 @@ void ScanEnumBranch(const char* needle, const std::string& path, HKEY key, Flags
   std::string name;
   for (DWORD i = 0; i < counts.subkeys; ++i) {
     if (!SubkeyName(key, i, name) || UpperCase(name).find(needle) == std::string::npos) continue;
-    const std::string child = path + '\\' + name;
+    const std::string child = Below(path, name);
     const Key childKey(child);
     if (childKey.get() != nullptr) ScanPortNames(child, childKey.get(), flags);
   }

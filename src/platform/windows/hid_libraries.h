@@ -1,9 +1,9 @@
 // HID.DLL and SETUPAPI.DLL, bound by name at run time: the library stays loaded on a system that lacks them.
 #pragma once
 
-#include <windows.h>
+#include "platform/windows/system.h"
 
-// windows.h has to come first.
+// system.h has to come first.
 #include <hidsdi.h>
 #include <setupapi.h>
 

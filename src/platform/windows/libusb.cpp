@@ -1,11 +1,10 @@
 // libusb-0.1 from the driver package's DLL, bound by name when its signature has been verified.
-#include <windows.h>
-
 #include <cstddef>
 
 #include "platform/handle_table.h"
 #include "platform/windows/backend.h"
 #include "platform/windows/signature.h"
+#include "platform/windows/system.h"
 
 namespace tavlyn::platform {
 namespace {
@@ -89,14 +88,14 @@ class SystemLibusb final : public Libusb {
     if (native && call_.close != nullptr) call_.close(*native);
   }
 
-  std::int32_t ClaimInterface(Handle device, std::int32_t interfaceNumber) override {
+  std::int32_t ClaimInterface(Handle device, std::int32_t interface) override {
     void* native = Native(device);
-    return call_.claim != nullptr && native != nullptr ? call_.claim(native, interfaceNumber) : -1;
+    return call_.claim != nullptr && native != nullptr ? call_.claim(native, interface) : -1;
   }
 
-  std::int32_t ReleaseInterface(Handle device, std::int32_t interfaceNumber) override {
+  std::int32_t ReleaseInterface(Handle device, std::int32_t interface) override {
     void* native = Native(device);
-    return call_.release != nullptr && native != nullptr ? call_.release(native, interfaceNumber) : -1;
+    return call_.release != nullptr && native != nullptr ? call_.release(native, interface) : -1;
   }
 
   std::int32_t SetConfiguration(Handle device, std::int32_t configuration) override {

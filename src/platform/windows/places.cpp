@@ -1,6 +1,5 @@
-#include <windows.h>
-
 #include "platform/windows/backend.h"
+#include "platform/windows/system.h"
 
 namespace tavlyn::platform {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-// windows.h has to come first.
+// They need windows.h, which does not come with them.
 #include <softpub.h>
 #include <wintrust.h>
 

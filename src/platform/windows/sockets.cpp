@@ -1,9 +1,8 @@
-#include <winsock2.h>
-
 #include <cstring>
 
 #include "platform/handle_table.h"
 #include "platform/windows/backend.h"
+#include "platform/windows/system.h"
 
 namespace tavlyn::platform {
 namespace {

@@ -1,0 +1,10 @@
+// The system's headers.
+#pragma once
+
+#include <winsock2.h>
+
+// winsock2.h has to come first.
+#include <windows.h>
+
+// A macro here, a name in the platform's terms.
+#undef interface

@@ -1,0 +1,87 @@
+// The bulk driver's DLL: loaded from its one place, and only with a signature that verifies.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "platform/platform.h"
+#include "platform/windows/system.h"
+
+namespace tavlyn::platform {
+namespace {
+
+constexpr char kPlace[] = "C:\\Windows\\System32\\libusb0.dll";
+constexpr HidIds kReader{0x171B, 0x1004};
+
+// Nothing may be bound by a test before the last one: what is bound stays bound.
+class LibusbTest : public testing::Test {
+ protected:
+  void SetUp() override { ASSERT_EQ(nullptr, GetModuleHandleA("libusb0.dll")); }
+  void TearDown() override { DeleteFileA(kPlace); }
+
+  void ExpectRefused() {
+    EXPECT_FALSE(usb_.Load());
+    EXPECT_EQ(nullptr, GetModuleHandleA("libusb0.dll"));
+    EXPECT_EQ(-1, usb_.FindBusses());
+    EXPECT_EQ(-1, usb_.FindDevices());
+    EXPECT_EQ(kNoHandle, usb_.Open(kReader));
+    EXPECT_EQ(-1, usb_.ClaimInterface(1, 0));
+  }
+
+  Libusb& usb_ = TheHost().usb;
+};
+
+TEST_F(LibusbTest, AbsentFileIsRefused) { ExpectRefused(); }
+
+TEST_F(LibusbTest, UnsignedFileIsRefused) {
+  ASSERT_TRUE(CopyFileA(TAVLYN_UNSIGNED, kPlace, FALSE));
+  ExpectRefused();
+}
+
+TEST_F(LibusbTest, TextFileIsRefused) {
+  std::ofstream(kPlace) << "not a library";
+  ExpectRefused();
+}
+
+TEST_F(LibusbTest, SignedFileThatWasChangedIsRefused) {
+  std::ifstream file(TAVLYN_SIGNED, std::ios::binary);
+  std::string bytes{std::istreambuf_iterator<char>(file), {}};
+  const std::size_t text = bytes.find("cannot be run in DOS mode");
+  ASSERT_NE(std::string::npos, text);
+  bytes[text] = 'C';
+  std::ofstream(kPlace, std::ios::binary) << bytes;
+  ExpectRefused();
+}
+
+TEST_F(LibusbTest, SignedFileIsLoadedAndItsReaderOpens) {
+  ASSERT_TRUE(CopyFileA(TAVLYN_SIGNED, kPlace, FALSE));
+  ASSERT_TRUE(usb_.Load());
+  EXPECT_EQ(2, usb_.FindBusses());
+  EXPECT_EQ(3, usb_.FindDevices());
+  EXPECT_EQ(kNoHandle, usb_.Open({0x171B, 0x1005}));
+  const Handle device = usb_.Open(kReader);
+  ASSERT_NE(kNoHandle, device);
+  EXPECT_EQ(0, usb_.ClaimInterface(device, 0));
+  EXPECT_EQ(0, usb_.SetConfiguration(device, 1));
+  const std::array<std::uint8_t, 3> sent{0xFA, 0x04, 0xED};
+  EXPECT_EQ(3, usb_.BulkWrite(device, 0x03, sent, 250));
+  std::array<std::uint8_t, 8> got{};
+  EXPECT_EQ(3, usb_.BulkRead(device, 0x83, got, 250));
+  EXPECT_EQ(0, std::memcmp(sent.data(), got.data(), sent.size()));
+  EXPECT_EQ(0, usb_.ReleaseInterface(device, 0));
+  usb_.Close(device);
+  usb_.Close(device);
+  EXPECT_EQ(-1, usb_.BulkRead(device, 0x83, got, 250));
+
+  const auto calls = reinterpret_cast<const char* (*)()>(
+      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("libusb0.dll"), "standin_calls")));
+  ASSERT_NE(nullptr, calls);
+  EXPECT_STREQ("init;busy;open;claim 0;configuration 1;write 3 250;read 131 250;release 0;close;", calls());
+  ASSERT_TRUE(usb_.Load());
+  EXPECT_STREQ("init;", std::strstr(calls(), "close;") + std::strlen("close;"));
+}
+
+}  // namespace
+}  // namespace tavlyn::platform

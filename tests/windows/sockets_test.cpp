@@ -1,0 +1,194 @@
+// Sockets against a peer of the same program on the loopback network.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "platform/platform.h"
+#include "platform/windows/system.h"
+
+namespace tavlyn::platform {
+namespace {
+
+constexpr std::array<std::uint8_t, 4> kLoopback{127, 0, 0, 1};
+constexpr std::array<std::uint8_t, 4> kLoopbackBroadcast{127, 255, 255, 255};
+constexpr std::array<std::uint8_t, 4> kNowhere{0, 0, 0, 0};
+// The tick's step, and what a busy machine may be late.
+constexpr std::uint64_t kEarly = 20;
+constexpr std::uint64_t kLate = 900;
+
+// A socket of the far side on a port that the system chose, reachable under every address of this host.
+class Peer {
+ public:
+  explicit Peer(int type) : socket_(::socket(AF_INET, type, 0)) {
+    sockaddr_in any{};
+    any.sin_family = AF_INET;
+    int size = sizeof any;
+    EXPECT_EQ(0, bind(socket_, reinterpret_cast<const sockaddr*>(&any), sizeof any));
+    EXPECT_EQ(0, getsockname(socket_, reinterpret_cast<sockaddr*>(&any), &size));
+    port_ = ntohs(any.sin_port);
+    EXPECT_EQ(type == SOCK_STREAM ? 0 : SOCKET_ERROR, listen(socket_, 4));
+  }
+  ~Peer() { closesocket(socket_); }
+  Peer(const Peer&) = delete;
+  Peer& operator=(const Peer&) = delete;
+
+  [[nodiscard]] SOCKET get() const { return socket_; }
+  [[nodiscard]] std::uint16_t Port() const { return port_; }
+
+  // Whether something has come, waited for a fifth of a second.
+  [[nodiscard]] bool IsReached() const {
+    fd_set set;
+    FD_ZERO(&set);
+    FD_SET(socket_, &set);
+    timeval limit{0, 200000};
+    return select(0, &set, nullptr, nullptr, &limit) == 1;
+  }
+
+ private:
+  SOCKET socket_;
+  std::uint16_t port_ = 0;
+};
+
+std::span<const std::uint8_t> Bytes(const std::string& text) {
+  return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
+}
+
+class SocketsTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(sockets_.Startup());
+    ASSERT_TRUE(sockets_.Startup());
+  }
+
+  void TearDown() override {
+    for (const Handle socket : opened_) sockets_.Close(socket);
+  }
+
+  Handle Tcp() { return Keep(sockets_.OpenTcp()); }
+  Handle Udp() { return Keep(sockets_.OpenUdp()); }
+
+  Handle Keep(Handle socket) {
+    EXPECT_NE(kNoHandle, socket);
+    opened_.push_back(socket);
+    return socket;
+  }
+
+  std::int32_t RecvLength(Handle socket) {
+    std::array<std::uint8_t, 16> bytes{};
+    return sockets_.Recv(socket, bytes);
+  }
+
+  Sockets& sockets_ = TheHost().sockets;
+  std::vector<Handle> opened_;
+};
+
+TEST_F(SocketsTest, BytesPassOverTcp) {
+  const Peer peer(SOCK_STREAM);
+  const Handle socket = Tcp();
+  ASSERT_EQ(0, sockets_.Connect(socket, {kLoopback, peer.Port()}));
+  const SOCKET accepted = accept(peer.get(), nullptr, nullptr);
+  ASSERT_NE(INVALID_SOCKET, accepted);
+  EXPECT_EQ(5, sockets_.Send(socket, Bytes("hello")));
+  std::array<char, 16> got{};
+  EXPECT_EQ(5, recv(accepted, got.data(), static_cast<int>(got.size()), 0));
+  EXPECT_STREQ("hello", got.data());
+  EXPECT_EQ(3, send(accepted, "abc", 3, 0));
+  std::array<std::uint8_t, 16> answer{};
+  EXPECT_EQ(3, sockets_.Recv(socket, answer));
+  EXPECT_EQ(0, std::memcmp("abc", answer.data(), 4));
+  closesocket(accepted);
+  EXPECT_EQ(0, RecvLength(socket));
+}
+
+TEST_F(SocketsTest, NobodyListeningIsAFailedConnect) {
+  std::uint16_t port = 0;
+  {
+    const Peer gone(SOCK_STREAM);
+    port = gone.Port();
+  }
+  EXPECT_LT(sockets_.Connect(Tcp(), {kLoopback, port}), 0);
+}
+
+TEST_F(SocketsTest, NetworkZeroAndPortZeroFailAtOnce) {
+  const Peer listener(SOCK_STREAM);
+  const Peer receiver(SOCK_DGRAM);
+  Clock& clock = TheHost().clock;
+  const std::uint64_t start = clock.Tick();
+  EXPECT_LT(sockets_.Connect(Tcp(), {kNowhere, listener.Port()}), 0);
+  EXPECT_LT(sockets_.Connect(Tcp(), {{0, 0, 0, 254}, listener.Port()}), 0);
+  EXPECT_LT(sockets_.Connect(Tcp(), {kLoopback, 0}), 0);
+  const Handle udp = Udp();
+  EXPECT_LT(sockets_.SendTo(udp, Bytes("x"), {kNowhere, receiver.Port()}), 0);
+  EXPECT_LT(sockets_.SendTo(udp, Bytes("x"), {{0, 0, 0, 254}, receiver.Port()}), 0);
+  EXPECT_LT(clock.Tick() - start, kLate);
+  EXPECT_FALSE(listener.IsReached());
+  EXPECT_FALSE(receiver.IsReached());
+}
+
+TEST_F(SocketsTest, DatagramsTellTheirSender) {
+  const Peer peer(SOCK_DGRAM);
+  const Handle socket = Udp();
+  EXPECT_EQ(4, sockets_.SendTo(socket, Bytes("ping"), {kLoopback, peer.Port()}));
+  std::array<char, 16> got{};
+  sockaddr_in from{};
+  int size = sizeof from;
+  EXPECT_EQ(4, recvfrom(peer.get(), got.data(), static_cast<int>(got.size()), 0,
+                        reinterpret_cast<sockaddr*>(&from), &size));
+  EXPECT_STREQ("ping", got.data());
+  EXPECT_EQ(2, sendto(peer.get(), "ok", 2, 0, reinterpret_cast<const sockaddr*>(&from), size));
+  std::array<std::uint8_t, 16> answer{};
+  Address sender;
+  EXPECT_EQ(2, sockets_.RecvFrom(socket, answer, sender));
+  EXPECT_EQ(0, std::memcmp("ok", answer.data(), 3));
+  EXPECT_EQ(kLoopback, sender.ip);
+  EXPECT_EQ(peer.Port(), sender.port);
+}
+
+TEST_F(SocketsTest, BroadcastHasToBeAllowed) {
+  const Peer peer(SOCK_DGRAM);
+  const Handle socket = Udp();
+  EXPECT_LT(sockets_.SendTo(socket, Bytes("all"), {kLoopbackBroadcast, peer.Port()}), 0);
+  EXPECT_FALSE(peer.IsReached());
+  sockets_.SetBroadcast(socket);
+  EXPECT_EQ(3, sockets_.SendTo(socket, Bytes("all"), {kLoopbackBroadcast, peer.Port()}));
+  EXPECT_TRUE(peer.IsReached());
+}
+
+TEST_F(SocketsTest, ReceivingEndsAfterItsLimitOrAtOnce) {
+  const Peer peer(SOCK_DGRAM);
+  const Handle socket = Udp();
+  ASSERT_EQ(1, sockets_.SendTo(socket, Bytes("x"), {kLoopback, peer.Port()}));
+  Clock& clock = TheHost().clock;
+  sockets_.SetReceiveTimeout(socket, 300);
+  std::uint64_t start = clock.Tick();
+  EXPECT_LT(RecvLength(socket), 0);
+  const std::uint64_t took = clock.Tick() - start;
+  EXPECT_GE(took + kEarly, 300u);
+  EXPECT_LT(took, 300u + kLate);
+  sockets_.SetReceiveTimeout(socket, 30000);
+  sockets_.SetNonBlocking(socket);
+  start = clock.Tick();
+  EXPECT_LT(RecvLength(socket), 0);
+  EXPECT_LT(clock.Tick() - start, kLate);
+}
+
+TEST_F(SocketsTest, AClosedSocketFailsAndItsHandleIsNotGivenAgain) {
+  const Handle first = sockets_.OpenUdp();
+  EXPECT_EQ(0, sockets_.Close(first));
+  EXPECT_EQ(0, sockets_.Close(first));
+  EXPECT_LT(sockets_.Send(first, Bytes("x")), 0);
+  EXPECT_LT(RecvLength(first), 0);
+  EXPECT_NE(first, Udp());
+}
+
+TEST_F(SocketsTest, ThisHostHasAnAddress) {
+  std::array<std::uint8_t, 4> ip{};
+  ASSERT_TRUE(sockets_.HostAddress(ip));
+  const Peer peer(SOCK_STREAM);
+  EXPECT_EQ(0, sockets_.Connect(Tcp(), {ip, peer.Port()}));
+}
+
+}  // namespace
+}  // namespace tavlyn::platform

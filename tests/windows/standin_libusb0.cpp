@@ -1,0 +1,118 @@
+// Stands in for the bulk driver's DLL: three devices on two buses, of which one opens and gives back what was
+// written to it. Its structures are laid out as the driver package's header lays them out.
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <string>
+
+#define EXPORTED extern "C" __declspec(dllexport)
+
+namespace {
+
+#pragma pack(push, 1)
+struct Descriptor {
+  std::uint8_t bLength, bDescriptorType;
+  std::uint16_t bcdUSB;
+  std::uint8_t bDeviceClass, bDeviceSubClass, bDeviceProtocol, bMaxPacketSize0;
+  std::uint16_t idVendor, idProduct, bcdDevice;
+  std::uint8_t iManufacturer, iProduct, iSerialNumber, bNumConfigurations;
+};
+struct Bus;
+struct Device {
+  Device *next, *prev;
+  char filename[512];
+  Bus* bus;
+  Descriptor descriptor;
+  void* config;
+  void* dev;
+  unsigned char devnum;
+  unsigned char num_children;
+  Device** children;
+};
+struct Bus {
+  Bus *next, *prev;
+  char dirname[512];
+  Device* devices;
+  unsigned long location;
+  Device* root_dev;
+};
+#pragma pack(pop)
+
+struct Devices {
+  Bus first{}, second{};
+  Device other{}, shy{}, open{};
+};
+Devices all;
+std::string calls;
+std::string pipe;
+
+void Identify(Device& device, Bus& bus, std::uint16_t vendor, std::uint16_t product) {
+  device.bus = &bus;
+  device.descriptor.bLength = sizeof(Descriptor);
+  device.descriptor.idVendor = vendor;
+  device.descriptor.idProduct = product;
+}
+
+int Note(const std::string& call) {
+  calls += call + ";";
+  return 0;
+}
+
+bool IsOpen(void* handle) { return handle == &all.open; }
+
+}  // namespace
+
+EXPORTED const char* standin_calls() { return calls.c_str(); }
+
+EXPORTED void usb_init() { Note("init"); }
+
+EXPORTED int usb_find_busses() { return 2; }
+
+EXPORTED int usb_find_devices() {
+  all = {};
+  Identify(all.other, all.first, 0x171B, 0x1003);
+  Identify(all.shy, all.first, 0x171B, 0x1004);
+  Identify(all.open, all.second, 0x171B, 0x1004);
+  all.first.devices = &all.other;
+  all.other.next = &all.shy;
+  all.first.next = &all.second;
+  all.second.devices = &all.open;
+  return 3;
+}
+
+EXPORTED Bus* usb_get_busses() { return &all.first; }
+
+// The first device of the identity is busy elsewhere.
+EXPORTED void* usb_open(Device* device) {
+  Note(device == &all.open ? "open" : "busy");
+  return device == &all.open ? device : nullptr;
+}
+
+EXPORTED int usb_close(void* handle) { return IsOpen(handle) ? Note("close") : -1; }
+
+EXPORTED int usb_claim_interface(void* handle, int number) {
+  return IsOpen(handle) ? Note("claim " + std::to_string(number)) : -1;
+}
+
+EXPORTED int usb_release_interface(void* handle, int number) {
+  return IsOpen(handle) ? Note("release " + std::to_string(number)) : -1;
+}
+
+EXPORTED int usb_set_configuration(void* handle, int number) {
+  return IsOpen(handle) ? Note("configuration " + std::to_string(number)) : -1;
+}
+
+EXPORTED int usb_bulk_write(void* handle, int endpoint, const char* bytes, int size, int timeout) {
+  if (!IsOpen(handle)) return -1;
+  Note("write " + std::to_string(endpoint) + " " + std::to_string(timeout));
+  pipe.append(bytes, static_cast<std::size_t>(size));
+  return size;
+}
+
+EXPORTED int usb_bulk_read(void* handle, int endpoint, char* bytes, int size, int timeout) {
+  if (!IsOpen(handle)) return -1;
+  Note("read " + std::to_string(endpoint) + " " + std::to_string(timeout));
+  const std::size_t count = pipe.copy(bytes, static_cast<std::size_t>(size));
+  pipe.erase(0, count);
+  return static_cast<int>(count);
+}
