@@ -38,7 +38,8 @@ Watch StartWatch(const char* toolPath) {
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_adddup2(&actions, pipeEnds[1], STDOUT_FILENO);
   posix_spawn_file_actions_addclose(&actions, pipeEnds[0]);
-  std::array<std::string, 4> words{"tavlynctl", "watch", "--count", "2"};
+  // A line for a card that comes and one for a card that goes.
+  std::array<std::string, 4> words{"tavlynctl", "watch", "--count", "4"};
   std::array<char*, 5> argv{words[0].data(), words[1].data(), words[2].data(), words[3].data(), nullptr};
   Watch watch;
   if (posix_spawn(&watch.process, toolPath, &actions, nullptr, argv.data(), environ) != 0) watch.process = -1;
