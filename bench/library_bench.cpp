@@ -28,8 +28,10 @@ struct StandIn {
   TavlynStandin run = Bind<TavlynStandin>(library, TAVLYN_STANDIN);
   decltype(&hid_enumerate) enumerate = Bind<decltype(&hid_enumerate)>(library, "hid_enumerate");
   decltype(&hid_open_path) open = Bind<decltype(&hid_open_path)>(library, "hid_open_path");
-  decltype(&hid_send_feature_report) send = Bind<decltype(&hid_send_feature_report)>(library, "hid_send_feature_report");
-  decltype(&hid_get_feature_report) get = Bind<decltype(&hid_get_feature_report)>(library, "hid_get_feature_report");
+  decltype(&hid_send_feature_report) send =
+      Bind<decltype(&hid_send_feature_report)>(library, "hid_send_feature_report");
+  decltype(&hid_get_feature_report) get =
+      Bind<decltype(&hid_get_feature_report)>(library, "hid_get_feature_report");
 };
 
 StandIn& TheStandIn() {

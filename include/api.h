@@ -27,11 +27,11 @@
 #define TAVLYN_API_H
 
 #include "api/active_id.h"
-#include "api/outputs.h"
-#include "api/files.h"
-#include "api/links.h"
 #include "api/connect.h"
+#include "api/files.h"
 #include "api/identity.h"
+#include "api/links.h"
+#include "api/outputs.h"
 #include "api/reader.h"
 #include "api/records.h"
 #include "api/types.h"

@@ -14,7 +14,8 @@ TAVLYN_API uint16_t GetActiveID(uint8_t* buffer, int16_t length);
 TAVLYN_API uint16_t GetActiveID32(uint8_t* buffer, int16_t length);
 
 /* The same for callers that cannot pass a buffer: bytes, at most 32, says how many to fetch, and
- * getActiveID_byte hands them out (0 for an index that is negative, above the bytes asked for, or above 31). */
+ * getActiveID_byte hands them out (0 for an index that is negative, above the bytes asked for, or above 31).
+ */
 TAVLYN_API uint16_t getActiveID(uint16_t bytes);
 TAVLYN_API uint16_t getActiveID32(uint16_t bytes);
 TAVLYN_API uint8_t getActiveID_byte(int16_t index);

@@ -9,8 +9,8 @@
  * entry 0 on success only. 1: a device was found and every configuration was read. 0: nothing was found, or a
  * configuration read failed; the table then keeps what was found (GetDevCnt). Handles of an earlier connect
  * are not closed: call USBDisconnect first.
- * Traffic for a plain reader: 89 01; per configuration the reports of ReadCfg. A plus reader adds its firmware
- * words, 89 03 cpu index. */
+ * Traffic for a plain reader: 89 01; per configuration the reports of ReadCfg. A plus reader adds its
+ * firmware words, 89 03 cpu index. */
 TAVLYN_API uint32_t USBConnect(uint32_t* pDID);
 
 /* USBConnect for callers that cannot pass a pointer; the device ID word is lost. No argument. */
@@ -58,9 +58,9 @@ TAVLYN_API uint32_t SetMarkerFunction(tavlyn_marker_function function);
  * sign-extended from 16 bits. */
 TAVLYN_API uint32_t GetLastLibErr(void);
 
-/* Filters of the row of the VID/PID table that matched the active reader. Index 1: the row's FILTER1 value, or
- * the table's DEFAULT1 value when the device has no row, is no reader or none is active. Index 0: always 0.
- * Any other index: 0. */
+/* Filters of the row of the VID/PID table that matched the active reader. Index 1: the row's FILTER1 value,
+ * or the table's DEFAULT1 value when the device has no row, is no reader or none is active. Index 0: always
+ * 0. Any other index: 0. */
 TAVLYN_API uint32_t GetVidPidFilterMask(int32_t index);
 TAVLYN_API uint32_t GetVidPidFilterCompare(int32_t index);
 

@@ -9,13 +9,14 @@
  * heading only); unsupported with no device. Traffic: that of ReadCfg for each configuration. */
 TAVLYN_API uint32_t WriteDevCfgToFile(const char* path);
 
-/* Loads a template file: records that differ go through the record sets, then WriteCfg sends them. What WriteCfg
- * returned; 0 when the file could not be opened or is no template; unsupported with no device. A malformed or
- * unknown line changes nothing and fails nothing. Of eleven configurations the first ten are loaded. */
+/* Loads a template file: records that differ go through the record sets, then WriteCfg sends them. What
+ * WriteCfg returned; 0 when the file could not be opened or is no template; unsupported with no device. A
+ * malformed or unknown line changes nothing and fails nothing. Of eleven configurations the first ten are
+ * loaded. */
 TAVLYN_API uint32_t ReadDevCfgFmFile(const char* path);
 
-/* The same for callers that can pass only characters. Index 0 clears the path and stores character there, 1 to
- * 254 store; both return 1. Index 255 runs the operation. Any other index: 0. */
+/* The same for callers that can pass only characters. Index 0 clears the path and stores character there, 1
+ * to 254 store; both return 1. Index 255 runs the operation. Any other index: 0. */
 TAVLYN_API uint32_t writeDevCfgToFile_char(int16_t index, uint8_t character);
 TAVLYN_API uint32_t readDevCfgFmFile_char(int16_t index, uint8_t character);
 
@@ -28,7 +29,8 @@ TAVLYN_API uint32_t CheckTamperedFile(const char* path, uint32_t kind);
 TAVLYN_API uint32_t WriteDevCfgToSecureFile(const char* path);
 
 /* ReadDevCfgFmFile of a file whose trailer is good. 0 with error bits 0x91000000 for a file that was changed;
- * unsupported when the load failed; 1 otherwise, also when no card reader is active and nothing was loaded. */
+ * unsupported when the load failed; 1 otherwise, also when no card reader is active and nothing was loaded.
+ */
 TAVLYN_API uint32_t ReadDevCfgFromSecureFile(const char* path);
 
 #endif

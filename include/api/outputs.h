@@ -12,8 +12,8 @@ TAVLYN_API uint32_t BeepNow(uint8_t count, int16_t longBeep);
  * device. Any product is asked. Traffic: 8C 06. */
 TAVLYN_API uint32_t GetBeeperVolume(void);
 
-/* Sets it to the low byte of volume. 0: the reader does not have the command, or a failed exchange (0x1000000);
- * unsupported with no device. Traffic: 8C 86 volume. */
+/* Sets it to the low byte of volume. 0: the reader does not have the command, or a failed exchange
+ * (0x1000000); unsupported with no device. Traffic: 8C 86 volume. */
 TAVLYN_API uint32_t SetBeeperVolume(uint16_t volume);
 
 #endif

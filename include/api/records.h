@@ -53,8 +53,8 @@ TAVLYN_API uint32_t SetBprRlyCtrl(const tsBprRlyCtrl* record);
 TAVLYN_API uint32_t GetSepFldData(uint8_t* buffer, uint16_t length);
 TAVLYN_API uint32_t SetSepFldData(const uint8_t* buffer, uint16_t length);
 
-/* Single words, 0 off and 1 on. A get returns the low 16 bits of what was set, sign-extended; a set returns 1.
- * The last three live on the host alone. Get64BytesInPackets and Set64BytesInPackets return 0, not
+/* Single words, 0 off and 1 on. A get returns the low 16 bits of what was set, sign-extended; a set
+ * returns 1. The last three live on the host alone. Get64BytesInPackets and Set64BytesInPackets return 0, not
  * unsupported, when the device is no card reader. */
 TAVLYN_API uint32_t GetAZERTYShiftLock(void);
 TAVLYN_API uint32_t SetAZERTYShiftLock(int16_t on);

@@ -34,7 +34,8 @@ typedef struct tsCfgFlags {
 } tsCfgFlags;
 
 typedef struct tsIDBitCnts {
-  int16_t iLeadParityBitCnt;  /* Wiegand leading parity bits to strip: 0 to 15, or to 142 where ExFeatures01 bit 7 is set */
+  int16_t iLeadParityBitCnt;  /* Wiegand leading parity bits to strip: 0 to 15, or to 142 where ExFeatures01
+                                 bit 7 is set */
   int16_t iTrailParityBitCnt; /* trailing parity bits to strip, the same range */
   int16_t iIDBitCnt;          /* with bStripFac, the bits of the ID that set ID and FAC apart: 1 to 255 */
   int16_t iTotalBitCnt;       /* with bFrcBitCntEx, the bits of a valid read including parity: 26 to 255 */
@@ -136,29 +137,31 @@ typedef struct tsBprRlyCtrl {
 } tsBprRlyCtrl;
 
 /* The words of GetLastLibErr. "Set" replaces the word, "or" adds the bits to what it holds. */
-#define TAVLYN_ERR_SEP_NULL UINT32_C(0x1)         /* or: GetSepFldData, SetSepFldData: null buffer */
-#define TAVLYN_ERR_SEP_UNREAD UINT32_C(0x2)       /* or: GetSepFldData: the configuration was not read */
-#define TAVLYN_ERR_ASCII_LENGTH UINT32_C(0x100)   /* set: ID read in the ASCII dialect: buffer shorter than 8 bytes */
-#define TAVLYN_ERR_ASCII_PORT UINT32_C(0x101)     /* set: the same: no open port */
-#define TAVLYN_ERR_ASCII_ANSWER UINT32_C(0x105)   /* set: the same: the answer could not be parsed */
-#define TAVLYN_ERR_WRITE_REPORT UINT32_C(0x202)   /* set: a feature report could not be written in six attempts */
-#define TAVLYN_ERR_CONNECT UINT32_C(0x10000)      /* a connect, or a search within one, failed (trace only) */
-#define TAVLYN_ERR_CONFIG_READ UINT32_C(0x20000)  /* or: a read of the configuration failed */
-#define TAVLYN_ERR_CONFIG_WRITE UINT32_C(0x40000) /* or: a write of the configuration failed */
-#define TAVLYN_ERR_RESET UINT32_C(0x80000)        /* or: ResetFactoryDflts could not send the command */
-#define TAVLYN_ERR_GET UINT32_C(0x100000)         /* set: a parameter getter has begun */
-#define TAVLYN_ERR_GET_NULL UINT32_C(0x100001)    /* set: getter: null pointer */
-#define TAVLYN_ERR_GET_UNREAD UINT32_C(0x100002)  /* set: getter: the configuration was not read */
-#define TAVLYN_ERR_SET UINT32_C(0x200000)         /* set: a parameter setter has begun */
-#define TAVLYN_ERR_SET_NULL UINT32_C(0x200001)    /* set: setter: null pointer */
-#define TAVLYN_ERR_ID_BIT_CNTS UINT32_C(0x201010) /* set: SetIDBitCnts: word 0 out of range; +1 to +3: words 1 to 3 */
-#define TAVLYN_ERR_ID_DISP_PARMS UINT32_C(0x201020)/* set: SetIDDispParms: word 0 out of range; +1 to +3: words 1 to 3 */
-#define TAVLYN_ERR_TIME_PARMS UINT32_C(0x201030)  /* set: SetTimeParms: word 0 out of range; +1 to +4: words 1 to 4 */
-#define TAVLYN_ERR_CHR_CNT UINT32_C(0x201050)     /* set: SetIDDispParms2, SetIDDispParms3: first word above 3 */
-#define TAVLYN_ERR_COMMAND UINT32_C(0x1000000)    /* or: an exchange failed in a read or an action */
-#define TAVLYN_ERR_FW_FILENAME UINT32_C(0x50000000)/* or: the firmware file name could not be read */
-#define TAVLYN_ERR_DEVICE_GONE UINT32_C(0x60000000)/* or, always on entry 0: a drain found the device gone */
-#define TAVLYN_ERR_FULL_FW_VERSION UINT32_C(0x70000000)/* or: the full firmware version could not be read */
-#define TAVLYN_ERR_INTEGRITY UINT32_C(0x91000000) /* or: a file failed its integrity test */
+/* clang-format off */
+#define TAVLYN_ERR_SEP_NULL          0x1u         /* or: GetSepFldData, SetSepFldData: null buffer */
+#define TAVLYN_ERR_SEP_UNREAD        0x2u         /* or: GetSepFldData: the configuration was not read */
+#define TAVLYN_ERR_ASCII_LENGTH      0x100u       /* set: ID read in the ASCII dialect: buffer shorter than 8 bytes */
+#define TAVLYN_ERR_ASCII_PORT        0x101u       /* set: the same: no open port */
+#define TAVLYN_ERR_ASCII_ANSWER      0x105u       /* set: the same: the answer could not be parsed */
+#define TAVLYN_ERR_WRITE_REPORT      0x202u       /* set: a feature report could not be written in six attempts */
+#define TAVLYN_ERR_CONNECT           0x10000u     /* a connect, or a search within one, failed (trace only) */
+#define TAVLYN_ERR_CONFIG_READ       0x20000u     /* or: a read of the configuration failed */
+#define TAVLYN_ERR_CONFIG_WRITE      0x40000u     /* or: a write of the configuration failed */
+#define TAVLYN_ERR_RESET             0x80000u     /* or: ResetFactoryDflts could not send the command */
+#define TAVLYN_ERR_GET               0x100000u    /* set: a parameter getter has begun */
+#define TAVLYN_ERR_GET_NULL          0x100001u    /* set: getter: null pointer */
+#define TAVLYN_ERR_GET_UNREAD        0x100002u    /* set: getter: the configuration was not read */
+#define TAVLYN_ERR_SET               0x200000u    /* set: a parameter setter has begun */
+#define TAVLYN_ERR_SET_NULL          0x200001u    /* set: setter: null pointer */
+#define TAVLYN_ERR_ID_BIT_CNTS       0x201010u    /* set: SetIDBitCnts: word 0 out of range; +1 to +3: words 1 to 3 */
+#define TAVLYN_ERR_ID_DISP_PARMS     0x201020u    /* set: SetIDDispParms: word 0 out of range; +1 to +3: words 1 to 3 */
+#define TAVLYN_ERR_TIME_PARMS        0x201030u    /* set: SetTimeParms: word 0 out of range; +1 to +4: words 1 to 4 */
+#define TAVLYN_ERR_CHR_CNT           0x201050u    /* set: SetIDDispParms2, SetIDDispParms3: first word above 3 */
+#define TAVLYN_ERR_COMMAND           0x1000000u   /* or: an exchange failed in a read or an action */
+#define TAVLYN_ERR_FW_FILENAME       0x50000000u  /* or: the firmware file name could not be read */
+#define TAVLYN_ERR_DEVICE_GONE       0x60000000u  /* or, always on entry 0: a drain found the device gone */
+#define TAVLYN_ERR_FULL_FW_VERSION   0x70000000u  /* or: the full firmware version could not be read */
+#define TAVLYN_ERR_INTEGRITY         0x91000000u  /* or: a file failed its integrity test */
+/* clang-format on */
 
 #endif

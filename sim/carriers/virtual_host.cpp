@@ -12,8 +12,8 @@ constexpr platform::Handle kFirstSocket = 1000;
 
 std::string AddressText(platform::Address address) {
   char text[32];
-  std::snprintf(text, sizeof text, "%d.%d.%d.%d:%d", address.ip[0], address.ip[1], address.ip[2], address.ip[3],
-                address.port);
+  std::snprintf(text, sizeof text, "%d.%d.%d.%d:%d", address.ip[0], address.ip[1], address.ip[2],
+                address.ip[3], address.port);
   return text;
 }
 
@@ -338,6 +338,7 @@ void VirtualLibusb::Reset() {
 }
 
 void VirtualLibusb::Note(std::string text) {
+  if (!loads) return;
   Event event{EventKind::kUsb};
   event.text = std::move(text);
   transcript_.Add(std::move(event));
@@ -371,12 +372,12 @@ void VirtualLibusb::Close(platform::Handle /*device*/) {
   --openHandles;
 }
 
-std::int32_t VirtualLibusb::ClaimInterface(platform::Handle /*device*/, std::int32_t interface) {
+std::int32_t VirtualLibusb::ClaimInterface(platform::Handle /*device*/, std::int32_t number) {
   Note("claim " + std::to_string(interface));
   return claimResult;
 }
 
-std::int32_t VirtualLibusb::ReleaseInterface(platform::Handle /*device*/, std::int32_t interface) {
+std::int32_t VirtualLibusb::ReleaseInterface(platform::Handle /*device*/, std::int32_t number) {
   Note("release " + std::to_string(interface));
   return 0;
 }

@@ -191,7 +191,7 @@ class VirtualComPorts final : public platform::ComPorts {
   Transcript& transcript_;
 };
 
-// libusb-0.1 with at most one device.
+// libusb-0.1 with at most one device. A system without the library leaves no events.
 class VirtualLibusb final : public platform::Libusb {
  public:
   explicit VirtualLibusb(Transcript& transcript) : transcript_(transcript) {}
@@ -220,8 +220,8 @@ class VirtualLibusb final : public platform::Libusb {
   std::int32_t FindDevices() override;
   platform::Handle Open(platform::HidIds ids) override;
   void Close(platform::Handle device) override;
-  std::int32_t ClaimInterface(platform::Handle device, std::int32_t interface) override;
-  std::int32_t ReleaseInterface(platform::Handle device, std::int32_t interface) override;
+  std::int32_t ClaimInterface(platform::Handle device, std::int32_t number) override;
+  std::int32_t ReleaseInterface(platform::Handle device, std::int32_t number) override;
   std::int32_t SetConfiguration(platform::Handle device, std::int32_t configuration) override;
   std::int32_t BulkRead(platform::Handle device, std::int32_t endpoint, std::span<std::uint8_t> bytes,
                         std::int32_t timeout) override;

@@ -46,6 +46,7 @@ void LogLine(const char* tag, const char* format, ...) {
   add(std::snprintf(line + used, sizeof line - used, " %s ", tag));
   std::va_list arguments;
   va_start(arguments, format);
+  // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): va_start above does initialise it
   const int printed = std::vsnprintf(line + used, sizeof line - used, format, arguments);
   va_end(arguments);
   add(printed);

@@ -14,8 +14,9 @@ constexpr int kNoTable = 23;
 constexpr std::size_t kLongLine = 4096;
 constexpr std::size_t kShortLine = 128;
 
-// A file by lines, or pieces of lines that are longer than the room; each up to its first NUL. A path may name a
-// device that never ends: the files meant here are a few kilobytes, and what has more pieces than this is none.
+// A file by lines, or pieces of lines that are longer than the room; each up to its first NUL. A path may
+// name a device that never ends: the files meant here are a few kilobytes, and what has more pieces than this
+// is none.
 template <std::size_t kRoom>
 class Lines {
  public:

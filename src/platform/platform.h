@@ -185,8 +185,8 @@ class Libusb {
   // The first device of that identity that opens.
   virtual Handle Open(HidIds ids) = 0;
   virtual void Close(Handle device) = 0;
-  virtual std::int32_t ClaimInterface(Handle device, std::int32_t interface) = 0;
-  virtual std::int32_t ReleaseInterface(Handle device, std::int32_t interface) = 0;
+  virtual std::int32_t ClaimInterface(Handle device, std::int32_t number) = 0;
+  virtual std::int32_t ReleaseInterface(Handle device, std::int32_t number) = 0;
   virtual std::int32_t SetConfiguration(Handle device, std::int32_t configuration) = 0;
   virtual std::int32_t BulkRead(Handle device, std::int32_t endpoint, std::span<std::uint8_t> bytes,
                                 std::int32_t timeout) = 0;

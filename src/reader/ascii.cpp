@@ -57,8 +57,8 @@ constexpr std::array kReadKeys = {
     ReadKey{":out.led", LEDCtrl_iRedLEDState,
             [](tsCfgSlot& slot, std::int16_t value) {
               slot[LEDCtrl_bAppCtrlsLED] = value != kLedsLeftAlone ? 1 : 0;
-              slot[LEDCtrl_iRedLEDState] = value & 1;
-              slot[LEDCtrl_iGrnLEDState] = value >> 1 & 1;
+              slot[LEDCtrl_iRedLEDState] = static_cast<std::int16_t>(value & 1);
+              slot[LEDCtrl_iGrnLEDState] = static_cast<std::int16_t>(value >> 1 & 1);
               slot[LEDCtrl_bVolatile] = 0;
             }},
     ReadKey{":time.hold", TimeParms_iIDHoldTO},

@@ -18,8 +18,8 @@ enum BlockNumber : std::uint8_t { kFormatBlock, kTimeBlock, kDisplayBlock, kExte
 void TakeBlock(BlockNumber number, const Block& block, tsCfgSlot& slot, bool bootDeviceTells);
 
 // The block as the slot has it. The format block leaves the excess of its parity counts in ExtBytes, which
-// marks the extension block for sending when it changes. extendedFields: the reader keeps iExOutputFormat in the
-// extension block.
+// marks the extension block for sending when it changes. extendedFields: the reader keeps iExOutputFormat in
+// the extension block.
 Block BuildBlock(BlockNumber number, tsCfgSlot& slot, bool extendedFields = false);
 
 // The byte form of tsCfgFlags3.

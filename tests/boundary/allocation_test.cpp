@@ -53,7 +53,8 @@ namespace {
 class Allocations : public ::testing::Test {
  protected:
   void SetUp() override {
-    if (TAVLYN_COUNTS_ALLOCATIONS == 0) GTEST_SKIP() << "a sanitizer has replaced malloc: allocations are not counted";
+    if (TAVLYN_COUNTS_ALLOCATIONS == 0)
+      GTEST_SKIP() << "a sanitizer has replaced malloc: allocations are not counted";
     library_.Standin("reset");
     library_.Standin("plug reader");
     library_.Standin("record off");

@@ -195,6 +195,18 @@ TEST_F(ConnectLinksTest, WithNothingAttachedNothingLeavesTheHost) {
   EXPECT_EQ(TunnelLink, 0) << "cleared by the next connect";
 }
 
+TEST_F(ConnectLinksTest, AConnectEndsTheTunnelOfTheLastOne) {
+  LinkSocket = 7;
+  TunnelLink = 1;
+  SetConnectProduct(0);
+  EXPECT_EQ(USBConnect(nullptr), 0U);
+  EXPECT_EQ(host.transcript.Lines(), (Lines{"mutex lock", "close socket 7", "mutex unlock"}));
+  LinkSocket = 7;
+  EXPECT_EQ(USBConnect(nullptr), 0U);
+  EXPECT_TRUE(LinkIsOpen()) << "a socket that is no tunnel stays";
+  LinkSocket = platform::kNoHandle;
+}
+
 TEST_F(ConnectLinksTest, TheDefaultSearchWithNothingAttachedSendsNothing) {
   SetConnectProduct(0xFFFFFFFF);
   EXPECT_EQ(USBConnect(&did), 0U);

@@ -24,6 +24,7 @@ class LibusbPipeTest : public Bench {
  protected:
   void SetUp() override {
     Bench::SetUp();
+    host.usb.loads = true;
     ForgetTraffic();
   }
   std::int32_t Read(std::size_t length, std::deque<Bytes> pieces) {
@@ -150,8 +151,11 @@ TEST_F(LibusbPipeTest, WritesGoToTheOutEndpoint) {
 }
 
 TEST_F(LibusbPipeTest, ARefreshStopsAtItsFirstFailure) {
+  host.usb.loads = false;
+  host.usb.busses = 0;
   RefreshLibusb();
-  ExpectCalls({"usb load"});
+  EXPECT_EQ(host.usb.loadsAsked, 1);
+  ExpectCalls({});
   host.usb.loads = true;
   host.usb.busses = -1;
   RefreshLibusb();

@@ -181,6 +181,7 @@ TEST_F(SerialPortTest, ReleaseDoesNotLookAtTheSocket) {
 }
 
 TEST_F(SerialPortTest, CloseAndReleaseGiveTheUsbDeviceBack) {
+  host.usb.loads = true;
   for (const bool release : {false, true}) {
     OpenCom();
     LinkSocket = kSocket;

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <deque>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -85,6 +84,7 @@ class AsciiBench : public SerialBench {
     SerialBench::SetUp();
     AddLine(ascii);
     com->clock = &host.clock;
+    com->timeouts = Port().Timeouts();
     UseAsciiCommandProtocol(1);
   }
   static tsCfgSlot& Slot() { return ActiveEntry().ActiveSlot(); }

@@ -6,6 +6,7 @@
 #include "api.h"
 #include "links/link_socket.h"
 #include "links/serial_port.h"
+#include "reader/ascii.h"
 #include "tests/reader/ascii_bench.h"
 
 namespace tavlyn::test {
@@ -68,7 +69,7 @@ TEST_F(AsciiConfigWrite, EveryFieldGoesOutInItsOrder) {
   Field(IDDispParms3_iTrailChrCnt) = 2;
   Field(IDDispParms3_iTrailChr0) = 'x';
   Field(IDDispParms3_iTrailChr1) = 0xAB;
-  EXPECT_EQ(WriteCfg(), 1U);
+  EXPECT_EQ(AsciiWriteConfig(), 1U);
   EXPECT_EQ(ascii.received, Assigned({"out.led=2",
                                       "wieg.qual=1",
                                       "op.sdk=2",
@@ -100,7 +101,7 @@ TEST_F(AsciiConfigWrite, EveryFieldGoesOutInItsOrder) {
 }
 
 TEST_F(AsciiConfigWrite, EachAssignmentIsPacedAndItsAnswerRead) {
-  EXPECT_EQ(WriteCfg(), 1U);
+  EXPECT_EQ(AsciiWriteConfig(), 1U);
   const Lines traffic = TrafficOf(host.transcript.Events());
   const Lines begin =
       Join({TextLines(kAsciiBegin), {"sleep 10", "flush"}, TextLines("\rrfid:out.led=255\r"), {"read"}});
@@ -110,7 +111,7 @@ TEST_F(AsciiConfigWrite, EachAssignmentIsPacedAndItsAnswerRead) {
       "");
   EXPECT_EQ(Lines(traffic.end() - 2, traffic.end()), (Lines{"sleep 10", "flush"}));
   const auto reads = std::count_if(traffic.begin(), traffic.end(),
-                                   [](const std::string& line) { return line.starts_with("read"); });
+                                   [](const std::string& exchange) { return exchange.starts_with("read"); });
   EXPECT_EQ(reads, 27);
 }
 
@@ -201,11 +202,17 @@ TEST_F(AsciiConfigWrite, NoAnswerIsLookedAt) {
     ascii.received.clear();
     Entry().LastLibErr = 5;
     const std::uint64_t before = host.clock.tick;
-    EXPECT_EQ(WriteCfg(), 1U);
+    EXPECT_EQ(AsciiWriteConfig(), 1U);
     EXPECT_EQ(GetLastLibErr(), 0U);
     EXPECT_NE(ascii.received.find("rfid:chr.count.trail=0"), std::string::npos);
     EXPECT_LE(host.clock.tick - before, 27U * 400 + 1000);
   }
+}
+
+TEST_F(AsciiConfigWrite, TheExportAsksInAFrameHowFastTheStoreIs) {
+  EXPECT_EQ(WriteCfg(), 1U);
+  EXPECT_TRUE(ascii.received.ends_with(std::string("\rrfid:chr.count.trail=0\r\xFA\x0C\x06\0\0", 29)))
+      << ascii.received;
 }
 
 TEST_F(AsciiConfigWrite, AClosedPortDoesNotShow) {

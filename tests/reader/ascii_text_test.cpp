@@ -89,7 +89,7 @@ TEST_F(AsciiSetTest, ASilentReaderIsWaitedForOnce) {
   ascii.acknowledge.clear();
   const std::uint64_t before = host.clock.tick;
   AsciiSet("op.sdk=%d", 1);
-  EXPECT_EQ(host.clock.tick - before, 9U + 300 + 5 * 12) << "17 characters, then one read of 12";
+  EXPECT_EQ(host.clock.tick - before, 8U + 300 + 5 * 12) << "15 characters, then one read of 12";
 }
 
 TEST_F(AsciiSetTest, AClosedPortGetsNothing) {

@@ -234,6 +234,79 @@ TEST_F(VirtualHost, AComPortPlaysAScript) {
   EXPECT_EQ(port.written, Bytes{8});
 }
 
+TEST_F(VirtualHost, AComPortIsOpenedOnceAtATime) {
+  world.ports.present[3] = nullptr;
+  auto port = host.ports.Open(3, {}, {});
+  ASSERT_NE(port, nullptr);
+  EXPECT_EQ(host.ports.Open(3, {}, {}), nullptr);
+  EXPECT_EQ(host.ports.Open(4, {}, {}), nullptr);
+  port->SetTimeouts({1, 2, 3, 4, 5});
+  port.reset();
+  port = host.ports.Open(3, {}, {});
+  ASSERT_NE(port, nullptr);
+  port->CloseQuietly();
+  port.reset();
+  EXPECT_EQ(Difference({"open COM3", "open COM3 refused", "open COM4 refused", "time-outs 1 2 3 4 5",
+                        "close COM3", "open COM3", "close COM3 quietly"},
+                       world.transcript.Lines()),
+            "");
+}
+
+TEST_F(VirtualHost, AReadThatComesShortTakesItsTime) {
+  world.ports.present[3] = nullptr;
+  world.ports.clock = &world.clock;
+  const auto port = host.ports.Open(3, {}, {11, 3, 100, 0, 0});
+  auto& script = dynamic_cast<sim::VirtualComPort&>(*port);
+  Bytes buffer(2);
+  const auto before = world.clock.tick;
+  script.toRead = {1, 2, 3};
+  EXPECT_EQ(port->Read(buffer), 2U);
+  EXPECT_EQ(world.clock.tick, before) << "all there at once";
+  EXPECT_EQ(port->Read(buffer), 1U);
+  EXPECT_EQ(world.clock.tick, before + 11) << "silence behind a byte";
+  EXPECT_EQ(port->Read(buffer), 0U);
+  EXPECT_EQ(world.clock.tick, before + 11 + 106) << "silence alone";
+}
+
+TEST_F(VirtualHost, DatagramsAndTheStreamDoNotMix) {
+  world.sockets.onDatagram = [](platform::Address to, const Bytes&) {
+    return std::vector<sim::VirtualSockets::Datagram>{{to, {1, 2, 3}}};
+  };
+  world.sockets.toReceive = {Bytes{9}};
+  const Handle udp = host.sockets.OpenUdp();
+  const Handle tcp = host.sockets.OpenTcp();
+  host.sockets.SetReceiveTimeout(udp, 50);
+  Bytes buffer(4);
+  EXPECT_EQ(host.sockets.Recv(udp, buffer), -1);
+  EXPECT_EQ(host.sockets.SendTo(udp, Bytes{7}, {{10, 0, 0, 5}, 11000}), 1);
+  EXPECT_EQ(host.sockets.SendTo(udp, Bytes{7}, {{0, 0, 0, 5}, 11000}), -1);
+  EXPECT_EQ(host.sockets.Recv(tcp, buffer), 1);
+  EXPECT_EQ(host.sockets.Recv(udp, buffer), 3);
+  EXPECT_EQ(host.sockets.Connect(tcp, {{10, 0, 0, 5}, 1}), -1);
+  EXPECT_EQ(Difference({"socket udp -> 1001", "socket tcp -> 1002", "option 1001 timeout 50", "recv refused",
+                        "sendto 10.0.0.5:11000 07", "sendto 0.0.0.5:11000 07 refused", "recv 09",
+                        "recv 01 02 03", "connect 10.0.0.5:1 refused"},
+                       world.transcript.Lines()),
+            "");
+}
+
+TEST_F(VirtualHost, LibusbHasAtMostOneDevice) {
+  EXPECT_EQ(host.usb.Open({0x171B, 0x1004}), kNoHandle);
+  world.usb.loads = world.usb.present = true;
+  EXPECT_EQ(host.usb.Open({0x171B, 0x1005}), kNoHandle);
+  const Handle device = host.usb.Open({0x171B, 0x1004});
+  EXPECT_NE(device, kNoHandle);
+  EXPECT_EQ(world.usb.openHandles, 1);
+  world.usb.toRead = {{1, 2, 3}, {}};
+  Bytes buffer(2);
+  EXPECT_EQ(host.usb.BulkRead(device, 0x83, buffer, 250), 2);
+  EXPECT_EQ(host.usb.BulkRead(device, 0x83, buffer, 250), -1);
+  EXPECT_EQ(host.usb.BulkWrite(device, 3, buffer, 99), 2);
+  EXPECT_EQ(world.usb.transfers.back(), (sim::VirtualLibusb::Transfer{false, 3, 2, 99}));
+  host.usb.Close(device);
+  EXPECT_EQ(world.usb.openHandles, 0);
+}
+
 TEST_F(VirtualHost, PlacesAreWhereTheTestSays) {
   EXPECT_FALSE(host.places.EnvironmentIsSet("TAVLYNAPI_LOGGING"));
   world.places.environment = {"TAVLYNAPI_LOGGING"};

@@ -164,14 +164,14 @@ void LinuxLibusb::Close(Handle device) {
   one->native = nullptr;
 }
 
-std::int32_t LinuxLibusb::ClaimInterface(Handle device, std::int32_t interface) {
+std::int32_t LinuxLibusb::ClaimInterface(Handle device, std::int32_t number) {
   void* native = NativeOf(device);
-  return call.claim != nullptr && native != nullptr ? call.claim(native, interface) : -1;
+  return call.claim != nullptr && native != nullptr ? call.claim(native, number) : -1;
 }
 
-std::int32_t LinuxLibusb::ReleaseInterface(Handle device, std::int32_t interface) {
+std::int32_t LinuxLibusb::ReleaseInterface(Handle device, std::int32_t number) {
   void* native = NativeOf(device);
-  return call.release != nullptr && native != nullptr ? call.release(native, interface) : -1;
+  return call.release != nullptr && native != nullptr ? call.release(native, number) : -1;
 }
 
 std::int32_t LinuxLibusb::SetConfiguration(Handle device, std::int32_t configuration) {

@@ -81,8 +81,8 @@ class LinuxLibusb final : public Libusb {
   std::int32_t FindDevices() override;
   Handle Open(HidIds ids) override;
   void Close(Handle device) override;
-  std::int32_t ClaimInterface(Handle device, std::int32_t interface) override;
-  std::int32_t ReleaseInterface(Handle device, std::int32_t interface) override;
+  std::int32_t ClaimInterface(Handle device, std::int32_t number) override;
+  std::int32_t ReleaseInterface(Handle device, std::int32_t number) override;
   std::int32_t SetConfiguration(Handle device, std::int32_t configuration) override;
   std::int32_t BulkRead(Handle device, std::int32_t endpoint, std::span<std::uint8_t> bytes,
                         std::int32_t timeout) override;

@@ -88,14 +88,14 @@ class SystemLibusb final : public Libusb {
     if (native && call_.close != nullptr) call_.close(*native);
   }
 
-  std::int32_t ClaimInterface(Handle device, std::int32_t interface) override {
+  std::int32_t ClaimInterface(Handle device, std::int32_t number) override {
     void* native = Native(device);
-    return call_.claim != nullptr && native != nullptr ? call_.claim(native, interface) : -1;
+    return call_.claim != nullptr && native != nullptr ? call_.claim(native, number) : -1;
   }
 
-  std::int32_t ReleaseInterface(Handle device, std::int32_t interface) override {
+  std::int32_t ReleaseInterface(Handle device, std::int32_t number) override {
     void* native = Native(device);
-    return call_.release != nullptr && native != nullptr ? call_.release(native, interface) : -1;
+    return call_.release != nullptr && native != nullptr ? call_.release(native, number) : -1;
   }
 
   std::int32_t SetConfiguration(Handle device, std::int32_t configuration) override {

@@ -5,6 +5,3 @@
 
 // winsock2.h has to come first.
 #include <windows.h>
-
-// A macro here, a name in the platform's terms.
-#undef interface
