@@ -373,12 +373,12 @@ void VirtualLibusb::Close(platform::Handle /*device*/) {
 }
 
 std::int32_t VirtualLibusb::ClaimInterface(platform::Handle /*device*/, std::int32_t number) {
-  Note("claim " + std::to_string(interface));
+  Note("claim " + std::to_string(number));
   return claimResult;
 }
 
 std::int32_t VirtualLibusb::ReleaseInterface(platform::Handle /*device*/, std::int32_t number) {
-  Note("release " + std::to_string(interface));
+  Note("release " + std::to_string(number));
   return 0;
 }
 

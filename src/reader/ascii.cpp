@@ -190,14 +190,19 @@ void SetLeds(const tsCfgSlot& slot) {
   AsciiSet("out.led=%d", slot[LEDCtrl_bAppCtrlsLED] == 0 ? kLedsLeftAlone : states);
 }
 
-// Lead characters first, trail characters in the places behind them.
+// The character that goes out at a place: lead characters first, trail characters behind them. A lead count
+// that cannot be sends none.
+std::int16_t CharacterAt(const tsCfgSlot& slot, int place) {
+  const int lead = std::max<int>(slot[IDDispParms2_iLeadChrCnt], 0);
+  if (lead > kCharacters) return 0;
+  const Record record = place < lead ? kIDDispParms2 : kIDDispParms3;
+  return slot.record[record][static_cast<std::size_t>(place < lead ? place : place - lead) + 1];
+}
+
 void SetCharacters(const tsCfgSlot& slot) {
   constexpr std::array kTexts = {"chr.1='\\x%02X'", "chr.2='\\x%02X'", "chr.3='\\x%02X'"};
-  const int lead = std::clamp<int>(slot[IDDispParms2_iLeadChrCnt], 0, kCharacters);
-  for (int at = 0; at < kCharacters; ++at) {
-    const Record record = at < lead ? kIDDispParms2 : kIDDispParms3;
-    const auto word = static_cast<std::size_t>(at < lead ? at + 1 : at - lead + 1);
-    AsciiSet(kTexts[static_cast<std::size_t>(at)], slot.record[record][word]);
+  for (int place = 0; place < kCharacters; ++place) {
+    AsciiSet(kTexts[static_cast<std::size_t>(place)], CharacterAt(slot, place));
   }
   AsciiSet("chr.count.lead=%d", slot[IDDispParms2_iLeadChrCnt]);
   AsciiSet("chr.count.trail=%d", slot[IDDispParms3_iTrailChrCnt]);

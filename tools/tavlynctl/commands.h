@@ -2,6 +2,8 @@
 #pragma once
 
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "tools/tavlynctl/output.h"
 
@@ -10,9 +12,21 @@ namespace tavlyn::ctl {
 struct Options {
   bool json = false;
   int device = 0;
-  std::optional<double> timeout;  // seconds
-  int count = 0;                  // events; 0: any number
-  std::optional<int> config;      // all, unless told
+  std::optional<double> timeout;   // seconds
+  int count = 0;                   // events or beeps; 0: any number of events, one beep
+  std::optional<int> config;       // without it all are shown and compared, and 0 is set
+  std::vector<std::string> words;  // FIELD, FIELD=VALUE or a colour
+  std::vector<std::string> files;
+  std::string choice;  // one of the words that a command takes
+  int index = 0;       // of a configuration
+  std::string cardType;
+  std::optional<int> volume;
+  bool dryRun = false;
+  bool secure = false;
+  bool ini = false;
+  bool yes = false;
+  bool store = false;
+  bool longBeep = false;
 };
 
 Json List(const Options& options);
@@ -21,5 +35,22 @@ Json Read(const Options& options);
 // Shows its events itself and gives no document.
 Json Watch(const Options& options);
 Json ShowConfig(const Options& options);
+Json GetConfig(const Options& options);
+Json SetConfig(const Options& options);
+Json SaveConfig(const Options& options);
+Json LoadConfig(const Options& options);
+Json DiffConfig(const Options& options);
+Json ResetConfig(const Options& options);
+Json MoveDefaults(const Options& options);
+Json CheckFile(const Options& options);
+Json Beep(const Options& options);
+Json Led(const Options& options);
+Json Relay(const Options& options);
+Json Volume(const Options& options);
+Json Cards(const Options& options);
+Json SetCard(const Options& options);
+
+// Adds card type and priority of the selected configuration; nothing for a plain reader.
+void DescribeCardType(Json& configuration);
 
 }  // namespace tavlyn::ctl

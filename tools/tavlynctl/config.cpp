@@ -1,97 +1,57 @@
-// config show.
-#include <array>
-#include <cstring>
-#include <string_view>
-
+// config show and config get.
 #include "api.h"
 #include "tools/tavlynctl/commands.h"
+#include "tools/tavlynctl/fields.h"
 #include "tools/tavlynctl/session.h"
 
 namespace tavlyn::ctl {
 namespace {
 
-using Words = std::array<std::int16_t, 8>;
-
-template <typename Record>
-bool Get(std::uint32_t (*get)(Record*), Words& words) {
-  Record record{};
-  static_assert(sizeof record == sizeof words);
-  const bool done = get(&record) == 1;
-  std::memcpy(words.data(), &record, sizeof record);
-  return done;
-}
-
-struct RecordRow {
-  std::string_view name;
-  bool (*get)(Words&);
-};
-
-constexpr RecordRow kRecords[] = {{"IDBitCnts", [](Words& words) { return Get(GetIDBitCnts, words); }},
-                                  {"CfgFlags", [](Words& words) { return Get(GetFlags, words); }},
-                                  {"IDDispParms", [](Words& words) { return Get(GetIDDispParms, words); }},
-                                  {"TimeParms", [](Words& words) { return Get(GetTimeParms, words); }},
-                                  {"CfgFlags2", [](Words& words) { return Get(GetFlags2, words); }},
-                                  {"CfgFlags3", [](Words& words) { return Get(GetFlags3, words); }},
-                                  {"IDDispParms2", [](Words& words) { return Get(GetIDDispParms2, words); }},
-                                  {"IDDispParms3", [](Words& words) { return Get(GetIDDispParms3, words); }},
-                                  {"LEDCtrl", [](Words& words) { return Get(GetLEDCtrl, words); }},
-                                  {"BprRlyCtrl", [](Words& words) { return Get(GetBprRlyCtrl, words); }}};
-
-struct Field {
-  std::string_view record;
-  std::size_t word;
-  std::string_view name;
-};
-
-constexpr Field kFields[] = {
-#define FIELD(record, word, name) {#record, word, #name},
-#include "core/fields.inc"
-};
-
-bool MeansNothing(std::string_view field) { return field.starts_with("iPad"); }
-
-Json RecordValues(const RecordRow& row) {
-  Words words{};
-  if (!row.get(words)) {
-    throw Failure(kDeviceError, std::string(row.name) + " of " + ActiveDeviceName() + ": " + ErrorText());
-  }
-  Json values = Json::object();
-  for (const Field& field : kFields) {
-    if (field.record == row.name && !MeansNothing(field.name)) {
-      values[std::string(field.name)] = words[field.word];
-    }
-  }
-  return values;
-}
-
 // Of the configuration that is selected.
 Json Configuration(int index) {
   Json configuration{{"index", index}};
-  if (const std::int32_t type = GetCardType(); type >= 0) {
-    configuration["card_type"] = Hex(static_cast<unsigned>(type), 4);
-    configuration["priority"] = GetCardPriority() != 0 ? "high" : "low";
-  }
+  DescribeCardType(configuration);
+  std::array<RecordWords, kRecordCount> words;
+  for (std::size_t i = 0; i < kRecordCount; ++i) words[i] = ReadRecord(static_cast<Record>(i));
   Json& records = configuration["records"] = Json::object();
-  for (const RecordRow& row : kRecords) records[std::string(row.name)] = RecordValues(row);
+  for (const Field& field : Fields()) {
+    records[std::string(field.record)][std::string(field.name)] = words[field.id.record][field.id.word];
+  }
   return configuration;
 }
 
 }  // namespace
 
+void DescribeCardType(Json& configuration) {
+  const std::int32_t type = GetCardType();
+  if (type < 0) return;
+  configuration["card_type"] = Hex(static_cast<unsigned>(type), 4);
+  configuration["priority"] = PriorityText(GetCardPriority() != 0);
+}
+
 Json ShowConfig(const Options& options) {
   const Session session;
   session.Use(options.device);
-  const int highest = GetMaxConfig();
-  if (options.config && (*options.config < 0 || *options.config > highest)) {
-    throw Failure(kUsage, ActiveDeviceName() + " has configurations 0 to " + std::to_string(highest));
-  }
-  Json document = NewDocument("config show");
-  document["device"] = options.device;
+  Json document = NewDocument("config show", options.device);
   Json& all = document["configurations"] = Json::array();
-  for (int index = options.config.value_or(0); index <= options.config.value_or(highest); ++index) {
-    SetActConfig(static_cast<std::uint8_t>(index));  // refused by a plain reader, which has only one
+  if (options.config) CheckConfiguration(*options.config);
+  for (int index = options.config.value_or(0); index <= options.config.value_or(GetMaxConfig()); ++index) {
+    const SelectedConfiguration selected(index);
     all.push_back(Configuration(index));
   }
+  return document;
+}
+
+Json GetConfig(const Options& options) {
+  std::vector<Field> wanted;
+  for (const std::string& name : options.words) wanted.push_back(FindField(name));
+  const Session session;
+  session.Use(options.device);
+  const SelectedConfiguration selected(options.config.value_or(0));
+  Json document = NewDocument("config get", options.device);
+  document["configuration"] = options.config.value_or(0);
+  Json& fields = document["fields"] = Json::object();
+  for (const Field& field : wanted) fields[FullName(field)] = ReadRecord(field.id.record)[field.id.word];
   return document;
 }
 

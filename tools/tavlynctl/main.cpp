@@ -23,8 +23,22 @@ void AddDevice(CLI::App* command, Options& options) {
   command->add_option("--device", options.device, "Index of the device, as list shows it (0)");
 }
 
-std::vector<Command> AddAll(CLI::App& app, Options& options) {
-  CLI::App* list = Add(app, "list", "The readers that are plugged in", options);
+void AddDryRun(CLI::App* command, Options& options) {
+  command->add_flag("--dry-run", options.dryRun, "Only tell what would change");
+}
+
+void AddFiles(CLI::App* command, Options& options, int most) {
+  command->add_option("FILE", options.files)->required()->expected(1, most);
+}
+
+void AddChoice(CLI::App* command, Options& options, const char* name, const std::vector<std::string>& words) {
+  command->add_option(name, options.choice)->required()->check(CLI::IsMember(words));
+}
+
+using Commands = std::vector<Command>;
+
+void AddReads(CLI::App& app, Options& options, Commands& commands) {
+  commands.push_back({Add(app, "list", "The readers that are plugged in", options), "list", List});
   CLI::App* info = Add(app, "info", "What a reader tells of itself", options);
   CLI::App* read = Add(app, "read", "The card that lies on a reader, or the next that comes", options);
   read->add_option("--timeout", options.timeout, "Seconds to wait for a card (10)")
@@ -32,16 +46,90 @@ std::vector<Command> AddAll(CLI::App& app, Options& options) {
   CLI::App* watch = Add(app, "watch", "A line for each card that comes or goes, until Ctrl-C", options);
   watch->add_option("--count", options.count, "End after so many lines")->check(CLI::PositiveNumber);
   watch->add_option("--timeout", options.timeout, "End after so many seconds")->check(CLI::NonNegativeNumber);
-  CLI::App* config = app.add_subcommand("config", "The configuration of a reader");
-  config->require_subcommand(1);
-  CLI::App* show = Add(*config, "show", "Every record and field", options);
-  show->add_option("--config", options.config, "Only this configuration of a plus reader");
-  for (CLI::App* command : {info, read, watch, show}) AddDevice(command, options);
-  return {{list, "list", List},
-          {info, "info", Info},
-          {read, "read", Read},
-          {watch, "watch", Watch},
-          {show, "config show", ShowConfig}};
+  for (CLI::App* command : {info, read, watch}) AddDevice(command, options);
+  commands.insert(commands.end(), {{info, "info", Info}, {read, "read", Read}, {watch, "watch", Watch}});
+}
+
+void AddConfig(CLI::App& app, Options& options, Commands& commands) {
+  CLI::App& config = *app.add_subcommand("config", "The configuration of a reader");
+  config.require_subcommand(1);
+  CLI::App* show = Add(config, "show", "Every record and field", options);
+  CLI::App* get = Add(config, "get", "Single fields", options);
+  get->add_option("FIELD", options.words)->required();
+  CLI::App* set = Add(config, "set", "Sets fields, and reads them back", options);
+  set->add_option("FIELD=VALUE", options.words)->required();
+  CLI::App* save = Add(config, "save", "Saves every configuration as a file", options);
+  CLI::App* load = Add(config, "load", "Loads a file, and reads the reader back", options);
+  CLI::App* diff = Add(config, "diff", "Compares a reader with a file, or two files", options);
+  CLI::App* reset = Add(config, "reset", "Loads the factory configuration", options);
+  reset->add_flag("--yes", options.yes, "Do it");
+  CLI::App* defaults = Add(config, "defaults", "Moves the defaults that a plus reader keeps", options);
+  AddChoice(defaults, options, "WHAT", {"save", "restore", "plus"});
+  AddFiles(save, options, 1);
+  AddFiles(load, options, 1);
+  AddFiles(diff, options, 2);
+  save->add_flag("--secure", options.secure, "With an integrity trailer");
+  load->add_flag("--secure", options.secure, "Only a file with an integrity trailer");
+  for (CLI::App* command : {set, load}) AddDryRun(command, options);
+  for (CLI::App* command : {show, diff}) {
+    command->add_option("--config", options.config, "Only this configuration of a plus reader");
+  }
+  for (CLI::App* command : {get, set}) {
+    command->add_option("--config", options.config, "Configuration of a plus reader (0)");
+  }
+  for (CLI::App* command : {show, get, set, save, load, diff, reset, defaults}) AddDevice(command, options);
+  commands.insert(commands.end(), {{show, "config show", ShowConfig},
+                                   {get, "config get", GetConfig},
+                                   {set, "config set", SetConfig},
+                                   {save, "config save", SaveConfig},
+                                   {load, "config load", LoadConfig},
+                                   {diff, "config diff", DiffConfig},
+                                   {reset, "config reset", ResetConfig},
+                                   {defaults, "config defaults", MoveDefaults}});
+}
+
+void AddOutputs(CLI::App& app, Options& options, Commands& commands) {
+  CLI::App* beep = Add(app, "beep", "Beeps now", options);
+  beep->add_option("COUNT", options.count, "Beeps (1)")->check(CLI::Range(1, 5));
+  beep->add_flag("--long", options.longBeep, "One or two long beeps");
+  CLI::App* led = Add(app, "led", "Switches the LEDs", options);
+  led->add_option("COLOUR", options.words, "red, green, both, off, or auto: the reader's own")
+      ->required()
+      ->check(CLI::IsMember({"red", "green", "off", "auto"}));
+  CLI::App* relay = Add(app, "relay", "Switches the relay", options);
+  AddChoice(relay, options, "STATE", {"on", "off"});
+  for (CLI::App* command : {led, relay}) command->add_flag("--store", options.store, "For good");
+  CLI::App* volume = Add(app, "volume", "Tells or sets the volume of the beeper", options);
+  volume->add_option("N", options.volume)->check(CLI::Range(0, 255));
+  for (CLI::App* command : {beep, led, relay, volume}) AddDevice(command, options);
+  commands.insert(
+      commands.end(),
+      {{beep, "beep", Beep}, {led, "led", Led}, {relay, "relay", Relay}, {volume, "volume", Volume}});
+}
+
+void AddCards(CLI::App& app, Options& options, Commands& commands) {
+  CLI::App* cards = Add(app, "cards", "The card type of each configuration of a plus reader", options);
+  CLI::App* set = Add(*cards, "set", "Sets card type and priority, and reads them back", options);
+  set->add_option("INDEX", options.index, "Configuration")->required();
+  set->add_option("TYPE", options.cardType, "Card type, hexadecimal")->required();
+  AddChoice(set, options, "PRIORITY", {"high", "low"});
+  AddDryRun(set, options);
+  for (CLI::App* command : {cards, set}) AddDevice(command, options);
+  // The inner word first: the outer counts as given too.
+  commands.insert(commands.end(), {{set, "cards set", SetCard}, {cards, "cards", Cards}});
+}
+
+Commands AddAll(CLI::App& app, Options& options) {
+  Commands commands;
+  AddReads(app, options, commands);
+  AddConfig(app, options, commands);
+  AddOutputs(app, options, commands);
+  AddCards(app, options, commands);
+  CLI::App* check = Add(app, "check", "Whether a file is as it was written", options);
+  AddFiles(check, options, 1);
+  check->add_flag("--ini", options.ini, "A key-load ini file");
+  commands.push_back({check, "check", CheckFile});
+  return commands;
 }
 
 int Run(const Command& command, const Options& options) try {
@@ -58,7 +146,7 @@ int main(int argc, char** argv) {
   CLI::App app("Card readers from the command line", "tavlynctl");
   app.require_subcommand(1);
   Options options;
-  const std::vector<Command> commands = AddAll(app, options);
+  const Commands commands = AddAll(app, options);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -28,6 +28,7 @@ std::string Cell(const Json& value) {
   if (value.is_string()) return value.get<std::string>();
   if (value.is_boolean()) return value.get<bool>() ? "yes" : "no";
   if (!value.is_array()) return value.dump();
+  if (value.empty()) return "none";
   std::string text;
   for (const Json& one : value) {
     if (!text.empty()) text += ' ';
@@ -102,6 +103,12 @@ void ShowObject(const Json& object, std::size_t indent) {
 }  // namespace
 
 Json NewDocument(const std::string& command) { return Json{{"schema", kSchema}, {"command", command}}; }
+
+Json NewDocument(const std::string& command, int device) {
+  Json document = NewDocument(command);
+  document["device"] = device;
+  return document;
+}
 
 void Show(const Json& document, bool asJson) {
   if (document.is_null()) return;

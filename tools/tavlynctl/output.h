@@ -16,6 +16,7 @@ enum ExitCode : int {
   kNoPermission = 3,
   kDeviceError = 4,
   kNoCard = 5,
+  kBadFile = 6,
 };
 
 // Ends a command.
@@ -27,6 +28,8 @@ class Failure : public std::runtime_error {
 
 // A document of this command, to be filled.
 Json NewDocument(const std::string& command);
+// The same, about one device.
+Json NewDocument(const std::string& command, int device);
 
 // Null shows nothing.
 void Show(const Json& document, bool asJson);

@@ -81,6 +81,23 @@ void Session::Use(int index) const {
   if (!problem.empty()) throw Failure(kDeviceError, problem);
 }
 
+void CheckConfiguration(int index) {
+  const int highest = GetMaxConfig();
+  if (index >= 0 && index <= highest) return;
+  throw Failure(kUsage, ActiveDeviceName() + " has configurations 0 to " + std::to_string(highest));
+}
+
+void RequirePlusReader() {
+  if (GetCardType() < 0) throw Failure(kUsage, ActiveDeviceName() + " is no plus reader");
+}
+
+SelectedConfiguration::SelectedConfiguration(int index) : before_(static_cast<std::uint8_t>(GetActConfig())) {
+  CheckConfiguration(index);
+  SetActConfig(static_cast<std::uint8_t>(index));  // refused by a plain reader, which has only one
+}
+
+SelectedConfiguration::~SelectedConfiguration() { SetActConfig(before_); }
+
 const char* ActiveProduct() {
   for (const ProductName& one : kProductNames) {
     if (one.product == GetProduct()) return one.name;

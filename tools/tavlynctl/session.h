@@ -26,6 +26,25 @@ class Session {
   bool allRead_;
 };
 
+// Throws Failure when the active device has no configuration of that index.
+void CheckConfiguration(int index);
+
+// Throws Failure when the active device is no plus reader.
+void RequirePlusReader();
+
+// Makes one configuration the one that the record calls act on, as long as the object lasts. The reader is
+// not told: it stays on the configuration that it is on.
+class SelectedConfiguration {
+ public:
+  explicit SelectedConfiguration(int index);
+  ~SelectedConfiguration();
+  SelectedConfiguration(const SelectedConfiguration&) = delete;
+  SelectedConfiguration& operator=(const SelectedConfiguration&) = delete;
+
+ private:
+  std::uint8_t before_;
+};
+
 // "card reader 0 (7A31:3BFA Orvantis, /dev/hidraw0)", of the active device.
 std::string ActiveDeviceName();
 std::string ActiveDevicePath();

@@ -1,0 +1,122 @@
+#include "tools/tavlynctl/changes.h"
+
+#include <algorithm>
+
+#include "api.h"
+#include "tools/tavlynctl/fields.h"
+#include "tools/tavlynctl/session.h"
+
+namespace tavlyn::ctl {
+namespace {
+
+// The reader keeps these as counts of steps, rounded down.
+struct Step {
+  FieldId field;
+  int milliseconds;
+};
+constexpr Step kSteps[] = {{field::TimeParms_iBitStrmTO, 4},
+                           {field::TimeParms_iIDHoldTO, 50},
+                           {field::TimeParms_iIDLockOutTm, 50},
+                           {field::TimeParms_iUSBKeyPrsTm, 4},
+                           {field::TimeParms_iUSBKeyRlsTm, 4}};
+
+const Step* StepOf(const std::string& name) {
+  const auto& fields = Fields();
+  const auto field = std::ranges::find_if(fields, [&](const Field& one) { return FullName(one) == name; });
+  if (field == fields.end()) return nullptr;
+  const auto* step = std::ranges::find_if(kSteps, [&](const Step& one) {
+    return one.field.record == field->id.record && one.field.word == field->id.word;
+  });
+  return step == std::end(kSteps) ? nullptr : step;
+}
+
+const char* Outcome(const std::string& name, const Json& wanted, const Json& stored) {
+  if (stored == wanted) return "stored";
+  const Step* step = StepOf(name);
+  if (step == nullptr) return "different";
+  return stored.get<int>() == wanted.get<int>() / step->milliseconds * step->milliseconds ? "rounded"
+                                                                                          : "different";
+}
+
+Json RowOf(const Change& change, const std::string& name, const Json& wanted) {
+  return {{"configuration", change.configuration},
+          {"field", name},
+          {"old", change.before.value(name, Json())},
+          {"new", wanted}};
+}
+
+Json PlannedRows(const std::vector<Change>& changes) {
+  Json rows = Json::array();
+  for (const Change& change : changes) {
+    for (const auto& [name, wanted] : change.wanted.items()) {
+      Json row = RowOf(change, name, wanted);
+      if (row["old"] != row["new"]) rows.push_back(std::move(row));
+    }
+  }
+  return rows;
+}
+
+// A value that the reader did not take is a row even when it was to stay as it is.
+Json WrittenRows(const std::vector<Change>& changes, std::string& refused) {
+  Json rows = Json::array();
+  for (const Change& change : changes) {
+    const SelectedConfiguration selected(change.configuration);
+    const Json after = Settings();
+    for (const auto& [name, wanted] : change.wanted.items()) {
+      Json row = RowOf(change, name, wanted);
+      const Json stored = after.value(name, Json());
+      const std::string outcome = Outcome(name, wanted, stored);
+      if (outcome == "different") refused += (refused.empty() ? "" : ", ") + name;
+      if (row["old"] == row["new"] && outcome != "different") continue;
+      row["stored"] = stored;
+      row["result"] = outcome;
+      rows.push_back(std::move(row));
+    }
+  }
+  return rows;
+}
+
+// A reader without extended fields tells nothing of this one, and a read back would find what was set.
+void ForgetUntold(const std::vector<Change>& changes) {
+  for (const Change& change : changes) {
+    const SelectedConfiguration selected(change.configuration);
+    Store({{FindField("iExOutputFormat"), 0}});
+  }
+}
+
+}  // namespace
+
+Change Wanting(int configuration, Json wanted) {
+  const SelectedConfiguration selected(configuration);
+  return {configuration, std::move(wanted), Settings()};
+}
+
+Json Carry(Json document, const std::vector<Change>& changes, bool dryRun, bool asJson,
+           const std::function<void()>& write) {
+  document["written"] = !dryRun;
+  if (dryRun) {
+    document["changes"] = PlannedRows(changes);
+    return document;
+  }
+  write();
+  ForgetUntold(changes);
+  if (ReadCfg() != 1) {
+    throw Failure(kDeviceError,
+                  ActiveDeviceName() + " was written but could not be read back, " + ErrorText());
+  }
+  std::string refused;
+  Json rows = WrittenRows(changes, refused);
+  document["verified"] = refused.empty();
+  document["changes"] = std::move(rows);
+  if (refused.empty()) return document;
+  Show(document, asJson);
+  throw Failure(kDeviceError, ActiveDeviceName() + " does not keep what was written of " + refused);
+}
+
+void Commit() {
+  if (WriteCfg() == 1) return;
+  throw Failure(kDeviceError,
+                "the configuration of " + ActiveDeviceName() + " could not be written, " + ErrorText());
+}
+
+}  // namespace tavlyn::ctl

@@ -1,0 +1,28 @@
+// Changes of a configuration: what would change, and whether the reader has taken it.
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "tools/tavlynctl/output.h"
+
+namespace tavlyn::ctl {
+
+struct Change {
+  int configuration;
+  Json wanted;  // by the names of Settings
+  Json before;  // all settings
+};
+
+// With the settings of that configuration as they are.
+Change Wanting(int configuration, Json wanted);
+
+// Adds what would change to the document. Without dryRun writes, reads the reader back, compares, and adds
+// the outcome; when the reader did not take a value the document is shown and Failure thrown.
+Json Carry(Json document, const std::vector<Change>& changes, bool dryRun, bool asJson,
+           const std::function<void()>& write);
+
+// WriteCfg; throws Failure when it fails.
+void Commit();
+
+}  // namespace tavlyn::ctl

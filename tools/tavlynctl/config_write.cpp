@@ -1,0 +1,65 @@
+// config set, config reset and config defaults.
+#include <array>
+
+#include "api.h"
+#include "tools/tavlynctl/changes.h"
+#include "tools/tavlynctl/commands.h"
+#include "tools/tavlynctl/fields.h"
+#include "tools/tavlynctl/session.h"
+
+namespace tavlyn::ctl {
+namespace {
+
+struct Move {
+  const char* word;
+  std::uint32_t (*move)();
+};
+constexpr Move kMoves[] = {
+    {"save", SaveUserDflts}, {"restore", ResetUserDflts}, {"plus", tavlynPlusDefaults}};
+
+}  // namespace
+
+Json SetConfig(const Options& options) {
+  std::vector<Wish> wishes;
+  for (const std::string& text : options.words) wishes.push_back(ParseWish(text));
+  const Session session;
+  session.Use(options.device);
+  const int index = options.config.value_or(0);
+  CheckConfiguration(index);
+  const Change change = Wanting(index, Values(wishes));
+  {
+    const SelectedConfiguration selected(index);
+    Store(wishes);
+  }
+  return Carry(NewDocument("config set", options.device), {change}, options.dryRun, options.json, Commit);
+}
+
+Json ResetConfig(const Options& options) {
+  if (!options.yes) {
+    throw Failure(kUsage, "this loads the factory configuration over what the reader has; --yes does it");
+  }
+  const Session session;
+  session.Use(options.device);
+  if (ResetFactoryDflts() != 1) {
+    throw Failure(kDeviceError, ActiveDeviceName() + " could not be reset, " + ErrorText());
+  }
+  Json document = NewDocument("config reset", options.device);
+  document["reset"] = true;
+  return document;
+}
+
+Json MoveDefaults(const Options& options) {
+  const Session session;
+  session.Use(options.device);
+  RequirePlusReader();
+  for (const Move& one : kMoves) {
+    if (options.choice != one.word || one.move() == 1) continue;
+    throw Failure(kDeviceError,
+                  "the defaults of " + ActiveDeviceName() + " could not be moved, " + ErrorText());
+  }
+  Json document = NewDocument("config defaults", options.device);
+  document["done"] = options.choice;
+  return document;
+}
+
+}  // namespace tavlyn::ctl

@@ -1,0 +1,244 @@
+#include "tools/tavlynctl/fields.h"
+
+#include <algorithm>
+#include <bit>
+#include <charconv>
+#include <numeric>
+#include <optional>
+
+#include "api.h"
+#include "tools/tavlynctl/session.h"
+
+namespace tavlyn::ctl {
+namespace {
+
+constexpr Field kEveryWord[] = {
+#define FIELD(record, word, name) {{k##record, word}, #record, #name},
+#include "core/fields.inc"
+};
+static_assert(std::size(kEveryWord) == kSavedFields.size());
+
+bool Same(FieldId a, FieldId b) { return a.record == b.record && a.word == b.word; }
+
+Save SaveOf(FieldId id) {
+  return std::ranges::find_if(kSavedFields, [&](const SavedField& one) { return Same(one.field, id); })->save;
+}
+
+std::size_t Distance(std::string_view a, std::string_view b) {
+  std::vector<std::size_t> row(b.size() + 1);
+  std::iota(row.begin(), row.end(), std::size_t{0});
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    std::size_t diagonal = row[0]++;
+    for (std::size_t j = 0; j < b.size(); ++j) {
+      const std::size_t replaced = diagonal + (a[i] == b[j] ? 0 : 1);
+      diagonal = row[j + 1];
+      row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
+    }
+  }
+  return row.back();
+}
+
+std::string Suggestion(const std::string& name) {
+  const std::string lower = LowerCase(name);
+  std::size_t nearest = std::max<std::size_t>(2, name.size() / 3) + 1;
+  std::string best;
+  for (const Field& field : Fields()) {
+    const std::size_t distance =
+        std::min(Distance(lower, LowerCase(field.name)), Distance(lower, LowerCase(FullName(field))));
+    if (distance >= nearest) continue;
+    nearest = distance;
+    best = FullName(field);
+  }
+  return best.empty() ? "; config show lists them all" : "; did you mean " + best + "?";
+}
+
+std::string RangeText(const FieldBounds& bounds, std::int16_t most) {
+  return "takes " + std::to_string(std::max<int>(bounds.least, 0)) + " to " + std::to_string(most);
+}
+
+std::int16_t MostOf(const FieldBounds& bounds) {
+  const bool wide = (ReadRecord(kTimeParms)[field::TimeParms_ExFeatures01.word] & kWideParity) != 0;
+  return wide && IsParityCount(bounds.field) ? kWideParityLimit : bounds.most;
+}
+
+std::string NameOf(FieldId id) {
+  return FullName(*std::ranges::find_if(kEveryWord, [&](const Field& one) { return Same(one.id, id); }));
+}
+
+// Two records share an error word, so the record counts too.
+[[noreturn]] void RefuseRecord(Record record) {
+  const std::uint32_t word = GetLastLibErr();
+  const std::string told = ErrorText();
+  for (const FieldBounds& bounds : kFieldBounds) {
+    if (bounds.field.record != record || bounds.error != word) continue;
+    throw Failure(kUsage, NameOf(bounds.field) + " " + RangeText(bounds, MostOf(bounds)) + ", " + told);
+  }
+  throw Failure(kDeviceError, "a record of " + ActiveDeviceName() + " could not be set, " + told);
+}
+
+template <typename Type>
+bool Get(std::uint32_t (*get)(Type*), RecordWords& words) {
+  Type record{};
+  static_assert(sizeof record == sizeof words);
+  const bool done = get(&record) == 1;
+  words = std::bit_cast<RecordWords>(record);
+  return done;
+}
+
+template <typename Type>
+bool Set(std::uint32_t (*set)(const Type*), const RecordWords& words) {
+  const auto record = std::bit_cast<Type>(words);
+  return set(&record) == 1;
+}
+
+struct RecordCalls {
+  bool (*get)(RecordWords&);
+  bool (*set)(const RecordWords&);
+};
+
+#define CALLS(name)                                                    \
+  {                                                                    \
+    [](RecordWords& words) { return Get(Get##name, words); },          \
+        [](const RecordWords& words) { return Set(Set##name, words); } \
+  }
+// In the order of Record.
+constexpr RecordCalls kCalls[kRecordCount] = {
+    CALLS(IDBitCnts), CALLS(Flags),        CALLS(IDDispParms),  CALLS(TimeParms), CALLS(Flags2),
+    CALLS(Flags3),    CALLS(IDDispParms2), CALLS(IDDispParms3), CALLS(LEDCtrl),   CALLS(BprRlyCtrl)};
+#undef CALLS
+
+void StoreRecord(Record record, const RecordWords& words) {
+  if (!kCalls[record].set(words)) RefuseRecord(record);
+}
+
+void StoreRecords(const std::vector<Wish>& wishes, bool now) {
+  for (std::size_t index = 0; index < kRecordCount; ++index) {
+    const auto record = static_cast<Record>(index);
+    const auto concerns = [&](const Wish& wish) { return wish.field.id.record == record; };
+    if (std::ranges::none_of(wishes, concerns)) continue;
+    RecordWords words = ReadRecord(record);
+    for (const Wish& wish : wishes) {
+      if (concerns(wish)) words[wish.field.id.word] = wish.value;
+    }
+    if (now) words[field::LEDCtrl_bVolatile.word] = 1;
+    StoreRecord(record, words);
+    // bNotBootDev travels in a block that only other records mark for the write.
+    if (record == kCfgFlags3) StoreRecord(kCfgFlags2, ReadRecord(kCfgFlags2));
+  }
+}
+
+void AddSepBytes(Json& settings) {
+  std::array<std::uint8_t, kSepFldBytes> bytes{};
+  if (GetSepFldData(bytes.data(), kSepFldBytes) != 1) {
+    throw Failure(kDeviceError, "separator data of " + ActiveDeviceName() + ": " + ErrorText());
+  }
+  for (std::size_t at = 0; at < bytes.size(); ++at) settings[SepByteName(at)] = Hex(bytes[at], 2);
+}
+
+}  // namespace
+
+const std::vector<Field>& Fields() {
+  static const std::vector<Field> kNamed = [] {
+    std::vector<Field> named;
+    std::ranges::copy_if(kEveryWord, std::back_inserter(named),
+                         [](const Field& one) { return !one.name.starts_with("iPad"); });
+    return named;
+  }();
+  return kNamed;
+}
+
+std::string FullName(std::string_view record, std::string_view name) {
+  return std::string(record) + "." + std::string(name);
+}
+
+std::string FullName(const Field& field) { return FullName(field.record, field.name); }
+
+const Field& FindField(const std::string& name) {
+  const Field* found = nullptr;
+  for (const Field& field : Fields()) {
+    if (name == FullName(field)) return field;
+    if (name != field.name) continue;
+    if (found != nullptr) {
+      throw Failure(kUsage,
+                    "more than one record has " + name + ": " + FullName(*found) + " and " + FullName(field));
+    }
+    found = &field;
+  }
+  if (found != nullptr) return *found;
+  throw Failure(kUsage, "there is no field " + name + Suggestion(name));
+}
+
+std::string LowerCase(std::string_view text) {
+  std::string lower(text);
+  std::ranges::transform(lower, lower.begin(),
+                         [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+  return lower;
+}
+
+Wish ParseWish(const std::string& text) {
+  const std::size_t equals = text.find('=');
+  if (equals == std::string::npos) throw Failure(kUsage, text + " is not FIELD=VALUE");
+  const Field& field = FindField(text.substr(0, equals));
+  const Save save = SaveOf(field.id);
+  if (save == Save::kUnsaved) throw Failure(kUsage, FullName(field) + " cannot be set");
+  std::int16_t value = -1;
+  const char* end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data() + equals + 1, end, value);
+  if (error != std::errc() || stop != end || value < 0) {
+    throw Failure(kUsage, text + ": the value is no number from 0 to 32767");
+  }
+  if (save == Save::kFlag && value > 1) throw Failure(kUsage, FullName(field) + " takes 0 or 1");
+  return {field, value};
+}
+
+Json Values(const std::vector<Wish>& wishes) {
+  Json values = Json::object();
+  for (const Wish& wish : wishes) values[FullName(wish.field)] = wish.value;
+  return values;
+}
+
+void CheckRanges(const Json& values) {
+  for (const FieldBounds& bounds : kFieldBounds) {
+    const std::string name = NameOf(bounds.field);
+    if (!values.contains(name)) continue;
+    const auto value = values[name].get<std::int16_t>();
+    const std::int16_t most = MostOf(bounds);
+    if (value >= bounds.least && value <= most) continue;
+    throw Failure(kUsage, name + " = " + std::to_string(value) + ": it " + RangeText(bounds, most));
+  }
+}
+
+RecordWords ReadRecord(Record record) {
+  RecordWords words{};
+  if (kCalls[record].get(words)) return words;
+  throw Failure(kDeviceError,
+                std::string(kRecordNames[record]) + " of " + ActiveDeviceName() + ": " + ErrorText());
+}
+
+void Store(const std::vector<Wish>& wishes) { StoreRecords(wishes, false); }
+void StoreNow(const std::vector<Wish>& wishes) { StoreRecords(wishes, true); }
+
+Json Settings() {
+  Json settings{{kSavedOptions[0].keyword, GetAZERTYShiftLock()},
+                {kSavedOptions[1].keyword, GetExtendedPrecisionMath()}};
+  std::array<RecordWords, kRecordCount> records;
+  for (std::size_t i = 0; i < kRecordCount; ++i) records[i] = ReadRecord(static_cast<Record>(i));
+  for (const Field& field : Fields()) {
+    if (SaveOf(field.id) == Save::kUnsaved) continue;
+    settings[FullName(field)] = records[field.id.record][field.id.word];
+  }
+  AddSepBytes(settings);
+  if (const std::int32_t type = GetCardType(); type >= 0) {
+    settings[kCardTypeName] = Hex(static_cast<unsigned>(type), 4);
+    settings[kCardPriorityName] = PriorityText(GetCardPriority() != 0);
+  }
+  return settings;
+}
+
+std::string SepByteName(std::size_t at) {
+  return std::string(kSepBlockName) + "[" + std::to_string(at) + "]";
+}
+
+const char* PriorityText(bool high) { return high ? "high" : "low"; }
+
+}  // namespace tavlyn::ctl

@@ -1,0 +1,63 @@
+// The fields of a configuration by name, and their values in the selected configuration of the active reader,
+// as the library mirrors it. Nothing here causes traffic, but for StoreNow.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/fields.h"
+#include "files/template_format.h"
+#include "tools/tavlynctl/output.h"
+
+namespace tavlyn::ctl {
+
+struct Field {
+  FieldId id;
+  std::string_view record;
+  std::string_view name;
+};
+
+// Every word but the padding.
+const std::vector<Field>& Fields();
+// "CfgFlags2.bBeepID"
+std::string FullName(std::string_view record, std::string_view name);
+std::string FullName(const Field& field);
+// By its full name, or by the name alone where only one record has it; else throws Failure, which names the
+// nearest.
+const Field& FindField(const std::string& name);
+
+std::string LowerCase(std::string_view text);
+
+// A value for a field.
+struct Wish {
+  Field field;
+  std::int16_t value;
+};
+// From "FIELD=VALUE". Throws Failure for what no reader keeps.
+Wish ParseWish(const std::string& text);
+// By full names.
+Json Values(const std::vector<Wish>& wishes);
+
+// Throws Failure for a value outside the range of its field: {"IDBitCnts.iIDBitCnt": 300, …}.
+void CheckRanges(const Json& values);
+
+// Throws Failure when the configuration was not read.
+RecordWords ReadRecord(Record record);
+// Puts the wishes into the mirror. Throws Failure with the range that the library's error word names.
+void Store(const std::vector<Wish>& wishes);
+// The same for LEDs and relay, sent at once and not for the reader's storage.
+void StoreNow(const std::vector<Wish>& wishes);
+
+// Everything of a configuration that a template file holds, by full name, in its order; a plus reader's card
+// type too.
+Json Settings();
+
+// How settings name what stands in no record.
+inline constexpr const char* kCardTypeName = "CardType";
+inline constexpr const char* kCardPriorityName = "CardPriority";
+std::string SepByteName(std::size_t at);
+const char* PriorityText(bool high);
+
+}  // namespace tavlyn::ctl
