@@ -20,8 +20,9 @@ TAVLYN_API uint32_t ReadDevCfgFmFile(const char* path);
 TAVLYN_API uint32_t writeDevCfgToFile_char(int16_t index, uint8_t character);
 TAVLYN_API uint32_t readDevCfgFmFile_char(int16_t index, uint8_t character);
 
-/* The link that a magstripe reader's configuration file names: 0 USB, 1 serial, 65535 when the file names none or
- * could not be opened; sonar sensors 0. Unsupported with no device and for card readers. No traffic. */
+/* The link that a magstripe reader's configuration file names: 0 USB, 1 serial, 65535 when the file names
+ * none or could not be opened; sonar sensors 0. Unsupported with no device and for card readers. No traffic.
+ */
 TAVLYN_API uint32_t ReadDevTypeFromFile(const char* path);
 
 /* 1 when a file is as it was written: kind 0 for configuration and BLE files, any other kind for key-load ini
