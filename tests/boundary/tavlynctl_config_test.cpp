@@ -200,7 +200,7 @@ TEST_F(TavlynctlConfig, SecureFileIsRefusedOnceChanged) {
 TEST_F(TavlynctlConfig, LoadRestoresWhatWasSaved) {
   const auto ended =
       Run("--device plus:2", {"ctl config save a.hwg --secure", "ctl config set --config 1 bDspHex=1",
-                              "ctl cards set 0 F104 low", "ctl config diff a.hwg --json",
+                              "ctl cards set 0 F004 low", "ctl config diff a.hwg --json",
                               "ctl config load a.hwg --secure --json", "ctl config diff a.hwg --json",
                               "ctl config get --config 1 bDspHex --json"});
   const Json left = ParsedText(ended[3])["differences"];
@@ -209,7 +209,7 @@ TEST_F(TavlynctlConfig, LoadRestoresWhatWasSaved) {
   };
   EXPECT_TRUE(holdsRow({{"configuration", 1}, {"field", "CfgFlags2.bDspHex"}, {"left", 1}, {"right", 0}}))
       << left;
-  EXPECT_TRUE(holdsRow({{"configuration", 0}, {"field", "CardType"}, {"left", "F104"}, {"right", "EF04"}}))
+  EXPECT_TRUE(holdsRow({{"configuration", 0}, {"field", "CardType"}, {"left", "F004"}, {"right", "EF04"}}))
       << left;
   const Json load = ParsedText(ended[4]);
   EXPECT_EQ(true, load["verified"]);
@@ -231,11 +231,27 @@ TEST_F(TavlynctlConfig, FilesThatAreNotLoaded) {
   EXPECT_TRUE(Holds(ended[3].err, "is no configuration file"));
 }
 
+TEST_F(TavlynctlConfig, IniFileIsChecked) {
+  std::ofstream(folder_ / "keys.ini") << "[keys]\r\nslot=1\r\n[EOF]\r\niEndOfIniFile=BE686D5A\r\n";
+  const auto ended = Run("", {"ctl check keys.ini --ini --json", "ctl check keys.ini",
+                              "sed s/slot=1/slot=2/ keys.ini >b.ini; ctl check b.ini --ini"});
+  EXPECT_EQ(true, ParsedText(ended[0])["intact"]);
+  EXPECT_TRUE(Holds(ended[1].err, "has no integrity trailer")) << ended[1].err;
+  EXPECT_TRUE(Holds(ended[2].err, "was changed since it was written")) << ended[2].err;
+  EXPECT_EQ(6, ended[2].status);
+}
+
+// The reader goes away with the first report of the write.
 TEST_F(TavlynctlConfig, FailedLoadIsTold) {
-  const auto ended =
-      Run("", {Edited("s/^bBeepID = 1/bBeepID = 0/"), "typed 'refuse 70'; ctl config load file.hwg"});
-  EXPECT_EQ(4, ended[1].status) << ended[1].out;
-  EXPECT_TRUE(Holds(ended[1].err, "error word")) << ended[1].err;
+  Run("", {Edited("s/^bBeepID = 1/bBeepID = 0/")});
+  const std::string untilWrite = Traffic("", "config load file.hwg --dry-run");
+  const auto exchanges = std::count(untilWrite.begin(), untilWrite.end(), '\n') - 1;
+  const std::string load =
+      "typed 'vanish " + std::to_string(exchanges + 1) + "'; ctl config load file.hwg --json";
+  const Ended ended = Run("", {load})[0];
+  EXPECT_EQ(4, ended.status) << ended.out;
+  EXPECT_TRUE(Holds(ended.err, "file.hwg could not be loaded into card reader 0")) << ended.err;
+  EXPECT_EQ(4, Json::parse(ended.out)["error"]["code"]);
 }
 
 TEST_F(TavlynctlConfig, DiffOfTwoFiles) {

@@ -1,5 +1,5 @@
 // config set, config reset and config defaults.
-#include <array>
+#include <vector>
 
 #include "api.h"
 #include "tools/tavlynctl/changes.h"

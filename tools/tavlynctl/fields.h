@@ -2,7 +2,6 @@
 // as the library mirrors it. Nothing here causes traffic, but for StoreNow.
 #pragma once
 
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>

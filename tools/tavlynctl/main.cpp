@@ -93,7 +93,7 @@ void AddOutputs(CLI::App& app, Options& options, Commands& commands) {
   beep->add_option("COUNT", options.count, "Beeps (1)")->check(CLI::Range(1, 5));
   beep->add_flag("--long", options.longBeep, "One or two long beeps");
   CLI::App* led = Add(app, "led", "Switches the LEDs", options);
-  led->add_option("COLOUR", options.words, "red, green, both, off, or auto: the reader's own")
+  led->add_option("COLOUR", options.words, "red, green or both words; off; auto: as the reader itself does")
       ->required()
       ->check(CLI::IsMember({"red", "green", "off", "auto"}));
   CLI::App* relay = Add(app, "relay", "Switches the relay", options);
