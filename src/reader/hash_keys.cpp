@@ -11,6 +11,7 @@ namespace {
 
 constexpr std::array<std::uint8_t, 2> kSelectors = {1, 17};
 constexpr std::size_t kReportBytes = 8;
+constexpr std::uint8_t kHalves = 2;
 
 void SendKey(std::span<const std::uint8_t, 16> key, std::uint8_t selector) {
   tsDevEntry& entry = ActiveEntry();
@@ -23,7 +24,7 @@ void SendKey(std::span<const std::uint8_t, 16> key, std::uint8_t selector) {
     entry.LastLibErr |= TAVLYN_ERR_CONFIG_WRITE;
     entry.bSepFldCapable = 0;
   };
-  for (std::uint8_t half = 0; half < key.size() / kReportBytes; ++half) {
+  for (std::uint8_t half = 0; half < kHalves; ++half) {
     Report data{};
     std::ranges::copy(key.subspan(half * kReportBytes, kReportBytes), data.begin() + 1);
     send(CommandReport(command::kWriteHashKey, half, selector));
