@@ -149,8 +149,8 @@ struct ComLine {
 class ComPort {
  public:
   virtual ~ComPort() = default;
-  // Both give the count of bytes moved and wait as the time-outs say; a failure gives what was moved before
-  // it.
+  // Both give the count of bytes moved and wait as the time-outs say. A read that fails may give 0 although
+  // bytes were moved before it.
   virtual std::uint32_t Read(std::span<std::uint8_t> bytes) = 0;
   virtual std::uint32_t Write(std::span<const std::uint8_t> bytes) = 0;
   virtual void SetTimeouts(const ComTimeouts& timeouts) = 0;
