@@ -26,14 +26,20 @@
 #ifndef TAVLYN_API_H
 #define TAVLYN_API_H
 
+#include "api/accessors.h"
 #include "api/active_id.h"
 #include "api/connect.h"
+#include "api/extensions.h"
 #include "api/files.h"
 #include "api/identity.h"
 #include "api/links.h"
+#include "api/magstripe.h"
 #include "api/outputs.h"
+#include "api/raw.h"
 #include "api/reader.h"
 #include "api/records.h"
+#include "api/secure.h"
+#include "api/sonar.h"
 #include "api/types.h"
 
 #endif

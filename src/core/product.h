@@ -38,6 +38,14 @@ struct Product {
   std::uint32_t (*queryFirmwareWord)(std::int16_t cpu, std::int16_t index);
   std::uint32_t (*firmwareVersion)(std::uint16_t cpu, std::uint16_t index);
 
+  // IDs that were read while nobody polled, and commands that the library has no name for.
+  std::uint32_t (*getQueuedId)(std::uint16_t first, std::int16_t second) = nullptr;
+  std::uint32_t (*queuedIdPart)(std::int16_t index) = nullptr;
+  std::uint32_t (*setRawPayload)(std::int16_t index, std::uint8_t value) = nullptr;
+  std::uint32_t (*rawReplyByte)(std::uint16_t index) = nullptr;
+  // Looks at a device that has just been plugged in and adds it to the table.
+  std::uint32_t (*checkArrival)(const char* path) = nullptr;
+
   std::array<std::uint32_t (*)(std::int16_t* words), kRecordCount> getRecord;
   std::array<std::uint32_t (*)(const std::int16_t* words), kRecordCount> setRecord;
 };

@@ -1,0 +1,15 @@
+/* The fields of the configuration records one by one, for callers that cannot pass records. */
+#ifndef TAVLYN_API_ACCESSORS_H
+#define TAVLYN_API_ACCESSORS_H
+
+#include "api/types.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
