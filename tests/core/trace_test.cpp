@@ -11,6 +11,7 @@
 #include "api.h"
 #include "core/state.h"
 #include "tests/support/bench.h"
+#include "tests/support/on_disk.h"
 
 namespace tavlyn::test {
 namespace {
@@ -142,11 +143,10 @@ TEST_F(TraceTest, WithTheVariableSetAtLoadTheFileGetsTheLines) {
   SetConnectProduct(0);
   USBConnect(nullptr);
   SomeLines();
-  EXPECT_EQ(FileText(path),
-            "20240305 06:07:08 USBConnect ENTER\n"
-            "20240305 06:07:08 USBConnect EXIT\n"
-            "20240305 06:07:08 USBDisconnect ENTER\n"
-            "20240305 06:07:08 USBDisconnect EXIT\n");
+  EXPECT_EQ(FileText(path), OnDisk("20240305 06:07:08 USBConnect ENTER\n"
+                                   "20240305 06:07:08 USBConnect EXIT\n"
+                                   "20240305 06:07:08 USBDisconnect ENTER\n"
+                                   "20240305 06:07:08 USBDisconnect EXIT\n"));
 }
 
 TEST_F(TraceTest, TheFileIsAppendedTo) {
@@ -156,10 +156,9 @@ TEST_F(TraceTest, TheFileIsAppendedTo) {
   SetVariable();
   Reload();
   SomeLines();
-  EXPECT_EQ(FileText(path),
-            "before\n"
-            "20240305 06:07:08 USBDisconnect ENTER\n"
-            "20240305 06:07:08 USBDisconnect EXIT\n");
+  EXPECT_EQ(FileText(path), OnDisk("before\n"
+                                   "20240305 06:07:08 USBDisconnect ENTER\n"
+                                   "20240305 06:07:08 USBDisconnect EXIT\n"));
 }
 
 TEST_F(TraceTest, AMarkerTakesTheLinesFromTheFile) {

@@ -70,9 +70,9 @@ TEST_F(Crc, ANulDropsTheRestOfItsPiece) {
 }
 
 TEST_F(Crc, TheTrailerOfASecureFile) {
-  Store(File(), "one\ntwo\n");
+  Store(File(), OnDisk("one\ntwo\n"));
   EXPECT_EQ(crc.AppendSecureTrailer(File().c_str()), 0);
-  EXPECT_EQ(Fetch(File()), "one\ntwo\n/--- iEndOfHwgFile \niEndOfHwgFile = " + SumText("one\ntwo\n"));
+  EXPECT_EQ(Fetch(File()), SavedSecureOf("one\ntwo\n"));
   EXPECT_EQ(crc.CheckFile(File().c_str(), 0), 1);
 }
 
@@ -96,7 +96,7 @@ TEST_F(Crc, ATrailerThatCannotBeAdded) {
 
 TEST_F(Crc, AMissingFileIsMade) {
   EXPECT_EQ(crc.AppendSecureTrailer(File("new").c_str()), 0);
-  EXPECT_EQ(Fetch(File("new")), "/--- iEndOfHwgFile \niEndOfHwgFile = 00000000");
+  EXPECT_EQ(Fetch(File("new")), OnDisk(kBlankMarker) + "iEndOfHwgFile = 00000000");
   EXPECT_EQ(crc.CheckHwgFile(File("new").c_str()), 1);
 }
 

@@ -19,6 +19,7 @@
 #include "core/state.h"
 #include "tests/files/saved_text.h"
 #include "tests/support/bench.h"
+#include "tests/support/on_disk.h"
 
 namespace tavlyn::test {
 
@@ -56,6 +57,11 @@ inline const std::string kIniMarker = "[EOF]\r\n";
 
 inline std::string SecureOf(const std::string& body) {
   return body + kBlankMarker + "iEndOfHwgFile = " + SumText(body);
+}
+// What a secure save leaves on the disk: the sum is that of the bytes there.
+inline std::string SavedSecureOf(const std::string& text) {
+  const std::string body = OnDisk(text);
+  return body + OnDisk(kBlankMarker) + "iEndOfHwgFile = " + SumText(body);
 }
 inline std::string BleOf(const std::string& body) {
   return body + kPlainMarker + "iEndOfHwgFile=" + SumText(body + kPlainMarker);

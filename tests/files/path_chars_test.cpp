@@ -23,7 +23,7 @@ TEST_F(PathChars, SaveAndLoad) {
   Spell(writeDevCfgToFile_char, File());
   EXPECT_EQ(writeDevCfgToFile_char(255, 'x'), 1U);
   const std::string saved = Fetch(File());
-  EXPECT_TRUE(saved.starts_with(kTitleLine));
+  EXPECT_TRUE(saved.starts_with(OnDisk(kTitleLine)));
   Store(File(), std::string(kTitleLine) + "iBitStrmTO = 8\n");
   ForgetTraffic();
   Spell(readDevCfgFmFile_char, File());

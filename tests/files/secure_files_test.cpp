@@ -35,7 +35,7 @@ TEST_F(SecureFiles, EveryByteOfASave) {
   ForgetTraffic();
   Entry().LastLibErr = 5;
   EXPECT_EQ(Write(), 1U);
-  EXPECT_EQ(Fetch(File()), SecureOf(Saved()));
+  EXPECT_EQ(Fetch(File()), SavedSecureOf(Saved()));
   EXPECT_EQ(GetLastLibErr(), 0U);
   ExpectTraffic(read);
   EXPECT_EQ(CheckTamperedFile(File().c_str(), 0), 1U);
@@ -45,14 +45,14 @@ TEST_F(SecureFiles, ASaveReplacesAnEarlierOne) {
   UseDistinct();
   EXPECT_EQ(Write(), 1U);
   EXPECT_EQ(Write(), 1U);
-  EXPECT_EQ(Fetch(File()), SecureOf(Saved()));
+  EXPECT_EQ(Fetch(File()), SavedSecureOf(Saved()));
 }
 
 TEST_F(SecureFiles, AFailedReadIsSavedAndSealed) {
   UseDistinct();
   reader->faults.RefuseReply({0x80});
   EXPECT_EQ(Write(), 1U);
-  EXPECT_EQ(Fetch(File()), SecureOf(std::string(kTitleLine) + kVersionLines));
+  EXPECT_EQ(Fetch(File()), SavedSecureOf(std::string(kTitleLine) + kVersionLines));
   EXPECT_EQ(GetLastLibErr(), 0x20000U);
 }
 

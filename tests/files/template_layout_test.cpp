@@ -31,10 +31,11 @@ class TemplateLayout : public FileBench {
       Slot().HashKeyData[at / 16][at % 16] = static_cast<std::uint8_t>(0x80 + at);
     const std::string text = Save();
     EXPECT_EQ(Slot().sFldSepData, area);
-    const std::string begin = "\nBEGIN sFldSepData\n";
+    const std::string begin = OnDisk("\nBEGIN sFldSepData\n");
+    const std::string end = OnDisk("\nEND sFldSepData\n");
     const std::size_t from = text.find(begin) + begin.size();
-    const std::size_t to = text.find("\nEND sFldSepData\n");
-    EXPECT_EQ(to + 17, text.size());
+    const std::size_t to = text.find(end);
+    EXPECT_EQ(to + end.size(), text.size());
     return text.substr(from, to - from);
   }
 
@@ -57,8 +58,8 @@ class TemplateLayout : public FileBench {
 
   static std::string Layout(const std::string& header, const std::string& fields, const std::string& seps,
                             const std::string& data) {
-    return "\n/ FldSepHdr[2] =\n" + header + "\n/ FldDefs[][4] =\n" + fields + "\n/ SepDefs[][2] =\n" + seps +
-           "\n/ SepData[] =\n" + data;
+    return OnDisk("\n/ FldSepHdr[2] =\n" + header + "\n/ FldDefs[][4] =\n" + fields + "\n/ SepDefs[][2] =\n" +
+                  seps + "\n/ SepData[] =\n" + data);
   }
 };
 
@@ -182,7 +183,7 @@ TEST_F(TemplateLayout, EveryDivisionSavesWithoutLeavingTheSlot) {
         const auto first = static_cast<std::uint8_t>(0x10 + b0);
         const std::string text =
             Saved(Counting({first, static_cast<std::uint8_t>(b1), static_cast<std::uint8_t>(b2), 0x10}));
-        ASSERT_EQ(text.find("\n/ FldSepHdr[2] =\n" + Hex(first)), 0U);
+        ASSERT_EQ(text.find(OnDisk("\n/ FldSepHdr[2] =\n") + Hex(first)), 0U);
       }
     }
   }

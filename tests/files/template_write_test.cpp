@@ -21,7 +21,7 @@ class TemplateWrite : public FileBench {
 TEST_F(TemplateWrite, EveryByteOfASingleConfiguration) {
   UseDistinct();
   EXPECT_EQ(WriteDevCfgToFile(File().c_str()), 1U);
-  EXPECT_EQ(Fetch(File()), Heading() + Block());
+  EXPECT_EQ(Fetch(File()), OnDisk(Heading() + Block()));
 }
 
 TEST_F(TemplateWrite, AsksWhatAReadAsks) {
@@ -37,7 +37,7 @@ TEST_F(TemplateWrite, ReplacesALongerFile) {
   UseDistinct();
   Store(File(), std::string(100000, 'x'));
   EXPECT_EQ(WriteDevCfgToFile(File().c_str()), 1U);
-  EXPECT_EQ(Fetch(File()), Heading() + Block());
+  EXPECT_EQ(Fetch(File()), OnDisk(Heading() + Block()));
 }
 
 TEST_F(TemplateWrite, NibblesAboveNineTakeTwoDigits) {
@@ -45,17 +45,17 @@ TEST_F(TemplateWrite, NibblesAboveNineTakeTwoDigits) {
   reader->state.did = 0xF0A9;
   // The heading stands in the file before the reader is asked, and so shows the number known until then.
   EXPECT_EQ(ReadCfg(), 1U);
-  EXPECT_NE(Save().find("\n:Device FW Version: 150.109 \n"), std::string::npos);
+  EXPECT_NE(Save().find(OnDisk("\n:Device FW Version: 150.109 \n")), std::string::npos);
   reader->state.did = 0x0000;
-  EXPECT_NE(Save().find("\n:Device FW Version: 150.109 \n"), std::string::npos);
-  EXPECT_NE(Save().find("\n:Device FW Version: 00.00 \n"), std::string::npos);
+  EXPECT_NE(Save().find(OnDisk("\n:Device FW Version: 150.109 \n")), std::string::npos);
+  EXPECT_NE(Save().find(OnDisk("\n:Device FW Version: 00.00 \n")), std::string::npos);
 }
 
 TEST_F(TemplateWrite, AFailedReadLeavesTheHeadingAlone) {
   UseDistinct();
   reader->faults.RefuseReply({0x80});
   EXPECT_EQ(WriteDevCfgToFile(File().c_str()), 0xFFFFU);
-  EXPECT_EQ(Fetch(File()), Heading());
+  EXPECT_EQ(Fetch(File()), OnDisk(Heading()));
   EXPECT_EQ(GetLastLibErr(), 0x20000U);
 }
 
@@ -119,14 +119,14 @@ TEST_F(TemplateWriteSeveral, EveryByteOfTwoConfigurations) {
   std::string other = Block();
   other.replace(other.find("iTotalBitCnt = 200"), 18, "iTotalBitCnt = 201");
   EXPECT_EQ(WriteDevCfgToFile(File().c_str()), 1U);
-  EXPECT_EQ(Fetch(File()), Heading() + Block() + CardLines(0xEF04, 1) + other + CardLines(0x0104, 0));
+  EXPECT_EQ(Fetch(File()), OnDisk(Heading() + Block() + CardLines(0xEF04, 1) + other + CardLines(0x0104, 0)));
 }
 
 TEST_F(TemplateWriteSeveral, AReaderOfOneOfSeveralHasNoCardLines) {
   UseDistinctPlus(1);
   ASSERT_EQ(Entry().MaxConfig, 0);
   EXPECT_EQ(WriteDevCfgToFile(File().c_str()), 1U);
-  EXPECT_EQ(Fetch(File()), Heading() + Block());
+  EXPECT_EQ(Fetch(File()), OnDisk(Heading() + Block()));
 }
 
 TEST_F(TemplateWriteSeveral, AllElevenAreSaved) {
@@ -135,7 +135,7 @@ TEST_F(TemplateWriteSeveral, AllElevenAreSaved) {
   std::string expected = Heading();
   for (int config = 0; config < 11; ++config)
     expected += Block() + CardLines(0xEF04 + 0x0100 * config, config == 0 ? 1 : 0);
-  EXPECT_EQ(Fetch(File()), expected);
+  EXPECT_EQ(Fetch(File()), OnDisk(expected));
 }
 
 TEST_F(TemplateWriteSeveral, EachConfigurationIsReadOnItsOwn) {
@@ -159,7 +159,7 @@ TEST_F(TemplateWriteSeveral, AFailedReadStillHasItsCardLines) {
   ASSERT_EQ(ReadCfg(), 1U);
   reader->faults.RefuseReply({0x80}, 1);
   EXPECT_EQ(WriteDevCfgToFile(File().c_str()), 1U);
-  EXPECT_EQ(Fetch(File()), Heading() + CardLines(0xEF04, 1) + Block() + CardLines(0xF004, 0));
+  EXPECT_EQ(Fetch(File()), OnDisk(Heading() + CardLines(0xEF04, 1) + Block() + CardLines(0xF004, 0)));
 }
 
 TEST_F(TemplateWriteSeveral, NoConfigurationReadAtAll) {
@@ -168,7 +168,7 @@ TEST_F(TemplateWriteSeveral, NoConfigurationReadAtAll) {
   ASSERT_EQ(SetActConfig(1), 1U);
   reader->faults.RefuseReply({0x80});
   EXPECT_EQ(WriteDevCfgToFile(File().c_str()), 0xFFFFU);
-  EXPECT_EQ(Fetch(File()), Heading() + CardLines(0xEF04, 1) + CardLines(0xF004, 0));
+  EXPECT_EQ(Fetch(File()), OnDisk(Heading() + CardLines(0xEF04, 1) + CardLines(0xF004, 0)));
   EXPECT_EQ(GetActConfig(), 1);
 }
 

@@ -121,7 +121,9 @@ TEST_F(VidPidTest, AnEmptyFileIsAFile) {
 TEST_F(VidPidTest, TheLibraryLooksForThatVeryNameInTheCurrentFolder) {
   std::ofstream(Folder() / "tavlynvidpid.txt") << "VID=\"1234\" PID=\"5678\" VENDORNAME=\"X\"\n";
   USBConnect(nullptr);
-  EXPECT_EQ(RowCount(), 9);
+  // Where a disk minds no case it is the same name.
+  const bool found = std::filesystem::exists(Folder() / "TavlynVIDPID.txt");
+  EXPECT_EQ(RowCount(), found ? 1 : 9);
 }
 
 TEST_F(VidPidTest, ARowWithoutFiltersHasNoneAndNotTheDefaults) {

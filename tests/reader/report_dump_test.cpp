@@ -5,6 +5,7 @@
 #include "api.h"
 #include "core/state.h"
 #include "tests/support/bench.h"
+#include "tests/support/on_disk.h"
 
 namespace tavlyn::test {
 namespace {
@@ -41,25 +42,24 @@ TEST_F(ReportDump, APlainReaderByteForByte) {
   // to it and answered with zeros.
   Use(std::move(model));
   EXPECT_EQ(Dump(), 1U);
-  EXPECT_EQ(Content(path),
-            "# 8 byte USB Feature Reports\n"
-            "# Reader Type Tavlyn\n"
-            "Tx: 80 00 00 00 00 00 00 00 \nRx: 03 05 11 10 1A 3A 28 1C \n"
-            "Tx: 81 00 00 00 00 00 00 00 \nRx: 00 19 14 28 01 01 40 20 \n"
-            "Tx: 82 00 00 00 00 00 00 00 \nRx: 01 10 00 00 00 00 00 00 \n"
-            "Tx: 83 00 00 00 00 00 00 00 \nRx: 00 00 00 00 00 00 00 00 \n"
-            "Tx: 84 00 00 00 00 00 00 00 \nRx: 00 00 00 00 00 00 00 00 \n"
-            "Tx: 85 00 00 00 00 00 00 00 \nRx: 0C 00 00 0C 00 00 00 00 \n"
-            "Tx: 87 00 00 00 00 00 00 00 \nRx: 87 01 00 00 00 00 00 00 \n"
-            "Tx: 88 00 00 00 00 00 00 00 \nRx: 00 00 00 00 00 00 00 00 \n"
-            "Tx: 89 00 00 00 00 00 00 00 \nRx: 00 00 00 00 00 00 00 00 \n"
-            "Tx: 8A 00 00 00 00 00 00 00 \nRx: 01 00 31 74 00 00 00 00 \n"
-            "Tx: 8B 00 00 00 00 00 00 00 \nRx: 00 00 00 00 00 00 00 AB \n"
-            "Tx: 8C 00 00 00 00 00 00 00 \nRx: 00 00 00 00 00 00 00 00 \n"
-            "Tx: 8D 00 00 00 00 00 00 00 \nRx: 11 22 00 00 00 00 00 00 \n"
-            "Tx: 8E 00 00 00 00 00 00 00 \nRx: 10 00 00 00 00 00 00 00 \n"
-            "Tx: 8F 00 00 00 00 00 00 00 \nRx: 11 22 00 00 00 00 00 00 \n"
-            "# End");
+  EXPECT_EQ(Content(path), OnDisk("# 8 byte USB Feature Reports\n"
+                                  "# Reader Type Tavlyn\n"
+                                  "Tx: 80 00 00 00 00 00 00 00 \nRx: 03 05 11 10 1A 3A 28 1C \n"
+                                  "Tx: 81 00 00 00 00 00 00 00 \nRx: 00 19 14 28 01 01 40 20 \n"
+                                  "Tx: 82 00 00 00 00 00 00 00 \nRx: 01 10 00 00 00 00 00 00 \n"
+                                  "Tx: 83 00 00 00 00 00 00 00 \nRx: 00 00 00 00 00 00 00 00 \n"
+                                  "Tx: 84 00 00 00 00 00 00 00 \nRx: 00 00 00 00 00 00 00 00 \n"
+                                  "Tx: 85 00 00 00 00 00 00 00 \nRx: 0C 00 00 0C 00 00 00 00 \n"
+                                  "Tx: 87 00 00 00 00 00 00 00 \nRx: 87 01 00 00 00 00 00 00 \n"
+                                  "Tx: 88 00 00 00 00 00 00 00 \nRx: 00 00 00 00 00 00 00 00 \n"
+                                  "Tx: 89 00 00 00 00 00 00 00 \nRx: 00 00 00 00 00 00 00 00 \n"
+                                  "Tx: 8A 00 00 00 00 00 00 00 \nRx: 01 00 31 74 00 00 00 00 \n"
+                                  "Tx: 8B 00 00 00 00 00 00 00 \nRx: 00 00 00 00 00 00 00 AB \n"
+                                  "Tx: 8C 00 00 00 00 00 00 00 \nRx: 00 00 00 00 00 00 00 00 \n"
+                                  "Tx: 8D 00 00 00 00 00 00 00 \nRx: 11 22 00 00 00 00 00 00 \n"
+                                  "Tx: 8E 00 00 00 00 00 00 00 \nRx: 10 00 00 00 00 00 00 00 \n"
+                                  "Tx: 8F 00 00 00 00 00 00 00 \nRx: 11 22 00 00 00 00 00 00 \n"
+                                  "# End"));
   EXPECT_EQ(Slept(), 0U);
 }
 
@@ -80,10 +80,10 @@ TEST_F(ReportDump, APlusReaderHasAPartForEachConfigurationAndIsPutBack) {
   ActiveEntry().ActConfig = 1;
   EXPECT_EQ(Dump(), 1U);
   const std::string text = Content(path);
-  EXPECT_TRUE(
-      text.starts_with("# 8 byte USB Feature Reports\n# Reader Type TavlynPlus\n# Configuration 1\nTx: 80"));
-  const auto second = text.find("# Configuration 2\nTx: 80");
-  const auto third = text.find("# Configuration 3\nTx: 80");
+  EXPECT_TRUE(text.starts_with(
+      OnDisk("# 8 byte USB Feature Reports\n# Reader Type TavlynPlus\n# Configuration 1\nTx: 80")));
+  const auto second = text.find(OnDisk("# Configuration 2\nTx: 80"));
+  const auto third = text.find(OnDisk("# Configuration 3\nTx: 80"));
   ASSERT_NE(second, std::string::npos);
   ASSERT_NE(third, std::string::npos);
   EXPECT_LT(second, third);
@@ -98,7 +98,7 @@ TEST_F(ReportDump, APlusReaderOfOneConfigurationIsCalledPlain) {
   Use(Reader::Plus(1));
   EXPECT_EQ(Dump(), 1U);
   const std::string text = Content(path);
-  EXPECT_TRUE(text.starts_with("# 8 byte USB Feature Reports\n# Reader Type Tavlyn\nTx: 80"));
+  EXPECT_TRUE(text.starts_with(OnDisk("# 8 byte USB Feature Reports\n# Reader Type Tavlyn\nTx: 80")));
   EXPECT_EQ(text.find("# Configuration"), std::string::npos);
 }
 
