@@ -4,24 +4,28 @@
  * inches, on the wire units of 1/3.472222 inch, each rounded to the nearest.
  *
  * Every call here, when the active device is no sonar sensor or none is active: unsupported, sign-extended
- * from 16 bits. Of the general calls a sensor serves, beside those on entries and files:
+ * from 16 bits. Of the general calls a sensor serves, beside those of identity.h:
  *
- *   ReadCfg             the records and the identity: 80, none, 82, 83, 84, 85, 8A, each with a wait of 250
- * ms before its reply (the second page is fetched once more, not asked for); values out of range are brought
- * into it. 0: error bit 0x20000, what came until then is kept. WriteCfg            the marked records, 80, 81
- * 82, 83 84, 85, each followed after 250 ms by its page; the commit 90 mask, in any case; after SetLUID 8A
- * and the identity. 0: error bit 0x40000, marks stay and what was sent is not committed. ResetFactoryDflts
- * A0, 2000 ms, then ReadCfg; a sensor of version 040x then gets Flags of tsIdleParms cleared, written and
- * read back. ResetUserDflts: D0, SaveUserDflts: E0, 2000 ms, then ReadCfg. 0: error bit 0x80000, or the read
- * or write failed. GetActiveID         always 4; bytes: bit 0 of the status, distance, LUID low and high,
- * where length has room for them (LUID from 4 on), then zeros. Traffic: that of GetObjRangeInfo, whose
- *                       failure shows as two zero bytes. GetActiveID32: the same.
- *   GetLEDCtrl          LEDFlags as a record; 1, or LEDFlags itself with a cleared record when it is above 7.
- *   SetLEDCtrl          LEDFlags from a record, in the mirror only and unmarked: it goes out with the next
- *                       write of tsSonarParms. The result is LEDFlags. Both: 0 for a null pointer.
- *   GetFirmwareVersion  index 0: the device ID word; 1: the second version word; otherwise 0.
- *   GetTimeParms, SetTimeParms, GetQueuedID, GetQueuedID_index, SetRawPayload_index and GetRawPayload_index
- *   do nothing and return 0.
+ * - ReadCfg: records and identity. 80, page 1 unasked (it is fetched twice), 82, 83, 84, 85, 8A, each reply
+ *   after 250 ms. Values out of range are brought into it. 0: error bit 0x20000; what came is kept.
+ * - WriteCfg: the marked records, 80, 81 82, 83 84, 85, each page 250 ms after its command; the commit, 90
+ *   mask, in any case; after SetLUID 8A and the identity. 0: error bit 0x40000; what was not committed stays
+ *   marked.
+ * - ResetFactoryDflts: A0, 2000 ms, then ReadCfg; where the device ID word is 040x, Flags of tsIdleParms is
+ *   then cleared, written and read back. 0: error bit 0x80000, or the read or write failed.
+ * - ResetUserDflts, SaveUserDflts: D0 or E0, 2000 ms, then ReadCfg. 0 as before.
+ * - GetActiveID, GetActiveID32: always 4, and in buffer bit 0 of the status, the distance, LUID low and high
+ *   (these two where length is at least 4), then zeros. Traffic: that of GetObjRangeInfo, whose failure shows
+ *   as zeros in the first two bytes. getActiveID, getActiveID32: 0.
+ * - GetLEDCtrl: LEDFlags as a record. 1; LEDFlags itself, with a cleared record, when it is above 7; null: 0.
+ * - SetLEDCtrl: LEDFlags from a record, in the mirror only and unmarked: it goes out with the next write of
+ *   tsSonarParms. The result is LEDFlags. Null: 0.
+ * - WriteDevCfgToFile: the mirror as it stands, as a text file of "key = value" lines. No traffic.
+ * - ReadDevCfgFmFile: such lines into the mirror through the four sets; a record with a value out of range is
+ *   left out as a whole. 1 for any file that opens, with error word 0. No traffic.
+ * - GetFirmwareVersion: index 0 the device ID word, 1 the second version word, otherwise 0.
+ * - GetTimeParms, SetTimeParms, GetQueuedID, GetQueuedID_index, SetRawPayload_index, GetRawPayload_index: do
+ *   nothing and return 0.
  */
 #ifndef TAVLYN_API_SONAR_H
 #define TAVLYN_API_SONAR_H
