@@ -1,7 +1,7 @@
 /* The host's mirror of a reader's configuration. A get copies a record out of the mirror, a set changes the
  * mirror and marks it for the next configuration write; neither causes traffic, but for a set whose bVolatile
  * is not 0. All work on the active configuration of the active device; with no device, or one that is no card
- * reader, they return unsupported.
+ * reader, they return unsupported, but for the few that magstripe.h and sonar.h tell of.
  *
  * Every record get: 1, or 0 with error word 0x100001 (null pointer) or 0x100002 (the configuration was not
  * read). Every record set: 1, or 0 with 0x200001 (null pointer) or the number of the first range test that

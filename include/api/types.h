@@ -147,17 +147,21 @@ typedef struct tsBprRlyCtrl {
 #define TAVLYN_ERR_CONNECT           0x10000u     /* a connect, or a search within one, failed (trace only) */
 #define TAVLYN_ERR_CONFIG_READ       0x20000u     /* or: a read of the configuration failed */
 #define TAVLYN_ERR_CONFIG_WRITE      0x40000u     /* or: a write of the configuration failed */
-#define TAVLYN_ERR_RESET             0x80000u     /* or: ResetFactoryDflts could not send the command */
+#define TAVLYN_ERR_RESET             0x80000u     /* or: a reset, or a save of user defaults, could not be sent */
 #define TAVLYN_ERR_GET               0x100000u    /* set: a parameter getter has begun */
 #define TAVLYN_ERR_GET_NULL          0x100001u    /* set: getter: null pointer */
 #define TAVLYN_ERR_GET_UNREAD        0x100002u    /* set: getter: the configuration was not read */
 #define TAVLYN_ERR_SET               0x200000u    /* set: a parameter setter has begun */
 #define TAVLYN_ERR_SET_NULL          0x200001u    /* set: setter: null pointer */
+#define TAVLYN_ERR_SONAR_PARMS       0x201000u    /* set: SetSonarParms: PingRate out of range; +1 MinDist, +2 MaxDist */
+#define TAVLYN_ERR_WALK_AWAY         0x201010u    /* set: SetWalkAwayParms: KeyCount out of range; +1 InterKeyDelay */
+#define TAVLYN_ERR_WALK_UP           0x201020u    /* set: SetWalkUpParms: KeyCount out of range; +1 InterKeyDelay */
 #define TAVLYN_ERR_ID_BIT_CNTS       0x201010u    /* set: SetIDBitCnts: word 0 out of range; +1 to +3: words 1 to 3 */
 #define TAVLYN_ERR_ID_DISP_PARMS     0x201020u    /* set: SetIDDispParms: word 0 out of range; +1 to +3: words 1 to 3 */
 #define TAVLYN_ERR_TIME_PARMS        0x201030u    /* set: SetTimeParms: word 0 out of range; +1 to +4: words 1 to 4 */
 #define TAVLYN_ERR_CHR_CNT           0x201050u    /* set: SetIDDispParms2, SetIDDispParms3: first word above 3 */
 #define TAVLYN_ERR_COMMAND           0x1000000u   /* or: an exchange failed in a read or an action */
+#define TAVLYN_ERR_HALT_KB_SENDS     0x2000000u   /* or: HaltKBSends could not be sent (trace only) */
 #define TAVLYN_ERR_FW_FILENAME       0x50000000u  /* or: the firmware file name could not be read */
 #define TAVLYN_ERR_DEVICE_GONE       0x60000000u  /* or, always on entry 0: a drain found the device gone */
 #define TAVLYN_ERR_FULL_FW_VERSION   0x70000000u  /* or: the full firmware version could not be read */

@@ -15,4 +15,10 @@ void WriteHeading(std::FILE* file, const char* title) {
                did >> 8 & 15, did >> 4 & 15, did & 15);
 }
 
+void WriteSection(std::FILE* file, const char* name) { std::fprintf(file, "\n%c %s\n", kCommentMark, name); }
+
+void WriteEntry(std::FILE* file, const char* keyword, std::uint16_t value, const char* comment) {
+  std::fprintf(file, "%s = %u     %c %s\n", keyword, value, kCommentMark, comment);
+}
+
 }  // namespace tavlyn

@@ -1,6 +1,7 @@
 // What all configuration text files have in common.
 #pragma once
 
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 
@@ -22,5 +23,9 @@ inline File OpenFile(const char* path, const char* mode) {
 
 // The three lines on top: title, library version, the device's firmware version.
 void WriteHeading(std::FILE* file, const char* title);
+
+// The line above the entries of a record, and one entry.
+void WriteSection(std::FILE* file, const char* name);
+void WriteEntry(std::FILE* file, const char* keyword, std::uint16_t value, const char* comment);
 
 }  // namespace tavlyn

@@ -9,24 +9,20 @@
 namespace tavlyn {
 namespace {
 
-void PrintEntry(std::FILE* file, const char* keyword, std::uint16_t value, const char* comment) {
-  std::fprintf(file, "%s = %u     %c %s\n", keyword, value, kCommentMark, comment);
-}
-
 void PrintFields(std::FILE* file, const tsCfgSlot& slot) {
   for (const SavedOption& option : kSavedOptions) {
-    std::fprintf(file, "\n%c %s\n", kCommentMark, option.heading);
-    PrintEntry(file, option.keyword, static_cast<std::uint16_t>(slot.*option.word), kOptionComment);
+    WriteSection(file, option.heading);
+    WriteEntry(file, option.keyword, static_cast<std::uint16_t>(slot.*option.word), kOptionComment);
   }
   int heading = -1;
   for (const SavedField& saved : kSavedFields) {
     if (heading != saved.field.record) {
       heading = saved.field.record;
-      std::fprintf(file, "\n%c %s\n", kCommentMark, kRecordNames[saved.field.record]);
+      WriteSection(file, kRecordNames[saved.field.record]);
     }
     if (saved.save == Save::kUnsaved) continue;
     const auto word = static_cast<std::uint16_t>(slot[saved.field]);
-    PrintEntry(file, saved.keyword, saved.save == Save::kFlag ? std::uint16_t{word != 0} : word,
+    WriteEntry(file, saved.keyword, saved.save == Save::kFlag ? std::uint16_t{word != 0} : word,
                saved.comment);
   }
 }

@@ -8,6 +8,7 @@
 namespace tavlyn {
 namespace {
 
+constexpr std::int32_t kUsualPayload = 8;
 constexpr std::int32_t kLongestReport = 24;
 constexpr int kWriteTries = 6;
 constexpr std::uint32_t kAfterFailedWrite = 80;
@@ -52,6 +53,10 @@ bool WriteFeatureReport(std::int32_t n, std::int32_t dev, const std::uint8_t* bu
   entry.LastLibErr = TAVLYN_ERR_WRITE_REPORT;
   return false;
 }
+
+bool SendReport(const Report& report) { return WriteFeatureReport(kUsualPayload, ActDev, report.data()); }
+
+bool FetchReport(Report& report) { return ReadFeatureReport(kUsualPayload, ActDev, report.data()); }
 
 bool ReadInputReport(platform::Handle device, std::span<std::uint8_t> buffer) {
   const platform::Drain drained = platform::TheHost().hid.DrainInput(device, buffer);

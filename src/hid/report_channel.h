@@ -18,6 +18,10 @@ using Report = std::array<std::uint8_t, 9>;
 bool ReadFeatureReport(std::int32_t n, std::int32_t dev, std::uint8_t* buffer);
 bool WriteFeatureReport(std::int32_t n, std::int32_t dev, const std::uint8_t* buffer);
 
+// The usual report to and from the active device.
+bool SendReport(const Report& report);
+bool FetchReport(Report& report);
+
 // Fetches a queued input report and drops the rest; waits for none. False when nothing was queued.
 bool ReadInputReport(platform::Handle device, std::span<std::uint8_t> buffer);
 

@@ -6,21 +6,12 @@
 #include "reader/fa_frames.h"
 
 namespace tavlyn {
-namespace {
-
-constexpr std::int32_t kPayload = 8;
-
-}  // namespace
 
 Report CommandReport(const Command& command, std::uint8_t x, std::uint8_t y) {
   Report report{};
   std::ranges::copy(Fill(command.report, x, y), report.begin() + 1);
   return report;
 }
-
-bool SendReport(const Report& report) { return WriteFeatureReport(kPayload, ActDev, report.data()); }
-
-bool FetchReport(Report& report) { return ReadFeatureReport(kPayload, ActDev, report.data()); }
 
 Xfer FeatureXfer(const Command& command, Report& reply, std::uint8_t x, std::uint8_t y) {
   if (!SendReport(CommandReport(command, x, y))) return Xfer::kNotSent;

@@ -21,9 +21,6 @@ enum class Xfer : std::uint8_t { kDone, kNotSent, kNoReply };
 // A report with a command and its arguments.
 Report CommandReport(const Command& command, std::uint8_t x = 0, std::uint8_t y = 0);
 
-bool SendReport(const Report& report);
-bool FetchReport(Report& report);
-
 // Command out, reply in. Sets no error bit for a lost reply; that is the caller's to say.
 Xfer FeatureXfer(const Command& command, Report& reply, std::uint8_t x = 0, std::uint8_t y = 0);
 

@@ -55,6 +55,7 @@ void ResetProcessState() {
   LastIDBytes.fill(0);
   LastIDBits = 0;
   LastIDLen = 0;
+  SonarShadow = {};
   ForgetVidPidTable();
 }
 

@@ -1,0 +1,45 @@
+// The sensor's four parameter records in the mirror.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "core/openings.h"
+#include "core/sonar_block.h"
+
+namespace tavlyn::sonar {
+
+struct Record {
+  const char* name;
+  Word first;
+  std::uint8_t words;
+  std::uint32_t SonarBlock::*changed;
+  // Its pages.
+  std::uint8_t firstPage;
+  std::uint8_t pages;
+};
+
+enum RecordId : std::uint8_t { kSonarParms, kWalkAwayParms, kWalkUpParms, kIdleParms };
+
+inline constexpr std::array<Record, 4> kRecords = {{
+    {"tsSonarParms", kFirstOfSonarParms, 8, &SonarBlock::bSonarChanged, 0, 1},
+    {"tsWalkAwayParms", kFirstOfWalkAwayParms, 16, &SonarBlock::bWalkAwayChanged, 1, 2},
+    {"tsWalkUpParms", kFirstOfWalkUpParms, 16, &SonarBlock::bWalkUpChanged, 3, 2},
+    {"tsIdleParms", kFirstOfIdleParms, 8, &SonarBlock::bIdleChanged, 5, 1},
+}};
+
+inline bool SonarIsActive() { return ActiveInRange() && ActiveEntry().ProductKind == kSonar; }
+inline SonarBlock& ActiveBlock() { return ActiveEntry().SonarBlock; }
+
+// Brings every word that a read has stored into its range.
+void ApplyLimits(SonarWords& words);
+
+// What the record exports do on a sensor; all words of the record, from its first.
+std::uint32_t GetRecord(RecordId id, std::uint16_t* words);
+std::uint32_t SetRecord(RecordId id, const std::uint16_t* words);
+
+// LEDFlags as a record of three words.
+std::uint32_t GetLeds(std::int16_t* words);
+std::uint32_t SetLeds(const std::int16_t* words);
+
+}  // namespace tavlyn::sonar

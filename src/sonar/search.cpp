@@ -1,0 +1,29 @@
+#include "sonar/search.h"
+
+#include "api.h"
+#include "hid/hid_search.h"
+
+namespace tavlyn::sonar {
+namespace {
+
+constexpr platform::HidIds kSonarPair{0x18C8, 0x2BFA};
+
+void AddSensor(const char* path, std::int32_t row) {
+  tsDevEntry* entry = NextHidEntry();
+  if (entry == nullptr) return;
+  entry->SonarBlock.bOpened = 1;
+  entry->hDev = OpenDevice(path);
+  CountHidEntry(*entry, kSonar, path, row);
+}
+
+}  // namespace
+
+bool SearchSensors() {
+  const std::int16_t start = DevCnt;
+  SearchErr = 0;
+  if (DevTypeSrch == -1 || DevTypeSrch == 0) SearchHidPair(kSonarPair, AddSensor);
+  SetActDev(static_cast<std::int16_t>(DevCnt - 1));
+  return DevCnt != start;
+}
+
+}  // namespace tavlyn::sonar

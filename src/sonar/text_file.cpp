@@ -1,0 +1,73 @@
+#include "sonar/text_file.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "core/ascii_case.h"
+#include "core/lines.h"
+#include "core/text_file.h"
+#include "core/text_tokens.h"
+#include "sonar/records.h"
+
+namespace tavlyn::sonar {
+namespace {
+
+constexpr const char* kTitle = "--- Sonar Configuration Template File ---";
+constexpr const char* kDelimiters = ", =\t";
+// A longer line is taken in pieces, each a line of its own.
+constexpr std::size_t kLineRoom = 128;
+
+struct SavedWord {
+  const char* key;
+  const char* comment;
+};
+constexpr std::array<SavedWord, kWordCount> kSavedWords = {{
+#define SONAR_WORD(record, name, key, comment) {#key, comment},
+#include "core/sonar_fields.inc"
+}};
+
+// In this order; the error word is that of the last.
+constexpr std::array kLoadOrder = {kWalkAwayParms, kWalkUpParms, kSonarParms, kIdleParms};
+
+void TakeLine(std::string_view line, SonarWords& words) {
+  Tokens tokens(Content(line));
+  const std::string_view key = tokens.Next(kDelimiters);
+  const std::string_view value = tokens.Next(kDelimiters);
+  std::uint16_t number = 0;
+  if (value.empty() || !Scan(value, "%hu", number)) return;
+  const auto saved =
+      std::ranges::find_if(kSavedWords, [&](const SavedWord& word) { return SameText(key, word.key); });
+  if (saved != kSavedWords.end()) words[static_cast<std::size_t>(saved - kSavedWords.begin())] = number;
+}
+
+}  // namespace
+
+std::uint32_t SaveFile(const char* path) {
+  const File file = OpenFile(path, "w");
+  if (file == nullptr) return 0;
+  WriteHeading(file.get(), kTitle);
+  const SonarWords& words = ActiveBlock().words;
+  for (const Record& record : kRecords) {
+    WriteSection(file.get(), record.name);
+    for (std::size_t at = record.first; at < std::size_t{record.first} + record.words; ++at) {
+      WriteEntry(file.get(), kSavedWords[at].key, words[at], kSavedWords[at].comment);
+    }
+  }
+  return 1;
+}
+
+std::uint32_t LoadFile(const char* path) {
+  const File file = OpenFile(path, "r");
+  if (file == nullptr) return 0;
+  // Words that the file does not name keep their values.
+  SonarWords words = ActiveBlock().words;
+  Lines<kLineRoom> lines(file.get());
+  std::string_view line;
+  while (lines.Next(line)) TakeLine(line, words);
+  // A record with a value out of its range is dropped as a whole, the others are taken.
+  for (const RecordId id : kLoadOrder) SetRecord(id, words.data() + kRecords[id].first);
+  return 1;
+}
+
+}  // namespace tavlyn::sonar
