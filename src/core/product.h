@@ -52,13 +52,14 @@ struct Product {
 
 // Defined by the families, each in its own folder.
 extern const Product kReaderProduct;
+extern const Product kMagstripeProduct;
 
 // The reader's text file stands on a floor above the reader, which only names it in its table.
 std::uint32_t SaveTemplateFile(const char* path);
 std::uint32_t LoadTemplateFile(const char* path);
 
 // In the order in which a connect searches them; the bit of ConnectMask is the kind.
-inline constexpr std::array<const Product*, 1> kProducts = {&kReaderProduct};
+inline constexpr std::array<const Product*, 2> kProducts = {&kReaderProduct, &kMagstripeProduct};
 
 // The table of a kind, or null.
 inline const Product* ProductOf(std::uint32_t kind) {

@@ -8,6 +8,7 @@
 #include <cstdint>
 
 #include "core/slot.h"
+#include "core/sorbane_block.h"
 #include "platform/platform.h"
 
 namespace tavlyn {
@@ -48,10 +49,12 @@ struct tsDevEntry {
   std::uint16_t LUID;
   std::uint16_t DID;
   std::uint32_t bLUIDDirty;
+  std::uint16_t DID2;  // second version word, of magstripe and sonar devices
   std::uint32_t SN;
   std::uint32_t bSepFldCapable;      // until a separator-field transfer fails
   std::uint32_t bPartNumberPending;  // until a part number read fails
   std::array<tsCfgSlot, kCfgSlots> CfgSlot;
+  tsSorbaneBlock SorbaneBlock;
   SerialPort* pSerialPort;  // owned
   std::uint32_t PlusState;
   std::uint16_t MaxConfig;  // highest index

@@ -5,7 +5,7 @@
 #include "api.h"
 #include "core/state.h"
 #include "core/trace.h"
-#include "hid/enumeration.h"
+#include "hid/hid_search.h"
 #include "links/com_search.h"
 #include "links/ethernet_search.h"
 #include "links/libusb_search.h"
@@ -22,35 +22,22 @@ constexpr const char* kBeepsWhenFound = "19E5:2021 Orvantis Quill";
 
 bool Searches(std::int16_t link) { return DevTypeSrch == link || DevTypeSrch == -1; }
 
-// Fills entry HidFoundCnt, not entry DevCnt.
 void AddReader(const char* path, std::int32_t row) {
-  if (HidFoundCnt >= kTableEntries) return;
-  tsDevEntry& entry = DevTable[static_cast<std::size_t>(HidFoundCnt)];
-  entry.bFound = 1;
+  tsDevEntry* entry = NextHidEntry();
+  if (entry == nullptr) return;
+  entry->bFound = 1;
   const tsVidPidRow* matched = row >= 0 ? &VidPidTable[static_cast<std::size_t>(row)] : nullptr;
   if (matched != nullptr && SameIds({matched->VID, matched->PID}, kReportId1Pair)) {
-    entry.bReportId1 = 1;
-    entry.hDev = OpenDeviceOverlapped(path);
+    entry->bReportId1 = 1;
+    entry->hDev = OpenDeviceOverlapped(path);
   } else {
-    entry.hDev = OpenDevice(path);
+    entry->hDev = OpenDevice(path);
   }
-  entry.VidPidRow = row;
-  entry.ProductKind = kReader;
-  entry.LinkKind = kByReports;
-  std::memset(entry.DevName, 0, sizeof entry.DevName);
-  std::strncpy(entry.DevName, path, sizeof entry.DevName - 1);
-  ++HidFoundCnt;
-  ++DevCnt;
+  CountHidEntry(*entry, kReader, path, row);
 }
 
 void SearchHid(std::int16_t start) {
-  const std::int32_t foundBefore = HidFoundCnt;
-  EnumerateHid(kMainPair, AddReader);
-  // Deliberately the entry after the first one added.
-  const std::int32_t after = foundBefore + 1;
-  if (HidFoundCnt > foundBefore && after < kTableEntries) {
-    DevTable[static_cast<std::size_t>(after)].LastLibErr = SearchErr;
-  }
+  SearchHidPair(kMainPair, AddReader);
   if (DevCnt == start) LogLine(kTag, "USBConnect failed to find any devices");
 }
 

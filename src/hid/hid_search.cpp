@@ -1,0 +1,31 @@
+#include "hid/hid_search.h"
+
+#include <cstring>
+
+namespace tavlyn {
+
+tsDevEntry* NextHidEntry() {
+  return HidFoundCnt < kTableEntries ? &DevTable[static_cast<std::size_t>(HidFoundCnt)] : nullptr;
+}
+
+void CountHidEntry(tsDevEntry& entry, std::uint32_t kind, const char* path, std::int32_t row) {
+  entry.VidPidRow = row;
+  entry.ProductKind = kind;
+  entry.LinkKind = kByReports;
+  std::memset(entry.DevName, 0, sizeof entry.DevName);
+  std::strncpy(entry.DevName, path, sizeof entry.DevName - 1);
+  ++HidFoundCnt;
+  ++DevCnt;
+}
+
+void SearchHidPair(platform::HidIds pair, HidCallback add) {
+  const std::int32_t foundBefore = HidFoundCnt;
+  EnumerateHid(pair, add);
+  // Deliberately the entry after the first one added.
+  const std::int32_t after = foundBefore + 1;
+  if (HidFoundCnt > foundBefore && after < kTableEntries) {
+    DevTable[static_cast<std::size_t>(after)].LastLibErr = SearchErr;
+  }
+}
+
+}  // namespace tavlyn
