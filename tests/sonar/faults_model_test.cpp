@@ -12,7 +12,7 @@ using sim::Sonar;
 constexpr int kReadExchanges = 14;
 constexpr int kFirstIdentityExchange = 13;
 
-class SonarFaults : public SonarModelBench {
+class SonarModelFaults : public SonarModelBench {
  protected:
   // The sensor as the factory made it, the mirror with every record and the LUID changed.
   void Begin() {
@@ -44,7 +44,7 @@ class SonarFaults : public SonarModelBench {
 
 bool IsFetchOfRead(int exchange) { return exchange == 3 || exchange % 2 == 0; }
 
-TEST_F(SonarFaults, AReadEndsAtEachRefusedFetchAndRepeatsEachRefusedRequest) {
+TEST_F(SonarModelFaults, AReadEndsAtEachRefusedFetchAndRepeatsEachRefusedRequest) {
   ConnectSonar();
   for (int exchange = 1; exchange <= kReadExchanges; ++exchange) {
     SCOPED_TRACE(exchange);
@@ -56,7 +56,7 @@ TEST_F(SonarFaults, AReadEndsAtEachRefusedFetchAndRepeatsEachRefusedRequest) {
   }
 }
 
-TEST_F(SonarFaults, ASensorThatVanishesInARead) {
+TEST_F(SonarModelFaults, ASensorThatVanishesInARead) {
   ConnectSonar();
   for (int exchange = 1; exchange <= kReadExchanges; ++exchange) {
     SCOPED_TRACE(exchange);
@@ -76,7 +76,7 @@ TEST_F(SonarFaults, ASensorThatVanishesInARead) {
   }
 }
 
-TEST_F(SonarFaults, APartialReadKeepsWhatCameWithoutItsLimits) {
+TEST_F(SonarModelFaults, APartialReadKeepsWhatCameWithoutItsLimits) {
   ConnectSonar();
   sonar->state.working[0] = {0x05, 10, 3, 255, 255, 6, 7, 8};
   sonar->state.working[3] = {9, 0};
@@ -94,7 +94,7 @@ TEST_F(SonarFaults, APartialReadKeepsWhatCameWithoutItsLimits) {
   EXPECT_EQ(WalkUp().InterKeyDelay, 64);
 }
 
-TEST_F(SonarFaults, AReadOfPagesTurnedOverStaysWithinItsLimits) {
+TEST_F(SonarModelFaults, AReadOfPagesTurnedOverStaysWithinItsLimits) {
   ConnectSonar();
   for (int exchange = 1; exchange <= kReadExchanges; ++exchange) {
     for (const sim::Fault fault : {sim::Fault::kGarble, sim::Fault::kDelay}) {
@@ -116,7 +116,7 @@ TEST_F(SonarFaults, AReadOfPagesTurnedOverStaysWithinItsLimits) {
   }
 }
 
-TEST_F(SonarFaults, AWriteThatLosesItsSensorAtEachExchange) {
+TEST_F(SonarModelFaults, AWriteThatLosesItsSensorAtEachExchange) {
   ConnectSonar();
   constexpr int kCommit = 13;
   constexpr int kExchanges = 15;
@@ -138,7 +138,7 @@ TEST_F(SonarFaults, AWriteThatLosesItsSensorAtEachExchange) {
   }
 }
 
-TEST_F(SonarFaults, AWriteRepeatsEachRefusedReport) {
+TEST_F(SonarModelFaults, AWriteRepeatsEachRefusedReport) {
   ConnectSonar();
   for (int exchange = 1; exchange <= 15; ++exchange) {
     SCOPED_TRACE(exchange);
@@ -156,7 +156,7 @@ TEST_F(SonarFaults, AWriteRepeatsEachRefusedReport) {
   }
 }
 
-TEST_F(SonarFaults, AWriteWhoseReportsAreSpoiltIsMendedByAnother) {
+TEST_F(SonarModelFaults, AWriteWhoseReportsAreSpoiltIsMendedByAnother) {
   ConnectSonar();
   for (int exchange = 1; exchange <= 15; ++exchange) {
     for (const bool garble : {true, false}) {
@@ -176,7 +176,7 @@ TEST_F(SonarFaults, AWriteWhoseReportsAreSpoiltIsMendedByAnother) {
   }
 }
 
-TEST_F(SonarFaults, ResetsAtEachExchange) {
+TEST_F(SonarModelFaults, ResetsAtEachExchange) {
   ConnectSonar();
   struct Reset {
     std::uint32_t (*run)();
@@ -205,7 +205,7 @@ TEST_F(SonarFaults, ResetsAtEachExchange) {
   }
 }
 
-TEST_F(SonarFaults, AConnectThatLosesItsSensor) {
+TEST_F(SonarModelFaults, AConnectThatLosesItsSensor) {
   Plug(sonar);
   SetDevTypeSrch(0);
   SetConnectProduct(4);
@@ -224,7 +224,7 @@ TEST_F(SonarFaults, AConnectThatLosesItsSensor) {
   EXPECT_EQ(host.hid.OpenHandles(), 0U);
 }
 
-class SonarAmongOthers : public SonarModelBench {
+class SonarModelAmongOthers : public SonarModelBench {
  protected:
   std::uint32_t Connect(std::uint32_t products) {
     EXPECT_EQ(SetDevTypeSrch(0), 1U);
@@ -233,7 +233,7 @@ class SonarAmongOthers : public SonarModelBench {
   }
 };
 
-TEST_F(SonarAmongOthers, EachProductIsFoundByItsOwnSearch) {
+TEST_F(SonarModelAmongOthers, EachProductIsFoundByItsOwnSearch) {
   Plug(sim::Reader::Plain());
   Plug(std::make_shared<sim::Magstripe>());
   Plug(sonar);
@@ -266,7 +266,7 @@ TEST_F(SonarAmongOthers, EachProductIsFoundByItsOwnSearch) {
   EXPECT_EQ(GetDevCnt(), 1);
 }
 
-TEST_F(SonarAmongOthers, AnyVendorsProduct0104IsOurs) {
+TEST_F(SonarModelAmongOthers, AnyVendorsProduct0104IsOurs) {
   sonar->identity.vid = 0x1234;
   sonar->identity.pid = 0x0104;
   Plug(sonar);
@@ -274,7 +274,7 @@ TEST_F(SonarAmongOthers, AnyVendorsProduct0104IsOurs) {
   EXPECT_EQ(GetProduct(), 4U);
 }
 
-TEST_F(SonarAmongOthers, OtherIdentitiesAreNot) {
+TEST_F(SonarModelAmongOthers, OtherIdentitiesAreNot) {
   sonar->identity.pid = 0x2BFB;
   Plug(sonar);
   Plug(sim::Reader::Plain());
@@ -283,7 +283,7 @@ TEST_F(SonarAmongOthers, OtherIdentitiesAreNot) {
   EXPECT_EQ(GetProduct(), 0U);
 }
 
-TEST_F(SonarAmongOthers, OnlyTheHidStageFindsOne) {
+TEST_F(SonarModelAmongOthers, OnlyTheHidStageFindsOne) {
   Plug(sonar);
   SetConnectProduct(4);
   for (const std::int16_t link : {std::int16_t{1}, std::int16_t{2}}) {
@@ -295,7 +295,7 @@ TEST_F(SonarAmongOthers, OnlyTheHidStageFindsOne) {
   EXPECT_EQ(USBConnect(nullptr), 1U);
 }
 
-TEST_F(SonarAmongOthers, TheSonarCallsOnOtherProductsAnswerUnsupported) {
+TEST_F(SonarModelAmongOthers, TheSonarCallsOnOtherProductsAnswerUnsupported) {
   SetUnsupportedProductErrorCode(0x8123);
   const auto expectUnsupported = [](std::uint32_t value) {
     tsSonarParms ranging{};
@@ -322,7 +322,7 @@ TEST_F(SonarAmongOthers, TheSonarCallsOnOtherProductsAnswerUnsupported) {
   ExpectTraffic({});
 }
 
-TEST_F(SonarAmongOthers, ReaderCallsOnASensor) {
+TEST_F(SonarModelAmongOthers, ReaderCallsOnASensor) {
   SetUnsupportedProductErrorCode(0x8123);
   Plug(sonar);
   EXPECT_EQ(Connect(4), 1U);

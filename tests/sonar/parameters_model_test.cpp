@@ -6,9 +6,9 @@
 namespace tavlyn::test {
 namespace {
 
-class SonarParameters : public SonarModelBench {};
+class SonarModelParameters : public SonarModelBench {};
 
-TEST_F(SonarParameters, AConnectReadsAllPages) {
+TEST_F(SonarModelParameters, AConnectReadsAllPages) {
   sonar->state.working = {{
       {0x85, 250, 12, 49, 208, 5, 6, 7},
       {0x36, 10, 1, 2, 3, 4, 5, 6},
@@ -76,7 +76,7 @@ TEST_F(SonarParameters, AConnectReadsAllPages) {
   EXPECT_EQ(idle.SNBlankTm, 47);
 }
 
-TEST_F(SonarParameters, ASensorThatRepeatsItselfShowsItsFirstPageTwice) {
+TEST_F(SonarModelParameters, ASensorThatRepeatsItselfShowsItsFirstPageTwice) {
   sonar->state.repeatTurnsPage = false;
   sonar->state.working[0] = {0x05, 100, 3, 49, 208, 6, 7, 8};
   ConnectSonar();
@@ -86,7 +86,7 @@ TEST_F(SonarParameters, ASensorThatRepeatsItselfShowsItsFirstPageTwice) {
   EXPECT_EQ(WalkAway().Key6Mods, 8);
 }
 
-TEST_F(SonarParameters, EveryDistanceComesBackAsItWent) {
+TEST_F(SonarModelParameters, EveryDistanceComesBackAsItWent) {
   ConnectSonar();
   tsSonarParms record = Ranging();
   for (std::uint16_t inches = 15; inches <= 59; ++inches) {
@@ -105,7 +105,7 @@ TEST_F(SonarParameters, EveryDistanceComesBackAsItWent) {
   EXPECT_EQ(sonar->state.stored[0][3], 49);
 }
 
-TEST_F(SonarParameters, AReadBringsValuesIntoTheirLimits) {
+TEST_F(SonarModelParameters, AReadBringsValuesIntoTheirLimits) {
   ConnectSonar();
   struct Row {
     std::size_t page;
@@ -114,15 +114,15 @@ TEST_F(SonarParameters, AReadBringsValuesIntoTheirLimits) {
     int PingRate, MinDist, MaxDist, awayCount, awayDelay, upCount, upDelay;
   };
   const Row kRows[] = {
-      {0, 1, 10, 200, 14, 60, 1, 64, 1, 64},      {0, 1, 49, 200, 14, 60, 1, 64, 1, 64},
-      {0, 1, 50, 200, 14, 60, 1, 64, 1, 64},      {0, 1, 255, 1020, 14, 60, 1, 64, 1, 64},
-      {0, 3, 0, 248, 1, 60, 1, 64, 1, 64},        {0, 3, 1, 248, 1, 60, 1, 64, 1, 64},
-      {0, 3, 205, 248, 59, 60, 1, 64, 1, 64},     {0, 3, 255, 248, 59, 60, 1, 64, 1, 64},
-      {0, 4, 0, 248, 14, 15, 1, 64, 1, 64},       {0, 4, 255, 248, 14, 72, 1, 64, 1, 64},
-      {1, 0, 6, 248, 14, 60, 6, 64, 1, 64},       {1, 0, 7, 248, 14, 60, 0, 64, 1, 64},
-      {1, 0, 9, 248, 14, 60, 0, 64, 1, 64},       {1, 1, 0, 248, 14, 60, 1, 64, 1, 64},
-      {1, 1, 255, 248, 14, 60, 1, 16320, 1, 64},  {3, 0, 15, 248, 14, 60, 1, 64, 0, 64},
-      {3, 0, 0xF6, 248, 14, 60, 1, 64, 6, 64},    {3, 1, 0, 248, 14, 60, 1, 64, 1, 64},
+      {0, 1, 10, 200, 14, 60, 1, 64, 1, 64},     {0, 1, 49, 200, 14, 60, 1, 64, 1, 64},
+      {0, 1, 50, 200, 14, 60, 1, 64, 1, 64},     {0, 1, 255, 1020, 14, 60, 1, 64, 1, 64},
+      {0, 3, 0, 248, 1, 60, 1, 64, 1, 64},       {0, 3, 1, 248, 1, 60, 1, 64, 1, 64},
+      {0, 3, 205, 248, 59, 60, 1, 64, 1, 64},    {0, 3, 255, 248, 59, 60, 1, 64, 1, 64},
+      {0, 4, 0, 248, 14, 15, 1, 64, 1, 64},      {0, 4, 255, 248, 14, 72, 1, 64, 1, 64},
+      {1, 0, 6, 248, 14, 60, 6, 64, 1, 64},      {1, 0, 7, 248, 14, 60, 0, 64, 1, 64},
+      {1, 0, 9, 248, 14, 60, 0, 64, 1, 64},      {1, 1, 0, 248, 14, 60, 1, 64, 1, 64},
+      {1, 1, 255, 248, 14, 60, 1, 16320, 1, 64}, {3, 0, 15, 248, 14, 60, 1, 64, 0, 64},
+      {3, 0, 0xF6, 248, 14, 60, 1, 64, 6, 64},   {3, 1, 0, 248, 14, 60, 1, 64, 1, 64},
       {3, 1, 254, 248, 14, 60, 1, 64, 1, 16256},
   };
   for (const Row& row : kRows) {
@@ -140,7 +140,7 @@ TEST_F(SonarParameters, AReadBringsValuesIntoTheirLimits) {
   }
 }
 
-TEST_F(SonarParameters, GettersBeforeAnyRead) {
+TEST_F(SonarModelParameters, GettersBeforeAnyRead) {
   SetDevTypeSrch(0);
   SetConnectProduct(4);
   Plug(sonar);
@@ -169,7 +169,7 @@ TEST_F(SonarParameters, GettersBeforeAnyRead) {
   EXPECT_EQ(GetLastLibErr(), 0U);
 }
 
-TEST_F(SonarParameters, NullRecords) {
+TEST_F(SonarModelParameters, NullRecords) {
   ConnectSonar();
   for (const bool get : {true, false}) {
     const std::uint32_t word = get ? 0x100001U : 0x200001U;
@@ -186,7 +186,7 @@ TEST_F(SonarParameters, NullRecords) {
   ExpectTraffic({"set 90"});
 }
 
-TEST_F(SonarParameters, SetSonarParmsTestsItsRangesInTheirOrder) {
+TEST_F(SonarModelParameters, SetSonarParmsTestsItsRangesInTheirOrder) {
   ConnectSonar();
   const tsSonarParms before = Ranging();
   struct Row {
@@ -219,7 +219,7 @@ TEST_F(SonarParameters, SetSonarParmsTestsItsRangesInTheirOrder) {
   }
 }
 
-TEST_F(SonarParameters, TheKeyRecordsTestTheirCountAndDelay) {
+TEST_F(SonarModelParameters, TheKeyRecordsTestTheirCountAndDelay) {
   ConnectSonar();
   struct Row {
     std::uint16_t count, delay;
@@ -249,7 +249,7 @@ TEST_F(SonarParameters, TheKeyRecordsTestTheirCountAndDelay) {
   }
 }
 
-TEST_F(SonarParameters, SetIdleParmsTakesAnything) {
+TEST_F(SonarModelParameters, SetIdleParmsTakesAnything) {
   ConnectSonar();
   tsIdleParms record;
   std::memset(&record, 0xFF, sizeof record);
@@ -259,7 +259,7 @@ TEST_F(SonarParameters, SetIdleParmsTakesAnything) {
   ExpectTraffic(Join({PageLines(5, {0, 255, 255, 255, 255, 255, 255, 255}), {"set 90 20"}}));
 }
 
-TEST_F(SonarParameters, AWriteSendsWhatIsMarkedAndCommitsIt) {
+TEST_F(SonarModelParameters, AWriteSendsWhatIsMarkedAndCommitsIt) {
   ConnectSonar();
   EXPECT_EQ(WriteCfg(), 1U);
   ExpectTraffic({"set 90"});
@@ -272,7 +272,7 @@ TEST_F(SonarParameters, AWriteSendsWhatIsMarkedAndCommitsIt) {
   ExpectTraffic({"set 90"});
 }
 
-TEST_F(SonarParameters, EachRecordTravelsAlone) {
+TEST_F(SonarModelParameters, EachRecordTravelsAlone) {
   ConnectSonar();
   const tsSonarParms ranging{1, 300, 0, 20, 40, 1, 2, 3};
   EXPECT_EQ(SetSonarParms(&ranging), 1U);
@@ -290,7 +290,7 @@ TEST_F(SonarParameters, EachRecordTravelsAlone) {
   ExpectTraffic(Join({PageLines(3, {0, 2}), PageLines(4, {}), {"set 90 18"}}));
 }
 
-TEST_F(SonarParameters, WhatIsReservedGoesBackAsItCame) {
+TEST_F(SonarModelParameters, WhatIsReservedGoesBackAsItCame) {
   sonar->state.working[4][1] = 0xA7;
   sonar->state.working[5][0] = 0xB6;
   ConnectSonar();
@@ -300,7 +300,7 @@ TEST_F(SonarParameters, WhatIsReservedGoesBackAsItCame) {
   EXPECT_EQ(sonar->state.stored[5][0], 0x06) << "four bits of it";
 }
 
-TEST_F(SonarParameters, TheLastReadOfAnySensorTellsWhatIsReserved) {
+TEST_F(SonarModelParameters, TheLastReadOfAnySensorTellsWhatIsReserved) {
   auto other = std::make_shared<sim::Sonar>();
   sonar->state.working[4][1] = 1;
   other->state.working[4][1] = 2;
@@ -316,7 +316,7 @@ TEST_F(SonarParameters, TheLastReadOfAnySensorTellsWhatIsReserved) {
   EXPECT_EQ(sonar->state.stored[4][1], 2);
 }
 
-TEST_F(SonarParameters, TheIdentityFollowsTheCommit) {
+TEST_F(SonarModelParameters, TheIdentityFollowsTheCommit) {
   ConnectSonar();
   EXPECT_EQ(SetLUID(0xABCD), 1U);
   EXPECT_EQ(WriteCfg(), 1U);
@@ -327,8 +327,7 @@ TEST_F(SonarParameters, TheIdentityFollowsTheCommit) {
   EXPECT_EQ(SetLUID(0x0102), 1U);
   ChangeAll();
   EXPECT_EQ(WriteCfg(), 1U);
-  ExpectTraffic(
-      Join({ChangedLines(), {"set 8A", "sleep 250", "set 00 02 01 35 1F 37 38 39"}}));
+  ExpectTraffic(Join({ChangedLines(), {"set 8A", "sleep 250", "set 00 02 01 35 1F 37 38 39"}}));
   EXPECT_EQ(SetLUID(7), 1U);
   EXPECT_EQ(ReadCfg(), 1U);
   EXPECT_EQ(GetLUID(), 0x0102U);
@@ -337,7 +336,7 @@ TEST_F(SonarParameters, TheIdentityFollowsTheCommit) {
   ExpectTraffic({"set 90"});
 }
 
-TEST_F(SonarParameters, AReadForgetsTheMarks) {
+TEST_F(SonarModelParameters, AReadForgetsTheMarks) {
   ConnectSonar();
   ChangeAll();
   EXPECT_EQ(ReadCfg(), 1U);
@@ -346,8 +345,8 @@ TEST_F(SonarParameters, AReadForgetsTheMarks) {
   ExpectTraffic({"set 90"});
 }
 
-TEST_F(SonarParameters, FactoryDefaultsOfASensorOfVersion4LoseTheirIdleFlags) {
-  for (const std::uint16_t did : {0x0400, 0x040F}) {
+TEST_F(SonarModelParameters, FactoryDefaultsOfASensorOfVersion4LoseTheirIdleFlags) {
+  for (const std::uint16_t did : {std::uint16_t{0x0400}, std::uint16_t{0x040F}}) {
     sonar = std::make_shared<sim::Sonar>();
     sonar->state.did = did;
     ConnectSonar();
@@ -358,11 +357,8 @@ TEST_F(SonarParameters, FactoryDefaultsOfASensorOfVersion4LoseTheirIdleFlags) {
     sim::SonarPages factory = sim::FactorySonarPages();
     EXPECT_NE(factory[5][4], 0);
     factory[5][4] = 0;
-    ExpectTraffic(Join({{"set A0", "sleep 2000"},
-                        ReadLines(),
-                        PageLines(5, factory[5]),
-                        {"set 90 20"},
-                        ReadLines()}));
+    ExpectTraffic(
+        Join({{"set A0", "sleep 2000"}, ReadLines(), PageLines(5, factory[5]), {"set 90 20"}, ReadLines()}));
     EXPECT_EQ(GetLastLibErr(), 0U);
     EXPECT_EQ(sonar->state.stored, factory);
     host.hid.Unplug("device-" + std::to_string(did == 0x0400 ? 1 : 2));
@@ -370,14 +366,14 @@ TEST_F(SonarParameters, FactoryDefaultsOfASensorOfVersion4LoseTheirIdleFlags) {
   }
 }
 
-TEST_F(SonarParameters, FactoryDefaultsOfAnyOtherSensorAreReadOnce) {
+TEST_F(SonarModelParameters, FactoryDefaultsOfAnyOtherSensorAreReadOnce) {
   sonar->state.did = 0x0410;
   ConnectSonar();
   EXPECT_EQ(ResetFactoryDflts(), 1U);
   ExpectTraffic(Join({{"set A0", "sleep 2000"}, ReadLines()}));
 }
 
-TEST_F(SonarParameters, UserDefaultsAreSavedAndComeBack) {
+TEST_F(SonarModelParameters, UserDefaultsAreSavedAndComeBack) {
   ConnectSonar();
   ChangeAll();
   EXPECT_EQ(WriteCfg(), 1U);
@@ -394,7 +390,7 @@ TEST_F(SonarParameters, UserDefaultsAreSavedAndComeBack) {
   EXPECT_EQ(sonar->state.working, ChangedAsKept());
 }
 
-TEST_F(SonarParameters, ResetsThatCannotBeSent) {
+TEST_F(SonarModelParameters, ResetsThatCannotBeSent) {
   ConnectSonar();
   for (const auto operation : {ResetFactoryDflts, ResetUserDflts, SaveUserDflts}) {
     sonar->faults.Restart();
@@ -402,7 +398,7 @@ TEST_F(SonarParameters, ResetsThatCannotBeSent) {
     EXPECT_EQ(operation(), 0U);
     EXPECT_EQ(GetLastLibErr(), 0x80202U);
     sonar->faults.Restart();
-    sonar->faults.RefuseAt(2);
+    sonar->faults.RefuseAt(3);
     EXPECT_EQ(operation(), 0U);
     EXPECT_EQ(GetLastLibErr(), 0x20000U) << "of the read behind it";
   }

@@ -6,7 +6,7 @@ namespace {
 
 using Words = std::array<std::uint16_t, 5>;
 
-class SonarRange : public SonarModelBench {
+class SonarModelRange : public SonarModelBench {
  protected:
   void SetUp() override {
     SonarModelBench::SetUp();
@@ -14,7 +14,7 @@ class SonarRange : public SonarModelBench {
   }
 };
 
-TEST_F(SonarRange, TellsDistanceAndStatus) {
+TEST_F(SonarModelRange, TellsDistanceAndStatus) {
   Words words{9, 9, 9, 9, 9};
   sonar->Stand(14);
   EXPECT_EQ(GetObjRangeInfo(words.data()), 1U);
@@ -30,7 +30,7 @@ TEST_F(SonarRange, TellsDistanceAndStatus) {
   EXPECT_EQ(GetLastLibErr(), 0U);
 }
 
-TEST_F(SonarRange, FollowsSomebodyWhoLeaves) {
+TEST_F(SonarModelRange, FollowsSomebodyWhoLeaves) {
   sonar->Go({{1000, 20, 40}, {500, 40, 100}});
   Words words{};
   std::vector<std::uint16_t> inches;
@@ -45,7 +45,7 @@ TEST_F(SonarRange, FollowsSomebodyWhoLeaves) {
   EXPECT_EQ(status, (std::vector<std::uint16_t>{3, 3, 3, 3, 3, 0, 0, 0}));
 }
 
-TEST_F(SonarRange, AFailedQueryAtEitherExchange) {
+TEST_F(SonarModelRange, AFailedQueryAtEitherExchange) {
   const Words before{1, 2, 3, 4, 5};
   Words words = before;
   sonar->faults.Restart();
@@ -64,7 +64,7 @@ TEST_F(SonarRange, AFailedQueryAtEitherExchange) {
   EXPECT_EQ(GetLastLibErr(), 0U);
 }
 
-TEST_F(SonarRange, HaltsKeystrokesAndLetsThemGoOn) {
+TEST_F(SonarModelRange, HaltsKeystrokesAndLetsThemGoOn) {
   EXPECT_EQ(HaltKBSends(1), 1U);
   ExpectTraffic({"set B1"});
   EXPECT_FALSE(sonar->state.sendsKeys);
@@ -79,11 +79,12 @@ TEST_F(SonarRange, HaltsKeystrokesAndLetsThemGoOn) {
   EXPECT_EQ(GetLastLibErr(), 0x202U) << "its own word is the search's";
 }
 
-TEST_F(SonarRange, TheLedFlagsAsARecord) {
+TEST_F(SonarModelRange, TheLedFlagsAsARecord) {
   struct Row {
     std::uint16_t flags, app, red, green;
   };
-  for (const Row& row : {Row{0, 0, 0, 0}, {1, 0, 1, 0}, {2, 1, 0, 0}, {4, 0, 0, 1}, {7, 1, 1, 1}, {5, 0, 1, 1}}) {
+  for (const Row& row :
+       {Row{0, 0, 0, 0}, {1, 0, 1, 0}, {2, 1, 0, 0}, {4, 0, 0, 1}, {7, 1, 1, 1}, {5, 0, 1, 1}}) {
     tsSonarParms ranging = Ranging();
     ranging.LEDFlags = row.flags;
     EXPECT_EQ(SetSonarParms(&ranging), 1U);
@@ -101,7 +102,7 @@ TEST_F(SonarRange, TheLedFlagsAsARecord) {
   EXPECT_EQ(leds.bAppCtrlsLED | leds.iRedLEDState | leds.iGrnLEDState, 0);
 }
 
-TEST_F(SonarRange, SetLedsGoOutWithTheNextWriteOfTheirPage) {
+TEST_F(SonarModelRange, SetLedsGoOutWithTheNextWriteOfTheirPage) {
   const tsLEDCtrl leds{-1, 5, 1, 0, 0, 0, 0, 0};
   EXPECT_EQ(SetLEDCtrl(&leds), 7U);
   EXPECT_EQ(WriteCfg(), 1U);
@@ -119,14 +120,17 @@ TEST_F(SonarRange, SetLedsGoOutWithTheNextWriteOfTheirPage) {
   EXPECT_EQ(sonar->state.stored[0][0], 4);
 }
 
-TEST_F(SonarRange, TheRangeIsAnIdOfFourBytes) {
+TEST_F(SonarModelRange, TheRangeIsAnIdOfFourBytes) {
   sonar->Stand(33);
   sonar->state.luid = 0x0A0B;
   EXPECT_EQ(ReadCfg(), 1U);
   const std::vector<std::vector<std::uint8_t>> kExpected = {
-      {0xEE, 0xEE, 0xEE, 0xEE, 0xEE, 0xEE, 0xEE}, {1, 0xEE, 0xEE, 0xEE, 0xEE, 0xEE, 0xEE},
-      {1, 33, 0xEE, 0xEE, 0xEE, 0xEE, 0xEE},      {1, 33, 0xEE, 0xEE, 0xEE, 0xEE, 0xEE},
-      {1, 33, 0x0B, 0x0A, 0xEE, 0xEE, 0xEE},      {1, 33, 0x0B, 0x0A, 0, 0xEE, 0xEE},
+      {0xEE, 0xEE, 0xEE, 0xEE, 0xEE, 0xEE, 0xEE},
+      {1, 0xEE, 0xEE, 0xEE, 0xEE, 0xEE, 0xEE},
+      {1, 33, 0xEE, 0xEE, 0xEE, 0xEE, 0xEE},
+      {1, 33, 0xEE, 0xEE, 0xEE, 0xEE, 0xEE},
+      {1, 33, 0x0B, 0x0A, 0xEE, 0xEE, 0xEE},
+      {1, 33, 0x0B, 0x0A, 0, 0xEE, 0xEE},
       {1, 33, 0x0B, 0x0A, 0, 0, 0xEE},
   };
   for (const auto read : {GetActiveID, GetActiveID32}) {
@@ -142,7 +146,7 @@ TEST_F(SonarRange, TheRangeIsAnIdOfFourBytes) {
   }
 }
 
-TEST_F(SonarRange, AnIdOfAFailedQueryHasNoRange) {
+TEST_F(SonarModelRange, AnIdOfAFailedQueryHasNoRange) {
   LetTimePass();
   sonar->faults.Restart();
   sonar->faults.RefuseAt(2);
@@ -152,7 +156,7 @@ TEST_F(SonarRange, AnIdOfAFailedQueryHasNoRange) {
   EXPECT_EQ(GetLastLibErr(), 0x1000000U);
 }
 
-TEST_F(SonarRange, AnIdAskedForTooSoonHasExpired) {
+TEST_F(SonarModelRange, AnIdAskedForTooSoonHasExpired) {
   LetTimePass();
   std::array<std::uint8_t, 4> buffer{};
   EXPECT_EQ(GetActiveID(buffer.data(), 4), 4U);

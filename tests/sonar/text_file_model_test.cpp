@@ -69,7 +69,7 @@ DMTOTmI = 60     / DeadMan Time (seconds) - Time till Declared Dead while Deltas
 SNBlankTmI = 25     / Sonar drive blanking time (43usec units)
 )";
 
-class SonarFile : public SonarModelBench {
+class SonarModelFile : public SonarModelBench {
  protected:
   void SetUp() override {
     SonarModelBench::SetUp();
@@ -95,19 +95,19 @@ class SonarFile : public SonarModelBench {
   }
 };
 
-TEST_F(SonarFile, SavesEveryWordWithItsComment) {
+TEST_F(SonarModelFile, SavesEveryWordWithItsComment) {
   EXPECT_EQ(Saved(), kFactoryFile);
   ExpectTraffic({});
 }
 
-TEST_F(SonarFile, SavesWhatWasNeverRead) {
+TEST_F(SonarModelFile, SavesWhatWasNeverRead) {
   USBDisconnect();
   sonar->faults.RefuseAt(2);
   EXPECT_EQ(USBConnect(nullptr), 0U);
   EXPECT_EQ(WriteDevCfgToFile(Path().c_str()), 1U);
 }
 
-TEST_F(SonarFile, ASavedFileChangesNothingAndMarksEverything) {
+TEST_F(SonarModelFile, ASavedFileChangesNothingAndMarksEverything) {
   ChangeAll();
   EXPECT_EQ(WriteCfg(), 1U);
   EXPECT_EQ(ReadCfg(), 1U);
@@ -123,20 +123,20 @@ TEST_F(SonarFile, ASavedFileChangesNothingAndMarksEverything) {
   EXPECT_EQ(Saved(), saved);
 }
 
-TEST_F(SonarFile, AnEmptyFileMarksEverything) {
+TEST_F(SonarModelFile, AnEmptyFileMarksEverything) {
   Load("");
   EXPECT_EQ(Saved(), kFactoryFile);
   EXPECT_EQ(Marks(), "set 90 3F");
   EXPECT_EQ(sonar->state.stored[0], sim::FactorySonarPages()[0]);
 }
 
-TEST_F(SonarFile, AMissingFileOrFolder) {
+TEST_F(SonarModelFile, AMissingFileOrFolder) {
   EXPECT_EQ(ReadDevCfgFmFile((Folder() / "none").string().c_str()), 0U);
   EXPECT_EQ(WriteDevCfgToFile((Folder() / "none" / "x").string().c_str()), 0U);
   EXPECT_EQ(Marks(), "set 90");
 }
 
-TEST_F(SonarFile, LinesAsPeopleWriteThem) {
+TEST_F(SonarModelFile, LinesAsPeopleWriteThem) {
   struct Row {
     const char* line;
     int ping;
@@ -168,7 +168,7 @@ TEST_F(SonarFile, LinesAsPeopleWriteThem) {
   }
 }
 
-TEST_F(SonarFile, ALongLineIsReadInPieces) {
+TEST_F(SonarModelFile, ALongLineIsReadInPieces) {
   Load(std::string(127, ' ') + "PingRateS = 300\n");
   EXPECT_EQ(Ranging().PingRate, 300);
   Load("/" + std::string(126, '-') + "PingRateS = 304\n");
@@ -177,7 +177,7 @@ TEST_F(SonarFile, ALongLineIsReadInPieces) {
   EXPECT_EQ(Ranging().PingRate, 304) << "its first letter is in the piece before";
 }
 
-TEST_F(SonarFile, ABadValueDropsItsRecordAlone) {
+TEST_F(SonarModelFile, ABadValueDropsItsRecordAlone) {
   Load("PingRateS = 100\nStartDlyS = 9\nKeyCountWA = 4\nKeyCountWU = 5\nPressRateI = 6\n");
   EXPECT_EQ(GetLastLibErr(), 0U);
   EXPECT_EQ(Ranging().PingRate, 248);
@@ -193,7 +193,7 @@ TEST_F(SonarFile, ABadValueDropsItsRecordAlone) {
   EXPECT_EQ(Marks(), "set 90 20");
 }
 
-TEST_F(SonarFile, WhatIsReservedStaysTheSensors) {
+TEST_F(SonarModelFile, WhatIsReservedStaysTheSensors) {
   Load("Reserved1S = 40\nReserved2WU = 41\nReserved1I = 5\nMinFltRepRate = 43\n");
   EXPECT_EQ(Ranging().Reserved1, 40);
   EXPECT_EQ(WalkUp().Reserved2, 41);
@@ -205,12 +205,16 @@ TEST_F(SonarFile, WhatIsReservedStaysTheSensors) {
   ranging[2] = 40;
   sim::SonarPage away = factory[2];
   away[1] = 43;
-  ExpectTraffic(Join({PageLines(0, ranging), PageLines(1, factory[1]), PageLines(2, away),
-                      PageLines(3, factory[3]), PageLines(4, factory[4]), PageLines(5, factory[5]),
+  ExpectTraffic(Join({PageLines(0, ranging),
+                      PageLines(1, factory[1]),
+                      PageLines(2, away),
+                      PageLines(3, factory[3]),
+                      PageLines(4, factory[4]),
+                      PageLines(5, factory[5]),
                       {"set 90 3F"}}));
 }
 
-TEST_F(SonarFile, ThePathByCharacters) {
+TEST_F(SonarModelFile, ThePathByCharacters) {
   const auto run = [](std::uint32_t (*call)(std::int16_t, std::uint8_t), const std::string& path) {
     for (std::size_t i = 0; i < path.size(); ++i) {
       EXPECT_EQ(call(static_cast<std::int16_t>(i), static_cast<std::uint8_t>(path[i])), 1U);
