@@ -1,6 +1,6 @@
 // The text file of a magnetic-stripe reader's configuration.
+#include <algorithm>
 #include <cstdint>
-#include <cstdio>
 #include <fstream>
 #include <sstream>
 

@@ -5,6 +5,7 @@
 #include <span>
 
 #include "core/product.h"
+#include "core/state.h"
 #include "tests/magstripe/model_bench.h"
 
 namespace tavlyn::test {
@@ -105,7 +106,8 @@ TEST_F(MagModelTracks, OnlyTheBlocksThatTheHeaderNamesAreAsked) {
 
 TEST_F(MagModelTracks, AnyOtherTrackIsEmpty) {
   SwipeCard("%A?;1?+2?");
-  for (const std::uint16_t track : {0, 4, 257, 65535}) {
+  for (const int number : {0, 4, 257, 65535}) {
+    const auto track = static_cast<std::uint16_t>(number);
     EXPECT_EQ(Track(track, 0), Filled(Bytes{}));
     EXPECT_EQ(Track(track, 1), Filled(Bytes{}));
   }
