@@ -2,9 +2,16 @@
 
 #include <algorithm>
 #include <charconv>
+#include <chrono>
 #include <cstdio>
 #include <optional>
 #include <sstream>
+
+#include "sim/devices/hex.h"
+#include "sim/devices/mag_card.h"
+#include "sim/devices/magstripe.h"
+#include "sim/devices/reader.h"
+#include "sim/devices/sonar.h"
 
 namespace tavlyn::sim {
 namespace {
@@ -21,19 +28,16 @@ std::optional<Number> ParseNumber(const std::string& text, int base = 10) {
   return number;
 }
 
-std::optional<Bytes> ParseHex(const std::string& text) {
-  if (text.empty() || text.size() % 2 != 0) return std::nullopt;
-  Bytes bytes;
-  for (std::size_t i = 0; i < text.size(); i += 2) {
-    const auto byte = ParseNumber<std::uint8_t>(text.substr(i, 2), 16);
-    if (!byte) return std::nullopt;
-    bytes.push_back(*byte);
-  }
-  return bytes;
+std::uint64_t Milliseconds() {
+  const auto now = std::chrono::steady_clock::now().time_since_epoch();
+  return static_cast<std::uint64_t>(std::chrono::duration_cast<std::chrono::milliseconds>(now).count());
 }
 
+enum class Kind { kReader, kMagstripe, kSonar };
+
 struct DeviceWord {
-  int configurations = 1;  // 1: a plain reader
+  Kind kind = Kind::kReader;
+  int configurations = 1;  // of a reader; 1: a plain one
   std::uint16_t vid = 0;   // 0: the model's own pair
   std::uint16_t pid = 0;
 };
@@ -55,7 +59,9 @@ std::optional<DeviceWord> ParseDevice(const std::string& text) {
   const std::size_t at = text.find('@');
   if (at != std::string::npos && !ParsePair(text.substr(at + 1), word)) return std::nullopt;
   const std::string kind = text.substr(0, at);
-  if (kind == "reader") return word;
+  if (kind == "magstripe") word.kind = Kind::kMagstripe;
+  if (kind == "sonar") word.kind = Kind::kSonar;
+  if (kind == "reader" || word.kind != Kind::kReader) return word;
   if (!kind.starts_with("plus:")) return std::nullopt;
   const auto count = ParseNumber<int>(kind.substr(5));
   if (!count || *count < 2 || *count > 11) return std::nullopt;
@@ -63,16 +69,55 @@ std::optional<DeviceWord> ParseDevice(const std::string& text) {
   return word;
 }
 
-bool IsKelda(const DeviceWord& word) { return word.vid == kKeldaVid && word.pid == kKeldaPid; }
+bool IsKelda(const DeviceWord& word) {
+  return word.kind == Kind::kReader && word.vid == kKeldaVid && word.pid == kKeldaPid;
+}
 
-std::shared_ptr<Reader> MakeReader(const DeviceWord& word) {
+std::shared_ptr<Magstripe> MakeMagstripe() {
+  auto magstripe = std::make_shared<Magstripe>();
+  magstripe->state.uptime = [plugged = Milliseconds()] { return Milliseconds() - plugged; };
+  return magstripe;
+}
+
+std::shared_ptr<Sonar> MakeSonar() {
+  auto sonar = std::make_shared<Sonar>();
+  sonar->clock = Milliseconds;
+  return sonar;
+}
+
+std::shared_ptr<Model> MakeKind(const DeviceWord& word) {
+  if (word.kind == Kind::kMagstripe) return MakeMagstripe();
+  if (word.kind == Kind::kSonar) return MakeSonar();
   if (IsKelda(word)) return Reader::Kelda(word.configurations);
-  auto reader = word.configurations == 1 ? Reader::Plain() : Reader::Plus(word.configurations);
+  return word.configurations == 1 ? Reader::Plain() : Reader::Plus(word.configurations);
+}
+
+std::shared_ptr<Model> MakeModel(const DeviceWord& word) {
+  auto model = MakeKind(word);
   if (word.vid != 0) {
-    reader->identity.vid = word.vid;
-    reader->identity.pid = word.pid;
+    model->identity.vid = word.vid;
+    model->identity.pid = word.pid;
   }
-  return reader;
+  return model;
+}
+
+std::optional<double> ParseInches(const std::string& text) {
+  std::istringstream stream(text);
+  double inches = 0;
+  if (!(stream >> inches) || !stream.eof() || !(inches >= 0) || inches > 1000) return std::nullopt;
+  return inches;
+}
+
+// FROM:TO:MS
+std::optional<Leg> ParseLeg(const std::string& text) {
+  const std::size_t first = text.find(':');
+  const std::size_t second = first == std::string::npos ? first : text.find(':', first + 1);
+  if (second == std::string::npos) return std::nullopt;
+  const auto from = ParseInches(text.substr(0, first));
+  const auto to = ParseInches(text.substr(first + 1, second - first - 1));
+  const auto milliseconds = ParseNumber<std::uint32_t>(text.substr(second + 1));
+  if (!from || !to || !milliseconds) return std::nullopt;
+  return Leg{*milliseconds, *from, *to};
 }
 
 bool Fail(std::string& reply, const std::string& reason) {
@@ -97,6 +142,7 @@ struct Rack::Verb {
   std::size_t words;  // with the name
   bool toDevice;      // means one device, which has to be there
   bool (Rack::*run)(const Words&, std::string&);
+  bool orMore = false;  // words
 };
 
 const Rack::Verb Rack::kVerbs[] = {
@@ -105,9 +151,11 @@ const Rack::Verb Rack::kVerbs[] = {
     {"card", 2, true, &Rack::PutCard},        {"take", 1, true, &Rack::TakeCard},
     {"input", 2, true, &Rack::QueueInput},    {"refuse", 2, true, &Rack::ArmFault},
     {"garble", 2, true, &Rack::ArmFault},     {"vanish", 2, true, &Rack::ArmFault},
+    {"drop", 2, true, &Rack::ArmFault},       {"delay", 2, true, &Rack::ArmFault},
     {"heal", 1, true, &Rack::Heal},           {"exchanges", 1, true, &Rack::CountExchanges},
     {"traffic", 1, true, &Rack::ShowTraffic}, {"clear", 1, true, &Rack::ClearTraffic},
-    {"record", 2, false, &Rack::Record},
+    {"record", 2, false, &Rack::Record},      {"swipe", 2, true, &Rack::Swipe, true},
+    {"range", 2, true, &Rack::Stand},         {"walk", 2, true, &Rack::Walk, true},
 };
 
 bool Rack::Run(const std::string& command, std::string& reply) {
@@ -119,7 +167,8 @@ bool Rack::Run(const std::string& command, std::string& reply) {
   if (words.empty()) return Fail(reply, "no command");
   for (const Verb& verb : kVerbs) {
     if (words[0] != verb.name) continue;
-    if (words.size() != verb.words) return Fail(reply, words[0] + ": wrong number of words");
+    const bool fits = verb.orMore ? words.size() >= verb.words : words.size() == verb.words;
+    if (!fits) return Fail(reply, words[0] + ": wrong number of words");
     if (verb.toDevice && !chosen) return Fail(reply, words[0] + ": no such device");
     return (this->*verb.run)(words, reply);
   }
@@ -142,12 +191,12 @@ bool Rack::Plug(const Words& words, std::string& reply) {
   if (!word) return Fail(reply, words[1] + ": no such kind of device");
   auto slot = std::make_unique<Slot>();
   slot->word = words[1];
-  slot->reader = MakeReader(*word);
+  slot->model = MakeModel(*word);
   if (IsKelda(*word)) {
     slot->keyboard = std::make_shared<InertInterface>(kKeldaVid, kKeldaPid);
     places_.push_back({slot.get(), slot->keyboard.get()});
   }
-  places_.push_back({slot.get(), slot->reader.get()});
+  places_.push_back({slot.get(), slot->model.get()});
   slots_.push_back(std::move(slot));
   reply = std::to_string(slots_.size());
   return true;
@@ -155,8 +204,8 @@ bool Rack::Plug(const Words& words, std::string& reply) {
 
 bool Rack::List(const Words&, std::string& reply) {
   for (std::size_t i = 0; i < slots_.size(); ++i) {
-    if (!slots_[i]->reader->Present()) continue;
-    const HidIdentity& identity = slots_[i]->reader->Identity();
+    if (!slots_[i]->model->Present()) continue;
+    const HidIdentity& identity = slots_[i]->model->Identity();
     char pair[16];
     std::snprintf(pair, sizeof pair, "%04X:%04X", identity.vid, identity.pid);
     reply += std::to_string(i + 1) + " " + pair + " " + slots_[i]->word + "\n";
@@ -172,49 +221,96 @@ bool Rack::Reset(const Words&, std::string&) {
 }
 
 bool Rack::Unplug(const Words&, std::string&) {
-  chosen_->reader->Unplug();
+  chosen_->model->Unplug();
   return true;
 }
 
+template <typename Kind>
+Kind* Rack::Chosen(const Words& words, std::string& reply) const {
+  auto* model = dynamic_cast<Kind*>(chosen_->model.get());
+  if (model == nullptr) Fail(reply, words[0] + ": not for a " + chosen_->word);
+  return model;
+}
+
 bool Rack::PutCard(const Words& words, std::string& reply) {
+  auto* reader = Chosen<Reader>(words, reply);
+  if (reader == nullptr) return false;
   const std::size_t colon = words[1].find(':');
   const auto id = ParseHex(words[1].substr(0, colon));
   const auto bits = colon == std::string::npos ? std::nullopt : ParseNumber<int>(words[1].substr(colon + 1));
   if (!id || !bits || *bits < 1 || *bits > 255) return Fail(reply, words[1] + ": a card is HEX:BITS");
-  chosen_->reader->PutCard(*id, *bits);
+  reader->PutCard(*id, *bits);
   return true;
 }
 
-bool Rack::TakeCard(const Words&, std::string&) {
-  chosen_->reader->TakeCard();
-  return true;
+bool Rack::TakeCard(const Words& words, std::string& reply) {
+  auto* reader = Chosen<Reader>(words, reply);
+  if (reader != nullptr) reader->TakeCard();
+  return reader != nullptr;
 }
 
 bool Rack::QueueInput(const Words& words, std::string& reply) {
+  auto* reader = Chosen<Reader>(words, reply);
+  if (reader == nullptr) return false;
   const auto report = ParseHex(words[1]);
   if (!report) return Fail(reply, words[1] + ": a report is hexadecimal");
-  chosen_->reader->QueueInput(*report);
+  reader->QueueInput(*report);
+  return true;
+}
+
+bool Rack::Swipe(const Words& words, std::string& reply) {
+  auto* magstripe = Chosen<Magstripe>(words, reply);
+  if (magstripe == nullptr) return false;
+  std::string text = words[1];
+  for (std::size_t i = 2; i < words.size(); ++i) text += ' ' + words[i];
+  const auto card = ParseMagCard(text);
+  if (!card) return Fail(reply, text + ": a stripe is %TRACK1?;TRACK2?+TRACK3?");
+  magstripe->Swipe(*card);
+  return true;
+}
+
+bool Rack::Stand(const Words& words, std::string& reply) {
+  auto* sonar = Chosen<Sonar>(words, reply);
+  if (sonar == nullptr) return false;
+  const auto inches = ParseInches(words[1]);
+  if (!inches) return Fail(reply, words[1] + ": a range is in inches");
+  sonar->Stand(*inches);
+  return true;
+}
+
+bool Rack::Walk(const Words& words, std::string& reply) {
+  auto* sonar = Chosen<Sonar>(words, reply);
+  if (sonar == nullptr) return false;
+  std::vector<Leg> legs;
+  for (std::size_t i = 1; i < words.size(); ++i) {
+    const auto leg = ParseLeg(words[i]);
+    if (!leg) return Fail(reply, words[i] + ": a leg is FROM:TO:MS");
+    legs.push_back(*leg);
+  }
+  sonar->Go(std::move(legs));
   return true;
 }
 
 bool Rack::ArmFault(const Words& words, std::string& reply) {
   const auto count = ParseNumber<int>(words[1]);
   if (!count || *count < 1) return Fail(reply, words[1] + ": exchanges count from 1");
-  Faults& faults = chosen_->reader->faults;
+  Faults& faults = chosen_->model->faults;
   const int exchange = faults.Exchanges() + *count;
   if (words[0] == "refuse") faults.RefuseAt(exchange);
   if (words[0] == "garble") faults.GarbleAt(exchange);
+  if (words[0] == "drop") faults.DropAt(exchange);
+  if (words[0] == "delay") faults.DelayAt(exchange);
   if (words[0] == "vanish") faults.VanishAt(exchange);
   return true;
 }
 
 bool Rack::Heal(const Words&, std::string&) {
-  chosen_->reader->faults.Restart();
+  chosen_->model->faults.Restart();
   return true;
 }
 
 bool Rack::CountExchanges(const Words&, std::string& reply) {
-  reply = std::to_string(chosen_->reader->faults.Exchanges());
+  reply = std::to_string(chosen_->model->faults.Exchanges());
   return true;
 }
 
@@ -237,7 +333,7 @@ bool Rack::Record(const Words& words, std::string& reply) {
 std::vector<Rack::Interface> Rack::Present() const {
   std::vector<Interface> present;
   for (std::size_t i = 0; i < places_.size(); ++i) {
-    if (places_[i].slot->reader->Present()) {
+    if (places_[i].slot->model->Present()) {
       present.push_back({static_cast<int>(i + 1), places_[i].device->Identity()});
     }
   }
@@ -251,7 +347,7 @@ const Rack::Place* Rack::Find(int number) const {
 
 bool Rack::IsPresent(int number) const {
   const Place* place = Find(number);
-  return place != nullptr && place->slot->reader->Present();
+  return place != nullptr && place->slot->model->Present();
 }
 
 const HidIdentity* Rack::Identity(int number) const {

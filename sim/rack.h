@@ -9,7 +9,9 @@
 #include <vector>
 
 #include "sim/carriers/transcript.h"
-#include "sim/devices/reader.h"
+#include "sim/devices/device.h"
+#include "sim/devices/faults.h"
+#include "sim/devices/model.h"
 
 namespace tavlyn::sim {
 
@@ -39,10 +41,10 @@ class Rack {
   bool TakeInput(int number, std::vector<std::uint8_t>& report);
 
  private:
-  // A device as it hangs on its cable: the reader, and what shows itself beside it.
+  // A device as it hangs on its cable: the model, and what shows itself beside it.
   struct Slot {
     std::string word;
-    std::shared_ptr<Reader> reader;
+    std::shared_ptr<Model> model;
     std::shared_ptr<HidDevice> keyboard;  // null for most
     Transcript traffic;
   };
@@ -61,6 +63,9 @@ class Rack {
   bool PutCard(const Words& words, std::string& reply);
   bool TakeCard(const Words& words, std::string& reply);
   bool QueueInput(const Words& words, std::string& reply);
+  bool Swipe(const Words& words, std::string& reply);
+  bool Stand(const Words& words, std::string& reply);
+  bool Walk(const Words& words, std::string& reply);
   bool ArmFault(const Words& words, std::string& reply);
   bool Heal(const Words& words, std::string& reply);
   bool CountExchanges(const Words& words, std::string& reply);
@@ -71,6 +76,9 @@ class Rack {
   // Takes a leading #NUMBER off the words and says whether that device exists.
   bool Choose(Words& words);
   [[nodiscard]] const Place* Find(int number) const;
+  // The device meant as a model of that kind; null, with the reason, when it is another.
+  template <typename Kind>
+  Kind* Chosen(const Words& words, std::string& reply) const;
   // The interface's place when a feature report of this ID and length can go to it.
   [[nodiscard]] const Place* Reach(int number, std::span<const std::uint8_t> report) const;
 

@@ -145,7 +145,8 @@ typedef struct tsBprRlyCtrl {
 #define TAVLYN_ERR_ASCII_ANSWER      0x105u       /* set: the same: the answer could not be parsed */
 #define TAVLYN_ERR_WRITE_REPORT      0x202u       /* set: a feature report could not be written in six attempts */
 #define TAVLYN_ERR_CONNECT           0x10000u     /* a connect, or a search within one, failed (trace only) */
-#define TAVLYN_ERR_CONFIG_READ       0x20000u     /* or: a read of the configuration failed */
+#define TAVLYN_ERR_CONFIG_READ       0x20000u     /* or: a read of the configuration failed; magstripe: set */
+#define TAVLYN_ERR_FIELD_PART        0x20001u     /* set: a user field of a magstripe reader could not be read or written */
 #define TAVLYN_ERR_CONFIG_WRITE      0x40000u     /* or: a write of the configuration failed */
 #define TAVLYN_ERR_RESET             0x80000u     /* or: a reset, or a save of user defaults, could not be sent */
 #define TAVLYN_ERR_GET               0x100000u    /* set: a parameter getter has begun */

@@ -7,13 +7,20 @@
 //   plug DEVICE            a new device at the end of the rack; the reply is its number, from 1
 //                          DEVICE: reader, or plus:COUNT (a reader of 2 to 11 configurations), either one
 //                          with @VID:PID behind it in hexadecimal: reader@19E5:2021. As 7A31:3BFB it numbers
-//                          its reports, queues input reports and has a keyboard beside it.
+//                          its reports, queues input reports and has a keyboard beside it. magstripe and
+//                          sonar, which also take @VID:PID, are a magnetic-stripe reader and a sonar sensor.
 //   unplug                 takes the device away; programs that have it open see it gone
 //   card HEX:BITS          lays a card on the reader, lowest byte first: card 0102:13
 //   take                   takes the card away
 //   input HEX              queues an input report, its report ID first where the device numbers them
+//   swipe %T1?;T2?+T3?     draws a card through a magnetic-stripe reader: any of its three tracks, as they
+//                          are printed, each with its sentinels: swipe %B12^DOE/JOHN^?;12=34?
+//   range INCHES           somebody stands that far from a sonar sensor
+//   walk FROM:TO:MS …      somebody walks in front of it, leg by leg, and stays at the end
 //   refuse N               the Nth feature-report exchange from here on is refused
 //   garble N               its bits arrive turned over
+//   drop N                 a command is taken but not run; a fetch brings nothing
+//   delay N                the fetch, or that of the command, brings what the fetch before brought
 //   vanish N               the device is gone from there on
 //   heal                   forgets every fault, a vanished device is back, and exchanges count from 0 again
 //   exchanges              the reply is the count of exchanges since the device was plugged or healed

@@ -17,6 +17,8 @@ using Bytes = std::vector<std::uint8_t>;
 enum class Fault {
   kNone,
   kRefuse,  // a report is stalled; a byte is lost
+  kDrop,    // a command is taken and nothing comes of it; a fetch, or a byte, is lost
+  kDelay,   // the reply is not ready: the fetch brings what the one before brought; reports only
   kGarble,  // every bit of it is turned over on its way
   kVanish,  // the device is gone, from this exchange on
 };
@@ -29,6 +31,8 @@ class Faults {
   void RefuseFrom(int exchange) { Arm(Fault::kRefuse, exchange, kAlways); }
   void RefuseNext(int times = 1) { RefuseAt(exchanges_ + 1, times); }
   void GarbleAt(int exchange, int times = 1) { Arm(Fault::kGarble, exchange, times); }
+  void DropAt(int exchange, int times = 1) { Arm(Fault::kDrop, exchange, times); }
+  void DelayAt(int exchange, int times = 1) { Arm(Fault::kDelay, exchange, times); }
   void VanishAt(int exchange) { Arm(Fault::kVanish, exchange, kAlways); }
 
   // By command, matched by its leading bytes: the report's payload, or INS P1 P2 P3 of a frame. The longest

@@ -1,6 +1,5 @@
 #include "sim/devices/reader.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "sim/devices/reader_actions.h"
@@ -21,7 +20,7 @@ HidIdentity IdentityOf(std::uint16_t pid, Usage usage, std::uint8_t reportId, st
 }  // namespace
 
 Reader::Reader(ReaderState initial)
-    : state(std::move(initial)), identity(IdentityOf(kReaderPid, kKeyboard, 0, "Orvantis card reader")) {}
+    : Model(IdentityOf(kReaderPid, kKeyboard, 0, "Orvantis card reader")), state(std::move(initial)) {}
 
 std::shared_ptr<Reader> Reader::Plain() { return std::make_shared<Reader>(PlainReaderState()); }
 
@@ -46,7 +45,8 @@ void Reader::QueueInput(Bytes report) { state.inputs.push_back(std::move(report)
 
 void Reader::PowerCycle() {
   LoseWorkingMemory(state);
-  reply_ = command_ = {};
+  SetCommand({});
+  SetReply({});
   dataMayFollow_ = false;
 }
 
@@ -54,20 +54,6 @@ bool Reader::TakeInput(std::vector<std::uint8_t>& report) {
   if (!Present() || state.inputs.empty()) return false;
   report = std::move(state.inputs.front());
   state.inputs.pop_front();
-  return true;
-}
-
-bool Reader::GetFeature(std::span<std::uint8_t> payload) {
-  if (!Present() || payload.size() > sizeof(Block)) return false;
-  const Fault fault = faults.Next();
-  dataMayFollow_ = false;  // a fetch, refused or not, ends a store that got no data
-  if (fault == Fault::kRefuse || fault == Fault::kVanish) return false;
-  if (faults.TakeReplyRefusal(command_)) return false;
-
-  Block reply = reply_;
-  if (const auto answer = faults.TakeAnswer(command_)) reply = Chunk(*answer, 0);
-  if (fault == Fault::kGarble) Garble(reply);
-  std::copy_n(reply.begin(), payload.size(), payload.begin());
   return true;
 }
 

@@ -10,11 +10,12 @@
 
 #include "sim/devices/device.h"
 #include "sim/devices/faults.h"
+#include "sim/devices/model.h"
 #include "sim/devices/reader_state.h"
 
 namespace tavlyn::sim {
 
-class Reader final : public HidDevice {
+class Reader final : public Model {
  public:
   explicit Reader(ReaderState initial);
 
@@ -26,8 +27,6 @@ class Reader final : public HidDevice {
   static std::shared_ptr<Reader> Kelda(int configurations = 2);
 
   ReaderState state;
-  Faults faults;
-  HidIdentity identity;
 
   // bits 0: eight for each byte.
   void PutCard(Bytes id, int bits = 0);
@@ -35,22 +34,16 @@ class Reader final : public HidDevice {
   void QueueInput(Bytes report);
   // Working memory is lost, committed memory comes back.
   void PowerCycle();
-  void Unplug() { plugged_ = false; }
-  void PlugIn() { plugged_ = true; }
 
-  [[nodiscard]] const HidIdentity& Identity() const override { return identity; }
-  bool SetFeature(std::span<const std::uint8_t> payload) override;
-  bool GetFeature(std::span<std::uint8_t> payload) override;
   bool TakeInput(std::vector<std::uint8_t>& report) override;
-  [[nodiscard]] bool Present() const override { return plugged_ && !faults.Vanished(); }
 
  private:
+  bool TakeReport(Payload report) override;
+  // A fetch ends a store that got no data.
+  void BeginFetch() override { dataMayFollow_ = false; }
   bool TakeCommand(const Block& report);
 
-  Block reply_{};
-  Block command_{};  // the last one taken
   bool dataMayFollow_ = false;
-  bool plugged_ = true;
 };
 
 // An interface that a device shows beside its reader one, such as a keyboard: it can be listed and opened but

@@ -223,7 +223,7 @@ void ReaderFa::Receive(std::span<const std::uint8_t> bytes) {
   for (std::uint8_t byte : bytes) {
     const Fault fault = faults.Next();
     if (fault == Fault::kVanish) return Silence();
-    if (fault == Fault::kRefuse) continue;
+    if (fault == Fault::kRefuse || fault == Fault::kDrop) continue;
     if (fault == Fault::kGarble) Garble({&byte, 1});
     TakeByte(byte);
   }
@@ -291,7 +291,7 @@ void ReaderFa::Send(std::span<const std::uint8_t> bytes) {
   for (std::uint8_t byte : bytes) {
     const Fault fault = faults.Next();
     if (fault == Fault::kVanish) return;
-    if (fault == Fault::kRefuse) continue;
+    if (fault == Fault::kRefuse || fault == Fault::kDrop) continue;
     if (fault == Fault::kGarble) Garble({&byte, 1});
     out_.push_back(byte);
   }

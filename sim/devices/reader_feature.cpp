@@ -142,19 +142,15 @@ const Row* FindRow(const Block& command) {
 
 }  // namespace
 
-bool Reader::SetFeature(std::span<const std::uint8_t> payload) {
-  if (!Present() || payload.size() > sizeof(Block)) return false;
-  const Fault fault = faults.Next();
-  if (fault == Fault::kRefuse || fault == Fault::kVanish) return false;
-
-  Block report = Chunk(payload, 0);
-  if (fault == Fault::kGarble) Garble(report);
+bool Reader::TakeReport(Payload report) {
+  const Block block = Chunk(report, 0);
   if (dataMayFollow_) {
     dataMayFollow_ = false;
-    if (!Lacks(state, command_)) FindRow(command_)->keep(state, command_, report);
+    const Block command = Chunk(Command(), 0);
+    if (!Lacks(state, command)) FindRow(command)->keep(state, command, block);
     return true;
   }
-  return !faults.TakeCommandRefusal(report) && TakeCommand(report);
+  return !faults.TakeCommandRefusal(block) && TakeCommand(block);
 }
 
 bool Reader::TakeCommand(const Block& report) {
@@ -162,13 +158,13 @@ bool Reader::TakeCommand(const Block& report) {
   const bool lacked = Lacks(state, report);
   if (row != nullptr && row->plusOnly && !state.plus && !lacked) return false;
 
-  command_ = report;
-  reply_ = {};
+  SetCommand(report);
+  SetReply({});
   dataMayFollow_ = row != nullptr && row->keep != nullptr;
   if (row == nullptr) {
     ++state.counters.unknownCommands;
   } else if (!lacked) {
-    reply_ = row->answer(state, report);
+    SetReply(row->answer(state, report));
   }
   return true;
 }

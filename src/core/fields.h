@@ -59,6 +59,17 @@ inline constexpr std::array kFieldBounds = {
 // The counts to which kWideParityLimit applies where the reader reports kWideParity.
 constexpr bool IsParityCount(FieldId id) { return id.record == kIDBitCnts && id.word <= 1; }
 
+// The error word of the first word out of its bounds, or 0.
+constexpr std::uint32_t BoundsError(Record record, const std::int16_t* words, bool wideParity = false) {
+  for (const FieldBounds& bounds : kFieldBounds) {
+    if (bounds.field.record != record) continue;
+    const std::int16_t most = wideParity && IsParityCount(bounds.field) ? kWideParityLimit : bounds.most;
+    const std::int16_t value = words[bounds.field.word];
+    if (value < bounds.least || value > most) return bounds.error;
+  }
+  return 0;
+}
+
 // The public structs and the table are one layout.
 #define FIELD(record, word, name) static_assert(offsetof(ts##record, name) == 2 * (word));
 #include "core/fields.inc"

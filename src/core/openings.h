@@ -23,6 +23,7 @@ std::uint32_t Dispatch(Result (*Product::*routine)(Parameters...), Arguments... 
 }
 
 inline bool ReaderIsActive() { return ActiveInRange() && ActiveEntry().ProductKind == kReader; }
+inline bool MagstripeIsActive() { return ActiveInRange() && ActiveEntry().ProductKind == kMagstripe; }
 inline bool PlusReaderIsActive() { return ReaderIsActive() && ActiveEntry().PlusState == kPlusReader; }
 
 // UnsupportedValue for the few exports that sign-extend it.

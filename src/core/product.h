@@ -52,6 +52,7 @@ struct Product {
 
 // Defined by the families, each in its own folder.
 extern const Product kReaderProduct;
+extern const Product kMagstripeProduct;
 extern const Product kSonarProduct;
 
 // The reader's text file stands on a floor above the reader, which only names it in its table.
@@ -59,7 +60,8 @@ std::uint32_t SaveTemplateFile(const char* path);
 std::uint32_t LoadTemplateFile(const char* path);
 
 // In the order in which a connect searches them; the bit of ConnectMask is the kind.
-inline constexpr std::array<const Product*, 2> kProducts = {&kReaderProduct, &kSonarProduct};
+inline constexpr std::array<const Product*, 3> kProducts = {&kReaderProduct, &kMagstripeProduct,
+                                                            &kSonarProduct};
 
 // The table of a kind, or null.
 inline const Product* ProductOf(std::uint32_t kind) {

@@ -9,6 +9,7 @@
 
 #include "core/slot.h"
 #include "core/sonar_block.h"
+#include "core/sorbane_block.h"
 #include "platform/platform.h"
 
 namespace tavlyn {
@@ -54,6 +55,7 @@ struct tsDevEntry {
   std::uint32_t bSepFldCapable;      // until a separator-field transfer fails
   std::uint32_t bPartNumberPending;  // until a part number read fails
   std::array<tsCfgSlot, kCfgSlots> CfgSlot;
+  tsSorbaneBlock SorbaneBlock;
   tavlyn::SonarBlock SonarBlock;
   SerialPort* pSerialPort;  // owned
   std::uint32_t PlusState;

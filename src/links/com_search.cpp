@@ -31,6 +31,35 @@ bool TryReaderPort(std::uint16_t number, tsDevEntry& entry, Probe answers) {
   return true;
 }
 
+// One port of the magstripe search; true when such a reader answered there.
+bool TrySorbanePort(std::uint16_t number, tsDevEntry& entry, Probe answers) {
+  SerialPort& port = ClosedPort(entry);
+  port.SetLine({9600, 0, 0});
+  port.UseFastTimeouts();
+  entry.LinkKind = kBySerialPort;
+  port.SetPortNum(number);
+  if (!port.Open()) return false;
+  const std::int16_t active = ActDev;
+  ActDev = DevCnt;
+  const bool answered = answers();
+  ActDev = active;
+  if (!answered) {
+    DropPort(entry);
+    return false;
+  }
+  entry.ProductKind = kMagstripe;
+  ++DevCnt;
+  // Deliberately the name of entry 0, whichever was filled; and bFound stays.
+  std::snprintf(DevTable[0].DevName, sizeof DevTable[0].DevName, "COM%d:", number);
+  return true;
+}
+
+void ScanUnlessOff() {
+  if (VComSrchHi != 0 && VComSrchLo != 0) ScanVirtualComs();
+}
+
+bool InRange(std::uint16_t number) { return number >= ComSrchLo && number <= ComSrchHi; }
+
 }  // namespace
 
 void ScanVirtualComs() {
@@ -48,12 +77,24 @@ bool SearchReaderComs(Probe answers) {
   DevCnt = 0;
   ActDev = 0;
   // What the scan finds deliberately changes nothing here: a virtual port outside the range is not visited.
-  if (VComSrchHi != 0 && VComSrchLo != 0) ScanVirtualComs();
+  ScanUnlessOff();
   bool found = false;
   for (std::uint16_t number = 1; number <= kHighestPort; ++number) {
     tsDevEntry* entry = NextEntry();
-    if (number < ComSrchLo || number > ComSrchHi || entry == nullptr) continue;
+    if (!InRange(number) || entry == nullptr) continue;
     found = TryReaderPort(number, *entry, answers) || found;
+  }
+  return found;
+}
+
+bool SearchSorbaneComs(Probe answers) {
+  ScanUnlessOff();
+  bool found = false;
+  for (std::uint16_t number = 1; number <= kHighestPort; ++number) {
+    tsDevEntry* entry = NextEntry();
+    const bool visited = InRange(number) || VirtualComFlags[number] != 0;
+    if (entry == nullptr || !visited || PortInUse(number)) continue;
+    found = TrySorbanePort(number, *entry, answers) || found;
   }
   return found;
 }

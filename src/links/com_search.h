@@ -22,4 +22,8 @@ bool PortInUse(std::uint32_t number);
 // last.
 bool SearchReaderComs(Probe answers);
 
+// Magstripe readers on the ports of the range and on all virtual ports, but for those that an entry has a
+// port object for; appends to the table. ActDev is put back behind each test.
+bool SearchSorbaneComs(Probe answers);
+
 }  // namespace tavlyn

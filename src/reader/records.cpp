@@ -41,14 +41,7 @@ constexpr std::array<RecordRow, kRecordCount> kRecords = {{
 std::uint32_t RangeError(Record record, const std::int16_t* words, const tsCfgSlot& slot) {
   // Readers of the ASCII dialect have ranges of their own and check them themselves.
   if (record == kIDBitCnts && AsciiProtocol != 0) return 0;
-  const bool wide = (slot[field::TimeParms_ExFeatures01] & kWideParity) != 0;
-  for (const FieldBounds& bounds : kFieldBounds) {
-    if (bounds.field.record != record) continue;
-    const std::int16_t most = wide && IsParityCount(bounds.field) ? kWideParityLimit : bounds.most;
-    const std::int16_t value = words[bounds.field.word];
-    if (value < bounds.least || value > most) return bounds.error;
-  }
-  return 0;
+  return BoundsError(record, words, (slot[field::TimeParms_ExFeatures01] & kWideParity) != 0);
 }
 
 void Store(Record record, const std::int16_t* words, tsCfgSlot& slot) {

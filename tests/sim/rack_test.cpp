@@ -119,14 +119,55 @@ TEST_F(RackTest, ReportsOfAnotherLengthOrDeviceAreRefused) {
   EXPECT_TRUE(rack_.SetFeature(1, std::span(report).first(9)));
 }
 
+TEST_F(RackTest, MagneticStripeReadersAndSonarSensorsAreDevicesToo) {
+  EXPECT_EQ("1", Do("plug magstripe"));
+  EXPECT_EQ("2", Do("plug sonar@1234:0104"));
+  EXPECT_EQ("1 7A31:1000 magstripe\n2 1234:0104 sonar@1234:0104\n", Do("list"));
+  ASSERT_EQ(2U, rack_.Present().size());
+  EXPECT_EQ(24U, rack_.Present()[0].identity.featureBytes);
+  Do("#1 swipe %B1^DOE JOHN?;12?");
+  std::vector<std::uint8_t> packet(25);
+  packet[1] = 'Q', packet[2] = 'S', packet[3] = '0', packet[24] = '\r';
+  ASSERT_TRUE(rack_.SetFeature(1, packet));
+  ASSERT_TRUE(rack_.GetFeature(1, packet));
+  EXPECT_EQ('3', packet[5]);
+  Do("range 14");
+  EXPECT_EQ(0x31, Ask(2, 0, 0x8F).at(2));
+  Do("walk 20:20:60000 20:30:1");
+  EXPECT_EQ(0x45, Ask(2, 0, 0x8F).at(2));
+  Do("drop 1");
+  EXPECT_EQ(0x45, Ask(2, 0, 0x8F).at(2));
+  Do("delay 2");
+  Do("range 14");
+  EXPECT_EQ(0x45, Ask(2, 0, 0x8F).at(2));
+}
+
+TEST_F(RackTest, CommandsForAnotherKindOfDeviceAreRefused) {
+  Do("plug reader");
+  Do("plug magstripe");
+  Do("plug sonar");
+  for (const char* command : {"#2 card 01:8", "#3 take", "#3 input 01", "#1 swipe ;1?", "#3 swipe ;1?",
+                              "#1 range 14", "#2 walk 1:2:3"}) {
+    const std::string reply = Refused(command);
+    EXPECT_NE(std::string::npos, reply.find(": not for a ")) << command << ": " << reply;
+  }
+  EXPECT_EQ("x: a stripe is %TRACK1?;TRACK2?+TRACK3?", Refused("#2 swipe x"));
+  for (const char* inches : {"-1", "x", "1001", "1x", "nan"}) {
+    EXPECT_EQ(std::string(inches) + ": a range is in inches", Refused(std::string("range ") + inches));
+  }
+  for (const char* leg : {"1", "1:2", "1:2:-3", "1:x:3", "::", "1:2:3:4"}) {
+    EXPECT_EQ(std::string(leg) + ": a leg is FROM:TO:MS", Refused(std::string("walk 1:2:3 ") + leg));
+  }
+}
+
 TEST_F(RackTest, WhatIsNotUnderstoodIsRefusedWithAReason) {
   EXPECT_EQ("no command", Refused(""));
   EXPECT_EQ("no command", Refused("#1"));
   EXPECT_EQ("dance: no such command", Refused("dance"));
   EXPECT_EQ("take: no such device", Refused("take"));
   EXPECT_EQ("plug: wrong number of words", Refused("plug"));
-  for (const char* device : {"toaster", "plus:1", "plus:12", "plus:", "reader@7A31", "reader@7A31:XYZ",
-                             "reader@:", "reader@0000:0001", "reader@17A31:0001"}) {
+  for (const char* device : {"toaster", "plus:1", "plus:12", "plus:", "magstripe:2", "sonar@1", "reader@7A31",
+                             "reader@7A31:XYZ", "reader@:", "reader@0000:0001", "reader@17A31:0001"}) {
     EXPECT_EQ(std::string(device) + ": no such kind of device", Refused(std::string("plug ") + device));
   }
   Do("plug reader");

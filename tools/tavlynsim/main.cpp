@@ -21,8 +21,11 @@ struct Kind {
 constexpr Kind kKinds[] = {
     {"reader", "a card reader of one configuration, 7A31:3BFA"},
     {"plus:N", "a plus reader of 2 to 11 configurations, 7A31:3BFA"},
-    {"KIND@VID:PID", "either one under another USB identity, such as reader@19E5:2021"},
-    {"KIND@7A31:3BFB", "numbers its reports, tells of cards by input reports, has a keyboard beside it"},
+    {"magstripe", "a magnetic-stripe reader, 7A31:1000"},
+    {"sonar", "a sonar sensor, 18C8:2BFA"},
+    {"KIND@VID:PID", "any one under another USB identity, such as reader@19E5:2021"},
+    {"KIND@7A31:3BFB",
+     "a reader that numbers its reports, tells of cards by input reports, has a keyboard beside it"},
 };
 
 int ShowKinds() {

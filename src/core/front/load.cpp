@@ -55,6 +55,7 @@ void ResetProcessState() {
   LastIDBytes.fill(0);
   LastIDBits = 0;
   LastIDLen = 0;
+  Sorbane = {};
   SonarShadow = {};
   ForgetVidPidTable();
 }
@@ -70,6 +71,7 @@ void Load() {
   // Without the HID libraries the library stays loaded and finds no HID device.
   host.hid.Load();
   ResetReaderState();
+  for (tsDevEntry& entry : DevTable) entry.SorbaneBlock.Cfg.IdSel = kIdSelAtLoad;
   ConnectMask = ~0U;
   UnsupportedValue = 0;
   StartTrace();

@@ -1,0 +1,89 @@
+#include "sim/devices/magstripe.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+namespace tavlyn::sim {
+namespace {
+
+constexpr std::uint8_t kEnd = '\r';
+constexpr std::size_t kTextBytes = kMagPacketBytes - 1;
+
+HidIdentity MagstripeIdentity() {
+  return {0x7A31, 0x1000, {{1, 6}}, 0, kMagPacketBytes, "Orvantis magnetic-stripe reader", "0500123456"};
+}
+
+MagPacket PacketOf(const std::string& text) {
+  MagPacket packet{};
+  std::copy_n(text.begin(), std::min(text.size(), kTextBytes), packet.begin());
+  packet[kTextBytes] = kEnd;
+  return packet;
+}
+
+}  // namespace
+
+Magstripe::Magstripe(MagstripeState initial) : Model(MagstripeIdentity()), state(std::move(initial)) {}
+
+void Magstripe::PowerCycle() {
+  LoseWorkingMemory(state);
+  SetCommand({});
+  SetReply({});
+}
+
+// A report without its carriage return is no packet, and is passed over.
+bool Magstripe::TakeReport(Payload report) {
+  if (faults.TakeCommandRefusal(report)) return false;
+  SetCommand(report);
+  SetReply({});
+  if (report[kTextBytes] != kEnd) return true;
+  const auto end = std::find(report.begin(), report.begin() + kTextBytes, 0);
+  SetReply(PacketOf(AnswerMagCommand(state, {report.begin(), end})));
+  return true;
+}
+
+MagstripeLine::MagstripeLine(std::shared_ptr<Magstripe> reader) : reader_(std::move(reader)) {}
+
+void MagstripeLine::Receive(std::span<const std::uint8_t> bytes) {
+  for (std::uint8_t byte : bytes) {
+    const Fault fault = faults.Next();
+    if (fault == Fault::kVanish) return;
+    if (fault == Fault::kRefuse || fault == Fault::kDrop) continue;
+    if (fault == Fault::kGarble) Garble({&byte, 1});
+    if (byte == kEnd) {
+      Run();
+    } else if (byte != 0) {
+      command_ += static_cast<char>(byte);
+    }
+  }
+}
+
+void MagstripeLine::Run() {
+  const std::string command = std::exchange(command_, {});
+  if (command.empty() || !reader_->Present()) return;
+  const Bytes sent(command.begin(), command.end());
+  if (faults.TakeCommandRefusal(sent)) return;
+  MagPacket reply = PacketOf(AnswerMagCommand(reader_->state, command));
+  if (faults.TakeReplyRefusal(sent)) return;
+  if (const auto answer = faults.TakeAnswer(sent)) {
+    reply.fill(0);
+    std::copy_n(answer->begin(), std::min(answer->size(), reply.size()), reply.begin());
+  }
+  for (std::uint8_t byte : reply) {
+    const Fault fault = faults.Next();
+    if (fault == Fault::kVanish) return;
+    if (fault == Fault::kRefuse || fault == Fault::kDrop) continue;
+    if (fault == Fault::kGarble) Garble({&byte, 1});
+    out_.push_back(byte);
+  }
+}
+
+std::size_t MagstripeLine::Take(std::span<std::uint8_t> bytes) {
+  const std::size_t count = std::min(bytes.size(), out_.size());
+  const auto end = out_.begin() + static_cast<std::ptrdiff_t>(count);
+  std::copy(out_.begin(), end, bytes.begin());
+  out_.erase(out_.begin(), end);
+  return count;
+}
+
+}  // namespace tavlyn::sim

@@ -1,0 +1,82 @@
+// The sonar sensor over feature reports of 8 bytes. A command report is followed by a fetch of its answer,
+// or, for the pages, by a report with the page's new content; a fetch repeats the last answer until there is
+// a new command.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "sim/devices/model.h"
+#include "sim/devices/walk.h"
+
+namespace tavlyn::sim {
+
+using SonarPage = std::array<std::uint8_t, 8>;
+inline constexpr std::size_t kSonarPages = 6;
+// Page 0 ranging, 1 and 2 keys when somebody leaves, 3 and 4 when somebody comes, 5 when nobody moves.
+using SonarPages = std::array<SonarPage, kSonarPages>;
+
+// The sensor measures in steps of 1/3.472222 inch, 40 kHz and back.
+inline constexpr double kUnitsPerInch = 3.472222;
+
+enum SonarStatus : std::uint8_t {
+  kSomebody = 0x01,   // within the accepted distances
+  kGoingAway = 0x02,  // and moving
+  kComingNear = 0x04,
+};
+
+struct SonarState {
+  SonarPages working;
+  SonarPages stored;  // committed
+  SonarPages user;    // the user defaults
+  std::uint16_t luid = 1;
+  std::uint16_t did = 0x0400;
+  std::array<std::uint8_t, 4> firmware{1, 0, 2, 3};
+  bool sendsKeys = true;
+  // A second fetch of a page turns to the one behind it, and later fetches repeat that.
+  bool repeatTurnsPage = true;
+
+  Walk walk{30};
+  std::optional<std::uint8_t> status;  // unset: as measured
+
+  struct Counters {
+    int commits = 0;
+    int unknownCommands = 0;
+  } counters;
+};
+
+SonarPages FactorySonarPages();
+SonarState NewSonarState();
+
+class Sonar final : public Model {
+ public:
+  explicit Sonar(SonarState initial = NewSonarState());
+
+  SonarState state;
+  // Milliseconds, for the walk; unset: time stands still.
+  std::function<std::uint64_t()> clock;
+
+  // Somebody stands there from now on.
+  void Stand(double inches) { state.walk = Walk(inches); }
+  void Go(std::vector<Leg> legs) { state.walk = Walk(std::move(legs), Now()); }
+  // Working memory is lost, committed memory comes back.
+  void PowerCycle();
+
+ private:
+  [[nodiscard]] std::uint64_t Now() const { return clock ? clock() : 0; }
+  [[nodiscard]] SonarPage Range() const;
+  bool TakeReport(Payload report) override;
+  void TakeCommand(std::uint8_t opcode, std::uint8_t parameter);
+  void Keep(std::uint8_t opcode, Payload data);
+  void BeginFetch() override;
+
+  int fetches_ = 0;  // since the last command
+  bool dataMayFollow_ = false;
+};
+
+}  // namespace tavlyn::sim

@@ -1,0 +1,182 @@
+#include "magstripe/cfg_file.h"
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string_view>
+
+#include "core/state.h"
+#include "core/text_file.h"
+#include "core/version.h"
+
+namespace tavlyn {
+namespace {
+
+constexpr const char* kMark = "//";
+constexpr const char* kTitle = "--- Sorbane Configuration Template File ---";
+constexpr const char* kEnd = "//##END##";
+
+// A line and its terminator; a longer one is read in pieces.
+using Line = std::array<char, 257>;
+
+template <typename Owner>
+struct SavedByte {
+  const char* name;
+  std::uint8_t Owner::*member;
+  bool flag;
+  const char* comment;
+};
+
+// clang-format off
+constexpr SavedByte<tsSorbaneCfg> kSystemBytes[] = {
+    {"HaltKBSend", &tsSorbaneCfg::HaltKBSend, true, "// 1 = Quiet API Mode No keystrokes, 0=Send Keystrokes"},
+    {"UseNumKP", &tsSorbaneCfg::UseNumKP, true, "// 1 = Use Numeric Keypad for digits 0-9"},
+    {"TrackEnables", &tsSorbaneCfg::TrackEnables, false, "// Bits 0..3 = Enable Tracks 1..3"},
+    {"Beeper", &tsSorbaneCfg::Beeper, false, "// 1 = Beeper Nybble Upper=Good Lower=Bad; Long:1.Count:3.Long:1.Count:3"},
+};
+constexpr SavedByte<tsSorbaneField> kFieldBytes[] = {
+    {"Enable", &tsSorbaneField::Enable, true, "// 1 = User Field Enabled"},
+    {"Skip", &tsSorbaneField::Skip, true, "// 1 = Skip field, Used for OnErrorGoto (bad LRC)"},
+    {"Track", &tsSorbaneField::Track, false, "// Track 1,2,3"},
+    {"Field", &tsSorbaneField::Field, false, "// Mag Field Number"},
+    {"ByteOffset", &tsSorbaneField::ByteOffset, false, "// Offset within Mag Field"},
+    {"Length", &tsSorbaneField::Length, false, "// Length in Characters"},
+    {"Termination", &tsSorbaneField::Termination, false, "// Stop on Termination Byte"},
+    {"ShowSepSen", &tsSorbaneField::ShowSepSen, true, "// 1 = Show Separator and Sentinel Chars"},
+    {"ShowLRC", &tsSorbaneField::ShowLRC, true, "// 1 = Show Hex LRC Byte"},
+    {"IgnoreLRC", &tsSorbaneField::IgnoreLRC, true, "// 1 = Ignore Incorrect LRC"},
+    {"nKeys", &tsSorbaneField::nKeys, false, "// 0..N Keys Used In Array"},
+};
+// clang-format on
+constexpr const char* kLuidComment = "// Logical Unit ID";
+constexpr const char* kColorComment = "// 0=Off 1=Red 2=Green 3=Amber";
+constexpr const char* kKeyComment = "// USB [Even]=Scancode [Odd]=ShiftModifier; ASCII [n]=ASCII Char";
+constexpr const char* kTimeComment = "// 4MS units 4=16ms";
+
+// One line of the file: a byte or a word of the mirror.
+struct Setting {
+  std::array<char, 32> key;
+  std::uint8_t* byte;
+  std::uint16_t* word;
+  bool flag;
+  const char* comment;
+};
+constexpr std::size_t kSettings =
+    1 + std::size(kSystemBytes) + kSorbaneLeds + kSorbaneFields * (std::size(kFieldBytes) + kSorbaneKeys) + 2;
+static_assert(kSettings == 309);
+
+// All lines in the order of the file.
+class Settings {
+ public:
+  explicit Settings(tsDevEntry& entry) {
+    tsSorbaneCfg& cfg = entry.SorbaneBlock.Cfg;
+    AddWord("LUID", entry.LUID, kLuidComment);
+    for (const auto& saved : kSystemBytes)
+      Add(&(cfg.*saved.member), saved.flag, saved.comment, "%s", saved.name);
+    for (unsigned led = 0; led < kSorbaneLeds; ++led)
+      Add(&cfg.LedColor[led], false, kColorComment, "LedColor[%u]", led);
+    for (unsigned field = 0; field < kSorbaneFields; ++field) AddField(field, cfg.UserField[field]);
+    AddWord("KeyPressTime", cfg.KeyPressTime, kTimeComment);
+    AddWord("KeyReleaseTime", cfg.KeyReleaseTime, kTimeComment);
+  }
+
+  [[nodiscard]] const Setting* begin() const { return settings_.data(); }
+  [[nodiscard]] const Setting* end() const { return settings_.data() + used_; }
+
+ private:
+  template <typename... Arguments>
+  void Add(std::uint8_t* byte, bool flag, const char* comment, const char* format, Arguments... arguments) {
+    Setting& setting = settings_[used_++];
+    setting.byte = byte;
+    setting.flag = flag;
+    setting.comment = comment;
+    std::snprintf(setting.key.data(), setting.key.size(), format, arguments...);
+  }
+
+  void AddWord(const char* key, std::uint16_t& word, const char* comment) {
+    settings_[used_].word = &word;
+    Add(nullptr, false, comment, "%s", key);
+  }
+
+  void AddField(unsigned number, tsSorbaneField& field) {
+    for (const auto& saved : kFieldBytes)
+      Add(&(field.*saved.member), saved.flag, saved.comment, "UserField[%u].%s", number, saved.name);
+    for (unsigned key = 0; key < kSorbaneKeys; ++key)
+      Add(&field.Keybyte[key], false, kKeyComment, "UserField[%u].Keybyte[%u]", number, key);
+  }
+
+  std::array<Setting, kSettings> settings_{};
+  std::size_t used_ = 0;
+};
+
+void PrintLine(std::FILE* file, const char* setting, const char* comment) {
+  std::fprintf(file, "%-31s %s\n", setting, comment);
+}
+
+long ValueOf(const Setting& setting, const tsDevEntry& entry) {
+  if (setting.byte != nullptr) return *setting.byte;
+  // This word alone shows its sign.
+  return setting.word == &entry.LUID ? static_cast<std::int16_t>(entry.LUID) : long{*setting.word};
+}
+
+// The number behind a key and its colon, as scanf finds it: with or without blanks before it.
+bool ScanNumber(const char* line, const char* key, long& number) {
+  const std::size_t length = std::strlen(key);
+  if (std::strncmp(line, key, length) != 0 || line[length] != ':') return false;
+  const char* const text = line + length + 1;
+  char* end = nullptr;
+  number = std::strtol(text, &end, 10);
+  return end != text;
+}
+
+void Store(const Setting& setting, long number) {
+  if (setting.word != nullptr) {
+    *setting.word = static_cast<std::uint16_t>(number);
+  } else {
+    *setting.byte = setting.flag ? std::uint8_t{number != 0} : static_cast<std::uint8_t>(number);
+  }
+}
+
+bool HasTitle(std::FILE* file) {
+  Line start{};
+  const std::size_t read = std::fread(start.data(), 1, start.size(), file);
+  return std::string_view(start.data(), read).find(kTitle) != std::string_view::npos;
+}
+
+}  // namespace
+
+std::uint32_t SaveSorbaneFile(const char* path) {
+  const File file = OpenFile(path, "wt");
+  if (file == nullptr) return 0;
+  std::fprintf(file.get(), "%s%s\n", kMark, kTitle);
+  std::fprintf(file.get(), "%sLibrary Version%c %d.%d.%d \n", kMark, kInformationMark, kVersionMajor,
+               kVersionMinor, kVersionBuild);
+  Line text{};
+  tsDevEntry& entry = ActiveEntry();
+  for (const Setting& setting : Settings(entry)) {
+    std::snprintf(text.data(), text.size(), "%s: %ld", setting.key.data(), ValueOf(setting, entry));
+    PrintLine(file.get(), text.data(), setting.comment);
+  }
+  std::snprintf(text.data(), text.size(), "%s: ", kEnd);
+  PrintLine(file.get(), text.data(), "");
+  return 1;
+}
+
+std::uint32_t LoadSorbaneFile(const char* path) {
+  const File file = OpenFile(path, "rt");
+  if (file == nullptr || !HasTitle(file.get())) return 0;
+  std::rewind(file.get());
+  const Settings settings(ActiveEntry());
+  Line line{};
+  // The mark of the end is deliberately not looked for.
+  while (std::fgets(line.data(), static_cast<int>(line.size()), file.get()) != nullptr) {
+    for (const Setting& setting : settings) {
+      long number = 0;
+      if (ScanNumber(line.data(), setting.key.data(), number)) Store(setting, number);
+    }
+  }
+  return 1;
+}
+
+}  // namespace tavlyn

@@ -1,0 +1,72 @@
+#include "magstripe/ids.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <span>
+
+#include "api.h"
+#include "core/id_cache.h"
+#include "core/openings.h"
+#include "magstripe/tracks.h"
+#include "magstripe/transactions.h"
+
+namespace tavlyn {
+namespace {
+
+// The selected piece into the buffer; the length of its text.
+std::uint16_t TakeId(std::span<std::uint8_t> id) {
+  tsSorbaneIdSel& selection = ActiveEntry().SorbaneBlock.Cfg.IdSel;
+  selection.Length = static_cast<std::uint16_t>(id.size());
+  const SorbaneTrack& piece = FetchPiece(
+      {selection.Track, selection.Field, selection.Offset, selection.Length, selection.Termination}, 1);
+  std::ranges::fill(id, std::uint8_t{0});
+  std::copy_n(piece.begin(), std::min(piece.size(), id.size()), id.begin());
+  ActiveEntry().LastLibErr = 0;
+  sorbaneClearDataAvailable();
+  return static_cast<std::uint16_t>(std::ranges::find(id, std::uint8_t{0}) - id.begin());
+}
+
+// Two hexadecimal numbers of a count, low byte first, then a state.
+std::uint32_t AskQueue() {
+  Sorbane.queueCount = 0;
+  Sorbane.queueState = 0;
+  SorbaneReply reply;
+  if (!SorbaneQuery(sorbane::kQueue, reply)) return 0;
+  std::array<char, kSorbanePacket + 1> text{};
+  std::copy(reply.begin() + sorbane::kQueue.at, reply.end(), text.begin());
+  unsigned low = 0;
+  unsigned high = 0;
+  unsigned state = 0;
+  std::sscanf(text.data(), "%02X%02X%02X", &low, &high, &state);
+  Sorbane.queueCount = static_cast<std::uint16_t>(high * 256 + low);
+  Sorbane.queueState = static_cast<std::uint8_t>(state);
+  return Sorbane.queueCount;
+}
+
+}  // namespace
+
+std::uint16_t SorbaneGetActiveId(std::uint8_t* buffer, std::int16_t length) {
+  return TakeId({buffer, static_cast<std::size_t>(length)});
+}
+
+// The ID goes to the cache and not to the buffer; what the buffer holds then deliberately takes its place
+// there. Only a call whose buffer is the cache gets anything.
+std::uint16_t SorbaneGetActiveId32(std::uint8_t* /*buffer*/, std::int16_t length) {
+  LastIDLen = static_cast<std::uint16_t>(std::min<std::int16_t>(length, kIdBytes));
+  return TakeId(std::span(LastIDBytes).first(LastIDLen));
+}
+
+std::uint32_t SorbaneGetQueuedId(std::uint16_t /*first*/, std::int16_t /*second*/) {
+  return TakeId(Sorbane.queuedId);
+}
+
+std::uint32_t SorbaneQueuedIdPart(std::int16_t index) {
+  constexpr std::int16_t kCount = 32;
+  constexpr std::int16_t kState = 33;
+  // Deliberately the first byte, whichever is asked for.
+  if (index >= 0 && index < kCount) return Sorbane.queuedId[0];
+  if (index == kCount) return AskQueue();
+  return index == kState ? Sorbane.queueState : UnsupportedSigned();
+}
+
+}  // namespace tavlyn

@@ -1,0 +1,52 @@
+#include "magstripe/search.h"
+
+#include <algorithm>
+
+#include "api.h"
+#include "core/state.h"
+#include "hid/hid_search.h"
+#include "links/com_search.h"
+#include "magstripe/transactions.h"
+
+namespace tavlyn {
+namespace {
+
+bool Searches(std::int16_t link) { return DevTypeSrch == link || DevTypeSrch == -1; }
+
+bool IsOpened(const tsDevEntry& entry) { return entry.SorbaneBlock.bOpened != 0; }
+
+bool OneIsOpened() {
+  const auto live = static_cast<std::size_t>(std::clamp<std::int16_t>(DevCnt, 0, kTableEntries));
+  return std::any_of(DevTable.begin(), DevTable.begin() + live, IsOpened);
+}
+
+void SorbaneAddDevice(const char* path, std::int32_t row) {
+  tsDevEntry* entry = NextHidEntry();
+  if (entry == nullptr) return;
+  entry->SorbaneBlock.bOpened = 1;
+  entry->hDev = OpenDevice(path);
+  CountHidEntry(*entry, kMagstripe, path, row);
+}
+
+}  // namespace
+
+bool SearchMagstripes() {
+  SearchErr = 0;
+  if (OneIsOpened()) {
+    SearchErr = TAVLYN_ERR_CONNECT;
+    return false;
+  }
+  const std::int16_t start = DevCnt;
+  if (Searches(0)) SearchHidPair(kMagstripePair, SorbaneAddDevice);
+  if (DevCnt != start) return true;
+  if (!Searches(1)) return false;
+  if (!SearchMagstripePorts()) {
+    SearchErr |= TAVLYN_ERR_CONNECT;
+    return false;
+  }
+  return DevCnt != start;
+}
+
+bool SearchMagstripePorts() { return SearchSorbaneComs(SorbanePing); }
+
+}  // namespace tavlyn

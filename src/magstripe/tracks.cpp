@@ -1,0 +1,102 @@
+#include "magstripe/tracks.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "magstripe/transactions.h"
+
+namespace tavlyn {
+namespace {
+
+constexpr std::uint8_t kHeaderCount = 127;
+constexpr std::size_t kBlockBytes = 10;
+
+// A track's coding as ISO/IEC 7811 has it, and the characters that part its fields.
+struct Coding {
+  std::uint8_t lastBlock;
+  std::uint8_t mask;
+  std::uint8_t base;  // the text character of raw 0
+  std::array<std::int8_t, 2> ends;
+  std::int8_t start;  // counted among the fields too, but ends none
+};
+constexpr std::array<Coding, 3> kCodings = {{
+    {8, 63, 0x20, {0x5F, 0x3E}, 0x15},
+    {4, 15, 0x30, {0x0F, 0x0D}, 0x0B},
+    {10, 15, 0x30, {0x0F, 0x0D}, 0x0B},
+}};
+
+const Coding* CodingOf(std::uint16_t track) {
+  return track >= 1 && track <= kCodings.size() ? &kCodings[track - 1U] : nullptr;
+}
+
+void Convert(const Coding& coding, std::span<std::uint8_t> bytes) {
+  for (std::uint8_t& byte : bytes) byte = static_cast<std::uint8_t>((byte & coding.mask) + coding.base);
+}
+
+bool FetchBlocks(std::uint16_t track, std::size_t lastBlock) {
+  constexpr const char* kDigits = "0123456789ABCDEF";
+  for (std::size_t block = 0; block <= lastBlock; ++block) {
+    const auto bytes = std::span(Sorbane.track).subspan(kBlockBytes * block, kBlockBytes);
+    if (!SorbaneAsk(sorbane::kTrackBlock, bytes, {kDigits[track], kDigits[block]})) return false;
+    if (block == 0) lastBlock = std::min(lastBlock, (Sorbane.track[0] & kHeaderCount) / kBlockBytes);
+  }
+  return true;
+}
+
+// Raw bytes by position, zeros beyond.
+std::int8_t RawAt(std::size_t at) {
+  return at < Sorbane.track.size() ? static_cast<std::int8_t>(Sorbane.track[at]) : std::int8_t{0};
+}
+
+bool Ends(const Coding& coding, std::int8_t byte) { return std::ranges::count(coding.ends, byte) != 0; }
+
+std::optional<std::size_t> StartOf(const Coding& coding, const SorbanePiece& piece) {
+  int remaining = piece.field;
+  for (std::size_t at = 1; RawAt(at) != 0;) {
+    const std::int8_t byte = RawAt(at);
+    if (byte == coding.start || Ends(coding, byte)) --remaining;
+    ++at;
+    if (remaining == 0 && RawAt(at + piece.offset) != 0) return at + piece.offset;
+  }
+  return std::nullopt;
+}
+
+// Deliberately takes as many bytes as the scan has passed from where it stopped, not from where it started;
+// and length counts only as zero or not.
+void CopyPiece(const Coding& coding, const SorbanePiece& piece, std::size_t start) {
+  const auto term = static_cast<std::int8_t>(piece.term);
+  const auto stops = [&](std::int8_t byte) {
+    return byte == term || piece.length == 0 || Ends(coding, byte);
+  };
+  std::size_t stop = start;
+  while (RawAt(stop) != 0 && !stops(RawAt(stop))) ++stop;
+  // The end of the data gives nothing.
+  if (RawAt(stop) == 0) return;
+  const std::size_t count = std::min(stop - start, Sorbane.track.size() - stop);
+  std::copy_n(Sorbane.track.begin() + static_cast<std::ptrdiff_t>(stop), count, Sorbane.field.begin());
+}
+
+}  // namespace
+
+SorbaneTrack& FetchTrack(std::uint16_t track, std::uint16_t convert) {
+  Sorbane.track.fill(0);
+  const Coding* coding = CodingOf(track);
+  if (coding == nullptr) return Sorbane.track;
+  if (!FetchBlocks(track, coding->lastBlock)) Sorbane.track.fill(0);
+  const std::size_t count = Sorbane.track[0] & kHeaderCount;
+  if (convert != 0) Convert(*coding, std::span(Sorbane.track).subspan(1, count));
+  return Sorbane.track;
+}
+
+SorbaneTrack& FetchPiece(const SorbanePiece& piece, std::uint16_t convert) {
+  Sorbane.field.fill(0);
+  FetchTrack(piece.track, 0);
+  const Coding* coding = CodingOf(piece.track);
+  if (coding == nullptr) return Sorbane.field;
+  if (const auto start = StartOf(*coding, piece)) CopyPiece(*coding, piece, *start);
+  // The whole of it, so that no converted piece has an end to it.
+  if (convert != 0) Convert(*coding, Sorbane.field);
+  return Sorbane.field;
+}
+
+}  // namespace tavlyn
