@@ -5,64 +5,27 @@
 #include <memory>
 #include <span>
 #include <string_view>
-#include <vector>
 
 #include "api.h"
 #include "core/front/load.h"
 #include "core/state.h"
+#include "fuzz/any_device.h"
 #include "fuzz/scratch_file.h"
 #include "sim/carriers/virtual_host.h"
-#include "sim/devices/device.h"
 
 namespace tavlyn::fuzz {
 namespace {
 
-class AnyDevice final : public sim::HidDevice {
- public:
-  AnyDevice(std::uint8_t kind, std::uint8_t refusals, std::span<const std::uint8_t> answers)
-      : refusals_(refusals), answers_(answers) {
-    const bool numbered = (kind & 1) != 0;
-    identity_.vid = 0x7A31;
-    identity_.pid = numbered ? 0x3BFB : 0x3BFA;
-    identity_.usages = {{static_cast<std::uint16_t>(numbered ? 0xFFA0 : 1),
-                         static_cast<std::uint16_t>(numbered ? 0xA000 : 6)}};
-    identity_.reportId = numbered ? 1 : 0;
-  }
-
-  [[nodiscard]] const sim::HidIdentity& Identity() const override { return identity_; }
-  bool SetFeature(std::span<const std::uint8_t>) override { return !Refuses(); }
-  bool GetFeature(std::span<std::uint8_t> payload) override {
-    if (Refuses()) return false;
-    Take(payload);
-    return true;
-  }
-  bool TakeInput(std::vector<std::uint8_t>& report) override {
-    if (answers_.empty()) return false;
-    report.resize(std::size_t{answers_.front()} % 80);
-    answers_ = answers_.subspan(1);
-    Take(report);
-    return !report.empty();
-  }
-  [[nodiscard]] bool Present() const override { return true; }
-
- private:
-  // One exchange in 16 or more, or none at all; with no answer left every one.
-  bool Refuses() {
-    if (answers_.empty()) return true;
-    ++exchanges_;
-    return (refusals_ & 0x80) == 0 && exchanges_ % (16U + refusals_) == 0;
-  }
-  void Take(std::span<std::uint8_t> bytes) {
-    const std::size_t count = std::min(bytes.size(), answers_.size());
-    std::ranges::copy(answers_.first(count), bytes.begin());
-    answers_ = answers_.subspan(count);
-  }
-
-  sim::HidIdentity identity_;
-  unsigned refusals_;
-  unsigned exchanges_ = 0;
-  std::span<const std::uint8_t> answers_;
-};
+sim::HidIdentity ReaderIdentity(std::uint8_t kind) {
+  const bool numbered = (kind & 1) != 0;
+  sim::HidIdentity identity;
+  identity.vid = 0x7A31;
+  identity.pid = numbered ? 0x3BFB : 0x3BFA;
+  identity.usages = {
+      {static_cast<std::uint16_t>(numbered ? 0xFFA0 : 1), static_cast<std::uint16_t>(numbered ? 0xA000 : 6)}};
+  identity.reportId = numbered ? 1 : 0;
+  return identity;
+}
 
 void ReadIds() {
   std::array<std::uint8_t, 32> id{};
@@ -106,7 +69,7 @@ void Meet(std::uint8_t kind, std::uint8_t refusals, std::uint8_t calls,
   sim::VirtualHost& host = sim::VirtualHost::Instance();
   host.Reset();
   Load();
-  host.hid.Plug("device", std::make_shared<AnyDevice>(kind, refusals, answers));
+  host.hid.Plug("device", std::make_shared<AnyDevice>(ReaderIdentity(kind), refusals, answers));
   SetDevTypeSrch(0);
   SetConnectProduct(1);
   if (USBConnect(nullptr) == 1) Talk(calls);
