@@ -1,9 +1,7 @@
-// A device that answers as it likes: with the bytes it was given, one after the other; then it refuses
-// everything.
+// A device whose answers are bytes of the fuzzer's, one after the other; behind them it refuses everything.
 #pragma once
 
 #include <algorithm>
-#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <utility>
@@ -13,13 +11,14 @@
 
 namespace tavlyn::fuzz {
 
-class AnyDevice final : public sim::HidDevice {
+class AnyDevice : public sim::HidDevice {
  public:
+  // refusals: how often it refuses, in 16 exchanges or more; with bit 7 not at all.
   AnyDevice(sim::HidIdentity identity, std::uint8_t refusals, std::span<const std::uint8_t> answers)
       : identity_(std::move(identity)), refusals_(refusals), answers_(answers) {}
 
   [[nodiscard]] const sim::HidIdentity& Identity() const override { return identity_; }
-  bool SetFeature(std::span<const std::uint8_t>) override { return !Refuses(); }
+  bool SetFeature(std::span<const std::uint8_t> /*payload*/) override { return !Refuses(); }
   bool GetFeature(std::span<std::uint8_t> payload) override {
     if (Refuses()) return false;
     Take(payload);
@@ -34,8 +33,7 @@ class AnyDevice final : public sim::HidDevice {
   }
   [[nodiscard]] bool Present() const override { return true; }
 
- private:
-  // One exchange in 16 or more, or none at all; with no answer left every one.
+ protected:
   bool Refuses() {
     if (answers_.empty()) return true;
     ++exchanges_;
@@ -47,6 +45,7 @@ class AnyDevice final : public sim::HidDevice {
     answers_ = answers_.subspan(count);
   }
 
+ private:
   sim::HidIdentity identity_;
   unsigned refusals_;
   unsigned exchanges_ = 0;

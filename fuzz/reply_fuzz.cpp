@@ -16,8 +16,7 @@
 namespace tavlyn::fuzz {
 namespace {
 
-std::shared_ptr<AnyDevice> Reader(std::uint8_t kind, std::uint8_t refusals,
-                                  std::span<const std::uint8_t> answers) {
+sim::HidIdentity ReaderIdentity(std::uint8_t kind) {
   const bool numbered = (kind & 1) != 0;
   sim::HidIdentity identity;
   identity.vid = 0x7A31;
@@ -25,7 +24,7 @@ std::shared_ptr<AnyDevice> Reader(std::uint8_t kind, std::uint8_t refusals,
   identity.usages = {
       {static_cast<std::uint16_t>(numbered ? 0xFFA0 : 1), static_cast<std::uint16_t>(numbered ? 0xA000 : 6)}};
   identity.reportId = numbered ? 1 : 0;
-  return std::make_shared<AnyDevice>(identity, refusals, answers);
+  return identity;
 }
 
 void ReadIds() {
@@ -70,7 +69,7 @@ void Meet(std::uint8_t kind, std::uint8_t refusals, std::uint8_t calls,
   sim::VirtualHost& host = sim::VirtualHost::Instance();
   host.Reset();
   Load();
-  host.hid.Plug("device", Reader(kind, refusals, answers));
+  host.hid.Plug("device", std::make_shared<AnyDevice>(ReaderIdentity(kind), refusals, answers));
   SetDevTypeSrch(0);
   SetConnectProduct(1);
   if (USBConnect(nullptr) == 1) Talk(calls);

@@ -57,6 +57,7 @@ constexpr const char* kTimeComment = "// 4MS units 4=16ms";
 // One line of the file: a byte or a word of the mirror.
 struct Setting {
   std::array<char, 32> key;
+  std::size_t keyLength;
   std::uint8_t* byte;
   std::uint16_t* word;
   bool flag;
@@ -81,6 +82,13 @@ class Settings {
     AddWord("KeyReleaseTime", cfg.KeyReleaseTime, kTimeComment);
   }
 
+  // Null for a key that is none.
+  [[nodiscard]] const Setting* Find(std::string_view key) const {
+    for (const Setting& setting : *this) {
+      if (key == std::string_view(setting.key.data(), setting.keyLength)) return &setting;
+    }
+    return nullptr;
+  }
   [[nodiscard]] const Setting* begin() const { return settings_.data(); }
   [[nodiscard]] const Setting* end() const { return settings_.data() + used_; }
 
@@ -92,6 +100,7 @@ class Settings {
     setting.flag = flag;
     setting.comment = comment;
     std::snprintf(setting.key.data(), setting.key.size(), format, arguments...);
+    setting.keyLength = std::strlen(setting.key.data());
   }
 
   void AddWord(const char* key, std::uint16_t& word, const char* comment) {
@@ -120,22 +129,23 @@ long ValueOf(const Setting& setting, const tsDevEntry& entry) {
   return setting.word == &entry.LUID ? static_cast<std::int16_t>(entry.LUID) : long{*setting.word};
 }
 
-// The number behind a key and its colon, as scanf finds it: with or without blanks before it.
-bool ScanNumber(const char* line, const char* key, long& number) {
-  const std::size_t length = std::strlen(key);
-  if (std::strncmp(line, key, length) != 0 || line[length] != ':') return false;
-  const char* const text = line + length + 1;
-  char* end = nullptr;
-  number = std::strtol(text, &end, 10);
-  return end != text;
-}
-
 void Store(const Setting& setting, long number) {
   if (setting.word != nullptr) {
     *setting.word = static_cast<std::uint16_t>(number);
   } else {
     *setting.byte = setting.flag ? std::uint8_t{number != 0} : static_cast<std::uint8_t>(number);
   }
+}
+
+// A key, its colon, a number with or without blanks before it. Any other line is passed over.
+void TakeLine(const char* line, const Settings& settings) {
+  const char* const colon = std::strchr(line, ':');
+  if (colon == nullptr) return;
+  const Setting* setting = settings.Find({line, static_cast<std::size_t>(colon - line)});
+  if (setting == nullptr) return;
+  char* end = nullptr;
+  const long number = std::strtol(colon + 1, &end, 10);
+  if (end != colon + 1) Store(*setting, number);
 }
 
 bool HasTitle(std::FILE* file) {
@@ -171,10 +181,7 @@ std::uint32_t LoadSorbaneFile(const char* path) {
   Line line{};
   // The mark of the end is deliberately not looked for.
   while (std::fgets(line.data(), static_cast<int>(line.size()), file.get()) != nullptr) {
-    for (const Setting& setting : settings) {
-      long number = 0;
-      if (ScanNumber(line.data(), setting.key.data(), number)) Store(setting, number);
-    }
+    TakeLine(line.data(), settings);
   }
   return 1;
 }

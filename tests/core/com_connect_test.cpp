@@ -159,6 +159,7 @@ TEST_F(ComConnectTest, AFailedReadEndsItAndLeavesTheTable) {
 }
 
 TEST_F(ComConnectTest, ASilentPortCostsTwoPings) {
+  SetConnectProduct(1);
   host.ports.present[5] = nullptr;
   const std::uint64_t before = host.clock.tick;
   EXPECT_EQ(ComConnect(nullptr), 0U);
