@@ -1,6 +1,7 @@
 #include "core/front/load.h"
 
 #include "api.h"
+#include "core/analyzer_state.h"
 #include "core/id_cache.h"
 #include "core/state.h"
 #include "core/trace.h"
@@ -55,6 +56,8 @@ void ResetProcessState() {
   LastIDBytes.fill(0);
   LastIDBits = 0;
   LastIDLen = 0;
+  AnalyzerStatus = -1;
+  AnalyzerCount = 0;
   ForgetVidPidTable();
 }
 
