@@ -61,6 +61,9 @@ class Rack {
   bool PutCard(const Words& words, std::string& reply);
   bool TakeCard(const Words& words, std::string& reply);
   bool QueueInput(const Words& words, std::string& reply);
+  bool QueueId(const Words& words, std::string& reply);
+  bool AddSample(const Words& words, std::string& reply);
+  bool Lack(const Words& words, std::string& reply);
   bool ArmFault(const Words& words, std::string& reply);
   bool Heal(const Words& words, std::string& reply);
   bool CountExchanges(const Words& words, std::string& reply);

@@ -12,6 +12,9 @@
 //   card HEX:BITS          lays a card on the reader, lowest byte first: card 0102:13
 //   take                   takes the card away
 //   input HEX              queues an input report, its report ID first where the device numbers them
+//   queue HEX[:HEX]        queues an ID, lowest byte first, with the eight bytes that come behind an ID
+//   sample TYPE:HEX:BITS   a record of the card analyzer, its type hexadecimal: sample 0001:01020303:26
+//   lack HEX               the firmware does not have the commands that begin with these bytes
 //   refuse N               the Nth feature-report exchange from here on is refused
 //   garble N               its bits arrive turned over
 //   vanish N               the device is gone from there on
