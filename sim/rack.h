@@ -66,6 +66,9 @@ class Rack {
   bool Swipe(const Words& words, std::string& reply);
   bool Stand(const Words& words, std::string& reply);
   bool Walk(const Words& words, std::string& reply);
+  bool QueueId(const Words& words, std::string& reply);
+  bool AddSample(const Words& words, std::string& reply);
+  bool Lack(const Words& words, std::string& reply);
   bool ArmFault(const Words& words, std::string& reply);
   bool Heal(const Words& words, std::string& reply);
   bool CountExchanges(const Words& words, std::string& reply);

@@ -163,9 +163,17 @@ typedef struct tsBprRlyCtrl {
 #define TAVLYN_ERR_CHR_CNT           0x201050u    /* set: SetIDDispParms2, SetIDDispParms3: first word above 3 */
 #define TAVLYN_ERR_COMMAND           0x1000000u   /* or: an exchange failed in a read or an action */
 #define TAVLYN_ERR_HALT_KB_SENDS     0x2000000u   /* or: HaltKBSends could not be sent (trace only) */
+#define TAVLYN_ERR_ANALYZER_CONTROL  0x5000001u   /* or: the card analyzer could not be switched */
+#define TAVLYN_ERR_ANALYZER_STATUS   0x5000002u   /* or: the status of the card analyzer could not be read */
+#define TAVLYN_ERR_ANALYZER_DATA     0x5000003u   /* or: a record of the card analyzer could not be read */
+#define TAVLYN_ERR_SET_BLE           0x20000000u  /* or: the BLE configuration could not be set */
+#define TAVLYN_ERR_SET_MODULE        0x20000001u  /* or: a module could not be switched */
+#define TAVLYN_ERR_GET_BLE           0x40000000u  /* or: the BLE configuration could not be read */
+#define TAVLYN_ERR_GET_MODULE        0x40000001u  /* or: the state of a module could not be read */
 #define TAVLYN_ERR_FW_FILENAME       0x50000000u  /* or: the firmware file name could not be read */
 #define TAVLYN_ERR_DEVICE_GONE       0x60000000u  /* or, always on entry 0: a drain found the device gone */
 #define TAVLYN_ERR_FULL_FW_VERSION   0x70000000u  /* or: the full firmware version could not be read */
+#define TAVLYN_ERR_SECURE            0x81000000u  /* or: an exchange of secure data or of transparent mode failed */
 #define TAVLYN_ERR_INTEGRITY         0x91000000u  /* or: a file failed its integrity test */
 /* clang-format on */
 

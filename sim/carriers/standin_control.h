@@ -17,6 +17,9 @@
 //                          are printed, each with its sentinels: swipe %B12^DOE/JOHN^?;12=34?
 //   range INCHES           somebody stands that far from a sonar sensor
 //   walk FROM:TO:MS …      somebody walks in front of it, leg by leg, and stays at the end
+//   queue HEX[:HEX]        queues an ID, lowest byte first, with the eight bytes that come behind an ID
+//   sample TYPE:HEX:BITS   a record of the card analyzer, its type hexadecimal: sample 0001:01020303:26
+//   lack HEX               the firmware does not have the commands that begin with these bytes
 //   refuse N               the Nth feature-report exchange from here on is refused
 //   garble N               its bits arrive turned over
 //   drop N                 a command is taken but not run; a fetch brings nothing

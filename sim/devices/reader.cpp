@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "sim/devices/reader_actions.h"
+#include "sim/devices/reader_extensions.h"
 
 namespace tavlyn::sim {
 namespace {
@@ -37,6 +38,7 @@ std::shared_ptr<Reader> Reader::Kelda(int configurations) {
 void Reader::PutCard(Bytes id, int bits) {
   state.card.bits = static_cast<std::uint8_t>(bits != 0 ? bits : static_cast<int>(id.size() * 8));
   state.card.id = std::move(id);
+  AnalyzeCard(state);
 }
 
 void Reader::TakeCard() { state.card = {}; }

@@ -162,6 +162,7 @@ void Commit(ReaderState& state, std::uint8_t mask) {
     active.stored.hashKeys = active.working.hashKeys;
   }
   if ((mask & kCommitLuid) != 0) state.storedLuid = state.luid;
+  state.extensions.storedTransparent = state.extensions.transparent;  // no bit of the mask stands for it
   ++state.counters.commits;
   state.counters.lastCommitMask = mask;
 }
@@ -176,6 +177,9 @@ void ResetToFactory(ReaderState& state) {
 void LoseWorkingMemory(ReaderState& state) {
   for (Configuration& configuration : state.configurations) configuration.working = configuration.stored;
   state.luid = state.storedLuid;
+  state.extensions.transparent = state.extensions.storedTransparent;
+  state.extensions.analyzer = 0;
+  state.extensions.analyzed.clear();
   state.queue.clear();
   state.inputs.clear();
 }

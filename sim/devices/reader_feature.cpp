@@ -5,6 +5,7 @@
 
 #include "sim/devices/reader.h"
 #include "sim/devices/reader_actions.h"
+#include "sim/devices/reader_extensions.h"
 
 namespace tavlyn::sim {
 namespace {
@@ -131,6 +132,10 @@ constexpr Row kRows[] = {
     {{0x8C, 0x86}, 2, false, SetVolumeAnswer, nullptr}, {{0x8D}, 1, false, Id256Answer, nullptr},
     {{0x8E}, 1, false, BitCountAnswer, nullptr},        {{0x8F}, 1, false, Id64Answer, nullptr},
     {{0x90}, 1, false, CommitAnswer, nullptr},          {{0xA0}, 1, false, ResetAnswer, nullptr},
+    {{0x8C, 0x00}, 2, false, ModeAnswer, nullptr},      {{0x8C, 0x80}, 2, false, ModeAnswer, nullptr},
+    {{0x8C, 0x07}, 2, false, BleAnswer, nullptr},       {{0x8C, 0x87}, 2, false, BleAnswer, nullptr},
+    {{0x8C, 0x08}, 2, false, AnalyzerAnswer, nullptr},  {{0x8C, 0x88}, 2, false, SwitchAnalyzer, nullptr},
+    {{0x8C, 0x09}, 2, false, RecordAnswer, nullptr},    {{0x8C, 0x0B}, 2, false, ModuleAnswer, nullptr},
 };
 
 const Row* FindRow(const Block& command) {

@@ -33,6 +33,7 @@ ReaderState CommonState() {
   state.installedHardware = 0x05;
   state.supportedHardware = 0x0F;
   state.baudCode = 3;
+  state.extensions.modules = {{1, true}, {2, false}};
   return state;
 }
 
@@ -55,6 +56,8 @@ ReaderState PlusReaderState(int configurations) {
     state.configurations.push_back(Configuration::Of(settings));
   }
   state.firmware = {{{0x10072005, 0x10070101, 0, 0, 0}, {0x20010009, 0, 0, 0, 0}, {0, 0, 0, 0, 0}}};
+  state.extensions.hasTransparentMode = true;
+  state.extensions.hasBle = true;
   state.cardTypes = {0xEF04, 0xF004, 0xF102, 0xFA01, 0x7D01};
   return state;
 }

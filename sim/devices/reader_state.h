@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "sim/devices/extension_state.h"
 #include "sim/devices/faults.h"
 
 namespace tavlyn::sim {
@@ -98,6 +99,8 @@ struct ReaderState {
   std::array<std::uint8_t, 40> cardData{};
   std::deque<QueuedCard> queue;
   std::deque<Bytes> inputs;  // queued input reports, with their report ID
+
+  ExtensionState extensions;
 
   // Commands that this firmware does not have, by their leading feature-report bytes: answered with zeros,
   // refused on the serial side.

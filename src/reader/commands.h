@@ -47,10 +47,20 @@ inline constexpr Command kIdentity     {{0x8A},                    {0x04, 0x00, 
 inline constexpr Command kWriteLuid    {{0x8A},                    {0x06, 0x00, 0x00, 0x02}, Fa::kSendData};
 inline constexpr Command kPing         {{0x8A},                    {0x04, 0xED, 0xED, 0x04}, Fa::kRecvData};  // ED ED: a fixed probe
 inline constexpr Command kModelNumber  {{0x8C, 0x01, y},           {0x0C, 0x01, y,    0x00}, Fa::kRecv8};
+inline constexpr Command kQueuedId     {{0x8C, 0x02, x,    y},     {0x0C, 0x02, x,    y},    Fa::kRecv8};  // x = page, y = options
 inline constexpr Command kBeep         {{0x8C, 0x03, x},           {0x0C, 0x03, x,    0x00}, Fa::kSendStatus};
 inline constexpr Command kDeviceText   {{0x8C, 0x04, x,    y},     {0x0C, 0x04, x,    y},    Fa::kRecv8};
 inline constexpr Command kEsn          {{0x8C, 0x05, x},           {}};
 inline constexpr Command kReadVolume   {{0x8C, 0x06},              {0x0C, 0x06, 0x00, 0x00}, Fa::kRecvN, 1};
+inline constexpr Command kAskMode      {{0x8C, 0x00},              {}};  // transparent mode
+inline constexpr Command kSetMode      {{0x8C, 0x80, x},           {}};
+inline constexpr Command kReadBle      {{0x8C, 0x07},              {}};
+inline constexpr Command kWriteBle     {{0x8C, 0x87, x},           {}};
+inline constexpr Command kAnalyzerState{{0x8C, 0x08},              {}};
+inline constexpr Command kSetAnalyzer  {{0x8C, 0x88, x},           {}};
+inline constexpr Command kAnalyzerData {{0x8C, 0x09, x,    y},     {}};  // x = record, y = block of its data, 0 its head
+inline constexpr Command kReadModule   {{0x8C, 0x0B, 0x01, x},     {}};
+inline constexpr Command kWriteModule  {{0x8C, 0x0B, 0x02, x,   y}, {}};
 inline constexpr Command kId256        {{0x8D, x},                 {0x00, 0x00, 0x00, 0x24}, Fa::kRecvData};
 inline constexpr Command kBitCount     {{0x8E},                    {}};
 inline constexpr Command kId64         {{0x8F},                    {0x00, 0x00, 0x00, 0x0C}, Fa::kRecvData};

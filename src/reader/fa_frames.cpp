@@ -9,7 +9,6 @@
 namespace tavlyn {
 namespace {
 
-constexpr std::uint8_t kCla = 0xFA;
 constexpr std::uint32_t kPause = 50;
 constexpr std::uint32_t kSocketStore = 500;
 
@@ -25,7 +24,7 @@ bool Write(SerialPort& port, std::span<const std::uint8_t> bytes) {
   return static_cast<std::int32_t>(port.Write(bytes)) >= static_cast<std::int32_t>(bytes.size());
 }
 
-bool WriteCla(SerialPort& port) { return port.Write({&kCla, 1}) == 1; }
+bool WriteCla(SerialPort& port, const FaFrame& frame) { return port.Write({&frame.cla, 1}) == 1; }
 
 // Clears the status and gives the open port, or null.
 SerialPort* Begin(FaFrame& frame) {
@@ -41,7 +40,7 @@ SerialPort* SendHeader(FaFrame& frame, std::size_t txCount) {
   SerialPort* port = Begin(frame);
   if (port == nullptr) return nullptr;
   if (port->bSocketMode) port->ClearInput();
-  if (!WriteCla(*port)) return nullptr;
+  if (!WriteCla(*port, frame)) return nullptr;
   // The reader's receiver needs this after the class byte.
   if (!port->bSocketMode) Sleep(kPause);
   return Write(*port, std::span(frame.header).first(txCount)) ? port : nullptr;
@@ -74,7 +73,7 @@ bool ReadStatus(SerialPort& port, FaFrame& frame) {
 
 bool FaSendStatus(FaFrame& frame) {
   SerialPort* port = Begin(frame);
-  return port != nullptr && WriteCla(*port) && Write(*port, std::span(frame.header).first(4)) &&
+  return port != nullptr && WriteCla(*port, frame) && Write(*port, std::span(frame.header).first(4)) &&
          ReadStatus(*port, frame);
 }
 

@@ -11,6 +11,8 @@
 #include "reader/firmware.h"
 #include "reader/id_fetch.h"
 #include "reader/outputs.h"
+#include "reader/queued_id.h"
+#include "reader/raw_payload.h"
 #include "reader/records.h"
 #include "reader/search.h"
 
@@ -56,6 +58,10 @@ constexpr Product kReaderProduct = WithRecords(
         .answers = PingReader,
         .queryFirmwareWord = QueryFirmwareWord,
         .firmwareVersion = FirmwareVersion,
+        .getQueuedId = FetchQueuedId,
+        .queuedIdPart = QueuedIdPart,
+        .setRawPayload = SetRawCommand,
+        .rawReplyByte = RawReplyByte,
         .getRecord = {},
         .setRecord = {},
     },

@@ -25,8 +25,9 @@ class RackTest : public testing::Test {
     return reply;
   }
 
-  std::vector<std::uint8_t> Ask(int number, std::uint8_t reportId, std::uint8_t command) {
-    std::vector<std::uint8_t> report{reportId, command, 0, 0, 0, 0, 0, 0, 0};
+  std::vector<std::uint8_t> Ask(int number, std::uint8_t reportId, std::uint8_t command,
+                                std::uint8_t second = 0, std::uint8_t third = 0) {
+    std::vector<std::uint8_t> report{reportId, command, second, third, 0, 0, 0, 0, 0};
     if (!rack_.SetFeature(number, report) || !rack_.GetFeature(number, report)) return {};
     return report;
   }
@@ -178,6 +179,25 @@ TEST_F(RackTest, WhatIsNotUnderstoodIsRefusedWithAReason) {
   }
   EXPECT_EQ("0: exchanges count from 1", Refused("refuse 0"));
   EXPECT_EQ("x: a report is hexadecimal", Refused("input x"));
+}
+
+TEST_F(RackTest, WhatTheReaderKeepsIsLaidIn) {
+  Do("plug reader");
+  Do("queue 0102:A0A1");
+  Do("queue 03");
+  Do("sample 0102:0A0B0C:20");
+  EXPECT_EQ((std::vector<std::uint8_t>{0, 1, 2, 0, 0, 0, 0, 0, 0}), Ask(1, 0, 0x8C, 0x02));
+  EXPECT_EQ((std::vector<std::uint8_t>{0, 0xA0, 0xA1, 0, 0, 0, 0, 0, 0}), Ask(1, 0, 0x8C, 0x02, 4));
+  EXPECT_EQ((std::vector<std::uint8_t>{0, 3, 0, 0, 0, 0, 0, 0, 0}), Ask(1, 0, 0x8C, 0x02));
+  EXPECT_EQ((std::vector<std::uint8_t>{0, 2, 1, 20, 0, 0, 0, 0, 0}), Ask(1, 0, 0x8C, 0x09));
+  Do("lack 8C09");
+  EXPECT_EQ(std::vector<std::uint8_t>(9), Ask(1, 0, 0x8C, 0x09));
+  for (const char* word : {"queue", "queue 1", "queue 01:", "queue 01:0", "sample 1:02",
+                           "sample 1:02:", "sample 1::8", "sample x:02:8", "lack 8", "lack"}) {
+    EXPECT_NE("", Refused(word)) << word;
+  }
+  EXPECT_NE("", Refused("queue " + std::string(66, '0')));
+  EXPECT_NE("", Refused("queue 00:" + std::string(18, '0')));
 }
 
 }  // namespace

@@ -18,7 +18,8 @@ struct Options {
   std::vector<std::string> words;  // FIELD, FIELD=VALUE or a colour
   std::vector<std::string> files;
   std::string choice;  // one of the words that a command takes
-  int index = 0;       // of a configuration
+  int index = 0;       // of a configuration or a module
+  int state = 1;       // of the card analyzer
   std::string cardType;
   std::optional<int> volume;
   bool dryRun = false;
@@ -27,6 +28,8 @@ struct Options {
   bool yes = false;
   bool store = false;
   bool longBeep = false;
+  bool first = false;
+  bool second = false;
 };
 
 Json List(const Options& options);
@@ -49,6 +52,21 @@ Json Relay(const Options& options);
 Json Volume(const Options& options);
 Json Cards(const Options& options);
 Json SetCard(const Options& options);
+Json StartAnalyzer(const Options& options);
+Json StopAnalyzer(const Options& options);
+Json AnalyzerStatus(const Options& options);
+Json ListAnalyzed(const Options& options);
+Json GetModule(const Options& options);
+Json SetModule(const Options& options);
+Json TransparentMode(const Options& options);
+Json BleStatus(const Options& options);
+Json SetBle(const Options& options);
+Json Queue(const Options& options);
+Json Raw(const Options& options);
+Json Texts(const Options& options);
+
+// Adds the texts that the active device holds.
+void DescribeTexts(Json& device);
 
 // Adds card type and priority of the selected configuration; nothing for a plain reader.
 void DescribeCardType(Json& configuration);

@@ -61,6 +61,11 @@ Json Esn() {
 
 }  // namespace
 
+void DescribeTexts(Json& device) {
+  device["part_number"] = TextOrNull(getPartNumberString());
+  for (const Text& text : kTexts) device[text.key] = TextOrNull(text.get());
+}
+
 Json List(const Options& options) {
   const Session session;
   Json document = NewDocument("list");
@@ -83,7 +88,7 @@ Json Info(const Options& options) {
   session.Use(options.device);
   Json document = NewDocument("info");
   Json& device = document["device"] = Description();
-  for (const Text& text : kTexts) device[text.key] = TextOrNull(text.get());
+  DescribeTexts(device);
   device["esn"] = Esn();
   const std::uint32_t answer = Ping();
   device["answer_ms"] = answer <= kLongestAnswer ? Json(answer) : Json();

@@ -119,12 +119,70 @@ void AddCards(CLI::App& app, Options& options, Commands& commands) {
   commands.insert(commands.end(), {{set, "cards set", SetCard}, {cards, "cards", Cards}});
 }
 
+void AddAnalyzer(CLI::App& app, Options& options, Commands& commands) {
+  CLI::App& analyzer = *app.add_subcommand("analyzer", "The list of cards that a reader has seen");
+  analyzer.require_subcommand(1);
+  CLI::App* start = Add(analyzer, "start", "Switches the card analyzer on", options);
+  start->add_option("STATE", options.state, "What the reader is told (1)")->check(CLI::Range(0, 255));
+  CLI::App* stop = Add(analyzer, "stop", "Switches it off", options);
+  CLI::App* status = Add(analyzer, "status", "Its state and the number of cards", options);
+  CLI::App* list = Add(analyzer, "list", "The cards, with the bits of each", options);
+  for (CLI::App* command : {start, stop, status, list}) AddDevice(command, options);
+  commands.insert(commands.end(), {{start, "analyzer start", StartAnalyzer},
+                                   {stop, "analyzer stop", StopAnalyzer},
+                                   {status, "analyzer status", AnalyzerStatus},
+                                   {list, "analyzer list", ListAnalyzed}});
+}
+
+void AddBle(CLI::App& ble, Options& options, Commands& commands) {
+  CLI::App* status = Add(ble, "status", "Whether a reader has the radio, and its configuration", options);
+  CLI::App* set = Add(ble, "set", "Sets the configuration, and reads it back", options);
+  set->add_option("CONFIGURATION", options.index)->required()->check(CLI::Range(0, 3));
+  for (CLI::App* command : {status, set}) AddDevice(command, options);
+  commands.insert(commands.end(), {{status, "ble status", BleStatus}, {set, "ble set", SetBle}});
+}
+
+void AddExtensions(CLI::App& app, Options& options, Commands& commands) {
+  AddAnalyzer(app, options, commands);
+  CLI::App& module = *app.add_subcommand("module", "A module of a reader, by its number");
+  module.require_subcommand(1);
+  CLI::App* get = Add(module, "get", "Whether it is on", options);
+  CLI::App* set = Add(module, "set", "Switches it, and reads it back", options);
+  for (CLI::App* command : {get, set}) {
+    command->add_option("NUMBER", options.index)->required()->check(CLI::Range(0, 255));
+  }
+  AddChoice(set, options, "STATE", {"on", "off"});
+  CLI::App* transparent = Add(app, "transparent", "Tells or switches the transparent mode", options);
+  AddChoice(transparent, options, "WHAT", {"on", "off", "status"});
+  transparent->add_flag("--store", options.store, "For good");
+  CLI::App& ble = *app.add_subcommand("ble", "The BLE radio of a reader");
+  ble.require_subcommand(1);
+  AddBle(ble, options, commands);
+  for (CLI::App* command : {get, set, transparent}) AddDevice(command, options);
+  commands.insert(commands.end(), {{get, "module get", GetModule},
+                                   {set, "module set", SetModule},
+                                   {transparent, "transparent", TransparentMode}});
+}
+
+void AddRaw(CLI::App& app, Options& options, Commands& commands) {
+  CLI::App* queue = Add(app, "queue", "The oldest ID that was read while nobody asked", options);
+  queue->add_flag("--first", options.first, "The first option that is passed on to the reader");
+  queue->add_flag("--second", options.second, "The second one");
+  CLI::App* raw = Add(app, "raw", "Sends a command of eight bytes and shows the reply", options);
+  raw->add_option("HEX", options.words, "Bytes; those left out are 0")->required()->expected(1, 8);
+  CLI::App* text = Add(app, "text", "The texts that a reader holds", options);
+  for (CLI::App* command : {queue, raw, text}) AddDevice(command, options);
+  commands.insert(commands.end(), {{queue, "queue", Queue}, {raw, "raw", Raw}, {text, "text", Texts}});
+}
+
 Commands AddAll(CLI::App& app, Options& options) {
   Commands commands;
   AddReads(app, options, commands);
   AddConfig(app, options, commands);
   AddOutputs(app, options, commands);
   AddCards(app, options, commands);
+  AddExtensions(app, options, commands);
+  AddRaw(app, options, commands);
   CLI::App* check = Add(app, "check", "Whether a file is as it was written", options);
   AddFiles(check, options, 1);
   check->add_flag("--ini", options.ini, "A key-load ini file");

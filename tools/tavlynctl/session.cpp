@@ -20,11 +20,13 @@ struct ErrorWord {
 
 // Set words and bits that join them; the upper four bits are one number.
 constexpr ErrorWord kErrorWords[] = {
-    {0xFFF, TAVLYN_ERR_WRITE_REPORT, "a report could not be sent"},
+    {0xFFC, TAVLYN_ERR_WRITE_REPORT & 0xFFC, "a report could not be sent"},  // joined by small numbers
     {TAVLYN_ERR_CONNECT, TAVLYN_ERR_CONNECT, "a search failed"},
     {TAVLYN_ERR_CONFIG_READ, TAVLYN_ERR_CONFIG_READ, "a read of the configuration failed"},
     {TAVLYN_ERR_CONFIG_WRITE, TAVLYN_ERR_CONFIG_WRITE, "a write of the configuration failed"},
     {TAVLYN_ERR_COMMAND, TAVLYN_ERR_COMMAND, "the device did not answer"},
+    {0xF0000000, TAVLYN_ERR_SET_BLE & 0xF0000000, "an extension could not be set"},
+    {0xF0000000, TAVLYN_ERR_GET_BLE & 0xF0000000, "an extension could not be asked"},
     {0xF0000000, TAVLYN_ERR_FW_FILENAME, "the firmware file name could not be read"},
     {0xF0000000, TAVLYN_ERR_DEVICE_GONE, "the device is gone"},
     {0xF0000000, TAVLYN_ERR_FULL_FW_VERSION, "the firmware version could not be read"},

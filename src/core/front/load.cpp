@@ -1,6 +1,7 @@
 #include "core/front/load.h"
 
 #include "api.h"
+#include "core/analyzer_state.h"
 #include "core/id_cache.h"
 #include "core/state.h"
 #include "core/trace.h"
@@ -57,6 +58,8 @@ void ResetProcessState() {
   LastIDLen = 0;
   Sorbane = {};
   SonarShadow = {};
+  AnalyzerStatus = -1;
+  AnalyzerCount = 0;
   ForgetVidPidTable();
 }
 

@@ -1,0 +1,40 @@
+// Queued IDs and raw commands, by the family of the active device.
+#include <array>
+#include <cstdio>
+
+#include "api.h"
+#include "core/openings.h"
+
+using namespace tavlyn;
+
+std::uint32_t GetQueuedID(std::uint16_t first, std::int16_t second) {
+  return Dispatch(&Product::getQueuedId, first, second);
+}
+
+std::uint32_t GetQueuedID_index(std::int16_t index) {
+  const Product* product = ActiveProduct();
+  if (product == nullptr || product->queuedIdPart == nullptr) return UnsupportedValue;
+  return product->queuedIdPart(index);  // the one dispatch whose value may be wider than 16 bits
+}
+
+std::uint32_t SetRawPayload_index(std::int16_t index, std::uint8_t value) {
+  return Dispatch(&Product::setRawPayload, index, value);
+}
+
+std::uint8_t GetRawPayload_index(std::uint16_t index) {
+  return static_cast<std::uint8_t>(Dispatch(&Product::rawReplyByte, index));
+}
+
+const char* SetRawPayload(std::uint8_t c0, std::uint8_t c1, std::uint8_t c2, std::uint8_t c3, std::uint8_t c4,
+                          std::uint8_t c5, std::uint8_t c6, std::uint8_t c7) {
+  static constinit std::array<char, 41> text{};
+  std::int16_t position = 0;
+  for (const std::uint8_t value : {std::uint8_t{0}, c0, c1, c2, c3, c4, c5, c6, c7}) {
+    SetRawPayload_index(position++, value);
+  }
+  text.fill('\0');
+  const auto byte = [](std::uint16_t at) { return unsigned{GetRawPayload_index(at)}; };
+  std::snprintf(text.data(), text.size(), "%02X.%02X.%02X.%02X.%02X.%02X.%02X.%02X", byte(1), byte(2),
+                byte(3), byte(4), byte(5), byte(6), byte(7), byte(8));
+  return text.data();
+}

@@ -1,0 +1,43 @@
+// The BLE radio beside the card radio. Its calls look at no product kind and leave no trace line.
+#include "api.h"
+#include "core/openings.h"
+#include "extensions/exchange.h"
+
+namespace tavlyn {
+namespace {
+
+constexpr std::uint16_t kNothing = 65535;
+constexpr std::uint8_t kPresent = 0x80;
+constexpr std::uint8_t kConfiguration = 0x03;
+
+// Its reply in the pair.
+bool AskRadio(const Command& command, ReportPair& pair, std::uint32_t error, std::uint8_t x = 0) {
+  ActiveEntry().LastLibErr = 0;
+  if (Exchange(command, pair, x)) return true;
+  ActiveEntry().LastLibErr |= error;
+  return false;
+}
+
+}  // namespace
+}  // namespace tavlyn
+
+using namespace tavlyn;
+
+std::uint16_t IsBTLEPresent() {
+  if (!ActiveInRange()) return kNothing;
+  ReportPair pair;
+  return AskRadio(command::kReadBle, pair, TAVLYN_ERR_GET_BLE) && (pair.reply[3] & kPresent) != 0 ? 1 : 0;
+}
+
+std::uint16_t GetBTLEConfiguration() {
+  if (!ActiveInRange()) return kNothing;
+  ReportPair pair;
+  if (!AskRadio(command::kReadBle, pair, TAVLYN_ERR_GET_BLE) || (pair.reply[3] & kPresent) == 0) return kNothing;
+  return pair.reply[3] & kConfiguration;
+}
+
+std::uint16_t SetBTLEConfiguration(std::uint8_t configuration) {
+  if (!ActiveInRange()) return UnsupportedValue;
+  ReportPair pair;
+  return AskRadio(command::kWriteBle, pair, TAVLYN_ERR_SET_BLE, configuration) ? 1 : 0;
+}

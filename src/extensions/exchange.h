@@ -1,0 +1,16 @@
+// One exchange of a reader's extension: over reports, whatever the link.
+#pragma once
+
+#include <cstdint>
+
+#include "reader/transactions.h"
+
+namespace tavlyn {
+
+// Fills the pair anew: command out, reply in.
+bool Exchange(const Command& command, ReportPair& pair, std::uint8_t x = 0, std::uint8_t y = 0);
+
+// Ors the error into the active device's word and traces the failure.
+void Fail(const char* tag, std::uint32_t error);
+
+}  // namespace tavlyn

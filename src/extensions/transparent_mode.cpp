@@ -1,0 +1,55 @@
+// Transparent mode: asked for and switched, for the moment or for good.
+#include "api.h"
+#include "core/openings.h"
+#include "extensions/exchange.h"
+
+namespace tavlyn {
+namespace {
+
+constexpr std::uint16_t kModeOff = 0;  // or the operation failed
+constexpr std::uint16_t kModeOn = 1;   // or the operation succeeded
+constexpr std::uint16_t kModeUnsupported = 2;
+
+constexpr std::uint8_t kOff = 0;
+constexpr std::uint8_t kOn = 1;
+constexpr std::uint32_t kForGood = 1;
+
+std::uint16_t Switch(const char* tag, std::uint8_t mode, std::uint32_t commit) {
+  if (!ReaderIsActive()) return kModeOff;
+  ActiveEntry().LastLibErr = 0;
+  ReportPair pair;
+  if (!Exchange(command::kSetMode, pair, mode)) {
+    Fail(tag, TAVLYN_ERR_SECURE);
+    return kModeOff;
+  }
+  if (pair.reply[1] == 0) return kModeUnsupported;
+  const bool switched = pair.reply[3] == mode;
+  // Goes out whether the reader has switched or not; that it was lost is told by the result alone.
+  const bool kept = commit != kForGood || SendReport(CommandReport(command::kCommit));
+  return switched && kept ? kModeOn : kModeOff;
+}
+
+}  // namespace
+}  // namespace tavlyn
+
+using namespace tavlyn;
+
+std::uint16_t CheckTransparentMode() {
+  if (!ReaderIsActive()) return kModeOff;
+  ActiveEntry().LastLibErr = 0;
+  ReportPair pair;
+  if (!Exchange(command::kAskMode, pair)) {
+    Fail("TransparentMode::CheckTransparentMode", TAVLYN_ERR_SECURE);
+    return kModeOff;
+  }
+  if (pair.reply[1] == 0) return kModeUnsupported;
+  return pair.reply[3] == kOn ? kModeOn : kModeOff;
+}
+
+std::uint16_t EnableTransparentMode(std::uint32_t commit) {
+  return Switch("TransparentMode::EnableTransparentMode", kOn, commit);
+}
+
+std::uint16_t DisableTransparentMode(std::uint32_t commit) {
+  return Switch("TransparentMode::DisableTransparentMode", kOff, commit);
+}
