@@ -158,9 +158,13 @@ typedef struct tsBprRlyCtrl {
 #define TAVLYN_ERR_TIME_PARMS        0x201030u    /* set: SetTimeParms: word 0 out of range; +1 to +4: words 1 to 4 */
 #define TAVLYN_ERR_CHR_CNT           0x201050u    /* set: SetIDDispParms2, SetIDDispParms3: first word above 3 */
 #define TAVLYN_ERR_COMMAND           0x1000000u   /* or: an exchange failed in a read or an action */
+#define TAVLYN_ERR_BLE_READ          0x30000000u  /* or: a BLE block could not be read or saved as a file */
+#define TAVLYN_ERR_BLE_WRITE         0x30000001u  /* or: a BLE block could not be written, or its file is none */
 #define TAVLYN_ERR_FW_FILENAME       0x50000000u  /* or: the firmware file name could not be read */
 #define TAVLYN_ERR_DEVICE_GONE       0x60000000u  /* or, always on entry 0: a drain found the device gone */
 #define TAVLYN_ERR_FULL_FW_VERSION   0x70000000u  /* or: the full firmware version could not be read */
+#define TAVLYN_ERR_REFERENCE         0x80000000u  /* or: WriteEV1FileRefrence, WriteSEKeyRefrence: a failed exchange */
+#define TAVLYN_ERR_SECURE            0x81000000u  /* or: an exchange of secure data failed */
 #define TAVLYN_ERR_INTEGRITY         0x91000000u  /* or: a file failed its integrity test */
 /* clang-format on */
 
