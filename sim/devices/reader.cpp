@@ -13,9 +13,10 @@ constexpr std::uint16_t kReaderPid = 0x3BFA;
 constexpr std::uint16_t kKeldaPid = 0x3BFB;
 constexpr Usage kKeyboard{1, 6};
 constexpr Usage kVendorReader{0xFFA0, 0xA000};
+constexpr std::size_t kSpareBytes = 1;  // programs write a BLE key by longer reports
 
 HidIdentity IdentityOf(std::uint16_t pid, Usage usage, std::uint8_t reportId, std::string product) {
-  return {kVid, pid, {usage}, reportId, sizeof(Block), std::move(product), "0400123456"};
+  return {kVid, pid, {usage}, reportId, sizeof(Block), std::move(product), "0400123456", kSpareBytes};
 }
 
 }  // namespace
@@ -58,7 +59,7 @@ bool Reader::TakeInput(std::vector<std::uint8_t>& report) {
 }
 
 bool Reader::GetFeature(std::span<std::uint8_t> payload) {
-  if (!Present() || payload.size() > sizeof(Block)) return false;
+  if (!Present() || !identity.Takes(payload.size())) return false;
   const Fault fault = faults.Next();
   dataMayFollow_ = false;  // a fetch, refused or not, ends a store that got no data
   if (fault == Fault::kRefuse || fault == Fault::kVanish) return false;
@@ -67,7 +68,8 @@ bool Reader::GetFeature(std::span<std::uint8_t> payload) {
   Block reply = reply_;
   if (const auto answer = faults.TakeAnswer(command_)) reply = Chunk(*answer, 0);
   if (fault == Fault::kGarble) Garble(reply);
-  std::copy_n(reply.begin(), payload.size(), payload.begin());
+  std::ranges::fill(payload, std::uint8_t{0});
+  std::copy_n(reply.begin(), std::min(reply.size(), payload.size()), payload.begin());
   return true;
 }
 

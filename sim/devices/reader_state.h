@@ -10,10 +10,9 @@
 #include <vector>
 
 #include "sim/devices/faults.h"
+#include "sim/devices/reader_secure.h"
 
 namespace tavlyn::sim {
-
-using Block = std::array<std::uint8_t, 8>;
 
 // One bank of one configuration.
 struct Settings {
@@ -93,6 +92,8 @@ struct ReaderState {
   std::uint8_t baudCode = 0;
   Block raw87{};
   Block raw8B{};
+
+  SecureMemory secure;
 
   Card card;  // on the reader now; no bits: none
   std::array<std::uint8_t, 40> cardData{};
