@@ -393,7 +393,8 @@ const Rack::Place* Rack::Reach(int number, std::span<const std::uint8_t> report)
   if (!IsPresent(number)) return nullptr;
   const Place* place = Find(number);
   const HidIdentity& identity = place->device->Identity();
-  const bool fits = report.size() == identity.featureBytes + 1 && report[0] == identity.reportId;
+  const bool fits = report.size() > identity.featureBytes && identity.Takes(report.size() - 1) &&
+                    report[0] == identity.reportId;
   return fits ? place : nullptr;
 }
 

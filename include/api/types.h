@@ -168,11 +168,14 @@ typedef struct tsBprRlyCtrl {
 #define TAVLYN_ERR_ANALYZER_DATA     0x5000003u   /* or: a record of the card analyzer could not be read */
 #define TAVLYN_ERR_SET_BLE           0x20000000u  /* or: the BLE configuration could not be set */
 #define TAVLYN_ERR_SET_MODULE        0x20000001u  /* or: a module could not be switched */
+#define TAVLYN_ERR_BLE_READ          0x30000000u  /* or: a BLE block could not be read or saved as a file */
+#define TAVLYN_ERR_BLE_WRITE         0x30000001u  /* or: a BLE block could not be written, or its file is none */
 #define TAVLYN_ERR_GET_BLE           0x40000000u  /* or: the BLE configuration could not be read */
 #define TAVLYN_ERR_GET_MODULE        0x40000001u  /* or: the state of a module could not be read */
 #define TAVLYN_ERR_FW_FILENAME       0x50000000u  /* or: the firmware file name could not be read */
 #define TAVLYN_ERR_DEVICE_GONE       0x60000000u  /* or, always on entry 0: a drain found the device gone */
 #define TAVLYN_ERR_FULL_FW_VERSION   0x70000000u  /* or: the full firmware version could not be read */
+#define TAVLYN_ERR_REFERENCE         0x80000000u  /* or: WriteEV1FileRefrence, WriteSEKeyRefrence: a failed exchange */
 #define TAVLYN_ERR_SECURE            0x81000000u  /* or: an exchange of secure data or of transparent mode failed */
 #define TAVLYN_ERR_INTEGRITY         0x91000000u  /* or: a file failed its integrity test */
 /* clang-format on */

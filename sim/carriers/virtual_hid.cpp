@@ -26,7 +26,7 @@ bool HasUsage(const HidDevice& device, HidUsage wanted) {
 
 // Whether a report of this size and ID is one of the device's.
 bool Fits(const HidIdentity& identity, std::span<const std::uint8_t> report) {
-  return !report.empty() && report.size() - 1 <= identity.featureBytes && report[0] == identity.reportId;
+  return !report.empty() && identity.Takes(report.size() - 1) && report[0] == identity.reportId;
 }
 
 Event ReportEvent(EventKind kind, Handle device, std::span<const std::uint8_t> report) {

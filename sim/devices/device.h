@@ -24,6 +24,11 @@ struct HidIdentity {
   std::size_t featureBytes = 8;  // payload of its feature report, without the ID
   std::string product;
   std::string serial;
+  std::size_t spareBytes = 0;  // a report may be longer by these; they carry nothing
+
+  [[nodiscard]] bool Takes(std::size_t payloadBytes) const {
+    return payloadBytes <= featureBytes + spareBytes;
+  }
 };
 
 class HidDevice {

@@ -20,7 +20,7 @@ void Model::SetCommand(Payload command) { CopyFilled(command, command_); }
 void Model::SetReply(Payload reply) { CopyFilled(reply, reply_); }
 
 bool Model::SetFeature(std::span<const std::uint8_t> payload) {
-  if (!Present() || payload.size() > identity.featureBytes) return false;
+  if (!Present() || !identity.Takes(payload.size())) return false;
   const Fault fault = faults.Next();
   if (fault == Fault::kRefuse || fault == Fault::kVanish) return false;
   if (fault == Fault::kDrop) return true;
@@ -34,7 +34,7 @@ bool Model::SetFeature(std::span<const std::uint8_t> payload) {
 }
 
 bool Model::GetFeature(std::span<std::uint8_t> payload) {
-  if (!Present() || payload.size() > identity.featureBytes) return false;
+  if (!Present() || !identity.Takes(payload.size())) return false;
   const Fault fault = faults.Next();
   BeginFetch();
   if (fault == Fault::kRefuse || fault == Fault::kVanish || fault == Fault::kDrop) return false;
@@ -45,7 +45,8 @@ bool Model::GetFeature(std::span<std::uint8_t> payload) {
   if (const auto answer = faults.TakeAnswer(Command())) CopyFilled(*answer, reply);
   if (fault == Fault::kGarble) Garble(reply);
   fetched_ = reply;
-  std::copy_n(reply.begin(), payload.size(), payload.begin());
+  std::ranges::fill(payload, std::uint8_t{0});
+  std::copy_n(reply.begin(), std::min(reply.size(), payload.size()), payload.begin());
   return true;
 }
 

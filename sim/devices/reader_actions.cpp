@@ -161,6 +161,7 @@ void Commit(ReaderState& state, std::uint8_t mask) {
     active.stored.separated = active.working.separated;
     active.stored.hashKeys = active.working.hashKeys;
   }
+  KeepItems(state.secure);
   if ((mask & kCommitLuid) != 0) state.storedLuid = state.luid;
   state.extensions.storedTransparent = state.extensions.transparent;  // no bit of the mask stands for it
   ++state.counters.commits;
@@ -176,6 +177,7 @@ void ResetToFactory(ReaderState& state) {
 
 void LoseWorkingMemory(ReaderState& state) {
   for (Configuration& configuration : state.configurations) configuration.working = configuration.stored;
+  LoseUnkept(state.secure);
   state.luid = state.storedLuid;
   state.extensions.transparent = state.extensions.storedTransparent;
   state.extensions.analyzer = 0;

@@ -69,6 +69,12 @@ Block FirmwareAnswer(ReaderState& state, const Block& command) {
 
 Block CardTypesAnswer(ReaderState& state, const Block& command) { return CardTypePage(state, command[2]); }
 
+Block SecureReadAnswer(ReaderState& state, const Block& command) { return SecureRead(state.secure, command); }
+
+Block SecureWriteAnswer(ReaderState& state, const Block& command) {
+  return SecureWrite(state.secure, command);
+}
+
 Block HardwareAnswer(ReaderState& state, const Block&) {
   return {state.installedHardware, 0, 0, 0, state.supportedHardware};
 }
@@ -118,24 +124,44 @@ Block ResetAnswer(ReaderState& state, const Block&) {
 }
 
 constexpr Row kRows[] = {
-    {{0x80}, 1, false, BlockAnswer, KeepBlock},         {{0x81}, 1, false, BlockAnswer, KeepBlock},
-    {{0x82}, 1, false, BlockAnswer, KeepBlock},         {{0x83}, 1, false, BlockAnswer, KeepBlock},
-    {{0x84}, 1, false, BlockAnswer, KeepBlock},         {{0x85}, 1, false, SeparatedAnswer, KeepSeparated},
-    {{0x87}, 1, false, Raw87Answer, nullptr},           {{0x88, 0x01}, 2, false, CardDataAnswer, nullptr},
-    {{0x89, 0x01}, 2, true, QueryAnswer, nullptr},      {{0x89, 0x03}, 2, true, FirmwareAnswer, nullptr},
-    {{0x89, 0x04}, 2, true, CardTypesAnswer, nullptr},  {{0x89, 0x05}, 2, false, HardwareAnswer, nullptr},
-    {{0x89, 0x81}, 2, true, SelectAnswer, nullptr},     {{0x89, 0x82}, 2, true, MoveAnswer, nullptr},
-    {{0x8A}, 1, false, IdentityAnswer, KeepLuid},       {{0x8B}, 1, false, Raw8BAnswer, nullptr},
-    {{0x8C, 0x01}, 2, false, ModelAnswer, nullptr},     {{0x8C, 0x02}, 2, false, QueueAnswer, nullptr},
-    {{0x8C, 0x03}, 2, false, BeepAnswer, nullptr},      {{0x8C, 0x04}, 2, false, TextAnswer, nullptr},
-    {{0x8C, 0x05}, 2, false, EsnAnswer, nullptr},       {{0x8C, 0x06}, 2, false, VolumeAnswer, nullptr},
-    {{0x8C, 0x86}, 2, false, SetVolumeAnswer, nullptr}, {{0x8D}, 1, false, Id256Answer, nullptr},
-    {{0x8E}, 1, false, BitCountAnswer, nullptr},        {{0x8F}, 1, false, Id64Answer, nullptr},
-    {{0x90}, 1, false, CommitAnswer, nullptr},          {{0xA0}, 1, false, ResetAnswer, nullptr},
-    {{0x8C, 0x00}, 2, false, ModeAnswer, nullptr},      {{0x8C, 0x80}, 2, false, ModeAnswer, nullptr},
-    {{0x8C, 0x07}, 2, false, BleAnswer, nullptr},       {{0x8C, 0x87}, 2, false, BleAnswer, nullptr},
-    {{0x8C, 0x08}, 2, false, AnalyzerAnswer, nullptr},  {{0x8C, 0x88}, 2, false, SwitchAnalyzer, nullptr},
-    {{0x8C, 0x09}, 2, false, RecordAnswer, nullptr},    {{0x8C, 0x0B}, 2, false, ModuleAnswer, nullptr},
+    {{0x80}, 1, false, BlockAnswer, KeepBlock},
+    {{0x81}, 1, false, BlockAnswer, KeepBlock},
+    {{0x82}, 1, false, BlockAnswer, KeepBlock},
+    {{0x83}, 1, false, BlockAnswer, KeepBlock},
+    {{0x84}, 1, false, BlockAnswer, KeepBlock},
+    {{0x85}, 1, false, SeparatedAnswer, KeepSeparated},
+    {{0x87}, 1, false, Raw87Answer, nullptr},
+    {{0x88, 0x01}, 2, false, CardDataAnswer, nullptr},
+    {{0x89, 0x01}, 2, true, QueryAnswer, nullptr},
+    {{0x89, 0x03}, 2, true, FirmwareAnswer, nullptr},
+    {{0x89, 0x04}, 2, true, CardTypesAnswer, nullptr},
+    {{0x89, 0x05}, 2, false, HardwareAnswer, nullptr},
+    {{0x89, 0x81}, 2, true, SelectAnswer, nullptr},
+    {{0x89, 0x82}, 2, true, MoveAnswer, nullptr},
+    {{0x8A}, 1, false, IdentityAnswer, KeepLuid},
+    {{0x8B}, 1, false, Raw8BAnswer, nullptr},
+    {{0x8C, 0x01}, 2, false, ModelAnswer, nullptr},
+    {{0x8C, 0x02}, 2, false, QueueAnswer, nullptr},
+    {{0x8C, 0x03}, 2, false, BeepAnswer, nullptr},
+    {{0x8C, 0x04}, 2, false, TextAnswer, nullptr},
+    {{0x8C, 0x05}, 2, false, EsnAnswer, nullptr},
+    {{0x8C, 0x06}, 2, false, VolumeAnswer, nullptr},
+    {{0x8C, 0x86}, 2, false, SetVolumeAnswer, nullptr},
+    {{0x8D}, 1, false, Id256Answer, nullptr},
+    {{0x8E}, 1, false, BitCountAnswer, nullptr},
+    {{0x8F}, 1, false, Id64Answer, nullptr},
+    {{0x90}, 1, false, CommitAnswer, nullptr},
+    {{0xA0}, 1, false, ResetAnswer, nullptr},
+    {{0x8C, 0x00}, 2, false, ModeAnswer, nullptr},
+    {{0x8C, 0x80}, 2, false, ModeAnswer, nullptr},
+    {{0x8C, 0x07}, 2, false, BleAnswer, nullptr},
+    {{0x8C, 0x87}, 2, false, BleAnswer, nullptr},
+    {{0x8C, 0x08}, 2, false, AnalyzerAnswer, nullptr},
+    {{0x8C, 0x88}, 2, false, SwitchAnalyzer, nullptr},
+    {{0x8C, 0x09}, 2, false, RecordAnswer, nullptr},
+    {{0x8C, 0x0B}, 2, false, ModuleAnswer, nullptr},
+    {{0x89, 0x10}, 2, false, SecureReadAnswer, nullptr},
+    {{0x89, 0x90}, 2, false, SecureWriteAnswer, nullptr},
 };
 
 const Row* FindRow(const Block& command) {

@@ -11,10 +11,9 @@
 
 #include "sim/devices/extension_state.h"
 #include "sim/devices/faults.h"
+#include "sim/devices/reader_secure.h"
 
 namespace tavlyn::sim {
-
-using Block = std::array<std::uint8_t, 8>;
 
 // One bank of one configuration.
 struct Settings {
@@ -94,6 +93,8 @@ struct ReaderState {
   std::uint8_t baudCode = 0;
   Block raw87{};
   Block raw8B{};
+
+  SecureMemory secure;
 
   Card card;  // on the reader now; no bits: none
   std::array<std::uint8_t, 40> cardData{};

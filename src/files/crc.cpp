@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "core/text_file.h"
+#include "files/lines.h"
 
 namespace tavlyn {
 namespace {
@@ -13,27 +14,6 @@ constexpr int kNoTable = 23;
 
 constexpr std::size_t kLongLine = 4096;
 constexpr std::size_t kShortLine = 128;
-
-// A file by lines, or pieces of lines that are longer than the room; each up to its first NUL. A path may
-// name a device that never ends: the files meant here are a few kilobytes, and what has more pieces than this
-// is none.
-template <std::size_t kRoom>
-class Lines {
- public:
-  explicit Lines(std::FILE* file) : file_(file) {}
-
-  bool Next(std::string_view& line) {
-    if (left_-- == 0 || std::fgets(room_.data(), static_cast<int>(kRoom), file_) == nullptr) return false;
-    line = room_.data();
-    return true;
-  }
-  [[nodiscard]] bool AtEnd() const { return std::feof(file_) != 0; }
-
- private:
-  std::FILE* file_;
-  std::array<char, kRoom> room_{};
-  std::uint32_t left_ = 1U << 20;
-};
 
 bool SameText(std::string_view a, std::string_view b) {
   const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };

@@ -4,20 +4,9 @@
 #include "api.h"
 #include "core/guarded.h"
 #include "core/openings.h"
-#include "files/crc.h"
+#include "files/integrity.h"
 
 using namespace tavlyn;
-
-namespace {
-
-constexpr std::uint32_t kHwgTrailer = 0;
-
-// A file too large for the memory counts as damaged.
-bool IsIntact(const char* path, std::uint32_t kind) {
-  return Guarded(false, [&] { return std::make_unique<CRC>()->CheckFile(path, kind) != 0; });
-}
-
-}  // namespace
 
 std::uint32_t CheckTamperedFile(const char* path, std::uint32_t kind) { return IsIntact(path, kind) ? 1 : 0; }
 

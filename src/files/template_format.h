@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <cstdio>
 
 #include "core/fields.h"
 #include "core/slot.h"
@@ -10,6 +11,8 @@
 namespace tavlyn {
 
 inline constexpr const char* kTemplateTitle = "--- Tavlyn and OEM Reader Configuration Template File ---";
+// Whether it stands at the head of the file, which is then read from its start again.
+bool HasTitle(std::FILE* file);
 inline constexpr const char* kSepBlockName = "sFldSepData";
 
 // How the file shows a word.

@@ -9,6 +9,7 @@
 #include "core/configurations.h"
 #include "core/text_file.h"
 #include "files/template_format.h"
+#include "files/text_tokens.h"
 #include "reader/records.h"
 
 namespace tavlyn {
@@ -17,7 +18,6 @@ namespace {
 constexpr std::size_t kTitleWithin = 128;
 constexpr int kLineRoom = 128;
 constexpr int kCardLineRoom = 257;
-constexpr const char* kDataDelimiters = ",. \t";
 constexpr const char* kEntryDelimiters = ", =\t";
 // First byte of a separator area whose reader keeps iExOutputFormat.
 constexpr std::uint8_t kExtendedFormat = 0x24;
@@ -27,30 +27,6 @@ constexpr unsigned kLoadedConfigs = 10;
 // In this order the records are compared and pushed.
 constexpr std::array kPushOrder = {kIDBitCnts,   kTimeParms,    kCfgFlags,     kCfgFlags2, kCfgFlags3,
                                    kIDDispParms, kIDDispParms2, kIDDispParms3, kLEDCtrl,   kBprRlyCtrl};
-
-// strtok on a text of one's own.
-class Tokens {
- public:
-  explicit Tokens(std::string_view text) : rest_(text) {}
-
-  std::string_view Next(const char* delimiters) {
-    rest_.remove_prefix(std::min(rest_.find_first_not_of(delimiters), rest_.size()));
-    const std::string_view token = rest_.substr(0, rest_.find_first_of(delimiters));
-    rest_.remove_prefix(token.size());
-    return token;
-  }
-
- private:
-  std::string_view rest_;
-};
-
-// A token as one conversion of scanf takes it.
-template <typename Number>
-bool Scan(std::string_view token, const char* conversion, Number& number) {
-  char text[kLineRoom] = {};
-  token.copy(text, sizeof text - 1);
-  return std::sscanf(text, conversion, &number) == 1;
-}
 
 char LowerCase(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
@@ -100,9 +76,8 @@ void TakeEntry(std::string_view line, Parsed& parsed) {
 
 // False at the end of the configuration.
 bool TakeLine(std::string_view line, Parsed& parsed) {
-  const auto printable = std::ranges::find_if(line, [](char c) { return static_cast<signed char>(c) > ' '; });
-  line.remove_prefix(static_cast<std::size_t>(printable - line.begin()));
-  if (line.empty() || line.front() == kCommentMark || line.front() == kInformationMark) return true;
+  line = Content(line);
+  if (line.empty()) return true;
   const bool named = line.find(kSepBlockName) != std::string_view::npos;
   if (parsed.inSepBlock) {
     if (named && line.find("END") != std::string_view::npos) return false;
@@ -167,14 +142,6 @@ void LoadCard(std::FILE* file, tsCfgSlot& slot) {
   SkipLine(file);
 }
 
-bool IsTemplate(std::FILE* file) {
-  std::array<char, kTitleWithin> head;
-  const std::size_t got = std::fread(head.data(), 1, head.size(), file);
-  const bool found = std::string_view(head.data(), got).find(kTemplateTitle) != std::string_view::npos;
-  std::rewind(file);
-  return found;
-}
-
 std::uint32_t LoadConfigs(std::FILE* file, unsigned highest) {
   tsDevEntry& entry = ActiveEntry();
   const std::uint8_t remembered = entry.ActConfig;
@@ -195,9 +162,17 @@ std::uint32_t LoadConfigs(std::FILE* file, unsigned highest) {
 
 }  // namespace
 
+bool HasTitle(std::FILE* file) {
+  std::array<char, kTitleWithin> head;
+  const std::size_t got = std::fread(head.data(), 1, head.size(), file);
+  const bool found = std::string_view(head.data(), got).find(kTemplateTitle) != std::string_view::npos;
+  std::rewind(file);
+  return found;
+}
+
 std::uint32_t LoadTemplateFile(const char* path) {
   const File file = OpenFile(path, "r");
-  if (file == nullptr || !IsTemplate(file.get())) return 0;
+  if (file == nullptr || !HasTitle(file.get())) return 0;
   const std::uint16_t highest = ActiveEntry().MaxConfig;
   if (highest != 0) return LoadConfigs(file.get(), highest);
   LoadConfig(file.get());

@@ -110,8 +110,9 @@ TEST_F(RackTest, FaultsCountFromTheCommandAndHeal) {
 
 TEST_F(RackTest, ReportsOfAnotherLengthOrDeviceAreRefused) {
   Do("plug reader");
-  std::array<std::uint8_t, 10> report{0, 0x8E};
+  std::array<std::uint8_t, 11> report{0, 0x8E};
   EXPECT_FALSE(rack_.SetFeature(1, report));
+  EXPECT_TRUE(rack_.SetFeature(1, std::span(report).first(10))) << "one byte more is passed over";
   EXPECT_FALSE(rack_.SetFeature(1, std::span(report).first(8)));
   EXPECT_FALSE(rack_.SetFeature(1, std::span(report).first(0)));
   EXPECT_FALSE(rack_.GetFeature(2, std::span(report).first(9)));

@@ -268,8 +268,8 @@ TEST(Reader, TakesShortReportsAndRefusesLongOnes) {
   Bytes shortReply(3);
   EXPECT_TRUE(reader->GetFeature(shortReply));
   EXPECT_EQ(shortReply, (Bytes{0x8C, 0x06, 2}));
-  EXPECT_FALSE(reader->SetFeature(Bytes(9)));
-  Bytes longReply(9);
+  EXPECT_FALSE(reader->SetFeature(Bytes(10)));
+  Bytes longReply(10);
   EXPECT_FALSE(reader->GetFeature(longReply));
 }
 

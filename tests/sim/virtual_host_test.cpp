@@ -125,7 +125,7 @@ TEST_F(VirtualHost, RefusesReportsOfAnotherIdOrLength) {
   Bytes wrongId{1, 0x8A, 0, 0, 0, 0, 0, 0, 0};
   EXPECT_FALSE(host.hid.SetFeature(open, wrongId));
   EXPECT_FALSE(host.hid.GetFeature(open, wrongId));
-  Bytes tooLong(10);
+  Bytes tooLong(11);
   EXPECT_FALSE(host.hid.SetFeature(open, tooLong));
   EXPECT_FALSE(host.hid.GetFeature(open, tooLong));
   EXPECT_FALSE(host.hid.SetFeature(open, {}));

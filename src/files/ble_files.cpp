@@ -1,0 +1,133 @@
+// BLE blocks as text files with an integrity trailer, by which they move from one reader to others.
+#include <array>
+#include <string>
+
+#include "api.h"
+#include "core/openings.h"
+#include "core/text_file.h"
+#include "files/ble_memory.h"
+#include "files/integrity.h"
+#include "files/lines.h"
+#include "files/template_format.h"
+#include "files/text_tokens.h"
+
+using namespace tavlyn;
+
+namespace {
+
+constexpr std::size_t kLineBytes = 8;
+constexpr int kBeginLine = 9;  // blank lines count
+
+// Room for either block, so that a file for the larger one cannot overrun it.
+using BleBytes = std::array<std::uint8_t, kBleDataBytes>;
+
+void PrintBytes(std::FILE* file, std::span<const std::uint8_t> bytes) {
+  for (std::size_t at = 0; at < bytes.size(); ++at) {
+    std::fprintf(file, "%02X%c", bytes[at], (at + 1) % kLineBytes == 0 ? '\n' : '.');
+  }
+}
+
+void PrintHead(std::FILE* file, const BleBlock& block) {
+  WriteHeading(file, kTemplateTitle);
+  std::fprintf(file, "\n%c Note: DO NOT change the name \"%s\"!\n", kCommentMark, block.name);
+  std::fprintf(file, "%c No Comment or Blank Lines between data bytes.\n", kCommentMark);
+  std::fprintf(file, "%c ASCII hex data bytes must be seperated by a Period.\n", kCommentMark);
+  std::fprintf(file, "\nBEGIN %s\n", block.name);
+  std::fprintf(file, "\n%c %s[] =\n", kCommentMark, block.bytes);
+}
+
+void PrintTail(std::FILE* file, const BleBlock& block) {
+  std::fprintf(file, "\nEND %s\n", block.name);
+  std::fprintf(file, "%c--- iEndOfHwgFile\n", kCommentMark);
+}
+
+std::uint32_t SaveBle(const BleBlock& block, const char* path) {
+  // Without an active reader nothing is saved and the answer is deliberately 1 all the same.
+  if (!ActiveInRange()) return 1;
+  ActiveEntry().LastLibErr = 0;
+  if (ActiveEntry().ProductKind != kReader) return 1;
+  File file = OpenFile(path, "w");
+  if (file == nullptr) return UnsupportedValue;
+  PrintHead(file.get(), block);
+  // What a failed read did not bring is saved as zeros; only the error word tells.
+  BleBytes bytes{};
+  ReadBle(block, bytes);
+  PrintBytes(file.get(), std::span(bytes).first(block.Size()));
+  PrintTail(file.get(), block);
+  file.reset();
+  if (Guarded(0, [&] { return std::make_unique<CRC>()->AppendHwgTrailer(path); }) != 0) return 1;
+  ActiveEntry().LastLibErr |= TAVLYN_ERR_BLE_READ;
+  return UnsupportedValue;
+}
+
+bool Holds(std::string_view line, std::string_view text) { return line.find(text) != std::string_view::npos; }
+
+// The ninth line alone tells the kind of a file; null when it is of neither.
+const BleBlock* BlockOf(std::FILE* file) {
+  Lines<128> lines(file);
+  std::string_view line;
+  for (int number = 0; number < kBeginLine; ++number) {
+    if (!lines.Next(line)) return nullptr;
+  }
+  std::rewind(file);
+  for (const BleBlock* block : {&kBleData, &kBleKey}) {
+    if (Holds(line, std::string("BEGIN ") + block->name)) return block;
+  }
+  return nullptr;
+}
+
+// Adds the bytes of a line; those beyond the room are looked at but not kept.
+bool TakeBytes(std::string_view line, BleBytes& bytes, std::size_t& count) {
+  Tokens tokens(line);
+  for (std::string_view token = tokens.Next(kDataDelimiters); !token.empty();
+       token = tokens.Next(kDataDelimiters)) {
+    unsigned value = 0;
+    if (!Scan(token, "%x", value)) return false;
+    if (count < bytes.size()) bytes[count++] = static_cast<std::uint8_t>(value);
+  }
+  return true;
+}
+
+// The first line that says something is the one that begins the block. How many bytes there are is not
+// tested: missing ones stay 0.
+bool ParseBytes(std::FILE* file, BleBytes& bytes) {
+  Lines<384> lines(file);
+  std::string_view line;
+  std::size_t count = 0;
+  bool begun = false;
+  while (lines.Next(line)) {
+    line = Content(line);
+    if (line.empty()) continue;
+    if (Holds(line, "END")) return true;
+    if (begun && count < bytes.size() && !TakeBytes(line, bytes, count)) return false;
+    begun = true;
+  }
+  return true;
+}
+
+bool LoadBlock(const BleBlock& block, const char* path) {
+  const File file = OpenFile(path, "r");
+  BleBytes bytes{};
+  return file != nullptr && HasTitle(file.get()) && BlockOf(file.get()) == &block &&
+         ParseBytes(file.get(), bytes) && WriteBle(block, bytes);
+}
+
+std::uint32_t LoadBle(const BleBlock& block, const char* path) {
+  if (!IsIntact(path, kHwgTrailer)) {
+    ActiveEntry().LastLibErr |= TAVLYN_ERR_INTEGRITY;
+    return UnsupportedValue;
+  }
+  // As in a save.
+  if (!ReaderIsActive()) return 1;
+  ActiveEntry().LastLibErr = 0;
+  if (Guarded(false, [&] { return LoadBlock(block, path); })) return 1;
+  ActiveEntry().LastLibErr |= TAVLYN_ERR_BLE_WRITE;
+  return UnsupportedValue;
+}
+
+}  // namespace
+
+std::uint32_t WriteBLEDataToFile(const char* path) { return SaveBle(kBleData, path); }
+std::uint32_t WriteBLEKeyToFile(const char* path) { return SaveBle(kBleKey, path); }
+std::uint32_t WriteBLEDataToReader(const char* path) { return LoadBle(kBleData, path); }
+std::uint32_t WriteBLEKeyToReader(const char* path) { return LoadBle(kBleKey, path); }

@@ -1,0 +1,78 @@
+// Key-load files: items for the protected memory, three lines each, behind an integrity test.
+//
+//   [Blob1]                 any number
+//   hdr=02 01 04 00         header and payload in hexadecimal, low bytes
+//   data=11 22 33 44
+//   …
+//   [EOF]                   then the trailer
+//
+// Every line ends in CR LF, nothing stands between the items.
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "api.h"
+#include "core/openings.h"
+#include "core/text_file.h"
+#include "files/integrity.h"
+#include "files/lines.h"
+#include "files/secure_items.h"
+#include "files/text_tokens.h"
+
+using namespace tavlyn;
+
+namespace {
+
+using Item = std::vector<std::uint8_t>;
+using IniLines = Lines<256>;
+
+bool IsSectionHead(std::string_view line) {
+  constexpr std::string_view kHead = "[Blob";
+  if (!line.starts_with(kHead)) return false;
+  line.remove_prefix(kHead.size());
+  line.remove_prefix(std::min(line.find_first_not_of("0123456789"), line.size()));
+  return line == "]\r\n";
+}
+
+// A line feed of its own ends the bytes. A carriage return with it is taken for a byte, 0, which the test of
+// the length then catches.
+bool TakeBytes(IniLines& lines, std::string_view key, Item& item) {
+  std::string_view line;
+  if (!lines.Next(line)) return false;
+  Tokens tokens(line);
+  if (tokens.Next("=") != key) return false;
+  Tokens bytes(tokens.Next("="));
+  for (std::string_view byte = bytes.Next(" "); !byte.empty() && byte != "\n"; byte = bytes.Next(" ")) {
+    item.push_back(static_cast<std::uint8_t>(std::strtoul(std::string(byte).c_str(), nullptr, 16)));
+  }
+  return true;
+}
+
+// Answers for the last item alone; what stands before it may have failed. A line out of place ends the load.
+bool LoadItems(const char* path) {
+  const File file = OpenFile(path, "rb");
+  if (file == nullptr) return false;
+  IniLines lines(file.get());
+  std::string_view line;
+  bool written = false;
+  while (lines.Next(line) && line != "[EOF]\r\n") {
+    Item item;
+    if (!IsSectionHead(line) || !TakeBytes(lines, "hdr", item) || !TakeBytes(lines, "data", item))
+      return false;
+    written = IsWholeItem(item) && WriteItem(item);
+  }
+  return written;
+}
+
+}  // namespace
+
+std::uint32_t LoadIniFile(const char* path) {
+  if (!IsIntact(path, kIniTrailer)) {
+    ActiveEntry().LastLibErr |= TAVLYN_ERR_INTEGRITY;
+    return 0;
+  }
+  if (!ActiveInRange()) return 0;
+  ActiveEntry().LastLibErr = 0;
+  if (ActiveEntry().ProductKind != kReader) return 0;
+  return Guarded(false, [&] { return LoadItems(path); }) ? 1 : 0;
+}

@@ -1,0 +1,62 @@
+// References to files and keys. Unlike other items these want every packet repeated, do not wait before the
+// commit, have an error word of their own and leave no trace.
+#include <algorithm>
+#include <array>
+
+#include "api.h"
+#include "core/openings.h"
+#include "files/item_packets.h"
+#include "reader/classify.h"
+
+using namespace tavlyn;
+
+namespace {
+
+constexpr std::size_t kMostBytes = 512;
+
+bool Fail() {
+  ActiveEntry().LastLibErr |= TAVLYN_ERR_REFERENCE;
+  return false;
+}
+
+bool Repeated(ItemChannel& channel, std::uint8_t block, const BlockBytes& bytes) {
+  return channel.Exchange(command::kWriteItem, block, bytes) == Xfer::kDone && channel.Echoed();
+}
+
+// Only a lost reply leaves an error bit.
+bool WriteHeader(ItemChannel& channel, const BlockBytes& header) {
+  ActiveEntry().LastLibErr = 0;
+  const Xfer done = channel.Exchange(command::kWriteItem, kHeaderBlock, header);
+  if (done == Xfer::kNoReply) return Fail();
+  return done == Xfer::kDone && channel.Echoed();
+}
+
+bool WritePayload(ItemChannel& channel, std::span<const std::uint8_t> data) {
+  ActiveEntry().LastLibErr = 0;
+  for (std::size_t block = 1; block <= BlockCount(data.size()); ++block) {
+    if (!Repeated(channel, static_cast<std::uint8_t>(block), BlockAt(data, block))) return Fail();
+  }
+  return true;
+}
+
+bool Save(ItemChannel& channel) { return (Repeated(channel, kItemEnd, {}) && CommitItems()) || Fail(); }
+
+std::uint32_t WriteReference(std::uint8_t h0, std::uint8_t h1, const std::uint8_t* data,
+                             std::uint32_t length) {
+  if (!ActiveInRange() || (data == nullptr && length != 0)) return 0;
+  SelectConfig(static_cast<std::uint8_t>(GetActConfig()));
+  ItemChannel channel;
+  const BlockBytes header = {h0, h1, static_cast<std::uint8_t>(length)};
+  const std::span bytes(data, std::min<std::size_t>(length, kMostBytes));
+  return WriteHeader(channel, header) && WritePayload(channel, bytes) && Save(channel) ? 1 : 0;
+}
+
+}  // namespace
+
+std::uint32_t WriteEV1FileRefrence(const std::uint8_t* data, std::uint32_t length) {
+  return WriteReference(0x02, 0x01, data, length);
+}
+
+std::uint32_t WriteSEKeyRefrence(const std::uint8_t* data, std::uint32_t length, std::uint8_t slot) {
+  return WriteReference(0x01, slot, data, length);
+}
