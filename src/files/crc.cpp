@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "core/ascii_case.h"
 #include "core/text_file.h"
 
 namespace tavlyn {
@@ -34,11 +35,6 @@ class Lines {
   std::array<char, kRoom> room_{};
   std::uint32_t left_ = 1U << 20;
 };
-
-bool SameText(std::string_view a, std::string_view b) {
-  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-  return std::ranges::equal(a, b, {}, lower, lower);
-}
 
 enum class Marker : std::uint8_t { kNone, kInsideSum, kOutsideSum };
 

@@ -43,6 +43,7 @@ inline constexpr Command kSelectConfig {{0x89, 0x81, x},           {0x09, 0x81, 
 inline constexpr Command kMoveBank     {{0x89, 0x82, x, y, 0, 0xFF}, {0x09, 0x82, x, y, 0x00, 0xFF}, Fa::kRecvData, 6, 6};
 inline constexpr Command kFirmwareWord {{0x89, 0x03, x,    y},     {0x09, 0x03, x,    y},    Fa::kRecvData, 8};
 inline constexpr Command kCardTypePage {{0x89, 0x04, x},           {0x09, 0x04, x,    0x00}};
+inline constexpr Command kHardware     {{0x89, 0x05},              {0x09, 0x05, 0x00, 0x00}, Fa::kRecv8};
 inline constexpr Command kIdentity     {{0x8A},                    {0x04, 0x00, 0x00, 0x04}, Fa::kRecvData};
 inline constexpr Command kWriteLuid    {{0x8A},                    {0x06, 0x00, 0x00, 0x02}, Fa::kSendData};
 inline constexpr Command kPing         {{0x8A},                    {0x04, 0xED, 0xED, 0x04}, Fa::kRecvData};  // ED ED: a fixed probe

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "core/state.h"
+#include "hid/arrival.h"
 #include "reader/banks.h"
 #include "reader/cfg_read.h"
 #include "reader/cfg_write.h"
@@ -56,6 +57,7 @@ constexpr Product kReaderProduct = WithRecords(
         .answers = PingReader,
         .queryFirmwareWord = QueryFirmwareWord,
         .firmwareVersion = FirmwareVersion,
+        .checkArrival = CheckReaderArrival,
         .getRecord = {},
         .setRecord = {},
     },
