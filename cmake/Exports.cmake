@@ -1,6 +1,7 @@
 # The one list of exports: every prototype marked TAVLYN_API in the public headers. The version script and the
-# .def file are written from it, so that a name cannot be declared without being exported, nor the reverse.
-function(tavlyn_write_export_lists map_file def_file)
+# .def file are written from it, so that a name cannot be declared without being exported, nor the reverse. The
+# third file has a line EXPORT(name) for each, for those who go through all of them.
+function(tavlyn_write_export_lists map_file def_file inc_file)
   file(GLOB headers CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/include/api/*.h)
   set(names)
   foreach(header IN LISTS headers)
@@ -16,4 +17,7 @@ function(tavlyn_write_export_lists map_file def_file)
   file(CONFIGURE OUTPUT ${map_file} CONTENT "TAVLYNAPI_7 {\n  global:\n    ${globals};\n  local:\n    *;\n};\n")
   list(JOIN names "\n  " exports)
   file(CONFIGURE OUTPUT ${def_file} CONTENT "LIBRARY tavlynapi.dll\nEXPORTS\n  ${exports}\n")
+  list(TRANSFORM names REPLACE "(.+)" "EXPORT(\\1)\n" OUTPUT_VARIABLE calls)
+  list(JOIN calls "" calls)
+  file(CONFIGURE OUTPUT ${inc_file} CONTENT "${calls}")
 endfunction()

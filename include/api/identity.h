@@ -1,4 +1,5 @@
-/* Which device is which, and which one is active. No call here causes traffic. */
+/* Which device is which, which one is active, and devices that come and go. Only InstalledHardware and
+ * SupportedHardware cause traffic. */
 #ifndef TAVLYN_API_IDENTITY_H
 #define TAVLYN_API_IDENTITY_H
 
@@ -37,6 +38,36 @@ TAVLYN_API uint32_t GetDID(void);
 TAVLYN_API uint32_t GetLUID(void);
 TAVLYN_API uint32_t SetLUID(uint16_t luid);
 TAVLYN_API uint32_t GetSN(void);
+
+/* Eight flags of 0 or 1, one for each bit of the reader's mask of hardware that it has, or could have; null
+ * when the active device is no card reader. All 0 when the reader did not answer. The caller owns the memory,
+ * from calloc; the library never frees it. Clears the error word of any active device; a failed exchange sets
+ * no bit of its own. Traffic: 89 05. */
+TAVLYN_API uint8_t* InstalledHardware(void);
+TAVLYN_API uint8_t* SupportedHardware(void);
+
+/* For an arrival notification: opens the device at a path (at most 511 characters) and appends it to the
+ * table, if it is one of the active device's product. 1; 0 when it is none, could not be opened or the table
+ * is full; unsupported with no device. What was added counts as no product until the next connect. With a
+ * magstripe reader active nothing is added: those are found by a connect. A sonar sensor takes the
+ * place of device 0, and a blank device is appended. Whenever a device was to be added, device 0 is active
+ * afterwards, and one serial or Ethernet device drops out of the table. */
+TAVLYN_API uint32_t ChkAddArrival(const char* path);
+
+/* For a removal notification: when the table holds a device of that path, whose case does not matter, closes
+ * the first open device of the table, which need not be that one, and removes it. 1; 0 for no such path or no
+ * open device. Device 0 is active afterwards, and one serial or Ethernet device may drop out of the table.
+ * Programs that can reconnect should do that instead. */
+TAVLYN_API uint32_t ChkDelRemoval(const char* path);
+
+/* The same for callers that can pass only characters. Index 0 clears the path and stores character there, 1
+ * to 254 store; both return 1. Index 255 runs the check. Any other index: 0. */
+TAVLYN_API uint32_t chkAddArrival_char(int16_t index, uint8_t character);
+TAVLYN_API uint32_t chkDelRemoval_char(int16_t index, uint8_t character);
+
+/* Copies the 16 bytes of an interface class to guid, which may be null. Despite the name it is the class of
+ * keyboards. Always 1. */
+TAVLYN_API uint32_t GetHIDGuid(uint8_t* guid);
 
 /* Version of the library: 7, 9, 2. Each pointer may be null. Always 1. */
 TAVLYN_API uint32_t GetLibVersion(uint16_t* major, uint16_t* minor, uint16_t* build);

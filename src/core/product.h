@@ -10,6 +10,9 @@
 
 namespace tavlyn {
 
+// The inter-key times of tsTimeParms, where a kind keeps them outside its records.
+enum class KeyTime : std::uint8_t { kPress, kRelease };
+
 struct Product {
   std::uint32_t kind;
 
@@ -45,6 +48,8 @@ struct Product {
   std::uint32_t (*rawReplyByte)(std::uint16_t index) = nullptr;
   // Looks at a device that has just been plugged in and adds it to the table.
   std::uint32_t (*checkArrival)(const char* path) = nullptr;
+  // The active device's word for an inter-key time; null for kinds that have none or keep it in the record.
+  std::uint16_t* (*keyTime)(KeyTime which) = nullptr;
 
   std::array<std::uint32_t (*)(std::int16_t* words), kRecordCount> getRecord;
   std::array<std::uint32_t (*)(const std::int16_t* words), kRecordCount> setRecord;

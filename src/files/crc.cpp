@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "core/ascii_case.h"
 #include "core/text_file.h"
 #include "files/lines.h"
 
@@ -14,11 +15,6 @@ constexpr int kNoTable = 23;
 
 constexpr std::size_t kLongLine = 4096;
 constexpr std::size_t kShortLine = 128;
-
-bool SameText(std::string_view a, std::string_view b) {
-  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-  return std::ranges::equal(a, b, {}, lower, lower);
-}
 
 enum class Marker : std::uint8_t { kNone, kInsideSum, kOutsideSum };
 

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "api.h"
+#include "core/ascii_case.h"
 #include "core/cfg_locked.h"
 #include "core/configurations.h"
 #include "core/text_file.h"
@@ -28,12 +29,6 @@ constexpr unsigned kLoadedConfigs = 10;
 constexpr std::array kPushOrder = {kIDBitCnts,   kTimeParms,    kCfgFlags,     kCfgFlags2, kCfgFlags3,
                                    kIDDispParms, kIDDispParms2, kIDDispParms3, kLEDCtrl,   kBprRlyCtrl};
 
-char LowerCase(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-bool SameKeyword(std::string_view a, std::string_view b) {
-  return std::ranges::equal(a, b, {}, LowerCase, LowerCase);
-}
-
 struct Parsed {
   tsCfgSlot slot;
   bool outputFormatGiven = false;
@@ -43,12 +38,12 @@ struct Parsed {
 
 void StoreKeyword(std::string_view keyword, std::uint16_t value, Parsed& parsed) {
   for (const SavedOption& option : kSavedOptions) {
-    if (!SameKeyword(keyword, option.keyword)) continue;
+    if (!SameText(keyword, option.keyword)) continue;
     parsed.slot.*option.word = value;
     return;
   }
-  const auto saved = std::ranges::find_if(
-      kSavedFields, [&](const SavedField& f) { return SameKeyword(keyword, f.keyword); });
+  const auto saved =
+      std::ranges::find_if(kSavedFields, [&](const SavedField& f) { return SameText(keyword, f.keyword); });
   if (saved == kSavedFields.end()) return;
   parsed.slot[saved->field] = static_cast<std::int16_t>(value);
   constexpr FieldId kFormat = field::IDDispParms_iExOutputFormat;

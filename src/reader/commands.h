@@ -45,6 +45,7 @@ inline constexpr Command kFirmwareWord {{0x89, 0x03, x,    y},     {0x09, 0x03, 
 inline constexpr Command kCardTypePage {{0x89, 0x04, x},           {0x09, 0x04, x,    0x00}};
 inline constexpr Command kReadItem     {{0x89, 0x10, 0x00, x},     {}};  // x = block of the item, 0 its header
 inline constexpr Command kWriteItem    {{0x89, 0x90, 0x00, x},     {}};  // the same, FF its end
+inline constexpr Command kHardware     {{0x89, 0x05},              {0x09, 0x05, 0x00, 0x00}, Fa::kRecv8};
 inline constexpr Command kIdentity     {{0x8A},                    {0x04, 0x00, 0x00, 0x04}, Fa::kRecvData};
 inline constexpr Command kWriteLuid    {{0x8A},                    {0x06, 0x00, 0x00, 0x02}, Fa::kSendData};
 inline constexpr Command kPing         {{0x8A},                    {0x04, 0xED, 0xED, 0x04}, Fa::kRecvData};  // ED ED: a fixed probe

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "core/state.h"
+#include "hid/arrival.h"
 #include "reader/banks.h"
 #include "reader/cfg_read.h"
 #include "reader/cfg_write.h"
@@ -62,6 +63,7 @@ constexpr Product kReaderProduct = WithRecords(
         .queuedIdPart = QueuedIdPart,
         .setRawPayload = SetRawCommand,
         .rawReplyByte = RawReplyByte,
+        .checkArrival = CheckReaderArrival,
         .getRecord = {},
         .setRecord = {},
     },

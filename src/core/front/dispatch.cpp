@@ -3,6 +3,7 @@
 #include "core/cfg_locked.h"
 #include "core/configurations.h"
 #include "core/locked.h"
+#include "core/record_dispatch.h"
 #include "core/trace.h"
 
 namespace tavlyn {
@@ -10,16 +11,12 @@ namespace {
 
 template <typename Words>
 std::uint32_t Get(Record record, Words* words) {
-  const Product* product = ActiveProduct();
-  if (product == nullptr || product->getRecord[record] == nullptr) return UnsupportedValue;
-  return product->getRecord[record](reinterpret_cast<std::int16_t*>(words));
+  return GetActiveRecord(record, reinterpret_cast<std::int16_t*>(words));
 }
 
 template <typename Words>
 std::uint32_t Set(Record record, const Words* words) {
-  const Product* product = ActiveProduct();
-  if (product == nullptr || product->setRecord[record] == nullptr) return UnsupportedValue;
-  return product->setRecord[record](reinterpret_cast<const std::int16_t*>(words));
+  return SetActiveRecord(record, reinterpret_cast<const std::int16_t*>(words));
 }
 
 std::uint32_t TickNow() { return static_cast<std::uint32_t>(platform::TheHost().clock.Tick()); }

@@ -15,6 +15,10 @@ namespace {
 constexpr std::uint32_t kNoPort = 999;
 constexpr std::size_t kNameRoom = 511;
 
+// The interface class of keyboards as it lies in memory, deliberately not that of HID devices.
+constexpr std::array<std::uint8_t, 16> kKeyboardGuid = {0xC3, 0x96, 0x4B, 0x88, 0xEF, 0x56, 0xD1, 0x11,
+                                                        0xBC, 0x8C, 0x00, 0xA0, 0xC9, 0x14, 0x05, 0xDD};
+
 // Copied when a program asks for character 0, so that it can read on while the table changes.
 constinit std::array<char, 25> PartNumberCopy{};
 
@@ -71,6 +75,11 @@ std::uint32_t GetSN() { return ActiveEntry().SN; }
 std::uint32_t SetLUID(std::uint16_t luid) {
   ActiveEntry().LUID = luid;
   ActiveEntry().bLUIDDirty = 1;
+  return 1;
+}
+
+std::uint32_t GetHIDGuid(std::uint8_t* guid) {
+  if (guid != nullptr) std::ranges::copy(kKeyboardGuid, guid);
   return 1;
 }
 

@@ -1,0 +1,80 @@
+// The words of the records one by one. Nothing here has a state or a traffic of its own: a getter is a record
+// get, a setter a record get, one changed word, and a record set.
+#include <array>
+#include <type_traits>
+
+#include "api.h"
+#include "core/record_dispatch.h"
+
+namespace tavlyn {
+namespace {
+
+// Words that deliberately have no way in, or none either way.
+constexpr FieldId kNeverRead[] = {field::CfgFlags3_bNotBootDev};
+constexpr FieldId kNeverWritten[] = {field::CfgFlags3_bNotBootDev, field::TimeParms_ExFeatures01};
+
+constexpr bool Same(FieldId a, FieldId b) { return a.record == b.record && a.word == b.word; }
+
+template <std::size_t kCount>
+constexpr bool IsOneOf(const FieldId (&fields)[kCount], FieldId id) {
+  for (const FieldId& each : fields) {
+    if (Same(each, id)) return true;
+  }
+  return false;
+}
+
+constexpr bool IsKeyTime(FieldId id) {
+  return Same(id, field::TimeParms_iUSBKeyPrsTm) || Same(id, field::TimeParms_iUSBKeyRlsTm);
+}
+
+// Null when the active device keeps no such word outside its records.
+std::uint16_t* KeyTimeWord(FieldId id) {
+  const Product* product = ActiveProduct();
+  if (product == nullptr || product->keyTime == nullptr) return nullptr;
+  return product->keyTime(Same(id, field::TimeParms_iUSBKeyPrsTm) ? KeyTime::kPress : KeyTime::kRelease);
+}
+
+// The key times of anything but a card reader never go through the record.
+bool BesideTheRecord(FieldId id) { return IsKeyTime(id) && !ReaderIsActive(); }
+
+std::int16_t GetWord(FieldId id) {
+  if (IsOneOf(kNeverRead, id)) return static_cast<std::int16_t>(UnsupportedValue);
+  if (BesideTheRecord(id)) {
+    const std::uint16_t* word = KeyTimeWord(id);
+    return static_cast<std::int16_t>(word != nullptr ? *word : UnsupportedValue);
+  }
+  if (!ActiveInRange()) return static_cast<std::int16_t>(UnsupportedValue);
+  RecordWords words{};
+  const std::uint32_t result = GetActiveRecord(id.record, words.data());
+  return result == 1 ? words[id.word] : static_cast<std::int16_t>(result);
+}
+
+std::uint16_t SetWord(FieldId id, std::int16_t value) {
+  if (IsOneOf(kNeverWritten, id)) return UnsupportedValue;
+  if (BesideTheRecord(id)) {
+    std::uint16_t* word = KeyTimeWord(id);
+    if (word == nullptr) return UnsupportedValue;
+    *word = static_cast<std::uint16_t>(value);
+    return 1;
+  }
+  if (!ActiveInRange()) return UnsupportedValue;
+  RecordWords words{};
+  const auto got = static_cast<std::uint16_t>(GetActiveRecord(id.record, words.data()));
+  if (got != 1) return got;
+  words[id.word] = value;
+  return static_cast<std::uint16_t>(SetActiveRecord(id.record, words.data()));
+}
+
+}  // namespace
+}  // namespace tavlyn
+
+using namespace tavlyn;
+
+// Each word of the table must stand in the public header as well: a name that is not declared does not
+// compile.
+#define FIELD(record, word, name)                                                                    \
+  static_assert(std::is_same_v<decltype(&::get##record##_##name), std::int16_t (*)()>);              \
+  static_assert(std::is_same_v<decltype(&::set##record##_##name), std::uint16_t (*)(std::int16_t)>); \
+  std::int16_t get##record##_##name() { return GetWord(field::record##_##name); }                    \
+  std::uint16_t set##record##_##name(std::int16_t value) { return SetWord(field::record##_##name, value); }
+#include "core/fields.inc"

@@ -1,0 +1,37 @@
+// Devices that come and go while a program runs.
+#include "hid/arrival.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "api.h"
+#include "core/ascii_case.h"
+#include "core/openings.h"
+#include "core/path_collector.h"
+
+using namespace tavlyn;
+
+namespace {
+
+constinit PathBuffer ArrivalPath{};
+constinit PathBuffer RemovalPath{};
+
+}  // namespace
+
+std::uint32_t ChkAddArrival(const char* path) { return Dispatch(&Product::checkArrival, path); }
+
+std::uint32_t ChkDelRemoval(const char* path) {
+  if (path == nullptr || std::strlen(path) >= sizeof DevTable[0].DevName || DevCnt <= 0) return 0;
+  const auto end = DevTable.begin() + DevCnt;
+  const auto matching = std::find_if(DevTable.begin(), end,
+                                     [&](const tsDevEntry& entry) { return SameText(entry.DevName, path); });
+  return matching != end ? AddOrRemoveEntry(&*matching, true) : 0;
+}
+
+std::uint32_t chkAddArrival_char(std::int16_t index, std::uint8_t character) {
+  return CollectPath(ArrivalPath, index, character, ChkAddArrival);
+}
+
+std::uint32_t chkDelRemoval_char(std::int16_t index, std::uint8_t character) {
+  return CollectPath(RemovalPath, index, character, ChkDelRemoval);
+}

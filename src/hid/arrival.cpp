@@ -1,0 +1,133 @@
+#include "hid/arrival.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstring>
+#include <string_view>
+
+#include "core/ascii_case.h"
+#include "hid/enumeration.h"
+#include "links/serial_port.h"
+
+namespace tavlyn {
+namespace {
+
+// SearchErr of an arrival.
+constexpr std::uint32_t kNotOurs = 10;
+constexpr std::uint32_t kNotOpened = 11;
+
+constexpr platform::HidIds kMagstripePair{0x7A31, 0x1000};
+constexpr platform::HidIds kSonarPair{0x18C8, 0x2BFA};
+
+enum class Named : std::uint8_t { kNewEntry, kFirstEntry };
+
+struct ArrivalRow {
+  platform::HidIds path;    // what the path must tell
+  platform::HidIds device;  // what the device must tell
+  Named named;              // the entry that gets the handle and the path
+};
+
+constexpr ArrivalRow kReaderRow{kMainPair, kMainPair, Named::kNewEntry};
+// Deliberately the path of a card reader.
+constexpr ArrivalRow kMagstripeRow{kMainPair, kMagstripePair, Named::kNewEntry};
+// Deliberately names entry 0 and adds a blank entry behind the others.
+constexpr ArrivalRow kSonarRow{kSonarPair, kSonarPair, Named::kFirstEntry};
+
+// Windows tells the pair at the start of a path; elsewhere the system is asked.
+bool PathTells(const char* path, platform::HidIds pair) {
+  std::array<char, 32> prefix{};
+  const int length = std::snprintf(prefix.data(), prefix.size(), R"(\\?\HID#Vid_%04x&Pid_%04x)",
+                                   static_cast<unsigned>(pair.vid), static_cast<unsigned>(pair.pid));
+  const std::string_view wanted(prefix.data(), static_cast<std::size_t>(length));
+  if (SameText(std::string_view(path).substr(0, wanted.size()), wanted)) return true;
+  platform::HidIds listed;
+  return platform::TheHost().hid.ListedIds(path, listed) && SameIds(listed, pair);
+}
+
+std::uint32_t CheckArrival(const char* path, const ArrivalRow& row) {
+  tsDevEntry fresh{};
+  if (path == nullptr || std::strlen(path) >= sizeof fresh.DevName) return 0;
+  if (!PathTells(path, row.path)) return 0;
+  const platform::Handle device = OpenDevice(path);
+  if (device == platform::kNoHandle) {
+    SearchErr = kNotOpened;
+    return 0;
+  }
+  if (!UsbDriver_IsDevOurs(path, row.device, nullptr)) {
+    CloseDevice(device);
+    SearchErr = kNotOurs;
+    return 0;
+  }
+  tsDevEntry& named = row.named == Named::kFirstEntry ? DevTable[0] : fresh;
+  named.hDev = device;
+  named.LinkKind = kByReports;
+  named.DID = 0;
+  std::memset(named.DevName, 0, sizeof named.DevName);
+  std::memcpy(named.DevName, path, std::strlen(path));
+  return AddOrRemoveEntry(&fresh, false);
+}
+
+// A serial port belongs to one entry: whatever overwrites an entry lets go of its port first.
+void DropPort(tsDevEntry& entry) {
+  if (entry.pSerialPort == nullptr) return;
+  entry.pSerialPort->Release();
+  delete entry.pSerialPort;
+  entry.pSerialPort = nullptr;
+}
+
+bool Add(const tsDevEntry& entry) {
+  if (DevCnt >= kTableEntries) return false;
+  tsDevEntry& added = DevTable[static_cast<std::size_t>(DevCnt)];
+  DropPort(added);
+  added = entry;
+  ++DevCnt;
+  return true;
+}
+
+bool IsOpen(const tsDevEntry& entry) { return entry.hDev != platform::kNoHandle; }
+
+bool RemoveFirstOpen() {
+  const auto end = DevTable.begin() + DevCnt;
+  const auto first = std::find_if(DevTable.begin(), end, IsOpen);
+  if (first == end) return false;
+  CloseDevice(first->hDev);
+  DropPort(*first);
+  *first = {};
+  first->hDev = platform::kNoHandle;
+  return true;
+}
+
+// Each open device behind the first gap moves down by one, and the table shrinks by one. Deliberately that
+// is all: with several gaps some stay, with a device standing twice. Serial entries have no handle and count
+// as gaps.
+void CloseGaps() {
+  const auto end = DevTable.begin() + DevCnt;
+  const auto gap = std::find_if_not(DevTable.begin(), end, IsOpen);
+  if (gap == end) return;
+  for (auto entry = gap + 1; entry != end; ++entry) {
+    if (!IsOpen(*entry)) continue;
+    tsDevEntry& below = *(entry - 1);
+    DropPort(below);
+    below = *entry;
+    entry->pSerialPort = nullptr;
+  }
+  --DevCnt;
+}
+
+}  // namespace
+
+std::uint32_t CheckReaderArrival(const char* path) { return CheckArrival(path, kReaderRow); }
+std::uint32_t CheckMagstripeArrival(const char* path) { return CheckArrival(path, kMagstripeRow); }
+std::uint32_t CheckSonarArrival(const char* path) { return CheckArrival(path, kSonarRow); }
+
+std::uint32_t AddOrRemoveEntry(const tsDevEntry* entry, bool remove) {
+  bool done = false;
+  DevCnt = std::min(DevCnt, kTableEntries);
+  if (entry != nullptr) done = remove ? RemoveFirstOpen() : Add(*entry);
+  CloseGaps();
+  ActDev = 0;
+  return done ? 1 : 0;
+}
+
+}  // namespace tavlyn

@@ -1,0 +1,34 @@
+// What a reader is made of.
+#include <cstdlib>
+
+#include "api.h"
+#include "core/openings.h"
+#include "reader/transactions.h"
+
+namespace tavlyn {
+namespace {
+
+constexpr std::size_t kFlags = 8;
+
+// Where the mask stands in the reply: serial readers put a byte in front.
+enum class Mask : std::uint8_t { kInstalled = 0, kSupported = 4 };
+
+// From the C allocator, because the caller keeps it and may be no C++ program.
+std::uint8_t* HardwareFlags(Mask which) {
+  if (!ActiveInRange()) return nullptr;
+  ActiveEntry().LastLibErr = 0;
+  if (!ReaderIsActive()) return nullptr;
+  auto* flags = static_cast<std::uint8_t*>(std::calloc(kFlags, 1));
+  constexpr std::uint32_t kNoError = 0;
+  ReplyBytes reply;
+  if (flags == nullptr || !Ask(command::kHardware, kNoError, reply)) return flags;
+  const unsigned mask = reply[static_cast<std::size_t>(which) + (OnSerialPort() ? 1 : 0)];
+  for (std::size_t bit = 0; bit < kFlags; ++bit) flags[bit] = static_cast<std::uint8_t>(mask >> bit & 1);
+  return flags;
+}
+
+}  // namespace
+}  // namespace tavlyn
+
+std::uint8_t* InstalledHardware() { return tavlyn::HardwareFlags(tavlyn::Mask::kInstalled); }
+std::uint8_t* SupportedHardware() { return tavlyn::HardwareFlags(tavlyn::Mask::kSupported); }
