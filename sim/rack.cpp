@@ -294,6 +294,8 @@ bool Rack::Walk(const Words& words, std::string& reply) {
 }
 
 bool Rack::QueueId(const Words& words, std::string& reply) {
+  auto* reader = Chosen<Reader>(words, reply);
+  if (reader == nullptr) return false;
   const std::size_t colon = words[1].find(':');
   const auto id = ParseHex(words[1].substr(0, colon));
   const auto rest = colon == std::string::npos ? Bytes{} : ParseHex(words[1].substr(colon + 1));
@@ -303,25 +305,29 @@ bool Rack::QueueId(const Words& words, std::string& reply) {
   }
   std::copy(id->begin(), id->end(), card.id.begin());
   std::copy(rest->begin(), rest->end(), card.trailer.begin());
-  chosen_->reader->state.queue.push_back(card);
+  reader->state.queue.push_back(card);
   return true;
 }
 
 bool Rack::AddSample(const Words& words, std::string& reply) {
+  auto* reader = Chosen<Reader>(words, reply);
+  if (reader == nullptr) return false;
   const std::size_t first = words[1].find(':');
   const std::size_t last = words[1].rfind(':');
   const auto type = ParseNumber<std::uint16_t>(words[1].substr(0, first), 16);
   const auto data = first == last ? std::nullopt : ParseHex(words[1].substr(first + 1, last - first - 1));
   const auto bits = first == last ? std::nullopt : ParseNumber<std::uint16_t>(words[1].substr(last + 1));
   if (!type || !data || !bits) return Fail(reply, words[1] + ": a sample is TYPE:HEX:BITS");
-  chosen_->reader->state.extensions.analyzed.push_back({*type, *bits, *data});
+  reader->state.extensions.analyzed.push_back({*type, *bits, *data});
   return true;
 }
 
 bool Rack::Lack(const Words& words, std::string& reply) {
+  auto* reader = Chosen<Reader>(words, reply);
+  if (reader == nullptr) return false;
   const auto command = ParseHex(words[1]);
   if (!command) return Fail(reply, words[1] + ": a command is hexadecimal");
-  chosen_->reader->state.lacks.push_back(*command);
+  reader->state.lacks.push_back(*command);
   return true;
 }
 

@@ -2,6 +2,7 @@
 #include "core/product.h"
 
 #include "core/state.h"
+#include "hid/arrival.h"
 #include "magstripe/cfg_file.h"
 #include "magstripe/configuration.h"
 #include "magstripe/ids.h"
@@ -53,6 +54,8 @@ constexpr Product kMagstripeProduct = WithRecords({
     .queuedIdPart = SorbaneQueuedIdPart,
     .setRawPayload = SorbaneSetRawByte,
     .rawReplyByte = SorbaneRawReplyByte,
+    .checkArrival = CheckMagstripeArrival,
+    .keyTime = SorbaneKeyTime,
     .getRecord = {},
     .setRecord = {},
 });

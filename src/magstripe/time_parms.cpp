@@ -29,4 +29,9 @@ std::uint32_t SorbaneSetTimeParms(const std::int16_t* words) {
   return 1;
 }
 
+std::uint16_t* SorbaneKeyTime(KeyTime which) {
+  tsSorbaneCfg& cfg = ActiveEntry().SorbaneBlock.Cfg;
+  return which == KeyTime::kPress ? &cfg.KeyPressTime : &cfg.KeyReleaseTime;
+}
+
 }  // namespace tavlyn
