@@ -3,6 +3,7 @@
 
 #include "core/state.h"
 #include "core/version_words.h"
+#include "hid/arrival.h"
 #include "sonar/parameters.h"
 #include "sonar/range.h"
 #include "sonar/records.h"
@@ -51,6 +52,7 @@ constexpr Product kSonarProduct = WithRecords({
     .queuedIdPart = Nothing,
     .setRawPayload = Nothing,
     .rawReplyByte = Nothing,
+    .checkArrival = CheckSonarArrival,
     .getRecord = {},
     .setRecord = {},
 });
