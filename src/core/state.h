@@ -50,7 +50,7 @@ struct tsDevEntry {
   std::uint16_t LUID;
   std::uint16_t DID;
   std::uint32_t bLUIDDirty;
-  std::uint16_t DID2;  // second version word, of magstripe readers and sonar sensors only
+  std::uint16_t DID2;  // second version word, of magstripe and sonar devices
   std::uint32_t SN;
   std::uint32_t bSepFldCapable;      // until a separator-field transfer fails
   std::uint32_t bPartNumberPending;  // until a part number read fails

@@ -3,13 +3,13 @@
 #include <string>
 
 #include "api.h"
+#include "core/lines.h"
 #include "core/openings.h"
 #include "core/text_file.h"
+#include "core/text_tokens.h"
 #include "files/ble_memory.h"
 #include "files/integrity.h"
-#include "files/lines.h"
 #include "files/template_format.h"
-#include "files/text_tokens.h"
 
 using namespace tavlyn;
 

@@ -4,8 +4,8 @@
 #include <string_view>
 
 #include "core/ascii_case.h"
+#include "core/lines.h"
 #include "core/text_file.h"
-#include "files/lines.h"
 
 namespace tavlyn {
 namespace {

@@ -12,12 +12,12 @@
 #include <vector>
 
 #include "api.h"
+#include "core/lines.h"
 #include "core/openings.h"
 #include "core/text_file.h"
+#include "core/text_tokens.h"
 #include "files/integrity.h"
-#include "files/lines.h"
 #include "files/secure_items.h"
-#include "files/text_tokens.h"
 
 using namespace tavlyn;
 

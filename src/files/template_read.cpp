@@ -9,8 +9,8 @@
 #include "core/cfg_locked.h"
 #include "core/configurations.h"
 #include "core/text_file.h"
+#include "core/text_tokens.h"
 #include "files/template_format.h"
-#include "files/text_tokens.h"
 #include "reader/records.h"
 
 namespace tavlyn {

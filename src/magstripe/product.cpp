@@ -2,6 +2,7 @@
 #include "core/product.h"
 
 #include "core/state.h"
+#include "core/version_words.h"
 #include "hid/arrival.h"
 #include "magstripe/cfg_file.h"
 #include "magstripe/configuration.h"
@@ -14,12 +15,6 @@
 
 namespace tavlyn {
 namespace {
-
-std::uint32_t SorbaneFirmwareVersion(std::uint16_t /*cpu*/, std::uint16_t index) {
-  const tsDevEntry& entry = ActiveEntry();
-  if (index > 1) return 0;
-  return index == 0 ? entry.DID : entry.DID2;
-}
 
 constexpr Product WithRecords(Product product) {
   product.getRecord[kTimeParms] = SorbaneGetTimeParms;
@@ -49,7 +44,7 @@ constexpr Product kMagstripeProduct = WithRecords({
     .beep = SorbaneBeep,
     .answers = SorbanePing,
     .queryFirmwareWord = nullptr,
-    .firmwareVersion = SorbaneFirmwareVersion,
+    .firmwareVersion = VersionWord,
     .getQueuedId = SorbaneGetQueuedId,
     .queuedIdPart = SorbaneQueuedIdPart,
     .setRawPayload = SorbaneSetRawByte,

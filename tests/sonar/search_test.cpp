@@ -138,5 +138,19 @@ TEST_F(SonarSearch, ADisconnectClosesTheSensor) {
   EXPECT_EQ(GetDevCnt(), 0);
 }
 
+TEST_F(SonarSearch, AnArrivalNamesTheFirstEntryAndAddsABlankOne) {
+  Sensor();
+  SetConnectProduct(4);
+  EXPECT_EQ(USBConnect(nullptr), 1U);
+  Sensor();
+  EXPECT_EQ(ChkAddArrival("device-2"), 1U);
+  EXPECT_EQ(GetDevCnt(), 2);
+  EXPECT_STREQ(DevTable[0].DevName, "device-2");
+  EXPECT_EQ(DevTable[0].DID, 0);
+  EXPECT_EQ(DevTable[1].ProductKind, 0U);
+  EXPECT_EQ(DevTable[1].hDev, 0U);
+  EXPECT_EQ(ChkAddArrival("device-3"), 0U);
+}
+
 }  // namespace
 }  // namespace tavlyn::test
