@@ -53,7 +53,7 @@ void UseFiles() {
   Require(ReadDevCfgFmFile(kFile.Path()) <= 1);
 }
 
-// Of the list the count is known, so that each record can be looked at as a whole.
+// Every record of the analyzer's list is looked at as a whole.
 void UseExtensions() {
   GetQueuedID(1, 1);
   for (std::int16_t index = -1; index <= 36; ++index) GetQueuedID_index(index);
