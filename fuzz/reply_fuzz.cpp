@@ -2,6 +2,7 @@
 // are made); the others are its answers, one after the other, and then it refuses everything.
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <memory>
 #include <span>
 #include <string_view>
@@ -52,6 +53,31 @@ void UseFiles() {
   Require(ReadDevCfgFmFile(kFile.Path()) <= 1);
 }
 
+// Every record of the analyzer's list is looked at as a whole.
+void UseExtensions() {
+  GetQueuedID(1, 1);
+  for (std::int16_t index = -1; index <= 36; ++index) GetQueuedID_index(index);
+  Require(std::string_view(SetRawPayload(0x8C, 0, 0, 0, 0, 0, 0, 0)).size() == 23);
+  std::uint16_t state = 0;
+  GetModuleState(1, &state);
+  Require(state <= 1);
+  Require(CheckTransparentMode() <= 2 && EnableTransparentMode(1) <= 2);
+  const std::uint16_t ble = GetBTLEConfiguration();
+  Require(ble <= 3 || ble == 65535);
+  SetCardAnalyzerControlState(1);
+  const std::uint32_t status = GetCardAnalyzerStatus();
+  Require(status <= 255 || status == 0xFFFFFFFF);
+  CardAnalyzerRecord* records = GetCardAnalyzerData();
+  Require(records != nullptr);
+  for (const CardAnalyzerRecord& record : std::span(records, GetCardCount())) {
+    Require(record.RecType <= 0xFFFF && record.BitCount <= 0xFFFF);
+    const std::size_t unused = 32 - std::min<std::size_t>((record.BitCount + 7) / 8, 32);
+    Require(
+        std::ranges::all_of(std::span(record.CardBits).first(unused), [](auto byte) { return byte == 0; }));
+  }
+  std::free(records);
+}
+
 void Talk(std::uint8_t calls) {
   const auto wants = [calls](int bit) { return (calls >> bit & 1) == 0; };
   if (wants(0)) ReadIds();
@@ -61,6 +87,7 @@ void Talk(std::uint8_t calls) {
   if (wants(4)) UseFiles();
   if (wants(5)) ResetFactoryDflts();
   if (wants(6)) GetBeeperVolume();
+  if (wants(7)) UseExtensions();
   Require(DevTable[0].MaxConfig < kCfgSlots && DevTable[0].ActConfig < kCfgSlots);
 }
 

@@ -32,7 +32,8 @@ std::uint16_t IsBTLEPresent() {
 std::uint16_t GetBTLEConfiguration() {
   if (!ActiveInRange()) return kNothing;
   ReportPair pair;
-  if (!AskRadio(command::kReadBle, pair, TAVLYN_ERR_GET_BLE) || (pair.reply[3] & kPresent) == 0) return kNothing;
+  if (!AskRadio(command::kReadBle, pair, TAVLYN_ERR_GET_BLE) || (pair.reply[3] & kPresent) == 0)
+    return kNothing;
   return pair.reply[3] & kConfiguration;
 }
 

@@ -178,6 +178,20 @@ TEST_F(QueuedId, WithoutAReaderItIsUnsupported) {
   ExpectTraffic({});
 }
 
+TEST_F(QueuedId, ASonarSensorHasNone) {
+  Use();
+  GetQueuedID(0, 0);
+  ForgetTraffic();
+  ActiveEntry().ProductKind = kSonar;
+  ActiveEntry().LastLibErr = 5;
+  SetUnsupportedProductErrorCode(0x8001);
+  EXPECT_EQ(GetQueuedID(1, 1), 0U);
+  EXPECT_EQ(GetQueuedID_index(0), 0U);
+  EXPECT_EQ(GetQueuedID_index(33), 0U);
+  EXPECT_EQ(GetLastLibErr(), 5U);
+  ExpectTraffic({});
+}
+
 TEST_F(QueuedId, TakesNoLock) {
   Use();
   GetQueuedID(0, 0);

@@ -207,6 +207,19 @@ TEST_F(RawPayload, WithoutAReaderItIsUnsupported) {
   ExpectTraffic({});
 }
 
+TEST_F(RawPayload, ASonarSensorTakesNone) {
+  SendBytes({0x8A});
+  ForgetTraffic();
+  ActiveEntry().ProductKind = kSonar;
+  SetUnsupportedProductErrorCode(0x80F1);
+  EXPECT_EQ(SetRawPayload_index(3, 1), 0U);
+  EXPECT_EQ(SetRawPayload_index(8, 1), 0U);
+  EXPECT_EQ(GetRawPayload_index(1), 0);
+  EXPECT_EQ(GetRawPayload_index(10), 0);
+  EXPECT_STREQ(SetRawPayload(1, 2, 3, 4, 5, 6, 7, 8), "00.00.00.00.00.00.00.00");
+  ExpectTraffic({});
+}
+
 TEST_F(RawPayload, TakesNoLock) {
   SendBytes({1});
   for (const std::string& entry : host.transcript.Lines()) EXPECT_FALSE(entry.starts_with("mutex")) << entry;
