@@ -76,6 +76,8 @@ TEST(Tavlynctl, InfoTellsWhatTheReaderTells) {
   EXPECT_EQ("M4 at 96 MHz", device["cpu"]);
   EXPECT_EQ("(c) Orvantis", device["copyright"]);
   EXPECT_EQ("404142434445464748494A4B4C4D4E4F505152535455565758595A5B5C5D5E5F", device["esn"]);
+  EXPECT_EQ("05", device["installed_hardware"]);
+  EXPECT_EQ("0F", device["supported_hardware"]);
   EXPECT_GE(device["answer_ms"], 1);
   const Json words = Json::parse(R"([{"cpu": 0, "words": ["10072005", "10070101"]},
                                      {"cpu": 1, "words": ["20010009"]}])");

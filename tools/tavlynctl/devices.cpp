@@ -1,5 +1,7 @@
 // list and info.
 #include <array>
+#include <cstdlib>
+#include <memory>
 
 #include "api.h"
 #include "tools/tavlynctl/commands.h"
@@ -59,6 +61,16 @@ Json Esn() {
   return text;
 }
 
+// Flag k becomes bit k again, as in the reader's own mask.
+Json HardwareMask(std::uint8_t* (*get)()) {
+  constexpr std::size_t kFlags = 8;
+  const std::unique_ptr<std::uint8_t, decltype(&std::free)> flags(get(), &std::free);
+  if (flags == nullptr) return {};
+  unsigned mask = 0;
+  for (std::size_t k = 0; k < kFlags; ++k) mask |= (flags.get()[k] & 1U) << k;
+  return Hex(mask, 2);
+}
+
 }  // namespace
 
 void DescribeTexts(Json& device) {
@@ -90,6 +102,8 @@ Json Info(const Options& options) {
   Json& device = document["device"] = Description();
   DescribeTexts(device);
   device["esn"] = Esn();
+  device["installed_hardware"] = HardwareMask(InstalledHardware);
+  device["supported_hardware"] = HardwareMask(SupportedHardware);
   const std::uint32_t answer = Ping();
   device["answer_ms"] = answer <= kLongestAnswer ? Json(answer) : Json();
   Json words = FirmwareWords();
