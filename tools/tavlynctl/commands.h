@@ -21,6 +21,10 @@ struct Options {
   int index = 0;       // of a configuration
   std::string cardType;
   std::optional<int> volume;
+  std::string header;  // of an item, and its bytes
+  std::string data;
+  bool keys = false;      // not the data
+  bool showKeys = false;  // print key material
   bool dryRun = false;
   bool secure = false;
   bool ini = false;
@@ -49,6 +53,11 @@ Json Relay(const Options& options);
 Json Volume(const Options& options);
 Json Cards(const Options& options);
 Json SetCard(const Options& options);
+Json LoadKeys(const Options& options);
+Json ReadSecure(const Options& options);
+Json WriteSecure(const Options& options);
+Json SaveBle(const Options& options);
+Json LoadBle(const Options& options);
 
 // Adds card type and priority of the selected configuration; nothing for a plain reader.
 void DescribeCardType(Json& configuration);

@@ -119,12 +119,41 @@ void AddCards(CLI::App& app, Options& options, Commands& commands) {
   commands.insert(commands.end(), {{set, "cards set", SetCard}, {cards, "cards", Cards}});
 }
 
+void AddSecure(CLI::App& app, Options& options, Commands& commands) {
+  CLI::App& keys = *app.add_subcommand("keys", "Key files");
+  CLI::App& secure = *app.add_subcommand("secure", "Single items of the protected memory");
+  CLI::App& ble = *app.add_subcommand("ble", "What a reader keeps for its BLE radio");
+  for (CLI::App* group : {&keys, &secure, &ble}) group->require_subcommand(1);
+  CLI::App* load = Add(keys, "load", "Writes the items of a key-load ini file", options);
+  load->add_flag("--dry-run", options.dryRun, "Only test whether the file is as it was written");
+  CLI::App* read = Add(secure, "read", "Reads one item", options);
+  read->add_flag("--show-keys", options.showKeys, "Print its bytes");
+  CLI::App* write = Add(secure, "write", "Writes one item", options);
+  for (CLI::App* command : {read, write}) {
+    command->add_option("HEADER", options.header, "Four bytes, hexadecimal; the third is the length")
+        ->required();
+  }
+  write->add_option("DATA", options.data, "Hexadecimal; - takes it from the standard input")->required();
+  CLI::App* bleSave = Add(ble, "save", "Saves it as a file", options);
+  CLI::App* bleLoad = Add(ble, "load", "Loads such a file", options);
+  for (CLI::App* command : {bleSave, bleLoad})
+    command->add_flag("--keys", options.keys, "Keys in place of data");
+  for (CLI::App* command : {load, bleSave, bleLoad}) AddFiles(command, options, 1);
+  for (CLI::App* command : {load, read, write, bleSave, bleLoad}) AddDevice(command, options);
+  commands.insert(commands.end(), {{load, "keys load", LoadKeys},
+                                   {read, "secure read", ReadSecure},
+                                   {write, "secure write", WriteSecure},
+                                   {bleSave, "ble save", SaveBle},
+                                   {bleLoad, "ble load", LoadBle}});
+}
+
 Commands AddAll(CLI::App& app, Options& options) {
   Commands commands;
   AddReads(app, options, commands);
   AddConfig(app, options, commands);
   AddOutputs(app, options, commands);
   AddCards(app, options, commands);
+  AddSecure(app, options, commands);
   CLI::App* check = Add(app, "check", "Whether a file is as it was written", options);
   AddFiles(check, options, 1);
   check->add_flag("--ini", options.ini, "A key-load ini file");

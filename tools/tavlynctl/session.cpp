@@ -25,6 +25,8 @@ constexpr ErrorWord kErrorWords[] = {
     {TAVLYN_ERR_CONFIG_READ, TAVLYN_ERR_CONFIG_READ, "a read of the configuration failed"},
     {TAVLYN_ERR_CONFIG_WRITE, TAVLYN_ERR_CONFIG_WRITE, "a write of the configuration failed"},
     {TAVLYN_ERR_COMMAND, TAVLYN_ERR_COMMAND, "the device did not answer"},
+    {0xF0000000, TAVLYN_ERR_BLE_READ, "what the reader keeps for its BLE radio was not transferred"},
+    {0xFF000000, TAVLYN_ERR_SECURE, "an item was not transferred"},
     {0xF0000000, TAVLYN_ERR_FW_FILENAME, "the firmware file name could not be read"},
     {0xF0000000, TAVLYN_ERR_DEVICE_GONE, "the device is gone"},
     {0xF0000000, TAVLYN_ERR_FULL_FW_VERSION, "the firmware version could not be read"},
