@@ -1,11 +1,11 @@
-// Any file before the check of key-load files; a file with the right trailer must pass it.
+// Any file before the check and the load of key-load files; a file with the right trailer must pass, and only
+// that one reaches the reader.
 #include <array>
 #include <cstdio>
 #include <string>
 
-#include "api.h"
 #include "files/crc.h"
-#include "fuzz/scratch_file.h"
+#include "fuzz/plugged_reader.h"
 
 namespace tavlyn::fuzz {
 namespace {
@@ -22,6 +22,20 @@ std::string ValueOf(std::string text) {
   return value.data();
 }
 
+// Exchanges that the load of the file led to.
+int LoadFile(const char* path) {
+  PluggedReader plugged(sim::Reader::Plain());
+  const int before = plugged.Exchanges();
+  const std::uint32_t loaded = LoadIniFile(path);
+  Require(loaded <= 1);
+  const int exchanges = plugged.Exchanges() - before;
+  Require(loaded == 0 || (exchanges > 0 && !plugged.reader->state.secure.storedItems.empty()));
+  const bool refused = (GetLastLibErr() & TAVLYN_ERR_INTEGRITY) == TAVLYN_ERR_INTEGRITY;
+  Require(refused == (CheckTamperedFile(path, 2) == 0));
+  Require(!refused || exchanges == 0);
+  return exchanges;
+}
+
 void Check(std::string_view text) {
   static const ScratchFile kFile;
   kFile.Fill(text);
@@ -32,8 +46,10 @@ void Check(std::string_view text) {
   const std::string sealed = std::string(text) + kEndLine + "iEndOfIniFile=" + ValueOf(std::string(text));
   kFile.Fill(sealed + "\r\n");
   Require(CheckTamperedFile(kFile.Path(), 2) == 1);
+  LoadFile(kFile.Path());
   kFile.Fill(sealed + "\n");
   Require(CheckTamperedFile(kFile.Path(), 2) == 0);
+  Require(LoadFile(kFile.Path()) == 0);
   kFile.Fill(sealed + "\r\n\r\n");
   Require(CheckTamperedFile(kFile.Path(), 2) == 0);
 }

@@ -4,12 +4,8 @@
 #include <array>
 #include <memory>
 
-#include "api.h"
-#include "core/front/load.h"
 #include "core/state.h"
-#include "fuzz/scratch_file.h"
-#include "sim/carriers/virtual_host.h"
-#include "sim/devices/reader.h"
+#include "fuzz/plugged_reader.h"
 
 namespace tavlyn::fuzz {
 namespace {
@@ -26,18 +22,12 @@ std::array<std::uint8_t, kCfgSlots> FormatBytes() {
 
 void LoadInto(int configurations, std::string_view text) {
   static const ScratchFile kFile;
-  sim::VirtualHost& host = sim::VirtualHost::Instance();
-  host.Reset();
-  Load();
   const auto reader = configurations == 0 ? sim::Reader::Plain() : sim::Reader::Plus(configurations);
   for (sim::Configuration& configuration : reader->state.configurations) {
     configuration.working.separated[0] = 0x24;
     configuration.working.separated[3] = 4;
   }
-  host.hid.Plug("reader", reader);
-  SetDevTypeSrch(0);
-  SetConnectProduct(1);
-  Require(USBConnect(nullptr) == 1);
+  const PluggedReader plugged(reader);
 
   kFile.Fill(text);
   const auto formatBytes = FormatBytes();
@@ -46,9 +36,6 @@ void LoadInto(int configurations, std::string_view text) {
   Require(WriteDevCfgToFile(kFile.Path()) == 1);
   Require(ReadDevCfgFmFile(kFile.Path()) <= 1);
   CheckTamperedFile(kFile.Path(), 0);
-
-  Unload();
-  Require(host.Misuses().empty());
 }
 
 }  // namespace

@@ -22,6 +22,10 @@ struct Options {
   int state = 1;       // of the card analyzer
   std::string cardType;
   std::optional<int> volume;
+  std::string header;  // of an item, and its bytes
+  std::string data;
+  bool keys = false;      // not the data
+  bool showKeys = false;  // print key material
   bool dryRun = false;
   bool secure = false;
   bool ini = false;
@@ -67,6 +71,11 @@ Json Texts(const Options& options);
 
 // Adds the texts that the active device holds.
 void DescribeTexts(Json& device);
+Json LoadKeys(const Options& options);
+Json ReadSecure(const Options& options);
+Json WriteSecure(const Options& options);
+Json SaveBle(const Options& options);
+Json LoadBle(const Options& options);
 
 // Adds card type and priority of the selected configuration; nothing for a plain reader.
 void DescribeCardType(Json& configuration);

@@ -134,12 +134,23 @@ void AddAnalyzer(CLI::App& app, Options& options, Commands& commands) {
                                    {list, "analyzer list", ListAnalyzed}});
 }
 
-void AddBle(CLI::App& ble, Options& options, Commands& commands) {
+void AddBle(CLI::App& app, Options& options, Commands& commands) {
+  CLI::App& ble = *app.add_subcommand("ble", "The BLE radio of a reader, and what the reader keeps for it");
+  ble.require_subcommand(1);
   CLI::App* status = Add(ble, "status", "Whether a reader has the radio, and its configuration", options);
   CLI::App* set = Add(ble, "set", "Sets the configuration, and reads it back", options);
   set->add_option("CONFIGURATION", options.index)->required()->check(CLI::Range(0, 3));
-  for (CLI::App* command : {status, set}) AddDevice(command, options);
-  commands.insert(commands.end(), {{status, "ble status", BleStatus}, {set, "ble set", SetBle}});
+  CLI::App* save = Add(ble, "save", "Saves what the reader keeps as a file", options);
+  CLI::App* load = Add(ble, "load", "Loads such a file", options);
+  for (CLI::App* command : {save, load}) {
+    command->add_flag("--keys", options.keys, "Keys in place of data");
+    AddFiles(command, options, 1);
+  }
+  for (CLI::App* command : {status, set, save, load}) AddDevice(command, options);
+  commands.insert(commands.end(), {{status, "ble status", BleStatus},
+                                   {set, "ble set", SetBle},
+                                   {save, "ble save", SaveBle},
+                                   {load, "ble load", LoadBle}});
 }
 
 void AddExtensions(CLI::App& app, Options& options, Commands& commands) {
@@ -155,9 +166,7 @@ void AddExtensions(CLI::App& app, Options& options, Commands& commands) {
   CLI::App* transparent = Add(app, "transparent", "Tells or switches the transparent mode", options);
   AddChoice(transparent, options, "WHAT", {"on", "off", "status"});
   transparent->add_flag("--store", options.store, "For good");
-  CLI::App& ble = *app.add_subcommand("ble", "The BLE radio of a reader");
-  ble.require_subcommand(1);
-  AddBle(ble, options, commands);
+  AddBle(app, options, commands);
   for (CLI::App* command : {get, set, transparent}) AddDevice(command, options);
   commands.insert(commands.end(), {{get, "module get", GetModule},
                                    {set, "module set", SetModule},
@@ -175,6 +184,27 @@ void AddRaw(CLI::App& app, Options& options, Commands& commands) {
   commands.insert(commands.end(), {{queue, "queue", Queue}, {raw, "raw", Raw}, {text, "text", Texts}});
 }
 
+void AddSecure(CLI::App& app, Options& options, Commands& commands) {
+  CLI::App& keys = *app.add_subcommand("keys", "Key files");
+  CLI::App& secure = *app.add_subcommand("secure", "Single items of the protected memory");
+  for (CLI::App* group : {&keys, &secure}) group->require_subcommand(1);
+  CLI::App* load = Add(keys, "load", "Writes the items of a key-load ini file", options);
+  load->add_flag("--dry-run", options.dryRun, "Only test whether the file is as it was written");
+  CLI::App* read = Add(secure, "read", "Reads one item", options);
+  read->add_flag("--show-keys", options.showKeys, "Print its bytes");
+  CLI::App* write = Add(secure, "write", "Writes one item", options);
+  for (CLI::App* command : {read, write}) {
+    command->add_option("HEADER", options.header, "Four bytes, hexadecimal; the third is the length")
+        ->required();
+  }
+  write->add_option("DATA", options.data, "Hexadecimal; - takes it from the standard input")->required();
+  AddFiles(load, options, 1);
+  for (CLI::App* command : {load, read, write}) AddDevice(command, options);
+  commands.insert(commands.end(), {{load, "keys load", LoadKeys},
+                                   {read, "secure read", ReadSecure},
+                                   {write, "secure write", WriteSecure}});
+}
+
 Commands AddAll(CLI::App& app, Options& options) {
   Commands commands;
   AddReads(app, options, commands);
@@ -183,6 +213,7 @@ Commands AddAll(CLI::App& app, Options& options) {
   AddCards(app, options, commands);
   AddExtensions(app, options, commands);
   AddRaw(app, options, commands);
+  AddSecure(app, options, commands);
   CLI::App* check = Add(app, "check", "Whether a file is as it was written", options);
   AddFiles(check, options, 1);
   check->add_flag("--ini", options.ini, "A key-load ini file");

@@ -27,6 +27,8 @@ constexpr ErrorWord kErrorWords[] = {
     {TAVLYN_ERR_COMMAND, TAVLYN_ERR_COMMAND, "the device did not answer"},
     {0xF0000000, TAVLYN_ERR_SET_BLE & 0xF0000000, "an extension could not be set"},
     {0xF0000000, TAVLYN_ERR_GET_BLE & 0xF0000000, "an extension could not be asked"},
+    {0xF0000000, TAVLYN_ERR_BLE_READ, "what the reader keeps for its BLE radio was not transferred"},
+    {0xFF000000, TAVLYN_ERR_SECURE, "an item was not transferred"},
     {0xF0000000, TAVLYN_ERR_FW_FILENAME, "the firmware file name could not be read"},
     {0xF0000000, TAVLYN_ERR_DEVICE_GONE, "the device is gone"},
     {0xF0000000, TAVLYN_ERR_FULL_FW_VERSION, "the firmware version could not be read"},

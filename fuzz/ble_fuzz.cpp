@@ -1,0 +1,58 @@
+// Any BLE file, loaded into a reader. The first byte says what is put round the rest, which is the file: the
+// title, the lines up to the block of one kind, the end of the block, a trailer.
+#include <string>
+
+#include "files/crc.h"
+#include "fuzz/plugged_reader.h"
+
+namespace tavlyn::fuzz {
+namespace {
+
+enum Around : std::uint8_t { kTitle = 1, kHead = 2, kOfKey = 4, kTail = 8, kNoTrailer = 16 };
+
+std::string FileAround(std::uint8_t around, std::string_view text) {
+  const auto has = [around](Around part) { return (around & part) != 0; };
+  std::string file;
+  if (has(kTitle)) file = "/--- Tavlyn and OEM Reader Configuration Template File ---\n";
+  if (has(kHead)) file += std::string(7, '\n') + "BEGIN sFldBleData" + (has(kOfKey) ? "2\n" : "1\n");
+  file += text;
+  if (has(kTail)) file += "\nEND\n";
+  return file + "/--- iEndOfHwgFile\n";
+}
+
+// What a load stored must come back from a save of the same reader.
+void CheckSaved(PluggedReader& plugged, bool key, const ScratchFile& file) {
+  const sim::BleMemory stored = plugged.reader->state.secure.storedBle;
+  Require((key ? WriteBLEKeyToFile(file.Path()) : WriteBLEDataToFile(file.Path())) == 1);
+  Require(CheckTamperedFile(file.Path(), 0) == 1);
+  plugged.reader->state.secure.ble = plugged.reader->state.secure.storedBle = {};
+  Require((key ? WriteBLEKeyToReader(file.Path()) : WriteBLEDataToReader(file.Path())) == 1);
+  Require(plugged.reader->state.secure.storedBle == stored);
+}
+
+void LoadBle(std::uint8_t around, std::string_view text) {
+  static const ScratchFile kFile;
+  PluggedReader plugged(sim::Reader::Plain());
+  for (const bool key : {false, true}) {
+    kFile.Fill(FileAround(around, text));
+    if ((around & kNoTrailer) == 0) Require(CRC().AppendHwgTrailer(kFile.Path()) == 1);
+    const bool intact = CheckTamperedFile(kFile.Path(), 0) == 1;
+    const int before = plugged.Exchanges();
+    const std::uint32_t loaded = key ? WriteBLEKeyToReader(kFile.Path()) : WriteBLEDataToReader(kFile.Path());
+    Require(loaded == 0 || loaded == 1);
+    Require(plugged.Exchanges() == before + (loaded == 0 ? 0 : key ? 70 : 210));
+    Require(intact || loaded == 0);
+    Require(loaded == 1 || GetLastLibErr() == (intact ? TAVLYN_ERR_BLE_WRITE : TAVLYN_ERR_INTEGRITY) ||
+            GetLastLibErr() == (TAVLYN_ERR_BLE_WRITE | TAVLYN_ERR_INTEGRITY));
+    if (loaded == 1) CheckSaved(plugged, key, kFile);
+  }
+}
+
+}  // namespace
+}  // namespace tavlyn::fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  if (size == 0) return 0;
+  tavlyn::fuzz::LoadBle(data[0], tavlyn::fuzz::TextOf(data + 1, size - 1));
+  return 0;
+}

@@ -1,0 +1,78 @@
+// tavlynctl on simulated readers, in a folder of the test's own.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "tests/boundary/program.h"
+
+namespace tavlyn::boundary {
+
+using Json = nlohmann::json;
+namespace fs = std::filesystem;
+
+inline bool Holds(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
+inline std::string TextOf(const fs::path& file) {
+  std::ostringstream text;
+  text << std::ifstream(file).rdbuf();
+  return text.str();
+}
+
+inline Json ParsedText(const Ended& ended) {
+  EXPECT_EQ(0, ended.status) << ended.err;
+  return Json::parse(ended.out, nullptr, false);
+}
+
+class SimulatedRun : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::string name = "/tmp/tavlyn-ctl-XXXXXX";
+    ASSERT_NE(nullptr, mkdtemp(name.data()));
+    folder_ = name;
+  }
+
+  void TearDown() override { fs::remove_all(folder_); }
+
+  // Lines for a shell in the folder, all with the same simulated devices, where ctl is the program and typed
+  // gives a line to the simulator.
+  std::vector<Ended> Run(const std::string& devices, const std::vector<std::string>& steps) {
+    std::ofstream script(folder_ / "script");
+    script << "ctl() { " << TAVLYNCTL << " \"$@\"; }\ntyped() { echo \"$1\" >typed; }\n";
+    for (std::size_t i = 0; i < steps.size(); ++i) {
+      script << "(" << steps[i] << ") >" << i << ".out 2>" << i << ".err\necho $? >" << i << ".status\n";
+    }
+    script.close();
+    const Ended whole = RunLine("cd " + folder_.string() + " && mkfifo typed && " + TAVLYNSIM + " run " +
+                                devices + " --do 'record on' --interactive -- sh script <>typed; rm typed");
+    simulatorTold_ = whole.err;
+    std::vector<Ended> ended;
+    for (std::size_t i = 0; i < steps.size(); ++i) {
+      const std::string step = (folder_ / std::to_string(i)).string();
+      const std::string status = TextOf(step + ".status");
+      ended.push_back(
+          {status.empty() ? -1 : std::stoi(status), TextOf(step + ".out"), TextOf(step + ".err")});
+    }
+    return ended;
+  }
+
+  // What went over to the reader while one command ran.
+  std::string Traffic(const std::string& devices, const std::string& command) {
+    Run(devices, {"typed clear; ctl " + command + "; typed traffic"});
+    return simulatorTold_;
+  }
+
+  fs::path folder_;
+  std::string simulatorTold_;
+};
+
+}  // namespace tavlyn::boundary

@@ -1,0 +1,158 @@
+// tavlynctl where it handles keys and other protected memory.
+#include <array>
+#include <cstdint>
+
+#include "tests/boundary/simulated_run.h"
+
+namespace tavlyn::boundary {
+namespace {
+
+// Bit by bit, so that it shares nothing with the library.
+std::string Sum(const std::string& text) {
+  std::uint32_t sum = 0xFFFFFFFF;
+  for (const char c : text) {
+    sum ^= static_cast<std::uint8_t>(c);
+    for (int bit = 0; bit < 8; ++bit) sum = (sum & 1) != 0 ? (sum >> 1) ^ 0xEDB88320U : sum >> 1;
+  }
+  std::array<char, 9> hex{};
+  std::snprintf(hex.data(), hex.size(), "%08X", static_cast<unsigned>(~sum));
+  return hex.data();
+}
+
+class TavlynctlSecure : public SimulatedRun {
+ protected:
+  void WriteKeys(const std::string& items) {
+    std::ofstream(folder_ / "keys.ini", std::ios::binary)
+        << items << "[EOF]\r\niEndOfIniFile=" << Sum(items) << "\r\n";
+  }
+  const std::string items_ = "[Blob1]\r\nhdr=20 7 5 9\r\ndata=C1 C2 C3 C4 C5\r\n";
+};
+
+TEST_F(TavlynctlSecure, KeysAreLoadedAndNotShown) {
+  WriteKeys(items_);
+  const auto ended = Run("", {"ctl keys load keys.ini --json", "ctl secure read 20070509 --json",
+                              "ctl secure read 20070509 --show-keys --json", "ctl secure read 20070509"});
+  EXPECT_EQ(
+      Json({{"schema", 1}, {"command", "keys load"}, {"device", 0}, {"file", "keys.ini"}, {"written", true}}),
+      ParsedText(ended[0]));
+  EXPECT_EQ(
+      Json({{"schema", 1}, {"command", "secure read"}, {"device", 0}, {"header", "20070509"}, {"length", 5}}),
+      ParsedText(ended[1]));
+  EXPECT_EQ("C1C2C3C4C5", ParsedText(ended[2])["data"]);
+  EXPECT_EQ("device  0\nheader  20070509\nlength  5\n", ended[3].out);
+  for (const std::size_t step : {0U, 1U, 3U}) {
+    EXPECT_FALSE(Holds(ended[step].out + ended[step].err, "C1")) << step;
+  }
+}
+
+TEST_F(TavlynctlSecure, ADryRunNeedsNoReader) {
+  WriteKeys(items_);
+  std::ofstream(folder_ / "bad.ini", std::ios::binary) << items_ << "[EOF]\r\niEndOfIniFile=12345678\r\n";
+  const auto ended =
+      Run("--do unplug", {"ctl keys load keys.ini --dry-run --json", "ctl keys load keys.ini",
+                          "ctl keys load bad.ini --dry-run", "ctl keys load none.ini --dry-run"});
+  EXPECT_EQ(false, ParsedText(ended[0])["written"]);
+  EXPECT_EQ(2, ended[1].status);
+  EXPECT_EQ(6, ended[2].status);
+  EXPECT_EQ("tavlynctl: bad.ini was changed since it was written\n", ended[2].err);
+  EXPECT_EQ(6, ended[3].status);
+  const std::string dry = Traffic("", "keys load keys.ini --dry-run");
+  EXPECT_FALSE(Holds(dry, "set 1")) << dry;
+}
+
+TEST_F(TavlynctlSecure, ItemsThatDoNotAddUp) {
+  WriteKeys("[Blob1]\r\nhdr=20 7 6 9\r\ndata=C1 C2 C3 C4 C5\r\n");
+  const Ended ended = Run("", {"ctl keys load keys.ini"})[0];
+  EXPECT_EQ(4, ended.status);
+  EXPECT_TRUE(Holds(ended.err, "the last item of keys.ini was not written")) << ended.err;
+  EXPECT_FALSE(Holds(ended.err, "C1"));
+}
+
+TEST_F(TavlynctlSecure, AnItemIsWrittenAndReadBack) {
+  const auto ended =
+      Run("", {"ctl secure write 02010300 A1B2c3 --json", "ctl secure read 02010300 --show-keys",
+               "echo A4B5 | ctl secure write 02010200 -", "ctl secure read 02010200 --show-keys --json"});
+  EXPECT_EQ(
+      Json(
+          {{"schema", 1}, {"command", "secure write"}, {"device", 0}, {"header", "02010300"}, {"length", 3}}),
+      ParsedText(ended[0]));
+  EXPECT_EQ("device  0\nheader  02010300\nlength  3\ndata    A1B2C3\n", ended[1].out);
+  EXPECT_EQ(0, ended[2].status) << ended[2].err;
+  EXPECT_EQ("A4B5", ParsedText(ended[3])["data"]);
+  const std::string traffic = Traffic("", "secure write 02010300 A1B2C3");
+  EXPECT_TRUE(Holds(traffic, "set 1 89 90 00 00 02 01 03\n")) << traffic;
+  EXPECT_TRUE(Holds(traffic, "set 1 89 90 00 01 A1 B2 C3\n")) << traffic;
+  EXPECT_TRUE(Holds(traffic, "set 1 89 90 00 FF\n")) << traffic;
+}
+
+TEST_F(TavlynctlSecure, WrongWordsSendNothing) {
+  const auto ended =
+      Run("", {"ctl secure write 02010300 A1B2", "ctl secure write 020103 A1B2C3",
+               "ctl secure write 02010300 A1B2C", "ctl secure write 02010300 A1B2CX",
+               "ctl secure write 02010000 ''", "ctl secure read 0201", "ctl secure read 0201030G",
+               "ctl secure", "ctl secure write 02010300 - </dev/null", "ctl ble", "ctl keys"});
+  for (std::size_t i = 0; i < ended.size(); ++i) {
+    EXPECT_EQ(1, ended[i].status) << i;
+    EXPECT_FALSE(Holds(ended[i].err, "A1B2")) << ended[i].err;
+  }
+}
+
+TEST_F(TavlynctlSecure, AnItemThatIsNotThere) {
+  const Ended ended = Run("", {"ctl secure read 7F010300"})[0];
+  EXPECT_EQ(4, ended.status);
+  EXPECT_TRUE(Holds(ended.err, "the item 7F010300 could not be read from card reader 0")) << ended.err;
+}
+
+TEST_F(TavlynctlSecure, BleBlocksMoveToAnotherReader) {
+  const auto ended =
+      Run("--device reader --device reader",
+          {"ctl ble save data.hwg --json", "ctl ble load data.hwg --device 1 --json",
+           "ctl ble save keys.hwg --keys", "ctl ble load keys.hwg --keys --device 1 --json",
+           "ctl ble save again.hwg --keys --device 1", "cmp keys.hwg again.hwg", "ctl check data.hwg",
+           "ctl ble load data.hwg --keys", "ctl ble load keys.hwg",
+           "sed 's/^00\\./01./' data.hwg >bad.hwg; ctl ble load bad.hwg", "ctl ble save none/data.hwg"});
+  EXPECT_EQ(
+      Json({{"schema", 1}, {"command", "ble save"}, {"device", 0}, {"file", "data.hwg"}, {"block", "data"}}),
+      ParsedText(ended[0]));
+  EXPECT_EQ(1, ParsedText(ended[1])["device"]);
+  EXPECT_EQ(0, ended[2].status) << ended[2].err;
+  EXPECT_EQ("keys", ParsedText(ended[3])["block"]);
+  for (std::size_t i = 4; i < 7; ++i) EXPECT_EQ(0, ended[i].status) << i << ended[i].err;
+  EXPECT_EQ("tavlynctl: data.hwg holds no BLE keys\n", ended[7].err);
+  EXPECT_EQ("tavlynctl: keys.hwg holds no BLE data\n", ended[8].err);
+  EXPECT_EQ("tavlynctl: bad.hwg was changed since it was written\n", ended[9].err);
+  EXPECT_EQ("tavlynctl: none/data.hwg cannot be written\n", ended[10].err);
+  for (std::size_t i = 7; i < 11; ++i) EXPECT_EQ(6, ended[i].status) << i;
+}
+
+TEST_F(TavlynctlSecure, ALoadedBlockComesBack) {
+  const auto ended = Run(
+      "", {"ctl ble save own.hwg", "sed -e '/iEndOfHwgFile=/d' -e 's/^00\\.00/A5.5A/' own.hwg >body.hwg"});
+  ASSERT_EQ(0, ended[1].status);
+  const std::string body = TextOf(folder_ / "body.hwg");
+  std::ofstream(folder_ / "new.hwg", std::ios::binary) << body << "iEndOfHwgFile=" << Sum(body);
+  const auto again = Run("", {"ctl ble load new.hwg", "ctl ble save back.hwg", "cmp new.hwg back.hwg",
+                              "grep -c '^A5.5A.00' back.hwg"});
+  for (const Ended& one : again) EXPECT_EQ(0, one.status) << one.err;
+  EXPECT_EQ("48\n", again[3].out);
+}
+
+TEST_F(TavlynctlSecure, AReadThatFailsLeavesNoFile) {
+  // Found out from a good run, so that the connect may take as many exchanges as it likes.
+  const auto ended = Run("", {"typed exchanges; ctl ble save good.hwg; typed exchanges", "true"});
+  ASSERT_EQ(0, ended[0].status) << ended[0].err;
+  std::istringstream told(simulatorTold_);
+  int before = 0;
+  int behind = 0;
+  told >> before >> behind;
+  ASSERT_GT(behind, before + 100) << simulatorTold_;
+  const auto failed = Run("", {"typed 'refuse " + std::to_string(behind - before - 50) +
+                                   "'; typed exchanges; " + "ctl ble save bad.hwg",
+                               "ls bad.hwg"});
+  EXPECT_EQ(4, failed[0].status) << failed[0].err;
+  EXPECT_TRUE(Holds(failed[0].err, "the BLE data could not be read from")) << failed[0].err;
+  EXPECT_NE(0, failed[1].status);
+}
+
+}  // namespace
+}  // namespace tavlyn::boundary
