@@ -34,8 +34,10 @@ TEST(Tavlynsim, SignalsReachTheCommand) {
 }
 
 TEST(Tavlynsim, WrongWordsAreRefused) {
-  for (const char* words : {"", "run", "run --device plus:12 -- true", "run --card 01 -- true",
-                            "run --do nothing -- true", "run --on 0 -- true", "run --carrier usb -- true"}) {
+  for (const char* words :
+       {"", "run", "run --device plus:12 -- true", "run --card 01 -- true", "run --do nothing -- true",
+        "run --device sonar --card 01:8 -- true", "run --device magstripe --do 'range 3' -- true",
+        "run --on 0 -- true", "run --carrier usb -- true"}) {
     EXPECT_EQ(1, RunLine(kSim + " " + words).status) << words;
   }
 }
@@ -45,6 +47,14 @@ TEST(Tavlynsim, DevicesAreListed) {
   EXPECT_EQ(0, devices.status);
   EXPECT_TRUE(Holds(devices.out, "reader "));
   EXPECT_TRUE(Holds(devices.out, "plus:N "));
+  EXPECT_TRUE(Holds(devices.out, "magstripe "));
+  EXPECT_TRUE(Holds(devices.out, "sonar "));
+}
+
+TEST(Tavlynsim, EveryDeviceTakesItsOwnCommands) {
+  EXPECT_EQ(0, RunLine(kSim + " run --device magstripe --do 'swipe ;12=34?' -- true").status);
+  EXPECT_EQ(0,
+            RunLine(kSim + " run --device sonar --do 'walk 20:40:9 40:9:9' --do 'range 3' -- true").status);
 }
 
 TEST(Tavlynsim, NothingIsLeftBehind) {
