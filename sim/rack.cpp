@@ -151,7 +151,7 @@ const Rack::Verb Rack::kVerbs[] = {
     {"card", 2, true, &Rack::PutCard},        {"take", 1, true, &Rack::TakeCard},
     {"input", 2, true, &Rack::QueueInput},    {"refuse", 2, true, &Rack::ArmFault},
     {"garble", 2, true, &Rack::ArmFault},     {"vanish", 2, true, &Rack::ArmFault},
-    {"drop", 2, true, &Rack::ArmFault},       {"delay", 2, true, &Rack::ArmFault},
+    {"drop", 2, true, &Rack::ArmFault},       {"late", 2, true, &Rack::ArmFault},
     {"heal", 1, true, &Rack::Heal},           {"exchanges", 1, true, &Rack::CountExchanges},
     {"traffic", 1, true, &Rack::ShowTraffic}, {"clear", 1, true, &Rack::ClearTraffic},
     {"record", 2, false, &Rack::Record},      {"swipe", 2, true, &Rack::Swipe, true},
@@ -339,7 +339,7 @@ bool Rack::ArmFault(const Words& words, std::string& reply) {
   if (words[0] == "refuse") faults.RefuseAt(exchange);
   if (words[0] == "garble") faults.GarbleAt(exchange);
   if (words[0] == "drop") faults.DropAt(exchange);
-  if (words[0] == "delay") faults.DelayAt(exchange);
+  if (words[0] == "late") faults.DelayAt(exchange);
   if (words[0] == "vanish") faults.VanishAt(exchange);
   return true;
 }

@@ -23,7 +23,7 @@
 //   refuse N               the Nth feature-report exchange from here on is refused
 //   garble N               its bits arrive turned over
 //   drop N                 a command is taken but not run; a fetch brings nothing
-//   delay N                the fetch, or that of the command, brings what the fetch before brought
+//   late N                 the fetch, or that of the command, brings what the fetch before brought
 //   vanish N               the device is gone from there on
 //   heal                   forgets every fault, a vanished device is back, and exchanges count from 0 again
 //   exchanges              the reply is the count of exchanges since the device was plugged or healed

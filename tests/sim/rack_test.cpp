@@ -139,7 +139,7 @@ TEST_F(RackTest, MagneticStripeReadersAndSonarSensorsAreDevicesToo) {
   EXPECT_EQ(0x45, Ask(2, 0, 0x8F).at(2));
   Do("drop 1");
   EXPECT_EQ(0x45, Ask(2, 0, 0x8F).at(2));
-  Do("delay 2");
+  Do("late 2");
   Do("range 14");
   EXPECT_EQ(0x45, Ask(2, 0, 0x8F).at(2));
 }
