@@ -16,6 +16,8 @@
 #include "api.h"
 #include "core/front/load.h"
 #include "core/state.h"
+#include "sim/devices/magstripe.h"
+#include "sim/devices/sonar.h"
 #include "tests/support/serial_reader.h"
 
 namespace tavlyn::test {
@@ -169,6 +171,14 @@ class EveryExport : public SerialBench, public ::testing::WithParamInterface<Sit
     model->QueueInput({1, 5});
     Connected(std::move(model));
   }
+  void ConnectOther(std::shared_ptr<sim::HidDevice> model, std::uint32_t kind) {
+    Plug(std::move(model));
+    SetDevTypeSrch(0);
+    SetConnectProduct(kind);
+    EXPECT_EQ(USBConnect(nullptr), 1U);
+    EXPECT_EQ(GetProduct(), kind);
+    LetTimePass();
+  }
   void ConnectSerially(std::shared_ptr<Reader> model, bool ascii) {
     AddReader(std::move(model));
     ReadCfg();
@@ -213,6 +223,9 @@ const Situation kSituations[] = {
     {"NumberedReports", [](EveryExport& test) { test.ConnectTo(Reader::Kelda()); }},
     {"SerialReader", [](EveryExport& test) { test.ConnectSerially(Reader::Plain(), false); }},
     {"AsciiReader", [](EveryExport& test) { test.ConnectSerially(Reader::Plain(), true); }},
+    {"Magstripe",
+     [](EveryExport& test) { test.ConnectOther(std::make_shared<sim::Magstripe>(), kMagstripe); }},
+    {"Sonar", [](EveryExport& test) { test.ConnectOther(std::make_shared<sim::Sonar>(), kSonar); }},
 };
 
 INSTANTIATE_TEST_SUITE_P(Situations, EveryExport, ::testing::ValuesIn(kSituations),
