@@ -141,10 +141,10 @@ TEST_F(TavlynctlSecure, AReadThatFailsLeavesNoFile) {
   // Found out from a good run, so that the connect may take as many exchanges as it likes.
   const auto ended = Run("", {"typed exchanges; ctl ble save good.hwg; typed exchanges", "true"});
   ASSERT_EQ(0, ended[0].status) << ended[0].err;
-  std::istringstream told(simulatorTold_);
   int before = 0;
   int behind = 0;
-  told >> before >> behind;
+  ASSERT_EQ(2, std::sscanf(simulatorTold_.c_str(), "tavlynsim: %d tavlynsim: %d", &before, &behind))
+      << simulatorTold_;
   ASSERT_GT(behind, before + 100) << simulatorTold_;
   const auto failed = Run("", {"typed 'refuse " + std::to_string(behind - before - 50) +
                                    "'; typed exchanges; " + "ctl ble save bad.hwg",
