@@ -1,4 +1,5 @@
-// A carrier that a loop serves: polled for, called when something may have come, never waiting by itself.
+// A carrier of a device's line that a loop serves: polled for, called when something may have come, never
+// waiting by itself.
 #pragma once
 
 #include <poll.h>
@@ -7,6 +8,8 @@
 #include <optional>
 #include <vector>
 
+#include "sim/carriers/paced_line.h"
+
 namespace tavlyn::sim {
 
 class Served {
@@ -14,6 +17,7 @@ class Served {
   using Clock = std::chrono::steady_clock;
 
   virtual ~Served() = default;
+  virtual LineManner& Manner() = 0;
   virtual void AddTo(std::vector<pollfd>& polled) const = 0;
   // When Serve has something to do even if nothing comes; none: only then.
   [[nodiscard]] virtual std::optional<Clock::time_point> NextDue() const = 0;
