@@ -49,6 +49,15 @@ std::optional<LinePlace> ParseLinePlace(const std::string& text) {
   return small.starts_with("com") ? ParseCom(small) : ParseAddress(small);
 }
 
+// A port is one port whatever is spoken on it; an address is one adapter whatever its port.
+bool Collide(const LinePlace& one, const LinePlace& other) {
+  const auto isCom = [](const LinePlace& place) {
+    return place.kind == LineKind::kCom || place.kind == LineKind::kComAscii;
+  };
+  if (isCom(one) && isCom(other)) return one.number == other.number;
+  return one.kind == other.kind && one.ip == other.ip;
+}
+
 std::unique_ptr<FaultyLine> MakeLine(const LinePlace& place, std::shared_ptr<Reader> reader) {
   switch (place.kind) {
     case LineKind::kComAscii: return std::make_unique<ReaderAscii>(std::move(reader));

@@ -23,6 +23,9 @@ struct LinePlace {
 // com3, com3:ascii, 127.0.0.1:10001, bulk. Letters of either case.
 std::optional<LinePlace> ParseLinePlace(const std::string& text);
 
+// Two devices cannot hang there at once.
+bool Collide(const LinePlace& one, const LinePlace& other);
+
 // The reader's side of such a line.
 std::unique_ptr<FaultyLine> MakeLine(const LinePlace& place, std::shared_ptr<Reader> reader);
 

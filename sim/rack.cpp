@@ -151,9 +151,16 @@ bool Rack::Choose(Words& words) {
   return there;
 }
 
+bool Rack::IsTaken(const LinePlace& place) const {
+  return std::ranges::any_of(slots_, [&](const auto& slot) {
+    return slot->line != nullptr && slot->Present() && Collide(slot->place, place);
+  });
+}
+
 bool Rack::Plug(const Words& words, std::string& reply) {
   const auto word = ParseDevice(words[1]);
   if (!word) return Fail(reply, words[1] + ": no such kind of device");
+  if (word->line && IsTaken(*word->line)) return Fail(reply, words[1] + ": there is one already");
   auto slot = std::make_unique<Slot>();
   slot->word = words[1];
   slot->reader = MakeReader(*word);

@@ -93,6 +93,7 @@ class Rack {
   bool ClearTraffic(const Words& words, std::string& reply);
   bool Record(const Words& words, std::string& reply);
 
+  [[nodiscard]] bool IsTaken(const LinePlace& place) const;
   // Takes a leading #NUMBER off the words and says whether that device exists.
   bool Choose(Words& words);
   [[nodiscard]] const Place* Find(int number) const;

@@ -4,7 +4,9 @@
 
 #include <poll.h>
 
+#include <algorithm>
 #include <chrono>
+#include <cstdint>
 #include <optional>
 #include <vector>
 
@@ -24,5 +26,20 @@ class Served {
   // Does what can be done at once.
   virtual void Serve() = 0;
 };
+
+using DueTime = std::optional<Served::Clock::time_point>;
+
+// The sooner of two, where there is one.
+inline DueTime Sooner(DueTime one, DueTime other) {
+  if (!one || !other) return one ? one : other;
+  return std::min(*one, *other);
+}
+
+// For poll(): 0 when it is due, -1 when nothing is.
+inline int PollTimeout(DueTime due) {
+  if (!due) return -1;
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(*due - Served::Clock::now());
+  return static_cast<int>(std::max<std::int64_t>(left.count(), 0));
+}
 
 }  // namespace tavlyn::sim

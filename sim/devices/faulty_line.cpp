@@ -1,6 +1,7 @@
 #include "sim/devices/faulty_line.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 namespace tavlyn::sim {
@@ -30,6 +31,11 @@ void FaultyLine::Send(std::span<const std::uint8_t> bytes) {
     piece.push_back(byte);
   }
   if (!piece.empty()) out_.push_back(std::move(piece));
+}
+
+void FaultyLine::PassOn(ByteDevice& behind) {
+  std::array<std::uint8_t, 64> piece;
+  while (const std::size_t count = behind.Take(piece)) Send(std::span(piece).first(count));
 }
 
 void FaultyLine::Flood(std::size_t bytes) {

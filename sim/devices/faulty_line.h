@@ -33,6 +33,8 @@ class FaultyLine : public ByteDevice {
   virtual void TakeByte(std::uint8_t byte) = 0;
   // One piece of an answer.
   void Send(std::span<const std::uint8_t> bytes);
+  // All that a line behind this one has to say.
+  void PassOn(ByteDevice& behind);
 
  private:
   using Piece = std::deque<std::uint8_t>;
