@@ -1,4 +1,4 @@
-#include "sim/carriers/hidapi/socket_source.h"
+#include "sim/carriers/socket_source.h"
 
 #include <unistd.h>
 
