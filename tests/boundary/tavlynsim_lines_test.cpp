@@ -60,6 +60,9 @@ TEST(TavlynsimLines, OrdersActOnTheLine) {
   const Ended slow =
       RunLine(kRun + "--serial COM3 --do 'card 3412:26' --do 'delay 20' --do 'slow 2'" + kReader + " com 3");
   EXPECT_EQ(kCard + kCard, slow.out) << slow.err;
+  const Ended later = RunLine("echo plug reader@com5 | " + kRun +
+                              "--interactive -- sh -c 'sleep 0.3; ls ${TAVLYNSIM_SOCKET%/socket}'");
+  EXPECT_EQ("com5\nsocket\n", later.out) << later.err;
   EXPECT_EQ(1, RunLine(kRun + "--do 'slow 2' -- true").status);
 }
 

@@ -85,11 +85,9 @@ class Simulation {
     std::string problem;
     const bool onUhid = options_.carrier == Carrier::kUhid;
     if (onUhid && !uhid_.Start(problem)) return Fail(kCannotSimulate, problem);
-    const std::vector<ListedLine> lines = desk_.Lines();
-    if (onUhid && lines.empty()) return 0;
     if (!server_.Open()) return Fail(kCannotSimulate, std::strerror(errno));
     if (!onUhid && !ShowHid(variables, problem)) return Fail(kCannotSimulate, problem);
-    return lines.empty() || ShowLines(lines, variables, problem) ? 0 : Fail(kCannotSimulate, problem);
+    return ShowLines(variables, problem) ? 0 : Fail(kCannotSimulate, problem);
   }
 
   bool ShowHid(Child::Variables& variables, std::string& problem) {
@@ -101,25 +99,29 @@ class Simulation {
   }
 
   // A user's own port folder is used where one is set, so that programs started elsewhere see the ports too.
-  bool ShowLines(const std::vector<ListedLine>& lines, Child::Variables& variables, std::string& problem) {
+  bool ShowLines(Child::Variables& variables, std::string& problem) {
     const char* chosen = std::getenv(kPortFolderVariable);
     const std::string ports = chosen != nullptr ? chosen : server_.Folder();
     if (!lines_.Start(ports, problem)) return false;
-    for (const ListedLine& line : lines) {
-      Child::Variables needed;
-      if (line.place.kind == LineKind::kBulk) {
-        const auto library = UsbStandin(problem);
-        if (!library) return false;
-        needed = {{kLibusbVariable, *library}, {wire::kSocketVariable, server_.SocketPath()}};
-      } else if (line.place.kind != LineKind::kEthernet) {
-        needed = {{kPortFolderVariable, ports}};
-      }
+    for (const ListedLine& line : desk_.Lines()) {
+      const auto needed = NeededFor(line.place, ports, problem);
+      if (!needed) return false;
       std::string way;
-      for (const auto& [name, value] : needed) way += name + "=" + value + " ";
+      for (const auto& [name, value] : *needed) way += name + "=" + value + " ";
       std::fprintf(stderr, "tavlynsim: %s%s\n", way.c_str(), ReachedBy(line.place).c_str());
-      variables.insert(variables.end(), needed.begin(), needed.end());
+      variables.insert(variables.end(), needed->begin(), needed->end());
     }
     return true;
+  }
+
+  // The variables by which programs reach a line; none, with the problem, when they cannot.
+  std::optional<Child::Variables> NeededFor(const LinePlace& place, const std::string& ports,
+                                            std::string& problem) const {
+    if (place.kind == LineKind::kEthernet) return Child::Variables{};
+    if (place.kind != LineKind::kBulk) return Child::Variables{{kPortFolderVariable, ports}};
+    const auto library = UsbStandin(problem);
+    if (!library) return std::nullopt;
+    return Child::Variables{{kLibusbVariable, *library}, {wire::kSocketVariable, server_.SocketPath()}};
   }
 
   // One turn of the loop; a status once the command has ended.
