@@ -44,17 +44,11 @@ bool Magstripe::TakeReport(Payload report) {
 
 MagstripeLine::MagstripeLine(std::shared_ptr<Magstripe> reader) : reader_(std::move(reader)) {}
 
-void MagstripeLine::Receive(std::span<const std::uint8_t> bytes) {
-  for (std::uint8_t byte : bytes) {
-    const Fault fault = faults.Next();
-    if (fault == Fault::kVanish) return;
-    if (fault == Fault::kRefuse || fault == Fault::kDrop) continue;
-    if (fault == Fault::kGarble) Garble({&byte, 1});
-    if (byte == kEnd) {
-      Run();
-    } else if (byte != 0) {
-      command_ += static_cast<char>(byte);
-    }
+void MagstripeLine::TakeByte(std::uint8_t byte) {
+  if (byte == kEnd) {
+    Run();
+  } else if (byte != 0) {
+    command_ += static_cast<char>(byte);
   }
 }
 
@@ -69,21 +63,7 @@ void MagstripeLine::Run() {
     reply.fill(0);
     std::copy_n(answer->begin(), std::min(answer->size(), reply.size()), reply.begin());
   }
-  for (std::uint8_t byte : reply) {
-    const Fault fault = faults.Next();
-    if (fault == Fault::kVanish) return;
-    if (fault == Fault::kRefuse || fault == Fault::kDrop) continue;
-    if (fault == Fault::kGarble) Garble({&byte, 1});
-    out_.push_back(byte);
-  }
-}
-
-std::size_t MagstripeLine::Take(std::span<std::uint8_t> bytes) {
-  const std::size_t count = std::min(bytes.size(), out_.size());
-  const auto end = out_.begin() + static_cast<std::ptrdiff_t>(count);
-  std::copy(out_.begin(), end, bytes.begin());
-  out_.erase(out_.begin(), end);
-  return count;
+  Send(reply);
 }
 
 }  // namespace tavlyn::sim

@@ -5,13 +5,11 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <memory>
 #include <span>
 #include <string>
 
-#include "sim/devices/device.h"
-#include "sim/devices/faults.h"
+#include "sim/devices/faulty_line.h"
 #include "sim/devices/magstripe_state.h"
 #include "sim/devices/model.h"
 
@@ -35,22 +33,18 @@ class Magstripe final : public Model {
 };
 
 // The same reader's serial side: a command is what stands in front of a carriage return, zeros aside.
-class MagstripeLine final : public ByteDevice {
+class MagstripeLine final : public FaultyLine {
  public:
   explicit MagstripeLine(std::shared_ptr<Magstripe> reader);
 
-  // Counted per byte, in both directions; the reader's own faults act on its feature reports only.
-  Faults faults;
-
-  void Receive(std::span<const std::uint8_t> bytes) override;
-  std::size_t Take(std::span<std::uint8_t> bytes) override;
+  void Silence() override { command_.clear(); }
 
  private:
+  void TakeByte(std::uint8_t byte) override;
   void Run();
 
   std::shared_ptr<Magstripe> reader_;
   std::string command_;
-  std::deque<std::uint8_t> out_;
 };
 
 }  // namespace tavlyn::sim
