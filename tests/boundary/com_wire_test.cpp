@@ -96,7 +96,7 @@ TEST_F(ComWire, RefusalIsNoReader) {
 
 // 40 ms to a byte: slower than 300 baud, and still within the time-outs.
 TEST_F(ComWire, SlowReaderIsAReader) {
-  Answering slow({0x04, 1, 2, 3, 4, 0x90, 0x00});
+  Answering slow(kPingAnswer);
   const PortDevice device(ports_, 3, slow, {1, Milliseconds(40)});
   EXPECT_EQ(0u, ConnectQuickly(3)) << "the configuration is not that of a reader";
   EXPECT_EQ(1, CALL(library_, GetDevCnt)());

@@ -85,7 +85,7 @@ Descriptor Bound(int type, Ip ip, std::uint16_t port) {
 
 Descriptor Listening(Ip ip) {
   Descriptor bound = Bound(SOCK_STREAM, ip, 0);
-  Checked(listen(bound.get(), 8), "listen");
+  Checked(listen(bound.get(), 1024), "listen");
   return bound;
 }
 

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <memory>
 #include <string>
 
@@ -25,6 +27,8 @@ class Wire : public testing::Test {
     SetVariable("TAVLYNAPI_LOGGING", nullptr);
     library_.Standin("reset");
     CALL(library_, SetConnectProduct)(1);
+    connectsBefore_ = Connects();
+    datagramsBefore_ = Datagrams();
   }
   void TearDown() override { CALL(library_, USBDisconnect)(); }
 
@@ -51,12 +55,34 @@ class Wire : public testing::Test {
     return name.data();
   }
 
+  // Since the test has begun, in the whole process.
+  [[nodiscard]] int NewConnects() const { return Connects() - connectsBefore_; }
+  [[nodiscard]] int NewDatagrams() const { return Datagrams() - datagramsBefore_; }
+
   PortFolder ports_;
   Library library_;
   std::uint32_t did_ = kNotWritten;
   std::shared_ptr<sim::Reader> reader_ = sim::Reader::Plain();
   sim::ReaderFa line_{reader_};
+
+ private:
+  int connectsBefore_ = 0;
+  int datagramsBefore_ = 0;
 };
+
+// To a ping, and to every other frame.
+inline const Bytes kPingAnswer{0x04, 1, 2, 3, 4, 0x90, 0x00};
+
+// What an adapter at this address answers when it is asked for its kind.
+inline Bytes DiscoveryReply(Ip ip) {
+  Bytes reply(128);
+  const std::string head = std::string("RFIDDISC\x02\x00\xF4\xF0\xF2\xF0", 14) + "-Kestrin/Wedge";
+  std::copy(head.begin(), head.end(), reply.begin());
+  const Bytes mac{0x7C, 0x31, 0xA6, 0x44, 0x55, 0x66};
+  std::copy(mac.begin(), mac.end(), reply.begin() + 29);
+  std::copy(ip.begin(), ip.end(), reply.begin() + 36);
+  return reply;
+}
 
 inline void ExpectTime(int expected, int took, int line = __builtin_LINE()) {
   EXPECT_GE(took, expected - kEarly) << "line " << line;
