@@ -47,6 +47,10 @@ class ByteDevice {
   virtual void Receive(std::span<const std::uint8_t> bytes) = 0;
   // Takes up to bytes.size() bytes of what the device has sent; the count taken.
   virtual std::size_t Take(std::span<std::uint8_t> bytes) = 0;
+  // The line was quiet for long, or the other side has hung up: an unfinished command is dropped.
+  virtual void Silence() {}
+  // True once for each time that the device has cut the line, behind all that it sent before.
+  virtual bool TakeCut() { return false; }
 };
 
 }  // namespace tavlyn::sim

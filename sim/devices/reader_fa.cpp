@@ -219,16 +219,6 @@ bool Refuses(const ReaderState& state, const FaRow* row, Frame frame) {
 
 ReaderFa::ReaderFa(std::shared_ptr<Reader> reader) : reader_(std::move(reader)) {}
 
-void ReaderFa::Receive(std::span<const std::uint8_t> bytes) {
-  for (std::uint8_t byte : bytes) {
-    const Fault fault = faults.Next();
-    if (fault == Fault::kVanish) return Silence();
-    if (fault == Fault::kRefuse) continue;
-    if (fault == Fault::kGarble) Garble({&byte, 1});
-    TakeByte(byte);
-  }
-}
-
 void ReaderFa::Silence() {
   phase_ = Phase::kIdle;
   frame_.clear();
@@ -287,29 +277,10 @@ void ReaderFa::Run() {
   Silence();
 }
 
-void ReaderFa::Send(std::span<const std::uint8_t> bytes) {
-  for (std::uint8_t byte : bytes) {
-    const Fault fault = faults.Next();
-    if (fault == Fault::kVanish) return;
-    if (fault == Fault::kRefuse) continue;
-    if (fault == Fault::kGarble) Garble({&byte, 1});
-    out_.push_back(byte);
-  }
-}
-
 void ReaderFa::SendStatus(std::uint16_t status) {
   const std::array<std::uint8_t, 2> bytes{static_cast<std::uint8_t>(status >> 8),
                                           static_cast<std::uint8_t>(status & 0xFF)};
   Send(bytes);
-}
-
-std::size_t ReaderFa::Take(std::span<std::uint8_t> bytes) {
-  if (faults.Vanished()) return 0;
-  const std::size_t count = std::min(bytes.size(), out_.size());
-  const auto end = out_.begin() + static_cast<std::ptrdiff_t>(count);
-  std::copy(out_.begin(), end, bytes.begin());
-  out_.erase(out_.begin(), end);
-  return count;
 }
 
 }  // namespace tavlyn::sim

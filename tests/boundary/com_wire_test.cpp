@@ -1,8 +1,6 @@
 // Readers on real pseudo-terminals.
 #include <algorithm>
 #include <array>
-#include <atomic>
-#include <cstring>
 
 #include "tests/boundary/wire.h"
 
@@ -22,7 +20,7 @@ class ComWire : public Wire {
 };
 
 TEST_F(ComWire, PortConnectFindsItsReader) {
-  const PortDevice device(ports_, 3, line_);
+  PortDevice device(ports_, 3, line_);
   ASSERT_EQ(1u, ConnectToPort(3));
   EXPECT_EQ(reader_->state.did, did_);
   EXPECT_EQ(1, CALL(library_, GetDevCnt)());
@@ -34,12 +32,12 @@ TEST_F(ComWire, PortConnectFindsItsReader) {
 }
 
 TEST_F(ComWire, CardOnASerialReader) {
-  const PortDevice device(ports_, 3, line_);
+  PortDevice device(ports_, 3, line_);
   ASSERT_EQ(1u, ConnectQuickly(3));
   std::array<std::uint8_t, 32> id{};
   const auto read = CALL(library_, GetActiveID32);
   EXPECT_EQ(0, read(id.data(), 32));
-  reader_->PutCard({1, 2, 3}, 20);
+  device.With([&] { reader_->PutCard({1, 2, 3}, 20); });
   Pause(Milliseconds(270));
   EXPECT_EQ(20, read(id.data(), 32));
   EXPECT_EQ(0x030201, id[0] | id[1] << 8 | id[2] << 16);
@@ -49,9 +47,9 @@ TEST_F(ComWire, RangeConnectFindsEveryReader) {
   const auto second = sim::Reader::Plus(2);
   sim::ReaderFa secondLine(second);
   Answering silent({});
-  const PortDevice none(ports_, 2, silent);
-  const PortDevice first(ports_, 4, line_);
-  const PortDevice last(ports_, 256, secondLine);
+  PortDevice none(ports_, 2, silent);
+  PortDevice first(ports_, 4, line_);
+  PortDevice last(ports_, 256, secondLine);
   ports_.AddFile(5, "/dev/null");
   CALL(library_, SetComSrchRange)(256, 2);
   EXPECT_EQ(1u, CALL(library_, ComConnect)(&did_));
@@ -62,7 +60,7 @@ TEST_F(ComWire, RangeConnectFindsEveryReader) {
 }
 
 TEST_F(ComWire, PortOutsideTheRangeIsNotTouched) {
-  const PortDevice device(ports_, 9, line_);
+  PortDevice device(ports_, 9, line_);
   EXPECT_EQ(0u, CALL(library_, ComConnect)(&did_));
   EXPECT_EQ(kNotWritten, did_);
   EXPECT_EQ(0, line_.faults.Exchanges());
@@ -70,7 +68,7 @@ TEST_F(ComWire, PortOutsideTheRangeIsNotTouched) {
 
 TEST_F(ComWire, SilentPortCostsTwoPings) {
   Answering silent({});
-  const PortDevice device(ports_, 3, silent);
+  PortDevice device(ports_, 3, silent);
   ExpectTime(kSilentPort, TimeOf([&] { EXPECT_EQ(0u, ConnectToPort(3)); }));
   EXPECT_EQ(kNotWritten, did_);
 }
@@ -84,20 +82,20 @@ TEST_F(ComWire, WhatIsNoPortCostsNothing) {
 
 TEST_F(ComWire, NoiseIsNoReader) {
   Flooding noise;
-  const PortDevice device(ports_, 3, noise);
+  PortDevice device(ports_, 3, noise);
   ExpectTime(2 * 50, TimeOf([&] { EXPECT_EQ(0u, ConnectToPort(3)); }));
 }
 
 TEST_F(ComWire, RefusalIsNoReader) {
   Answering refusing({0x6D, 0x00});
-  const PortDevice device(ports_, 3, refusing);
+  PortDevice device(ports_, 3, refusing);
   ExpectTime(2 * 50, TimeOf([&] { EXPECT_EQ(0u, ConnectToPort(3)); }));
 }
 
 // 40 ms to a byte: slower than 300 baud, and still within the time-outs.
 TEST_F(ComWire, SlowReaderIsAReader) {
   Answering slow(kPingAnswer);
-  const PortDevice device(ports_, 3, slow, {1, Milliseconds(40)});
+  PortDevice device(ports_, 3, slow, {.betweenBytes = Milliseconds(40)});
   EXPECT_EQ(0u, ConnectQuickly(3)) << "the configuration is not that of a reader";
   EXPECT_EQ(1, CALL(library_, GetDevCnt)());
 }
@@ -105,13 +103,14 @@ TEST_F(ComWire, SlowReaderIsAReader) {
 // An answer that breaks off ends after the time for its missing bytes.
 TEST_F(ComWire, HalfAnAnswerIsNoReader) {
   Answering broken({0x04, 1, 2});
-  const PortDevice device(ports_, 3, broken);
+  PortDevice device(ports_, 3, broken);
   // Four bytes are waited for; the second ping finds the line empty again.
   ExpectTime(2 * (50 + 512), TimeOf([&] { EXPECT_EQ(0u, ConnectToPort(3)); }));
 }
 
 TEST_F(ComWire, LineThatHangsUpInAConnect) {
-  const PortDevice device(ports_, 3, line_, {.closesAfter = 40});
+  line_.CutAfter(40);
+  PortDevice device(ports_, 3, line_);
   const int took = TimeOf([&] { EXPECT_EQ(0u, ConnectToPort(3)); });
   EXPECT_LT(took, 2000);
   EXPECT_EQ(1, CALL(library_, GetDevCnt)());
@@ -122,7 +121,7 @@ TEST_F(ComWire, LineThatHangsUpInAConnect) {
 }
 
 TEST_F(ComWire, EveryTimeoutSetIsInForce) {
-  const PortDevice device(ports_, 3, line_);
+  PortDevice device(ports_, 3, line_);
   ASSERT_EQ(1u, ConnectQuickly(3));
   ExpectTime(500 + 3 * 20, TimeOfRead(20, 0));
   std::uint8_t bytes[40];
@@ -135,7 +134,7 @@ TEST_F(ComWire, EveryTimeoutSetIsInForce) {
 }
 
 TEST_F(ComWire, SilenceBehindAByteEndsARead) {
-  const PortDevice device(ports_, 3, line_);
+  PortDevice device(ports_, 3, line_);
   ASSERT_EQ(1u, ConnectQuickly(3));
   // The reader's echo of a command, and nothing behind it: 750 ms of silence come before the whole 1100 ms.
   line_.faults.AnswerWith({0x0C, 0x06}, {0x0C, 0x07});
@@ -144,7 +143,7 @@ TEST_F(ComWire, SilenceBehindAByteEndsARead) {
 }
 
 TEST_F(ComWire, RawBytesPass) {
-  const PortDevice device(ports_, 3, line_);
+  PortDevice device(ports_, 3, line_);
   ASSERT_EQ(1u, ConnectQuickly(3));
   ASSERT_EQ(5u, CALL(library_, WriteSerialPort)("\xFA\x04\x00\x00\x04", 5));
   Bytes bytes(7);
@@ -157,7 +156,7 @@ TEST_F(ComWire, RawBytesPass) {
 }
 
 TEST_F(ComWire, BaudCode) {
-  const PortDevice device(ports_, 3, line_);
+  PortDevice device(ports_, 3, line_);
   ASSERT_EQ(1u, ConnectQuickly(3));
   EXPECT_EQ(1u, CALL(library_, WriteBaudRate)(5));
   EXPECT_EQ(5u, CALL(library_, ReadBaudRate)());
@@ -165,7 +164,7 @@ TEST_F(ComWire, BaudCode) {
 }
 
 TEST_F(ComWire, DisconnectedPortCanBeOpenedAgain) {
-  const PortDevice device(ports_, 3, line_);
+  PortDevice device(ports_, 3, line_);
   ASSERT_EQ(1u, ConnectQuickly(3));
   EXPECT_EQ(1u, CALL(library_, ComDisconnect)());
   EXPECT_EQ(0u, CALL(library_, ComDisconnect)());
@@ -173,107 +172,58 @@ TEST_F(ComWire, DisconnectedPortCanBeOpenedAgain) {
   EXPECT_EQ(1u, ConnectQuickly(3));
 }
 
-// A reader of the text dialect. It answers the probe of the other dialect and refuses all else there.
-class TextReader final : public sim::ByteDevice {
- public:
-  std::atomic<int> pieces = 0;
-  std::string hold = "1000";
-  std::string id = "{1F4,0,0,26;12AB}";
-
-  void Receive(std::span<const std::uint8_t> bytes) override {
-    ++pieces;
-    for (const std::uint8_t byte : bytes) {
-      if (byte == 0xFA || !frame_.empty()) {
-        TakeFrameByte(byte);
-      } else if (byte == '\r') {
-        Answer();
-      } else {
-        text_ += static_cast<char>(byte);
-      }
-    }
-  }
-  std::size_t Take(std::span<std::uint8_t> bytes) override {
-    const std::size_t count = std::min(bytes.size(), out_.size());
-    std::memcpy(bytes.data(), out_.data(), count);
-    out_.erase(0, count);
-    return count;
-  }
-
- private:
-  void TakeFrameByte(std::uint8_t byte) {
-    frame_ += static_cast<char>(byte);
-    if (frame_.size() < 5) return;
-    out_ += frame_ == "\xFA\x04\xED\xED\x04" ? std::string("\x04\x01\x00\x31\x74\x90\x00", 7)
-                                             : std::string("\x6D\x00", 2);
-    frame_.clear();
-  }
-  void Answer() {
-    if (text_ == "RFID:VAR") {
-      out_ += "RFID:time.hold=" + hold + "\r\nRFID:chr.eol='\\x0D'\r\nRFID:op.sdk=True\r\nRFID:chr.1='A'\r\n";
-      out_ += "RFID:dev.luid=0x1A\r\n" + std::string(700, '.') + "\r\nOrvantis>";
-    } else if (text_ == "RFID:DEV.VER") {
-      out_ += "\r\n{7.4.3}\r\nOrvantis>";
-    } else if (text_ == "RFID:QID.ID") {
-      out_ += "\r\n" + id + "\r\nOrvantis>";
-    }
-    text_.clear();
-  }
-
-  std::string frame_;
-  std::string text_;
-  std::string out_;
-};
-
 class AsciiWire : public ComWire {
  protected:
   void SetUp() override {
     Wire::SetUp();
-    ASSERT_EQ(0u, ConnectQuickly(3)) << "its configuration cannot be read in the usual dialect";
-    ASSERT_EQ(1, CALL(library_, GetDevCnt)());
+    ASSERT_EQ(1u, ConnectQuickly(3));
     ASSERT_EQ(1u, CALL(library_, UseAsciiCommandProtocol)(1));
   }
 
-  TextReader text_;
-  PortDevice device_{ports_, 3, text_};
+  TwoDialects both_{reader_};
+  PortDevice device_{ports_, 3, both_};
 };
 
 TEST_F(AsciiWire, ConfigurationAndCard) {
-  // Each of the two answers ends with 750 ms of silence.
-  const int paced = static_cast<int>(Slept().count());
+  device_.With([&] {
+    reader_->state.luid = 0x1A;
+    reader_->PutCard({0xAB, 0x12, 1, 0}, 26);
+  });
+  const auto before = Slept();
   const int took = TimeOf([&] { ASSERT_EQ(1u, CALL(library_, ReadCfg)()); });
-  ExpectTime(2 * 750 + static_cast<int>(Slept().count()) - paced, took);
+  // Each of the two answers ends with 750 ms of silence.
+  ExpectTime(2 * 750 + static_cast<int>((Slept() - before).count()), took);
+  EXPECT_EQ(0x1Au, CALL(library_, GetLUID)());
+  EXPECT_EQ(reader_->state.did, CALL(library_, GetDID)());
   tsTimeParms times{};
   EXPECT_EQ(1u, CALL(library_, GetTimeParms)(&times));
   EXPECT_EQ(1000, times.iIDHoldTO);
-  tsIDDispParms2 characters{};
-  EXPECT_EQ(1u, CALL(library_, GetIDDispParms2)(&characters));
-  EXPECT_EQ('A', characters.iLeadChr0);
-  EXPECT_EQ(0x743u, CALL(library_, GetDID)());
-  EXPECT_EQ(0x1Au, CALL(library_, GetLUID)());
 
+  Pause(Milliseconds(270));
   std::array<std::uint8_t, 8> id{};
   EXPECT_EQ(26, CALL(library_, GetActiveID)(id.data(), 8));
-  EXPECT_EQ(0xAB, id[0]);
-  EXPECT_EQ(0x12, id[1]);
+  EXPECT_EQ(0x0112AB, id[0] | id[1] << 8 | id[2] << 16);
 }
 
+// "\rRFID:QID.ID\r" is thirteen characters.
 TEST_F(AsciiWire, TextGoesOutInPairs) {
   const int before = SleepsOf(Milliseconds(1));
-  text_.pieces = 0;
+  device_.With([&] { both_.textPieces = 0; });
   std::array<std::uint8_t, 8> id{};
-  CALL(library_, GetActiveID)(id.data(), 8);
-  // "\rRFID:QID.ID\r" is thirteen characters.
+  Pause(Milliseconds(270));
+  EXPECT_EQ(0, CALL(library_, GetActiveID)(id.data(), 8)) << "no card";
   EXPECT_EQ(7, SleepsOf(Milliseconds(1)) - before);
-  EXPECT_GE(text_.pieces, 4) << "they did not arrive as they were sent";
+  device_.With([&] { EXPECT_GE(both_.textPieces, 4) << "they did not arrive as they were sent"; });
 }
 
 TEST_F(AsciiWire, AnswerThatBreaksOff) {
-  text_.id = "{1F4,0,0,26;12";
-  std::array<std::uint8_t, 8> id{};
+  device_.With([&] { both_.text.faults.AnswerWith({'Q', 'I', 'D'}, {'{', '1', ',', '2'}); });
   CALL(library_, SetSerialTimeouts)(0, 0, 0);
+  std::array<std::uint8_t, 8> id{};
+  Pause(Milliseconds(270));
   // 300 reads of a byte, most of them in vain for 11 ms, with 10 ms between them.
   const int took = TimeOf([&] { EXPECT_EQ(0, CALL(library_, GetActiveID)(id.data(), 8)); });
-  EXPECT_EQ(static_cast<std::uint32_t>(TAVLYN_ERR_ASCII_ANSWER), CALL(library_, GetLastLibErr)());
+  EXPECT_EQ(TAVLYN_ERR_ASCII_ANSWER, CALL(library_, GetLastLibErr)());
   EXPECT_GE(took, 300 * 10);
   EXPECT_LE(took, 300 * (10 + 11 + 2) + kLate);
 }

@@ -7,17 +7,21 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <functional>
-#include <limits>
 #include <map>
+#include <memory>
 #include <span>
 #include <string>
 #include <thread>
 #include <utility>
 #include <vector>
 
-#include "sim/devices/device.h"
+#include "sim/carriers/attendant.h"
+#include "sim/carriers/ethernet.h"
+#include "sim/carriers/pseudo_terminal.h"
+#include "sim/devices/faulty_line.h"
+#include "sim/devices/reader_ascii.h"
+#include "sim/devices/reader_fa.h"
 
 namespace tavlyn::boundary {
 
@@ -57,34 +61,40 @@ bool Readable(int descriptor, Milliseconds limit);
 std::string ReadUntilSilence(int descriptor, Milliseconds silence);
 void Send(int descriptor, const std::string& text);
 
-// How a far end hands out what its device answers.
-struct Manner {
-  std::size_t piece = std::numeric_limits<std::size_t>::max();  // bytes in one go
-  Milliseconds before{0};                                       // each piece
-  std::size_t closesAfter = std::numeric_limits<std::size_t>::max();
+// Bytes that no device made: the same answer to every frame, which is five bytes.
+class Answering final : public sim::FaultyLine {
+ public:
+  explicit Answering(Bytes answer) : answer_(std::move(answer)) {}
+  void Silence() override { taken_ = 0; }
+
+ private:
+  void TakeByte(std::uint8_t byte) override;
+
+  Bytes answer_;
+  int taken_ = 0;
 };
 
-// Bytes that no device made.
-class Answering final : public sim::ByteDevice {
+// A reader that speaks text and also reads by frames, by which readers are found.
+class TwoDialects final : public sim::ByteDevice {
  public:
-  // Answers every frame, which is five bytes.
-  explicit Answering(Bytes answer) : answer_(std::move(answer)) {}
+  explicit TwoDialects(const std::shared_ptr<sim::Reader>& reader) : text(reader), frames(reader) {}
+
+  sim::ReaderAscii text;
+  sim::ReaderFa frames;
+  int textPieces = 0;  // as they arrived
+
   void Receive(std::span<const std::uint8_t> bytes) override;
   std::size_t Take(std::span<std::uint8_t> bytes) override;
 
  private:
-  Bytes answer_;
-  std::size_t taken_ = 0;
-  std::deque<std::uint8_t> out_;
+  int frameBytes_ = 0;  // still to come
 };
 
-// Never stops talking once it was spoken to.
-class Flooding final : public sim::ByteDevice {
- public:
-  void Receive(std::span<const std::uint8_t> bytes) override { spoken_ = spoken_ || !bytes.empty(); }
-  std::size_t Take(std::span<std::uint8_t> bytes) override;
-
+// Answers the first byte with a million.
+class Flooding final : public sim::FaultyLine {
  private:
+  void TakeByte(std::uint8_t byte) override;
+
   bool spoken_ = false;
 };
 
@@ -101,9 +111,6 @@ class Thread {
   Descriptor stopWrite_;
   std::thread thread_;
 };
-
-// Moves bytes between a descriptor and a device until the other side is gone or `stop` is readable.
-void Serve(int descriptor, int stop, sim::ByteDevice& device, const Manner& manner);
 
 // A folder of COM ports, as long as it lives.
 class PortFolder {
@@ -127,27 +134,48 @@ class PortFolder {
 // A device on a COM port.
 class PortDevice {
  public:
-  PortDevice(PortFolder& folder, int number, sim::ByteDevice& device, Manner manner = {});
+  PortDevice(PortFolder& folder, int number, sim::ByteDevice& device, sim::LineManner manner = {});
+
+  // Runs a function while the device is left alone.
+  template <typename Function>
+  void With(Function function) {
+    attendant_.With(function);
+  }
 
  private:
-  Descriptor far_;
-  Thread thread_;
+  sim::PseudoTerminal port_;
+  Descriptor kept_;
+  sim::Attendant attendant_;
 };
 
 using Ip = std::array<std::uint8_t, 4>;
 
-// A device behind a TCP port of the loopback network that the system chose, one connection at a time.
+// A device behind an Ethernet adapter of the loopback network.
 class TcpDevice {
  public:
-  TcpDevice(sim::ByteDevice& device, Manner manner = {}, Ip ip = {127, 0, 0, 1});
+  TcpDevice(Ip ip, sim::ByteDevice& device, sim::LineManner manner = {},
+            sim::MacAddress mac = sim::kWedgeMac);
+  [[nodiscard]] std::uint16_t Port() const { return adapter_.Port(); }
+
+  template <typename Function>
+  void With(Function function) {
+    attendant_.With(function);
+  }
+
+ private:
+  sim::EthernetCarrier adapter_;
+  sim::Attendant attendant_;
+};
+
+// A TCP port whose connections nobody looks at, for thousands of them.
+class DeafPort {
+ public:
+  DeafPort();
   [[nodiscard]] std::uint16_t Port() const { return port_; }
-  [[nodiscard]] int Accepted() const { return accepted_; }
 
  private:
   Descriptor listener_;
-  std::uint16_t port_ = 0;
-  std::atomic<int> accepted_ = 0;
-  Thread thread_;
+  std::uint16_t port_;
 };
 
 // A TCP port at which nobody listens.

@@ -2,8 +2,6 @@
 #include <fcntl.h>
 #include <netinet/in.h>
 #include <poll.h>
-#include <pthread.h>
-#include <signal.h>
 #include <sys/socket.h>
 #include <termios.h>
 #include <unistd.h>
@@ -25,7 +23,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int kForever = -1;
-constexpr std::size_t kFrameBytes = 5;
+constexpr int kFrameBytes = 5;
 
 int Checked(int result, const char* what) {
   if (result < 0) throw std::runtime_error(std::string(what) + ": " + std::strerror(errno));
@@ -38,32 +36,6 @@ bool WaitFor(int descriptor, int stop, int milliseconds) {
   return poll(both, 2, milliseconds) > 0 && both[1].revents == 0 && both[0].revents != 0;
 }
 
-bool WriteAll(int descriptor, std::span<const std::uint8_t> bytes, int stop) {
-  while (!bytes.empty()) {
-    pollfd both[2] = {{descriptor, POLLOUT, 0}, {stop, POLLIN, 0}};
-    if (poll(both, 2, kForever) <= 0 || both[1].revents != 0) return false;
-    const ssize_t count = write(descriptor, bytes.data(), bytes.size());
-    if (count < 0 && errno == EAGAIN) continue;
-    if (count <= 0) return false;
-    bytes = bytes.subspan(static_cast<std::size_t>(count));
-  }
-  return true;
-}
-
-// Hands out what the device has to say; false at the end of the conversation.
-bool Speak(int descriptor, int stop, sim::ByteDevice& device, const Manner& manner, std::size_t& said) {
-  std::array<std::uint8_t, 256> room{};
-  while (true) {
-    const std::size_t most = std::min({room.size(), manner.piece, manner.closesAfter - said});
-    if (most == 0) return false;
-    const std::size_t count = device.Take(std::span(room).first(most));
-    if (count == 0) return true;
-    if (manner.before.count() > 0 && Readable(stop, manner.before)) return false;
-    if (!WriteAll(descriptor, std::span(room).first(count), stop)) return false;
-    said += count;
-  }
-}
-
 sockaddr_in Native(Ip ip, std::uint16_t port) {
   sockaddr_in native{};
   native.sin_family = AF_INET;
@@ -72,20 +44,10 @@ sockaddr_in Native(Ip ip, std::uint16_t port) {
   return native;
 }
 
-void SetNonBlocking(int descriptor) {
-  fcntl(descriptor, F_SETFL, fcntl(descriptor, F_GETFL, 0) | O_NONBLOCK);
-}
-
 Descriptor Bound(int type, Ip ip, std::uint16_t port) {
   Descriptor bound(Checked(socket(AF_INET, type | SOCK_CLOEXEC, 0), "socket"));
   const sockaddr_in native = Native(ip, port);
   Checked(bind(bound.get(), reinterpret_cast<const sockaddr*>(&native), sizeof native), "bind");
-  return bound;
-}
-
-Descriptor Listening(Ip ip) {
-  Descriptor bound = Bound(SOCK_STREAM, ip, 0);
-  Checked(listen(bound.get(), 1024), "listen");
   return bound;
 }
 
@@ -136,23 +98,34 @@ void Send(int descriptor, const std::string& text) {
   }
 }
 
-void Answering::Receive(std::span<const std::uint8_t> bytes) {
-  for (taken_ += bytes.size(); taken_ >= kFrameBytes; taken_ -= kFrameBytes) {
-    out_.insert(out_.end(), answer_.begin(), answer_.end());
+void Answering::TakeByte(std::uint8_t) {
+  if (++taken_ < kFrameBytes) return;
+  taken_ = 0;
+  Send(answer_);
+}
+
+void TwoDialects::Receive(std::span<const std::uint8_t> bytes) {
+  constexpr std::uint8_t kClass = 0xFA;
+  for (const std::uint8_t& byte : bytes) {
+    if (frameBytes_ == 0 && byte == kClass) frameBytes_ = kFrameBytes;
+    if (frameBytes_ == 0) {
+      text.Receive({&byte, 1});
+    } else {
+      frames.Receive({&byte, 1});
+      --frameBytes_;
+    }
   }
+  if (frameBytes_ == 0) ++textPieces;
 }
 
-std::size_t Answering::Take(std::span<std::uint8_t> bytes) {
-  const std::size_t count = std::min(bytes.size(), out_.size());
-  std::copy_n(out_.begin(), count, bytes.begin());
-  out_.erase(out_.begin(), out_.begin() + static_cast<std::ptrdiff_t>(count));
-  return count;
+std::size_t TwoDialects::Take(std::span<std::uint8_t> bytes) {
+  const std::size_t count = frames.Take(bytes);
+  return count > 0 ? count : text.Take(bytes);
 }
 
-std::size_t Flooding::Take(std::span<std::uint8_t> bytes) {
-  if (!spoken_) return 0;
-  std::ranges::fill(bytes, std::uint8_t{0x55});
-  return bytes.size();
+void Flooding::TakeByte(std::uint8_t) {
+  if (!spoken_) Flood(1'000'000);
+  spoken_ = true;
 }
 
 Thread::Thread(std::function<void(int stop)> run) {
@@ -160,30 +133,12 @@ Thread::Thread(std::function<void(int stop)> run) {
   Checked(pipe2(ends, O_CLOEXEC), "pipe");
   stopRead_ = Descriptor(ends[0]);
   stopWrite_ = Descriptor(ends[1]);
-  thread_ = std::thread([run = std::move(run), stop = ends[0]] {
-    // A peer that has gone is no reason to end the program, but only here: the library sees to itself.
-    sigset_t pipe;
-    sigemptyset(&pipe);
-    sigaddset(&pipe, SIGPIPE);
-    pthread_sigmask(SIG_BLOCK, &pipe, nullptr);
-    run(stop);
-  });
+  thread_ = std::thread(std::move(run), ends[0]);
 }
 
 Thread::~Thread() {
   stopWrite_.Close();
   thread_.join();
-}
-
-void Serve(int descriptor, int stop, sim::ByteDevice& device, const Manner& manner) {
-  std::array<std::uint8_t, 256> room{};
-  std::size_t said = 0;
-  while (WaitFor(descriptor, stop, kForever)) {
-    const ssize_t count = read(descriptor, room.data(), room.size());
-    if (count <= 0) return;
-    device.Receive(std::span(room).first(static_cast<std::size_t>(count)));
-    if (!Speak(descriptor, stop, device, manner, said)) return;
-  }
 }
 
 PortFolder::PortFolder() {
@@ -223,24 +178,22 @@ void PortFolder::AddFile(int number, const std::string& target) {
   fs::create_symlink(target, PathOf(number));
 }
 
-PortDevice::PortDevice(PortFolder& folder, int number, sim::ByteDevice& device, Manner manner)
-    : far_(folder.AddPort(number)), thread_([this, &device, manner](int stop) {
-        SetNonBlocking(far_.get());
-        Serve(far_.get(), stop, device, manner);
-        far_.Close();
-      }) {}
+PortDevice::PortDevice(PortFolder& folder, int number, sim::ByteDevice& device, sim::LineManner manner)
+    : port_(device, folder.PathOf(number)),
+      kept_(Checked(open(folder.PathOf(number).c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC), "port")),
+      attendant_({&port_}) {
+  With([&] { port_.Manner() = manner; });
+}
 
-TcpDevice::TcpDevice(sim::ByteDevice& device, Manner manner, Ip ip)
-    : listener_(Listening(ip)),
-      port_(PortOf(listener_.get())),
-      thread_([=, this, &device](int stop) {
-        while (WaitFor(listener_.get(), stop, kForever)) {
-          const Descriptor accepted(accept4(listener_.get(), nullptr, nullptr, SOCK_CLOEXEC));
-          ++accepted_;
-          SetNonBlocking(accepted.get());
-          Serve(accepted.get(), stop, device, manner);
-        }
-      }) {}
+TcpDevice::TcpDevice(Ip ip, sim::ByteDevice& device, sim::LineManner manner, sim::MacAddress mac)
+    : adapter_(device, {mac, ip}, 0), attendant_({&adapter_}) {
+  if (!adapter_.IsPlugged()) throw std::runtime_error("no adapter");
+  With([&] { adapter_.Manner() = manner; });
+}
+
+DeafPort::DeafPort() : listener_(Bound(SOCK_STREAM, {127, 0, 0, 1}, 0)), port_(PortOf(listener_.get())) {
+  Checked(listen(listener_.get(), SOMAXCONN), "listen");
+}
 
 std::uint16_t ClosedTcpPort() {
   const Descriptor bound = Bound(SOCK_STREAM, {127, 0, 0, 1}, 0);

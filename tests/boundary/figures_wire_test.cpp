@@ -30,14 +30,15 @@ class FiguresWire : public Wire {
 };
 
 TEST_F(FiguresWire, ConfigurationReadOverAPort) {
-  const PortDevice device(ports_, 3, line_);
+  PortDevice device(ports_, 3, line_);
   ASSERT_EQ(1u, ConnectQuickly(3));
   EXPECT_LE(ReadOverPauses("a port", 3), kMostOverPauses);
 }
 
 TEST_F(FiguresWire, ConfigurationReadOverTcp) {
-  const TcpDevice device(line_);
-  ASSERT_EQ(1u, ConnectTo({127, 0, 0, 1}, device.Port()));
+  const Ip ip{127, 3, 1, 1};
+  const TcpDevice device(ip, line_);
+  ASSERT_EQ(1u, ConnectTo(ip, device.Port()));
   EXPECT_LE(ReadOverPauses("TCP", 1), kMostOverPauses);
 }
 
@@ -51,7 +52,7 @@ double CpuSeconds() {
 }
 
 TEST_F(FiguresWire, PollTenTimesASecond) {
-  const PortDevice device(ports_, 3, line_);
+  PortDevice device(ports_, 3, line_);
   ASSERT_EQ(1u, ConnectQuickly(3));
   std::array<std::uint8_t, 8> id{};
   const auto read = CALL(library_, GetActiveID);

@@ -82,7 +82,7 @@ TEST_F(RealLibusb, LoadsAndFindsNothing) {
   struct stat status {};
   ASSERT_EQ(0, stat(file.c_str(), &status));
   if (status.st_uid != 0) GTEST_SKIP() << file << " does not belong to root, and is not trusted";
-  const PortDevice device(ports_, 3, line_);
+  PortDevice device(ports_, 3, line_);
   CALL(library_, SetDevTypeSrch)(1);
   for (int time = 0; time < 3; ++time) {
     SkipSleeps(true);

@@ -4,43 +4,35 @@
 namespace tavlyn::boundary {
 namespace {
 
-constexpr Ip kHere{127, 0, 0, 1};
-constexpr std::uint16_t kDiscoveryPort = 11000;
-constexpr std::uint16_t kAdapterPort = 30718;
-
 // Where nobody tells a MAC address: 2 ms, 50 ms for the first question, ten times 50 ms for the second. It is
 // asked for by each of the two ways to connect.
 constexpr int kNoMac = 2 + 50 + 500;
-// Clearing the input, class byte, header, the wait for an answer: each read of nothing has five passes.
+constexpr int kMac = 2 + 50;
+// Clearing the input, class byte, header, the wait for an answer: a read of nothing has five passes.
 constexpr int kEmptyRead = 30 + 5 * 20;
 constexpr int kSilentPing = kEmptyRead + 20 + 20 + 50 + kEmptyRead;
+constexpr int kSilentPeer = 2 * kMac + 2 * kSilentPing;
 
+// Adapters answer on fixed ports, so each test has an address of its own.
 class TcpWire : public Wire {
  protected:
-  int TimeOfFailedConnect(std::uint16_t port) {
+  int TimeOfFailedConnect(Ip ip, std::uint16_t port) {
     return TimeOf([&] {
-      EXPECT_EQ(0u, ConnectTo(kHere, port));
+      EXPECT_EQ(0u, ConnectTo(ip, port));
       EXPECT_EQ(kNotWritten, did_);
     });
   }
 };
 
 TEST_F(TcpWire, ReaderBehindAnAdapter) {
-  const Ip ip{127, 0, 7, 1};
-  const TcpDevice device(line_, {}, ip);
-  const UdpPeer adapter(ip, kAdapterPort, [](const Bytes&) {
-    Bytes reply(30);
-    reply[3] = 0xF7;
-    const Bytes mac{0x00, 0x80, 0xA3, 0x11, 0x22, 0x33};
-    std::copy(mac.begin(), mac.end(), reply.begin() + 24);
-    return std::vector<Bytes>{reply};
-  });
+  const Ip ip{127, 3, 0, 1};
+  TcpDevice device(ip, line_, {}, sim::kOtherBridgeMac);
   ASSERT_EQ(1u, ConnectTo(ip, device.Port()));
   EXPECT_EQ(reader_->state.did, did_);
-  EXPECT_EQ("MAC:00:80:A3:11:22:33 TCP/IP:127.0.7.1;Port:" + std::to_string(device.Port()), Name());
-  EXPECT_EQ(1, device.Accepted());
+  EXPECT_EQ("MAC:00:80:A3:0A:0B:0C TCP/IP:127.3.0.1;Port:" + std::to_string(device.Port()), Name());
+  EXPECT_EQ(1, NewConnects());
 
-  reader_->PutCard({1, 2, 3}, 20);
+  device.With([&] { reader_->PutCard({1, 2, 3}, 20); });
   std::array<std::uint8_t, 32> id{};
   Pause(Milliseconds(270));
   EXPECT_EQ(20, CALL(library_, GetActiveID32)(id.data(), 32));
@@ -48,87 +40,92 @@ TEST_F(TcpWire, ReaderBehindAnAdapter) {
 }
 
 TEST_F(TcpWire, MacAddressByDiscovery) {
-  const Ip ip{127, 0, 7, 2};
+  const Ip ip{127, 3, 0, 2};
   Answering reader(kPingAnswer);
-  const TcpDevice device(reader, {}, ip);
-  const UdpPeer adapter(ip, kDiscoveryPort,
-                        [ip](const Bytes&) { return std::vector<Bytes>{DiscoveryReply(ip)}; });
+  const TcpDevice device(ip, reader);
   EXPECT_EQ(0u, ConnectTo(ip, device.Port())) << "a ping is all that it answers";
-  EXPECT_TRUE(Name().starts_with("MAC:7C:31:A6:44:55:66 ")) << Name();
+  EXPECT_TRUE(Name().starts_with("MAC:7C:31:A6:01:02:03 ")) << Name();
 }
 
-TEST_F(TcpWire, NobodyListens) { ExpectTime(2 * kNoMac, TimeOfFailedConnect(ClosedTcpPort())); }
+TEST_F(TcpWire, NobodyListens) {
+  const Ip ip{127, 0, 0, 1};
+  ExpectTime(2 * kNoMac, TimeOfFailedConnect(ip, ClosedTcpPort()));
+}
 
 TEST_F(TcpWire, PeerThatNeverAnswers) {
+  const Ip ip{127, 3, 0, 3};
   Answering silent({});
-  const TcpDevice device(silent);
-  ExpectTime(2 * kNoMac + 2 * kSilentPing, TimeOfFailedConnect(device.Port()));
-  Pause(Milliseconds(50));
-  EXPECT_EQ(2, device.Accepted()) << "text frames are tried too";
+  const TcpDevice device(ip, silent);
+  ExpectTime(kSilentPeer, TimeOfFailedConnect(ip, device.Port()));
+  EXPECT_EQ(2, NewConnects()) << "text frames are tried too";
 }
 
 TEST_F(TcpWire, PeerThatNeverStops) {
+  const Ip ip{127, 3, 0, 4};
   Flooding noise;
-  const TcpDevice device(noise);
-  const int took = TimeOfFailedConnect(device.Port());
-  EXPECT_GE(took, 2 * kNoMac);
-  EXPECT_LE(took, 2 * kNoMac + 2 * kSilentPing + kLate);
+  const TcpDevice device(ip, noise);
+  EXPECT_LE(TimeOfFailedConnect(ip, device.Port()), kSilentPeer + kLate);
+  EXPECT_EQ(0, CALL(library_, GetDevCnt)());
 }
 
 TEST_F(TcpWire, PeerThatClosesAtOnce) {
+  const Ip ip{127, 3, 0, 5};
   Answering device({0x04});
-  const TcpDevice peer(device, {.closesAfter = 0});
-  const int took = TimeOfFailedConnect(peer.Port());
-  EXPECT_LE(took, 2 * kNoMac + 2 * kSilentPing + kLate);
+  device.CutAfter(1);
+  const TcpDevice peer(ip, device);
+  EXPECT_LE(TimeOfFailedConnect(ip, peer.Port()), kSilentPeer + kLate);
+  EXPECT_EQ(0, CALL(library_, GetDevCnt)());
 }
 
-// The echo of the tenth command or so is the last that comes.
+// Some commands into the configuration.
 TEST_F(TcpWire, PeerThatClosesInTheMiddle) {
-  const TcpDevice device(line_, {.closesAfter = 60});
-  const int took = TimeOfFailedConnect(device.Port());
-  EXPECT_LE(took, 10000);
+  const Ip ip{127, 3, 0, 6};
+  line_.CutAfter(60);
+  const TcpDevice device(ip, line_);
+  EXPECT_LE(TimeOfFailedConnect(ip, device.Port()), 10000);
   EXPECT_EQ(1, CALL(library_, GetDevCnt)()) << "it was a reader when it was asked";
   std::array<std::uint8_t, 32> id{};
   EXPECT_EQ(0, CALL(library_, GetActiveID32)(id.data(), 32));
   EXPECT_NE(0u, CALL(library_, GetLastLibErr)() & TAVLYN_ERR_COMMAND);
-  EXPECT_EQ(0u, CALL(library_, ReadSerialPort)(id.data(), 4)) << "the end of the stream";
 }
 
 // A packet for each byte is no matter while the whole answer is there when it is read.
 TEST_F(TcpWire, PeerThatSendsByteByByte) {
+  const Ip ip{127, 3, 0, 7};
   Answering slow(kPingAnswer);
-  const TcpDevice device(slow, {1, Milliseconds(5)});
-  EXPECT_EQ(0u, ConnectTo(kHere, device.Port())) << "the configuration is not that of a reader";
+  const TcpDevice device(ip, slow, {.betweenBytes = Milliseconds(5)});
+  EXPECT_EQ(0u, ConnectTo(ip, device.Port())) << "the configuration is not that of a reader";
   EXPECT_EQ(1, CALL(library_, GetDevCnt)());
 }
 
 // A read ends when half has come and counts the last piece alone, so an answer in pieces is none.
 TEST_F(TcpWire, PeerWhoseBytesTrickle) {
+  const Ip ip{127, 3, 0, 8};
   Answering slow(kPingAnswer);
-  const TcpDevice device(slow, {1, Milliseconds(60)});
-  const int took = TimeOfFailedConnect(device.Port());
+  const TcpDevice device(ip, slow, {.betweenBytes = Milliseconds(60)});
+  EXPECT_LE(TimeOfFailedConnect(ip, device.Port()), kSilentPeer + 2 * kEmptyRead + kLate);
   EXPECT_EQ(0, CALL(library_, GetDevCnt)());
-  EXPECT_LE(took, 2 * kNoMac + 2 * (kSilentPing + kEmptyRead) + kLate);
 }
 
 TEST_F(TcpWire, RawBytesPass) {
+  const Ip ip{127, 3, 0, 9};
   Answering reader(kPingAnswer);
-  const TcpDevice device(reader);
-  EXPECT_EQ(0u, ConnectTo(kHere, device.Port()));
+  const TcpDevice device(ip, reader);
+  EXPECT_EQ(0u, ConnectTo(ip, device.Port()));
   ASSERT_EQ(1, CALL(library_, GetDevCnt)());
   std::array<std::uint8_t, 64> bytes{};
-  while (CALL(library_, ReadSerialPort)(bytes.data(), 64) != 0xFFFFFFFFu) continue;
+  const auto read = CALL(library_, ReadSerialPort);
+  while (read(bytes.data(), 64) != 0xFFFFFFFFu) continue;
   ExpectTime(20, TimeOf([&] { EXPECT_EQ(5u, CALL(library_, WriteSerialPort)("\xFA\x04\x00\x00\x04", 5)); }));
-  // The last piece counts, and half of what was asked for is enough.
-  ExpectTime(50, TimeOf([&] { EXPECT_EQ(7u, CALL(library_, ReadSerialPort)(bytes.data(), 14)); }));
+  // Half of what was asked for is enough.
+  ExpectTime(50, TimeOf([&] { EXPECT_EQ(7u, read(bytes.data(), 14)); }));
   EXPECT_EQ(0x90, bytes[5]);
-  ExpectTime(kEmptyRead,
-             TimeOf([&] { EXPECT_EQ(0xFFFFFFFFu, CALL(library_, ReadSerialPort)(bytes.data(), 4)); }));
-  ExpectTime(kEmptyRead,
-             TimeOf([&] { EXPECT_EQ(0xFFFFFFFFu, CALL(library_, QuickReadSerialPort)(bytes.data(), 4)); }));
-
+  const auto quick = CALL(library_, QuickReadSerialPort);
+  for (const auto& one : {read, quick}) {
+    ExpectTime(kEmptyRead, TimeOf([&] { EXPECT_EQ(0xFFFFFFFFu, one(bytes.data(), 4)); }));
+  }
   EXPECT_EQ(1u, CALL(library_, ComDisconnect)());
-  EXPECT_EQ(0u, CALL(library_, ReadSerialPort)(bytes.data(), 4)) << "closed";
+  EXPECT_EQ(0u, read(bytes.data(), 4)) << "closed";
 }
 
 }  // namespace

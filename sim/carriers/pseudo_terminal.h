@@ -1,0 +1,49 @@
+// A serial port of this machine with a device model at its other end: a pseudo-terminal under a name of our
+// choosing, such as com3 in the folder that TAVLYNAPI_PORT_DIR names.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "sim/carriers/paced_line.h"
+#include "sim/carriers/served.h"
+
+namespace tavlyn::sim {
+
+// Programs may open and close the port as often as they like. When the device cuts the line, those that have
+// it open see it gone, and a new port takes its place under the same name.
+class PseudoTerminal final : public Served {
+ public:
+  // link: the symbolic link to make; its folder must be there. Plugs the port in; IsPlugged tells whether
+  // that worked.
+  PseudoTerminal(ByteDevice& device, std::string link);
+  ~PseudoTerminal() override { Unplug(); }
+  PseudoTerminal(const PseudoTerminal&) = delete;
+  PseudoTerminal& operator=(const PseudoTerminal&) = delete;
+
+  // False: errno tells why.
+  bool Plug();
+  // The name is gone, and so is the port for those that have it open.
+  void Unplug();
+  [[nodiscard]] bool IsPlugged() const { return master_ >= 0; }
+
+  LineManner& Manner() { return line_.manner; }
+
+  void AddTo(std::vector<pollfd>& polled) const override;
+  [[nodiscard]] std::optional<Clock::time_point> NextDue() const override;
+  void Serve() override;
+
+ private:
+  bool MakeLink(const char* port) const;
+  // False while no program has the port open.
+  bool TakeBytes();
+  void GiveBytes();
+
+  PacedLine line_;
+  std::string link_;
+  int master_ = -1;
+  bool hungUp_ = false;  // a program had it open and none has now
+  bool full_ = false;    // bytes are due that the port does not take yet
+};
+
+}  // namespace tavlyn::sim

@@ -1,0 +1,111 @@
+#include <fcntl.h>
+#include <stdlib.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <utility>
+
+#include "sim/carriers/pseudo_terminal.h"
+
+namespace tavlyn::sim {
+namespace {
+
+// The kernel tells of a port that is closed without end, but not of its opening: it is looked at so often.
+constexpr std::chrono::milliseconds kBetweenLooks(10);
+
+int OpenMaster(char* port, std::size_t size) {
+  const int master = posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+  if (master < 0) return -1;
+  termios settings{};
+  const bool ready = grantpt(master) == 0 && unlockpt(master) == 0 && ptsname_r(master, port, size) == 0 &&
+                     tcgetattr(master, &settings) == 0;
+  cfmakeraw(&settings);
+  if (ready && tcsetattr(master, TCSANOW, &settings) == 0) return master;
+  const int reason = errno;
+  close(master);
+  errno = reason;
+  return -1;
+}
+
+}  // namespace
+
+PseudoTerminal::PseudoTerminal(ByteDevice& device, std::string link) : line_(device), link_(std::move(link)) {
+  Plug();
+}
+
+bool PseudoTerminal::Plug() {
+  if (IsPlugged()) return true;
+  std::array<char, 64> port{};
+  master_ = OpenMaster(port.data(), port.size());
+  if (master_ < 0) return false;
+  hungUp_ = full_ = false;
+  if (MakeLink(port.data())) return true;
+  const int reason = errno;
+  Unplug();
+  errno = reason;
+  return false;
+}
+
+// An older link of that name gives way without a moment in which there is none.
+bool PseudoTerminal::MakeLink(const char* port) const {
+  const std::string fresh = link_ + ".new";
+  unlink(fresh.c_str());
+  return symlink(port, fresh.c_str()) == 0 && std::rename(fresh.c_str(), link_.c_str()) == 0;
+}
+
+void PseudoTerminal::Unplug() {
+  if (!IsPlugged()) return;
+  unlink(link_.c_str());
+  close(master_);
+  master_ = -1;
+  line_.Hangup();
+}
+
+void PseudoTerminal::AddTo(std::vector<pollfd>& polled) const {
+  if (IsPlugged() && !hungUp_) {
+    polled.push_back({master_, static_cast<short>(full_ ? POLLIN | POLLOUT : POLLIN), 0});
+  }
+}
+
+std::optional<PseudoTerminal::Clock::time_point> PseudoTerminal::NextDue() const {
+  if (!IsPlugged()) return std::nullopt;
+  if (hungUp_) return Clock::now() + kBetweenLooks;
+  return full_ ? std::nullopt : line_.NextDue();
+}
+
+void PseudoTerminal::Serve() {
+  if (!IsPlugged()) return;
+  const bool open = TakeBytes();
+  if (!open && !hungUp_) line_.Hangup();
+  hungUp_ = !open;
+  if (open) GiveBytes();
+  if (!line_.TakeCut()) return;
+  Unplug();
+  Plug();
+}
+
+bool PseudoTerminal::TakeBytes() {
+  std::array<std::uint8_t, 512> bytes;
+  for (;;) {
+    const ssize_t count = read(master_, bytes.data(), bytes.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count <= 0) return count < 0 && errno == EAGAIN;
+    line_.Receive(std::span(bytes).first(static_cast<std::size_t>(count)), Clock::now());
+  }
+}
+
+void PseudoTerminal::GiveBytes() {
+  full_ = false;
+  for (auto due = line_.Due(Clock::now()); !due.empty(); due = line_.Due(Clock::now())) {
+    const ssize_t count = write(master_, due.data(), due.size());
+    if (count < 0 && errno == EINTR) continue;
+    full_ = count < 0 && errno == EAGAIN;
+    if (count <= 0) return;
+    line_.Sent(static_cast<std::size_t>(count), Clock::now());
+  }
+}
+
+}  // namespace tavlyn::sim

@@ -1,0 +1,44 @@
+// The serial side of readers that speak text instead of frames. A carriage return ends each line:
+//
+//   RFID:VAR          all variables, one "RFID:key=value" a line
+//   RFID:DEV.VER      the firmware version, "{0074.3.1}"
+//   RFID:QID.ID       the card, "{age,1,0001,bits;id}", with 0 bits when there is none
+//   RFID:CFG.RESET    factory settings
+//   rfid:key=value    sets a variable, at once and for good
+//
+// Values are 'c', '\xHH', True, False, 0xHH and decimal numbers. Every answer ends in the prompt; an empty
+// line has none.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "sim/devices/faulty_line.h"
+#include "sim/devices/reader.h"
+
+namespace tavlyn::sim {
+
+// Faults by command go by the line behind its "RFID:".
+class ReaderAscii final : public FaultyLine {
+ public:
+  explicit ReaderAscii(std::shared_ptr<Reader> reader);
+
+  bool echoes = true;   // cmd.echo, as the reader starts
+  bool prompts = true;  // cmd.prompt
+
+  Reader& Device() { return *reader_; }
+
+  void Silence() override { line_.clear(); }
+
+ private:
+  void TakeByte(std::uint8_t byte) override;
+  void TakeLine();
+  [[nodiscard]] std::string Answer(const std::string& command);
+  void Assign(const std::string& key, const std::string& value);
+
+  std::shared_ptr<Reader> reader_;
+  std::string line_;
+};
+
+}  // namespace tavlyn::sim

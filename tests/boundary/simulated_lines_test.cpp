@@ -1,0 +1,158 @@
+// The built library with simulated devices on pseudo-terminals and on loopback, in real time.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <thread>
+
+#include "sim/carriers/attendant.h"
+#include "sim/carriers/ethernet.h"
+#include "sim/carriers/pseudo_terminal.h"
+#include "tests/boundary/library.h"
+
+namespace tavlyn::boundary {
+namespace {
+
+namespace fs = std::filesystem;
+using std::chrono::milliseconds;
+
+// Longer than a reader is left alone after each exchange.
+void WaitForGate() { std::this_thread::sleep_for(milliseconds(270)); }
+
+class Lines : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::string folder = (fs::temp_directory_path() / "tavlyn-lines-XXXXXX").string();
+    ASSERT_NE(nullptr, mkdtemp(folder.data()));
+    folder_ = folder;
+    SetVariable("TAVLYNAPI_PORT_DIR", folder.c_str());
+    library_ = std::make_unique<Library>();
+    library_->Standin("reset");
+  }
+  void TearDown() override {
+    if (library_ != nullptr) CALL(*library_, USBDisconnect)();
+    library_.reset();
+    fs::remove_all(folder_);
+  }
+
+  std::string Link(const std::string& name) const { return (folder_ / name).string(); }
+
+  std::uint32_t ConnectCom(std::uint16_t number) {
+    CALL(*library_, SetDevTypeSrch)(1);
+    CALL(*library_, SetConnectProduct)(1);
+    CALL(*library_, SetComSrchRange)(number, number);
+    std::uint32_t did = 0;
+    return CALL(*library_, USBConnect)(&did);
+  }
+  std::uint32_t ConnectTcp(std::array<std::uint8_t, 4> ip, std::uint16_t port) {
+    CALL(*library_, SetDevTypeSrch)(2);
+    CALL(*library_, SetConnectProduct)(1);
+    CALL(*library_, SetIpPort)(ip[0], ip[1], ip[2], ip[3], port);
+    std::uint32_t did = 0;
+    return CALL(*library_, USBConnect)(&did);
+  }
+
+  // Bit count and the first two bytes of the card's ID.
+  std::array<int, 3> Card() {
+    WaitForGate();
+    std::array<std::uint8_t, 8> id{};
+    const int bits = CALL(*library_, GetActiveID)(id.data(), 8);
+    return {bits, id[0], id[1]};
+  }
+
+  fs::path folder_;
+  std::unique_ptr<Library> library_;
+};
+
+TEST_F(Lines, PortLeadsToItsReaderAgainAndAgain) {
+  sim::ReaderFa model(sim::Reader::Plain());
+  sim::PseudoTerminal port(model, Link("com3"));
+  sim::Attendant attendant({&port});
+  ASSERT_TRUE(port.IsPlugged());
+  for (std::uint8_t round = 1; round <= 3; ++round) {
+    ASSERT_EQ(1u, ConnectCom(3)) << int{round};
+    attendant.With([&] { model.Device().PutCard({round, 0x12}, 26); });
+    EXPECT_EQ((std::array<int, 3>{26, round, 0x12}), Card());
+    attendant.With([&] { model.Device().TakeCard(); });
+    EXPECT_EQ((std::array<int, 3>{0, 0, 0}), Card());
+    CALL(*library_, USBDisconnect)();
+  }
+}
+
+TEST_F(Lines, PortGoesWithItsCarrier) {
+  sim::ReaderFa model(sim::Reader::Plain());
+  {
+    sim::PseudoTerminal port(model, Link("com3"));
+    EXPECT_TRUE(fs::is_symlink(Link("com3")));
+  }
+  EXPECT_FALSE(fs::is_symlink(Link("com3")));
+  EXPECT_EQ(0u, ConnectCom(3));
+  const sim::PseudoTerminal nowhere(model, Link("none/com3"));
+  EXPECT_FALSE(nowhere.IsPlugged());
+}
+
+TEST_F(Lines, SlowReaderIsRead) {
+  sim::ReaderFa model(sim::Reader::Plain());
+  model.Device().PutCard({0x34, 0x12}, 26);
+  sim::PseudoTerminal port(model, Link("com7"));
+  port.Manner() = {milliseconds(40), milliseconds(3)};
+  const sim::Attendant attendant({&port});
+  ASSERT_EQ(1u, ConnectCom(7));
+  EXPECT_EQ((std::array<int, 3>{26, 0x34, 0x12}), Card());
+}
+
+TEST_F(Lines, CutPortComesBackUnderItsName) {
+  sim::ReaderFa model(sim::Reader::Plain());
+  model.Device().PutCard({0x34, 0x12}, 26);
+  sim::PseudoTerminal port(model, Link("com3"));
+  sim::Attendant attendant({&port});
+  ASSERT_EQ(1u, ConnectCom(3));
+  attendant.With([&] { model.CutAfter(5); });
+  EXPECT_EQ(0, Card()[0]);
+  EXPECT_EQ(0, Card()[0]);
+  ASSERT_EQ(1u, ConnectCom(3));
+  EXPECT_EQ((std::array<int, 3>{26, 0x34, 0x12}), Card());
+}
+
+TEST_F(Lines, FloodedPortIsLeftInTime) {
+  sim::ReaderFa model(sim::Reader::Plain());
+  sim::PseudoTerminal port(model, Link("com3"));
+  sim::Attendant attendant({&port});
+  ASSERT_EQ(1u, ConnectCom(3));
+  attendant.With([&] { model.Flood(1'000'000); });
+  EXPECT_EQ(0, Card()[0]);
+}
+
+TEST_F(Lines, AdapterLeadsToItsReader) {
+  sim::EthernetAdapter model(sim::Reader::Plain());
+  model.Device().PutCard({0x34, 0x12}, 26);
+  sim::EthernetCarrier adapter(model, {sim::kBridgeMac, {127, 77, 0, 5}}, 0);
+  const sim::Attendant attendant({&adapter});
+  ASSERT_TRUE(adapter.IsPlugged());
+  ASSERT_EQ(1u, ConnectTcp({127, 77, 0, 5}, adapter.Port()));
+  EXPECT_EQ((std::array<int, 3>{26, 0x34, 0x12}), Card());
+  std::array<char, 512> name{};
+  CALL(*library_, GetDevName)(name.data());
+  EXPECT_EQ("MAC:00:20:4A:04:05:06 TCP/IP:127.77.0.5;Port:" + std::to_string(adapter.Port()),
+            std::string(name.data()));
+  EXPECT_EQ(5u, CALL(*library_, FindXport)(127, 77, 0, 4, 6));
+}
+
+TEST_F(Lines, AdapterThatCutsServesTheNextConnection) {
+  sim::EthernetAdapter model(sim::Reader::Plain());
+  model.Device().PutCard({0x34, 0x12}, 26);
+  sim::EthernetCarrier adapter(model, {sim::kWedgeMac, {127, 77, 0, 6}}, 0);
+  sim::Attendant attendant({&adapter});
+  ASSERT_EQ(1u, ConnectTcp({127, 77, 0, 6}, adapter.Port()));
+  attendant.With([&] { model.CutAfter(3); });
+  EXPECT_EQ(0, Card()[0]);
+  ASSERT_EQ(1u, ConnectTcp({127, 77, 0, 6}, adapter.Port()));
+  EXPECT_EQ((std::array<int, 3>{26, 0x34, 0x12}), Card());
+}
+
+}  // namespace
+}  // namespace tavlyn::boundary
