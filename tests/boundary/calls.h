@@ -8,6 +8,8 @@ namespace tavlyn::boundary {
 
 // The sum of all sleeps asked for since the start.
 std::chrono::milliseconds Slept();
+// What they really took: a machine wakes up late.
+std::chrono::nanoseconds SleptReally();
 int SleepsOf(std::chrono::milliseconds length);
 // From now on a sleep takes no time.
 void SkipSleeps(bool skip);

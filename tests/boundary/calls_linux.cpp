@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <ctime>
 
@@ -14,6 +15,7 @@ constexpr std::int64_t kSecond = 1'000'000'000;
 constexpr std::int64_t kMillisecond = 1'000'000;
 
 std::atomic<std::int64_t> slept{0};
+std::atomic<std::int64_t> reallySlept{0};
 std::atomic<bool> skip{false};
 std::atomic<int> connects{0};
 std::atomic<int> datagrams{0};
@@ -29,7 +31,10 @@ int nanosleep(const timespec* wanted, timespec* left) {
   slept += length;
   if (length / kMillisecond < kCounted) ++sleeps[length / kMillisecond];
   if (skip) return 0;
-  return static_cast<int>(syscall(SYS_nanosleep, wanted, left));
+  const auto start = std::chrono::steady_clock::now();
+  const auto result = static_cast<int>(syscall(SYS_nanosleep, wanted, left));
+  reallySlept += (std::chrono::steady_clock::now() - start).count();
+  return result;
 }
 
 int connect(int descriptor, const sockaddr* peer, socklen_t size) {
@@ -47,6 +52,8 @@ ssize_t sendto(int descriptor, const void* bytes, size_t count, int flags, const
 namespace tavlyn::boundary {
 
 std::chrono::milliseconds Slept() { return std::chrono::milliseconds(slept / kMillisecond); }
+
+std::chrono::nanoseconds SleptReally() { return std::chrono::nanoseconds(reallySlept); }
 
 int SleepsOf(std::chrono::milliseconds length) { return sleeps[length.count()]; }
 

@@ -52,7 +52,9 @@ TEST_F(ComWire, RangeConnectFindsEveryReader) {
   PortDevice last(ports_, 256, secondLine);
   ports_.AddFile(5, "/dev/null");
   CALL(library_, SetComSrchRange)(256, 2);
+  SkipSleeps(true);
   EXPECT_EQ(1u, CALL(library_, ComConnect)(&did_));
+  SkipSleeps(false);
   ASSERT_EQ(2, CALL(library_, GetDevCnt)());
   EXPECT_EQ("COM4:", Name());
   CALL(library_, SetActDev)(1);

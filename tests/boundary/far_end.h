@@ -170,7 +170,7 @@ class TcpDevice {
 // A TCP port whose connections nobody looks at, for thousands of them.
 class DeafPort {
  public:
-  DeafPort();
+  explicit DeafPort(Ip ip);
   [[nodiscard]] std::uint16_t Port() const { return port_; }
 
  private:
@@ -179,7 +179,7 @@ class DeafPort {
 };
 
 // A TCP port at which nobody listens.
-std::uint16_t ClosedTcpPort();
+std::uint16_t ClosedTcpPort(Ip ip);
 
 // Answers datagrams at one address and port.
 class UdpPeer {

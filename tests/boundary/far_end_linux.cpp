@@ -191,12 +191,12 @@ TcpDevice::TcpDevice(Ip ip, sim::ByteDevice& device, sim::LineManner manner, sim
   With([&] { adapter_.Manner() = manner; });
 }
 
-DeafPort::DeafPort() : listener_(Bound(SOCK_STREAM, {127, 0, 0, 1}, 0)), port_(PortOf(listener_.get())) {
+DeafPort::DeafPort(Ip ip) : listener_(Bound(SOCK_STREAM, ip, 0)), port_(PortOf(listener_.get())) {
   Checked(listen(listener_.get(), SOMAXCONN), "listen");
 }
 
-std::uint16_t ClosedTcpPort() {
-  const Descriptor bound = Bound(SOCK_STREAM, {127, 0, 0, 1}, 0);
+std::uint16_t ClosedTcpPort(Ip ip) {
+  const Descriptor bound = Bound(SOCK_STREAM, ip, 0);
   return PortOf(bound.get());
 }
 

@@ -69,17 +69,19 @@ TEST_F(LeakWire, ConnectsWithoutDisconnects) {
 
 // Both ways to connect, of which neither finds a reader.
 TEST_F(LeakWire, PeerThatNeverAnswers) {
-  const DeafPort device;
+  const Ip ip{127, 3, 3, 1};
+  const DeafPort device(ip);
   const int before = OpenDescriptors();
-  for (int time = 0; time < kConnects; ++time) ASSERT_EQ(0u, ConnectTo({127, 0, 0, 1}, device.Port()));
+  for (int time = 0; time < kConnects; ++time) ASSERT_EQ(0u, ConnectTo(ip, device.Port()));
   ExpectOpenAsBefore(before);
   EXPECT_EQ(2 * kConnects, NewConnects());
 }
 
 TEST_F(LeakWire, NobodyListens) {
-  const std::uint16_t port = ClosedTcpPort();
+  const Ip ip{127, 3, 3, 2};
+  const std::uint16_t port = ClosedTcpPort(ip);
   const int before = OpenDescriptors();
-  for (int time = 0; time < kConnects; ++time) ASSERT_EQ(0u, ConnectTo({127, 0, 0, 1}, port));
+  for (int time = 0; time < kConnects; ++time) ASSERT_EQ(0u, ConnectTo(ip, port));
   ExpectOpenAsBefore(before);
 }
 

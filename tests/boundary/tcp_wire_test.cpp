@@ -48,8 +48,8 @@ TEST_F(TcpWire, MacAddressByDiscovery) {
 }
 
 TEST_F(TcpWire, NobodyListens) {
-  const Ip ip{127, 0, 0, 1};
-  ExpectTime(2 * kNoMac, TimeOfFailedConnect(ip, ClosedTcpPort()));
+  const Ip ip{127, 3, 0, 10};
+  ExpectTime(2 * kNoMac, TimeOfFailedConnect(ip, ClosedTcpPort(ip)));
 }
 
 TEST_F(TcpWire, PeerThatNeverAnswers) {

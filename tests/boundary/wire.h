@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdio>
 #include <memory>
 #include <string>
 
@@ -82,6 +83,29 @@ inline Bytes DiscoveryReply(Ip ip) {
   std::copy(mac.begin(), mac.end(), reply.begin() + 29);
   std::copy(ip.begin(), ip.end(), reply.begin() + 36);
   return reply;
+}
+
+// What a call took and what its pauses took.
+struct Cost {
+  double pauses = 0;  // milliseconds as asked for
+  double whole = 0;
+  double slept = 0;  // what the pauses took
+
+  // What the call adds to the pauses as this machine makes them.
+  [[nodiscard]] double OverPauses() const { return whole / slept; }
+};
+
+template <typename Call>
+Cost CostOf(const char* what, Call call) {
+  using Exact = std::chrono::duration<double, std::milli>;
+  const auto pauses = Slept();
+  const auto slept = SleptReally();
+  const auto start = Clock::now();
+  call();
+  const double whole = Exact(Clock::now() - start).count();
+  const Cost cost{Exact(Slept() - pauses).count(), whole, Exact(SleptReally() - slept).count()};
+  std::printf("%s: %.1f ms; pauses of %.0f ms took %.1f ms\n", what, cost.whole, cost.pauses, cost.slept);
+  return cost;
 }
 
 inline void ExpectTime(int expected, int took, int line = __builtin_LINE()) {
