@@ -1,25 +1,19 @@
 #include "sim/rack.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstdio>
 #include <optional>
 #include <sstream>
+
+#include "sim/words.h"
 
 namespace tavlyn::sim {
 namespace {
 
 constexpr std::uint16_t kKeldaVid = 0x7A31;
 constexpr std::uint16_t kKeldaPid = 0x3BFB;
-
-template <typename Number>
-std::optional<Number> ParseNumber(const std::string& text, int base = 10) {
-  Number number{};
-  const char* end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, number, base);
-  if (error != std::errc{} || stop != end) return std::nullopt;
-  return number;
-}
+constexpr unsigned kLongestPause = 60'000;
+constexpr std::size_t kMostNoise = 16U << 20U;
 
 std::optional<Bytes> ParseHex(const std::string& text) {
   if (text.empty() || text.size() % 2 != 0) return std::nullopt;
@@ -36,10 +30,13 @@ struct DeviceWord {
   int configurations = 1;  // 1: a plain reader
   std::uint16_t vid = 0;   // 0: the model's own pair
   std::uint16_t pid = 0;
+  std::optional<LinePlace> line;
 };
 
-// What stands behind the @: VID:PID.
-bool ParsePair(const std::string& text, DeviceWord& word) {
+// What stands behind the @: VID:PID, or the place of a line.
+bool ParsePlace(const std::string& text, DeviceWord& word) {
+  word.line = ParseLinePlace(text);
+  if (word.line) return true;
   const std::size_t colon = text.find(':');
   if (colon == std::string::npos) return false;
   const auto vid = ParseNumber<std::uint16_t>(text.substr(0, colon), 16);
@@ -53,7 +50,7 @@ bool ParsePair(const std::string& text, DeviceWord& word) {
 std::optional<DeviceWord> ParseDevice(const std::string& text) {
   DeviceWord word;
   const std::size_t at = text.find('@');
-  if (at != std::string::npos && !ParsePair(text.substr(at + 1), word)) return std::nullopt;
+  if (at != std::string::npos && !ParsePlace(text.substr(at + 1), word)) return std::nullopt;
   const std::string kind = text.substr(0, at);
   if (kind == "reader") return word;
   if (!kind.starts_with("plus:")) return std::nullopt;
@@ -78,6 +75,21 @@ std::shared_ptr<Reader> MakeReader(const DeviceWord& word) {
 bool Fail(std::string& reply, const std::string& reason) {
   reply = reason;
   return false;
+}
+
+// Its VID:PID, or the place of its line.
+std::string Whereabouts(const std::string& word, const HidIdentity& identity, bool onLine) {
+  if (onLine) return word.substr(word.find('@') + 1);
+  char pair[16];
+  std::snprintf(pair, sizeof pair, "%04X:%04X", identity.vid, identity.pid);
+  return pair;
+}
+
+Event Transfer(EventKind kind, std::span<const std::uint8_t> bytes) {
+  Event event;
+  event.kind = kind;
+  event.bytes.assign(bytes.begin(), bytes.end());
+  return event;
 }
 
 Event Exchange(EventKind kind, int number, std::span<const std::uint8_t> report, bool done) {
@@ -105,6 +117,8 @@ const Rack::Verb Rack::kVerbs[] = {
     {"card", 2, true, &Rack::PutCard},        {"take", 1, true, &Rack::TakeCard},
     {"input", 2, true, &Rack::QueueInput},    {"refuse", 2, true, &Rack::ArmFault},
     {"garble", 2, true, &Rack::ArmFault},     {"vanish", 2, true, &Rack::ArmFault},
+    {"delay", 2, true, &Rack::SetManner},     {"slow", 2, true, &Rack::SetManner},
+    {"cut", 2, true, &Rack::DisturbLine},     {"flood", 2, true, &Rack::DisturbLine},
     {"heal", 1, true, &Rack::Heal},           {"exchanges", 1, true, &Rack::CountExchanges},
     {"traffic", 1, true, &Rack::ShowTraffic}, {"clear", 1, true, &Rack::ClearTraffic},
     {"record", 2, false, &Rack::Record},
@@ -137,9 +151,16 @@ bool Rack::Choose(Words& words) {
   return there;
 }
 
+bool Rack::IsTaken(const LinePlace& place) const {
+  return std::ranges::any_of(slots_, [&](const auto& slot) {
+    return slot->line != nullptr && slot->Present() && Collide(slot->place, place);
+  });
+}
+
 bool Rack::Plug(const Words& words, std::string& reply) {
   const auto word = ParseDevice(words[1]);
   if (!word) return Fail(reply, words[1] + ": no such kind of device");
+  if (word->line && IsTaken(*word->line)) return Fail(reply, words[1] + ": there is one already");
   auto slot = std::make_unique<Slot>();
   slot->word = words[1];
   slot->reader = MakeReader(*word);
@@ -147,7 +168,12 @@ bool Rack::Plug(const Words& words, std::string& reply) {
     slot->keyboard = std::make_shared<InertInterface>(kKeldaVid, kKeldaPid);
     places_.push_back({slot.get(), slot->keyboard.get()});
   }
-  places_.push_back({slot.get(), slot->reader.get()});
+  if (word->line) {
+    slot->place = *word->line;
+    slot->line = MakeLine(slot->place, slot->reader);
+  } else {
+    places_.push_back({slot.get(), slot->reader.get()});
+  }
   slots_.push_back(std::move(slot));
   reply = std::to_string(slots_.size());
   return true;
@@ -155,11 +181,10 @@ bool Rack::Plug(const Words& words, std::string& reply) {
 
 bool Rack::List(const Words&, std::string& reply) {
   for (std::size_t i = 0; i < slots_.size(); ++i) {
-    if (!slots_[i]->reader->Present()) continue;
-    const HidIdentity& identity = slots_[i]->reader->Identity();
-    char pair[16];
-    std::snprintf(pair, sizeof pair, "%04X:%04X", identity.vid, identity.pid);
-    reply += std::to_string(i + 1) + " " + pair + " " + slots_[i]->word + "\n";
+    const Slot& slot = *slots_[i];
+    if (!slot.Present()) continue;
+    reply += std::to_string(i + 1) + " " +
+             Whereabouts(slot.word, slot.reader->Identity(), slot.line != nullptr) + " " + slot.word + "\n";
   }
   return true;
 }
@@ -200,7 +225,7 @@ bool Rack::QueueInput(const Words& words, std::string& reply) {
 bool Rack::ArmFault(const Words& words, std::string& reply) {
   const auto count = ParseNumber<int>(words[1]);
   if (!count || *count < 1) return Fail(reply, words[1] + ": exchanges count from 1");
-  Faults& faults = chosen_->reader->faults;
+  Faults& faults = chosen_->GetFaults();
   const int exchange = faults.Exchanges() + *count;
   if (words[0] == "refuse") faults.RefuseAt(exchange);
   if (words[0] == "garble") faults.GarbleAt(exchange);
@@ -208,13 +233,32 @@ bool Rack::ArmFault(const Words& words, std::string& reply) {
   return true;
 }
 
+bool Rack::SetManner(const Words& words, std::string& reply) {
+  const auto ms = ParseNumber<unsigned>(words[1]);
+  if (!ms || *ms > kLongestPause) return Fail(reply, words[1] + ": 0 to 60000 milliseconds");
+  if (chosen_->line == nullptr) return Fail(reply, words[0] + ": the device is on no line");
+  LineManner& manner = chosen_->manner;
+  (words[0] == "delay" ? manner.delay : manner.betweenBytes) = std::chrono::milliseconds(*ms);
+  return true;
+}
+
+bool Rack::DisturbLine(const Words& words, std::string& reply) {
+  const auto count = ParseNumber<std::size_t>(words[1]);
+  if (!count || *count > kMostNoise) return Fail(reply, words[1] + ": a count of bytes");
+  if (chosen_->line == nullptr) return Fail(reply, words[0] + ": the device is on no line");
+  if (words[0] == "cut") chosen_->line->CutAfter(*count);
+  if (words[0] == "flood") chosen_->line->Flood(*count);
+  return true;
+}
+
 bool Rack::Heal(const Words&, std::string&) {
-  chosen_->reader->faults.Restart();
+  chosen_->GetFaults().Restart();
+  chosen_->manner = {};
   return true;
 }
 
 bool Rack::CountExchanges(const Words&, std::string& reply) {
-  reply = std::to_string(chosen_->reader->faults.Exchanges());
+  reply = std::to_string(chosen_->GetFaults().Exchanges());
   return true;
 }
 
@@ -237,7 +281,7 @@ bool Rack::Record(const Words& words, std::string& reply) {
 std::vector<Rack::Interface> Rack::Present() const {
   std::vector<Interface> present;
   for (std::size_t i = 0; i < places_.size(); ++i) {
-    if (places_[i].slot->reader->Present()) {
+    if (places_[i].slot->Present()) {
       present.push_back({static_cast<int>(i + 1), places_[i].device->Identity()});
     }
   }
@@ -251,7 +295,7 @@ const Rack::Place* Rack::Find(int number) const {
 
 bool Rack::IsPresent(int number) const {
   const Place* place = Find(number);
-  return place != nullptr && place->slot->reader->Present();
+  return place != nullptr && place->slot->Present();
 }
 
 const HidIdentity* Rack::Identity(int number) const {
@@ -288,6 +332,43 @@ bool Rack::GetFeature(int number, std::span<std::uint8_t> report) {
 bool Rack::TakeInput(int number, std::vector<std::uint8_t>& report) {
   const Place* place = Find(number);
   return IsPresent(number) && place->device->TakeInput(report);
+}
+
+bool Rack::Slot::Present() const {
+  return reader->Present() && (line == nullptr || !line->faults.Vanished());
+}
+
+std::vector<Rack::Line> Rack::Lines() const {
+  std::vector<Line> lines;
+  for (std::size_t i = 0; i < slots_.size(); ++i) {
+    const Slot& slot = *slots_[i];
+    if (slot.line != nullptr && slot.Present())
+      lines.push_back({static_cast<int>(i + 1), slot.place, slot.manner});
+  }
+  return lines;
+}
+
+ByteDevice* Rack::LineOf(int number) {
+  if (number < 1 || static_cast<std::size_t>(number) > slots_.size()) return nullptr;
+  const Slot& slot = *slots_[static_cast<std::size_t>(number) - 1];
+  return slot.Present() ? slot.line.get() : nullptr;
+}
+
+void Rack::SendBytes(int number, std::span<const std::uint8_t> bytes) {
+  ByteDevice* line = LineOf(number);
+  if (line == nullptr) return;
+  if (recording_)
+    slots_[static_cast<std::size_t>(number) - 1]->traffic.Add(Transfer(EventKind::kWrite, bytes));
+  line->Receive(bytes);
+}
+
+std::size_t Rack::TakeBytes(int number, std::span<std::uint8_t> bytes) {
+  ByteDevice* line = LineOf(number);
+  const std::size_t count = line == nullptr ? 0 : line->Take(bytes);
+  if (recording_ && count > 0) {
+    slots_[static_cast<std::size_t>(number) - 1]->traffic.Add(Transfer(EventKind::kRead, bytes.first(count)));
+  }
+  return count;
 }
 
 }  // namespace tavlyn::sim

@@ -8,8 +8,10 @@
 #include <string>
 #include <vector>
 
+#include "sim/carriers/paced_line.h"
 #include "sim/carriers/transcript.h"
 #include "sim/devices/reader.h"
+#include "sim/line_place.h"
 
 namespace tavlyn::sim {
 
@@ -19,6 +21,8 @@ class Rack {
 
   // False: it was not done, and the reply tells why.
   bool Run(const std::string& command, std::string& reply);
+
+  [[nodiscard]] bool IsEmpty() const { return slots_.empty(); }
 
   // One HID interface that a system would list. Its number stands for it until the rack is reset.
   struct Interface {
@@ -38,13 +42,32 @@ class Rack {
   // The oldest queued input report; false when there is none.
   bool TakeInput(int number, std::vector<std::uint8_t>& report);
 
+  // One device that hangs on a line of bytes. Its number is the device's.
+  struct Line {
+    int number;
+    LinePlace place;
+    LineManner manner;
+  };
+  [[nodiscard]] std::vector<Line> Lines() const;
+  // Null when there is no such line now.
+  ByteDevice* LineOf(int number);
+  // As the line's own members, with a record of the bytes.
+  void SendBytes(int number, std::span<const std::uint8_t> bytes);
+  std::size_t TakeBytes(int number, std::span<std::uint8_t> bytes);
+
  private:
   // A device as it hangs on its cable: the reader, and what shows itself beside it.
   struct Slot {
     std::string word;
     std::shared_ptr<Reader> reader;
     std::shared_ptr<HidDevice> keyboard;  // null for most
+    std::unique_ptr<FaultyLine> line;     // null on a HID cable
+    LinePlace place;
+    LineManner manner;
     Transcript traffic;
+
+    [[nodiscard]] bool Present() const;
+    [[nodiscard]] Faults& GetFaults() const { return line != nullptr ? line->faults : reader->faults; }
   };
   struct Place {
     Slot* slot;
@@ -62,12 +85,15 @@ class Rack {
   bool TakeCard(const Words& words, std::string& reply);
   bool QueueInput(const Words& words, std::string& reply);
   bool ArmFault(const Words& words, std::string& reply);
+  bool SetManner(const Words& words, std::string& reply);
+  bool DisturbLine(const Words& words, std::string& reply);
   bool Heal(const Words& words, std::string& reply);
   bool CountExchanges(const Words& words, std::string& reply);
   bool ShowTraffic(const Words& words, std::string& reply);
   bool ClearTraffic(const Words& words, std::string& reply);
   bool Record(const Words& words, std::string& reply);
 
+  [[nodiscard]] bool IsTaken(const LinePlace& place) const;
   // Takes a leading #NUMBER off the words and says whether that device exists.
   bool Choose(Words& words);
   [[nodiscard]] const Place* Find(int number) const;

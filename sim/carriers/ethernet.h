@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <optional>
 
-#include "sim/carriers/paced_line.h"
 #include "sim/carriers/served.h"
 #include "sim/devices/ethernet_adapter.h"
 
@@ -31,7 +30,7 @@ class EthernetCarrier final : public Served {
   [[nodiscard]] bool IsConnected() const { return client_ >= 0; }
   [[nodiscard]] std::uint16_t Port() const { return port_; }
 
-  LineManner& Manner() { return line_.manner; }
+  LineManner& Manner() override { return line_.manner; }
 
   void AddTo(std::vector<pollfd>& polled) const override;
   [[nodiscard]] std::optional<Clock::time_point> NextDue() const override;

@@ -5,7 +5,6 @@
 #include <optional>
 #include <string>
 
-#include "sim/carriers/paced_line.h"
 #include "sim/carriers/served.h"
 
 namespace tavlyn::sim {
@@ -27,7 +26,7 @@ class PseudoTerminal final : public Served {
   void Unplug();
   [[nodiscard]] bool IsPlugged() const { return master_ >= 0; }
 
-  LineManner& Manner() { return line_.manner; }
+  LineManner& Manner() override { return line_.manner; }
 
   void AddTo(std::vector<pollfd>& polled) const override;
   [[nodiscard]] std::optional<Clock::time_point> NextDue() const override;

@@ -14,11 +14,18 @@ class RackSource final : public Source {
   Outcome SetFeature(Key key, std::span<const std::uint8_t> report) override;
   Outcome GetFeature(Key key, std::span<std::uint8_t> report) override;
   Outcome TakeInput(Key key, std::vector<std::uint8_t>& report) override;
+  std::vector<ListedLine> Lines() override;
+  Outcome SendBytes(Key line, std::span<const std::uint8_t> bytes) override;
+  Outcome TakeBytes(Key line, std::vector<std::uint8_t>& bytes) override;
+  Outcome Silence(Key line) override;
+  Outcome TakeCut(Key line) override;
   bool Run(const std::string& command, std::string& reply) override;
 
  private:
   // 0 when the interface is not there.
   [[nodiscard]] int Number(Key key) const;
+  // The line's number, 0 when it is not there.
+  [[nodiscard]] int LineNumber(Key line);
 
   std::mutex mutex_;
   Rack rack_;

@@ -1,11 +1,16 @@
-// A carrier that a loop serves: polled for, called when something may have come, never waiting by itself.
+// A carrier of a device's line that a loop serves: polled for, called when something may have come, never
+// waiting by itself.
 #pragma once
 
 #include <poll.h>
 
+#include <algorithm>
 #include <chrono>
+#include <cstdint>
 #include <optional>
 #include <vector>
+
+#include "sim/carriers/paced_line.h"
 
 namespace tavlyn::sim {
 
@@ -14,11 +19,27 @@ class Served {
   using Clock = std::chrono::steady_clock;
 
   virtual ~Served() = default;
+  virtual LineManner& Manner() = 0;
   virtual void AddTo(std::vector<pollfd>& polled) const = 0;
   // When Serve has something to do even if nothing comes; none: only then.
   [[nodiscard]] virtual std::optional<Clock::time_point> NextDue() const = 0;
   // Does what can be done at once.
   virtual void Serve() = 0;
 };
+
+using DueTime = std::optional<Served::Clock::time_point>;
+
+// The sooner of two, where there is one.
+inline DueTime Sooner(DueTime one, DueTime other) {
+  if (!one || !other) return one ? one : other;
+  return std::min(*one, *other);
+}
+
+// For poll(): 0 when it is due, -1 when nothing is.
+inline int PollTimeout(DueTime due) {
+  if (!due) return -1;
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(*due - Served::Clock::now());
+  return static_cast<int>(std::max<std::int64_t>(left.count(), 0));
+}
 
 }  // namespace tavlyn::sim

@@ -6,7 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "sim/carriers/paced_line.h"
 #include "sim/devices/device.h"
+#include "sim/line_place.h"
 
 namespace tavlyn::sim {
 
@@ -21,11 +23,18 @@ struct Listed {
   HidIdentity identity;
 };
 
+// A device on a line of bytes. The low half of its key is the device's number.
+struct ListedLine {
+  Key key = 0;
+  LinePlace place;
+  LineManner manner;
+};
+
 enum class Outcome : std::uint8_t {
   kDone,
   kRefused,
-  kNothing,  // no input report is queued
-  kGone,     // the interface is not there any more
+  kNothing,  // no input report is queued, no bytes are there
+  kGone,     // the interface or line is not there any more
 };
 
 // Members may be called from any thread. Reports have their report ID in byte 0.
@@ -38,6 +47,16 @@ class Source {
   virtual Outcome GetFeature(Key key, std::span<std::uint8_t> report) = 0;
   // The oldest queued input report.
   virtual Outcome TakeInput(Key key, std::vector<std::uint8_t>& report) = 0;
+
+  // The same for lines. What is done with one acts as its device's members do.
+  virtual std::vector<ListedLine> Lines() = 0;
+  virtual Outcome SendBytes(Key line, std::span<const std::uint8_t> bytes) = 0;
+  // Cuts bytes to what the line had for them.
+  virtual Outcome TakeBytes(Key line, std::vector<std::uint8_t>& bytes) = 0;
+  virtual Outcome Silence(Key line) = 0;
+  // kDone when the line was cut.
+  virtual Outcome TakeCut(Key line) = 0;
+
   // A command of sim/carriers/standin_control.h.
   virtual bool Run(const std::string& command, std::string& reply) = 0;
 };

@@ -8,22 +8,32 @@
 //                          DEVICE: reader, or plus:COUNT (a reader of 2 to 11 configurations), either one
 //                          with @VID:PID behind it in hexadecimal: reader@19E5:2021. As 7A31:3BFB it numbers
 //                          its reports, queues input reports and has a keyboard beside it.
+//                          With @com3 the reader is on a serial port, with @com3:ascii it speaks text there,
+//                          with @127.0.0.1:10001 it is behind an Ethernet adapter, with @bulk behind the
+//                          endpoints of a bulk device: on no HID cable, so only carriers of such lines show
+//                          it.
 //   unplug                 takes the device away; programs that have it open see it gone
 //   card HEX:BITS          lays a card on the reader, lowest byte first: card 0102:13
 //   take                   takes the card away
 //   input HEX              queues an input report, its report ID first where the device numbers them
-//   refuse N               the Nth feature-report exchange from here on is refused
+//   refuse N               the Nth feature-report exchange from here on is refused; on a line the Nth byte,
+//                          in either direction, is lost
 //   garble N               its bits arrive turned over
 //   vanish N               the device is gone from there on
+//   delay MS               lines: so long before each answer
+//   slow MS                lines: answers come byte by byte, with so long between them
+//   cut N                  lines: cut behind the next N bytes of the device; they can be opened anew
+//   flood N                lines: the device sends N bytes of noise
 //   heal                   forgets every fault, a vanished device is back, and exchanges count from 0 again
 //   exchanges              the reply is the count of exchanges since the device was plugged or healed
 //   traffic                the reply is one line for each exchange, with the number of the interface that it
 //                          went to and trailing zeros left out: "set 1 80", "get 1 01 02", "set 1 80
-//                          refused", with report ID 1 "set 2 [1] 80"
+//                          refused", with report ID 1 "set 2 [1] 80"; of a line what was carried at once,
+//                          as the host sees it: "write FA", "read 04 01 00"
 //   clear                  forgets the traffic
 //   record on|off          whether exchanges join the traffic, of every device; on at first
-//   list                   the reply is one line for each device present: number, VID:PID, its DEVICE word
-//   reset                  takes every device away and counts from 1 again
+//   list                   the reply is one line for each device present: number, VID:PID or line, its DEVICE
+//   word reset                  takes every device away and counts from 1 again
 //
 // "#NUMBER" in front of a command's words names the device meant: "#2 card 0102:26". Without it that is
 // the device plugged last.

@@ -170,4 +170,20 @@ bool UnpackList(std::span<const std::uint8_t> packed, std::vector<Listed>& list)
   return unpacker.Whole();
 }
 
+std::vector<std::uint8_t> PackLines(const std::vector<ListedLine>& lines) {
+  Packer packer;
+  packer.Put(static_cast<std::uint32_t>(lines.size()));
+  for (const ListedLine& line : lines) packer.Put(line);
+  return std::move(packer.packed);
+}
+
+bool UnpackLines(std::span<const std::uint8_t> packed, std::vector<ListedLine>& lines) {
+  Unpacker unpacker(packed);
+  lines.clear();
+  for (auto left = unpacker.Take<std::uint32_t>(); left > 0 && unpacker.Whole(); --left) {
+    lines.push_back(unpacker.Take<ListedLine>());
+  }
+  return unpacker.Whole();
+}
+
 }  // namespace tavlyn::sim::wire

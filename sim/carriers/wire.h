@@ -7,6 +7,11 @@
 //   kSetFeature  interface  report        outcome    -
 //   kGetFeature  interface  report        outcome    the report, when kDone
 //   kTakeInput   interface  -             outcome    the report, when kDone
+//   kLines       -          -             kDone      a list, as PackLines makes it
+//   kSendBytes   line       bytes         outcome    -
+//   kTakeBytes   line       room for them outcome    the bytes, when kDone
+//   kSilence     line       -             outcome    -
+//   kTakeCut     line       -             outcome    -
 //   kRun         -          command line  outcome    the reply, or why it failed
 //
 // Reports have their report ID in byte 0; that of kGetFeature is as long as the answer shall be.
@@ -23,7 +28,18 @@ namespace tavlyn::sim::wire {
 // Holds the path of the socket.
 inline constexpr const char* kSocketVariable = "TAVLYNSIM_SOCKET";
 
-enum class Op : std::uint8_t { kList, kSetFeature, kGetFeature, kTakeInput, kRun };
+enum class Op : std::uint8_t {
+  kList,
+  kSetFeature,
+  kGetFeature,
+  kTakeInput,
+  kRun,
+  kLines,
+  kSendBytes,
+  kTakeBytes,
+  kSilence,
+  kTakeCut,
+};
 
 struct Message {
   std::uint8_t code = 0;  // an Op, or an Outcome
@@ -41,5 +57,8 @@ int Listen(const char* path);
 
 std::vector<std::uint8_t> PackList(const std::vector<Listed>& list);
 bool UnpackList(std::span<const std::uint8_t> packed, std::vector<Listed>& list);
+
+std::vector<std::uint8_t> PackLines(const std::vector<ListedLine>& lines);
+bool UnpackLines(std::span<const std::uint8_t> packed, std::vector<ListedLine>& lines);
 
 }  // namespace tavlyn::sim::wire

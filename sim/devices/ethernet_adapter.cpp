@@ -64,16 +64,15 @@ void EthernetAdapter::Silence() {
 }
 
 void EthernetAdapter::TakeByte(std::uint8_t byte) {
-  if (frame_.empty() && (byte != kFrameStart || !takesTextFrames)) return PassOn({&byte, 1});
+  if (frame_.empty() && (byte != kFrameStart || !takesTextFrames)) return ToSerial({&byte, 1});
   frame_.push_back(byte);
   if (TakeFrame()) frame_.clear();
 }
 
-void EthernetAdapter::PassOn(std::span<const std::uint8_t> bytes) {
+void EthernetAdapter::ToSerial(std::span<const std::uint8_t> bytes) {
   if (!passesSerial) return;
   serial_.Receive(bytes);
-  std::array<std::uint8_t, 64> piece;
-  while (const std::size_t count = serial_.Take(piece)) Send(std::span(piece).first(count));
+  PassOn(serial_);
 }
 
 bool EthernetAdapter::TakeFrame() {
@@ -83,7 +82,7 @@ bool EthernetAdapter::TakeFrame() {
     return true;
   }
   if (!BeginsLike(frame_, kReportHeader)) {
-    PassOn(frame_);  // no frame, but bytes of the serial line that begin like one
+    ToSerial(frame_);  // no frame, but bytes of the serial line that begin like one
     return true;
   }
   if (frame_.size() < kHeaderBytes) return false;

@@ -52,7 +52,7 @@ class EthernetAdapter final : public FaultyLine {
 
  private:
   void TakeByte(std::uint8_t byte) override;
-  void PassOn(std::span<const std::uint8_t> bytes);
+  void ToSerial(std::span<const std::uint8_t> bytes);
   // False while more bytes of it may come.
   bool TakeFrame();
   void SendReport();

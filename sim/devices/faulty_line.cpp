@@ -1,6 +1,8 @@
 #include "sim/devices/faulty_line.h"
 
 #include <algorithm>
+#include <array>
+#include <utility>
 
 namespace tavlyn::sim {
 namespace {
@@ -20,25 +22,42 @@ void FaultyLine::Receive(std::span<const std::uint8_t> bytes) {
 }
 
 void FaultyLine::Send(std::span<const std::uint8_t> bytes) {
+  Piece piece;
   for (std::uint8_t byte : bytes) {
     const Fault fault = faults.Next();
-    if (fault == Fault::kVanish) return;
+    if (fault == Fault::kVanish) break;
     if (fault == Fault::kRefuse) continue;
     if (fault == Fault::kGarble) Garble({&byte, 1});
-    out_.push_back(byte);
+    piece.push_back(byte);
   }
+  if (!piece.empty()) out_.push_back(std::move(piece));
 }
 
-void FaultyLine::Flood(std::size_t bytes) { out_.insert(out_.end(), bytes, kNoise); }
+void FaultyLine::PassOn(ByteDevice& behind) {
+  std::array<std::uint8_t, 64> piece;
+  while (const std::size_t count = behind.Take(piece)) Send(std::span(piece).first(count));
+}
+
+void FaultyLine::Flood(std::size_t bytes) {
+  if (bytes > 0) out_.emplace_back(bytes, kNoise);
+}
 
 std::size_t FaultyLine::Take(std::span<std::uint8_t> bytes) {
   if (faults.Vanished()) return 0;
-  const std::size_t count = std::min({bytes.size(), out_.size(), untilCut_.value_or(out_.size())});
-  const auto end = out_.begin() + static_cast<std::ptrdiff_t>(count);
-  std::copy(out_.begin(), end, bytes.begin());
-  out_.erase(out_.begin(), end);
-  if (untilCut_) *untilCut_ -= count;
-  return count;
+  const std::size_t most = std::min(bytes.size(), untilCut_.value_or(bytes.size()));
+  std::size_t taken = 0;
+  while (taken < most && !out_.empty()) {
+    Piece& piece = out_.front();
+    const std::size_t count = std::min(most - taken, piece.size());
+    const auto end = piece.begin() + static_cast<std::ptrdiff_t>(count);
+    std::copy(piece.begin(), end, bytes.begin() + static_cast<std::ptrdiff_t>(taken));
+    piece.erase(piece.begin(), end);
+    taken += count;
+    if (piece.empty()) out_.pop_front();
+    if (inPieces) break;
+  }
+  if (untilCut_) *untilCut_ -= taken;
+  return taken;
 }
 
 bool FaultyLine::TakeCut() {

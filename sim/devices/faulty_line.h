@@ -17,6 +17,8 @@ class FaultyLine : public ByteDevice {
  public:
   // Counted per byte, in both directions; a reader's own faults act on its feature reports only.
   Faults faults;
+  // Take stops where one piece of an answer ends, as transfers on USB do.
+  bool inPieces = false;
 
   // The line is cut once so many more bytes have left the device; what was to follow them is lost.
   void CutAfter(std::size_t bytes) { untilCut_ = bytes; }
@@ -29,10 +31,15 @@ class FaultyLine : public ByteDevice {
 
  protected:
   virtual void TakeByte(std::uint8_t byte) = 0;
+  // One piece of an answer.
   void Send(std::span<const std::uint8_t> bytes);
+  // All that a line behind this one has to say.
+  void PassOn(ByteDevice& behind);
 
  private:
-  std::deque<std::uint8_t> out_;
+  using Piece = std::deque<std::uint8_t>;
+
+  std::deque<Piece> out_;
   std::optional<std::size_t> untilCut_;
 };
 

@@ -15,6 +15,7 @@ namespace {
 
 constexpr std::string_view kStart = "rfid:";
 constexpr std::string_view kPrompt = "Orvantis>";
+constexpr std::uint8_t kFrameStart = 0xFA;
 constexpr char kEndOfLine = '\r';
 constexpr std::size_t kLongestLine = 256;
 
@@ -201,9 +202,19 @@ constexpr std::uint8_t kLongBeep = 0x80;
 
 }  // namespace
 
-ReaderAscii::ReaderAscii(std::shared_ptr<Reader> reader) : reader_(std::move(reader)) {}
+ReaderAscii::ReaderAscii(std::shared_ptr<Reader> reader) : reader_(std::move(reader)), frames_(reader_) {}
+
+void ReaderAscii::Silence() {
+  line_.clear();
+  frames_.Silence();
+}
 
 void ReaderAscii::TakeByte(std::uint8_t byte) {
+  if (speaksFrames && (frames_.InFrame() || byte == kFrameStart)) {
+    frames_.Receive({&byte, 1});
+    PassOn(frames_);
+    return;
+  }
   if (echoes) Send({&byte, 1});
   if (byte != kEndOfLine) {
     if (line_.size() < kLongestLine) line_ += static_cast<char>(byte);

@@ -1,4 +1,4 @@
-// The serial side of readers that speak text instead of frames. A carriage return ends each line:
+// The serial side of readers that also speak text. A carriage return ends each line:
 //
 //   RFID:VAR          all variables, one "RFID:key=value" a line
 //   RFID:DEV.VER      the firmware version, "{0074.3.1}"
@@ -7,7 +7,7 @@
 //   rfid:key=value    sets a variable, at once and for good
 //
 // Values are 'c', '\xHH', True, False, 0xHH and decimal numbers. Every answer ends in the prompt; an empty
-// line has none.
+// line has none. Frames are answered too: a host finds the reader by one before it turns to text.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,7 @@
 #include <string>
 
 #include "sim/devices/faulty_line.h"
-#include "sim/devices/reader.h"
+#include "sim/devices/reader_fa.h"
 
 namespace tavlyn::sim {
 
@@ -26,10 +26,11 @@ class ReaderAscii final : public FaultyLine {
 
   bool echoes = true;   // cmd.echo, as the reader starts
   bool prompts = true;  // cmd.prompt
+  bool speaksFrames = true;
 
   Reader& Device() { return *reader_; }
 
-  void Silence() override { line_.clear(); }
+  void Silence() override;
 
  private:
   void TakeByte(std::uint8_t byte) override;
@@ -38,6 +39,7 @@ class ReaderAscii final : public FaultyLine {
   void Assign(const std::string& key, const std::string& value);
 
   std::shared_ptr<Reader> reader_;
+  ReaderFa frames_;
   std::string line_;
 };
 

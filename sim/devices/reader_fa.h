@@ -18,6 +18,8 @@ class ReaderFa final : public FaultyLine {
   explicit ReaderFa(std::shared_ptr<Reader> reader);
 
   Reader& Device() { return *reader_; }
+  // The next byte belongs to a frame that has begun.
+  [[nodiscard]] bool InFrame() const { return phase_ != Phase::kIdle; }
 
   void Silence() override;
 

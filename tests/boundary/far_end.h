@@ -20,8 +20,6 @@
 #include "sim/carriers/ethernet.h"
 #include "sim/carriers/pseudo_terminal.h"
 #include "sim/devices/faulty_line.h"
-#include "sim/devices/reader_ascii.h"
-#include "sim/devices/reader_fa.h"
 
 namespace tavlyn::boundary {
 
@@ -72,22 +70,6 @@ class Answering final : public sim::FaultyLine {
 
   Bytes answer_;
   int taken_ = 0;
-};
-
-// A reader that speaks text and also reads by frames, by which readers are found.
-class TwoDialects final : public sim::ByteDevice {
- public:
-  explicit TwoDialects(const std::shared_ptr<sim::Reader>& reader) : text(reader), frames(reader) {}
-
-  sim::ReaderAscii text;
-  sim::ReaderFa frames;
-  int textPieces = 0;  // as they arrived
-
-  void Receive(std::span<const std::uint8_t> bytes) override;
-  std::size_t Take(std::span<std::uint8_t> bytes) override;
-
- private:
-  int frameBytes_ = 0;  // still to come
 };
 
 // Answers the first byte with a million.

@@ -104,25 +104,6 @@ void Answering::TakeByte(std::uint8_t) {
   Send(answer_);
 }
 
-void TwoDialects::Receive(std::span<const std::uint8_t> bytes) {
-  constexpr std::uint8_t kClass = 0xFA;
-  for (const std::uint8_t& byte : bytes) {
-    if (frameBytes_ == 0 && byte == kClass) frameBytes_ = kFrameBytes;
-    if (frameBytes_ == 0) {
-      text.Receive({&byte, 1});
-    } else {
-      frames.Receive({&byte, 1});
-      --frameBytes_;
-    }
-  }
-  if (frameBytes_ == 0) ++textPieces;
-}
-
-std::size_t TwoDialects::Take(std::span<std::uint8_t> bytes) {
-  const std::size_t count = frames.Take(bytes);
-  return count > 0 ? count : text.Take(bytes);
-}
-
 void Flooding::TakeByte(std::uint8_t) {
   if (!spoken_) Flood(1'000'000);
   spoken_ = true;

@@ -3,6 +3,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "sim/devices/reader_ascii.h"
 #include "tests/boundary/far_end.h"
 #include "tests/boundary/program.h"
 
@@ -112,12 +113,12 @@ TEST_F(TavlynctlLinks, WrongWords) {
 TEST_F(TavlynctlLinks, AsciiReader) {
   reader_->PutCard({0xAB, 0x12, 0x01}, 26);
   reader_->state.luid = 7;
-  TwoDialects both(reader_);
-  PortDevice device(ports_, 3, both);
+  sim::ReaderAscii text(reader_);
+  PortDevice device(ports_, 3, text);
   const Ended read = Ctl("--com 3 --ascii read");
   EXPECT_EQ(0, read.status) << read.err;
   EXPECT_EQ("card 26 bits 000112AB\n", read.out);
-  device.With([&] { EXPECT_FALSE(both.text.echoes) << "the dialect was not spoken"; });
+  device.With([&] { EXPECT_FALSE(text.echoes) << "the dialect was not spoken"; });
 }
 
 TEST_F(TavlynctlLinks, SerialBytes) {

@@ -139,5 +139,87 @@ TEST_F(RackTest, WhatIsNotUnderstoodIsRefusedWithAReason) {
   EXPECT_EQ("x: a report is hexadecimal", Refused("input x"));
 }
 
+TEST_F(RackTest, LinesAreListedByTheirPlace) {
+  Do("plug reader");
+  Do("plug plus:2@COM3");
+  Do("plug reader@com4:ascii");
+  Do("plug reader@127.0.0.1:10001");
+  Do("plug reader@bulk");
+  EXPECT_EQ(
+      "1 7A31:3BFA reader\n2 COM3 plus:2@COM3\n3 com4:ascii reader@com4:ascii\n"
+      "4 127.0.0.1:10001 reader@127.0.0.1:10001\n5 bulk reader@bulk\n",
+      Do("list"));
+  EXPECT_EQ(1U, rack_.Present().size());
+  const auto lines = rack_.Lines();
+  ASSERT_EQ(4U, lines.size());
+  EXPECT_EQ(2, lines[0].number);
+  EXPECT_EQ(LineKind::kCom, lines[0].place.kind);
+  EXPECT_EQ(3, lines[0].place.number);
+  EXPECT_EQ(LineKind::kComAscii, lines[1].place.kind);
+  EXPECT_EQ(LineKind::kEthernet, lines[2].place.kind);
+  EXPECT_EQ(10001, lines[2].place.number);
+  EXPECT_EQ((std::array<std::uint8_t, 4>{127, 0, 0, 1}), lines[2].place.ip);
+  EXPECT_EQ(LineKind::kBulk, lines[3].place.kind);
+}
+
+TEST_F(RackTest, PlacesThatCannotBeAreRefused) {
+  for (const char* place : {"", "com", "com0", "com257", "com3x", "com3:text", "127.0.0.1", "127.0.0:1",
+                            "127.0.0.256:1", "127.0.0.1:0", "127.0.0.1:65536", "1.2.3.4.5:6", "bulk2"}) {
+    EXPECT_EQ("reader@" + std::string(place) + ": no such kind of device",
+              Refused("plug reader@" + std::string(place)));
+  }
+}
+
+TEST_F(RackTest, OnePlaceHoldsOneDevice) {
+  Do("plug reader@com3");
+  EXPECT_EQ("reader@com3:ascii: there is one already", Refused("plug reader@com3:ascii"));
+  Do("plug reader@com4");
+  Do("plug reader@127.0.0.1:10001");
+  Refused("plug reader@127.0.0.1:10002");
+  Do("plug reader@127.0.0.2:10001");
+  Do("plug reader@bulk");
+  Refused("plug reader@bulk");
+  Do("#1 unplug");
+  Do("plug reader@com3:ascii");
+}
+
+TEST_F(RackTest, LinesCarryBytesWithARecord) {
+  Do("plug reader@com3");
+  const std::vector<std::uint8_t> ping{0xFA, 0x04, 0xED, 0xED, 4};
+  rack_.SendBytes(1, ping);
+  std::vector<std::uint8_t> answer(16);
+  EXPECT_EQ(7U, rack_.TakeBytes(1, answer));
+  EXPECT_EQ("write FA 04 ED ED 04\nread 04 01 00 31 74 90 00\n", Do("traffic"));
+  EXPECT_EQ("12", Do("exchanges"));
+  Do("refuse 1");
+  rack_.SendBytes(1, ping);
+  EXPECT_EQ(0U, rack_.TakeBytes(1, answer));
+  EXPECT_EQ(nullptr, rack_.LineOf(0));
+  EXPECT_EQ(nullptr, rack_.LineOf(2));
+}
+
+TEST_F(RackTest, LinesMisbehave) {
+  Do("plug reader");
+  for (const char* command : {"delay 5", "slow 5", "cut 5", "flood 5"}) Refused(command);
+  Do("plug reader@com3");
+  Do("delay 40");
+  Do("slow 3");
+  EXPECT_EQ(std::chrono::milliseconds(40), rack_.Lines().at(0).manner.delay);
+  EXPECT_EQ(std::chrono::milliseconds(3), rack_.Lines().at(0).manner.betweenBytes);
+  for (const char* command : {"delay x", "delay 60001", "slow -1", "cut x", "flood 99999999999"})
+    Refused(command);
+  Do("flood 9");
+  std::vector<std::uint8_t> noise(16);
+  EXPECT_EQ(9U, rack_.TakeBytes(2, noise));
+  Do("cut 0");
+  EXPECT_TRUE(rack_.LineOf(2)->TakeCut());
+  Do("vanish 1");
+  rack_.SendBytes(2, noise);
+  EXPECT_TRUE(rack_.Lines().empty());
+  Do("heal");
+  ASSERT_EQ(1U, rack_.Lines().size());
+  EXPECT_EQ(std::chrono::milliseconds(0), rack_.Lines().at(0).manner.delay);
+}
+
 }  // namespace
 }  // namespace tavlyn::sim

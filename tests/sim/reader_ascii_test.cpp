@@ -95,6 +95,14 @@ TEST_F(ReaderAsciiTest, IgnoresWhatIsNotForIt) {
   EXPECT_EQ("", Say(reader, ".ID\r"));
 }
 
+TEST_F(ReaderAsciiTest, AnswersFramesBetweenItsLines) {
+  const std::string ping("\xFA\x04\xED\xED\x04", 5);
+  EXPECT_EQ(std::string("\x04\x01\0\x31\x74\x90\0", 7), Say(reader, "\r" + ping));
+  EXPECT_EQ(kDone, Say(reader, "RFID:x\r"));
+  reader.speaksFrames = false;
+  EXPECT_EQ("", Say(reader, ping));
+}
+
 TEST_F(ReaderAsciiTest, MisbehavesByCommand) {
   reader.faults.RefuseReply({'V', 'A', 'R'}, 1);
   EXPECT_EQ("", Say(reader, "RFID:VAR\r"));

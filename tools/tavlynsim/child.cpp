@@ -75,10 +75,11 @@ std::optional<int> Child::TakeSignals() {
   while (read(signals_, &signal, sizeof signal) == sizeof signal) {
     // What the terminal sends reaches the command by itself.
     const bool byTerminal = signal.ssi_code == SI_KERNEL;
+    if (pid_ < 0 && signal.ssi_signo != SIGCHLD) return kSignalled + static_cast<int>(signal.ssi_signo);
     if (signal.ssi_signo != SIGCHLD && !byTerminal) kill(pid_, static_cast<int>(signal.ssi_signo));
   }
   int status = 0;
-  if (waitpid(pid_, &status, WNOHANG) != pid_) return std::nullopt;
+  if (pid_ < 0 || waitpid(pid_, &status, WNOHANG) != pid_) return std::nullopt;
   return WIFSIGNALED(status) ? kSignalled + WTERMSIG(status) : WEXITSTATUS(status);
 }
 

@@ -26,7 +26,8 @@ class Child {
 
   // Readable when signals have come.
   [[nodiscard]] int Fd() const { return signals_; }
-  // Hands on what asks the command to end, and gives its exit status once it has.
+  // Hands on what asks the command to end, and gives its exit status once it has. Without a command that was
+  // started, what asks to end does so.
   std::optional<int> TakeSignals();
 
  private:

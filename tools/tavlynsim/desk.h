@@ -2,6 +2,9 @@
 #pragma once
 
 #include <functional>
+#include <map>
+#include <string>
+#include <string_view>
 #include <utility>
 
 #include "sim/carriers/rack_source.h"
@@ -25,12 +28,35 @@ class Desk final : public Source {
     if (onAsked && announces) onAsked();
     return rack_.TakeInput(key, report);
   }
+  std::vector<ListedLine> Lines() override { return rack_.Lines(); }
+  Outcome SendBytes(Key line, std::span<const std::uint8_t> bytes) override {
+    if (onAsked && AsksForId(line, bytes)) onAsked();
+    return rack_.SendBytes(line, bytes);
+  }
+  Outcome TakeBytes(Key line, std::vector<std::uint8_t>& bytes) override {
+    return rack_.TakeBytes(line, bytes);
+  }
+  Outcome Silence(Key line) override { return rack_.Silence(line); }
+  Outcome TakeCut(Key line) override { return rack_.TakeCut(line); }
   bool Run(const std::string& command, std::string& reply) override { return rack_.Run(command, reply); }
 
  private:
   static constexpr bool AsksForId(std::uint8_t command) { return command == 0x8F || command == 0x8D; }
 
+  // The question comes in pieces, as a frame or as text.
+  bool AsksForId(Key line, std::span<const std::uint8_t> bytes) {
+    using namespace std::string_view_literals;
+    constexpr std::size_t kLongest = 16;
+    std::string& last = last_[line];
+    last.append(bytes.begin(), bytes.end());
+    const bool asks =
+        last.find("\xFA\0\0\0"sv) != std::string::npos || last.find("QID.ID") != std::string::npos;
+    if (last.size() > kLongest) last.erase(0, last.size() - kLongest);
+    return asks;
+  }
+
   RackSource rack_;
+  std::map<Key, std::string> last_;  // that came on each line
 };
 
 }  // namespace tavlyn::sim

@@ -23,11 +23,34 @@ constexpr Kind kKinds[] = {
     {"plus:N", "a plus reader of 2 to 11 configurations, 7A31:3BFA"},
     {"KIND@VID:PID", "either one under another USB identity, such as reader@19E5:2021"},
     {"KIND@7A31:3BFB", "numbers its reports, tells of cards by input reports, has a keyboard beside it"},
+    {"KIND@com3", "on serial port COM3, also com3:ascii for one that speaks text"},
+    {"KIND@IP:PORT", "behind an Ethernet adapter at an address of this machine, such as 127.0.0.1:10001"},
+    {"KIND@bulk", "a bulk device, 171B:1004, for programs that use libusb-0.1"},
 };
 
 int ShowKinds() {
   for (const Kind& kind : kKinds) std::printf("%-16s %s\n", kind.word, kind.text);
   return 0;
+}
+
+// Short words for a plain reader on some line.
+void AddLines(CLI::App& run, std::vector<std::string>& devices) {
+  const auto add = [&](const char* name, const char* type, const char* text, const char* behind) {
+    run.add_option_function<std::vector<std::string>>(
+           name,
+           [&devices, behind](const std::vector<std::string>& places) {
+             for (const std::string& place : places) devices.push_back("reader@" + place + behind);
+           },
+           text)
+        ->type_name(type)
+        ->allow_extra_args(false);
+  };
+  add("--serial", "COMn", "A reader on a serial port: --device reader@COMn", "");
+  add("--ascii", "COMn", "One that speaks text: --device reader@COMn:ascii", ":ascii");
+  add("--ethernet", "IP:PORT", "One behind an Ethernet adapter: --device reader@IP:PORT", "");
+  run.add_flag_callback(
+      "--bulk", [&devices] { devices.emplace_back("reader@bulk"); },
+      "One behind the endpoints of a bulk device: --device reader@bulk");
 }
 
 void AddRun(CLI::App& app, RunOptions& options, std::optional<bool>& interactive) {
@@ -37,6 +60,7 @@ void AddRun(CLI::App& app, RunOptions& options, std::optional<bool>& interactive
   run->add_option("--device", options.devices, "A device, may be given again (see tavlynsim devices)")
       ->type_name("KIND")
       ->allow_extra_args(false);
+  AddLines(*run, options.lines);
   run->add_option("--card", options.timetable.cards,
                   "A card for the first device, lowest byte first; may be given again")
       ->type_name("HEX:BITS")
@@ -58,7 +82,8 @@ void AddRun(CLI::App& app, RunOptions& options, std::optional<bool>& interactive
   run->add_option("--carrier", options.carrier,
                   "hidapi (default): for the command alone. uhid: for this machine")
       ->transform(CLI::CheckedTransformer(kCarriers));
-  run->add_option("COMMAND", options.command, "What to run, behind --")->required();
+  run->add_option("COMMAND", options.command,
+                  "What to run, behind --; without it devices on lines are there until Ctrl-C");
 }
 
 }  // namespace
@@ -76,6 +101,7 @@ int main(int argc, char** argv) {
     return app.exit(error) == 0 ? 0 : tavlyn::sim::kBadUsage;
   }
   if (app.got_subcommand("devices")) return ShowKinds();
+  options.devices.insert(options.devices.end(), options.lines.begin(), options.lines.end());
   if (options.devices.empty()) options.devices.emplace_back("reader");
   options.interactive = interactive.value_or(isatty(STDIN_FILENO) == 1);
   return tavlyn::sim::Run(options);

@@ -7,22 +7,20 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <optional>
 
 #include "sim/carriers/wire.h"
 #include "tools/tavlynsim/child.h"
 #include "tools/tavlynsim/desk.h"
+#include "tools/tavlynsim/line_show.h"
 #include "tools/tavlynsim/server.h"
+#include "tools/tavlynsim/standins.h"
 #include "tools/tavlynsim/typed_lines.h"
 #include "tools/tavlynsim/uhid_show.h"
 
 namespace tavlyn::sim {
 namespace {
 
-namespace fs = std::filesystem;
-
-constexpr const char* kStandin = "libhidapi-hidraw.so.0";
 // A kernel's question waits no longer than this for the loop to come round.
 constexpr int kUhidPollMs = 5;
 constexpr std::size_t kAnnouncementBytes = 8;
@@ -30,20 +28,6 @@ constexpr std::size_t kAnnouncementBytes = 8;
 int Fail(int status, const std::string& problem) {
   std::fprintf(stderr, "tavlynsim: %s\n", problem.c_str());
   return status;
-}
-
-// The stand-in's folder lies at the same place beside the program when built and when installed.
-std::optional<fs::path> StandinFolder() {
-  std::error_code none;
-  const fs::path beside = fs::read_symlink("/proc/self/exe", none).parent_path().parent_path();
-  for (const char* folder : {TAVLYN_STANDIN_FOLDER, TAVLYN_STANDIN_LIBDIR}) {
-    if (fs::exists(beside / folder / kStandin, none)) return beside / folder;
-  }
-  return std::nullopt;
-}
-
-std::string WithFolderFirst(const fs::path& folder, const char* rest) {
-  return rest != nullptr && *rest != '\0' ? folder.string() + ":" + rest : folder.string();
 }
 
 // The input report with which the first device tells of a card; empty for the most, which do not.
@@ -60,13 +44,14 @@ std::string Announcement(Source& source) {
 class Simulation {
  public:
   explicit Simulation(const RunOptions& options)
-      : options_(options), server_(desk_), uhid_(desk_), typed_(desk_, options.interactive) {}
+      : options_(options), server_(desk_), uhid_(desk_), lines_(desk_), typed_(desk_, options.interactive) {}
 
   int Run() {
     if (const int status = Prepare(); status != 0) return status;
     Child::Variables variables;
     if (const int status = Show(variables); status != 0) return status;
-    if (!child_.Start(options_.command, variables, !options_.interactive)) {
+    if (options_.command.empty() && desk_.Lines().empty()) return Fail(kBadUsage, "COMMAND is missing");
+    if (!options_.command.empty() && !child_.Start(options_.command, variables, !options_.interactive)) {
       return Fail(errno == ENOENT ? kNotFound : kCannotRun,
                   options_.command.front() + ": " + std::strerror(errno));
     }
@@ -97,28 +82,57 @@ class Simulation {
 
   // Makes the devices visible, and gives the variables by which the command sees them.
   int Show(Child::Variables& variables) {
-    if (options_.carrier == Carrier::kUhid) {
-      std::string problem;
-      return uhid_.Start(problem) ? 0 : Fail(kCannotSimulate, problem);
-    }
-    const auto folder = StandinFolder();
-    if (!folder) return Fail(kCannotSimulate, std::string("the stand-in ") + kStandin + " is not installed");
+    std::string problem;
+    const bool onUhid = options_.carrier == Carrier::kUhid;
+    if (onUhid && !uhid_.Start(problem)) return Fail(kCannotSimulate, problem);
     if (!server_.Open()) return Fail(kCannotSimulate, std::strerror(errno));
-    variables = {{"LD_LIBRARY_PATH", WithFolderFirst(*folder, std::getenv("LD_LIBRARY_PATH"))},
-                 {wire::kSocketVariable, server_.SocketPath()}};
-    return 0;
+    if (!onUhid && !ShowHid(variables, problem)) return Fail(kCannotSimulate, problem);
+    return ShowLines(variables, problem) ? 0 : Fail(kCannotSimulate, problem);
+  }
+
+  bool ShowHid(Child::Variables& variables, std::string& problem) {
+    const auto folder = HidStandinFolder(problem);
+    if (!folder) return false;
+    variables.emplace_back("LD_LIBRARY_PATH", WithFolderFirst(*folder, std::getenv("LD_LIBRARY_PATH")));
+    variables.emplace_back(wire::kSocketVariable, server_.SocketPath());
+    return true;
+  }
+
+  // A user's own port folder is used where one is set, so that programs started elsewhere see the ports too.
+  bool ShowLines(Child::Variables& variables, std::string& problem) {
+    const char* chosen = std::getenv(kPortFolderVariable);
+    const std::string ports = chosen != nullptr ? chosen : server_.Folder();
+    if (!lines_.Start(ports, problem)) return false;
+    for (const ListedLine& line : desk_.Lines()) {
+      const auto needed = NeededFor(line.place, ports, problem);
+      if (!needed) return false;
+      std::string way;
+      for (const auto& [name, value] : *needed) way += name + "=" + value + " ";
+      std::fprintf(stderr, "tavlynsim: %s%s\n", way.c_str(), ReachedBy(line.place).c_str());
+      variables.insert(variables.end(), needed->begin(), needed->end());
+    }
+    return true;
+  }
+
+  // The variables by which programs reach a line; none, with the problem, when they cannot.
+  std::optional<Child::Variables> NeededFor(const LinePlace& place, const std::string& ports,
+                                            std::string& problem) const {
+    if (place.kind == LineKind::kEthernet) return Child::Variables{};
+    if (place.kind != LineKind::kBulk) return Child::Variables{{kPortFolderVariable, ports}};
+    const auto library = UsbStandin(problem);
+    if (!library) return std::nullopt;
+    return Child::Variables{{kLibusbVariable, *library}, {wire::kSocketVariable, server_.SocketPath()}};
   }
 
   // One turn of the loop; a status once the command has ended.
   std::optional<int> Turn() {
     const bool onUhid = options_.carrier == Carrier::kUhid;
     std::vector<pollfd> polled{{child_.Fd(), POLLIN, 0}, {typed_.Fd(), POLLIN, 0}};
-    if (onUhid) {
-      uhid_.AddTo(polled);
-    } else {
-      server_.AddTo(polled);
-    }
-    int timeout = onUhid ? kUhidPollMs : -1;
+    server_.AddTo(polled);
+    uhid_.AddTo(polled);
+    lines_.AddTo(polled);
+    int timeout = PollTimeout(lines_.NextDue());
+    if (onUhid) timeout = timeout < 0 ? kUhidPollMs : std::min(timeout, kUhidPollMs);
     if (const auto next = script_->UntilNext()) {
       const int untilNext = static_cast<int>(next->count());
       timeout = timeout < 0 ? untilNext : std::min(timeout, untilNext);
@@ -126,11 +140,9 @@ class Simulation {
     if (poll(polled.data(), polled.size(), timeout) < 0) return std::nullopt;
     script_->Step();
     if (polled[1].revents != 0) typed_.Serve();
-    if (onUhid) {
-      uhid_.Serve();
-    } else {
-      server_.Serve(polled);
-    }
+    server_.Serve(polled);
+    if (onUhid) uhid_.Serve();
+    lines_.Serve();
     return polled[0].revents != 0 ? child_.TakeSignals() : std::nullopt;
   }
 
@@ -140,6 +152,7 @@ class Simulation {
   std::optional<Script> script_;
   Server server_;
   UhidShow uhid_;
+  LineShow lines_;
   TypedLines typed_;
   Child child_;
 };

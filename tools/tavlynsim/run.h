@@ -17,6 +17,7 @@ inline constexpr int kNotFound = 127;
 
 struct RunOptions {
   std::vector<std::string> devices;
+  std::vector<std::string> lines;   // devices given by short words
   std::vector<std::string> orders;  // commands of the rack, run before the command is
   Timetable timetable;
   Carrier carrier = Carrier::kHidapi;

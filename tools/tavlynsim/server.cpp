@@ -30,6 +30,17 @@ wire::Message Handle(Source& source, const wire::Message& asked) {
       outcome = source.GetFeature(asked.key, answer.body);
       break;
     case wire::Op::kTakeInput: outcome = source.TakeInput(asked.key, answer.body); break;
+    case wire::Op::kLines:
+      answer.body = wire::PackLines(source.Lines());
+      outcome = Outcome::kDone;
+      break;
+    case wire::Op::kSendBytes: outcome = source.SendBytes(asked.key, asked.body); break;
+    case wire::Op::kTakeBytes:
+      answer.body = asked.body;
+      outcome = source.TakeBytes(asked.key, answer.body);
+      break;
+    case wire::Op::kSilence: outcome = source.Silence(asked.key); break;
+    case wire::Op::kTakeCut: outcome = source.TakeCut(asked.key); break;
     case wire::Op::kRun: {
       std::string reply;
       const bool done = source.Run({asked.body.begin(), asked.body.end()}, reply);

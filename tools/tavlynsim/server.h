@@ -20,6 +20,8 @@ class Server {
   // False: errno tells why.
   bool Open();
   [[nodiscard]] const std::string& SocketPath() const { return path_; }
+  // Of this run; goes with the server.
+  [[nodiscard]] const std::string& Folder() const { return folder_; }
 
   // For the owner's loop: what to poll, and what to do with the outcome.
   void AddTo(std::vector<pollfd>& polled) const;

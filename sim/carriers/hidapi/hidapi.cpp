@@ -9,15 +9,14 @@
 #include <cwchar>
 #include <thread>
 
-#include "sim/carriers/hidapi/socket_source.h"
-#include "sim/carriers/rack_source.h"
 #include "sim/carriers/standin_control.h"
+#include "sim/carriers/standin_source.h"
 
 using tavlyn::sim::HidIdentity;
 using tavlyn::sim::Key;
 using tavlyn::sim::Listed;
 using tavlyn::sim::Outcome;
-using tavlyn::sim::Source;
+using tavlyn::sim::StandinSource;
 using tavlyn::sim::Usage;
 
 struct hid_device_ {
@@ -33,18 +32,6 @@ constexpr const char* kManufacturer = "tavlynsim";
 constexpr std::chrono::milliseconds kPollPause(2);
 
 thread_local const wchar_t* lastError = L"Success";
-
-Source* MakeSource() {
-  const char* socket = std::getenv(tavlyn::sim::wire::kSocketVariable);
-  if (socket != nullptr) return new tavlyn::sim::SocketSource(socket);
-  return new tavlyn::sim::RackSource;
-}
-
-// Deliberately never destroyed: programs close their devices in their own last steps.
-Source& TheSource() {
-  static Source* const source = MakeSource();
-  return *source;
-}
 
 template <typename Result>
 Result Fail(Result result, const wchar_t* reason) {
@@ -91,7 +78,7 @@ bool Fits(std::uint16_t wanted, std::uint16_t value) { return wanted == 0 || wan
 
 template <typename Test>
 hid_device* OpenFirst(Test test) {
-  for (Listed& listed : TheSource().List()) {
+  for (Listed& listed : StandinSource().List()) {
     if (test(listed)) return new hid_device_{std::move(listed)};
   }
   return Fail<hid_device*>(nullptr, L"There is no such device");
@@ -104,11 +91,6 @@ int CopyText(const std::string& text, wchar_t* string, std::size_t size) {
   return 0;
 }
 
-int CopyReply(const std::string& text, char* reply, std::size_t size) {
-  if (size != 0) reply[text.copy(reply, size - 1)] = '\0';
-  return static_cast<int>(text.size());
-}
-
 }  // namespace
 
 extern "C" {
@@ -119,7 +101,7 @@ int hid_exit() { return 0; }
 hid_device_info* hid_enumerate(unsigned short vendor_id, unsigned short product_id) {
   hid_device_info* first = nullptr;
   hid_device_info** end = &first;
-  for (const Listed& listed : TheSource().List()) {
+  for (const Listed& listed : StandinSource().List()) {
     if (Fits(vendor_id, listed.identity.vid) && Fits(product_id, listed.identity.pid))
       end = Append(end, listed);
   }
@@ -157,7 +139,7 @@ void hid_close(hid_device* device) {
 
 int hid_send_feature_report(hid_device* device, const unsigned char* data, size_t length) {
   if (data == nullptr || length == 0) return Fail(-1, L"An empty report");
-  return Count(TheSource().SetFeature(device->listed.key, {data, length}), length);
+  return Count(StandinSource().SetFeature(device->listed.key, {data, length}), length);
 }
 
 // A buffer longer than the report gets the report; so does the kernel's hidraw.
@@ -166,20 +148,20 @@ int hid_get_feature_report(hid_device* device, unsigned char* data, size_t lengt
   const HidIdentity& identity = device->listed.identity;
   if (data[0] != identity.reportId) return Fail(-1, L"The device has no report of that number");
   const std::size_t size = std::min(length, identity.featureBytes + 1);
-  return Count(TheSource().GetFeature(device->listed.key, {data, size}), size);
+  return Count(StandinSource().GetFeature(device->listed.key, {data, size}), size);
 }
 
 int hid_read_timeout(hid_device* device, unsigned char* data, size_t length, int milliseconds) {
   const auto start = std::chrono::steady_clock::now();
   std::vector<std::uint8_t> report;
-  Outcome outcome = TheSource().TakeInput(device->listed.key, report);
+  Outcome outcome = StandinSource().TakeInput(device->listed.key, report);
   while (outcome == Outcome::kNothing) {
     const bool forever = milliseconds < 0;
     if (!forever && std::chrono::steady_clock::now() - start >= std::chrono::milliseconds(milliseconds)) {
       return 0;
     }
     std::this_thread::sleep_for(kPollPause);
-    outcome = TheSource().TakeInput(device->listed.key, report);
+    outcome = StandinSource().TakeInput(device->listed.key, report);
   }
   const std::size_t count = std::min(length, report.size());
   if (outcome == Outcome::kDone) std::copy_n(report.begin(), count, data);
@@ -235,10 +217,7 @@ const hid_api_version* hid_version() {
 const char* hid_version_str() { return HID_API_VERSION_STR; }
 
 int tavlyn_standin(const char* command, char* reply, std::size_t size) {
-  std::string text;
-  const bool done = TheSource().Run(command, text);
-  const int length = CopyReply(text, reply, size);
-  return done ? length : -1;
+  return tavlyn::sim::RunStandin(command, reply, size);
 }
 
 const char* tavlyn_standin_marker() { return "libhidapi-hidraw.so.0"; }

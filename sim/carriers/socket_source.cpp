@@ -1,4 +1,4 @@
-#include "sim/carriers/hidapi/socket_source.h"
+#include "sim/carriers/socket_source.h"
 
 #include <unistd.h>
 
@@ -56,6 +56,36 @@ Outcome SocketSource::TakeInput(Key key, std::vector<std::uint8_t>& report) {
   const Outcome outcome = Ask(wire::Op::kTakeInput, message);
   if (outcome == Outcome::kDone) report = std::move(message.body);
   return outcome;
+}
+
+std::vector<ListedLine> SocketSource::Lines() {
+  wire::Message message;
+  std::vector<ListedLine> lines;
+  if (Ask(wire::Op::kLines, message) != Outcome::kDone || !wire::UnpackLines(message.body, lines)) return {};
+  return lines;
+}
+
+Outcome SocketSource::SendBytes(Key line, std::span<const std::uint8_t> bytes) {
+  wire::Message message = About(line, bytes);
+  return Ask(wire::Op::kSendBytes, message);
+}
+
+Outcome SocketSource::TakeBytes(Key line, std::vector<std::uint8_t>& bytes) {
+  wire::Message message = About(line, bytes);
+  const Outcome outcome = Ask(wire::Op::kTakeBytes, message);
+  if (outcome != Outcome::kDone || message.body.size() > bytes.size()) message.body.clear();
+  bytes = std::move(message.body);
+  return outcome;
+}
+
+Outcome SocketSource::Silence(Key line) {
+  wire::Message message = About(line);
+  return Ask(wire::Op::kSilence, message);
+}
+
+Outcome SocketSource::TakeCut(Key line) {
+  wire::Message message = About(line);
+  return Ask(wire::Op::kTakeCut, message);
 }
 
 bool SocketSource::Run(const std::string& command, std::string& reply) {

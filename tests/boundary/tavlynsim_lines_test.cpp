@@ -1,0 +1,98 @@
+// tavlynsim with devices on lines, and a program that finds them there through the built library.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+
+#include "tests/boundary/program.h"
+
+namespace tavlyn::boundary {
+namespace {
+
+const std::string kRun = TAVLYNSIM " run ";
+const std::string kReader = " -- " LINE_READER;
+const std::string kCard = "7431 26 bits 1234\n";
+
+bool Holds(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+
+TEST(TavlynsimLines, ReaderOnASerialPort) {
+  const Ended ended = RunLine(kRun + "--serial COM3 --card 3412:26" + kReader + " com 3");
+  EXPECT_EQ(kCard + kCard, ended.out) << ended.err;
+  EXPECT_TRUE(Holds(ended.err, "tavlynsim: TAVLYNAPI_PORT_DIR=/")) << ended.err;
+  EXPECT_TRUE(Holds(ended.err, " tavlynctl --com 3 read\n")) << ended.err;
+}
+
+TEST(TavlynsimLines, ReaderThatSpeaksText) {
+  const Ended ended = RunLine(kRun + "--ascii COM4 --card 3412:26" + kReader + " ascii 4");
+  EXPECT_EQ(kCard + kCard, ended.out) << ended.err;
+  EXPECT_TRUE(Holds(ended.err, " tavlynctl --com 4 --ascii read\n")) << ended.err;
+}
+
+TEST(TavlynsimLines, ReaderBehindAnEthernetAdapter) {
+  const Ended ended =
+      RunLine(kRun + "--ethernet 127.78.0.1:10001 --card 3412:26" + kReader + " ip 127.78.0.1 10001");
+  EXPECT_EQ(kCard + kCard, ended.out) << ended.err;
+  EXPECT_EQ("tavlynsim: tavlynctl --ip 127.78.0.1:10001 watch\n", ended.err);
+}
+
+// The library loads a stand-in only when root alone can have put it there.
+TEST(TavlynsimLines, BulkReader) {
+  const Ended ended = RunLine(kRun + "--bulk --card 3412:26" + kReader + " usb");
+  if (Holds(ended.err, "belong to root")) {
+    EXPECT_EQ(125, ended.status);
+    return;
+  }
+  EXPECT_EQ(kCard + kCard, ended.out) << ended.err;
+  EXPECT_TRUE(Holds(ended.err, "tavlynsim: TAVLYNAPI_LIBUSB=/")) << ended.err;
+}
+
+TEST(TavlynsimLines, CardsComeByTheClock) {
+  const Ended ended = RunLine(kRun + "--serial COM3 --card 3412:26 --on 100 --off 5000" + kReader + " com 3");
+  EXPECT_EQ(kCard + "7431 0 bits 0000\n", ended.out) << ended.err;
+}
+
+TEST(TavlynsimLines, OrdersActOnTheLine) {
+  const Ended vanished = RunLine(kRun + "--serial COM3 --do 'vanish 1'" + kReader + " com 3");
+  EXPECT_EQ(2, vanished.status);
+  const Ended plugged =
+      RunLine(kRun + "--serial COM3 --do 'plug plus:2@com5' --do 'card 3412:26'" + kReader + " com 5");
+  EXPECT_EQ(kCard + kCard, plugged.out) << plugged.err;
+  const Ended slow =
+      RunLine(kRun + "--serial COM3 --do 'card 3412:26' --do 'delay 20' --do 'slow 2'" + kReader + " com 3");
+  EXPECT_EQ(kCard + kCard, slow.out) << slow.err;
+  const Ended later = RunLine("echo plug reader@com5 | " + kRun +
+                              "--interactive -- sh -c 'sleep 0.3; ls ${TAVLYNSIM_SOCKET%/socket}'");
+  EXPECT_EQ("com5\nsocket\n", later.out) << later.err;
+  EXPECT_EQ(1, RunLine(kRun + "--do 'slow 2' -- true").status);
+}
+
+TEST(TavlynsimLines, PortFolderOfTheUserIsUsed) {
+  const Ended ended =
+      RunLine("folder=$(mktemp -d); TAVLYNAPI_PORT_DIR=$folder " + kRun +
+              "--serial COM3 -- sh -c 'readlink $TAVLYNAPI_PORT_DIR/com3'; ls $folder; rmdir $folder");
+  EXPECT_TRUE(ended.out.starts_with("/dev/pts/")) << ended.out;
+  EXPECT_EQ(1, std::count(ended.out.begin(), ended.out.end(), '\n'));
+}
+
+TEST(TavlynsimLines, StayWithoutACommandUntilTold) {
+  const Ended ended = RunLine("timeout --preserve-status -s INT 0.5 " + kRun + "--serial COM3");
+  EXPECT_EQ(130, ended.status);
+  EXPECT_TRUE(Holds(ended.err, "tavlynctl --com 3 read\n")) << ended.err;
+  EXPECT_EQ(1, RunLine(kRun + "--device reader").status);
+}
+
+TEST(TavlynsimLines, WrongPlacesAreRefused) {
+  for (const char* words : {"--serial 3", "--serial COM0", "--ascii COM4:ascii", "--ethernet 127.0.0.1",
+                            "--serial COM3 --ascii COM3", "--bulk --device reader@bulk"}) {
+    EXPECT_EQ(1, RunLine(kRun + words + " -- true").status) << words;
+  }
+}
+
+TEST(TavlynsimLines, PlaceThatCannotBeHadIsTold) {
+  const Ended ended = RunLine(kRun + "--ethernet 192.0.2.1:10001 -- true");
+  EXPECT_EQ(125, ended.status);
+  EXPECT_TRUE(Holds(ended.err, "tavlynctl --ip 192.0.2.1:10001 watch")) << ended.err;
+}
+
+}  // namespace
+}  // namespace tavlyn::boundary

@@ -1,0 +1,126 @@
+#include "tools/tavlynsim/line_show.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include "sim/carriers/ethernet.h"
+#include "sim/carriers/pseudo_terminal.h"
+
+namespace tavlyn::sim {
+namespace {
+
+// A line of the source as a model that a carrier can lead to.
+class SourceLine final : public ByteDevice {
+ public:
+  SourceLine(Source& source, Key key) : source_(source), key_(key) {}
+
+  [[nodiscard]] Key GetKey() const { return key_; }
+  void Receive(std::span<const std::uint8_t> bytes) override { source_.SendBytes(key_, bytes); }
+  std::size_t Take(std::span<std::uint8_t> bytes) override {
+    taken_.resize(bytes.size());
+    source_.TakeBytes(key_, taken_);
+    std::ranges::copy(taken_, bytes.begin());
+    return taken_.size();
+  }
+  void Silence() override { source_.Silence(key_); }
+  bool TakeCut() override { return source_.TakeCut(key_) == Outcome::kDone; }
+
+ private:
+  Source& source_;
+  Key key_;
+  std::vector<std::uint8_t> taken_;
+};
+
+std::string AddressText(const LinePlace& place) {
+  std::string text;
+  for (const std::uint8_t octet : place.ip) text += std::to_string(octet) + ".";
+  text.back() = ':';
+  return text + std::to_string(place.number);
+}
+
+}  // namespace
+
+struct LineShow::Shown {
+  Shown(Source& source, Key key) : model(source, key) {}
+
+  // False: errno tells why.
+  bool Plug(const LinePlace& place, const std::string& portFolder) {
+    if (place.kind == LineKind::kEthernet) {
+      auto adapter =
+          std::make_unique<EthernetCarrier>(model, AdapterIdentity{kWedgeMac, place.ip}, place.number);
+      const bool plugged = adapter->IsPlugged() || adapter->Plug();
+      carrier = std::move(adapter);
+      return plugged;
+    }
+    if (place.kind == LineKind::kBulk) return true;
+    const std::string link = portFolder + "/com" + std::to_string(place.number);
+    auto port = std::make_unique<PseudoTerminal>(model, link);
+    const bool plugged = port->IsPlugged() || port->Plug();
+    carrier = std::move(port);
+    return plugged;
+  }
+
+  SourceLine model;
+  std::unique_ptr<Served> carrier;  // null for a bulk device
+};
+
+std::string ReachedBy(const LinePlace& place) {
+  switch (place.kind) {
+    case LineKind::kCom: return "tavlynctl --com " + std::to_string(place.number) + " read";
+    case LineKind::kComAscii: return "tavlynctl --com " + std::to_string(place.number) + " --ascii read";
+    case LineKind::kEthernet: return "tavlynctl --ip " + AddressText(place) + " watch";
+    case LineKind::kBulk: break;
+  }
+  return "tavlynctl read";
+}
+
+bool LineShow::Start(const std::string& portFolder, std::string& problem) {
+  portFolder_ = portFolder;
+  return PlugNew(problem);
+}
+
+bool LineShow::PlugNew(std::string& problem) {
+  bool all = true;
+  for (const ListedLine& listed : source_.Lines()) {
+    auto at = std::ranges::find(shown_, listed.key, [](const auto& one) { return one->model.GetKey(); });
+    if (at == shown_.end()) {
+      at = shown_.insert(at, std::make_shared<Shown>(source_, listed.key));
+      if (!(*at)->Plug(listed.place, portFolder_)) {
+        problem = "a device for \"" + ReachedBy(listed.place) + "\": " + std::strerror(errno);
+        all = false;
+      }
+    }
+    if ((*at)->carrier != nullptr) (*at)->carrier->Manner() = listed.manner;
+  }
+  return all;
+}
+
+void LineShow::AddTo(std::vector<pollfd>& polled) const {
+  for (const auto& one : shown_) {
+    if (one->carrier != nullptr) one->carrier->AddTo(polled);
+  }
+}
+
+DueTime LineShow::NextDue() const {
+  DueTime next;
+  for (const auto& one : shown_) {
+    if (one->carrier != nullptr) next = Sooner(next, one->carrier->NextDue());
+  }
+  return next;
+}
+
+void LineShow::Serve() {
+  const std::vector<ListedLine> lines = source_.Lines();
+  std::erase_if(shown_, [&](const auto& one) {
+    return std::ranges::find(lines, one->model.GetKey(), &ListedLine::key) == lines.end();
+  });
+  std::string problem;
+  if (!PlugNew(problem)) std::fprintf(stderr, "tavlynsim: %s\n", problem.c_str());
+  for (const auto& one : shown_) {
+    if (one->carrier != nullptr) one->carrier->Serve();
+  }
+}
+
+}  // namespace tavlyn::sim

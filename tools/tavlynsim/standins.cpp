@@ -1,0 +1,47 @@
+#include "tools/tavlynsim/standins.h"
+
+#include <sys/stat.h>
+
+namespace tavlyn::sim {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kHidStandin = "libhidapi-hidraw.so.0";
+constexpr const char* kUsbStandin = "libtavlyn-standin-usb.so";
+
+bool OnlyRootWrites(const fs::path& path) {
+  struct stat status {};
+  return stat(path.c_str(), &status) == 0 && status.st_uid == 0 &&
+         (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+}
+
+}  // namespace
+
+// The folder lies at the same place beside the program when built and when installed.
+std::optional<fs::path> HidStandinFolder(std::string& problem) {
+  std::error_code none;
+  const fs::path beside = fs::read_symlink("/proc/self/exe", none).parent_path().parent_path();
+  for (const char* folder : {TAVLYN_STANDIN_FOLDER, TAVLYN_STANDIN_LIBDIR}) {
+    if (fs::exists(beside / folder / kHidStandin, none)) return beside / folder;
+  }
+  problem = std::string("the stand-in ") + kHidStandin + " is not installed";
+  return std::nullopt;
+}
+
+std::optional<std::string> UsbStandin(std::string& problem) {
+  const auto folder = HidStandinFolder(problem);
+  if (!folder) return std::nullopt;
+  const fs::path file = folder->parent_path() / kUsbStandin;
+  if (OnlyRootWrites(file) && OnlyRootWrites(file.parent_path())) return file.string();
+  problem = file.string() +
+            ": tavlynapi loads it only when it and its folder belong to root and nobody else may "
+            "write to them; install it as root";
+  return std::nullopt;
+}
+
+std::string WithFolderFirst(const fs::path& folder, const char* rest) {
+  return rest != nullptr && *rest != '\0' ? folder.string() + ":" + rest : folder.string();
+}
+
+}  // namespace tavlyn::sim
