@@ -21,7 +21,7 @@ std::uint16_t ParseType(const std::string& text) {
 }  // namespace
 
 Json Cards(const Options& options) {
-  const Session session;
+  const Session session(options.link);
   session.Use(options.device);
   RequirePlusReader();
   Json document = NewDocument("cards", options.device);
@@ -37,7 +37,7 @@ Json Cards(const Options& options) {
 
 Json SetCard(const Options& options) {
   const std::uint16_t type = ParseType(options.cardType);
-  const Session session;
+  const Session session(options.link);
   session.Use(options.device);
   RequirePlusReader();
   CheckConfiguration(options.index);

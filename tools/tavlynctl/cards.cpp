@@ -39,7 +39,8 @@ class Poll {
     std::this_thread::sleep_for(kPollPause);
     Card card;
     card.bits = GetActiveID32(card.id.data(), kLongestId);
-    if (card.bits != 0 || GetLastLibErr() == 0) {
+    // A serial reader's failed answer may hold what looks like a card.
+    if (GetLastLibErr() == 0) {
       failed_ = 0;
       return card.bits != 0 ? card : Card{};
     }
@@ -91,7 +92,7 @@ int ShowChange(const Card& before, const Card& now, bool json) {
 }  // namespace
 
 Json Read(const Options& options) {
-  const Session session;
+  const Session session(options.link);
   session.Use(options.device);
   const auto deadline = After(options.timeout.value_or(kReadTimeout));
   Poll poll;
@@ -106,7 +107,7 @@ Json Read(const Options& options) {
 }
 
 Json Watch(const Options& options) {
-  const Session session;
+  const Session session(options.link);
   session.Use(options.device);
   std::signal(SIGINT, [](int) { stopped = 1; });
   std::signal(SIGTERM, [](int) { stopped = 1; });

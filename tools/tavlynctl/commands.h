@@ -5,17 +5,19 @@
 #include <string>
 #include <vector>
 
+#include "tools/tavlynctl/link.h"
 #include "tools/tavlynctl/output.h"
 
 namespace tavlyn::ctl {
 
 struct Options {
+  Link link;
   bool json = false;
   int device = 0;
   std::optional<double> timeout;   // seconds
-  int count = 0;                   // events or beeps; 0: any number of events, one beep
+  int count = 0;                   // events, beeps or bytes; 0: any number of events, one beep
   std::optional<int> config;       // without it all are shown and compared, and 0 is set
-  std::vector<std::string> words;  // FIELD, FIELD=VALUE or a colour
+  std::vector<std::string> words;  // FIELD, FIELD=VALUE, a colour or hexadecimal bytes
   std::vector<std::string> files;
   std::string choice;  // one of the words that a command takes
   int index = 0;       // of a configuration or a module
@@ -24,8 +26,10 @@ struct Options {
   std::optional<int> volume;
   std::string header;  // of an item, and its bytes
   std::string data;
-  bool keys = false;      // not the data
-  bool showKeys = false;  // print key material
+  bool keys = false;        // not the data
+  bool showKeys = false;    // print key material
+  std::optional<int> code;  // of a baud rate
+  std::optional<IpRange> range;
   bool dryRun = false;
   bool secure = false;
   bool ini = false;
@@ -76,6 +80,10 @@ Json ReadSecure(const Options& options);
 Json WriteSecure(const Options& options);
 Json SaveBle(const Options& options);
 Json LoadBle(const Options& options);
+Json Find(const Options& options);
+Json SerialBaud(const Options& options);
+Json SerialWrite(const Options& options);
+Json SerialRead(const Options& options);
 
 // Adds card type and priority of the selected configuration; nothing for a plain reader.
 void DescribeCardType(Json& configuration);

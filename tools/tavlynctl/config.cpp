@@ -30,7 +30,7 @@ void DescribeCardType(Json& configuration) {
 }
 
 Json ShowConfig(const Options& options) {
-  const Session session;
+  const Session session(options.link);
   session.Use(options.device);
   Json document = NewDocument("config show", options.device);
   Json& all = document["configurations"] = Json::array();
@@ -45,7 +45,7 @@ Json ShowConfig(const Options& options) {
 Json GetConfig(const Options& options) {
   std::vector<Field> wanted;
   for (const std::string& name : options.words) wanted.push_back(FindField(name));
-  const Session session;
+  const Session session(options.link);
   session.Use(options.device);
   const SelectedConfiguration selected(options.config.value_or(0));
   Json document = NewDocument("config get", options.device);

@@ -103,7 +103,7 @@ struct Side {
 };
 
 Side ReaderSide(const Options& options) {
-  const Session session;
+  const Session session(options.link);
   session.Use(options.device);
   if (options.config) CheckConfiguration(*options.config);
   return {ActiveDeviceName(), ReaderSettings(), true};
@@ -135,7 +135,7 @@ Json Differences(std::size_t index, const Side& left, const Side& right) {
 
 Json SaveConfig(const Options& options) {
   const std::string& path = options.files.front();
-  const Session session;
+  const Session session(options.link);
   session.Use(options.device);
   const std::uint32_t saved =
       options.secure ? WriteDevCfgToSecureFile(path.c_str()) : WriteDevCfgToFile(path.c_str());
@@ -152,7 +152,7 @@ Json LoadConfig(const Options& options) {
   const std::string& path = options.files.front();
   const bool secure = options.secure || HasTrailer(path, Trailer::kHwg);
   if (secure) CheckTrailer(path, Trailer::kHwg);
-  const Session session;
+  const Session session(options.link);
   session.Use(options.device);
   Json notLoaded = Json::array();
   const std::vector<Change> changes = Plan(path, notLoaded);

@@ -22,7 +22,7 @@ constexpr Move kMoves[] = {
 Json SetConfig(const Options& options) {
   std::vector<Wish> wishes;
   for (const std::string& text : options.words) wishes.push_back(ParseWish(text));
-  const Session session;
+  const Session session(options.link);
   session.Use(options.device);
   const int index = options.config.value_or(0);
   CheckConfiguration(index);
@@ -38,7 +38,7 @@ Json ResetConfig(const Options& options) {
   if (!options.yes) {
     throw Failure(kUsage, "this loads the factory configuration over what the reader has; --yes does it");
   }
-  const Session session;
+  const Session session(options.link);
   session.Use(options.device);
   if (ResetFactoryDflts() != 1) {
     throw Failure(kDeviceError, ActiveDeviceName() + " could not be reset, " + ErrorText());
@@ -49,7 +49,7 @@ Json ResetConfig(const Options& options) {
 }
 
 Json MoveDefaults(const Options& options) {
-  const Session session;
+  const Session session(options.link);
   session.Use(options.device);
   RequirePlusReader();
   for (const Move& one : kMoves) {

@@ -79,7 +79,7 @@ void DescribeTexts(Json& device) {
 }
 
 Json List(const Options& options) {
-  const Session session;
+  const Session session(options.link);
   Json document = NewDocument("list");
   document["devices"] = Json::array();
   std::string problem;
@@ -96,7 +96,9 @@ Json List(const Options& options) {
 }
 
 Json Info(const Options& options) {
-  const Session session;
+  const Session session(options.link);
+  // A search of serial ports alone does not ask for the firmware words.
+  if (options.link.kind == LinkKind::kSerial) SendGetFWVersion();
   session.Use(options.device);
   Json document = NewDocument("info");
   Json& device = document["device"] = Description();

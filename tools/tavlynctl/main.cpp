@@ -38,7 +38,7 @@ void AddChoice(CLI::App* command, Options& options, const char* name, const std:
 using Commands = std::vector<Command>;
 
 void AddReads(CLI::App& app, Options& options, Commands& commands) {
-  commands.push_back({Add(app, "list", "The readers that are plugged in", options), "list", List});
+  commands.push_back({Add(app, "list", "The readers that are found", options), "list", List});
   CLI::App* info = Add(app, "info", "What a reader tells of itself", options);
   CLI::App* read = Add(app, "read", "The card that lies on a reader, or the next that comes", options);
   read->add_option("--timeout", options.timeout, "Seconds to wait for a card (10)")
@@ -205,8 +205,56 @@ void AddSecure(CLI::App& app, Options& options, Commands& commands) {
                                    {write, "secure write", WriteSecure}});
 }
 
+// Options of the program, also taken behind a command.
+void AddLinks(CLI::App& app, Link& link) {
+  app.fallthrough();
+  const auto add = [&](const char* name, bool (*take)(const std::string&, Link&), const char* text) {
+    return app.add_option_function<std::string>(
+        name,
+        [&link, take, name](const std::string& word) {
+          if (!take(word, link)) throw CLI::ValidationError(name, word + " cannot be meant");
+        },
+        text);
+  };
+  CLI::Option* com = add("--com", TakePorts, "Search this COM port, or these")->type_name("N|LO-HI");
+  CLI::Option* ip = add("--ip", TakePeer, "Search behind the Ethernet adapter of this address");
+  ip->type_name("A.B.C.D:PORT")->excludes(com);
+  app.add_option("--baud", link.baud, "Speed of the COM ports (9600)")->needs(com);
+  app.add_flag("--ascii", link.ascii, "Speak the text dialect of serial readers");
+}
+
+void AddFind(CLI::App& app, Options& options, Commands& commands) {
+  CLI::App* find = Add(app, "find", "The Ethernet adapters of an address range", options);
+  find->add_option_function<std::string>(
+          "RANGE",
+          [&options](const std::string& word) {
+            options.range = ParseRange(word);
+            if (!options.range) throw CLI::ValidationError("RANGE", word + " is no address range");
+          },
+          "A.B.C.D or A.B.C.FIRST-LAST; this host's own network without it")
+      ->type_name("");
+  commands.push_back({find, "find", Find});
+}
+
+void AddSerial(CLI::App& app, Options& options, Commands& commands) {
+  CLI::App& serial = *app.add_subcommand("serial", "The serial side of a reader");
+  serial.require_subcommand(1);
+  CLI::App* baud = Add(serial, "baud", "Tells or sets the code of the reader's baud rate", options);
+  baud->add_option("CODE", options.code)->check(CLI::Range(0, 255));
+  CLI::App* write = Add(serial, "write", "Sends raw bytes", options);
+  write->add_option("HEX", options.words)->required();
+  write->add_option("--read", options.count, "Bytes to read afterwards, at most")->check(CLI::Range(1, 1024));
+  CLI::App* read = Add(serial, "read", "Reads raw bytes", options);
+  read->add_option("COUNT", options.count, "At most")->required()->check(CLI::Range(1, 1024));
+  for (CLI::App* command : {baud, write, read}) AddDevice(command, options);
+  commands.insert(commands.end(), {{baud, "serial baud", SerialBaud},
+                                   {write, "serial write", SerialWrite},
+                                   {read, "serial read", SerialRead}});
+}
+
 Commands AddAll(CLI::App& app, Options& options) {
   Commands commands;
+  AddLinks(app, options.link);
   AddReads(app, options, commands);
   AddConfig(app, options, commands);
   AddOutputs(app, options, commands);
@@ -214,6 +262,8 @@ Commands AddAll(CLI::App& app, Options& options) {
   AddExtensions(app, options, commands);
   AddRaw(app, options, commands);
   AddSecure(app, options, commands);
+  AddSerial(app, options, commands);
+  AddFind(app, options, commands);
   CLI::App* check = Add(app, "check", "Whether a file is as it was written", options);
   AddFiles(check, options, 1);
   check->add_flag("--ini", options.ini, "A key-load ini file");
@@ -222,6 +272,9 @@ Commands AddAll(CLI::App& app, Options& options) {
 }
 
 int Run(const Command& command, const Options& options) try {
+  if (options.link.ascii && options.link.kind == LinkKind::kUsb) {
+    throw Failure(kUsage, "--ascii needs --com or --ip");
+  }
   Show(command.run(options), options.json);
   return kOk;
 } catch (const Failure& failure) {

@@ -20,7 +20,7 @@ Wish For(const char* field, bool on) { return {FindField(field), static_cast<std
 
 // In the configuration that the reader is on.
 Json SetOutputs(const char* command, const std::vector<Wish>& wishes, const Options& options) {
-  const Session session;
+  const Session session(options.link);
   session.Use(options.device);
   const Change change = Wanting(GetActConfig(), Values(wishes));
   Json document = NewDocument(command, options.device);
@@ -35,7 +35,7 @@ Json SetOutputs(const char* command, const std::vector<Wish>& wishes, const Opti
 }  // namespace
 
 Json Beep(const Options& options) {
-  const Session session;
+  const Session session(options.link);
   session.Use(options.device);
   if (BeepNow(static_cast<std::uint8_t>(options.count), options.longBeep ? 1 : 0) != 1) {
     throw NoOutput("the beeper");
@@ -66,7 +66,7 @@ Json Relay(const Options& options) {
 }
 
 Json Volume(const Options& options) {
-  const Session session;
+  const Session session(options.link);
   session.Use(options.device);
   if (options.volume && SetBeeperVolume(static_cast<std::uint16_t>(*options.volume)) != 1) {
     throw NoOutput("the volume");

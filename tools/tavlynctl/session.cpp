@@ -10,6 +10,7 @@ namespace tavlyn::ctl {
 namespace {
 
 constexpr std::int16_t kUsbLink = 0;
+constexpr std::int16_t kEthernetLink = 2;
 constexpr std::uint32_t kReaders = 1;
 
 struct ErrorWord {
@@ -21,6 +22,8 @@ struct ErrorWord {
 // Set words and bits that join them; the upper four bits are one number.
 constexpr ErrorWord kErrorWords[] = {
     {0xFFC, TAVLYN_ERR_WRITE_REPORT & 0xFFC, "a report could not be sent"},  // joined by small numbers
+    {0xFFF, TAVLYN_ERR_ASCII_PORT, "the port is not open"},
+    {0xFFF, TAVLYN_ERR_ASCII_ANSWER, "the answer could not be understood"},
     {TAVLYN_ERR_CONNECT, TAVLYN_ERR_CONNECT, "a search failed"},
     {TAVLYN_ERR_CONFIG_READ, TAVLYN_ERR_CONFIG_READ, "a read of the configuration failed"},
     {TAVLYN_ERR_CONFIG_WRITE, TAVLYN_ERR_CONFIG_WRITE, "a write of the configuration failed"},
@@ -45,17 +48,51 @@ std::string Unread() {
   return "the configuration of " + ActiveDeviceName() + " could not be read, " + ErrorText();
 }
 
+// Whether all that was found could be read, too.
+bool Connect(const Link& link) {
+  if (link.kind == LinkKind::kSerial) {
+    SetBaudRate(link.baud);
+    SetComSrchRange(link.firstPort, link.lastPort);
+    return ComConnect(nullptr) == 1;
+  }
+  if (link.kind == LinkKind::kEthernet) {
+    SetDevTypeSrch(kEthernetLink);
+    SetIpPort(link.ip[0], link.ip[1], link.ip[2], link.ip[3], link.tcpPort);
+  } else {
+    SetDevTypeSrch(kUsbLink);
+  }
+  return USBConnect(nullptr) == 1;
+}
+
+// The dialect can be chosen only for a reader that has been found; all of them are then read again.
+bool ReadInAscii() {
+  bool all = true;
+  for (std::int16_t index = 0; index < GetDevCnt(); ++index) {
+    SetActDev(index);
+    UseAsciiCommandProtocol(1);
+    all = ReadCfg() == 1 && all;
+  }
+  SetActDev(0);
+  return all;
+}
+
+Failure NotFound(const Link& link) {
+  if (link.kind != LinkKind::kUsb) return {kNoDevice, "no reader answered " + Where(link)};
+  const std::string problem = PermissionProblem();
+  if (!problem.empty()) return {kNoPermission, problem};
+  return {kNoDevice, "no reader is plugged in"};
+}
+
 }  // namespace
 
-Session::Session() {
-  SetDevTypeSrch(kUsbLink);
+Session::Session(const Link& link) {
   SetConnectProduct(kReaders);
-  allRead_ = USBConnect(nullptr) == 1;
-  if (GetDevCnt() > 0) return;
-  USBDisconnect();
-  const std::string problem = PermissionProblem();
-  if (!problem.empty()) throw Failure(kNoPermission, problem);
-  throw Failure(kNoDevice, "no reader is plugged in");
+  allRead_ = Connect(link);
+  if (GetDevCnt() == 0) {
+    USBDisconnect();
+    throw NotFound(link);
+  }
+  if (link.ascii) allRead_ = ReadInAscii();
 }
 
 Session::~Session() { USBDisconnect(); }
@@ -116,8 +153,10 @@ std::string ActiveDevicePath() {
 }
 
 std::string ActiveDeviceName() {
-  return std::string(ActiveProduct()) + " " + std::to_string(GetActDev()) + " (" + GetVidPidVendorName() +
-         ", " + ActiveDevicePath() + ")";
+  std::string identity = GetVidPidVendorName();
+  if (!identity.empty()) identity += ", ";
+  return std::string(ActiveProduct()) + " " + std::to_string(GetActDev()) + " (" + identity +
+         ActiveDevicePath() + ")";
 }
 
 std::string ErrorText() {

@@ -4,12 +4,14 @@
 #include <cstdint>
 #include <string>
 
+#include "tools/tavlynctl/link.h"
+
 namespace tavlyn::ctl {
 
 class Session {
  public:
   // Throws Failure when there is no device, or none that may be opened.
-  Session();
+  explicit Session(const Link& link);
   ~Session();
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
@@ -45,7 +47,7 @@ class SelectedConfiguration {
   std::uint8_t before_;
 };
 
-// "card reader 0 (7A31:3BFA Orvantis, /dev/hidraw0)", of the active device.
+// "card reader 0 (7A31:3BFA Orvantis, /dev/hidraw0)", "card reader 0 (COM3:)", of the active device.
 std::string ActiveDeviceName();
 std::string ActiveDevicePath();
 const char* ActiveProduct();

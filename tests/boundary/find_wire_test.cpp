@@ -1,0 +1,125 @@
+// The search for Ethernet adapters among addresses of the loopback network. Its ports are fixed, so each test
+// has a network of its own.
+#include "tests/boundary/wire.h"
+
+namespace tavlyn::boundary {
+namespace {
+
+constexpr std::uint16_t kDiscoveryPort = 11000;
+constexpr std::uint16_t kAdapterPort = 30718;
+// Three tries of 50 ms, with 0, 101 and 202 ms before them.
+constexpr int kSilentAddress = 3 * 50 + 101 + 202;
+
+class FindWire : public Wire {
+ protected:
+  std::uint32_t Find(std::int16_t network, std::int16_t first, std::int16_t last) {
+    std::uint32_t found = 0;
+    took_ = TimeOf([&] { found = CALL(library_, FindXport)(127, 1, network, first, last); });
+    return found;
+  }
+  static Bytes AdapterReply(std::uint8_t first, std::uint8_t second) {
+    Bytes reply(30);
+    reply[3] = 0xF7;
+    reply[25] = first;
+    reply[26] = second;
+    return reply;
+  }
+  static UdpPeer::Answer Always(const Bytes& reply) {
+    return [reply](const Bytes&) { return std::vector<Bytes>{reply}; };
+  }
+
+  int took_ = 0;
+};
+
+TEST_F(FindWire, DiscoveryIsAnswered) {
+  Bytes asked;
+  const Ip ip{127, 1, 1, 5};
+  const UdpPeer adapter(ip, kDiscoveryPort, [&](const Bytes& datagram) {
+    asked = datagram;
+    return std::vector<Bytes>{DiscoveryReply(ip)};
+  });
+  EXPECT_EQ(5u, Find(1, 4, 254));
+  EXPECT_LE(took_, kSilentAddress + 50 + 101 + kLate);
+  EXPECT_GE(took_, kSilentAddress);
+  EXPECT_EQ((Bytes{'R', 'F', 'I', 'D', 'D', 'I', 'S', 'C', 1, 0}), asked);
+}
+
+TEST_F(FindWire, ShortDiscoveryReplyIsEnough) {
+  const Ip ip{127, 1, 2, 5};
+  Bytes reply = DiscoveryReply(ip);
+  reply.resize(100);
+  const UdpPeer adapter(ip, kDiscoveryPort, Always(reply));
+  EXPECT_EQ(5u, Find(2, 5, 5));
+}
+
+TEST_F(FindWire, AdapterQueryIsAnswered) {
+  Bytes asked;
+  const UdpPeer adapter({127, 1, 3, 9}, kAdapterPort, [&](const Bytes& datagram) {
+    asked = datagram;
+    return std::vector<Bytes>{AdapterReply(0x20, 0x4A)};
+  });
+  EXPECT_EQ(9u, Find(3, 9, 9));
+  ExpectTime(50, took_);
+  EXPECT_EQ((Bytes{0, 0, 0, 0xF6}), asked);
+}
+
+TEST_F(FindWire, AdapterOfAnotherMakerIsPassedOver) {
+  const UdpPeer adapter({127, 1, 4, 9}, kAdapterPort, Always(AdapterReply(0x80, 0xA3)));
+  EXPECT_EQ(0u, Find(4, 9, 9));
+  ExpectTime(kSilentAddress, took_);
+}
+
+TEST_F(FindWire, SilenceCostsTheSameForEachAddress) {
+  EXPECT_EQ(0u, Find(5, 1, 3));
+  ExpectTime(3 * kSilentAddress, took_);
+  EXPECT_EQ(3 * 3 * 3, NewDatagrams()) << "two of the first kind and one of the second in each try";
+}
+
+TEST_F(FindWire, EmptyRangeAsksNobody) {
+  EXPECT_EQ(0u, Find(6, 5, 4));
+  EXPECT_EQ(0, NewDatagrams());
+  ExpectTime(0, took_);
+}
+
+TEST_F(FindWire, SlowAnswerCountsInALaterTry) {
+  const Ip ip{127, 1, 7, 5};
+  const UdpPeer adapter(ip, kDiscoveryPort, Always(DiscoveryReply(ip)), Milliseconds(120));
+  EXPECT_EQ(5u, Find(7, 5, 5));
+  ExpectTime(50 + 100, took_);
+}
+
+TEST_F(FindWire, WrongBytesAreNoAnswer) {
+  const Ip ip{127, 1, 8, 5};
+  // Signature, kind, marks, text, first half of the MAC address, IP address.
+  for (const std::size_t at : {0U, 8U, 10U, 14U, 27U, 29U, 39U}) {
+    Bytes reply = DiscoveryReply(ip);
+    reply[at] ^= 1U;
+    const UdpPeer adapter(ip, kDiscoveryPort, Always(reply));
+    SkipSleeps(true);
+    EXPECT_EQ(0u, Find(8, 5, 5)) << at;
+    SkipSleeps(false);
+  }
+}
+
+// Ten datagrams for each one, of every length, on both ports.
+TEST_F(FindWire, NoiseIsNoAnswer) {
+  const auto noise = [](const Bytes&) {
+    std::vector<Bytes> all;
+    for (std::size_t length = 1; length <= 400; length += 40) all.emplace_back(length, std::uint8_t{0xF7});
+    all.emplace_back();
+    return all;
+  };
+  const UdpPeer first({127, 1, 9, 5}, kDiscoveryPort, noise);
+  const UdpPeer second({127, 1, 9, 5}, kAdapterPort, noise);
+  EXPECT_EQ(0u, Find(9, 5, 5));
+  ExpectTime(kSilentAddress, took_);
+}
+
+TEST_F(FindWire, ThisHostHasAnAddress) {
+  const std::uint32_t own = CALL(library_, GetMyIpAddress)();
+  EXPECT_NE(0u, own);
+  EXPECT_NE(0u, own & 0xFF);
+}
+
+}  // namespace
+}  // namespace tavlyn::boundary

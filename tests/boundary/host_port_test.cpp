@@ -1,0 +1,308 @@
+// The serial port of Linux on a real pseudo-terminal: the time-outs in all their combinations, queues, and
+// who may open it.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/wait.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <optional>
+#include <vector>
+
+#include "links/serial_port.h"
+#include "platform/platform.h"
+#include "tests/boundary/far_end.h"
+
+namespace tavlyn::boundary {
+namespace {
+
+using platform::ComPort;
+using platform::ComTimeouts;
+using platform::TheHost;
+
+constexpr std::uint16_t kNumber = 3;
+constexpr std::uint32_t kAllOnes = 0xFFFFFFFF;
+constexpr ComTimeouts kUsual{250, 5, 300, 50, 500};
+constexpr ComTimeouts kAtOnce{kAllOnes, 0, 0, 50, 500};
+constexpr int kEarly = 3;
+constexpr int kLate = 120;
+
+std::unique_ptr<ComPort> Open(const ComTimeouts& timeouts = kUsual) {
+  return TheHost().ports.Open(kNumber, {9600, 0, 0}, timeouts);
+}
+
+std::string Read(ComPort& port, std::size_t length) {
+  Bytes bytes(length);
+  const std::uint32_t count = port.Read(bytes);
+  return {bytes.begin(), bytes.begin() + count};
+}
+
+std::uint32_t Write(ComPort& port, const std::string& text) {
+  return port.Write({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
+}
+
+class HostPort : public testing::Test {
+ protected:
+  PortFolder ports_;
+  Descriptor far_ = ports_.AddPort(kNumber);
+};
+
+struct ReadCase {
+  const char* name;
+  std::uint32_t interval, multiplier, constant;
+  std::size_t length;
+  std::vector<int> arrivals;  // milliseconds from the start, a byte each
+  std::size_t count;
+  int took;
+};
+
+void PrintTo(const ReadCase& one, std::ostream* out) { *out << one.name; }
+
+class HostPortRead : public HostPort, public testing::WithParamInterface<ReadCase> {};
+
+TEST_P(HostPortRead, TakesItsTime) {
+  const ReadCase& one = GetParam();
+  const auto port = Open({one.interval, one.multiplier, one.constant, 50, 500});
+  ASSERT_NE(nullptr, port);
+  const auto start = Clock::now();
+  const Thread sender([&](int stop) {
+    for (const int at : one.arrivals) {
+      const auto left = std::chrono::duration_cast<Milliseconds>(start + Milliseconds(at) - Clock::now());
+      if (left.count() > 0 && Readable(stop, left)) return;
+      Send(far_.get(), "x");
+    }
+  });
+  std::string got;
+  const int took = TimeOf([&] { got = Read(*port, one.length); });
+  EXPECT_EQ(std::string(one.count, 'x'), got);
+  EXPECT_GE(took, one.took - kEarly);
+  EXPECT_LE(took, one.took + kLate);
+}
+
+// clang-format off
+const ReadCase kReadCases[] = {
+    //  name                         interval  mult const length arrivals         count took
+    {"ConstantAloneInSilence",              0,    0,  200,  10, {},                0, 200},
+    {"ConstantCountsFromTheStart",          0,    0,  200,  10, {150},             1, 200},
+    {"MultiplierAloneInSilence",            0,    5,    0,  40, {},                0, 200},
+    {"MultiplierGoesByTheBytesAskedFor",    0,    5,    0,  40, {0, 50},           2, 200},
+    {"MultiplierAndConstantAdd",            0,    4,  100,  25, {},                0, 200},
+    {"IntervalDoesNotEndSilence",         100,    0,  250,  10, {},                0, 250},
+    {"IntervalEndsBehindAByte",           100,    0, 5000,  10, {50},              1, 150},
+    {"IntervalCountsFromTheLastByte",     100,    0, 5000,  10, {0, 60, 120},      3, 220},
+    {"TotalEndsBeforeTheInterval",        100,    0,  150,  10, {0, 80},           2, 150},
+    {"IntervalEndsBeforeTheMultiplier",   100,   50,    0,  10, {20},              1, 120},
+    {"IntervalWithMultiplierAndConstant", 100,    5,  100,  20, {90, 150},         2, 200},
+    {"IntervalAloneWaitsForTheFirstByte", 100,    0,    0,  10, {300},             1, 400},
+    {"NothingSetWaitsForAllBytes",          0,    0,    0,   3, {100, 200, 400},   3, 400},
+    {"AllBytesEndARead",                  250,    5,  300,   3, {0, 20, 40},       3,  40},
+    {"AllOnesReturnsAtOnce",         kAllOnes,    0,    0,  10, {300},             0,   0},
+    {"NoBytesTakeNoTime",                   0,    0,  200,   0, {},                0,   0},
+    {"ConstructorSet",                    250,    5,  300,  10, {0},               1, 250},
+    {"NormalSet",                         750,    3,  500,   1, {},                0, 503},
+    {"FastSet",                            11,    3,  100,  10, {},                0, 130},
+    {"QuickSet",                          100,    1,   10,  40, {},                0,  50},
+};
+// clang-format on
+INSTANTIATE_TEST_SUITE_P(Timeouts, HostPortRead, testing::ValuesIn(kReadCases),
+                         [](const auto& one) { return std::string(one.param.name); });
+
+TEST_F(HostPort, AtOnceTakesAllThatIsThere) {
+  const auto port = Open(kAtOnce);
+  ASSERT_NE(nullptr, port);
+  Send(far_.get(), "abcdef");
+  Pause(Milliseconds(20));
+  EXPECT_EQ("abcd", Read(*port, 4));
+  EXPECT_EQ("ef", Read(*port, 4));
+}
+
+TEST_F(HostPort, TimeoutsOfAnOpenPortCanBeChanged) {
+  const auto port = Open({0, 0, 30000, 50, 500});
+  ASSERT_NE(nullptr, port);
+  port->SetTimeouts({0, 0, 100, 50, 500});
+  const int took = TimeOf([&] { EXPECT_EQ("", Read(*port, 4)); });
+  EXPECT_GE(took, 100 - kEarly);
+  EXPECT_LE(took, 100 + kLate);
+}
+
+// Far more than a pseudo-terminal holds, and a far end that does not read.
+TEST_F(HostPort, WriteEndsAfterItsTime) {
+  const std::string much(100'000, 'y');
+  struct WriteCase {
+    std::uint32_t multiplier, constant;
+    int took;
+  };
+  for (const WriteCase& one : {WriteCase{0, 200, 200}, WriteCase{0, 1, 1}}) {
+    const auto port = Open({0, 0, 0, one.multiplier, one.constant});
+    ASSERT_NE(nullptr, port);
+    std::uint32_t count = 0;
+    const int took = TimeOf([&] { count = Write(*port, much); });
+    EXPECT_LT(count, much.size());
+    EXPECT_GE(took, one.took - kEarly);
+    EXPECT_LE(took, one.took + kLate);
+    tcflush(far_.get(), TCIOFLUSH);
+  }
+}
+
+// Neither limit: the write waits for the far end, which reads later.
+TEST_F(HostPort, WriteWithoutALimitWaits) {
+  const std::string much(50'000, 'y');
+  const auto port = Open({0, 0, 0, 0, 0});
+  ASSERT_NE(nullptr, port);
+  std::string got;
+  {
+    const Thread reader([&](int) {
+      Pause(Milliseconds(300));
+      got = ReadUntilSilence(far_.get(), Milliseconds(200));
+    });
+    EXPECT_GE(TimeOf([&] { EXPECT_EQ(much.size(), Write(*port, much)); }), 300 - kEarly);
+  }
+  EXPECT_EQ(much, got);
+}
+
+TEST_F(HostPort, EveryByteValuePasses) {
+  std::string all;
+  for (int value = 0; value < 256; ++value) all += static_cast<char>(value);
+  const auto port = Open();
+  ASSERT_NE(nullptr, port);
+  Send(far_.get(), all);
+  EXPECT_EQ(all, Read(*port, all.size()));
+  EXPECT_EQ(all.size(), Write(*port, all));
+  EXPECT_EQ(all, ReadUntilSilence(far_.get(), Milliseconds(50)));
+}
+
+TEST_F(HostPort, QueuesHoldAThousandBytes) {
+  const std::string much(1024, 'z');
+  const auto port = Open();
+  ASSERT_NE(nullptr, port);
+  EXPECT_EQ(much.size(), Write(*port, much));
+  Send(far_.get(), much);
+  Pause(Milliseconds(20));
+  EXPECT_EQ(much, Read(*port, much.size()));
+  EXPECT_EQ(much, ReadUntilSilence(far_.get(), Milliseconds(50)));
+}
+
+TEST_F(HostPort, OpeningEmptiesTheQueue) {
+  Send(far_.get(), "for nobody");
+  Pause(Milliseconds(20));
+  const auto port = Open(kAtOnce);
+  ASSERT_NE(nullptr, port);
+  EXPECT_EQ("", Read(*port, 16));
+}
+
+TEST_F(HostPort, PurgeDropsWhatHasArrivedAlone) {
+  const auto port = Open(kAtOnce);
+  ASSERT_NE(nullptr, port);
+  EXPECT_EQ(3u, Write(*port, "out"));
+  Send(far_.get(), "in");
+  Pause(Milliseconds(20));
+  port->PurgeInput();
+  EXPECT_EQ("", Read(*port, 16));
+  EXPECT_EQ("out", ReadUntilSilence(far_.get(), Milliseconds(50)));
+}
+
+// Bytes that the other side has not read yet must not be lost.
+TEST_F(HostPort, FlushKeepsWhatWasWritten) {
+  const auto port = Open(kAtOnce);
+  ASSERT_NE(nullptr, port);
+  EXPECT_EQ(3u, Write(*port, "out"));
+  Send(far_.get(), "in");
+  Pause(Milliseconds(20));
+  port->Flush();
+  EXPECT_EQ("", Read(*port, 16));
+  EXPECT_EQ("out", ReadUntilSilence(far_.get(), Milliseconds(50)));
+  Send(far_.get(), "later");
+  Pause(Milliseconds(20));
+  EXPECT_EQ("later", Read(*port, 16));
+}
+
+TEST_F(HostPort, LineIsRawAtItsSpeed) {
+  const auto port = TheHost().ports.Open(kNumber, {19200, 2, 2}, kUsual);
+  ASSERT_NE(nullptr, port);
+  termios line{};
+  ASSERT_EQ(0, tcgetattr(far_.get(), &line));
+  EXPECT_EQ(static_cast<speed_t>(B19200), cfgetospeed(&line));
+  EXPECT_EQ(static_cast<tcflag_t>(CSTOPB), line.c_cflag & CSTOPB);
+  EXPECT_EQ(0u, line.c_lflag & (ICANON | ECHO | ISIG));
+  EXPECT_EQ(0u, line.c_iflag & (IXON | IXOFF | ICRNL));
+  EXPECT_EQ(0u, line.c_oflag & OPOST);
+}
+
+TEST_F(HostPort, WhatIsMissingOrNoPortDoesNotOpen) {
+  EXPECT_EQ(nullptr, TheHost().ports.Open(4, {}, kUsual));
+  ports_.AddFile(4, "/dev/null");
+  EXPECT_EQ(nullptr, TheHost().ports.Open(4, {}, kUsual));
+  EXPECT_EQ(nullptr, TheHost().ports.Open(kNumber, {12345, 0, 0}, kUsual)) << "no such speed";
+}
+
+TEST_F(HostPort, HangUpEndsAReadAtOnce) {
+  const auto port = Open({0, 0, 5000, 50, 500});
+  ASSERT_NE(nullptr, port);
+  far_.Close();
+  EXPECT_LE(TimeOf([&] { EXPECT_EQ("", Read(*port, 4)); }), kLate);
+  EXPECT_EQ(0u, Write(*port, "x"));
+}
+
+TEST_F(HostPort, ClosedPortMovesNothingAndOpensAgain) {
+  auto port = Open();
+  ASSERT_NE(nullptr, port);
+  port->CloseQuietly();
+  EXPECT_EQ("", Read(*port, 4));
+  EXPECT_EQ(0u, Write(*port, "x"));
+  port = Open();
+  ASSERT_NE(nullptr, port);
+  Send(far_.get(), "back");
+  EXPECT_EQ("back", Read(*port, 4));
+}
+
+// Root may open what is opened exclusively; anyone else may not.
+TEST_F(HostPort, OpenPortIsExclusive) {
+  if (getuid() != 0) GTEST_SKIP() << "only root can become someone else";
+  std::filesystem::permissions(ports_.PathOf(kNumber), std::filesystem::perms(0666));
+  const auto errorOfAStranger = [&] {
+    const pid_t child = fork();
+    if (child == 0) {
+      constexpr uid_t kNobody = 65534;
+      if (setuid(kNobody) != 0) _exit(255);
+      _exit(open(ports_.PathOf(kNumber).c_str(), O_RDWR | O_NOCTTY) < 0 ? errno : 0);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WEXITSTATUS(status);
+  };
+  auto port = Open();
+  ASSERT_NE(nullptr, port);
+  EXPECT_EQ(EBUSY, errorOfAStranger());
+  port.reset();
+  EXPECT_EQ(0, errorOfAStranger());
+}
+
+// Two, two, one, with a pause of a millisecond behind each: seen by a far end that looks all the time.
+TEST_F(HostPort, TextIsPaced) {
+  SerialPort port;
+  port.SetPortNum(kNumber);
+  ASSERT_TRUE(port.Open());
+  std::vector<std::string> pieces;
+  {
+    const Thread reader([&](int) {
+      while (Readable(far_.get(), Milliseconds(300))) {
+        char room[16];
+        const ssize_t count = read(far_.get(), room, sizeof room);
+        if (count <= 0) return;
+        pieces.emplace_back(room, static_cast<std::size_t>(count));
+      }
+    });
+    Pause(Milliseconds(50));
+    EXPECT_GE(TimeOf([&] { port.WriteText("ABCDE"); }), 3);
+  }
+  std::string all;
+  for (const std::string& piece : pieces) all += piece;
+  EXPECT_EQ("ABCDE", all);
+  EXPECT_GE(pieces.size(), 2u) << "at least the first pause is seen on a busy machine";
+}
+
+}  // namespace
+}  // namespace tavlyn::boundary

@@ -1,0 +1,99 @@
+// A connect with nothing attached, and with libusb-0.1 as Debian ships it.
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "tests/boundary/wire.h"
+
+namespace tavlyn::boundary {
+namespace {
+
+// Two sweeps over 254 addresses, with a pause of 2 ms for each.
+constexpr int kDefaultPauses = 2 * 254 * 2;
+
+class NothingAttached : public Wire {
+ protected:
+  void SetUp() override {
+    Wire::SetUp();
+    CALL(library_, SetConnectProduct)(7);
+  }
+};
+
+TEST_F(NothingAttached, DefaultConnectTakesItsPausesAndNoMore) {
+  double best = 1e9;
+  for (int time = 0; time < 3; ++time) {
+    const Cost cost = CostOf("default connect", [&] { EXPECT_EQ(0u, CALL(library_, USBConnect)(&did_)); });
+    EXPECT_EQ(kDefaultPauses, cost.pauses);
+    best = std::min(best, cost.OverPauses());
+  }
+  EXPECT_LE(best, 1.05);
+}
+
+TEST_F(NothingAttached, DefaultConnectAsksNobody) {
+  SkipSleeps(true);
+  EXPECT_EQ(0u, CALL(library_, USBConnect)(&did_));
+  SkipSleeps(false);
+  EXPECT_EQ(kNotWritten, did_);
+  EXPECT_EQ(0, NewConnects());
+  EXPECT_EQ(0, NewDatagrams());
+  // What is not asked is counted where it is asked.
+  const Ip ip{127, 3, 2, 1};
+  EXPECT_EQ(0u, ConnectTo(ip, ClosedTcpPort(ip)));
+  EXPECT_EQ(2, NewConnects());
+  EXPECT_EQ(8, NewDatagrams());
+}
+
+// Debian's own, on a machine whose bus is empty or holds other devices.
+class RealLibusb : public Wire {
+ protected:
+  static std::string File() {
+    for (const char* folder : {"/usr/lib/x86_64-linux-gnu", "/usr/lib/aarch64-linux-gnu", "/usr/lib64"}) {
+      const std::string file = std::string(folder) + "/libusb-0.1.so.4";
+      if (std::filesystem::exists(file)) return std::filesystem::canonical(file).string();
+    }
+    return {};
+  }
+  static bool IsLoaded(const std::string& file) {
+    std::ifstream maps("/proc/self/maps");
+    for (std::string line; std::getline(maps, line);) {
+      if (line.ends_with(file)) return true;
+    }
+    return false;
+  }
+};
+
+TEST_F(RealLibusb, LoadsAndFindsNothing) {
+  const std::string file = File();
+  if (file.empty()) GTEST_SKIP() << "libusb-0.1 is not installed";
+  struct stat status {};
+  ASSERT_EQ(0, stat(file.c_str(), &status));
+  if (status.st_uid != 0) GTEST_SKIP() << file << " does not belong to root, and is not trusted";
+  PortDevice device(ports_, 3, line_);
+  CALL(library_, SetDevTypeSrch)(1);
+  for (int time = 0; time < 3; ++time) {
+    SkipSleeps(true);
+    EXPECT_EQ(1u, CALL(library_, USBConnect)(&did_)) << "the reader on a port is still found";
+    SkipSleeps(false);
+    EXPECT_TRUE(IsLoaded(file));
+    EXPECT_EQ("COM3:", Name());
+    CALL(library_, USBDisconnect)();
+  }
+}
+
+// A copy that anyone could have put there.
+TEST_F(RealLibusb, UntrustedCopyIsNotLoaded) {
+  const std::string file = File();
+  if (file.empty()) GTEST_SKIP() << "libusb-0.1 is not installed";
+  const std::string copy = std::filesystem::temp_directory_path() / "tavlyn-untrusted-libusb.so";
+  std::filesystem::copy_file(file, copy, std::filesystem::copy_options::overwrite_existing);
+  SetVariable("TAVLYNAPI_LIBUSB", copy.c_str());
+  CALL(library_, SetDevTypeSrch)(1);
+  EXPECT_EQ(0u, CALL(library_, USBConnect)(&did_));
+  EXPECT_FALSE(IsLoaded(copy));
+  SetVariable("TAVLYNAPI_LIBUSB", nullptr);
+  std::filesystem::remove(copy);
+}
+
+}  // namespace
+}  // namespace tavlyn::boundary

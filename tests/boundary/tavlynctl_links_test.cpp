@@ -1,0 +1,176 @@
+// tavlynctl on pseudo-terminals and the loopback network.
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "sim/devices/reader_ascii.h"
+#include "tests/boundary/far_end.h"
+#include "tests/boundary/program.h"
+
+namespace tavlyn::boundary {
+namespace {
+
+using Json = nlohmann::json;
+
+bool Holds(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+
+class TavlynctlLinks : public testing::Test {
+ protected:
+  static Ended Ctl(const std::string& words) { return RunLine(std::string(TAVLYNCTL) + " " + words); }
+
+  // The document of a command that succeeds.
+  static Json Document(const std::string& words) {
+    const Ended ended = Ctl(words + " --json");
+    EXPECT_EQ(0, ended.status) << ended.err;
+    return Json::parse(ended.out, nullptr, false);
+  }
+  static std::string Peer(const Ip& ip, const TcpDevice& device) {
+    return "--ip " + std::to_string(ip[0]) + "." + std::to_string(ip[1]) + "." + std::to_string(ip[2]) + "." +
+           std::to_string(ip[3]) + ":" + std::to_string(device.Port()) + " ";
+  }
+
+  PortFolder ports_;
+  std::shared_ptr<sim::Reader> reader_ = sim::Reader::Plain();
+  sim::ReaderFa line_{reader_};
+};
+
+TEST_F(TavlynctlLinks, ListOfAPort) {
+  const PortDevice device(ports_, 3, line_);
+  const Json list = Document("--com 3 list");
+  ASSERT_EQ(1u, list["devices"].size());
+  EXPECT_EQ("COM3:", list["devices"][0]["path"]);
+  EXPECT_EQ("", list["devices"][0]["identity"]);
+  EXPECT_EQ("7431", list["devices"][0]["did"]);
+}
+
+TEST_F(TavlynctlLinks, ListOfSeveralPorts) {
+  const auto second = sim::Reader::Plain();
+  sim::ReaderFa secondLine(second);
+  const PortDevice device(ports_, 3, line_);
+  const PortDevice other(ports_, 12, secondLine);
+  const Json list = Document("list --com 2-12");
+  ASSERT_EQ(2u, list["devices"].size());
+  EXPECT_EQ("COM12:", list["devices"][1]["path"]);
+}
+
+TEST_F(TavlynctlLinks, InfoAsksForTheFirmwareWords) {
+  const auto plus = sim::Reader::Plus(2);
+  sim::ReaderFa line(plus);
+  const PortDevice device(ports_, 3, line);
+  const Json info = Document("info --com 3");
+  EXPECT_EQ(2, info["device"]["configurations"]);
+  EXPECT_EQ("10072005", info["device"]["firmware_words"][0]["words"][0]);
+}
+
+TEST_F(TavlynctlLinks, ReadOnAPort) {
+  reader_->PutCard({1, 2, 3, 3}, 26);
+  const PortDevice device(ports_, 3, line_);
+  const Ended read = Ctl("read --com 3");
+  EXPECT_EQ(0, read.status) << read.err;
+  EXPECT_EQ("card 26 bits 03030201\n", read.out);
+}
+
+TEST_F(TavlynctlLinks, ConfigurationOnAPort) {
+  const PortDevice device(ports_, 3, line_);
+  const Json set = Document("--com 3 config set iIDHoldTO=150");
+  EXPECT_EQ("stored", set["changes"][0]["result"]);
+  EXPECT_EQ(150, Document("--com 3 config get iIDHoldTO")["fields"]["TimeParms.iIDHoldTO"]);
+}
+
+TEST_F(TavlynctlLinks, WatchNoticesALostPort) {
+  reader_->PutCard({1}, 8);
+  line_.faults.VanishAt(800);
+  const PortDevice device(ports_, 3, line_);
+  const Ended watch = Ctl("watch --com 3");
+  EXPECT_EQ(4, watch.status) << watch.out;
+  EXPECT_TRUE(watch.out.starts_with("card 8 bits 01\n")) << watch.out;
+  EXPECT_TRUE(Holds(watch.err, "card reader 0 (COM3:) does not answer")) << watch.err;
+}
+
+TEST_F(TavlynctlLinks, NobodyAnswers) {
+  const Ended one = Ctl("list --com 3");
+  EXPECT_EQ(2, one.status);
+  EXPECT_EQ("tavlynctl: no reader answered on COM3\n", one.err);
+  EXPECT_EQ("tavlynctl: no reader answered on COM3 to COM5\n", Ctl("list --com 3-5").err);
+  const Ip ip{127, 5, 0, 1};
+  const std::string peer = "127.5.0.1:" + std::to_string(ClosedTcpPort(ip));
+  const Ended ended = Ctl("list --ip " + peer);
+  EXPECT_EQ(2, ended.status);
+  EXPECT_EQ("tavlynctl: no reader answered at " + peer + "\n", ended.err);
+}
+
+TEST_F(TavlynctlLinks, WrongWords) {
+  for (const char* words :
+       {"list --com 0", "list --com 257", "list --com 5-3", "list --com 3-", "list --com COM3",
+        "list --ip 10.0.0.5", "list --ip 10.0.0.256:1", "list --ip 10.0.0.5:0", "list --ip 10.0.0.5:1x",
+        "list --com 3 --ip 10.0.0.5:1", "list --baud 9600", "list --ascii", "serial baud",
+        "serial write FA --com 3 --read 0", "serial read 0 --com 3", "serial write FAx --com 3",
+        "find 10.0.0", "find 10.0.0.9-3", "find 10.0.0.1-256"}) {
+    EXPECT_EQ(1, Ctl(words).status) << words;
+  }
+}
+
+TEST_F(TavlynctlLinks, AsciiReader) {
+  reader_->PutCard({0xAB, 0x12, 0x01}, 26);
+  reader_->state.luid = 7;
+  sim::ReaderAscii text(reader_);
+  PortDevice device(ports_, 3, text);
+  const Ended read = Ctl("--com 3 --ascii read");
+  EXPECT_EQ(0, read.status) << read.err;
+  EXPECT_EQ("card 26 bits 000112AB\n", read.out);
+  device.With([&] { EXPECT_FALSE(text.echoes) << "the dialect was not spoken"; });
+}
+
+TEST_F(TavlynctlLinks, SerialBytes) {
+  const PortDevice device(ports_, 3, line_);
+  const Json answered = Document("--com 3 serial write FA04 000004 --read 7");
+  EXPECT_EQ(5, answered["written"]);
+  EXPECT_EQ("04010031749000", answered["read"]);
+  EXPECT_EQ("", Document("--com 3 serial read 4")["read"]);
+}
+
+TEST_F(TavlynctlLinks, SerialBaudCode) {
+  const PortDevice device(ports_, 3, line_);
+  EXPECT_EQ(4, Document("--com 3 serial baud 4")["code"]);
+  EXPECT_EQ(4, Document("--com 3 --baud 19200 serial baud")["code"]);
+}
+
+TEST_F(TavlynctlLinks, WatchBehindAnAdapter) {
+  const Ip ip{127, 5, 0, 2};
+  reader_->PutCard({0x0A, 0x0B}, 16);
+  const TcpDevice device(ip, line_);
+  const Ended watch = Ctl(Peer(ip, device) + "watch --count 1");
+  EXPECT_EQ(0, watch.status) << watch.err;
+  EXPECT_EQ("card 16 bits 0B0A\n", watch.out);
+  EXPECT_TRUE(Holds(watch.err, "card reader 0 (MAC:7C:31:A6:01:02:03 TCP/IP:127.5.0.2;Port:")) << watch.err;
+}
+
+TEST_F(TavlynctlLinks, SerialBytesBehindAnAdapter) {
+  const Ip ip{127, 5, 0, 3};
+  // Raw bytes need no reader that can be read.
+  line_.faults.RefuseCommand({0x04, 0x00, 0x00, 0x04});
+  const TcpDevice device(ip, line_);
+  const Json answered = Document(Peer(ip, device) + "serial write FA04EDED04 --read 20");
+  EXPECT_EQ("04010031749000", answered["read"]);
+}
+
+TEST_F(TavlynctlLinks, FindShowsEveryAdapter) {
+  Answering nobody({});
+  const TcpDevice first({127, 5, 1, 3}, nobody);
+  const TcpDevice second({127, 5, 1, 5}, nobody, {}, sim::kBridgeMac);
+  const Ended found = Ctl("find 127.5.1.2-5");
+  EXPECT_EQ(0, found.status);
+  EXPECT_EQ("adapters\n  address\n  127.5.1.3\n  127.5.1.5\n", found.out);
+  EXPECT_TRUE(Holds(found.err, "asking 127.5.1.5       (4 of 4, found 1)")) << found.err;
+  EXPECT_EQ("127.5.1.3", Document("find 127.5.1.3")["adapters"][0]["address"]);
+}
+
+TEST_F(TavlynctlLinks, FindWithoutAdapters) {
+  const Ended none = Ctl("find 127.5.2.1-2 --json");
+  EXPECT_EQ(2, none.status);
+  EXPECT_TRUE(Holds(none.err, "tavlynctl: no adapter answered\n"));
+  EXPECT_EQ(2, Json::parse(none.out)["error"]["code"]);
+}
+
+}  // namespace
+}  // namespace tavlyn::boundary

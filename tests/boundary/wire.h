@@ -1,0 +1,116 @@
+// Tests of the built library over real wires.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <memory>
+#include <string>
+
+#include "sim/devices/reader_fa.h"
+#include "tests/boundary/calls.h"
+#include "tests/boundary/far_end.h"
+#include "tests/boundary/library.h"
+
+namespace tavlyn::boundary {
+
+constexpr std::uint32_t kNotWritten = 0xDEADBEEF;
+// A rounded tick, and what a busy machine may be late.
+constexpr int kEarly = 3;
+constexpr int kLate = 150;
+
+// Searches for card readers; nothing is plugged in on USB.
+class Wire : public testing::Test {
+ protected:
+  void SetUp() override {
+    SetVariable("TAVLYNAPI_LOGGING", nullptr);
+    library_.Standin("reset");
+    CALL(library_, SetConnectProduct)(1);
+    connectsBefore_ = Connects();
+    datagramsBefore_ = Datagrams();
+  }
+  void TearDown() override { CALL(library_, USBDisconnect)(); }
+
+  std::uint32_t ConnectTo(Ip ip, std::uint16_t port) {
+    CALL(library_, SetDevTypeSrch)(2);
+    CALL(library_, SetIpPort)(ip[0], ip[1], ip[2], ip[3], port);
+    did_ = kNotWritten;
+    return CALL(library_, USBConnect)(&did_);
+  }
+  std::uint32_t ConnectToPort(std::uint16_t number) {
+    did_ = kNotWritten;
+    return CALL(library_, ComConnectPort)(number, &did_);
+  }
+  // Without the pauses between the bytes, which a pseudo-terminal does not need.
+  std::uint32_t ConnectQuickly(std::uint16_t number) {
+    SkipSleeps(true);
+    const std::uint32_t result = ConnectToPort(number);
+    SkipSleeps(false);
+    return result;
+  }
+  std::string Name() {
+    std::array<char, 513> name{};
+    CALL(library_, GetDevName)(name.data());
+    return name.data();
+  }
+
+  // Since the test has begun, in the whole process.
+  [[nodiscard]] int NewConnects() const { return Connects() - connectsBefore_; }
+  [[nodiscard]] int NewDatagrams() const { return Datagrams() - datagramsBefore_; }
+
+  PortFolder ports_;
+  Library library_;
+  std::uint32_t did_ = kNotWritten;
+  std::shared_ptr<sim::Reader> reader_ = sim::Reader::Plain();
+  sim::ReaderFa line_{reader_};
+
+ private:
+  int connectsBefore_ = 0;
+  int datagramsBefore_ = 0;
+};
+
+// To a ping, and to every other frame.
+inline const Bytes kPingAnswer{0x04, 1, 2, 3, 4, 0x90, 0x00};
+
+// What an adapter at this address answers when it is asked for its kind.
+inline Bytes DiscoveryReply(Ip ip) {
+  Bytes reply(128);
+  const std::string head = std::string("RFIDDISC\x02\x00\xF4\xF0\xF2\xF0", 14) + "-Kestrin/Wedge";
+  std::copy(head.begin(), head.end(), reply.begin());
+  const Bytes mac{0x7C, 0x31, 0xA6, 0x44, 0x55, 0x66};
+  std::copy(mac.begin(), mac.end(), reply.begin() + 29);
+  std::copy(ip.begin(), ip.end(), reply.begin() + 36);
+  return reply;
+}
+
+// What a call took and what its pauses took.
+struct Cost {
+  double pauses = 0;  // milliseconds as asked for
+  double whole = 0;
+  double slept = 0;  // what the pauses took
+
+  // What the call adds to the pauses as this machine makes them.
+  [[nodiscard]] double OverPauses() const { return whole / slept; }
+};
+
+template <typename Call>
+Cost CostOf(const char* what, Call call) {
+  using Exact = std::chrono::duration<double, std::milli>;
+  const auto pauses = Slept();
+  const auto slept = SleptReally();
+  const auto start = Clock::now();
+  call();
+  const double whole = Exact(Clock::now() - start).count();
+  const Cost cost{Exact(Slept() - pauses).count(), whole, Exact(SleptReally() - slept).count()};
+  std::printf("%s: %.1f ms; pauses of %.0f ms took %.1f ms\n", what, cost.whole, cost.pauses, cost.slept);
+  return cost;
+}
+
+inline void ExpectTime(int expected, int took, int line = __builtin_LINE()) {
+  EXPECT_GE(took, expected - kEarly) << "line " << line;
+  EXPECT_LE(took, expected + kLate) << "line " << line;
+}
+
+}  // namespace tavlyn::boundary

@@ -1,0 +1,93 @@
+#include "tools/tavlynctl/link.h"
+
+#include <charconv>
+#include <string_view>
+
+namespace tavlyn::ctl {
+namespace {
+
+constexpr unsigned kHighestComPort = 256;
+constexpr unsigned kHighestOctet = 255;
+constexpr unsigned kHighestTcpPort = 65535;
+
+// Takes numbers and signs off the front of a text.
+class Scan {
+ public:
+  explicit Scan(std::string_view text) : left_(text) {}
+
+  [[nodiscard]] bool Number(unsigned lowest, unsigned highest, unsigned& number) {
+    const auto [end, error] = std::from_chars(left_.data(), left_.data() + left_.size(), number);
+    if (error != std::errc() || number < lowest || number > highest) return false;
+    left_.remove_prefix(static_cast<std::size_t>(end - left_.data()));
+    return true;
+  }
+
+  bool Sign(char sign) {
+    if (!left_.starts_with(sign)) return false;
+    left_.remove_prefix(1);
+    return true;
+  }
+
+  [[nodiscard]] bool Address(Ip& ip) {
+    for (std::size_t at = 0; at < ip.size(); ++at) {
+      unsigned octet = 0;
+      if ((at > 0 && !Sign('.')) || !Number(0, kHighestOctet, octet)) return false;
+      ip[at] = static_cast<std::uint8_t>(octet);
+    }
+    return true;
+  }
+
+  [[nodiscard]] bool AtEnd() const { return left_.empty(); }
+
+ private:
+  std::string_view left_;
+};
+
+}  // namespace
+
+bool TakePorts(const std::string& text, Link& link) {
+  Scan scan(text);
+  unsigned first = 0;
+  if (!scan.Number(1, kHighestComPort, first)) return false;
+  unsigned last = first;
+  if (scan.Sign('-') && !scan.Number(first, kHighestComPort, last)) return false;
+  link.kind = LinkKind::kSerial;
+  link.firstPort = static_cast<std::uint16_t>(first);
+  link.lastPort = static_cast<std::uint16_t>(last);
+  return scan.AtEnd();
+}
+
+bool TakePeer(const std::string& text, Link& link) {
+  Scan scan(text);
+  unsigned port = 0;
+  if (!scan.Address(link.ip) || !scan.Sign(':') || !scan.Number(1, kHighestTcpPort, port)) return false;
+  link.kind = LinkKind::kEthernet;
+  link.tcpPort = static_cast<std::uint16_t>(port);
+  return scan.AtEnd();
+}
+
+std::optional<IpRange> ParseRange(const std::string& text) {
+  Scan scan(text);
+  IpRange range;
+  if (!scan.Address(range.ip)) return std::nullopt;
+  unsigned last = range.ip[3];
+  if (scan.Sign('-') && !scan.Number(last, kHighestOctet, last)) return std::nullopt;
+  if (!scan.AtEnd()) return std::nullopt;
+  range.last = static_cast<std::uint8_t>(last);
+  return range;
+}
+
+std::string Dotted(const Ip& ip) {
+  std::string text;
+  for (const std::uint8_t octet : ip) text += (text.empty() ? "" : ".") + std::to_string(octet);
+  return text;
+}
+
+std::string Where(const Link& link) {
+  if (link.kind == LinkKind::kUsb) return "on USB";
+  if (link.kind == LinkKind::kEthernet) return "at " + Dotted(link.ip) + ":" + std::to_string(link.tcpPort);
+  const std::string first = "on COM" + std::to_string(link.firstPort);
+  return link.firstPort == link.lastPort ? first : first + " to COM" + std::to_string(link.lastPort);
+}
+
+}  // namespace tavlyn::ctl

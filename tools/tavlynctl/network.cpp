@@ -1,0 +1,60 @@
+// find.
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+#include "api.h"
+#include "tools/tavlynctl/commands.h"
+
+namespace tavlyn::ctl {
+namespace {
+
+constexpr std::uint8_t kFirstHost = 1;
+constexpr std::uint8_t kLastHost = 254;
+
+IpRange OwnNetwork() {
+  const std::uint32_t own = GetMyIpAddress();
+  if (own == 0) throw Failure(kUsage, "this host has no address; name a range, such as 10.0.0.1-254");
+  IpRange range;
+  for (std::size_t at = 0; at < 3; ++at) range.ip[at] = static_cast<std::uint8_t>(own >> 8 * at);
+  range.ip[3] = kFirstHost;
+  range.last = kLastHost;
+  return range;
+}
+
+// The fourth octet of the adapter that answered under an address; 0 for none.
+std::uint8_t Ask(const Ip& ip) {
+  const auto fourth = static_cast<std::int16_t>(ip[3]);
+  return static_cast<std::uint8_t>(FindXport(ip[0], ip[1], ip[2], fourth, fourth));
+}
+
+// One address at a time, so that every adapter is found and not the first alone. An adapter may answer for an
+// address that is not its own.
+std::vector<Ip> Search(const IpRange& range) {
+  std::vector<Ip> found;
+  const int count = range.last - range.ip[3] + 1;
+  for (int at = 0; at < count; ++at) {
+    Ip asked = range.ip;
+    asked[3] = static_cast<std::uint8_t>(range.ip[3] + at);
+    std::fprintf(stderr, "\rasking %-15s (%d of %d, found %zu)", Dotted(asked).c_str(), at + 1, count,
+                 found.size());
+    Ip answered = asked;
+    answered[3] = Ask(asked);
+    if (answered[3] != 0 && std::ranges::find(found, answered) == found.end()) found.push_back(answered);
+  }
+  std::fputc('\n', stderr);
+  return found;
+}
+
+}  // namespace
+
+Json Find(const Options& options) {
+  const std::vector<Ip> found = Search(options.range ? *options.range : OwnNetwork());
+  if (found.empty()) throw Failure(kNoDevice, "no adapter answered");
+  Json document = NewDocument("find");
+  document["adapters"] = Json::array();
+  for (const Ip& ip : found) document["adapters"].push_back({{"address", Dotted(ip)}});
+  return document;
+}
+
+}  // namespace tavlyn::ctl
