@@ -40,7 +40,7 @@ TAVLYN_API uint8_t GetRawPayload_index(uint16_t index);
 
 /* Sends the eight bytes as positions 1 to 8 and gives positions 1 to 8 of the reply as text,
  * "01.00.31.74.00.00.00.00", valid until the next call. A failed exchange shows as zeros, no device as the
- * whole of unsupported, "8001.8001…". */
+ * low byte of unsupported. */
 TAVLYN_API const char* SetRawPayload(uint8_t c0, uint8_t c1, uint8_t c2, uint8_t c3, uint8_t c4, uint8_t c5,
                                      uint8_t c6, uint8_t c7);
 

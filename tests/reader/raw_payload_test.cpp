@@ -197,12 +197,12 @@ TEST_F(RawPayload, WithoutAReaderItIsUnsupported) {
     ActiveEntry().ProductKind = kind;
     EXPECT_EQ(SetRawPayload_index(8, 0), 0x80F1U);
     EXPECT_EQ(GetRawPayload_index(10), 0xF1);
-    EXPECT_STREQ(SetRawPayload(1, 2, 3, 4, 5, 6, 7, 8), "80F1.80F1.80F1.80F1.80F1.80F1.80F1.80F1");
+    EXPECT_STREQ(SetRawPayload(1, 2, 3, 4, 5, 6, 7, 8), "F1.F1.F1.F1.F1.F1.F1.F1");
   }
   ActiveEntry().ProductKind = kReader;
   DevCnt = 0;
   EXPECT_EQ(SetRawPayload_index(-1, 0), 0x80F1U);
-  EXPECT_STREQ(SetRawPayload(1, 2, 3, 4, 5, 6, 7, 8), "80F1.80F1.80F1.80F1.80F1.80F1.80F1.80F1");
+  EXPECT_STREQ(SetRawPayload(1, 2, 3, 4, 5, 6, 7, 8), "F1.F1.F1.F1.F1.F1.F1.F1");
   DevCnt = 1;
   ExpectTraffic({});
 }

@@ -42,7 +42,7 @@ void DescribeAnalyzer(Json& document) {
 }
 
 Json SetAnalyzer(const char* command, std::uint8_t state, const Options& options) {
-  const Session session;
+  const Session session(options.link);
   Use(session, options);
   if (SetCardAnalyzerControlState(state) != 1) throw NoAnswer("the card analyzer");
   Json document = NewDocument(command, options.device);
@@ -111,7 +111,7 @@ Json StartAnalyzer(const Options& options) {
 Json StopAnalyzer(const Options& options) { return SetAnalyzer("analyzer stop", 0, options); }
 
 Json AnalyzerStatus(const Options& options) {
-  const Session session;
+  const Session session(options.link);
   Use(session, options);
   Json document = NewDocument("analyzer status", options.device);
   DescribeAnalyzer(document);
@@ -119,7 +119,7 @@ Json AnalyzerStatus(const Options& options) {
 }
 
 Json ListAnalyzed(const Options& options) {
-  const Session session;
+  const Session session(options.link);
   Use(session, options);
   Json document = NewDocument("analyzer list", options.device);
   DescribeAnalyzer(document);
@@ -140,20 +140,20 @@ Json ListAnalyzed(const Options& options) {
 }
 
 Json GetModule(const Options& options) {
-  const Session session;
+  const Session session(options.link);
   Use(session, options);
   return DescribeModule("module get", options);
 }
 
 Json SetModule(const Options& options) {
-  const Session session;
+  const Session session(options.link);
   Use(session, options);
   if (SetModuleState(ModuleOf(options), options.choice == "on" ? 1 : 0) == 0) throw NoModule(options);
   return DescribeModule("module set", options);
 }
 
 Json TransparentMode(const Options& options) {
-  const Session session;
+  const Session session(options.link);
   Use(session, options);
   if (options.choice == "status") return DescribeMode(CheckTransparentMode(), options);
   const std::uint32_t commit = options.store ? 1 : 0;
@@ -167,7 +167,7 @@ Json TransparentMode(const Options& options) {
 }
 
 Json BleStatus(const Options& options) {
-  const Session session;
+  const Session session(options.link);
   Use(session, options);
   const std::uint16_t configuration = Configuration();
   Json document = NewDocument("ble status", options.device);
@@ -177,7 +177,7 @@ Json BleStatus(const Options& options) {
 }
 
 Json SetBle(const Options& options) {
-  const Session session;
+  const Session session(options.link);
   Use(session, options);
   if (Configuration() == kNoRadio) throw Lacks("BLE radio");
   if (SetBTLEConfiguration(static_cast<std::uint8_t>(options.index)) != 1) throw NoAnswer("the BLE radio");

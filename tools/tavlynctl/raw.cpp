@@ -58,7 +58,7 @@ std::vector<std::uint8_t> Exchange(const std::vector<std::uint8_t>& command) {
 }  // namespace
 
 Json Queue(const Options& options) {
-  const Session session;
+  const Session session(options.link);
   session.Use(options.device);
   if (GetQueuedID(options.first ? 1 : 0, options.second ? 1 : 0) != 1) {
     throw Failure(kDeviceError, "the queue of " + ActiveDeviceName() + " could not be read, " + ErrorText());
@@ -89,7 +89,7 @@ Json Raw(const Options& options) {
   std::vector<std::uint8_t> command;
   std::ranges::transform(options.words, std::back_inserter(command), ParseByte);
   command.resize(kRawBytes);
-  const Session session;
+  const Session session(options.link);
   session.Use(options.device);
   Json document = NewDocument("raw", options.device);
   document["sent"] = Spaced(command);
@@ -98,7 +98,7 @@ Json Raw(const Options& options) {
 }
 
 Json Texts(const Options& options) {
-  const Session session;
+  const Session session(options.link);
   session.Use(options.device);
   Json document = NewDocument("text", options.device);
   DescribeTexts(document);

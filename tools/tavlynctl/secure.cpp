@@ -94,7 +94,7 @@ Json LoadKeys(const Options& options) {
   document["file"] = path;
   document["written"] = !options.dryRun;
   if (options.dryRun) return document;
-  const Session session;
+  const Session session(options.link);
   session.Use(options.device);
   if (LoadIniFile(path.c_str()) != 1) throw Lost("the last item of " + path + " was not written to");
   return document;
@@ -102,7 +102,7 @@ Json LoadKeys(const Options& options) {
 
 Json ReadSecure(const Options& options) {
   const Bytes header = ParseHeader(options.header);
-  const Session session;
+  const Session session(options.link);
   session.Use(options.device);
   Bytes data(kLongestPayload + 1);
   if (ReadSecureData(header.data(), data.data()) != 1 || GetLastLibErr() != 0) {
@@ -122,7 +122,7 @@ Json WriteSecure(const Options& options) {
   if (data.empty() || data.size() != item[kLengthAt]) {
     throw Failure(kUsage, "the third byte of HEADER is the length of DATA, 1 to 255");
   }
-  const Session session;
+  const Session session(options.link);
   session.Use(options.device);
   Json document = NewDocument("secure write", options.device);
   document["header"] = HexText(item);
@@ -137,7 +137,7 @@ Json WriteSecure(const Options& options) {
 // A save that could not be read is whole but holds zeros, and a load would take it: it does not stay.
 Json SaveBle(const Options& options) {
   const std::string& path = options.files.front();
-  const Session session;
+  const Session session(options.link);
   session.Use(options.device);
   const std::uint32_t saved = KindOf(options).save(path.c_str());
   if (saved != 1) throw Failure(kBadFile, path + " cannot be written");
@@ -153,7 +153,7 @@ Json LoadBle(const Options& options) {
   const std::string& path = options.files.front();
   CheckTrailer(path, Trailer::kHwg);
   CheckBleKind(path, KindOf(options));
-  const Session session;
+  const Session session(options.link);
   session.Use(options.device);
   if (KindOf(options).load(path.c_str()) != 1) throw Lost(path + " could not be loaded into");
   return BleDocument("ble load", options);

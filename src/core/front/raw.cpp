@@ -29,13 +29,12 @@ const char* SetRawPayload(std::uint8_t c0, std::uint8_t c1, std::uint8_t c2, std
                           std::uint8_t c5, std::uint8_t c6, std::uint8_t c7) {
   static constinit std::array<char, 41> text{};
   std::int16_t position = 0;
-  for (const std::uint8_t byte : {std::uint8_t{0}, c0, c1, c2, c3, c4, c5, c6, c7}) {
-    SetRawPayload_index(position++, byte);
+  for (const std::uint8_t value : {std::uint8_t{0}, c0, c1, c2, c3, c4, c5, c6, c7}) {
+    SetRawPayload_index(position++, value);
   }
   text.fill('\0');
-  // Without a device the wider UnsupportedValue shows here.
-  const auto value = [](std::uint16_t at) { return Dispatch(&Product::rawReplyByte, at); };
-  std::snprintf(text.data(), text.size(), "%02X.%02X.%02X.%02X.%02X.%02X.%02X.%02X", value(1), value(2),
-                value(3), value(4), value(5), value(6), value(7), value(8));
+  const auto byte = [](std::uint16_t at) { return unsigned{GetRawPayload_index(at)}; };
+  std::snprintf(text.data(), text.size(), "%02X.%02X.%02X.%02X.%02X.%02X.%02X.%02X", byte(1), byte(2),
+                byte(3), byte(4), byte(5), byte(6), byte(7), byte(8));
   return text.data();
 }
