@@ -18,6 +18,7 @@ namespace {
 
 constexpr std::uint16_t kKeldaVid = 0x7A31;
 constexpr std::uint16_t kKeldaPid = 0x3BFB;
+constexpr std::size_t kManyWords = 100;
 
 template <typename Number>
 std::optional<Number> ParseNumber(const std::string& text, int base = 10) {
@@ -142,7 +143,7 @@ struct Rack::Verb {
   std::size_t words;  // with the name
   bool toDevice;      // means one device, which has to be there
   bool (Rack::*run)(const Words&, std::string&);
-  bool orMore = false;  // words
+  std::size_t most = 0;  // words; 0: no more than those
 };
 
 const Rack::Verb Rack::kVerbs[] = {
@@ -154,8 +155,8 @@ const Rack::Verb Rack::kVerbs[] = {
     {"drop", 2, true, &Rack::ArmFault},       {"late", 2, true, &Rack::ArmFault},
     {"heal", 1, true, &Rack::Heal},           {"exchanges", 1, true, &Rack::CountExchanges},
     {"traffic", 1, true, &Rack::ShowTraffic}, {"clear", 1, true, &Rack::ClearTraffic},
-    {"record", 2, false, &Rack::Record},      {"swipe", 2, true, &Rack::Swipe, true},
-    {"range", 2, true, &Rack::Stand},         {"walk", 2, true, &Rack::Walk, true},
+    {"record", 2, false, &Rack::Record},      {"swipe", 2, true, &Rack::Swipe, kManyWords},
+    {"range", 2, true, &Rack::Stand},         {"walk", 2, true, &Rack::Walk, kManyWords},
     {"queue", 2, true, &Rack::QueueId},       {"sample", 2, true, &Rack::AddSample},
     {"lack", 2, true, &Rack::Lack},
 };
@@ -169,7 +170,7 @@ bool Rack::Run(const std::string& command, std::string& reply) {
   if (words.empty()) return Fail(reply, "no command");
   for (const Verb& verb : kVerbs) {
     if (words[0] != verb.name) continue;
-    const bool fits = verb.orMore ? words.size() >= verb.words : words.size() == verb.words;
+    const bool fits = words.size() >= verb.words && words.size() <= std::max(verb.words, verb.most);
     if (!fits) return Fail(reply, words[0] + ": wrong number of words");
     if (verb.toDevice && !chosen) return Fail(reply, words[0] + ": no such device");
     return (this->*verb.run)(words, reply);
