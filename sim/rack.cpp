@@ -1,11 +1,11 @@
 #include "sim/rack.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <optional>
 #include <sstream>
 
+#include "sim/device_word.h"
 #include "sim/devices/hex.h"
 #include "sim/devices/mag_card.h"
 #include "sim/devices/magstripe.h"
@@ -16,110 +16,9 @@
 namespace tavlyn::sim {
 namespace {
 
-constexpr std::uint16_t kKeldaVid = 0x7A31;
-constexpr std::uint16_t kKeldaPid = 0x3BFB;
 constexpr unsigned kLongestPause = 60'000;
 constexpr std::size_t kMostNoise = 16U << 20U;
-
-std::uint64_t Milliseconds() {
-  const auto now = std::chrono::steady_clock::now().time_since_epoch();
-  return static_cast<std::uint64_t>(std::chrono::duration_cast<std::chrono::milliseconds>(now).count());
-}
-
-enum class Kind { kReader, kMagstripe, kSonar };
-
-struct DeviceWord {
-  Kind kind = Kind::kReader;
-  int configurations = 1;  // of a reader; 1: a plain one
-  std::uint16_t vid = 0;   // 0: the model's own pair
-  std::uint16_t pid = 0;
-  std::optional<LinePlace> line;
-};
-
-// What stands behind the @: VID:PID, or the place of a line.
-bool ParsePlace(const std::string& text, DeviceWord& word) {
-  word.line = ParseLinePlace(text);
-  if (word.line) return true;
-  const std::size_t colon = text.find(':');
-  if (colon == std::string::npos) return false;
-  const auto vid = ParseNumber<std::uint16_t>(text.substr(0, colon), 16);
-  const auto pid = ParseNumber<std::uint16_t>(text.substr(colon + 1), 16);
-  if (!vid || !pid || *vid == 0) return false;
-  word.vid = *vid;
-  word.pid = *pid;
-  return true;
-}
-
-bool HangsThere(Kind kind, LineKind line) {
-  return kind == Kind::kReader || (kind == Kind::kMagstripe && line == LineKind::kCom);
-}
-
-std::optional<DeviceWord> ParseDevice(const std::string& text) {
-  DeviceWord word;
-  const std::size_t at = text.find('@');
-  if (at != std::string::npos && !ParsePlace(text.substr(at + 1), word)) return std::nullopt;
-  const std::string kind = text.substr(0, at);
-  if (kind == "magstripe") word.kind = Kind::kMagstripe;
-  if (kind == "sonar") word.kind = Kind::kSonar;
-  if (word.line && !HangsThere(word.kind, word.line->kind)) return std::nullopt;
-  if (kind == "reader" || word.kind != Kind::kReader) return word;
-  if (!kind.starts_with("plus:")) return std::nullopt;
-  const auto count = ParseNumber<int>(kind.substr(5));
-  if (!count || *count < 2 || *count > 11) return std::nullopt;
-  word.configurations = *count;
-  return word;
-}
-
-bool IsKelda(const DeviceWord& word) {
-  return word.kind == Kind::kReader && word.vid == kKeldaVid && word.pid == kKeldaPid;
-}
-
-std::shared_ptr<Magstripe> MakeMagstripe() {
-  auto magstripe = std::make_shared<Magstripe>();
-  magstripe->state.uptime = [plugged = Milliseconds()] { return Milliseconds() - plugged; };
-  return magstripe;
-}
-
-std::shared_ptr<Sonar> MakeSonar() {
-  auto sonar = std::make_shared<Sonar>();
-  sonar->clock = Milliseconds;
-  return sonar;
-}
-
-std::shared_ptr<Model> MakeKind(const DeviceWord& word) {
-  if (word.kind == Kind::kMagstripe) return MakeMagstripe();
-  if (word.kind == Kind::kSonar) return MakeSonar();
-  if (IsKelda(word)) return Reader::Kelda(word.configurations);
-  return word.configurations == 1 ? Reader::Plain() : Reader::Plus(word.configurations);
-}
-
-std::shared_ptr<Model> MakeModel(const DeviceWord& word) {
-  auto model = MakeKind(word);
-  if (word.vid != 0) {
-    model->identity.vid = word.vid;
-    model->identity.pid = word.pid;
-  }
-  return model;
-}
-
-std::optional<double> ParseInches(const std::string& text) {
-  std::istringstream stream(text);
-  double inches = 0;
-  if (!(stream >> inches) || !stream.eof() || !(inches >= 0) || inches > 1000) return std::nullopt;
-  return inches;
-}
-
-// FROM:TO:MS
-std::optional<Leg> ParseLeg(const std::string& text) {
-  const std::size_t first = text.find(':');
-  const std::size_t second = first == std::string::npos ? first : text.find(':', first + 1);
-  if (second == std::string::npos) return std::nullopt;
-  const auto from = ParseInches(text.substr(0, first));
-  const auto to = ParseInches(text.substr(first + 1, second - first - 1));
-  const auto milliseconds = ParseNumber<std::uint32_t>(text.substr(second + 1));
-  if (!from || !to || !milliseconds) return std::nullopt;
-  return Leg{*milliseconds, *from, *to};
-}
+constexpr std::size_t kManyWords = 100;
 
 bool Fail(std::string& reply, const std::string& reason) {
   reply = reason;
@@ -158,7 +57,7 @@ struct Rack::Verb {
   std::size_t words;  // with the name
   bool toDevice;      // means one device, which has to be there
   bool (Rack::*run)(const Words&, std::string&);
-  bool orMore = false;  // words
+  std::size_t most = 0;  // words; 0: no more than those
 };
 
 const Rack::Verb Rack::kVerbs[] = {
@@ -172,8 +71,8 @@ const Rack::Verb Rack::kVerbs[] = {
     {"cut", 2, true, &Rack::DisturbLine},     {"flood", 2, true, &Rack::DisturbLine},
     {"heal", 1, true, &Rack::Heal},           {"exchanges", 1, true, &Rack::CountExchanges},
     {"traffic", 1, true, &Rack::ShowTraffic}, {"clear", 1, true, &Rack::ClearTraffic},
-    {"record", 2, false, &Rack::Record},      {"swipe", 2, true, &Rack::Swipe, true},
-    {"range", 2, true, &Rack::Stand},         {"walk", 2, true, &Rack::Walk, true},
+    {"record", 2, false, &Rack::Record},      {"swipe", 2, true, &Rack::Swipe, kManyWords},
+    {"range", 2, true, &Rack::Stand},         {"walk", 2, true, &Rack::Walk, kManyWords},
     {"queue", 2, true, &Rack::QueueId},       {"sample", 2, true, &Rack::AddSample},
     {"lack", 2, true, &Rack::Lack},
 };
@@ -187,7 +86,7 @@ bool Rack::Run(const std::string& command, std::string& reply) {
   if (words.empty()) return Fail(reply, "no command");
   for (const Verb& verb : kVerbs) {
     if (words[0] != verb.name) continue;
-    const bool fits = verb.orMore ? words.size() >= verb.words : words.size() == verb.words;
+    const bool fits = words.size() >= verb.words && words.size() <= std::max(verb.words, verb.most);
     if (!fits) return Fail(reply, words[0] + ": wrong number of words");
     if (verb.toDevice && !chosen) return Fail(reply, words[0] + ": no such device");
     return (this->*verb.run)(words, reply);
