@@ -374,6 +374,11 @@ bool Rack::TakeInput(int number, std::vector<std::uint8_t>& report) {
   return IsPresent(number) && place->device->TakeInput(report);
 }
 
+Faults& Rack::Slot::GetFaults() const {
+  if (line != nullptr) return line->faults;
+  return model->faults;
+}
+
 bool Rack::Slot::Present() const { return model->Present() && (line == nullptr || !line->faults.Vanished()); }
 
 std::vector<Rack::Line> Rack::Lines() const {

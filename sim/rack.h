@@ -69,7 +69,7 @@ class Rack {
     Transcript traffic;
 
     [[nodiscard]] bool Present() const;
-    [[nodiscard]] Faults& GetFaults() const { return line != nullptr ? line->faults : model->faults; }
+    [[nodiscard]] Faults& GetFaults() const;
   };
   struct Place {
     Slot* slot;

@@ -36,7 +36,7 @@ class ReaderAscii final : public FaultyLine {
   void TakeByte(std::uint8_t byte) override;
   void TakeLine();
   [[nodiscard]] std::string Answer(const std::string& command);
-  void Assign(const std::string& key, const std::string& value);
+  void Assign(const std::string& key, const std::string& text);
 
   std::shared_ptr<Reader> reader_;
   ReaderFa frames_;

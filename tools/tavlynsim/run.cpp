@@ -107,7 +107,7 @@ class Simulation {
       const auto needed = NeededFor(line.place, ports, problem);
       if (!needed) return false;
       std::string way;
-      for (const auto& [name, value] : *needed) way += name + "=" + value + " ";
+      for (const auto& [name, value] : *needed) way.append(name).append("=").append(value).append(" ");
       std::fprintf(stderr, "tavlynsim: %s%s\n", way.c_str(), ReachedBy(line.place).c_str());
       variables.insert(variables.end(), needed->begin(), needed->end());
     }
