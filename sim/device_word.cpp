@@ -52,25 +52,6 @@ std::shared_ptr<Model> MakeKind(const DeviceWord& word) {
   return word.configurations == 1 ? Reader::Plain() : Reader::Plus(word.configurations);
 }
 
-std::optional<double> ParseInches(const std::string& text) {
-  std::istringstream stream(text);
-  double inches = 0;
-  if (!(stream >> inches) || !stream.eof() || !(inches >= 0) || inches > 1000) return std::nullopt;
-  return inches;
-}
-
-// FROM:TO:MS
-std::optional<Leg> ParseLeg(const std::string& text) {
-  const std::size_t first = text.find(':');
-  const std::size_t second = first == std::string::npos ? first : text.find(':', first + 1);
-  if (second == std::string::npos) return std::nullopt;
-  const auto from = ParseInches(text.substr(0, first));
-  const auto to = ParseInches(text.substr(first + 1, second - first - 1));
-  const auto milliseconds = ParseNumber<std::uint32_t>(text.substr(second + 1));
-  if (!from || !to || !milliseconds) return std::nullopt;
-  return Leg{*milliseconds, *from, *to};
-}
-
 }  // namespace
 
 std::optional<DeviceWord> ParseDevice(const std::string& text) {

@@ -20,6 +20,25 @@ constexpr unsigned kLongestPause = 60'000;
 constexpr std::size_t kMostNoise = 16U << 20U;
 constexpr std::size_t kManyWords = 100;
 
+std::optional<double> ParseInches(const std::string& text) {
+  std::istringstream stream(text);
+  double inches = 0;
+  if (!(stream >> inches) || !stream.eof() || !(inches >= 0) || inches > 1000) return std::nullopt;
+  return inches;
+}
+
+// FROM:TO:MS
+std::optional<Leg> ParseLeg(const std::string& text) {
+  const std::size_t first = text.find(':');
+  const std::size_t second = first == std::string::npos ? first : text.find(':', first + 1);
+  if (second == std::string::npos) return std::nullopt;
+  const auto from = ParseInches(text.substr(0, first));
+  const auto to = ParseInches(text.substr(first + 1, second - first - 1));
+  const auto milliseconds = ParseNumber<std::uint32_t>(text.substr(second + 1));
+  if (!from || !to || !milliseconds) return std::nullopt;
+  return Leg{*milliseconds, *from, *to};
+}
+
 bool Fail(std::string& reply, const std::string& reason) {
   reply = reason;
   return false;
