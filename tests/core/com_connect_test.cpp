@@ -337,7 +337,7 @@ TEST_P(ComConnectFaults, EndInBoundedTimeAndTellTheTruth) {
 }
 
 std::string NameOf(const ::testing::TestParamInfo<sim::Fault>& info) {
-  static constexpr std::array kNames = {"None", "Lost", "Garbled", "Vanished"};
+  static constexpr std::array kNames = {"None", "Lost", "Dropped", "Delayed", "Garbled", "Vanished"};
   return kNames.at(static_cast<std::size_t>(info.param));
 }
 
