@@ -13,6 +13,7 @@ struct Library {
   decltype(&::USBConnect) connect;
   decltype(&::USBDisconnect) disconnect;
   decltype(&::SetDevTypeSrch) searchLink;
+  decltype(&::SetConnectProduct) searchProducts;
   decltype(&::GetDevCnt) count;
   decltype(&::SetActDev) select;
   decltype(&::GetDevName) name;
@@ -25,6 +26,8 @@ struct Library {
   decltype(&::getPartNumberString) partNumber;
   decltype(&::GetVidPidVendorName) vendor;
   decltype(&::GetActiveID) activeId;
+  decltype(&::sorbaneGetTrackData) track;
+  decltype(&::GetObjRangeInfo) range;
 };
 
 // A failed check when the library does not load or lacks a name. Searches are limited to HID devices: the
