@@ -8,8 +8,8 @@
 
 /* Fetches an ID that was read while nobody polled, for GetQueuedID_index to hand out. first and second (not
  * 0) are two options that are passed on to the reader. 1; 0 with error bit 0x1000000 when a page could not be
- * fetched, and the record is then partly filled. Clears the error word first. The 32 bytes also become what
- * getActiveID_byte hands out.
+ * fetched, and the record is then partly filled. Clears the error word first. The 32 bytes also become those
+ * that getActiveID_byte hands out; how many it hands out stays.
  * Magstripe reader: the arguments are ignored and the length of the text is returned. Sonar sensor: 0.
  * Another kind or no device: unsupported.
  * Traffic: 8C 02 i options with i = 0 to 4; over a serial link 0C 02 i options and 100 ms after each. */

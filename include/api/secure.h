@@ -13,10 +13,12 @@
 #include "types.h"
 
 /* Writes one item: length counts the header and the payload that item points to. 1 when the reader was told
- * to keep it; it may still lack blocks, of which a single one that came through is enough. 0: length and
- * header disagree (nothing is sent, the error word stays); no payload (only the header is sent); no block
- * came through; a failed exchange (0x81000000); no card reader is active. Traffic: 89 90 00 00 and the
- * header, 89 90 00 n and four bytes for each block, 89 90 00 FF, two reports each; after 500 ms a lone 90. */
+ * to keep it; it may still lack blocks, of which a single one that came through is enough, and the header.
+ * 0: length and header disagree (nothing is sent, the error word stays); no payload (only the header is
+ * sent); no block came through, or the end was not answered or repeated (no bits of the error word); a block,
+ * the end or the commit could not be sent (0x81000000); a null pointer; no card reader is active. Traffic: 89
+ * 90 00 00 and the header, 89 90 00 n and four bytes for each block, 89 90 00 FF, two reports each; after 500
+ * ms a lone 90. */
 TAVLYN_API uint32_t WriteSecureData(const uint8_t* item, uint32_t length);
 
 /* Reads the payload of the item that the four bytes at header select to out, which must hold their length

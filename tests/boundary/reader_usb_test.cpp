@@ -112,6 +112,15 @@ TEST_F(ReaderUsb, PlainReaderConnects) {
   EXPECT_STREQ("RDR-80581AKU", CALL(*library_, getPartNumberString)());
 }
 
+// The only test of this program that asks for these characters, so that nothing was copied before.
+TEST_F(ReaderUsb, PartNumberCharactersNeedTheFirstOne) {
+  Do("plug reader");
+  ASSERT_EQ(1u, Connect());
+  EXPECT_EQ(0, CALL(*library_, getPartNumberString_char)(3));
+  EXPECT_EQ('R', CALL(*library_, getPartNumberString_char)(0));
+  EXPECT_EQ('-', CALL(*library_, getPartNumberString_char)(3));
+}
+
 TEST_F(ReaderUsb, PlainReaderIsMirrored) {
   Do("plug reader");
   ASSERT_EQ(1u, Connect());

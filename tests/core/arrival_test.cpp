@@ -136,7 +136,8 @@ TEST_F(Arrival, ThePathMayHave511Characters) {
   Plug(Reader::Plain(), path);
   EXPECT_EQ(ChkAddArrival(path.c_str()), 1U);
   EXPECT_EQ(Names().back(), path);
-  EXPECT_EQ(ChkDelRemoval(std::string(512, 'x').c_str()), 0U);
+  EXPECT_EQ(ChkDelRemoval((path + 'x').c_str()), 0U);
+  EXPECT_EQ(GetDevCnt(), 2) << "nothing was closed";
   EXPECT_EQ(ChkDelRemoval(path.c_str()), 1U);
 }
 
@@ -210,6 +211,37 @@ TEST_F(Arrival, ASonarSensorTakesEntryZeroAndABlankOneIsAdded) {
   EXPECT_EQ(ChkDelRemoval(""), 1U);
   EXPECT_EQ(ChkDelRemoval(""), 1U) << "closing the blank entry touches nothing";
   EXPECT_EQ(GetDevCnt(), 0);
+}
+
+TEST_F(Arrival, TheActiveProductTellsWhatIsLookedFor) {
+  ConnectReaders(1);
+  Plug(Reader::Plain(), kReaderPath);
+  PlugOther(kSonarPath, 0x18C8, 0x2BFA);
+  DevTable[0].ProductKind = kMagstripe;
+  EXPECT_EQ(ChkAddArrival(kSonarPath), 0U);
+  EXPECT_EQ(SearchErr, kUntouched);
+  EXPECT_EQ(ChkAddArrival(kReaderPath), 0U);
+  EXPECT_EQ(SearchErr, 10U) << "the path of a reader, and a reader behind it";
+  DevTable[0].ProductKind = kSonar;
+  SearchErr = kUntouched;
+  EXPECT_EQ(ChkAddArrival(kReaderPath), 0U);
+  EXPECT_EQ(SearchErr, kUntouched);
+  EXPECT_EQ(ChkAddArrival(kSonarPath), 1U);
+  EXPECT_EQ(Names(), (NameList{kSonarPath, ""}));
+  for (const std::uint32_t kind : {0U, 3U, 5U}) {
+    DevTable[0].ProductKind = kind;
+    EXPECT_EQ(ChkAddArrival(kReaderPath), kUnsupported) << kind;
+    EXPECT_EQ(ChkAddArrival(nullptr), kUnsupported) << kind;
+  }
+  EXPECT_EQ(GetDevCnt(), 2);
+}
+
+TEST_F(Arrival, TakesNoLock) {
+  ConnectReaders(2);
+  Plug(Reader::Plain(), kReaderPath);
+  EXPECT_EQ(ChkAddArrival(kReaderPath), 1U);
+  EXPECT_EQ(ChkDelRemoval(kReaderPath), 1U);
+  for (const std::string& entry : host.transcript.Lines()) EXPECT_FALSE(entry.starts_with("mutex")) << entry;
 }
 
 TEST_F(Arrival, RemovalClosesTheFirstOpenDevice) {

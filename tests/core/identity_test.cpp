@@ -221,6 +221,40 @@ TEST_F(IdentityTest, APartNumberOf24CharactersIsWhole) {
   EXPECT_EQ(getPartNumberString_char(24), 0);
 }
 
+TEST_F(IdentityTest, ThePartNumberCopyEndsWhereTheTextDoes) {
+  Connected(Reader::Plain());
+  std::memcpy(DevTable[0].PartNumber, "AB\0CD", 6);
+  EXPECT_EQ(getPartNumberString_char(0), 'A');
+  EXPECT_EQ(getPartNumberString_char(1), 'B');
+  EXPECT_EQ(getPartNumberString_char(2), 0);
+  EXPECT_EQ(getPartNumberString_char(3), 0) << "what stands behind the text is none of it";
+  EXPECT_EQ(getPartNumberString_char(4), 0);
+  DevTable[0].PartNumber[0] = '\0';
+  EXPECT_EQ(getPartNumberString_char(0), 0);
+  EXPECT_EQ(getPartNumberString_char(1), 0) << "an empty text is not copied, and the copy before is gone";
+}
+
+TEST_F(IdentityTest, TheNumbersAreThoseOfTheSelectedEntry) {
+  ConnectThree();
+  DevTable[2].DID = 0xFEDC;
+  DevTable[2].SN = 0xFEDCBA98;
+  DevTable[2].LUID = 0x8001;
+  SetActDev(2);
+  ActiveEntry().LastLibErr = 5;
+  EXPECT_EQ(GetDID(), 0xFEDCU) << "not sign-extended";
+  EXPECT_EQ(GetLUID(), 0x8001U) << "nor this";
+  EXPECT_EQ(GetSN(), 0xFEDCBA98U);
+  DevCnt = 0;
+  EXPECT_EQ(GetDID(), 0xFEDCU) << "the range is not tested";
+  EXPECT_EQ(GetSN(), 0xFEDCBA98U);
+  EXPECT_EQ(SetLUID(0x1234), 1U);
+  DevCnt = 3;
+  EXPECT_EQ(DevTable[2].LUID, 0x1234);
+  EXPECT_EQ(DevTable[2].bLUIDDirty, 1U);
+  EXPECT_EQ(GetLastLibErr(), 5U);
+  ExpectTraffic({});
+}
+
 TEST_F(IdentityTest, ReaderTextsAreAskedForAtEachCall) {
   Connected(Reader::Plain());
   const char* text = GetSerialNumber();

@@ -103,6 +103,13 @@ TEST_F(BleRadio, WithoutADevice) {
   ExpectTraffic({});
 }
 
+TEST_F(BleRadio, TakesNoLock) {
+  IsBTLEPresent();
+  SetBTLEConfiguration(1);
+  GetBTLEConfiguration();
+  for (const std::string& entry : host.transcript.Lines()) EXPECT_FALSE(entry.starts_with("mutex")) << entry;
+}
+
 TEST_F(BleRadio, ASerialReaderCannotBeAsked) {
   AddReader(Reader::Plus(2));
   Entry().hDev = platform::kNoHandle;

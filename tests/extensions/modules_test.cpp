@@ -49,6 +49,19 @@ TEST_F(Modules, TheStateIsStoredWhetherConfirmedOrNot) {
   ExpectTrace({});
 }
 
+TEST_F(Modules, AnyStateButZeroIsOn) {
+  EXPECT_EQ(SetModuleState(5, 2), 1);
+  ExpectTraffic({"set 8C 0B 02 05 81", "get 8C 0B FF 05 81"});
+  EXPECT_EQ(SetModuleState(5, 0x100), 1);
+  ExpectTraffic({"set 8C 0B 02 05 81", "get 8C 0B FF 05 81"});
+}
+
+TEST_F(Modules, TakeNoLock) {
+  GetModuleState(5, &state);
+  SetModuleState(5, 1);
+  for (const std::string& entry : host.transcript.Lines()) EXPECT_FALSE(entry.starts_with("mutex")) << entry;
+}
+
 TEST_F(Modules, AreSwitched) {
   EXPECT_EQ(SetModuleState(0x206, 2), 1);
   ExpectTraffic({"set 8C 0B 02 06 81", "get 8C 0B FF 06 81"});

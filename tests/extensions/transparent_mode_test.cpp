@@ -153,6 +153,13 @@ TEST_F(TransparentMode, OnlyACardReaderHasIt) {
   ExpectTraffic({});
 }
 
+TEST_F(TransparentMode, TakesNoLock) {
+  CheckTransparentMode();
+  EnableTransparentMode(1);
+  DisableTransparentMode(0);
+  for (const std::string& entry : host.transcript.Lines()) EXPECT_FALSE(entry.starts_with("mutex")) << entry;
+}
+
 TEST_F(TransparentMode, ASerialReaderCannotBeAsked) {
   AddReader(Reader::Plus(2));
   Entry().hDev = platform::kNoHandle;

@@ -227,6 +227,56 @@ TEST_F(BleLoad, AFaultAtEachExchangeOfAKey) {
                    });
 }
 
+TEST_F(BleLoad, AFaultAtEachExchangeOfTheData) {
+  Store(File(), BleFile(kDataKind, HexLines(data)));
+  WithAFaultAtEach([&] { return WriteBLEDataToReader(File().c_str()); },
+                   [&](std::size_t, const std::string& line, std::uint32_t result) {
+                     EXPECT_EQ(result, 0x8001U);
+                     const bool sent = line.starts_with("get");
+                     EXPECT_EQ(GetLastLibErr(), sent ? 0x30000001U : 0x30000203U);
+                     ExpectTrace({});
+                     const Lines traffic = TrafficOf(host.transcript.Events());
+                     ASSERT_FALSE(traffic.empty());
+                     EXPECT_EQ(traffic.back(), sent ? "get refused" : "sleep 80") << "nor a wait behind it";
+                   });
+}
+
+TEST_F(BleLoad, AChangedByteOfADataFileReachesNoReader) {
+  std::string whole = BleFile(kDataKind, HexLines(data));
+  const std::size_t last = whole.rfind("END sFldBleData1") - 3;
+  whole[last] = whole[last] == '0' ? '1' : '0';
+  Entry().LastLibErr = 5;
+  EXPECT_EQ(LoadData(whole), 0x8001U);
+  ExpectUntouched(0x91000005);
+}
+
+// A comment more moves the line that tells the kind; a comment in place of another does not, once the file is
+// sealed anew.
+TEST_F(BleLoad, ACommentInFrontOfTheBlock) {
+  const std::string rest = HexLines(data) + BleTail(kDataKind);
+  const std::string comment = "/ of the front door\n";
+  std::string more = BleHead(kDataKind);
+  more.insert(more.find("\nBEGIN"), comment);
+  std::string other = BleHead(kDataKind);
+  const std::size_t note = other.find("/ No Comment");
+  other.replace(note, other.find('\n', note) + 1 - note, comment);
+  const std::string seal = SumText(BleHead(kDataKind) + rest + kPlainMarker);
+  Entry().LastLibErr = 5;
+  for (const std::string& head : {more, other}) {
+    EXPECT_EQ(LoadData(head + rest + kPlainMarker + "iEndOfHwgFile=" + seal), 0x8001U);
+    ExpectUntouched(0x91000005);
+  }
+  ExpectRefused(BleOf(more + rest), kDataKind);
+  EXPECT_EQ(LoadData(BleOf(other + rest)), 1U);
+  ExpectTraffic(DataWritten(data));
+}
+
+TEST_F(BleLoad, TakesNoLock) {
+  EXPECT_EQ(LoadKey(BleFile(kKeyKind, HexLines(key))), 1U);
+  EXPECT_EQ(WriteBLEKeyToFile(File("saved").c_str()), 1U);
+  for (const std::string& entry : host.transcript.Lines()) EXPECT_FALSE(entry.starts_with("mutex")) << entry;
+}
+
 TEST_F(BleLoad, PiecesBeforeAFailureStay) {
   reader->faults.RefuseReply({0x89, 0x90, 0, 0, 0x11, 1, 0x80, 1}, 1);
   EXPECT_EQ(LoadData(BleFile(kDataKind, HexLines(data))), 0x8001U);

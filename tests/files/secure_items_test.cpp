@@ -180,6 +180,17 @@ TEST_F(WriteItems, TextFramesDoNotCarryThem) {
   ExpectTrace(FailurePair(kBlockTag));
 }
 
+TEST_F(WriteItems, TakesNoLock) {
+  Bytes out(8);
+  EXPECT_EQ(Write(item), 1U);
+  EXPECT_EQ(ReadSecureData(item.data(), out.data()), 1U);
+  EXPECT_EQ(WriteEV1FileRefrence(item.data(), 4), 1U);
+  EXPECT_EQ(SetHashKeyData(Bytes(32).data()), 1U);
+  const std::vector<std::string> entries = host.transcript.Lines();
+  EXPECT_FALSE(entries.empty());
+  for (const std::string& entry : entries) EXPECT_FALSE(entry.starts_with("mutex")) << entry;
+}
+
 class ReadItems : public SecureBench {
  protected:
   void SetUp() override {

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <string_view>
 
 #include "api.h"
 #include "core/openings.h"
@@ -99,7 +100,7 @@ std::uint8_t getPartNumberString_char(std::int16_t index) {
   if (index == 0) {
     PartNumberCopy.fill('\0');
     if (ActiveInRange())
-      std::memcpy(PartNumberCopy.data(), ActiveEntry().PartNumber, PartNumberCopy.size() - 1);
+      std::string_view(ActiveEntry().PartNumber).copy(PartNumberCopy.data(), PartNumberCopy.size() - 1);
   }
   if (index < 0 || static_cast<std::size_t>(index) >= PartNumberCopy.size()) return 0;
   return static_cast<std::uint8_t>(PartNumberCopy[static_cast<std::size_t>(index)]);
