@@ -1,5 +1,7 @@
 #include "tools/tavlynctl/command_words.h"
 
+#include <map>
+
 namespace tavlyn::ctl {
 
 CLI::App* Add(CLI::App& parent, const char* name, const char* text, Options& options) {
@@ -10,6 +12,13 @@ CLI::App* Add(CLI::App& parent, const char* name, const char* text, Options& opt
 
 void AddDevice(CLI::App* command, Options& options) {
   command->add_option("--device", options.device, "Index of the device, as list shows it (0)");
+}
+
+void AddProduct(CLI::App* command, Options& options) {
+  static const std::map<std::string, std::uint32_t> kWords = {
+      {"reader", kReaders}, {"magstripe", kMagstripes}, {"sonar", kSensors}};
+  command->add_option("--product", options.products, "Only devices of this product; all are searched")
+      ->transform(CLI::CheckedTransformer(kWords));
 }
 
 void AddDryRun(CLI::App* command, Options& options) {

@@ -19,6 +19,8 @@ using Commands = std::vector<Command>;
 // A command below another or the program, and what commands have in common.
 CLI::App* Add(CLI::App& parent, const char* name, const char* text, Options& options);
 void AddDevice(CLI::App* command, Options& options);
+// --product, for commands that take several.
+void AddProduct(CLI::App* command, Options& options);
 void AddDryRun(CLI::App* command, Options& options);
 void AddFiles(CLI::App* command, Options& options, int most);
 void AddChoice(CLI::App* command, Options& options, const char* name, const std::vector<std::string>& words);
@@ -31,6 +33,7 @@ void AddCards(CLI::App& app, Options& options, Commands& commands);
 void AddExtensions(CLI::App& app, Options& options, Commands& commands);
 void AddRaw(CLI::App& app, Options& options, Commands& commands);
 void AddSecure(CLI::App& app, Options& options, Commands& commands);
+void AddProducts(CLI::App& app, Options& options, Commands& commands);
 void AddSerial(CLI::App& app, Options& options, Commands& commands);
 void AddFind(CLI::App& app, Options& options, Commands& commands);
 void AddCheck(CLI::App& app, Options& options, Commands& commands);

@@ -5,16 +5,16 @@
 namespace tavlyn::ctl {
 
 void AddConfig(CLI::App& app, Options& options, Commands& commands) {
-  CLI::App& config = *app.add_subcommand("config", "The configuration of a reader");
+  CLI::App& config = *app.add_subcommand("config", "The configuration of a device");
   config.require_subcommand(1);
-  CLI::App* show = Add(config, "show", "Every record and field", options);
+  CLI::App* show = Add(config, "show", "Every record and field, or every setting", options);
   CLI::App* get = Add(config, "get", "Single fields", options);
   get->add_option("FIELD", options.words)->required();
   CLI::App* set = Add(config, "set", "Sets fields, and reads them back", options);
   set->add_option("FIELD=VALUE", options.words)->required();
   CLI::App* save = Add(config, "save", "Saves every configuration as a file", options);
-  CLI::App* load = Add(config, "load", "Loads a file, and reads the reader back", options);
-  CLI::App* diff = Add(config, "diff", "Compares a reader with a file, or two files", options);
+  CLI::App* load = Add(config, "load", "Loads a file, and reads the device back", options);
+  CLI::App* diff = Add(config, "diff", "Compares a device with a file, or two files", options);
   CLI::App* reset = Add(config, "reset", "Loads the factory configuration", options);
   reset->add_flag("--yes", options.yes, "Do it");
   CLI::App* defaults = Add(config, "defaults", "Moves the defaults that a plus reader keeps", options);
@@ -24,7 +24,8 @@ void AddConfig(CLI::App& app, Options& options, Commands& commands) {
   AddFiles(diff, options, 2);
   save->add_flag("--secure", options.secure, "With an integrity trailer");
   load->add_flag("--secure", options.secure, "Only a file with an integrity trailer");
-  for (CLI::App* command : {set, load}) AddDryRun(command, options);
+  for (CLI::App* command : {set, load, reset}) AddDryRun(command, options);
+  for (CLI::App* command : {show, save, reset}) AddProduct(command, options);
   for (CLI::App* command : {show, diff}) {
     command->add_option("--config", options.config, "Only this configuration of a plus reader");
   }

@@ -8,6 +8,7 @@ void AddOutputs(CLI::App& app, Options& options, Commands& commands) {
   CLI::App* beep = Add(app, "beep", "Beeps now", options);
   beep->add_option("COUNT", options.count, "Beeps (1)")->check(CLI::Range(1, 5));
   beep->add_flag("--long", options.longBeep, "One or two long beeps");
+  AddProduct(beep, options);
   CLI::App* led = Add(app, "led", "Switches the LEDs", options);
   led->add_option("COLOUR", options.words, "red, green or both words; off; auto: as the reader itself does")
       ->required()

@@ -5,8 +5,8 @@
 namespace tavlyn::ctl {
 
 void AddReads(CLI::App& app, Options& options, Commands& commands) {
-  commands.push_back({Add(app, "list", "The readers that are found", options), "list", List});
-  CLI::App* info = Add(app, "info", "What a reader tells of itself", options);
+  CLI::App* list = Add(app, "list", "The devices that are found", options);
+  CLI::App* info = Add(app, "info", "What a device tells of itself", options);
   CLI::App* read = Add(app, "read", "The card that lies on a reader, or the next that comes", options);
   read->add_option("--timeout", options.timeout, "Seconds to wait for a card (10)")
       ->check(CLI::NonNegativeNumber);
@@ -14,7 +14,10 @@ void AddReads(CLI::App& app, Options& options, Commands& commands) {
   watch->add_option("--count", options.count, "End after so many lines")->check(CLI::PositiveNumber);
   watch->add_option("--timeout", options.timeout, "End after so many seconds")->check(CLI::NonNegativeNumber);
   for (CLI::App* command : {info, read, watch}) AddDevice(command, options);
-  commands.insert(commands.end(), {{info, "info", Info}, {read, "read", Read}, {watch, "watch", Watch}});
+  for (CLI::App* command : {list, info}) AddProduct(command, options);
+  commands.insert(
+      commands.end(),
+      {{list, "list", List}, {info, "info", Info}, {read, "read", Read}, {watch, "watch", Watch}});
 }
 
 void AddRaw(CLI::App& app, Options& options, Commands& commands) {

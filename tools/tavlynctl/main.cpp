@@ -1,4 +1,4 @@
-// Card readers from the command line.
+// Card readers, magnetic-stripe readers and sonar sensors from the command line.
 #include "tools/tavlynctl/command_words.h"
 #include "tools/tavlynctl/commands.h"
 
@@ -10,7 +10,7 @@ Commands AddAll(CLI::App& app, Options& options) {
   Commands commands;
   AddLinks(app, options.link);
   for (const auto add : {AddReads, AddConfig, AddOutputs, AddCards, AddExtensions, AddRaw, AddSecure,
-                         AddSerial, AddFind, AddCheck}) {
+                         AddProducts, AddSerial, AddFind, AddCheck}) {
     add(app, options, commands);
   }
   return commands;
