@@ -98,8 +98,8 @@ std::string Names(std::uint32_t products) {
 
 // The same where nothing at all was found.
 std::string Wanted(std::uint32_t products) {
-  if (products == kReaders) return "reader";
-  return products == kAllProducts ? "device" : Names(products);
+  if (products == kMagstripes || products == kSensors) return Names(products);
+  return (products & kSensors) == 0 ? "reader" : "device";
 }
 
 }  // namespace
@@ -112,7 +112,7 @@ const char* ProductName(std::uint32_t product) {
 }
 
 Session::Session(const Link& link, std::uint32_t products) : link_(link), products_(products) {
-  if (Search(link, products, allRead_) && link.ascii) allRead_ = ReadInAscii();
+  if (Search(link, products, allRead_) && link.ascii && ReaderIsActive()) allRead_ = ReadInAscii();
 }
 
 Failure Session::NotFound() const {
