@@ -120,8 +120,7 @@ Json List(const Options& options) {
   for (const std::uint32_t product : {kReaders, kMagstripes, kSensors}) {
     if ((options.products & product) != 0) ListProduct(product, options.link, devices, problem);
   }
-  // Tells why there is none.
-  if (devices.empty()) Session(options.link, options.products).Select(0);
+  if (devices.empty()) throw NotFound(options.link, options.products);
   if (problem.empty()) return document;
   Show(document, options.json);
   throw Failure(kDeviceError, problem);

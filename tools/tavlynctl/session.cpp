@@ -115,24 +115,28 @@ Session::Session(const Link& link, std::uint32_t products) : link_(link), produc
   if (Search(link, products, allRead_) && link.ascii && ReaderIsActive()) allRead_ = ReadInAscii();
 }
 
-Failure Session::NotFound() const {
-  const bool onUsb = link_.kind == LinkKind::kUsb;
+Failure NotFound(const Link& link, std::uint32_t products) {
+  const bool onUsb = link.kind == LinkKind::kUsb;
   const std::string problem = onUsb ? PermissionProblem() : std::string();
   if (!problem.empty()) return {kNoPermission, problem};
-  // Behind Ethernet adapters there are readers alone.
+  // Behind Ethernet adapters there are card readers alone.
   bool read = false;
-  if (link_.kind != LinkKind::kEthernet && Search(link_, kAllProducts & ~products_, read)) {
-    return {kUsage, ActiveDeviceName() + " is no " + Names(products_)};
+  if (link.kind != LinkKind::kEthernet && Search(link, kAllProducts & ~products, read)) {
+    const Failure other(kUsage, ActiveDeviceName() + " is no " + Names(products));
+    USBDisconnect();
+    return other;
   }
-  if (!onUsb) return {kNoDevice, "no " + Wanted(products_) + " answered " + Where(link_)};
-  return {kNoDevice, "no " + Wanted(products_) + " is plugged in"};
+  if (onUsb) return {kNoDevice, "no " + Wanted(products) + " is plugged in"};
+  // Sensors are on USB alone.
+  const std::uint32_t meant = products == kSensors ? products : products & ~kSensors;
+  return {kNoDevice, "no " + Wanted(meant) + " answered " + Where(link)};
 }
 
 Session::~Session() { USBDisconnect(); }
 
 void Session::Select(int index) const {
   const int count = GetDevCnt();
-  if (count == 0) throw NotFound();
+  if (count == 0) throw NotFound(link_, products_);
   if (index >= 0 && index < count && SetActDev(static_cast<std::int16_t>(index)) == 1) return;
   throw Failure(kNoDevice,
                 "there is no device " + std::to_string(index) + "; found: " + std::to_string(count));

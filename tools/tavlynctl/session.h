@@ -18,6 +18,9 @@ inline constexpr std::uint32_t kAllProducts = kReaders | kMagstripes | kSensors;
 // "card reader".
 const char* ProductName(std::uint32_t product);
 
+// Why there is no such device: searches for one of another product.
+Failure NotFound(const Link& link, std::uint32_t products);
+
 class Session {
  public:
   // Searches one product after the other until one is found: a table never mixes them. Indices count the
@@ -37,8 +40,6 @@ class Session {
   void Use(int index) const;
 
  private:
-  [[nodiscard]] Failure NotFound() const;
-
   Link link_;
   std::uint32_t products_;
   bool allRead_ = true;
