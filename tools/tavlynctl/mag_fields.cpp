@@ -58,7 +58,8 @@ std::string KeysOf(std::uint16_t field) {
 void SetKeys(std::uint16_t field, const std::string& text) {
   const Bytes bytes = ParseHex(text, kKeys.c_str());
   sorbaneSetFieldKeyCount(field, static_cast<std::uint8_t>(bytes.size()));
-  for (std::uint16_t at = 0; at < bytes.size(); ++at) sorbaneSetFieldKeydata(field, at, bytes[at]);
+  std::uint16_t at = 0;
+  for (const std::uint8_t byte : bytes) sorbaneSetFieldKeydata(field, at++, byte);
 }
 
 Json PartsOf(std::uint16_t field) {

@@ -122,7 +122,7 @@ Failure NotFound(const Link& link, std::uint32_t products) {
   // Behind Ethernet adapters there are card readers alone.
   bool read = false;
   if (link.kind != LinkKind::kEthernet && Search(link, kAllProducts & ~products, read)) {
-    const Failure other(kUsage, ActiveDeviceName() + " is no " + Names(products));
+    Failure other(kUsage, ActiveDeviceName() + " is no " + Names(products));
     USBDisconnect();
     return other;
   }
