@@ -2,28 +2,21 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <csignal>
-#include <cstdio>
 #include <optional>
 #include <thread>
 
 #include "api.h"
 #include "tools/tavlynctl/commands.h"
 #include "tools/tavlynctl/session.h"
+#include "tools/tavlynctl/watching.h"
 
 namespace tavlyn::ctl {
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
 // The library leaves a reader alone for 235 ms after each exchange.
 constexpr std::chrono::milliseconds kPollPause(250);
-// A reader that fails so often in a row is taken for lost.
-constexpr int kFailedPolls = 3;
 constexpr std::int16_t kLongestId = 32;
 constexpr double kReadTimeout = 10;  // seconds
-
-volatile std::sig_atomic_t stopped = 0;
 
 struct Card {
   int bits = 0;  // 0: none
@@ -40,18 +33,12 @@ class Poll {
     Card card;
     card.bits = GetActiveID32(card.id.data(), kLongestId);
     // A serial reader's failed answer may hold what looks like a card.
-    if (GetLastLibErr() == 0) {
-      failed_ = 0;
-      return card.bits != 0 ? card : Card{};
-    }
-    if (++failed_ == kFailedPolls) {
-      throw Failure(kDeviceError, ActiveDeviceName() + " does not answer, " + ErrorText());
-    }
-    return std::nullopt;
+    if (!answers_.Came(GetLastLibErr() == 0)) return std::nullopt;
+    return card.bits != 0 ? card : Card{};
   }
 
  private:
-  int failed_ = 0;
+  Answers answers_;
 };
 
 // The bytes that hold the bits, as the reader sends them: lowest first. The number has the highest first.
@@ -67,12 +54,6 @@ void Describe(const Card& card, Json& into) {
   into["id"] = number;
   into["bytes"] = std::move(bytes);
 }
-
-Clock::time_point After(double seconds) {
-  return Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
-}
-
-Failure NoCard() { return {kNoCard, "no card came in time"}; }
 
 // Shows what has changed, and counts it.
 int ShowChange(const Card& before, const Card& now, bool json) {
@@ -109,21 +90,14 @@ Json Read(const Options& options) {
 Json Watch(const Options& options) {
   const Session session(options.link);
   session.Use(options.device);
-  std::signal(SIGINT, [](int) { stopped = 1; });
-  std::signal(SIGTERM, [](int) { stopped = 1; });
-  if (!options.json) std::fprintf(stderr, "watching %s\n", ActiveDeviceName().c_str());
-  const auto deadline = options.timeout ? After(*options.timeout) : Clock::time_point::max();
+  TellWatched(options.json);
+  Watching watching(options.timeout, options.count);
   Poll poll;
   Card before;
-  int events = 0;
-  while (stopped == 0 && (options.count == 0 || events < options.count)) {
-    if (Clock::now() >= deadline) {
-      if (events == 0) throw NoCard();
-      break;
-    }
+  while (watching.GoesOn()) {
     const auto now = poll.Next();
     if (!now) continue;
-    events += ShowChange(before, *now, options.json);
+    watching.Count(ShowChange(before, *now, options.json));
     before = *now;
   }
   return {};

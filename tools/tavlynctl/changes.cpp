@@ -84,6 +84,34 @@ void ForgetUntold(const std::vector<Change>& changes) {
   }
 }
 
+void ReadBack() {
+  if (ReadCfg() == 1) return;
+  throw Failure(kDeviceError, ActiveDeviceName() + " was written but could not be read back, " + ErrorText());
+}
+
+Json Verified(Json document, Json rows, const std::string& refused, bool asJson) {
+  document["verified"] = refused.empty();
+  document["changes"] = std::move(rows);
+  if (refused.empty()) return document;
+  Show(document, asJson);
+  throw Failure(kDeviceError, ActiveDeviceName() + " does not keep what was written of " + refused);
+}
+
+// A sonar sensor keeps these in steps, rounded down, and sends others that it does not take.
+constexpr std::pair<const char*, int> kSettingSteps[] = {
+    {"PingRateS", 4}, {"InterKeyDelayWA", 64}, {"InterKeyDelayWU", 64}};
+constexpr const char* kReadOnlySettings[] = {"Reserved1S", "Reserved2WU", "Reserved1I"};
+
+const char* SettingOutcome(const std::string& name, const Json& row) {
+  const Json& stored = row["stored"];
+  if (stored == row["new"]) return "stored";
+  for (const auto& [stepped, step] : kSettingSteps) {
+    if (name == stepped && stored == row["new"].get<int>() / step * step) return "rounded";
+  }
+  const bool readOnly = std::ranges::find(kReadOnlySettings, name) != std::end(kReadOnlySettings);
+  return readOnly ? "read only" : "different";
+}
+
 }  // namespace
 
 Change Wanting(int configuration, Json wanted) {
@@ -100,17 +128,34 @@ Json Carry(Json document, const std::vector<Change>& changes, bool dryRun, bool 
   }
   write();
   ForgetUntold(changes);
-  if (ReadCfg() != 1) {
-    throw Failure(kDeviceError,
-                  ActiveDeviceName() + " was written but could not be read back, " + ErrorText());
-  }
+  ReadBack();
   std::string refused;
   Json rows = WrittenRows(changes, refused);
-  document["verified"] = refused.empty();
+  return Verified(std::move(document), std::move(rows), refused, asJson);
+}
+
+Json CarrySettings(Json document, const SettingsPlan& plan, bool dryRun, bool asJson) {
+  document["written"] = !dryRun;
+  Json after;
+  if (!dryRun) {
+    Commit();
+    ReadBack();
+    after = plan.read();
+  }
+  std::string refused;
+  Json rows = Json::array();
+  for (const auto& [name, wanted] : plan.wanted.items()) {
+    Json row{{"setting", name}, {"old", plan.before.value(name, Json())}, {"new", wanted}};
+    if (!dryRun) {
+      row["stored"] = after.value(name, Json());
+      row["result"] = SettingOutcome(name, row);
+      if (row["result"] == "different") refused += (refused.empty() ? "" : ", ") + name;
+    }
+    if (row["old"] != wanted || row.value("result", "") == "different") rows.push_back(std::move(row));
+  }
+  if (!dryRun) return Verified(std::move(document), std::move(rows), refused, asJson);
   document["changes"] = std::move(rows);
-  if (refused.empty()) return document;
-  Show(document, asJson);
-  throw Failure(kDeviceError, ActiveDeviceName() + " does not keep what was written of " + refused);
+  return document;
 }
 
 void Commit() {

@@ -22,6 +22,15 @@ Change Wanting(int configuration, Json wanted);
 Json Carry(Json document, const std::vector<Change>& changes, bool dryRun, bool asJson,
            const std::function<void()>& write);
 
+// The same for the settings of another product, which has one configuration; read gives them from the
+// library's mirror. WriteCfg writes them.
+struct SettingsPlan {
+  Json before;
+  Json wanted;
+  std::function<Json()> read;
+};
+Json CarrySettings(Json document, const SettingsPlan& plan, bool dryRun, bool asJson);
+
 // WriteCfg; throws Failure when it fails.
 void Commit();
 

@@ -7,6 +7,7 @@
 
 #include "tools/tavlynctl/link.h"
 #include "tools/tavlynctl/output.h"
+#include "tools/tavlynctl/session.h"
 
 namespace tavlyn::ctl {
 
@@ -14,13 +15,14 @@ struct Options {
   Link link;
   bool json = false;
   int device = 0;
-  std::optional<double> timeout;   // seconds
-  int count = 0;                   // events, beeps or bytes; 0: any number of events, one beep
-  std::optional<int> config;       // without it all are shown and compared, and 0 is set
-  std::vector<std::string> words;  // FIELD, FIELD=VALUE, a colour or hexadecimal bytes
+  std::uint32_t products = kAllProducts;  // which a command may be about, where it takes several
+  std::optional<double> timeout;          // seconds
+  int count = 0;                          // events, beeps or bytes; 0: any number of events, one beep
+  std::optional<int> config;              // without it all are shown and compared, and 0 is set
+  std::vector<std::string> words;         // FIELD, FIELD=VALUE, a colour or hexadecimal bytes
   std::vector<std::string> files;
   std::string choice;  // one of the words that a command takes
-  int index = 0;       // of a configuration or a module
+  int index = 0;       // of a configuration, a module, a track or a user field; 0: all tracks or fields
   int state = 1;       // of the card analyzer
   std::string cardType;
   std::optional<int> volume;
@@ -38,6 +40,7 @@ struct Options {
   bool longBeep = false;
   bool first = false;
   bool second = false;
+  bool watch = false;
 };
 
 Json List(const Options& options);
@@ -84,6 +87,13 @@ Json Find(const Options& options);
 Json SerialBaud(const Options& options);
 Json SerialWrite(const Options& options);
 Json SerialRead(const Options& options);
+Json Track(const Options& options);
+// These show their events themselves and give no document.
+Json WatchSwipes(const Options& options);
+Json MagFields(const Options& options);
+Json SetMagField(const Options& options);
+// One measurement; with watch as those.
+Json Range(const Options& options);
 
 // Adds card type and priority of the selected configuration; nothing for a plain reader.
 void DescribeCardType(Json& configuration);

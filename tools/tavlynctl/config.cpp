@@ -2,6 +2,7 @@
 #include "api.h"
 #include "tools/tavlynctl/commands.h"
 #include "tools/tavlynctl/fields.h"
+#include "tools/tavlynctl/product_settings.h"
 #include "tools/tavlynctl/session.h"
 
 namespace tavlyn::ctl {
@@ -30,9 +31,15 @@ void DescribeCardType(Json& configuration) {
 }
 
 Json ShowConfig(const Options& options) {
-  const Session session(options.link);
+  const Session session(options.link, options.products);
   session.Use(options.device);
   Json document = NewDocument("config show", options.device);
+  if (!ReaderIsActive()) {
+    CheckConfiguration(options.config.value_or(0));
+    document["product"] = ActiveProduct();
+    document["settings"] = MirrorSettings();
+    return document;
+  }
   Json& all = document["configurations"] = Json::array();
   if (options.config) CheckConfiguration(*options.config);
   for (int index = options.config.value_or(0); index <= options.config.value_or(GetMaxConfig()); ++index) {

@@ -5,6 +5,7 @@
 #include "tools/tavlynctl/changes.h"
 #include "tools/tavlynctl/commands.h"
 #include "tools/tavlynctl/fields.h"
+#include "tools/tavlynctl/product_settings.h"
 #include "tools/tavlynctl/session.h"
 #include "tools/tavlynctl/template_file.h"
 
@@ -91,8 +92,9 @@ std::vector<Json> ReaderSettings() {
 
 struct Side {
   std::string name;
+  std::uint32_t product;
   std::vector<Json> configurations;
-  bool isReader;
+  bool isDevice;
 
   [[nodiscard]] Json Of(std::size_t index) const {
     return index < configurations.size() ? configurations[index] : Json::object();
@@ -102,16 +104,21 @@ struct Side {
   }
 };
 
-Side ReaderSide(const Options& options) {
-  const Session session(options.link);
+Side DeviceSide(const Options& options, std::uint32_t product) {
+  const Session session(options.link, product);
   session.Use(options.device);
   if (options.config) CheckConfiguration(*options.config);
-  return {ActiveDeviceName(), ReaderSettings(), true};
+  if (ReaderIsActive()) return {ActiveDeviceName(), product, ReaderSettings(), true};
+  return {ActiveDeviceName(), product, {MirrorSettings()}, true};
 }
 
-Side FileSide(const std::string& path) { return {path, ReadTemplate(path), false}; }
+Side FileSide(const std::string& path) {
+  const std::uint32_t product = ProductOfFile(path);
+  if (product == kReaders) return {path, product, ReadTemplate(path), false};
+  return {path, product, {SettingsOfFile(path)}, false};
+}
 
-// A file says nothing of what it does not mention, so a reader's further values are no difference.
+// A file says nothing of what it does not mention, so a device's further values are no difference.
 Json Differences(std::size_t index, const Side& left, const Side& right) {
   const Json mine = left.Of(index);
   const Json theirs = right.Of(index);
@@ -122,25 +129,64 @@ Json Differences(std::size_t index, const Side& left, const Side& right) {
     if (a != b) rows.push_back({{"configuration", index}, {"field", name}, {"left", a}, {"right", b}});
   };
   for (const auto& [name, value] : theirs.items()) {
-    if (!left.isReader || mine.contains(name)) add(name);
+    if (!left.isDevice || mine.contains(name)) add(name);
   }
-  if (left.isReader) return rows;
+  if (left.isDevice) return rows;
   for (const auto& [name, value] : mine.items()) {
     if (!theirs.contains(name)) add(name);
   }
   return rows;
 }
 
+void RefuseSecure(const Options& options, std::uint32_t product) {
+  if (!options.secure) return;
+  throw Failure(kUsage, std::string("files of a ") + ProductName(product) + " have no integrity trailer");
+}
+
+// The library does not tell of a disk that is full.
+void CheckSettingsSaved(const std::string& path) {
+  const Json mirror = MirrorSettings();
+  if (NamedAsIn(mirror, SettingsOfFile(path), GetProduct()) != mirror)
+    throw Failure(kBadFile, path + " cannot be written");
+}
+
+// A load changes the library's mirror alone, which then tells what the device would be sent.
+Json LoadSettings(const Options& options, std::uint32_t product) {
+  const std::string& path = options.files.front();
+  RefuseSecure(options, product);
+  const Session session(options.link, product);
+  session.Use(options.device);
+  SettingsPlan plan{MirrorSettings(), {}, MirrorSettings};
+  plan.wanted = NamedAsIn(plan.before, SettingsOfFile(path), product);
+  if (ReadDevCfgFmFile(path.c_str()) != 1) throw Failure(kBadFile, path + " could not be loaded");
+  const Json loaded = MirrorSettings();
+  std::string refused;
+  for (const auto& [name, value] : plan.wanted.items()) {
+    if (loaded[name] != value) refused += (refused.empty() ? "" : ", ") + name + " = " + value.dump();
+  }
+  if (!refused.empty()) {
+    throw Failure(kUsage, ActiveDeviceName() + " does not take all of " + path + ": " + refused);
+  }
+  Json document = NewDocument("config load", options.device);
+  document["file"] = path;
+  return CarrySettings(std::move(document), plan, options.dryRun, options.json);
+}
+
 }  // namespace
 
 Json SaveConfig(const Options& options) {
   const std::string& path = options.files.front();
-  const Session session(options.link);
+  const Session session(options.link, options.products);
   session.Use(options.device);
+  if (!ReaderIsActive()) RefuseSecure(options, GetProduct());
   const std::uint32_t saved =
       options.secure ? WriteDevCfgToSecureFile(path.c_str()) : WriteDevCfgToFile(path.c_str());
   if (saved == 0) throw Failure(kBadFile, path + " cannot be written");
-  CheckSaved(path, options.secure);
+  if (ReaderIsActive()) {
+    CheckSaved(path, options.secure);
+  } else {
+    CheckSettingsSaved(path);
+  }
   Json document = NewDocument("config save", options.device);
   document["file"] = path;
   document["configurations"] = GetMaxConfig() + 1;
@@ -150,6 +196,8 @@ Json SaveConfig(const Options& options) {
 
 Json LoadConfig(const Options& options) {
   const std::string& path = options.files.front();
+  const std::uint32_t product = ProductOfFile(path);
+  if (product != kReaders) return LoadSettings(options, product);
   const bool secure = options.secure || HasTrailer(path, Trailer::kHwg);
   if (secure) CheckTrailer(path, Trailer::kHwg);
   const Session session(options.link);
@@ -170,8 +218,17 @@ Json LoadConfig(const Options& options) {
 }
 
 Json DiffConfig(const Options& options) {
-  const Side right = FileSide(options.files.back());
-  const Side left = options.files.size() == 2 ? FileSide(options.files.front()) : ReaderSide(options);
+  Side right = FileSide(options.files.back());
+  const Side left =
+      options.files.size() == 2 ? FileSide(options.files.front()) : DeviceSide(options, right.product);
+  if (left.product != right.product) {
+    throw Failure(kUsage, left.name + " is for a " + ProductName(left.product) + ", " + right.name +
+                              " for a " + ProductName(right.product));
+  }
+  if (left.isDevice && left.product != kReaders) {
+    right.configurations.front() =
+        NamedAsIn(left.configurations.front(), right.configurations.front(), left.product);
+  }
   const std::size_t count = std::max(left.configurations.size(), right.configurations.size());
   Json document = NewDocument("config diff");
   document["left"] = left.Description();

@@ -35,16 +35,16 @@ Json SetConfig(const Options& options) {
 }
 
 Json ResetConfig(const Options& options) {
-  if (!options.yes) {
+  if (!options.yes && !options.dryRun) {
     throw Failure(kUsage, "this loads the factory configuration over what the reader has; --yes does it");
   }
-  const Session session(options.link);
+  const Session session(options.link, options.products);
   session.Use(options.device);
-  if (ResetFactoryDflts() != 1) {
+  if (!options.dryRun && ResetFactoryDflts() != 1) {
     throw Failure(kDeviceError, ActiveDeviceName() + " could not be reset, " + ErrorText());
   }
   Json document = NewDocument("config reset", options.device);
-  document["reset"] = true;
+  document["reset"] = !options.dryRun;
   return document;
 }
 

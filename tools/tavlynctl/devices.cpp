@@ -28,11 +28,14 @@ constexpr Text kTexts[] = {
 
 Json TextOrNull(const char* text) { return text != nullptr ? Json(text) : Json(); }
 
+// A place of the library's table keeps the texts of a device of another product that was there before.
+Json PartNumber() { return GetProduct() == kSensors ? Json() : TextOrNull(getPartNumberString()); }
+
 // Of the active device.
 Json Description() {
   return {{"index", GetActDev()},
           {"product", ActiveProduct()},
-          {"part_number", TextOrNull(getPartNumberString())},
+          {"part_number", PartNumber()},
           {"identity", GetVidPidVendorName()},
           {"did", Hex(GetDID(), 4)},
           {"luid", GetLUID()},
@@ -74,40 +77,75 @@ Json HardwareMask(std::uint8_t* (*get)()) {
 }  // namespace
 
 void DescribeTexts(Json& device) {
-  device["part_number"] = TextOrNull(getPartNumberString());
+  device["part_number"] = PartNumber();
   for (const Text& text : kTexts) device[text.key] = TextOrNull(text.get());
 }
 
-Json List(const Options& options) {
-  const Session session(options.link);
-  Json document = NewDocument("list");
-  document["devices"] = Json::array();
-  std::string problem;
+namespace {
+
+// Adds the devices of a product to the list, and why some could not be read.
+void ListProduct(std::uint32_t product, const Link& link, Json& devices, std::string& problem) {
+  const Session session(link, product);
   for (int index = 0; index < GetDevCnt(); ++index) {
-    Session::Select(index);
+    session.Select(index);
     const std::string unread = session.ReadProblem();
     if (!unread.empty() && !problem.empty()) problem += "; ";
     problem += unread;
-    document["devices"].push_back(Description());
+    devices.push_back(Description());
   }
+}
+
+// What readers alone tell.
+void DescribeReader(Json& device) {
+  DescribeTexts(device);
+  device["esn"] = Esn();
+  device["installed_hardware"] = HardwareMask(InstalledHardware);
+  device["supported_hardware"] = HardwareMask(SupportedHardware);
+}
+
+// The library keeps the two version words of the other products where a reader's firmware words are.
+void DescribeVersion(Json& device) { device["version"] = Hex(GetFirmwareVersion(0, 1), 4); }
+
+void DescribeCounts(Json& device) {
+  device["uptime"] = sorbaneGetSystemUptime();
+  device["cards_read"] = sorbaneGetSystemCardsRead();
+}
+
+}  // namespace
+
+Json List(const Options& options) {
+  Json document = NewDocument("list");
+  Json& devices = document["devices"] = Json::array();
+  std::string problem;
+  for (const std::uint32_t product : {kReaders, kMagstripes, kSensors}) {
+    if ((options.products & product) != 0) ListProduct(product, options.link, devices, problem);
+  }
+  if (devices.empty()) throw NotFound(options.link, options.products);
   if (problem.empty()) return document;
   Show(document, options.json);
   throw Failure(kDeviceError, problem);
 }
 
 Json Info(const Options& options) {
-  const Session session(options.link);
+  const Session session(options.link, options.products);
+  session.Select(options.device);
   // A search of serial ports alone does not ask for the firmware words.
-  if (options.link.kind == LinkKind::kSerial) SendGetFWVersion();
+  if (options.link.kind == LinkKind::kSerial && ReaderIsActive()) SendGetFWVersion();
   session.Use(options.device);
   Json document = NewDocument("info");
   Json& device = document["device"] = Description();
-  DescribeTexts(device);
-  device["esn"] = Esn();
-  device["installed_hardware"] = HardwareMask(InstalledHardware);
-  device["supported_hardware"] = HardwareMask(SupportedHardware);
-  const std::uint32_t answer = Ping();
-  device["answer_ms"] = answer <= kLongestAnswer ? Json(answer) : Json();
+  if (ReaderIsActive()) {
+    DescribeReader(device);
+  } else {
+    DescribeVersion(device);
+  }
+  if (GetProduct() == kMagstripes) DescribeCounts(device);
+  // A sonar sensor has no command for it.
+  if (GetProduct() != kSensors) {
+    const std::uint32_t answer = Ping();
+    device["answer_ms"] = answer <= kLongestAnswer ? Json(answer) : Json();
+  }
+  if (!ReaderIsActive()) return document;
   Json words = FirmwareWords();
   if (!words.empty()) device["firmware_words"] = std::move(words);
   return document;

@@ -126,8 +126,10 @@ void Show(const Json& document, bool asJson) {
   ShowObject(shown, 0);
 }
 
-void ShowEvent(const Json& event, bool asJson) {
-  std::printf("%s\n", (asJson ? Dump(event) : CardLine(event)).c_str());
+void ShowEvent(const Json& event, bool asJson) { ShowEvent(event, asJson ? "" : CardLine(event), asJson); }
+
+void ShowEvent(const Json& event, const std::string& line, bool asJson) {
+  std::printf("%s\n", (asJson ? Dump(event) : line).c_str());
   std::fflush(stdout);
 }
 

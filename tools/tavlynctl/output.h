@@ -35,6 +35,8 @@ Json NewDocument(const std::string& command, int device);
 void Show(const Json& document, bool asJson);
 // A card that came or went: one line, out at once.
 void ShowEvent(const Json& event, bool asJson);
+// Any other event, with its line for people.
+void ShowEvent(const Json& event, const std::string& line, bool asJson);
 void ShowFailure(const Failure& failure, const std::string& command, bool asJson);
 
 std::string Hex(unsigned value, int digits);

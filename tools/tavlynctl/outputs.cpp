@@ -35,7 +35,7 @@ Json SetOutputs(const char* command, const std::vector<Wish>& wishes, const Opti
 }  // namespace
 
 Json Beep(const Options& options) {
-  const Session session(options.link);
+  const Session session(options.link, options.products & (kReaders | kMagstripes));
   session.Use(options.device);
   if (BeepNow(static_cast<std::uint8_t>(options.count), options.longBeep ? 1 : 0) != 1) {
     throw NoOutput("the beeper");

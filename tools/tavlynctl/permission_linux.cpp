@@ -21,19 +21,19 @@ struct Identity {
   unsigned pid;  // 0: any
 };
 
-constexpr Identity kReaders[] = {{0x7A31, 0}, {0x19E5, 0x2021}, {0x171B, 0x2001}};
+constexpr Identity kKnown[] = {{0x7A31, 0}, {0x19E5, 0x2021}, {0x171B, 0x2001}, {0x18C8, 0x2BFA}};
 
-bool IsReader(unsigned vid, unsigned pid) {
+bool IsKnown(unsigned vid, unsigned pid) {
   return std::ranges::any_of(
-      kReaders, [&](const Identity& one) { return one.vid == vid && (one.pid == 0 || one.pid == pid); });
+      kKnown, [&](const Identity& one) { return one.vid == vid && (one.pid == 0 || one.pid == pid); });
 }
 
-bool IsReaderNode(const fs::path& node) {
+bool IsKnownNode(const fs::path& node) {
   std::ifstream lines(node / "device" / "uevent");
   for (std::string line; std::getline(lines, line);) {
     unsigned vid = 0;
     unsigned pid = 0;
-    if (std::sscanf(line.c_str(), "HID_ID=%*x:%x:%x", &vid, &pid) == 2) return IsReader(vid, pid);
+    if (std::sscanf(line.c_str(), "HID_ID=%*x:%x:%x", &vid, &pid) == 2) return IsKnown(vid, pid);
   }
   return false;
 }
@@ -58,7 +58,7 @@ std::string PermissionProblem(const std::string& hidrawClass, const std::string&
   std::string found;
   std::error_code none;
   for (const fs::directory_entry& entry : fs::directory_iterator(hidrawClass, none)) {
-    if (!IsReaderNode(entry.path())) continue;
+    if (!IsKnownNode(entry.path())) continue;
     const std::string node = (fs::path(nodes) / entry.path().filename()).string();
     if (access(node.c_str(), R_OK | W_OK) == 0 || errno != EACCES) continue;
     found += (found.empty() ? "" : ", ") + node + " (" + ModeOf(node) + ")";

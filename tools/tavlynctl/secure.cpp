@@ -8,36 +8,16 @@
 
 #include "api.h"
 #include "tools/tavlynctl/commands.h"
+#include "tools/tavlynctl/hex_bytes.h"
 #include "tools/tavlynctl/session.h"
 #include "tools/tavlynctl/template_file.h"
 
 namespace tavlyn::ctl {
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
-
 constexpr std::size_t kHeaderBytes = 4;
 constexpr std::size_t kLengthAt = 2;
 constexpr std::size_t kLongestPayload = 255;
-
-// The message does not repeat the text, which may be a key.
-Bytes ParseHex(const std::string& text, const char* what) {
-  const bool digits = text.find_first_not_of("0123456789abcdefABCDEF") == std::string::npos;
-  if (!digits || text.size() % 2 != 0) {
-    throw Failure(kUsage, std::string(what) + " is hexadecimal, two digits for each byte");
-  }
-  Bytes bytes;
-  for (std::size_t at = 0; at < text.size(); at += 2) {
-    bytes.push_back(static_cast<std::uint8_t>(std::stoul(text.substr(at, 2), nullptr, 16)));
-  }
-  return bytes;
-}
-
-std::string HexText(const Bytes& bytes) {
-  std::string text;
-  for (const std::uint8_t byte : bytes) text += Hex(byte, 2);
-  return text;
-}
 
 Bytes ParseHeader(const std::string& text) {
   Bytes header = ParseHex(text, "HEADER");

@@ -3,6 +3,7 @@
 
 #include "api.h"
 #include "tools/tavlynctl/commands.h"
+#include "tools/tavlynctl/hex_bytes.h"
 #include "tools/tavlynctl/session.h"
 
 namespace tavlyn::ctl {
@@ -11,29 +12,14 @@ namespace {
 constexpr std::uint32_t kHighestCode = 255;
 constexpr std::uint32_t kFailed = 0xFFFFFFFF;
 
-using Bytes = std::vector<std::uint8_t>;
-
 void RequireLink(const Link& link) {
   if (link.kind == LinkKind::kUsb) throw Failure(kUsage, "serial needs --com or --ip");
 }
 
-Bytes ParseHex(const std::vector<std::string>& words) {
+Bytes ParseWords(const std::vector<std::string>& words) {
   std::string digits;
   for (const std::string& word : words) digits += word;
-  if (digits.size() % 2 != 0 || digits.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos) {
-    throw Failure(kUsage, "bytes are pairs of hexadecimal digits, such as FA04");
-  }
-  Bytes bytes;
-  for (std::size_t at = 0; at < digits.size(); at += 2) {
-    bytes.push_back(static_cast<std::uint8_t>(std::stoul(digits.substr(at, 2), nullptr, 16)));
-  }
-  return bytes;
-}
-
-std::string HexOf(const Bytes& bytes) {
-  std::string text;
-  for (const std::uint8_t byte : bytes) text += Hex(byte, 2);
-  return text;
+  return ParseHex(digits, "HEX");
 }
 
 // A socket tells the size of the last piece alone, so that one byte at a time is asked of it.
@@ -73,24 +59,24 @@ Json SerialBaud(const Options& options) {
 
 Json SerialWrite(const Options& options) {
   RequireLink(options.link);
-  const Bytes bytes = ParseHex(options.words);
+  const Bytes bytes = ParseWords(options.words);
   const Session session(options.link);
-  Session::Select(options.device);
+  session.Select(options.device);
   const auto length = static_cast<std::uint32_t>(bytes.size());
   const std::uint32_t written = WriteSerialPort(reinterpret_cast<const char*>(bytes.data()), length);
   if (written != length) throw Failure(kDeviceError, "the bytes could not be written");
   Json document = NewDocument("serial write", options.device);
   document["written"] = written;
-  if (options.count > 0) document["read"] = HexOf(ReadBytes(options.link, options.count));
+  if (options.count > 0) document["read"] = HexText(ReadBytes(options.link, options.count));
   return document;
 }
 
 Json SerialRead(const Options& options) {
   RequireLink(options.link);
   const Session session(options.link);
-  Session::Select(options.device);
+  session.Select(options.device);
   Json document = NewDocument("serial read", options.device);
-  document["read"] = HexOf(ReadBytes(options.link, options.count));
+  document["read"] = HexText(ReadBytes(options.link, options.count));
   return document;
 }
 

@@ -3,7 +3,6 @@
 #include <array>
 
 #include "api.h"
-#include "tools/tavlynctl/output.h"
 #include "tools/tavlynctl/permission.h"
 
 namespace tavlyn::ctl {
@@ -11,7 +10,6 @@ namespace {
 
 constexpr std::int16_t kUsbLink = 0;
 constexpr std::int16_t kEthernetLink = 2;
-constexpr std::uint32_t kReaders = 1;
 
 struct ErrorWord {
   std::uint32_t mask;
@@ -37,12 +35,14 @@ constexpr ErrorWord kErrorWords[] = {
     {0xF0000000, TAVLYN_ERR_FULL_FW_VERSION, "the firmware version could not be read"},
 };
 
-struct ProductName {
+struct NamedProduct {
   std::uint32_t product;
   const char* name;
 };
 
-constexpr ProductName kProductNames[] = {{1, "card reader"}, {2, "magstripe reader"}, {4, "sonar sensor"}};
+// In the order in which they are searched.
+constexpr NamedProduct kProducts[] = {
+    {kReaders, "card reader"}, {kMagstripes, "magstripe reader"}, {kSensors, "sonar sensor"}};
 
 std::string Unread() {
   return "the configuration of " + ActiveDeviceName() + " could not be read, " + ErrorText();
@@ -76,29 +76,67 @@ bool ReadInAscii() {
   return all;
 }
 
-Failure NotFound(const Link& link) {
-  if (link.kind != LinkKind::kUsb) return {kNoDevice, "no reader answered " + Where(link)};
-  const std::string problem = PermissionProblem();
-  if (!problem.empty()) return {kNoPermission, problem};
-  return {kNoDevice, "no reader is plugged in"};
+// True when something was found; then allRead tells whether all of it could be read, too.
+bool Search(const Link& link, std::uint32_t products, bool& allRead) {
+  for (const NamedProduct& one : kProducts) {
+    if ((products & one.product) == 0) continue;
+    SetConnectProduct(one.product);
+    allRead = Connect(link);
+    if (GetDevCnt() > 0) return true;
+  }
+  return false;
+}
+
+// "card reader or sonar sensor".
+std::string Names(std::uint32_t products) {
+  std::string names;
+  for (const NamedProduct& one : kProducts) {
+    if ((products & one.product) != 0) names += (names.empty() ? "" : " or ") + std::string(one.name);
+  }
+  return names;
+}
+
+// The same where nothing at all was found.
+std::string Wanted(std::uint32_t products) {
+  if (products == kMagstripes || products == kSensors) return Names(products);
+  return (products & kSensors) == 0 ? "reader" : "device";
 }
 
 }  // namespace
 
-Session::Session(const Link& link) {
-  SetConnectProduct(kReaders);
-  allRead_ = Connect(link);
-  if (GetDevCnt() == 0) {
-    USBDisconnect();
-    throw NotFound(link);
+const char* ProductName(std::uint32_t product) {
+  for (const NamedProduct& one : kProducts) {
+    if (one.product == product) return one.name;
   }
-  if (link.ascii) allRead_ = ReadInAscii();
+  return "device";
+}
+
+Session::Session(const Link& link, std::uint32_t products) : link_(link), products_(products) {
+  if (Search(link, products, allRead_) && link.ascii && ReaderIsActive()) allRead_ = ReadInAscii();
+}
+
+Failure NotFound(const Link& link, std::uint32_t products) {
+  const bool onUsb = link.kind == LinkKind::kUsb;
+  const std::string problem = onUsb ? PermissionProblem() : std::string();
+  if (!problem.empty()) return {kNoPermission, problem};
+  // Behind Ethernet adapters there are card readers alone.
+  bool read = false;
+  if (link.kind != LinkKind::kEthernet && Search(link, kAllProducts & ~products, read)) {
+    Failure other(kUsage, ActiveDeviceName() + " is no " + Names(products));
+    USBDisconnect();
+    return other;
+  }
+  if (onUsb) return {kNoDevice, "no " + Wanted(products) + " is plugged in"};
+  // Sensors are on USB alone.
+  const std::uint32_t meant = products == kSensors ? products : products & ~kSensors;
+  return {kNoDevice, "no " + Wanted(meant) + " answered " + Where(link)};
 }
 
 Session::~Session() { USBDisconnect(); }
 
-void Session::Select(int index) {
+void Session::Select(int index) const {
   const int count = GetDevCnt();
+  if (count == 0) throw NotFound(link_, products_);
   if (index >= 0 && index < count && SetActDev(static_cast<std::int16_t>(index)) == 1) return;
   throw Failure(kNoDevice,
                 "there is no device " + std::to_string(index) + "; found: " + std::to_string(count));
@@ -106,6 +144,7 @@ void Session::Select(int index) {
 
 std::string Session::ReadProblem() const {
   if (allRead_) return {};
+  if (!ReaderIsActive()) return ReadCfg() == 1 ? std::string() : Unread();
   const bool tried = (GetLastLibErr() & TAVLYN_ERR_CONFIG_READ) != 0;
   const std::string problem = Unread();
   // Configuration 0 is read last, and a record get works only on one that was read; an error word alone may
@@ -139,12 +178,9 @@ SelectedConfiguration::SelectedConfiguration(int index) : before_(static_cast<st
 
 SelectedConfiguration::~SelectedConfiguration() { SetActConfig(before_); }
 
-const char* ActiveProduct() {
-  for (const ProductName& one : kProductNames) {
-    if (one.product == GetProduct()) return one.name;
-  }
-  return "device";
-}
+const char* ActiveProduct() { return ProductName(GetProduct()); }
+
+bool ReaderIsActive() { return GetProduct() == kReaders; }
 
 std::string ActiveDevicePath() {
   std::array<char, 513> name{};

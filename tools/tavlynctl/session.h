@@ -5,19 +5,34 @@
 #include <string>
 
 #include "tools/tavlynctl/link.h"
+#include "tools/tavlynctl/output.h"
 
 namespace tavlyn::ctl {
 
+// As GetProduct tells them; a sum of them is a choice.
+inline constexpr std::uint32_t kReaders = 1;
+inline constexpr std::uint32_t kMagstripes = 2;
+inline constexpr std::uint32_t kSensors = 4;
+inline constexpr std::uint32_t kAllProducts = kReaders | kMagstripes | kSensors;
+
+// "card reader".
+const char* ProductName(std::uint32_t product);
+
+// Why there is no such device: searches for one of another product.
+Failure NotFound(const Link& link, std::uint32_t products);
+
 class Session {
  public:
-  // Throws Failure when there is no device, or none that may be opened.
-  explicit Session(const Link& link);
+  // Searches one product after the other until one is found: a table never mixes them. Indices count the
+  // devices of that product.
+  explicit Session(const Link& link, std::uint32_t products = kReaders);
   ~Session();
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
-  // Makes the device active; throws Failure when there is none of that index.
-  static void Select(int index);
+  // Makes the device active; throws Failure when there is none of that index, none at all, none that may be
+  // opened, or only another product.
+  void Select(int index) const;
   // Why the active device's configuration could not be read; empty when it was. A connect stops at the first
   // device that fails; those behind it are read here.
   [[nodiscard]] std::string ReadProblem() const;
@@ -25,7 +40,9 @@ class Session {
   void Use(int index) const;
 
  private:
-  bool allRead_;
+  Link link_;
+  std::uint32_t products_;
+  bool allRead_ = true;
 };
 
 // Throws Failure when the active device has no configuration of that index.
@@ -33,6 +50,7 @@ void CheckConfiguration(int index);
 
 // Throws Failure when the active device is no plus reader.
 void RequirePlusReader();
+bool ReaderIsActive();
 
 // Makes one configuration the one that the record calls act on, as long as the object lasts. The reader is
 // not told: it stays on the configuration that it is on.

@@ -1,0 +1,302 @@
+// tavlynctl with magnetic-stripe readers and sonar sensors.
+#include "tests/boundary/simulated_run.h"
+
+namespace tavlyn::boundary {
+namespace {
+
+constexpr const char* kAll = "--device reader --device magstripe --device sonar";
+constexpr const char* kMagstripe = "--device magstripe";
+constexpr const char* kSonar = "--device sonar";
+const std::string kSwipe = "typed 'swipe %B12^DOE/JOHN^?;4000001234567899=3012?'; ";
+
+class TavlynctlProducts : public SimulatedRun {
+ protected:
+  static std::vector<Json> JsonLines(const std::string& text) {
+    std::istringstream stream(text);
+    std::vector<Json> lines;
+    for (std::string line; std::getline(stream, line);) lines.push_back(Json::parse(line, nullptr, false));
+    return lines;
+  }
+
+  // The two tracks of the swipe. Behind its last sentinel each has its LRC.
+  static Json Tracks() {
+    return Json::parse(R"([
+      {"track": 1, "characters": 16, "raw": "052211123E242F250F2A2F282E3E1F19", "text": "%B12^DOE/JOHN^?9"},
+      {"track": 2, "characters": 24, "raw": "0B040000000000010203040506070809090D030001020F05",
+       "text": ";4000001234567899=3012?5"}])");
+  }
+};
+
+TEST_F(TavlynctlProducts, ListShowsAllThree) {
+  const auto ended =
+      Run(kAll, {"ctl list --json", "ctl list --product sonar --json", "ctl list --product x"});
+  const Json devices = ParsedText(ended[0])["devices"];
+  ASSERT_EQ(3u, devices.size());
+  EXPECT_EQ("card reader", devices[0]["product"]);
+  const Json magstripe{{"index", 0},
+                       {"product", "magstripe reader"},
+                       {"part_number", "OMS-2100-AKU"},
+                       {"identity", ""},
+                       {"did", "0210"},
+                       {"luid", 1},
+                       {"configurations", 1},
+                       {"path", "/dev/hidraw-sim2"}};
+  EXPECT_EQ(magstripe, devices[1]);
+  EXPECT_EQ("sonar sensor", devices[2]["product"]);
+  EXPECT_EQ(Json(), devices[2]["part_number"]) << "not that of the device before it";
+  EXPECT_EQ("0400", devices[2]["did"]);
+  ASSERT_EQ(1u, ParsedText(ended[1])["devices"].size());
+  EXPECT_EQ("sonar sensor", ParsedText(ended[1])["devices"][0]["product"]);
+  EXPECT_EQ(1, ended[2].status);
+}
+
+TEST_F(TavlynctlProducts, IndicesCountOneProduct) {
+  const auto ended = Run("--device sonar --device reader --device sonar --do '#3 range 44'",
+                         {"ctl range --device 1 --json", "ctl range --device 2"});
+  EXPECT_EQ(44, ParsedText(ended[0])["inches"]);
+  EXPECT_EQ(1, ParsedText(ended[0])["device"]);
+  EXPECT_EQ(2, ended[1].status);
+  EXPECT_EQ("tavlynctl: there is no device 2; found: 2\n", ended[1].err);
+}
+
+TEST_F(TavlynctlProducts, InfoOfEach) {
+  const auto ended = Run(kAll, {"typed '#2 " + kSwipe.substr(7) + "ctl info --product magstripe --json",
+                                "ctl info --product sonar --json", "ctl info --json"});
+  const Json magstripe = ParsedText(ended[0])["device"];
+  EXPECT_EQ("magstripe reader", magstripe["product"]);
+  EXPECT_EQ("0304", magstripe["version"]);
+  EXPECT_EQ(1, magstripe["cards_read"]);
+  EXPECT_TRUE(magstripe["answer_ms"].is_number()) << magstripe;
+  EXPECT_FALSE(magstripe.contains("esn"));
+  const Json sonar = ParsedText(ended[1])["device"];
+  EXPECT_EQ("sonar sensor", sonar["product"]);
+  EXPECT_EQ("1023", sonar["version"]);
+  EXPECT_FALSE(sonar.contains("answer_ms"));
+  EXPECT_EQ("card reader", ParsedText(ended[2])["device"]["product"]);
+}
+
+TEST_F(TavlynctlProducts, WhatAProductDoesNotHave) {
+  for (const std::string device : {"magstripe", "sonar"}) {
+    const std::string name =
+        (device == "sonar" ? "sonar sensor" : "magstripe reader") + std::string(" 0 (/dev/hidraw-sim1)");
+    for (const std::string words :
+         {"read", "cards", "secure read 02010300", "keys load keys.ini", "ble status", "config get bBeepID",
+          "config set bBeepID=1", "config defaults save", "led off", "volume", "queue", "raw 8A",
+          "analyzer status"}) {
+      std::ofstream(folder_ / "keys.ini", std::ios::binary)
+          << "[keys]\r\nslot=1\r\n[EOF]\r\niEndOfIniFile=BE686D5A\r\n";
+      const Ended ended = Run("--device " + device, {"ctl " + words})[0];
+      EXPECT_EQ(1, ended.status) << words;
+      EXPECT_EQ("tavlynctl: " + name + " is no card reader\n", ended.err) << words;
+    }
+    const std::string others = device == "sonar" ? "magstripe reader" : "sonar sensor";
+    const std::string words = device == "sonar" ? "track" : "range";
+    const Ended ended = Run("--device " + device, {"ctl " + words})[0];
+    EXPECT_EQ(1, ended.status);
+    EXPECT_EQ("tavlynctl: " + name + " is no " + others + "\n", ended.err);
+  }
+  EXPECT_EQ(1, Run(kSonar, {"ctl beep"})[0].status);
+  EXPECT_EQ(0, Run(kMagstripe, {"ctl beep 2"})[0].status);
+  const auto none = Run("--do unplug", {"ctl track", "ctl range", "ctl magfield", "ctl swipe watch"});
+  for (const Ended& ended : none) EXPECT_EQ(2, ended.status) << ended.err;
+  EXPECT_EQ("tavlynctl: no magstripe reader is plugged in\n", none[0].err);
+  EXPECT_EQ("tavlynctl: no sonar sensor is plugged in\n", none[1].err);
+}
+
+TEST_F(TavlynctlProducts, TracksOfTheLastSwipe) {
+  const auto ended = Run(kMagstripe, {"ctl track", kSwipe + "ctl track --json", "ctl track 2 --json",
+                                      "ctl track 3", "ctl track 4", "ctl track 1"});
+  EXPECT_EQ(5, ended[0].status);
+  EXPECT_EQ(Tracks(), ParsedText(ended[1])["tracks"]);
+  EXPECT_EQ(Json::array({Tracks()[1]}), ParsedText(ended[2])["tracks"]);
+  EXPECT_EQ(5, ended[3].status);
+  EXPECT_EQ(1, ended[4].status);
+  EXPECT_EQ(
+      "device  0\ntracks\n  track  characters  raw                               text\n"
+      "  1      16          052211123E242F250F2A2F282E3E1F19  %B12^DOE/JOHN^?9\n",
+      ended[5].out);
+}
+
+TEST_F(TavlynctlProducts, ATrackThatCannotBeFetched) {
+  const auto ended = Run(kMagstripe, {kSwipe + "typed 'vanish 60'; ctl track 1"});
+  EXPECT_EQ(4, ended[0].status) << ended[0].out;
+}
+
+TEST_F(TavlynctlProducts, SwipesAreWatched) {
+  const auto ended =
+      Run(kMagstripe, {kSwipe + "typed 'swipe ;77=1?'; ctl swipe watch --count 2",
+                       kSwipe + "ctl swipe watch --count 1 --json", "ctl swipe watch --timeout 0.5",
+                       "timeout --preserve-status -s INT 2 " TAVLYNCTL " swipe watch",
+                       "(sleep 1.5; typed unplug) & ctl swipe watch"});
+  EXPECT_EQ(0, ended[0].status) << ended[0].err;
+  EXPECT_EQ("swipe 1 %B12^DOE/JOHN^?9 2 ;4000001234567899=3012?5\nswipe 2 ;77=1?8\n", ended[0].out);
+  EXPECT_EQ("watching magstripe reader 0 (/dev/hidraw-sim1)\n", ended[0].err);
+  const std::vector<Json> lines = JsonLines(ended[1].out);
+  ASSERT_EQ(1u, lines.size());
+  EXPECT_EQ(Json({{"schema", 1}, {"command", "swipe watch"}, {"event", "swipe"}, {"tracks", Tracks()}}),
+            lines[0]);
+  EXPECT_EQ(5, ended[2].status) << "both were taken";
+  EXPECT_EQ(0, ended[3].status) << ended[3].err;
+  EXPECT_EQ(4, ended[4].status);
+  EXPECT_TRUE(Holds(ended[4].err, "does not answer")) << ended[4].err;
+}
+
+TEST_F(TavlynctlProducts, UserFields) {
+  const auto ended = Run(
+      kMagstripe, {"ctl magfield --json", "ctl magfield set 11 enable=1 length=77 keys=2800 --dry-run --json",
+                   "ctl magfield 11 --json", "ctl magfield set 11 enable=1 length=77 keys=2800 --json",
+                   "ctl magfield 11 --json", "ctl magfield set 11 track=4", "ctl magfield set 11 lenght=4",
+                   "ctl magfield set 11 length", "ctl magfield set 12 length=1",
+                   "ctl magfield set 11 keys=280", "ctl magfield set 11"});
+  ASSERT_EQ(11u, ParsedText(ended[0])["fields"].size());
+  const Json first = Json::parse(R"({"number": 1, "enable": 1, "skip": 0, "track": 1, "field": 1, "offset": 0,
+    "length": 255, "term": 255, "separators": 0, "lrc": 0, "ignore_lrc": 0, "keys": "2800"})");
+  EXPECT_EQ(first, ParsedText(ended[0])["fields"][0]);
+  const Json dry = ParsedText(ended[1]);
+  EXPECT_EQ(false, dry["written"]);
+  ASSERT_EQ(3u, dry["changes"].size());
+  EXPECT_EQ(Json({{"setting", "length"}, {"old", 0}, {"new", 77}}), dry["changes"][1]);
+  EXPECT_EQ(0, ParsedText(ended[2])["fields"][0]["length"]);
+  const Json set = ParsedText(ended[3]);
+  EXPECT_EQ(true, set["verified"]);
+  EXPECT_EQ(
+      Json({{"setting", "keys"}, {"old", ""}, {"new", "2800"}, {"stored", "2800"}, {"result", "stored"}}),
+      set["changes"][2]);
+  const Json after = ParsedText(ended[4])["fields"];
+  ASSERT_EQ(1u, after.size());
+  EXPECT_EQ(77, after[0]["length"]);
+  EXPECT_EQ("2800", after[0]["keys"]);
+  for (std::size_t i = 5; i < ended.size(); ++i) EXPECT_EQ(1, ended[i].status) << i;
+}
+
+TEST_F(TavlynctlProducts, ADryRunWritesNothing) {
+  const std::string dry = Traffic(kMagstripe, "magfield set 11 length=77 --dry-run");
+  const std::string wet = Traffic(kMagstripe, "magfield set 11 length=77");
+  // FW, the command that commits.
+  EXPECT_FALSE(Holds(dry, "set 1 46 57 00")) << dry;
+  EXPECT_TRUE(Holds(wet, "set 1 46 57 00")) << wet;
+}
+
+TEST_F(TavlynctlProducts, ARangeIsMeasured) {
+  const auto ended =
+      Run(kSonar, {"ctl range --json", "typed 'range 25'; ctl range", "ctl range --watch --count 2",
+                   "ctl range --watch --count 2 --json", "ctl range --count 2",
+                   "timeout --preserve-status -s INT 5 " TAVLYNCTL " range --watch",
+                   "(sleep 4; typed unplug) & ctl range --watch", "ctl range"});
+  EXPECT_EQ(
+      Json::parse(R"({"schema": 1, "command": "range", "device": 0, "inches": 30, "status": [1, 0, 0]})"),
+      ParsedText(ended[0]));
+  EXPECT_EQ("device  0\ninches  25\nstatus  1 0 0\n", ended[1].out);
+  EXPECT_EQ("25 in  1 0 0\n25 in  1 0 0\n", ended[2].out);
+  EXPECT_EQ("watching sonar sensor 0 (/dev/hidraw-sim1)\n", ended[2].err);
+  const std::vector<Json> lines = JsonLines(ended[3].out);
+  ASSERT_EQ(2u, lines.size());
+  EXPECT_EQ(Json::parse(
+                R"({"schema": 1, "command": "range", "event": "range", "inches": 25, "status": [1, 0, 0]})"),
+            lines[1]);
+  EXPECT_EQ(1, ended[4].status);
+  EXPECT_EQ(0, ended[5].status) << ended[5].err;
+  EXPECT_EQ(4, ended[6].status);
+  EXPECT_TRUE(Holds(ended[6].err, "does not answer")) << ended[6].err;
+  EXPECT_EQ(2, ended[7].status);
+}
+
+TEST_F(TavlynctlProducts, AWalkMovesTheRange) {
+  const auto ended = Run(kSonar, {"typed 'walk 20:50:60000'; ctl range --watch --count 8 --json"});
+  const std::vector<Json> lines = JsonLines(ended[0].out);
+  ASSERT_EQ(8u, lines.size());
+  EXPECT_LT(lines.front()["inches"], lines.back()["inches"]);
+  EXPECT_EQ(Json({1, 1, 0}), lines.back()["status"]) << "and going away";
+}
+
+TEST_F(TavlynctlProducts, OnATerminalThereIsABar) {
+  if (RunLine("command -v script").status != 0) GTEST_SKIP() << "no program that makes a terminal";
+  const auto ended =
+      Run(kSonar, {"typed 'range 20'; script -qec '" TAVLYNCTL " range --watch --count 2' /dev/null"});
+  EXPECT_EQ(0, ended[0].status) << ended[0].err;
+  const std::string bar = "\r" + std::string(10, '#') + std::string(27, '.') + " 20 in  1 0 0";
+  EXPECT_TRUE(Holds(ended[0].out, bar + bar + "\r\n")) << ended[0].out;
+}
+
+TEST_F(TavlynctlProducts, ConfigurationFilesOfASensor) {
+  const auto ended =
+      Run(kAll, {"ctl config save own.txt --product sonar --json", "ctl config diff own.txt --json",
+                 "sed 's/^PingRateS = 248/pingrates = 301/;s/^MaxDistS = 60/MaxDistS = 50/' own.txt >new.txt",
+                 "ctl config diff new.txt --json", "ctl config load new.txt --dry-run --json",
+                 "ctl config load new.txt --json", "ctl config show --product sonar --json",
+                 "sed 's/^MaxDistS.*/MaxDistS = 99/' own.txt >bad.txt; ctl config load bad.txt",
+                 "ctl config load new.txt --secure", "ctl config save x.txt --product sonar --secure",
+                 "ctl config show --product sonar --config 1", "ctl config diff own.txt bad.txt --json"});
+  EXPECT_EQ(1, ParsedText(ended[0])["configurations"]);
+  EXPECT_EQ(Json::array(), ParsedText(ended[1])["differences"]);
+  const Json rows = Json::parse(R"([{"configuration": 0, "field": "PingRateS", "left": 248, "right": 301},
+                                    {"configuration": 0, "field": "MaxDistS", "left": 60, "right": 50}])");
+  EXPECT_EQ(rows, ParsedText(ended[3])["differences"]);
+  const Json dry = ParsedText(ended[4]);
+  EXPECT_EQ(false, dry["written"]);
+  EXPECT_EQ(Json({{"setting", "PingRateS"}, {"old", 248}, {"new", 301}}), dry["changes"][0]);
+  const Json load = ParsedText(ended[5]);
+  EXPECT_EQ(true, load["verified"]);
+  EXPECT_EQ(Json::parse(R"([
+      {"setting": "PingRateS", "old": 248, "new": 301, "stored": 300, "result": "rounded"},
+      {"setting": "MaxDistS", "old": 60, "new": 50, "stored": 50, "result": "stored"}])"),
+            load["changes"]);
+  const Json show = ParsedText(ended[6]);
+  EXPECT_EQ("sonar sensor", show["product"]);
+  EXPECT_EQ(48u, show["settings"].size());
+  EXPECT_EQ(300, show["settings"]["PingRateS"]);
+  EXPECT_EQ(1, ended[7].status);
+  EXPECT_TRUE(Holds(ended[7].err, "does not take all of bad.txt: ")) << ended[7].err;
+  EXPECT_TRUE(Holds(ended[7].err, "MaxDistS = 99")) << ended[7].err;
+  for (std::size_t i = 8; i < 11; ++i) EXPECT_EQ(1, ended[i].status) << i;
+  EXPECT_EQ(1u, ParsedText(ended[11])["differences"].size());
+}
+
+TEST_F(TavlynctlProducts, ConfigurationFilesOfAMagstripeReader) {
+  const auto ended = Run(
+      kAll, {"ctl config save own.txt --product magstripe", "ctl config diff own.txt --json",
+             "sed 's/^LedColor.0.: 1/LedColor[0]: 2/;s/^KeyPressTime.*/KeyPressTime: 9/' own.txt >new.txt",
+             "ctl config load new.txt --dry-run --json", "ctl config load new.txt --json",
+             "ctl config diff new.txt --json", "ctl config show --product magstripe --json",
+             "sed 's/^UserField.3..Track.*/UserField[3].Track: 7/' own.txt >bad.txt; ctl config load bad.txt "
+             "--json",
+             "ctl config save reader.hwg; ctl config diff reader.hwg new.txt"});
+  EXPECT_EQ(Json::array(), ParsedText(ended[1])["differences"]);
+  EXPECT_EQ(Json::parse(R"([{"setting": "LedColor[0]", "old": 1, "new": 2}])"),
+            ParsedText(ended[3])["changes"]);
+  EXPECT_EQ("stored", ParsedText(ended[4])["changes"][0]["result"]);
+  EXPECT_EQ(Json::array(), ParsedText(ended[5])["differences"]);
+  const Json show = ParsedText(ended[6])["settings"];
+  EXPECT_EQ(307u, show.size());
+  EXPECT_EQ(2, show["LedColor[0]"]);
+  EXPECT_FALSE(show.contains("KeyPressTime"));
+  EXPECT_EQ(4, ended[7].status) << "the reader has two bits for it";
+  EXPECT_TRUE(Holds(ended[7].err, "does not keep what was written of UserField[3].Track")) << ended[7].err;
+  EXPECT_EQ(1, ended[8].status);
+  EXPECT_EQ("tavlynctl: reader.hwg is for a card reader, new.txt for a magstripe reader\n", ended[8].err);
+}
+
+TEST_F(TavlynctlProducts, FilesNeedTheirProduct) {
+  Run(kSonar, {"ctl config save own.txt"});
+  const auto ended = Run(kMagstripe, {"ctl config load own.txt", "ctl config diff own.txt"});
+  for (const Ended& one : ended) {
+    EXPECT_EQ(1, one.status);
+    EXPECT_EQ("tavlynctl: magstripe reader 0 (/dev/hidraw-sim1) is no sonar sensor\n", one.err);
+  }
+}
+
+TEST_F(TavlynctlProducts, FactoryConfiguration) {
+  const auto ended = Run(kAll, {"ctl magfield set 11 length=77", "ctl config reset --product magstripe",
+                                "ctl config reset --product magstripe --dry-run --json",
+                                "ctl magfield 11 --json", "ctl config reset --product magstripe --yes --json",
+                                "ctl magfield 11 --json", "ctl config reset --product sonar --yes"});
+  EXPECT_EQ(1, ended[1].status);
+  EXPECT_EQ(false, ParsedText(ended[2])["reset"]);
+  EXPECT_EQ(77, ParsedText(ended[3])["fields"][0]["length"]);
+  EXPECT_EQ(true, ParsedText(ended[4])["reset"]);
+  EXPECT_EQ(0, ParsedText(ended[5])["fields"][0]["length"]);
+  EXPECT_EQ(0, ended[6].status) << ended[6].err;
+}
+
+}  // namespace
+}  // namespace tavlyn::boundary

@@ -1,0 +1,65 @@
+// config, cards and check.
+#include "tools/tavlynctl/command_words.h"
+#include "tools/tavlynctl/commands.h"
+
+namespace tavlyn::ctl {
+
+void AddConfig(CLI::App& app, Options& options, Commands& commands) {
+  CLI::App& config = *app.add_subcommand("config", "The configuration of a device");
+  config.require_subcommand(1);
+  CLI::App* show = Add(config, "show", "Every record and field, or every setting", options);
+  CLI::App* get = Add(config, "get", "Single fields", options);
+  get->add_option("FIELD", options.words)->required();
+  CLI::App* set = Add(config, "set", "Sets fields, and reads them back", options);
+  set->add_option("FIELD=VALUE", options.words)->required();
+  CLI::App* save = Add(config, "save", "Saves every configuration as a file", options);
+  CLI::App* load = Add(config, "load", "Loads a file, and reads the device back", options);
+  CLI::App* diff = Add(config, "diff", "Compares a device with a file, or two files", options);
+  CLI::App* reset = Add(config, "reset", "Loads the factory configuration", options);
+  reset->add_flag("--yes", options.yes, "Do it");
+  CLI::App* defaults = Add(config, "defaults", "Moves the defaults that a plus reader keeps", options);
+  AddChoice(defaults, options, "WHAT", {"save", "restore", "plus"});
+  AddFiles(save, options, 1);
+  AddFiles(load, options, 1);
+  AddFiles(diff, options, 2);
+  save->add_flag("--secure", options.secure, "With an integrity trailer");
+  load->add_flag("--secure", options.secure, "Only a file with an integrity trailer");
+  for (CLI::App* command : {set, load, reset}) AddDryRun(command, options);
+  for (CLI::App* command : {show, save, reset}) AddProduct(command, options);
+  for (CLI::App* command : {show, diff}) {
+    command->add_option("--config", options.config, "Only this configuration of a plus reader");
+  }
+  for (CLI::App* command : {get, set}) {
+    command->add_option("--config", options.config, "Configuration of a plus reader (0)");
+  }
+  for (CLI::App* command : {show, get, set, save, load, diff, reset, defaults}) AddDevice(command, options);
+  commands.insert(commands.end(), {{show, "config show", ShowConfig},
+                                   {get, "config get", GetConfig},
+                                   {set, "config set", SetConfig},
+                                   {save, "config save", SaveConfig},
+                                   {load, "config load", LoadConfig},
+                                   {diff, "config diff", DiffConfig},
+                                   {reset, "config reset", ResetConfig},
+                                   {defaults, "config defaults", MoveDefaults}});
+}
+
+void AddCards(CLI::App& app, Options& options, Commands& commands) {
+  CLI::App* cards = Add(app, "cards", "The card type of each configuration of a plus reader", options);
+  CLI::App* set = Add(*cards, "set", "Sets card type and priority, and reads them back", options);
+  set->add_option("INDEX", options.index, "Configuration")->required();
+  set->add_option("TYPE", options.cardType, "Card type, hexadecimal")->required();
+  AddChoice(set, options, "PRIORITY", {"high", "low"});
+  AddDryRun(set, options);
+  for (CLI::App* command : {cards, set}) AddDevice(command, options);
+  // The inner word first: the outer counts as given too.
+  commands.insert(commands.end(), {{set, "cards set", SetCard}, {cards, "cards", Cards}});
+}
+
+void AddCheck(CLI::App& app, Options& options, Commands& commands) {
+  CLI::App* check = Add(app, "check", "Whether a file is as it was written", options);
+  AddFiles(check, options, 1);
+  check->add_flag("--ini", options.ini, "A key-load ini file");
+  commands.push_back({check, "check", CheckFile});
+}
+
+}  // namespace tavlyn::ctl

@@ -1,0 +1,25 @@
+#include "tools/tavlynctl/hex_bytes.h"
+
+#include "tools/tavlynctl/output.h"
+
+namespace tavlyn::ctl {
+
+Bytes ParseHex(const std::string& text, const char* what) {
+  const bool digits = text.find_first_not_of("0123456789abcdefABCDEF") == std::string::npos;
+  if (!digits || text.size() % 2 != 0) {
+    throw Failure(kUsage, std::string(what) + " is hexadecimal, two digits for each byte");
+  }
+  Bytes bytes;
+  for (std::size_t at = 0; at < text.size(); at += 2) {
+    bytes.push_back(static_cast<std::uint8_t>(std::stoul(text.substr(at, 2), nullptr, 16)));
+  }
+  return bytes;
+}
+
+std::string HexText(const Bytes& bytes) {
+  std::string text;
+  for (const std::uint8_t byte : bytes) text += Hex(byte, 2);
+  return text;
+}
+
+}  // namespace tavlyn::ctl

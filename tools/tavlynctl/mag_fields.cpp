@@ -1,0 +1,146 @@
+// magfield: the user fields of a magnetic-stripe reader.
+#include <algorithm>
+#include <charconv>
+
+#include "api.h"
+#include "tools/tavlynctl/changes.h"
+#include "tools/tavlynctl/commands.h"
+#include "tools/tavlynctl/hex_bytes.h"
+#include "tools/tavlynctl/session.h"
+
+namespace tavlyn::ctl {
+namespace {
+
+constexpr std::uint16_t kFields = 11;
+constexpr std::size_t kKeyBytes = 16;
+const std::string kKeys = "keys";
+
+struct Part {
+  const char* name;
+  int most;
+  std::uint32_t (*get)(std::uint16_t field);
+  std::uint32_t (*set)(std::uint16_t field, int value);
+};
+
+template <auto kSet>
+std::uint32_t SetFlag(std::uint16_t field, int value) {
+  return kSet(field, static_cast<std::int16_t>(value));
+}
+
+template <auto kSet>
+std::uint32_t SetByte(std::uint16_t field, int value) {
+  return kSet(field, static_cast<std::uint8_t>(value));
+}
+
+constexpr Part kParts[] = {
+    {"enable", 1, sorbaneGetFieldEnable, SetFlag<sorbaneSetFieldEnable>},
+    {"skip", 1, sorbaneGetFieldSkip, SetFlag<sorbaneSetFieldSkip>},
+    {"track", 3, sorbaneGetFieldTrack, SetByte<sorbaneSetFieldTrack>},
+    {"field", 255, sorbaneGetFieldMagField, SetByte<sorbaneSetFieldMagField>},
+    {"offset", 255, sorbaneGetFieldOffset, SetByte<sorbaneSetFieldOffset>},
+    {"length", 255, sorbaneGetFieldLength, SetByte<sorbaneSetFieldLength>},
+    {"term", 255, sorbaneGetFieldTerm, SetByte<sorbaneSetFieldTerm>},
+    {"separators", 1, sorbaneGetFieldShowSepSen, SetFlag<sorbaneSetFieldShowSepSen>},
+    {"lrc", 1, sorbaneGetFieldShowLRC, SetFlag<sorbaneSetFieldShowLRC>},
+    {"ignore_lrc", 1, sorbaneGetFieldIgnoreLRC, SetFlag<sorbaneSetFieldIgnoreLRC>},
+};
+
+// The key bytes that are in use.
+std::string KeysOf(std::uint16_t field) {
+  std::string text;
+  const std::uint32_t count = std::min<std::uint32_t>(sorbaneGetFieldKeyCount(field), kKeyBytes);
+  for (std::uint32_t at = 0; at < count; ++at) {
+    text += Hex(sorbaneGetFieldKeydata(field, static_cast<std::uint16_t>(at)), 2);
+  }
+  return text;
+}
+
+void SetKeys(std::uint16_t field, const std::string& text) {
+  const Bytes bytes = ParseHex(text, kKeys.c_str());
+  sorbaneSetFieldKeyCount(field, static_cast<std::uint8_t>(bytes.size()));
+  std::uint16_t at = 0;
+  for (const std::uint8_t byte : bytes) sorbaneSetFieldKeydata(field, at++, byte);
+}
+
+Json PartsOf(std::uint16_t field) {
+  Json parts = Json::object();
+  for (const Part& part : kParts) parts[part.name] = part.get(field);
+  parts[kKeys] = KeysOf(field);
+  return parts;
+}
+
+const Part& FindPart(const std::string& name) {
+  const auto* part = std::ranges::find_if(kParts, [&](const Part& one) { return name == one.name; });
+  if (part != std::end(kParts)) return *part;
+  std::string known;
+  for (const Part& one : kParts) known += std::string(one.name) + ", ";
+  throw Failure(kUsage, "there is no part " + name + " of a user field, but " + known + kKeys);
+}
+
+int ParseValue(const Part& part, const std::string& text) {
+  int value = 0;
+  const char* end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, value);
+  if (error == std::errc() && stop == end && value >= 0 && value <= part.most) return value;
+  throw Failure(kUsage, std::string(part.name) + " takes 0 to " + std::to_string(part.most));
+}
+
+// From words "NAME=VALUE".
+Json ParseWords(const std::vector<std::string>& words) {
+  Json wanted = Json::object();
+  for (const std::string& word : words) {
+    const std::size_t sign = word.find('=');
+    if (sign == std::string::npos) throw Failure(kUsage, word + " is no NAME=VALUE");
+    const std::string name = word.substr(0, sign);
+    const std::string value = word.substr(sign + 1);
+    if (name != kKeys) {
+      const Part& part = FindPart(name);
+      wanted[name] = ParseValue(part, value);
+      continue;
+    }
+    const Bytes bytes = ParseHex(value, kKeys.c_str());
+    if (bytes.size() > kKeyBytes) throw Failure(kUsage, "a user field has 16 key bytes");
+    wanted[name] = HexText(bytes);
+  }
+  return wanted;
+}
+
+void Store(std::uint16_t field, const Json& wanted) {
+  for (const auto& [name, value] : wanted.items()) {
+    if (name == kKeys) {
+      SetKeys(field, value.get<std::string>());
+    } else {
+      FindPart(name).set(field, value.get<int>());
+    }
+  }
+}
+
+}  // namespace
+
+Json MagFields(const Options& options) {
+  const Session session(options.link, kMagstripes);
+  session.Use(options.device);
+  Json document = NewDocument("magfield", options.device);
+  Json& fields = document["fields"] = Json::array();
+  for (std::uint16_t field = 1; field <= kFields; ++field) {
+    if (options.index != 0 && options.index != field) continue;
+    Json row{{"number", field}};
+    row.update(PartsOf(field));
+    fields.push_back(std::move(row));
+  }
+  return document;
+}
+
+Json SetMagField(const Options& options) {
+  const auto field = static_cast<std::uint16_t>(options.index);
+  const Json wanted = ParseWords(options.words);
+  const Session session(options.link, kMagstripes);
+  session.Use(options.device);
+  const SettingsPlan plan{PartsOf(field), wanted, [&] { return PartsOf(field); }};
+  Store(field, wanted);
+  Json document = NewDocument("magfield set", options.device);
+  document["number"] = field;
+  return CarrySettings(std::move(document), plan, options.dryRun, options.json);
+}
+
+}  // namespace tavlyn::ctl

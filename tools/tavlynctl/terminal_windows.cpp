@@ -1,0 +1,11 @@
+#include <io.h>
+
+#include <cstdio>
+
+#include "tools/tavlynctl/terminal.h"
+
+namespace tavlyn::ctl {
+
+bool OutputIsTerminal() { return _isatty(_fileno(stdout)) != 0; }
+
+}  // namespace tavlyn::ctl

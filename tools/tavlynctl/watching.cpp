@@ -1,0 +1,49 @@
+#include "tools/tavlynctl/watching.h"
+
+#include <csignal>
+#include <cstdio>
+
+#include "tools/tavlynctl/session.h"
+
+namespace tavlyn::ctl {
+namespace {
+
+constexpr int kFailedPolls = 3;
+
+volatile std::sig_atomic_t stopped = 0;
+
+}  // namespace
+
+Clock::time_point After(double seconds) {
+  return Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
+}
+
+Failure NoCard() { return {kNoCard, "no card came in time"}; }
+
+Watching::Watching(std::optional<double> seconds, int most)
+    : deadline_(seconds ? After(*seconds) : Clock::time_point::max()), most_(most) {
+  std::signal(SIGINT, [](int) { stopped = 1; });
+  std::signal(SIGTERM, [](int) { stopped = 1; });
+}
+
+bool Watching::GoesOn() const {
+  if (stopped != 0 || (most_ != 0 && events_ >= most_)) return false;
+  if (Clock::now() < deadline_) return true;
+  if (events_ == 0) throw NoCard();
+  return false;
+}
+
+bool Answers::Came(bool came) {
+  if (came) {
+    failed_ = 0;
+  } else if (++failed_ == kFailedPolls) {
+    throw Failure(kDeviceError, ActiveDeviceName() + " does not answer, " + ErrorText());
+  }
+  return came;
+}
+
+void TellWatched(bool asJson) {
+  if (!asJson) std::fprintf(stderr, "watching %s\n", ActiveDeviceName().c_str());
+}
+
+}  // namespace tavlyn::ctl
