@@ -1,5 +1,5 @@
-// The sockets of this machine under one set of names, as far as carriers need them. None of it waits unless it
-// says so, and none raises SIGPIPE.
+// The sockets of this machine under one set of names, as far as carriers need them. None of it waits unless
+// it says so, and none raises SIGPIPE.
 #pragma once
 
 #ifdef _WIN32

@@ -82,8 +82,8 @@ void Close(Socket& socket) {
 }
 
 int Receive(Socket socket, std::span<std::uint8_t> bytes) {
-  return Outcome(
-      recv(socket, reinterpret_cast<char*>(bytes.data()), static_cast<int>(bytes.size()), 0), true);
+  return Outcome(recv(socket, reinterpret_cast<char*>(bytes.data()), static_cast<int>(bytes.size()), 0),
+                 true);
 }
 
 int Send(Socket socket, std::span<const std::uint8_t> bytes) {
@@ -119,8 +119,8 @@ bool Poll(std::vector<pollfd>& polled, int milliseconds) {
 std::string Problem() {
   char text[256];
   const auto number = static_cast<DWORD>(WSAGetLastError());
-  DWORD length = FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, number, 0,
-                                text, sizeof text, nullptr);
+  DWORD length = FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, number,
+                                0, text, sizeof text, nullptr);
   while (length > 0 && (text[length - 1] == '\n' || text[length - 1] == '\r')) --length;
   return length > 0 ? std::string(text, length) : "error " + std::to_string(number);
 }

@@ -1,6 +1,6 @@
 // What a stand-in and the tavlynsim process that serves it say to each other over a stream: a Unix socket,
-// or on Windows a port of the loopback network. The stand-in asks, one message at a time, and gets one message
-// back. Both run on one machine: numbers stand in its byte order.
+// or on Windows a port of the loopback network. The stand-in asks, one message at a time, and gets one
+// message back. Both run on one machine: numbers stand in its byte order.
 //
 //   asked        key        body          answered   body
 //   kList        -          -             kDone      a list, as PackList makes it
@@ -58,8 +58,8 @@ net::Socket Connect(const char* name);
 // Tells the name for Connect, and the folder that it made where sockets are files. net::kNone: net::Problem
 // tells why.
 net::Socket Listen(std::string& folder, std::string& name);
-// The next program that has connected. One that stops in the middle of a message fails after a second, so that
-// it does not keep the others waiting.
+// The next program that has connected. One that stops in the middle of a message fails after a second, so
+// that it does not keep the others waiting.
 net::Socket Accept(net::Socket listening);
 
 std::vector<std::uint8_t> PackList(const std::vector<Listed>& list);

@@ -1,5 +1,3 @@
-#include "tools/tavlynsim/child.h"
-
 #include <fcntl.h>
 #include <sys/signalfd.h>
 #include <sys/wait.h>
@@ -8,6 +6,8 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+
+#include "tools/tavlynsim/child.h"
 
 namespace tavlyn::sim {
 namespace {

@@ -48,6 +48,15 @@ HANDLE EmptyInput() {
                      nullptr);
 }
 
+// A command must not outlive tavlynsim, however that ends: its devices would be gone.
+HANDLE NewJob() {
+  HANDLE job = CreateJobObjectA(nullptr, nullptr);
+  JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
+  limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+  SetInformationJobObject(job, JobObjectExtendedLimitInformation, &limits, sizeof limits);
+  return job;
+}
+
 bool PreloadAll(HANDLE process, const std::vector<std::string>& files) {
   if (files.empty()) return true;
   std::vector<Preloaded> libraries;
@@ -59,12 +68,14 @@ bool PreloadAll(HANDLE process, const std::vector<std::string>& files) {
 
 struct Child::System {
   HANDLE process = nullptr;
+  HANDLE job = nullptr;
 };
 
 Child::Child() : system_(std::make_unique<System>()) {}
 
 Child::~Child() {
   if (system_->process != nullptr) CloseHandle(system_->process);
+  if (system_->job != nullptr) CloseHandle(system_->job);
 }
 
 bool Child::HoldSignals() { return SetConsoleCtrlHandler(TakeControl, TRUE) != FALSE; }
@@ -90,6 +101,8 @@ bool Child::Start(const std::vector<std::string>& command, const Variables& vari
     return false;
   }
   system_->process = made.hProcess;
+  system_->job = NewJob();
+  AssignProcessToJobObject(system_->job, made.hProcess);
   const bool ready = PreloadAll(made.hProcess, preload);
   if (ready) {
     ResumeThread(made.hThread);

@@ -40,11 +40,12 @@ std::optional<Image> ImageOf(HANDLE process) {
   Image image;
   IMAGE_DOS_HEADER dos{};
   const auto peb = reinterpret_cast<std::uint64_t>(basic.PebBaseAddress);
-  if (!Read(process, peb + kPebImageBase, &image.base) || !Read(process, image.base, &dos)) return std::nullopt;
+  if (!Read(process, peb + kPebImageBase, &image.base) || !Read(process, image.base, &dos))
+    return std::nullopt;
   image.headers = image.base + static_cast<std::uint64_t>(dos.e_lfanew);
   if (!Read(process, image.headers, &image.nt)) return std::nullopt;
-  const bool native = image.nt.Signature == IMAGE_NT_SIGNATURE &&
-                      image.nt.FileHeader.Machine == IMAGE_FILE_MACHINE_AMD64;
+  const bool native =
+      image.nt.Signature == IMAGE_NT_SIGNATURE && image.nt.FileHeader.Machine == IMAGE_FILE_MACHINE_AMD64;
   return native ? std::optional(image) : std::nullopt;
 }
 
@@ -60,8 +61,8 @@ std::vector<IMAGE_IMPORT_DESCRIPTOR> ImportsOf(HANDLE process, const Image& imag
 std::uint64_t Allocate(HANDLE process, const Image& image, std::size_t size) {
   const std::uint64_t behind = image.base + image.nt.OptionalHeader.SizeOfImage + kAllocationStep;
   for (std::uint64_t at = behind & ~(kAllocationStep - 1); at < image.base + kReach; at += kAllocationStep) {
-    void* got = VirtualAllocEx(process, reinterpret_cast<void*>(at), size, MEM_RESERVE | MEM_COMMIT,
-                               PAGE_READWRITE);
+    void* got =
+        VirtualAllocEx(process, reinterpret_cast<void*>(at), size, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE);
     if (got != nullptr) return reinterpret_cast<std::uint64_t>(got);
   }
   return 0;

@@ -1,5 +1,5 @@
-// Makes a program that has not begun yet load further DLLs, before those that it is linked with: they are put in
-// front of its import table.
+// Makes a program that has not begun yet load further DLLs, before those that it is linked with: they are put
+// in front of its import table.
 #pragma once
 
 #include <windows.h>

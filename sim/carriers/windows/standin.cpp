@@ -10,8 +10,13 @@
 namespace tavlyn::sim {
 namespace {
 
+using Clock = std::chrono::steady_clock;
+
 // Input reports of another process's devices come while this one calls nothing of ours.
 constexpr std::chrono::milliseconds kLook(10);
+// Longer than the pauses of a program that sets a reader up. Then it waits for input, which it does without
+// any call of ours; what came before that would be thrown away as old.
+constexpr std::chrono::milliseconds kQuiet(500);
 
 }  // namespace
 
@@ -23,6 +28,7 @@ Standin& TheStandin() {
 
 Standin::Standin() : source_(StandinSource()) {
   if (std::getenv(wire::kSocketVariable) == nullptr) return;
+  takesInput_ = false;
   // The thread runs as long as the process, so the library must stay as well.
   HMODULE self = nullptr;
   GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
@@ -31,7 +37,11 @@ Standin::Standin() : source_(StandinSource()) {
     for (;;) {
       std::this_thread::sleep_for(kLook);
       const std::lock_guard lock(mutex_);
-      if (!nodes_.empty()) Update();
+      if (nodes_.empty()) continue;
+      const bool open = std::ranges::any_of(nodes_, [](const Present& one) { return one.node->IsOpen(); });
+      const bool quiet = exchanged_ && Clock::now() - *exchanged_ > kQuiet;
+      takesInput_ = open && (takesInput_ || quiet);
+      Update();
     }
   }).detach();
 }
@@ -63,6 +73,7 @@ std::unique_ptr<HidIdentity> Standin::Identity(HANDLE device) {
 
 bool Standin::SetFeature(HANDLE device, std::span<const std::uint8_t> report) {
   const std::lock_guard lock(mutex_);
+  exchanged_ = Clock::now();
   const Present* present = Find(device);
   const bool done = present != nullptr && source_.SetFeature(present->listed.key, report) == Outcome::kDone;
   Update();
@@ -71,6 +82,7 @@ bool Standin::SetFeature(HANDLE device, std::span<const std::uint8_t> report) {
 
 bool Standin::GetFeature(HANDLE device, std::span<std::uint8_t> report) {
   const std::lock_guard lock(mutex_);
+  exchanged_ = Clock::now();
   const Present* present = Find(device);
   const bool done = present != nullptr && source_.GetFeature(present->listed.key, report) == Outcome::kDone;
   Update();
@@ -78,8 +90,7 @@ bool Standin::GetFeature(HANDLE device, std::span<std::uint8_t> report) {
 }
 
 const Standin::Present* Standin::Find(HANDLE device) const {
-  const auto at =
-      std::ranges::find_if(nodes_, [&](const Present& one) { return one.node->Owns(device); });
+  const auto at = std::ranges::find_if(nodes_, [&](const Present& one) { return one.node->Owns(device); });
   return at == nodes_.end() ? nullptr : &*at;
 }
 
@@ -89,14 +100,14 @@ void Standin::Update() {
     return std::ranges::find(all, one.listed.key, &Listed::key) == all.end();
   });
   for (const Listed& listed : all) {
-    const bool known = std::ranges::any_of(
-        nodes_, [&](const Present& one) { return one.listed.key == listed.key; });
+    const bool known =
+        std::ranges::any_of(nodes_, [&](const Present& one) { return one.listed.key == listed.key; });
     if (!known) nodes_.push_back({listed, std::make_unique<Node>(listed.identity)});
   }
   std::vector<std::uint8_t> report;
   for (const Present& one : nodes_) {
     one.node->Tend();
-    while (one.node->IsOpen() && source_.TakeInput(one.listed.key, report) == Outcome::kDone) {
+    while (takesInput_ && one.node->IsOpen() && source_.TakeInput(one.listed.key, report) == Outcome::kDone) {
       one.node->Deliver(report);
     }
   }

@@ -6,8 +6,10 @@
 // winsock2.h has to come first.
 #include <windows.h>
 
+#include <chrono>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -43,6 +45,8 @@ class Standin {
   std::mutex mutex_;
   Source& source_;
   std::vector<Present> nodes_;
+  bool takesInput_ = true;
+  std::optional<std::chrono::steady_clock::time_point> exchanged_;  // a feature report, last
 };
 
 Standin& TheStandin();
