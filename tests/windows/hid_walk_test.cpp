@@ -28,8 +28,8 @@ struct Setup {
 Setup setup;
 
 BOOL Give(const Answer& answer) {
-  if (answer.throws) throw 1;
   SetLastError(answer.error);
+  if (answer.throws) throw 1;
   return answer.error == 0;
 }
 
@@ -134,12 +134,12 @@ TEST_F(HidWalkTest, LengthThatIsNotToldEndsTheWalk) {
   }
 }
 
-// Then the error word of before decides: what it is then is the same as if the call had set it.
-TEST_F(HidWalkTest, ThrownLengthLeavesTheErrorWordToDecide) {
-  setup.length.throws = true;
-  setup.interfaces.error = 0;
+TEST_F(HidWalkTest, ErrorWordDecidesWhenTheLengthCallThrows) {
+  setup.length = {ERROR_SUCCESS, true};
   EXPECT_EQ(WalkStep::kEnd, Step());
   EXPECT_EQ((Calls{"interface 0 32", "length"}), setup.calls);
+  setup.length = {ERROR_INSUFFICIENT_BUFFER, true};
+  EXPECT_EQ(WalkStep::kPath, Step());
 }
 
 TEST_F(HidWalkTest, DetailThatIsNotToldIsPassedOver) {
