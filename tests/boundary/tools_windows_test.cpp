@@ -53,6 +53,14 @@ TEST(ToolsOnWindows, InputReportsTellOfCards) {
   EXPECT_EQ("card 8 bits 0A\ngone 8 bits 0A\ncard 16 bits 0C0B\ngone 16 bits 0C0B\n", ended.out);
 }
 
+TEST(ToolsOnWindows, TypedLinesActOnTheDevices) {
+  const Ended ended = RunLine("cmd /c \"echo card 0102:13| " + kSim +
+                              " run --device plus:2 --interactive -- " + kCtl + " read\"");
+  EXPECT_EQ(0, ended.status) << ended.err;
+  EXPECT_TRUE(Holds(ended.out, "card 13 bits 0201")) << ended.out;
+  EXPECT_EQ("tavlynsim: ok\n", ended.err);
+}
+
 TEST(ToolsOnWindows, ReaderBehindAnAdapterIsRead) {
   const Ended ended =
       Simulated("--ethernet 127.0.0.73:10001 --card 0102:16", "--ip 127.0.0.73:10001 read --json");

@@ -83,7 +83,7 @@ bool LineShow::PlugNew(std::string& problem) {
     if (at == shown_.end()) {
       at = shown_.insert(at, std::make_shared<Shown>(source_, listed.key));
       if (!(*at)->Plug(listed.place, portFolder_, problem)) {
-        problem = "a device for \"" + ReachedBy(listed.place) + "\": " + problem;
+        problem.insert(0, "a device for \"" + ReachedBy(listed.place) + "\": ");
         all = false;
       }
     }
