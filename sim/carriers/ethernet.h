@@ -5,7 +5,9 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <string>
 
+#include "sim/carriers/net.h"
 #include "sim/carriers/served.h"
 #include "sim/devices/ethernet_adapter.h"
 
@@ -22,12 +24,13 @@ class EthernetCarrier final : public Served {
   EthernetCarrier(const EthernetCarrier&) = delete;
   EthernetCarrier& operator=(const EthernetCarrier&) = delete;
 
-  // False: errno tells why.
+  // False: Problem tells why.
   bool Plug();
+  [[nodiscard]] const std::string& Problem() const { return problem_; }
   // Connections are refused, what is open is cut, and nothing answers datagrams.
   void Unplug();
-  [[nodiscard]] bool IsPlugged() const { return listening_ >= 0; }
-  [[nodiscard]] bool IsConnected() const { return client_ >= 0; }
+  [[nodiscard]] bool IsPlugged() const { return listening_ != net::kNone; }
+  [[nodiscard]] bool IsConnected() const { return client_ != net::kNone; }
   [[nodiscard]] std::uint16_t Port() const { return port_; }
 
   LineManner& Manner() override { return line_.manner; }
@@ -39,7 +42,7 @@ class EthernetCarrier final : public Served {
  private:
   struct Answering {
     std::uint16_t port;
-    int socket;
+    net::Socket socket;
   };
 
   void Accept();
@@ -52,9 +55,10 @@ class EthernetCarrier final : public Served {
   PacedLine line_;
   AdapterIdentity identity_;
   std::uint16_t port_;
-  int listening_ = -1;
-  std::array<Answering, 2> answering_ = {{{kDiscoveryPort, -1}, {kQueryPort, -1}}};
-  int client_ = -1;
+  net::Socket listening_ = net::kNone;
+  std::array<Answering, 2> answering_ = {{{kDiscoveryPort, net::kNone}, {kQueryPort, net::kNone}}};
+  net::Socket client_ = net::kNone;
+  std::string problem_;
   bool full_ = false;  // bytes are due that the connection does not take yet
 };
 

@@ -2,14 +2,13 @@
 // waiting by itself.
 #pragma once
 
-#include <poll.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
 #include <optional>
 #include <vector>
 
+#include "sim/carriers/net.h"
 #include "sim/carriers/paced_line.h"
 
 namespace tavlyn::sim {

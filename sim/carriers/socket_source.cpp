@@ -1,7 +1,5 @@
 #include "sim/carriers/socket_source.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 
 namespace tavlyn::sim {
@@ -13,20 +11,15 @@ wire::Message About(Key key, std::span<const std::uint8_t> body = {}) {
 
 }  // namespace
 
-void SocketSource::Hangup() {
-  if (socket_ >= 0) close(socket_);
-  socket_ = -1;
-}
-
 Outcome SocketSource::Ask(wire::Op op, wire::Message& message) {
   const std::lock_guard lock(mutex_);
   message.code = static_cast<std::uint8_t>(op);
-  if (socket_ < 0) socket_ = wire::Connect(path_.c_str());
-  if (socket_ < 0) return Outcome::kGone;
+  if (socket_ == net::kNone) socket_ = wire::Connect(name_.c_str());
+  if (socket_ == net::kNone) return Outcome::kGone;
   if (wire::Send(socket_, message) && wire::Receive(socket_, message)) {
     return static_cast<Outcome>(message.code);
   }
-  Hangup();
+  net::Close(socket_);
   return Outcome::kGone;
 }
 

@@ -12,8 +12,8 @@ namespace tavlyn::sim {
 
 class SocketSource final : public Source {
  public:
-  explicit SocketSource(std::string path) : path_(std::move(path)) {}
-  ~SocketSource() override { Hangup(); }
+  explicit SocketSource(std::string name) : name_(std::move(name)) {}
+  ~SocketSource() override { net::Close(socket_); }
   SocketSource(const SocketSource&) = delete;
   SocketSource& operator=(const SocketSource&) = delete;
 
@@ -31,11 +31,10 @@ class SocketSource final : public Source {
  private:
   // Sends the message and puts the answer in its place; kGone when there is no one to ask.
   Outcome Ask(wire::Op op, wire::Message& message);
-  void Hangup();
 
   std::mutex mutex_;
-  std::string path_;
-  int socket_ = -1;
+  std::string name_;
+  net::Socket socket_ = net::kNone;
 };
 
 }  // namespace tavlyn::sim

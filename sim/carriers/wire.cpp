@@ -1,10 +1,5 @@
 #include "sim/carriers/wire.h"
 
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
-
-#include <cerrno>
 #include <cstring>
 #include <string>
 
@@ -20,37 +15,22 @@ struct Header {
 // Beyond any list or record of traffic; a longer one is no message of ours.
 constexpr std::uint32_t kLongestBody = 1U << 26U;
 
-bool SendAll(int socket, std::span<const std::uint8_t> bytes) {
+bool SendAll(net::Socket socket, std::span<const std::uint8_t> bytes) {
   while (!bytes.empty()) {
-    const ssize_t sent = send(socket, bytes.data(), bytes.size(), MSG_NOSIGNAL);
-    if (sent < 0 && errno == EINTR) continue;
+    const int sent = net::Send(socket, bytes);
     if (sent <= 0) return false;
     bytes = bytes.subspan(static_cast<std::size_t>(sent));
   }
   return true;
 }
 
-bool ReceiveAll(int socket, std::span<std::uint8_t> bytes) {
+bool ReceiveAll(net::Socket socket, std::span<std::uint8_t> bytes) {
   while (!bytes.empty()) {
-    const ssize_t got = recv(socket, bytes.data(), bytes.size(), 0);
-    if (got < 0 && errno == EINTR) continue;
+    const int got = net::Receive(socket, bytes);
     if (got <= 0) return false;
     bytes = bytes.subspan(static_cast<std::size_t>(got));
   }
   return true;
-}
-
-template <typename Attach>
-int OpenSocket(const char* path, Attach attach) {
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  const std::size_t length = std::strlen(path);
-  if (length >= sizeof address.sun_path) return -1;
-  std::memcpy(address.sun_path, path, length + 1);
-  const int made = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  if (made < 0 || attach(made, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) return made;
-  close(made);
-  return -1;
 }
 
 class Packer {
@@ -102,7 +82,7 @@ class Unpacker {
 
 }  // namespace
 
-bool Send(int socket, const Message& message) {
+bool Send(net::Socket socket, const Message& message) {
   const Header header{message.code, message.key, static_cast<std::uint32_t>(message.body.size())};
   Packer packer;
   packer.Put(header);
@@ -110,7 +90,7 @@ bool Send(int socket, const Message& message) {
   return SendAll(socket, packer.packed);
 }
 
-bool Receive(int socket, Message& message) {
+bool Receive(net::Socket socket, Message& message) {
   Header header{};
   if (!ReceiveAll(socket, {reinterpret_cast<std::uint8_t*>(&header), sizeof header})) return false;
   if (header.code > 0xFF || header.length > kLongestBody) return false;
@@ -118,18 +98,6 @@ bool Receive(int socket, Message& message) {
   message.key = header.key;
   message.body.resize(header.length);
   return ReceiveAll(socket, message.body);
-}
-
-int Connect(const char* path) {
-  return OpenSocket(
-      path, [](int made, const sockaddr* address, socklen_t size) { return connect(made, address, size); });
-}
-
-int Listen(const char* path) {
-  constexpr int kWaiting = 16;
-  return OpenSocket(path, [](int made, const sockaddr* address, socklen_t size) {
-    return bind(made, address, size) == 0 ? listen(made, kWaiting) : -1;
-  });
 }
 
 std::vector<std::uint8_t> PackList(const std::vector<Listed>& list) {

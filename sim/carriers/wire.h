@@ -1,6 +1,6 @@
-// What a stand-in and the tavlynsim process that serves it say to each other over a Unix stream socket. The
-// stand-in asks, one message at a time, and gets one message back. Both run on one machine: numbers stand in
-// its byte order.
+// What a stand-in and the tavlynsim process that serves it say to each other over a stream: a Unix socket,
+// or on Windows a port of the loopback network. The stand-in asks, one message at a time, and gets one
+// message back. Both run on one machine: numbers stand in its byte order.
 //
 //   asked        key        body          answered   body
 //   kList        -          -             kDone      a list, as PackList makes it
@@ -19,13 +19,15 @@
 
 #include <cstdint>
 #include <span>
+#include <string>
 #include <vector>
 
+#include "sim/carriers/net.h"
 #include "sim/carriers/source.h"
 
 namespace tavlyn::sim::wire {
 
-// Holds the path of the socket.
+// Holds the path of the socket; on Windows ADDRESS:PORT.
 inline constexpr const char* kSocketVariable = "TAVLYNSIM_SOCKET";
 
 enum class Op : std::uint8_t {
@@ -48,12 +50,17 @@ struct Message {
 };
 
 // False: the other side is gone, or what came is no message. Neither raises SIGPIPE.
-bool Send(int socket, const Message& message);
-bool Receive(int socket, Message& message);
+bool Send(net::Socket socket, const Message& message);
+bool Receive(net::Socket socket, Message& message);
 
-// The socket, or -1.
-int Connect(const char* path);
-int Listen(const char* path);
+// net::kNone: nobody listens under that name.
+net::Socket Connect(const char* name);
+// Tells the name for Connect, and the folder that it made where sockets are files. net::kNone: net::Problem
+// tells why.
+net::Socket Listen(std::string& folder, std::string& name);
+// The next program that has connected. One that stops in the middle of a message fails after a second, so
+// that it does not keep the others waiting.
+net::Socket Accept(net::Socket listening);
 
 std::vector<std::uint8_t> PackList(const std::vector<Listed>& list);
 bool UnpackList(std::span<const std::uint8_t> packed, std::vector<Listed>& list);

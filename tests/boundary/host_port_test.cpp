@@ -15,6 +15,7 @@
 #include "links/serial_port.h"
 #include "platform/platform.h"
 #include "tests/boundary/far_end.h"
+#include "tests/boundary/read_cases.h"
 
 namespace tavlyn::boundary {
 namespace {
@@ -24,7 +25,6 @@ using platform::ComTimeouts;
 using platform::TheHost;
 
 constexpr std::uint16_t kNumber = 3;
-constexpr std::uint32_t kAllOnes = 0xFFFFFFFF;
 constexpr ComTimeouts kUsual{250, 5, 300, 50, 500};
 constexpr ComTimeouts kAtOnce{kAllOnes, 0, 0, 50, 500};
 constexpr int kEarly = 3;
@@ -50,17 +50,6 @@ class HostPort : public testing::Test {
   Descriptor far_ = ports_.AddPort(kNumber);
 };
 
-struct ReadCase {
-  const char* name;
-  std::uint32_t interval, multiplier, constant;
-  std::size_t length;
-  std::vector<int> arrivals;  // milliseconds from the start, a byte each
-  std::size_t count;
-  int took;
-};
-
-void PrintTo(const ReadCase& one, std::ostream* out) { *out << one.name; }
-
 class HostPortRead : public HostPort, public testing::WithParamInterface<ReadCase> {};
 
 TEST_P(HostPortRead, TakesItsTime) {
@@ -82,31 +71,6 @@ TEST_P(HostPortRead, TakesItsTime) {
   EXPECT_LE(took, one.took + kLate);
 }
 
-// clang-format off
-const ReadCase kReadCases[] = {
-    //  name                         interval  mult const length arrivals         count took
-    {"ConstantAloneInSilence",              0,    0,  200,  10, {},                0, 200},
-    {"ConstantCountsFromTheStart",          0,    0,  200,  10, {150},             1, 200},
-    {"MultiplierAloneInSilence",            0,    5,    0,  40, {},                0, 200},
-    {"MultiplierGoesByTheBytesAskedFor",    0,    5,    0,  40, {0, 50},           2, 200},
-    {"MultiplierAndConstantAdd",            0,    4,  100,  25, {},                0, 200},
-    {"IntervalDoesNotEndSilence",         100,    0,  250,  10, {},                0, 250},
-    {"IntervalEndsBehindAByte",           100,    0, 5000,  10, {50},              1, 150},
-    {"IntervalCountsFromTheLastByte",     100,    0, 5000,  10, {0, 60, 120},      3, 220},
-    {"TotalEndsBeforeTheInterval",        100,    0,  150,  10, {0, 80},           2, 150},
-    {"IntervalEndsBeforeTheMultiplier",   100,   50,    0,  10, {20},              1, 120},
-    {"IntervalWithMultiplierAndConstant", 100,    5,  100,  20, {90, 150},         2, 200},
-    {"IntervalAloneWaitsForTheFirstByte", 100,    0,    0,  10, {300},             1, 400},
-    {"NothingSetWaitsForAllBytes",          0,    0,    0,   3, {100, 200, 400},   3, 400},
-    {"AllBytesEndARead",                  250,    5,  300,   3, {0, 20, 40},       3,  40},
-    {"AllOnesReturnsAtOnce",         kAllOnes,    0,    0,  10, {300},             0,   0},
-    {"NoBytesTakeNoTime",                   0,    0,  200,   0, {},                0,   0},
-    {"ConstructorSet",                    250,    5,  300,  10, {0},               1, 250},
-    {"NormalSet",                         750,    3,  500,   1, {},                0, 503},
-    {"FastSet",                            11,    3,  100,  10, {},                0, 130},
-    {"QuickSet",                          100,    1,   10,  40, {},                0,  50},
-};
-// clang-format on
 INSTANTIATE_TEST_SUITE_P(Timeouts, HostPortRead, testing::ValuesIn(kReadCases),
                          [](const auto& one) { return std::string(one.param.name); });
 

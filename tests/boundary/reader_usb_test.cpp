@@ -245,6 +245,15 @@ TEST_F(ReaderUsb, UnknownIdentityIsLeftAlone) {
   EXPECT_EQ(0, Exchanges());
 }
 
+TEST_F(ReaderUsb, InterfacesFromThe128thOnAreNotLookedAt) {
+  for (int i = 0; i < 126; ++i) Do("plug reader@1234:5678");
+  Do("plug plus:2");
+  Do("plug reader");
+  ASSERT_EQ(1u, Connect());
+  EXPECT_EQ(1, CALL(*library_, GetDevCnt)());
+  EXPECT_EQ(1, CALL(*library_, GetMaxConfig)());
+}
+
 TEST_F(ReaderUsb, SeveralReadersKeepTheirOrder) {
   Do("plug reader");
   Do("plug plus:2");

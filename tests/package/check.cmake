@@ -19,7 +19,8 @@ set(root ${WORK}/${name})
 set(wanted include/tavlynapi/api.h include/tavlynapi/api/types.h lib/cmake/tavlynapi/tavlynapi-config.cmake
   lib/cmake/tavlynapi/tavlynapi-config-version.cmake share/doc/tavlynapi/README.md share/doc/tavlynapi/LICENSE)
 if(WINDOWS)
-  list(APPEND wanted bin/tavlynapi.dll bin/tavlynctl.exe lib/libtavlynapi.dll.a lib/tavlynapi.def)
+  list(APPEND wanted bin/tavlynapi.dll bin/tavlynctl.exe bin/tavlynsim.exe bin/simulator/hid.dll
+    bin/simulator/setupapi.dll lib/libtavlynapi.dll.a lib/tavlynapi.def)
 else()
   list(APPEND wanted bin/tavlynctl bin/tavlynsim lib/libtavlynapi.so lib/libtavlynapi.so.7 lib/libtavlynapi.so.${VERSION})
 endif()
@@ -43,3 +44,13 @@ if(NOT output MATCHES "^tavlynapi ${VERSION}, connect [01]")
   message(FATAL_ERROR "the consumer said: ${output}")
 endif()
 message(STATUS "${name}: ${output}")
+
+# The tools of the package find each other, the library and the stand-ins.
+set(suffix "")
+if(WINDOWS)
+  set(suffix .exe)
+endif()
+run(${EMULATOR} ${root}/bin/tavlynsim${suffix} run --device plus:2 -- ${root}/bin/tavlynctl${suffix} list)
+if(NOT output MATCHES "7A31:3BFA")
+  message(FATAL_ERROR "tavlynctl said: ${output}")
+endif()

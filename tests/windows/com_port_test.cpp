@@ -2,10 +2,12 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "platform/platform.h"
 #include "platform/windows/system.h"
+#include "tests/boundary/read_cases.h"
 
 namespace tavlyn::platform {
 namespace {
@@ -19,6 +21,7 @@ constexpr ComTimeouts kAtOnce{0xFFFFFFFF, 0, 0, 50, 500};
 // The tick's step, and what a busy machine may be late.
 constexpr std::uint64_t kEarly = 20;
 constexpr std::uint64_t kLate = 900;
+constexpr int kLateRead = 120;
 
 std::unique_ptr<ComPort> Open(std::uint16_t number, const ComTimeouts& timeouts = kUsual) {
   return TheHost().ports.Open(number, {9600, 0, 0}, timeouts);
@@ -96,6 +99,32 @@ TEST(ComPortTest, SilenceBehindAByteEndsAReadAfterTheInterval) {
   EXPECT_GE(took + kEarly, 200u);
   EXPECT_LT(took, 200u + kLate);
 }
+
+class ComPortRead : public testing::TestWithParam<boundary::ReadCase> {};
+
+TEST_P(ComPortRead, TakesItsTime) {
+  const boundary::ReadCase& one = GetParam();
+  const auto left = Open(kLeft);
+  const auto right = Open(kRight, {one.interval, one.multiplier, one.constant, 50, 500});
+  ASSERT_NE(nullptr, left);
+  ASSERT_NE(nullptr, right);
+  using Clock = std::chrono::steady_clock;
+  const auto start = Clock::now();
+  std::thread sender([&] {
+    for (const int at : one.arrivals) {
+      std::this_thread::sleep_until(start + std::chrono::milliseconds(at));
+      Write(*left, "x");
+    }
+  });
+  const std::string got = Read(*right, one.length);
+  const auto took = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count();
+  sender.join();
+  EXPECT_EQ(std::string(one.count, 'x'), got);
+  EXPECT_GE(took + static_cast<int>(kEarly), one.took);
+  EXPECT_LE(took, one.took + kLateRead);
+}
+INSTANTIATE_TEST_SUITE_P(Timeouts, ComPortRead, testing::ValuesIn(boundary::kReadCases),
+                         [](const auto& one) { return std::string(one.param.name); });
 
 TEST(ComPortTest, TimeoutsOfAnOpenPortCanBeChanged) {
   const auto left = Open(kLeft, {0, 0, 30000, 50, 500});

@@ -35,6 +35,13 @@ class LibusbTest : public testing::Test {
 
 TEST_F(LibusbTest, AbsentFileIsRefused) { ExpectRefused(); }
 
+// Where a search by name would look.
+TEST_F(LibusbTest, FileInTheCurrentFolderIsRefused) {
+  ASSERT_TRUE(CopyFileA(TAVLYN_SIGNED, "libusb0.dll", FALSE));
+  ExpectRefused();
+  DeleteFileA("libusb0.dll");
+}
+
 TEST_F(LibusbTest, UnsignedFileIsRefused) {
   ASSERT_TRUE(CopyFileA(TAVLYN_UNSIGNED, kPlace, FALSE));
   ExpectRefused();

@@ -14,6 +14,7 @@ namespace {
 constexpr std::array<std::uint8_t, 4> kLoopback{127, 0, 0, 1};
 constexpr std::array<std::uint8_t, 4> kLoopbackBroadcast{127, 255, 255, 255};
 constexpr std::array<std::uint8_t, 4> kNowhere{0, 0, 0, 0};
+constexpr Address kOtherSystem{{127, 31, 7, 9}, 47123};  // where tests/windows/run has an echo
 // The tick's step, and what a busy machine may be late.
 constexpr std::uint64_t kEarly = 20;
 constexpr std::uint64_t kLate = 900;
@@ -100,6 +101,25 @@ TEST_F(SocketsTest, BytesPassOverTcp) {
   EXPECT_EQ(0, std::memcmp("abc", answer.data(), 4));
   closesocket(accepted);
   EXPECT_EQ(0, RecvLength(socket));
+}
+
+TEST_F(SocketsTest, PeerOfAnotherSystemAnswers) {
+  const Handle tcp = Tcp();
+  ASSERT_EQ(0, sockets_.Connect(tcp, kOtherSystem));
+  sockets_.SetReceiveTimeout(tcp, 5000);
+  EXPECT_EQ(5, sockets_.Send(tcp, Bytes("there")));
+  std::array<std::uint8_t, 16> answer{};
+  EXPECT_EQ(5, sockets_.Recv(tcp, answer));
+  EXPECT_EQ(0, std::memcmp("there", answer.data(), 6));
+
+  const Handle udp = Udp();
+  sockets_.SetReceiveTimeout(udp, 5000);
+  EXPECT_EQ(4, sockets_.SendTo(udp, Bytes("back"), kOtherSystem));
+  Address sender;
+  EXPECT_EQ(4, sockets_.RecvFrom(udp, answer, sender));
+  EXPECT_EQ(0, std::memcmp("back", answer.data(), 4));
+  EXPECT_EQ(kOtherSystem.ip, sender.ip);
+  EXPECT_EQ(kOtherSystem.port, sender.port);
 }
 
 TEST_F(SocketsTest, NobodyListeningIsAFailedConnect) {

@@ -1,12 +1,10 @@
 #include "tools/tavlynsim/line_show.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 
 #include "sim/carriers/ethernet.h"
-#include "sim/carriers/pseudo_terminal.h"
+#include "tools/tavlynsim/ports.h"
 
 namespace tavlyn::sim {
 namespace {
@@ -45,25 +43,22 @@ std::string AddressText(const LinePlace& place) {
 struct LineShow::Shown {
   Shown(Source& source, Key key) : model(source, key) {}
 
-  // False: errno tells why.
-  bool Plug(const LinePlace& place, const std::string& portFolder) {
-    if (place.kind == LineKind::kEthernet) {
-      auto adapter =
-          std::make_unique<EthernetCarrier>(model, AdapterIdentity{kWedgeMac, place.ip}, place.number);
-      const bool plugged = adapter->IsPlugged() || adapter->Plug();
-      carrier = std::move(adapter);
-      return plugged;
-    }
+  // False: problem tells why.
+  bool Plug(const LinePlace& place, const std::string& portFolder, std::string& problem) {
     if (place.kind == LineKind::kBulk) return true;
-    const std::string link = portFolder + "/com" + std::to_string(place.number);
-    auto port = std::make_unique<PseudoTerminal>(model, link);
-    const bool plugged = port->IsPlugged() || port->Plug();
-    carrier = std::move(port);
-    return plugged;
+    if (place.kind != LineKind::kEthernet) {
+      carrier = MakePort(model, portFolder, place.number, problem);
+      return carrier != nullptr;
+    }
+    auto adapter =
+        std::make_unique<EthernetCarrier>(model, AdapterIdentity{kWedgeMac, place.ip}, place.number);
+    problem = adapter->Problem();
+    if (adapter->IsPlugged()) carrier = std::move(adapter);
+    return carrier != nullptr;
   }
 
   SourceLine model;
-  std::unique_ptr<Served> carrier;  // null for a bulk device
+  std::unique_ptr<Served> carrier;  // null for a bulk device, and when it failed
 };
 
 std::string ReachedBy(const LinePlace& place) {
@@ -87,8 +82,8 @@ bool LineShow::PlugNew(std::string& problem) {
     auto at = std::ranges::find(shown_, listed.key, [](const auto& one) { return one->model.GetKey(); });
     if (at == shown_.end()) {
       at = shown_.insert(at, std::make_shared<Shown>(source_, listed.key));
-      if (!(*at)->Plug(listed.place, portFolder_)) {
-        problem = "a device for \"" + ReachedBy(listed.place) + "\": " + std::strerror(errno);
+      if (!(*at)->Plug(listed.place, portFolder_, problem)) {
+        problem.insert(0, "a device for \"" + ReachedBy(listed.place) + "\": ");
         all = false;
       }
     }

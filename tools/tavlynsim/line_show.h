@@ -2,8 +2,6 @@
 // Ethernet adapters. Bulk devices are served to the stand-in that asks for them.
 #pragma once
 
-#include <poll.h>
-
 #include <memory>
 #include <string>
 #include <vector>

@@ -1,12 +1,11 @@
 // Runs a program with simulated devices.
-#include <unistd.h>
-
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <map>
 #include <optional>
 
 #include "tools/tavlynsim/run.h"
+#include "tools/tavlynsim/typed_lines.h"
 
 namespace {
 
@@ -106,6 +105,6 @@ int main(int argc, char** argv) {
   if (app.got_subcommand("devices")) return ShowKinds();
   options.devices.insert(options.devices.end(), options.lines.begin(), options.lines.end());
   if (options.devices.empty()) options.devices.emplace_back("reader");
-  options.interactive = interactive.value_or(isatty(STDIN_FILENO) == 1);
+  options.interactive = interactive.value_or(tavlyn::sim::InputIsTerminal());
   return tavlyn::sim::Run(options);
 }

@@ -1,7 +1,5 @@
 #include "tools/tavlynsim/run.h"
 
-#include <poll.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -30,6 +28,9 @@ int Fail(int status, const std::string& problem) {
   return status;
 }
 
+// Of two times to wait; below 0 is without end.
+int Shorter(int one, int other) { return one < 0 || other < 0 ? std::max(one, other) : std::min(one, other); }
+
 // The input report with which the first device tells of a card; empty for the most, which do not.
 std::string Announcement(Source& source) {
   const std::vector<Listed> all = source.List();
@@ -51,7 +52,8 @@ class Simulation {
     Child::Variables variables;
     if (const int status = Show(variables); status != 0) return status;
     if (options_.command.empty() && desk_.Lines().empty()) return Fail(kBadUsage, "COMMAND is missing");
-    if (!options_.command.empty() && !child_.Start(options_.command, variables, !options_.interactive)) {
+    if (!options_.command.empty() &&
+        !child_.Start(options_.command, variables, !options_.interactive, preload_)) {
       return Fail(errno == ENOENT ? kNotFound : kCannotRun,
                   options_.command.front() + ": " + std::strerror(errno));
     }
@@ -85,17 +87,14 @@ class Simulation {
     std::string problem;
     const bool onUhid = options_.carrier == Carrier::kUhid;
     if (onUhid && !uhid_.Start(problem)) return Fail(kCannotSimulate, problem);
-    if (!server_.Open()) return Fail(kCannotSimulate, std::strerror(errno));
+    if (!server_.Open()) return Fail(kCannotSimulate, net::Problem());
     if (!onUhid && !ShowHid(variables, problem)) return Fail(kCannotSimulate, problem);
     return ShowLines(variables, problem) ? 0 : Fail(kCannotSimulate, problem);
   }
 
   bool ShowHid(Child::Variables& variables, std::string& problem) {
-    const auto folder = HidStandinFolder(problem);
-    if (!folder) return false;
-    variables.emplace_back("LD_LIBRARY_PATH", WithFolderFirst(*folder, std::getenv("LD_LIBRARY_PATH")));
-    variables.emplace_back(wire::kSocketVariable, server_.SocketPath());
-    return true;
+    variables.emplace_back(wire::kSocketVariable, server_.SocketName());
+    return options_.command.empty() || AddHidStandin(variables, preload_, problem);
   }
 
   // A user's own port folder is used where one is set, so that programs started elsewhere see the ports too.
@@ -121,29 +120,28 @@ class Simulation {
     if (place.kind != LineKind::kBulk) return Child::Variables{{kPortFolderVariable, ports}};
     const auto library = UsbStandin(problem);
     if (!library) return std::nullopt;
-    return Child::Variables{{kLibusbVariable, *library}, {wire::kSocketVariable, server_.SocketPath()}};
+    return Child::Variables{{kLibusbVariable, *library}, {wire::kSocketVariable, server_.SocketName()}};
   }
 
   // One turn of the loop; a status once the command has ended.
   std::optional<int> Turn() {
     const bool onUhid = options_.carrier == Carrier::kUhid;
-    std::vector<pollfd> polled{{child_.Fd(), POLLIN, 0}, {typed_.Fd(), POLLIN, 0}};
+    std::vector<pollfd> polled;
+    child_.AddTo(polled);
+    typed_.AddTo(polled);
     server_.AddTo(polled);
     uhid_.AddTo(polled);
     lines_.AddTo(polled);
-    int timeout = PollTimeout(lines_.NextDue());
-    if (onUhid) timeout = timeout < 0 ? kUhidPollMs : std::min(timeout, kUhidPollMs);
-    if (const auto next = script_->UntilNext()) {
-      const int untilNext = static_cast<int>(next->count());
-      timeout = timeout < 0 ? untilNext : std::min(timeout, untilNext);
-    }
-    if (poll(polled.data(), polled.size(), timeout) < 0) return std::nullopt;
+    int timeout = Shorter(PollTimeout(lines_.NextDue()), Child::TurnMs());
+    if (onUhid) timeout = Shorter(timeout, kUhidPollMs);
+    if (const auto next = script_->UntilNext()) timeout = Shorter(timeout, static_cast<int>(next->count()));
+    if (!net::Poll(polled, timeout)) return std::nullopt;
     script_->Step();
-    if (polled[1].revents != 0) typed_.Serve();
+    typed_.Serve(polled);
     server_.Serve(polled);
     if (onUhid) uhid_.Serve();
     lines_.Serve();
-    return polled[0].revents != 0 ? child_.TakeSignals() : std::nullopt;
+    return child_.TakeSignals();
   }
 
   const RunOptions& options_;
@@ -155,6 +153,7 @@ class Simulation {
   LineShow lines_;
   TypedLines typed_;
   Child child_;
+  std::vector<std::string> preload_;
 };
 
 }  // namespace

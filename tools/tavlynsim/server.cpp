@@ -1,20 +1,12 @@
 #include "tools/tavlynsim/server.h"
 
-#include <sys/socket.h>
-#include <sys/time.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 
 #include "sim/carriers/wire.h"
 
 namespace tavlyn::sim {
 namespace {
-
-// A program that stops in the middle of a message must not keep the others waiting.
-constexpr timeval kPatience{1, 0};
 
 wire::Message Handle(Source& source, const wire::Message& asked) {
   wire::Message answer;
@@ -53,49 +45,41 @@ wire::Message Handle(Source& source, const wire::Message& asked) {
   return answer;
 }
 
-bool IsReady(const std::vector<pollfd>& polled, int fd) {
+bool IsReady(const std::vector<pollfd>& polled, net::Socket fd) {
   return std::ranges::any_of(polled, [&](const pollfd& one) { return one.fd == fd && one.revents != 0; });
 }
 
 }  // namespace
 
 Server::~Server() {
-  for (const int client : clients_) close(client);
-  if (listening_ >= 0) close(listening_);
+  for (net::Socket& client : clients_) net::Close(client);
+  net::Close(listening_);
   std::error_code none;
   if (!folder_.empty()) std::filesystem::remove_all(folder_, none);
 }
 
 bool Server::Open() {
-  std::error_code none;
-  std::string folder = (std::filesystem::temp_directory_path(none) / "tavlynsim-XXXXXX").string();
-  if (mkdtemp(folder.data()) == nullptr) return false;
-  folder_ = folder;
-  path_ = folder_ + "/socket";
-  listening_ = wire::Listen(path_.c_str());
-  return listening_ >= 0;
+  listening_ = wire::Listen(folder_, name_);
+  return listening_ != net::kNone;
 }
 
 void Server::AddTo(std::vector<pollfd>& polled) const {
   polled.push_back({listening_, POLLIN, 0});
-  for (const int client : clients_) polled.push_back({client, POLLIN, 0});
+  for (const net::Socket client : clients_) polled.push_back({client, POLLIN, 0});
 }
 
 void Server::Serve(const std::vector<pollfd>& polled) {
-  std::erase_if(clients_, [&](int client) {
+  std::erase_if(clients_, [&](net::Socket& client) {
     if (!IsReady(polled, client) || Answer(client)) return false;
-    close(client);
+    net::Close(client);
     return true;
   });
   if (!IsReady(polled, listening_)) return;
-  const int client = accept4(listening_, nullptr, nullptr, SOCK_CLOEXEC);
-  if (client < 0) return;
-  setsockopt(client, SOL_SOCKET, SO_RCVTIMEO, &kPatience, sizeof kPatience);
-  setsockopt(client, SOL_SOCKET, SO_SNDTIMEO, &kPatience, sizeof kPatience);
-  clients_.push_back(client);
+  const net::Socket client = wire::Accept(listening_);
+  if (client != net::kNone) clients_.push_back(client);
 }
 
-bool Server::Answer(int client) {
+bool Server::Answer(net::Socket client) {
   wire::Message asked;
   return wire::Receive(client, asked) && wire::Send(client, Handle(source_, asked));
 }

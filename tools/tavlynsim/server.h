@@ -1,11 +1,10 @@
-// Serves the simulated devices to the stand-ins of other processes, on a socket in a folder of its own.
+// Serves the simulated devices to the stand-ins of other processes.
 #pragma once
-
-#include <poll.h>
 
 #include <string>
 #include <vector>
 
+#include "sim/carriers/net.h"
 #include "sim/carriers/source.h"
 
 namespace tavlyn::sim {
@@ -17,10 +16,10 @@ class Server {
   Server(const Server&) = delete;
   Server& operator=(const Server&) = delete;
 
-  // False: errno tells why.
+  // False: net::Problem tells why.
   bool Open();
-  [[nodiscard]] const std::string& SocketPath() const { return path_; }
-  // Of this run; goes with the server.
+  [[nodiscard]] const std::string& SocketName() const { return name_; }
+  // Of this run, where sockets are files; goes with the server.
   [[nodiscard]] const std::string& Folder() const { return folder_; }
 
   // For the owner's loop: what to poll, and what to do with the outcome.
@@ -29,13 +28,13 @@ class Server {
 
  private:
   // False: the program has hung up.
-  bool Answer(int client);
+  bool Answer(net::Socket client);
 
   Source& source_;
   std::string folder_;
-  std::string path_;
-  int listening_ = -1;
-  std::vector<int> clients_;
+  std::string name_;
+  net::Socket listening_ = net::kNone;
+  std::vector<net::Socket> clients_;
 };
 
 }  // namespace tavlyn::sim

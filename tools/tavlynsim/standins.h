@@ -1,9 +1,12 @@
-// The stand-ins for system libraries that lie beside the program, built or installed.
+// How a command comes to see the simulated devices: by the stand-ins for system libraries that lie beside
+// tavlynsim, built or installed.
 #pragma once
 
-#include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
+
+#include "tools/tavlynsim/child.h"
 
 namespace tavlyn::sim {
 
@@ -11,12 +14,9 @@ namespace tavlyn::sim {
 inline constexpr const char* kPortFolderVariable = "TAVLYNAPI_PORT_DIR";
 inline constexpr const char* kLibusbVariable = "TAVLYNAPI_LIBUSB";
 
-// The folder of the one for hidapi. None: problem tells why.
-std::optional<std::filesystem::path> HidStandinFolder(std::string& problem);
-// The file of the one for libusb-0.1, when it is one that the library trusts.
+// What a command needs to see HID devices: variables, or DLLs to load. False: problem tells why.
+bool AddHidStandin(Child::Variables& variables, std::vector<std::string>& preload, std::string& problem);
+// The file of the stand-in for libusb-0.1, when it is one that the library trusts.
 std::optional<std::string> UsbStandin(std::string& problem);
-
-// A search path with the folder in front of the rest, which may be null.
-std::string WithFolderFirst(const std::filesystem::path& folder, const char* rest);
 
 }  // namespace tavlyn::sim

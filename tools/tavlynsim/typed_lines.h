@@ -1,26 +1,37 @@
 // Commands typed while the simulation runs.
 #pragma once
 
+#include <memory>
 #include <string>
 
+#include "sim/carriers/net.h"
 #include "sim/carriers/source.h"
 
 namespace tavlyn::sim {
 
+// Whether somebody types there, and no file or other program.
+bool InputIsTerminal();
+
 class TypedLines {
  public:
   TypedLines(Source& source, bool wanted);
+  ~TypedLines();
+  TypedLines(const TypedLines&) = delete;
+  TypedLines& operator=(const TypedLines&) = delete;
 
-  // -1 once there is nothing more to come; poll() leaves such a number out by itself.
-  [[nodiscard]] int Fd() const { return fd_; }
-  // Reads what is there and runs each whole line; replies go to the standard error.
-  void Serve();
+  // For the owner's loop: what to poll, and what to do with the outcome.
+  void AddTo(std::vector<pollfd>& polled) const;
+  void Serve(const std::vector<pollfd>& polled);
 
  private:
+  struct Input;
+
+  // Runs each whole line of what has come; replies go to the standard error.
+  void Take(const std::string& text);
   void RunLine(const std::string& line);
 
   Source& source_;
-  int fd_;
+  std::unique_ptr<Input> input_;
   std::string unfinished_;
 };
 

@@ -1,20 +1,21 @@
 // Shows the simulated devices to this very machine through /dev/uhid.
 #pragma once
 
-#include <poll.h>
-
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "sim/carriers/net.h"
 #include "sim/carriers/source.h"
-#include "sim/carriers/uhid.h"
 
 namespace tavlyn::sim {
 
 class UhidShow {
  public:
-  explicit UhidShow(Source& source) : source_(source) {}
+  explicit UhidShow(Source& source);
+  ~UhidShow();
+  UhidShow(const UhidShow&) = delete;
+  UhidShow& operator=(const UhidShow&) = delete;
 
   // Plugs in what is new, and waits until the kernel has made its nodes. False: problem tells why.
   bool Start(std::string& problem);

@@ -1,4 +1,8 @@
-// A stand-in for HID.DLL that serves simulated devices. hid.def gives the functions their public names.
+// A stand-in for HID.DLL that serves simulated devices: those of the tavlynsim process that TAVLYNSIM_SOCKET
+// names, else those of a rack of its own. hid.def gives the functions their public names.
+#include <winsock2.h>
+
+// winsock2.h has to come before it.
 #include <windows.h>
 
 // windows.h has to come first.

@@ -55,7 +55,7 @@ UNICODE_STRING Unicode(std::wstring& text) {
 
 // The serial number in the names is never used again, so that a handle on a device that is gone does not
 // lead to the one plugged in its place.
-Node::Node(int number, const HidIdentity& identity) : number_(number) {
+Node::Node(const HidIdentity& identity) {
   static int serial = 0;
   ++serial;
   pipe_ = PipeOf(serial);

@@ -16,12 +16,11 @@ namespace tavlyn::sim {
 
 class Node {
  public:
-  Node(int number, const HidIdentity& identity);
+  explicit Node(const HidIdentity& identity);
   ~Node();
   Node(const Node&) = delete;
   Node& operator=(const Node&) = delete;
 
-  [[nodiscard]] int Number() const { return number_; }
   // Empty when the interface is not of that class.
   [[nodiscard]] const std::string& HidPath() const { return hidPath_; }
   [[nodiscard]] const std::string& KeyboardPath() const { return keyboardPath_; }
@@ -37,7 +36,6 @@ class Node {
  private:
   void Link(const std::string& path);
 
-  int number_;
   std::wstring pipe_;  // its name below the pipe folder, with a leading backslash
   std::string hidPath_;
   std::string keyboardPath_;

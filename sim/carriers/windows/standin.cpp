@@ -1,17 +1,54 @@
 #include "sim/carriers/windows/standin.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <thread>
+
+#include "sim/carriers/standin_source.h"
+#include "sim/carriers/wire.h"
 
 namespace tavlyn::sim {
+namespace {
 
+using Clock = std::chrono::steady_clock;
+
+// Input reports of another process's devices come while this one calls nothing of ours.
+constexpr std::chrono::milliseconds kLook(10);
+// Longer than the pauses of a program that sets a reader up. Then it waits for input, which it does without
+// any call of ours; what came before that would be thrown away as old.
+constexpr std::chrono::milliseconds kQuiet(500);
+
+}  // namespace
+
+// Deliberately never destroyed: programs close their devices in their own last steps.
 Standin& TheStandin() {
-  static Standin standin;
-  return standin;
+  static Standin* const standin = new Standin;
+  return *standin;
+}
+
+Standin::Standin() : source_(StandinSource()) {
+  if (std::getenv(wire::kSocketVariable) == nullptr) return;
+  takesInput_ = false;
+  // The thread runs as long as the process, so the library must stay as well.
+  HMODULE self = nullptr;
+  GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
+                     reinterpret_cast<const char*>(&TheStandin), &self);
+  std::thread([this] {
+    for (;;) {
+      std::this_thread::sleep_for(kLook);
+      const std::lock_guard lock(mutex_);
+      if (nodes_.empty()) continue;
+      const bool open = std::ranges::any_of(nodes_, [](const Present& one) { return one.node->IsOpen(); });
+      const bool quiet = exchanged_ && Clock::now() - *exchanged_ > kQuiet;
+      takesInput_ = open && (takesInput_ || quiet);
+      Update();
+    }
+  }).detach();
 }
 
 bool Standin::Run(const std::string& command, std::string& reply) {
   const std::lock_guard lock(mutex_);
-  const bool done = rack_.Run(command, reply);
+  const bool done = source_.Run(command, reply);
   Update();
   return done;
 }
@@ -20,8 +57,8 @@ std::vector<std::string> Standin::Paths(bool keyboards) {
   const std::lock_guard lock(mutex_);
   Update();
   std::vector<std::string> paths;
-  for (const auto& node : nodes_) {
-    const std::string& path = keyboards ? node->KeyboardPath() : node->HidPath();
+  for (const Present& one : nodes_) {
+    const std::string& path = keyboards ? one.node->KeyboardPath() : one.node->HidPath();
     if (!path.empty()) paths.push_back(path);
   }
   return paths;
@@ -30,42 +67,49 @@ std::vector<std::string> Standin::Paths(bool keyboards) {
 std::unique_ptr<HidIdentity> Standin::Identity(HANDLE device) {
   const std::lock_guard lock(mutex_);
   Update();
-  const int number = NumberOf(device);
-  return number == 0 ? nullptr : std::make_unique<HidIdentity>(*rack_.Identity(number));
+  const Present* present = Find(device);
+  return present == nullptr ? nullptr : std::make_unique<HidIdentity>(present->listed.identity);
 }
 
 bool Standin::SetFeature(HANDLE device, std::span<const std::uint8_t> report) {
   const std::lock_guard lock(mutex_);
-  const bool done = rack_.SetFeature(NumberOf(device), report);
+  exchanged_ = Clock::now();
+  const Present* present = Find(device);
+  const bool done = present != nullptr && source_.SetFeature(present->listed.key, report) == Outcome::kDone;
   Update();
   return done;
 }
 
 bool Standin::GetFeature(HANDLE device, std::span<std::uint8_t> report) {
   const std::lock_guard lock(mutex_);
-  const bool done = rack_.GetFeature(NumberOf(device), report);
+  exchanged_ = Clock::now();
+  const Present* present = Find(device);
+  const bool done = present != nullptr && source_.GetFeature(present->listed.key, report) == Outcome::kDone;
   Update();
   return done;
 }
 
-int Standin::NumberOf(HANDLE device) const {
-  for (const auto& node : nodes_) {
-    if (node->Owns(device)) return node->Number();
-  }
-  return 0;
+const Standin::Present* Standin::Find(HANDLE device) const {
+  const auto at = std::ranges::find_if(nodes_, [&](const Present& one) { return one.node->Owns(device); });
+  return at == nodes_.end() ? nullptr : &*at;
 }
 
 void Standin::Update() {
-  std::erase_if(nodes_, [&](const auto& node) { return !rack_.IsPresent(node->Number()); });
-  for (const Rack::Interface& present : rack_.Present()) {
-    const bool known = std::any_of(nodes_.begin(), nodes_.end(),
-                                   [&](const auto& node) { return node->Number() == present.number; });
-    if (!known) nodes_.push_back(std::make_unique<Node>(present.number, present.identity));
+  const std::vector<Listed> all = source_.List();
+  std::erase_if(nodes_, [&](const Present& one) {
+    return std::ranges::find(all, one.listed.key, &Listed::key) == all.end();
+  });
+  for (const Listed& listed : all) {
+    const bool known =
+        std::ranges::any_of(nodes_, [&](const Present& one) { return one.listed.key == listed.key; });
+    if (!known) nodes_.push_back({listed, std::make_unique<Node>(listed.identity)});
   }
   std::vector<std::uint8_t> report;
-  for (const auto& node : nodes_) {
-    node->Tend();
-    while (node->IsOpen() && rack_.TakeInput(node->Number(), report)) node->Deliver(report);
+  for (const Present& one : nodes_) {
+    one.node->Tend();
+    while (takesInput_ && one.node->IsOpen() && source_.TakeInput(one.listed.key, report) == Outcome::kDone) {
+      one.node->Deliver(report);
+    }
   }
 }
 

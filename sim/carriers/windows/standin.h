@@ -1,20 +1,27 @@
-// The rack inside the stand-in HID.DLL with a node for each interface that is present.
+// The devices of the stand-in HID.DLL with a node for each interface that is present.
 #pragma once
 
+#include <winsock2.h>
+
+// winsock2.h has to come first.
 #include <windows.h>
 
+#include <chrono>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "sim/carriers/source.h"
 #include "sim/carriers/windows/node.h"
-#include "sim/rack.h"
 
 namespace tavlyn::sim {
 
 class Standin {
  public:
+  Standin();
+
   bool Run(const std::string& command, std::string& reply);
   // The paths of a class, in the order of plugging.
   std::vector<std::string> Paths(bool keyboards);
@@ -25,13 +32,21 @@ class Standin {
   bool GetFeature(HANDLE device, std::span<std::uint8_t> report);
 
  private:
-  // Makes the nodes match the rack and hands queued input reports on.
+  struct Present {
+    Listed listed;
+    std::unique_ptr<Node> node;
+  };
+
+  // Makes the nodes match the source and hands queued input reports on.
   void Update();
-  int NumberOf(HANDLE device) const;  // 0: none
+  // Null: none that is present.
+  const Present* Find(HANDLE device) const;
 
   std::mutex mutex_;
-  Rack rack_;
-  std::vector<std::unique_ptr<Node>> nodes_;
+  Source& source_;
+  std::vector<Present> nodes_;
+  bool takesInput_ = true;
+  std::optional<std::chrono::steady_clock::time_point> exchanged_;  // a feature report, last
 };
 
 Standin& TheStandin();

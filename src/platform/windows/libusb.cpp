@@ -62,8 +62,8 @@ class SystemLibusb final : public Libusb {
  public:
   bool Load() override {
     if (!VerifyFileSignature(kWideFile)) return false;
-    // Never unloaded: a second load gives the same library.
-    HMODULE library = LoadLibraryA(kFile);
+    // Never unloaded: a second load gives the same library. What it needs itself comes from the same folder.
+    HMODULE library = LoadLibraryExA(kFile, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
     if (library == nullptr) return false;
     BindAll(library);
     if (call_.init != nullptr) call_.init();

@@ -7,8 +7,21 @@
 #include <wintrust.h>
 
 namespace tavlyn::platform {
+namespace {
+
+// An import would be searched beside the application first, and who verifies must be the system itself.
+decltype(&WinVerifyTrust) SystemVerifier() {
+  HMODULE library = LoadLibraryExA("WINTRUST.DLL", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+  if (library == nullptr) return nullptr;
+  return reinterpret_cast<decltype(&WinVerifyTrust)>(
+      reinterpret_cast<void*>(GetProcAddress(library, "WinVerifyTrust")));
+}
+
+}  // namespace
 
 bool VerifyFileSignature(const wchar_t* path) {
+  static const auto verify = SystemVerifier();
+  if (verify == nullptr) return false;
   WINTRUST_FILE_INFO file{};
   file.cbStruct = sizeof file;
   file.pcwszFilePath = path;
@@ -22,10 +35,10 @@ bool VerifyFileSignature(const wchar_t* path) {
   data.dwStateAction = WTD_STATEACTION_VERIFY;
 
   GUID action = WINTRUST_ACTION_GENERIC_VERIFY_V2;
-  const LONG verdict = WinVerifyTrust(nullptr, &action, &data);
+  const LONG verdict = verify(nullptr, &action, &data);
   // What the first call keeps of the file is given back, whatever its verdict.
   data.dwStateAction = WTD_STATEACTION_CLOSE;
-  WinVerifyTrust(nullptr, &action, &data);
+  verify(nullptr, &action, &data);
   return verdict == ERROR_SUCCESS;
 }
 

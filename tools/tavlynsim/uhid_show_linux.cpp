@@ -1,10 +1,13 @@
-#include "tools/tavlynsim/uhid_show.h"
+#include <poll.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstring>
 #include <utility>
+
+#include "sim/carriers/uhid.h"
+#include "tools/tavlynsim/uhid_show.h"
 
 namespace tavlyn::sim {
 namespace {
@@ -52,6 +55,10 @@ struct UhidShow::Shown {
   Interface model;
   UhidCarrier carrier;
 };
+
+UhidShow::UhidShow(Source& source) : source_(source) {}
+
+UhidShow::~UhidShow() = default;
 
 bool UhidShow::PlugNew() {
   for (const Listed& listed : source_.List()) {

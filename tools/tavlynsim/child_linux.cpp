@@ -1,5 +1,3 @@
-#include "tools/tavlynsim/child.h"
-
 #include <fcntl.h>
 #include <sys/signalfd.h>
 #include <sys/wait.h>
@@ -8,6 +6,8 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+
+#include "tools/tavlynsim/child.h"
 
 namespace tavlyn::sim {
 namespace {
@@ -45,41 +45,55 @@ void EmptyInput() {
 
 }  // namespace
 
+struct Child::System {
+  pid_t pid = -1;
+  int signals = -1;
+};
+
+Child::Child() : system_(std::make_unique<System>()) {}
+
 Child::~Child() {
-  if (signals_ >= 0) close(signals_);
+  if (system_->signals >= 0) close(system_->signals);
 }
 
 bool Child::HoldSignals() {
   const sigset_t held = HeldSignals();
   sigprocmask(SIG_BLOCK, &held, nullptr);
-  signals_ = signalfd(-1, &held, SFD_CLOEXEC | SFD_NONBLOCK);
-  return signals_ >= 0;
+  system_->signals = signalfd(-1, &held, SFD_CLOEXEC | SFD_NONBLOCK);
+  return system_->signals >= 0;
 }
 
-bool Child::Start(const std::vector<std::string>& command, const Variables& variables, bool keepInput) {
+bool Child::Start(const std::vector<std::string>& command, const Variables& variables, bool keepInput,
+                  const std::vector<std::string>&) {
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) return false;
-  pid_ = fork();
-  if (pid_ == 0) Become(command, variables, keepInput, ends[1]);
+  pid_t& pid = system_->pid;
+  pid = fork();
+  if (pid == 0) Become(command, variables, keepInput, ends[1]);
   close(ends[1]);
-  int reason = pid_ < 0 ? errno : 0;
-  const bool failed = pid_ < 0 || read(ends[0], &reason, sizeof reason) == sizeof reason;
+  int reason = pid < 0 ? errno : 0;
+  const bool failed = pid < 0 || read(ends[0], &reason, sizeof reason) == sizeof reason;
   close(ends[0]);
-  if (failed && pid_ > 0) waitpid(pid_, nullptr, 0);
+  if (failed && pid > 0) waitpid(pid, nullptr, 0);
   errno = reason;
   return !failed;
 }
 
+void Child::AddTo(std::vector<pollfd>& polled) const { polled.push_back({system_->signals, POLLIN, 0}); }
+
+int Child::TurnMs() { return -1; }
+
 std::optional<int> Child::TakeSignals() {
   signalfd_siginfo signal;
-  while (read(signals_, &signal, sizeof signal) == sizeof signal) {
+  const pid_t pid = system_->pid;
+  while (read(system_->signals, &signal, sizeof signal) == sizeof signal) {
     // What the terminal sends reaches the command by itself.
     const bool byTerminal = signal.ssi_code == SI_KERNEL;
-    if (pid_ < 0 && signal.ssi_signo != SIGCHLD) return kSignalled + static_cast<int>(signal.ssi_signo);
-    if (signal.ssi_signo != SIGCHLD && !byTerminal) kill(pid_, static_cast<int>(signal.ssi_signo));
+    if (pid < 0 && signal.ssi_signo != SIGCHLD) return kSignalled + static_cast<int>(signal.ssi_signo);
+    if (signal.ssi_signo != SIGCHLD && !byTerminal) kill(pid, static_cast<int>(signal.ssi_signo));
   }
   int status = 0;
-  if (pid_ < 0 || waitpid(pid_, &status, WNOHANG) != pid_) return std::nullopt;
+  if (pid < 0 || waitpid(pid, &status, WNOHANG) != pid) return std::nullopt;
   return WIFSIGNALED(status) ? kSignalled + WTERMSIG(status) : WEXITSTATUS(status);
 }
 

@@ -1,6 +1,9 @@
-#include "tools/tavlynsim/standins.h"
-
 #include <sys/stat.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "tools/tavlynsim/standins.h"
 
 namespace tavlyn::sim {
 namespace {
@@ -16,8 +19,6 @@ bool OnlyRootWrites(const fs::path& path) {
          (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
 }
 
-}  // namespace
-
 // The folder lies at the same place beside the program when built and when installed.
 std::optional<fs::path> HidStandinFolder(std::string& problem) {
   std::error_code none;
@@ -29,6 +30,20 @@ std::optional<fs::path> HidStandinFolder(std::string& problem) {
   return std::nullopt;
 }
 
+// A search path with the folder in front of the rest, which may be null.
+std::string WithFolderFirst(const fs::path& folder, const char* rest) {
+  return rest != nullptr && *rest != '\0' ? folder.string() + ":" + rest : folder.string();
+}
+
+}  // namespace
+
+bool AddHidStandin(Child::Variables& variables, std::vector<std::string>&, std::string& problem) {
+  const auto folder = HidStandinFolder(problem);
+  if (!folder) return false;
+  variables.emplace_back("LD_LIBRARY_PATH", WithFolderFirst(*folder, std::getenv("LD_LIBRARY_PATH")));
+  return true;
+}
+
 std::optional<std::string> UsbStandin(std::string& problem) {
   const auto folder = HidStandinFolder(problem);
   if (!folder) return std::nullopt;
@@ -38,10 +53,6 @@ std::optional<std::string> UsbStandin(std::string& problem) {
             ": tavlynapi loads it only when it and its folder belong to root and nobody else may "
             "write to them; install it as root";
   return std::nullopt;
-}
-
-std::string WithFolderFirst(const fs::path& folder, const char* rest) {
-  return rest != nullptr && *rest != '\0' ? folder.string() + ":" + rest : folder.string();
 }
 
 }  // namespace tavlyn::sim

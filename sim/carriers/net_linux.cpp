@@ -1,0 +1,108 @@
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "sim/carriers/net.h"
+
+namespace tavlyn::sim::net {
+namespace {
+
+constexpr std::size_t kLongestDatagram = 512;
+
+sockaddr_in Native(const Ip& ip, std::uint16_t port) {
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(port);
+  std::memcpy(&address.sin_addr, ip.data(), ip.size());
+  return address;
+}
+
+int Outcome(ssize_t count, bool endsAtZero) {
+  if (count > 0 || (count == 0 && !endsAtZero)) return static_cast<int>(count);
+  return count < 0 && errno == EAGAIN ? kLater : kOver;
+}
+
+}  // namespace
+
+Socket Open(Kind kind, const Ip& ip, std::uint16_t port) {
+  const bool streams = kind == Kind::kStream;
+  const int made = socket(AF_INET, (streams ? SOCK_STREAM : SOCK_DGRAM) | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+  if (made < 0) return kNone;
+  const int on = 1;
+  // A connection of before that still lingers keeps no one from the port. Datagrams are not shared.
+  if (streams) setsockopt(made, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+  const sockaddr_in address = Native(ip, port);
+  constexpr int kWaiting = 4;
+  const bool bound = bind(made, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+  if (bound && (!streams || listen(made, kWaiting) == 0)) return made;
+  const int reason = errno;
+  close(made);
+  errno = reason;
+  return kNone;
+}
+
+std::uint16_t PortOf(Socket bound) {
+  sockaddr_in address{};
+  socklen_t size = sizeof address;
+  getsockname(bound, reinterpret_cast<sockaddr*>(&address), &size);
+  return ntohs(address.sin_port);
+}
+
+Socket Accept(Socket listening) {
+  const int accepted = accept4(listening, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
+  const int on = 1;
+  if (accepted >= 0) setsockopt(accepted, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+  return accepted < 0 ? kNone : accepted;
+}
+
+void Close(Socket& socket) {
+  if (socket != kNone) close(socket);
+  socket = kNone;
+}
+
+int Receive(Socket socket, std::span<std::uint8_t> bytes) {
+  ssize_t count = 0;
+  do {
+    count = recv(socket, bytes.data(), bytes.size(), 0);
+  } while (count < 0 && errno == EINTR);
+  return Outcome(count, true);
+}
+
+int Send(Socket socket, std::span<const std::uint8_t> bytes) {
+  ssize_t count = 0;
+  do {
+    count = send(socket, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+  } while (count < 0 && errno == EINTR);
+  return Outcome(count, false);
+}
+
+bool ReceiveDatagram(Socket socket, Datagram& datagram) {
+  datagram.bytes.resize(kLongestDatagram);
+  sockaddr_in from{};
+  socklen_t size = sizeof from;
+  const ssize_t count = recvfrom(socket, datagram.bytes.data(), datagram.bytes.size(), 0,
+                                 reinterpret_cast<sockaddr*>(&from), &size);
+  if (count < 0) return false;
+  datagram.bytes.resize(static_cast<std::size_t>(count));
+  std::memcpy(datagram.ip.data(), &from.sin_addr, datagram.ip.size());
+  datagram.port = ntohs(from.sin_port);
+  return true;
+}
+
+void SendDatagram(Socket socket, const Datagram& to) {
+  const sockaddr_in peer = Native(to.ip, to.port);
+  sendto(socket, to.bytes.data(), to.bytes.size(), MSG_NOSIGNAL, reinterpret_cast<const sockaddr*>(&peer),
+         sizeof peer);
+}
+
+bool Poll(std::vector<pollfd>& polled, int milliseconds) {
+  return poll(polled.data(), polled.size(), milliseconds) >= 0;
+}
+
+std::string Problem() { return std::strerror(errno); }
+
+}  // namespace tavlyn::sim::net

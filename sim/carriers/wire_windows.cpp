@@ -1,0 +1,49 @@
+#include <cstdlib>
+#include <cstring>
+
+#include "sim/carriers/wire.h"
+
+namespace tavlyn::sim::wire {
+namespace {
+
+constexpr net::Ip kLoopback{127, 0, 0, 1};
+constexpr char kLoopbackText[] = "127.0.0.1:";
+constexpr DWORD kPatienceMs = 1000;
+
+}  // namespace
+
+net::Socket Connect(const char* name) {
+  if (std::strncmp(name, kLoopbackText, sizeof kLoopbackText - 1) != 0) return net::kNone;
+  WSADATA data;
+  if (WSAStartup(MAKEWORD(2, 2), &data) != 0) return net::kNone;
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(static_cast<u_short>(std::atoi(name + sizeof kLoopbackText - 1)));
+  std::memcpy(&address.sin_addr, kLoopback.data(), kLoopback.size());
+  net::Socket made = socket(AF_INET, SOCK_STREAM, 0);
+  if (connect(made, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) net::Close(made);
+  // A question is one small message, and its answer is waited for.
+  const BOOL on = TRUE;
+  setsockopt(made, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&on), sizeof on);
+  return made;
+}
+
+net::Socket Listen(std::string& folder, std::string& name) {
+  folder.clear();
+  const net::Socket made = net::Open(net::Kind::kStream, kLoopback, 0);
+  if (made != net::kNone) name = kLoopbackText + std::to_string(net::PortOf(made));
+  return made;
+}
+
+net::Socket Accept(net::Socket listening) {
+  const net::Socket client = net::Accept(listening);
+  if (client == net::kNone) return client;
+  u_long waits = 0;
+  ioctlsocket(client, static_cast<long>(FIONBIO), &waits);
+  const auto* limit = reinterpret_cast<const char*>(&kPatienceMs);
+  setsockopt(client, SOL_SOCKET, SO_RCVTIMEO, limit, sizeof kPatienceMs);
+  setsockopt(client, SOL_SOCKET, SO_SNDTIMEO, limit, sizeof kPatienceMs);
+  return client;
+}
+
+}  // namespace tavlyn::sim::wire

@@ -1,0 +1,107 @@
+// tavlynctl and tavlynsim as built for Windows.
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "tests/boundary/program.h"
+
+namespace tavlyn::boundary {
+namespace {
+
+using Json = nlohmann::json;
+
+const std::string kSim = TAVLYNSIM;
+const std::string kCtl = TAVLYNCTL;
+
+bool Holds(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+
+// tavlynctl on simulated devices.
+Ended Simulated(const std::string& devices, const std::string& words) {
+  return RunLine(kSim + " run " + devices + " -- " + kCtl + " " + words);
+}
+
+Json Parsed(const Ended& ended) {
+  EXPECT_EQ(0, ended.status) << ended.err;
+  return Json::parse(ended.out, nullptr, false);
+}
+
+TEST(ToolsOnWindows, NothingIsPluggedInWithoutTheSimulator) {
+  const Ended ended = RunLine(kCtl + " list --json");
+  EXPECT_EQ(2, ended.status);
+  EXPECT_TRUE(Holds(ended.err, "no reader is plugged in")) << ended.err;
+}
+
+TEST(ToolsOnWindows, SimulatedReadersAreListed) {
+  const Json listed = Parsed(Simulated("--device plus:3 --device reader@19E5:2021", "list --json"));
+  ASSERT_EQ(2u, listed["devices"].size()) << listed;
+  EXPECT_EQ(3, listed["devices"][0]["configurations"]) << listed;
+  EXPECT_TRUE(Holds(listed.dump(), "19E5:2021")) << listed;
+}
+
+TEST(ToolsOnWindows, CardIsRead) {
+  const Json card = Parsed(Simulated("--device plus:2 --card 01020303:26", "read --json"));
+  EXPECT_EQ(26, card["bits"]);
+  EXPECT_EQ("03030201", card["id"]);
+  EXPECT_EQ(5, Simulated("--device plus:2", "read --timeout 1").status);
+}
+
+TEST(ToolsOnWindows, InputReportsTellOfCards) {
+  const Ended ended = Simulated("--device plus:2@7A31:3BFB --card 0A:8 --card 0B0C:16 --on 900 --off 900",
+                                "watch --count 4 --timeout 30");
+  EXPECT_EQ(0, ended.status) << ended.err;
+  EXPECT_EQ("card 8 bits 0A\ngone 8 bits 0A\ncard 16 bits 0C0B\ngone 16 bits 0C0B\n", ended.out);
+}
+
+TEST(ToolsOnWindows, TypedLinesActOnTheDevices) {
+  const Ended ended = RunLine("cmd /c \"echo card 0102:13| " + kSim +
+                              " run --device plus:2 --interactive -- " + kCtl + " read\"");
+  EXPECT_EQ(0, ended.status) << ended.err;
+  EXPECT_TRUE(Holds(ended.out, "card 13 bits 0201")) << ended.out;
+  EXPECT_EQ("tavlynsim: ok\n", ended.err);
+}
+
+TEST(ToolsOnWindows, ReaderBehindAnAdapterIsRead) {
+  const Ended ended =
+      Simulated("--ethernet 127.0.0.73:10001 --card 0102:16", "--ip 127.0.0.73:10001 read --json");
+  EXPECT_EQ(16, Parsed(ended)["bits"]) << ended.out;
+  EXPECT_TRUE(Holds(ended.err, "tavlynctl --ip 127.0.0.73:10001 watch")) << ended.err;
+}
+
+TEST(ToolsOnWindows, DevicesAreToldApart) {
+  const Ended devices = RunLine(kSim + " devices");
+  EXPECT_EQ(0, devices.status);
+  for (const char* kind : {"reader ", "plus:N ", "magstripe ", "sonar "}) {
+    EXPECT_TRUE(Holds(devices.out, kind)) << kind;
+  }
+}
+
+TEST(ToolsOnWindows, ExitStatusIsTheCommands) {
+  EXPECT_EQ(0, RunLine(kSim + " run -- cmd /c exit 0").status);
+  EXPECT_EQ(7, RunLine(kSim + " run -- cmd /c exit 7").status);
+  EXPECT_EQ(127, RunLine(kSim + " run -- there-is-none.exe").status);
+  EXPECT_EQ(126, RunLine(kSim + " run -- " TAVLYN_NO_PROGRAM).status);
+}
+
+TEST(ToolsOnWindows, WrongWordsAreRefused) {
+  for (const char* words : {"", "run", "run --device plus:12 -- cmd /c exit", "run --card 01 -- cmd /c exit",
+                            "run --do nothing -- cmd /c exit", "run --carrier usb -- cmd /c exit"}) {
+    EXPECT_EQ(1, RunLine(kSim + " " + words).status) << words;
+  }
+  EXPECT_EQ(1, RunLine(kCtl + " no-such-word").status);
+}
+
+TEST(ToolsOnWindows, WhatIsThereOnLinuxOnlyIsTold) {
+  for (const char* words : {"--carrier uhid", "--serial COM3", "--ascii COM3", "--bulk"}) {
+    const Ended ended = RunLine(kSim + " run " + words + " -- cmd /c exit 0");
+    EXPECT_EQ(125, ended.status) << words;
+    EXPECT_TRUE(Holds(ended.err, "on Linux only")) << ended.err;
+  }
+}
+
+TEST(ToolsOnWindows, AddressOfAnotherMachineIsRefused) {
+  EXPECT_EQ(125, RunLine(kSim + " run --ethernet 192.0.2.1:10001 -- cmd /c exit 0").status);
+}
+
+}  // namespace
+}  // namespace tavlyn::boundary

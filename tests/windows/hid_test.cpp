@@ -1,0 +1,135 @@
+// How a device is opened, and a read of input that does not wait: on a named pipe and on a file.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string>
+
+#include "platform/platform.h"
+#include "platform/windows/system.h"
+
+namespace tavlyn::platform {
+namespace {
+
+constexpr char kPipe[] = "\\\\.\\pipe\\tavlyn-hid-test";
+constexpr std::uint64_t kAtOnce = 500;
+
+class HidTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(hid_.Load());
+    pipe_ =
+        CreateNamedPipeA(kPipe, PIPE_ACCESS_DUPLEX, PIPE_TYPE_MESSAGE | PIPE_READMODE_MESSAGE | PIPE_NOWAIT,
+                         PIPE_UNLIMITED_INSTANCES, 4096, 4096, 0, nullptr);
+    ASSERT_NE(INVALID_HANDLE_VALUE, pipe_);
+  }
+  void TearDown() override {
+    hid_.Close(device_);
+    CloseHandle(pipe_);
+    hid_.Unload();
+  }
+
+  void Open() {
+    device_ = hid_.Open(kPipe, OpenMode::kOverlapped);
+    ASSERT_NE(kNoHandle, device_);
+  }
+
+  void Queue(const std::string& report) {
+    DWORD count = 0;
+    EXPECT_TRUE(WriteFile(pipe_, report.data(), static_cast<DWORD>(report.size()), &count, nullptr));
+  }
+
+  // Whatever it finds, it finds at once.
+  Drain TimedDrain() {
+    Clock& clock = TheHost().clock;
+    report_ = {1};
+    const std::uint64_t start = clock.Tick();
+    const Drain found = hid_.DrainInput(device_, report_);
+    EXPECT_LT(clock.Tick() - start, kAtOnce);
+    return found;
+  }
+
+  HidSystem& hid_ = TheHost().hid;
+  HANDLE pipe_ = nullptr;
+  Handle device_ = kNoHandle;
+  std::array<std::uint8_t, 9> report_{};
+};
+
+TEST_F(HidTest, PendingReadIsCalledOff) {
+  Open();
+  EXPECT_EQ(Drain::kNothing, TimedDrain());
+  EXPECT_EQ(Drain::kNothing, TimedDrain());
+  EXPECT_EQ((std::array<std::uint8_t, 9>{1}), report_);
+}
+
+TEST_F(HidTest, QueuedReportIsTaken) {
+  Open();
+  Queue(
+      "\x01"
+      "ABCDEFGH");
+  EXPECT_EQ(Drain::kDrained, TimedDrain());
+  EXPECT_EQ((std::array<std::uint8_t, 9>{1, 'A', 'B', 'C', 'D', 'E', 'F', 'G', 'H'}), report_);
+  EXPECT_EQ(Drain::kNothing, TimedDrain());
+}
+
+// A read that was called off must not take a later report.
+TEST_F(HidTest, ReportBehindACalledOffReadIsKept) {
+  Open();
+  EXPECT_EQ(Drain::kNothing, TimedDrain());
+  Queue(
+      "\x01"
+      "ijklmnop");
+  EXPECT_EQ(Drain::kDrained, TimedDrain());
+  EXPECT_EQ('i', report_[1]);
+}
+
+TEST_F(HidTest, ReadThatCannotBeginFindsNothing) {
+  Open();
+  CloseHandle(pipe_);
+  pipe_ = INVALID_HANDLE_VALUE;
+  EXPECT_EQ(Drain::kNothing, TimedDrain());
+  hid_.Close(device_);
+  EXPECT_EQ(Drain::kNothing, TimedDrain());
+  EXPECT_EQ(kNoHandle, hid_.Open("\\\\.\\pipe\\tavlyn-there-is-none", OpenMode::kOverlapped));
+}
+
+class HidOpenTest : public testing::Test {
+ protected:
+  void TearDown() override {
+    for (const Handle one : opened_) hid_.Close(one);
+    DeleteFileA(kFile);
+  }
+
+  bool Opens(OpenMode mode) {
+    const Handle device = hid_.Open(kFile, mode);
+    if (device != kNoHandle) opened_.push_back(device);
+    return device != kNoHandle;
+  }
+
+  // Another program's handle, as long as the test closes it.
+  static HANDLE Other(DWORD access, DWORD sharing) {
+    return CreateFileA(kFile, access, sharing, nullptr, OPEN_ALWAYS, 0, nullptr);
+  }
+
+  static constexpr char kFile[] = "tavlyn-hid-test.bin";
+  HidSystem& hid_ = TheHost().hid;
+  std::vector<Handle> opened_;
+};
+
+TEST_F(HidOpenTest, FeatureReportsNeedNoAccess) {
+  HANDLE other = Other(GENERIC_READ | GENERIC_WRITE, 0);
+  ASSERT_NE(INVALID_HANDLE_VALUE, other);
+  EXPECT_TRUE(Opens(OpenMode::kShared)) << "somebody has the device for himself";
+  EXPECT_FALSE(Opens(OpenMode::kOverlapped));
+  CloseHandle(other);
+}
+
+TEST_F(HidOpenTest, InputIsReadAlone) {
+  CloseHandle(Other(GENERIC_READ, 0));
+  EXPECT_TRUE(Opens(OpenMode::kOverlapped));
+  EXPECT_FALSE(Opens(OpenMode::kOverlapped));
+  EXPECT_EQ(INVALID_HANDLE_VALUE, Other(GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE));
+  EXPECT_TRUE(Opens(OpenMode::kShared));
+}
+
+}  // namespace
+}  // namespace tavlyn::platform
