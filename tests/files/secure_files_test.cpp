@@ -88,6 +88,18 @@ TEST_F(SecureFiles, ALoadOfAWholeFile) {
   ExpectTraffic(Committed({"set 81", "set 00 02 14 28 01 01 40 20"}, "02"));
 }
 
+TEST_F(SecureFiles, FilesOfEitherSystemLoadOnBoth) {
+  Use(Reader::Plain());
+  for (const std::string lineEnd : {"\n", "\r\n"}) {
+    const std::string title = std::string(kTitleLine);
+    const std::string body = title.substr(0, title.size() - 1) + lineEnd + "iBitStrmTO = 8" + lineEnd;
+    const std::string marker = "/--- iEndOfHwgFile " + lineEnd;
+    Slot()[field::TimeParms_iBitStrmTO] = 100;
+    EXPECT_EQ(Read(body + marker + "iEndOfHwgFile = " + SumText(body)), 1U);
+    EXPECT_EQ(Slot()[field::TimeParms_iBitStrmTO], 8);
+  }
+}
+
 TEST_F(SecureFiles, TheTrailerLinesOfAnEndlessBlockAreNoData) {
   Use(Reader::Plain());
   Slot().sFldSepData[0] = 0x24;
