@@ -29,7 +29,7 @@ Json Parsed(const Ended& ended) {
 TEST(ToolsOnWindows, NothingIsPluggedInWithoutTheSimulator) {
   const Ended ended = RunLine(kCtl + " list --json");
   EXPECT_EQ(2, ended.status);
-  EXPECT_TRUE(Holds(ended.err, "no reader is plugged in")) << ended.err;
+  EXPECT_TRUE(Holds(ended.err, "no device is plugged in")) << ended.err;
 }
 
 TEST(ToolsOnWindows, SimulatedReadersAreListed) {

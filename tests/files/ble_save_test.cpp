@@ -21,7 +21,7 @@ TEST_F(BleSave, EveryByteOfADataFile) {
   const Bytes bytes = DataOf(Memory().ble);
   EXPECT_EQ(SaveData(), 1U);
   EXPECT_EQ(GetLastLibErr(), 0U);
-  EXPECT_EQ(Fetch(File()), BleFile(kDataKind, HexLines(bytes)));
+  EXPECT_EQ(Fetch(File()), SavedBleFile(kDataKind, HexLines(bytes)));
   EXPECT_EQ(CheckTamperedFile(File().c_str(), 0), 1U);
   ExpectTraffic(Join({Read("00", "80", Piece(bytes, 0)), Read("01", "80", Piece(bytes, 1)),
                       Read("02", "80", Piece(bytes, 2))}));
@@ -32,7 +32,7 @@ TEST_F(BleSave, EveryByteOfAKeyFile) {
   const Bytes bytes = KeyOf(Memory().ble);
   EXPECT_EQ(SaveKey(), 1U);
   EXPECT_EQ(GetLastLibErr(), 0U);
-  EXPECT_EQ(Fetch(File()), BleFile(kKeyKind, HexLines(bytes)));
+  EXPECT_EQ(Fetch(File()), SavedBleFile(kKeyKind, HexLines(bytes)));
   for (const sim::Event& event : host.transcript.Events()) {
     if (event.kind == sim::EventKind::kSet || event.kind == sim::EventKind::kGet) {
       EXPECT_EQ(event.bytes.size(), 8U);
@@ -52,7 +52,7 @@ TEST_F(BleSave, ASaveReplacesWhatWasThere) {
   Store(File(), std::string(100000, 'x'));
   EXPECT_EQ(SaveKey(), 1U);
   EXPECT_EQ(SaveKey(), 1U);
-  EXPECT_EQ(Fetch(File()), BleFile(kKeyKind, HexLines(KeyOf(Memory().ble))));
+  EXPECT_EQ(Fetch(File()), SavedBleFile(kKeyKind, HexLines(KeyOf(Memory().ble))));
 }
 
 // A reply is taken for what it holds, whatever stands in front of it.
@@ -62,7 +62,7 @@ TEST_F(BleSave, NothingThatIsRepeatedIsLookedAt) {
   EXPECT_EQ(GetLastLibErr(), 0U);
   Bytes bytes;
   for (int block = 0; block < 32; ++block) bytes.insert(bytes.end(), {5, 6, 7, 8});
-  EXPECT_EQ(Fetch(File()), BleFile(kKeyKind, HexLines(bytes)));
+  EXPECT_EQ(Fetch(File()), SavedBleFile(kKeyKind, HexLines(bytes)));
 }
 
 // The file is whole all the same, with zeros for what did not come.
@@ -76,7 +76,7 @@ TEST_F(BleSave, AFaultAtEachExchangeOfAKey) {
                      const std::size_t came = number < 4 ? 0 : (number - 4) / 2 * 4;
                      std::fill(bytes.begin() + static_cast<std::ptrdiff_t>(came), bytes.end(),
                                std::uint8_t{0});
-                     EXPECT_EQ(Fetch(File()), BleFile(kKeyKind, HexLines(bytes)));
+                     EXPECT_EQ(Fetch(File()), SavedBleFile(kKeyKind, HexLines(bytes)));
                      ExpectTrace({});
                      const Lines traffic = TrafficOf(host.transcript.Events());
                      ASSERT_FALSE(traffic.empty());
@@ -93,7 +93,7 @@ TEST_F(BleSave, AFaultInEachPieceOfTheData) {
     EXPECT_EQ(GetLastLibErr(), 0x30000000U);
     Bytes bytes = DataOf(Memory().ble);
     std::fill(bytes.begin() + static_cast<std::ptrdiff_t>(128 * piece), bytes.end(), std::uint8_t{0});
-    EXPECT_EQ(Fetch(File()), BleFile(kDataKind, HexLines(bytes)));
+    EXPECT_EQ(Fetch(File()), SavedBleFile(kDataKind, HexLines(bytes)));
     EXPECT_EQ(CheckTamperedFile(File().c_str(), 0), 1U);
   }
 }

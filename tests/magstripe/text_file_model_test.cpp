@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "tests/magstripe/model_bench.h"
+#include "tests/support/on_disk.h"
 
 namespace tavlyn::test {
 namespace {
@@ -94,7 +95,7 @@ class MagModelFile : public MagModelBench {
 
 TEST_F(MagModelFile, SavesEverySettingWithItsComment) {
   const std::string saved = Saved();
-  EXPECT_EQ(saved, FileOf(Marked(), "4660"));
+  EXPECT_EQ(saved, OnDisk(FileOf(Marked(), "4660")));
   EXPECT_EQ(std::count(saved.begin(), saved.end(), '\n'), 312);
   ExpectTraffic({});
 }
@@ -102,7 +103,7 @@ TEST_F(MagModelFile, SavesEverySettingWithItsComment) {
 TEST_F(MagModelFile, ALoadedFileGoesOutWithTheNextWrite) {
   const std::string saved = Saved();
   EXPECT_EQ(ResetFactoryDflts(), 1U);
-  EXPECT_EQ(Saved(), FileOf(sim::FactoryMagSettings(), "1"));
+  EXPECT_EQ(Saved(), OnDisk(FileOf(sim::FactoryMagSettings(), "1")));
   ForgetTraffic();
   EXPECT_EQ(LoadText(saved), 1U);
   ExpectTraffic({});
@@ -163,7 +164,7 @@ TEST_F(MagModelFile, LinesAsPeopleWriteThem) {
 
 TEST_F(MagModelFile, ALuidPrintsWithItsSign) {
   LoadLines("LUID: 65535\n");
-  EXPECT_NE(Saved().find("LUID: -1                        // Logical Unit ID\n"), std::string::npos);
+  EXPECT_NE(Saved().find(OnDisk("LUID: -1                        // Logical Unit ID\n")), std::string::npos);
   LoadLines("LUID: -32768\n");
   EXPECT_EQ(GetLUID(), 0x8000U);
   LoadLines(Saved());
