@@ -1,8 +1,10 @@
 // The Linux implementations of the platform's interfaces.
 #pragma once
 
+#include <limits.h>
 #include <pthread.h>
 
+#include "platform/libusb_calls.h"
 #include "platform/platform.h"
 
 namespace tavlyn::platform {
@@ -74,20 +76,9 @@ class LinuxComPorts final : public ComPorts {
   void FindVirtual(std::span<std::uint8_t, 257> flags) override;
 };
 
-class LinuxLibusb final : public Libusb {
+class LinuxLibusb final : public LibusbCalls<PATH_MAX + 1> {
  public:
   bool Load() override;
-  std::int32_t FindBusses() override;
-  std::int32_t FindDevices() override;
-  Handle Open(HidIds ids) override;
-  void Close(Handle device) override;
-  std::int32_t ClaimInterface(Handle device, std::int32_t number) override;
-  std::int32_t ReleaseInterface(Handle device, std::int32_t number) override;
-  std::int32_t SetConfiguration(Handle device, std::int32_t configuration) override;
-  std::int32_t BulkRead(Handle device, std::int32_t endpoint, std::span<std::uint8_t> bytes,
-                        std::int32_t timeout) override;
-  std::int32_t BulkWrite(Handle device, std::int32_t endpoint, std::span<const std::uint8_t> bytes,
-                         std::int32_t timeout) override;
 };
 
 class LinuxPlaces final : public Places {

@@ -1,0 +1,178 @@
+// The calls of libusb-0.1, bound by their names. The systems differ in how its file is trusted and loaded,
+// and in the length of the paths in its lists.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <type_traits>
+
+#include "platform/platform.h"
+
+namespace tavlyn::platform {
+
+// The list that usb_get_busses gives, as far as it is looked at.
+struct UsbDescriptor {
+  std::uint8_t length, type;
+  std::uint16_t usb;
+  std::uint8_t deviceClass, subClass, protocol, maxPacket;
+  std::uint16_t vendor, product;
+};
+template <std::size_t PathBytes>
+struct UsbBus;
+template <std::size_t PathBytes>
+struct UsbDevice {
+  UsbDevice* next;
+  UsbDevice* previous;
+  char filename[PathBytes];
+  UsbBus<PathBytes>* bus;
+  UsbDescriptor descriptor;
+};
+template <std::size_t PathBytes>
+struct UsbBus {
+  UsbBus* next;
+  UsbBus* previous;
+  char dirname[PathBytes];
+  UsbDevice<PathBytes>* devices;
+};
+
+template <std::size_t PathBytes>
+class LibusbCalls : public Libusb {
+ public:
+  std::int32_t FindBusses() override { return call_.findBusses != nullptr ? call_.findBusses() : -1; }
+  std::int32_t FindDevices() override { return call_.findDevices != nullptr ? call_.findDevices() : -1; }
+
+  Handle Open(HidIds ids) override {
+    OpenDevice* place = FreePlace();
+    if (call_.getBusses == nullptr || call_.open == nullptr || place == nullptr) return kNoHandle;
+    for (const Bus* bus = call_.getBusses(); bus != nullptr; bus = bus->next) {
+      Device* device = FirstOf(*bus, ids);
+      void* native = device != nullptr ? call_.open(device) : nullptr;
+      if (native == nullptr) continue;
+      *place = {++lastNumber_, native};
+      return lastNumber_;
+    }
+    return kNoHandle;
+  }
+
+  void Close(Handle device) override {
+    OpenDevice* one = Find(device);
+    if (one == nullptr) return;
+    if (call_.close != nullptr) call_.close(one->native);
+    one->native = nullptr;
+  }
+
+  std::int32_t ClaimInterface(Handle device, std::int32_t number) override {
+    void* native = NativeOf(device);
+    return call_.claim != nullptr && native != nullptr ? call_.claim(native, number) : -1;
+  }
+
+  std::int32_t ReleaseInterface(Handle device, std::int32_t number) override {
+    void* native = NativeOf(device);
+    return call_.release != nullptr && native != nullptr ? call_.release(native, number) : -1;
+  }
+
+  std::int32_t SetConfiguration(Handle device, std::int32_t configuration) override {
+    void* native = NativeOf(device);
+    if (call_.setConfiguration == nullptr || native == nullptr) return -1;
+    return call_.setConfiguration(native, configuration);
+  }
+
+  std::int32_t BulkRead(Handle device, std::int32_t endpoint, std::span<std::uint8_t> bytes,
+                        std::int32_t timeout) override {
+    void* native = NativeOf(device);
+    if (call_.bulkRead == nullptr || native == nullptr) return -1;
+    return call_.bulkRead(native, endpoint, reinterpret_cast<char*>(bytes.data()),
+                          static_cast<int>(bytes.size()), timeout);
+  }
+
+  std::int32_t BulkWrite(Handle device, std::int32_t endpoint, std::span<const std::uint8_t> bytes,
+                         std::int32_t timeout) override {
+    void* native = NativeOf(device);
+    if (call_.bulkWrite == nullptr || native == nullptr) return -1;
+    return call_.bulkWrite(native, endpoint, reinterpret_cast<const char*>(bytes.data()),
+                           static_cast<int>(bytes.size()), timeout);
+  }
+
+ protected:
+  ~LibusbCalls() = default;
+
+  // `address` gives where a name stands in the library that has just been loaded; a name that is missing
+  // gives null.
+  template <typename Address>
+  void BindAndInit(Address address) {
+    const auto bind = [&](const char* name, auto& function) {
+      function = reinterpret_cast<std::remove_reference_t<decltype(function)>>(address(name));
+    };
+    bind("usb_open", call_.open);
+    bind("usb_close", call_.close);
+    bind("usb_bulk_write", call_.bulkWrite);
+    bind("usb_bulk_read", call_.bulkRead);
+    bind("usb_claim_interface", call_.claim);
+    bind("usb_release_interface", call_.release);
+    bind("usb_init", call_.init);
+    bind("usb_find_busses", call_.findBusses);
+    bind("usb_find_devices", call_.findDevices);
+    bind("usb_get_busses", call_.getBusses);
+    bind("usb_set_configuration", call_.setConfiguration);
+    if (call_.init != nullptr) call_.init();
+  }
+
+ private:
+  using Device = UsbDevice<PathBytes>;
+  using Bus = UsbBus<PathBytes>;
+
+  struct Calls {
+    void (*init)();
+    int (*findBusses)();
+    int (*findDevices)();
+    Bus* (*getBusses)();
+    void* (*open)(Device*);
+    int (*close)(void*);
+    int (*claim)(void*, int);
+    int (*release)(void*, int);
+    int (*setConfiguration)(void*, int);
+    int (*bulkRead)(void*, int, char*, int, int);
+    int (*bulkWrite)(void*, int, const char*, int, int);
+  };
+
+  struct OpenDevice {
+    Handle number;
+    void* native;
+  };
+
+  static Device* FirstOf(const Bus& bus, HidIds ids) {
+    Device* device = bus.devices;
+    while (device != nullptr &&
+           (device->descriptor.vendor != ids.vid || device->descriptor.product != ids.pid)) {
+      device = device->next;
+    }
+    return device;
+  }
+
+  OpenDevice* FreePlace() {
+    for (OpenDevice& one : opened_) {
+      if (one.native == nullptr) return &one;
+    }
+    return nullptr;
+  }
+
+  OpenDevice* Find(Handle number) {
+    for (OpenDevice& one : opened_) {
+      if (one.native != nullptr && one.number == number) return &one;
+    }
+    return nullptr;
+  }
+
+  void* NativeOf(Handle number) {
+    const OpenDevice* one = Find(number);
+    return one != nullptr ? one->native : nullptr;
+  }
+
+  // They stay bound when the file is no longer trusted later; nothing but the refresh is then skipped.
+  Calls call_{};
+  // The library keeps one such device open; a few places are enough.
+  std::array<OpenDevice, 8> opened_{};
+  Handle lastNumber_ = 0;
+};
+
+}  // namespace tavlyn::platform
