@@ -2,15 +2,12 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <optional>
 #include <sstream>
+#include <utility>
 
 #include "sim/device_word.h"
-#include "sim/devices/hex.h"
-#include "sim/devices/mag_card.h"
-#include "sim/devices/magstripe.h"
 #include "sim/devices/reader.h"
-#include "sim/devices/sonar.h"
+#include "sim/model_orders.h"
 #include "sim/words.h"
 
 namespace tavlyn::sim {
@@ -18,31 +15,6 @@ namespace {
 
 constexpr unsigned kLongestPause = 60'000;
 constexpr std::size_t kMostNoise = 16U << 20U;
-constexpr std::size_t kManyWords = 100;
-
-std::optional<double> ParseInches(const std::string& text) {
-  std::istringstream stream(text);
-  double inches = 0;
-  if (!(stream >> inches) || !stream.eof() || !(inches >= 0) || inches > 1000) return std::nullopt;
-  return inches;
-}
-
-// FROM:TO:MS
-std::optional<Leg> ParseLeg(const std::string& text) {
-  const std::size_t first = text.find(':');
-  const std::size_t second = first == std::string::npos ? first : text.find(':', first + 1);
-  if (second == std::string::npos) return std::nullopt;
-  const auto from = ParseInches(text.substr(0, first));
-  const auto to = ParseInches(text.substr(first + 1, second - first - 1));
-  const auto milliseconds = ParseNumber<std::uint32_t>(text.substr(second + 1));
-  if (!from || !to || !milliseconds) return std::nullopt;
-  return Leg{*milliseconds, *from, *to};
-}
-
-bool Fail(std::string& reply, const std::string& reason) {
-  reply = reason;
-  return false;
-}
 
 // Its VID:PID, or the place of its line.
 std::string Whereabouts(const std::string& word, const HidIdentity& identity, bool onLine) {
@@ -52,23 +24,6 @@ std::string Whereabouts(const std::string& word, const HidIdentity& identity, bo
   return pair;
 }
 
-Event Transfer(EventKind kind, std::span<const std::uint8_t> bytes) {
-  Event event;
-  event.kind = kind;
-  event.bytes.assign(bytes.begin(), bytes.end());
-  return event;
-}
-
-Event Exchange(EventKind kind, int number, std::span<const std::uint8_t> report, bool done) {
-  Event event;
-  event.kind = kind;
-  event.ok = done;
-  event.handle = static_cast<std::uint64_t>(number);
-  event.reportId = report[0];
-  event.bytes.assign(report.begin() + 1, report.end());
-  return event;
-}
-
 }  // namespace
 
 struct Rack::Verb {
@@ -76,24 +31,27 @@ struct Rack::Verb {
   std::size_t words;  // with the name
   bool toDevice;      // means one device, which has to be there
   bool (Rack::*run)(const Words&, std::string&);
-  std::size_t most = 0;  // words; 0: no more than those
 };
 
 const Rack::Verb Rack::kVerbs[] = {
-    {"plug", 2, false, &Rack::Plug},          {"list", 1, false, &Rack::List},
-    {"reset", 1, false, &Rack::Reset},        {"unplug", 1, true, &Rack::Unplug},
-    {"card", 2, true, &Rack::PutCard},        {"take", 1, true, &Rack::TakeCard},
-    {"input", 2, true, &Rack::QueueInput},    {"refuse", 2, true, &Rack::ArmFault},
-    {"garble", 2, true, &Rack::ArmFault},     {"vanish", 2, true, &Rack::ArmFault},
-    {"drop", 2, true, &Rack::ArmFault},       {"late", 2, true, &Rack::ArmFault},
-    {"delay", 2, true, &Rack::SetManner},     {"slow", 2, true, &Rack::SetManner},
-    {"cut", 2, true, &Rack::DisturbLine},     {"flood", 2, true, &Rack::DisturbLine},
-    {"heal", 1, true, &Rack::Heal},           {"exchanges", 1, true, &Rack::CountExchanges},
-    {"traffic", 1, true, &Rack::ShowTraffic}, {"clear", 1, true, &Rack::ClearTraffic},
-    {"record", 2, false, &Rack::Record},      {"swipe", 2, true, &Rack::Swipe, kManyWords},
-    {"range", 2, true, &Rack::Stand},         {"walk", 2, true, &Rack::Walk, kManyWords},
-    {"queue", 2, true, &Rack::QueueId},       {"sample", 2, true, &Rack::AddSample},
-    {"lack", 2, true, &Rack::Lack},
+    {"plug", 2, false, &Rack::Plug},
+    {"list", 1, false, &Rack::List},
+    {"reset", 1, false, &Rack::Reset},
+    {"unplug", 1, true, &Rack::Unplug},
+    {"refuse", 2, true, &Rack::ArmFault},
+    {"garble", 2, true, &Rack::ArmFault},
+    {"vanish", 2, true, &Rack::ArmFault},
+    {"drop", 2, true, &Rack::ArmFault},
+    {"late", 2, true, &Rack::ArmFault},
+    {"delay", 2, true, &Rack::SetManner},
+    {"slow", 2, true, &Rack::SetManner},
+    {"cut", 2, true, &Rack::DisturbLine},
+    {"flood", 2, true, &Rack::DisturbLine},
+    {"heal", 1, true, &Rack::Heal},
+    {"exchanges", 1, true, &Rack::CountExchanges},
+    {"traffic", 1, true, &Rack::ShowTraffic},
+    {"clear", 1, true, &Rack::ClearTraffic},
+    {"record", 2, false, &Rack::Record},
 };
 
 bool Rack::Run(const std::string& command, std::string& reply) {
@@ -105,12 +63,18 @@ bool Rack::Run(const std::string& command, std::string& reply) {
   if (words.empty()) return Fail(reply, "no command");
   for (const Verb& verb : kVerbs) {
     if (words[0] != verb.name) continue;
-    const bool fits = words.size() >= verb.words && words.size() <= std::max(verb.words, verb.most);
-    if (!fits) return Fail(reply, words[0] + ": wrong number of words");
+    if (words.size() != verb.words) return Fail(reply, words[0] + ": wrong number of words");
     if (verb.toDevice && !chosen) return Fail(reply, words[0] + ": no such device");
     return (this->*verb.run)(words, reply);
   }
-  return Fail(reply, words[0] + ": no such command");
+  const ModelOrder* order = FindModelOrder(words[0]);
+  if (order == nullptr) return Fail(reply, words[0] + ": no such command");
+  if (words.size() < order->words || (words.size() > order->words && !order->andMore)) {
+    return Fail(reply, words[0] + ": wrong number of words");
+  }
+  if (!chosen) return Fail(reply, words[0] + ": no such device");
+  if (!order->isFor(*chosen_->model)) return Fail(reply, words[0] + ": not for a " + chosen_->word);
+  return order->run(*chosen_->model, words, reply);
 }
 
 bool Rack::Choose(Words& words) {
@@ -171,110 +135,6 @@ bool Rack::Reset(const Words&, std::string&) {
 
 bool Rack::Unplug(const Words&, std::string&) {
   chosen_->model->Unplug();
-  return true;
-}
-
-template <typename Kind>
-Kind* Rack::Chosen(const Words& words, std::string& reply) const {
-  auto* model = dynamic_cast<Kind*>(chosen_->model.get());
-  if (model == nullptr) Fail(reply, words[0] + ": not for a " + chosen_->word);
-  return model;
-}
-
-bool Rack::PutCard(const Words& words, std::string& reply) {
-  auto* reader = Chosen<Reader>(words, reply);
-  if (reader == nullptr) return false;
-  const std::size_t colon = words[1].find(':');
-  const auto id = ParseHex(words[1].substr(0, colon));
-  const auto bits = colon == std::string::npos ? std::nullopt : ParseNumber<int>(words[1].substr(colon + 1));
-  if (!id || !bits || *bits < 1 || *bits > 255) return Fail(reply, words[1] + ": a card is HEX:BITS");
-  reader->PutCard(*id, *bits);
-  return true;
-}
-
-bool Rack::TakeCard(const Words& words, std::string& reply) {
-  auto* reader = Chosen<Reader>(words, reply);
-  if (reader != nullptr) reader->TakeCard();
-  return reader != nullptr;
-}
-
-bool Rack::QueueInput(const Words& words, std::string& reply) {
-  auto* reader = Chosen<Reader>(words, reply);
-  if (reader == nullptr) return false;
-  const auto report = ParseHex(words[1]);
-  if (!report) return Fail(reply, words[1] + ": a report is hexadecimal");
-  reader->QueueInput(*report);
-  return true;
-}
-
-bool Rack::Swipe(const Words& words, std::string& reply) {
-  auto* magstripe = Chosen<Magstripe>(words, reply);
-  if (magstripe == nullptr) return false;
-  std::string text = words[1];
-  for (std::size_t i = 2; i < words.size(); ++i) text += ' ' + words[i];
-  const auto card = ParseMagCard(text);
-  if (!card) return Fail(reply, text + ": a stripe is %TRACK1?;TRACK2?+TRACK3?");
-  magstripe->Swipe(*card);
-  return true;
-}
-
-bool Rack::Stand(const Words& words, std::string& reply) {
-  auto* sonar = Chosen<Sonar>(words, reply);
-  if (sonar == nullptr) return false;
-  const auto inches = ParseInches(words[1]);
-  if (!inches) return Fail(reply, words[1] + ": a range is in inches");
-  sonar->Stand(*inches);
-  return true;
-}
-
-bool Rack::Walk(const Words& words, std::string& reply) {
-  auto* sonar = Chosen<Sonar>(words, reply);
-  if (sonar == nullptr) return false;
-  std::vector<Leg> legs;
-  for (std::size_t i = 1; i < words.size(); ++i) {
-    const auto leg = ParseLeg(words[i]);
-    if (!leg) return Fail(reply, words[i] + ": a leg is FROM:TO:MS");
-    legs.push_back(*leg);
-  }
-  sonar->Go(std::move(legs));
-  return true;
-}
-
-bool Rack::QueueId(const Words& words, std::string& reply) {
-  auto* reader = Chosen<Reader>(words, reply);
-  if (reader == nullptr) return false;
-  const std::size_t colon = words[1].find(':');
-  const auto id = ParseHex(words[1].substr(0, colon));
-  const auto rest = colon == std::string::npos ? Bytes{} : ParseHex(words[1].substr(colon + 1));
-  QueuedCard card;
-  if (!id || !rest || id->size() > card.id.size() || rest->size() > card.trailer.size()) {
-    return Fail(reply, words[1] + ": a queued ID is HEX or HEX:HEX");
-  }
-  std::copy(id->begin(), id->end(), card.id.begin());
-  std::copy(rest->begin(), rest->end(), card.trailer.begin());
-  reader->state.queue.push_back(card);
-  return true;
-}
-
-bool Rack::AddSample(const Words& words, std::string& reply) {
-  auto* reader = Chosen<Reader>(words, reply);
-  if (reader == nullptr) return false;
-  const std::size_t first = words[1].find(':');
-  const std::size_t last = words[1].rfind(':');
-  const auto type = ParseNumber<std::uint16_t>(words[1].substr(0, first), 16);
-  const auto data = first == last ? std::nullopt : ParseHex(words[1].substr(first + 1, last - first - 1));
-  const auto bits = first == last ? std::nullopt : ParseNumber<std::uint16_t>(words[1].substr(last + 1));
-  if (!type || !data || !bits) return Fail(reply, words[1] + ": a sample is TYPE:HEX:BITS");
-  reader->state.extensions.analyzed.push_back({*type, *bits, *data});
-  return true;
-}
-
-bool Rack::Lack(const Words& words, std::string& reply) {
-  auto* reader = Chosen<Reader>(words, reply);
-  if (reader == nullptr) return false;
-  const auto command = ParseHex(words[1]);
-  if (!command) return Fail(reply, words[1] + ": a command is hexadecimal");
-  reader->state.lacks.push_back(*command);
   return true;
 }
 
@@ -370,11 +230,19 @@ const Rack::Place* Rack::Reach(int number, std::span<const std::uint8_t> report)
   return fits ? place : nullptr;
 }
 
+void Rack::Note(const Place& place, EventKind kind, int number, std::span<const std::uint8_t> report,
+                bool done) const {
+  if (!recording_) return;
+  Event event = ReportEvent(kind, static_cast<std::uint64_t>(number), report);
+  event.ok = done;
+  place.slot->traffic.Add(std::move(event));
+}
+
 bool Rack::SetFeature(int number, std::span<const std::uint8_t> report) {
   const Place* place = Reach(number, report);
   if (place == nullptr) return false;
   const bool done = place->device->SetFeature(report.subspan(1));
-  if (recording_) place->slot->traffic.Add(Exchange(EventKind::kSet, number, report, done));
+  Note(*place, EventKind::kSet, number, report, done);
   return done;
 }
 
@@ -382,9 +250,7 @@ bool Rack::GetFeature(int number, std::span<std::uint8_t> report) {
   const Place* place = Reach(number, report);
   if (place == nullptr) return false;
   const bool done = place->device->GetFeature(report.subspan(1));
-  if (recording_) {
-    place->slot->traffic.Add(Exchange(EventKind::kGet, number, done ? report : report.first(1), done));
-  }
+  Note(*place, EventKind::kGet, number, done ? report : report.first(1), done);
   return done;
 }
 
@@ -420,7 +286,7 @@ void Rack::SendBytes(int number, std::span<const std::uint8_t> bytes) {
   ByteDevice* line = LineOf(number);
   if (line == nullptr) return;
   if (recording_)
-    slots_[static_cast<std::size_t>(number) - 1]->traffic.Add(Transfer(EventKind::kWrite, bytes));
+    slots_[static_cast<std::size_t>(number) - 1]->traffic.Add(BytesEvent(EventKind::kWrite, bytes));
   line->Receive(bytes);
 }
 
@@ -428,7 +294,8 @@ std::size_t Rack::TakeBytes(int number, std::span<std::uint8_t> bytes) {
   ByteDevice* line = LineOf(number);
   const std::size_t count = line == nullptr ? 0 : line->Take(bytes);
   if (recording_ && count > 0) {
-    slots_[static_cast<std::size_t>(number) - 1]->traffic.Add(Transfer(EventKind::kRead, bytes.first(count)));
+    slots_[static_cast<std::size_t>(number) - 1]->traffic.Add(
+        BytesEvent(EventKind::kRead, bytes.first(count)));
   }
   return count;
 }

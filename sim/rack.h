@@ -14,13 +14,12 @@
 #include "sim/devices/faults.h"
 #include "sim/devices/model.h"
 #include "sim/line_place.h"
+#include "sim/words.h"
 
 namespace tavlyn::sim {
 
 class Rack {
  public:
-  using Words = std::vector<std::string>;
-
   // False: it was not done, and the reply tells why.
   bool Run(const std::string& command, std::string& reply);
 
@@ -83,15 +82,6 @@ class Rack {
   bool List(const Words& words, std::string& reply);
   bool Reset(const Words& words, std::string& reply);
   bool Unplug(const Words& words, std::string& reply);
-  bool PutCard(const Words& words, std::string& reply);
-  bool TakeCard(const Words& words, std::string& reply);
-  bool QueueInput(const Words& words, std::string& reply);
-  bool Swipe(const Words& words, std::string& reply);
-  bool Stand(const Words& words, std::string& reply);
-  bool Walk(const Words& words, std::string& reply);
-  bool QueueId(const Words& words, std::string& reply);
-  bool AddSample(const Words& words, std::string& reply);
-  bool Lack(const Words& words, std::string& reply);
   bool ArmFault(const Words& words, std::string& reply);
   bool SetManner(const Words& words, std::string& reply);
   bool DisturbLine(const Words& words, std::string& reply);
@@ -105,9 +95,8 @@ class Rack {
   // Takes a leading #NUMBER off the words and says whether that device exists.
   bool Choose(Words& words);
   [[nodiscard]] const Place* Find(int number) const;
-  // The device meant as a model of that kind; null, with the reason, when it is another.
-  template <typename Kind>
-  Kind* Chosen(const Words& words, std::string& reply) const;
+  void Note(const Place& place, EventKind kind, int number, std::span<const std::uint8_t> report,
+            bool done) const;
   // The interface's place when a feature report of this ID and length can go to it.
   [[nodiscard]] const Place* Reach(int number, std::span<const std::uint8_t> report) const;
 

@@ -1,12 +1,15 @@
-// Numbers in the words of commands.
+// The words of a command, the numbers in them, and why one was not done.
 #pragma once
 
 #include <charconv>
 #include <optional>
 #include <string>
 #include <system_error>
+#include <vector>
 
 namespace tavlyn::sim {
+
+using Words = std::vector<std::string>;
 
 // None unless the whole text is such a number.
 template <typename Number>
@@ -16,6 +19,11 @@ std::optional<Number> ParseNumber(const std::string& text, int base = 10) {
   const auto [stop, error] = std::from_chars(text.data(), end, number, base);
   if (error != std::errc{} || stop != end) return std::nullopt;
   return number;
+}
+
+inline bool Fail(std::string& reply, const std::string& reason) {
+  reply = reason;
+  return false;
 }
 
 }  // namespace tavlyn::sim

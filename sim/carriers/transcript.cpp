@@ -60,6 +60,22 @@ std::string Describe(const Event& event) {
 
 }  // namespace
 
+Event BytesEvent(EventKind kind, std::span<const std::uint8_t> bytes) {
+  Event event{kind};
+  event.bytes.assign(bytes.begin(), bytes.end());
+  return event;
+}
+
+Event ReportEvent(EventKind kind, std::uint64_t handle, std::span<const std::uint8_t> report) {
+  Event event{kind};
+  event.handle = handle;
+  if (!report.empty()) {
+    event.reportId = report[0];
+    event.bytes.assign(report.begin() + 1, report.end());
+  }
+  return event;
+}
+
 std::string Event::Line() const { return ok ? Describe(*this) : Describe(*this) + " refused"; }
 
 std::string HexText(const Bytes& bytes) {

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <mutex>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -53,6 +54,11 @@ struct Event {
   // Reports lose their trailing zeros; a report ID other than 0 shows as "[1]".
   [[nodiscard]] std::string Line() const;
 };
+
+// Bytes that went over a line, a socket or a pipe.
+Event BytesEvent(EventKind kind, std::span<const std::uint8_t> bytes);
+// A report, which may be empty: its ID and its payload.
+Event ReportEvent(EventKind kind, std::uint64_t handle, std::span<const std::uint8_t> report);
 
 // Bytes as "8C 04 07"; trailing zeros beyond the first byte may be left out.
 std::string HexText(const Bytes& bytes);

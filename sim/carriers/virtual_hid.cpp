@@ -29,16 +29,6 @@ bool Fits(const HidIdentity& identity, std::span<const std::uint8_t> report) {
   return !report.empty() && identity.Takes(report.size() - 1) && report[0] == identity.reportId;
 }
 
-Event ReportEvent(EventKind kind, Handle device, std::span<const std::uint8_t> report) {
-  Event event{kind};
-  event.handle = device;
-  if (!report.empty()) {
-    event.reportId = report[0];
-    event.bytes.assign(report.begin() + 1, report.end());
-  }
-  return event;
-}
-
 }  // namespace
 
 Interface& VirtualHid::Plug(std::string path, std::shared_ptr<HidDevice> device) {

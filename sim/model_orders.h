@@ -1,0 +1,24 @@
+// What a person does to a simulated device (cards, swipes, walks) and what is set up in its firmware (queued IDs,
+// analyzer samples, commands it lacks).
+#pragma once
+
+#include <string>
+
+#include "sim/devices/model.h"
+#include "sim/words.h"
+
+namespace tavlyn::sim {
+
+struct ModelOrder {
+  const char* name;
+  std::size_t words;  // with the name
+  bool andMore;
+  bool (*isFor)(const Model& model);
+  // False: it was not done, and the reply tells why. Only for a model that it is for.
+  bool (*run)(Model& model, const Words& words, std::string& reply);
+};
+
+// Null when no such order exists.
+const ModelOrder* FindModelOrder(const std::string& name);
+
+}  // namespace tavlyn::sim
