@@ -1,0 +1,42 @@
+// The pauses of Linux: never short, and the program's thread is afterwards as it was.
+#include <gtest/gtest.h>
+#include <sys/prctl.h>
+
+#include <chrono>
+
+#include "platform/platform.h"
+
+namespace tavlyn::boundary {
+namespace {
+
+using platform::TheHost;
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+TEST(HostClock, ASleepIsNeverShort) {
+  for (const std::uint32_t wanted : {1U, 2U, 3U, 30U}) {
+    const auto start = steady_clock::now();
+    TheHost().clock.Sleep(wanted);
+    EXPECT_GE(steady_clock::now() - start, milliseconds(wanted));
+  }
+}
+
+TEST(HostClock, TheThreadKeepsItsOwnTimerSlack) {
+  constexpr unsigned long kSlack = 70'000;
+  ASSERT_EQ(0, prctl(PR_SET_TIMERSLACK, kSlack));
+  TheHost().clock.Sleep(1);
+  EXPECT_EQ(static_cast<int>(kSlack), prctl(PR_GET_TIMERSLACK));
+}
+
+TEST(HostClock, TicksAreMilliseconds) {
+  const std::uint64_t tick = TheHost().clock.Tick();
+  const auto start = steady_clock::now();
+  TheHost().clock.Sleep(20);
+  const std::uint64_t passed = TheHost().clock.Tick() - tick;
+  const auto really = std::chrono::duration_cast<milliseconds>(steady_clock::now() - start);
+  EXPECT_GE(passed, 20U);
+  EXPECT_LE(passed, static_cast<std::uint64_t>(really.count()) + 1);
+}
+
+}  // namespace
+}  // namespace tavlyn::boundary
