@@ -1,5 +1,5 @@
-// What a person does to a simulated device (cards, swipes, walks) and what is set up in its firmware (queued IDs,
-// analyzer samples, commands it lacks).
+// What a person does to a simulated device (cards, swipes, walks) and what is set up in its firmware (queued
+// IDs, analyzer samples, commands it lacks).
 #pragma once
 
 #include <string>
