@@ -43,6 +43,7 @@ struct Functions {
   int (*claim)(void*, int);
   int (*release)(void*, int);
   int (*setConfiguration)(void*, int);
+  char* (*errorText)();
   int (*bulkRead)(void*, int, char*, int, int);
   int (*bulkWrite)(void*, int, const char*, int, int);
 };
@@ -130,6 +131,7 @@ bool LinuxLibusb::Load() {
   Bind(library, "usb_find_devices", call.findDevices);
   Bind(library, "usb_get_busses", call.getBusses);
   Bind(library, "usb_set_configuration", call.setConfiguration);
+  Bind(library, "usb_strerror", call.errorText);
   if (call.init != nullptr) call.init();
   return true;
 }
@@ -166,7 +168,9 @@ void LinuxLibusb::Close(Handle device) {
 
 std::int32_t LinuxLibusb::ClaimInterface(Handle device, std::int32_t number) {
   void* native = NativeOf(device);
-  return call.claim != nullptr && native != nullptr ? call.claim(native, number) : -1;
+  const std::int32_t claimed = call.claim != nullptr && native != nullptr ? call.claim(native, number) : -1;
+  if (call.errorText != nullptr) call.errorText();
+  return claimed;
 }
 
 std::int32_t LinuxLibusb::ReleaseInterface(Handle device, std::int32_t number) {

@@ -49,6 +49,7 @@ struct Functions {
   int (*claim)(void*, int);
   int (*release)(void*, int);
   int (*setConfiguration)(void*, int);
+  char* (*errorText)();
   int (*bulkRead)(void*, int, char*, int, int);
   int (*bulkWrite)(void*, int, const char*, int, int);
 };
@@ -90,7 +91,10 @@ class SystemLibusb final : public Libusb {
 
   std::int32_t ClaimInterface(Handle device, std::int32_t number) override {
     void* native = Native(device);
-    return call_.claim != nullptr && native != nullptr ? call_.claim(native, number) : -1;
+    const std::int32_t claimed =
+        call_.claim != nullptr && native != nullptr ? call_.claim(native, number) : -1;
+    if (call_.errorText != nullptr) call_.errorText();
+    return claimed;
   }
 
   std::int32_t ReleaseInterface(Handle device, std::int32_t number) override {
@@ -144,6 +148,7 @@ class SystemLibusb final : public Libusb {
     Bind(library, "usb_find_devices", call_.findDevices);
     Bind(library, "usb_get_busses", call_.getBusses);
     Bind(library, "usb_set_configuration", call_.setConfiguration);
+    Bind(library, "usb_strerror", call_.errorText);
   }
 
   // They stay bound when the file is no longer trusted later; nothing but the refresh is then skipped.
