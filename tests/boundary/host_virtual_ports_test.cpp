@@ -19,6 +19,7 @@ std::string sysRoot;
 
 }  // namespace
 
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 extern "C" char* realpath(const char* path, char* resolved) noexcept {
   static const auto real = reinterpret_cast<char* (*)(const char*, char*)>(dlsym(RTLD_NEXT, "realpath"));
   const std::string asked = path != nullptr ? path : "";
