@@ -21,6 +21,8 @@ install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR})
 if(WIN32)
   # Other compilers make their import library from it.
   install(FILES ${TAVLYN_DEF} DESTINATION ${CMAKE_INSTALL_LIBDIR})
+else()
+  install(FILES packaging/70-tavlyn.rules DESTINATION lib/udev/rules.d)
 endif()
 
 set(CPACK_PACKAGE_NAME tavlynapi)

@@ -23,19 +23,22 @@ TAVLYN_API uint32_t USBDisconnect(void);
  * searched after load. Other bits mean nothing. Always 1. */
 TAVLYN_API uint32_t SetConnectProduct(uint32_t mask);
 
-/* Which links a connect searches: -1 all (after load), 0 USB HID, 1 serial, 2 Ethernet. Any other value is
- * refused with 0. */
+/* Which links a connect searches: -1 all (after load), 0 USB HID, 1 serial, 2 Ethernet; result 1. Any other
+ * value is refused with 0. */
 TAVLYN_API uint32_t SetDevTypeSrch(int16_t link);
 
 /* The COM ports of the serial search, from the smaller to the larger of a and b, each 1 to 256 (1 and 8 after
- * load). Out of range: 0 and nothing changes. */
+ * load); result 1. Out of range: 0 and nothing changes. */
 TAVLYN_API uint32_t SetComSrchRange(uint16_t a, uint16_t b);
 
-/* The COM ports among which virtual ports are looked for, a below b, each 1 to 256; 0 and 0 switch that pass
- * off. The low 16 bits of each count. Anything else: 0 and nothing changes. */
+/* Whether a search for magstripe readers also visits the maker's virtual COM ports and PCMCIA cards outside
+ * the range of SetComSrchRange: 0 and 0 switch that off; a below b, each 1 to 256, switches it on (as after
+ * load), for all such ports whatever the two numbers. Result 1. The low 16 bits of each count. Anything else:
+ * 0 and nothing changes. */
 TAVLYN_API uint32_t VirtualComSearchRange(uint32_t a, uint32_t b);
 
-/* Address and TCP port of the Ethernet search, unchecked. Always 1. */
+/* Address and TCP port of the Ethernet search, unchecked; with d = 0 all of a.b.c.1 to a.b.c.254 are tried.
+ * After load 0.0.0.0 and 0, where nothing is. Always 1. */
 TAVLYN_API uint32_t SetIpPort(uint8_t a, uint8_t b, uint8_t c, uint8_t d, uint16_t port);
 
 /* The value returned for no device or no such operation; 0 after load. */

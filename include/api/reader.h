@@ -96,8 +96,9 @@ TAVLYN_API uint32_t DumpRawFeatureReports(const char* path);
 TAVLYN_API uint32_t ReadBaudRate(void);
 TAVLYN_API uint32_t WriteBaudRate(uint16_t code);
 
-/* Speaks the ASCII dialect (on not 0) with serial readers, all of them; unsupported when the active device is
- * no card reader. */
+/* Speaks the ASCII dialect (on not 0) with serial readers, all of them, until the library is unloaded: ID
+ * reads, configuration read and write, factory reset, beep and volatile LED set; everything else stays in
+ * frames. 1; unsupported when the active device is no card reader. No traffic. */
 TAVLYN_API uint32_t UseAsciiCommandProtocol(uint16_t on);
 
 #endif

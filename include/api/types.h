@@ -142,7 +142,7 @@ typedef struct tsBprRlyCtrl {
 #define TAVLYN_ERR_SEP_UNREAD        0x2u         /* or: GetSepFldData: the configuration was not read */
 #define TAVLYN_ERR_ASCII_LENGTH      0x100u       /* set: ID read in the ASCII dialect: buffer shorter than 8 bytes */
 #define TAVLYN_ERR_ASCII_PORT        0x101u       /* set: the same: no open port */
-#define TAVLYN_ERR_ASCII_ANSWER      0x105u       /* set: the same: the answer could not be parsed */
+#define TAVLYN_ERR_ASCII_ANSWER      0x105u       /* set: the same: no whole answer came */
 #define TAVLYN_ERR_WRITE_REPORT      0x202u       /* set: a feature report could not be written in six attempts */
 #define TAVLYN_ERR_CONNECT           0x10000u     /* a connect, or a search within one, failed (trace only) */
 #define TAVLYN_ERR_CONFIG_READ       0x20000u     /* or: a read of the configuration failed; magstripe: set */

@@ -63,7 +63,10 @@ class LibusbCalls : public Libusb {
 
   std::int32_t ClaimInterface(Handle device, std::int32_t number) override {
     void* native = NativeOf(device);
-    return call_.claim != nullptr && native != nullptr ? call_.claim(native, number) : -1;
+    const std::int32_t claimed =
+        call_.claim != nullptr && native != nullptr ? call_.claim(native, number) : -1;
+    if (call_.errorText != nullptr) call_.errorText();
+    return claimed;
   }
 
   std::int32_t ReleaseInterface(Handle device, std::int32_t number) override {
@@ -114,6 +117,7 @@ class LibusbCalls : public Libusb {
     bind("usb_find_devices", call_.findDevices);
     bind("usb_get_busses", call_.getBusses);
     bind("usb_set_configuration", call_.setConfiguration);
+    bind("usb_strerror", call_.errorText);
     if (call_.init != nullptr) call_.init();
   }
 
@@ -131,6 +135,7 @@ class LibusbCalls : public Libusb {
     int (*claim)(void*, int);
     int (*release)(void*, int);
     int (*setConfiguration)(void*, int);
+    char* (*errorText)();
     int (*bulkRead)(void*, int, char*, int, int);
     int (*bulkWrite)(void*, int, const char*, int, int);
   };

@@ -185,6 +185,7 @@ class Libusb {
   // The first device of that identity that opens.
   virtual Handle Open(HidIds ids) = 0;
   virtual void Close(Handle device) = 0;
+  // The library's error text is asked for behind each claim and dropped.
   virtual std::int32_t ClaimInterface(Handle device, std::int32_t number) = 0;
   virtual std::int32_t ReleaseInterface(Handle device, std::int32_t number) = 0;
   virtual std::int32_t SetConfiguration(Handle device, std::int32_t configuration) = 0;

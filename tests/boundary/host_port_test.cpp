@@ -195,6 +195,13 @@ TEST_F(HostPort, LineIsRawAtItsSpeed) {
   EXPECT_EQ(0u, line.c_oflag & OPOST);
 }
 
+TEST_F(HostPort, EveryUsualSpeedOpens) {
+  for (const std::uint32_t baud : {110U, 300U, 600U, 1200U, 2400U, 4800U, 9600U, 19200U, 38400U, 57600U,
+                                   115200U, 230400U, 460800U, 921600U}) {
+    EXPECT_NE(nullptr, TheHost().ports.Open(kNumber, {baud, 0, 0}, kUsual)) << baud;
+  }
+}
+
 TEST_F(HostPort, WhatIsMissingOrNoPortDoesNotOpen) {
   EXPECT_EQ(nullptr, TheHost().ports.Open(4, {}, kUsual));
   ports_.AddFile(4, "/dev/null");

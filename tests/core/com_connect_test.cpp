@@ -67,6 +67,17 @@ TEST_F(ComConnectTest, FindsAndReadsTheReadersOfTheRange) {
   EXPECT_EQ(ComConnect(nullptr), 1U) << "the argument may be left out";
 }
 
+// Its filters count for devices without a row too.
+TEST_F(ComConnectTest, TheVidPidTableIsLoadedWhenReadersAreSearched) {
+  EnterFolder();
+  SetConnectProduct(2);
+  ComConnect(nullptr);
+  EXPECT_EQ(GetVidPidFilterMask(1), 0U);
+  SetConnectProduct(1);
+  ComConnectPort(9, nullptr);
+  EXPECT_EQ(GetVidPidFilterMask(1), 0x8000U);
+}
+
 TEST_F(ComConnectTest, LocksOnlyWhileItReadsEachDevice) {
   Attach(3, Reader::Plain());
   Attach(4, Reader::Plain());

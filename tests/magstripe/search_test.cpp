@@ -117,6 +117,7 @@ TEST_F(StripeConnect, ComPortsOfTheRangeAndVirtualOnesAreVisited) {
   used->SetPortNum(4);
   DevTable[90].pSerialPort = used;
   SetComSrchRange(3, 6);
+  SetBaudRate(19200);
   DevCnt = 1;
   Asked().clear();
   EXPECT_TRUE(SearchSorbaneComs(AnswersOn5And12));
@@ -130,7 +131,7 @@ TEST_F(StripeConnect, ComPortsOfTheRangeAndVirtualOnesAreVisited) {
   EXPECT_EQ(DevTable[2].pSerialPort->PortNum(), 12);
   EXPECT_STREQ(DevTable[0].DevName, "COM12:");
   EXPECT_STREQ(DevTable[1].DevName, "");
-  EXPECT_EQ(host.ports.opened.front().line.baud, 9600U);
+  EXPECT_EQ(host.ports.opened.front().line.baud, 9600U) << "whatever the readers are searched with";
   EXPECT_EQ(host.ports.opened.front().timeouts.readInterval, 11U);
   EXPECT_EQ(host.ports.opened.front().timeouts.readConstant, 100U);
 }

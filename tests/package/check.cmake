@@ -22,7 +22,8 @@ if(WINDOWS)
   list(APPEND wanted bin/tavlynapi.dll bin/tavlynctl.exe bin/tavlynsim.exe bin/simulator/hid.dll
     bin/simulator/setupapi.dll lib/libtavlynapi.dll.a lib/tavlynapi.def)
 else()
-  list(APPEND wanted bin/tavlynctl bin/tavlynsim lib/libtavlynapi.so lib/libtavlynapi.so.7 lib/libtavlynapi.so.${VERSION})
+  list(APPEND wanted bin/tavlynctl bin/tavlynsim lib/libtavlynapi.so lib/libtavlynapi.so.7 lib/libtavlynapi.so.${VERSION}
+    lib/udev/rules.d/70-tavlyn.rules)
 endif()
 foreach(file IN LISTS wanted)
   if(NOT EXISTS ${root}/${file})

@@ -85,7 +85,8 @@ TEST_F(LibusbTest, SignedFileIsLoadedAndItsReaderOpens) {
   const auto calls = reinterpret_cast<const char* (*)()>(
       reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("libusb0.dll"), "standin_calls")));
   ASSERT_NE(nullptr, calls);
-  EXPECT_STREQ("init;busy;open;claim 0;configuration 1;write 3 250;read 131 250;release 0;close;", calls());
+  EXPECT_STREQ("init;busy;open;claim 0;strerror;configuration 1;write 3 250;read 131 250;release 0;close;",
+               calls());
   ASSERT_TRUE(usb_.Load());
   EXPECT_STREQ("init;", std::strstr(calls(), "close;") + std::strlen("close;"));
 }

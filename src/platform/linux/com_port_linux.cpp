@@ -35,7 +35,10 @@ bool WaitFor(int descriptor, short what, int milliseconds) {
 }
 
 speed_t SpeedOf(std::uint32_t baud) {
-  constexpr std::array<std::pair<std::uint32_t, speed_t>, 11> kSpeeds = {{{1200, B1200},
+  constexpr std::array<std::pair<std::uint32_t, speed_t>, 14> kSpeeds = {{{110, B110},
+                                                                          {300, B300},
+                                                                          {600, B600},
+                                                                          {1200, B1200},
                                                                           {2400, B2400},
                                                                           {4800, B4800},
                                                                           {9600, B9600},
@@ -59,7 +62,8 @@ bool SetLine(int descriptor, const ComLine& line) {
   cfmakeraw(&settings);
   settings.c_iflag &= ~static_cast<tcflag_t>(IXON | IXOFF | IXANY);
   settings.c_cflag &= ~static_cast<tcflag_t>(CRTSCTS | PARENB | PARODD | CSTOPB);
-  settings.c_cflag |= CLOCAL | CREAD;
+  // HUPCL: DTR drops when the program ends without closing the port.
+  settings.c_cflag |= CLOCAL | CREAD | HUPCL;
   if (line.parity != 0) settings.c_cflag |= PARENB;
   if (line.parity == 1) settings.c_cflag |= PARODD;
   if (line.stopBits != 0) settings.c_cflag |= CSTOPB;
@@ -68,10 +72,22 @@ bool SetLine(int descriptor, const ComLine& line) {
   return cfsetspeed(&settings, speed) == 0 && tcsetattr(descriptor, TCSANOW, &settings) == 0;
 }
 
-// A pseudo-terminal has no such line; that is no failure.
-void SetDtr(int descriptor, bool on) {
-  const int dtr = TIOCM_DTR;
-  ioctl(descriptor, on ? TIOCMBIS : TIOCMBIC, &dtr);
+// A pseudo-terminal has no such lines; that is no failure.
+void SetModemLine(int descriptor, int line, bool on) { ioctl(descriptor, on ? TIOCMBIS : TIOCMBIC, &line); }
+void SetDtr(int descriptor, bool on) { SetModemLine(descriptor, TIOCM_DTR, on); }
+
+// From now on a close drops DTR no longer.
+void KeepDtr(int descriptor) {
+  termios settings{};
+  if (tcgetattr(descriptor, &settings) != 0) return;
+  settings.c_cflag &= ~static_cast<tcflag_t>(HUPCL);
+  tcsetattr(descriptor, TCSANOW, &settings);
+}
+
+// The exclusive mode belongs to the port and would outlast this opening while anyone else has it open.
+void CloseShared(int descriptor) {
+  ioctl(descriptor, TIOCNXCL);
+  close(descriptor);
 }
 
 class LinuxComPort final : public ComPort {
@@ -92,12 +108,14 @@ class LinuxComPort final : public ComPort {
     }
     PurgeInput();
   }
-  void CloseQuietly() override { Shut(); }
+  void CloseQuietly() override {
+    KeepDtr(descriptor_);
+    Shut();
+  }
 
  private:
   void Shut() {
-    ioctl(descriptor_, TIOCNXCL);
-    close(descriptor_);
+    CloseShared(descriptor_);
     descriptor_ = -1;
   }
 
@@ -155,11 +173,13 @@ std::unique_ptr<ComPort> LinuxComPorts::Open(std::uint16_t number, const ComLine
   if (descriptor < 0) return nullptr;
   ioctl(descriptor, TIOCEXCL);
   if (isatty(descriptor) == 0 || !SetLine(descriptor, line)) {
-    close(descriptor);
+    CloseShared(descriptor);
     return nullptr;
   }
   tcflush(descriptor, TCIOFLUSH);
   SetDtr(descriptor, true);
+  // Opening has raised RTS too, which is off without flow control.
+  SetModemLine(descriptor, TIOCM_RTS, false);
   return std::make_unique<LinuxComPort>(descriptor, timeouts);
 }
 

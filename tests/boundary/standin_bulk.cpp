@@ -1,11 +1,9 @@
-// Stands in for the bulk driver's DLL: three devices on two buses, of which one opens and gives back what was
-// written to it. Its structures are laid out as the driver package's header lays them out.
+// Stands in for libusb-0.1: three devices on two buses, of which one opens and gives back what was written to
+// it. Its structures are laid out as that library's header lays them out on this system.
 #include <array>
 #include <cstdint>
 #include <cstring>
 #include <string>
-
-#define EXPORTED extern "C" __declspec(dllexport)
 
 namespace {
 
@@ -20,7 +18,7 @@ struct Descriptor {
 struct Bus;
 struct Device {
   Device *next, *prev;
-  char filename[512];
+  char filename[TAVLYN_PATH_ROOM];
   Bus* bus;
   Descriptor descriptor;
   void* config;
@@ -31,7 +29,7 @@ struct Device {
 };
 struct Bus {
   Bus *next, *prev;
-  char dirname[512];
+  char dirname[TAVLYN_PATH_ROOM];
   Device* devices;
   unsigned long location;
   Device* root_dev;
@@ -62,13 +60,15 @@ bool IsOpen(void* handle) { return handle == &all.open; }
 
 }  // namespace
 
-EXPORTED const char* standin_calls() { return calls.c_str(); }
+extern "C" {
 
-EXPORTED void usb_init() { Note("init"); }
+const char* standin_calls() { return calls.c_str(); }
 
-EXPORTED int usb_find_busses() { return 2; }
+void usb_init() { Note("init"); }
 
-EXPORTED int usb_find_devices() {
+int usb_find_busses() { return 2; }
+
+int usb_find_devices() {
   all = {};
   Identify(all.other, all.first, 0x171B, 0x1003);
   Identify(all.shy, all.first, 0x171B, 0x1004);
@@ -80,39 +80,46 @@ EXPORTED int usb_find_devices() {
   return 3;
 }
 
-EXPORTED Bus* usb_get_busses() { return &all.first; }
+Bus* usb_get_busses() { return &all.first; }
 
 // The first device of the identity is busy elsewhere.
-EXPORTED void* usb_open(Device* device) {
+void* usb_open(Device* device) {
   Note(device == &all.open ? "open" : "busy");
   return device == &all.open ? device : nullptr;
 }
 
-EXPORTED int usb_close(void* handle) { return IsOpen(handle) ? Note("close") : -1; }
+int usb_close(void* handle) { return IsOpen(handle) ? Note("close") : -1; }
 
-EXPORTED int usb_claim_interface(void* handle, int number) {
+int usb_claim_interface(void* handle, int number) {
   return IsOpen(handle) ? Note("claim " + std::to_string(number)) : -1;
 }
 
-EXPORTED int usb_release_interface(void* handle, int number) {
+int usb_release_interface(void* handle, int number) {
   return IsOpen(handle) ? Note("release " + std::to_string(number)) : -1;
 }
 
-EXPORTED int usb_set_configuration(void* handle, int number) {
+int usb_set_configuration(void* handle, int number) {
   return IsOpen(handle) ? Note("configuration " + std::to_string(number)) : -1;
 }
 
-EXPORTED int usb_bulk_write(void* handle, int endpoint, const char* bytes, int size, int timeout) {
+const char* usb_strerror() {
+  Note("strerror");
+  return "no text";
+}
+
+int usb_bulk_write(void* handle, int endpoint, const char* bytes, int size, int timeout) {
   if (!IsOpen(handle)) return -1;
   Note("write " + std::to_string(endpoint) + " " + std::to_string(timeout));
   pipe.append(bytes, static_cast<std::size_t>(size));
   return size;
 }
 
-EXPORTED int usb_bulk_read(void* handle, int endpoint, char* bytes, int size, int timeout) {
+int usb_bulk_read(void* handle, int endpoint, char* bytes, int size, int timeout) {
   if (!IsOpen(handle)) return -1;
   Note("read " + std::to_string(endpoint) + " " + std::to_string(timeout));
   const std::size_t count = pipe.copy(bytes, static_cast<std::size_t>(size));
   pipe.erase(0, count);
   return static_cast<int>(count);
 }
+
+}  // extern "C"

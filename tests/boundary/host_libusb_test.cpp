@@ -1,0 +1,153 @@
+// libusb-0.1 on Linux: which file is trusted, and what is made of its devices.
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <filesystem>
+#include <string>
+
+#include "platform/platform.h"
+#include "tests/boundary/library.h"
+
+namespace tavlyn::boundary {
+namespace {
+
+namespace fs = std::filesystem;
+
+using platform::Handle;
+using platform::kNoHandle;
+
+constexpr platform::HidIds kReader{0x171B, 0x1004};
+constexpr uid_t kNobody = 65534;
+
+// A folder of root's own with a copy of the stand-in, which the variable names.
+class HostLibusb : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (getuid() != 0) GTEST_SKIP() << "only root can make a file that is trusted";
+    std::string folder = (fs::temp_directory_path() / "tavlyn-usb-XXXXXX").string();
+    ASSERT_NE(nullptr, mkdtemp(folder.data()));
+    folder_ = folder;
+    fs::permissions(folder_, fs::perms(0755));
+    file_ = folder_ / "libusb-0.1.so.4";
+    fs::copy_file(TAVLYN_STANDIN_BULK, file_);
+    fs::permissions(file_, fs::perms(0644));
+    SetVariable("TAVLYNAPI_LIBUSB", file_.c_str());
+  }
+  void TearDown() override {
+    SetVariable("TAVLYNAPI_LIBUSB", nullptr);
+    if (!folder_.empty()) fs::remove_all(folder_);
+  }
+
+  static bool IsLoaded(const fs::path& file) {
+    void* library = dlopen(file.c_str(), RTLD_NOW | RTLD_NOLOAD);
+    if (library != nullptr) dlclose(library);
+    return library != nullptr;
+  }
+  void ExpectRefused(int line = __builtin_LINE()) {
+    EXPECT_FALSE(usb_.Load()) << "from line " << line;
+    EXPECT_FALSE(IsLoaded(file_)) << "from line " << line;
+  }
+
+  fs::path folder_;
+  fs::path file_;
+  platform::Libusb& usb_ = platform::TheHost().usb;
+};
+
+TEST_F(HostLibusb, OnlyRootMayWriteTheFile) {
+  for (const unsigned mode : {0664U, 0646U, 0666U}) {
+    fs::permissions(file_, fs::perms(mode));
+    ExpectRefused();
+  }
+  fs::permissions(file_, fs::perms(0644));
+  ASSERT_EQ(0, chown(file_.c_str(), kNobody, 0));
+  ExpectRefused();
+}
+
+TEST_F(HostLibusb, OnlyRootMayWriteTheFolder) {
+  for (const unsigned mode : {0775U, 0757U, 01777U}) {
+    fs::permissions(folder_, fs::perms(mode));
+    ExpectRefused();
+  }
+  fs::permissions(folder_, fs::perms(0755));
+  ASSERT_EQ(0, chown(folder_.c_str(), kNobody, 0));
+  ExpectRefused();
+}
+
+TEST_F(HostLibusb, WhatIsNoFileIsRefused) {
+  fs::remove(file_);
+  ExpectRefused();
+  fs::create_directory(file_);
+  ExpectRefused();
+  SetVariable("TAVLYNAPI_LIBUSB", "");
+  ExpectRefused();
+}
+
+// What counts is the file that would be loaded, not the link to it.
+TEST_F(HostLibusb, LinkIsFollowedBeforeTheTest) {
+  const fs::path inner = folder_ / "writable";
+  fs::create_directory(inner);
+  const fs::path moved = inner / "libusb.so";
+  fs::rename(file_, moved);
+  fs::create_symlink(moved, file_);
+  fs::permissions(inner, fs::perms(0777));
+  EXPECT_FALSE(usb_.Load());
+  EXPECT_FALSE(IsLoaded(moved));
+  fs::permissions(inner, fs::perms(0755));
+  fs::permissions(folder_, fs::perms(0777));
+  EXPECT_TRUE(usb_.Load());
+  EXPECT_TRUE(IsLoaded(moved));
+}
+
+TEST_F(HostLibusb, NamesThatAreMissingFail) {
+  Dl_info own{};
+  ASSERT_NE(0, dladdr(reinterpret_cast<void*>(&dlopen), &own));
+  SetVariable("TAVLYNAPI_LIBUSB", own.dli_fname);
+  ASSERT_TRUE(usb_.Load()) << own.dli_fname << " has none of them";
+  EXPECT_EQ(-1, usb_.FindBusses());
+  EXPECT_EQ(-1, usb_.FindDevices());
+  EXPECT_EQ(kNoHandle, usb_.Open(kReader));
+  EXPECT_EQ(-1, usb_.ClaimInterface(1, 0));
+}
+
+TEST_F(HostLibusb, DeviceThatOpensOnALaterBusIsUsed) {
+  ASSERT_TRUE(usb_.Load());
+  EXPECT_EQ(2, usb_.FindBusses());
+  EXPECT_EQ(3, usb_.FindDevices());
+  EXPECT_EQ(kNoHandle, usb_.Open({0x171B, 0x1005}));
+  const Handle device = usb_.Open(kReader);
+  ASSERT_NE(kNoHandle, device);
+  EXPECT_EQ(0, usb_.ClaimInterface(device, 0));
+  EXPECT_EQ(0, usb_.SetConfiguration(device, 1));
+  const std::array<std::uint8_t, 3> sent{0xFA, 0x04, 0xED};
+  EXPECT_EQ(3, usb_.BulkWrite(device, 0x03, sent, 250));
+  std::array<std::uint8_t, 3> got{};
+  EXPECT_EQ(3, usb_.BulkRead(device, 0x83, got, 250));
+  EXPECT_EQ(sent, got);
+  EXPECT_EQ(0, usb_.ReleaseInterface(device, 0));
+  usb_.Close(device);
+  usb_.Close(device);
+  EXPECT_EQ(-1, usb_.BulkRead(device, 0x83, got, 250));
+  const Handle again = usb_.Open(kReader);
+  EXPECT_NE(device, again) << "a number is never given out twice";
+  usb_.Close(again);
+
+  void* library = dlopen(file_.c_str(), RTLD_NOW | RTLD_NOLOAD);
+  ASSERT_NE(nullptr, library);
+  const auto calls = reinterpret_cast<const char* (*)()>(dlsym(library, "standin_calls"));
+  ASSERT_NE(nullptr, calls);
+  EXPECT_STREQ(
+      "init;busy;open;claim 0;strerror;configuration 1;write 3 250;read 131 250;release "
+      "0;close;busy;open;close;",
+      calls());
+  dlclose(library);
+  // They stay bound when the file may not be trusted any more.
+  fs::permissions(file_, fs::perms(0666));
+  EXPECT_FALSE(usb_.Load());
+  EXPECT_EQ(2, usb_.FindBusses());
+}
+
+}  // namespace
+}  // namespace tavlyn::boundary
