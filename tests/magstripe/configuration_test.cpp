@@ -175,6 +175,7 @@ TEST_F(StripeCfg, ResetReadsTheDefaults) {
 
 TEST_F(StripeCfg, AFailedResetReadsNothing) {
   stripe->lost = {"FD"};
+  Entry().LastLibErr = 5;
   EXPECT_EQ(ResetFactoryDflts(), 0U);
   EXPECT_EQ(GetLastLibErr(), TAVLYN_ERR_RESET);
   ExpectCommands({"FD"});
