@@ -26,8 +26,8 @@
  * - GetTimeParms, SetTimeParms: kept by the host, read or not, and never sent; the last word stays. The key
  *   times of accessors.h are others: milliseconds in the mirror that travel as bytes in steps of 4.
  * - GetActiveID: the piece of the last swipe that sorbaneSetActiveID has chosen, as text, in as many bytes of
- *   the buffer as length says; the result is the length of the text. The error word is cleared before CD0:
- *   a track that could not be fetched shows in the text alone. Traffic: that of sorbaneGetTrackData, then CD0.
+ *   the buffer as length says; the result is the length of the text. The error word is cleared before CD0, so
+ *   that a lost track shows in the text alone. Traffic: that of sorbaneGetTrackData, then CD0.
  * - GetActiveID32: the same for 32 bytes at most, but the buffer stays as it was. getActiveID, getActiveID32:
  *   the bytes are handed out by getActiveID_byte.
  * - GetQueuedID: the same for 32 bytes, kept for GetQueuedID_index, which gives the first of them for every

@@ -269,6 +269,7 @@ TEST_F(StripeSettings, RawReportsAreThoseOfATransaction) {
   EXPECT_EQ(set(7, 0), 0U);
   ExpectTraffic({});
   EXPECT_EQ(set(8, 0), 1U);
+  EXPECT_EQ(Sorbane.request[0], 0);
   ExpectTraffic({"set 51 52 5A 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 0D", "get"});
   EXPECT_EQ(got(4), 'S');
   EXPECT_EQ(got(9), 'E');
