@@ -168,9 +168,12 @@ TEST_F(SonarRecords, LedFlagsAsARecord) {
     EXPECT_EQ(SetLEDCtrl(&leds), flags);
     EXPECT_EQ(Block().words[sonar::LEDFlagsS], flags);
   }
-  Block().words[sonar::LEDFlagsS] = 0x45;
-  EXPECT_EQ(GetLEDCtrl(&leds), 0x45U);
-  EXPECT_EQ(leds.iRedLEDState | leds.iGrnLEDState | leds.bAppCtrlsLED, 0);
+  for (const std::uint16_t flags : {std::uint16_t{8}, std::uint16_t{0x45}, std::uint16_t{0xFFFF}}) {
+    Block().words[sonar::LEDFlagsS] = flags;
+    leds = {9, 9, 9, 9, 9, 9, 9, 9};
+    EXPECT_EQ(GetLEDCtrl(&leds), flags);
+    EXPECT_EQ(leds.iRedLEDState | leds.iGrnLEDState | leds.bAppCtrlsLED, 0) << flags;
+  }
   const tsLEDCtrl anyBits = {-1, 2, 4, 0, 0, 0, 0, 1};
   EXPECT_EQ(SetLEDCtrl(&anyBits), 7U);
   EXPECT_EQ(Marks(), 0U);
