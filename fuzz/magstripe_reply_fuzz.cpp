@@ -5,13 +5,9 @@
 #include <array>
 #include <memory>
 
-#include "api.h"
-#include "core/front/load.h"
-#include "core/product.h"
 #include "core/state.h"
 #include "fuzz/any_device.h"
-#include "fuzz/scratch_file.h"
-#include "sim/carriers/virtual_host.h"
+#include "fuzz/connected.h"
 
 namespace tavlyn::fuzz {
 namespace {
@@ -77,9 +73,9 @@ void ReadIds() {
   }
   sim::VirtualHost::Instance().clock.tick += 1000;
   Require(GetActiveID32(id.data(), 40) <= 32);
-  Require(kMagstripeProduct.getQueuedId(0, 0) <= 32);
-  Require(kMagstripeProduct.queuedIdPart(32) <= 65535);
-  Require(kMagstripeProduct.queuedIdPart(33) <= 255);
+  Require(GetQueuedID(0, 0) <= 32);
+  Require(GetQueuedID_index(32) <= 65535);
+  Require(GetQueuedID_index(33) <= 255);
 }
 
 void AskStatus() {
@@ -87,8 +83,8 @@ void AskStatus() {
   sorbaneGetSystemUptime();
   sorbaneGetSystemCardsRead();
   for (std::uint32_t index = 0; index < 5; ++index) Require(sorbaneGetSystemInternalCount(index) <= 65535);
-  for (std::int16_t index = 0; index < 12; ++index) kMagstripeProduct.setRawPayload(index, 'Q');
-  for (std::uint16_t index = 0; index < 12; ++index) Require(kMagstripeProduct.rawReplyByte(index) <= 255);
+  for (std::int16_t index = 0; index < 12; ++index) SetRawPayload_index(index, 'Q');
+  for (std::uint16_t index = 0; index < 12; ++index) Require(index < 10 || GetRawPayload_index(index) == 2);
 }
 
 void CheckMirror() {
@@ -110,19 +106,9 @@ void Talk(std::uint8_t calls) {
 }
 
 void Meet(std::uint8_t refusals, std::uint8_t calls, std::span<const std::uint8_t> answers) {
-  sim::VirtualHost& host = sim::VirtualHost::Instance();
-  host.Reset();
-  Load();
-  host.hid.Plug("stripe", std::make_shared<AnyStripe>(refusals, answers));
-  SetDevTypeSrch(0);
-  SetConnectProduct(2);
-  USBConnect(nullptr);
-  if (GetDevCnt() == 1) Talk(calls);
-  USBDisconnect();
-  Require(host.hid.OpenHandles() == 0);
-  Require(host.mutex.Depth() == 0);
-  Unload();
-  Require(host.Misuses().empty());
+  const Connected connected(2, std::make_shared<AnyStripe>(refusals, answers));
+  Require(GetDevCnt() == 1);
+  Talk(calls);
 }
 
 }  // namespace

@@ -1,39 +1,28 @@
-// A library that has just been loaded and connected to one simulated reader, as long as the object lasts.
+// A library that is connected to one simulated reader, as long as the object lasts.
 #pragma once
 
 #include <memory>
 #include <utility>
 
-#include "api.h"
-#include "core/front/load.h"
-#include "fuzz/scratch_file.h"
-#include "sim/carriers/virtual_host.h"
+#include "fuzz/connected.h"
 #include "sim/devices/reader.h"
 
 namespace tavlyn::fuzz {
 
 class PluggedReader {
  public:
-  explicit PluggedReader(std::shared_ptr<sim::Reader> plugged) : reader(std::move(plugged)) {
-    host.Reset();
-    Load();
-    host.hid.Plug("reader", reader);
-    SetDevTypeSrch(0);
-    SetConnectProduct(1);
-    Require(USBConnect(nullptr) == 1);
+  explicit PluggedReader(std::shared_ptr<sim::Reader> plugged)
+      : reader(std::move(plugged)), connected_(1, reader) {
+    Require(connected_.read);
   }
-  ~PluggedReader() {
-    Unload();
-    Require(host.Misuses().empty());
-  }
-  PluggedReader(const PluggedReader&) = delete;
-  PluggedReader& operator=(const PluggedReader&) = delete;
 
   // Feature reports so far.
   [[nodiscard]] int Exchanges() const { return reader->faults.Exchanges(); }
 
-  sim::VirtualHost& host = sim::VirtualHost::Instance();
   std::shared_ptr<sim::Reader> reader;
+
+ private:
+  Connected connected_;
 };
 
 }  // namespace tavlyn::fuzz

@@ -7,12 +7,9 @@
 #include <span>
 #include <string_view>
 
-#include "api.h"
-#include "core/front/load.h"
 #include "core/state.h"
 #include "fuzz/any_device.h"
-#include "fuzz/scratch_file.h"
-#include "sim/carriers/virtual_host.h"
+#include "fuzz/connected.h"
 
 namespace tavlyn::fuzz {
 namespace {
@@ -93,18 +90,8 @@ void Talk(std::uint8_t calls) {
 
 void Meet(std::uint8_t kind, std::uint8_t refusals, std::uint8_t calls,
           std::span<const std::uint8_t> answers) {
-  sim::VirtualHost& host = sim::VirtualHost::Instance();
-  host.Reset();
-  Load();
-  host.hid.Plug("device", std::make_shared<AnyDevice>(ReaderIdentity(kind), refusals, answers));
-  SetDevTypeSrch(0);
-  SetConnectProduct(1);
-  if (USBConnect(nullptr) == 1) Talk(calls);
-  USBDisconnect();
-  Require(host.hid.OpenHandles() == 0);
-  Require(host.mutex.Depth() == 0);
-  Unload();
-  Require(host.Misuses().empty());
+  const Connected connected(1, std::make_shared<AnyDevice>(ReaderIdentity(kind), refusals, answers));
+  if (connected.read) Talk(calls);
 }
 
 }  // namespace

@@ -4,12 +4,9 @@
 #include <array>
 #include <memory>
 
-#include "api.h"
-#include "core/front/load.h"
 #include "core/state.h"
 #include "fuzz/any_device.h"
-#include "fuzz/scratch_file.h"
-#include "sim/carriers/virtual_host.h"
+#include "fuzz/connected.h"
 
 namespace tavlyn::fuzz {
 namespace {
@@ -54,25 +51,15 @@ void UseFile(std::string_view text) {
 
 void Meet(std::uint8_t refusals, std::uint8_t calls, std::span<const std::uint8_t> answers,
           std::string_view text) {
-  sim::VirtualHost& host = sim::VirtualHost::Instance();
-  host.Reset();
-  Load();
   sim::HidIdentity identity;
   identity.vid = 0x18C8;
   identity.pid = 0x2BFA;
   identity.usages = {{1, 6}};
-  host.hid.Plug("sensor", std::make_shared<AnyDevice>(identity, refusals, answers));
-  SetDevTypeSrch(0);
-  SetConnectProduct(4);
-  if (USBConnect(nullptr) == 1) {
-    CheckRanges();
-    UseFile(text);
-    Talk(calls);
-  }
-  USBDisconnect();
-  Require(host.hid.OpenHandles() == 0);
-  Unload();
-  Require(host.Misuses().empty());
+  const Connected connected(4, std::make_shared<AnyDevice>(identity, refusals, answers));
+  if (!connected.read) return;
+  CheckRanges();
+  UseFile(text);
+  Talk(calls);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-/* The card on the reader. */
+/* The card on the reader. What magstripe readers and sonar sensors give stands in magstripe.h and sonar.h. */
 #ifndef TAVLYN_API_ACTIVE_ID_H
 #define TAVLYN_API_ACTIVE_ID_H
 

@@ -1,4 +1,5 @@
-/* A device's configuration as a text file, with or without an integrity trailer. */
+/* A device's configuration as a text file, with or without an integrity trailer. What the saves and loads of
+ * configurations do on other products than card readers stands in magstripe.h and sonar.h. */
 #ifndef TAVLYN_API_FILES_H
 #define TAVLYN_API_FILES_H
 

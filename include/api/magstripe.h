@@ -1,15 +1,42 @@
 /* Magnetic-stripe reader: tracks, user fields, counts. Unless a comment says otherwise each call returns
- * unsupported when the active device is no magnetic-stripe reader.
+ * unsupported when the active device is no magnetic-stripe reader. The host keeps a mirror of the reader's
+ * configuration: the settings here change the mirror alone and cause no traffic, but for sorbaneSetLED.
  *
- * ReadCfg fills the host's mirror of the reader's configuration, WriteCfg sends it; the settings here change
- * the mirror alone and cause no traffic, but for sorbaneSetLED. ResetFactoryDflts, BeepNow (a digit 1 to 5,
- * or 1 or 2 long ones), Ping, GetActiveID, GetActiveID32, GetQueuedID, GetLEDCtrl, SetLEDCtrl (all five
- * colours at once), GetTimeParms, SetTimeParms (kept by the host, never sent), WriteDevCfgToFile and
- * ReadDevCfgFmFile serve this reader too.
+ * Traffic. A command is a text in a packet of 24 bytes that ends in 0D, one feature report, and the reply,
+ * fetched 2 ms later (202 ms after FW and FD), is a packet that begins with "R". Commands are given here as
+ * texts; bytes travel as pairs of hexadecimal digits. A failed exchange leaves the error word alone, but for
+ * 0x202, unless another is named. Over a serial link no reply is fetched, so that every exchange fails there.
  *
- * Traffic. A command is a text in a packet of 24 bytes that ends in 0D, one feature report, and the reply is
- * a packet that begins with "R". Commands are given here as texts; bytes travel as pairs of hexadecimal
- * digits. A failed exchange leaves the error word alone, but for 0x202. */
+ * Of the general calls such a reader serves, beside those of identity.h:
+ *
+ * - ReadCfg: QRZ, once more after 25 ms if need be; QSV; Ga0 Ga1 GaC to Gk0 Gk1 GkC, the user fields; GS0;
+ *   GL0. 0: error word 0x20000 (no part number), 0x20001 (the first two parts of a user field), none (the
+ *   third part, the colours); what came is kept. Without a reply to QSV or GS0 the versions or the settings
+ *   stay as they were.
+ * - WriteCfg: the whole mirror, changed or not. FR; Sa0 Sa1 SaC to Sk0 Sk1 SkC; SS0; SL0; FW and 1100 ms. 0
+ *   at the first failure, of which the reader is not told: error word 0x20001 (the first two parts of a user
+ *   field) or none.
+ * - ResetFactoryDflts: FD, 1100 ms, then ReadCfg. 0: error bit 0x80000, or the read failed.
+ * - Ping: QRZ, once more after 25 ms if need be.
+ * - BeepNow: BS and a digit from 1 to 5, or BL and 1 or 2; the count is brought into that range. 1: the
+ *   reader answered.
+ * - SetLEDCtrl: SL0; all five colours become off, red, green or amber, by the two states; with bAppCtrlsLED 0
+ *   they become the reader's own again. 1: the reader answered. Null: 0.
+ * - GetLEDCtrl: the two states of colour 0; the other words stay. 1. Null: 0.
+ * - GetTimeParms, SetTimeParms: kept by the host, read or not, and never sent; the last word stays. The key
+ *   times of accessors.h are others: milliseconds in the mirror that travel as bytes in steps of 4.
+ * - GetActiveID: the piece of the last swipe that sorbaneSetActiveID has chosen, as text, in as many bytes of
+ *   the buffer as length says; the result is the length of the text. The error word is cleared before CD0, so
+ *   that a lost track shows in the text alone. Traffic: that of sorbaneGetTrackData, then CD0.
+ * - GetActiveID32: the same for 32 bytes at most, but the buffer stays as it was. getActiveID, getActiveID32:
+ *   the bytes are handed out by getActiveID_byte.
+ * - GetQueuedID: the same for 32 bytes, kept for GetQueuedID_index, which gives the first of them for every
+ *   index from 0 to 31. Index 32 asks for the count of the queue, GQ0, 0 for a failed exchange; 33 is the
+ *   byte that came behind the count. Another index: unsupported, sign-extended from 16 bits.
+ * - GetFirmwareVersion: index 0 the device ID word, 1 the second version word, otherwise 0.
+ * - WriteDevCfgToFile: mirror and LUID as they stand, as a text file of "key: value" lines. No traffic.
+ * - ReadDevCfgFmFile: such lines into mirror and LUID, numbers cut to their room and not tested. 0 for a file
+ *   without the title in its first 257 bytes, with nothing changed. No traffic. */
 #ifndef TAVLYN_API_MAGSTRIPE_H
 #define TAVLYN_API_MAGSTRIPE_H
 

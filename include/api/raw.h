@@ -17,8 +17,8 @@ TAVLYN_API uint32_t GetQueuedID(uint16_t first, int16_t second);
 
 /* Part of the record: 0 to 31 byte of the ID, 32 a word (sign-extended from 16 bits), 33 a word, 34 and 35 a
  * byte; 0 for another index. A fetch over a serial link that fails leaves what the pages before it did not
- * replace. Magstripe reader: see there. Sonar sensor: 0. Another kind or no device: unsupported. No traffic
- * with a card reader. */
+ * replace. Magstripe reader: see magstripe.h. Sonar sensor: 0. Another kind or no device: unsupported. No
+ * traffic with a card reader. */
 TAVLYN_API uint32_t GetQueuedID_index(int16_t index);
 
 /* Stores value at a position of the raw command: 1 to 8 are its bytes; 0 clears command and reply first, and

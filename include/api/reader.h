@@ -1,5 +1,5 @@
 /* What is asked of a reader besides its ID: configuration, configurations of a plus reader, texts, firmware.
- */
+ * What ReadCfg, WriteCfg and ResetFactoryDflts do on other products stands in magstripe.h and sonar.h. */
 #ifndef TAVLYN_API_READER_H
 #define TAVLYN_API_READER_H
 

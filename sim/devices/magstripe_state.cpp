@@ -86,7 +86,7 @@ void LoseWorkingMemory(MagstripeState& state) {
   state.waiting.clear();
   state.overruns = 0;
   state.cardsRead = 0;
-  state.goodTracks = state.badTracks = state.commands = 0;
+  state.goodTracks = state.badTracks = state.commands = state.unknownCommands = 0;
 }
 
 }  // namespace tavlyn::sim

@@ -24,6 +24,7 @@ std::uint32_t Dispatch(Result (*Product::*routine)(Parameters...), Arguments... 
 
 inline bool ReaderIsActive() { return ActiveInRange() && ActiveEntry().ProductKind == kReader; }
 inline bool MagstripeIsActive() { return ActiveInRange() && ActiveEntry().ProductKind == kMagstripe; }
+inline bool SonarIsActive() { return ActiveInRange() && ActiveEntry().ProductKind == kSonar; }
 inline bool PlusReaderIsActive() { return ReaderIsActive() && ActiveEntry().PlusState == kPlusReader; }
 
 // UnsupportedValue for the few exports that sign-extend it.

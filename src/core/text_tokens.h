@@ -10,7 +10,8 @@
 
 namespace tavlyn {
 
-// Between bytes in hexadecimal.
+// Between a key, its value and what follows them; and between bytes in hexadecimal.
+inline constexpr const char* kEntryDelimiters = ", =\t";
 inline constexpr const char* kDataDelimiters = ",. \t";
 
 // strtok on a text of one's own: an empty token is the end.

@@ -19,7 +19,6 @@ namespace {
 constexpr std::size_t kTitleWithin = 128;
 constexpr int kLineRoom = 128;
 constexpr int kCardLineRoom = 257;
-constexpr const char* kEntryDelimiters = ", =\t";
 // First byte of a separator area whose reader keeps iExOutputFormat.
 constexpr std::uint8_t kExtendedFormat = 0x24;
 // The eleventh configuration of a reader is never loaded.

@@ -17,9 +17,6 @@ namespace {
 constexpr std::uint32_t kNotOurs = 10;
 constexpr std::uint32_t kNotOpened = 11;
 
-constexpr platform::HidIds kMagstripePair{0x7A31, 0x1000};
-constexpr platform::HidIds kSonarPair{0x18C8, 0x2BFA};
-
 enum class Named : std::uint8_t { kNewEntry, kFirstEntry };
 
 struct ArrivalRow {

@@ -17,7 +17,7 @@ constexpr std::uint16_t kAnyVendorPid = 0x104;
 constexpr platform::HidUsage kVendorCollection{0xFFA0, 0xA000};
 
 // Magstripe readers and sonar sensors show as keyboards.
-constexpr platform::HidIds kKeyboardPairs[] = {kMagstripePair, {0x18C8, 0x2BFA}};
+constexpr platform::HidIds kKeyboardPairs[] = {kMagstripePair, kSonarPair};
 
 platform::HidSystem& Hid() { return platform::TheHost().hid; }
 

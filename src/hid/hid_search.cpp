@@ -4,6 +4,8 @@
 
 namespace tavlyn {
 
+bool Searches(std::int16_t link) { return DevTypeSrch == link || DevTypeSrch == -1; }
+
 tsDevEntry* NextHidEntry() {
   return HidFoundCnt < kTableEntries ? &DevTable[static_cast<std::size_t>(HidFoundCnt)] : nullptr;
 }

@@ -9,6 +9,9 @@
 
 namespace tavlyn {
 
+// Whether DevTypeSrch lets a search look there: 0 USB, 1 COM ports, 2 Ethernet.
+bool Searches(std::int16_t link);
+
 // The entry of the next find, or null when the table is full.
 tsDevEntry* NextHidEntry();
 

@@ -41,6 +41,7 @@ void ParseVidPidLine(const char* text);
 
 inline constexpr platform::HidIds kMainPair{0x7A31, 0x3BFA};
 inline constexpr platform::HidIds kMagstripePair{0x7A31, 0x1000};
+inline constexpr platform::HidIds kSonarPair{0x18C8, 0x2BFA};
 inline constexpr platform::HidIds kReportId1Pair{0x7A31, 0x3BFB};
 
 constexpr bool SameIds(platform::HidIds a, platform::HidIds b) { return a.vid == b.vid && a.pid == b.pid; }

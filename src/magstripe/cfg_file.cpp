@@ -2,12 +2,13 @@
 
 #include <array>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <string_view>
 
+#include "core/lines.h"
 #include "core/state.h"
 #include "core/text_file.h"
+#include "core/text_tokens.h"
 #include "core/version.h"
 
 namespace tavlyn {
@@ -17,8 +18,9 @@ constexpr const char* kMark = "//";
 constexpr const char* kTitle = "--- Sorbane Configuration Template File ---";
 constexpr const char* kEnd = "//##END##";
 
-// A line and its terminator; a longer one is read in pieces.
-using Line = std::array<char, 257>;
+// A longer line is taken in pieces, and the title must stand within as much.
+constexpr std::size_t kLineRoom = 257;
+using Text = std::array<char, kLineRoom>;
 
 template <typename Owner>
 struct SavedByte {
@@ -138,18 +140,16 @@ void Store(const Setting& setting, long number) {
 }
 
 // A key, its colon, a number with or without blanks before it. Any other line is passed over.
-void TakeLine(const char* line, const Settings& settings) {
-  const char* const colon = std::strchr(line, ':');
-  if (colon == nullptr) return;
-  const Setting* setting = settings.Find({line, static_cast<std::size_t>(colon - line)});
-  if (setting == nullptr) return;
-  char* end = nullptr;
-  const long number = std::strtol(colon + 1, &end, 10);
-  if (end != colon + 1) Store(*setting, number);
+void TakeLine(std::string_view line, const Settings& settings) {
+  const std::size_t colon = line.find(':');
+  if (colon == std::string_view::npos) return;
+  const Setting* setting = settings.Find(line.substr(0, colon));
+  long number = 0;
+  if (setting != nullptr && Scan(line.substr(colon + 1), "%ld", number)) Store(*setting, number);
 }
 
 bool HasTitle(std::FILE* file) {
-  Line start{};
+  Text start{};
   const std::size_t read = std::fread(start.data(), 1, start.size(), file);
   return std::string_view(start.data(), read).find(kTitle) != std::string_view::npos;
 }
@@ -162,7 +162,7 @@ std::uint32_t SaveSorbaneFile(const char* path) {
   std::fprintf(file.get(), "%s%s\n", kMark, kTitle);
   std::fprintf(file.get(), "%sLibrary Version%c %d.%d.%d \n", kMark, kInformationMark, kVersionMajor,
                kVersionMinor, kVersionBuild);
-  Line text{};
+  Text text{};
   tsDevEntry& entry = ActiveEntry();
   for (const Setting& setting : Settings(entry)) {
     std::snprintf(text.data(), text.size(), "%s: %ld", setting.key.data(), ValueOf(setting, entry));
@@ -178,11 +178,10 @@ std::uint32_t LoadSorbaneFile(const char* path) {
   if (file == nullptr || !HasTitle(file.get())) return 0;
   std::rewind(file.get());
   const Settings settings(ActiveEntry());
-  Line line{};
+  Lines<kLineRoom> lines(file.get());
+  std::string_view line;
   // The mark of the end is deliberately not looked for.
-  while (std::fgets(line.data(), static_cast<int>(line.size()), file.get()) != nullptr) {
-    TakeLine(line.data(), settings);
-  }
+  while (lines.Next(line)) TakeLine(line, settings);
   return 1;
 }
 

@@ -6,6 +6,8 @@
 
 namespace tavlyn {
 
+inline constexpr const char* kSorbaneDigits = "0123456789ABCDEF";
+
 struct SorbaneCommand {
   const char* name;           // each ? stands for one character of the arguments
   std::uint8_t sent = 0;      // bytes behind the name; those that are not given are 0

@@ -11,8 +11,6 @@
 namespace tavlyn {
 namespace {
 
-bool Searches(std::int16_t link) { return DevTypeSrch == link || DevTypeSrch == -1; }
-
 bool IsOpened(const tsDevEntry& entry) { return entry.SorbaneBlock.bOpened != 0; }
 
 bool OneIsOpened() {

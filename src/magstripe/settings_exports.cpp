@@ -33,7 +33,7 @@ std::uint32_t SetFlag(std::uint16_t number, Member member, std::int16_t on) {
   return SetField(number, member, on != 0 ? 1 : 0);
 }
 
-// The key bytes of a field, or null.
+// A key byte of a field, or null.
 std::uint8_t* KeyOf(std::uint16_t number, std::uint16_t index) {
   tsSorbaneField* field = FieldOf(number);
   return field != nullptr && index < kSorbaneKeys ? &field->Keybyte[index] : nullptr;
@@ -41,7 +41,7 @@ std::uint8_t* KeyOf(std::uint16_t number, std::uint16_t index) {
 
 constexpr std::uint8_t kTrackBits = 7;
 
-// The nibble of a beep: how far it is shifted, or a number above 4 when which names none.
+// Which beep an export means, and the nibble that it has in Beeper.
 constexpr std::uint16_t kGoodRead = 2;
 constexpr std::uint16_t kBadRead = 3;
 constexpr int kLongBit = 8;

@@ -34,10 +34,10 @@ void Convert(const Coding& coding, std::span<std::uint8_t> bytes) {
 }
 
 bool FetchBlocks(std::uint16_t track, std::size_t lastBlock) {
-  constexpr const char* kDigits = "0123456789ABCDEF";
   for (std::size_t block = 0; block <= lastBlock; ++block) {
     const auto bytes = std::span(Sorbane.track).subspan(kBlockBytes * block, kBlockBytes);
-    if (!SorbaneAsk(sorbane::kTrackBlock, bytes, {kDigits[track], kDigits[block]})) return false;
+    if (!SorbaneAsk(sorbane::kTrackBlock, bytes, {kSorbaneDigits[track], kSorbaneDigits[block]}))
+      return false;
     if (block == 0) lastBlock = std::min(lastBlock, (Sorbane.track[0] & kHeaderCount) / kBlockBytes);
   }
   return true;

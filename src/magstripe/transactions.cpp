@@ -59,7 +59,6 @@ bool Exchange(const char* text, std::uint8_t* reply) {
 using Text = std::array<char, kSorbanePacket + 1>;
 
 Text TextOf(const SorbaneCommand& command, SorbaneLetters letters, std::span<const std::uint8_t> bytes) {
-  constexpr const char* kDigits = "0123456789ABCDEF";
   Text text{};
   std::size_t used = 0;
   const auto add = [&](char character) {
@@ -71,8 +70,8 @@ Text TextOf(const SorbaneCommand& command, SorbaneLetters letters, std::span<con
   }
   for (std::size_t at = 0; at < command.sent; ++at) {
     const std::uint8_t byte = at < bytes.size() ? bytes[at] : std::uint8_t{0};
-    add(kDigits[byte >> 4]);
-    add(kDigits[byte & 15]);
+    add(kSorbaneDigits[byte >> 4]);
+    add(kSorbaneDigits[byte & 15]);
   }
   return text;
 }

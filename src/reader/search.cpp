@@ -20,8 +20,6 @@ constexpr const char* kTag = "tavlyn_USBConnect";
 // These readers beep when they have been found.
 constexpr const char* kBeepsWhenFound = "19E5:2021 Orvantis Quill";
 
-bool Searches(std::int16_t link) { return DevTypeSrch == link || DevTypeSrch == -1; }
-
 void AddReader(const char* path, std::int32_t row) {
   tsDevEntry* entry = NextHidEntry();
   if (entry == nullptr) return;

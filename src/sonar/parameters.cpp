@@ -97,7 +97,7 @@ bool WriteAll() {
   return ActiveEntry().bLUIDDirty == 0 || WriteIdentity(page);
 }
 
-std::uint32_t Move(Command command) {
+std::uint32_t MoveDefaults(Command command) {
   ActiveEntry().LastLibErr = 0;
   if (!Tell(command)) {
     ActiveEntry().LastLibErr |= TAVLYN_ERR_RESET;
@@ -129,7 +129,7 @@ std::uint32_t ResetToFactory() {
   constexpr std::uint16_t kVersionBits = 0xFFF0;
   constexpr std::uint16_t kSetsIdleFlags = 0x400;
   ActiveBlock().SonarOpMark = kReset;
-  if (Move(Command::kFactoryDefaults) == 0) return 0;
+  if (MoveDefaults(Command::kFactoryDefaults) == 0) return 0;
   if ((ActiveEntry().DID & kVersionBits) != kSetsIdleFlags) return 1;
   // Sensors of this version come out of a reset with idle flags that must not stay.
   ActiveBlock().words[FlagsI] = 0;
@@ -139,9 +139,9 @@ std::uint32_t ResetToFactory() {
 
 std::uint32_t ResetToUserDefaults() {
   ActiveBlock().SonarOpMark = kReset;
-  return Move(Command::kRestoreUserDefaults);
+  return MoveDefaults(Command::kRestoreUserDefaults);
 }
 
-std::uint32_t SaveAsUserDefaults() { return Move(Command::kSaveUserDefaults); }
+std::uint32_t SaveAsUserDefaults() { return MoveDefaults(Command::kSaveUserDefaults); }
 
 }  // namespace tavlyn::sonar

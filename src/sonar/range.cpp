@@ -53,12 +53,12 @@ std::uint16_t RangeAsId(std::uint8_t* buffer, std::int16_t length) {
 using namespace tavlyn;
 
 std::uint32_t GetObjRangeInfo(std::uint16_t* words) {
-  if (!sonar::SonarIsActive()) return UnsupportedSigned();
+  if (!SonarIsActive()) return UnsupportedSigned();
   return words != nullptr ? sonar::QueryRange(words) : 0;
 }
 
 std::uint32_t HaltKBSends(std::uint32_t halt) {
-  if (!sonar::SonarIsActive()) return UnsupportedSigned();
+  if (!SonarIsActive()) return UnsupportedSigned();
   const sonar::Command command = halt != 0 ? sonar::Command::kHaltKeys : sonar::Command::kSendKeys;
   SearchErr = 0;
   sonar::ActiveBlock().SonarOpMark = static_cast<std::uint32_t>(command);

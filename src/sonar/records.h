@@ -28,7 +28,6 @@ inline constexpr std::array<Record, 4> kRecords = {{
     {"tsIdleParms", kFirstOfIdleParms, 8, &SonarBlock::bIdleChanged, 5, 1},
 }};
 
-inline bool SonarIsActive() { return ActiveInRange() && ActiveEntry().ProductKind == kSonar; }
 inline SonarBlock& ActiveBlock() { return ActiveEntry().SonarBlock; }
 
 // Brings every word that a read has stored into its range.

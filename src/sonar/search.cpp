@@ -6,8 +6,6 @@
 namespace tavlyn::sonar {
 namespace {
 
-constexpr platform::HidIds kSonarPair{0x18C8, 0x2BFA};
-
 void AddSensor(const char* path, std::int32_t row) {
   tsDevEntry* entry = NextHidEntry();
   if (entry == nullptr) return;
@@ -21,7 +19,7 @@ void AddSensor(const char* path, std::int32_t row) {
 bool SearchSensors() {
   const std::int16_t start = DevCnt;
   SearchErr = 0;
-  if (DevTypeSrch == -1 || DevTypeSrch == 0) SearchHidPair(kSonarPair, AddSensor);
+  if (Searches(0)) SearchHidPair(kSonarPair, AddSensor);
   SetActDev(static_cast<std::int16_t>(DevCnt - 1));
   return DevCnt != start;
 }

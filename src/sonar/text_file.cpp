@@ -14,7 +14,6 @@ namespace tavlyn::sonar {
 namespace {
 
 constexpr const char* kTitle = "--- Sonar Configuration Template File ---";
-constexpr const char* kDelimiters = ", =\t";
 // A longer line is taken in pieces, each a line of its own.
 constexpr std::size_t kLineRoom = 128;
 
@@ -32,8 +31,8 @@ constexpr std::array kLoadOrder = {kWalkAwayParms, kWalkUpParms, kSonarParms, kI
 
 void TakeLine(std::string_view line, SonarWords& words) {
   Tokens tokens(Content(line));
-  const std::string_view key = tokens.Next(kDelimiters);
-  const std::string_view value = tokens.Next(kDelimiters);
+  const std::string_view key = tokens.Next(kEntryDelimiters);
+  const std::string_view value = tokens.Next(kEntryDelimiters);
   std::uint16_t number = 0;
   if (value.empty() || !Scan(value, "%hu", number)) return;
   const auto saved =
@@ -44,7 +43,7 @@ void TakeLine(std::string_view line, SonarWords& words) {
 }  // namespace
 
 std::uint32_t SaveFile(const char* path) {
-  const File file = OpenFile(path, "w");
+  const File file = OpenFile(path, "wt");
   if (file == nullptr) return 0;
   WriteHeading(file.get(), kTitle);
   const SonarWords& words = ActiveBlock().words;
@@ -58,7 +57,7 @@ std::uint32_t SaveFile(const char* path) {
 }
 
 std::uint32_t LoadFile(const char* path) {
-  const File file = OpenFile(path, "r");
+  const File file = OpenFile(path, "rt");
   if (file == nullptr) return 0;
   // Words that the file does not name keep their values.
   SonarWords words = ActiveBlock().words;

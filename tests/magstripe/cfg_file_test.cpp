@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "tests/magstripe/stripe_bench.h"
+#include "tests/support/on_disk.h"
 
 namespace tavlyn::test {
 namespace {
@@ -53,7 +54,7 @@ class StripeFile : public StripeBench {
   std::string Saved() {
     EXPECT_EQ(WriteDevCfgToFile(path.c_str()), 1U);
     std::ostringstream text;
-    text << std::ifstream(path).rdbuf();
+    text << std::ifstream(path, std::ios::binary).rdbuf();
     return text.str();
   }
   std::uint32_t LoadText(const std::string& text) {
@@ -92,7 +93,7 @@ TEST_F(StripeFile, ASaveHasEverySetting) {
   expected += "KeyPressTime: 16                // 4MS units 4=16ms\n";
   expected += "KeyReleaseTime: 65535           // 4MS units 4=16ms\n";
   expected += "//##END##:                      \n";
-  EXPECT_EQ(Saved(), expected);
+  EXPECT_EQ(Saved(), OnDisk(expected));
   EXPECT_EQ(std::ranges::count(expected, '\n'), 312);
   ExpectTraffic({});
 }
@@ -138,6 +139,11 @@ TEST_F(StripeFile, ALineIsMatchedFromItsFirstCharacter) {
                                    {" LUID: 7", 1U},
                                    {"luid: 7", 1U},
                                    {"LUID: x", 1U},
+                                   {"LUID 7", 1U},
+                                   {"LUID: \n7", 1U},
+                                   {"UserField[0].LUID: 7", 1U},
+                                   {"LUID: +7x\r", 7U},
+                                   {"LUID: -32768", 0x8000U},
                                    {"LUID: 7\nLUID: 8\n//##END##:\nLUID: 9", 9U},
                                    {"UserField[00].Track: 7", 1U}}) {
     Entry().LUID = 1;
@@ -154,14 +160,20 @@ TEST_F(StripeFile, TheTitleMustLieInTheFirst257Bytes) {
   EXPECT_EQ(LoadText(std::string(300, 'x') + "\n" + rest), 0U);
   EXPECT_EQ(LoadText(std::string(room + 1, 'x') + rest), 0U) << "a byte of it lies beyond";
   EXPECT_EQ(GetLUID(), 1U);
+  EXPECT_EQ(LoadText("//--- sorbane Configuration Template File ---\nLUID: 7\n"), 0U);
+  EXPECT_EQ(LoadText(""), 0U);
+  EXPECT_EQ(GetLUID(), 1U);
   EXPECT_EQ(LoadText(std::string(room, '\n') + rest), 1U);
   EXPECT_EQ(GetLUID(), 7U);
-  EXPECT_EQ(LoadText(""), 0U);
+  EXPECT_EQ(LoadText("LUID: 8\n\nanything " + kTitle), 1U) << "anywhere in them";
+  EXPECT_EQ(GetLUID(), 8U);
 }
 
 TEST_F(StripeFile, ALongLineIsReadInPieces) {
   EXPECT_EQ(LoadText(kTitle + std::string(256, 'x') + "LUID: 7\n"), 1U);
   EXPECT_EQ(GetLUID(), 7U);
+  EXPECT_EQ(LoadText(kTitle + std::string(255, 'x') + "LUID: 8\n"), 1U);
+  EXPECT_EQ(GetLUID(), 7U) << "its first letter is in the piece before";
 }
 
 TEST_F(StripeFile, AFileThatCannotBeOpenedFails) {

@@ -1,4 +1,6 @@
 // Reading, writing and resetting the configuration: 37 exchanges each way.
+#include <cstring>
+
 #include "tests/magstripe/stripe_bench.h"
 
 namespace tavlyn::test {
@@ -41,8 +43,10 @@ TEST_F(StripeCfg, ReadFillsTheMirror) {
   stripe->replies["GbC"] = "RbCE31122FF44";
   stripe->replies["GS0"] = "RS0C50304785AB3";
   stripe->replies["GL0"] = "RL02703";
+  std::memset(Entry().PartNumber, 'x', sizeof Entry().PartNumber);
   EXPECT_EQ(ReadCfg(), 1U);
-  EXPECT_STREQ(Entry().PartNumber, "PART NUMBER\r123456789");
+  EXPECT_EQ(std::string(Entry().PartNumber, sizeof Entry().PartNumber),
+            "PART NUMBER\r123456789" + std::string(4, '\0'));
   EXPECT_EQ(Entry().DID, 0xABCD);
   EXPECT_EQ(Entry().DID2, 0x1234);
   EXPECT_EQ(GetFirmwareVersion(7, 0), 0xABCDU);
@@ -175,6 +179,7 @@ TEST_F(StripeCfg, ResetReadsTheDefaults) {
 
 TEST_F(StripeCfg, AFailedResetReadsNothing) {
   stripe->lost = {"FD"};
+  Entry().LastLibErr = 5;
   EXPECT_EQ(ResetFactoryDflts(), 0U);
   EXPECT_EQ(GetLastLibErr(), TAVLYN_ERR_RESET);
   ExpectCommands({"FD"});

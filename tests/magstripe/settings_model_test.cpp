@@ -1,7 +1,6 @@
 // Settings in memory, status, beeps and LEDs of a magnetic-stripe reader, and reports of a caller's own.
 #include <limits>
 
-#include "core/product.h"
 #include "core/state.h"
 #include "links/serial_port.h"
 #include "tests/magstripe/model_bench.h"
@@ -275,40 +274,39 @@ TEST_F(MagModelSettings, TimesAreKeptByTheHostAlone) {
 }
 
 TEST_F(MagModelSettings, ReportsOfOnesOwn) {
-  const Product& product = *ProductOf(kMagstripe);
-  EXPECT_EQ(product.setRawPayload(0, 9), 0U);
+  EXPECT_EQ(SetRawPayload_index(0, 9), 0U);
   const std::string command = "QSV";
   for (std::int16_t i = 0; i < 3; ++i) {
-    EXPECT_EQ(product.setRawPayload(static_cast<std::int16_t>(i + 1),
-                                    static_cast<std::uint8_t>(command.at(static_cast<std::size_t>(i)))),
+    EXPECT_EQ(SetRawPayload_index(static_cast<std::int16_t>(i + 1),
+                                  static_cast<std::uint8_t>(command.at(static_cast<std::size_t>(i)))),
               0U);
   }
-  for (std::int16_t i = 4; i < 8; ++i) EXPECT_EQ(product.setRawPayload(i, 0), 0U);
+  for (std::int16_t i = 4; i < 8; ++i) EXPECT_EQ(SetRawPayload_index(i, 0), 0U);
   ExpectTraffic({});
   // The carriage return of the last command still stands in the report.
   EXPECT_NE(Ping(), 0U);
   for (std::int16_t i = 1; i <= 3; ++i) {
-    product.setRawPayload(i, static_cast<std::uint8_t>(command.at(static_cast<std::size_t>(i - 1))));
+    SetRawPayload_index(i, static_cast<std::uint8_t>(command.at(static_cast<std::size_t>(i - 1))));
   }
   ForgetTraffic();
-  EXPECT_EQ(product.setRawPayload(8, 0), 1U);
+  EXPECT_EQ(SetRawPayload_index(8, 0), 1U);
   EXPECT_EQ(Told(), (Lines{"QSV", "get"}));
-  EXPECT_EQ(product.rawReplyByte(0), 0U);
-  EXPECT_EQ(product.rawReplyByte(1), std::uint32_t{'R'});
-  EXPECT_EQ(product.rawReplyByte(2), std::uint32_t{'S'});
-  EXPECT_EQ(product.rawReplyByte(9), std::uint32_t{'3'}) << "RSV021003";
-  EXPECT_EQ(product.rawReplyByte(10), 2U);
-  EXPECT_EQ(product.rawReplyByte(65535), 2U);
+  EXPECT_EQ(GetRawPayload_index(0), 0U);
+  EXPECT_EQ(GetRawPayload_index(1), 'R');
+  EXPECT_EQ(GetRawPayload_index(2), 'S');
+  EXPECT_EQ(GetRawPayload_index(9), '3') << "RSV021003";
+  EXPECT_EQ(GetRawPayload_index(10), 2U);
+  EXPECT_EQ(GetRawPayload_index(65535), 2U);
   ForgetTraffic();
-  EXPECT_EQ(product.setRawPayload(10, 'X'), 1U);
+  EXPECT_EQ(SetRawPayload_index(10, 'X'), 1U);
   EXPECT_EQ(Told(), (Lines{"QSV", "get"})) << "stored nowhere, sent all the same";
-  EXPECT_EQ(product.setRawPayload(-1, 'X'), 0U);
+  EXPECT_EQ(SetRawPayload_index(-1, 'X'), 0U);
   magstripe->faults.Restart();
   magstripe->faults.RefuseFrom(1);
-  EXPECT_EQ(product.setRawPayload(8, 0), 0U);
+  EXPECT_EQ(SetRawPayload_index(8, 0), 0U);
   magstripe->faults.Restart();
   magstripe->faults.RefuseAt(2);
-  EXPECT_EQ(product.setRawPayload(8, 0), 0U);
+  EXPECT_EQ(SetRawPayload_index(8, 0), 0U);
 }
 
 TEST_F(MagModelSettings, OtherProductsAndNoDevice) {

@@ -201,10 +201,14 @@ TEST_F(StripeSettings, TimeParmsLiveInTheFirstSlot) {
                      .iPad6 = 7,
                      .iTPCfgFlg3 = 8};
   Entry().CfgSlot[0][field::TimeParms_iTPCfgFlg3] = 99;
+  Entry().LastLibErr = 5;
   EXPECT_EQ(SetTimeParms(&record), 1U);
   EXPECT_EQ(Entry().CfgSlot[0].bDirtyTime, 1U);
+  EXPECT_EQ(GetLastLibErr(), 0U);
   tsTimeParms got{};
+  Entry().LastLibErr = 5;
   EXPECT_EQ(GetTimeParms(&got), 1U) << "read or not";
+  EXPECT_EQ(GetLastLibErr(), 0U);
   EXPECT_EQ(got.iUSBKeyPrsTm, -4);
   EXPECT_EQ(got.iPad6, 7);
   EXPECT_EQ(got.iTPCfgFlg3, 99);
@@ -251,8 +255,8 @@ TEST_F(StripeSettings, TheOverrunIsClearedWhateverIsActive) {
 }
 
 TEST_F(StripeSettings, RawReportsAreThoseOfATransaction) {
-  const auto set = kMagstripeProduct.setRawPayload;
-  const auto got = kMagstripeProduct.rawReplyByte;
+  const auto set = SetRawPayload_index;
+  const auto got = GetRawPayload_index;
   EXPECT_EQ(sorbaneClearOverrun(), 1U);
   EXPECT_EQ(got(0), 0U);
   EXPECT_EQ(got(1), 'R');
@@ -265,14 +269,21 @@ TEST_F(StripeSettings, RawReportsAreThoseOfATransaction) {
   EXPECT_EQ(set(7, 0), 0U);
   ExpectTraffic({});
   EXPECT_EQ(set(8, 0), 1U);
+  EXPECT_EQ(Sorbane.request[0], 0);
   ExpectTraffic({"set 51 52 5A 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 0D", "get"});
   EXPECT_EQ(got(4), 'S');
   EXPECT_EQ(got(9), 'E');
   EXPECT_EQ(got(10), 2U);
   EXPECT_EQ(set(10, 7), 1U) << "stores nothing, sends";
+  stripe->refused = {"QRZ"};
+  EXPECT_EQ(set(8, 0), 0U);
+  EXPECT_EQ(got(1), 'R') << "the last reply stays when nothing was sent";
+  stripe->refused = {};
   stripe->lost = {"QRZ"};
   EXPECT_EQ(set(8, 0), 0U);
   EXPECT_EQ(got(1), 0U);
+  stripe->lost = {};
+  EXPECT_STREQ(SetRawPayload('Q', 'S', 'V', 0, 0, 0, 0, 0), "52.53.56.31.32.33.34.35");
   Entry().LinkKind = kBySerialPort;
   Forget();
   EXPECT_EQ(set(8, 0), 0U);

@@ -8,7 +8,6 @@
 #include <string>
 
 #include "api.h"
-#include "core/product.h"
 #include "core/state.h"
 #include "tests/support/bench.h"
 

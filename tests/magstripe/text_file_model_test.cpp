@@ -1,72 +1,14 @@
-// The text file of a magnetic-stripe reader's configuration.
-#include <algorithm>
+// The text file of a magnetic-stripe reader's configuration, and what a write then sends of it.
 #include <cstdint>
 #include <fstream>
 #include <sstream>
 
 #include "tests/magstripe/model_bench.h"
-#include "tests/support/on_disk.h"
 
 namespace tavlyn::test {
 namespace {
 
 constexpr const char* kTitle = "--- Sorbane Configuration Template File ---";
-
-// A line as it is written: what it says, filled up to 31 columns, a blank, the comment.
-std::string Line(const std::string& key, const std::string& value, const std::string& comment) {
-  std::string line = key + ": " + value;
-  if (line.size() < 31) line.resize(31, ' ');
-  return line + ' ' + comment + '\n';
-}
-
-std::string FieldLines(std::size_t n, const sim::UserField& field) {
-  const std::string prefix = "UserField[" + std::to_string(n) + "].";
-  std::string text;
-  const auto add = [&](const std::string& member, unsigned value, const char* comment) {
-    text += Line(prefix + member, std::to_string(value), comment);
-  };
-  const unsigned flags = field.first[0];
-  const unsigned control = field.control[0];
-  add("Enable", flags >> 7U, "// 1 = User Field Enabled");
-  add("Skip", flags >> 6U & 1U, "// 1 = Skip field, Used for OnErrorGoto (bad LRC)");
-  add("Track", control & 3U, "// Track 1,2,3");
-  add("Field", field.control[1], "// Mag Field Number");
-  add("ByteOffset", field.control[2], "// Offset within Mag Field");
-  add("Length", field.control[3], "// Length in Characters");
-  add("Termination", field.control[4], "// Stop on Termination Byte");
-  add("ShowSepSen", control >> 5U & 1U, "// 1 = Show Separator and Sentinel Chars");
-  add("ShowLRC", control >> 6U & 1U, "// 1 = Show Hex LRC Byte");
-  add("IgnoreLRC", control >> 7U, "// 1 = Ignore Incorrect LRC");
-  add("nKeys", flags & 63U, "// 0..N Keys Used In Array");
-  for (std::size_t key = 0; key < 16; ++key) {
-    add("Keybyte[" + std::to_string(key) + "]", key < 8 ? field.first[1 + key] : field.second[key - 8],
-        "// USB [Even]=Scancode [Odd]=ShiftModifier; ASCII [n]=ASCII Char");
-  }
-  return text;
-}
-
-std::string FileOf(const sim::MagSettings& settings, const std::string& luid) {
-  const auto& system = settings.system;
-  std::string text = std::string("//") + kTitle + "\n//Library Version: 7.9.2 \n";
-  text += Line("LUID", luid, "// Logical Unit ID");
-  text += Line("HaltKBSend", std::to_string(system[0] >> 7),
-               "// 1 = Quiet API Mode No keystrokes, 0=Send Keystrokes");
-  text += Line("UseNumKP", std::to_string(system[0] >> 6 & 1), "// 1 = Use Numeric Keypad for digits 0-9");
-  text += Line("TrackEnables", std::to_string(system[0] & 7), "// Bits 0..3 = Enable Tracks 1..3");
-  text += Line("Beeper", std::to_string(system[5]),
-               "// 1 = Beeper Nybble Upper=Good Lower=Bad; Long:1.Count:3.Long:1.Count:3");
-  const unsigned leds = settings.leds[0];
-  const std::array<unsigned, 5> colors{settings.leds[1] & 3U, leds >> 6U, leds >> 4U & 3U, leds >> 2U & 3U,
-                                       leds & 3U};
-  for (std::size_t i = 0; i < colors.size(); ++i) {
-    text += Line("LedColor[" + std::to_string(i) + "]", std::to_string(colors.at(i)),
-                 "// 0=Off 1=Red 2=Green 3=Amber");
-  }
-  for (std::size_t n = 0; n < sim::kUserFields; ++n) text += FieldLines(n, settings.fields[n]);
-  text += Line("KeyPressTime", std::to_string(system[1] * 4), "// 4MS units 4=16ms");
-  text += Line("KeyReleaseTime", std::to_string(system[2] * 4), "// 4MS units 4=16ms");
-  return text + Line("//##END##", "", "");
-}
 
 class MagModelFile : public MagModelBench {
  protected:
@@ -93,17 +35,10 @@ class MagModelFile : public MagModelBench {
   }
 };
 
-TEST_F(MagModelFile, SavesEverySettingWithItsComment) {
-  const std::string saved = Saved();
-  EXPECT_EQ(saved, OnDisk(FileOf(Marked(), "4660")));
-  EXPECT_EQ(std::count(saved.begin(), saved.end(), '\n'), 312);
-  ExpectTraffic({});
-}
-
 TEST_F(MagModelFile, ALoadedFileGoesOutWithTheNextWrite) {
   const std::string saved = Saved();
   EXPECT_EQ(ResetFactoryDflts(), 1U);
-  EXPECT_EQ(Saved(), OnDisk(FileOf(sim::FactoryMagSettings(), "1")));
+  EXPECT_NE(Saved(), saved);
   ForgetTraffic();
   EXPECT_EQ(LoadText(saved), 1U);
   ExpectTraffic({});
@@ -113,62 +48,6 @@ TEST_F(MagModelFile, ALoadedFileGoesOutWithTheNextWrite) {
   EXPECT_EQ(magstripe->state.stored, Marked());
   EXPECT_EQ(ReadCfg(), 1U);
   EXPECT_EQ(Saved(), saved);
-}
-
-TEST_F(MagModelFile, ATitleIsDemandedInTheFirstBytes) {
-  const std::string line = "LUID: 77\n";
-  EXPECT_EQ(LoadText(""), 0U);
-  EXPECT_EQ(LoadText(line), 0U);
-  EXPECT_EQ(LoadText("--- sorbane Configuration Template File ---\n" + line), 0U);
-  EXPECT_EQ(LoadText(std::string(300, '/') + '\n' + kTitle + '\n' + line), 0U);
-  const std::size_t length = std::string(kTitle).size();
-  EXPECT_EQ(LoadText(std::string(257 - length + 1, '/') + kTitle + '\n' + line), 0U)
-      << "its last byte is too far";
-  EXPECT_EQ(GetLUID(), 0x1234U);
-  EXPECT_EQ(LoadText(std::string(256 - length, '/') + kTitle + '\n' + line), 1U);
-  EXPECT_EQ(GetLUID(), 77U);
-  EXPECT_EQ(LoadText("LUID: 78\n\nanything " + std::string(kTitle) + " behind"), 1U);
-  EXPECT_EQ(GetLUID(), 78U) << "also on another line";
-  EXPECT_EQ(ReadDevCfgFmFile((Folder() / "none").string().c_str()), 0U);
-  EXPECT_EQ(WriteDevCfgToFile((Folder() / "none" / "x").string().c_str()), 0U);
-}
-
-TEST_F(MagModelFile, LinesAsPeopleWriteThem) {
-  struct Row {
-    const char* line;
-    std::uint32_t luid;
-  };
-  for (const Row& row : {Row{"LUID: 7\n", 7},
-                         {"LUID:8\n", 8},
-                         {"LUID: \t  9 // comment\n", 9},
-                         {"LUID: 10x\n", 10},
-                         {"LUID : 11\n", 10},
-                         {" LUID: 11\n", 10},
-                         {"luid: 11\n", 10},
-                         {"LUID: x\n", 10},
-                         {"LUID 11\n", 10},
-                         {"LUID: +12", 12},
-                         {"LUID: -1\n", 65535},
-                         {"LUID: 65535\n", 65535},
-                         {"LUID: 65536\n", 0},
-                         {"LUID: 70000\r\n", 4464},
-                         {"LUID: 13\nLUID: 14\n", 14},
-                         {"//##END##: \nLUID: 15\n", 15},
-                         {"UserField[0].LUID: 16\n", 15},
-                         {"LUID: \n16\n", 15}}) {
-    SCOPED_TRACE(row.line);
-    LoadLines(row.line);
-    EXPECT_EQ(GetLUID(), row.luid);
-  }
-}
-
-TEST_F(MagModelFile, ALuidPrintsWithItsSign) {
-  LoadLines("LUID: 65535\n");
-  EXPECT_NE(Saved().find(OnDisk("LUID: -1                        // Logical Unit ID\n")), std::string::npos);
-  LoadLines("LUID: -32768\n");
-  EXPECT_EQ(GetLUID(), 0x8000U);
-  LoadLines(Saved());
-  EXPECT_EQ(GetLUID(), 0x8000U);
 }
 
 TEST_F(MagModelFile, ValuesAreCutAsTheirSettingsAre) {
@@ -208,28 +87,11 @@ TEST_F(MagModelFile, ALoneSettingChangesNothingElse) {
   EXPECT_EQ(Saved(), expected);
 }
 
-TEST_F(MagModelFile, ALongLineIsReadInPieces) {
-  LoadLines(std::string(256, 'x') + "LUID: 21\n");
-  EXPECT_EQ(GetLUID(), 21U) << "the second piece is a line of its own";
-  LoadLines(std::string(255, 'x') + "LUID: 22\n");
-  EXPECT_EQ(GetLUID(), 21U);
-}
-
 TEST_F(MagModelFile, ALoadedLuidGoesOutWithoutASet) {
   LoadLines("LUID: 513\n");
   EXPECT_EQ(WriteCfg(), 1U);
   EXPECT_EQ(magstripe->state.stored.system[3], 1);
   EXPECT_EQ(magstripe->state.stored.system[4], 2);
-}
-
-TEST_F(MagModelFile, TheSelectionIsInNoFile) {
-  EXPECT_EQ(sorbaneSetActiveID(3, 1, 0, 0xFF), 1U);
-  EXPECT_EQ(LoadText(Saved()), 1U);
-  LetTimePass();
-  ForgetTraffic();
-  sim::Bytes out(4);
-  GetActiveID(out.data(), 4);
-  EXPECT_EQ(Commands().front(), "G3000");
 }
 
 TEST_F(MagModelFile, ThePathByCharacters) {

@@ -4,7 +4,6 @@
 #include <random>
 #include <span>
 
-#include "core/product.h"
 #include "core/state.h"
 #include "tests/magstripe/model_bench.h"
 
@@ -356,30 +355,29 @@ TEST_F(MagModelTracks, SelectionsOutOfRangeChangeNothing) {
 }
 
 TEST_F(MagModelTracks, AQueuedId) {
-  const Product& product = *ProductOf(kMagstripe);
-  EXPECT_EQ(product.queuedIdPart(33), 0U);
+  EXPECT_EQ(GetQueuedID_index(33), 0U);
   EXPECT_EQ(sorbaneSetActiveID(2, 1, 0, 0xFF), 1U);
   for (const char* card : {";12=34?", ";5=6?", ";7=8?"}) SwipeCard(card);
   ForgetTraffic();
-  EXPECT_EQ(product.getQueuedId(0, 0), 32U);
+  EXPECT_EQ(GetQueuedID(0, 0), 32U);
   EXPECT_EQ(Commands(), (Lines{"G2000", "CD0"}));
   for (const std::int16_t index : {std::int16_t{0}, std::int16_t{1}, std::int16_t{31}}) {
-    EXPECT_EQ(product.queuedIdPart(index), std::uint32_t{'='});
+    EXPECT_EQ(GetQueuedID_index(index), std::uint32_t{'='});
   }
   ExpectTraffic({});
   AnswerTo("GQ0", "RQ0?12345678");
-  EXPECT_EQ(product.queuedIdPart(32), 0x3412U);
-  EXPECT_EQ(product.queuedIdPart(33), 0x56U);
-  EXPECT_EQ(product.queuedIdPart(32), 1U) << "one more swipe waits";
-  EXPECT_EQ(product.queuedIdPart(33), 0U);
+  EXPECT_EQ(GetQueuedID_index(32), 0x3412U);
+  EXPECT_EQ(GetQueuedID_index(33), 0x56U);
+  EXPECT_EQ(GetQueuedID_index(32), 1U) << "one more swipe waits";
+  EXPECT_EQ(GetQueuedID_index(33), 0U);
   AnswerTo("GQ0", "RQ0?01000700");
-  EXPECT_EQ(product.queuedIdPart(32), 1U);
+  EXPECT_EQ(GetQueuedID_index(32), 1U);
   AnswerTo("GQ0", "N");
-  EXPECT_EQ(product.queuedIdPart(32), 0U);
-  EXPECT_EQ(product.queuedIdPart(33), 0U) << "both are forgotten first";
+  EXPECT_EQ(GetQueuedID_index(32), 0U);
+  EXPECT_EQ(GetQueuedID_index(33), 0U) << "both are forgotten first";
   SetUnsupportedProductErrorCode(0x8001);
   for (const std::int16_t index : {std::int16_t{-1}, std::int16_t{34}}) {
-    EXPECT_EQ(product.queuedIdPart(index) & 0xFFFFU, 0x8001U);
+    EXPECT_EQ(GetQueuedID_index(index), 0xFFFF8001U);
   }
 }
 

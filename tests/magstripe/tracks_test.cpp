@@ -154,6 +154,7 @@ TEST_F(StripeTracks, AConvertedPieceHasNoEnd) {
 TEST_F(StripeTracks, TheActiveIdIsTheSelectedPieceAsText) {
   Swipe(2, kShortSwipe);
   EXPECT_EQ(sorbaneSetActiveID(2, 1, 0, 255), 1U);
+  Entry().LastLibErr = 5;
   std::array<std::uint8_t, 8> id{};
   EXPECT_EQ(GetActiveID(id.data(), 8), 8U);
   ExpectCommands({"G2000", "CD0"});
@@ -183,7 +184,8 @@ TEST_F(StripeTracks, TheLongActiveIdStaysOutOfTheBuffer) {
   EXPECT_EQ(id[0], 7);
   EXPECT_EQ(id[39], 7);
   EXPECT_EQ(Cfg().IdSel.Length, 32);
-  EXPECT_EQ(getActiveID_byte(0), 7) << "what the buffer held has taken its place in the cache";
+  for (std::int16_t at = 0; at < 32; ++at)
+    EXPECT_EQ(getActiveID_byte(at), 7) << "what the buffer held has taken its place in the cache";
   LetTimePass();
   EXPECT_EQ(getActiveID32(20), 20U);
   EXPECT_EQ(getActiveID_byte(0), '=');
@@ -193,24 +195,26 @@ TEST_F(StripeTracks, TheLongActiveIdStaysOutOfTheBuffer) {
 TEST_F(StripeTracks, TheQueuedIdIsHandedOutByItsFirstByte) {
   Swipe(2, kShortSwipe);
   sorbaneSetActiveID(2, 1, 0, 255);
-  EXPECT_EQ(kMagstripeProduct.getQueuedId(1, 1), 32U);
+  Entry().LastLibErr = 5;
+  EXPECT_EQ(GetQueuedID(1, 1), 32U);
   ExpectCommands({"G2000", "CD0"});
-  for (std::int16_t index = 0; index < 32; ++index)
-    EXPECT_EQ(kMagstripeProduct.queuedIdPart(index), '=') << index;
+  EXPECT_EQ(Cfg().IdSel.Length, 32);
+  EXPECT_EQ(GetLastLibErr(), 0U);
+  for (std::int16_t index = 0; index < 32; ++index) EXPECT_EQ(GetQueuedID_index(index), '=') << index;
   ExpectCommands({});
 }
 
 TEST_F(StripeTracks, TheQueueIsAskedAtIndex32) {
-  EXPECT_EQ(kMagstripeProduct.queuedIdPart(33), 0U);
+  EXPECT_EQ(GetQueuedID_index(33), 0U);
   stripe->replies["GQ0"] = "RQ0 0201AB04";
-  EXPECT_EQ(kMagstripeProduct.queuedIdPart(32), 0x102U);
-  EXPECT_EQ(kMagstripeProduct.queuedIdPart(33), 0xABU);
+  EXPECT_EQ(GetQueuedID_index(32), 0x102U);
+  EXPECT_EQ(GetQueuedID_index(33), 0xABU);
   stripe->lost = {"GQ0"};
-  EXPECT_EQ(kMagstripeProduct.queuedIdPart(32), 0U);
-  EXPECT_EQ(kMagstripeProduct.queuedIdPart(33), 0U);
+  EXPECT_EQ(GetQueuedID_index(32), 0U);
+  EXPECT_EQ(GetQueuedID_index(33), 0U);
   SetUnsupportedProductErrorCode(0x8001);
-  EXPECT_EQ(kMagstripeProduct.queuedIdPart(34), 0xFFFF8001U);
-  EXPECT_EQ(kMagstripeProduct.queuedIdPart(-1), 0xFFFF8001U);
+  EXPECT_EQ(GetQueuedID_index(34), 0xFFFF8001U);
+  EXPECT_EQ(GetQueuedID_index(-1), 0xFFFF8001U);
 }
 
 }  // namespace

@@ -96,6 +96,7 @@ TEST_F(StripeSerial, AWriteOfOneByteGoesOn) {
   com->toRead = {'R'};
   Forget();
   EXPECT_EQ(SorbaneTransact("FW", reply.data()), 1U);
+  EXPECT_EQ(reply, SorbaneReply{'R'}) << "nothing of the last reply";
   EXPECT_EQ(Slept(), 200U) << "without the pause of reports";
 }
 

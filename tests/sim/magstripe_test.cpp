@@ -208,6 +208,21 @@ TEST(Magstripe, CountsCardsAndSeconds) {
   EXPECT_EQ(Say(reader, "QUP"), "RUP0403020103020100");
 }
 
+TEST(Magstripe, ForgetsWhatItCountedWithoutPower) {
+  Magstripe reader;
+  MagCard card = Card("%A?;12?");
+  card.tracks[1].back() ^= 1U;
+  for (int swipe = 0; swipe < 6; ++swipe) reader.Swipe(card);
+  Say(reader, "hello");
+  EXPECT_EQ(Say(reader, "QDD"), "RDD0600060002000100");
+  reader.PowerCycle();
+  EXPECT_EQ(Say(reader, "QDD"), "RDD0000000001000000");
+  EXPECT_EQ(Say(reader, "QS0"), "RS000");
+  EXPECT_EQ(Say(reader, "GQ0"), "RQ0 00000004");
+  EXPECT_EQ(Say(reader, "G2000"), "R20" + std::string(20, '0'));
+  EXPECT_EQ(Say(reader, "QUP"), "RUP" + std::string(16, '0'));
+}
+
 TEST(Magstripe, Beeps) {
   Magstripe reader;
   EXPECT_EQ(Say(reader, "BS3"), "R");

@@ -1,7 +1,6 @@
 // A fault at each exchange of each operation of a sonar sensor, and connects with other products around.
 #include <algorithm>
 
-#include "core/product.h"
 #include "core/state.h"
 #include "sim/devices/magstripe.h"
 #include "tests/sonar/model_bench.h"
@@ -341,11 +340,10 @@ TEST_F(SonarModelAmongOthers, ReaderCallsOnASensor) {
   LetTimePass();
   EXPECT_EQ(getActiveID(4), 0U);
   EXPECT_EQ(getActiveID32(4), 0U);
-  const Product& product = *ProductOf(kSonar);
-  EXPECT_EQ(product.getQueuedId(1, 1), 0U);
-  EXPECT_EQ(product.queuedIdPart(32), 0U);
-  EXPECT_EQ(product.setRawPayload(8, 1), 0U);
-  EXPECT_EQ(product.rawReplyByte(10), 0U);
+  EXPECT_EQ(GetQueuedID(1, 1), 0U);
+  EXPECT_EQ(GetQueuedID_index(32), 0U);
+  EXPECT_EQ(SetRawPayload_index(8, 1), 0U);
+  EXPECT_EQ(GetRawPayload_index(10), 0);
   ExpectTraffic({});
 }
 

@@ -45,31 +45,16 @@ TEST_F(SonarParameters, TheVersionWordHasOneNibbleOfEachByte) {
   EXPECT_EQ(GetFirmwareVersion(0, 2), 0U);
 }
 
-TEST_F(SonarParameters, ValuesOutOfRangeAreBroughtIntoItBehindTheShadow) {
+TEST_F(SonarParameters, TheShadowKeepsWhatCameWithoutLimits) {
   sensor->replies = {{0, 10, 0, 0, 255}, {}, {9, 0}, {}, {7, 0}, {}, {}, {}};
   EXPECT_EQ(ReadCfg(), 1U);
-  const SonarWords& words = Block().words;
-  EXPECT_EQ(words[sonar::PingRateS], 200);
-  EXPECT_EQ(words[sonar::MinDistS], 1);
-  EXPECT_EQ(words[sonar::MaxDistS], 72);
-  EXPECT_EQ(words[sonar::KeyCountWA], 0);
-  EXPECT_EQ(words[sonar::InterKeyDelayWA], 64);
-  EXPECT_EQ(words[sonar::KeyCountWU], 0);
-  EXPECT_EQ(words[sonar::InterKeyDelayWU], 64);
+  EXPECT_EQ(Block().words[sonar::PingRateS], 200);
   EXPECT_EQ(SonarShadow[sonar::PingRateS], 40);
   EXPECT_EQ(SonarShadow[sonar::MinDistS], 0);
   EXPECT_EQ(SonarShadow[sonar::MaxDistS], 73);
   EXPECT_EQ(SonarShadow[sonar::KeyCountWA], 9);
+  EXPECT_EQ(SonarShadow[sonar::InterKeyDelayWA], 0);
   EXPECT_EQ(SonarShadow[sonar::KeyCountWU], 7);
-
-  sensor->replies = {{0, 255, 0, 255, 0}, {}, {6, 255}, {}, {6, 1}, {}, {}, {}};
-  EXPECT_EQ(ReadCfg(), 1U);
-  EXPECT_EQ(words[sonar::PingRateS], 1020);
-  EXPECT_EQ(words[sonar::MinDistS], 59);
-  EXPECT_EQ(words[sonar::MaxDistS], 15);
-  EXPECT_EQ(words[sonar::KeyCountWA], 6);
-  EXPECT_EQ(words[sonar::InterKeyDelayWA], 16320);
-  EXPECT_EQ(words[sonar::InterKeyDelayWU], 64);
 }
 
 TEST_F(SonarParameters, AReadThatFailsAnywhereIsToldAndKeepsWhatCame) {
@@ -158,23 +143,6 @@ TEST_F(SonarParameters, WordsLeaveAsLowBytesWithinTheirMasks) {
                       {"set 90 3F"}}));
 }
 
-TEST_F(SonarParameters, DistancesComeBackAsTheyWereSet) {
-  for (std::uint16_t inches = 15; inches <= 59; ++inches) {
-    Block().words[sonar::MinDistS] = inches;
-    Block().words[sonar::MaxDistS] = inches;
-    Mark(1);
-    EXPECT_EQ(WriteCfg(), 1U);
-    // The page is the only report that begins with a zero: no LED flag is set.
-    for (const sim::Event& event : host.transcript.Events()) {
-      if (event.kind == sim::EventKind::kSet && event.bytes[0] == 0) sensor->replies = {event.bytes};
-    }
-    ForgetTraffic();
-    EXPECT_EQ(ReadCfg(), 1U);
-    EXPECT_EQ(Block().words[sonar::MinDistS], inches);
-    EXPECT_EQ(Block().words[sonar::MaxDistS], inches);
-  }
-}
-
 TEST_F(SonarParameters, TheReservedWordsAreThoseOfTheLastRead) {
   Read();
   tsWalkUpParms walkUp;
@@ -239,23 +207,41 @@ TEST_F(SonarDefaults, AFactoryResetReadsBack) {
   EXPECT_EQ(Block().words[sonar::FlagsI], 0xF4);
 }
 
-TEST_F(SonarDefaults, SensorsOfVersion040GetTheirIdleFlagsCleared) {
-  auto replies = FullReplies();
-  replies.back()[2] = 0x0F;
-  replies.back()[3] = 0x04;
-  sensor->replies = replies;
-  sensor->replies.insert(sensor->replies.end(), replies.begin(), replies.end());
-  EXPECT_EQ(ResetFactoryDflts(), 1U);
-  ExpectTraffic(Join({{"set A0", "sleep 2000"},
-                      FullRead(),
-                      Stored("85", "07 33 34 35 00 37 38 39"),
-                      {"set 90 20"},
-                      FullRead()}));
+// Answers to two full reads by a sensor of that device ID.
+std::deque<sim::Bytes> TwiceFrom(std::uint16_t did) {
+  std::deque<sim::Bytes> replies = FullReplies();
+  replies.back()[2] = static_cast<std::uint8_t>(did);
+  replies.back()[3] = static_cast<std::uint8_t>(did >> 8);
+  const std::deque<sim::Bytes> once = replies;
+  replies.insert(replies.end(), once.begin(), once.end());
+  return replies;
+}
 
+TEST_F(SonarDefaults, SensorsOfVersion040GetTheirIdleFlagsCleared) {
+  for (const std::uint16_t did : {std::uint16_t{0x0400}, std::uint16_t{0x040F}}) {
+    sensor->replies = TwiceFrom(did);
+    StartTrace();
+    ForgetTraffic();
+    EXPECT_EQ(ResetFactoryDflts(), 1U);
+    ExpectTraffic(Join({{"set A0", "sleep 2000"},
+                        FullRead(),
+                        Stored("85", "07 33 34 35 00 37 38 39"),
+                        {"set 90 20"},
+                        FullRead()}));
+    ExpectTrace({"ResetFactoryDflts ENTER", "WriteCfg ENTER", "WriteCfg Success !!", "WriteCfg EXIT",
+                 "ResetFactoryDflts EXIT"});
+  }
+  for (const std::uint16_t did : {std::uint16_t{0x03FF}, std::uint16_t{0x0410}, std::uint16_t{0x1400}}) {
+    sensor->replies = TwiceFrom(did);
+    EXPECT_EQ(ResetFactoryDflts(), 1U);
+    ExpectTraffic(Join({{"set A0", "sleep 2000"}, FullRead()}));
+  }
+}
+
+TEST_F(SonarDefaults, ClearingTheIdleFlagsMayFail) {
   for (const auto& [exchange, word] :
        {std::pair{16, 0x40202U}, std::pair{17, 0x40202U}, std::pair{18, 0x20202U}, std::pair{31, 0x20000U}}) {
-    sensor->replies = replies;
-    sensor->replies.insert(sensor->replies.end(), replies.begin(), replies.end());
+    sensor->replies = TwiceFrom(0x0400);
     sensor->Restart(exchange);
     EXPECT_EQ(ResetFactoryDflts(), 0U) << exchange;
     EXPECT_EQ(GetLastLibErr(), word) << exchange;

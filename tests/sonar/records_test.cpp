@@ -18,7 +18,7 @@ class SonarRecords : public SonarBench {
 };
 
 TEST_F(SonarRecords, GetsNeedAReadAndAPlace) {
-  tsSonarParms sonar;
+  tsSonarParms sonar{7, 7, 7, 7, 7, 7, 7, 7};
   tsWalkAwayParms away;
   tsWalkUpParms up;
   tsIdleParms idle;
@@ -33,6 +33,7 @@ TEST_F(SonarRecords, GetsNeedAReadAndAPlace) {
     EXPECT_EQ(get(false), 0U);
     EXPECT_EQ(GetLastLibErr(), 0x100001U);
   }
+  EXPECT_EQ(sonar.PingRate, 7);
   Read();
   for (const auto& get : gets) {
     EXPECT_EQ(get(false), 0U);
@@ -115,9 +116,12 @@ TEST_F(SonarRecords, TheRangesOfTheSonarRecord) {
     EXPECT_EQ(Block().words, before);
     EXPECT_EQ(Marks(), 0U);
   }
-  const tsSonarParms allBad = {0, 0, 0, 0, 0, 0, 0, 0};
-  EXPECT_EQ(SetSonarParms(&allBad), 0U);
+  tsSonarParms bad = {0, 0, 0, 0, 0, 0, 0, 0};
+  EXPECT_EQ(SetSonarParms(&bad), 0U);
   EXPECT_EQ(GetLastLibErr(), 0x201000U) << "the first one out of range";
+  bad.PingRate = 300;
+  EXPECT_EQ(SetSonarParms(&bad), 0U);
+  EXPECT_EQ(GetLastLibErr(), 0x201001U);
 }
 
 template <typename Parms>
@@ -133,6 +137,9 @@ void ExpectKeyRanges(std::uint32_t (*set)(const Parms*), std::uint32_t error) {
     EXPECT_EQ(set(&record), 0U);
     EXPECT_EQ(GetLastLibErr(), error);
   }
+  record.InterKeyDelay = 0;
+  EXPECT_EQ(set(&record), 0U);
+  EXPECT_EQ(GetLastLibErr(), error) << "the first one out of range";
   record.KeyCount = 1;
   for (const int delay : {0, 63, 16321, 0xFFFF}) {
     record.InterKeyDelay = static_cast<std::uint16_t>(delay);
@@ -161,9 +168,12 @@ TEST_F(SonarRecords, LedFlagsAsARecord) {
     EXPECT_EQ(SetLEDCtrl(&leds), flags);
     EXPECT_EQ(Block().words[sonar::LEDFlagsS], flags);
   }
-  Block().words[sonar::LEDFlagsS] = 0x45;
-  EXPECT_EQ(GetLEDCtrl(&leds), 0x45U);
-  EXPECT_EQ(leds.iRedLEDState | leds.iGrnLEDState | leds.bAppCtrlsLED, 0);
+  for (const std::uint16_t flags : {std::uint16_t{8}, std::uint16_t{0x45}, std::uint16_t{0xFFFF}}) {
+    Block().words[sonar::LEDFlagsS] = flags;
+    leds = {9, 9, 9, 9, 9, 9, 9, 9};
+    EXPECT_EQ(GetLEDCtrl(&leds), flags);
+    EXPECT_EQ(leds.iRedLEDState | leds.iGrnLEDState | leds.bAppCtrlsLED, 0) << flags;
+  }
   const tsLEDCtrl anyBits = {-1, 2, 4, 0, 0, 0, 0, 1};
   EXPECT_EQ(SetLEDCtrl(&anyBits), 7U);
   EXPECT_EQ(Marks(), 0U);
@@ -186,10 +196,10 @@ TEST_F(SonarRecords, WhatASensorDoesNotHave) {
   EXPECT_EQ(ReadDevTypeFromFile("none"), 0U);
   EXPECT_EQ(tavlynPlusDefaults(), 0x8001U);
   EXPECT_EQ(PlusBlockMove(1, 2), 0U);
-  EXPECT_EQ(kSonarProduct.getQueuedId(1, 1), 0U);
-  EXPECT_EQ(kSonarProduct.queuedIdPart(1), 0U);
-  EXPECT_EQ(kSonarProduct.setRawPayload(8, 1), 0U);
-  EXPECT_EQ(kSonarProduct.rawReplyByte(1), 0U);
+  EXPECT_EQ(GetQueuedID(1, 1), 0U);
+  EXPECT_EQ(GetQueuedID_index(1), 0U);
+  EXPECT_EQ(SetRawPayload_index(8, 1), 0U);
+  EXPECT_EQ(GetRawPayload_index(1), 0);
 }
 
 TEST_F(SonarRecords, NoSensorIsActive) {

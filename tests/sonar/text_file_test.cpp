@@ -104,18 +104,6 @@ TEST_F(SonarFile, IsSavedFromASensorThatWasNeverRead) {
             std::string::npos);
 }
 
-TEST_F(SonarFile, ASavedFileLoadsAsItWasAndMarksEverything) {
-  MakeGood();
-  const SonarWords before = Block().words;
-  const std::string saved = Save();
-  Block().words = {};
-  EXPECT_EQ(Load(saved), 1U);
-  EXPECT_EQ(Block().words, before);
-  EXPECT_EQ(Marks(), 15U);
-  EXPECT_EQ(GetLastLibErr(), 0U);
-  ExpectTraffic({});
-}
-
 TEST_F(SonarFile, AnEmptyFileMarksWhatIsInRange) {
   MakeGood();
   const SonarWords before = Block().words;
@@ -141,6 +129,7 @@ TEST_F(SonarFile, LinesAreReadInManyForms) {
   expect("PingRateS=300\n", 300);
   expect("PingRateS 300 400\n", 300);
   expect("PingRateS, 300\r\n", 300);
+  expect(" \t PingRateS\t= =,\t300 999", 300);
   expect("pingrates\t=\t300     / and so on", 300);
   expect("\x80\xFF \t\x01PINGRATES = +300", 300);
   expect("=PingRateS = 300", 300);
@@ -154,10 +143,15 @@ TEST_F(SonarFile, LinesAreReadInManyForms) {
   expect("PingRateS = abc", 222);
   expect("PingRate = 300", 222);
   expect("PingRateSx = 300", 222);
+  expect("xPingRateS = 300", 222);
+  expect("PingRateS : 300", 222);
+  expect("PingRateS = / 300", 222);
+  expect("PingRateS = 300\nPingRateS = x", 300);
   expect("Ping RateS = 300", 222);
   expect(std::string(127, ' ') + "PingRateS = 300", 300);
   expect(std::string(120, 'x') + "/\n" + "PingRateS = 300", 300);
   expect(std::string(127, 'x') + "PingRateS = 300", 300);
+  expect("/" + std::string(126, '-') + "PingRateS = 300", 300);
   expect(std::string(126, 'x') + "PingRateS = 300", 222);
   expect(std::string("PingRateS = 300\0PingRateS = 301\n", 32), 300);
 }
@@ -174,6 +168,12 @@ TEST_F(SonarFile, ABadValueDropsItsRecordAlone) {
   EXPECT_EQ(Block().words, expected);
   EXPECT_EQ(Marks(), 2U | 8U);
   EXPECT_EQ(GetLastLibErr(), 0U);
+
+  Mark(0);
+  EXPECT_EQ(Load("KeyCountWA = 7\nMaxDistS = 73\nInterKeyDelayWU = 63\nSNBlankTmI = 2"), 1U);
+  expected[sonar::SNBlankTmI] = 2;
+  EXPECT_EQ(Block().words, expected);
+  EXPECT_EQ(Marks(), 8U);
 }
 
 TEST_F(SonarFile, CannotBeOpened) {
