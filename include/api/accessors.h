@@ -5,7 +5,7 @@
  * that value look alike. A setter reads the record, changes the one word and sets the record, and returns
  * what the first of the two that was not 1 returned, or 1. Error words and marks are those of the record
  * calls; WriteCfg sends what has changed. No traffic, but for a set of LEDCtrl or BprRlyCtrl whose bVolatile
- * is not 0. Unsupported with no device.
+ * is not 0, and for any set of LEDCtrl on a magstripe reader. Unsupported with no device.
  */
 #ifndef TAVLYN_API_ACCESSORS_H
 #define TAVLYN_API_ACCESSORS_H
@@ -67,8 +67,9 @@ TAVLYN_API int16_t getIDDispParms_iPad7(void);
 TAVLYN_API uint16_t setIDDispParms_iPad7(int16_t value);
 
 /* tsTimeParms. The two key times of a magstripe reader are its own, outside the record: they are read and
- * written directly, the setter returns 1. Unsupported for other products. setTimeParms_ExFeatures01 does
- * nothing and returns unsupported: that word is written through SetTimeParms only. */
+ * written directly, without a range, and the setter returns 1. Devices that are neither card nor magstripe
+ * readers have none: unsupported. setTimeParms_ExFeatures01 does nothing and returns unsupported: that word
+ * is written through SetTimeParms only. */
 TAVLYN_API int16_t getTimeParms_iBitStrmTO(void);
 TAVLYN_API uint16_t setTimeParms_iBitStrmTO(int16_t value);
 TAVLYN_API int16_t getTimeParms_iIDHoldTO(void);

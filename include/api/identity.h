@@ -16,9 +16,9 @@ TAVLYN_API uint32_t SetActDev(int16_t index);
 /* Index of the first device from start on whose LUID is luid; 0xFFFFFFFF for none or a negative start. */
 TAVLYN_API uint32_t GetDevByLUID(uint16_t luid, int16_t start);
 
-/* Copies the path or name of the active device to name, which has room for 511 characters, and returns 999;
- * for a serial link all 511 are copied, with no terminator guaranteed, and the port number is returned. No
- * device: unsupported, and name is left alone. */
+/* Copies the path or name of the active device to name, which has room for 511 characters: at most 510 and a
+ * terminator. Returns 999. For a serial link all 511 are copied, with no terminator guaranteed, and the port
+ * number is returned. No device: unsupported, and name, which may be null, is left alone. */
 TAVLYN_API uint32_t GetDevName(char* name);
 TAVLYN_API uint32_t orv_GetDevName(char* name);
 
@@ -42,7 +42,7 @@ TAVLYN_API uint32_t GetSN(void);
 /* Eight flags of 0 or 1, one for each bit of the reader's mask of hardware that it has, or could have; null
  * when the active device is no card reader. All 0 when the reader did not answer. The caller owns the memory,
  * from calloc; the library never frees it. Clears the error word of any active device; a failed exchange sets
- * no bit of its own. Traffic: 89 05. */
+ * no bit of its own. Traffic: 89 05; over a serial link 09 05 00 00. */
 TAVLYN_API uint8_t* InstalledHardware(void);
 TAVLYN_API uint8_t* SupportedHardware(void);
 

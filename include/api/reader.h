@@ -51,8 +51,10 @@ TAVLYN_API const char* getPartNumberString(void);
 /* Character of the part number. Index 0 takes a copy first, the others read that copy; 0 behind its end. */
 TAVLYN_API uint8_t getPartNumberString_char(int16_t index);
 
-/* Texts of up to 24 characters asked of the reader at each call: 8C 04 k i with i = 0 to 2. Empty on failure,
- * with error bit 0x20000 over reports. All five share one buffer. */
+/* Texts of up to 24 characters asked of the reader at each call: 8C 04 k i with i = 0 to 2, over a serial
+ * link 0C 04 k i. Empty on failure, with error bit 0x20000 over reports; the error word is not cleared first.
+ * All five share one buffer. Neither product nor table is looked at: with no device, entry 0 is asked in
+ * vain, over reports for 480 ms. */
 TAVLYN_API const char* GetSerialNumber(void);  /* k = 2 */
 TAVLYN_API const char* GetPlatformType(void);  /* k = 3 */
 TAVLYN_API const char* GetBuildDate(void);     /* k = 5 */

@@ -16,23 +16,28 @@
  * to keep it; it may still lack blocks, of which a single one that came through is enough, and the header.
  * 0: length and header disagree (nothing is sent, the error word stays); no payload (only the header is
  * sent); no block came through, or the end was not answered or repeated (no bits of the error word); a block,
- * the end or the commit could not be sent (0x81000000); a null pointer; no card reader is active. Traffic: 89
- * 90 00 00 and the header, 89 90 00 n and four bytes for each block, 89 90 00 FF, two reports each; after 500
- * ms a lone 90. */
+ * the end or the commit could not be sent (0x81000000, traced); a null pointer; no card reader is active.
+ * Traffic: 89 90 00 00 and the header, 89 90 00 n and four bytes for each block, 89 90 00 FF, two reports
+ * each; after 500 ms a lone 90. */
 TAVLYN_API uint32_t WriteSecureData(const uint8_t* item, uint32_t length);
 
 /* Reads the payload of the item that the four bytes at header select to out, which must hold their length
  * rounded up to a multiple of four. 1 as soon as the reader has repeated the header, whatever came behind it:
  * blocks that fail are left out, those behind them move up and zeros stand at the end. 0: the reader did not
- * answer or repeat the header; a report could not be sent (0x81000000); a null pointer; no card reader is
- * active. A report that cannot be sent later ends the read and leaves the same bits. Traffic: 89 10 00 00 and
- * the header, 89 10 00 n for each block, two reports each. */
+ * answer (error word 0) or repeat the header (the same, traced); it could not be sent (0x81000000, traced); a
+ * null pointer; no card reader is active. A report that cannot be sent later ends the read and leaves the
+ * same bits. Traffic: 89 10 00 00 and the header, 89 10 00 n for each block, two reports each. */
 TAVLYN_API uint32_t ReadSecureData(const uint8_t* header, uint8_t* out);
 
 /* Tests a key-load ini file (see CheckTamperedFile, kind 2) and writes its items, each as WriteSecureData
  * does; one that fails does not stop the others. 1 when the last item was written. 0: the file does not pass
  * (0x91000000, nothing is sent); a line is out of place, and the items before it are written; the last item
- * failed, or its bytes do not add up; the file has no items; no card reader is active. */
+ * failed, or its bytes do not add up; the file has no items; no card reader is active.
+ *
+ * An item is three lines: "[Blob" any digits "]", "hdr=" and its header, "data=" and its payload, bytes in
+ * hexadecimal between blanks. A line ends in CR LF, has at most 255 characters with them, and none stands
+ * between two items. Behind the last item stand "[EOF]" and "iEndOfIniFile=" with the CRC-32 of all that
+ * stands above "[EOF]", eight digits in upper case ("0" for a sum of 0). */
 TAVLYN_API uint32_t LoadIniFile(const char* path);
 
 /* Stores length bytes, at most 512, as a reference to an EV1 file, or to a key of the secure element in a
