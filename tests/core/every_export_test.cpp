@@ -216,6 +216,41 @@ TEST_P(EveryExport, DoesNoHarm) {
   }
 }
 
+// Those that take the lock, and those that use them: saves and loads of files, and the reset of a sonar
+// sensor. All others run unlocked.
+const std::set<std::string_view> kLocking = {"BeepNow",
+                                             "ComConnect",
+                                             "ComConnectPort",
+                                             "GetActiveID",
+                                             "GetActiveID32",
+                                             "ReadCfg",
+                                             "ReadDevCfgFmFile",
+                                             "ReadDevCfgFromSecureFile",
+                                             "ResetFactoryDflts",
+                                             "USBConnect",
+                                             "USBDisconnect",
+                                             "WriteCfg",
+                                             "WriteDevCfgToFile",
+                                             "WriteDevCfgToSecureFile",
+                                             "getActiveID",
+                                             "getActiveID32",
+                                             "readDevCfgFmFile_char",
+                                             "usbConnect",
+                                             "writeDevCfgToFile_char"};
+
+TEST_P(EveryExport, TakesTheLockOnlyIfItIsOneOfAFew) {
+  EnterFolder();
+  for (const Export& exported : Exports()) {
+    if (kLocking.contains(exported.name)) continue;
+    Begin(GetParam());
+    ForgetTraffic();
+    for (const Variant& variant : VariantsOf(exported, 3)) CallWith(exported, variant);
+    for (const std::string& each : host.transcript.Lines()) {
+      EXPECT_FALSE(each.starts_with("mutex")) << exported.name << ": " << each;
+    }
+  }
+}
+
 const Situation kSituations[] = {
     {"NoDevice", [](EveryExport&) {}},
     {"PlainReader", [](EveryExport& test) { test.ConnectTo(Reader::Plain()); }},
