@@ -110,6 +110,23 @@ TEST_F(BleSave, FilesThatCannotBeOpened) {
   ExpectUntouched(0);
 }
 
+// While the reader is asked the current folder becomes one in which a folder has the file's name.
+TEST_F(BleSave, ATrailerThatCannotBeAdded) {
+  const auto here = std::filesystem::absolute(Folder());
+  const auto elsewhere = here / "elsewhere";
+  std::filesystem::create_directories(elsewhere / "file.txt");
+  for (const auto save : {WriteBLEDataToFile, WriteBLEKeyToFile}) {
+    EnterFolder();
+    host.clock.onSleep = [&] { std::filesystem::current_path(elsewhere); };
+    Entry().LastLibErr = 5;
+    EXPECT_EQ(save("file.txt"), 0x8001U);
+    host.clock.onSleep = nullptr;
+    EXPECT_EQ(GetLastLibErr(), 0x30000000U);
+    EXPECT_TRUE(Fetch(here / "file.txt").ends_with(OnDisk(kPlainMarker)));
+    ExpectTrace({});
+  }
+}
+
 TEST_F(BleSave, WithoutAReaderNothingIsSaved) {
   Entry().LastLibErr = 5;
   Entry().ProductKind = kSonar;
