@@ -44,6 +44,9 @@ TEST_F(DeviceTexts, TheyShareOneBuffer) {
   const char* first = GetSerialNumber();
   EXPECT_EQ(GetCPUInfo(), first);
   EXPECT_STREQ(first, "M4 at 96 MHz");
+  reader->faults.RefuseReply({0x8C, 0x04}, 1);
+  EXPECT_STREQ(GetBuildDate(), "");
+  EXPECT_STREQ(first, "") << "cleared, also for a text that does not come";
 }
 
 TEST_F(DeviceTexts, TwentyFourCharactersAreTheMost) {
@@ -78,6 +81,19 @@ TEST_F(DeviceTexts, WithNoDeviceEntry0IsAsked) {
   EXPECT_STREQ(GetSerialNumber(), "");
   EXPECT_EQ(DevTable[0].LastLibErr, 0x20202U);
   EXPECT_EQ(Slept(), 480U);
+}
+
+TEST_F(DeviceTexts, AnIndexOutsideTheTableAsksNobody) {
+  Use(Reader::Plain());
+  const char* text = GetSerialNumber();
+  ForgetTraffic();
+  for (const int index : {-32768, -1, 127, 32767}) {
+    ActDev = static_cast<std::int16_t>(index);
+    EXPECT_STREQ(GetCPUInfo(), "") << index;
+  }
+  ActDev = 0;
+  EXPECT_STREQ(text, "0400123456") << "the buffer keeps the last text";
+  ExpectTraffic({});
 }
 
 TEST_F(DeviceTexts, TheElectronicSerialNumber) {
