@@ -107,7 +107,7 @@ TEST_F(BleRadio, TakesNoLock) {
   IsBTLEPresent();
   SetBTLEConfiguration(1);
   GetBTLEConfiguration();
-  for (const std::string& entry : host.transcript.Lines()) EXPECT_FALSE(entry.starts_with("mutex")) << entry;
+  ExpectNoLock();
 }
 
 TEST_F(BleRadio, ASerialReaderCannotBeAsked) {

@@ -67,6 +67,14 @@ void Bench::ExpectTraffic(const Lines& expected, const char* file, int line) {
   ForgetTraffic();
 }
 
+void Bench::ExpectNoLock(const char* file, int line) {
+  const Lines happened = host.transcript.Lines();
+  if (happened.empty()) ADD_FAILURE_AT(file, line) << "nothing happened";
+  for (const std::string& each : happened) {
+    if (each.starts_with("mutex")) ADD_FAILURE_AT(file, line) << each;
+  }
+}
+
 void Bench::StartTrace() {
   host.places.environment.insert(kTraceVariable);
   EXPECT_NE(SetMarkerFunction(CaptureLine), 0U);

@@ -36,6 +36,8 @@ class Bench : public ::testing::Test {
 
   // Compares with all traffic since the last call of either, and forgets it.
   void ExpectTraffic(const Lines& expected, const char* file = __builtin_FILE(), int line = __builtin_LINE());
+  // Something has happened since the traffic was last forgotten, and none of it took the library's lock.
+  void ExpectNoLock(const char* file = __builtin_FILE(), int line = __builtin_LINE());
   void ForgetTraffic() { host.transcript.Clear(); }
   [[nodiscard]] std::uint64_t Slept() const { return TotalSleep(host.transcript.Events()); }
   // Past the time within which an ID is served without asking the reader.
