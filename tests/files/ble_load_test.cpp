@@ -160,6 +160,10 @@ TEST_F(BleLoad, TheNinthLineBeginsTheBlock) {
   const std::string wide =
       title + std::string(130, ' ') + "\n" + std::string(5, '\n') + "BEGIN sFldBleData2\n";
   EXPECT_EQ(LoadKey(BleOf(wide + "END\n")), 1U);
+  // The room is for 127 characters and a terminator.
+  const std::string full =
+      title + std::string(126, ' ') + "\n" + std::string(6, '\n') + "BEGIN sFldBleData2\n";
+  EXPECT_EQ(LoadKey(BleOf(full + "END\n")), 1U);
 }
 
 TEST_F(BleLoad, BytesMayStandInManyWays) {
@@ -172,6 +176,12 @@ TEST_F(BleLoad, BytesMayStandInManyWays) {
   ExpectKey("11\r\n22\r\n", {0x11, 0x22});
 }
 
+TEST_F(BleLoad, ALineOfBytesIsCutBehind383Characters) {
+  std::string lines;
+  for (int number = 0; number < 127; ++number) lines += "12.";
+  ExpectKey(lines + "1234\n", Bytes(128, 0x12));
+}
+
 TEST_F(BleLoad, ATokenThatIsNoNumberFails) {
   for (const char* lines : {"GG\n", "1.2.x.4\n", "1.2. \n", "1 2 \n", "1.2.\n", ".\n", "#\n", "1.2.3;4.;\n"})
     ExpectRefused(BleFile(kKeyKind, lines));
@@ -182,6 +192,17 @@ TEST_F(BleLoad, TheEndOfTheBlock) {
   ExpectKey("1\nthe ENDING\nx\n", {1});
   ExpectKey("1\n/ END\n2\n", {1, 2});
   ExpectKey("", {});
+  // Also where it stands on the line that begins the block.
+  EXPECT_EQ(LoadKey(BleOf(kTitleLine + std::string(7, '\n') + "BEGIN sFldBleData2 END\n1\nx\n")), 1U);
+  EXPECT_EQ(KeyOf(Memory().storedBle), Bytes(128));
+}
+
+// Any line that is not for people begins the block, and the ninth is then one of data.
+TEST_F(BleLoad, ALineInFrontOfTheBlock) {
+  const std::string begin = "BEGIN sFldBleData2\n1\nEND\n";
+  EXPECT_EQ(LoadKey(BleOf(kTitleLine + std::string(6, '\n') + "/ a comment\n" + begin)), 1U);
+  ForgetTraffic();
+  ExpectRefused(BleOf(kTitleLine + std::string(6, '\n') + "1\n" + begin));
 }
 
 // Without one the trailer's value is taken for data, unless there is no room for any.
