@@ -1,6 +1,7 @@
 // Devices that are added and removed one at a time while a program runs.
 #include "hid/arrival.h"
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -196,6 +197,7 @@ TEST_F(Arrival, ASonarSensorTakesEntryZeroAndABlankOneIsAdded) {
   const platform::Handle before = DevTable[0].hDev;
   DevTable[0].LinkKind = 7;
   DevTable[0].DID = 0x1234;
+  std::fill_n(DevTable[0].DevName, 511, 'n');  // nothing of it may stay behind the new one
   PlugOther(kSonarPath, 0x18C8, 0x2BFA);
   EXPECT_EQ(CheckSonarArrival(kReaderPath), 0U);
   EXPECT_EQ(CheckSonarArrival(kSonarPath), 1U);
