@@ -127,9 +127,10 @@ TEST_F(RawPayload, ACommandThatCannotBeSentCountsAsStored) {
 
 TEST_F(RawPayload, AReplyThatDoesNotComeClearsTheLast) {
   StartTrace();
-  model->faults.AnswerWith({1}, {9, 8, 7}, 1);
-  SendBytes({1});
+  model->faults.AnswerWith({1}, {9, 8, 7, 6, 5, 4, 3, 2});
   for (const int index : {8, 9, 10}) {
+    SendBytes({1});
+    EXPECT_EQ(GetRawPayload_index(8), 2);
     model->faults.RefuseReply({1}, 1);
     EXPECT_EQ(SetRawPayload_index(static_cast<std::int16_t>(index), 0), 0U) << index;
     EXPECT_EQ(Reply(), Bytes(10));
