@@ -248,6 +248,14 @@ TEST_F(SerialPortTest, TheOpenSocketComesBeforeTheComPort) {
   ExpectCalls({"time-outs 750 3 500 50 500"});
 }
 
+TEST_F(SerialPortTest, ClearingASocketIsARequestFor128Bytes) {
+  LinkSocket = kSocket;
+  host.sockets.toReceive = {Bytes(63), Bytes(1), Bytes(64)};
+  port.ClearInput();
+  EXPECT_EQ(host.sockets.toReceive.size(), 1U) << "half of them end it, less do not";
+  LinkSocket = platform::kNoHandle;
+}
+
 TEST_F(SerialPortTest, OpensATcpConnectionInSocketMode) {
   host.sockets.accepts = [](platform::Address peer) { return peer.port == 4001; };
   port.SetIpAddr({10, 0, 0, 5});

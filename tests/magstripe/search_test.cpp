@@ -132,8 +132,19 @@ TEST_F(StripeConnect, ComPortsOfTheRangeAndVirtualOnesAreVisited) {
   EXPECT_STREQ(DevTable[0].DevName, "COM12:");
   EXPECT_STREQ(DevTable[1].DevName, "");
   EXPECT_EQ(host.ports.opened.front().line.baud, 9600U) << "whatever the readers are searched with";
+  EXPECT_EQ(host.ports.opened.front().line.parity, 0);
+  EXPECT_EQ(host.ports.opened.front().line.stopBits, 0);
   EXPECT_EQ(host.ports.opened.front().timeouts.readInterval, 11U);
   EXPECT_EQ(host.ports.opened.front().timeouts.readConstant, 100U);
+}
+
+TEST_F(StripeConnect, TheFirstAndTheLastPortAreVisited) {
+  host.ports.present[1] = nullptr;
+  host.ports.present[256] = nullptr;
+  SetComSrchRange(1, 256);
+  Asked().clear();
+  EXPECT_FALSE(SearchSorbaneComs(AnswersOn5And12));
+  EXPECT_EQ(Asked(), (std::vector<std::uint32_t>{1, 256}));
 }
 
 TEST_F(StripeConnect, NoPortThatTakesThePacketWholeHasAReader) {
