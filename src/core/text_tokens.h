@@ -14,7 +14,7 @@ namespace tavlyn {
 inline constexpr const char* kEntryDelimiters = ", =\t";
 inline constexpr const char* kDataDelimiters = ",. \t";
 
-// strtok on a text of one's own: an empty token is the end.
+// strtok on a text of one's own, which takes the delimiter behind a token with it: an empty token is the end.
 class Tokens {
  public:
   explicit Tokens(std::string_view text) : rest_(text) {}
@@ -22,7 +22,7 @@ class Tokens {
   std::string_view Next(const char* delimiters) {
     rest_.remove_prefix(std::min(rest_.find_first_not_of(delimiters), rest_.size()));
     const std::string_view token = rest_.substr(0, rest_.find_first_of(delimiters));
-    rest_.remove_prefix(token.size());
+    rest_.remove_prefix(std::min(token.size() + 1, rest_.size()));
     return token;
   }
 

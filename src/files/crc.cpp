@@ -6,6 +6,7 @@
 #include "core/ascii_case.h"
 #include "core/lines.h"
 #include "core/text_file.h"
+#include "core/text_tokens.h"
 
 namespace tavlyn {
 namespace {
@@ -162,11 +163,9 @@ int CRC::CheckIniTrailer(std::FILE* file, std::string& text) {
   Lines<kLongLine> lines(file);
   std::string_view line;
   if (!lines.Next(line) || !line.ends_with("\r\n")) return 0;
-  const std::size_t equals = line.find('=');
-  if (line.substr(0, equals) != "iEndOfIniFile" || equals == std::string_view::npos) return 0;
-  line.remove_prefix(equals + 1);
-  line.remove_prefix(std::min(line.find_first_not_of("\r\n"), line.size()));
-  const std::string value(line.substr(0, line.find_first_of("\r\n")));
+  Tokens tokens(line);
+  if (tokens.Next("=") != "iEndOfIniFile") return 0;
+  const std::string value(tokens.Next("\r\n"));
   const bool more = lines.Next(line);
   std::uint32_t sum = 0;
   if (value.empty() || SumOf(text, sum) != 0) return 0;

@@ -75,7 +75,8 @@ TEST_F(IniTrailer, TheFirstEndLineCounts) {
 
 TEST_F(IniTrailer, FormsOfTheValueLine) {
   const std::string sum = SumText(kBody);
-  EXPECT_TRUE(Passes(Trailer("iEndOfIniFile=" + sum + "\r\n")));
+  for (const char* front : {"", "=", "=="})
+    EXPECT_TRUE(Passes(Trailer(front + ("iEndOfIniFile=" + sum) + "\r\n"))) << "a token begins behind them";
   for (const std::string& line :
        {"iEndOfIniFile=" + sum + "\n", "iEndOfIniFile=" + sum, "iEndOfIniFile =" + sum + "\r\n",
         "iEndOfIniFile= " + sum + "\r\n", "iEndOfIniFile==" + sum + "\r\n", "IEndOfIniFile=" + sum + "\r\n",
