@@ -91,7 +91,7 @@ typedef struct tsIdleParms {
   uint16_t Key1Mods;  /* key modifiers */
   uint16_t Key1Code;  /* key code */
   uint16_t Flags;     /* the sensor's own */
-  uint16_t DMTODelta; /* dead man: a change of distance that counts, sensor units (3.472 of an inch) */
+  uint16_t DMTODelta; /* dead man: a change of distance that counts, sensor units (3.472 to an inch) */
   uint16_t DMTOTm;    /* dead man: seconds without such a change */
   uint16_t SNBlankTm; /* blanking time of the drive, units of 43 microseconds */
 } tsIdleParms;
