@@ -120,11 +120,15 @@ TEST_F(Lines, CutPortComesBackUnderItsName) {
 
 TEST_F(Lines, FloodedPortIsLeftInTime) {
   sim::ReaderFa model(sim::Reader::Plain());
+  model.Device().PutCard({0x34, 0x12}, 26);
   sim::PseudoTerminal port(model, Link("com3"));
   sim::Attendant attendant({&port});
   ASSERT_EQ(1u, ConnectCom(3));
+  EXPECT_EQ(26, Card()[0]);
   attendant.With([&] { model.Flood(1'000'000); });
+  const auto start = std::chrono::steady_clock::now();
   EXPECT_EQ(0, Card()[0]);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
 }
 
 TEST_F(Lines, AdapterLeadsToItsReader) {

@@ -210,6 +210,12 @@ TEST_F(TavlynctlConfig, DiffOfTwoFiles) {
   EXPECT_EQ(rows, document["differences"]);
 }
 
+TEST_F(TavlynctlConfig, DiffOfThreeFiles) {
+  const Ended ended = RunLine(std::string(TAVLYNCTL) + " config diff a.hwg b.hwg c.hwg");
+  EXPECT_EQ(1, ended.status);
+  EXPECT_EQ("tavlynctl: two files are compared, or a device and one file\n", ended.err);
+}
+
 TEST_F(TavlynctlConfig, ResetAndDefaults) {
   const auto ended =
       Run("--device plus:2",

@@ -129,6 +129,12 @@ TEST_F(TavlynctlLinks, SerialBytes) {
   EXPECT_EQ("", Document("--com 3 serial read 4")["read"]);
 }
 
+TEST_F(TavlynctlLinks, RawFrame) {
+  const PortDevice device(ports_, 3, line_);
+  EXPECT_EQ("03 05 11 10 1A 3A 28 1C", Document("--com 3 raw FA 01 00 00 08")["reply"]);
+  EXPECT_EQ(1, Ctl("--com 3 analyzer list").status) << "for HID devices alone";
+}
+
 TEST_F(TavlynctlLinks, SerialBaudCode) {
   const PortDevice device(ports_, 3, line_);
   EXPECT_EQ(4, Document("--com 3 serial baud 4")["code"]);
@@ -161,8 +167,15 @@ TEST_F(TavlynctlLinks, FindShowsEveryAdapter) {
   const Ended found = Ctl("find 127.5.1.2-5");
   EXPECT_EQ(0, found.status);
   EXPECT_EQ("adapters\n  address\n  127.5.1.3\n  127.5.1.5\n", found.out);
-  EXPECT_TRUE(Holds(found.err, "asking 127.5.1.5       (4 of 4, found 1)")) << found.err;
+  EXPECT_EQ("asking 127.5.1.2 to 5\n", found.err);
   EXPECT_EQ("127.5.1.3", Document("find 127.5.1.3")["adapters"][0]["address"]);
+}
+
+TEST_F(TavlynctlLinks, FindTellsATerminalWhereItIs) {
+  if (RunLine("command -v script").status != 0) GTEST_SKIP() << "no program that makes a terminal";
+  const Ended none = RunLine("script -qec '" + std::string(TAVLYNCTL) + " find 127.5.3.1-2' /dev/null");
+  EXPECT_EQ(2, none.status);
+  EXPECT_TRUE(Holds(none.out, "\rasking 127.5.3.2       (2 of 2, found 0)\r\n")) << none.out;
 }
 
 TEST_F(TavlynctlLinks, FindWithoutAdapters) {

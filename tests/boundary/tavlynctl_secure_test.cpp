@@ -90,10 +90,12 @@ TEST_F(TavlynctlSecure, WrongWordsSendNothing) {
       Run("", {"ctl secure write 02010300 A1B2", "ctl secure write 020103 A1B2C3",
                "ctl secure write 02010300 A1B2C", "ctl secure write 02010300 A1B2CX",
                "ctl secure write 02010000 ''", "ctl secure read 0201", "ctl secure read 0201030G",
-               "ctl secure", "ctl secure write 02010300 - </dev/null", "ctl ble", "ctl keys"});
+               "ctl secure", "ctl secure write 02010300 - </dev/null", "ctl ble", "ctl keys",
+               "ctl secure write 02010300 A1B2C3 A1B2", "ctl secure write 02010300 --data=A1B2C3 --json",
+               "ctl secure write 02010300 A1 --device A1B2", "ctl secure write A1B2C3"});
   for (std::size_t i = 0; i < ended.size(); ++i) {
     EXPECT_EQ(1, ended[i].status) << i;
-    EXPECT_FALSE(Holds(ended[i].err, "A1B2")) << ended[i].err;
+    EXPECT_FALSE(Holds(ended[i].out + ended[i].err, "A1B2")) << ended[i].err;
   }
 }
 

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "tests/boundary/program.h"
+#include "tools/tavlynctl/output.h"
 #include "tools/tavlynctl/permission.h"
 
 namespace tavlyn::boundary {
@@ -232,10 +233,73 @@ TEST(Tavlynctl, NoReader) {
 }
 
 TEST(Tavlynctl, WrongWords) {
-  for (const char* words : {"", "lisp", "read --timeout soon", "config", "watch --count 0"}) {
+  struct Case {
+    const char* words;
+    const char* problem;
+  };
+  constexpr Case kCases[] = {
+      {"", "a command is missing; tavlynctl --help"},
+      {"lisp", "there is no command lisp; tavlynctl --help"},
+      {"config", "a command is missing; tavlynctl config --help"},
+      {"config shwo", "there is no command shwo; tavlynctl config --help"},
+      {"config set", "FIELD=VALUE is required; tavlynctl config set --help"},
+      {"config set --dryrun", "there is no option --dryrun; tavlynctl config set --help"},
+      {"list everything", "everything was not expected; tavlynctl list --help"},
+      {"list --jsno", "there is no option --jsno; tavlynctl list --help"},
+      {"list --product 2", "--product: 2 not in {magstripe,reader,sonar}; tavlynctl list --help"},
+      {"watch --count 0", "--count: Value 0 not in range 1 to 2147483647; tavlynctl watch --help"},
+      {"list --com 257",
+       "--com: 257 is no port from 1 to 256, nor LO-HI of such ports; tavlynctl list --help"},
+  };
+  for (const Case& one : kCases) {
+    const Ended ended = RunLine(kCtl + " " + one.words);
+    EXPECT_EQ(1, ended.status) << one.words;
+    EXPECT_EQ("tavlynctl: " + std::string(one.problem) + " tells more\n", ended.err);
+    EXPECT_EQ("", ended.out);
+  }
+  for (const char* words : {"read --timeout soon", "read --timeout -1", "watch --timeout 1e300"}) {
     EXPECT_EQ(1, RunLine(kCtl + " " + words).status) << words;
   }
-  EXPECT_EQ(0, RunLine(kCtl + " --help").status);
+}
+
+TEST(Tavlynctl, WrongWordsAreJsonToo) {
+  const Ended ended = RunLine(kCtl + " config set bDspHex=1 --json --dryrun");
+  EXPECT_EQ(1, ended.status);
+  const Json document = Json::parse(ended.out);
+  EXPECT_EQ("config set", document["command"]);
+  EXPECT_EQ(1, document["error"]["code"]);
+  EXPECT_TRUE(Holds(document["error"]["text"], "there is no option --dryrun")) << ended.out;
+}
+
+TEST(Tavlynctl, EveryCommandHasHelp) {
+  const Ended all = RunLine(kCtl + " --help");
+  EXPECT_EQ(0, all.status);
+  EXPECT_EQ("", all.err);
+  for (const char* words : {"list", "config set", "ble save", "range", "secure write"}) {
+    const Ended help = RunLine(kCtl + " " + words + " --help");
+    EXPECT_EQ(0, help.status) << words;
+    EXPECT_TRUE(Holds(help.out, std::string("Usage: tavlynctl ") + words)) << help.out;
+    EXPECT_TRUE(Holds(help.out, "--json")) << help.out;
+  }
+}
+
+TEST(Tavlynctl, JsonMayStandInFront) {
+  EXPECT_EQ("list", Json::parse(Simulated("", "--json list").out)["command"]);
+  EXPECT_EQ("config get", Json::parse(Simulated("", "config --json get bDspHex").out)["command"]);
+}
+
+TEST(Tavlynctl, OutputThatCannotBeWrittenIsTold) {
+  for (const char* words : {"list", "list --json", "watch --count 1", "read"}) {
+    const Ended ended = Simulated("--card 0A:8", words + std::string(" >/dev/full"));
+    EXPECT_EQ(6, ended.status) << words;
+    EXPECT_TRUE(Holds(ended.err, "tavlynctl: the standard output cannot be written\n")) << ended.err;
+  }
+}
+
+TEST(Tavlynctl, WhatADeviceTellsMovesNoCursor) {
+  testing::internal::CaptureStdout();
+  ctl::Show({{"schema", 1}, {"command", "text"}, {"platform", "a\x1B[2Jb\r\n\x7F"}}, false);
+  EXPECT_EQ("platform  a?[2Jb???\n", testing::internal::GetCapturedStdout());
 }
 
 // A folder of hidraw nodes, one of them a reader's.

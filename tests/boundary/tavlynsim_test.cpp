@@ -37,9 +37,13 @@ TEST(Tavlynsim, WrongWordsAreRefused) {
   for (const char* words :
        {"", "run", "run --device plus:12 -- true", "run --card 01 -- true", "run --do nothing -- true",
         "run --device sonar --card 01:8 -- true", "run --device magstripe --do 'range 3' -- true",
-        "run --on 0 -- true", "run --carrier usb -- true"}) {
+        "run --on 0 -- true", "run --carrier usb -- true", "run --carrier 1 -- true"}) {
     EXPECT_EQ(1, RunLine(kSim + " " + words).status) << words;
   }
+  EXPECT_EQ("tavlynsim: there is no command ruin; tavlynsim --help tells more\n",
+            RunLine(kSim + " ruin").err);
+  EXPECT_EQ("tavlynsim: there is no option --divice; tavlynsim run --help tells more\n",
+            RunLine(kSim + " run --divice sonar -- true").err);
 }
 
 TEST(Tavlynsim, DevicesAreListed) {

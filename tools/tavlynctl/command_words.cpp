@@ -1,8 +1,14 @@
 #include "tools/tavlynctl/command_words.h"
 
+#include <limits>
 #include <map>
 
 namespace tavlyn::ctl {
+namespace {
+
+constexpr double kWeek = 604'800;  // seconds
+
+}  // namespace
 
 CLI::App* Add(CLI::App& parent, const char* name, const char* text, Options& options) {
   CLI::App* command = parent.add_subcommand(name, text);
@@ -17,16 +23,30 @@ void AddDevice(CLI::App* command, Options& options) {
 void AddProduct(CLI::App* command, Options& options) {
   static const std::map<std::string, std::uint32_t> kWords = {
       {"reader", kReaders}, {"magstripe", kMagstripes}, {"sonar", kSensors}};
-  command->add_option("--product", options.products, "Only devices of this product; all are searched")
-      ->transform(CLI::CheckedTransformer(kWords));
+  command
+      ->add_option_function<std::string>(
+          "--product", [&options](const std::string& word) { options.products = kWords.at(word); },
+          "reader, magstripe or sonar: only such a device; all are searched without it")
+      ->check(CLI::IsMember(kWords))
+      ->option_text("WORD");
 }
 
 void AddDryRun(CLI::App* command, Options& options) {
   command->add_flag("--dry-run", options.dryRun, "Only tell what would change");
 }
 
-void AddFiles(CLI::App* command, Options& options, int most) {
-  command->add_option("FILE", options.files)->required()->expected(1, most);
+CLI::Option* AddCount(CLI::App* command, Options& options, const char* text) {
+  return command->add_option("--count", options.count, text)
+      ->check(CLI::Range(1, std::numeric_limits<int>::max()))
+      ->option_text("N");
+}
+
+void AddTimeout(CLI::App* command, Options& options, const char* text) {
+  command->add_option("--timeout", options.timeout, text)->check(CLI::Range(0.0, kWeek))->option_text("S");
+}
+
+void AddFile(CLI::App* command, Options& options) {
+  command->add_option("FILE", options.files)->required()->expected(1);
 }
 
 void AddChoice(CLI::App* command, Options& options, const char* name, const std::vector<std::string>& words) {

@@ -22,7 +22,10 @@ void AddDevice(CLI::App* command, Options& options);
 // --product, for commands that take several.
 void AddProduct(CLI::App* command, Options& options);
 void AddDryRun(CLI::App* command, Options& options);
-void AddFiles(CLI::App* command, Options& options, int most);
+// What ends a command that waits or watches.
+CLI::Option* AddCount(CLI::App* command, Options& options, const char* text);
+void AddTimeout(CLI::App* command, Options& options, const char* text);
+void AddFile(CLI::App* command, Options& options);
 void AddChoice(CLI::App* command, Options& options, const char* name, const std::vector<std::string>& words);
 
 void AddLinks(CLI::App& app, Link& link);

@@ -19,9 +19,9 @@ void AddConfig(CLI::App& app, Options& options, Commands& commands) {
   reset->add_flag("--yes", options.yes, "Do it");
   CLI::App* defaults = Add(config, "defaults", "Moves the defaults that a plus reader keeps", options);
   AddChoice(defaults, options, "WHAT", {"save", "restore", "plus"});
-  AddFiles(save, options, 1);
-  AddFiles(load, options, 1);
-  AddFiles(diff, options, 2);
+  AddFile(save, options);
+  AddFile(load, options);
+  diff->add_option("FILE", options.files, "One, compared with the device, or two")->required();
   save->add_flag("--secure", options.secure, "With an integrity trailer");
   load->add_flag("--secure", options.secure, "Only a file with an integrity trailer");
   for (CLI::App* command : {set, load, reset}) AddDryRun(command, options);
@@ -57,7 +57,7 @@ void AddCards(CLI::App& app, Options& options, Commands& commands) {
 
 void AddCheck(CLI::App& app, Options& options, Commands& commands) {
   CLI::App* check = Add(app, "check", "Whether a file is as it was written", options);
-  AddFiles(check, options, 1);
+  AddFile(check, options);
   check->add_flag("--ini", options.ini, "A key-load ini file");
   commands.push_back({check, "check", CheckFile});
 }

@@ -30,7 +30,7 @@ void AddBle(CLI::App& app, Options& options, Commands& commands) {
   CLI::App* load = Add(ble, "load", "Loads such a file", options);
   for (CLI::App* command : {save, load}) {
     command->add_flag("--keys", options.keys, "Keys in place of data");
-    AddFiles(command, options, 1);
+    AddFile(command, options);
   }
   for (CLI::App* command : {status, set, save, load}) AddDevice(command, options);
   commands.insert(commands.end(), {{status, "ble status", BleStatus},

@@ -7,17 +7,22 @@ namespace tavlyn::ctl {
 // Options of the program, also taken behind a command.
 void AddLinks(CLI::App& app, Link& link) {
   app.fallthrough();
-  const auto add = [&](const char* name, bool (*take)(const std::string&, Link&), const char* text) {
+  const auto add = [&](const char* name, bool (*take)(const std::string&, Link&), const char* kind,
+                       const char* text) {
     return app.add_option_function<std::string>(
         name,
-        [&link, take, name](const std::string& word) {
-          if (!take(word, link)) throw CLI::ValidationError(name, word + " cannot be meant");
+        [&link, take, name, kind](const std::string& word) {
+          if (!take(word, link)) throw CLI::ValidationError(name, word + " is no " + kind);
         },
         text);
   };
-  CLI::Option* com = add("--com", TakePorts, "Search this COM port, or these")->type_name("N|LO-HI");
-  CLI::Option* ip = add("--ip", TakePeer, "Search behind the Ethernet adapter of this address");
-  ip->type_name("A.B.C.D:PORT")->excludes(com);
+  CLI::Option* com =
+      add("--com", TakePorts, "port from 1 to 256, nor LO-HI of such ports", "Search this COM port, or these")
+          ->type_name("N|LO-HI");
+  add("--ip", TakePeer, "address with a port, A.B.C.D:PORT",
+      "Search behind the Ethernet adapter of this address")
+      ->type_name("A.B.C.D:PORT")
+      ->excludes(com);
   app.add_option("--baud", link.baud, "Speed of the COM ports (9600)")->needs(com);
   app.add_flag("--ascii", link.ascii, "Speak the text dialect of serial readers");
 }

@@ -25,14 +25,12 @@ void AddProducts(CLI::App& app, Options& options, Commands& commands) {
   CLI::App& swipe = *app.add_subcommand("swipe", "Swipes of a magnetic-stripe reader");
   swipe.require_subcommand(1);
   CLI::App* watch = Add(swipe, "watch", "A line for each swipe, until Ctrl-C", options);
-  watch->add_option("--count", options.count, "End after so many lines")->check(CLI::PositiveNumber);
-  watch->add_option("--timeout", options.timeout, "End after so many seconds")->check(CLI::NonNegativeNumber);
+  AddCount(watch, options, "End after so many lines");
+  AddTimeout(watch, options, "End after so many seconds");
   AddMagFields(app, options, commands);
   CLI::App* range = Add(app, "range", "What a sonar sensor measures: inches and status bits 0 to 2", options);
   CLI::Option* live = range->add_flag("--watch", options.watch, "Again and again, until Ctrl-C");
-  range->add_option("--count", options.count, "End after so many measurements")
-      ->check(CLI::PositiveNumber)
-      ->needs(live);
+  AddCount(range, options, "End after so many measurements")->needs(live);
   for (CLI::App* command : {track, watch, range}) AddDevice(command, options);
   commands.insert(commands.end(),
                   {{track, "track", Track}, {watch, "swipe watch", WatchSwipes}, {range, "range", Range}});

@@ -18,7 +18,7 @@ void AddSecure(CLI::App& app, Options& options, Commands& commands) {
         ->required();
   }
   write->add_option("DATA", options.data, "Hexadecimal; - takes it from the standard input")->required();
-  AddFiles(load, options, 1);
+  AddFile(load, options);
   for (CLI::App* command : {load, read, write}) AddDevice(command, options);
   commands.insert(commands.end(), {{load, "keys load", LoadKeys},
                                    {read, "secure read", ReadSecure},

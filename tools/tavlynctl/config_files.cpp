@@ -218,6 +218,7 @@ Json LoadConfig(const Options& options) {
 }
 
 Json DiffConfig(const Options& options) {
+  if (options.files.size() > 2) throw Failure(kUsage, "two files are compared, or a device and one file");
   Side right = FileSide(options.files.back());
   const Side left =
       options.files.size() == 2 ? FileSide(options.files.front()) : DeviceSide(options, right.product);

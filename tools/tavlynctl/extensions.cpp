@@ -23,7 +23,7 @@ struct Free {
 void Use(const Session& session, const Options& options) {
   session.Use(options.device);
   if (GetDevType() != kReports) {
-    throw Failure(kUsage, ActiveDeviceName() + " can be asked for this on USB alone");
+    throw Failure(kUsage, ActiveDeviceName() + " can be asked for this as a HID device alone");
   }
 }
 

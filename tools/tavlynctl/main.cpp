@@ -1,6 +1,11 @@
 // Card readers, magnetic-stripe readers and sonar sensors from the command line.
+#include <algorithm>
+#include <span>
+#include <string_view>
+
 #include "tools/tavlynctl/command_words.h"
 #include "tools/tavlynctl/commands.h"
+#include "tools/wrong_words.h"
 
 namespace {
 
@@ -27,17 +32,28 @@ int Run(const Command& command, const Options& options) try {
   return failure.code;
 }
 
+// Whether JSON is wanted is told by the words themselves, as not all of them were understood.
+int Refuse(const CLI::App& app, const CLI::ParseError& error, std::span<char*> words) {
+  const std::string command = tavlyn::GivenCommand(app);
+  const bool json = std::ranges::find(words, std::string_view("--json")) != words.end();
+  const Failure failure(kUsage, tavlyn::WrongWords(app, error, command == "secure write"));
+  ShowFailure(failure, command, json);
+  return failure.code;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-  CLI::App app("Card readers from the command line", "tavlynctl");
+  CLI::App app("Card readers, magnetic-stripe readers and sonar sensors from the command line", "tavlynctl");
   app.require_subcommand(1);
   Options options;
+  app.add_flag("--json", options.json, "One JSON object instead of text");
   const Commands commands = AddAll(app, options);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? kOk : kUsage;
+    if (error.get_exit_code() == 0) return app.exit(error);  // help
+    return Refuse(app, error, {argv, static_cast<std::size_t>(argc)});
   }
   for (const Command& command : commands) {
     if (command.app->parsed()) return Run(command, options);

@@ -5,6 +5,7 @@
 
 #include "api.h"
 #include "tools/tavlynctl/commands.h"
+#include "tools/tavlynctl/terminal.h"
 
 namespace tavlyn::ctl {
 namespace {
@@ -33,16 +34,20 @@ std::uint8_t Ask(const Ip& ip) {
 std::vector<Ip> Search(const IpRange& range) {
   std::vector<Ip> found;
   const int count = range.last - range.ip[3] + 1;
+  const bool live = ErrorsAreOnTerminal();
+  if (!live) std::fprintf(stderr, "asking %s to %d\n", Dotted(range.ip).c_str(), range.last);
   for (int at = 0; at < count; ++at) {
     Ip asked = range.ip;
     asked[3] = static_cast<std::uint8_t>(range.ip[3] + at);
-    std::fprintf(stderr, "\rasking %-15s (%d of %d, found %zu)", Dotted(asked).c_str(), at + 1, count,
-                 found.size());
+    if (live) {
+      std::fprintf(stderr, "\rasking %-15s (%d of %d, found %zu)", Dotted(asked).c_str(), at + 1, count,
+                   found.size());
+    }
     Ip answered = asked;
     answered[3] = Ask(asked);
     if (answered[3] != 0 && std::ranges::find(found, answered) == found.end()) found.push_back(answered);
   }
-  std::fputc('\n', stderr);
+  if (live) std::fputc('\n', stderr);
   return found;
 }
 

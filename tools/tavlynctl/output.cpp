@@ -23,9 +23,16 @@ bool IsTable(const Json& value) {
          });
 }
 
+// What a device tells must not move the cursor of a terminal.
+std::string Printable(std::string text) {
+  std::ranges::replace_if(
+      text, [](char c) { return (c >= 0 && c < ' ') || c == '\x7F'; }, '?');
+  return text;
+}
+
 std::string Cell(const Json& value) {
   if (value.is_null()) return "-";
-  if (value.is_string()) return value.get<std::string>();
+  if (value.is_string()) return Printable(value.get<std::string>());
   if (value.is_boolean()) return value.get<bool>() ? "yes" : "no";
   if (!value.is_array()) return value.dump();
   if (value.empty()) return "none";
@@ -114,23 +121,27 @@ void Show(const Json& document, bool asJson) {
   if (document.is_null()) return;
   if (asJson) {
     std::printf("%s\n", Dump(document, 2).c_str());
-    return;
-  }
-  if (document.contains("bits")) {
+  } else if (document.contains("bits")) {
     std::printf("%s\n", CardLine(document).c_str());
-    return;
+  } else {
+    Json shown = document;
+    shown.erase("schema");
+    shown.erase("command");
+    ShowObject(shown, 0);
   }
-  Json shown = document;
-  shown.erase("schema");
-  shown.erase("command");
-  ShowObject(shown, 0);
+  FlushOutput();
 }
 
 void ShowEvent(const Json& event, bool asJson) { ShowEvent(event, asJson ? "" : CardLine(event), asJson); }
 
 void ShowEvent(const Json& event, const std::string& line, bool asJson) {
   std::printf("%s\n", (asJson ? Dump(event) : line).c_str());
-  std::fflush(stdout);
+  FlushOutput();
+}
+
+void FlushOutput() {
+  if (std::fflush(stdout) == 0) return;
+  throw Failure(kBadFile, "the standard output cannot be written");
 }
 
 void ShowFailure(const Failure& failure, const std::string& command, bool asJson) {

@@ -31,12 +31,13 @@ Json NewDocument(const std::string& command);
 // The same, about one device.
 Json NewDocument(const std::string& command, int device);
 
-// Null shows nothing.
+// Null shows nothing. A standard output that takes nothing any more is a Failure, here and below.
 void Show(const Json& document, bool asJson);
 // A card that came or went: one line, out at once.
 void ShowEvent(const Json& event, bool asJson);
 // Any other event, with its line for people.
 void ShowEvent(const Json& event, const std::string& line, bool asJson);
+void FlushOutput();
 void ShowFailure(const Failure& failure, const std::string& command, bool asJson);
 
 std::string Hex(unsigned value, int digits);

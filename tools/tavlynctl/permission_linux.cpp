@@ -65,7 +65,7 @@ std::string PermissionProblem(const std::string& hidrawClass, const std::string&
   }
   if (found.empty()) return found;
   return "a reader is plugged in, but this user may not open " + found +
-         "; the udev rules of tavlynapi give the right to, or else membership in the node's group";
+         "; the udev rules in docs/linux.md give the right to, or else membership in the node's group";
 }
 
 }  // namespace tavlyn::ctl

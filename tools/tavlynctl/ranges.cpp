@@ -46,7 +46,7 @@ void ShowBar(const Measurement& measured) {
   const std::string bar(full, '#');
   const std::string rest(kMostInches / kInchesPerMark - full, '.');
   std::printf("\r%s%s %s", bar.c_str(), rest.c_str(), Line(measured).c_str());
-  std::fflush(stdout);
+  FlushOutput();
 }
 
 void ShowLine(const Measurement& measured, bool json) {

@@ -88,6 +88,7 @@ Json Queue(const Options& options) {
 Json Raw(const Options& options) {
   std::vector<std::uint8_t> command;
   std::ranges::transform(options.words, std::back_inserter(command), ParseByte);
+  if (command.size() > kRawBytes) throw Failure(kUsage, "a command has eight bytes at most");
   command.resize(kRawBytes);
   const Session session(options.link);
   session.Use(options.device);

@@ -5,5 +5,6 @@
 namespace tavlyn::ctl {
 
 bool OutputIsTerminal() { return isatty(STDOUT_FILENO) == 1; }
+bool ErrorsAreOnTerminal() { return isatty(STDERR_FILENO) == 1; }
 
 }  // namespace tavlyn::ctl

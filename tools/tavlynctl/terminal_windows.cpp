@@ -7,5 +7,6 @@
 namespace tavlyn::ctl {
 
 bool OutputIsTerminal() { return _isatty(_fileno(stdout)) != 0; }
+bool ErrorsAreOnTerminal() { return _isatty(_fileno(stderr)) != 0; }
 
 }  // namespace tavlyn::ctl

@@ -1,11 +1,11 @@
 // Runs a program with simulated devices.
 #include <CLI/CLI.hpp>
 #include <cstdio>
-#include <map>
 #include <optional>
 
 #include "tools/tavlynsim/run.h"
 #include "tools/tavlynsim/typed_lines.h"
+#include "tools/wrong_words.h"
 
 namespace {
 
@@ -56,8 +56,6 @@ void AddLines(CLI::App& run, std::vector<std::string>& devices) {
 }
 
 void AddRun(CLI::App& app, RunOptions& options, std::optional<bool>& interactive) {
-  static const std::map<std::string, Carrier> kCarriers{{"hidapi", Carrier::kHidapi},
-                                                        {"uhid", Carrier::kUhid}};
   auto* run = app.add_subcommand("run", "Run a command that sees simulated devices");
   run->add_option("--device", options.devices, "A device, may be given again (see tavlynsim devices)")
       ->type_name("KIND")
@@ -81,9 +79,14 @@ void AddRun(CLI::App& app, RunOptions& options, std::optional<bool>& interactive
   run->add_flag("--repeat", options.timetable.repeat, "Begin again after the last card");
   run->add_flag("--interactive,!--no-interactive", interactive,
                 "Take commands from standard input, or do not (default: on a terminal)");
-  run->add_option("--carrier", options.carrier,
-                  "hidapi (default): for the command alone. uhid: for this machine")
-      ->transform(CLI::CheckedTransformer(kCarriers));
+  run->add_option_function<std::string>(
+         "--carrier",
+         [&options](const std::string& word) {
+           options.carrier = word == "uhid" ? Carrier::kUhid : Carrier::kHidapi;
+         },
+         "hidapi (default): for the command alone. uhid: for this machine")
+      ->check(CLI::IsMember({"hidapi", "uhid"}))
+      ->option_text("WORD");
   run->add_option("COMMAND", options.command,
                   "What to run, behind --; without it devices on lines are there until Ctrl-C");
 }
@@ -100,7 +103,9 @@ int main(int argc, char** argv) {
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : tavlyn::sim::kBadUsage;
+    if (error.get_exit_code() == 0) return app.exit(error);  // help
+    std::fprintf(stderr, "tavlynsim: %s\n", tavlyn::WrongWords(app, error).c_str());
+    return tavlyn::sim::kBadUsage;
   }
   if (app.got_subcommand("devices")) return ShowKinds();
   options.devices.insert(options.devices.end(), options.lines.begin(), options.lines.end());
