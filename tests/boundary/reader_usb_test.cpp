@@ -1,85 +1,10 @@
 // A card reader on USB, through the exports of the built library.
-#include <gtest/gtest.h>
+#include "tests/boundary/reader_usb.h"
 
 #include <algorithm>
-#include <array>
-#include <chrono>
-#include <cstdio>
-#include <fstream>
-#include <memory>
-#include <sstream>
-#include <string>
-#include <thread>
-#include <vector>
-
-#include "tests/boundary/library.h"
 
 namespace tavlyn::boundary {
 namespace {
-
-constexpr std::uint32_t kDid = 0x7431;
-constexpr std::uint32_t kNotWritten = 0xDEADBEEF;
-
-// Longer than a reader is left alone after each exchange (235 ms), by a step of a coarse tick.
-void WaitForGate() { std::this_thread::sleep_for(std::chrono::milliseconds(270)); }
-
-std::vector<std::string> Lines(const std::string& text) {
-  std::istringstream stream(text);
-  std::vector<std::string> lines;
-  for (std::string line; std::getline(stream, line);) lines.push_back(line);
-  return lines;
-}
-
-class ReaderUsb : public testing::Test {
- protected:
-  void SetUp() override {
-    SetVariable("TAVLYNAPI_LOGGING", nullptr);
-    Load();
-  }
-
-  void TearDown() override {
-    if (library_ == nullptr) return;
-    CALL(*library_, USBDisconnect)();
-    Do("reset");
-  }
-
-  // Loads the library anew; searches then stay on USB.
-  void Load() {
-    library_.reset();
-    library_ = std::make_unique<Library>();
-    Do("reset");
-    CALL(*library_, SetDevTypeSrch)(0);
-  }
-
-  std::string Do(const std::string& command) { return library_->Standin(command); }
-
-  std::uint32_t Connect() {
-    did_ = kNotWritten;
-    return CALL(*library_, USBConnect)(&did_);
-  }
-
-  int Exchanges() { return std::stoi(Do("exchanges")); }
-
-  bool TrafficHolds(const std::string& part) { return Do("traffic").find(part) != std::string::npos; }
-
-  // What every reader of the rack comes with.
-  void ExpectMirror(std::int16_t features) {
-    tsCfgFlags flags{};
-    EXPECT_EQ(1u, CALL(*library_, GetFlags)(&flags));
-    EXPECT_EQ(
-        (std::array{0, 0, 1, 1, 1, 0, 0, 0}),
-        (std::array<int, 8>{flags.bFixLenDsp, flags.bFrcBitCntEx, flags.bStripFac, flags.bSndFac,
-                            flags.bUseDelFac2Id, flags.bNoUseELChar, flags.bSndOnRx, flags.bHaltKBSnd}));
-    tsTimeParms times{};
-    EXPECT_EQ(1u, CALL(*library_, GetTimeParms)(&times));
-    EXPECT_EQ((std::array<int, 7>{100, 1000, 2000, 4, 4, features, 0x40}),
-              (std::array<int, 7>{times.iBitStrmTO, times.iIDHoldTO, times.iIDLockOutTm, times.iUSBKeyPrsTm,
-                                  times.iUSBKeyRlsTm, times.ExFeatures01, times.iTPCfgFlg3}));
-  }
-
-  std::unique_ptr<Library> library_;
-  std::uint32_t did_ = kNotWritten;
-};
 
 TEST_F(ReaderUsb, NothingPluggedInIsNothingFound) {
   EXPECT_EQ(0u, Connect());
@@ -361,81 +286,6 @@ TEST_F(ReaderUsb, ReaderThatVanishesDuringConnect) {
   ASSERT_EQ(1u, Connect());
   EXPECT_EQ(kDid, did_);
 }
-
-class ReaderUsbTrace : public ReaderUsb {
- protected:
-  void SetUp() override {
-    file_ = ChooseTraceFile();
-    SetVariable("TAVLYNAPI_LOGGING", "");
-    Load();
-  }
-
-  void TearDown() override {
-    ReaderUsb::TearDown();
-    SetVariable("TAVLYNAPI_LOGGING", nullptr);
-  }
-
-  // The library never flushes its trace; the streams of the process are flushed here.
-  std::vector<std::string> TraceLines() {
-    std::fflush(nullptr);
-    std::ifstream file(file_);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return Lines(text.str());
-  }
-
-  std::string file_;
-};
-
-TEST_F(ReaderUsbTrace, FileHoldsOneStampedLineForEachEvent) {
-  const std::size_t before = TraceLines().size();
-  Do("plug reader");
-  ASSERT_EQ(1u, Connect());
-  CALL(*library_, USBDisconnect)();
-  const std::vector<std::string> all = TraceLines();
-  std::vector<std::string> events;
-  for (std::size_t i = before; i < all.size(); ++i) {
-    ASSERT_GT(all[i].size(), 18u);
-    EXPECT_EQ(' ', all[i][8]);
-    EXPECT_EQ(':', all[i][11]);
-    EXPECT_EQ(' ', all[i][17]);
-    events.push_back(all[i].substr(18));
-  }
-  const std::vector<std::string> expected{
-      "USBConnect ENTER",
-      "USBConnect Success !!",
-      "tavlyn_ReadCfgOneConfig Model Number of Device is : RDR-80581AKU",
-      "USBConnect Firmware: CPU0 Application in hex is  0",
-      "USBConnect Firmware: CPU1 Application in hex is  0",
-      "USBConnect TavlynAPI Library version is 7.9.2",
-      "USBConnect EXIT",
-      "USBDisconnect ENTER",
-      "UsbDriver_Close ENTER",
-      "UsbDriver_Close EXIT",
-      "USBDisconnect Handle closed successfully",
-      "USBDisconnect EXIT",
-  };
-  EXPECT_EQ(expected, events);
-}
-
-std::vector<std::string> marked;
-
-void Mark(const char* line, std::uint64_t length) { marked.emplace_back(line, length); }
-
-TEST_F(ReaderUsbTrace, MarkerFunctionTakesTheLines) {
-  marked.clear();
-  const std::size_t before = TraceLines().size();
-  EXPECT_EQ(1u, CALL(*library_, SetMarkerFunction)(Mark));
-  CALL(*library_, USBDisconnect)();
-  CALL(*library_, SetMarkerFunction)(nullptr);
-  CALL(*library_, USBDisconnect)();
-  ASSERT_EQ(2u, marked.size());
-  EXPECT_EQ("USBDisconnect ENTER\n", marked[0].substr(18));
-  EXPECT_EQ("USBDisconnect EXIT\n", marked[1].substr(18));
-  EXPECT_EQ(before, TraceLines().size());
-}
-
-TEST_F(ReaderUsb, NoMarkerWithoutTheVariable) { EXPECT_EQ(0u, CALL(*library_, SetMarkerFunction)(Mark)); }
 
 }  // namespace
 }  // namespace tavlyn::boundary

@@ -30,6 +30,19 @@ class BleLoad : public BleBench {
     EXPECT_EQ(KeyOf(Memory().storedBle), wanted) << lines;
     ForgetTraffic();
   }
+  // With a file that is there: nothing is sent behind the exchange that failed, and no wait follows it.
+  void ExpectAFaultToEndIt(std::uint32_t (*load)(const char*)) {
+    WithAFaultAtEach([&] { return load(File().c_str()); },
+                     [&](std::size_t, const std::string& line, std::uint32_t result) {
+                       EXPECT_EQ(result, 0x8001U);
+                       const bool sent = line.starts_with("get");
+                       EXPECT_EQ(GetLastLibErr(), sent ? 0x30000001U : 0x30000203U);
+                       ExpectTrace({});
+                       const Lines traffic = TrafficOf(host.transcript.Events());
+                       ASSERT_FALSE(traffic.empty());
+                       EXPECT_EQ(traffic.back(), sent ? "get refused" : "sleep 80");
+                     });
+  }
   const Bytes data = Counting(384, 3);
   const Bytes key = Counting(128, 7);
 };
@@ -236,30 +249,12 @@ TEST_F(BleLoad, MoreBytesThanTheBlockHas) {
 
 TEST_F(BleLoad, AFaultAtEachExchangeOfAKey) {
   Store(File(), BleFile(kKeyKind, HexLines(key)));
-  WithAFaultAtEach([&] { return WriteBLEKeyToReader(File().c_str()); },
-                   [&](std::size_t, const std::string& line, std::uint32_t result) {
-                     EXPECT_EQ(result, 0x8001U);
-                     const bool sent = line.starts_with("get");
-                     EXPECT_EQ(GetLastLibErr(), sent ? 0x30000001U : 0x30000203U);
-                     ExpectTrace({});
-                     const Lines traffic = TrafficOf(host.transcript.Events());
-                     ASSERT_FALSE(traffic.empty());
-                     EXPECT_EQ(traffic.back(), sent ? "get refused" : "sleep 80");
-                   });
+  ExpectAFaultToEndIt(WriteBLEKeyToReader);
 }
 
 TEST_F(BleLoad, AFaultAtEachExchangeOfTheData) {
   Store(File(), BleFile(kDataKind, HexLines(data)));
-  WithAFaultAtEach([&] { return WriteBLEDataToReader(File().c_str()); },
-                   [&](std::size_t, const std::string& line, std::uint32_t result) {
-                     EXPECT_EQ(result, 0x8001U);
-                     const bool sent = line.starts_with("get");
-                     EXPECT_EQ(GetLastLibErr(), sent ? 0x30000001U : 0x30000203U);
-                     ExpectTrace({});
-                     const Lines traffic = TrafficOf(host.transcript.Events());
-                     ASSERT_FALSE(traffic.empty());
-                     EXPECT_EQ(traffic.back(), sent ? "get refused" : "sleep 80") << "nor a wait behind it";
-                   });
+  ExpectAFaultToEndIt(WriteBLEDataToReader);
 }
 
 TEST_F(BleLoad, AChangedByteOfADataFileReachesNoReader) {
