@@ -171,6 +171,16 @@ TEST_F(TavlynctlConfig, FilesThatAreNotLoaded) {
   EXPECT_TRUE(Holds(ended[3].err, "is no configuration file"));
 }
 
+TEST_F(TavlynctlConfig, DevicesAndFoldersAreNoFiles) {
+  const auto ended =
+      Run("", {"ctl config load /dev/zero", "ctl config save /dev/full", "ctl check /dev/full",
+               "ctl config diff own.hwg /dev/zero", "ctl keys load /dev/zero", "ctl ble save ."});
+  for (const Ended& one : ended) {
+    EXPECT_EQ(6, one.status) << one.err;
+    EXPECT_TRUE(one.err.ends_with(" is no file\n")) << one.err;
+  }
+}
+
 TEST_F(TavlynctlConfig, IniFileIsChecked) {
   std::ofstream(folder_ / "keys.ini") << "[keys]\r\nslot=1\r\n[EOF]\r\niEndOfIniFile=BE686D5A\r\n";
   const auto ended = Run("", {"ctl check keys.ini --ini --json", "ctl check keys.ini",

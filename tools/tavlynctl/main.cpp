@@ -1,5 +1,6 @@
 // Card readers, magnetic-stripe readers and sonar sensors from the command line.
 #include <algorithm>
+#include <filesystem>
 #include <span>
 #include <string_view>
 
@@ -10,6 +11,7 @@
 namespace {
 
 using namespace tavlyn::ctl;
+namespace fs = std::filesystem;
 
 Commands AddAll(CLI::App& app, Options& options) {
   Commands commands;
@@ -21,10 +23,20 @@ Commands AddAll(CLI::App& app, Options& options) {
   return commands;
 }
 
+// A device in a file's place may never end.
+void NeedFiles(const Options& options) {
+  for (const std::string& path : options.files) {
+    std::error_code unknown;
+    const fs::file_status status = fs::status(path, unknown);
+    if (fs::exists(status) && !fs::is_regular_file(status)) throw Failure(kBadFile, path + " is no file");
+  }
+}
+
 int Run(const Command& command, const Options& options) try {
   if (options.link.ascii && options.link.kind == LinkKind::kUsb) {
     throw Failure(kUsage, "--ascii needs --com or --ip");
   }
+  NeedFiles(options);
   Show(command.run(options), options.json);
   return kOk;
 } catch (const Failure& failure) {
