@@ -15,10 +15,11 @@ const CLI::App& Innermost(const CLI::App& app) {
 std::string Problem(const CLI::App& app, const CLI::ParseError& error, bool mayHoldKeys) {
   const std::vector<std::string> rest = app.remaining(true);
   const bool commandIsMissing = Innermost(app).get_require_subcommand_min() > 0;
-  const bool wordIsMissing = dynamic_cast<const CLI::RequiredError*>(&error) != nullptr && rest.empty();
-  if (wordIsMissing) return commandIsMissing ? "a command is missing" : error.what();
+  const bool isMissing = dynamic_cast<const CLI::RequiredError*>(&error) != nullptr;
+  const bool isTooMuch = dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr;
+  if (isMissing && rest.empty()) return commandIsMissing ? "a command is missing" : error.what();
   if (mayHoldKeys) return "the words do not fit; they are not repeated here, as they may hold a key";
-  if (rest.empty()) return error.what();
+  if (rest.empty() || !(isMissing || isTooMuch)) return error.what();
   const auto option =
       std::ranges::find_if(rest, [](const std::string& one) { return one.starts_with('-') && one != "--"; });
   if (option != rest.end()) return "there is no option " + *option;

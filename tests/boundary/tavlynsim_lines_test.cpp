@@ -86,6 +86,8 @@ TEST(TavlynsimLines, WrongPlacesAreRefused) {
                             "--serial COM3 --ascii COM3", "--bulk --device reader@bulk"}) {
     EXPECT_EQ(1, RunLine(kRun + words + " -- true").status) << words;
   }
+  EXPECT_EQ("tavlynsim: --serial: 3 is no COMn; tavlynsim run --help tells more\n",
+            RunLine(kRun + "--serial 3 -- true").err);
 }
 
 TEST(TavlynsimLines, PlaceThatCannotBeHadIsTold) {

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <optional>
 
+#include "sim/line_place.h"
 #include "tools/tavlynsim/run.h"
 #include "tools/tavlynsim/typed_lines.h"
 #include "tools/wrong_words.h"
@@ -10,6 +11,7 @@
 namespace {
 
 using tavlyn::sim::Carrier;
+using tavlyn::sim::LineKind;
 using tavlyn::sim::RunOptions;
 
 struct Kind {
@@ -37,7 +39,8 @@ int ShowKinds() {
 
 // Short words for a plain reader on some line.
 void AddLines(CLI::App& run, std::vector<std::string>& devices) {
-  const auto add = [&](const char* name, const char* type, const char* text, const char* behind) {
+  const auto add = [&](const char* name, const char* type, const char* text, LineKind kind) {
+    const char* behind = kind == LineKind::kComAscii ? ":ascii" : "";
     run.add_option_function<std::vector<std::string>>(
            name,
            [&devices, behind](const std::vector<std::string>& places) {
@@ -45,11 +48,16 @@ void AddLines(CLI::App& run, std::vector<std::string>& devices) {
            },
            text)
         ->type_name(type)
+        ->check([type, behind, kind](const std::string& place) {
+          const auto known = tavlyn::sim::ParseLinePlace(place + behind);
+          return known && known->kind == kind ? std::string() : place + " is no " + type;
+        })
         ->allow_extra_args(false);
   };
-  add("--serial", "COMn", "A reader on a serial port: --device reader@COMn", "");
-  add("--ascii", "COMn", "One that speaks text: --device reader@COMn:ascii", ":ascii");
-  add("--ethernet", "IP:PORT", "One behind an Ethernet adapter: --device reader@IP:PORT", "");
+  add("--serial", "COMn", "A reader on a serial port: --device reader@COMn", LineKind::kCom);
+  add("--ascii", "COMn", "One that speaks text: --device reader@COMn:ascii", LineKind::kComAscii);
+  add("--ethernet", "IP:PORT", "One behind an Ethernet adapter: --device reader@IP:PORT",
+      LineKind::kEthernet);
   run.add_flag_callback(
       "--bulk", [&devices] { devices.emplace_back("reader@bulk"); },
       "One behind the endpoints of a bulk device: --device reader@bulk");
