@@ -1,25 +1,17 @@
 #include "sim/carriers/attendant.h"
 
-#include <sys/eventfd.h>
-#include <unistd.h>
-
 namespace tavlyn::sim {
-Attendant::Attendant(std::vector<Served*> served)
-    : served_(std::move(served)),
-      wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
-      thread_([this] { Loop(); }) {}
+
+Attendant::Attendant(std::vector<Served*> served) : served_(std::move(served)), thread_([this] { Loop(); }) {}
 
 Attendant::~Attendant() {
   With([this] { ends_ = true; });
   thread_.join();
-  close(wake_);
 }
-
-void Attendant::Wake() const { eventfd_write(wake_, 1); }
 
 void Attendant::Loop() {
   for (;;) {
-    std::vector<pollfd> polled{{wake_, POLLIN, 0}};
+    std::vector<pollfd> polled{{waker_.Polled(), POLLIN, 0}};
     DueTime due;
     {
       const std::lock_guard lock(mutex_);
@@ -30,9 +22,8 @@ void Attendant::Loop() {
         due = Sooner(due, one->NextDue());
       }
     }
-    poll(polled.data(), polled.size(), PollTimeout(due));
-    eventfd_t count = 0;
-    eventfd_read(wake_, &count);
+    net::Poll(polled, PollTimeout(due));
+    waker_.Clear();
   }
 }
 

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "sim/carriers/served.h"
+#include "sim/carriers/waker.h"
 
 namespace tavlyn::sim {
 
@@ -37,7 +38,7 @@ class Attendant {
   class Turn {
    public:
     explicit Turn(Attendant& attendant) : attendant_(attendant), lock_(attendant.mutex_) {}
-    ~Turn() { attendant_.Wake(); }
+    ~Turn() { attendant_.waker_.Wake(); }
     Turn(const Turn&) = delete;
     Turn& operator=(const Turn&) = delete;
 
@@ -46,12 +47,11 @@ class Attendant {
     std::lock_guard<std::mutex> lock_;
   };
 
-  void Wake() const;
   void Loop();
 
   std::vector<Served*> served_;
   std::mutex mutex_;
-  int wake_;
+  Waker waker_;
   bool ends_ = false;
   std::thread thread_;
 };

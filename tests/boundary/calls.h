@@ -1,10 +1,14 @@
-// What the process asks of libc, the library included: the program that links calls_linux.cpp defines these
-// functions anew and exports them.
+// What the library asks of the system. On Linux the program that links calls_linux.cpp defines the functions
+// of libc anew and exports them, so that the whole process is counted; on Windows the library's imports are
+// led elsewhere.
 #pragma once
 
 #include <chrono>
 
 namespace tavlyn::boundary {
+
+// Begins to count for a library that has just been loaded.
+void WatchCalls();
 
 // The sum of all sleeps asked for since the start.
 std::chrono::milliseconds Slept();

@@ -1,24 +1,20 @@
-// The other ends of real wires: a folder of COM ports that are pseudo-terminals, TCP and UDP peers on the
-// loopback network. Each talks in a thread of its own until it is destroyed.
+// The other ends of real wires: devices on COM ports, TCP and UDP peers on the loopback network. Each talks
+// in a thread of its own until it is destroyed.
 #pragma once
 
 #include <array>
-#include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <functional>
-#include <map>
 #include <memory>
-#include <span>
 #include <string>
-#include <thread>
 #include <utility>
 #include <vector>
 
 #include "sim/carriers/attendant.h"
 #include "sim/carriers/ethernet.h"
-#include "sim/carriers/pseudo_terminal.h"
 #include "sim/devices/faulty_line.h"
 
 namespace tavlyn::boundary {
@@ -27,21 +23,8 @@ using Bytes = std::vector<std::uint8_t>;
 using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::milliseconds;
 
-// A descriptor that is closed with its owner.
-class Descriptor {
- public:
-  explicit Descriptor(int number = -1) : number_(number) {}
-  ~Descriptor() { Close(); }
-  Descriptor(Descriptor&& other) noexcept : number_(other.number_) { other.number_ = -1; }
-  Descriptor& operator=(Descriptor&& other) noexcept;
-  [[nodiscard]] int get() const { return number_; }
-  void Close();
-
- private:
-  int number_;
-};
-
-int OpenDescriptors();
+// Of this process: descriptors, handles.
+int OpenHandles();
 
 // How long something takes, in milliseconds.
 template <typename Call>
@@ -53,11 +36,6 @@ int TimeOf(Call call) {
 
 // A sleep that is not counted as one of the library's.
 void Pause(Milliseconds length);
-// Waits for something to read, or the end.
-bool Readable(int descriptor, Milliseconds limit);
-// What comes until the line was silent for that long.
-std::string ReadUntilSilence(int descriptor, Milliseconds silence);
-void Send(int descriptor, const std::string& text);
 
 // Bytes that no device made: the same answer to every frame, which is five bytes.
 class Answering final : public sim::FaultyLine {
@@ -80,21 +58,11 @@ class Flooding final : public sim::FaultyLine {
   bool spoken_ = false;
 };
 
-// Runs something in a thread until it is destroyed; the descriptor that it is given becomes readable then.
-class Thread {
- public:
-  explicit Thread(std::function<void(int stop)> run);
-  ~Thread();
-  Thread(const Thread&) = delete;
-  Thread& operator=(const Thread&) = delete;
+// Where a device can hang on either system.
+extern const std::uint16_t kDevicePort;
 
- private:
-  Descriptor stopRead_;
-  Descriptor stopWrite_;
-  std::thread thread_;
-};
-
-// A folder of COM ports, as long as it lives.
+// Where COM ports are, as long as it lives. On Windows they are the system's own: the device's is one end of a
+// cable whose other end is COM12.
 class PortFolder {
  public:
   PortFolder();
@@ -102,15 +70,12 @@ class PortFolder {
   PortFolder(const PortFolder&) = delete;
   PortFolder& operator=(const PortFolder&) = delete;
 
-  // The far end of a new pseudo-terminal that is COM n, without echo. The near end can be opened time and
-  // again.
-  Descriptor AddPort(int number);
+  // Not on Windows.
   void AddFile(int number, const std::string& target);
   [[nodiscard]] std::string PathOf(int number) const;
 
  private:
   std::string folder_;
-  std::map<int, Descriptor> kept_;
 };
 
 // A device on a COM port.
@@ -125,8 +90,8 @@ class PortDevice {
   }
 
  private:
-  sim::PseudoTerminal port_;
-  Descriptor kept_;
+  std::unique_ptr<sim::Served> port_;
+  std::shared_ptr<void> kept_;  // what has to stay open beside it
   sim::Attendant attendant_;
 };
 
@@ -149,32 +114,56 @@ class TcpDevice {
   sim::Attendant attendant_;
 };
 
-// A TCP port whose connections nobody looks at, for thousands of them.
-class DeafPort {
+// A TCP port whose connections nobody answers; they come one after the other.
+class DeafPort final : private sim::Served {
  public:
   explicit DeafPort(Ip ip);
-  [[nodiscard]] std::uint16_t Port() const { return port_; }
+  ~DeafPort() override;
+  DeafPort(const DeafPort&) = delete;
+  DeafPort& operator=(const DeafPort&) = delete;
+  [[nodiscard]] std::uint16_t Port() const { return sim::net::PortOf(listening_); }
 
  private:
-  Descriptor listener_;
-  std::uint16_t port_;
+  sim::LineManner& Manner() override { return manner_; }
+  void AddTo(std::vector<pollfd>& polled) const override;
+  [[nodiscard]] sim::DueTime NextDue() const override { return {}; }
+  void Serve() override;
+
+  sim::LineManner manner_;
+  sim::net::Socket listening_;
+  sim::net::Socket client_ = sim::net::kNone;
+  std::unique_ptr<sim::Attendant> attendant_;
 };
 
 // A TCP port at which nobody listens.
 std::uint16_t ClosedTcpPort(Ip ip);
 
 // Answers datagrams at one address and port.
-class UdpPeer {
+class UdpPeer final : private sim::Served {
  public:
   // Gives the datagrams that answer one; they go out after a while.
   using Answer = std::function<std::vector<Bytes>(const Bytes& datagram)>;
   UdpPeer(Ip ip, std::uint16_t port, Answer answer, Milliseconds after = Milliseconds(0));
-  [[nodiscard]] int Received() const { return received_; }
+  ~UdpPeer() override;
+  UdpPeer(const UdpPeer&) = delete;
+  UdpPeer& operator=(const UdpPeer&) = delete;
 
  private:
-  Descriptor socket_;
-  std::atomic<int> received_ = 0;
-  Thread thread_;
+  struct Pending {
+    Clock::time_point due;
+    sim::net::Datagram datagram;
+  };
+
+  sim::LineManner& Manner() override { return manner_; }
+  void AddTo(std::vector<pollfd>& polled) const override { polled.push_back({socket_, POLLIN, 0}); }
+  [[nodiscard]] sim::DueTime NextDue() const override;
+  void Serve() override;
+
+  Answer answer_;
+  sim::LineManner manner_;
+  sim::net::Socket socket_;
+  std::deque<Pending> pending_;
+  std::unique_ptr<sim::Attendant> attendant_;
 };
 
 }  // namespace tavlyn::boundary

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "platform/platform.h"
-#include "tests/boundary/far_end.h"
+#include "tests/boundary/bare_port.h"
 
 namespace {
 
@@ -62,8 +62,8 @@ class HostLines : public testing::Test {
   void SetUp() override { TakeCalls(); }
 
   PortFolder ports_;
-  Descriptor far_ = ports_.AddPort(kNumber);
-  Descriptor near_{open(ports_.PathOf(kNumber).c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC)};
+  BarePort port_ = AddPort(ports_, kNumber);
+  Descriptor& near_ = port_.near;
 };
 
 TEST_F(HostLines, OpeningRaisesDtrAlone) {

@@ -14,7 +14,7 @@
 
 #include "links/serial_port.h"
 #include "platform/platform.h"
-#include "tests/boundary/far_end.h"
+#include "tests/boundary/bare_port.h"
 #include "tests/boundary/read_cases.h"
 
 namespace tavlyn::boundary {
@@ -47,7 +47,8 @@ std::uint32_t Write(ComPort& port, const std::string& text) {
 class HostPort : public testing::Test {
  protected:
   PortFolder ports_;
-  Descriptor far_ = ports_.AddPort(kNumber);
+  BarePort port_ = AddPort(ports_, kNumber);
+  Descriptor& far_ = port_.far;
 };
 
 class HostPortRead : public HostPort, public testing::WithParamInterface<ReadCase> {};

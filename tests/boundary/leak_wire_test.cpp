@@ -16,40 +16,32 @@ class LeakWire : public Wire {
     SkipSleeps(false);
     Wire::TearDown();
   }
-
-  // Far ends close their descriptors a moment later.
-  void ExpectOpenAsBefore(int before) {
-    for (int wait = 0; wait < 100 && OpenDescriptors() != before; ++wait) Pause(Milliseconds(10));
-    EXPECT_EQ(before, OpenDescriptors());
-  }
 };
 
 TEST_F(LeakWire, ReaderOnAPort) {
-  PortDevice device(ports_, 3, line_);
-  const int before = OpenDescriptors();
+  PortDevice device(ports_, kDevicePort, line_);
+  const int before = OpenHandles();
   for (int time = 0; time < kConnects / 10; ++time) {
-    ASSERT_EQ(1u, ConnectToPort(3)) << time;
+    ASSERT_EQ(1u, ConnectToPort(kDevicePort)) << time;
     CALL(library_, USBDisconnect)();
   }
   ExpectOpenAsBefore(before);
 }
 
-TEST_F(LeakWire, PortsWithoutAReader) {
+TEST_F(LeakWire, PortWithoutAReader) {
   Answering refusing({0x6D, 0x00});
-  PortDevice device(ports_, 3, refusing);
-  ports_.AddFile(4, "/dev/null");
-  ports_.AddFile(5, "/nowhere");
-  const int before = OpenDescriptors();
-  for (int time = 0; time < kConnects; ++time) ASSERT_EQ(0u, CALL(library_, ComConnect)(nullptr));
+  PortDevice device(ports_, kDevicePort, refusing);
+  const int before = OpenHandles();
+  for (int time = 0; time < kConnects; ++time) ASSERT_EQ(0u, ConnectToPort(kDevicePort));
   ExpectOpenAsBefore(before);
 }
 
 TEST_F(LeakWire, ReaderWhoseConfigurationCannotBeRead) {
   Answering reader(kPingAnswer);
-  PortDevice device(ports_, 3, reader);
-  const int before = OpenDescriptors();
+  PortDevice device(ports_, kDevicePort, reader);
+  const int before = OpenHandles();
   for (int time = 0; time < kConnects; ++time) {
-    ASSERT_EQ(0u, ConnectToPort(3));
+    ASSERT_EQ(0u, ConnectToPort(kDevicePort));
     ASSERT_EQ(1, CALL(library_, GetDevCnt)()) << time;
     CALL(library_, USBDisconnect)();
   }
@@ -58,10 +50,11 @@ TEST_F(LeakWire, ReaderWhoseConfigurationCannotBeRead) {
 
 // Table entries are reused by connects without a disconnect between them.
 TEST_F(LeakWire, ConnectsWithoutDisconnects) {
-  PortDevice device(ports_, 3, line_);
+  PortDevice device(ports_, kDevicePort, line_);
   CALL(library_, SetDevTypeSrch)(1);
+  CALL(library_, SetComSrchRange)(kDevicePort, kDevicePort);
   ASSERT_EQ(1u, CALL(library_, USBConnect)(nullptr));
-  const int before = OpenDescriptors();
+  const int before = OpenHandles();
   for (int time = 0; time < kConnects / 10; ++time)
     ASSERT_EQ(1u, CALL(library_, USBConnect)(nullptr)) << time;
   ExpectOpenAsBefore(before);
@@ -71,7 +64,7 @@ TEST_F(LeakWire, ConnectsWithoutDisconnects) {
 TEST_F(LeakWire, PeerThatNeverAnswers) {
   const Ip ip{127, 3, 3, 1};
   const DeafPort device(ip);
-  const int before = OpenDescriptors();
+  const int before = OpenHandles();
   for (int time = 0; time < kConnects; ++time) ASSERT_EQ(0u, ConnectTo(ip, device.Port()));
   ExpectOpenAsBefore(before);
   EXPECT_EQ(2 * kConnects, NewConnects());
@@ -80,13 +73,13 @@ TEST_F(LeakWire, PeerThatNeverAnswers) {
 TEST_F(LeakWire, NobodyListens) {
   const Ip ip{127, 3, 3, 2};
   const std::uint16_t port = ClosedTcpPort(ip);
-  const int before = OpenDescriptors();
+  const int before = OpenHandles();
   for (int time = 0; time < kConnects; ++time) ASSERT_EQ(0u, ConnectTo(ip, port));
   ExpectOpenAsBefore(before);
 }
 
 TEST_F(LeakWire, AdaptersThatAreNotThere) {
-  const int before = OpenDescriptors();
+  const int before = OpenHandles();
   for (int time = 0; time < kConnects; ++time) ASSERT_EQ(0u, CALL(library_, FindXport)(127, 2, 0, 1, 1));
   ExpectOpenAsBefore(before);
 }

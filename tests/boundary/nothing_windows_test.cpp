@@ -1,16 +1,12 @@
 // A connect with nothing attached, its sleeps counted: the library's import of Sleep leads here, and so do
 // those of the calls that each attempt costs and that Wine takes its time for.
 #include <gtest/gtest.h>
-#include <winsock2.h>
-
-// winsock2.h has to come first.
-#include <windows.h>
 
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <cstring>
 
+#include "tests/boundary/imports_windows.h"
 #include "tests/boundary/library.h"
 #include "tests/boundary/loader.h"
 
@@ -62,43 +58,12 @@ HANDLE WINAPI TimedCreateFile(const char* name, DWORD access, DWORD sharing, SEC
   return CreateFileA(name, access, sharing, security, how, flags, model);
 }
 
-template <typename Type>
-Type* At(HMODULE image, DWORD offset) {
-  return reinterpret_cast<Type*>(reinterpret_cast<char*>(image) + offset);
-}
-
-struct Import {
-  const char* name;
-  void* replacement;
-};
-
 const Import kImports[] = {
     {"Sleep", reinterpret_cast<void*>(CountedSleep)},
     {"socket", reinterpret_cast<void*>(TimedSocket)},
     {"closesocket", reinterpret_cast<void*>(TimedCloseSocket)},
     {"CreateFileA", reinterpret_cast<void*>(TimedCreateFile)},
 };
-
-// Puts another function in the place of one that the image imports. False: it imports none of that name.
-bool Replace(HMODULE image, const Import& import) {
-  const auto* dos = At<IMAGE_DOS_HEADER>(image, 0);
-  const auto* nt = At<IMAGE_NT_HEADERS64>(image, static_cast<DWORD>(dos->e_lfanew));
-  const DWORD place = nt->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
-  for (const auto* from = At<IMAGE_IMPORT_DESCRIPTOR>(image, place); from->Name != 0; ++from) {
-    const auto* wanted = At<IMAGE_THUNK_DATA64>(image, from->OriginalFirstThunk);
-    auto* slot = At<void*>(image, from->FirstThunk);
-    for (; wanted->u1.AddressOfData != 0; ++wanted, ++slot) {
-      if (IMAGE_SNAP_BY_ORDINAL64(wanted->u1.Ordinal)) continue;
-      const auto* found = At<IMAGE_IMPORT_BY_NAME>(image, static_cast<DWORD>(wanted->u1.AddressOfData));
-      if (std::strcmp(reinterpret_cast<const char*>(found->Name), import.name) != 0) continue;
-      DWORD before = 0;
-      VirtualProtect(slot, sizeof *slot, PAGE_READWRITE, &before);
-      *slot = import.replacement;
-      return true;
-    }
-  }
-  return false;
-}
 
 TEST(NothingAttached, DefaultConnectTakesItsPausesAndNoMore) {
   const Library library;

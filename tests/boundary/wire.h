@@ -26,6 +26,7 @@ class Wire : public testing::Test {
  protected:
   void SetUp() override {
     SetVariable("TAVLYNAPI_LOGGING", nullptr);
+    WatchCalls();
     library_.Standin("reset");
     CALL(library_, SetConnectProduct)(1);
     connectsBefore_ = Connects();
@@ -54,6 +55,12 @@ class Wire : public testing::Test {
     std::array<char, 513> name{};
     CALL(library_, GetDevName)(name.data());
     return name.data();
+  }
+
+  // Far ends close what they have open a moment later.
+  static void ExpectOpenAsBefore(int before) {
+    for (int wait = 0; wait < 100 && OpenHandles() != before; ++wait) Pause(Milliseconds(10));
+    EXPECT_EQ(before, OpenHandles());
   }
 
   // Since the test has begun, in the whole process.

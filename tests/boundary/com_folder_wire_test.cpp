@@ -1,0 +1,68 @@
+// What is in the folder of COM ports: readers on several of them, files that are none, a line that hangs up.
+#include <array>
+
+#include "tests/boundary/wire.h"
+
+namespace tavlyn::boundary {
+namespace {
+
+using ComFolderWire = Wire;
+
+TEST_F(ComFolderWire, RangeConnectFindsEveryReader) {
+  const auto second = sim::Reader::Plus(2);
+  sim::ReaderFa secondLine(second);
+  Answering silent({});
+  PortDevice none(ports_, 2, silent);
+  PortDevice first(ports_, 4, line_);
+  PortDevice last(ports_, 256, secondLine);
+  ports_.AddFile(5, "/dev/null");
+  CALL(library_, SetComSrchRange)(256, 2);
+  SkipSleeps(true);
+  EXPECT_EQ(1u, CALL(library_, ComConnect)(&did_));
+  SkipSleeps(false);
+  ASSERT_EQ(2, CALL(library_, GetDevCnt)());
+  EXPECT_EQ("COM4:", Name());
+  CALL(library_, SetActDev)(1);
+  EXPECT_EQ("COM256:", Name());
+}
+
+TEST_F(ComFolderWire, PortOutsideTheRangeIsNotTouched) {
+  PortDevice device(ports_, 9, line_);
+  EXPECT_EQ(0u, CALL(library_, ComConnect)(&did_));
+  EXPECT_EQ(kNotWritten, did_);
+  EXPECT_EQ(0, line_.faults.Exchanges());
+}
+
+TEST_F(ComFolderWire, WhatIsNoPortCostsNothing) {
+  ports_.AddFile(2, "/dev/null");
+  ports_.AddFile(3, "/nowhere");
+  ports_.AddFile(4, "/tmp");
+  ExpectTime(0, TimeOf([&] { EXPECT_EQ(0u, CALL(library_, ComConnect)(&did_)); }));
+}
+
+TEST_F(ComFolderWire, AThousandConnectsLeaveNothingOpen) {
+  Answering refusing({0x6D, 0x00});
+  PortDevice device(ports_, 3, refusing);
+  ports_.AddFile(4, "/dev/null");
+  ports_.AddFile(5, "/nowhere");
+  const int before = OpenHandles();
+  SkipSleeps(true);
+  for (int time = 0; time < 1000; ++time) ASSERT_EQ(0u, CALL(library_, ComConnect)(nullptr));
+  SkipSleeps(false);
+  ExpectOpenAsBefore(before);
+}
+
+TEST_F(ComFolderWire, LineThatHangsUpInAConnect) {
+  line_.CutAfter(40);
+  PortDevice device(ports_, 3, line_);
+  const int took = TimeOf([&] { EXPECT_EQ(0u, ConnectToPort(3)); });
+  EXPECT_LT(took, 2000);
+  EXPECT_EQ(1, CALL(library_, GetDevCnt)());
+  EXPECT_EQ(kNotWritten, did_);
+  std::array<std::uint8_t, 32> id{};
+  EXPECT_EQ(0, CALL(library_, GetActiveID32)(id.data(), 32));
+  EXPECT_NE(0u, CALL(library_, GetLastLibErr)() & TAVLYN_ERR_COMMAND);
+}
+
+}  // namespace
+}  // namespace tavlyn::boundary
