@@ -61,8 +61,8 @@ class Flooding final : public sim::FaultyLine {
 // Where a device can hang on either system.
 extern const std::uint16_t kDevicePort;
 
-// Where COM ports are, as long as it lives. On Windows they are the system's own: the device's is one end of a
-// cable whose other end is COM12.
+// Where COM ports are, as long as it lives. On Windows they are the system's own: the device's is one end of
+// a cable whose other end is COM12.
 class PortFolder {
  public:
   PortFolder();
@@ -96,6 +96,10 @@ class PortDevice {
 };
 
 using Ip = std::array<std::uint8_t, 4>;
+
+// Whoever answers an adapter's query is known by its address. Datagrams of Wine's other loopback addresses go
+// out under this one.
+inline constexpr Ip kTrueSender{127, 0, 0, 1};
 
 // A device behind an Ethernet adapter of the loopback network.
 class TcpDevice {

@@ -1,3 +1,6 @@
+#include <winsock2.h>
+
+// winsock2.h has to come first.
 #include <windows.h>
 
 #include <array>
@@ -19,8 +22,10 @@ class FarEnd final : public sim::Served {
     if (number != kDevicePort) throw std::runtime_error("there is one cable alone");
     port_ = CreateFileA(kFarEnd, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
     if (port_ == INVALID_HANDLE_VALUE) throw std::runtime_error("no far end of the cable");
+    // What does not fit is tried again.
     COMMTIMEOUTS atOnce{};
     atOnce.ReadIntervalTimeout = MAXDWORD;
+    atOnce.WriteTotalTimeoutConstant = 1;
     SetCommTimeouts(port_, &atOnce);
     PurgeComm(port_, PURGE_RXCLEAR | PURGE_TXCLEAR);
   }

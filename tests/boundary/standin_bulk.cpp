@@ -36,9 +36,13 @@ struct Bus {
 };
 #pragma pack(pop)
 
+// Each begins where a pointer may stand, as what that library allocates does.
 struct Devices {
-  Bus first{}, second{};
-  Device other{}, shy{}, open{};
+  alignas(void*) Bus first{};
+  alignas(void*) Bus second{};
+  alignas(void*) Device other{};
+  alignas(void*) Device shy{};
+  alignas(void*) Device open{};
 };
 Devices all;
 std::string calls;

@@ -25,11 +25,11 @@ class TcpWire : public Wire {
 };
 
 TEST_F(TcpWire, ReaderBehindAnAdapter) {
-  const Ip ip{127, 3, 0, 1};
+  const Ip ip = kTrueSender;
   TcpDevice device(ip, line_, {}, sim::kOtherBridgeMac);
   ASSERT_EQ(1u, ConnectTo(ip, device.Port()));
   EXPECT_EQ(reader_->state.did, did_);
-  EXPECT_EQ("MAC:00:80:A3:0A:0B:0C TCP/IP:127.3.0.1;Port:" + std::to_string(device.Port()), Name());
+  EXPECT_EQ("MAC:00:80:A3:0A:0B:0C TCP/IP:127.0.0.1;Port:" + std::to_string(device.Port()), Name());
   EXPECT_EQ(1, NewConnects());
 
   device.With([&] { reader_->PutCard({1, 2, 3}, 20); });
