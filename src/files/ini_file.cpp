@@ -43,7 +43,7 @@ bool TakeBytes(IniLines& lines, std::string_view key, Item& item) {
   if (tokens.Next("=") != key) return false;
   Tokens bytes(tokens.Next("="));
   for (std::string_view byte = bytes.Next(" "); !byte.empty() && byte != "\n"; byte = bytes.Next(" ")) {
-    item.push_back(static_cast<std::uint8_t>(std::strtoul(std::string(byte).c_str(), nullptr, 16)));
+    item.push_back(static_cast<std::uint8_t>(std::strtoull(std::string(byte).c_str(), nullptr, 16)));
   }
   return true;
 }

@@ -138,8 +138,8 @@ TEST_F(IniFiles, TheHeaderMayReachIntoTheData) {
 }
 
 TEST_F(IniFiles, Numbers) {
-  EXPECT_EQ(Load(ItemText("0x20 07 09 1FF", "AbC 0xFe -1 +2 zz 7g  8 \t9 0x")), 1U);
-  ExpectTraffic(Written({0x20, 7, 9, 0xFF, 0xBC, 0xFE, 0xFF, 2, 0, 7, 8, 9, 0}));
+  EXPECT_EQ(Load(ItemText("0x20 07 0A 1FF", "AbC 0xFe -1 +2 zz 7g  8 \t9 0x 123456789")), 1U);
+  ExpectTraffic(Written({0x20, 7, 10, 0xFF, 0xBC, 0xFE, 0xFF, 2, 0, 7, 8, 9, 0, 0x89}));
 }
 
 TEST_F(IniFiles, EqualsSigns) {
