@@ -182,7 +182,7 @@ TEST_F(AsciiWire, AnswerThatBreaksOff) {
   const int took = TimeOf([&] { EXPECT_EQ(0, CALL(library_, GetActiveID)(id.data(), 8)); });
   EXPECT_EQ(TAVLYN_ERR_ASCII_ANSWER, CALL(library_, GetLastLibErr)());
   EXPECT_GE(took, 300 * 10);
-  EXPECT_LE(took, 300 * (10 + 11 + 2) + kLate);
+  EXPECT_LE(took, Latest(300 * (10 + 11 + 2)));
 }
 
 }  // namespace

@@ -34,6 +34,9 @@ int TimeOf(Call call) {
   return static_cast<int>(std::chrono::duration_cast<Milliseconds>(Clock::now() - start).count());
 }
 
+// When something that takes so many milliseconds has ended on a busy machine.
+int Latest(int expected);
+
 // A sleep that is not counted as one of the library's.
 void Pause(Milliseconds length);
 

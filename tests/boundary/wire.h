@@ -17,9 +17,8 @@
 namespace tavlyn::boundary {
 
 constexpr std::uint32_t kNotWritten = 0xDEADBEEF;
-// A rounded tick, and what a busy machine may be late.
+// A rounded tick.
 constexpr int kEarly = 3;
-constexpr int kLate = 150;
 
 // Searches for card readers; nothing is plugged in on USB.
 class Wire : public testing::Test {
@@ -117,7 +116,7 @@ Cost CostOf(const char* what, Call call) {
 
 inline void ExpectTime(int expected, int took, int line = __builtin_LINE()) {
   EXPECT_GE(took, expected - kEarly) << "line " << line;
-  EXPECT_LE(took, expected + kLate) << "line " << line;
+  EXPECT_LE(took, Latest(expected)) << "line " << line;
 }
 
 }  // namespace tavlyn::boundary
