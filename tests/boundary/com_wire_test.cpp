@@ -11,6 +11,9 @@ namespace {
 // A ping waits 50 ms behind the class byte and then for the first byte of an answer, twice.
 constexpr int kSilentPort = 2 * (50 + 503);
 
+// A raw write ends with a flush, which drops an answer that is there already.
+constexpr sim::LineManner kBehindTheFlush{.delay = Milliseconds(30)};
+
 class ComWire : public Wire {
  protected:
   int TimeOfRead(std::uint32_t length, std::uint32_t expected) {
@@ -93,7 +96,7 @@ TEST_F(ComWire, EveryTimeoutSetIsInForce) {
 }
 
 TEST_F(ComWire, SilenceBehindAByteEndsARead) {
-  PortDevice device(ports_, kDevicePort, line_);
+  PortDevice device(ports_, kDevicePort, line_, kBehindTheFlush);
   ASSERT_EQ(1u, ConnectQuickly(kDevicePort));
   // The reader's echo of a command, and nothing behind it: 750 ms of silence come before the whole 1100 ms.
   line_.faults.AnswerWith({0x0C, 0x06}, {0x0C, 0x07});
@@ -102,7 +105,7 @@ TEST_F(ComWire, SilenceBehindAByteEndsARead) {
 }
 
 TEST_F(ComWire, RawBytesPass) {
-  PortDevice device(ports_, kDevicePort, line_);
+  PortDevice device(ports_, kDevicePort, line_, kBehindTheFlush);
   ASSERT_EQ(1u, ConnectQuickly(kDevicePort));
   ASSERT_EQ(5u, CALL(library_, WriteSerialPort)("\xFA\x04\x00\x00\x04", 5));
   Bytes bytes(7);
