@@ -2,7 +2,6 @@
 
 #include <unistd.h>
 
-#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -12,15 +11,9 @@
 namespace tavlyn::platform {
 namespace {
 
-constexpr std::uint16_t kHighestPort = 256;
 // USB identity of the maker's virtual ports: this vendor, products 2300 to 23FF.
 constexpr unsigned kVendor = 0x7A31;
 constexpr unsigned kProductFamily = 0x23;
-
-std::string RealPath(const std::string& path) {
-  char real[PATH_MAX];
-  return realpath(path.c_str(), real) != nullptr ? std::string(real) : std::string();
-}
 
 // A sysfs attribute that holds four hexadecimal digits; false where there is none.
 bool ReadId(const std::string& path, unsigned& id) {
@@ -55,8 +48,8 @@ std::string ComPath(std::uint16_t number) {
   return access(shipped.c_str(), F_OK) == 0 ? shipped : "/dev/ttyS" + std::to_string(number - 1);
 }
 
-void LinuxComPorts::FindVirtual(std::span<std::uint8_t, 257> flags) {
-  for (std::uint16_t number = 1; number <= kHighestPort; ++number) {
+void LinuxComPorts::FindVirtual(PortFlags flags) {
+  for (std::uint16_t number = 1; number <= kHighestCom; ++number) {
     const std::string node = RealPath(ComPath(number));
     if (node.empty()) continue;
     const std::string device = RealPath("/sys/class/tty/" + node.substr(node.rfind('/') + 1) + "/device");
