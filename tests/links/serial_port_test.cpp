@@ -216,7 +216,7 @@ TEST_F(SerialPortTest, TheUsbDeviceComesFirst) {
   port.UseFastTimeouts();
   port.SetLine({1, 1, 1});
   ExpectCalls({"read 01 02 03 04", "write 09 08"});
-  using LineTransfer = sim::VirtualLibusb::LineTransfer;
+  using LineTransfer = sim::VirtualLibusb::Transfer;
   EXPECT_EQ(host.usb.transfers, (std::vector<LineTransfer>{{true, 0x83, 32, 250}, {false, 0x03, 2, 250}}));
   EXPECT_EQ(port.Read(buffer), 0U);
   EXPECT_EQ(buffer, Bytes(4)) << "zeroed before the read";
