@@ -62,7 +62,7 @@ TEST_F(RealLibusb, LoadsAndFindsNothing) {
   if (file.empty()) GTEST_SKIP() << "libusb-0.1 is not installed";
   struct stat status {};
   ASSERT_EQ(0, stat(file.c_str(), &status));
-  if (status.st_uid != 0) GTEST_SKIP() << file << " does not belong to root, and is not trusted";
+  if (status.st_uid != 0) GTEST_SKIP() << file << " does not belong to root as seen here, and is not trusted";
   PortDevice device(ports_, 3, line_);
   CALL(library_, SetDevTypeSrch)(1);
   for (int time = 0; time < 3; ++time) {
