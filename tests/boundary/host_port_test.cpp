@@ -217,8 +217,8 @@ TEST_F(HostPort, OpenPortIsExclusive) {
   const auto errorOfAStranger = [&] {
     const pid_t child = fork();
     if (child == 0) {
-      constexpr uid_t kNobody = 65534;
-      if (setuid(kNobody) != 0) _exit(255);
+      constexpr uid_t kAnyUser = 65534;
+      if (setuid(kAnyUser) != 0) _exit(255);
       _exit(open(ports_.PathOf(kNumber).c_str(), O_RDWR | O_NOCTTY) < 0 ? errno : 0);
     }
     int status = 0;
