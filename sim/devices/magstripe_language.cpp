@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "sim/devices/device.h"
 #include "sim/devices/hex.h"
 #include "sim/devices/magstripe_state.h"
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "sim/devices/device.h"
+
 namespace tavlyn::sim {
 namespace {
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "sim/devices/device.h"
 #include "sim/devices/reader_actions.h"
 
 namespace tavlyn::sim {

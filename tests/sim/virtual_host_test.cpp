@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "sim/devices/reader.h"
 #include "sim/devices/reader_fa.h"
 #include "tests/support/traffic.h"
