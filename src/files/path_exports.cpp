@@ -1,18 +1,13 @@
 // File exports for callers that hand over a path character by character.
 #include "api.h"
-#include "core/path_collector.h"
+#include "core/buffers.h"
 
-namespace {
-
-constinit tavlyn::PathBuffer SavePath{};
-constinit tavlyn::PathBuffer LoadPath{};
-
-}  // namespace
+using namespace tavlyn;
 
 std::uint32_t writeDevCfgToFile_char(std::int16_t index, std::uint8_t character) {
-  return tavlyn::CollectPath(SavePath, index, character, WriteDevCfgToFile);
+  return CollectPath(Buffers.savePath, index, character, WriteDevCfgToFile);
 }
 
 std::uint32_t readDevCfgFmFile_char(std::int16_t index, std::uint8_t character) {
-  return tavlyn::CollectPath(LoadPath, index, character, ReadDevCfgFmFile);
+  return CollectPath(Buffers.loadPath, index, character, ReadDevCfgFmFile);
 }

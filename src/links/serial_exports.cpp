@@ -2,6 +2,7 @@
 #include <array>
 
 #include "api.h"
+#include "core/buffers.h"
 #include "core/state.h"
 #include "links/com_search.h"
 #include "links/serial_port.h"
@@ -11,9 +12,6 @@ using namespace tavlyn;
 namespace {
 
 using CharBuffer = std::array<std::uint8_t, 1024>;
-
-constinit CharBuffer ReadBytes{};
-constinit CharBuffer QuickReadBytes{};
 
 // The active device's open port, or null.
 SerialPort* OpenPort() {
@@ -64,11 +62,11 @@ void SetSerialTimeouts(std::uint32_t /*interval*/, std::uint32_t /*multiplier*/,
 }
 
 std::uint32_t readSerialPort_char(std::int16_t index) {
-  return ReadChar(&SerialPort::Read, ReadBytes, index);
+  return ReadChar(&SerialPort::Read, Buffers.read, index);
 }
 
 std::uint32_t quickReadSerialPort_char(std::int16_t index) {
-  return ReadChar(&SerialPort::QuickRead, QuickReadBytes, index);
+  return ReadChar(&SerialPort::QuickRead, Buffers.quickRead, index);
 }
 
 void SetBaudRate(std::uint32_t baud) { DefaultBaud = baud; }

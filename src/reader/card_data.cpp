@@ -3,6 +3,7 @@
 #include <array>
 
 #include "api.h"
+#include "core/buffers.h"
 #include "core/openings.h"
 #include "reader/transactions.h"
 
@@ -10,8 +11,6 @@ namespace tavlyn {
 namespace {
 
 constexpr std::uint8_t kPieces = 5;
-
-constinit std::array<std::uint8_t, 256> CardData{};
 
 }  // namespace
 }  // namespace tavlyn
@@ -22,18 +21,18 @@ std::uint32_t getActiveCardData() {
   if (!ReaderIsActive()) return UnsupportedValue;
   ActiveEntry().LastLibErr = 0;
   if (OnSerialPort()) {
-    CardData.fill(0);
+    Buffers.cardData.fill(0);
     return 0;
   }
   for (std::uint8_t piece = 0; piece < kPieces; ++piece) {
     ReplyBytes reply;
     if (!Ask(command::kCardData, TAVLYN_ERR_COMMAND, reply, piece)) return 0;
-    std::ranges::copy(reply, CardData.begin() + static_cast<std::ptrdiff_t>(piece * reply.size()));
+    std::ranges::copy(reply, Buffers.cardData.begin() + static_cast<std::ptrdiff_t>(piece * reply.size()));
   }
   return 1;
 }
 
 std::uint32_t getActiveCardData_byte(std::uint16_t index) {
   if (!ReaderIsActive()) return UnsupportedValue;
-  return index < CardData.size() ? CardData[index] : 0;
+  return index < Buffers.cardData.size() ? Buffers.cardData[index] : 0;
 }

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "api.h"
+#include "core/buffers.h"
 #include "core/openings.h"
 #include "core/trace.h"
 #include "reader/outputs.h"
@@ -15,23 +16,21 @@ namespace {
 constexpr std::size_t kShortText = 3 * kTextPiece;
 constexpr std::uint8_t kEsnPieces = 4;
 
-constinit std::array<char, kShortText + 1> ReaderText{};
-constinit std::array<std::uint8_t, kEsnPieces * kTextPiece> EsnBytes{};
-
 const char* GetReaderText(Text number) {
   if (ActDev < 0 || ActDev >= kTableEntries) return "";
-  ReaderText.fill('\0');
-  const std::span<char> text = std::span(ReaderText).first(kShortText);
-  return FetchText(command::kDeviceText, number, TAVLYN_ERR_CONFIG_READ, text) ? ReaderText.data() : "";
+  Buffers.readerText.fill('\0');
+  const std::span<char> text = std::span(Buffers.readerText).first(kShortText);
+  return FetchText(command::kDeviceText, number, TAVLYN_ERR_CONFIG_READ, text) ? Buffers.readerText.data()
+                                                                               : "";
 }
 
 bool FetchEsn() {
-  EsnBytes.fill(0);
+  Buffers.esn.fill(0);
   ActiveEntry().LastLibErr = 0;
   for (std::uint8_t piece = 0; piece < kEsnPieces; ++piece) {
     ReplyBytes reply;
     if (!Ask(command::kEsn, TAVLYN_ERR_COMMAND, reply, piece)) return false;
-    std::ranges::copy(reply, EsnBytes.begin() + piece * kTextPiece);
+    std::ranges::copy(reply, Buffers.esn.begin() + piece * kTextPiece);
   }
   return true;
 }
@@ -60,7 +59,7 @@ const char* GetCPUInfo() { return GetReaderText(Text::kCpu); }
 
 const std::uint8_t* getESN() {
   if (!ReaderIsActive() || ActiveEntry().LinkKind != kByReports || !IsFastStoreReader()) return nullptr;
-  if (FetchEsn()) return EsnBytes.data();
+  if (FetchEsn()) return Buffers.esn.data();
   LogFailure("tavlyn_getESN");
   return nullptr;
 }

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "api/types.h"
+#include "core/buffers.h"
 #include "core/id_cache.h"
 #include "core/state.h"
 #include "platform/platform.h"
@@ -15,31 +16,20 @@ namespace {
 constexpr std::uint8_t kIdPages = 4;  // the fifth page brings the rest
 constexpr std::uint32_t kAfterFaPage = 100;
 
-// The last four are passed on and named by their index alone: what they mean is the reader's affair.
-struct IdRecord {
-  std::array<std::uint8_t, kIdBytes> id;
-  std::int16_t at32;
-  std::uint16_t at33;
-  std::uint8_t at34;
-  std::uint8_t at35;
-};
-
-constinit IdRecord QueuedID{};
-
 std::uint16_t Word(std::uint8_t low, std::uint8_t high) {
   return static_cast<std::uint16_t>(low | high << 8);
 }
 
 void Keep(std::uint8_t page, const ReplyBytes& reply) {
-  LastIDBytes = QueuedID.id;
+  LastIDBytes = Buffers.QueuedID.id;
   if (page < kIdPages) {
-    std::ranges::copy(reply, QueuedID.id.begin() + static_cast<std::ptrdiff_t>(page * reply.size()));
+    std::ranges::copy(reply, Buffers.QueuedID.id.begin() + static_cast<std::ptrdiff_t>(page * reply.size()));
     return;
   }
-  QueuedID.at33 = Word(reply[0], reply[1]);
-  QueuedID.at34 = reply[2];
-  QueuedID.at32 = static_cast<std::int16_t>(Word(reply[3], reply[4]));
-  QueuedID.at35 = reply[7];
+  Buffers.QueuedID.at33 = Word(reply[0], reply[1]);
+  Buffers.QueuedID.at34 = reply[2];
+  Buffers.QueuedID.at32 = static_cast<std::int16_t>(Word(reply[3], reply[4]));
+  Buffers.QueuedID.at35 = reply[7];
 }
 
 }  // namespace
@@ -49,7 +39,7 @@ std::uint32_t FetchQueuedId(std::uint16_t first, std::int16_t second) {
   const auto options = static_cast<std::uint8_t>((first != 0 ? 1 : 0) | (second != 0 ? 2 : 0));
   const bool serial = OnSerialPort();
   // Over a serial link the last record deliberately stays until its bytes are replaced.
-  if (!serial) QueuedID = {};
+  if (!serial) Buffers.QueuedID = {};
   for (std::uint8_t page = 0; page <= kIdPages; ++page) {
     ReplyBytes reply;
     if (!Ask(command::kQueuedId, 0, reply, page, options)) {
@@ -64,13 +54,13 @@ std::uint32_t FetchQueuedId(std::uint16_t first, std::int16_t second) {
 
 std::uint32_t QueuedIdPart(std::int16_t index) {
   if (index >= 0 && static_cast<std::size_t>(index) < kIdBytes) {
-    return QueuedID.id[static_cast<std::size_t>(index)];
+    return Buffers.QueuedID.id[static_cast<std::size_t>(index)];
   }
   switch (index) {
-    case 32: return static_cast<std::uint32_t>(QueuedID.at32);
-    case 33: return QueuedID.at33;
-    case 34: return QueuedID.at34;
-    case 35: return QueuedID.at35;
+    case 32: return static_cast<std::uint32_t>(Buffers.QueuedID.at32);
+    case 33: return Buffers.QueuedID.at33;
+    case 34: return Buffers.QueuedID.at34;
+    case 35: return Buffers.QueuedID.at35;
     default: return 0;
   }
 }

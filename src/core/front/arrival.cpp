@@ -6,17 +6,10 @@
 
 #include "api.h"
 #include "core/ascii_case.h"
+#include "core/buffers.h"
 #include "core/openings.h"
-#include "core/path_collector.h"
 
 using namespace tavlyn;
-
-namespace {
-
-constinit PathBuffer ArrivalPath{};
-constinit PathBuffer RemovalPath{};
-
-}  // namespace
 
 std::uint32_t ChkAddArrival(const char* path) { return Dispatch(&Product::checkArrival, path); }
 
@@ -29,9 +22,9 @@ std::uint32_t ChkDelRemoval(const char* path) {
 }
 
 std::uint32_t chkAddArrival_char(std::int16_t index, std::uint8_t character) {
-  return CollectPath(ArrivalPath, index, character, ChkAddArrival);
+  return CollectPath(Buffers.arrivalPath, index, character, ChkAddArrival);
 }
 
 std::uint32_t chkDelRemoval_char(std::int16_t index, std::uint8_t character) {
-  return CollectPath(RemovalPath, index, character, ChkDelRemoval);
+  return CollectPath(Buffers.removalPath, index, character, ChkDelRemoval);
 }

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "api.h"
+#include "core/buffers.h"
 #include "core/openings.h"
 #include "core/version.h"
 #include "links/serial_port.h"
@@ -19,9 +20,6 @@ constexpr std::size_t kNameRoom = 511;
 // The interface class of keyboards as it lies in memory, deliberately not that of HID devices.
 constexpr std::array<std::uint8_t, 16> kKeyboardGuid = {0xC3, 0x96, 0x4B, 0x88, 0xEF, 0x56, 0xD1, 0x11,
                                                         0xBC, 0x8C, 0x00, 0xA0, 0xC9, 0x14, 0x05, 0xDD};
-
-// Copied when a program asks for character 0, so that it can read on while the table changes.
-constinit std::array<char, 25> PartNumberCopy{};
 
 }  // namespace
 
@@ -98,10 +96,11 @@ const char* getLibraryVersion_Beta() { return ""; }
 
 std::uint8_t getPartNumberString_char(std::int16_t index) {
   if (index == 0) {
-    PartNumberCopy.fill('\0');
+    Buffers.partNumber.fill('\0');
     if (ActiveInRange())
-      std::string_view(ActiveEntry().PartNumber).copy(PartNumberCopy.data(), PartNumberCopy.size() - 1);
+      std::string_view(ActiveEntry().PartNumber)
+          .copy(Buffers.partNumber.data(), Buffers.partNumber.size() - 1);
   }
-  if (index < 0 || static_cast<std::size_t>(index) >= PartNumberCopy.size()) return 0;
-  return static_cast<std::uint8_t>(PartNumberCopy[static_cast<std::size_t>(index)]);
+  if (index < 0 || static_cast<std::size_t>(index) >= Buffers.partNumber.size()) return 0;
+  return static_cast<std::uint8_t>(Buffers.partNumber[static_cast<std::size_t>(index)]);
 }

@@ -2,6 +2,7 @@
 
 #include "api.h"
 #include "core/analyzer_state.h"
+#include "core/buffers.h"
 #include "core/id_cache.h"
 #include "core/state.h"
 #include "core/trace.h"
@@ -56,6 +57,7 @@ void ResetProcessState() {
   LastIDBytes.fill(0);
   LastIDBits = 0;
   LastIDLen = 0;
+  Buffers = {};
   Sorbane = {};
   SonarShadow = {};
   AnalyzerStatus = -1;

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "api.h"
+#include "core/buffers.h"
 #include "core/openings.h"
 
 using namespace tavlyn;
@@ -27,7 +28,7 @@ std::uint8_t GetRawPayload_index(std::uint16_t index) {
 
 const char* SetRawPayload(std::uint8_t c0, std::uint8_t c1, std::uint8_t c2, std::uint8_t c3, std::uint8_t c4,
                           std::uint8_t c5, std::uint8_t c6, std::uint8_t c7) {
-  static constinit std::array<char, 41> text{};
+  auto& text = Buffers.rawText;
   std::int16_t position = 0;
   for (const std::uint8_t value : {std::uint8_t{0}, c0, c1, c2, c3, c4, c5, c6, c7}) {
     SetRawPayload_index(position++, value);
