@@ -93,6 +93,7 @@ TEST(Load, TakesLittleMemory) {
 #endif
 
 TEST(Load, AThousandTimesLeaveNothing) {
+  constexpr int kLoads = 1000;
   const auto once = [] {
     const Library library;
     library.Standin("plug reader");
@@ -104,8 +105,9 @@ TEST(Load, AThousandTimesLeaveNothing) {
   const long mappings = Mappings();
   const int handles = OpenHandles();
   const std::size_t memory = mallinfo2().uordblks;
-  for (int time = 0; time < 1000; ++time) once();
-  EXPECT_EQ(mallinfo2().uordblks, memory);
+  for (int time = 0; time < kLoads; ++time) once();
+  // malloc counts what lies in its caches as taken; anything lost by each load would be more than this.
+  EXPECT_LT(mallinfo2().uordblks, memory + std::size_t{16} * kLoads);
   EXPECT_EQ(Mappings(), mappings);
   EXPECT_EQ(OpenHandles(), handles);
 }
