@@ -75,8 +75,8 @@ struct tsDevEntry {
   tsCfgSlot& ActiveSlot() { return CfgSlot[ActConfig <= kHighestConfig ? ActConfig : 0]; }
 };
 
-// An entry gets its defaults when it is first reached: a load that wrote all 127 would cost a megabyte and most of
-// its time.
+// An entry gets its defaults when it is first reached: a load that wrote all 127 would cost a megabyte and
+// most of its time.
 class DeviceTable {
  public:
   tsDevEntry& operator[](std::integral auto index) {

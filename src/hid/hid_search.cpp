@@ -6,9 +6,7 @@ namespace tavlyn {
 
 bool Searches(std::int16_t link) { return DevTypeSrch == link || DevTypeSrch == -1; }
 
-tsDevEntry* NextHidEntry() {
-  return HidFoundCnt < kTableEntries ? &DevTable[HidFoundCnt] : nullptr;
-}
+tsDevEntry* NextHidEntry() { return HidFoundCnt < kTableEntries ? &DevTable[HidFoundCnt] : nullptr; }
 
 void CountHidEntry(tsDevEntry& entry, std::uint32_t kind, const char* path, std::int32_t row) {
   entry.VidPidRow = row;

@@ -1,5 +1,5 @@
-// What the library takes of a process: memory when it is loaded, what is left when it has gone again, and what a
-// connect with nothing attached asks of the system.
+// What the library takes of a process: memory when it is loaded, what is left when it has gone again, and
+// what a connect with nothing attached asks of the system.
 #include <gtest/gtest.h>
 #include <malloc.h>
 #include <sys/prctl.h>

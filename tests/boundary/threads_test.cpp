@@ -83,8 +83,8 @@ class Threads : public testing::Test {
     for (std::thread& thread : threads_) thread.join();
   }
 
-  // What comes is one reader's ID and no other byte. Without bits nothing comes, or what a reader told before it
-  // was taken away.
+  // What comes is one reader's ID and no other byte. Without bits nothing comes, or what a reader told before
+  // it was taken away.
   template <typename Read>
   void Poll(Read read, std::int16_t room) {
     LetTimePass();

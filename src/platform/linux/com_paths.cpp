@@ -50,8 +50,8 @@ bool IsVirtual(std::string device) {
 
 using Numbers = std::bitset<kHighestPort + 1>;
 
-// Which of the names <prefix><number> stand in a folder; the first is COM number first. All of them when it cannot
-// be listed.
+// Which of the names <prefix><number> stand in a folder; the first is COM number first. All of them when it
+// cannot be listed.
 Numbers Listed(const std::string& folder, const std::string& prefix, int first) {
   Numbers numbers;
   DIR* names = opendir(folder.c_str());

@@ -24,8 +24,8 @@ __attribute__((constructor)) void Attach() { Load(); }
 __attribute__((destructor)) void Detach() { Unload(); }
 
 #ifdef TAVLYN_STATIC_RUNTIME
-// A C++ runtime of the library's own keeps memory for exceptions that no unload would give back. Of all the steps
-// of an unload this is the last.
+// A C++ runtime of the library's own keeps memory for exceptions that no unload would give back. Of all the
+// steps of an unload this is the last.
 __attribute__((destructor(101))) void FreeRuntime() {
   if (__gnu_cxx::__freeres != nullptr) __gnu_cxx::__freeres();
 }

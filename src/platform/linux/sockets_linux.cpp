@@ -19,7 +19,8 @@ namespace {
 struct Socket {
   Handle handle;
   int type;
-  int descriptor;  // made when it is first needed: a sweep of network 0 opens hundreds that nothing goes out of
+  int descriptor;  // made when it is first needed: a sweep of network 0 opens hundreds that nothing goes out
+                   // of
   bool broadcast;
   Socket* next;
 };
