@@ -36,7 +36,7 @@ Socket Open(Kind kind, const Ip& ip, std::uint16_t port) {
   // A connection of before that still lingers keeps no one from the port. Datagrams are not shared.
   if (streams) setsockopt(made, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
   const sockaddr_in address = Native(ip, port);
-  constexpr int kWaiting = 4;
+  constexpr int kWaiting = 1024;
   const bool bound = bind(made, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
   if (bound && (!streams || listen(made, kWaiting) == 0)) return made;
   const int reason = errno;

@@ -50,7 +50,7 @@ Socket Open(Kind kind, const Ip& ip, std::uint16_t port) {
   DoNotInherit(made);
   DoNotWait(made);
   const sockaddr_in address = Native(ip, port);
-  constexpr int kWaiting = 4;
+  constexpr int kWaiting = 1024;
   const bool bound = bind(made, reinterpret_cast<const sockaddr*>(&address), kAddressBytes) == 0;
   if (bound && (!streams || listen(made, kWaiting) == 0)) return made;
   const int reason = WSAGetLastError();

@@ -34,8 +34,6 @@ void Append(std::vector<std::uint8_t>& descriptor, const Items& items) {
   descriptor.insert(descriptor.end(), std::begin(items), std::end(items));
 }
 
-std::uint8_t Low(std::size_t value) { return static_cast<std::uint8_t>(value & 0xFF); }
-std::uint8_t High(std::size_t value) { return static_cast<std::uint8_t>((value >> 8) & 0xFF); }
 
 bool IsKeyboard(const Usage& usage) { return usage.page == kKeyboard.page && usage.usage == kKeyboard.usage; }
 

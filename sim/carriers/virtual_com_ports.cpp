@@ -93,7 +93,7 @@ std::unique_ptr<platform::ComPort> VirtualComPorts::Open(std::uint16_t number, c
   return port;
 }
 
-void VirtualComPorts::FindVirtual(std::span<std::uint8_t, 257> flags) {
+void VirtualComPorts::FindVirtual(platform::PortFlags flags) {
   ++scans;
   for (const std::uint16_t number : virtualNumbers) flags[number] = 1;
 }

@@ -76,7 +76,7 @@ class VirtualComPorts final : public platform::ComPorts {
   void Reset();
   std::unique_ptr<platform::ComPort> Open(std::uint16_t number, const platform::ComLine& line,
                                           const platform::ComTimeouts& timeouts) override;
-  void FindVirtual(std::span<std::uint8_t, 257> flags) override;
+  void FindVirtual(platform::PortFlags flags) override;
 
  private:
   Transcript& transcript_;

@@ -10,6 +10,10 @@
 
 namespace tavlyn::sim {
 
+// The halves of a word, as devices send them.
+constexpr std::uint8_t Low(std::size_t word) { return static_cast<std::uint8_t>(word & 0xFFU); }
+constexpr std::uint8_t High(std::size_t word) { return static_cast<std::uint8_t>(word >> 8U & 0xFFU); }
+
 struct Usage {
   std::uint16_t page = 0;
   std::uint16_t usage = 0;

@@ -10,9 +10,9 @@ namespace {
 constexpr std::array<std::uint8_t, 10> kDiscovery = {'R', 'F', 'I', 'D', 'D', 'I', 'S', 'C', 0x01, 0x00};
 constexpr std::array<std::uint8_t, 4> kQuery = {0x00, 0x00, 0x00, 0xF6};
 constexpr std::string_view kReportHeader = "#HUSB/FR/001L";
-constexpr std::size_t kHeaderBytes = 16;  // with two digits and a colon
+constexpr std::size_t kReportHeaderBytes = 16;  // with two digits and a colon
 constexpr std::string_view kFetch = "#Req/FR:";
-constexpr char kFrameStart = '#';
+constexpr char kTextFrameStart = '#';
 
 template <typename Part>
 void Put(Bytes& reply, std::size_t at, const Part& part) {
@@ -43,9 +43,6 @@ bool BeginsLike(std::span<const std::uint8_t> bytes, std::string_view text) {
   return std::equal(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(count), bytes.begin());
 }
 
-std::uint8_t High(std::uint16_t word) { return static_cast<std::uint8_t>(word >> 8); }
-std::uint8_t Low(std::uint16_t word) { return static_cast<std::uint8_t>(word & 0xFF); }
-
 }  // namespace
 
 std::optional<Bytes> AnswerDatagram(const AdapterIdentity& identity, std::uint16_t port,
@@ -64,7 +61,7 @@ void EthernetAdapter::Silence() {
 }
 
 void EthernetAdapter::TakeByte(std::uint8_t byte) {
-  if (frame_.empty() && (byte != kFrameStart || !takesTextFrames)) return ToSerial({&byte, 1});
+  if (frame_.empty() && (byte != kTextFrameStart || !takesTextFrames)) return ToSerial({&byte, 1});
   frame_.push_back(byte);
   if (TakeFrame()) frame_.clear();
 }
@@ -85,11 +82,11 @@ bool EthernetAdapter::TakeFrame() {
     ToSerial(frame_);  // no frame, but bytes of the serial line that begin like one
     return true;
   }
-  if (frame_.size() < kHeaderBytes) return false;
+  if (frame_.size() < kReportHeaderBytes) return false;
   const std::uint8_t* digits = frame_.data() + kReportHeader.size();
   payload_ = static_cast<std::size_t>((digits[0] - '0') * 10 + (digits[1] - '0')) % 100;
-  if (frame_.size() < kHeaderBytes + payload_) return false;
-  reader_->SetFeature(std::span<const std::uint8_t>(frame_).subspan(kHeaderBytes));
+  if (frame_.size() < kReportHeaderBytes + payload_) return false;
+  reader_->SetFeature(std::span<const std::uint8_t>(frame_).subspan(kReportHeaderBytes));
   return true;
 }
 
@@ -97,10 +94,10 @@ bool EthernetAdapter::TakeFrame() {
 void EthernetAdapter::SendReport() {
   Bytes report(payload_);
   if (!reader_->GetFeature(report)) return;
-  char header[kHeaderBytes + 1];
+  char header[kReportHeaderBytes + 1];
   std::snprintf(header, sizeof header, "#DUSB/FR/001L%02u:", static_cast<unsigned>(payload_ % 100));
   const HidIdentity& identity = reader_->Identity();
-  Bytes reply(header, header + kHeaderBytes);
+  Bytes reply(header, header + kReportHeaderBytes);
   reply.insert(reply.end(), {High(identity.vid), Low(identity.vid), High(identity.pid), Low(identity.pid)});
   reply.insert(reply.end(), report.begin(), report.end());
   Send(reply);

@@ -7,7 +7,7 @@
 namespace tavlyn::sim {
 namespace {
 
-constexpr std::uint8_t kEnd = '\r';
+constexpr std::uint8_t kPacketEnd = '\r';
 constexpr std::size_t kTextBytes = kMagPacketBytes - 1;
 
 HidIdentity MagstripeIdentity() {
@@ -17,7 +17,7 @@ HidIdentity MagstripeIdentity() {
 MagPacket PacketOf(const std::string& text) {
   MagPacket packet{};
   std::copy_n(text.begin(), std::min(text.size(), kTextBytes), packet.begin());
-  packet[kTextBytes] = kEnd;
+  packet[kTextBytes] = kPacketEnd;
   return packet;
 }
 
@@ -36,7 +36,7 @@ bool Magstripe::TakeReport(Payload report) {
   if (faults.TakeCommandRefusal(report)) return false;
   SetCommand(report);
   SetReply({});
-  if (report[kTextBytes] != kEnd) return true;
+  if (report[kTextBytes] != kPacketEnd) return true;
   const auto end = std::find(report.begin(), report.begin() + kTextBytes, 0);
   SetReply(PacketOf(AnswerMagCommand(state, {report.begin(), end})));
   return true;
@@ -45,7 +45,7 @@ bool Magstripe::TakeReport(Payload report) {
 MagstripeLine::MagstripeLine(std::shared_ptr<Magstripe> reader) : reader_(std::move(reader)) {}
 
 void MagstripeLine::TakeByte(std::uint8_t byte) {
-  if (byte == kEnd) {
+  if (byte == kPacketEnd) {
     Run();
   } else if (byte != 0) {
     command_ += static_cast<char>(byte);

@@ -16,157 +16,154 @@ namespace tavlyn::sim {
 namespace {
 
 constexpr const char* kRefused = "N";
-constexpr const char* kDone = "R";
+constexpr const char* kAccepted = "R";
 constexpr std::size_t kLetters = 3;  // of a command, in front of its parameters
-constexpr std::size_t kBlockBytes = 10;
+constexpr std::size_t kTrackBlockBytes = 10;
 
-using Text = const std::string&;
-using Answer = std::string (*)(MagstripeState&, Text command);
+using Sent = const std::string&;
+using LetterAnswer = std::string (*)(MagstripeState&, Sent command);
 
 // Queries are answered with the command's second and third letters.
-std::string Reply(Text command, std::span<const std::uint8_t> bytes) {
-  return kDone + command.substr(1, 2) + HexDigits(bytes);
+std::string Reply(Sent command, std::span<const std::uint8_t> bytes) {
+  return kAccepted + command.substr(1, 2) + HexDigits(bytes);
 }
 
-constexpr std::uint8_t Low(std::uint32_t word) { return static_cast<std::uint8_t>(word & 0xFFU); }
-constexpr std::uint8_t High(std::uint32_t word) { return static_cast<std::uint8_t>(word >> 8U & 0xFFU); }
-
-UserField& FieldOf(MagstripeState& state, Text command) {
+UserField& FieldOf(MagstripeState& state, Sent command) {
   return state.working.fields[static_cast<std::size_t>(command[1] - 'a')];
 }
 
 // Takes the parameters when all of them are there; what follows them is passed over.
 template <typename Record>
-std::string Take(MagstripeState& state, Text command, Record& record, bool live = false) {
+std::string Take(MagstripeState& state, Sent command, Record& record, bool live = false) {
   const std::size_t digits = 2 * record.size();
   if (!state.writing && !live) return kRefused;
   if (command.size() < kLetters + digits) return kRefused;
   const auto bytes = ParseHex(std::string_view(command).substr(kLetters, digits));
   if (!bytes) return kRefused;
   std::copy(bytes->begin(), bytes->end(), record.begin());
-  return kDone;
+  return kAccepted;
 }
 
-std::string PartNumber(MagstripeState& state, Text) { return "RRZ" + state.partNumber; }
+std::string PartNumber(MagstripeState& state, Sent) { return "RRZ" + state.partNumber; }
 
-std::string Version(MagstripeState& state, Text command) {
+std::string Version(MagstripeState& state, Sent command) {
   return Reply(command,
                std::array{High(state.did), Low(state.did), High(state.firmware), Low(state.firmware)});
 }
 
-std::string FieldFirst(MagstripeState& state, Text command) {
+std::string FieldFirst(MagstripeState& state, Sent command) {
   return Reply(command, FieldOf(state, command).first);
 }
 
-std::string FieldSecond(MagstripeState& state, Text command) {
+std::string FieldSecond(MagstripeState& state, Sent command) {
   return Reply(command, FieldOf(state, command).second);
 }
 
-std::string FieldControl(MagstripeState& state, Text command) {
+std::string FieldControl(MagstripeState& state, Sent command) {
   return Reply(command, FieldOf(state, command).control);
 }
 
-std::string System(MagstripeState& state, Text command) { return Reply(command, state.working.system); }
-std::string Leds(MagstripeState& state, Text command) { return Reply(command, state.working.leds); }
+std::string System(MagstripeState& state, Sent command) { return Reply(command, state.working.system); }
+std::string Leds(MagstripeState& state, Sent command) { return Reply(command, state.working.leds); }
 
-std::string SetFieldFirst(MagstripeState& state, Text command) {
+std::string SetFieldFirst(MagstripeState& state, Sent command) {
   return Take(state, command, FieldOf(state, command).first);
 }
 
-std::string SetFieldSecond(MagstripeState& state, Text command) {
+std::string SetFieldSecond(MagstripeState& state, Sent command) {
   return Take(state, command, FieldOf(state, command).second);
 }
 
-std::string SetFieldControl(MagstripeState& state, Text command) {
+std::string SetFieldControl(MagstripeState& state, Sent command) {
   return Take(state, command, FieldOf(state, command).control);
 }
 
-std::string SetSystem(MagstripeState& state, Text command) {
+std::string SetSystem(MagstripeState& state, Sent command) {
   return Take(state, command, state.working.system);
 }
 
-std::string SetLeds(MagstripeState& state, Text command) {
+std::string SetLeds(MagstripeState& state, Sent command) {
   return Take(state, command, state.working.leds, true);
 }
 
-std::string BeginWrite(MagstripeState& state, Text) {
+std::string BeginWrite(MagstripeState& state, Sent) {
   state.writing = true;
-  return kDone;
+  return kAccepted;
 }
 
-std::string CommitWrite(MagstripeState& state, Text) {
+std::string CommitWrite(MagstripeState& state, Sent) {
   if (!state.writing) return kRefused;
   state.writing = false;
   state.stored = state.working;
-  return kDone;
+  return kAccepted;
 }
 
-std::string FactoryDefaults(MagstripeState& state, Text) {
+std::string FactoryDefaults(MagstripeState& state, Sent) {
   state.writing = false;
   state.working = state.stored = FactoryMagSettings();
-  return kDone;
+  return kAccepted;
 }
 
-std::string DataAvailable(MagstripeState& state, Text command) {
+std::string DataAvailable(MagstripeState& state, Sent command) {
   return Reply(command, std::array{state.available});
 }
 
-std::string ClearData(MagstripeState& state, Text) {
+std::string ClearData(MagstripeState& state, Sent) {
   ClearAvailable(state);
-  return kDone;
+  return kAccepted;
 }
 
-std::string ClearOverrun(MagstripeState& state, Text) {
+std::string ClearOverrun(MagstripeState& state, Sent) {
   state.overruns = 0;
-  return kDone;
+  return kAccepted;
 }
 
-std::string Uptime(MagstripeState& state, Text command) {
+std::string Uptime(MagstripeState& state, Sent command) {
   const auto seconds = static_cast<std::uint32_t>(state.uptime ? state.uptime() / 1000 : 0);
   const std::uint32_t cards = state.cardsRead;
   return Reply(command, std::array{Low(seconds), High(seconds), Low(seconds >> 16U), High(seconds >> 16U),
                                    Low(cards), High(cards), Low(cards >> 16U), High(cards >> 16U)});
 }
 
-std::string Counts(MagstripeState& state, Text command) {
+std::string Counts(MagstripeState& state, Sent command) {
   return Reply(command, std::array{Low(state.goodTracks), High(state.goodTracks), Low(state.badTracks),
                                    High(state.badTracks), Low(state.commands), High(state.commands),
                                    Low(state.unknownCommands), High(state.unknownCommands)});
 }
 
 // A blank stands between the letters and the numbers.
-std::string Queue(MagstripeState& state, Text) {
+std::string Queue(MagstripeState& state, Sent) {
   const auto count = static_cast<std::uint32_t>(state.waiting.size());
   return "RQ0 " + HexDigits(std::array{Low(count), High(count), state.overruns, Low(state.kQueueRoom)});
 }
 
 // G, the track, the block.
-std::string TrackBlock(MagstripeState& state, Text command) {
+std::string TrackBlock(MagstripeState& state, Sent command) {
   const Bytes& track = state.tracks[static_cast<std::size_t>(command[1] - '1')];
   const auto digit = static_cast<unsigned char>(command[2]);
   const auto block = static_cast<std::size_t>(std::isdigit(digit) != 0 ? digit - '0' : digit - 'A' + 10);
-  std::array<std::uint8_t, kBlockBytes> bytes{};
-  for (std::size_t i = 0; i < bytes.size() && block * kBlockBytes + i < track.size(); ++i) {
-    bytes[i] = track[block * kBlockBytes + i];
+  std::array<std::uint8_t, kTrackBlockBytes> bytes{};
+  for (std::size_t i = 0; i < bytes.size() && block * kTrackBlockBytes + i < track.size(); ++i) {
+    bytes[i] = track[block * kTrackBlockBytes + i];
   }
   return Reply(command, bytes);
 }
 
-std::string Beep(MagstripeState& state, Text command) {
+std::string Beep(MagstripeState& state, Sent command) {
   const int count = command[2] - '0';
   if (count < 1 || count > 5) return kRefused;
   state.beeps.push_back({count, command[1] == 'L'});
-  return kDone;
+  return kAccepted;
 }
 
-struct Row {
+struct LetterRow {
   // f: a user field's letter; t: a track; x: a hexadecimal digit; 9: a decimal one; others as they are.
   const char* pattern;
   bool takesParameters;
-  Answer answer;
+  LetterAnswer answer;
 };
 
-constexpr Row kRows[] = {
+constexpr LetterRow kLetterRows[] = {
     {"QRZ", false, PartNumber},     {"QSV", false, Version},      {"Gf0", false, FieldFirst},
     {"Gf1", false, FieldSecond},    {"GfC", false, FieldControl}, {"GS0", false, System},
     {"GL0", false, Leds},           {"Sf0", true, SetFieldFirst}, {"Sf1", true, SetFieldSecond},
@@ -187,7 +184,7 @@ bool Matches(char pattern, char character) {
   }
 }
 
-bool Matches(const Row& row, std::string_view command) {
+bool Matches(const LetterRow& row, std::string_view command) {
   const std::string_view pattern = row.pattern;
   if (command.size() < pattern.size()) return false;
   if (!row.takesParameters && command.size() != pattern.size()) return false;
@@ -199,9 +196,9 @@ bool Matches(const Row& row, std::string_view command) {
 
 std::string AnswerMagCommand(MagstripeState& state, const std::string& command) {
   ++state.commands;
-  const auto* row = std::find_if(std::begin(kRows), std::end(kRows),
-                                 [&](const Row& candidate) { return Matches(candidate, command); });
-  if (row != std::end(kRows)) return row->answer(state, command);
+  const auto* row = std::find_if(std::begin(kLetterRows), std::end(kLetterRows),
+                                 [&](const LetterRow& candidate) { return Matches(candidate, command); });
+  if (row != std::end(kLetterRows)) return row->answer(state, command);
   ++state.unknownCommands;
   return kRefused;
 }

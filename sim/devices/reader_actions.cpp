@@ -23,8 +23,6 @@ std::span<const std::uint8_t> BytesOf(const std::string& text) {
   return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
 }
 
-std::uint8_t Low(std::uint16_t value) { return static_cast<std::uint8_t>(value & 0xFF); }
-std::uint8_t High(std::uint16_t value) { return static_cast<std::uint8_t>(value >> 8); }
 std::uint16_t Word(std::uint8_t low, std::uint8_t high) {
   return static_cast<std::uint16_t>(low + (high << 8));
 }

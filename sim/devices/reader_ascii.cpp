@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::string_view kStart = "rfid:";
 constexpr std::string_view kPrompt = "Orvantis>";
-constexpr std::uint8_t kFrameStart = 0xFA;
+constexpr std::uint8_t kFrameClass = 0xFA;
 constexpr char kEndOfLine = '\r';
 constexpr std::size_t kLongestLine = 256;
 
@@ -210,7 +210,7 @@ void ReaderAscii::Silence() {
 }
 
 void ReaderAscii::TakeByte(std::uint8_t byte) {
-  if (speaksFrames && (frames_.InFrame() || byte == kFrameStart)) {
+  if (speaksFrames && (frames_.InFrame() || byte == kFrameClass)) {
     frames_.Receive({&byte, 1});
     PassOn(frames_);
     return;

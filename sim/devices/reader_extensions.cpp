@@ -18,9 +18,6 @@ constexpr std::uint8_t kModuleConfirmed = 0xFF;
 constexpr std::uint8_t kModuleOn = 0x81;
 constexpr std::uint8_t kModuleOff = 0x80;
 
-std::uint8_t Low(std::uint16_t value) { return static_cast<std::uint8_t>(value & 0xFF); }
-std::uint8_t High(std::uint16_t value) { return static_cast<std::uint8_t>(value >> 8); }
-
 }  // namespace
 
 void AnalyzeCard(ReaderState& state) {

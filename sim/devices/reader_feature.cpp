@@ -10,14 +10,14 @@
 namespace tavlyn::sim {
 namespace {
 
-using Answer = Block (*)(ReaderState&, const Block& command);
+using ReportAnswer = Block (*)(ReaderState&, const Block& command);
 using Keep = void (*)(ReaderState&, const Block& command, const Block& data);
 
-struct Row {
+struct ReportRow {
   std::array<std::uint8_t, 2> command;
   std::uint8_t length;  // bytes of the command that count
   bool plusOnly;        // a plain reader refuses it
-  Answer answer;
+  ReportAnswer answer;
   Keep keep;  // what a data report does; null: none is expected
 };
 
@@ -123,7 +123,7 @@ Block ResetAnswer(ReaderState& state, const Block&) {
   return {};
 }
 
-constexpr Row kRows[] = {
+constexpr ReportRow kReportRows[] = {
     {{0x80}, 1, false, BlockAnswer, KeepBlock},
     {{0x81}, 1, false, BlockAnswer, KeepBlock},
     {{0x82}, 1, false, BlockAnswer, KeepBlock},
@@ -164,11 +164,11 @@ constexpr Row kRows[] = {
     {{0x89, 0x90}, 2, false, SecureWriteAnswer, nullptr},
 };
 
-const Row* FindRow(const Block& command) {
-  const auto* found = std::find_if(std::begin(kRows), std::end(kRows), [&](const Row& row) {
+const ReportRow* FindRow(const Block& command) {
+  const auto* found = std::find_if(std::begin(kReportRows), std::end(kReportRows), [&](const ReportRow& row) {
     return StartsWith(command, std::span(row.command).first(row.length));
   });
-  return found == std::end(kRows) ? nullptr : found;
+  return found == std::end(kReportRows) ? nullptr : found;
 }
 
 }  // namespace
@@ -185,7 +185,7 @@ bool Reader::TakeReport(Payload report) {
 }
 
 bool Reader::TakeCommand(const Block& report) {
-  const Row* row = FindRow(report);
+  const ReportRow* row = FindRow(report);
   const bool lacked = Lacks(state, report);
   if (row != nullptr && row->plusOnly && !state.plus && !lacked) return false;
 

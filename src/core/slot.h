@@ -9,6 +9,7 @@
 namespace tavlyn {
 
 inline constexpr std::size_t kSepFldBytes = 128;
+inline constexpr std::size_t kSepPageBytes = 8;
 inline constexpr std::size_t kHashKeys = 2;
 inline constexpr std::size_t kHashKeyBytes = 16;
 inline constexpr std::size_t kExtBytes = 7;

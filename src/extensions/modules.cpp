@@ -6,8 +6,8 @@
 namespace tavlyn {
 namespace {
 
-constexpr std::uint8_t kOn = 0x81;
-constexpr std::uint8_t kOff = 0x80;
+constexpr std::uint8_t kModuleOn = 0x81;
+constexpr std::uint8_t kModuleOff = 0x80;
 constexpr std::uint8_t kConfirmed = 0xFF;
 
 }  // namespace
@@ -23,7 +23,7 @@ std::uint8_t GetModuleState(std::uint16_t module, std::uint16_t* state) {
     Fail("ModuleState::getModuleState", TAVLYN_ERR_GET_MODULE);
     return 0;
   }
-  if (state != nullptr) *state = pair.reply[5] == kOn ? 1 : 0;
+  if (state != nullptr) *state = pair.reply[5] == kModuleOn ? 1 : 0;
   return pair.reply[3] == kConfirmed ? 1 : 0;
 }
 
@@ -31,7 +31,8 @@ std::uint8_t SetModuleState(std::uint16_t module, std::uint16_t state) {
   if (!ReaderIsActive()) return 0;
   ActiveEntry().LastLibErr = 0;
   ReportPair pair;
-  if (!Exchange(command::kWriteModule, pair, static_cast<std::uint8_t>(module), state != 0 ? kOn : kOff)) {
+  if (!Exchange(command::kWriteModule, pair, static_cast<std::uint8_t>(module),
+                state != 0 ? kModuleOn : kModuleOff)) {
     Fail("ModuleState::setModuleState", TAVLYN_ERR_SET_MODULE);
     return 0;
   }

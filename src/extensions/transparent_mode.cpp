@@ -10,8 +10,8 @@ constexpr std::uint16_t kModeOff = 0;  // or the operation failed
 constexpr std::uint16_t kModeOn = 1;   // or the operation succeeded
 constexpr std::uint16_t kModeUnsupported = 2;
 
-constexpr std::uint8_t kOff = 0;
-constexpr std::uint8_t kOn = 1;
+constexpr std::uint8_t kSwitchedOff = 0;
+constexpr std::uint8_t kSwitchedOn = 1;
 constexpr std::uint32_t kForGood = 1;
 
 std::uint16_t Switch(const char* tag, std::uint8_t mode, std::uint32_t commit) {
@@ -43,13 +43,13 @@ std::uint16_t CheckTransparentMode() {
     return kModeOff;
   }
   if (pair.reply[1] == 0) return kModeUnsupported;
-  return pair.reply[3] == kOn ? kModeOn : kModeOff;
+  return pair.reply[3] == kSwitchedOn ? kModeOn : kModeOff;
 }
 
 std::uint16_t EnableTransparentMode(std::uint32_t commit) {
-  return Switch("TransparentMode::EnableTransparentMode", kOn, commit);
+  return Switch("TransparentMode::EnableTransparentMode", kSwitchedOn, commit);
 }
 
 std::uint16_t DisableTransparentMode(std::uint32_t commit) {
-  return Switch("TransparentMode::DisableTransparentMode", kOff, commit);
+  return Switch("TransparentMode::DisableTransparentMode", kSwitchedOff, commit);
 }

@@ -8,8 +8,6 @@
 namespace tavlyn {
 namespace {
 
-constexpr std::uint16_t kHighestPort = 256;
-
 // One port of the reader search; true when a reader answered there.
 bool TryReaderPort(std::uint16_t number, tsDevEntry& entry, Probe answers) {
   SerialPort& port = ClosedPort(entry);
@@ -79,7 +77,7 @@ bool SearchReaderComs(Probe answers) {
   // What the scan finds deliberately changes nothing here: a virtual port outside the range is not visited.
   ScanUnlessOff();
   bool found = false;
-  for (std::uint16_t number = 1; number <= kHighestPort; ++number) {
+  for (std::uint16_t number = 1; number <= platform::kHighestCom; ++number) {
     tsDevEntry* entry = NextEntry();
     if (!InRange(number) || entry == nullptr) continue;
     found = TryReaderPort(number, *entry, answers) || found;
@@ -90,7 +88,7 @@ bool SearchReaderComs(Probe answers) {
 bool SearchSorbaneComs(Probe answers) {
   ScanUnlessOff();
   bool found = false;
-  for (std::uint16_t number = 1; number <= kHighestPort; ++number) {
+  for (std::uint16_t number = 1; number <= platform::kHighestCom; ++number) {
     tsDevEntry* entry = NextEntry();
     const bool visited = InRange(number) || VirtualComFlags[number] != 0;
     if (entry == nullptr || !visited || PortInUse(number)) continue;

@@ -9,7 +9,7 @@
 namespace tavlyn {
 
 // VirtualComFlags[n]: COM n belongs to a virtual port of the maker or to a PCMCIA card.
-inline constinit std::array<std::uint8_t, 257> VirtualComFlags{};
+inline constinit std::array<std::uint8_t, platform::kHighestCom + 1> VirtualComFlags{};
 // Speed of the reader search.
 inline constinit std::uint32_t DefaultBaud = 9600;
 

@@ -9,7 +9,6 @@
 namespace tavlyn {
 namespace {
 
-constexpr std::int32_t kHighestPort = 256;
 constexpr std::uint32_t kBeforeFlush = 10;
 constexpr std::uint32_t kBehindPiece = 1;
 
@@ -126,7 +125,8 @@ void SerialPort::SetPortNum(std::int32_t number) {
   if (bSocketMode) {
     wPortNum = static_cast<std::uint16_t>(number);
   } else {
-    wPortNum = number >= 1 && number <= kHighestPort ? static_cast<std::uint16_t>(number) : std::uint16_t{1};
+    wPortNum = number >= 1 && number <= platform::kHighestCom ? static_cast<std::uint16_t>(number)
+                                                              : std::uint16_t{1};
   }
 }
 

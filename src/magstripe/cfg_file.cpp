@@ -20,7 +20,7 @@ constexpr const char* kEnd = "//##END##";
 
 // A longer line is taken in pieces, and the title must stand within as much.
 constexpr std::size_t kLineRoom = 257;
-using Text = std::array<char, kLineRoom>;
+using LineText = std::array<char, kLineRoom>;
 
 template <typename Owner>
 struct SavedByte {
@@ -149,7 +149,7 @@ void TakeLine(std::string_view line, const Settings& settings) {
 }
 
 bool HasTitle(std::FILE* file) {
-  Text start{};
+  LineText start{};
   const std::size_t read = std::fread(start.data(), 1, start.size(), file);
   return std::string_view(start.data(), read).find(kTitle) != std::string_view::npos;
 }
@@ -162,7 +162,7 @@ std::uint32_t SaveSorbaneFile(const char* path) {
   std::fprintf(file.get(), "%s%s\n", kMark, kTitle);
   std::fprintf(file.get(), "%sLibrary Version%c %d.%d.%d \n", kMark, kInformationMark, kVersionMajor,
                kVersionMinor, kVersionBuild);
-  Text text{};
+  LineText text{};
   tsDevEntry& entry = ActiveEntry();
   for (const Setting& setting : Settings(entry)) {
     std::snprintf(text.data(), text.size(), "%s: %ld", setting.key.data(), ValueOf(setting, entry));

@@ -46,7 +46,7 @@ constexpr std::uint16_t kGoodRead = 2;
 constexpr std::uint16_t kBadRead = 3;
 constexpr int kLongBit = 8;
 constexpr int kCountBits = 7;
-constexpr std::int16_t kMostBeeps = 4;
+constexpr std::int16_t kMostBeepCount = 4;
 constexpr std::uint32_t kLongFlag = 0x80;
 
 bool IsBeep(std::uint16_t which) { return which == kGoodRead || which == kBadRead; }
@@ -120,7 +120,7 @@ std::uint32_t sorbaneGetBeeper(std::uint16_t which) {
 
 std::uint32_t sorbaneSetBeeper(std::uint16_t which, std::int16_t count, std::int16_t longBeep) {
   if (!MagstripeIsActive()) return UnsupportedValue;
-  if (!IsBeep(which) || count < 0 || count > kMostBeeps) return 0;
+  if (!IsBeep(which) || count < 0 || count > kMostBeepCount) return 0;
   const int nibble = count | (longBeep != 0 ? kLongBit : 0);
   const int others = Cfg().Beeper & ~(0x0F << ShiftOf(which));
   Cfg().Beeper = static_cast<std::uint8_t>(others | nibble << ShiftOf(which));

@@ -57,9 +57,9 @@ const std::uint8_t* sorbaneGetTrackData(std::uint16_t track, std::uint16_t conve
 }
 
 std::uint32_t sorbaneGetTrackData_BYTE(std::uint16_t track, std::uint16_t convert, std::uint16_t index) {
-  constexpr std::uint16_t kBeyond = 255;
+  constexpr std::uint16_t kBeyondTrack = 255;
   if (!MagstripeIsActive()) return UnsupportedValue;
-  if (index >= kBeyond) return 0;
+  if (index >= kBeyondTrack) return 0;
   if (index == 0) {
     const SorbaneTrack& fetched = FetchTrack(track, convert);
     std::copy(fetched.begin(), fetched.end() - 1, Sorbane.trackCopy.begin());

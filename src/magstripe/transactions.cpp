@@ -56,10 +56,11 @@ bool Exchange(const char* text, std::uint8_t* reply) {
 }
 
 // A packet's text and its terminator.
-using Text = std::array<char, kSorbanePacket + 1>;
+using PacketText = std::array<char, kSorbanePacket + 1>;
 
-Text TextOf(const SorbaneCommand& command, SorbaneLetters letters, std::span<const std::uint8_t> bytes) {
-  Text text{};
+PacketText TextOf(const SorbaneCommand& command, SorbaneLetters letters,
+                  std::span<const std::uint8_t> bytes) {
+  PacketText text{};
   std::size_t used = 0;
   const auto add = [&](char character) {
     if (used + 1 < text.size()) text[used++] = character;
@@ -104,7 +105,7 @@ std::uint32_t SorbaneTransact(const char* text, std::uint8_t* reply) {
 
 bool SorbaneQuery(const SorbaneCommand& command, SorbaneReply& reply, SorbaneLetters letters,
                   std::span<const std::uint8_t> bytes) {
-  const Text text = TextOf(command, letters, bytes);
+  const PacketText text = TextOf(command, letters, bytes);
   return SorbaneTransact(text.data(), reply.data()) != 0 &&
          std::memcmp(reply.data(), command.begins, std::strlen(command.begins)) == 0;
 }

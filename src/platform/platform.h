@@ -165,14 +165,18 @@ class ComPort {
   virtual void CloseQuietly() = 0;
 };
 
+inline constexpr std::uint16_t kHighestCom = 256;
+// One for each number; index 0 is spare.
+using PortFlags = std::span<std::uint8_t, kHighestCom + 1>;
+
 class ComPorts {
  public:
   // The port opened exclusively, with empty queues and DTR raised; null when that failed.
   virtual std::unique_ptr<ComPort> Open(std::uint16_t number, const ComLine& line,
                                         const ComTimeouts& timeouts) = 0;
   // Numbers of the ports that belong to USB identity 7A31:23xx or to PCMCIA cards: sets flags[number], 1 to
-  // 256.
-  virtual void FindVirtual(std::span<std::uint8_t, 257> flags) = 0;
+  // kHighestCom.
+  virtual void FindVirtual(PortFlags flags) = 0;
 
  protected:
   ~ComPorts() = default;

@@ -8,6 +8,7 @@
 #include "core/state.h"
 #include "links/serial_port.h"
 #include "reader/ascii_text.h"
+#include "reader/blocks.h"
 
 namespace tavlyn {
 namespace {
@@ -116,15 +117,13 @@ constexpr std::array kFixedValues = {
     FixedValue{CfgFlags2_bUseInvDataF, 0},  FixedValue{CfgFlags2_bUseLeadChrs, 1},
 };
 
-constexpr int kCharacters = 3;
-
 // The characters behind the lead ones are the trail ones.
 void TakeTrailCharacters(tsCfgSlot& slot) {
   const RecordWords& leads = slot.record[kIDDispParms2];
   RecordWords& trails = slot.record[kIDDispParms3];
-  const int lead = std::clamp<int>(leads[0], 0, kCharacters);
-  for (int at = 0; at < kCharacters; ++at) {
-    const bool taken = lead + at < kCharacters;
+  const int lead = std::clamp<int>(leads[0], 0, kLeadAndTrail);
+  for (int at = 0; at < kLeadAndTrail; ++at) {
+    const bool taken = lead + at < kLeadAndTrail;
     trails[static_cast<std::size_t>(at) + 1] =
         taken ? leads[static_cast<std::size_t>(lead + at) + 1] : std::int16_t{0};
   }
@@ -194,14 +193,14 @@ void SetLeds(const tsCfgSlot& slot) {
 // that cannot be sends none.
 std::int16_t CharacterAt(const tsCfgSlot& slot, int place) {
   const int lead = std::max<int>(slot[IDDispParms2_iLeadChrCnt], 0);
-  if (lead > kCharacters) return 0;
+  if (lead > kLeadAndTrail) return 0;
   const Record record = place < lead ? kIDDispParms2 : kIDDispParms3;
   return slot.record[record][static_cast<std::size_t>(place < lead ? place : place - lead) + 1];
 }
 
 void SetCharacters(const tsCfgSlot& slot) {
   constexpr std::array kTexts = {"chr.1='\\x%02X'", "chr.2='\\x%02X'", "chr.3='\\x%02X'"};
-  for (int place = 0; place < kCharacters; ++place) {
+  for (int place = 0; place < kLeadAndTrail; ++place) {
     AsciiSet(kTexts[static_cast<std::size_t>(place)], CharacterAt(slot, place));
   }
   AsciiSet("chr.count.lead=%d", slot[IDDispParms2_iLeadChrCnt]);

@@ -100,21 +100,20 @@ std::int16_t Unpack(const Packed& row, std::uint8_t byte) {
   return static_cast<std::int16_t>((byte >> row.shift & mask) * row.scale);
 }
 
-// Lead characters and behind them trail characters share three places; their counts share b5.
-constexpr int kCharacters = 3;
+// The counts of lead and trail characters share b5.
 constexpr std::size_t kCountsAt = 4;
 constexpr std::size_t kCharactersAt = 5;
 
 void TakeCharacters(const Block& block, tsCfgSlot& slot) {
   RecordWords& leads = slot.record[kIDDispParms2];
   RecordWords& trails = slot.record[kIDDispParms3];
-  std::fill_n(leads.begin() + 1, kCharacters, std::int16_t{0});
-  std::fill_n(trails.begin() + 1, kCharacters, std::int16_t{0});
+  std::fill_n(leads.begin() + 1, kLeadAndTrail, std::int16_t{0});
+  std::fill_n(trails.begin() + 1, kLeadAndTrail, std::int16_t{0});
   const int leadCount = block[kCountsAt] & 3;
   leads[0] = static_cast<std::int16_t>(leadCount);
   trails[0] = static_cast<std::int16_t>(block[kCountsAt] >> 4 & 3);
   // All places behind the lead characters are taken, even more than the trail count says.
-  for (int place = 0; place < kCharacters; ++place) {
+  for (int place = 0; place < kLeadAndTrail; ++place) {
     const auto at = static_cast<std::size_t>(place);
     const std::int16_t character = block[kCharactersAt + at];
     if (place < leadCount) {
@@ -128,15 +127,15 @@ void TakeCharacters(const Block& block, tsCfgSlot& slot) {
 void BuildCharacters(const tsCfgSlot& slot, Block& block) {
   int lead = slot[IDDispParms2_iLeadChrCnt];
   int trail = slot[IDDispParms3_iTrailChrCnt];
-  if (lead + trail > kCharacters) {
-    lead = std::min(lead, kCharacters);
-    trail = kCharacters - lead;
+  if (lead + trail > kLeadAndTrail) {
+    lead = std::min(lead, kLeadAndTrail);
+    trail = kLeadAndTrail - lead;
   }
   block[kCountsAt] =
       static_cast<std::uint8_t>(static_cast<unsigned>(trail) << 4 | static_cast<unsigned>(lead));
   std::size_t place = kCharactersAt;
   const auto append = [&](Record record, int count) {
-    for (int at = 0; at < std::min(count, kCharacters) && place < block.size(); ++at) {
+    for (int at = 0; at < std::min(count, kLeadAndTrail) && place < block.size(); ++at) {
       block[place++] = static_cast<std::uint8_t>(slot.record[record][static_cast<std::size_t>(at) + 1]);
     }
   };

@@ -14,6 +14,9 @@ using Block = std::array<std::uint8_t, 8>;
 
 enum BlockNumber : std::uint8_t { kFormatBlock, kTimeBlock, kDisplayBlock, kExtensionBlock };
 
+// Lead characters and behind them trail characters share as many places.
+inline constexpr int kLeadAndTrail = 3;
+
 // Puts what a block says into the slot. bootDeviceTells: the link is one over which bNotBootDev is true.
 void TakeBlock(BlockNumber number, const Block& block, tsCfgSlot& slot, bool bootDeviceTells);
 

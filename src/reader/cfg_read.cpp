@@ -16,7 +16,7 @@
 namespace tavlyn {
 namespace {
 
-constexpr const char* kTag = "tavlyn_ReadCfgOneConfig";
+constexpr const char* kReadTag = "tavlyn_ReadCfgOneConfig";
 
 // Readers do not have a serial number word; programs expect this value.
 constexpr std::uint32_t kNoSerialNumber = 65535;
@@ -25,7 +25,7 @@ bool ReadIdentity(tsDevEntry& entry) {
   ReplyBytes id;
   if (!Ask(command::kIdentity, TAVLYN_ERR_CONFIG_READ, id)) {
     entry.LastLibErr |= TAVLYN_ERR_CONFIG_READ;
-    LogErrorCode(kTag);
+    LogErrorCode(kReadTag);
     return false;
   }
   entry.LUID = static_cast<std::uint16_t>(id[1] << 8 | id[0]);
@@ -40,9 +40,9 @@ bool ReadBlock(BlockNumber number, tsCfgSlot& slot) {
            number)) {
     // Over a serial link the time and display blocks deliberately fail without a line.
     if (!OnSerialPort())
-      LogFailure(kTag);
+      LogFailure(kReadTag);
     else if (number == kFormatBlock || number == kExtensionBlock)
-      LogLine(kTag, kFailed);
+      LogLine(kReadTag, kFailed);
     return false;
   }
   TakeBlock(number, block, slot, ActiveEntry().LinkKind == kByReports);
@@ -51,8 +51,7 @@ bool ReadBlock(BlockNumber number, tsCfgSlot& slot) {
 
 // Room for all eighteen pages that a reader may announce; only the first 128 bytes count.
 constexpr std::uint8_t kSepPages = 18;
-constexpr std::size_t kPageBytes = 8;
-using SepBuffer = std::array<std::uint8_t, kSepPages * kPageBytes>;
+using SepBuffer = std::array<std::uint8_t, kSepPages * kSepPageBytes>;
 
 bool ReadSepByReports(tsDevEntry& entry, SepBuffer& buffer) {
   constexpr std::uint8_t kShortFormPages = 12;
@@ -62,18 +61,18 @@ bool ReadSepByReports(tsDevEntry& entry, SepBuffer& buffer) {
     const Xfer fetched = FeatureXfer(command::kSepFields, reply, page);
     if (fetched != Xfer::kDone) entry.LastLibErr |= TAVLYN_ERR_CONFIG_READ;
     if (fetched == Xfer::kNotSent) {
-      LogFailure(kTag);
+      LogFailure(kReadTag);
       return false;
     }
     if (fetched == Xfer::kNoReply) {
-      LogErrorCode(kTag);
+      LogErrorCode(kReadTag);
       reply.fill(0);
     }
     if (page == 0) {
       if (reply[1] == 0 || reply[1] == 0xFF) return true;
       if (reply[1] != kSepFldUnset) pages = reply[4];
     }
-    std::copy_n(reply.begin() + 1, kPageBytes, buffer.begin() + page * kPageBytes);
+    std::copy_n(reply.begin() + 1, kSepPageBytes, buffer.begin() + page * kSepPageBytes);
     if (page + 1 >= pages) break;
   }
   return true;
@@ -82,12 +81,12 @@ bool ReadSepByReports(tsDevEntry& entry, SepBuffer& buffer) {
 void ReadSepByFa(tsDevEntry& entry, const tsCfgSlot& slot, SepBuffer& buffer) {
   const bool extended = (slot[field::TimeParms_ExFeatures01] & kExtendedSepFields) != 0;
   const std::uint8_t instruction = extended ? 0x0A : 0x09;
-  FaFrame head(command::kSepFieldsFa, instruction, kPageBytes);
+  FaFrame head(command::kSepFieldsFa, instruction, kSepPageBytes);
   if (!FaXfer(command::kSepFieldsFa, head)) {
     entry.bSepFldCapable = 0;
     return;
   }
-  const std::size_t length = std::min(head.data[3] * kPageBytes, kSepFldBytes);
+  const std::size_t length = std::min(head.data[3] * kSepPageBytes, kSepFldBytes);
   FaFrame all(command::kSepFieldsFa, instruction, static_cast<std::uint8_t>(length));
   if (FaXfer(command::kSepFieldsFa, all)) std::copy_n(all.data.begin(), length, buffer.begin());
 }
@@ -134,7 +133,7 @@ void ReadTexts(tsDevEntry& entry) {
     return;
   }
   KeepText(model, entry.PartNumber);
-  LogLine(kTag, "Model Number of Device is : %s", entry.PartNumber);
+  LogLine(kReadTag, "Model Number of Device is : %s", entry.PartNumber);
 }
 
 bool ReadOneConfig() {

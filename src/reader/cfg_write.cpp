@@ -17,7 +17,7 @@
 namespace tavlyn {
 namespace {
 
-constexpr const char* kTag = "tavlyn_write_cfg";
+constexpr const char* kWriteTag = "tavlyn_write_cfg";
 
 // The reader may not be spoken to before it has stored what was committed.
 constexpr std::uint32_t kFastStore = 20;
@@ -45,7 +45,7 @@ bool HasExtendedFields() {
 bool Checked(bool sent) {
   if (!sent && !OnSerialPort()) {
     ActiveEntry().LastLibErr |= TAVLYN_ERR_CONFIG_WRITE;
-    LogFailure(kTag);
+    LogFailure(kWriteTag);
   }
   return sent;
 }
@@ -88,8 +88,6 @@ bool WriteBlocks(tsDevEntry& entry, tsCfgSlot& slot, std::uint8_t& mask) {
   return true;
 }
 
-constexpr std::size_t kPageBytes = 8;
-
 // How many pages of separator data there are, as its own first bytes tell, and how many bytes a serial frame
 // carries. In the short form the frame carries none: that form does not travel over serial.
 struct SepExtent {
@@ -100,7 +98,7 @@ struct SepExtent {
 SepExtent ExtentOf(const tsCfgSlot& slot) {
   constexpr std::uint8_t kShortFormPages = 12;
   if (slot.sFldSepData[0] == kSepFldUnset) return {kShortFormPages, 0};
-  return {slot.sFldSepData[3], slot.sFldSepData[3] * kPageBytes};
+  return {slot.sFldSepData[3], slot.sFldSepData[3] * kSepPageBytes};
 }
 
 void WriteSepByFa(tsDevEntry& entry, const tsCfgSlot& slot, std::size_t length) {
@@ -116,7 +114,8 @@ void WriteSepByFa(tsDevEntry& entry, const tsCfgSlot& slot, std::size_t length) 
 void WriteSepByReports(tsDevEntry& entry, const tsCfgSlot& slot, std::uint8_t pages) {
   for (std::uint8_t page = 0; page < pages; ++page) {
     Report data{};
-    for (std::size_t at = 0; at < kPageBytes; ++at) data[at + 1] = slot.SepByteAt(page * kPageBytes + at);
+    for (std::size_t at = 0; at < kSepPageBytes; ++at)
+      data[at + 1] = slot.SepByteAt(page * kSepPageBytes + at);
     // A page whose command was lost still gets its data report.
     if (!SendReport(CommandReport(command::kSepFields, page))) {
       entry.LastLibErr |= TAVLYN_ERR_CONFIG_WRITE;

@@ -16,7 +16,7 @@ constexpr std::uint8_t kIdPages = 4;  // the fifth page brings the rest
 constexpr std::uint32_t kAfterFaPage = 100;
 
 // The last four are passed on and named by their index alone: what they mean is the reader's affair.
-struct Record {
+struct IdRecord {
   std::array<std::uint8_t, kIdBytes> id;
   std::int16_t at32;
   std::uint16_t at33;
@@ -24,7 +24,7 @@ struct Record {
   std::uint8_t at35;
 };
 
-constinit Record QueuedID{};
+constinit IdRecord QueuedID{};
 
 std::uint16_t Word(std::uint8_t low, std::uint8_t high) {
   return static_cast<std::uint16_t>(low | high << 8);

@@ -8,14 +8,14 @@
 namespace tavlyn {
 namespace {
 
-using Word = std::int32_t tsCfgSlot::*;
+using SlotWord = std::int32_t tsCfgSlot::*;
 
-std::uint32_t GetWord(Word word, std::uint32_t noReader) {
+std::uint32_t GetSlotWord(SlotWord word, std::uint32_t noReader) {
   if (!ReaderIsActive()) return noReader;
   return static_cast<std::uint32_t>(static_cast<std::int16_t>(ActiveEntry().ActiveSlot().*word));
 }
 
-std::uint32_t SetWord(Word word, std::int32_t value, std::uint32_t noReader) {
+std::uint32_t SetSlotWord(SlotWord word, std::int32_t value, std::uint32_t noReader) {
   if (!ReaderIsActive()) return noReader;
   tsCfgSlot& slot = ActiveEntry().ActiveSlot();
   slot.*word = value;
@@ -57,29 +57,29 @@ std::uint32_t SetSepFldData(const std::uint8_t* buffer, std::uint16_t length) {
   return 1;
 }
 
-std::uint32_t GetAZERTYShiftLock() { return GetWord(&tsCfgSlot::AZERTYShiftlock, UnsupportedValue); }
+std::uint32_t GetAZERTYShiftLock() { return GetSlotWord(&tsCfgSlot::AZERTYShiftlock, UnsupportedValue); }
 std::uint32_t SetAZERTYShiftLock(std::int16_t on) {
-  return SetWord(&tsCfgSlot::AZERTYShiftlock, on, UnsupportedValue);
+  return SetSlotWord(&tsCfgSlot::AZERTYShiftlock, on, UnsupportedValue);
 }
 
 std::uint32_t GetExtendedPrecisionMath() {
-  return GetWord(&tsCfgSlot::ExtendedPrecisionMath, UnsupportedValue);
+  return GetSlotWord(&tsCfgSlot::ExtendedPrecisionMath, UnsupportedValue);
 }
 std::uint32_t SetExtendedPrecisionMath(std::int16_t on) {
-  return SetWord(&tsCfgSlot::ExtendedPrecisionMath, on, UnsupportedValue);
+  return SetSlotWord(&tsCfgSlot::ExtendedPrecisionMath, on, UnsupportedValue);
 }
 
-std::uint32_t Get64BytesInPackets() { return GetWord(&tsCfgSlot::b64BytesInPackets, 0); }
+std::uint32_t Get64BytesInPackets() { return GetSlotWord(&tsCfgSlot::b64BytesInPackets, 0); }
 std::uint32_t Set64BytesInPackets(std::uint32_t on) {
-  return SetWord(&tsCfgSlot::b64BytesInPackets, static_cast<std::int32_t>(on), 0);
+  return SetSlotWord(&tsCfgSlot::b64BytesInPackets, static_cast<std::int32_t>(on), 0);
 }
 
-std::uint32_t GetEasyReadMode() { return GetWord(&tsCfgSlot::bEasyReadMode, UnsupportedValue); }
+std::uint32_t GetEasyReadMode() { return GetSlotWord(&tsCfgSlot::bEasyReadMode, UnsupportedValue); }
 std::uint32_t SetEasyReadMode(std::uint32_t on) {
-  return SetWord(&tsCfgSlot::bEasyReadMode, static_cast<std::int32_t>(on), UnsupportedValue);
+  return SetSlotWord(&tsCfgSlot::bEasyReadMode, static_cast<std::int32_t>(on), UnsupportedValue);
 }
 
-std::uint32_t GetPrependCSN() { return GetWord(&tsCfgSlot::bPrependCSN, UnsupportedValue); }
+std::uint32_t GetPrependCSN() { return GetSlotWord(&tsCfgSlot::bPrependCSN, UnsupportedValue); }
 std::uint32_t SetPrependCSN(std::uint32_t on) {
-  return SetWord(&tsCfgSlot::bPrependCSN, static_cast<std::int32_t>(on), UnsupportedValue);
+  return SetSlotWord(&tsCfgSlot::bPrependCSN, static_cast<std::int32_t>(on), UnsupportedValue);
 }

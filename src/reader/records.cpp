@@ -12,13 +12,13 @@
 namespace tavlyn {
 namespace {
 
-using Flag = std::uint32_t tsCfgSlot::*;
+using DirtyMark = std::uint32_t tsCfgSlot::*;
 
 struct RecordRow {
   const char* getTag;
   const char* setTag;
-  Flag dirty;
-  Flag alsoDirty;  // or null
+  DirtyMark dirty;
+  DirtyMark alsoDirty;  // or null
 };
 
 // In the order of Record.

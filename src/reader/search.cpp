@@ -16,7 +16,7 @@
 namespace tavlyn {
 namespace {
 
-constexpr const char* kTag = "tavlyn_USBConnect";
+constexpr const char* kSearchTag = "tavlyn_USBConnect";
 // These readers beep when they have been found.
 constexpr const char* kBeepsWhenFound = "19E5:2021 Orvantis Quill";
 
@@ -36,7 +36,7 @@ void AddReader(const char* path, std::int32_t row) {
 
 void SearchHid(std::int16_t start) {
   SearchHidPair(kMainPair, AddReader);
-  if (DevCnt == start) LogLine(kTag, "USBConnect failed to find any devices");
+  if (DevCnt == start) LogLine(kSearchTag, "USBConnect failed to find any devices");
 }
 
 void SearchComs(std::int16_t start) {
@@ -45,8 +45,8 @@ void SearchComs(std::int16_t start) {
     return;
   }
   SearchErr |= TAVLYN_ERR_CONNECT;
-  LogErrorCode(kTag);
-  if (DevCnt == 0) LogLine(kTag, "CommCnct failed to find any devices");
+  LogErrorCode(kSearchTag);
+  if (DevCnt == 0) LogLine(kSearchTag, "CommCnct failed to find any devices");
 }
 
 bool SearchEthernet() {
@@ -66,7 +66,7 @@ bool SearchLinks() {
   // A search that reaches the Ethernet stage and finds nothing ends without a line.
   if (DevCnt == start && Searches(2) && !SearchEthernet()) return false;
   if (DevCnt == start) {
-    LogLine(kTag, kFailed);
+    LogLine(kSearchTag, kFailed);
     return false;
   }
   ActiveEntry().ProductKind = kReader;

@@ -5,9 +5,9 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
-#include <thread>
 
 #include "tests/boundary/library.h"
+#include "tests/boundary/quick_time.h"
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #define TAVLYN_COUNTS_ALLOCATIONS 0
@@ -96,7 +96,7 @@ TEST_F(Allocations, AnExchangeMakesNone) {
 TEST_F(Allocations, AnIdReadMakesNone) {
   library_.Standin("card 0102:16");
   const auto read = CALL(library_, GetActiveID);
-  std::this_thread::sleep_for(std::chrono::milliseconds(250));
+  PassQuickly(std::chrono::milliseconds(250));
   std::uint8_t id[8] = {};
   std::uint16_t bits = 0;
   EXPECT_EQ(Counted([&] { bits = read(id, sizeof id); }), 0);

@@ -1,9 +1,10 @@
 // The far end of a COM port that is a pseudo-terminal, byte by byte.
 #pragma once
 
+#include <deque>
 #include <functional>
 #include <string>
-#include <thread>
+#include <vector>
 
 #include "tests/boundary/far_end.h"
 
@@ -33,24 +34,29 @@ struct BarePort {
 };
 BarePort AddPort(PortFolder& folder, int number);
 
-// Waits for something to read, or the end.
-bool Readable(int descriptor, Milliseconds limit);
-// What comes until the line was silent for that long.
-std::string ReadUntilSilence(int descriptor, Milliseconds silence);
+// What is there to read.
+std::string ReadAll(int descriptor);
 void Send(int descriptor, const std::string& text);
 
-// Runs something in a thread until it is destroyed; the descriptor that it is given becomes readable then.
-class Thread {
+// What a far end does at its moments, in milliseconds from its making.
+class Script final : private sim::Served {
  public:
-  explicit Thread(std::function<void(int stop)> run);
-  ~Thread();
-  Thread(const Thread&) = delete;
-  Thread& operator=(const Thread&) = delete;
+  struct Step {
+    int at;
+    std::function<void()> act;
+  };
+  explicit Script(std::vector<Step> steps);
 
  private:
-  Descriptor stopRead_;
-  Descriptor stopWrite_;
-  std::thread thread_;
+  sim::LineManner& Manner() override { return manner_; }
+  void AddTo(std::vector<pollfd>&) const override {}
+  [[nodiscard]] sim::DueTime NextDue() const override;
+  void Serve() override;
+
+  sim::LineManner manner_;
+  Clock::time_point start_ = Clock::now();
+  std::deque<Step> steps_;
+  Attended attended_{{this}};
 };
 
 }  // namespace tavlyn::boundary

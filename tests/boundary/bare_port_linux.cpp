@@ -28,15 +28,10 @@ void Descriptor::Close() {
   number_ = -1;
 }
 
-bool Readable(int descriptor, Milliseconds limit) {
-  pollfd one{descriptor, POLLIN, 0};
-  return poll(&one, 1, static_cast<int>(limit.count())) > 0 && one.revents != 0;
-}
-
-std::string ReadUntilSilence(int descriptor, Milliseconds silence) {
+std::string ReadAll(int descriptor) {
   std::string text;
   std::array<char, 4096> room{};
-  while (Readable(descriptor, silence)) {
+  for (pollfd one{descriptor, POLLIN, 0}; poll(&one, 1, 0) > 0;) {
     const ssize_t count = read(descriptor, room.data(), room.size());
     if (count <= 0) break;
     text.append(room.data(), static_cast<std::size_t>(count));
@@ -50,17 +45,18 @@ void Send(int descriptor, const std::string& text) {
   }
 }
 
-Thread::Thread(std::function<void(int stop)> run) {
-  int ends[2];
-  Checked(pipe2(ends, O_CLOEXEC), "pipe");
-  stopRead_ = Descriptor(ends[0]);
-  stopWrite_ = Descriptor(ends[1]);
-  thread_ = std::thread(std::move(run), ends[0]);
+Script::Script(std::vector<Step> steps) : steps_(steps.begin(), steps.end()) {}
+
+sim::DueTime Script::NextDue() const {
+  return steps_.empty() ? sim::DueTime() : start_ + Milliseconds(steps_.front().at);
 }
 
-Thread::~Thread() {
-  stopWrite_.Close();
-  thread_.join();
+void Script::Serve() {
+  while (!steps_.empty() && *NextDue() <= Clock::now()) {
+    const Step step = std::move(steps_.front());
+    steps_.pop_front();
+    step.act();
+  }
 }
 
 BarePort AddPort(PortFolder& folder, int number) {

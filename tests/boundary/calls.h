@@ -1,6 +1,6 @@
 // What the library asks of the system. On Linux the program that links calls_linux.cpp defines the functions
 // of libc anew and exports them, so that the whole process is counted; on Windows the library's imports are
-// led elsewhere.
+// led elsewhere. Sleeps and waits take no time (passing.h).
 #pragma once
 
 #include <chrono>
@@ -12,14 +12,22 @@ void WatchCalls();
 
 // The sum of all sleeps asked for since the start.
 std::chrono::milliseconds Slept();
-// What they really took: a machine wakes up late.
-std::chrono::nanoseconds SleptReally();
 int SleepsOf(std::chrono::milliseconds length);
-// From now on a sleep takes no time.
-void SkipSleeps(bool skip);
 
 // TCP connects and datagrams that were handed to the system.
 int Connects();
 int Datagrams();
+
+// A moment of the real clock, for what other processes do.
+void ReallyRest();
+
+// As long as it lives, time is the system's.
+class RealTime {
+ public:
+  RealTime();
+  ~RealTime();
+  RealTime(const RealTime&) = delete;
+  RealTime& operator=(const RealTime&) = delete;
+};
 
 }  // namespace tavlyn::boundary

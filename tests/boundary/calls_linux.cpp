@@ -1,50 +1,73 @@
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <chrono>
-#include <cstdint>
 #include <ctime>
+#include <map>
 
 #include "tests/boundary/calls.h"
+#include "tests/boundary/passing.h"
 
 namespace {
 
-constexpr std::int64_t kSecond = 1'000'000'000;
-constexpr std::int64_t kMillisecond = 1'000'000;
+using std::chrono::nanoseconds;
 
-std::atomic<std::int64_t> slept{0};
-std::atomic<std::int64_t> reallySlept{0};
-std::atomic<bool> skip{false};
-std::atomic<int> connects{0};
-std::atomic<int> datagrams{0};
-constexpr int kCounted = 1000;
-std::atomic<int> sleeps[kCounted];  // by their milliseconds
+constexpr nanoseconds kSecond{1'000'000'000};
+
+nanoseconds slept{};
+bool timeIsReal = false;
+int connects = 0;
+int datagrams = 0;
+std::map<nanoseconds, int> sleeps;
+
+int ReallyPoll(pollfd* polled, nfds_t count, int milliseconds) {
+  return static_cast<int>(syscall(SYS_poll, polled, count, milliseconds));
+}
 
 }  // namespace
 
 extern "C" {
 
 int nanosleep(const timespec* wanted, timespec* left) {
-  const std::int64_t length = wanted->tv_sec * kSecond + wanted->tv_nsec;
+  if (timeIsReal) return static_cast<int>(syscall(SYS_nanosleep, wanted, left));
+  const nanoseconds length = wanted->tv_sec * kSecond + nanoseconds(wanted->tv_nsec);
   slept += length;
-  if (length / kMillisecond < kCounted) ++sleeps[length / kMillisecond];
-  if (skip) return 0;
-  const auto start = std::chrono::steady_clock::now();
-  const auto result = static_cast<int>(syscall(SYS_nanosleep, wanted, left));
-  reallySlept += (std::chrono::steady_clock::now() - start).count();
-  return result;
+  ++sleeps[length];
+  tavlyn::boundary::PassUntil(tavlyn::boundary::Now() + length, [] { return false; });
+  return 0;
 }
 
+int poll(pollfd* polled, nfds_t count, int milliseconds) {
+  if (timeIsReal || tavlyn::boundary::FarEndsAreAtWork()) return ReallyPoll(polled, count, milliseconds);
+  tavlyn::sim::DueTime end;
+  if (milliseconds >= 0) end = tavlyn::boundary::Now() + std::chrono::milliseconds(milliseconds);
+  int ready = 0;
+  tavlyn::boundary::PassUntil(end, [&] { return (ready = ReallyPoll(polled, count, 0)) != 0; });
+  return ready;
+}
+
+int clock_gettime(clockid_t clock, timespec* now) {
+  if (clock != CLOCK_MONOTONIC || timeIsReal) return static_cast<int>(syscall(SYS_clock_gettime, clock, now));
+  const nanoseconds shown = tavlyn::boundary::Now().time_since_epoch();
+  *now = {shown / kSecond, (shown % kSecond).count()};
+  return 0;
+}
+
+// Small pieces would otherwise wait for an acknowledgement, which takes its time.
 int connect(int descriptor, const sockaddr* peer, socklen_t size) {
   ++connects;
+  const int on = 1;
+  setsockopt(descriptor, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
   return static_cast<int>(syscall(SYS_connect, descriptor, peer, size));
 }
 
 ssize_t sendto(int descriptor, const void* bytes, size_t count, int flags, const sockaddr* peer,
                socklen_t size) {
-  ++datagrams;
+  if (!tavlyn::boundary::FarEndsAreAtWork()) ++datagrams;
   return syscall(SYS_sendto, descriptor, bytes, count, flags, peer, size);
 }
 }
@@ -53,16 +76,17 @@ namespace tavlyn::boundary {
 
 void WatchCalls() {}
 
-std::chrono::milliseconds Slept() { return std::chrono::milliseconds(slept / kMillisecond); }
+std::chrono::milliseconds Slept() { return std::chrono::duration_cast<std::chrono::milliseconds>(slept); }
 
-std::chrono::nanoseconds SleptReally() { return std::chrono::nanoseconds(reallySlept); }
-
-int SleepsOf(std::chrono::milliseconds length) { return sleeps[length.count()]; }
-
-void SkipSleeps(bool on) { skip = on; }
+int SleepsOf(std::chrono::milliseconds length) { return sleeps[length]; }
 
 int Connects() { return connects; }
 
 int Datagrams() { return datagrams; }
+
+void ReallyRest() { ReallyPoll(nullptr, 0, 1); }
+
+RealTime::RealTime() { timeIsReal = true; }
+RealTime::~RealTime() { timeIsReal = false; }
 
 }  // namespace tavlyn::boundary

@@ -31,17 +31,17 @@ void Flooding::TakeByte(std::uint8_t) {
 }
 
 TcpDevice::TcpDevice(Ip ip, sim::ByteDevice& device, sim::LineManner manner, sim::MacAddress mac)
-    : adapter_(device, {mac, ip}, 0), attendant_({&adapter_}) {
+    : adapter_(device, {mac, ip}, 0), attended_({&adapter_}) {
   if (!adapter_.IsPlugged()) throw std::runtime_error("no adapter");
   With([&] { adapter_.Manner() = manner; });
 }
 
 DeafPort::DeafPort(Ip ip)
     : listening_(Opened(net::Kind::kStream, ip, 0)),
-      attendant_(std::make_unique<sim::Attendant>(std::vector<sim::Served*>{this})) {}
+      attended_(std::make_unique<Attended>(std::vector<sim::Served*>{this})) {}
 
 DeafPort::~DeafPort() {
-  attendant_.reset();
+  attended_.reset();
   net::Close(client_);
   net::Close(listening_);
 }
@@ -69,10 +69,10 @@ UdpPeer::UdpPeer(Ip ip, std::uint16_t port, Answer answer, Milliseconds after)
     : answer_(std::move(answer)),
       manner_{.delay = after},
       socket_(Opened(net::Kind::kDatagram, ip, port)),
-      attendant_(std::make_unique<sim::Attendant>(std::vector<sim::Served*>{this})) {}
+      attended_(std::make_unique<Attended>(std::vector<sim::Served*>{this})) {}
 
 UdpPeer::~UdpPeer() {
-  attendant_.reset();
+  attended_.reset();
   net::Close(socket_);
 }
 

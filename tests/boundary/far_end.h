@@ -1,5 +1,5 @@
-// The other ends of real wires: devices on COM ports, TCP and UDP peers on the loopback network. Each talks
-// in a thread of its own until it is destroyed.
+// The other ends of real wires: devices on COM ports, TCP and UDP peers on the loopback network. Each is
+// served (attended.h) until it is destroyed.
 #pragma once
 
 #include <array>
@@ -13,9 +13,9 @@
 #include <utility>
 #include <vector>
 
-#include "sim/carriers/attendant.h"
 #include "sim/carriers/ethernet.h"
 #include "sim/devices/faulty_line.h"
+#include "tests/boundary/attended.h"
 
 namespace tavlyn::boundary {
 
@@ -25,17 +25,6 @@ using Milliseconds = std::chrono::milliseconds;
 
 // Of this process: descriptors, handles.
 int OpenHandles();
-
-// How long something takes, in milliseconds.
-template <typename Call>
-int TimeOf(Call call) {
-  const auto start = Clock::now();
-  call();
-  return static_cast<int>(std::chrono::duration_cast<Milliseconds>(Clock::now() - start).count());
-}
-
-// When something that takes so many milliseconds has ended on a busy machine.
-int Latest(int expected);
 
 // A sleep that is not counted as one of the library's.
 void Pause(Milliseconds length);
@@ -87,16 +76,16 @@ class PortDevice {
   PortDevice(PortFolder& folder, int number, sim::ByteDevice& device, sim::LineManner manner = {});
 
   // Runs a function while the device is left alone.
-  template <typename Function>
-  void With(Function function) {
-    attendant_.With(function);
-  }
+  void With(const std::function<void()>& function) { attended_.With(function); }
 
  private:
   std::unique_ptr<sim::Served> port_;
   std::shared_ptr<void> kept_;  // what has to stay open beside it
-  sim::Attendant attendant_;
+  Attended attended_;
 };
+
+// Of this process and its children alone. False: it stays in the machine's.
+bool LeaveForOwnNetwork();
 
 using Ip = std::array<std::uint8_t, 4>;
 
@@ -111,14 +100,11 @@ class TcpDevice {
             sim::MacAddress mac = sim::kWedgeMac);
   [[nodiscard]] std::uint16_t Port() const { return adapter_.Port(); }
 
-  template <typename Function>
-  void With(Function function) {
-    attendant_.With(function);
-  }
+  void With(const std::function<void()>& function) { attended_.With(function); }
 
  private:
   sim::EthernetCarrier adapter_;
-  sim::Attendant attendant_;
+  Attended attended_;
 };
 
 // A TCP port whose connections nobody answers; they come one after the other.
@@ -139,7 +125,7 @@ class DeafPort final : private sim::Served {
   sim::LineManner manner_;
   sim::net::Socket listening_;
   sim::net::Socket client_ = sim::net::kNone;
-  std::unique_ptr<sim::Attendant> attendant_;
+  std::unique_ptr<Attended> attended_;
 };
 
 // A TCP port at which nobody listens.
@@ -170,7 +156,7 @@ class UdpPeer final : private sim::Served {
   sim::LineManner manner_;
   sim::net::Socket socket_;
   std::deque<Pending> pending_;
-  std::unique_ptr<sim::Attendant> attendant_;
+  std::unique_ptr<Attended> attended_;
 };
 
 }  // namespace tavlyn::boundary

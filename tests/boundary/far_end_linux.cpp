@@ -16,11 +16,16 @@ namespace fs = std::filesystem;
 
 const std::uint16_t kDevicePort = 3;
 
+namespace {
+
+// Before the program has any thread.
+[[maybe_unused]] const bool inOwnNetwork = LeaveForOwnNetwork();
+
+}  // namespace
+
 int OpenHandles() {
   return static_cast<int>(std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator()));
 }
-
-int Latest(int expected) { return expected + 150; }
 
 void Pause(Milliseconds length) { poll(nullptr, 0, static_cast<int>(length.count())); }
 
@@ -48,7 +53,7 @@ PortDevice::PortDevice(PortFolder& folder, int number, sim::ByteDevice& device, 
     : port_(std::make_unique<sim::PseudoTerminal>(device, folder.PathOf(number))),
       kept_(std::make_shared<Descriptor>(
           Checked(open(folder.PathOf(number).c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC), "port"))),
-      attendant_({port_.get()}) {
+      attended_({port_.get()}) {
   With([&] { port_->Manner() = manner; });
 }
 

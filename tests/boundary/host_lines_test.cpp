@@ -39,13 +39,13 @@ namespace {
 
 using Calls = std::vector<std::string>;
 
-constexpr std::uint16_t kNumber = 3;
+constexpr std::uint16_t kLineNumber = 3;
 constexpr std::uint32_t kNoSuchSpeed = 12345;
 
 class HostLines : public testing::Test {
  protected:
   static std::unique_ptr<platform::ComPort> Open(std::uint32_t baud = 9600) {
-    return platform::TheHost().ports.Open(kNumber, {baud, 0, 0}, {250, 5, 300, 50, 500});
+    return platform::TheHost().ports.Open(kLineNumber, {baud, 0, 0}, {250, 5, 300, 50, 500});
   }
   static Calls TakeCalls() { return std::exchange(lineCalls, {}); }
   // Whether the last close of the port drops its lines.
@@ -62,7 +62,7 @@ class HostLines : public testing::Test {
   void SetUp() override { TakeCalls(); }
 
   PortFolder ports_;
-  BarePort port_ = AddPort(ports_, kNumber);
+  BarePort port_ = AddPort(ports_, kLineNumber);
   Descriptor& near_ = port_.near;
 };
 

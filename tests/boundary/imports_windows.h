@@ -41,4 +41,11 @@ inline bool Replace(HMODULE image, const Import& import) {
   return false;
 }
 
+// The function itself, where this program's own import of it leads elsewhere.
+template <typename Function>
+Function* Original(const char* library, const char* name) {
+  return reinterpret_cast<Function*>(
+      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA(library), name)));
+}
+
 }  // namespace tavlyn::boundary

@@ -8,14 +8,8 @@ constexpr int kConnects = 1000;
 
 class LeakWire : public Wire {
  protected:
-  void SetUp() override {
-    Wire::SetUp();
-    SkipSleeps(true);
-  }
-  void TearDown() override {
-    SkipSleeps(false);
-    Wire::TearDown();
-  }
+  void SetUp() override { Wire::SetUp(); }
+  void TearDown() override { Wire::TearDown(); }
 };
 
 TEST_F(LeakWire, ReaderOnAPort) {

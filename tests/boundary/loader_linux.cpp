@@ -2,11 +2,27 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <stdexcept>
 
 #include "tests/boundary/library.h"
 #include "tests/boundary/loader.h"
 
 namespace tavlyn::boundary {
+namespace {
+
+// Of this process.
+struct OwnFolder {
+  OwnFolder() {
+    if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no folder for the trace");
+  }
+  ~OwnFolder() { std::filesystem::remove_all(name); }
+  OwnFolder(const OwnFolder&) = delete;
+  OwnFolder& operator=(const OwnFolder&) = delete;
+
+  std::string name = "/tmp/tavlyn-trace-XXXXXX";
+};
+
+}  // namespace
 
 void* LoadByName(const char* name) { return dlopen(name, RTLD_NOW | RTLD_LOCAL); }
 
@@ -25,9 +41,9 @@ void SetVariable(const char* name, const char* value) {
 }
 
 std::string ChooseTraceFile() {
-  const std::string folder = std::filesystem::absolute("boundary_state").string();
-  SetVariable("XDG_STATE_HOME", folder.c_str());
-  return folder + "/TavlynLogs/TavlynApiSdk.log";
+  static const OwnFolder own;
+  SetVariable("XDG_STATE_HOME", own.name.c_str());
+  return own.name + "/TavlynLogs/TavlynApiSdk.log";
 }
 
 }  // namespace tavlyn::boundary

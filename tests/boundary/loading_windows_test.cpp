@@ -38,6 +38,7 @@ TEST(Loading, PlantedSystemLibrariesAreNotLoaded) {
   void* planted = LoadByName("hid.dll");
   ASSERT_NE(nullptr, planted);
   EXPECT_NE(nullptr, FindSymbol(planted, kMarker));
+  Unload(planted);
 }
 
 }  // namespace

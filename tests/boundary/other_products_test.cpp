@@ -6,6 +6,7 @@
 #include <string>
 
 #include "tests/boundary/library.h"
+#include "tests/boundary/quick_time.h"
 
 namespace tavlyn::boundary {
 namespace {
@@ -13,6 +14,7 @@ namespace {
 class OtherProducts : public testing::Test {
  protected:
   OtherProducts() {
+    TakeItsTime();
     library_.Standin("reset");
     for (const char* device : {"reader", "magstripe", "sonar"})
       library_.Standin(std::string("plug ") + device);

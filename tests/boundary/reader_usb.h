@@ -9,10 +9,10 @@
 #include <memory>
 #include <sstream>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "tests/boundary/library.h"
+#include "tests/boundary/quick_time.h"
 
 namespace tavlyn::boundary {
 
@@ -20,7 +20,7 @@ inline constexpr std::uint32_t kDid = 0x7431;
 inline constexpr std::uint32_t kNotWritten = 0xDEADBEEF;
 
 // Longer than a reader is left alone after each exchange (235 ms), by a step of a coarse tick.
-inline void WaitForGate() { std::this_thread::sleep_for(std::chrono::milliseconds(270)); }
+inline void WaitForGate() { PassQuickly(std::chrono::milliseconds(270)); }
 
 inline std::vector<std::string> Lines(const std::string& text) {
   std::istringstream stream(text);
@@ -46,6 +46,7 @@ class ReaderUsb : public testing::Test {
   void Load() {
     library_.reset();
     library_ = std::make_unique<Library>();
+    TakeItsTime();
     Do("reset");
     CALL(*library_, SetDevTypeSrch)(0);
   }

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <memory>
 #include <string>
 
@@ -13,12 +12,11 @@
 #include "tests/boundary/calls.h"
 #include "tests/boundary/far_end.h"
 #include "tests/boundary/library.h"
+#include "tests/boundary/passing.h"
 
 namespace tavlyn::boundary {
 
 constexpr std::uint32_t kNotWritten = 0xDEADBEEF;
-// A rounded tick.
-constexpr int kEarly = 3;
 
 // Searches for card readers; nothing is plugged in on USB.
 class Wire : public testing::Test {
@@ -42,13 +40,6 @@ class Wire : public testing::Test {
   std::uint32_t ConnectToPort(std::uint16_t number) {
     did_ = kNotWritten;
     return CALL(library_, ComConnectPort)(number, &did_);
-  }
-  // Without the pauses between the bytes, which a pseudo-terminal does not need.
-  std::uint32_t ConnectQuickly(std::uint16_t number) {
-    SkipSleeps(true);
-    const std::uint32_t result = ConnectToPort(number);
-    SkipSleeps(false);
-    return result;
   }
   std::string Name() {
     std::array<char, 513> name{};
@@ -89,34 +80,6 @@ inline Bytes DiscoveryReply(Ip ip) {
   std::copy(mac.begin(), mac.end(), reply.begin() + 29);
   std::copy(ip.begin(), ip.end(), reply.begin() + 36);
   return reply;
-}
-
-// What a call took and what its pauses took.
-struct Cost {
-  double pauses = 0;  // milliseconds as asked for
-  double whole = 0;
-  double slept = 0;  // what the pauses took
-
-  // What the call adds to the pauses as this machine makes them.
-  [[nodiscard]] double OverPauses() const { return whole / slept; }
-};
-
-template <typename Call>
-Cost CostOf(const char* what, Call call) {
-  using Exact = std::chrono::duration<double, std::milli>;
-  const auto pauses = Slept();
-  const auto slept = SleptReally();
-  const auto start = Clock::now();
-  call();
-  const double whole = Exact(Clock::now() - start).count();
-  const Cost cost{Exact(Slept() - pauses).count(), whole, Exact(SleptReally() - slept).count()};
-  std::printf("%s: %.1f ms; pauses of %.0f ms took %.1f ms\n", what, cost.whole, cost.pauses, cost.slept);
-  return cost;
-}
-
-inline void ExpectTime(int expected, int took, int line = __builtin_LINE()) {
-  EXPECT_GE(took, expected - kEarly) << "line " << line;
-  EXPECT_LE(took, Latest(expected)) << "line " << line;
 }
 
 }  // namespace tavlyn::boundary

@@ -16,7 +16,6 @@ namespace {
 
 using sim::Reader;
 
-constexpr std::uint16_t kUnsupported = 0x8A5C;
 constexpr auto kUnsupportedWord = static_cast<std::int16_t>(kUnsupported);
 
 struct Accessor {

@@ -17,8 +17,6 @@ using sim::Reader;
 
 constexpr const char* kReaderPath = R"(\\?\hid#vid_7A31&pid_3BFA#arrived)";
 constexpr const char* kSonarPath = R"(\\?\HID#Vid_18c8&Pid_2bfa#arrived)";
-constexpr std::uint32_t kUnsupported = 0x8A5C;
-constexpr std::uint32_t kUntouched = 0x77;
 
 class Arrival : public Bench {
  protected:

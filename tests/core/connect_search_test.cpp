@@ -15,8 +15,6 @@ namespace {
 using sim::InertInterface;
 using sim::Reader;
 
-constexpr std::uint32_t kUntouched = 0xDEADBEEF;
-
 class ConnectSearchTest : public Bench {
  protected:
   std::ptrdiff_t CallsOf(const std::string& line) {
@@ -129,8 +127,7 @@ TEST_F(ConnectSearchTest, AReaderOnUsbKeepsTheSerialSearchFromRunning) {
   SetDevTypeSrch(-1);
   StartTrace();
   EXPECT_EQ(USBConnect(nullptr), 1U);
-  ExpectTrace({"USBConnect ENTER", "USBConnect Success !!",
-               "tavlyn_ReadCfgOneConfig Model Number of Device is : RDR-80581AKU",
+  ExpectTrace({"USBConnect ENTER", "USBConnect Success !!", kReadModel,
                "USBConnect Firmware: CPU0 Application in hex is  0",
                "USBConnect Firmware: CPU1 Application in hex is  0",
                "USBConnect TavlynAPI Library version is 7.9.2", "USBConnect EXIT"});

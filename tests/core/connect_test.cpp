@@ -16,8 +16,6 @@ using sim::EventKind;
 using sim::InertInterface;
 using sim::Reader;
 
-constexpr std::uint32_t kUntouched = 0xDEADBEEF;
-
 const Lines kLibraryVersion = {"USBConnect TavlynAPI Library version is 7.9.2"};
 
 Lines FirmwareLines(const std::string& cpu0, const std::string& cpu1) {
@@ -26,7 +24,7 @@ Lines FirmwareLines(const std::string& cpu0, const std::string& cpu1) {
           "USBConnect TavlynAPI Library version is 7.9.2"};
 }
 
-const Lines kModelLine = {"tavlyn_ReadCfgOneConfig Model Number of Device is : RDR-80581AKU"};
+const Lines kModelLine = {kReadModel};
 
 class ConnectTest : public Bench {
  protected:

@@ -268,7 +268,6 @@ INSTANTIATE_TEST_SUITE_P(Situations, EveryExport, ::testing::ValuesIn(kSituation
 
 // What the exports give with no device that do not give 0, null or the value for "unsupported".
 constexpr std::uint64_t kPointer = ~std::uint64_t{0};
-constexpr std::uint64_t kUnsupported = 0x8A5C;
 constexpr std::uint64_t kUnsupportedSigned = 0xFFFF8A5C;
 constexpr std::uint64_t kMinusOne = 0xFFFFFFFF;
 constexpr std::uint64_t kTick = 1000000;

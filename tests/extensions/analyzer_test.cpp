@@ -38,7 +38,7 @@ Bytes BitsOf(const CardAnalyzerRecord& record) {
   return {bits.begin(), bits.end()};
 }
 
-Lines Failure(const std::string& routine) {
+Lines AnalyzerFailure(const std::string& routine) {
   const std::string tag = "CardAnalyzer::" + routine;
   return {tag + " ERROR CODE: 65536", tag + " Failed !!"};
 }
@@ -112,11 +112,11 @@ TEST_F(Analyzer, AFailedStatusKeepsTheCount) {
   EXPECT_EQ(GetCardAnalyzerStatus(), 0xFFFFFFFFU);
   ExpectTraffic(Refused("8C 08"));
   EXPECT_EQ(GetLastLibErr(), 0x5000202U);
-  ExpectTrace(Failure("getCardAnalyzerStatus"));
+  ExpectTrace(AnalyzerFailure("getCardAnalyzerStatus"));
   model->faults.RefuseReply({0x8C}, 1);
   EXPECT_EQ(GetCardAnalyzerStatus(), 0xFFFFFFFFU);
   EXPECT_EQ(GetLastLibErr(), 0x5000002U);
-  ExpectTrace(Failure("getCardAnalyzerStatus"));
+  ExpectTrace(AnalyzerFailure("getCardAnalyzerStatus"));
   EXPECT_EQ(GetCardCount(), 3U);
 }
 
@@ -142,7 +142,7 @@ TEST_F(Analyzer, TheStateHasToBeEchoed) {
     const bool counts = at < 4;
     EXPECT_EQ(SetCardAnalyzerControlState(2), counts ? 0U : 1U) << at;
     EXPECT_EQ(GetLastLibErr(), counts ? 0x5000001U : 0U) << at;
-    ExpectTrace(counts ? Failure("setCardAnalyzerControlState") : Lines{});
+    ExpectTrace(counts ? AnalyzerFailure("setCardAnalyzerControlState") : Lines{});
   }
 }
 
@@ -156,7 +156,7 @@ TEST_F(Analyzer, AFailedSwitch) {
   model->faults.RefuseReply({0x8C}, 1);
   EXPECT_EQ(SetCardAnalyzerControlState(1), 0U);
   EXPECT_EQ(GetLastLibErr(), 0x5000001U);
-  ExpectTrace(Times(2, Failure("setCardAnalyzerControlState")));
+  ExpectTrace(Times(2, AnalyzerFailure("setCardAnalyzerControlState")));
 }
 
 TEST_F(Analyzer, NoRecordsAreAnEmptyArray) {
@@ -265,7 +265,7 @@ TEST_F(Analyzer, ALostHeadLeavesAnEmptyRecord) {
     EXPECT_EQ(records[1].RecType, 0U);
     EXPECT_EQ(BitsOf(records[1]), Bytes(32));
     EXPECT_EQ(GetLastLibErr(), sendFails ? 0x5000203U : 0x5000003U);
-    ExpectTrace(Failure("getCardAnalyzerData"));
+    ExpectTrace(AnalyzerFailure("getCardAnalyzerData"));
   }
 }
 
@@ -284,7 +284,7 @@ TEST_F(Analyzer, ALostBlockIsPassedOver) {
       std::fill_n(expected.begin() + 8 * (lost - 1), 8, std::uint8_t{0});
       EXPECT_EQ(BitsOf(record), Reversed(expected)) << int{lost};
       EXPECT_EQ(GetLastLibErr(), sendFails ? 0x5000203U : 0x5000003U) << int{lost};
-      ExpectTrace(Failure("getCardAnalyzerData"));
+      ExpectTrace(AnalyzerFailure("getCardAnalyzerData"));
     }
   }
 }

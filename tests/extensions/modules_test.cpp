@@ -9,7 +9,7 @@ namespace {
 using sim::Bytes;
 using sim::Reader;
 
-constexpr std::uint16_t kUntouched = 77;
+constexpr std::uint16_t kOldState = 77;
 
 class Modules : public SerialBench {
  protected:
@@ -20,7 +20,7 @@ class Modules : public SerialBench {
     DevTable[0].LastLibErr = 5;
   }
 
-  std::uint16_t state = kUntouched;
+  std::uint16_t state = kOldState;
   std::shared_ptr<Reader> model;
 };
 
@@ -39,7 +39,7 @@ TEST_F(Modules, TheStateIsStoredWhetherConfirmedOrNot) {
   EXPECT_EQ(GetModuleState(5, &state), 0);
   EXPECT_EQ(state, 1);
   for (const int other : {0x80, 0x01, 0x00, 0xFF}) {
-    state = kUntouched;
+    state = kOldState;
     model->faults.AnswerWith({0x8C, 0x0B}, {0, 0, 0xFF, 0, static_cast<std::uint8_t>(other)});
     EXPECT_EQ(GetModuleState(5, &state), 1) << "b1, b2 and b4 do not count";
     EXPECT_EQ(state, 0);
@@ -103,7 +103,7 @@ TEST_F(Modules, AFailureOfEitherHalf) {
   EXPECT_EQ(GetModuleState(5, &state), 0);
   EXPECT_EQ(GetLastLibErr(), 0x40000001U);
   ExpectTrace(getTrace);
-  EXPECT_EQ(state, kUntouched);
+  EXPECT_EQ(state, kOldState);
 
   model->faults.RefuseNext(6);
   EXPECT_EQ(SetModuleState(5, 1), 0);
@@ -126,7 +126,7 @@ TEST_F(Modules, OnlyACardReaderHasSome) {
   EXPECT_EQ(GetModuleState(5, &state), 0);
   EXPECT_EQ(SetModuleState(5, 1), 0);
   DevCnt = 1;
-  EXPECT_EQ(state, kUntouched);
+  EXPECT_EQ(state, kOldState);
   EXPECT_EQ(GetLastLibErr(), 5U) << "left alone";
   ExpectTraffic({});
 }
@@ -138,7 +138,7 @@ TEST_F(Modules, ASerialReaderCannotBeAsked) {
   EXPECT_EQ(GetLastLibErr(), 0x40000203U);
   EXPECT_EQ(SetModuleState(5, 1), 0);
   EXPECT_EQ(GetLastLibErr(), 0x20000203U);
-  EXPECT_EQ(state, kUntouched);
+  EXPECT_EQ(state, kOldState);
 }
 
 }  // namespace

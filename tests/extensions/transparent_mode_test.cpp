@@ -12,7 +12,7 @@ constexpr std::uint16_t kOff = 0;
 constexpr std::uint16_t kOn = 1;
 constexpr std::uint16_t kUnknown = 2;
 
-Lines Failure(const std::string& routine) {
+Lines ModeFailure(const std::string& routine) {
   const std::string tag = "TransparentMode::" + routine;
   return {tag + " ERROR CODE: 65536", tag + " Failed !!"};
 }
@@ -120,9 +120,9 @@ TEST_F(TransparentMode, AFailureOfEitherHalf) {
     ExpectTrace(trace);
     ForgetTraffic();
   };
-  expectFailure([] { return CheckTransparentMode(); }, Failure("CheckTransparentMode"));
-  expectFailure([] { return EnableTransparentMode(1); }, Failure("EnableTransparentMode"));
-  expectFailure([] { return DisableTransparentMode(1); }, Failure("DisableTransparentMode"));
+  expectFailure([] { return CheckTransparentMode(); }, ModeFailure("CheckTransparentMode"));
+  expectFailure([] { return EnableTransparentMode(1); }, ModeFailure("EnableTransparentMode"));
+  expectFailure([] { return DisableTransparentMode(1); }, ModeFailure("DisableTransparentMode"));
 }
 
 TEST_F(TransparentMode, ALostCommitIsToldByTheResultAlone) {

@@ -7,7 +7,7 @@
 namespace tavlyn::test {
 namespace {
 
-const std::string kBody = "/--- A title\nfirst = 1\nsecond = 2\n";
+const std::string kHwgBody = "/--- A title\nfirst = 1\nsecond = 2\n";
 constexpr std::uint8_t kPatterns[] = {0x01, 0x02, 0x04, 0x08, 0x10, 0x20, 0x2A, 0x40, 0x5A, 0x7F, 0x80, 0xFF};
 
 bool IsLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
@@ -50,39 +50,39 @@ class HwgTrailer : public FileBench {
     });
   }
   static std::string SecureCrLf() {
-    const std::string body = CrLf(kBody);
+    const std::string body = CrLf(kHwgBody);
     return body + CrLf(kBlankMarker) + "iEndOfHwgFile = " + SumText(body);
   }
   static std::string BleCrLf() {
-    const std::string body = CrLf(kBody + kPlainMarker);
+    const std::string body = CrLf(kHwgBody + kPlainMarker);
     return body + "iEndOfHwgFile=" + SumText(body);
   }
 };
 
-TEST_F(HwgTrailer, EveryByteOfASecureFile) { FlipSecure(SecureOf(kBody)); }
+TEST_F(HwgTrailer, EveryByteOfASecureFile) { FlipSecure(SecureOf(kHwgBody)); }
 TEST_F(HwgTrailer, EveryByteOfASecureFileWithCrLf) { FlipSecure(SecureCrLf()); }
-TEST_F(HwgTrailer, EveryByteOfABleFile) { FlipBle(BleOf(kBody)); }
+TEST_F(HwgTrailer, EveryByteOfABleFile) { FlipBle(BleOf(kHwgBody)); }
 TEST_F(HwgTrailer, EveryByteOfABleFileWithCrLf) { FlipBle(BleCrLf()); }
 
 TEST_F(HwgTrailer, EveryLength) {
-  CutEverywhere(SecureOf(kBody));
+  CutEverywhere(SecureOf(kHwgBody));
   CutEverywhere(SecureCrLf());
-  CutEverywhere(BleOf(kBody));
+  CutEverywhere(BleOf(kHwgBody));
   CutEverywhere(BleCrLf());
 }
 
 TEST_F(HwgTrailer, WithoutATrailer) {
   EXPECT_FALSE(Intact(""));
   EXPECT_FALSE(Intact("\n"));
-  EXPECT_FALSE(Intact(kBody));
+  EXPECT_FALSE(Intact(kHwgBody));
   EXPECT_FALSE(Intact("no line end"));
-  EXPECT_FALSE(Intact(kBody + kBlankMarker));
-  EXPECT_FALSE(Intact(kBody + "/--- iEndOfHwgFile "));
-  EXPECT_FALSE(Intact(kBody + "iEndOfHwgFile = " + SumText(kBody)));
+  EXPECT_FALSE(Intact(kHwgBody + kBlankMarker));
+  EXPECT_FALSE(Intact(kHwgBody + "/--- iEndOfHwgFile "));
+  EXPECT_FALSE(Intact(kHwgBody + "iEndOfHwgFile = " + SumText(kHwgBody)));
 }
 
 TEST_F(HwgTrailer, WhatStandsBehindTheValue) {
-  for (const std::string& file : {SecureOf(kBody), BleOf(kBody)}) {
+  for (const std::string& file : {SecureOf(kHwgBody), BleOf(kHwgBody)}) {
     EXPECT_TRUE(Intact(file + "\n"));
     EXPECT_TRUE(Intact(file + "\r\n"));
     EXPECT_TRUE(Intact(file + "\r"));
@@ -96,8 +96,8 @@ TEST_F(HwgTrailer, WhatStandsBehindTheValue) {
 }
 
 TEST_F(HwgTrailer, ConvertedLineEnds) {
-  EXPECT_FALSE(Intact(CrLf(SecureOf(kBody))));
-  EXPECT_FALSE(Intact(CrLf(BleOf(kBody))));
+  EXPECT_FALSE(Intact(CrLf(SecureOf(kHwgBody))));
+  EXPECT_FALSE(Intact(CrLf(BleOf(kHwgBody))));
   std::string lf;
   for (const char c : SecureCrLf())
     if (c != '\r') lf += c;
@@ -128,8 +128,8 @@ TEST_F(HwgTrailer, AMarkerOnTopOfTheFile) {
 }
 
 TEST_F(HwgTrailer, NameAndValueDecideNotTheForm) {
-  const std::string sum = SumText(kBody);
-  const std::string blank = kBody + kBlankMarker;
+  const std::string sum = SumText(kHwgBody);
+  const std::string blank = kHwgBody + kBlankMarker;
   EXPECT_TRUE(Intact(blank + "iEndOfHwgFile= " + sum));
   EXPECT_TRUE(Intact(blank + "iEndOfHwgFile =x" + sum));
   EXPECT_TRUE(Intact(blank + "iEndOfHwgFile === " + sum));
@@ -144,7 +144,7 @@ TEST_F(HwgTrailer, NameAndValueDecideNotTheForm) {
   EXPECT_FALSE(Intact(blank + "iEndOfHwgFile"));
   EXPECT_FALSE(Intact(blank + "= " + sum));
 
-  const std::string plain = kBody + kPlainMarker;
+  const std::string plain = kHwgBody + kPlainMarker;
   const std::string plainSum = SumText(plain);
   EXPECT_TRUE(Intact(plain + "iEndOfHwgFile =" + plainSum));
   EXPECT_TRUE(Intact(plain + "iendofhwgfile==" + plainSum));
@@ -171,9 +171,9 @@ TEST_F(HwgTrailer, DigitsAreUpperCaseAndEight) {
 }
 
 TEST_F(HwgTrailer, AMarkersCaseIsOutsideOneSumAndInsideTheOther) {
-  EXPECT_TRUE(Intact(kBody + "/--- IENDofhwgFILE \niEndOfHwgFile = " + SumText(kBody)));
-  EXPECT_FALSE(Intact(kBody + "/--- IENDofhwgFILE\niEndOfHwgFile=" + SumText(kBody + kPlainMarker)));
-  const std::string inside = kBody + "/--- IENDofhwgFILE\n";
+  EXPECT_TRUE(Intact(kHwgBody + "/--- IENDofhwgFILE \niEndOfHwgFile = " + SumText(kHwgBody)));
+  EXPECT_FALSE(Intact(kHwgBody + "/--- IENDofhwgFILE\niEndOfHwgFile=" + SumText(kHwgBody + kPlainMarker)));
+  const std::string inside = kHwgBody + "/--- IENDofhwgFILE\n";
   EXPECT_TRUE(Intact(inside + "iEndOfHwgFile=" + SumText(inside))) << "it joins the sum as it stands";
 }
 
@@ -181,34 +181,35 @@ TEST_F(HwgTrailer, MarkersMustBeWholeLines) {
   for (const char* line :
        {" /--- iEndOfHwgFile \n", "/--- iEndOfHwgFile  \n", "/--- iEndOfHwgFile x\n", "/---iEndOfHwgFile \n",
         "/--- iEndOfHwgFile \r\n", "//--- iEndOfHwgFile \n", "/--- iEndOfHwgFile\t\n"})
-    EXPECT_FALSE(Intact(kBody + line + "iEndOfHwgFile = " + SumText(kBody))) << line;
+    EXPECT_FALSE(Intact(kHwgBody + line + "iEndOfHwgFile = " + SumText(kHwgBody))) << line;
 }
 
 TEST_F(HwgTrailer, OtherLinesBehindAMarkerArePassedOver) {
-  const std::string value = "iEndOfHwgFile = " + SumText(kBody);
-  EXPECT_TRUE(Intact(kBody + kBlankMarker + "not a value\n" + kBlankMarker + value));
-  EXPECT_FALSE(Intact(kBody + kBlankMarker + "not a value\n" + value));
-  const std::string summed = kBody + "joins\n";
-  EXPECT_TRUE(Intact(kBody + kBlankMarker + "dropped\njoins\n" + kBlankMarker +
+  const std::string value = "iEndOfHwgFile = " + SumText(kHwgBody);
+  EXPECT_TRUE(Intact(kHwgBody + kBlankMarker + "not a value\n" + kBlankMarker + value));
+  EXPECT_FALSE(Intact(kHwgBody + kBlankMarker + "not a value\n" + value));
+  const std::string summed = kHwgBody + "joins\n";
+  EXPECT_TRUE(Intact(kHwgBody + kBlankMarker + "dropped\njoins\n" + kBlankMarker +
                      "iEndOfHwgFile = " + SumText(summed)));
-  const std::string twice = kBody + kPlainMarker + kPlainMarker;
-  EXPECT_TRUE(Intact(kBody + kPlainMarker + "dropped\n" + kPlainMarker + "iEndOfHwgFile=" + SumText(twice)));
-  const std::string mixed = kBody + kPlainMarker;
+  const std::string twice = kHwgBody + kPlainMarker + kPlainMarker;
+  EXPECT_TRUE(
+      Intact(kHwgBody + kPlainMarker + "dropped\n" + kPlainMarker + "iEndOfHwgFile=" + SumText(twice)));
+  const std::string mixed = kHwgBody + kPlainMarker;
   EXPECT_TRUE(Intact(mixed + "dropped\n" + kBlankMarker + "iEndOfHwgFile = " + SumText(mixed)));
 }
 
 TEST_F(HwgTrailer, AMarkerBehindAMarkerIsDroppedWithWhatItMarks) {
-  const std::string value = "iEndOfHwgFile = " + SumText(kBody);
-  EXPECT_FALSE(Intact(kBody + kBlankMarker + kBlankMarker + value));
-  EXPECT_TRUE(Intact(kBody + kBlankMarker + kBlankMarker + kBlankMarker + value));
-  EXPECT_FALSE(Intact(kBody + kBlankMarker + kPlainMarker + value));
+  const std::string value = "iEndOfHwgFile = " + SumText(kHwgBody);
+  EXPECT_FALSE(Intact(kHwgBody + kBlankMarker + kBlankMarker + value));
+  EXPECT_TRUE(Intact(kHwgBody + kBlankMarker + kBlankMarker + kBlankMarker + value));
+  EXPECT_FALSE(Intact(kHwgBody + kBlankMarker + kPlainMarker + value));
 }
 
 TEST_F(HwgTrailer, AValueLineWithoutAMarkerIsSummed) {
-  const std::string summed = kBody + "iEndOfHwgFile = 12345678\n";
+  const std::string summed = kHwgBody + "iEndOfHwgFile = 12345678\n";
   EXPECT_TRUE(Intact(SecureOf(summed)));
-  EXPECT_FALSE(
-      Intact(kBody + "iEndOfHwgFile = 12345678\n" + kBlankMarker + "iEndOfHwgFile = " + SumText(kBody)));
+  EXPECT_FALSE(Intact(kHwgBody + "iEndOfHwgFile = 12345678\n" + kBlankMarker +
+                      "iEndOfHwgFile = " + SumText(kHwgBody)));
 }
 
 TEST_F(HwgTrailer, LongLinesArriveInPieces) {
@@ -222,24 +223,28 @@ TEST_F(HwgTrailer, LongLinesArriveInPieces) {
   EXPECT_FALSE(Intact(SecureOf(std::string(126, 'x'))));
   EXPECT_FALSE(Intact(SecureOf(std::string(128, 'x'))));
   // The value line as well.
-  EXPECT_FALSE(Intact(kBody + kBlankMarker + "iEndOfHwgFile = " + SumText(kBody) + std::string(200, 'x')));
-  EXPECT_FALSE(Intact(kBody + kBlankMarker + std::string(127, 'x') + "iEndOfHwgFile = " + SumText(kBody)));
+  EXPECT_FALSE(
+      Intact(kHwgBody + kBlankMarker + "iEndOfHwgFile = " + SumText(kHwgBody) + std::string(200, 'x')));
+  EXPECT_FALSE(
+      Intact(kHwgBody + kBlankMarker + std::string(127, 'x') + "iEndOfHwgFile = " + SumText(kHwgBody)));
 }
 
 TEST_F(HwgTrailer, ANulDropsTheRestOfItsPiece) {
-  const auto with = [](const std::string& line) { return kBody + line + kBlankMarker + "iEndOfHwgFile = "; };
+  const auto with = [](const std::string& line) {
+    return kHwgBody + line + kBlankMarker + "iEndOfHwgFile = ";
+  };
   const std::string line("ab\0cd\n", 6);
-  EXPECT_TRUE(Intact(with(line) + SumText(kBody + "ab")));
-  EXPECT_FALSE(Intact(with(line) + SumText(kBody + line)));
+  EXPECT_TRUE(Intact(with(line) + SumText(kHwgBody + "ab")));
+  EXPECT_FALSE(Intact(with(line) + SumText(kHwgBody + line)));
   const std::string nulMarker("/--- iEndOfHwgFile \0\n", 21);
-  EXPECT_FALSE(Intact(kBody + nulMarker + "iEndOfHwgFile = " + SumText(kBody)));
+  EXPECT_FALSE(Intact(kHwgBody + nulMarker + "iEndOfHwgFile = " + SumText(kHwgBody)));
 }
 
 TEST_F(HwgTrailer, TheErrorWordAndTheDeviceAreLeftAlone) {
   Use(sim::Reader::Plain());
   Entry().LastLibErr = 5;
-  EXPECT_TRUE(Intact(SecureOf(kBody)));
-  EXPECT_FALSE(Intact(kBody));
+  EXPECT_TRUE(Intact(SecureOf(kHwgBody)));
+  EXPECT_FALSE(Intact(kHwgBody));
   EXPECT_EQ(GetLastLibErr(), 5U);
   ExpectTraffic({});
 }

@@ -6,24 +6,24 @@
 namespace tavlyn::test {
 namespace {
 
-const std::string kBody = "[FILE]\r\nkey=11 22 33\r\n\r\n";
+const std::string kIniBody = "[FILE]\r\nkey=11 22 33\r\n\r\n";
 
 class IniTrailer : public FileBench {
  protected:
   bool Passes(const std::string& text) { return Intact(text, 2); }
-  static std::string Trailer(const std::string& line) { return kBody + kIniMarker + line; }
+  static std::string Trailer(const std::string& line) { return kIniBody + kIniMarker + line; }
 };
 
 TEST_F(IniTrailer, AWholeFilePassesForEveryKindButZero) {
   for (const std::uint32_t kind : {1U, 2U, 255U, 0x80000000U, 0xFFFFFFFFU})
-    EXPECT_TRUE(Intact(IniOf(kBody), kind)) << kind;
-  EXPECT_FALSE(Intact(IniOf(kBody), 0));
-  EXPECT_FALSE(Passes(SecureOf(kBody)));
-  EXPECT_FALSE(Passes(BleOf(kBody)));
+    EXPECT_TRUE(Intact(IniOf(kIniBody), kind)) << kind;
+  EXPECT_FALSE(Intact(IniOf(kIniBody), 0));
+  EXPECT_FALSE(Passes(SecureOf(kIniBody)));
+  EXPECT_FALSE(Passes(BleOf(kIniBody)));
 }
 
 TEST_F(IniTrailer, NoByteMayChange) {
-  const std::string text = IniOf(kBody);
+  const std::string text = IniOf(kIniBody);
   for (std::size_t at = 0; at < text.size(); ++at) {
     for (const int pattern : {0x01, 0x02, 0x04, 0x07, 0x08, 0x10, 0x20, 0x30, 0x40, 0x7F, 0x80, 0xFF}) {
       std::string changed = text;
@@ -34,7 +34,7 @@ TEST_F(IniTrailer, NoByteMayChange) {
 }
 
 TEST_F(IniTrailer, NoByteMayBeMissing) {
-  const std::string text = IniOf(kBody);
+  const std::string text = IniOf(kIniBody);
   for (std::size_t length = 0; length < text.size(); ++length)
     ASSERT_FALSE(Passes(text.substr(0, length))) << length;
   for (std::size_t at = 0; at < text.size(); ++at) {
@@ -46,13 +46,13 @@ TEST_F(IniTrailer, NoByteMayBeMissing) {
 
 TEST_F(IniTrailer, NoByteMayFollow) {
   for (const std::string& more : {std::string("\n"), std::string("\r\n"), std::string("x"),
-                                  std::string(1, '\0'), std::string("\x1A"), IniOf(kBody)})
-    EXPECT_FALSE(Passes(IniOf(kBody) + more)) << more.size();
+                                  std::string(1, '\0'), std::string("\x1A"), IniOf(kIniBody)})
+    EXPECT_FALSE(Passes(IniOf(kIniBody) + more)) << more.size();
 }
 
 TEST_F(IniTrailer, ConvertedLineEnds) {
   std::string lf;
-  for (const char c : IniOf(kBody))
+  for (const char c : IniOf(kIniBody))
     if (c != '\r') lf += c;
   EXPECT_FALSE(Passes(lf));
   // Lines of the body may end as they like, and the last need not end at all before a new line starts.
@@ -62,19 +62,20 @@ TEST_F(IniTrailer, ConvertedLineEnds) {
 TEST_F(IniTrailer, TheEndLineIsExact) {
   for (const char* line :
        {"[eof]\r\n", "[EOF]\n", "[EOF] \r\n", " [EOF]\r\n", "[EOF]\r\r\n", "[EOF\r\n", "[EOF]]\r\n"})
-    EXPECT_FALSE(Passes(kBody + line + "iEndOfIniFile=" + SumText(kBody) + "\r\n")) << line;
-  EXPECT_FALSE(Passes(kBody + std::string("[EOF]\r\0\n", 8) + "iEndOfIniFile=" + SumText(kBody) + "\r\n"));
-  EXPECT_TRUE(Passes(IniOf(kBody + "[eof]\r\n[EOF]\n")));
+    EXPECT_FALSE(Passes(kIniBody + line + "iEndOfIniFile=" + SumText(kIniBody) + "\r\n")) << line;
+  EXPECT_FALSE(
+      Passes(kIniBody + std::string("[EOF]\r\0\n", 8) + "iEndOfIniFile=" + SumText(kIniBody) + "\r\n"));
+  EXPECT_TRUE(Passes(IniOf(kIniBody + "[eof]\r\n[EOF]\n")));
 }
 
 TEST_F(IniTrailer, TheFirstEndLineCounts) {
-  const std::string twice = kBody + kIniMarker;
+  const std::string twice = kIniBody + kIniMarker;
   EXPECT_FALSE(Passes(IniOf(twice)));
-  EXPECT_FALSE(Passes(kBody + kIniMarker + kIniMarker + "iEndOfIniFile=" + SumText(kBody) + "\r\n"));
+  EXPECT_FALSE(Passes(kIniBody + kIniMarker + kIniMarker + "iEndOfIniFile=" + SumText(kIniBody) + "\r\n"));
 }
 
 TEST_F(IniTrailer, FormsOfTheValueLine) {
-  const std::string sum = SumText(kBody);
+  const std::string sum = SumText(kIniBody);
   for (const char* front : {"", "=", "=="})
     EXPECT_TRUE(Passes(Trailer(front + ("iEndOfIniFile=" + sum) + "\r\n"))) << "a token begins behind them";
   for (const std::string& line :
@@ -117,20 +118,20 @@ TEST_F(IniTrailer, LongLinesArriveInPieces) {
   EXPECT_FALSE(Passes(IniOf(std::string(4094, 'x'))));
   EXPECT_FALSE(Passes(IniOf(std::string(4096, 'x'))));
   EXPECT_FALSE(Passes(Trailer(std::string(5000, 'x') + "\r\n")));
-  EXPECT_FALSE(Passes(Trailer("iEndOfIniFile=" + SumText(kBody) + std::string(5000, ' ') + "\r\n")));
+  EXPECT_FALSE(Passes(Trailer("iEndOfIniFile=" + SumText(kIniBody) + std::string(5000, ' ') + "\r\n")));
 }
 
 TEST_F(IniTrailer, ANulDropsTheRestOfItsPiece) {
   const std::string line("ab\0cd\r\n", 7);
-  EXPECT_TRUE(Passes(kBody + line + kIniMarker + "iEndOfIniFile=" + SumText(kBody + "ab") + "\r\n"));
-  EXPECT_FALSE(Passes(IniOf(kBody + line)));
+  EXPECT_TRUE(Passes(kIniBody + line + kIniMarker + "iEndOfIniFile=" + SumText(kIniBody + "ab") + "\r\n"));
+  EXPECT_FALSE(Passes(IniOf(kIniBody + line)));
 }
 
 TEST_F(IniTrailer, EmptyFilesAndLines) {
   EXPECT_FALSE(Passes(""));
   EXPECT_FALSE(Passes("\r\n"));
   EXPECT_FALSE(Passes(kIniMarker));
-  EXPECT_FALSE(Passes(kBody));
+  EXPECT_FALSE(Passes(kIniBody));
 }
 
 }  // namespace

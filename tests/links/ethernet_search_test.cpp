@@ -14,20 +14,20 @@ namespace {
 using sim::Bytes;
 using Datagrams = std::vector<sim::VirtualSockets::Datagram>;
 
-constexpr IpAddress kAddress = {10, 0, 0, 5};
+constexpr IpAddress kPeerAddress = {10, 0, 0, 5};
 constexpr IpAddress kNet = {10, 0, 0, 0};
 constexpr std::uint16_t kPort = 4001;
 
-int& Asked() {
+int& Counted() {
   static int count = 0;
   return count;
 }
-bool Answers() {
-  ++Asked();
+bool CountedYes() {
+  ++Counted();
   return true;
 }
-bool Silent() {
-  ++Asked();
+bool CountedNo() {
+  ++Counted();
   return false;
 }
 
@@ -35,7 +35,7 @@ class EthernetSearchTest : public Bench {
  protected:
   void SetUp() override {
     Bench::SetUp();
-    Asked() = 0;
+    Counted() = 0;
     ForgetTraffic();
   }
   void Accept() {
@@ -67,7 +67,7 @@ class EthernetSearchTest : public Bench {
 
 TEST_F(EthernetSearchTest, TheHardwareAddressIsFetchedBeforeTheConnection) {
   Accept();
-  EXPECT_TRUE(XportConnect(kAddress, kPort, Answers));
+  EXPECT_TRUE(XportConnect(kPeerAddress, kPort, CountedYes));
   const Lines lines = host.transcript.Lines();
   ASSERT_GE(lines.size(), 4U);
   EXPECT_EQ(lines.front(), "socket udp -> 1001");
@@ -78,14 +78,14 @@ TEST_F(EthernetSearchTest, TheHardwareAddressIsFetchedBeforeTheConnection) {
 TEST_F(EthernetSearchTest, FillsTheEntryOfASerialReader) {
   Accept();
   GiveMac();
-  EXPECT_TRUE(XportConnect(kAddress, kPort, Answers));
+  EXPECT_TRUE(XportConnect(kPeerAddress, kPort, CountedYes));
   const tsDevEntry& entry = DevTable[0];
   EXPECT_EQ(DevCnt, 1);
   EXPECT_EQ(ActDev, 0);
   EXPECT_EQ(entry.LinkKind, kBySerialPort);
   EXPECT_EQ(entry.bFound, 1);
   EXPECT_EQ(entry.ProductKind, kReader);
-  EXPECT_EQ(entry.DevIpAddr, kAddress);
+  EXPECT_EQ(entry.DevIpAddr, kPeerAddress);
   EXPECT_EQ(entry.DevMacAddr, (MacAddress{0, 0x20, 0x4A, 0, 0, 0xBC}));
   EXPECT_STREQ(entry.DevName, "MAC:00:20:4A:00:00:BC TCP/IP:10.0.0.5;Port:4001");
   ASSERT_NE(entry.pSerialPort, nullptr);
@@ -97,8 +97,8 @@ TEST_F(EthernetSearchTest, FillsTheEntryOfASerialReader) {
 }
 
 TEST_F(EthernetSearchTest, AHostThatDoesNotAcceptLeavesTheObjectInTheEntry) {
-  EXPECT_FALSE(XportConnect(kAddress, kPort, Answers));
-  EXPECT_EQ(Asked(), 0);
+  EXPECT_FALSE(XportConnect(kPeerAddress, kPort, CountedYes));
+  EXPECT_EQ(Counted(), 0);
   EXPECT_NE(DevTable[0].pSerialPort, nullptr);
   EXPECT_EQ(DevTable[0].LinkKind, kBySerialPort);
   EXPECT_EQ(DevTable[0].bFound, 0);
@@ -109,8 +109,8 @@ TEST_F(EthernetSearchTest, AHostThatDoesNotAcceptLeavesTheObjectInTheEntry) {
 TEST_F(EthernetSearchTest, ASilentHostIsDisconnectedAndItsObjectGone) {
   Accept();
   ActDev = 3;
-  EXPECT_FALSE(XportConnect(kAddress, kPort, Silent));
-  EXPECT_EQ(Asked(), 1);
+  EXPECT_FALSE(XportConnect(kPeerAddress, kPort, CountedNo));
+  EXPECT_EQ(Counted(), 1);
   EXPECT_EQ(ActDev, 0);
   EXPECT_EQ(DevTable[0].pSerialPort, nullptr);
   EXPECT_FALSE(LinkIsOpen());
@@ -124,7 +124,7 @@ TEST_F(EthernetSearchTest, AnObjectOfTheOldTableIsClosedAndUsed) {
   ASSERT_TRUE(old->Open());
   DevTable[0].pSerialPort = old;
   Accept();
-  EXPECT_TRUE(XportConnect(kAddress, kPort, Answers));
+  EXPECT_TRUE(XportConnect(kPeerAddress, kPort, CountedYes));
   EXPECT_EQ(DevTable[0].pSerialPort, old);
   EXPECT_TRUE(host.ports.inUse.empty());
 }
@@ -132,7 +132,7 @@ TEST_F(EthernetSearchTest, AnObjectOfTheOldTableIsClosedAndUsed) {
 TEST_F(EthernetSearchTest, AFourthOctetOfZeroSweepsTheNetwork) {
   AcceptOnly(7);
   GiveMac();
-  EXPECT_TRUE(XportConnect(kNet, kPort, Answers));
+  EXPECT_TRUE(XportConnect(kNet, kPort, CountedYes));
   Lines all;
   for (int e = 1; e <= 254; ++e) all.push_back("10.0.0." + std::to_string(e) + ":4001");
   EXPECT_EQ(ConnectsTo(), all) << "also behind the find";
@@ -142,7 +142,7 @@ TEST_F(EthernetSearchTest, AFourthOctetOfZeroSweepsTheNetwork) {
 }
 
 TEST_F(EthernetSearchTest, TheHardwareAddressIsAlwaysAskedOfTheAddressPassedIn) {
-  XportConnect(kNet, kPort, Answers);
+  XportConnect(kNet, kPort, CountedYes);
   for (const sim::Event& event : host.transcript.Events()) {
     if (event.kind != sim::EventKind::kSendTo) continue;
     EXPECT_TRUE(event.text == "10.0.0.0:11000" || event.text == "10.0.0.0:30718") << event.text;
@@ -152,14 +152,14 @@ TEST_F(EthernetSearchTest, TheHardwareAddressIsAlwaysAskedOfTheAddressPassedIn) 
 
 TEST_F(EthernetSearchTest, MoreHostsThanTheTableHoldsFillIt) {
   Accept();
-  EXPECT_TRUE(XportConnect(kNet, kPort, Answers));
+  EXPECT_TRUE(XportConnect(kNet, kPort, CountedYes));
   EXPECT_EQ(DevCnt, kTableEntries);
 }
 
 TEST_F(EthernetSearchTest, FillsTheEntryOfATunnelledReader) {
   Accept();
   GiveMac();
-  EXPECT_TRUE(TunnelConnect(kAddress, kPort, Answers));
+  EXPECT_TRUE(TunnelConnect(kPeerAddress, kPort, CountedYes));
   const tsDevEntry& entry = DevTable[0];
   EXPECT_EQ(DevCnt, 1);
   EXPECT_EQ(ActDev, 0);
@@ -167,7 +167,7 @@ TEST_F(EthernetSearchTest, FillsTheEntryOfATunnelledReader) {
   EXPECT_EQ(entry.LinkKind, kByReports);
   EXPECT_EQ(entry.bFound, 1);
   EXPECT_EQ(entry.ProductKind, kReader);
-  EXPECT_EQ(entry.DevIpAddr, kAddress);
+  EXPECT_EQ(entry.DevIpAddr, kPeerAddress);
   EXPECT_STREQ(entry.DevName, "MAC:00:20:4A:00:00:BC TCP/IP:10.0.0.5;Port:4001");
   EXPECT_EQ(entry.pSerialPort, nullptr);
   EXPECT_TRUE(LinkIsOpen());
@@ -179,14 +179,14 @@ TEST_F(EthernetSearchTest, TheTunnelDropsTheEntrysPort) {
   old->SetPortNum(3);
   ASSERT_TRUE(old->Open());
   DevTable[0].pSerialPort = old;
-  EXPECT_FALSE(TunnelConnect(kAddress, kPort, Answers));
+  EXPECT_FALSE(TunnelConnect(kPeerAddress, kPort, CountedYes));
   EXPECT_EQ(DevTable[0].pSerialPort, nullptr);
   EXPECT_TRUE(host.ports.inUse.empty());
 }
 
 TEST_F(EthernetSearchTest, AFailedTunnelConnectionLeavesTheFlagSet) {
-  EXPECT_FALSE(TunnelConnect(kAddress, kPort, Answers));
-  EXPECT_EQ(Asked(), 0);
+  EXPECT_FALSE(TunnelConnect(kPeerAddress, kPort, CountedYes));
+  EXPECT_EQ(Counted(), 0);
   EXPECT_EQ(TunnelLink, 1);
   EXPECT_EQ(DevTable[0].LinkKind, kByReports);
   EXPECT_FALSE(LinkIsOpen());
@@ -194,8 +194,8 @@ TEST_F(EthernetSearchTest, AFailedTunnelConnectionLeavesTheFlagSet) {
 
 TEST_F(EthernetSearchTest, ASilentTunnelIsTakenDown) {
   Accept();
-  EXPECT_FALSE(TunnelConnect(kAddress, kPort, Silent));
-  EXPECT_EQ(Asked(), 1);
+  EXPECT_FALSE(TunnelConnect(kPeerAddress, kPort, CountedNo));
+  EXPECT_EQ(Counted(), 1);
   EXPECT_EQ(TunnelLink, 0);
   EXPECT_FALSE(LinkIsOpen());
   EXPECT_EQ(DevCnt, 0);
@@ -203,7 +203,7 @@ TEST_F(EthernetSearchTest, ASilentTunnelIsTakenDown) {
 
 TEST_F(EthernetSearchTest, TheTunnelsSweepOnlyCountsItsPasses) {
   host.sockets.accepts = [passes = 0](platform::Address) mutable { return ++passes == 9; };
-  EXPECT_TRUE(TunnelConnect(kNet, kPort, Answers));
+  EXPECT_TRUE(TunnelConnect(kNet, kPort, CountedYes));
   EXPECT_EQ(ConnectsTo(), Times(254, {"10.0.0.0:4001"}));
   EXPECT_EQ(DevCnt, 1);
   EXPECT_EQ(DevTable[0].DevIpAddr, (IpAddress{10, 0, 0, 9}));

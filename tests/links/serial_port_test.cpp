@@ -12,7 +12,7 @@ namespace {
 using sim::Bytes;
 
 constexpr platform::Handle kUsb = 77;
-constexpr platform::Handle kSocket = 7;
+constexpr platform::Handle kOpenSocket = 7;
 constexpr std::uint32_t kFailed = 0xFFFFFFFF;
 
 const Lines kQuick = {"time-outs 100 1 10 50 500"};
@@ -151,7 +151,7 @@ TEST_F(SerialPortTest, CloseDropsDtrAndReleaseDoesNot) {
 
 TEST_F(SerialPortTest, CloseClosesASocketThatThePortNeverUsed) {
   OpenCom();
-  LinkSocket = kSocket;
+  LinkSocket = kOpenSocket;
   EXPECT_TRUE(port.Close());
   EXPECT_FALSE(LinkIsOpen());
   ExpectCalls({"close socket 7"});
@@ -159,13 +159,13 @@ TEST_F(SerialPortTest, CloseClosesASocketThatThePortNeverUsed) {
   EXPECT_TRUE(port.Close());
   ExpectCalls({"close COM3"});
   SerialPort other;
-  LinkSocket = kSocket;
+  LinkSocket = kOpenSocket;
   EXPECT_TRUE(other.IsOpen());
   EXPECT_TRUE(other.Close());
 }
 
 TEST_F(SerialPortTest, ASocketThatDoesNotCloseStaysOpen) {
-  LinkSocket = kSocket;
+  LinkSocket = kOpenSocket;
   host.sockets.closeResult = -1;
   EXPECT_TRUE(port.Close());
   EXPECT_TRUE(LinkIsOpen());
@@ -174,7 +174,7 @@ TEST_F(SerialPortTest, ASocketThatDoesNotCloseStaysOpen) {
 
 TEST_F(SerialPortTest, ReleaseDoesNotLookAtTheSocket) {
   OpenCom();
-  LinkSocket = kSocket;
+  LinkSocket = kOpenSocket;
   port.Release();
   EXPECT_TRUE(LinkIsOpen());
   ExpectCalls({"close COM3 quietly"});
@@ -184,7 +184,7 @@ TEST_F(SerialPortTest, CloseAndReleaseGiveTheUsbDeviceBack) {
   host.usb.loads = true;
   for (const bool release : {false, true}) {
     OpenCom();
-    LinkSocket = kSocket;
+    LinkSocket = kOpenSocket;
     port.SetUsbHandle(kUsb);
     if (release) {
       port.Release();
@@ -201,7 +201,7 @@ TEST_F(SerialPortTest, CloseAndReleaseGiveTheUsbDeviceBack) {
 
 TEST_F(SerialPortTest, TheUsbDeviceComesFirst) {
   OpenCom();
-  LinkSocket = kSocket;
+  LinkSocket = kOpenSocket;
   port.SetUsbHandle(kUsb);
   host.usb.toRead = {{1, 2, 3, 4}};
   host.usb.writeResult = -1;
@@ -216,8 +216,8 @@ TEST_F(SerialPortTest, TheUsbDeviceComesFirst) {
   port.UseFastTimeouts();
   port.SetLine({1, 1, 1});
   ExpectCalls({"read 01 02 03 04", "write 09 08"});
-  using Transfer = sim::VirtualLibusb::Transfer;
-  EXPECT_EQ(host.usb.transfers, (std::vector<Transfer>{{true, 0x83, 32, 250}, {false, 0x03, 2, 250}}));
+  using LineTransfer = sim::VirtualLibusb::Transfer;
+  EXPECT_EQ(host.usb.transfers, (std::vector<LineTransfer>{{true, 0x83, 32, 250}, {false, 0x03, 2, 250}}));
   EXPECT_EQ(port.Read(buffer), 0U);
   EXPECT_EQ(buffer, Bytes(4)) << "zeroed before the read";
   port.ClearInput();
@@ -226,7 +226,7 @@ TEST_F(SerialPortTest, TheUsbDeviceComesFirst) {
 
 TEST_F(SerialPortTest, TheOpenSocketComesBeforeTheComPort) {
   OpenCom();
-  LinkSocket = kSocket;
+  LinkSocket = kOpenSocket;
   host.sockets.toReceive = {Bytes{1, 2, 3, 4}, Bytes{5, 6, 7, 8}, Bytes(128, 9)};
   EXPECT_EQ(port.Read(buffer), 4U);
   ExpectCalls({"sleep 30", "sleep 20", "recv 01 02 03 04"});
@@ -249,7 +249,7 @@ TEST_F(SerialPortTest, TheOpenSocketComesBeforeTheComPort) {
 }
 
 TEST_F(SerialPortTest, ClearingASocketIsARequestFor128Bytes) {
-  LinkSocket = kSocket;
+  LinkSocket = kOpenSocket;
   host.sockets.toReceive = {Bytes(63), Bytes(1), Bytes(64)};
   port.ClearInput();
   EXPECT_EQ(host.sockets.toReceive.size(), 1U) << "half of them end it, less do not";
@@ -325,7 +325,7 @@ TEST_F(SerialPortTest, TextGoesOutInPairsWithAPauseBehindEach) {
   ExpectCalls({"write 41", "sleep 1"});
   port.WriteText("");
   ExpectCalls({});
-  LinkSocket = kSocket;
+  LinkSocket = kOpenSocket;
   host.sockets.sendResult = -1;
   port.WriteText("ABC");
   ExpectCalls({"send 41 42 refused", "sleep 1", "send 43 refused", "sleep 1"});

@@ -138,7 +138,7 @@ TEST_F(MagModelSettings, TheLedRecordSetsAllColours) {
                          {{0, 1, 1, 0, 0, 0, 0, 0}, "SL02701"}}) {
     EXPECT_EQ(SetLEDCtrl(&row.record), 1U);
     EXPECT_EQ(Told(), Exchanged({row.command}));
-    const unsigned color = row.command[6] - '0';
+    const auto color = static_cast<unsigned>(row.command[6] - '0');
     EXPECT_EQ(sorbaneGetLED(0), color);
     tsLEDCtrl got{9, 9, 9, 9, 9, 9, 9, 9};
     EXPECT_EQ(GetLEDCtrl(&got), 1U);

@@ -15,14 +15,14 @@ struct Accessor {
   std::uint32_t (*set)(std::uint16_t, Value);
 };
 
-const std::vector<Accessor<std::int16_t>> kFlags = {
+const std::vector<Accessor<std::int16_t>> kFieldFlags = {
     {&tsSorbaneField::Enable, sorbaneGetFieldEnable, sorbaneSetFieldEnable},
     {&tsSorbaneField::Skip, sorbaneGetFieldSkip, sorbaneSetFieldSkip},
     {&tsSorbaneField::ShowSepSen, sorbaneGetFieldShowSepSen, sorbaneSetFieldShowSepSen},
     {&tsSorbaneField::ShowLRC, sorbaneGetFieldShowLRC, sorbaneSetFieldShowLRC},
     {&tsSorbaneField::IgnoreLRC, sorbaneGetFieldIgnoreLRC, sorbaneSetFieldIgnoreLRC},
 };
-const std::vector<Accessor<std::uint8_t>> kNumbers = {
+const std::vector<Accessor<std::uint8_t>> kFieldNumbers = {
     {&tsSorbaneField::Track, sorbaneGetFieldTrack, sorbaneSetFieldTrack},
     {&tsSorbaneField::Field, sorbaneGetFieldMagField, sorbaneSetFieldMagField},
     {&tsSorbaneField::ByteOffset, sorbaneGetFieldOffset, sorbaneSetFieldOffset},
@@ -32,7 +32,7 @@ const std::vector<Accessor<std::uint8_t>> kNumbers = {
 };
 
 TEST_F(StripeSettings, FlagsAreStoredAsOneOrZero) {
-  for (const auto& flag : kFlags) {
+  for (const auto& flag : kFieldFlags) {
     EXPECT_EQ(flag.set(11, -5), 1U);
     EXPECT_EQ(Cfg().UserField[10].*flag.member, 1);
     EXPECT_EQ(flag.get(11), 1U);
@@ -44,7 +44,7 @@ TEST_F(StripeSettings, FlagsAreStoredAsOneOrZero) {
 
 TEST_F(StripeSettings, NumbersAreStoredAsTheyAre) {
   std::uint8_t value = 200;
-  for (const auto& number : kNumbers) {
+  for (const auto& number : kFieldNumbers) {
     EXPECT_EQ(number.set(1, ++value), 1U);
     EXPECT_EQ(Cfg().UserField[0].*number.member, value);
     EXPECT_EQ(number.get(1), value);
@@ -59,8 +59,8 @@ TEST_F(StripeSettings, NumbersAreStoredAsTheyAre) {
 TEST_F(StripeSettings, OtherFieldNumbersGiveZeroAndChangeNothing) {
   const tsSorbaneCfg before = Cfg();
   for (const std::uint16_t field : std::initializer_list<std::uint16_t>{0, 12, 65535}) {
-    for (const auto& flag : kFlags) EXPECT_EQ(flag.set(field, 1) + flag.get(field), 0U);
-    for (const auto& number : kNumbers) EXPECT_EQ(number.set(field, 1) + number.get(field), 0U);
+    for (const auto& flag : kFieldFlags) EXPECT_EQ(flag.set(field, 1) + flag.get(field), 0U);
+    for (const auto& number : kFieldNumbers) EXPECT_EQ(number.set(field, 1) + number.get(field), 0U);
     EXPECT_EQ(sorbaneSetFieldKeydata(field, 0, 1) + sorbaneGetFieldKeydata(field, 0), 0U);
   }
   EXPECT_EQ(std::memcmp(&before, &Cfg(), sizeof before), 0);
@@ -71,11 +71,11 @@ TEST_F(StripeSettings, OtherDevicesAreUnsupported) {
   for (const bool present : {true, false}) {
     Entry().ProductKind = kReader;
     if (!present) DevCnt = 0;
-    for (const auto& flag : kFlags) {
+    for (const auto& flag : kFieldFlags) {
       EXPECT_EQ(flag.get(1), 0x8001U);
       EXPECT_EQ(flag.set(1, 1), 0x8001U);
     }
-    for (const auto& number : kNumbers) {
+    for (const auto& number : kFieldNumbers) {
       EXPECT_EQ(number.get(1), 0x8001U);
       EXPECT_EQ(number.set(1, 1), 0x8001U);
     }

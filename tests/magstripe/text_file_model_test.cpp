@@ -8,7 +8,7 @@
 namespace tavlyn::test {
 namespace {
 
-constexpr const char* kTitle = "--- Sorbane Configuration Template File ---";
+constexpr const char* kHeadingLine = "--- Sorbane Configuration Template File ---";
 
 class MagModelFile : public MagModelBench {
  protected:
@@ -31,7 +31,7 @@ class MagModelFile : public MagModelBench {
   }
   // Lines behind a title.
   void LoadLines(const std::string& lines) {
-    EXPECT_EQ(LoadText(std::string("//") + kTitle + '\n' + lines), 1U);
+    EXPECT_EQ(LoadText(std::string("//") + kHeadingLine + '\n' + lines), 1U);
   }
 };
 

@@ -1,7 +1,6 @@
 // The card on a serial reader.
 #include <algorithm>
 #include <memory>
-#include <numeric>
 #include <vector>
 
 #include "api.h"
@@ -13,12 +12,6 @@ namespace {
 
 using sim::Bytes;
 using sim::Reader;
-
-Bytes LongCard() {
-  Bytes id(32);
-  std::iota(id.begin(), id.end(), std::uint8_t{0x11});
-  return id;
-}
 
 // Echo, data and status of an ID read whose unused bytes are not 0.
 Bytes Reply(std::size_t idBytes, std::uint8_t bits, std::uint8_t sw1, std::uint8_t sw2) {

@@ -1,7 +1,6 @@
 // The card on a reader over feature reports: traffic, faults, buffers of any length.
 #include <algorithm>
 #include <memory>
-#include <numeric>
 
 #include "api.h"
 #include "core/id_cache.h"
@@ -13,12 +12,6 @@ namespace {
 
 using sim::Bytes;
 using sim::Reader;
-
-Bytes LongCard() {
-  Bytes id(32);
-  std::iota(id.begin(), id.end(), std::uint8_t{0x11});
-  return id;
-}
 
 // A buffer of exactly that many bytes, filled before each use.
 class Buffer {

@@ -9,10 +9,6 @@ namespace {
 
 using sim::Reader;
 
-constexpr const char* kCode = "tavlyn_ReadCfgOneConfig ERROR CODE: 0";
-constexpr const char* kFailedLine = "tavlyn_ReadCfgOneConfig Failed !!";
-constexpr const char* kModelLine = "tavlyn_ReadCfgOneConfig Model Number of Device is : RDR-80581AKU";
-
 Lines Data(const std::string& header, const std::string& data) {
   return FrameLines(header, {"read " + header.substr(0, 2), data, "read 90 00"});
 }
@@ -25,14 +21,14 @@ Lines Texts(int number, int pages) {
   }
   return lines;
 }
-Lines Model() { return Join({Bare("0C 01 00 00"), Bare("0C 01 01 00"), Bare("0C 01 02 00")}); }
+Lines ModelFrames() { return Join({Bare("0C 01 00 00"), Bare("0C 01 01 00"), Bare("0C 01 02 00")}); }
 
 Lines OneConfig(const std::string& sepInstruction) {
   return Join({Data("04 00 00 04", "read 01 00 31 74"), Data("01 00 00 08", "read 03 05 11 10 1A 3A 28 1C"),
                Data("01 01 00 08", "read"), Data("01 02 00 08", "read 01 10 00 00 00 00 00 00"),
                Data("01 03 00 08", "read 00 00 00 00 00 00 00 00"),
                Data(sepInstruction + " 00 00 08", "read 0C 00 00 0C 00 00 00 00"),
-               Data(sepInstruction + " 00 00 60", "read"), Texts(7, 8), Texts(4, 3), Model()});
+               Data(sepInstruction + " 00 00 60", "read"), Texts(7, 8), Texts(4, 3), ModelFrames()});
 }
 
 class CfgReadFa : public SerialBench {
@@ -85,7 +81,7 @@ TEST_F(CfgReadFa, APlusReaderIsReadFromTheHighestDown) {
   EXPECT_EQ(Entry().CardTypeList[4], 0x7D01);
 }
 
-struct FaultRow {
+struct ReadFault {
   const char* what;
   std::initializer_list<std::uint8_t> frame;
   std::uint32_t result;
@@ -96,15 +92,15 @@ struct FaultRow {
 TEST_F(CfgReadFa, AFaultAtEachFrame) {
   AddReader(Reader::Plain());
   StartTrace();
-  for (const FaultRow& row : std::initializer_list<FaultRow>{
-           {"identity", {0x04}, 0, 0x20000, {kCode}},
-           {"block 0", {0x01, 0x00}, 0, 0, {kFailedLine}},
+  for (const ReadFault& row : std::initializer_list<ReadFault>{
+           {"identity", {0x04}, 0, 0x20000, {kReadCode}},
+           {"block 0", {0x01, 0x00}, 0, 0, {kReadFailed}},
            {"block 1", {0x01, 0x01}, 0, 0, {}},
            {"block 2", {0x01, 0x02}, 0, 0, {}},
-           {"block 3", {0x01, 0x03}, 0, 0, {kFailedLine}},
-           {"area", {0x09, 0x00, 0x00, 0x60}, 1, 0, {kModelLine}},
-           {"file name", {0x0C, 0x04, 0x07, 0x03}, 1, 0, {kModelLine}},
-           {"version", {0x0C, 0x04, 0x04, 0x02}, 1, 0, {kModelLine}},
+           {"block 3", {0x01, 0x03}, 0, 0, {kReadFailed}},
+           {"area", {0x09, 0x00, 0x00, 0x60}, 1, 0, {kReadModel}},
+           {"file name", {0x0C, 0x04, 0x07, 0x03}, 1, 0, {kReadModel}},
+           {"version", {0x0C, 0x04, 0x04, 0x02}, 1, 0, {kReadModel}},
            {"model", {0x0C, 0x01, 0x01}, 1, 0, {}},
        }) {
     for (const bool refused : {true, false}) {

@@ -32,8 +32,8 @@ Lines Pages(const std::string& command, int count, const std::string& behind = "
 Lines Blocks() { return Join({Asked("8A"), Asked("80"), Asked("81"), Asked("82"), Asked("83")}); }
 Lines SepPages(int count) { return Pages("85", count, " 00 10"); }
 Lines Texts() { return Join({Pages("8C 04 07", 8), Pages("8C 04 04", 3)}); }
-Lines Model() { return Pages("8C 01", 3); }
-Lines OneConfig(int sepPages = 12) { return Join({Blocks(), SepPages(sepPages), Texts(), Model()}); }
+Lines ModelPages() { return Pages("8C 01", 3); }
+Lines OneConfig(int sepPages = 12) { return Join({Blocks(), SepPages(sepPages), Texts(), ModelPages()}); }
 
 class CfgRead : public Bench {
  protected:
@@ -52,7 +52,7 @@ TEST_F(CfgRead, APlainReaderIsReadInOnePass) {
                        "get 00 19 14 28 01 01 40 20", "set 82", "get 01 10", "set 83", "get 00"},
                       SepPages(12),
                       Texts(),
-                      Model()}));
+                      ModelPages()}));
   EXPECT_EQ(Slept(), 0U);
   EXPECT_EQ(GetMaxConfig(), 0);
   EXPECT_EQ(GetLastLibErr(), 0U);
@@ -116,10 +116,6 @@ enum PairOf {
   kLastPair = 31
 };
 
-constexpr const char* kCode = "tavlyn_ReadCfgOneConfig ERROR CODE: 0";
-constexpr const char* kFailedLine = "tavlyn_ReadCfgOneConfig Failed !!";
-constexpr const char* kModelLine = "tavlyn_ReadCfgOneConfig Model Number of Device is : RDR-80581AKU";
-
 struct Outcome {
   std::uint32_t result;
   std::uint32_t word;  // without the channel's 0x202
@@ -127,12 +123,12 @@ struct Outcome {
 };
 
 Outcome ExpectedAt(int pair, bool sendFails) {
-  if (pair == kIdentityPair) return {0, 0x20000, {kCode}};
-  if (pair <= kLastBlock) return {0, 0x20000, {kCode, kFailedLine}};
-  if (pair <= kLastSep && sendFails) return {0, 0x20000, {kCode, kFailedLine}};
-  if (pair <= kLastSep) return {1, 0, {kCode, kModelLine}};
-  if (pair <= kLastName) return {1, 0, {kModelLine}};
-  if (pair <= kLastVersion) return {1, 0x70000000, {kModelLine}};
+  if (pair == kIdentityPair) return {0, 0x20000, {kReadCode}};
+  if (pair <= kLastBlock) return {0, 0x20000, {kReadCode, kReadFailed}};
+  if (pair <= kLastSep && sendFails) return {0, 0x20000, {kReadCode, kReadFailed}};
+  if (pair <= kLastSep) return {1, 0, {kReadCode, kReadModel}};
+  if (pair <= kLastName) return {1, 0, {kReadModel}};
+  if (pair <= kLastVersion) return {1, 0x70000000, {kReadModel}};
   return {1, 0x20000, {}};
 }
 
@@ -210,7 +206,7 @@ TEST_F(CfgRead, TheFirstFailedPieceEndsATextAndTheNextStepDropsItsBit) {
                       Pages("8C 04 07", 2),
                       {"set 8C 04 07 02", "get refused"},
                       Pages("8C 04 04", 3),
-                      Model()}));
+                      ModelPages()}));
   EXPECT_EQ(GetLastLibErr(), 0U);
   EXPECT_STREQ(GetFWFilename(), "");
 }

@@ -34,12 +34,12 @@ class CfgWriteFa : public SerialBench {
   static tsCfgSlot& Slot(std::size_t number = 0) { return Entry().CfgSlot[number]; }
 };
 
-struct Part {
+struct FramePart {
   unsigned mark;
   Lines lines;
 };
 
-const std::vector<Part> kParts = {
+const std::vector<FramePart> kFrameParts = {
     {kMarkLuid, Sent("06 00 00 02", "01 00")},
     {kMarkFmt, Sent("81 00 00 08", "03 05 11 10 1A 3A 28 1C")},
     {kMarkTime, Sent("81 01 00 08", "00 19 14 28 01 01 40 20")},
@@ -49,13 +49,13 @@ const std::vector<Part> kParts = {
 
 TEST_F(CfgWriteFa, EveryCombinationOfMarksSendsItsBlocksAndNamesThem) {
   Use(Reader::Plain());
-  for (unsigned chosen = 0; chosen < 1U << kParts.size(); ++chosen) {
+  for (unsigned chosen = 0; chosen < 1U << kFrameParts.size(); ++chosen) {
     unsigned mask = 0;
     Lines expected;
-    for (std::size_t i = 0; i < kParts.size(); ++i) {
+    for (std::size_t i = 0; i < kFrameParts.size(); ++i) {
       if ((chosen >> i & 1) == 0) continue;
-      mask |= kParts[i].mark;
-      expected = Join({expected, kParts[i].lines});
+      mask |= kFrameParts[i].mark;
+      expected = Join({expected, kFrameParts[i].lines});
     }
     SCOPED_TRACE(mask);
     SetMarks(Entry(), mask);
@@ -92,13 +92,13 @@ TEST_F(CfgWriteFa, TheWaitGoesByTheVolumeCommand) {
   EXPECT_EQ(GetLastLibErr(), 0U) << "no word over serial";
 }
 
-struct FaultRow {
+struct WriteFault {
   const char* what;
   std::initializer_list<std::uint8_t> frame;
   std::uint32_t result;
 };
 
-const FaultRow kFaultRows[] = {
+const WriteFault kFaultRows[] = {
     {"LUID", {0x06}, 0},
     {"block 0", {0x81, 0x00}, 0},
     {"block 1", {0x81, 0x01}, 0},
@@ -112,7 +112,7 @@ const FaultRow kFaultRows[] = {
 TEST_F(CfgWriteFa, AFaultAtEachFrame) {
   Use(Reader::Plain());
   StartTrace();
-  for (const FaultRow& row : kFaultRows) {
+  for (const WriteFault& row : kFaultRows) {
     for (const bool refused : {true, false}) {
       SCOPED_TRACE(std::string(row.what) + (refused ? " refused" : " silent"));
       line->faults.Restart();
@@ -151,8 +151,8 @@ TEST_F(CfgWriteFa, AFailedFrameEndsTheWrite) {
   SetMarks(Entry(), kAllMarks);
   line->faults.RefuseCommand({0x81, 0x01}, 1);
   EXPECT_EQ(WriteCfg(), 0U);
-  ExpectTraffic(
-      Join({kParts[0].lines, kParts[1].lines, FrameLines("81 01 00 08", {"read 6D", "read 00"}), Store(20)}));
+  ExpectTraffic(Join({kFrameParts[0].lines, kFrameParts[1].lines,
+                      FrameLines("81 01 00 08", {"read 6D", "read 00"}), Store(20)}));
 }
 
 TEST_F(CfgWriteFa, ALostCardTypeIsSentOnceMore) {

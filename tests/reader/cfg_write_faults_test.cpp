@@ -221,7 +221,7 @@ TEST_F(CfgWriteFaults, ARepeatedWriteMendsWhatAnyFaultLeft) {
 }
 
 // Reports of a plain reader with a short area and no key.
-enum ReportOf { kLastBeforeDisp = 6, kLastDisp = 8, kLastExt = 10, kLastSep = 16, kCommit = 17 };
+enum ReportOf { kLastBeforeDisp = 6, kLastDisp = 8, kLastExt = 10, kLastSepReport = 16, kCommit = 17 };
 
 TEST_F(CfgWriteFaults, AReportThatFailsForGoodAtEachPlace) {
   Use(Reader::Plain());
@@ -232,7 +232,7 @@ TEST_F(CfgWriteFaults, AReportThatFailsForGoodAtEachPlace) {
     Begin();
     ExpectTrace(Trace());
     reader->faults.RefuseAt(report, 6);
-    const bool inArea = report > kLastExt && report <= kLastSep;
+    const bool inArea = report > kLastExt && report <= kLastSepReport;
     EXPECT_EQ(WriteCfg(), inArea ? 1U : 0U);
     // A reader that misses data takes the next report for it; the store query behind a failure can be that.
     EXPECT_EQ(GetLastLibErr(), 0U);

@@ -255,13 +255,13 @@ TEST_F(CfgWriteSepFa, ALengthBeyondTheAreaFails) {
 
 TEST_F(CfgWriteSepFa, OneFrameCarries255BytesAtMost) {
   Use(0x20);
-  for (const int pages : {17, 31, 32, 33, 255}) {
+  for (const std::size_t pages : {17U, 31U, 32U, 33U, 255U}) {
     SCOPED_TRACE(pages);
     FillArea(Slot(), 5, static_cast<std::uint8_t>(pages));
     Entry().bSepFldCapable = 0;
     SetMarks(Entry(), kMarkSep);
     EXPECT_EQ(WriteCfg(), 1U);
-    const std::size_t length = std::min(255, pages * 8);
+    const std::size_t length = std::min<std::size_t>(255, pages * 8);
     EXPECT_EQ(Frames(),
               (Lines{"write 0A 00 00 " + sim::HexText({static_cast<std::uint8_t>(length)}), Data(length)}));
   }

@@ -26,13 +26,13 @@ Lines SepPages() {
   return lines;
 }
 
-struct Part {
+struct ReportPart {
   Mark mark;
   Lines lines;
 };
 
 // A plain reader from the factory, in the order in which the parts travel.
-const std::vector<Part> kParts = {
+const std::vector<ReportPart> kReportParts = {
     {kMarkLuid, {"set 8A", "set 00 01"}},
     {kMarkFmt, {"set 80", "set 03 05 11 10 1A 3A 28 1C"}},
     {kMarkTime, {"set 81", "set 00 19 14 28 01 01 40 20"}},
@@ -65,13 +65,13 @@ class CfgWrite : public Bench {
 
 TEST_F(CfgWrite, EveryCombinationOfMarksSendsItsBlocksAndNamesThem) {
   Use(Reader::Plain());
-  for (unsigned chosen = 0; chosen < 1U << kParts.size(); ++chosen) {
+  for (unsigned chosen = 0; chosen < 1U << kReportParts.size(); ++chosen) {
     unsigned mask = 0;
     Lines expected;
-    for (std::size_t i = 0; i < kParts.size(); ++i) {
+    for (std::size_t i = 0; i < kReportParts.size(); ++i) {
       if ((chosen >> i & 1) == 0) continue;
-      mask |= kParts[i].mark;
-      expected = Join({expected, kParts[i].lines});
+      mask |= kReportParts[i].mark;
+      expected = Join({expected, kReportParts[i].lines});
     }
     SCOPED_TRACE(mask);
     SetMarks(Entry(), mask);

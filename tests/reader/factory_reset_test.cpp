@@ -13,11 +13,9 @@ using sim::Reader;
 
 constexpr const char* kEnter = "ResetFactoryDflts ENTER";
 constexpr const char* kExit = "ResetFactoryDflts EXIT";
-constexpr const char* kCode = "tavlyn_ResetFactoryDflts ERROR CODE: 0";
-constexpr const char* kFailedLine = "tavlyn_ResetFactoryDflts Failed !!";
+constexpr const char* kResetCode = "tavlyn_ResetFactoryDflts ERROR CODE: 0";
+constexpr const char* kResetFailed = "tavlyn_ResetFactoryDflts Failed !!";
 constexpr const char* kSuccessLine = "tavlyn_ResetFactoryDflts Success !!";
-constexpr const char* kModelLine = "tavlyn_ReadCfgOneConfig Model Number of Device is : RDR-80581AKU";
-constexpr const char* kReadCode = "tavlyn_ReadCfgOneConfig ERROR CODE: 0";
 
 class FactoryReset : public Bench {
  protected:
@@ -88,7 +86,7 @@ TEST_F(FactoryReset, TheTraceOfASuccess) {
   Use(Reader::Plain());
   StartTrace();
   EXPECT_EQ(ResetFactoryDflts(), 1U);
-  ExpectTrace({kEnter, kModelLine, kSuccessLine, kExit});
+  ExpectTrace({kEnter, kReadModel, kSuccessLine, kExit});
 }
 
 TEST_F(FactoryReset, ARefusedCommand) {
@@ -99,7 +97,7 @@ TEST_F(FactoryReset, ARefusedCommand) {
   EXPECT_EQ(ResetFactoryDflts(), 0U);
   EXPECT_EQ(GetLastLibErr(), 0x80202U);
   ExpectTraffic(Refused("A0"));
-  ExpectTrace({kEnter, kCode, kFailedLine, kExit});
+  ExpectTrace({kEnter, kResetCode, kResetFailed, kExit});
   EXPECT_EQ(MarksOf(Entry(), Slot()), kAllMarks);
   EXPECT_EQ(Slot()[field::IDBitCnts_iTotalBitCnt], 77);
 }
@@ -110,7 +108,7 @@ TEST_F(FactoryReset, AFailedRead) {
   reader->faults.RefuseReply({0x8A}, 1);
   EXPECT_EQ(ResetFactoryDflts(), 0U);
   ExpectTraffic({"set A0", "sleep 1200", "set 8A", "get refused"});
-  ExpectTrace({kEnter, kReadCode, kFailedLine, kExit});
+  ExpectTrace({kEnter, kReadCode, kResetFailed, kExit});
   EXPECT_EQ(GetLastLibErr(), 0x20000U);
   EXPECT_EQ(reader->state.counters.factoryResets, 1);
 }
@@ -126,7 +124,7 @@ TEST_F(FactoryReset, AFailedWalkStillAsksForTheCardTypes) {
   EXPECT_EQ(
       Difference({"set 89 81", "get", "set 89 81", "get", "set 89 04", "get", "set 89 04 01", "get"}, tail),
       "");
-  ExpectTrace({kEnter, kReadCode, "tavlyn_ReadCfgOneConfig Failed !!", kFailedLine, kExit});
+  ExpectTrace({kEnter, kReadCode, kReadFailed, kResetFailed, kExit});
 }
 
 TEST_F(FactoryReset, WithoutAReader) {
@@ -159,7 +157,7 @@ TEST_F(FactoryResetFa, IsAStatusWithoutAPause) {
   ASSERT_GE(traffic.size(), 5U);
   const Lines head(traffic.begin(), traffic.begin() + 5);
   EXPECT_EQ(Difference({"flush", "write FA", "write 03 00 00 00", "read 90 00", "sleep 1200"}, head), "");
-  ExpectTrace({kEnter, kModelLine, kSuccessLine, kExit});
+  ExpectTrace({kEnter, kReadModel, kSuccessLine, kExit});
   EXPECT_NE(Entry().CfgSlot[0].bCfgLoaded, 0U);
 }
 
@@ -170,7 +168,7 @@ TEST_F(FactoryResetFa, ARefusedCommand) {
   line->faults.RefuseCommand({0x03}, 1);
   EXPECT_EQ(ResetFactoryDflts(), 0U);
   ExpectTraffic({"flush", "write FA", "write 03 00 00 00", "read 6D 00"});
-  ExpectTrace({kEnter, kFailedLine, kExit});
+  ExpectTrace({kEnter, kResetFailed, kExit});
   EXPECT_EQ(GetLastLibErr(), 0U) << "no error bit over serial";
 }
 
@@ -179,7 +177,7 @@ TEST_F(FactoryResetFa, AFailedRead) {
   StartTrace();
   line->faults.RefuseCommand({0x01, 0x01}, 1);
   EXPECT_EQ(ResetFactoryDflts(), 0U);
-  ExpectTrace({kEnter, kFailedLine, kExit});
+  ExpectTrace({kEnter, kResetFailed, kExit});
 }
 
 }  // namespace

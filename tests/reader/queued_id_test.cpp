@@ -12,7 +12,7 @@ namespace {
 
 using sim::Reader;
 
-constexpr std::uint8_t kOld = 0xAA;
+constexpr std::uint8_t kOldByte = 0xAA;
 
 sim::QueuedCard Numbered(std::uint8_t first) {
   sim::QueuedCard card;
@@ -26,7 +26,7 @@ class QueuedId : public SerialBench {
   std::shared_ptr<Reader> Use() {
     auto model = Connected(Reader::Plain());
     model->state.queue = {Numbered(1)};
-    LastIDBytes.fill(kOld);
+    LastIDBytes.fill(kOldByte);
     ActiveEntry().LastLibErr = 5;
     return model;
   }
@@ -97,13 +97,13 @@ TEST_F(QueuedId, AFaultAtEachExchange) {
     model->state.queue = {Numbered(1)};
     model->faults.Restart();
     model->faults.RefuseAt(exchange, sendFails ? 6 : 1);
-    LastIDBytes.fill(kOld);
+    LastIDBytes.fill(kOldByte);
     EXPECT_EQ(GetQueuedID(0, 0), 0U) << exchange;
     EXPECT_EQ(GetLastLibErr(), sendFails ? 0x1000202U : 0x1000000U) << exchange;
     EXPECT_EQ(Record(), FirstBytes(8 * page)) << exchange;
     // Each page shows what the record held before it.
-    EXPECT_EQ(LastIDBytes[0], page == 0 ? kOld : page == 1 ? 0 : 1) << exchange;
-    EXPECT_EQ(LastIDBytes[23], page == 0 ? kOld : page == 4 ? 24 : 0) << exchange;
+    EXPECT_EQ(LastIDBytes[0], page == 0 ? kOldByte : page == 1 ? 0 : 1) << exchange;
+    EXPECT_EQ(LastIDBytes[23], page == 0 ? kOldByte : page == 4 ? 24 : 0) << exchange;
   }
   ExpectTrace({});
 }

@@ -123,8 +123,8 @@ TEST(Sonar, SeesSomebodyLeaveAndComeBack) {
   std::uint64_t now = 5000;
   sonar.clock = [&now] { return now; };
   sonar.Go({{2000, 20, 40}, {1000, 40, 80}, {1000, 80, 40}});
-  const auto after = [&](std::uint64_t milliseconds) {
-    now = 5000 + milliseconds;
+  const auto after = [&](std::uint64_t pause) {
+    now = 5000 + pause;
     return Ask(sonar, {0x8F});
   };
   EXPECT_EQ(after(0), "03 45");

@@ -4,7 +4,7 @@
 namespace tavlyn::test {
 namespace {
 
-using Words = std::array<std::uint16_t, 5>;
+using RangeWords = std::array<std::uint16_t, 5>;
 
 class SonarModelRange : public SonarModelBench {
  protected:
@@ -15,15 +15,15 @@ class SonarModelRange : public SonarModelBench {
 };
 
 TEST_F(SonarModelRange, TellsDistanceAndStatus) {
-  Words words{9, 9, 9, 9, 9};
+  RangeWords words{9, 9, 9, 9, 9};
   sonar->Stand(14);
   EXPECT_EQ(GetObjRangeInfo(words.data()), 1U);
   ExpectTraffic({"set 8F", "sleep 250", "get 01 31"});
-  EXPECT_EQ(words, (Words{14, 1, 0, 0, 1}));
+  EXPECT_EQ(words, (RangeWords{14, 1, 0, 0, 1}));
   sonar->state.status = 0xFE;
   sonar->Stand(71);
   EXPECT_EQ(GetObjRangeInfo(words.data()), 1U);
-  EXPECT_EQ(words, (Words{71, 0, 1, 1, 0xFE}));
+  EXPECT_EQ(words, (RangeWords{71, 0, 1, 1, 0xFE}));
   sonar->Stand(500);
   EXPECT_EQ(GetObjRangeInfo(words.data()), 1U);
   EXPECT_EQ(words[0], 73) << "as far as a byte of units reaches";
@@ -32,7 +32,7 @@ TEST_F(SonarModelRange, TellsDistanceAndStatus) {
 
 TEST_F(SonarModelRange, FollowsSomebodyWhoLeaves) {
   sonar->Go({{1000, 20, 40}, {500, 40, 100}});
-  Words words{};
+  RangeWords words{};
   std::vector<std::uint16_t> inches;
   std::vector<std::uint16_t> status;
   for (int poll = 0; poll < 8; ++poll) {

@@ -89,7 +89,7 @@ TEST_F(SonarRecords, NullSets) {
   EXPECT_EQ(Marks(), 0U);
 }
 
-struct Range {
+struct WordRange {
   std::uint16_t tsSonarParms::*word;
   std::uint16_t least, most;
   std::uint32_t error;
@@ -97,9 +97,9 @@ struct Range {
 
 TEST_F(SonarRecords, TheRangesOfTheSonarRecord) {
   const tsSonarParms good = {0, 300, 0, 20, 40, 0, 0, 0};
-  for (const Range& range :
-       {Range{&tsSonarParms::PingRate, 200, 1020, 0x201000}, Range{&tsSonarParms::MinDist, 1, 59, 0x201001},
-        Range{&tsSonarParms::MaxDist, 15, 72, 0x201002}}) {
+  for (const WordRange& range :
+       {WordRange{&tsSonarParms::PingRate, 200, 1020, 0x201000}, WordRange{&tsSonarParms::MinDist, 1, 59, 0x201001},
+        WordRange{&tsSonarParms::MaxDist, 15, 72, 0x201002}}) {
     for (const std::uint16_t value : {range.least, range.most}) {
       tsSonarParms record = good;
       record.*range.word = value;

@@ -1,11 +1,20 @@
 #include "tests/support/bench.h"
 
+#include <numeric>
+#include <random>
 #include <system_error>
 
 #include "api.h"
 #include "core/front/load.h"
 
 namespace tavlyn::test {
+
+sim::Bytes LongCard() {
+  sim::Bytes id(32);
+  std::iota(id.begin(), id.end(), std::uint8_t{0x11});
+  return id;
+}
+
 namespace {
 
 constexpr const char* kTraceVariable = "TAVLYNAPI_LOGGING";
@@ -97,11 +106,11 @@ void Bench::ExpectTrace(const Lines& expected, const char* file, int line) {
 
 std::filesystem::path Bench::Folder() {
   if (folder_.empty()) {
-    const auto* test = ::testing::UnitTest::GetInstance()->current_test_info();
-    folder_ = std::filesystem::path(::testing::TempDir()) /
-              (std::string("tavlyn-") + test->test_suite_name() + '-' + test->name() + '-' +
-               std::to_string(::testing::UnitTest::GetInstance()->random_seed()));
-    std::filesystem::create_directories(folder_);
+    // Another run of the tests may be at the same one.
+    std::random_device any;
+    do {
+      folder_ = std::filesystem::path(::testing::TempDir()) / ("tavlyn-" + std::to_string(any()));
+    } while (!std::filesystem::create_directory(folder_));
   }
   return folder_;
 }

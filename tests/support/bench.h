@@ -15,6 +15,19 @@
 
 namespace tavlyn::test {
 
+// Trace lines of a configuration read: the two of a failure, the one of a plain reader from the factory.
+inline constexpr const char* kReadCode = "tavlyn_ReadCfgOneConfig ERROR CODE: 0";
+inline constexpr const char* kReadFailed = "tavlyn_ReadCfgOneConfig Failed !!";
+inline constexpr const char* kReadModel = "tavlyn_ReadCfgOneConfig Model Number of Device is : RDR-80581AKU";
+
+// The longest ID that a card has.
+sim::Bytes LongCard();
+
+// What a variable holds that a call is not to write.
+inline constexpr std::uint32_t kUntouched = 0xDEADBEEF;
+// Given to SetUnsupportedProductErrorCode.
+inline constexpr std::uint16_t kUnsupported = 0x8A5C;
+
 class Bench : public ::testing::Test {
  protected:
   // Resets the simulated system, then loads the library. Derived fixtures that need another system at load

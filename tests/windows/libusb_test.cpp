@@ -1,6 +1,7 @@
 // The bulk driver's DLL: loaded from its one place, and only with a signature that verifies.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <iterator>
@@ -15,7 +16,6 @@ namespace {
 constexpr char kPlace[] = "C:\\Windows\\System32\\libusb0.dll";
 constexpr HidIds kReader{0x171B, 0x1004};
 
-// Nothing may be bound by a test before the last one: what is bound stays bound.
 class LibusbTest : public testing::Test {
  protected:
   void SetUp() override { ASSERT_EQ(nullptr, GetModuleHandleA("libusb0.dll")); }
@@ -30,6 +30,8 @@ class LibusbTest : public testing::Test {
     EXPECT_EQ(-1, usb_.ClaimInterface(1, 0));
   }
 
+  void UseSigned();
+
   Libusb& usb_ = TheHost().usb;
 };
 
@@ -37,9 +39,15 @@ TEST_F(LibusbTest, AbsentFileIsRefused) { ExpectRefused(); }
 
 // Where a search by name would look.
 TEST_F(LibusbTest, FileInTheCurrentFolderIsRefused) {
-  ASSERT_TRUE(CopyFileA(TAVLYN_SIGNED, "libusb0.dll", FALSE));
+  char before[MAX_PATH];
+  char own[MAX_PATH];
+  ASSERT_NE(0u, GetCurrentDirectoryA(sizeof before, before));
+  ASSERT_NE(0u, GetTempPathA(sizeof own, own));
+  ASSERT_TRUE(SetCurrentDirectoryA(own));
+  EXPECT_TRUE(CopyFileA(TAVLYN_SIGNED, "libusb0.dll", FALSE));
   ExpectRefused();
   DeleteFileA("libusb0.dll");
+  SetCurrentDirectoryA(before);
 }
 
 TEST_F(LibusbTest, UnsignedFileIsRefused) {
@@ -62,7 +70,7 @@ TEST_F(LibusbTest, SignedFileThatWasChangedIsRefused) {
   ExpectRefused();
 }
 
-TEST_F(LibusbTest, SignedFileIsLoadedAndItsReaderOpens) {
+void LibusbTest::UseSigned() {
   ASSERT_TRUE(CopyFileA(TAVLYN_SIGNED, kPlace, FALSE));
   ASSERT_TRUE(usb_.Load());
   EXPECT_EQ(2, usb_.FindBusses());
@@ -89,6 +97,15 @@ TEST_F(LibusbTest, SignedFileIsLoadedAndItsReaderOpens) {
                calls());
   ASSERT_TRUE(usb_.Load());
   EXPECT_STREQ("init;", std::strstr(calls(), "close;") + std::strlen("close;"));
+}
+
+// In a process of its own: what is bound stays bound.
+TEST_F(LibusbTest, SignedFileIsLoadedAndItsReaderOpens) {
+  const auto use = [this] {
+    UseSigned();
+    std::exit(HasFailure() ? 1 : 0);
+  };
+  EXPECT_EXIT(use(), testing::ExitedWithCode(0), "");
 }
 
 }  // namespace

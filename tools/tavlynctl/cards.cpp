@@ -14,7 +14,7 @@ namespace tavlyn::ctl {
 namespace {
 
 // The library leaves a reader alone for 235 ms after each exchange.
-constexpr std::chrono::milliseconds kPollPause(250);
+constexpr std::chrono::milliseconds kCardPause(250);
 constexpr std::int16_t kLongestId = 32;
 constexpr double kReadTimeout = 10;  // seconds
 
@@ -29,7 +29,7 @@ class Poll {
  public:
   // The card on the reader; nothing when it could not be asked. Throws Failure when it is lost.
   std::optional<Card> Next() {
-    std::this_thread::sleep_for(kPollPause);
+    std::this_thread::sleep_for(kCardPause);
     Card card;
     card.bits = GetActiveID32(card.id.data(), kLongestId);
     // A serial reader's failed answer may hold what looks like a card.

@@ -33,13 +33,13 @@ Failure NotAnswered() {
 }
 
 // The raw calls leave the error word alone; a record get clears it.
-void ClearErrorWord() {
+void ClearReaderErrorWord() {
   tsCfgFlags flags{};
   GetFlags(&flags);
 }
 
 std::vector<std::uint8_t> Exchange(const std::vector<std::uint8_t>& command) {
-  ClearErrorWord();
+  ClearReaderErrorWord();
   SetRawPayload_index(0, 0);
   std::uint32_t answered = 0;
   for (std::size_t at = 0; at < kRawBytes; ++at) {

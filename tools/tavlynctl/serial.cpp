@@ -16,7 +16,7 @@ void RequireLink(const Link& link) {
   if (link.kind == LinkKind::kUsb) throw Failure(kUsage, "serial needs --com or --ip");
 }
 
-Bytes ParseWords(const std::vector<std::string>& words) {
+Bytes BytesOf(const std::vector<std::string>& words) {
   std::string digits;
   for (const std::string& word : words) digits += word;
   return ParseHex(digits, "HEX");
@@ -59,7 +59,7 @@ Json SerialBaud(const Options& options) {
 
 Json SerialWrite(const Options& options) {
   RequireLink(options.link);
-  const Bytes bytes = ParseWords(options.words);
+  const Bytes bytes = BytesOf(options.words);
   const Session session(options.link);
   session.Select(options.device);
   const auto length = static_cast<std::uint32_t>(bytes.size());

@@ -12,10 +12,10 @@ namespace {
 
 constexpr int kTracks = 3;
 constexpr std::uint8_t kHeaderCount = 127;
-constexpr std::chrono::milliseconds kPollPause(100);
+constexpr std::chrono::milliseconds kSwipePause(100);
 
 // Calls that fetch leave the error word alone; this one is refused and clears it.
-void ClearErrorWord() { sorbaneSetActiveID(0, 0, 0, 0); }
+void ClearMagstripeErrorWord() { sorbaneSetActiveID(0, 0, 0, 0); }
 
 // Byte 0 is the header; those behind it up to its count.
 std::string RawText(const std::uint8_t* bytes) {
@@ -31,7 +31,7 @@ std::string PlainText(const std::uint8_t* bytes) {
 // A track of the last swipe, or null when it is empty. Throws Failure when it could not be fetched.
 Json TrackOf(int number) {
   const auto track = static_cast<std::uint16_t>(number);
-  ClearErrorWord();
+  ClearMagstripeErrorWord();
   const std::string raw = RawText(sorbaneGetTrackData(track, 0));
   const std::string text = PlainText(sorbaneGetTrackData(track, 1));
   if (GetLastLibErr() != 0 || raw.size() != 2 * text.size()) {
@@ -83,10 +83,10 @@ Json WatchSwipes(const Options& options) {
   Watching watching(options.timeout, options.count);
   Answers answers;
   while (watching.GoesOn()) {
-    ClearErrorWord();
+    ClearMagstripeErrorWord();
     const std::uint32_t waits = sorbaneIsDataAvailable();
     if (!answers.Came(GetLastLibErr() == 0) || waits == 0) {
-      std::this_thread::sleep_for(kPollPause);
+      std::this_thread::sleep_for(kSwipePause);
       continue;
     }
     ShowSwipe(TracksOf(0), options.json);

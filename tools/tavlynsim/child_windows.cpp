@@ -15,11 +15,11 @@ constexpr int kInterrupted = 130;  // as shells have it after Ctrl-C
 constexpr int kTurnMs = 20;        // neither a process nor a console can be polled for with sockets
 constexpr const char* kMarker = "tavlyn_standin_marker";
 
-std::atomic<bool> asked{false};
+std::atomic<bool> stopAsked{false};
 
 // Ctrl-C reaches the command by itself, and tavlynsim ends with it.
 BOOL WINAPI TakeControl(DWORD) {
-  asked = true;
+  stopAsked = true;
   return TRUE;
 }
 
@@ -119,7 +119,7 @@ void Child::AddTo(std::vector<pollfd>&) const {}
 int Child::TurnMs() { return kTurnMs; }
 
 std::optional<int> Child::TakeSignals() {
-  if (system_->process == nullptr) return asked ? std::optional(kInterrupted) : std::nullopt;
+  if (system_->process == nullptr) return stopAsked ? std::optional(kInterrupted) : std::nullopt;
   DWORD status = 0;
   if (WaitForSingleObject(system_->process, 0) != WAIT_OBJECT_0) return std::nullopt;
   GetExitCodeProcess(system_->process, &status);

@@ -7,8 +7,6 @@
 #include "tools/tavlynsim/ports.h"
 
 namespace tavlyn::sim {
-namespace {
-
 // A line of the source as a model that a carrier can lead to.
 class SourceLine final : public ByteDevice {
  public:
@@ -30,6 +28,8 @@ class SourceLine final : public ByteDevice {
   Key key_;
   std::vector<std::uint8_t> taken_;
 };
+
+namespace {
 
 std::string AddressText(const LinePlace& place) {
   std::string text;

@@ -69,9 +69,9 @@ std::uint64_t Allocate(HANDLE process, const Image& image, std::size_t size) {
 }
 
 // The new import table with all that its first entries lead to.
-class Block {
+class ImportBlock {
  public:
-  Block(const std::vector<Preloaded>& libraries, std::vector<IMAGE_IMPORT_DESCRIPTOR> imports)
+  ImportBlock(const std::vector<Preloaded>& libraries, std::vector<IMAGE_IMPORT_DESCRIPTOR> imports)
       : libraries_(libraries), table_(std::move(imports)) {
     table_.insert(table_.begin(), libraries.size(), {});
     table_.emplace_back();
@@ -133,7 +133,7 @@ bool Preload(HANDLE process, const std::vector<Preloaded>& libraries) {
   if (!image) return false;
   std::vector<IMAGE_IMPORT_DESCRIPTOR> imports = ImportsOf(process, *image);
   if (imports.empty()) return false;
-  Block block(libraries, std::move(imports));
+  ImportBlock block(libraries, std::move(imports));
   const std::uint64_t at = Allocate(process, *image, block.At(0).size());
   if (at == 0) return false;
   const auto offset = static_cast<DWORD>(at - image->base);

@@ -15,10 +15,12 @@ namespace {
 constexpr std::chrono::seconds kPatience(5);
 constexpr int kPauseMs = 5;
 
+}  // namespace
+
 // An interface of the source as a model that a carrier can show.
-class Interface final : public HidDevice {
+class SourceInterface final : public HidDevice {
  public:
-  Interface(Source& source, Listed listed) : source_(source), listed_(std::move(listed)) {}
+  SourceInterface(Source& source, Listed listed) : source_(source), listed_(std::move(listed)) {}
 
   [[nodiscard]] Key GetKey() const { return listed_.key; }
   [[nodiscard]] const HidIdentity& Identity() const override { return listed_.identity; }
@@ -47,12 +49,10 @@ class Interface final : public HidDevice {
   std::vector<std::uint8_t> report_;
 };
 
-}  // namespace
-
 struct UhidShow::Shown {
   Shown(Source& source, const Listed& listed) : model(source, listed), carrier(model) {}
 
-  Interface model;
+  SourceInterface model;
   UhidCarrier carrier;
 };
 

@@ -68,7 +68,7 @@ bool SearchFamilies(SearchFamily search) {
   return found;
 }
 
-void EmptyTable() {
+void EmptyTableForPorts() {
   ActDev = 0;
   DevCnt = 0;
   HidFoundCnt = 0;
@@ -80,7 +80,7 @@ void EmptyTable() {
 using namespace tavlyn;
 
 std::uint32_t ComConnect(std::uint32_t* pDID) {
-  EmptyTable();
+  EmptyTableForPorts();
   const bool found = SearchFamilies(SearchRange);
   // Asked in all cases, also when nothing was found.
   kReaderProduct.classify();
@@ -92,7 +92,7 @@ std::uint32_t ComConnect(std::uint32_t* pDID) {
 std::uint32_t ComConnectPort(std::uint16_t port, std::uint32_t* pDID) {
   // With devices in the table nothing is emptied, opened or read.
   if (DevCnt > 0) return 0;
-  EmptyTable();
+  EmptyTableForPorts();
   const bool found = SearchFamilies([&](const Product& product) { return SearchPort(product, port); });
   if (!ReadFound("ComConnectPort") || !found) return 0;
   StoreDid(pDID);

@@ -25,7 +25,7 @@ void ResetSearchMarks(tsDevEntry& entry) {
   entry.bReportId1 = 0;
 }
 
-void EmptyTable() {
+void EmptyTableForSearch() {
   ActDev = 0;
   DevCnt = 0;
   VidPidCnt = 0;
@@ -79,7 +79,7 @@ std::uint32_t Connect(std::uint32_t* did) {
   RefreshLibusb();
   CloseTunnel();
   // Handles of an earlier connect stay open and are lost; serial ports stay in their entries for reuse.
-  EmptyTable();
+  EmptyTableForSearch();
   HidFoundCnt = 0;
   for (tsDevEntry& entry : DevTable.Reached()) ResetSearchMarks(entry);
   const bool found = Search();
@@ -129,7 +129,7 @@ std::uint32_t USBDisconnect() {
   {
     const Locked lock;
     for (tsDevEntry& entry : DevTable.Reached()) CloseEntry(entry);
-    EmptyTable();
+    EmptyTableForSearch();
   }
   LogLine(kDisconnect, "EXIT");
   return 1;

@@ -8,9 +8,7 @@ using namespace tavlyn;
 
 namespace {
 
-constexpr std::uint16_t kHighestPort = 256;
-
-bool IsPort(std::uint16_t number) { return number >= 1 && number <= kHighestPort; }
+bool IsPort(std::uint16_t number) { return number >= 1 && number <= platform::kHighestCom; }
 
 }  // namespace
 

@@ -5,7 +5,6 @@
 
 #include <bitset>
 #include <cerrno>
-#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -15,16 +14,10 @@
 namespace tavlyn::platform {
 namespace {
 
-constexpr std::uint16_t kHighestPort = 256;
 constexpr const char* kPortFolder = "TAVLYNAPI_PORT_DIR";
 // USB identity of the maker's virtual ports: this vendor, products 2300 to 23FF.
 constexpr unsigned kVendor = 0x7A31;
 constexpr unsigned kProductFamily = 0x23;
-
-std::string RealPath(const std::string& path) {
-  char real[PATH_MAX];
-  return realpath(path.c_str(), real) != nullptr ? std::string(real) : std::string();
-}
 
 // A sysfs attribute that holds four hexadecimal digits; false where there is none.
 bool ReadId(const std::string& path, unsigned& id) {
@@ -48,7 +41,7 @@ bool IsVirtual(std::string device) {
   return false;
 }
 
-using Numbers = std::bitset<kHighestPort + 1>;
+using Numbers = std::bitset<kHighestCom + 1>;
 
 // Which of the names <prefix><number> stand in a folder; the first is COM number first. All of them when it
 // cannot be listed.
@@ -60,7 +53,7 @@ Numbers Listed(const std::string& folder, const std::string& prefix, int first) 
     const std::string name = entry->d_name;
     if (!name.starts_with(prefix)) continue;
     const long number = std::strtol(name.c_str() + prefix.size(), nullptr, 10) + first;
-    if (number > 0 && number <= kHighestPort) numbers.set(static_cast<std::size_t>(number));
+    if (number > 0 && number <= kHighestCom) numbers.set(static_cast<std::size_t>(number));
   }
   closedir(names);
   return numbers;
@@ -84,9 +77,9 @@ std::string ComPath(std::uint16_t number) {
   return access(shipped.c_str(), F_OK) == 0 ? shipped : "/dev/ttyS" + std::to_string(number - 1);
 }
 
-void LinuxComPorts::FindVirtual(std::span<std::uint8_t, 257> flags) {
+void LinuxComPorts::FindVirtual(PortFlags flags) {
   const Numbers numbers = MayBeThere();
-  for (std::uint16_t number = 1; number <= kHighestPort; ++number) {
+  for (std::uint16_t number = 1; number <= kHighestCom; ++number) {
     if (!numbers[number]) continue;
     const std::string node = RealPath(ComPath(number));
     if (node.empty()) continue;

@@ -8,12 +8,8 @@
 #include "platform/linux/parts.h"
 
 namespace tavlyn::platform {
-namespace {
-
-constexpr const char* kLibrary = "libhidapi-hidraw.so.0";
-
 // What is needed of hidapi 0.10 and later.
-struct Functions {
+struct HidFunctions {
   decltype(&hid_init) init;
   decltype(&hid_enumerate) enumerate;
   decltype(&hid_free_enumeration) freeEnumeration;
@@ -24,7 +20,7 @@ struct Functions {
   decltype(&hid_read_timeout) readTimeout;
 };
 
-struct Interface {
+struct HidInterface {
   std::string path;
   HidIds ids;
   std::vector<HidUsage> usages;
@@ -35,11 +31,15 @@ struct Interface {
   }
 };
 
-struct OpenInterface {
+struct OpenHidInterface {
   Handle handle;
   hid_device* device;
-  Interface listed;
+  HidInterface listed;
 };
+
+namespace {
+
+constexpr const char* kLibrary = "libhidapi-hidraw.so.0";
 
 constexpr HidUsage kKeyboardUsage{0x0001, 0x0006};
 
@@ -52,7 +52,7 @@ bool Bind(void* library, const char* name, Function& function) {
   return function != nullptr;
 }
 
-bool BindAll(void* library, Functions& functions) {
+bool BindAll(void* library, HidFunctions& functions) {
   return Bind(library, "hid_init", functions.init) && Bind(library, "hid_enumerate", functions.enumerate) &&
          Bind(library, "hid_free_enumeration", functions.freeEnumeration) &&
          Bind(library, "hid_open_path", functions.openPath) && Bind(library, "hid_close", functions.close) &&
@@ -65,24 +65,24 @@ bool BindAll(void* library, Functions& functions) {
 
 struct LinuxHid::State {
   void* library;
-  Functions call;
-  std::vector<Interface> listed;  // by the walk that is running
-  std::vector<const Interface*> members;
+  HidFunctions call;
+  std::vector<HidInterface> listed;  // by the walk that is running
+  std::vector<const HidInterface*> members;
   bool walking = false;
-  std::vector<OpenInterface> open;
+  std::vector<OpenHidInterface> open;
   Handle next = 1;
 
-  std::vector<Interface> List() const;
-  const Interface* Find(std::string_view path);
-  OpenInterface* Opened(Handle handle);
+  std::vector<HidInterface> List() const;
+  const HidInterface* Find(std::string_view path);
+  OpenHidInterface* Opened(Handle handle);
 };
 
-std::vector<Interface> LinuxHid::State::List() const {
-  std::vector<Interface> interfaces;
+std::vector<HidInterface> LinuxHid::State::List() const {
+  std::vector<HidInterface> interfaces;
   hid_device_info* first = call.enumerate(0, 0);
   for (const hid_device_info* info = first; info != nullptr; info = info->next) {
     if (info->path == nullptr) continue;
-    auto at = std::ranges::find(interfaces, std::string_view(info->path), &Interface::path);
+    auto at = std::ranges::find(interfaces, std::string_view(info->path), &HidInterface::path);
     if (at == interfaces.end()) {
       interfaces.push_back({info->path, {info->vendor_id, info->product_id}, {}});
       at = interfaces.end() - 1;
@@ -94,21 +94,21 @@ std::vector<Interface> LinuxHid::State::List() const {
 }
 
 // Outside a walk the system is asked anew.
-const Interface* LinuxHid::State::Find(std::string_view path) {
+const HidInterface* LinuxHid::State::Find(std::string_view path) {
   if (!walking) listed = List();
-  const auto at = std::ranges::find(listed, path, &Interface::path);
+  const auto at = std::ranges::find(listed, path, &HidInterface::path);
   return at != listed.end() ? &*at : nullptr;
 }
 
-OpenInterface* LinuxHid::State::Opened(Handle handle) {
-  const auto at = std::ranges::find(open, handle, &OpenInterface::handle);
+OpenHidInterface* LinuxHid::State::Opened(Handle handle) {
+  const auto at = std::ranges::find(open, handle, &OpenHidInterface::handle);
   return at != open.end() ? &*at : nullptr;
 }
 
 bool LinuxHid::Load() {
   void* library = dlopen(kLibrary, RTLD_NOW | RTLD_LOCAL);
   if (library == nullptr) return false;
-  Functions functions{};
+  HidFunctions functions{};
   if (!BindAll(library, functions) || functions.init() != 0) {
     dlclose(library);
     return false;
@@ -120,7 +120,7 @@ bool LinuxHid::Load() {
 // hid_exit is not called: the application may use hidapi itself.
 void LinuxHid::Unload() {
   if (state_ == nullptr) return;
-  for (const OpenInterface& left : state_->open) state_->call.close(left.device);
+  for (const OpenHidInterface& left : state_->open) state_->call.close(left.device);
   dlclose(state_->library);
   delete state_;
   state_ = nullptr;
@@ -130,7 +130,7 @@ bool LinuxHid::BeginWalk(HidClass cls) {
   if (state_ == nullptr) return false;
   state_->listed = state_->List();
   state_->members.clear();
-  for (const Interface& interface : state_->listed) {
+  for (const HidInterface& interface : state_->listed) {
     if (cls == HidClass::kHid || interface.Has(kKeyboardUsage)) state_->members.push_back(&interface);
   }
   state_->walking = true;
@@ -151,14 +151,14 @@ void LinuxHid::EndWalk() {
 }
 
 bool LinuxHid::ListedIds(const char* path, HidIds& ids) {
-  const Interface* listed = state_ != nullptr ? state_->Find(path) : nullptr;
+  const HidInterface* listed = state_ != nullptr ? state_->Find(path) : nullptr;
   ids = listed != nullptr ? listed->ids : HidIds{};
   return true;
 }
 
 // Only what hidapi lists is opened: its 0.13 uses memory after freeing it when the node is no hidraw device.
 Handle LinuxHid::Open(const char* path, OpenMode /*mode*/) {
-  const Interface* listed = state_ != nullptr && path != nullptr ? state_->Find(path) : nullptr;
+  const HidInterface* listed = state_ != nullptr && path != nullptr ? state_->Find(path) : nullptr;
   if (listed == nullptr) return kNoHandle;
   hid_device* device = state_->call.openPath(path);
   if (device == nullptr) return kNoHandle;
@@ -167,35 +167,35 @@ Handle LinuxHid::Open(const char* path, OpenMode /*mode*/) {
 }
 
 void LinuxHid::Close(Handle device) {
-  OpenInterface* opened = state_ != nullptr ? state_->Opened(device) : nullptr;
+  OpenHidInterface* opened = state_ != nullptr ? state_->Opened(device) : nullptr;
   if (opened == nullptr) return;
   state_->call.close(opened->device);
   state_->open.erase(state_->open.begin() + (opened - state_->open.data()));
 }
 
 HidIds LinuxHid::Attributes(Handle device) {
-  const OpenInterface* opened = state_ != nullptr ? state_->Opened(device) : nullptr;
+  const OpenHidInterface* opened = state_ != nullptr ? state_->Opened(device) : nullptr;
   return opened != nullptr ? opened->listed.ids : HidIds{};
 }
 
 UsageMatch LinuxHid::TopUsage(Handle device, HidUsage wanted) {
-  const OpenInterface* opened = state_ != nullptr ? state_->Opened(device) : nullptr;
+  const OpenHidInterface* opened = state_ != nullptr ? state_->Opened(device) : nullptr;
   if (opened == nullptr) return UsageMatch::kUnreadable;
   return opened->listed.Has(wanted) ? UsageMatch::kYes : UsageMatch::kNo;
 }
 
 bool LinuxHid::GetFeature(Handle device, std::span<std::uint8_t> report) {
-  const OpenInterface* opened = state_ != nullptr ? state_->Opened(device) : nullptr;
+  const OpenHidInterface* opened = state_ != nullptr ? state_->Opened(device) : nullptr;
   return opened != nullptr && state_->call.getFeature(opened->device, report.data(), report.size()) > 0;
 }
 
 bool LinuxHid::SetFeature(Handle device, std::span<const std::uint8_t> report) {
-  const OpenInterface* opened = state_ != nullptr ? state_->Opened(device) : nullptr;
+  const OpenHidInterface* opened = state_ != nullptr ? state_->Opened(device) : nullptr;
   return opened != nullptr && state_->call.sendFeature(opened->device, report.data(), report.size()) >= 0;
 }
 
 Drain LinuxHid::DrainInput(Handle device, std::span<std::uint8_t> report) {
-  const OpenInterface* opened = state_ != nullptr ? state_->Opened(device) : nullptr;
+  const OpenHidInterface* opened = state_ != nullptr ? state_->Opened(device) : nullptr;
   if (opened == nullptr) return Drain::kNothing;
   const int got = state_->call.readTimeout(opened->device, report.data(), report.size(), 0);
   if (got <= 0) return got < 0 ? Drain::kGone : Drain::kNothing;

@@ -1,6 +1,5 @@
 // libusb-0.1 from a file that only root can have put there.
 #include <dlfcn.h>
-#include <limits.h>
 #include <sys/stat.h>
 
 #include <array>
@@ -20,11 +19,6 @@ constexpr std::array kFolders = {"/usr/lib/x86_64-linux-gnu",
                                  "/lib64",
                                  "/usr/lib",
                                  "/lib"};
-
-std::string RealPath(const std::string& path) {
-  char real[PATH_MAX];
-  return realpath(path.c_str(), real) != nullptr ? std::string(real) : std::string();
-}
 
 bool OnlyRootWrites(const struct stat& status) {
   return status.st_uid == 0 && (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;

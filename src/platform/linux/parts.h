@@ -4,6 +4,8 @@
 #include <limits.h>
 #include <pthread.h>
 
+#include <string>
+
 #include "platform/libusb_calls.h"
 #include "platform/platform.h"
 
@@ -78,13 +80,16 @@ class LinuxComPorts final : public ComPorts {
  public:
   std::unique_ptr<ComPort> Open(std::uint16_t number, const ComLine& line,
                                 const ComTimeouts& timeouts) override;
-  void FindVirtual(std::span<std::uint8_t, 257> flags) override;
+  void FindVirtual(PortFlags flags) override;
 };
 
 class LinuxLibusb final : public LibusbCalls<PATH_MAX + 1> {
  public:
   bool Load() override;
 };
+
+// Without links; empty when there is nothing of that name.
+std::string RealPath(const std::string& path);
 
 class LinuxPlaces final : public Places {
  public:

@@ -30,6 +30,11 @@ void MakeFolder(const std::string& folder) {
 
 }  // namespace
 
+std::string RealPath(const std::string& path) {
+  char real[PATH_MAX];
+  return realpath(path.c_str(), real) != nullptr ? std::string(real) : std::string();
+}
+
 bool LinuxPlaces::EnvironmentIsSet(const char* name) { return std::getenv(name) != nullptr; }
 
 std::string LinuxPlaces::TraceFile() {

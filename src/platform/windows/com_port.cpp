@@ -138,7 +138,7 @@ class SystemComPorts final : public ComPorts {
     return port;
   }
 
-  void FindVirtual(std::span<std::uint8_t, 257> flags) override { FindVirtualPorts(flags); }
+  void FindVirtual(PortFlags flags) override { FindVirtualPorts(flags); }
 };
 
 }  // namespace

@@ -10,9 +10,6 @@
 namespace tavlyn::platform {
 namespace {
 
-using Flags = std::span<std::uint8_t, 257>;
-
-constexpr long kHighestPort = 256;
 constexpr std::size_t kLongestPath = 256;
 constexpr DWORD kLongestKeyName = 255;
 constexpr DWORD kLongestValueName = 1024;
@@ -79,7 +76,7 @@ long PortNumber(const char* text) {
 
 std::string Below(const std::string& path, const std::string& name) { return path + '\\' + name; }
 
-void ReadPortName(HKEY key, DWORD index, Flags flags) {
+void ReadPortName(HKEY key, DWORD index, PortFlags flags) {
   std::array<char, kLongestValueName + 1> name{};
   DWORD nameLength = name.size();
   if (RegEnumValueA(key, index, name.data(), &nameLength, nullptr, nullptr, nullptr, nullptr) !=
@@ -95,10 +92,10 @@ void ReadPortName(HKEY key, DWORD index, Flags flags) {
   }
   if (UpperCase(name.data()) != "PORTNAME") return;
   const long number = PortNumber(text.data());
-  if (number >= 1 && number <= kHighestPort) flags[static_cast<std::size_t>(number)] = 1;
+  if (number >= 1 && number <= kHighestCom) flags[static_cast<std::size_t>(number)] = 1;
 }
 
-void ScanPortNames(const std::string& path, HKEY key, Flags flags) {
+void ScanPortNames(const std::string& path, HKEY key, PortFlags flags) {
   const Counts counts = CountsOf(key);
   std::string name;
   for (DWORD i = 0; i < counts.subkeys; ++i) {
@@ -112,7 +109,7 @@ void ScanPortNames(const std::string& path, HKEY key, Flags flags) {
   for (DWORD i = 0; i < counts.values; ++i) ReadPortName(key, i, flags);
 }
 
-void ScanEnumBranch(const char* needle, const std::string& path, HKEY key, Flags flags) {
+void ScanEnumBranch(const char* needle, const std::string& path, HKEY key, PortFlags flags) {
   const Counts counts = CountsOf(key);
   std::string name;
   for (DWORD i = 0; i < counts.subkeys; ++i) {
@@ -123,14 +120,14 @@ void ScanEnumBranch(const char* needle, const std::string& path, HKEY key, Flags
   }
 }
 
-void ScanBranch(const char* needle, const char* path, Flags flags) {
+void ScanBranch(const char* needle, const char* path, PortFlags flags) {
   const Key key{std::string(path)};
   if (key.get() != nullptr) ScanEnumBranch(needle, path, key.get(), flags);
 }
 
 }  // namespace
 
-void FindVirtualPorts(Flags flags) {
+void FindVirtualPorts(PortFlags flags) {
   ScanBranch(kUsbFamily, kUsbBranch, flags);
   ScanBranch(kEveryDevice, kPcmciaBranch, flags);
 }

@@ -6,6 +6,6 @@
 
 namespace tavlyn::platform {
 
-void FindVirtualPorts(std::span<std::uint8_t, 257> flags);
+void FindVirtualPorts(PortFlags flags);
 
 }  // namespace tavlyn::platform

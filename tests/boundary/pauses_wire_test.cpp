@@ -1,0 +1,42 @@
+// The library adds nothing to the pauses that its readers need: whatever time a call takes, it sleeps. A
+// configuration is read in 21 exchanges.
+#include "tests/boundary/wire.h"
+
+namespace tavlyn::boundary {
+namespace {
+
+class PausesWire : public Wire {
+ protected:
+  template <typename Call>
+  static void ExpectPauses(int expected, Call call) {
+    const auto before = Slept();
+    EXPECT_EQ(expected, TimeOf(call));
+    EXPECT_EQ(Milliseconds(expected), Slept() - before);
+  }
+};
+
+TEST_F(PausesWire, ConfigurationReadOverAPort) {
+  PortDevice device(ports_, 3, line_);
+  ASSERT_EQ(1u, ConnectToPort(3));
+  ExpectPauses(21 * 50, [&] { EXPECT_EQ(1u, CALL(library_, ReadCfg)()); });
+}
+
+TEST_F(PausesWire, ConfigurationReadOverTcp) {
+  const Ip ip{127, 3, 1, 1};
+  const TcpDevice device(ip, line_);
+  ASSERT_EQ(1u, ConnectTo(ip, device.Port()));
+  // Seven of the exchanges end with a status of their own, two reads behind the echo instead of one.
+  ExpectPauses(21 * 270 + 7 * 100, [&] { EXPECT_EQ(1u, CALL(library_, ReadCfg)()); });
+}
+
+TEST_F(PausesWire, PollOfAReaderWithoutACard) {
+  PortDevice device(ports_, 3, line_);
+  ASSERT_EQ(1u, ConnectToPort(3));
+  std::array<std::uint8_t, 8> id{};
+  const auto poll = [&] { EXPECT_EQ(0, CALL(library_, GetActiveID)(id.data(), 8)); };
+  ExpectPauses(50, poll);
+  ExpectPauses(50, poll);
+}
+
+}  // namespace
+}  // namespace tavlyn::boundary

@@ -1,0 +1,15 @@
+// Time that passes by sleeping alone takes none: what this process sleeps is added to its clock instead, and
+// pauses of up to a minute cost nothing.
+#pragma once
+
+#include <chrono>
+
+namespace tavlyn::boundary {
+
+// For a library that has just been loaded.
+void TakeItsTime();
+
+// A sleep of this program's own.
+void PassQuickly(std::chrono::milliseconds length);
+
+}  // namespace tavlyn::boundary
