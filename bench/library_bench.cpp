@@ -1,12 +1,16 @@
-// What the library adds to the two hidapi calls of an exchange, and what loading it costs.
+// What the library adds to the two hidapi calls of an exchange and to the pauses of a connect, and what
+// loading it costs.
 #include <benchmark/benchmark.h>
 #include <dlfcn.h>
 #include <hidapi/hidapi.h>
+#include <unistd.h>
 
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 
 #include "api.h"
 #include "sim/carriers/standin_control.h"
@@ -73,18 +77,48 @@ void LibraryExchange(benchmark::State& state) {
 }
 BENCHMARK(LibraryExchange);
 
-// dlopen as a C program meets it that has loaded nothing of C++ yet: a process of its own for each load.
-void LoadLibrary(benchmark::State& state) {
+// With nothing attached: what is added to the pauses of the two sweeps.
+void DefaultConnect(benchmark::State& state) {
+  constexpr double kPauses = 2 * 254 * 0.002;
+  char reply[64];
+  TheStandIn().run("reset", reply, sizeof reply);
+  char folder[] = "/tmp/tavlyn-bench-XXXXXX";
+  setenv("TAVLYNAPI_PORT_DIR", mkdtemp(folder), 1);
+  SetDevTypeSrch(-1);
+  SetConnectProduct(7);
+  double seconds = 0;
   for (auto _ : state) {
-    std::FILE* probe = popen(TAVLYN_LOAD_PROBE " " TAVLYN_LIBRARY, "r");
+    const auto start = std::chrono::steady_clock::now();
+    if (USBConnect(nullptr) != 0) state.SkipWithError("there is a reader");
+    seconds += std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  }
+  state.counters["over_pauses"] = seconds / kPauses / static_cast<double>(state.iterations());
+  rmdir(folder);
+}
+BENCHMARK(DefaultConnect)->Iterations(5)->Unit(benchmark::kMillisecond);
+
+// dlopen as a C program meets it that has loaded nothing of C++ yet: a process of its own for each load. The
+// library loads the system's hidapi, which is shown beside it.
+void LoadLibrary(benchmark::State& state, const char* library) {
+  long memory = 0;
+  for (auto _ : state) {
+    std::FILE* probe = popen((std::string(TAVLYN_LOAD_PROBE " ") + library).c_str(), "r");
     long nanoseconds = 0;
-    const bool told = probe != nullptr && std::fscanf(probe, "%ld", &nanoseconds) == 1;
+    const bool told = probe != nullptr && std::fscanf(probe, "%ld %ld", &nanoseconds, &memory) == 2;
     if (probe != nullptr) pclose(probe);
     if (!told) return state.SkipWithError("the library could not be loaded");
     state.SetIterationTime(static_cast<double>(nanoseconds) * 1e-9);
   }
+  state.counters["kB"] = static_cast<double>(memory);
 }
-BENCHMARK(LoadLibrary)->Iterations(200)->UseManualTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(LoadLibrary, tavlynapi, TAVLYN_LIBRARY)
+    ->Iterations(200)
+    ->UseManualTime()
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(LoadLibrary, hidapi, "libhidapi-hidraw.so.0")
+    ->Iterations(200)
+    ->UseManualTime()
+    ->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 

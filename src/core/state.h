@@ -4,8 +4,11 @@
 // initialiser of this file can run after it.
 #pragma once
 
+#include <algorithm>
 #include <array>
+#include <concepts>
 #include <cstdint>
+#include <span>
 
 #include "core/slot.h"
 #include "core/sonar_block.h"
@@ -72,7 +75,33 @@ struct tsDevEntry {
   tsCfgSlot& ActiveSlot() { return CfgSlot[ActConfig <= kHighestConfig ? ActConfig : 0]; }
 };
 
-inline constinit std::array<tsDevEntry, kTableEntries> DevTable{};
+// An entry gets its defaults when it is first reached: a load that wrote all 127 would cost a megabyte and
+// most of its time.
+class DeviceTable {
+ public:
+  tsDevEntry& operator[](std::integral auto index) {
+    const auto at = static_cast<std::size_t>(index);
+    if (at >= reached_) Reach(at + 1);
+    return entries_[at];
+  }
+  std::span<tsDevEntry> First(std::integral auto count) {
+    const auto entries = static_cast<std::size_t>(count);
+    if (entries > reached_) Reach(entries);
+    return {entries_.data(), entries};
+  }
+  // The entries behind these have their defaults.
+  std::span<tsDevEntry> Reached() { return {entries_.data(), reached_}; }
+  // Every entry gets its defaults again. Entry 0 is reached at once: some look at it in every situation.
+  void Reset();
+
+ private:
+  void Reach(std::size_t count);
+
+  std::array<tsDevEntry, kTableEntries> entries_{};
+  std::size_t reached_ = 0;
+};
+
+inline constinit DeviceTable DevTable;
 inline constinit std::int16_t ActDev = 0;
 inline constinit std::int16_t DevCnt = 0;
 inline constinit std::int32_t HidFoundCnt = 0;
@@ -96,7 +125,11 @@ inline constinit std::uint8_t EnhanceSecurityOn = 0;
 inline constinit std::uint32_t StatusWord = 0;  // SW1 SW2 of the last serial exchange that got that far
 
 // The entry that ActDev names, in range or not: ActDev stays within the table by all its writers.
-inline tsDevEntry& ActiveEntry() { return DevTable[static_cast<std::size_t>(ActDev)]; }
+inline tsDevEntry& ActiveEntry() { return DevTable[ActDev]; }
+
+inline std::span<tsDevEntry> LiveEntries() {
+  return DevTable.First(std::clamp<std::int16_t>(DevCnt, 0, kTableEntries));
+}
 
 inline bool ActiveInRange() { return ActDev >= 0 && ActDev < DevCnt; }
 

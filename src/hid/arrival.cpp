@@ -75,7 +75,7 @@ void DropPort(tsDevEntry& entry) {
 
 bool Add(const tsDevEntry& entry) {
   if (DevCnt >= kTableEntries) return false;
-  tsDevEntry& added = DevTable[static_cast<std::size_t>(DevCnt)];
+  tsDevEntry& added = DevTable[DevCnt];
   DropPort(added);
   added = entry;
   ++DevCnt;
@@ -85,9 +85,9 @@ bool Add(const tsDevEntry& entry) {
 bool IsOpen(const tsDevEntry& entry) { return entry.hDev != platform::kNoHandle; }
 
 bool RemoveFirstOpen() {
-  const auto end = DevTable.begin() + DevCnt;
-  const auto first = std::find_if(DevTable.begin(), end, IsOpen);
-  if (first == end) return false;
+  const auto live = LiveEntries();
+  const auto first = std::ranges::find_if(live, IsOpen);
+  if (first == live.end()) return false;
   CloseDevice(first->hDev);
   DropPort(*first);
   *first = {};
@@ -99,10 +99,10 @@ bool RemoveFirstOpen() {
 // is all: with several gaps some stay, with a device standing twice. Serial entries have no handle and count
 // as gaps.
 void CloseGaps() {
-  const auto end = DevTable.begin() + DevCnt;
-  const auto gap = std::find_if_not(DevTable.begin(), end, IsOpen);
-  if (gap == end) return;
-  for (auto entry = gap + 1; entry != end; ++entry) {
+  const auto live = LiveEntries();
+  const auto gap = std::ranges::find_if_not(live, IsOpen);
+  if (gap == live.end()) return;
+  for (auto entry = gap + 1; entry != live.end(); ++entry) {
     if (!IsOpen(*entry)) continue;
     tsDevEntry& below = *(entry - 1);
     DropPort(below);

@@ -6,9 +6,7 @@ namespace tavlyn {
 
 bool Searches(std::int16_t link) { return DevTypeSrch == link || DevTypeSrch == -1; }
 
-tsDevEntry* NextHidEntry() {
-  return HidFoundCnt < kTableEntries ? &DevTable[static_cast<std::size_t>(HidFoundCnt)] : nullptr;
-}
+tsDevEntry* NextHidEntry() { return HidFoundCnt < kTableEntries ? &DevTable[HidFoundCnt] : nullptr; }
 
 void CountHidEntry(tsDevEntry& entry, std::uint32_t kind, const char* path, std::int32_t row) {
   entry.VidPidRow = row;
@@ -25,9 +23,7 @@ void SearchHidPair(platform::HidIds pair, HidCallback add) {
   EnumerateHid(pair, add);
   // Deliberately the entry after the first one added.
   const std::int32_t after = foundBefore + 1;
-  if (HidFoundCnt > foundBefore && after < kTableEntries) {
-    DevTable[static_cast<std::size_t>(after)].LastLibErr = SearchErr;
-  }
+  if (HidFoundCnt > foundBefore && after < kTableEntries) DevTable[after].LastLibErr = SearchErr;
 }
 
 }  // namespace tavlyn

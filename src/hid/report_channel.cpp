@@ -17,7 +17,7 @@ constexpr std::uint32_t kAfterFailedWrite = 80;
 bool IndexIsGood(std::int32_t dev) { return dev >= 0 && dev <= DevCnt && dev < kTableEntries; }
 
 tsDevEntry& Touch(std::int32_t dev) {
-  tsDevEntry& entry = DevTable[static_cast<std::size_t>(dev)];
+  tsDevEntry& entry = DevTable[dev];
   entry.LastTxTick = platform::TheHost().clock.Tick();
   return entry;
 }

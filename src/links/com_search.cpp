@@ -66,7 +66,7 @@ void ScanVirtualComs() {
 }
 
 bool PortInUse(std::uint32_t number) {
-  return std::ranges::any_of(DevTable, [&](const tsDevEntry& entry) {
+  return std::ranges::any_of(DevTable.Reached(), [&](const tsDevEntry& entry) {
     return entry.pSerialPort != nullptr && entry.pSerialPort->PortNum() == number;
   });
 }

@@ -9,9 +9,7 @@ namespace tavlyn {
 using Probe = bool (*)();
 
 // The entry that a search fills next, or null when the table is full.
-inline tsDevEntry* NextEntry() {
-  return DevCnt >= 0 && DevCnt < kTableEntries ? &DevTable[static_cast<std::size_t>(DevCnt)] : nullptr;
-}
+inline tsDevEntry* NextEntry() { return DevCnt >= 0 && DevCnt < kTableEntries ? &DevTable[DevCnt] : nullptr; }
 
 // The entry's port, closed; made when it has none.
 SerialPort& ClosedPort(tsDevEntry& entry);

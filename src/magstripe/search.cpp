@@ -13,10 +13,7 @@ namespace {
 
 bool IsOpened(const tsDevEntry& entry) { return entry.SorbaneBlock.bOpened != 0; }
 
-bool OneIsOpened() {
-  const auto live = static_cast<std::size_t>(std::clamp<std::int16_t>(DevCnt, 0, kTableEntries));
-  return std::any_of(DevTable.begin(), DevTable.begin() + live, IsOpened);
-}
+bool OneIsOpened() { return std::ranges::any_of(LiveEntries(), IsOpened); }
 
 void SorbaneAddDevice(const char* path, std::int32_t row) {
   tsDevEntry* entry = NextHidEntry();

@@ -29,6 +29,10 @@ class Clock {
   virtual std::uint64_t Tick() = 0;
   // Blocks for that long, signals notwithstanding.
   virtual void Sleep(std::uint32_t milliseconds) = 0;
+  // Between these the calling thread makes many pauses, which are prepared once for all of them. Under the
+  // lock alone, and not nested.
+  virtual void BeginPauses() {}
+  virtual void EndPauses() {}
   virtual std::tm LocalTime() = 0;
 
  protected:

@@ -42,7 +42,7 @@ bool Tell(const Command& command, std::span<const std::uint8_t> data, std::uint8
     return FaXfer(command, frame);
   }
   Report report{};
-  std::ranges::copy(data, report.begin() + 1);
+  std::copy_n(data.begin(), std::min(data.size(), report.size() - 1), report.begin() + 1);
   return SendReport(CommandReport(command, x, y)) && SendReport(report);
 }
 

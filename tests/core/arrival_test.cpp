@@ -151,7 +151,7 @@ TEST_F(Arrival, AnEmptyTableKnowsNoProductToLookFor) {
 
 TEST_F(Arrival, AFullTableTakesNoneAndKeepsTheHandle) {
   ConnectReaders(1);
-  for (tsDevEntry& entry : DevTable) entry.hDev = DevTable[0].hDev;
+  for (tsDevEntry& entry : DevTable.First(kTableEntries)) entry.hDev = DevTable[0].hDev;
   DevCnt = kTableEntries;
   ActDev = 0;
   Plug(Reader::Plain(), kReaderPath);
@@ -166,7 +166,7 @@ TEST_F(Arrival, AFullTableTakesNoneAndKeepsTheHandle) {
 
 TEST_F(Arrival, TheHundredAndTwentySeventhIsTaken) {
   ConnectReaders(1);
-  for (tsDevEntry& entry : DevTable) entry.hDev = DevTable[0].hDev;
+  for (tsDevEntry& entry : DevTable.First(kTableEntries)) entry.hDev = DevTable[0].hDev;
   DevCnt = kTableEntries - 1;
   Plug(Reader::Plain(), kReaderPath);
   EXPECT_EQ(ChkAddArrival(kReaderPath), 1U);

@@ -183,7 +183,7 @@ TEST_F(CompactionOfPorts, APortThatAnEarlierConnectLeftGoesWithItsEntry) {
 TEST_F(CompactionOfPorts, AClosedDeviceAndAnOverwrittenPlaceLetGoOfThem) {
   AddScript({});
   DevTable[0].hDev = 1;
-  EXPECT_EQ(AddOrRemoveEntry(DevTable.data(), true), 1U);
+  EXPECT_EQ(AddOrRemoveEntry(&DevTable[0], true), 1U);
   EXPECT_EQ(PortLines(), Lines{"close COM quietly"});
   AddScript({});
   DevCnt = 0;

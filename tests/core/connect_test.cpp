@@ -123,7 +123,7 @@ TEST_F(ConnectTest, TheDidIsThatOfEntryZeroAndMayBeLeftOut) {
 TEST_F(ConnectTest, StartsEveryEntryAnew) {
   DevTable[0].CardTypeList.fill(7);
   DevTable[1].CardTypeList.fill(7);
-  for (tsDevEntry& entry : DevTable) {
+  for (tsDevEntry& entry : DevTable.First(kTableEntries)) {
     entry.bSepFldCapable = entry.bPartNumberPending = 0;
     entry.bFound = 1;
     entry.PlusState = 1;
@@ -133,7 +133,7 @@ TEST_F(ConnectTest, StartsEveryEntryAnew) {
   }
   SetConnectProduct(0);
   EXPECT_EQ(USBConnect(nullptr), 0U);
-  for (const tsDevEntry& entry : DevTable) {
+  for (const tsDevEntry& entry : DevTable.First(kTableEntries)) {
     EXPECT_EQ(entry.bSepFldCapable, 1U);
     EXPECT_EQ(entry.bPartNumberPending, 1U);
     EXPECT_EQ(entry.bFound, 0);

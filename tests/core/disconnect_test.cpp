@@ -63,7 +63,7 @@ TEST_F(DisconnectTest, EmptiesTheTable) {
   EXPECT_EQ(VidPidCnt, 0);
   EXPECT_EQ(std::count(DevTable[0].CardTypeList.begin(), DevTable[0].CardTypeList.end(), 0), 1025);
   EXPECT_NE(DevTable[1].CardTypeList[0], 0) << "entry 0 alone is cleared";
-  for (const tsDevEntry& entry : DevTable) {
+  for (const tsDevEntry& entry : DevTable.First(kTableEntries)) {
     EXPECT_EQ(entry.hDev, platform::kNoHandle);
     EXPECT_EQ(entry.ProductKind, 0U);
     EXPECT_EQ(entry.PlusState, 0U);

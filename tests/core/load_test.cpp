@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstring>
 
 #include "api.h"
 #include "core/state.h"
@@ -88,17 +89,33 @@ void ExpectBlank(const tsDevEntry& entry) {
 }
 
 TEST_F(LoadTest, EveryEntryIsBlankWithNoHandle) {
-  ASSERT_EQ(DevTable.size(), 127U);
-  for (const tsDevEntry& entry : DevTable) ExpectBlank(entry);
+  static_assert(kTableEntries == 127);
+  for (const tsDevEntry& entry : DevTable.First(kTableEntries)) ExpectBlank(entry);
+}
+
+TEST_F(LoadTest, EntriesAreWrittenWhenTheyAreReached) {
+  EXPECT_EQ(DevTable.Reached().size(), 1U);
+  Connected(Reader::Plain());
+  // The entry behind the first one found gets the word of the search.
+  EXPECT_EQ(DevTable.Reached().size(), 2U);
+  USBDisconnect();
+  EXPECT_EQ(DevTable.Reached().size(), 2U);
+  DevTable[5].LUID = 7;
+  EXPECT_EQ(DevTable.Reached().size(), 6U);
+  for (const std::size_t skipped : {2, 3, 4}) ExpectBlank(DevTable[skipped]);
+  Reload();
+  EXPECT_EQ(DevTable.Reached().size(), 1U);
+  ExpectBlank(DevTable[5]);
 }
 
 TEST_F(LoadTest, SlotsZeroToNineCarryTheUnsetMarkAndSlotTenDoesNot) {
-  for (const tsDevEntry& entry : DevTable) {
+  for (const tsDevEntry& entry : DevTable.First(kTableEntries)) {
     ASSERT_EQ(entry.CfgSlot.size(), 11U);
     for (std::size_t slot = 0; slot < 10; ++slot) {
       EXPECT_EQ(entry.CfgSlot[slot].sFldSepData[0], 12) << "slot " << slot;
     }
     EXPECT_EQ(entry.CfgSlot[10].sFldSepData[0], 0);
+    EXPECT_EQ(std::memcmp(&entry.SorbaneBlock.Cfg.IdSel, &kIdSelAtLoad, sizeof kIdSelAtLoad), 0);
     for (const tsCfgSlot& slot : entry.CfgSlot) {
       EXPECT_EQ(std::count(slot.sFldSepData.begin() + 1, slot.sFldSepData.end(), 0), 127);
       EXPECT_EQ(slot.bCfgLoaded, 0U);
@@ -107,7 +124,7 @@ TEST_F(LoadTest, SlotsZeroToNineCarryTheUnsetMarkAndSlotTenDoesNot) {
 }
 
 TEST_F(LoadTest, ALaterLoadFindsNothingOfTheEarlierOne) {
-  for (tsDevEntry& entry : DevTable) {
+  for (tsDevEntry& entry : DevTable.First(kTableEntries)) {
     entry.LastLibErr = entry.LUID = entry.DID = 0x55;
     entry.SN = 65535;
     entry.LinkKind = kBySerialPort;
@@ -121,7 +138,7 @@ TEST_F(LoadTest, ALaterLoadFindsNothingOfTheEarlierOne) {
     std::fill_n(entry.DevName, sizeof entry.DevName - 1, 'x');
   }
   Reload();
-  for (const tsDevEntry& entry : DevTable) {
+  for (const tsDevEntry& entry : DevTable.First(kTableEntries)) {
     ExpectBlank(entry);
     EXPECT_EQ(entry.CfgSlot[10].sFldSepData[0], 0);
     EXPECT_EQ(entry.CfgSlot[4].bCfgLoaded, 0U);

@@ -68,7 +68,7 @@ TEST_F(ComSearchTest, FillsTheEntryOfEachFind) {
   DevTable[0].ProductKind = 4;
   EXPECT_TRUE(SearchReaderComs(Probe));
   for (const std::size_t at : {0U, 1U}) {
-    const tsDevEntry& entry = DevTable.at(at);
+    const tsDevEntry& entry = DevTable[at];
     EXPECT_EQ(entry.bFound, 1);
     EXPECT_EQ(entry.ProductKind, kReader);
     EXPECT_EQ(entry.LinkKind, kBySerialPort);

@@ -15,10 +15,10 @@ std::uint32_t ChkAddArrival(const char* path) { return Dispatch(&Product::checkA
 
 std::uint32_t ChkDelRemoval(const char* path) {
   if (path == nullptr || std::strlen(path) >= sizeof DevTable[0].DevName || DevCnt <= 0) return 0;
-  const auto end = DevTable.begin() + DevCnt;
-  const auto matching = std::find_if(DevTable.begin(), end,
-                                     [&](const tsDevEntry& entry) { return SameText(entry.DevName, path); });
-  return matching != end ? AddOrRemoveEntry(&*matching, true) : 0;
+  const auto live = LiveEntries();
+  const auto matching =
+      std::ranges::find_if(live, [&](const tsDevEntry& entry) { return SameText(entry.DevName, path); });
+  return matching != live.end() ? AddOrRemoveEntry(&*matching, true) : 0;
 }
 
 std::uint32_t chkAddArrival_char(std::int16_t index, std::uint8_t character) {

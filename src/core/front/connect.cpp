@@ -64,14 +64,24 @@ bool ReadDevices(std::size_t firmwareRows) {
   return true;
 }
 
+// A sweep over a network pauses at each of its addresses.
+class Pausing {
+ public:
+  Pausing() { platform::TheHost().clock.BeginPauses(); }
+  ~Pausing() { platform::TheHost().clock.EndPauses(); }
+  Pausing(const Pausing&) = delete;
+  Pausing& operator=(const Pausing&) = delete;
+};
+
 std::uint32_t Connect(std::uint32_t* did) {
   const Locked lock;
+  const Pausing pausing;
   RefreshLibusb();
   CloseTunnel();
   // Handles of an earlier connect stay open and are lost; serial ports stay in their entries for reuse.
   EmptyTableForSearch();
   HidFoundCnt = 0;
-  for (tsDevEntry& entry : DevTable) ResetSearchMarks(entry);
+  for (tsDevEntry& entry : DevTable.Reached()) ResetSearchMarks(entry);
   const bool found = Search();
   // Looked at once, for the device now active, and used for all of them.
   const SerialPort* port = ActiveEntry().pSerialPort;
@@ -118,7 +128,7 @@ std::uint32_t USBDisconnect() {
   LogLine(kDisconnect, "ENTER");
   {
     const Locked lock;
-    for (tsDevEntry& entry : DevTable) CloseEntry(entry);
+    for (tsDevEntry& entry : DevTable.Reached()) CloseEntry(entry);
     EmptyTableForSearch();
   }
   LogLine(kDisconnect, "EXIT");

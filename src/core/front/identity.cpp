@@ -37,7 +37,7 @@ std::uint32_t GetDevByLUID(std::uint16_t luid, std::int16_t start) {
   constexpr std::uint32_t kNone = 0xFFFFFFFF;
   if (start < 0) return kNone;
   for (std::int16_t index = start; index < DevCnt; ++index) {
-    if (DevTable[static_cast<std::size_t>(index)].LUID == luid) return static_cast<std::uint32_t>(index);
+    if (DevTable[index].LUID == luid) return static_cast<std::uint32_t>(index);
   }
   return kNone;
 }

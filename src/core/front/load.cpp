@@ -14,17 +14,6 @@
 namespace tavlyn {
 namespace {
 
-// The last slot deliberately keeps a first byte of 0.
-constexpr std::size_t kSlotsWithUnsetMark = 10;
-
-void BlankEntry(tsDevEntry& entry) {
-  entry = {};
-  entry.hDev = platform::kNoHandle;
-  for (std::size_t slot = 0; slot < kSlotsWithUnsetMark; ++slot) {
-    entry.CfgSlot[slot].sFldSepData[0] = kSepFldUnset;
-  }
-}
-
 void ResetReaderState() {
   TunnelLink = 0;
   AsciiProtocol = 0;
@@ -35,11 +24,6 @@ void ResetReaderState() {
   VComSrchLo = 256;
   ActDev = 0;
   DevCnt = 0;
-  for (tsDevEntry& entry : DevTable) {
-    entry.bSepFldCapable = 1;
-    entry.bPartNumberPending = 1;
-    entry.PlusState = kPlusUnknown;
-  }
   DevTypeSrch = -1;
 }
 
@@ -71,12 +55,11 @@ void Load() {
   platform::Host& host = platform::TheHost();
   host.mutex.Create();
   ResetProcessState();
-  for (tsDevEntry& entry : DevTable) BlankEntry(entry);
+  DevTable.Reset();
   HidFoundCnt = 0;
   // Without the HID libraries the library stays loaded and finds no HID device.
   host.hid.Load();
   ResetReaderState();
-  for (tsDevEntry& entry : DevTable) entry.SorbaneBlock.Cfg.IdSel = kIdSelAtLoad;
   ConnectMask = ~0U;
   UnsupportedValue = 0;
   StartTrace();

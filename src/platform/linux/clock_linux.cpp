@@ -9,19 +9,16 @@ namespace tavlyn::platform {
 namespace {
 
 // Linux lets a thread oversleep by some 50 µs, so that timers fall together. A search makes hundreds of
-// pauses of 2 ms, so the caller's thread is punctual for as long as it sleeps here.
-class Punctual {
- public:
-  Punctual() : slack_(prctl(PR_GET_TIMERSLACK)) { prctl(PR_SET_TIMERSLACK, 1UL); }
-  ~Punctual() {
-    if (slack_ > 0) prctl(PR_SET_TIMERSLACK, static_cast<unsigned long>(slack_));
-  }
-  Punctual(const Punctual&) = delete;
-  Punctual& operator=(const Punctual&) = delete;
+// pauses of 2 ms, so the caller's thread is punctual for as long as it sleeps here. Gives the slack it had.
+int BePunctual() {
+  const int slack = prctl(PR_GET_TIMERSLACK);
+  prctl(PR_SET_TIMERSLACK, 1UL);
+  return slack;
+}
 
- private:
-  int slack_;
-};
+void PutBackSlack(int slack) {
+  if (slack > 0) prctl(PR_SET_TIMERSLACK, static_cast<unsigned long>(slack));
+}
 
 }  // namespace
 
@@ -32,12 +29,20 @@ std::uint64_t LinuxClock::Tick() {
 }
 
 void LinuxClock::Sleep(std::uint32_t milliseconds) {
-  const Punctual punctual;
+  const int slack = slack_ == 0 ? BePunctual() : 0;
   timespec left{};
   left.tv_sec = milliseconds / 1000;
   left.tv_nsec = static_cast<long>(milliseconds % 1000) * 1'000'000;
   while (nanosleep(&left, &left) != 0 && errno == EINTR) {
   }
+  PutBackSlack(slack);
+}
+
+void LinuxClock::BeginPauses() { slack_ = BePunctual(); }
+
+void LinuxClock::EndPauses() {
+  PutBackSlack(slack_);
+  slack_ = 0;
 }
 
 std::tm LinuxClock::LocalTime() {

@@ -1,7 +1,10 @@
 #include "platform/linux/com_paths.h"
 
+#include <dirent.h>
 #include <unistd.h>
 
+#include <bitset>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -11,6 +14,7 @@
 namespace tavlyn::platform {
 namespace {
 
+constexpr const char* kPortFolder = "TAVLYNAPI_PORT_DIR";
 // USB identity of the maker's virtual ports: this vendor, products 2300 to 23FF.
 constexpr unsigned kVendor = 0x7A31;
 constexpr unsigned kProductFamily = 0x23;
@@ -37,19 +41,46 @@ bool IsVirtual(std::string device) {
   return false;
 }
 
+using Numbers = std::bitset<kHighestCom + 1>;
+
+// Which of the names <prefix><number> stand in a folder; the first is COM number first. All of them when it
+// cannot be listed.
+Numbers Listed(const std::string& folder, const std::string& prefix, int first) {
+  Numbers numbers;
+  DIR* names = opendir(folder.c_str());
+  if (names == nullptr) return errno == ENOENT ? numbers : numbers.set();
+  while (const dirent* entry = readdir(names)) {
+    const std::string name = entry->d_name;
+    if (!name.starts_with(prefix)) continue;
+    const long number = std::strtol(name.c_str() + prefix.size(), nullptr, 10) + first;
+    if (number > 0 && number <= kHighestCom) numbers.set(static_cast<std::size_t>(number));
+  }
+  closedir(names);
+  return numbers;
+}
+
+// The folders are listed once: most of 256 names are not there, and each would be asked for in several steps.
+Numbers MayBeThere() {
+  if (const char* folder = secure_getenv(kPortFolder); folder != nullptr)
+    return Listed(std::string(folder) + '/', "com", 0);
+  return Listed("/dev/tavlyn/", "com", 0) | Listed("/dev/", "ttyS", 1);
+}
+
 }  // namespace
 
 std::string ComPath(std::uint16_t number) {
   const std::string name = "com" + std::to_string(number);
   // With the variable set nothing outside its folder is ever opened.
-  if (const char* folder = secure_getenv("TAVLYNAPI_PORT_DIR"); folder != nullptr)
+  if (const char* folder = secure_getenv(kPortFolder); folder != nullptr)
     return std::string(folder) + '/' + name;
   std::string shipped = "/dev/tavlyn/" + name;
   return access(shipped.c_str(), F_OK) == 0 ? shipped : "/dev/ttyS" + std::to_string(number - 1);
 }
 
 void LinuxComPorts::FindVirtual(PortFlags flags) {
+  const Numbers numbers = MayBeThere();
   for (std::uint16_t number = 1; number <= kHighestCom; ++number) {
+    if (!numbers[number]) continue;
     const std::string node = RealPath(ComPath(number));
     if (node.empty()) continue;
     const std::string device = RealPath("/sys/class/tty/" + node.substr(node.rfind('/') + 1) + "/device");

@@ -2,6 +2,12 @@
 #include "core/front/load.h"
 #include "platform/linux/parts.h"
 
+#ifdef TAVLYN_STATIC_RUNTIME
+namespace __gnu_cxx {
+__attribute__((weak)) void __freeres();
+}
+#endif
+
 namespace tavlyn::platform {
 namespace {
 
@@ -16,6 +22,14 @@ constinit Host host{clockPart, mutexPart, hidPart, socketsPart, portsPart, usbPa
 
 __attribute__((constructor)) void Attach() { Load(); }
 __attribute__((destructor)) void Detach() { Unload(); }
+
+#ifdef TAVLYN_STATIC_RUNTIME
+// A C++ runtime of the library's own keeps memory for exceptions that no unload would give back. Of all the
+// steps of an unload this is the last.
+__attribute__((destructor(101))) void FreeRuntime() {
+  if (__gnu_cxx::__freeres != nullptr) __gnu_cxx::__freeres();
+}
+#endif
 
 }  // namespace
 

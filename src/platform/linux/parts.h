@@ -15,7 +15,12 @@ class LinuxClock final : public Clock {
  public:
   std::uint64_t Tick() override;
   void Sleep(std::uint32_t milliseconds) override;
+  void BeginPauses() override;
+  void EndPauses() override;
   std::tm LocalTime() override;
+
+ private:
+  int slack_ = 0;  // what the thread had before BeginPauses
 };
 
 class LinuxMutex final : public RecursiveMutex {

@@ -7,44 +7,53 @@
 
 #include <cerrno>
 #include <cstring>
+#include <memory>
+#include <new>
 
 #include "platform/linux/parts.h"
 
 namespace tavlyn::platform {
 namespace {
 
-// The kernel hands a closed descriptor's number out again, so handles are numbers of our own: a slot below, a
-// count of how often it was used above.
-constexpr std::size_t kSlots = 64;
-struct Slot {
-  int descriptor;
-  std::uint32_t uses;
-  bool open;
+// The kernel hands a closed descriptor's number out again, so handles are numbers of our own.
+struct Socket {
+  Handle handle;
+  int type;
+  int descriptor;  // made when it is first needed: a sweep of network 0 opens hundreds that nothing goes out
+                   // of
+  bool broadcast;
+  Socket* next;
 };
-constinit Slot slots[kSlots] = {};
+constinit Socket* openSockets = nullptr;
+constinit Handle lastSocket = 0;
 
-Handle HandleOf(std::size_t slot) { return static_cast<Handle>(slots[slot].uses) << 8 | slot; }
+// Where the socket hangs in the list, or the end of the list.
+Socket** PlaceOf(Handle handle) {
+  Socket** place = &openSockets;
+  while (*place != nullptr && (*place)->handle != handle) place = &(*place)->next;
+  return place;
+}
 
-Slot* Find(Handle handle) {
-  const std::size_t slot = handle & 0xFF;
-  return slot < kSlots && slots[slot].open && HandleOf(slot) == handle ? &slots[slot] : nullptr;
+void PassOnBroadcast(const Socket& socket) {
+  const int on = 1;
+  setsockopt(socket.descriptor, SOL_SOCKET, SO_BROADCAST, &on, sizeof on);
 }
 
 int DescriptorOf(Handle handle) {
-  const Slot* slot = Find(handle);
-  return slot != nullptr ? slot->descriptor : -1;
+  Socket* found = *PlaceOf(handle);
+  if (found == nullptr) return -1;
+  if (found->descriptor < 0) {
+    found->descriptor = socket(AF_INET, found->type | SOCK_CLOEXEC, 0);
+    if (found->broadcast) PassOnBroadcast(*found);
+  }
+  return found->descriptor;
 }
 
 Handle OpenSocket(int type) {
-  const int descriptor = socket(AF_INET, type | SOCK_CLOEXEC, 0);
-  if (descriptor < 0) return kNoHandle;
-  for (std::size_t at = 0; at < kSlots; ++at) {
-    if (slots[at].open) continue;
-    slots[at] = {descriptor, slots[at].uses + 1, true};
-    return HandleOf(at);
-  }
-  close(descriptor);
-  return kNoHandle;
+  auto* added = new (std::nothrow) Socket{lastSocket + 1, type, -1, false, openSockets};
+  if (added == nullptr) return kNoHandle;
+  openSockets = added;
+  return ++lastSocket;
 }
 
 sockaddr_in Native(Address address) {
@@ -76,8 +85,10 @@ std::int32_t LinuxSockets::Connect(Handle socket, Address peer) {
 }
 
 void LinuxSockets::SetBroadcast(Handle socket) {
-  const int on = 1;
-  setsockopt(DescriptorOf(socket), SOL_SOCKET, SO_BROADCAST, &on, sizeof on);
+  Socket* found = *PlaceOf(socket);
+  if (found == nullptr) return;
+  found->broadcast = true;
+  if (found->descriptor >= 0) PassOnBroadcast(*found);
 }
 
 void LinuxSockets::SetNonBlocking(Handle socket) {
@@ -119,10 +130,11 @@ std::int32_t LinuxSockets::RecvFrom(Handle socket, std::span<std::uint8_t> bytes
 }
 
 std::int32_t LinuxSockets::Close(Handle socket) {
-  Slot* slot = Find(socket);
-  if (slot == nullptr) return 0;
-  slot->open = false;
-  return close(slot->descriptor);
+  Socket** place = PlaceOf(socket);
+  if (*place == nullptr) return 0;
+  const std::unique_ptr<Socket> closed(*place);
+  *place = closed->next;
+  return closed->descriptor < 0 ? 0 : close(closed->descriptor);
 }
 
 bool LinuxSockets::HostAddress(std::array<std::uint8_t, 4>& ip) {

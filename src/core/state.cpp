@@ -1,0 +1,32 @@
+#include "core/state.h"
+
+namespace tavlyn {
+namespace {
+
+// The last slot deliberately keeps a first byte of 0.
+constexpr std::size_t kSlotsWithUnsetMark = 10;
+
+void BlankEntry(tsDevEntry& entry) {
+  entry = {};
+  entry.hDev = platform::kNoHandle;
+  entry.bSepFldCapable = 1;
+  entry.bPartNumberPending = 1;
+  entry.PlusState = kPlusUnknown;
+  for (std::size_t slot = 0; slot < kSlotsWithUnsetMark; ++slot) {
+    entry.CfgSlot[slot].sFldSepData[0] = kSepFldUnset;
+  }
+  entry.SorbaneBlock.Cfg.IdSel = kIdSelAtLoad;
+}
+
+}  // namespace
+
+void DeviceTable::Reach(std::size_t count) {
+  for (; reached_ < count; ++reached_) BlankEntry(entries_[reached_]);
+}
+
+void DeviceTable::Reset() {
+  reached_ = 0;
+  Reach(1);
+}
+
+}  // namespace tavlyn
