@@ -130,11 +130,14 @@ class NothingAttachedLoad : public testing::Test {
   Library library_;
 };
 
-TEST_F(NothingAttachedLoad, AConnectAsksTheSystemLessThanOnceForEachAddress) {
+TEST_F(NothingAttachedLoad, AConnectAsksTheSystemForASocketAtEachAddressAndForLittleElse) {
   const int calls = SystemCallsOf([&] { Connect(); });
   std::printf("system calls of a connect besides its pauses: %d\n", calls);
-  EXPECT_GT(calls, 0);
-  EXPECT_LT(calls, kSweptAddresses);
+  // A socket made, three options, the socket closed.
+  constexpr int kCallsOfAnAddress = 5;
+  constexpr int kOthers = 60;
+  EXPECT_GE(calls, kSweptAddresses);
+  EXPECT_LE(calls, kSweptAddresses * kCallsOfAnAddress + kOthers);
 }
 
 TEST_F(NothingAttachedLoad, EveryPauseIsPunctualAndTheThreadKeepsItsOwnTimerSlack) {

@@ -18,10 +18,7 @@ namespace {
 // The kernel hands a closed descriptor's number out again, so handles are numbers of our own.
 struct Socket {
   Handle handle;
-  int type;
-  int descriptor;  // made when it is first needed: a sweep of network 0 opens hundreds that nothing goes out
-                   // of
-  bool broadcast;
+  int descriptor;
   Socket* next;
 };
 constinit Socket* openSockets = nullptr;
@@ -34,24 +31,19 @@ Socket** PlaceOf(Handle handle) {
   return place;
 }
 
-void PassOnBroadcast(const Socket& socket) {
-  const int on = 1;
-  setsockopt(socket.descriptor, SOL_SOCKET, SO_BROADCAST, &on, sizeof on);
-}
-
 int DescriptorOf(Handle handle) {
-  Socket* found = *PlaceOf(handle);
-  if (found == nullptr) return -1;
-  if (found->descriptor < 0) {
-    found->descriptor = socket(AF_INET, found->type | SOCK_CLOEXEC, 0);
-    if (found->broadcast) PassOnBroadcast(*found);
-  }
-  return found->descriptor;
+  const Socket* found = *PlaceOf(handle);
+  return found != nullptr ? found->descriptor : -1;
 }
 
 Handle OpenSocket(int type) {
-  auto* added = new (std::nothrow) Socket{lastSocket + 1, type, -1, false, openSockets};
-  if (added == nullptr) return kNoHandle;
+  const int descriptor = socket(AF_INET, type | SOCK_CLOEXEC, 0);
+  if (descriptor < 0) return kNoHandle;
+  auto* added = new (std::nothrow) Socket{lastSocket + 1, descriptor, openSockets};
+  if (added == nullptr) {
+    close(descriptor);
+    return kNoHandle;
+  }
   openSockets = added;
   return ++lastSocket;
 }
@@ -85,10 +77,8 @@ std::int32_t LinuxSockets::Connect(Handle socket, Address peer) {
 }
 
 void LinuxSockets::SetBroadcast(Handle socket) {
-  Socket* found = *PlaceOf(socket);
-  if (found == nullptr) return;
-  found->broadcast = true;
-  if (found->descriptor >= 0) PassOnBroadcast(*found);
+  const int on = 1;
+  setsockopt(DescriptorOf(socket), SOL_SOCKET, SO_BROADCAST, &on, sizeof on);
 }
 
 void LinuxSockets::SetNonBlocking(Handle socket) {
@@ -134,7 +124,7 @@ std::int32_t LinuxSockets::Close(Handle socket) {
   if (*place == nullptr) return 0;
   const std::unique_ptr<Socket> closed(*place);
   *place = closed->next;
-  return closed->descriptor < 0 ? 0 : close(closed->descriptor);
+  return close(closed->descriptor);
 }
 
 bool LinuxSockets::HostAddress(std::array<std::uint8_t, 4>& ip) {
