@@ -133,7 +133,7 @@ class NothingAttachedLoad : public testing::Test {
 TEST_F(NothingAttachedLoad, AConnectAsksTheSystemForASocketAtEachAddressAndForLittleElse) {
   const int calls = SystemCallsOf([&] { Connect(); });
   std::printf("system calls of a connect besides its pauses: %d\n", calls);
-  // A socket made, three options, the socket closed.
+  // Two sockets are made and closed, one of them may ask all.
   constexpr int kCallsOfAnAddress = 5;
   constexpr int kOthers = 60;
   EXPECT_GE(calls, kSweptAddresses);
