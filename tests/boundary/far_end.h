@@ -98,6 +98,9 @@ class PortDevice {
   sim::Attendant attendant_;
 };
 
+// Of this process and its children alone. False: it stays in the machine's.
+bool LeaveForOwnNetwork();
+
 using Ip = std::array<std::uint8_t, 4>;
 
 // Whoever answers an adapter's query is known by its address. Datagrams of Wine's other loopback addresses go

@@ -16,6 +16,13 @@ namespace fs = std::filesystem;
 
 const std::uint16_t kDevicePort = 3;
 
+namespace {
+
+// Before the program has any thread.
+[[maybe_unused]] const bool inOwnNetwork = LeaveForOwnNetwork();
+
+}  // namespace
+
 int OpenHandles() {
   return static_cast<int>(std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator()));
 }
