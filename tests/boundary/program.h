@@ -11,7 +11,12 @@ struct Ended {
   std::string err;
 };
 
-// A line for the shell, its input empty unless the line says otherwise.
+// A line for the shell, its input empty unless the line says otherwise. On Linux its programs share a clock
+// that only their waiting moves on (quick_time_linux.cpp).
 Ended RunLine(const std::string& line);
+
+// A function of every line's shell, and of scripts that begin with its text: "upon DEED PROGRAM WORDS" does
+// the deed as soon as the program has written a line of errors; $pid is the program.
+extern const std::string kUpon;
 
 }  // namespace tavlyn::boundary

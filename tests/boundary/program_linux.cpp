@@ -1,8 +1,9 @@
 #include <sys/wait.h>
-#include <unistd.h>
 
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
@@ -12,36 +13,72 @@
 namespace tavlyn::boundary {
 namespace {
 
+namespace fs = std::filesystem;
+
 constexpr int kSignalled = 128;
 
-std::string MakeFile() {
-  std::string name = "/tmp/tavlyn-test-XXXXXX";
-  const int file = mkstemp(name.data());
-  if (file < 0) throw std::runtime_error("no temporary file");
-  close(file);
-  return name;
-}
+// A folder that is there until the line has ended.
+class LineFolder {
+ public:
+  LineFolder() {
+    std::string name = "/tmp/tavlyn-line-XXXXXX";
+    if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
+    folder_ = name;
+  }
+  ~LineFolder() { fs::remove_all(folder_); }
+  LineFolder(const LineFolder&) = delete;
+  LineFolder& operator=(const LineFolder&) = delete;
 
-std::string TakeFile(const std::string& name) {
-  std::ifstream file(name);
+  [[nodiscard]] std::string Errors() const { return folder_ / "errors"; }
+
+  // Gives a line's programs the clock that their waiting moves on.
+  [[nodiscard]] std::string QuickTime() const {
+    const fs::path clock = folder_ / "clock";
+    const std::int64_t passed = 0;
+    std::ofstream(clock).write(reinterpret_cast<const char*>(&passed), sizeof passed);
+    return "export LD_PRELOAD=" TAVLYN_QUICK_TIME " TAVLYN_QUICK_CLOCK=" + clock.string() + "\n";
+  }
+
+ private:
+  fs::path folder_;
+};
+
+std::string WholeText(const std::string& file) {
   std::ostringstream text;
-  text << file.rdbuf();
-  std::remove(name.c_str());
+  text << std::ifstream(file).rdbuf();
   return text.str();
 }
 
 }  // namespace
 
+const std::string kUpon = R"(
+upon() {
+  deed=$1
+  shift
+  folder=$(mktemp -d)
+  mkfifo $folder/told
+  "$@" 2>$folder/told &
+  pid=$!
+  exec 3<$folder/told
+  rm -r $folder
+  read -r line <&3
+  eval "$deed"
+  { echo "$line"; cat <&3; } >&2
+  wait $pid
+}
+)";
+
 Ended RunLine(const std::string& line) {
-  const std::string errors = MakeFile();
-  std::FILE* pipe = popen(("{ " + line + "; } 2>" + errors + " </dev/null").c_str(), "r");
+  const LineFolder folder;
+  std::FILE* pipe = popen(
+      (kUpon + folder.QuickTime() + "{\n" + line + "\n} 2>" + folder.Errors() + " </dev/null").c_str(), "r");
   if (pipe == nullptr) throw std::runtime_error("no shell");
   Ended ended;
   char part[4096];
   while (const std::size_t count = std::fread(part, 1, sizeof part, pipe)) ended.out.append(part, count);
   const int status = pclose(pipe);
   ended.status = WIFSIGNALED(status) ? kSignalled + WTERMSIG(status) : WEXITSTATUS(status);
-  ended.err = TakeFile(errors);
+  ended.err = WholeText(folder.Errors());
   return ended;
 }
 

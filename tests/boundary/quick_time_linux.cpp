@@ -1,48 +1,121 @@
-// The library sleeps and looks at the clock through functions of libc, which the test program defines anew.
+// Time that only waiting moves on: a sleep costs nothing and is added to the clock, a poll that runs out has
+// lasted as long as it was to, and while programs work the clock stands still, however busy the machine is.
+// Linked into a test program or preloaded into others. Processes that find the file named by
+// TAVLYN_QUICK_CLOCK share its clock; what a simulator does by the clock then happens while the program that
+// it serves sleeps.
+//
+// Who sleeps so that another process can answer looks for the answer next: if there is none yet, that look
+// really waits for as long as was slept.
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/mman.h>
+#include <sys/socket.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <cstdint>
+#include <cstdlib>
 #include <ctime>
+#include <utility>
 
 #include "tests/boundary/quick_time.h"
 
 namespace {
 
 constexpr std::int64_t kSecond = 1'000'000'000;
+constexpr std::int64_t kMillisecond = 1'000'000;
+constexpr std::int64_t kStart = 1000 * kSecond;  // not 0, which programs take for never
 
-std::atomic<std::int64_t> slept{0};
+using Time = std::atomic<std::int64_t>;
+static_assert(Time::is_always_lock_free && sizeof(Time) == sizeof(std::int64_t));
+
+Time own{0};
+Time* passed = &own;
+
+constexpr std::int64_t kMostOwed = 250 * kMillisecond;
+thread_local std::int64_t owed = 0;  // to who was to have time for an answer
 
 std::int64_t Nanoseconds(const timespec& time) { return time.tv_sec * kSecond + time.tv_nsec; }
+
+timespec Timespec(std::int64_t time) { return {time / kSecond, time % kSecond}; }
+
+void PassUntil(std::int64_t moment) {
+  std::int64_t now = *passed;
+  while (now < moment && !passed->compare_exchange_weak(now, moment)) {
+  }
+}
+
+__attribute__((constructor)) void ShareClock() {
+  const char* name = std::getenv("TAVLYN_QUICK_CLOCK");
+  if (name == nullptr) return;
+  const int file = open(name, O_RDWR | O_CLOEXEC);
+  void* shared = mmap(nullptr, sizeof(Time), PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
+  close(file);
+  if (shared == MAP_FAILED) std::abort();
+  passed = static_cast<Time*>(shared);
+}
+
+int ReallyPoll(pollfd* polled, nfds_t count, const timespec* limit) {
+  return static_cast<int>(syscall(SYS_ppoll, polled, count, limit, nullptr, 0));
+}
+
+// What a look may take longer.
+std::int64_t TakeOwed() { return std::exchange(owed, 0); }
+
+// A receive that does not wait, but for what is owed.
+template <typename Receive>
+ssize_t ReceiveOwed(int socket, Receive receive) {
+  const ssize_t count = receive();
+  const timespec limit = Timespec(TakeOwed());
+  if (count >= 0 || errno != EAGAIN) return count;
+  pollfd one{socket, POLLIN, 0};
+  ReallyPoll(&one, 1, &limit);
+  return receive();
+}
 
 }  // namespace
 
 extern "C" {
 
 int nanosleep(const timespec* wanted, timespec* left) {
-  slept += Nanoseconds(*wanted);
+  *passed += Nanoseconds(*wanted);
+  owed = std::min(owed + Nanoseconds(*wanted), kMostOwed);
   if (left != nullptr) *left = {};
   return 0;
 }
 
+int clock_gettime(clockid_t clock, timespec* now) {
+  if (clock != CLOCK_MONOTONIC) return static_cast<int>(syscall(SYS_clock_gettime, clock, now));
+  *now = Timespec(kStart + *passed);
+  return 0;
+}
+
 int clock_nanosleep(clockid_t clock, int flags, const timespec* wanted, timespec* left) {
-  timespec pause = *wanted;
-  if ((flags & TIMER_ABSTIME) != 0) {
-    timespec now{};
-    clock_gettime(clock, &now);
-    const std::int64_t until = std::max<std::int64_t>(Nanoseconds(*wanted) - Nanoseconds(now), 0);
-    pause = {until / kSecond, until % kSecond};
-  }
+  timespec now{};
+  if ((flags & TIMER_ABSTIME) != 0) clock_gettime(clock, &now);
+  const timespec pause = Timespec(std::max<std::int64_t>(Nanoseconds(*wanted) - Nanoseconds(now), 0));
   return nanosleep(&pause, left);
 }
 
-int clock_gettime(clockid_t clock, timespec* now) {
-  if (syscall(SYS_clock_gettime, clock, now) != 0) return -1;
-  const std::int64_t time = Nanoseconds(*now) + slept;
-  *now = {time / kSecond, time % kSecond};
-  return 0;
+int poll(pollfd* polled, nfds_t count, int milliseconds) {
+  const std::int64_t length = std::max(milliseconds, 0) * kMillisecond;
+  const std::int64_t end = *passed + length;
+  const timespec limit = Timespec(length + TakeOwed());
+  const int ready = ReallyPoll(polled, count, milliseconds < 0 ? nullptr : &limit);
+  if (ready == 0) PassUntil(end);
+  return ready;
+}
+
+ssize_t recv(int socket, void* bytes, size_t size, int flags) {
+  return ReceiveOwed(socket,
+                     [&] { return syscall(SYS_recvfrom, socket, bytes, size, flags, nullptr, nullptr); });
+}
+
+ssize_t recvfrom(int socket, void* bytes, size_t size, int flags, sockaddr* peer, socklen_t* length) {
+  return ReceiveOwed(socket, [&] { return syscall(SYS_recvfrom, socket, bytes, size, flags, peer, length); });
 }
 }
 
@@ -50,6 +123,6 @@ namespace tavlyn::boundary {
 
 void TakeItsTime() {}
 
-void PassQuickly(std::chrono::milliseconds length) { slept += std::chrono::nanoseconds(length).count(); }
+void PassQuickly(std::chrono::milliseconds length) { *passed += std::chrono::nanoseconds(length).count(); }
 
 }  // namespace tavlyn::boundary

@@ -33,6 +33,13 @@ inline Json ParsedText(const Ended& ended) {
   return Json::parse(ended.out, nullptr, false);
 }
 
+inline std::vector<Json> JsonLines(const std::string& text) {
+  std::istringstream stream(text);
+  std::vector<Json> lines;
+  for (std::string line; std::getline(stream, line);) lines.push_back(Json::parse(line, nullptr, false));
+  return lines;
+}
+
 class SimulatedRun : public testing::Test {
  protected:
   void SetUp() override {
@@ -44,10 +51,10 @@ class SimulatedRun : public testing::Test {
   void TearDown() override { fs::remove_all(folder_); }
 
   // Lines for a shell in the folder, all with the same simulated devices, where ctl is the program and typed
-  // gives a line to the simulator.
+  // gives a line to the simulator. They have upon, too.
   std::vector<Ended> Run(const std::string& devices, const std::vector<std::string>& steps) {
     std::ofstream script(folder_ / "script");
-    script << "ctl() { " << TAVLYNCTL << " \"$@\"; }\ntyped() { echo \"$1\" >typed; }\n";
+    script << kUpon << "ctl() { " << TAVLYNCTL << " \"$@\"; }\ntyped() { echo \"$1\" >typed; }\n";
     for (std::size_t i = 0; i < steps.size(); ++i) {
       script << "(" << steps[i] << ") >" << i << ".out 2>" << i << ".err\necho $? >" << i << ".status\n";
     }

@@ -87,7 +87,7 @@ TEST(TavlynctlExtensions, AReaderWithoutAnAnalyzer) {
 int ExchangesOf(const std::string& devices, const std::string& words) {
   const Ended ended = RunLine("typed=$(mktemp -u) && mkfifo $typed && " + std::string(TAVLYNSIM) + " run " +
                               devices + " --interactive -- sh -c \"" + TAVLYNCTL + " " + words +
-                              "; echo exchanges >$typed; sleep 1\" <>$typed; rm $typed");
+                              "; echo exchanges >$typed\" <>$typed; rm $typed");
   const std::string prefix = "tavlynsim: ";
   EXPECT_TRUE(ended.err.starts_with(prefix)) << ended.err;
   return ended.err.starts_with(prefix) ? std::stoi(ended.err.substr(prefix.size())) : 0;

@@ -11,13 +11,6 @@ const std::string kSwipe = "typed 'swipe %B12^DOE/JOHN^?;4000001234567899=3012?'
 
 class TavlynctlProducts : public SimulatedRun {
  protected:
-  static std::vector<Json> JsonLines(const std::string& text) {
-    std::istringstream stream(text);
-    std::vector<Json> lines;
-    for (std::string line; std::getline(stream, line);) lines.push_back(Json::parse(line, nullptr, false));
-    return lines;
-  }
-
   // The two tracks of the swipe. Behind its last sentinel each has its LRC.
   static Json Tracks() {
     return Json::parse(R"([
@@ -135,8 +128,8 @@ TEST_F(TavlynctlProducts, SwipesAreWatched) {
   const auto ended =
       Run(kMagstripe, {kSwipe + "typed 'swipe ;77=1?'; ctl swipe watch --count 2",
                        kSwipe + "ctl swipe watch --count 1 --json", "ctl swipe watch --timeout 0.5",
-                       "timeout --preserve-status -s INT 2 " TAVLYNCTL " swipe watch",
-                       "(sleep 1.5; typed unplug) & ctl swipe watch"});
+                       "upon 'kill -INT $pid' " TAVLYNCTL " swipe watch",
+                       "upon 'typed unplug' " TAVLYNCTL " swipe watch"});
   EXPECT_EQ(0, ended[0].status) << ended[0].err;
   EXPECT_EQ("swipe 1 %B12^DOE/JOHN^?9 2 ;4000001234567899=3012?5\nswipe 2 ;77=1?8\n", ended[0].out);
   EXPECT_EQ("watching magstripe reader 0 (/dev/hidraw-sim1)\n", ended[0].err);
@@ -187,11 +180,10 @@ TEST_F(TavlynctlProducts, ADryRunWritesNothing) {
 }
 
 TEST_F(TavlynctlProducts, ARangeIsMeasured) {
-  const auto ended =
-      Run(kSonar, {"ctl range --json", "typed 'range 25'; ctl range", "ctl range --watch --count 2",
-                   "ctl range --watch --count 2 --json", "ctl range --count 2",
-                   "timeout --preserve-status -s INT 5 " TAVLYNCTL " range --watch",
-                   "(sleep 4; typed unplug) & ctl range --watch", "ctl range"});
+  const auto ended = Run(kSonar, {"ctl range --json", "typed 'range 25'; ctl range",
+                                  "ctl range --watch --count 2", "ctl range --watch --count 2 --json",
+                                  "ctl range --count 2", "upon 'kill -INT $pid' " TAVLYNCTL " range --watch",
+                                  "upon 'typed unplug' " TAVLYNCTL " range --watch", "ctl range"});
   EXPECT_EQ(
       Json::parse(R"({"schema": 1, "command": "range", "device": 0, "inches": 30, "status": [1, 0, 0]})"),
       ParsedText(ended[0]));

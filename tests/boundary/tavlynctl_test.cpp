@@ -6,9 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
-#include <sstream>
 #include <string>
-#include <vector>
 
 #include "tests/boundary/program.h"
 #include "tools/tavlynctl/output.h"
@@ -24,13 +22,6 @@ const std::string kCtl = TAVLYNCTL;
 
 Ended Simulated(const std::string& devices, const std::string& words) {
   return RunLine(std::string(TAVLYNSIM) + " run " + devices + " -- " + kCtl + " " + words);
-}
-
-std::vector<Json> JsonLines(const std::string& text) {
-  std::istringstream stream(text);
-  std::vector<Json> lines;
-  for (std::string line; std::getline(stream, line);) lines.push_back(Json::parse(line));
-  return lines;
 }
 
 bool Holds(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
@@ -118,48 +109,6 @@ TEST(Tavlynctl, ReadWaitsOnlySoLong) {
   EXPECT_EQ(5, read.status);
   EXPECT_EQ("tavlynctl: no card came in time\n", read.err);
   EXPECT_EQ(5, Json::parse(read.out)["error"]["code"]);
-}
-
-TEST(Tavlynctl, WatchTellsOfEachCard) {
-  const std::string cards = "--device plus:2 --card 010203:20 --card 0A0B:16 --on 900 --off 600 ";
-  const Ended watch = Simulated(cards, "watch --json --count 4");
-  ASSERT_EQ(0, watch.status) << watch.err;
-  const std::vector<Json> lines = JsonLines(watch.out);
-  ASSERT_EQ(4u, lines.size());
-  const Json first{{"schema", 1}, {"command", "watch"}, {"event", "card"},
-                   {"bits", 20},  {"id", "030201"},     {"bytes", {1, 2, 3}}};
-  EXPECT_EQ(first, lines[0]);
-  EXPECT_EQ("gone", lines[1]["event"]);
-  EXPECT_EQ("030201", lines[1]["id"]);
-  EXPECT_EQ("0B0A", lines[2]["id"]);
-  EXPECT_EQ("gone", lines[3]["event"]);
-  EXPECT_EQ("", watch.err);
-}
-
-TEST(Tavlynctl, WatchOfAReaderThatAnnouncesItsCards) {
-  const Ended watch = Simulated("--device plus:2@7A31:3BFB --card 0A0B:16", "watch --count 2");
-  EXPECT_EQ(0, watch.status);
-  EXPECT_EQ("card 16 bits 0B0A\ngone 16 bits 0B0A\n", watch.out);
-}
-
-TEST(Tavlynctl, WatchEnds) {
-  const Ended inTime = Simulated("--card 0A:8", "watch --timeout 1");
-  EXPECT_EQ(0, inTime.status);
-  EXPECT_EQ("card 8 bits 0A\n", inTime.out);
-  EXPECT_EQ(5, Simulated("", "watch --timeout 0.3").status);
-
-  const Ended stopped = RunLine(std::string("timeout --preserve-status -s INT 3 ") + TAVLYNSIM +
-                                " run --device plus:2 --card 0A:8 --on 60000 -- " + kCtl + " watch");
-  EXPECT_EQ(0, stopped.status) << stopped.err;
-  EXPECT_EQ("card 8 bits 0A\n", stopped.out);
-}
-
-TEST(Tavlynctl, WatchNoticesALostReader) {
-  const Ended watch = RunLine("(sleep 2; echo unplug) | " + std::string(TAVLYNSIM) +
-                              " run --interactive --device plus:2 -- " + kCtl + " watch");
-  EXPECT_EQ(4, watch.status);
-  EXPECT_TRUE(Holds(watch.err, "error word 0x1000202: a report could not be sent; the device did not answer"))
-      << watch.err;
 }
 
 TEST(Tavlynctl, ConfigShowsEveryConfiguration) {

@@ -60,8 +60,9 @@ TEST(TavlynsimLines, OrdersActOnTheLine) {
   const Ended slow =
       RunLine(kRun + "--serial COM3 --do 'card 3412:26' --do 'delay 20' --do 'slow 2'" + kReader + " com 3");
   EXPECT_EQ(kCard + kCard, slow.out) << slow.err;
-  const Ended later = RunLine("echo plug reader@com5 | " + kRun +
-                              "--interactive -- sh -c 'sleep 0.3; ls ${TAVLYNSIM_SOCKET%/socket}'");
+  const Ended later =
+      RunLine("echo plug reader@com5 | " + kRun +
+              "--interactive -- sh -c 'cd ${TAVLYNSIM_SOCKET%/socket}; until test -e com5; do :; done; ls'");
   EXPECT_EQ("com5\nsocket\n", later.out) << later.err;
   EXPECT_EQ(1, RunLine(kRun + "--do 'slow 2' -- true").status);
 }
@@ -75,7 +76,7 @@ TEST(TavlynsimLines, PortFolderOfTheUserIsUsed) {
 }
 
 TEST(TavlynsimLines, StayWithoutACommandUntilTold) {
-  const Ended ended = RunLine("timeout --preserve-status -s INT 0.5 " + kRun + "--serial COM3");
+  const Ended ended = RunLine("upon 'kill -INT $pid' " + kRun + "--serial COM3");
   EXPECT_EQ(130, ended.status);
   EXPECT_TRUE(Holds(ended.err, "tavlynctl --com 3 read\n")) << ended.err;
   EXPECT_EQ(1, RunLine(kRun + "--device reader").status);

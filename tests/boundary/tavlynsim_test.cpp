@@ -1,24 +1,20 @@
 // tavlynsim and the stand-in as a program of another make sees them.
-#include <gtest/gtest.h>
-#include <unistd.h>
+#include <sys/stat.h>
 
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <span>
 #include <string>
 #include <vector>
 
 #include "sim/carriers/wire.h"
-#include "tests/boundary/program.h"
+#include "tests/boundary/simulated_run.h"
 
 namespace tavlyn::boundary {
 namespace {
 
 const std::string kSim = TAVLYNSIM;
 const std::string kCtl = TAVLYNCTL;
-
-bool Holds(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
 TEST(Tavlynsim, ExitStatusIsTheCommands) {
   EXPECT_EQ(0, RunLine(kSim + " run -- true").status);
@@ -29,8 +25,7 @@ TEST(Tavlynsim, ExitStatusIsTheCommands) {
 }
 
 TEST(Tavlynsim, SignalsReachTheCommand) {
-  const Ended ended = RunLine("timeout --preserve-status -s TERM 0.5 " + kSim + " run -- sleep 20");
-  EXPECT_EQ(143, ended.status);
+  EXPECT_EQ(143, RunLine(kSim + " run -- sh -c 'kill -TERM $PPID; while :; do :; done'").status);
 }
 
 TEST(Tavlynsim, WrongWordsAreRefused) {
@@ -84,8 +79,9 @@ TEST(Tavlynsim, DevicesGoWithTheSimulator) {
 }
 
 TEST(Tavlynsim, TypedLinesActOnTheDevices) {
-  const Ended ended = RunLine("printf 'plug plus:2\\ncard 0102:13\\nlist\\nbogus\\n' | " + kSim +
-                              " run --interactive -- sh -c 'sleep 0.3; " + kCtl + " read --device 1'");
+  // Waiting in the input when the command begins.
+  const Ended ended = RunLine(kSim + " run --interactive -- " + kCtl +
+                              " read --device 1 <<END\nplug plus:2\ncard 0102:13\nlist\nbogus\nEND\n");
   EXPECT_EQ(0, ended.status) << ended.err;
   EXPECT_EQ("card 13 bits 0201\n", ended.out);
   EXPECT_EQ(
@@ -104,14 +100,19 @@ TEST(Tavlynsim, CardsComeAgain) {
   EXPECT_EQ("card 8 bits 0A\ngone 8 bits 0A\ncard 8 bits 0A\ngone 8 bits 0A\n", ended.out);
 }
 
+class TavlynsimSocket : public SimulatedRun {};
+
 // The connections of programs that misbehave, beside that of one that does not.
-TEST(Tavlynsim, OneProgramDoesNotHinderAnother) {
-  std::FILE* running =
-      popen((kSim + " run --device plus:2 -- sh -c 'echo $TAVLYNSIM_SOCKET; sleep 2'").c_str(), "r");
+TEST_F(TavlynsimSocket, OneProgramDoesNotHinderAnother) {
+  const std::string told = folder_ / "told";
+  ASSERT_EQ(0, mkfifo(told.c_str(), 0600));
+  // There until its input ends.
+  std::FILE* running = popen(
+      (kSim + " run --device plus:2 -- sh -c 'echo $TAVLYNSIM_SOCKET >" + told + "; cat'").c_str(), "w");
   ASSERT_NE(nullptr, running);
-  char line[256] = {};
-  ASSERT_NE(nullptr, std::fgets(line, sizeof line, running));
-  const std::string path(line, std::strlen(line) - 1);
+  std::string path;
+  std::ifstream stream(told);
+  std::getline(stream, path);
   const int good = sim::wire::Connect(path.c_str());
   const int silent = sim::wire::Connect(path.c_str());
   const int rubbish = sim::wire::Connect(path.c_str());

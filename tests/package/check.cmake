@@ -7,7 +7,9 @@ function(run)
   set(output "${output}" PARENT_SCOPE)
 endfunction()
 
-file(REMOVE_RECURSE ${WORK})
+# A folder of this run's own; what failed stays to be looked at.
+string(RANDOM LENGTH 12 run)
+set(WORK ${WORK}/${run})
 file(MAKE_DIRECTORY ${WORK})
 run(${CPACK} --config ${BUILD}/CPackConfig.cmake -B ${WORK})
 file(GLOB archive ${WORK}/*.zip ${WORK}/*.tar.gz)
@@ -55,3 +57,4 @@ run(${EMULATOR} ${root}/bin/tavlynsim${suffix} run --device plus:2 -- ${root}/bi
 if(NOT output MATCHES "7A31:3BFA")
   message(FATAL_ERROR "tavlynctl said: ${output}")
 endif()
+file(REMOVE_RECURSE ${WORK})

@@ -90,8 +90,8 @@ Json Read(const Options& options) {
 Json Watch(const Options& options) {
   const Session session(options.link);
   session.Use(options.device);
-  TellWatched(options.json);
   Watching watching(options.timeout, options.count);
+  TellWatched(options.json);
   Poll poll;
   Card before;
   while (watching.GoesOn()) {

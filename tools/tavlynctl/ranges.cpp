@@ -82,8 +82,8 @@ class LiveLine {
 
 // A measurement takes a quarter of a second, so that nothing else sets the pace.
 void WatchRange(const Options& options) {
-  TellWatched(options.json);
   Watching watching(std::nullopt, options.count);
+  TellWatched(options.json);
   LiveLine line(!options.json && OutputIsTerminal());
   Answers answers;
   while (watching.GoesOn()) {

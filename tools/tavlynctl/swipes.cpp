@@ -79,8 +79,8 @@ Json Track(const Options& options) {
 Json WatchSwipes(const Options& options) {
   const Session session(options.link, kMagstripes);
   session.Use(options.device);
-  TellWatched(options.json);
   Watching watching(options.timeout, options.count);
+  TellWatched(options.json);
   Answers answers;
   while (watching.GoesOn()) {
     ClearMagstripeErrorWord();

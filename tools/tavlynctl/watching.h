@@ -38,7 +38,8 @@ class Answers {
   int failed_ = 0;
 };
 
-// Tells people, on the standard error, what the active device is.
+// Tells people, on the standard error, what the active device is. Once that is read, Ctrl-C has to count: the
+// Watching comes first.
 void TellWatched(bool asJson);
 
 }  // namespace tavlyn::ctl

@@ -136,12 +136,15 @@ class Simulation {
     if (onUhid) timeout = Shorter(timeout, kUhidPollMs);
     if (const auto next = script_->UntilNext()) timeout = Shorter(timeout, static_cast<int>(next->count()));
     if (!net::Poll(polled, timeout)) return std::nullopt;
+    const auto status = child_.TakeSignals();
+    // What was typed until the command ended is done still.
+    if (status && !net::Poll(polled, 0)) return status;
     script_->Step();
     typed_.Serve(polled);
     server_.Serve(polled);
     if (onUhid) uhid_.Serve();
     lines_.Serve();
-    return child_.TakeSignals();
+    return status;
   }
 
   const RunOptions& options_;
