@@ -22,6 +22,9 @@ inline bool Holds(const std::string& text, const std::string& part) {
   return text.find(part) != std::string::npos;
 }
 
+inline const std::string kCtl = TAVLYNCTL;
+inline const std::string kSim = TAVLYNSIM;
+
 inline std::string TextOf(const fs::path& file) {
   std::ostringstream text;
   text << std::ifstream(file).rdbuf();

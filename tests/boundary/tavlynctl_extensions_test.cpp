@@ -4,12 +4,10 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "tests/boundary/program.h"
+#include "tests/boundary/simulated_run.h"
 
 namespace tavlyn::boundary {
 namespace {
-
-using Json = nlohmann::json;
 
 constexpr int kUsage = 1;
 constexpr int kDeviceError = 4;
@@ -17,23 +15,15 @@ constexpr int kNoCard = 5;
 
 // Commands of tavlynctl for one simulator, one after the other.
 Ended Simulated(const std::string& devices, const std::string& first, const std::string& second = "") {
-  const std::string ctl = TAVLYNCTL;
-  const std::string lines = ctl + " " + first + (second.empty() ? "" : " && " + ctl + " " + second);
-  return RunLine(std::string(TAVLYNSIM) + " run " + devices + " -- sh -c '" + lines + "'");
+  const std::string lines = kCtl + " " + first + (second.empty() ? "" : " && " + kCtl + " " + second);
+  return RunLine(kSim + " run " + devices + " -- sh -c '" + lines + "'");
 }
-
-Json Document(const Ended& ended) {
-  EXPECT_EQ(0, ended.status) << ended.err;
-  return Json::parse(ended.out, nullptr, false);
-}
-
-bool Holds(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
 const std::string kPlus = "--device plus:2 ";
 const std::string kSample = "--do 'sample 0102:010203:26' --do 'sample 0001:FF:3' ";
 
 TEST(TavlynctlExtensions, TheAnalyzerListsItsCards) {
-  const Json list = Document(Simulated(kSample, "analyzer list --json"));
+  const Json list = ParsedText(Simulated(kSample, "analyzer list --json"));
   EXPECT_EQ("analyzer list", list["command"]);
   EXPECT_EQ(0, list["status"]);
   ASSERT_EQ(2u, list["records"].size());
@@ -51,7 +41,7 @@ TEST(TavlynctlExtensions, TheAnalyzerListsItsCards) {
 }
 
 TEST(TavlynctlExtensions, ACardOfMoreBitsThanARecordHolds) {
-  const Json list = Document(Simulated("--do 'sample 1:80:300'", "analyzer list --json"));
+  const Json list = ParsedText(Simulated("--do 'sample 1:80:300'", "analyzer list --json"));
   const std::string binary = list["records"][0]["binary"];
   EXPECT_EQ(256u + 31u, binary.size());
   EXPECT_TRUE(binary.ends_with(" 00000000 10000000")) << binary;
@@ -59,7 +49,7 @@ TEST(TavlynctlExtensions, ACardOfMoreBitsThanARecordHolds) {
 }
 
 TEST(TavlynctlExtensions, TheAnalyzerIsSwitched) {
-  const Json started = Document(Simulated("", "analyzer start --json"));
+  const Json started = ParsedText(Simulated("", "analyzer start --json"));
   EXPECT_EQ((Json{{"schema", 1},
                   {"command", "analyzer start"},
                   {"device", 0},
@@ -67,9 +57,9 @@ TEST(TavlynctlExtensions, TheAnalyzerIsSwitched) {
                   {"status", 1},
                   {"records", 0}}),
             started);
-  EXPECT_EQ(7, Document(Simulated("", "analyzer start 7 --json"))["status"]);
+  EXPECT_EQ(7, ParsedText(Simulated("", "analyzer start 7 --json"))["status"]);
   const Ended stopped = Simulated("", "analyzer start >/dev/null", "analyzer stop --json");
-  EXPECT_EQ(0, Document(stopped)["status"]);
+  EXPECT_EQ(0, ParsedText(stopped)["status"]);
   const Ended status = Simulated(kSample, "analyzer status");
   EXPECT_EQ("device   0\nstatus   0\nrecords  2\n", status.out);
 }
@@ -85,8 +75,8 @@ TEST(TavlynctlExtensions, AReaderWithoutAnAnalyzer) {
 
 // How many exchanges a command takes with a simulator of its own.
 int ExchangesOf(const std::string& devices, const std::string& words) {
-  const Ended ended = RunLine("typed=$(mktemp -u) && mkfifo $typed && " + std::string(TAVLYNSIM) + " run " +
-                              devices + " --interactive -- sh -c \"" + TAVLYNCTL + " " + words +
+  const Ended ended = RunLine("typed=$(mktemp -u) && mkfifo $typed && " + kSim + " run " + devices +
+                              " --interactive -- sh -c \"" + TAVLYNCTL + " " + words +
                               "; echo exchanges >$typed\" <>$typed; rm $typed");
   const std::string prefix = "tavlynsim: ";
   EXPECT_TRUE(ended.err.starts_with(prefix)) << ended.err;
@@ -119,10 +109,10 @@ TEST(TavlynctlExtensions, ARawCommandThatFails) {
 
 TEST(TavlynctlExtensions, ModulesAreToldAndSwitched) {
   EXPECT_EQ((Json{{"schema", 1}, {"command", "module get"}, {"device", 0}, {"module", 1}, {"on", true}}),
-            Document(Simulated("", "module get 1 --json")));
+            ParsedText(Simulated("", "module get 1 --json")));
   const Ended set = Simulated("", "module set 2 on --json");
-  EXPECT_EQ("module set", Document(set)["command"]);
-  EXPECT_EQ(true, Document(set)["on"]);
+  EXPECT_EQ("module set", ParsedText(set)["command"]);
+  EXPECT_EQ(true, ParsedText(set)["on"]);
   EXPECT_EQ("device  0\nmodule  1\non      no\n", Simulated("", "module set 1 off").out);
   const Ended none = Simulated("", "module get 9");
   EXPECT_EQ(kUsage, none.status);
@@ -133,13 +123,13 @@ TEST(TavlynctlExtensions, ModulesAreToldAndSwitched) {
 }
 
 TEST(TavlynctlExtensions, TheTransparentModeIsToldAndSwitched) {
-  EXPECT_EQ(false, Document(Simulated(kPlus, "transparent status --json"))["on"]);
-  const Json on = Document(Simulated(kPlus, "transparent on --json"));
+  EXPECT_EQ(false, ParsedText(Simulated(kPlus, "transparent status --json"))["on"]);
+  const Json on = ParsedText(Simulated(kPlus, "transparent on --json"));
   EXPECT_EQ(true, on["on"]);
   EXPECT_EQ(false, on["stored"]);
   const Ended off = Simulated(kPlus, "transparent on >/dev/null", "transparent off --store --json");
-  EXPECT_EQ(false, Document(off)["on"]);
-  EXPECT_EQ(true, Document(off)["stored"]);
+  EXPECT_EQ(false, ParsedText(off)["on"]);
+  EXPECT_EQ(true, ParsedText(off)["stored"]);
   const Ended unknown = Simulated("", "transparent on");
   EXPECT_EQ(kUsage, unknown.status);
   EXPECT_TRUE(Holds(unknown.err, "has no transparent mode")) << unknown.err;
@@ -147,10 +137,10 @@ TEST(TavlynctlExtensions, TheTransparentModeIsToldAndSwitched) {
 }
 
 TEST(TavlynctlExtensions, TheBleRadioIsToldAndSet) {
-  const Json status = Document(Simulated(kPlus, "ble status --json"));
+  const Json status = ParsedText(Simulated(kPlus, "ble status --json"));
   EXPECT_EQ(true, status["present"]);
   EXPECT_EQ(0, status["configuration"]);
-  EXPECT_EQ(3, Document(Simulated(kPlus, "ble set 3 --json"))["configuration"]);
+  EXPECT_EQ(3, ParsedText(Simulated(kPlus, "ble set 3 --json"))["configuration"]);
   EXPECT_EQ("device         0\npresent        no\nconfiguration  -\n", Simulated("", "ble status").out);
   const Ended none = Simulated("", "ble set 1");
   EXPECT_EQ(kUsage, none.status);
@@ -163,7 +153,7 @@ TEST(TavlynctlExtensions, TheBleRadioIsToldAndSet) {
 
 TEST(TavlynctlExtensions, TheQueueGivesItsOldestId) {
   const std::string queue = "--do 'queue 0A0B:0102030480000005' --do 'queue 0C' ";
-  const Json first = Document(Simulated(queue, "queue --json"));
+  const Json first = ParsedText(Simulated(queue, "queue --json"));
   EXPECT_EQ(std::string(60, '0') + "0B0A", first["id"]);
   ASSERT_EQ(32u, first["bytes"].size());
   EXPECT_EQ(10, first["bytes"][0]);
@@ -171,7 +161,7 @@ TEST(TavlynctlExtensions, TheQueueGivesItsOldestId) {
   EXPECT_EQ((Json{{"32", static_cast<std::int16_t>(0x8004)}, {"33", 0x0201}, {"34", 3}, {"35", 5}}),
             first["values"]);
   const Ended second = Simulated(queue, "queue >/dev/null", "queue --first --second --json");
-  EXPECT_EQ(12, Document(second)["bytes"][0]);
+  EXPECT_EQ(12, ParsedText(second)["bytes"][0]);
   const Ended none = Simulated("", "queue");
   EXPECT_EQ(kNoCard, none.status);
   EXPECT_EQ("tavlynctl: no ID is queued\n", none.err);
@@ -179,8 +169,8 @@ TEST(TavlynctlExtensions, TheQueueGivesItsOldestId) {
 
 TEST(TavlynctlExtensions, RawSendsACommand) {
   const Ended identity = Simulated("", "raw 8a --json");
-  EXPECT_EQ("8A 00 00 00 00 00 00 00", Document(identity)["sent"]);
-  EXPECT_EQ("01 00 31 74 00 00 00 00", Document(identity)["reply"]);
+  EXPECT_EQ("8A 00 00 00 00 00 00 00", ParsedText(identity)["sent"]);
+  EXPECT_EQ("01 00 31 74 00 00 00 00", ParsedText(identity)["reply"]);
   EXPECT_EQ("device  0\nsent    8C 04 03 01 00 00 00 00\nreply   55 53 42 00 00 00 00 00\n",
             Simulated("", "raw 8C 04 3 1 0 0 0 0").out);
   for (const char* words : {"raw", "raw 100", "raw G0", "raw -1", "raw 1 2 3 4 5 6 7 8 9"}) {
@@ -189,7 +179,7 @@ TEST(TavlynctlExtensions, RawSendsACommand) {
 }
 
 TEST(TavlynctlExtensions, TextShowsWhatTheReaderHolds) {
-  const Json text = Document(Simulated("", "text --json"));
+  const Json text = ParsedText(Simulated("", "text --json"));
   EXPECT_EQ("RDR-80581AKU", text["part_number"]);
   EXPECT_EQ("0400123456", text["serial_number"]);
   EXPECT_EQ("Desktop USB", text["platform"]);

@@ -5,25 +5,17 @@
 
 #include "sim/devices/reader_ascii.h"
 #include "tests/boundary/far_end.h"
-#include "tests/boundary/program.h"
+#include "tests/boundary/simulated_run.h"
 
 namespace tavlyn::boundary {
 namespace {
 
-using Json = nlohmann::json;
-
-bool Holds(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
-
 class TavlynctlLinks : public testing::Test {
  protected:
-  static Ended Ctl(const std::string& words) { return RunLine(std::string(TAVLYNCTL) + " " + words); }
+  static Ended Ctl(const std::string& words) { return RunLine(kCtl + " " + words); }
 
   // The document of a command that succeeds.
-  static Json Document(const std::string& words) {
-    const Ended ended = Ctl(words + " --json");
-    EXPECT_EQ(0, ended.status) << ended.err;
-    return Json::parse(ended.out, nullptr, false);
-  }
+  static Json Document(const std::string& words) { return ParsedText(Ctl(words + " --json")); }
   static std::string Peer(const Ip& ip, const TcpDevice& device) {
     return "--ip " + std::to_string(ip[0]) + "." + std::to_string(ip[1]) + "." + std::to_string(ip[2]) + "." +
            std::to_string(ip[3]) + ":" + std::to_string(device.Port()) + " ";

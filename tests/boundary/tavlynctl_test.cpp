@@ -8,26 +8,19 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "tests/boundary/program.h"
+#include "tests/boundary/simulated_run.h"
 #include "tools/tavlynctl/output.h"
 #include "tools/tavlynctl/permission.h"
 
 namespace tavlyn::boundary {
 namespace {
 
-using Json = nlohmann::json;
-namespace fs = std::filesystem;
-
-const std::string kCtl = TAVLYNCTL;
-
-Ended Simulated(const std::string& devices, const std::string& words) {
-  return RunLine(std::string(TAVLYNSIM) + " run " + devices + " -- " + kCtl + " " + words);
+Ended OneCommand(const std::string& devices, const std::string& words) {
+  return RunLine(kSim + " run " + devices + " -- " + kCtl + " " + words);
 }
 
-bool Holds(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
-
 TEST(Tavlynctl, ListShowsEachReader) {
-  const Ended list = Simulated("--device plus:3 --device reader@19E5:2021", "list --json");
+  const Ended list = OneCommand("--device plus:3 --device reader@19E5:2021", "list --json");
   ASSERT_EQ(0, list.status) << list.err;
   const Json document = Json::parse(list.out);
   EXPECT_EQ(1, document["schema"]);
@@ -46,7 +39,7 @@ TEST(Tavlynctl, ListShowsEachReader) {
 }
 
 TEST(Tavlynctl, ListIsATableForPeople) {
-  const Ended list = Simulated("", "list");
+  const Ended list = OneCommand("", "list");
   EXPECT_EQ(0, list.status);
   EXPECT_EQ(
       "devices\n"
@@ -57,7 +50,7 @@ TEST(Tavlynctl, ListIsATableForPeople) {
 }
 
 TEST(Tavlynctl, InfoTellsWhatTheReaderTells) {
-  const Ended info = Simulated("--device plus:3", "info --json");
+  const Ended info = OneCommand("--device plus:3", "info --json");
   ASSERT_EQ(0, info.status) << info.err;
   const Json device = Json::parse(info.out)["device"];
   EXPECT_EQ("0400123456", device["serial_number"]);
@@ -78,18 +71,18 @@ TEST(Tavlynctl, InfoTellsWhatTheReaderTells) {
 
 // The serial number arrives with its bits turned over, and so is no UTF-8.
 TEST(Tavlynctl, BrokenTextIsStillJson) {
-  const Ended info = Simulated("--do 'garble 70'", "info --json");
+  const Ended info = OneCommand("--do 'garble 70'", "info --json");
   ASSERT_EQ(0, info.status) << info.err;
   EXPECT_TRUE(Holds(info.out, "\uFFFD")) << info.out;
   EXPECT_TRUE(Json::parse(info.out).contains("device"));
 }
 
 TEST(Tavlynctl, ReadGivesTheCard) {
-  const Ended text = Simulated("--card 01020303:26", "read");
+  const Ended text = OneCommand("--card 01020303:26", "read");
   EXPECT_EQ(0, text.status) << text.err;
   EXPECT_EQ("card 26 bits 03030201\n", text.out);
 
-  const Ended json = Simulated("--card 000102030405060708090A0B:90", "read --json");
+  const Ended json = OneCommand("--card 000102030405060708090A0B:90", "read --json");
   EXPECT_EQ(0, json.status) << json.err;
   const Json document = Json::parse(json.out);
   EXPECT_EQ("read", document["command"]);
@@ -99,20 +92,20 @@ TEST(Tavlynctl, ReadGivesTheCard) {
 }
 
 TEST(Tavlynctl, ReadOfAnotherReader) {
-  const Ended read = Simulated("--device reader --device reader --do 'card 0A:8'", "read --device 1");
+  const Ended read = OneCommand("--device reader --device reader --do 'card 0A:8'", "read --device 1");
   EXPECT_EQ(0, read.status) << read.err;
   EXPECT_EQ("card 8 bits 0A\n", read.out);
 }
 
 TEST(Tavlynctl, ReadWaitsOnlySoLong) {
-  const Ended read = Simulated("", "read --timeout 0.6 --json");
+  const Ended read = OneCommand("", "read --timeout 0.6 --json");
   EXPECT_EQ(5, read.status);
   EXPECT_EQ("tavlynctl: no card came in time\n", read.err);
   EXPECT_EQ(5, Json::parse(read.out)["error"]["code"]);
 }
 
 TEST(Tavlynctl, ConfigShowsEveryConfiguration) {
-  const Ended show = Simulated("--device plus:3", "config show --json");
+  const Ended show = OneCommand("--device plus:3", "config show --json");
   ASSERT_EQ(0, show.status) << show.err;
   const Json document = Json::parse(show.out);
   EXPECT_EQ("config show", document["command"]);
@@ -133,18 +126,18 @@ TEST(Tavlynctl, ConfigShowsEveryConfiguration) {
 }
 
 TEST(Tavlynctl, ConfigShowsOneConfiguration) {
-  const Ended one = Simulated("--device plus:3", "config show --json --config 1");
+  const Ended one = OneCommand("--device plus:3", "config show --json --config 1");
   ASSERT_EQ(0, one.status) << one.err;
   const Json document = Json::parse(one.out);
   ASSERT_EQ(1u, document["configurations"].size());
   EXPECT_EQ(1, document["configurations"][0]["index"]);
   EXPECT_EQ("F004", document["configurations"][0]["card_type"]);
 
-  const Ended none = Simulated("--device plus:3", "config show --config 3");
+  const Ended none = OneCommand("--device plus:3", "config show --config 3");
   EXPECT_EQ(1, none.status);
   EXPECT_TRUE(Holds(none.err, "has configurations 0 to 2")) << none.err;
 
-  const Ended plain = Simulated("", "config show");
+  const Ended plain = OneCommand("", "config show");
   EXPECT_EQ(0, plain.status);
   EXPECT_TRUE(Holds(plain.out, "      iIDHoldTO     1000\n")) << plain.out;
   EXPECT_FALSE(Holds(plain.out, "card type"));
@@ -152,7 +145,7 @@ TEST(Tavlynctl, ConfigShowsOneConfiguration) {
 
 TEST(Tavlynctl, FailedConfigurationRead) {
   const std::string devices = "--device plus:2 --device reader --do '#1 refuse 20'";
-  const Ended list = Simulated(devices, "list");
+  const Ended list = OneCommand(devices, "list");
   EXPECT_EQ(4, list.status);
   EXPECT_EQ(
       "tavlynctl: the configuration of card reader 0 (7A31:3BFA Orvantis, /dev/hidraw-sim1) could not be "
@@ -161,24 +154,24 @@ TEST(Tavlynctl, FailedConfigurationRead) {
       list.err);
   EXPECT_TRUE(Holds(list.out, "/dev/hidraw-sim2"));
 
-  const Ended show = Simulated(devices, "config show --json");
+  const Ended show = OneCommand(devices, "config show --json");
   EXPECT_EQ(4, show.status);
   EXPECT_EQ(4, Json::parse(show.out)["error"]["code"]);
 
-  EXPECT_EQ(0, Simulated(devices, "config show --device 1").status);
+  EXPECT_EQ(0, OneCommand(devices, "config show --device 1").status);
 }
 
 TEST(Tavlynctl, NoReader) {
   for (const char* words : {"list", "info", "read", "watch", "config show"}) {
-    const Ended ended = Simulated("--do unplug", words);
+    const Ended ended = OneCommand("--do unplug", words);
     EXPECT_EQ(2, ended.status) << words;
     const bool ofReaders = std::string(words) == "read" || std::string(words) == "watch";
     EXPECT_EQ(ofReaders ? "tavlynctl: no reader is plugged in\n" : "tavlynctl: no device is plugged in\n",
               ended.err);
     EXPECT_EQ("", ended.out);
   }
-  EXPECT_EQ(2, Simulated("", "info --device 1").status);
-  EXPECT_EQ(2, Simulated("", "info --device -1").status);
+  EXPECT_EQ(2, OneCommand("", "info --device 1").status);
+  EXPECT_EQ(2, OneCommand("", "info --device -1").status);
 }
 
 TEST(Tavlynctl, WrongWords) {
@@ -233,13 +226,13 @@ TEST(Tavlynctl, EveryCommandHasHelp) {
 }
 
 TEST(Tavlynctl, JsonMayStandInFront) {
-  EXPECT_EQ("list", Json::parse(Simulated("", "--json list").out)["command"]);
-  EXPECT_EQ("config get", Json::parse(Simulated("", "config --json get bDspHex").out)["command"]);
+  EXPECT_EQ("list", Json::parse(OneCommand("", "--json list").out)["command"]);
+  EXPECT_EQ("config get", Json::parse(OneCommand("", "config --json get bDspHex").out)["command"]);
 }
 
 TEST(Tavlynctl, OutputThatCannotBeWrittenIsTold) {
   for (const char* words : {"list", "list --json", "watch --count 1", "read"}) {
-    const Ended ended = Simulated("--card 0A:8", words + std::string(" >/dev/full"));
+    const Ended ended = OneCommand("--card 0A:8", words + std::string(" >/dev/full"));
     EXPECT_EQ(6, ended.status) << words;
     EXPECT_TRUE(Holds(ended.err, "tavlynctl: the standard output cannot be written\n")) << ended.err;
   }

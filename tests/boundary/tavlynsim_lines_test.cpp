@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <string>
 
-#include "tests/boundary/program.h"
+#include "tests/boundary/simulated_run.h"
 
 namespace tavlyn::boundary {
 namespace {
@@ -12,8 +12,6 @@ namespace {
 const std::string kRun = TAVLYNSIM " run ";
 const std::string kReader = " -- " LINE_READER;
 const std::string kCard = "7431 26 bits 1234\n";
-
-bool Holds(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
 TEST(TavlynsimLines, ReaderOnASerialPort) {
   const Ended ended = RunLine(kRun + "--serial COM3 --card 3412:26" + kReader + " com 3");

@@ -13,9 +13,6 @@
 namespace tavlyn::boundary {
 namespace {
 
-const std::string kSim = TAVLYNSIM;
-const std::string kCtl = TAVLYNCTL;
-
 TEST(Tavlynsim, ExitStatusIsTheCommands) {
   EXPECT_EQ(0, RunLine(kSim + " run -- true").status);
   EXPECT_EQ(7, RunLine(kSim + " run -- sh -c 'exit 7'").status);
