@@ -34,7 +34,6 @@ void Append(std::vector<std::uint8_t>& descriptor, const Items& items) {
   descriptor.insert(descriptor.end(), std::begin(items), std::end(items));
 }
 
-
 bool IsKeyboard(const Usage& usage) { return usage.page == kKeyboard.page && usage.usage == kKeyboard.usage; }
 
 // The collection that holds the feature report: the maker's own, or the first where there is none.

@@ -97,9 +97,9 @@ struct WordRange {
 
 TEST_F(SonarRecords, TheRangesOfTheSonarRecord) {
   const tsSonarParms good = {0, 300, 0, 20, 40, 0, 0, 0};
-  for (const WordRange& range :
-       {WordRange{&tsSonarParms::PingRate, 200, 1020, 0x201000}, WordRange{&tsSonarParms::MinDist, 1, 59, 0x201001},
-        WordRange{&tsSonarParms::MaxDist, 15, 72, 0x201002}}) {
+  for (const WordRange& range : {WordRange{&tsSonarParms::PingRate, 200, 1020, 0x201000},
+                                 WordRange{&tsSonarParms::MinDist, 1, 59, 0x201001},
+                                 WordRange{&tsSonarParms::MaxDist, 15, 72, 0x201002}}) {
     for (const std::uint16_t value : {range.least, range.most}) {
       tsSonarParms record = good;
       record.*range.word = value;
