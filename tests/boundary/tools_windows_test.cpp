@@ -46,12 +46,12 @@ TEST(ToolsOnWindows, CardIsRead) {
   EXPECT_EQ(5, Simulated("--device plus:2", "read --timeout 1").status);
 }
 
-// The card comes again for as long as a busy machine takes to see it.
+// The card comes again until a busy machine has seen it, and stays until it has been read.
 TEST(ToolsOnWindows, InputReportsTellOfCards) {
   const Ended ended =
-      Simulated("--device plus:2@7A31:3BFB --card 0B0C:16 --on 900 --off 900 --repeat", "watch --count 4");
+      Simulated("--device plus:2@7A31:3BFB --card 0B0C:16 --on 4000 --off 900 --repeat", "watch --count 3");
   EXPECT_EQ(0, ended.status) << ended.err;
-  EXPECT_EQ("card 16 bits 0C0B\ngone 16 bits 0C0B\ncard 16 bits 0C0B\ngone 16 bits 0C0B\n", ended.out);
+  EXPECT_EQ("card 16 bits 0C0B\ngone 16 bits 0C0B\ncard 16 bits 0C0B\n", ended.out);
 }
 
 TEST(ToolsOnWindows, TypedLinesActOnTheDevices) {
