@@ -21,7 +21,10 @@ constinit LinuxPlaces placesPart;
 constinit Host host{clockPart, mutexPart, hidPart, socketsPart, portsPart, usbPart, placesPart};
 
 __attribute__((constructor)) void Attach() { Load(); }
-__attribute__((destructor)) void Detach() { Unload(); }
+__attribute__((destructor)) void Detach() {
+  Unload();
+  socketsPart.CloseLost();
+}
 
 #ifdef TAVLYN_STATIC_RUNTIME
 // A C++ runtime of the library's own keeps memory for exceptions that no unload would give back. Of all the

@@ -72,6 +72,8 @@ class LinuxSockets final : public Sockets {
   std::int32_t Send(Handle socket, std::span<const std::uint8_t> bytes) override;
   std::int32_t Recv(Handle socket, std::span<std::uint8_t> bytes) override;
   std::int32_t Close(Handle socket) override;
+  // What some searches leave open, at the end of the library.
+  static void CloseLost();
 };
 
 // COM n is the file com<n> in the folder that TAVLYNAPI_PORT_DIR names; without it /dev/tavlyn/com<n>, else

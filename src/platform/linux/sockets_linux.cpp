@@ -48,6 +48,12 @@ Handle OpenSocket(int type) {
   return ++lastSocket;
 }
 
+int CloseAt(Socket** place) {
+  const std::unique_ptr<Socket> closed(*place);
+  *place = closed->next;
+  return close(closed->descriptor);
+}
+
 sockaddr_in Native(Address address) {
   sockaddr_in native{};
   native.sin_family = AF_INET;
@@ -121,10 +127,11 @@ std::int32_t LinuxSockets::RecvFrom(Handle socket, std::span<std::uint8_t> bytes
 
 std::int32_t LinuxSockets::Close(Handle socket) {
   Socket** place = PlaceOf(socket);
-  if (*place == nullptr) return 0;
-  const std::unique_ptr<Socket> closed(*place);
-  *place = closed->next;
-  return close(closed->descriptor);
+  return *place != nullptr ? CloseAt(place) : 0;
+}
+
+void LinuxSockets::CloseLost() {
+  while (openSockets != nullptr) CloseAt(&openSockets);
 }
 
 bool LinuxSockets::HostAddress(std::array<std::uint8_t, 4>& ip) {
