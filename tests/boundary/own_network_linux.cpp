@@ -1,5 +1,5 @@
-// A network of this process and its children alone, so that no other program has its addresses and ports. Where
-// that is not allowed, it runs in the machine's.
+// A network of this process and its children alone, so that no other program has its addresses and ports.
+// Where that is not allowed, it runs in the machine's.
 #include <fcntl.h>
 #include <net/if.h>
 #include <sched.h>
