@@ -135,7 +135,7 @@ TEST_F(NothingAttachedLoad, AConnectAsksTheSystemForASocketAtEachAddressAndForLi
   std::printf("system calls of a connect besides its pauses: %d\n", calls);
   // Two sockets are made and closed, one of them may ask all.
   constexpr int kCallsOfAnAddress = 5;
-  constexpr int kOthers = 60;
+  constexpr int kOthers = 200;  // also a sanitizer's
   EXPECT_GE(calls, kSweptAddresses);
   EXPECT_LE(calls, kSweptAddresses * kCallsOfAnAddress + kOthers);
 }
