@@ -77,26 +77,6 @@ void LibraryExchange(benchmark::State& state) {
 }
 BENCHMARK(LibraryExchange);
 
-// With nothing attached: what is added to the pauses of the two sweeps.
-void DefaultConnect(benchmark::State& state) {
-  constexpr double kPauses = 2 * 254 * 0.002;
-  char reply[64];
-  TheStandIn().run("reset", reply, sizeof reply);
-  char folder[] = "/tmp/tavlyn-bench-XXXXXX";
-  setenv("TAVLYNAPI_PORT_DIR", mkdtemp(folder), 1);
-  SetDevTypeSrch(-1);
-  SetConnectProduct(7);
-  double seconds = 0;
-  for (auto _ : state) {
-    const auto start = std::chrono::steady_clock::now();
-    if (USBConnect(nullptr) != 0) state.SkipWithError("there is a reader");
-    seconds += std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-  }
-  state.counters["over_pauses"] = seconds / kPauses / static_cast<double>(state.iterations());
-  rmdir(folder);
-}
-BENCHMARK(DefaultConnect)->Iterations(5)->Unit(benchmark::kMillisecond);
-
 // dlopen as a C program meets it that has loaded nothing of C++ yet: a process of its own for each load. The
 // library loads the system's hidapi, which is shown beside it.
 void LoadLibrary(benchmark::State& state, const char* library) {

@@ -31,10 +31,10 @@ struct CallBuffers {
   std::array<std::uint8_t, 10> RawReply;
   std::array<char, 41> rawText;
   std::array<char, 25> readerText;
-  std::array<std::uint8_t, 32> esn;
+  std::array<std::uint8_t, 32> readerEsn;
   std::array<std::uint8_t, 256> cardData;
-  std::array<std::uint8_t, 1024> read;
-  std::array<std::uint8_t, 1024> quickRead;
+  std::array<std::uint8_t, 1024> portRead;
+  std::array<std::uint8_t, 1024> portQuickRead;
   IdRecord QueuedID;
 };
 inline constinit CallBuffers Buffers{};

@@ -21,7 +21,7 @@ void BlankEntry(tsDevEntry& entry) {
 }  // namespace
 
 void DeviceTable::Reach(std::size_t count) {
-  for (; reached_ < count; ++reached_) BlankEntry(entries_[reached_]);
+  for (; reached_ < std::min(count, entries_.size()); ++reached_) BlankEntry(entries_[reached_]);
 }
 
 void DeviceTable::Reset() {

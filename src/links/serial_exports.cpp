@@ -62,11 +62,11 @@ void SetSerialTimeouts(std::uint32_t /*interval*/, std::uint32_t /*multiplier*/,
 }
 
 std::uint32_t readSerialPort_char(std::int16_t index) {
-  return ReadChar(&SerialPort::Read, Buffers.read, index);
+  return ReadChar(&SerialPort::Read, Buffers.portRead, index);
 }
 
 std::uint32_t quickReadSerialPort_char(std::int16_t index) {
-  return ReadChar(&SerialPort::QuickRead, Buffers.quickRead, index);
+  return ReadChar(&SerialPort::QuickRead, Buffers.portQuickRead, index);
 }
 
 void SetBaudRate(std::uint32_t baud) { DefaultBaud = baud; }

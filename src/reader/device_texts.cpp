@@ -25,12 +25,12 @@ const char* GetReaderText(Text number) {
 }
 
 bool FetchEsn() {
-  Buffers.esn.fill(0);
+  Buffers.readerEsn.fill(0);
   ActiveEntry().LastLibErr = 0;
   for (std::uint8_t piece = 0; piece < kEsnPieces; ++piece) {
     ReplyBytes reply;
     if (!Ask(command::kEsn, TAVLYN_ERR_COMMAND, reply, piece)) return false;
-    std::ranges::copy(reply, Buffers.esn.begin() + piece * kTextPiece);
+    std::ranges::copy(reply, Buffers.readerEsn.begin() + piece * kTextPiece);
   }
   return true;
 }
@@ -59,7 +59,7 @@ const char* GetCPUInfo() { return GetReaderText(Text::kCpu); }
 
 const std::uint8_t* getESN() {
   if (!ReaderIsActive() || ActiveEntry().LinkKind != kByReports || !IsFastStoreReader()) return nullptr;
-  if (FetchEsn()) return Buffers.esn.data();
+  if (FetchEsn()) return Buffers.readerEsn.data();
   LogFailure("tavlyn_getESN");
   return nullptr;
 }

@@ -52,7 +52,7 @@ std::uint32_t SetRawCommand(std::int16_t index, std::uint8_t value) {
 }
 
 std::uint32_t RawReplyByte(std::uint16_t index) {
-  return index < Buffers.RawCmd.size() ? Buffers.RawReply[index] : kNoSuchPosition;
+  return index < Buffers.RawReply.size() ? Buffers.RawReply[index] : kNoSuchPosition;
 }
 
 }  // namespace tavlyn

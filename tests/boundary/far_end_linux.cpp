@@ -1,6 +1,7 @@
 #include <fcntl.h>
 #include <poll.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
@@ -19,7 +20,11 @@ const std::uint16_t kDevicePort = 3;
 namespace {
 
 // Before the program has any thread.
-[[maybe_unused]] const bool inOwnNetwork = LeaveForOwnNetwork();
+[[maybe_unused]] const bool inOwnNetwork = [] {
+  const bool left = LeaveForOwnNetwork();
+  if (!left) std::fputs("no network of its own: fixed ports may meet another run's\n", stderr);
+  return left;
+}();
 
 }  // namespace
 

@@ -6,11 +6,7 @@ namespace {
 
 constexpr int kConnects = 1000;
 
-class LeakWire : public Wire {
- protected:
-  void SetUp() override { Wire::SetUp(); }
-  void TearDown() override { Wire::TearDown(); }
-};
+using LeakWire = Wire;
 
 TEST_F(LeakWire, ReaderOnAPort) {
   PortDevice device(ports_, kDevicePort, line_);

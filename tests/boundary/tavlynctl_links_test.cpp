@@ -115,7 +115,7 @@ TEST_F(TavlynctlLinks, AsciiReader) {
 
 // A raw write ends with a flush, which drops an answer that is there already.
 TEST_F(TavlynctlLinks, SerialBytes) {
-  const PortDevice device(ports_, 3, line_, {.delay = Milliseconds(60)});
+  const PortDevice device(ports_, 3, line_, {.delay = Milliseconds(250)});
   const Json answered = Document("--com 3 serial write FA04 000004 --read 7");
   EXPECT_EQ(5, answered["written"]);
   EXPECT_EQ("04010031749000", answered["read"]);

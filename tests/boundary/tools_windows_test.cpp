@@ -46,12 +46,14 @@ TEST(ToolsOnWindows, CardIsRead) {
   EXPECT_EQ(5, Simulated("--device plus:2", "read --timeout 1").status);
 }
 
-// The card comes again until a busy machine has seen it, and stays until it has been read.
+// The cards come again until a busy machine has seen them, and stay until they have been read.
 TEST(ToolsOnWindows, InputReportsTellOfCards) {
-  const Ended ended =
-      Simulated("--device plus:2@7A31:3BFB --card 0B0C:16 --on 4000 --off 900 --repeat", "watch --count 3");
+  const Ended ended = Simulated(
+      "--device plus:2@7A31:3BFB --card 0A:8 --card 0B0C:16 --on 4000 --off 900 --repeat", "watch --count 4");
   EXPECT_EQ(0, ended.status) << ended.err;
-  EXPECT_EQ("card 16 bits 0C0B\ngone 16 bits 0C0B\ncard 16 bits 0C0B\n", ended.out);
+  const std::string first = "card 8 bits 0A\ngone 8 bits 0A\n";
+  const std::string second = "card 16 bits 0C0B\ngone 16 bits 0C0B\n";
+  EXPECT_TRUE(ended.out == first + second || ended.out == second + first) << ended.out;
 }
 
 TEST(ToolsOnWindows, TypedLinesActOnTheDevices) {
@@ -62,13 +64,9 @@ TEST(ToolsOnWindows, TypedLinesActOnTheDevices) {
   EXPECT_EQ("tavlynsim: ok\n", ended.err);
 }
 
-// On Wine one program of the machine at a time can have an adapter's ports, whatever the address.
 TEST(ToolsOnWindows, ReaderBehindAnAdapterIsRead) {
-  constexpr int kCannotSimulate = 125;
-  Ended ended{.status = kCannotSimulate, .out = {}, .err = {}};
-  for (int tries = 0; tries < 1000 && ended.status == kCannotSimulate; ++tries) {
-    ended = Simulated("--ethernet 127.0.0.73:10001 --card 0102:16", "--ip 127.0.0.73:10001 read --json");
-  }
+  const Ended ended =
+      Simulated("--ethernet 127.0.0.73:10001 --card 0102:16", "--ip 127.0.0.73:10001 read --json");
   EXPECT_EQ(16, Parsed(ended)["bits"]) << ended.out;
   EXPECT_TRUE(Holds(ended.err, "tavlynctl --ip 127.0.0.73:10001 watch")) << ended.err;
 }

@@ -102,7 +102,7 @@ TEST_F(LoadTest, EntriesAreWrittenWhenTheyAreReached) {
   EXPECT_EQ(DevTable.Reached().size(), 2U);
   DevTable[5].LUID = 7;
   EXPECT_EQ(DevTable.Reached().size(), 6U);
-  for (const std::size_t skipped : {2, 3, 4}) ExpectBlank(DevTable[skipped]);
+  for (const int skipped : {2, 3, 4}) ExpectBlank(DevTable[skipped]);
   Reload();
   EXPECT_EQ(DevTable.Reached().size(), 1U);
   ExpectBlank(DevTable[5]);

@@ -64,7 +64,8 @@ bool ReadDevices(std::size_t firmwareRows) {
   return true;
 }
 
-// A sweep over a network pauses at each of its addresses.
+// A sweep over a network pauses at each of hundreds of addresses; what makes a pause punctual is asked for
+// once.
 class Pausing {
  public:
   Pausing() { platform::TheHost().clock.BeginPauses(); }
@@ -73,16 +74,20 @@ class Pausing {
   Pausing& operator=(const Pausing&) = delete;
 };
 
+bool SearchPausing() {
+  const Pausing pausing;
+  return Search();
+}
+
 std::uint32_t Connect(std::uint32_t* did) {
   const Locked lock;
-  const Pausing pausing;
   RefreshLibusb();
   CloseTunnel();
   // Handles of an earlier connect stay open and are lost; serial ports stay in their entries for reuse.
   EmptyTableForSearch();
   HidFoundCnt = 0;
   for (tsDevEntry& entry : DevTable.Reached()) ResetSearchMarks(entry);
-  const bool found = Search();
+  const bool found = SearchPausing();
   // Looked at once, for the device now active, and used for all of them.
   const SerialPort* port = ActiveEntry().pSerialPort;
   const bool onLibusb = port != nullptr && port->HasUsbHandle();

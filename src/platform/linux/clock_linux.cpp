@@ -9,7 +9,8 @@ namespace tavlyn::platform {
 namespace {
 
 // Linux lets a thread oversleep by some 50 µs, so that timers fall together. A search makes hundreds of
-// pauses of 2 ms, so the caller's thread is punctual for as long as it sleeps here. Gives the slack it had.
+// pauses of 2 ms, so the caller's thread is punctual while it sleeps here or searches. Gives the slack it
+// had.
 int BePunctual() {
   const int slack = prctl(PR_GET_TIMERSLACK);
   prctl(PR_SET_TIMERSLACK, 1UL);
@@ -20,6 +21,9 @@ void PutBackSlack(int slack) {
   if (slack > 0) prctl(PR_SET_TIMERSLACK, static_cast<unsigned long>(slack));
 }
 
+// What this thread had before BeginPauses.
+thread_local int slackBefore = 0;
+
 }  // namespace
 
 std::uint64_t LinuxClock::Tick() {
@@ -29,7 +33,7 @@ std::uint64_t LinuxClock::Tick() {
 }
 
 void LinuxClock::Sleep(std::uint32_t milliseconds) {
-  const int slack = slack_ == 0 ? BePunctual() : 0;
+  const int slack = slackBefore == 0 ? BePunctual() : 0;
   timespec left{};
   left.tv_sec = milliseconds / 1000;
   left.tv_nsec = static_cast<long>(milliseconds % 1000) * 1'000'000;
@@ -38,11 +42,11 @@ void LinuxClock::Sleep(std::uint32_t milliseconds) {
   PutBackSlack(slack);
 }
 
-void LinuxClock::BeginPauses() { slack_ = BePunctual(); }
+void LinuxClock::BeginPauses() { slackBefore = BePunctual(); }
 
 void LinuxClock::EndPauses() {
-  PutBackSlack(slack_);
-  slack_ = 0;
+  PutBackSlack(slackBefore);
+  slackBefore = 0;
 }
 
 std::tm LinuxClock::LocalTime() {

@@ -5,9 +5,11 @@
 
 #include <bitset>
 #include <cerrno>
+#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
 
 #include "platform/linux/parts.h"
 
@@ -41,26 +43,28 @@ bool IsVirtual(std::string device) {
   return false;
 }
 
-using Numbers = std::bitset<kHighestCom + 1>;
+using ComNumbers = std::bitset<kHighestCom + 1>;
 
-// Which of the names <prefix><number> stand in a folder; the first is COM number first. All of them when it
-// cannot be listed.
-Numbers Listed(const std::string& folder, const std::string& prefix, int first) {
-  Numbers numbers;
+// Which COM numbers have a name <prefix><number> in a folder, where number 0 is COM number ofZero. All of
+// them when it cannot be listed.
+ComNumbers Listed(const std::string& folder, std::string_view prefix, unsigned ofZero) {
+  ComNumbers numbers;
   DIR* names = opendir(folder.c_str());
   if (names == nullptr) return errno == ENOENT ? numbers : numbers.set();
   while (const dirent* entry = readdir(names)) {
-    const std::string name = entry->d_name;
-    if (!name.starts_with(prefix)) continue;
-    const long number = std::strtol(name.c_str() + prefix.size(), nullptr, 10) + first;
-    if (number > 0 && number <= kHighestCom) numbers.set(static_cast<std::size_t>(number));
+    const std::string_view name = entry->d_name;
+    unsigned short number = 0;
+    if (!name.starts_with(prefix) ||
+        std::from_chars(name.data() + prefix.size(), name.data() + name.size(), number).ec != std::errc{})
+      continue;
+    if (number + ofZero <= kHighestCom) numbers.set(number + ofZero);
   }
   closedir(names);
   return numbers;
 }
 
 // The folders are listed once: most of 256 names are not there, and each would be asked for in several steps.
-Numbers MayBeThere() {
+ComNumbers MayBeThere() {
   if (const char* folder = secure_getenv(kPortFolder); folder != nullptr)
     return Listed(std::string(folder) + '/', "com", 0);
   return Listed("/dev/tavlyn/", "com", 0) | Listed("/dev/", "ttyS", 1);
@@ -78,7 +82,7 @@ std::string ComPath(std::uint16_t number) {
 }
 
 void LinuxComPorts::FindVirtual(PortFlags flags) {
-  const Numbers numbers = MayBeThere();
+  const ComNumbers numbers = MayBeThere();
   for (std::uint16_t number = 1; number <= kHighestCom; ++number) {
     if (!numbers[number]) continue;
     const std::string node = RealPath(ComPath(number));

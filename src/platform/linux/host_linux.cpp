@@ -4,6 +4,7 @@
 
 #ifdef TAVLYN_STATIC_RUNTIME
 namespace __gnu_cxx {
+// NOLINTNEXTLINE(bugprone-reserved-identifier): so the runtime calls it.
 __attribute__((weak)) void __freeres();
 }
 #endif

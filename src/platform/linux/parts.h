@@ -18,9 +18,6 @@ class LinuxClock final : public Clock {
   void BeginPauses() override;
   void EndPauses() override;
   std::tm LocalTime() override;
-
- private:
-  int slack_ = 0;  // what the thread had before BeginPauses
 };
 
 class LinuxMutex final : public RecursiveMutex {
