@@ -1,8 +1,7 @@
 // Which COM numbers the registry's device tree gives to the devices of this library.
 #pragma once
 
-#include <cstdint>
-#include <span>
+#include "platform/platform.h"
 
 namespace tavlyn::platform {
 
