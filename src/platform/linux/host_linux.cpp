@@ -6,7 +6,7 @@
 namespace __gnu_cxx {
 // NOLINTNEXTLINE(bugprone-reserved-identifier): so the runtime calls it.
 __attribute__((weak)) void __freeres();
-}
+}  // namespace __gnu_cxx
 #endif
 
 namespace tavlyn::platform {
