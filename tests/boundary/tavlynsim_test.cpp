@@ -22,7 +22,10 @@ TEST(Tavlynsim, ExitStatusIsTheCommands) {
 }
 
 TEST(Tavlynsim, SignalsReachTheCommand) {
-  EXPECT_EQ(143, RunLine(kSim + " run -- sh -c 'kill -TERM $PPID; sleep 60'").status);
+  const std::string openPipe = "pipe=$(mktemp -u); mkfifo $pipe; exec 3<>$pipe; rm $pipe; ";
+  const std::string waitForEver = "read line <&3";
+  EXPECT_EQ(143,
+            RunLine(kSim + " run -- sh -c '" + openPipe + "kill -TERM $PPID; " + waitForEver + "'").status);
 }
 
 TEST(Tavlynsim, WrongWordsAreRefused) {
