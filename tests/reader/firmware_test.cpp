@@ -131,6 +131,19 @@ TEST_F(Firmware, SendGetFWVersionGoesOverAllDevices) {
   EXPECT_EQ(DevTable[1].FWVersion[1][0], 0x99U);
 }
 
+TEST_F(Firmware, SendGetFWVersionClearsTheConfigurationOfTheDeviceActiveBefore) {
+  Plug(Reader::Plus(2));
+  SetConnectProduct(1);
+  USBDisconnect();
+  ASSERT_EQ(USBConnect(nullptr), 1U);
+  ASSERT_EQ(GetDevCnt(), 2);
+  DevTable[0].ActConfig = 1;
+  DevTable[1].ActConfig = 1;
+  SendGetFWVersion();
+  EXPECT_EQ(DevTable[0].ActConfig, 0);
+  EXPECT_EQ(DevTable[1].ActConfig, 1) << "entry 0 was the active one";
+}
+
 TEST_F(Firmware, MovingABankTakesTheLowThreeBits) {
   reader->state.counters.bankMoves = 0;
   Entry().LastLibErr = 1;

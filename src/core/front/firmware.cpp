@@ -25,8 +25,9 @@ using namespace tavlyn;
 
 void SendGetFWVersion() {
   for (std::int16_t index = 0; index < DevCnt; ++index) {
-    ActDev = index;
+    // As a connect does: what is cleared belongs to the device active so far.
     ActiveEntry().ActConfig = 0;
+    ActDev = index;
     ReadFirmwareWords(kCpus);
   }
   ActDev = 0;
