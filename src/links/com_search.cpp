@@ -23,15 +23,16 @@ bool TryReaderPort(std::uint16_t number, tsDevEntry& entry, Probe answers) {
     return false;
   }
   entry.bFound = 1;
-  entry.ProductKind = kReader;
   std::snprintf(entry.DevName, sizeof entry.DevName, "COM%d:", number);
-  ++DevCnt;
+  Count(entry, kReader);
   return true;
 }
 
 // One port of the magstripe search; true when such a reader answered there.
 bool TrySorbanePort(std::uint16_t number, tsDevEntry& entry, Probe answers) {
-  SerialPort& port = ClosedPort(entry);
+  SerialPort& port = PortOf(entry);
+  // Also a new one, which counts as open while a socket is.
+  port.Close();
   port.SetLine({9600, 0, 0});
   port.UseFastTimeouts();
   entry.LinkKind = kBySerialPort;
@@ -45,8 +46,7 @@ bool TrySorbanePort(std::uint16_t number, tsDevEntry& entry, Probe answers) {
     DropPort(entry);
     return false;
   }
-  entry.ProductKind = kMagstripe;
-  ++DevCnt;
+  Count(entry, kMagstripe);
   // Deliberately the name of entry 0, whichever was filled; and bFound stays.
   std::snprintf(DevTable[0].DevName, sizeof DevTable[0].DevName, "COM%d:", number);
   return true;

@@ -22,11 +22,10 @@ void Found(tsDevEntry& entry, const Peer& peer) {
   const auto& ip = peer.asked;
   entry.DevIpAddr = {ip[0], ip[1], ip[2], peer.fourth};
   entry.bFound = 1;
-  entry.ProductKind = kReader;
   std::snprintf(entry.DevName, sizeof entry.DevName,
                 "MAC:%02X:%02X:%02X:%02X:%02X:%02X TCP/IP:%d.%d.%d.%d;Port:%d", mac[0], mac[1], mac[2],
                 mac[3], mac[4], mac[5], ip[0], ip[1], ip[2], ip[3], peer.port);
-  ++DevCnt;
+  Count(entry, kReader);
 }
 
 bool TryXport(tsDevEntry& entry, const Peer& peer, Probe answers) {

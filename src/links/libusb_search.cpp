@@ -21,9 +21,8 @@ bool SearchLibusbReader(Probe answers) {
     return false;
   }
   entry->bFound = 1;
-  entry->ProductKind = kReader;
   std::snprintf(entry->DevName, sizeof entry->DevName, "/USB/Velmar/Corvane");
-  ++DevCnt;
+  Count(*entry, kReader);
   return true;
 }
 

@@ -4,13 +4,20 @@
 
 namespace tavlyn {
 
-SerialPort& ClosedPort(tsDevEntry& entry) {
-  if (entry.pSerialPort != nullptr) {
-    entry.pSerialPort->Close();
-  } else {
-    entry.pSerialPort = new SerialPort;
-  }
+SerialPort& PortOf(tsDevEntry& entry) {
+  if (entry.pSerialPort == nullptr) entry.pSerialPort = new SerialPort;
   return *entry.pSerialPort;
+}
+
+SerialPort& ClosedPort(tsDevEntry& entry) {
+  if (entry.pSerialPort != nullptr) entry.pSerialPort->Close();
+  return PortOf(entry);
+}
+
+void Count(tsDevEntry& entry, std::uint32_t kind) {
+  entry.ProductKind = kind;
+  entry.VidPidRow = -1;
+  ++DevCnt;
 }
 
 void DropPort(tsDevEntry& entry) {

@@ -11,8 +11,15 @@ using Probe = bool (*)();
 // The entry that a search fills next, or null when the table is full.
 inline tsDevEntry* NextEntry() { return DevCnt >= 0 && DevCnt < kTableEntries ? &DevTable[DevCnt] : nullptr; }
 
-// The entry's port, closed; made when it has none.
+// The entry's port; made when it has none.
+SerialPort& PortOf(tsDevEntry& entry);
+
+// The same, closed when the entry had it before. A new one is left alone although an open socket makes it
+// count as open.
 SerialPort& ClosedPort(tsDevEntry& entry);
+
+// The candidate is a device of this kind.
+void Count(tsDevEntry& entry, std::uint32_t kind);
 
 // Ends the port of a candidate that did not answer.
 void DropPort(tsDevEntry& entry);

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 
 #include "api.h"
 #include "core/state.h"
@@ -150,12 +151,10 @@ TEST_F(ConnectLinksTest, AReaderBehindAnAdaptersSerialSide) {
   Use(Reader::Plain());
   host.sockets.device = line.get();
   AcceptAdapter();
-  DevTable[0].VidPidRow = 5;
   StartTrace();
   EXPECT_EQ(USBConnect(&did), 1U);
   EXPECT_EQ(did, reader->state.did);
   EXPECT_EQ(DevTable[0].LinkKind, kBySerialPort);
-  EXPECT_EQ(DevTable[0].VidPidRow, -1);
   EXPECT_EQ(DevTable[0].ProductKind, kReader);
   EXPECT_STREQ(DevTable[0].DevName, "MAC:00:00:00:00:00:00 TCP/IP:10.0.0.5;Port:4001");
   EXPECT_EQ(TunnelLink, 0);
@@ -163,6 +162,37 @@ TEST_F(ConnectLinksTest, AReaderBehindAnAdaptersSerialSide) {
   EXPECT_TRUE(LinkIsOpen());
   EXPECT_EQ(USBDisconnect(), 1U);
   EXPECT_FALSE(LinkIsOpen());
+}
+
+TEST_F(ConnectLinksTest, OnNoLinkButHidHasAReaderTheFiltersOfARow) {
+  Use(Reader::Plain());
+  InPackets packets(*line);
+  const std::vector<std::function<void()>> links = {[&] { host.ports.present[8] = line.get(); },
+                                                    [&] {
+                                                      host.sockets.device = line.get();
+                                                      AcceptAdapter();
+                                                    },
+                                                    [&] {
+                                                      host.usb.loads = host.usb.present = true;
+                                                      host.usb.device = &packets;
+                                                    }};
+  for (const std::function<void()>& attach : links) {
+    const auto listed = Reader::Plain();
+    listed->identity.pid = 0x3B57;
+    Plug(listed, "listed");
+    ASSERT_EQ(USBConnect(nullptr), 1U);
+    EXPECT_EQ(GetVidPidFilterMask(1), 0x2000U) << "a pair of the table";
+    USBDisconnect();
+    host.hid.Unplug("listed");
+    attach();
+    ASSERT_EQ(USBConnect(nullptr), 1U);
+    EXPECT_EQ(GetVidPidFilterMask(1), 0x8000U) << DevTable[0].DevName;
+    EXPECT_EQ(GetVidPidFilterCompare(1), 0x8000U);
+    EXPECT_EQ(DevTable[0].VidPidRow, -1);
+    USBDisconnect();
+    host.ports.present.clear();
+    SetDevTypeSrch(-1);
+  }
 }
 
 TEST_F(ConnectLinksTest, TheTunnelIsTriedNextAndCannotAnswer) {

@@ -2,6 +2,7 @@
 #include "magstripe/search.h"
 
 #include "links/com_search.h"
+#include "links/link_socket.h"
 #include "links/serial_port.h"
 #include "tests/magstripe/stripe_bench.h"
 
@@ -119,6 +120,7 @@ TEST_F(StripeConnect, ComPortsOfTheRangeAndVirtualOnesAreVisited) {
   SetComSrchRange(3, 6);
   SetBaudRate(19200);
   DevCnt = 1;
+  DevTable[1].VidPidRow = DevTable[2].VidPidRow = 5;
   Asked().clear();
   EXPECT_TRUE(SearchSorbaneComs(AnswersOn5And12));
   EXPECT_EQ(Asked(), (std::vector<std::uint32_t>{3, 5, 12}));
@@ -128,6 +130,8 @@ TEST_F(StripeConnect, ComPortsOfTheRangeAndVirtualOnesAreVisited) {
   EXPECT_EQ(DevTable[1].LinkKind, kBySerialPort);
   EXPECT_EQ(DevTable[1].bFound, 0);
   EXPECT_EQ(DevTable[1].pSerialPort->PortNum(), 5);
+  EXPECT_EQ(DevTable[1].VidPidRow, -1);
+  EXPECT_EQ(DevTable[2].VidPidRow, -1);
   EXPECT_EQ(DevTable[2].pSerialPort->PortNum(), 12);
   EXPECT_STREQ(DevTable[0].DevName, "COM12:");
   EXPECT_STREQ(DevTable[1].DevName, "");
@@ -136,6 +140,28 @@ TEST_F(StripeConnect, ComPortsOfTheRangeAndVirtualOnesAreVisited) {
   EXPECT_EQ(host.ports.opened.front().line.stopBits, 0);
   EXPECT_EQ(host.ports.opened.front().timeouts.readInterval, 11U);
   EXPECT_EQ(host.ports.opened.front().timeouts.readConstant, 100U);
+}
+
+TEST_F(StripeConnect, APortThatAnOpenSocketMakesOpenIsClosedFirst) {
+  host.ports.present[5] = nullptr;
+  host.sockets.accepts = [](platform::Address) { return true; };
+  for (const bool before : {false, true}) {
+    ASSERT_EQ(LinkConnect({{10, 0, 0, 5}, 4001}), 0);
+    if (before) DevTable[0].pSerialPort = new SerialPort;
+    ForgetTraffic();
+    EXPECT_TRUE(SearchSorbaneComs(AnswersOn5And12)) << before;
+    EXPECT_FALSE(LinkIsOpen());
+    EXPECT_EQ(host.transcript.Lines().front().substr(0, 12), "close socket");
+    USBDisconnect();
+  }
+}
+
+TEST_F(StripeConnect, TheReaderSearchLeavesTheSocketToANewPort) {
+  host.sockets.accepts = [](platform::Address) { return true; };
+  ASSERT_EQ(LinkConnect({{10, 0, 0, 5}, 4001}), 0);
+  SetComSrchRange(5, 5);
+  EXPECT_FALSE(SearchReaderComs(AnswersOn5And12)) << "the port is not there";
+  EXPECT_TRUE(LinkIsOpen());
 }
 
 TEST_F(StripeConnect, TheFirstAndTheLastPortAreVisited) {
