@@ -71,10 +71,14 @@ Interface* VirtualHid::Find(const char* path) const {
   return found == interfaces_.end() ? nullptr : found->get();
 }
 
+bool VirtualHid::IsOpen(Handle device) const {
+  return device != 0 && device <= handles_.size() && handles_[device - 1] != nullptr;
+}
+
 Interface* VirtualHid::Reach(Handle device) const {
-  if (device == 0 || device > handles_.size()) return nullptr;
+  if (!IsOpen(device)) return nullptr;
   const Shared& interface = handles_[device - 1];
-  return interface != nullptr && IsListed(*interface) ? interface.get() : nullptr;
+  return IsListed(*interface) ? interface.get() : nullptr;
 }
 
 bool VirtualHid::Load() {
@@ -148,7 +152,7 @@ Handle VirtualHid::Open(const char* path, OpenMode mode) {
 void VirtualHid::Close(Handle device) {
   Event event{EventKind::kClose};
   event.handle = device;
-  event.ok = device != 0 && device <= handles_.size() && handles_[device - 1] != nullptr;
+  event.ok = IsOpen(device);
   if (event.ok) handles_[device - 1] = nullptr;
   transcript_.Add(event);
 }
@@ -196,6 +200,7 @@ bool VirtualHid::SetFeature(Handle device, std::span<const std::uint8_t> report)
 
 Drain VirtualHid::DrainInput(Handle device, std::span<std::uint8_t> report) {
   const Interface* interface = Reach(device);
+  const bool gone = interface == nullptr && IsOpen(device);
   std::vector<std::uint8_t> taken;
   std::vector<std::uint8_t> dropped;
   const bool drained = interface != nullptr && interface->device->TakeInput(taken);
@@ -205,11 +210,11 @@ Drain VirtualHid::DrainInput(Handle device, std::span<std::uint8_t> report) {
 
   Event event{EventKind::kDrain};
   event.handle = device;
-  event.ok = interface != nullptr;
+  event.ok = !gone;
   event.bytes = taken;
   if (event.ok && !drained) event.text = "nothing";
   transcript_.Add(event);
-  if (interface == nullptr) return Drain::kGone;
+  if (gone) return Drain::kGone;
   return drained ? Drain::kDrained : Drain::kNothing;
 }
 

@@ -63,6 +63,7 @@ class VirtualHid final : public platform::HidSystem {
   using Shared = std::shared_ptr<Interface>;
 
   [[nodiscard]] Interface* Find(const char* path) const;
+  [[nodiscard]] bool IsOpen(platform::Handle device) const;
   // Null when the handle is not open or its interface is gone.
   [[nodiscard]] Interface* Reach(platform::Handle device) const;
   static bool IsListed(const Interface& interface);

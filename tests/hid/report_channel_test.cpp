@@ -286,9 +286,13 @@ TEST_F(DrainTest, AGoneDeviceIsToldInEntryZeroWhicheverItIs) {
   EXPECT_EQ(DevTable[1].LastLibErr, 0U);
 }
 
-TEST_F(DrainTest, AHandleThatIsNoneCountsAsGone) {
-  EXPECT_FALSE(ReadInputReport(platform::kNoHandle, report));
-  EXPECT_EQ(DevTable[0].LastLibErr, 0x60000000U);
+TEST_F(DrainTest, AHandleThatIsNoneHasNothingAndIsNoError) {
+  const platform::Handle closed = open;
+  host.hid.Close(closed);
+  for (const platform::Handle none : {platform::kNoHandle, platform::Handle{0}, closed}) {
+    EXPECT_FALSE(ReadInputReport(none, report)) << none;
+    EXPECT_EQ(DevTable[0].LastLibErr, 0U) << none;
+  }
 }
 
 TEST_F(DrainTest, AReportLongerThanTheBufferIsCut) {
