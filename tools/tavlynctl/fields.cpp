@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <bit>
 #include <charconv>
-#include <numeric>
 
 #include "api.h"
+#include "tools/nearest.h"
 #include "tools/tavlynctl/session.h"
 
 namespace tavlyn::ctl {
@@ -23,32 +23,15 @@ Save SaveOf(FieldId id) {
   return std::ranges::find_if(kSavedFields, [&](const SavedField& one) { return Same(one.field, id); })->save;
 }
 
-std::size_t Distance(std::string_view a, std::string_view b) {
-  std::vector<std::size_t> row(b.size() + 1);
-  std::iota(row.begin(), row.end(), std::size_t{0});
-  for (const char letter : a) {
-    std::size_t diagonal = row[0]++;
-    for (std::size_t j = 0; j < b.size(); ++j) {
-      const std::size_t replaced = diagonal + (letter == b[j] ? 0 : 1);
-      diagonal = row[j + 1];
-      row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
-    }
-  }
-  return row.back();
-}
-
+// By its own name or by the full one; the first has to be told with its record.
 std::string Suggestion(const std::string& name) {
-  const std::string lower = LowerCase(name);
-  std::size_t nearest = std::max<std::size_t>(2, name.size() / 3) + 1;
-  std::string best;
-  for (const Field& field : Fields()) {
-    const std::size_t distance =
-        std::min(Distance(lower, LowerCase(field.name)), Distance(lower, LowerCase(FullName(field))));
-    if (distance >= nearest) continue;
-    nearest = distance;
-    best = FullName(field);
-  }
-  return best.empty() ? "; config show lists them all" : "; did you mean " + best + "?";
+  const auto& fields = Fields();
+  std::vector<std::string> names;
+  for (const Field& field : fields) names.push_back(FullName(field));
+  for (const Field& field : fields) names.emplace_back(field.name);
+  const auto found = Nearest(name, names);
+  if (!found) return "; config show lists them all";
+  return "; did you mean " + names[*found % fields.size()] + "?";
 }
 
 std::string RangeText(const FieldBounds& bounds, std::int16_t most) {
@@ -165,13 +148,6 @@ const Field& FindField(const std::string& name) {
   }
   if (found != nullptr) return *found;
   throw Failure(kUsage, "there is no field " + name + Suggestion(name));
-}
-
-std::string LowerCase(std::string_view text) {
-  std::string lower(text);
-  std::ranges::transform(lower, lower.begin(),
-                         [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-  return lower;
 }
 
 Wish ParseWish(const std::string& text) {

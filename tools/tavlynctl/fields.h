@@ -27,8 +27,6 @@ std::string FullName(const Field& field);
 // nearest.
 const Field& FindField(const std::string& name);
 
-std::string LowerCase(std::string_view text);
-
 // A value for a field.
 struct Wish {
   Field field;

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "api.h"
+#include "core/ascii_case.h"
 #include "core/text_file.h"
 #include "tools/tavlynctl/fields.h"
 #include "tools/tavlynctl/session.h"
@@ -112,7 +113,7 @@ Json NamedAsIn(const Json& mirror, const Json& file, std::uint32_t product) {
   Json named = Json::object();
   for (const auto& [name, value] : file.items()) {
     for (const auto& [known, old] : mirror.items()) {
-      if (name == known || (anyCase && LowerCase(name) == LowerCase(known))) named[known] = value;
+      if (name == known || (anyCase && SameText(name, known))) named[known] = value;
     }
   }
   return named;

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "api.h"
+#include "core/ascii_case.h"
 #include "core/text_file.h"
 #include "tools/tavlynctl/fields.h"
 
@@ -42,12 +43,11 @@ struct Keyword {
 };
 
 Keyword KeywordOf(const std::string& word) {
-  const std::string lower = LowerCase(word);
   for (const SavedOption& option : kSavedOptions) {
-    if (lower == LowerCase(option.keyword)) return {option.keyword, true};
+    if (SameText(word, option.keyword)) return {option.keyword, true};
   }
   for (const SavedField& saved : kSavedFields) {
-    if (saved.save == Save::kUnsaved || lower != LowerCase(saved.keyword)) continue;
+    if (saved.save == Save::kUnsaved || !SameText(word, saved.keyword)) continue;
     return {FullName(std::string_view(kRecordNames[saved.field.record]).substr(2), saved.keyword),
             saved.save == Save::kFlag};
   }
@@ -145,9 +145,11 @@ std::vector<Json> ReadTemplate(const std::string& path) {
 }
 
 bool HasTrailer(const std::string& path, Trailer trailer) {
-  const char* mark = trailer == Trailer::kHwg ? "iendofhwgfile" : "iendofinifile";
+  const std::string_view mark = trailer == Trailer::kHwg ? "iEndOfHwgFile" : "iEndOfIniFile";
   bool found = false;
-  EachLine(path, [&](const std::string& line) { found = found || Holds(LowerCase(line), mark); });
+  EachLine(path, [&](const std::string& line) {
+    found = found || !std::ranges::search(line, mark, {}, AsciiLower, AsciiLower).empty();
+  });
   return found;
 }
 
