@@ -1,6 +1,8 @@
 #include "sim/device_word.h"
 
+#include <algorithm>
 #include <chrono>
+#include <sstream>
 
 #include "sim/devices/magstripe.h"
 #include "sim/devices/reader.h"
@@ -52,9 +54,7 @@ std::shared_ptr<Model> MakeKind(const DeviceWord& word) {
   return word.configurations == 1 ? Reader::Plain() : Reader::Plus(word.configurations);
 }
 
-}  // namespace
-
-std::optional<DeviceWord> ParseDevice(const std::string& text) {
+std::optional<DeviceWord> ParseKind(const std::string& text) {
   DeviceWord word;
   const std::size_t at = text.find('@');
   if (at != std::string::npos && !ParsePlace(text.substr(at + 1), word)) return std::nullopt;
@@ -70,16 +70,58 @@ std::optional<DeviceWord> ParseDevice(const std::string& text) {
   return word;
 }
 
+// As many as the library keeps of a device text.
+constexpr std::size_t kLongestSerial = 24;
+
+bool IsSerial(const std::string& text) {
+  const auto isPrintable = [](char c) { return c > ' ' && c < 0x7F; };
+  return !text.empty() && text.size() <= kLongestSerial && std::ranges::all_of(text, isPrintable);
+}
+
+// What stands behind a comma.
+bool TakeOwn(const std::string& text, DeviceWord& word) {
+  const std::size_t behind = text.find('=') + 1;
+  const std::string name = text.substr(0, behind);
+  const std::string value = text.substr(behind);
+  if (name == "serial=") word.serial = value;
+  if (name == "luid=") word.luid = ParseNumber<std::uint16_t>(value);
+  return name == "serial=" ? IsSerial(value) : name == "luid=" && word.luid.has_value();
+}
+
+// The serial number of device number, where this is that of the first.
+std::string Counted(const std::string& first, std::size_t number) {
+  const std::string last = std::to_string(ParseNumber<std::size_t>(first).value_or(0) + number - 1);
+  return std::string(first.size() - std::min(first.size(), last.size()), '0') + last;
+}
+
+}  // namespace
+
+std::optional<DeviceWord> ParseDevice(const std::string& text, std::string& problem) {
+  std::istringstream parts(text);
+  std::string part;
+  std::getline(parts, part, ',');
+  auto word = ParseKind(part);
+  problem = text + ": no such kind of device";
+  while (word && std::getline(parts, part, ',')) {
+    if (TakeOwn(part, *word)) continue;
+    problem = part + ": serial= and 1 to 24 characters, or luid= and 0 to 65535";
+    return std::nullopt;
+  }
+  return word;
+}
+
 bool IsKelda(const DeviceWord& word) {
   return word.kind == Kind::kReader && word.vid == kKeldaVid && word.pid == kKeldaPid;
 }
 
-std::shared_ptr<Model> MakeModel(const DeviceWord& word) {
+std::shared_ptr<Model> MakeModel(const DeviceWord& word, std::size_t number) {
   auto model = MakeKind(word);
   if (word.vid != 0) {
     model->identity.vid = word.vid;
     model->identity.pid = word.pid;
   }
+  model->SetSerial(word.serial.empty() ? Counted(model->identity.serial, number) : word.serial);
+  model->SetLuid(word.luid.value_or(static_cast<std::uint16_t>(number)));
   return model;
 }
 

@@ -1,6 +1,8 @@
-// The word by which a device is plugged: its kind, and behind an @ its identity or the place of its line.
+// The word by which a device is plugged: its kind, behind an @ its identity or the place of its line, behind
+// commas what is its own.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -22,13 +24,17 @@ struct DeviceWord {
   std::uint16_t vid = 0;   // 0: the model's own pair
   std::uint16_t pid = 0;
   std::optional<LinePlace> line;
+  std::string serial;  // empty: by the device's number, as the LUID
+  std::optional<std::uint16_t> luid;
 };
 
-std::optional<DeviceWord> ParseDevice(const std::string& text);
+// None: problem tells why.
+std::optional<DeviceWord> ParseDevice(const std::string& text, std::string& problem);
 
 // A reader with numbered reports and a keyboard beside it.
 bool IsKelda(const DeviceWord& word);
 
-std::shared_ptr<Model> MakeModel(const DeviceWord& word);
+// number: which one it is, from 1; no two of a rack have one serial number or LUID unless their words say so.
+std::shared_ptr<Model> MakeModel(const DeviceWord& word, std::size_t number);
 
 }  // namespace tavlyn::sim

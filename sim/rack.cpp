@@ -18,7 +18,8 @@ constexpr std::size_t kMostNoise = 16U << 20U;
 
 // Its VID:PID, or the place of its line.
 std::string Whereabouts(const std::string& word, const HidIdentity& identity, bool onLine) {
-  if (onLine) return word.substr(word.find('@') + 1);
+  const std::string place = word.substr(word.find('@') + 1);
+  if (onLine) return place.substr(0, place.find(','));
   char pair[16];
   std::snprintf(pair, sizeof pair, "%04X:%04X", identity.vid, identity.pid);
   return pair;
@@ -95,12 +96,12 @@ bool Rack::IsTaken(const LinePlace& place) const {
 }
 
 bool Rack::Plug(const Words& words, std::string& reply) {
-  const auto word = ParseDevice(words[1]);
-  if (!word) return Fail(reply, words[1] + ": no such kind of device");
+  const auto word = ParseDevice(words[1], reply);
+  if (!word) return false;
   if (word->line && IsTaken(*word->line)) return Fail(reply, words[1] + ": there is one already");
   auto slot = std::make_unique<Slot>();
   slot->word = words[1];
-  slot->model = MakeModel(*word);
+  slot->model = MakeModel(*word, slots_.size() + 1);
   if (IsKelda(*word)) {
     slot->keyboard = std::make_shared<InertInterface>(kKeldaVid, kKeldaPid);
     places_.push_back({slot.get(), slot->keyboard.get()});

@@ -12,7 +12,8 @@
 //                          With @com3 the reader is on a serial port, with @com3:ascii it speaks text there,
 //                          with @127.0.0.1:10001 it is behind an Ethernet adapter, with @bulk behind the
 //                          endpoints of a bulk device: on no HID cable, so only carriers of such lines show
-//                          it.
+//                          it. Its serial number and LUID follow from its number, or stand behind commas:
+//                          plus:2@com3,serial=0400999999,luid=7
 //   unplug                 takes the device away; programs that have it open see it gone
 //   card HEX:BITS          lays a card on the reader, lowest byte first: card 0102:13
 //   take                   takes the card away

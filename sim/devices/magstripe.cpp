@@ -25,6 +25,13 @@ MagPacket PacketOf(const std::string& text) {
 
 Magstripe::Magstripe(MagstripeState initial) : Model(MagstripeIdentity()), state(std::move(initial)) {}
 
+void Magstripe::SetLuid(std::uint16_t luid) {
+  for (MagSettings* settings : {&state.working, &state.stored}) {
+    settings->system[3] = Low(luid);
+    settings->system[4] = High(luid);
+  }
+}
+
 void Magstripe::PowerCycle() {
   LoseWorkingMemory(state);
   SetCommand({});

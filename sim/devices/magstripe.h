@@ -25,6 +25,7 @@ class Magstripe final : public Model {
   MagstripeState state;
 
   void Swipe(const MagCard& card) { TakeSwipe(state, card); }
+  void SetLuid(std::uint16_t luid) override;
   // Working memory is lost, committed memory comes back.
   void PowerCycle();
 

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "sim/devices/device.h"
@@ -19,6 +20,10 @@ class Model : public HidDevice {
 
   Faults faults;
   HidIdentity identity;
+
+  // What tells it from others of its kind.
+  virtual void SetSerial(const std::string& serial) { identity.serial = serial; }
+  virtual void SetLuid(std::uint16_t luid) = 0;
 
   void Unplug() { plugged_ = false; }
   void PlugIn() { plugged_ = true; }

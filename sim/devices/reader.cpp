@@ -1,5 +1,7 @@
 #include "sim/devices/reader.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <utility>
 
 #include "sim/devices/reader_actions.h"
@@ -51,6 +53,14 @@ void Reader::PowerCycle() {
   SetCommand({});
   SetReply({});
   dataMayFollow_ = false;
+}
+
+// The electronic serial number ends with its characters.
+void Reader::SetSerial(const std::string& serial) {
+  Model::SetSerial(serial);
+  state.texts[kSerialNumber] = serial;
+  const std::size_t length = std::min(serial.size(), state.esn.size());
+  std::copy_n(serial.begin(), length, state.esn.end() - static_cast<std::ptrdiff_t>(length));
 }
 
 bool Reader::TakeInput(std::vector<std::uint8_t>& report) {

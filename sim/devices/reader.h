@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "sim/devices/device.h"
@@ -35,6 +36,8 @@ class Reader final : public Model {
   // Working memory is lost, committed memory comes back.
   void PowerCycle();
 
+  void SetSerial(const std::string& serial) override;
+  void SetLuid(std::uint16_t luid) override { state.luid = state.storedLuid = luid; }
   bool TakeInput(std::vector<std::uint8_t>& report) override;
 
  private:

@@ -64,6 +64,7 @@ class Sonar final : public Model {
   // Somebody stands there from now on.
   void Stand(double inches) { state.walk = Walk(inches); }
   void Go(std::vector<Leg> legs) { state.walk = Walk(std::move(legs), Now()); }
+  void SetLuid(std::uint16_t luid) override { state.luid = luid; }
   // Working memory is lost, committed memory comes back.
   void PowerCycle();
 

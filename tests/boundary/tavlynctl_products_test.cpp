@@ -31,7 +31,7 @@ TEST_F(TavlynctlProducts, ListShowsAllThree) {
                        {"part_number", "OMS-2100-AKU"},
                        {"identity", ""},
                        {"did", "0210"},
-                       {"luid", 1},
+                       {"luid", 2},
                        {"configurations", 1},
                        {"path", "/dev/hidraw-sim2"}};
   EXPECT_EQ(magstripe, devices[1]);

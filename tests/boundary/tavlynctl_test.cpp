@@ -31,7 +31,7 @@ TEST(Tavlynctl, ListShowsEachReader) {
                       {"part_number", "RDR-80581AKU"},
                       {"identity", "19E5:2021 Orvantis Quill"},
                       {"did", "7431"},
-                      {"luid", 1},
+                      {"luid", 2},
                       {"configurations", 1},
                       {"path", "/dev/hidraw-sim2"}};
   EXPECT_EQ(expected, document["devices"][1]);
@@ -60,7 +60,7 @@ TEST(Tavlynctl, InfoTellsWhatTheReaderTells) {
   EXPECT_EQ("Mar  5 2024 06:07:08", device["build_date"]);
   EXPECT_EQ("M4 at 96 MHz", device["cpu"]);
   EXPECT_EQ("(c) Orvantis", device["copyright"]);
-  EXPECT_EQ("404142434445464748494A4B4C4D4E4F505152535455565758595A5B5C5D5E5F", device["esn"]);
+  EXPECT_EQ("404142434445464748494A4B4C4D4E4F50515253545530343030313233343536", device["esn"]);
   EXPECT_EQ("05", device["installed_hardware"]);
   EXPECT_EQ("0F", device["supported_hardware"]);
   EXPECT_GE(device["answer_ms"], 1);

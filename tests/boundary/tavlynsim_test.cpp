@@ -50,6 +50,20 @@ TEST(Tavlynsim, DevicesAreListed) {
   EXPECT_TRUE(Holds(devices.out, "sonar "));
 }
 
+TEST(Tavlynsim, DevicesAreToldApartBySerialNumberAndLuid) {
+  const std::string three =
+      kSim + " run --device reader --device plus:2,luid=7,serial=SN-7 --device reader@com3 -- ";
+  const Json all = ParsedText(RunLine(three + kCtl + " list --json"));
+  ASSERT_EQ(2u, all["devices"].size());
+  EXPECT_EQ(1, all["devices"][0]["luid"]);
+  EXPECT_EQ(7, all["devices"][1]["luid"]);
+  const Json chosen = ParsedText(RunLine(three + kCtl + " info --device 1 --json"))["device"];
+  EXPECT_EQ("SN-7", chosen["serial_number"]);
+  const Json onLine = ParsedText(RunLine(three + kCtl + " --com 3 info --json"))["device"];
+  EXPECT_EQ("0400123458", onLine["serial_number"]);
+  EXPECT_EQ(3, onLine["luid"]);
+}
+
 TEST(Tavlynsim, EveryDeviceTakesItsOwnCommands) {
   EXPECT_EQ(0, RunLine(kSim + " run --device magstripe --do 'swipe ;12=34?' -- true").status);
   EXPECT_EQ(0,

@@ -32,6 +32,21 @@ class RackTest : public testing::Test {
     return report;
   }
 
+  int Luid(int number) {
+    const std::vector<std::uint8_t> identity = Ask(number, 0, 0x8A);
+    return identity[1] | identity[2] << 8;
+  }
+
+  // In the answer to "GS0": hexadecimal digits, behind its three letters and three other bytes.
+  int MagstripeLuid(int number) {
+    std::vector<std::uint8_t> report{0, 'G', 'S', '0'};
+    report.resize(25);
+    report.back() = '\r';
+    EXPECT_TRUE(rack_.SetFeature(number, report) && rack_.GetFeature(number, report));
+    const std::string text(report.begin() + 1, report.end());
+    return std::stoi(text.substr(9, 2), nullptr, 16) | std::stoi(text.substr(11, 2), nullptr, 16) << 8;
+  }
+
   Rack rack_;
 };
 
@@ -46,6 +61,37 @@ TEST_F(RackTest, DevicesAreNumberedAndListed) {
   Do("reset");
   EXPECT_EQ("", Do("list"));
   EXPECT_EQ("1", Do("plug reader"));
+}
+
+TEST_F(RackTest, EveryDeviceHasASerialNumberAndALuidOfItsOwn) {
+  struct Own {
+    const char* word;
+    const char* serial;
+    std::uint16_t luid;
+  };
+  constexpr Own kOwn[] = {
+      {"reader", "0400123456", 1},
+      {"plus:2", "0400123457", 2},
+      {"sonar", "0600123458", 3},
+      {"magstripe", "0500123459", 4},
+      {"reader,serial=A-7", "A-7", 5},
+      {"plus:3@19E5:2021,luid=65535", "0400123461", 65535},
+      {"sonar,luid=0,serial=123456789012345678901234", "123456789012345678901234", 0},
+      {"magstripe,serial=0400123456,luid=258", "0400123456", 258},
+  };
+  for (const Own& own : kOwn) {
+    const int number = std::stoi(Do(std::string("plug ") + own.word));
+    EXPECT_EQ(own.serial, rack_.Identity(number)->serial);
+    EXPECT_EQ(own.luid, own.word[0] == 'm' ? MagstripeLuid(number) : Luid(number)) << own.word;
+  }
+}
+
+TEST_F(RackTest, SerialNumbersAndLuidsThatAreNoneAreRefused) {
+  for (const char* own : {"serial=", "serial=1234567890123456789012345", "luid=", "luid=65536", "luid=-1",
+                          "luid=x", "colour=red", "luid", ""}) {
+    EXPECT_EQ(std::string(own) + ": serial= and 1 to 24 characters, or luid= and 0 to 65535",
+              Refused("plug reader,luid=1," + std::string(own) + ",luid=2"));
+  }
 }
 
 TEST_F(RackTest, ReaderWithNumberedReportsHasAKeyboardBesideIt) {
@@ -204,11 +250,11 @@ TEST_F(RackTest, WhatTheReaderKeepsIsLaidIn) {
 TEST_F(RackTest, LinesAreListedByTheirPlace) {
   Do("plug reader");
   Do("plug plus:2@COM3");
-  Do("plug reader@com4:ascii");
+  Do("plug reader@com4:ascii,luid=7");
   Do("plug reader@127.0.0.1:10001");
   Do("plug reader@bulk");
   EXPECT_EQ(
-      "1 7A31:3BFA reader\n2 COM3 plus:2@COM3\n3 com4:ascii reader@com4:ascii\n"
+      "1 7A31:3BFA reader\n2 COM3 plus:2@COM3\n3 com4:ascii reader@com4:ascii,luid=7\n"
       "4 127.0.0.1:10001 reader@127.0.0.1:10001\n5 bulk reader@bulk\n",
       Do("list"));
   EXPECT_EQ(1U, rack_.Present().size());
