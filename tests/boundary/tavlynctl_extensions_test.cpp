@@ -99,7 +99,10 @@ TEST(TavlynctlExtensions, ARawCommandThatFails) {
   // The reply, and the command itself, which is tried six times.
   const Ended reply = Simulated("--do 'refuse " + std::to_string(last) + "'", "raw 8A");
   EXPECT_EQ(kDeviceError, reply.status);
-  EXPECT_TRUE(Holds(reply.err, "did not answer the command, error word 0x0")) << reply.err;
+  EXPECT_TRUE(Holds(reply.err,
+                    "did not answer the command, error word 0x0: the library names no reason; the device "
+                    "refused, or its answer was none"))
+      << reply.err;
   std::string refusals;
   for (int at = 0; at < 6; ++at) refusals += "--do 'refuse " + std::to_string(last - 1 + at) + "' ";
   const Ended command = Simulated(refusals, "raw 8A");

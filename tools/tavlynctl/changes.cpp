@@ -89,12 +89,12 @@ void ReadBack() {
   throw Failure(kDeviceError, ActiveDeviceName() + " was written but could not be read back, " + ErrorText());
 }
 
-Json Verified(Json document, Json rows, const std::string& refused, bool asJson) {
+Json Verified(Json document, Json rows, const std::string& refused) {
   document["verified"] = refused.empty();
   document["changes"] = std::move(rows);
   if (refused.empty()) return document;
-  Show(document, asJson);
-  throw Failure(kDeviceError, ActiveDeviceName() + " does not keep what was written of " + refused);
+  throw Failure(kDeviceError, ActiveDeviceName() + " does not keep what was written of " + refused,
+                std::move(document));
 }
 
 // A sonar sensor keeps these in steps, rounded down, and sends others that it does not take.
@@ -119,7 +119,7 @@ Change Wanting(int configuration, Json wanted) {
   return {configuration, std::move(wanted), Settings()};
 }
 
-Json Carry(Json document, const std::vector<Change>& changes, bool dryRun, bool asJson,
+Json Carry(Json document, const std::vector<Change>& changes, bool dryRun,
            const std::function<void()>& write) {
   document["written"] = !dryRun;
   if (dryRun) {
@@ -131,10 +131,10 @@ Json Carry(Json document, const std::vector<Change>& changes, bool dryRun, bool 
   ReadBack();
   std::string refused;
   Json rows = WrittenRows(changes, refused);
-  return Verified(std::move(document), std::move(rows), refused, asJson);
+  return Verified(std::move(document), std::move(rows), refused);
 }
 
-Json CarrySettings(Json document, const SettingsPlan& plan, bool dryRun, bool asJson) {
+Json CarrySettings(Json document, const SettingsPlan& plan, bool dryRun) {
   document["written"] = !dryRun;
   Json after;
   if (!dryRun) {
@@ -153,7 +153,7 @@ Json CarrySettings(Json document, const SettingsPlan& plan, bool dryRun, bool as
     }
     if (row["old"] != wanted || row.value("result", "") == "different") rows.push_back(std::move(row));
   }
-  if (!dryRun) return Verified(std::move(document), std::move(rows), refused, asJson);
+  if (!dryRun) return Verified(std::move(document), std::move(rows), refused);
   document["changes"] = std::move(rows);
   return document;
 }

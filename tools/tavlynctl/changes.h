@@ -18,8 +18,8 @@ struct Change {
 Change Wanting(int configuration, Json wanted);
 
 // Adds what would change to the document. Without dryRun writes, reads the reader back, compares, and adds
-// the outcome; when the reader did not take a value the document is shown and Failure thrown.
-Json Carry(Json document, const std::vector<Change>& changes, bool dryRun, bool asJson,
+// the outcome; when the reader did not take a value Failure is thrown with the document.
+Json Carry(Json document, const std::vector<Change>& changes, bool dryRun,
            const std::function<void()>& write);
 
 // The same for the settings of another product, which has one configuration; read gives them from the
@@ -29,7 +29,7 @@ struct SettingsPlan {
   Json wanted;
   std::function<Json()> read;
 };
-Json CarrySettings(Json document, const SettingsPlan& plan, bool dryRun, bool asJson);
+Json CarrySettings(Json document, const SettingsPlan& plan, bool dryRun);
 
 // WriteCfg; throws Failure when it fails.
 void Commit();

@@ -169,7 +169,7 @@ Json LoadSettings(const Options& options, std::uint32_t product) {
   }
   Json document = NewDocument("config load", options.device);
   document["file"] = path;
-  return CarrySettings(std::move(document), plan, options.dryRun, options.json);
+  return CarrySettings(std::move(document), plan, options.dryRun);
 }
 
 }  // namespace
@@ -208,7 +208,7 @@ Json LoadConfig(const Options& options) {
   document["file"] = path;
   document["secure"] = secure;
   document["separator_data_not_loaded"] = std::move(notLoaded);
-  return Carry(std::move(document), changes, options.dryRun, options.json, [&] {
+  return Carry(std::move(document), changes, options.dryRun, [&] {
     const std::uint32_t loaded =
         secure ? ReadDevCfgFromSecureFile(path.c_str()) : ReadDevCfgFmFile(path.c_str());
     if (loaded == 1) return;

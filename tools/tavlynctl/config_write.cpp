@@ -31,7 +31,7 @@ Json SetConfig(const Options& options) {
     const SelectedConfiguration selected(index);
     Store(wishes);
   }
-  return Carry(NewDocument("config set", options.device), {change}, options.dryRun, options.json, Commit);
+  return Carry(NewDocument("config set", options.device), {change}, options.dryRun, Commit);
 }
 
 Json ResetConfig(const Options& options) {

@@ -122,8 +122,7 @@ Json List(const Options& options) {
   }
   if (devices.empty()) throw NotFound(options.link, options.products);
   if (problem.empty()) return document;
-  Show(document, options.json);
-  throw Failure(kDeviceError, problem);
+  throw Failure(kDeviceError, problem, std::move(document));
 }
 
 Json Info(const Options& options) {

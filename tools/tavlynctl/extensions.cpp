@@ -135,8 +135,7 @@ Json ListAnalyzed(const Options& options) {
                                    {"binary", Drawing(record)}});
   }
   if (GetLastLibErr() == 0) return document;
-  Show(document, options.json);
-  throw NoAnswer("the last record");
+  throw Failure(kDeviceError, NoAnswer("the last record").what(), std::move(document));
 }
 
 Json GetModule(const Options& options) {

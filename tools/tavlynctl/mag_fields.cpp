@@ -140,7 +140,7 @@ Json SetMagField(const Options& options) {
   Store(field, wanted);
   Json document = NewDocument("magfield set", options.device);
   document["number"] = field;
-  return CarrySettings(std::move(document), plan, options.dryRun, options.json);
+  return CarrySettings(std::move(document), plan, options.dryRun);
 }
 
 }  // namespace tavlyn::ctl

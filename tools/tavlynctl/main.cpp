@@ -40,8 +40,7 @@ int Run(const Command& command, const Options& options) try {
   Show(command.run(options), options.json);
   return kOk;
 } catch (const Failure& failure) {
-  ShowFailure(failure, command.name, options.json);
-  return failure.code;
+  return ShowFailure(failure, command.name, options.json);
 }
 
 // Whether JSON is wanted is told by the words themselves, as not all of them were understood.
@@ -49,8 +48,7 @@ int Refuse(const CLI::App& app, const CLI::ParseError& error, std::span<char*> w
   const std::string command = tavlyn::GivenCommand(app);
   const bool json = std::ranges::find(words, std::string_view("--json")) != words.end();
   const Failure failure(kUsage, tavlyn::WrongWords(app, error, command == "secure write"));
-  ShowFailure(failure, command, json);
-  return failure.code;
+  return ShowFailure(failure, command, json);
 }
 
 }  // namespace

@@ -5,11 +5,13 @@
 #include <map>
 #include <vector>
 
+#include "tools/printable.h"
+
 namespace tavlyn::ctl {
 namespace {
 
 constexpr int kSchema = 1;
-constexpr std::size_t kIndent = 2;
+constexpr int kIndent = 2;
 
 bool IsScalar(const Json& value) { return !value.is_structured(); }
 
@@ -23,16 +25,9 @@ bool IsTable(const Json& value) {
          });
 }
 
-// What a device tells must not move the cursor of a terminal.
-std::string Printable(std::string text) {
-  std::ranges::replace_if(
-      text, [](char c) { return (c >= 0 && c < ' ') || c == '\x7F'; }, '?');
-  return text;
-}
-
 std::string Cell(const Json& value) {
   if (value.is_null()) return "-";
-  if (value.is_string()) return Printable(value.get<std::string>());
+  if (value.is_string()) return value.get<std::string>();
   if (value.is_boolean()) return value.get<bool>() ? "yes" : "no";
   if (!value.is_array()) return value.dump();
   if (value.empty()) return "none";
@@ -51,7 +46,7 @@ std::string Label(std::string key) {
 
 void Line(std::size_t indent, std::string text) {
   while (!text.empty() && text.back() == ' ') text.pop_back();
-  std::printf("%*s%s\n", static_cast<int>(indent), "", text.c_str());
+  PrintLine(stdout, text.insert(0, indent, ' '));
 }
 
 std::string Padded(std::string text, std::size_t width) {
@@ -59,9 +54,10 @@ std::string Padded(std::string text, std::size_t width) {
   return text + "  ";
 }
 
-// Texts come from a device: bytes that are no UTF-8 must not end the program.
-std::string Dump(const Json& value, int indent = -1) {
-  return value.dump(indent, ' ', false, Json::error_handler_t::replace);
+// Texts come from a device: bytes that are no UTF-8 must not end the program. What is no ASCII is escaped, so
+// that a terminal shows JSON as it stands.
+void PrintJson(const Json& value, int indent = -1) {
+  std::printf("%s\n", value.dump(indent, ' ', true, Json::error_handler_t::replace).c_str());
 }
 
 // A card, and what it does if that is told.
@@ -120,9 +116,9 @@ Json NewDocument(const std::string& command, int device) {
 void Show(const Json& document, bool asJson) {
   if (document.is_null()) return;
   if (asJson) {
-    std::printf("%s\n", Dump(document, 2).c_str());
+    PrintJson(document, kIndent);
   } else if (document.contains("bits")) {
-    std::printf("%s\n", CardLine(document).c_str());
+    Line(0, CardLine(document));
   } else {
     Json shown = document;
     shown.erase("schema");
@@ -135,7 +131,11 @@ void Show(const Json& document, bool asJson) {
 void ShowEvent(const Json& event, bool asJson) { ShowEvent(event, asJson ? "" : CardLine(event), asJson); }
 
 void ShowEvent(const Json& event, const std::string& line, bool asJson) {
-  std::printf("%s\n", (asJson ? Dump(event) : line).c_str());
+  if (asJson) {
+    PrintJson(event);
+  } else {
+    Line(0, line);
+  }
   FlushOutput();
 }
 
@@ -144,12 +144,25 @@ void FlushOutput() {
   throw Failure(kBadFile, "the standard output cannot be written");
 }
 
-void ShowFailure(const Failure& failure, const std::string& command, bool asJson) {
-  std::fprintf(stderr, "tavlynctl: %s\n", failure.what());
-  if (!asJson) return;
-  Json document = NewDocument(command);
-  document["error"] = {{"code", static_cast<int>(failure.code)}, {"text", failure.what()}};
-  std::printf("%s\n", Dump(document).c_str());
+ExitCode ShowFailure(const Failure& failure, const std::string& command, bool asJson) {
+  ExitCode code = failure.code;
+  const Json error{{"code", static_cast<int>(code)}, {"text", failure.what()}};
+  Json document = failure.told;
+  try {
+    if (asJson && document.is_null()) {
+      document = NewDocument(command);
+      document["error"] = error;
+      ShowEvent(document, "", true);
+    } else {
+      if (asJson) document["error"] = error;
+      Show(document, asJson);
+    }
+  } catch (const Failure& unwritten) {
+    code = unwritten.code;
+    Tell(kProgram, unwritten.what());
+  }
+  Tell(kProgram, failure.what());
+  return code;
 }
 
 std::string Hex(unsigned value, int digits) {

@@ -4,10 +4,13 @@
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace tavlyn::ctl {
 
 using Json = nlohmann::ordered_json;
+
+inline constexpr const char* kProgram = "tavlynctl";
 
 enum ExitCode : int {
   kOk = 0,
@@ -22,8 +25,10 @@ enum ExitCode : int {
 // Ends a command.
 class Failure : public std::runtime_error {
  public:
-  Failure(ExitCode exitCode, const std::string& text) : std::runtime_error(text), code(exitCode) {}
+  Failure(ExitCode exitCode, const std::string& text, Json document = {})
+      : std::runtime_error(text), code(exitCode), told(std::move(document)) {}
   ExitCode code;
+  Json told;  // the document, as far as it goes; null for none
 };
 
 // A document of this command, to be filled.
@@ -38,7 +43,8 @@ void ShowEvent(const Json& event, bool asJson);
 // Any other event, with its line for people.
 void ShowEvent(const Json& event, const std::string& line, bool asJson);
 void FlushOutput();
-void ShowFailure(const Failure& failure, const std::string& command, bool asJson);
+// What could be told, and why it ended; in JSON both in one document. Gives the exit code.
+ExitCode ShowFailure(const Failure& failure, const std::string& command, bool asJson);
 
 std::string Hex(unsigned value, int digits);
 

@@ -25,7 +25,7 @@ Json SetOutputs(const char* command, const std::vector<Wish>& wishes, const Opti
   const Change change = Wanting(GetActConfig(), Values(wishes));
   Json document = NewDocument(command, options.device);
   document["stored"] = options.store;
-  return Carry(std::move(document), {change}, false, options.json, [&] {
+  return Carry(std::move(document), {change}, false, [&] {
     if (!options.store) return StoreNow(wishes);
     Store(wishes);
     Commit();

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "api.h"
+#include "tools/tavlynctl/error_words.h"
 #include "tools/tavlynctl/permission.h"
 
 namespace tavlyn::ctl {
@@ -10,30 +11,6 @@ namespace {
 
 constexpr std::int16_t kUsbLink = 0;
 constexpr std::int16_t kEthernetLink = 2;
-
-struct ErrorWord {
-  std::uint32_t mask;
-  std::uint32_t value;
-  const char* text;
-};
-
-// Set words and bits that join them; the upper four bits are one number.
-constexpr ErrorWord kErrorWords[] = {
-    {0xFFC, TAVLYN_ERR_WRITE_REPORT & 0xFFC, "a report could not be sent"},  // joined by small numbers
-    {0xFFF, TAVLYN_ERR_ASCII_PORT, "the port is not open"},
-    {0xFFF, TAVLYN_ERR_ASCII_ANSWER, "the answer could not be understood"},
-    {TAVLYN_ERR_CONNECT, TAVLYN_ERR_CONNECT, "a search failed"},
-    {TAVLYN_ERR_CONFIG_READ, TAVLYN_ERR_CONFIG_READ, "a read of the configuration failed"},
-    {TAVLYN_ERR_CONFIG_WRITE, TAVLYN_ERR_CONFIG_WRITE, "a write of the configuration failed"},
-    {TAVLYN_ERR_COMMAND, TAVLYN_ERR_COMMAND, "the device did not answer"},
-    {0xF0000000, TAVLYN_ERR_SET_BLE & 0xF0000000, "an extension could not be set"},
-    {0xF0000000, TAVLYN_ERR_GET_BLE & 0xF0000000, "an extension could not be asked"},
-    {0xF0000000, TAVLYN_ERR_BLE_READ, "what the reader keeps for its BLE radio was not transferred"},
-    {0xFF000000, TAVLYN_ERR_SECURE, "an item was not transferred"},
-    {0xF0000000, TAVLYN_ERR_FW_FILENAME, "the firmware file name could not be read"},
-    {0xF0000000, TAVLYN_ERR_DEVICE_GONE, "the device is gone"},
-    {0xF0000000, TAVLYN_ERR_FULL_FW_VERSION, "the firmware version could not be read"},
-};
 
 struct NamedProduct {
   std::uint32_t product;
@@ -197,11 +174,7 @@ std::string ActiveDeviceName() {
 
 std::string ErrorText() {
   const std::uint32_t word = GetLastLibErr();
-  std::string text;
-  for (const ErrorWord& one : kErrorWords) {
-    if ((word & one.mask) == one.value) text += (text.empty() ? ": " : "; ") + std::string(one.text);
-  }
-  return "error word 0x" + Hex(word, 1) + text;
+  return "error word 0x" + Hex(word, 1) + ": " + ErrorWords(word);
 }
 
 }  // namespace tavlyn::ctl

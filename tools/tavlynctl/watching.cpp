@@ -3,6 +3,7 @@
 #include <csignal>
 #include <cstdio>
 
+#include "tools/printable.h"
 #include "tools/tavlynctl/session.h"
 
 namespace tavlyn::ctl {
@@ -43,7 +44,7 @@ bool Answers::Came(bool came) {
 }
 
 void TellWatched(bool asJson) {
-  if (!asJson) std::fprintf(stderr, "watching %s\n", ActiveDeviceName().c_str());
+  if (!asJson) PrintLine(stderr, "watching " + ActiveDeviceName());
 }
 
 }  // namespace tavlyn::ctl

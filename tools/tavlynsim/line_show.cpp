@@ -1,10 +1,11 @@
 #include "tools/tavlynsim/line_show.h"
 
 #include <algorithm>
-#include <cstdio>
 
 #include "sim/carriers/ethernet.h"
+#include "tools/printable.h"
 #include "tools/tavlynsim/ports.h"
+#include "tools/tavlynsim/run.h"
 
 namespace tavlyn::sim {
 // A line of the source as a model that a carrier can lead to.
@@ -112,7 +113,7 @@ void LineShow::Serve() {
     return std::ranges::find(lines, one->model.GetKey(), &ListedLine::key) == lines.end();
   });
   std::string problem;
-  if (!PlugNew(problem)) std::fprintf(stderr, "tavlynsim: %s\n", problem.c_str());
+  if (!PlugNew(problem)) Tell(kProgram, problem);
   for (const auto& one : shown_) {
     if (one->carrier != nullptr) one->carrier->Serve();
   }

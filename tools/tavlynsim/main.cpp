@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "sim/line_place.h"
+#include "tools/printable.h"
 #include "tools/tavlynsim/run.h"
 #include "tools/tavlynsim/typed_lines.h"
 #include "tools/wrong_words.h"
@@ -113,7 +114,7 @@ int main(int argc, char** argv) {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) return app.exit(error);  // help
-    std::fprintf(stderr, "tavlynsim: %s\n", tavlyn::WrongWords(app, error).c_str());
+    tavlyn::Tell(tavlyn::sim::kProgram, tavlyn::WrongWords(app, error));
     return tavlyn::sim::kBadUsage;
   }
   if (app.got_subcommand("devices")) return ShowKinds();

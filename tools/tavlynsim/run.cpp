@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "sim/carriers/wire.h"
+#include "tools/printable.h"
 #include "tools/tavlynsim/child.h"
 #include "tools/tavlynsim/desk.h"
 #include "tools/tavlynsim/line_show.h"
@@ -24,7 +25,7 @@ constexpr int kUhidPollMs = 5;
 constexpr std::size_t kAnnouncementBytes = 8;
 
 int Fail(int status, const std::string& problem) {
-  std::fprintf(stderr, "tavlynsim: %s\n", problem.c_str());
+  Tell(kProgram, problem);
   return status;
 }
 
@@ -107,7 +108,7 @@ class Simulation {
       if (!needed) return false;
       std::string way;
       for (const auto& [name, value] : *needed) way.append(name).append("=").append(value).append(" ");
-      std::fprintf(stderr, "tavlynsim: %s%s\n", way.c_str(), ReachedBy(line.place).c_str());
+      Tell(kProgram, way + ReachedBy(line.place));
       variables.insert(variables.end(), needed->begin(), needed->end());
     }
     return true;

@@ -7,6 +7,8 @@
 
 namespace tavlyn::sim {
 
+inline constexpr const char* kProgram = "tavlynsim";
+
 enum class Carrier { kHidapi, kUhid };
 
 // Exit statuses of tavlynsim's own; otherwise that of the command.

@@ -1,6 +1,10 @@
 #include "tools/tavlynsim/typed_lines.h"
 
 #include <cstdio>
+#include <sstream>
+
+#include "tools/printable.h"
+#include "tools/tavlynsim/run.h"
 
 namespace tavlyn::sim {
 
@@ -17,9 +21,11 @@ void TypedLines::RunLine(const std::string& line) {
   if (last == std::string::npos) return;
   std::string reply;
   const bool done = source_.Run(line.substr(0, last + 1), reply);
-  while (!reply.empty() && reply.back() == '\n') reply.pop_back();
   if (done && reply.empty()) reply = "ok";
-  std::fprintf(stderr, "tavlynsim: %s\n", reply.c_str());
+  std::istringstream lines(reply);
+  std::getline(lines, reply);
+  Tell(kProgram, reply);
+  while (std::getline(lines, reply)) PrintLine(stderr, reply);
 }
 
 }  // namespace tavlyn::sim
