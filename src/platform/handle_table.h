@@ -1,9 +1,11 @@
 // Numbers for the system's own handles. Systems give a freed handle's value out again; copies of a table
-// entry may outlive what they name, so the library's numbers only go up.
+// entry may outlive what they name, so the library's numbers only go up. There are as many as the system
+// gives. A table needs no construction at run time and no destruction.
 #pragma once
 
-#include <map>
+#include <memory>
 #include <mutex>
+#include <new>
 #include <optional>
 
 #include "platform/platform.h"
@@ -13,32 +15,60 @@ namespace tavlyn::platform {
 template <typename Native>
 class HandleTable {
  public:
-  Handle Add(Native native) {
+  // Without memory for its number the native handle is closed, and kNoHandle is the answer.
+  template <typename Close>
+  Handle Add(Native native, Close close) {
     const std::lock_guard lock(mutex_);
-    natives_.emplace(++last_, native);
-    return last_;
+    auto* added = new (std::nothrow) Numbered{last_ + 1, native, newest_};
+    if (added == nullptr) {
+      close(native);
+      return kNoHandle;
+    }
+    newest_ = added;
+    return ++last_;
   }
 
   std::optional<Native> Find(Handle handle) {
     const std::lock_guard lock(mutex_);
-    const auto found = natives_.find(handle);
-    if (found == natives_.end()) return std::nullopt;
-    return found->second;
+    const Numbered* found = *PlaceOf(handle);
+    return found != nullptr ? std::optional(found->native) : std::nullopt;
   }
 
   // The native handle is the caller's to close; nothing when it has been removed already.
   std::optional<Native> Remove(Handle handle) {
     const std::lock_guard lock(mutex_);
-    const auto found = natives_.find(handle);
-    if (found == natives_.end()) return std::nullopt;
-    const Native native = found->second;
-    natives_.erase(found);
-    return native;
+    return RemoveAt(PlaceOf(handle));
+  }
+
+  // One after the other, until there is nothing left.
+  std::optional<Native> RemoveNewest() {
+    const std::lock_guard lock(mutex_);
+    return RemoveAt(&newest_);
   }
 
  private:
+  struct Numbered {
+    Handle handle;
+    Native native;
+    Numbered* older;
+  };
+
+  // Where it hangs in the list, or the end of the list.
+  Numbered** PlaceOf(Handle handle) {
+    Numbered** place = &newest_;
+    while (*place != nullptr && (*place)->handle != handle) place = &(*place)->older;
+    return place;
+  }
+
+  static std::optional<Native> RemoveAt(Numbered** place) {
+    const std::unique_ptr<Numbered> removed(*place);
+    if (removed == nullptr) return std::nullopt;
+    *place = removed->older;
+    return removed->native;
+  }
+
   std::mutex mutex_;
-  std::map<Handle, Native> natives_;
+  Numbered* newest_ = nullptr;
   Handle last_ = 0;
 };
 

@@ -2,10 +2,10 @@
 // and in the length of the paths in its lists.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <type_traits>
 
+#include "platform/handle_table.h"
 #include "platform/platform.h"
 
 namespace tavlyn::platform {
@@ -42,23 +42,17 @@ class LibusbCalls : public Libusb {
   std::int32_t FindDevices() override { return call_.findDevices != nullptr ? call_.findDevices() : -1; }
 
   Handle Open(HidIds ids) override {
-    OpenDevice* place = FreePlace();
-    if (call_.getBusses == nullptr || call_.open == nullptr || place == nullptr) return kNoHandle;
+    if (call_.getBusses == nullptr || call_.open == nullptr) return kNoHandle;
     for (const Bus* bus = call_.getBusses(); bus != nullptr; bus = bus->next) {
       Device* device = FirstOf(*bus, ids);
       void* native = device != nullptr ? call_.open(device) : nullptr;
-      if (native == nullptr) continue;
-      *place = {++lastNumber_, native};
-      return lastNumber_;
+      if (native != nullptr) return opened_.Add(native, [this](void* one) { CloseNative(one); });
     }
     return kNoHandle;
   }
 
   void Close(Handle device) override {
-    OpenDevice* one = Find(device);
-    if (one == nullptr) return;
-    if (call_.close != nullptr) call_.close(one->native);
-    one->native = nullptr;
+    if (const auto native = opened_.Remove(device)) CloseNative(*native);
   }
 
   std::int32_t ClaimInterface(Handle device, std::int32_t number) override {
@@ -140,11 +134,6 @@ class LibusbCalls : public Libusb {
     int (*bulkWrite)(void*, int, const char*, int, int);
   };
 
-  struct OpenDevice {
-    Handle number;
-    void* native;
-  };
-
   static Device* FirstOf(const Bus& bus, HidIds ids) {
     Device* device = bus.devices;
     while (device != nullptr &&
@@ -154,30 +143,15 @@ class LibusbCalls : public Libusb {
     return device;
   }
 
-  OpenDevice* FreePlace() {
-    for (OpenDevice& one : opened_) {
-      if (one.native == nullptr) return &one;
-    }
-    return nullptr;
-  }
+  void* NativeOf(Handle number) { return opened_.Find(number).value_or(nullptr); }
 
-  OpenDevice* Find(Handle number) {
-    for (OpenDevice& one : opened_) {
-      if (one.native != nullptr && one.number == number) return &one;
-    }
-    return nullptr;
-  }
-
-  void* NativeOf(Handle number) {
-    const OpenDevice* one = Find(number);
-    return one != nullptr ? one->native : nullptr;
+  void CloseNative(void* native) {
+    if (call_.close != nullptr) call_.close(native);
   }
 
   // They stay bound when the file is no longer trusted later; nothing but the refresh is then skipped.
   Calls call_{};
-  // The library keeps one such device open; a few places are enough.
-  std::array<OpenDevice, 8> opened_{};
-  Handle lastNumber_ = 0;
+  HandleTable<void*> opened_;
 };
 
 }  // namespace tavlyn::platform

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <filesystem>
+#include <set>
 #include <string>
 
 #include "platform/platform.h"
@@ -110,6 +111,20 @@ TEST_F(HostLibusb, NamesThatAreMissingFail) {
   EXPECT_EQ(-1, usb_.FindDevices());
   EXPECT_EQ(kNoHandle, usb_.Open(kReader));
   EXPECT_EQ(-1, usb_.ClaimInterface(1, 0));
+}
+
+TEST_F(HostLibusb, ThereIsNoLimitOfOurOwn) {
+  ASSERT_TRUE(usb_.Load());
+  EXPECT_EQ(3, usb_.FindDevices());
+  std::set<Handle> open;
+  for (int at = 0; at < 100; ++at) open.insert(usb_.Open(kReader));
+  EXPECT_EQ(100U, open.size());
+  EXPECT_EQ(0U, open.count(kNoHandle));
+  for (const Handle device : open) {
+    EXPECT_EQ(0, usb_.ClaimInterface(device, 0));
+    usb_.Close(device);
+    EXPECT_EQ(-1, usb_.ClaimInterface(device, 0));
+  }
 }
 
 TEST_F(HostLibusb, DeviceThatOpensOnALaterBusIsUsed) {

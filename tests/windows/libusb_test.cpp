@@ -5,6 +5,7 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
+#include <set>
 #include <string>
 
 #include "platform/platform.h"
@@ -31,6 +32,8 @@ class LibusbTest : public testing::Test {
   }
 
   void UseSigned();
+  void CheckCalls();
+  void OpenMany();
 
   Libusb& usb_ = TheHost().usb;
 };
@@ -89,7 +92,10 @@ void LibusbTest::UseSigned() {
   usb_.Close(device);
   usb_.Close(device);
   EXPECT_EQ(-1, usb_.BulkRead(device, 0x83, got, 250));
+  CheckCalls();
+}
 
+void LibusbTest::CheckCalls() {
   const auto calls = reinterpret_cast<const char* (*)()>(
       reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("libusb0.dll"), "standin_calls")));
   ASSERT_NE(nullptr, calls);
@@ -99,10 +105,19 @@ void LibusbTest::UseSigned() {
   EXPECT_STREQ("init;", std::strstr(calls(), "close;") + std::strlen("close;"));
 }
 
+void LibusbTest::OpenMany() {
+  std::set<Handle> open;
+  for (int at = 0; at < 100; ++at) open.insert(usb_.Open(kReader));
+  EXPECT_EQ(100U, open.size());
+  EXPECT_EQ(0U, open.count(kNoHandle));
+  for (const Handle device : open) usb_.Close(device);
+}
+
 // In a process of its own: what is bound stays bound.
 TEST_F(LibusbTest, SignedFileIsLoadedAndItsReaderOpens) {
   const auto use = [this] {
     UseSigned();
+    OpenMany();
     std::exit(HasFailure() ? 1 : 0);
   };
   EXPECT_EXIT(use(), testing::ExitedWithCode(0), "");

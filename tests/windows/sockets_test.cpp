@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -202,6 +203,12 @@ TEST_F(SocketsTest, AClosedSocketFailsAndItsHandleIsNotGivenAgain) {
   EXPECT_LT(sockets_.Send(first, Bytes("x")), 0);
   EXPECT_LT(RecvLength(first), 0);
   EXPECT_NE(first, Udp());
+}
+
+TEST_F(SocketsTest, ThereIsNoLimitOfOurOwn) {
+  const Peer peer(SOCK_DGRAM);
+  for (int at = 0; at < 200; ++at) EXPECT_EQ(1, sockets_.SendTo(Udp(), Bytes("x"), {kLoopback, peer.Port()}));
+  EXPECT_EQ(200u, std::set<Handle>(opened_.begin(), opened_.end()).size());
 }
 
 TEST_F(SocketsTest, ThisHostHasAnAddress) {

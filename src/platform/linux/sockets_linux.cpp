@@ -7,51 +7,20 @@
 
 #include <cerrno>
 #include <cstring>
-#include <memory>
-#include <new>
 
+#include "platform/handle_table.h"
 #include "platform/linux/parts.h"
 
 namespace tavlyn::platform {
 namespace {
 
-// The kernel hands a closed descriptor's number out again, so handles are numbers of our own.
-struct Socket {
-  Handle handle;
-  int descriptor;
-  Socket* next;
-};
-constinit Socket* openSockets = nullptr;
-constinit Handle lastSocket = 0;
+constinit HandleTable<int> openSockets;
 
-// Where the socket hangs in the list, or the end of the list.
-Socket** PlaceOf(Handle handle) {
-  Socket** place = &openSockets;
-  while (*place != nullptr && (*place)->handle != handle) place = &(*place)->next;
-  return place;
-}
-
-int DescriptorOf(Handle handle) {
-  const Socket* found = *PlaceOf(handle);
-  return found != nullptr ? found->descriptor : -1;
-}
+int DescriptorOf(Handle handle) { return openSockets.Find(handle).value_or(-1); }
 
 Handle OpenSocket(int type) {
   const int descriptor = socket(AF_INET, type | SOCK_CLOEXEC, 0);
-  if (descriptor < 0) return kNoHandle;
-  auto* added = new (std::nothrow) Socket{lastSocket + 1, descriptor, openSockets};
-  if (added == nullptr) {
-    close(descriptor);
-    return kNoHandle;
-  }
-  openSockets = added;
-  return ++lastSocket;
-}
-
-int CloseAt(Socket** place) {
-  const std::unique_ptr<Socket> closed(*place);
-  *place = closed->next;
-  return close(closed->descriptor);
+  return descriptor >= 0 ? openSockets.Add(descriptor, close) : kNoHandle;
 }
 
 sockaddr_in Native(Address address) {
@@ -126,12 +95,12 @@ std::int32_t LinuxSockets::RecvFrom(Handle socket, std::span<std::uint8_t> bytes
 }
 
 std::int32_t LinuxSockets::Close(Handle socket) {
-  Socket** place = PlaceOf(socket);
-  return *place != nullptr ? CloseAt(place) : 0;
+  const auto descriptor = openSockets.Remove(socket);
+  return descriptor ? close(*descriptor) : 0;
 }
 
 void LinuxSockets::CloseLost() {
-  while (openSockets != nullptr) CloseAt(&openSockets);
+  while (const auto descriptor = openSockets.RemoveNewest()) close(*descriptor);
 }
 
 bool LinuxSockets::HostAddress(std::array<std::uint8_t, 4>& ip) {

@@ -22,7 +22,7 @@ class SystemHid final : public HidSystem {
 
   Handle Open(const char* path, OpenMode mode) override {
     HANDLE native = mode == OpenMode::kOverlapped ? OpenOverlapped(path) : OpenShared(path);
-    return native == INVALID_HANDLE_VALUE ? kNoHandle : devices_.Add(native);
+    return native == INVALID_HANDLE_VALUE ? kNoHandle : devices_.Add(native, CloseHandle);
   }
 
   void Close(Handle device) override {

@@ -98,7 +98,9 @@ class SystemSockets final : public Sockets {
   }
 
  private:
-  Handle Add(SOCKET native) { return native == INVALID_SOCKET ? kNoHandle : sockets_.Add(native); }
+  Handle Add(SOCKET native) {
+    return native == INVALID_SOCKET ? kNoHandle : sockets_.Add(native, ::closesocket);
+  }
   SOCKET Native(Handle socket) { return sockets_.Find(socket).value_or(INVALID_SOCKET); }
 
   HandleTable<SOCKET> sockets_;
