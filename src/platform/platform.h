@@ -25,7 +25,8 @@ inline constexpr Handle kNoHandle = ~Handle{0};
 
 class Clock {
  public:
-  // Milliseconds since some fixed moment; never runs backward.
+  // Milliseconds since some fixed moment. Where it starts again from 0, what was noted before is taken for
+  // long past.
   virtual std::uint64_t Tick() = 0;
   // Blocks for that long, signals notwithstanding.
   virtual void Sleep(std::uint32_t milliseconds) = 0;

