@@ -45,8 +45,9 @@ TAVLYN_API uint32_t quickReadSerialPort_char(int16_t index);
  * without an open port. */
 TAVLYN_API void SetSerialTimeouts(uint32_t interval, uint32_t multiplier, uint32_t constant);
 
-/* Speed in baud of the next serial search for readers, 9600 after load; no open port changes. A speed that
- * the system does not know opens no port. Magstripe readers are always searched at 9600. */
+/* Speed in baud of the next serial search for readers, 9600 after load; no open port changes. Any speed
+ * goes that the port's driver takes; at one that it does not, and at 0, no port opens. Magstripe readers are
+ * always searched at 9600. */
 TAVLYN_API void SetBaudRate(uint32_t baud);
 
 /* Looks for an Ethernet adapter from a.b.c.first to a.b.c.last, each octet by its low byte: the fourth octet

@@ -24,6 +24,16 @@ TEST_F(ComFolderWire, RangeConnectFindsEveryReader) {
   EXPECT_EQ("COM256:", Name());
 }
 
+TEST_F(ComFolderWire, AReaderIsFoundAtAnySpeed) {
+  for (const std::uint32_t baud : {14400U, 56000U, 128000U, 250000U, 256000U, 500000U, 1000000U}) {
+    PortDevice device(ports_, 3, line_);
+    CALL(library_, SetBaudRate)(baud);
+    EXPECT_EQ(1u, ConnectToPort(3)) << baud;
+    CALL(library_, USBDisconnect)();
+  }
+  CALL(library_, SetBaudRate)(9600);
+}
+
 TEST_F(ComFolderWire, PortOutsideTheRangeIsNotTouched) {
   PortDevice device(ports_, 9, line_);
   EXPECT_EQ(0u, CALL(library_, ComConnect)(&did_));

@@ -1,5 +1,6 @@
-// The control lines of a serial port and its exclusive mode. A pseudo-terminal has no lines, so what is asked
-// of them is noted on its way to the kernel.
+// The control lines of a serial port, its exclusive mode and a driver that has not every speed. A
+// pseudo-terminal has no lines, so what is asked of them is noted on its way to the kernel; and it takes
+// every speed, so that there the driver's own is put in.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/ioctl.h>
@@ -8,15 +9,31 @@
 #include <unistd.h>
 
 #include <cstdarg>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/platform.h"
 #include "tests/boundary/bare_port.h"
+#include "tests/boundary/kernel_line.h"
 
 namespace {
 
+using tavlyn::boundary::KernelLine;
+
 std::vector<std::string> lineCalls;
+std::optional<std::uint32_t> driverSpeed;  // it has no other
+
+int SetOnDriver(int descriptor, KernelLine line) {
+  constexpr std::uint32_t kSpeedFlags = 0x100F;
+  constexpr std::uint32_t kAsNumber = 0x1000;
+  if (driverSpeed) {
+    line.control = (line.control & ~kSpeedFlags) | kAsNumber;
+    line.inputSpeed = line.outputSpeed = *driverSpeed;
+  }
+  return static_cast<int>(syscall(SYS_ioctl, descriptor, tavlyn::boundary::kSetLine, &line));
+}
 
 }  // namespace
 
@@ -31,6 +48,8 @@ extern "C" int ioctl(int descriptor, unsigned long request, ...) noexcept {
     const std::string name = lines == TIOCM_DTR ? "DTR" : lines == TIOCM_RTS ? "RTS" : "other";
     lineCalls.push_back(name + (request == TIOCMBIS ? " up" : " down"));
   }
+  if (request == tavlyn::boundary::kSetLine)
+    return SetOnDriver(descriptor, *static_cast<const KernelLine*>(argument));
   return static_cast<int>(syscall(SYS_ioctl, descriptor, request, argument));
 }
 
@@ -40,7 +59,7 @@ namespace {
 using Calls = std::vector<std::string>;
 
 constexpr std::uint16_t kLineNumber = 3;
-constexpr std::uint32_t kNoSuchSpeed = 12345;
+constexpr std::uint32_t kNoSpeed = 0;  // it would hang up
 
 class HostLines : public testing::Test {
  protected:
@@ -97,9 +116,27 @@ TEST_F(HostLines, ReleasedPortKeepsDtr) {
 }
 
 TEST_F(HostLines, PortThatCannotBeSetUpIsLeftToOthers) {
-  EXPECT_EQ(nullptr, Open(kNoSuchSpeed));
+  EXPECT_EQ(nullptr, Open(kNoSpeed));
   EXPECT_FALSE(IsExclusive());
   EXPECT_EQ(Calls{}, TakeCalls());
+}
+
+// A driver that cannot do what it is told answers that all is well.
+TEST_F(HostLines, ASpeedOfTheDriversOwnHasToBeNearTheOneAskedFor) {
+  struct Answer {
+    std::uint32_t asked, taken;
+    bool opens;
+  };
+  for (const Answer& one :
+       {Answer{250000, 9600, false}, Answer{250000, 244900, false}, Answer{250000, 245000, true},
+        Answer{250000, 255000, true}, Answer{250000, 255100, false}, Answer{115200, 9600, false},
+        Answer{9600, 9615, true}}) {
+    driverSpeed = one.taken;
+    EXPECT_EQ(one.opens, Open(one.asked) != nullptr) << one.asked << ' ' << one.taken;
+    EXPECT_FALSE(IsExclusive());
+  }
+  driverSpeed.reset();
+  EXPECT_NE(nullptr, Open());
 }
 
 }  // namespace

@@ -3,11 +3,13 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
+#include <sys/file.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <filesystem>
 #include <optional>
 #include <vector>
@@ -16,6 +18,7 @@
 #include "platform/platform.h"
 #include "tests/boundary/bare_port.h"
 #include "tests/boundary/calls.h"
+#include "tests/boundary/kernel_line.h"
 #include "tests/boundary/passing.h"
 #include "tests/boundary/read_cases.h"
 
@@ -176,18 +179,20 @@ TEST_F(HostPort, LineIsRawAtItsSpeed) {
   EXPECT_EQ(0u, line.c_oflag & OPOST);
 }
 
-TEST_F(HostPort, EveryUsualSpeedOpens) {
-  for (const std::uint32_t baud : {110U, 300U, 600U, 1200U, 2400U, 4800U, 9600U, 19200U, 38400U, 57600U,
-                                   115200U, 230400U, 460800U, 921600U}) {
+TEST_F(HostPort, EverySpeedOpensThatTheDriverTakes) {
+  for (const std::uint32_t baud :
+       {110U,   300U,    600U,    1200U,   2400U,   4800U,   9600U,   14400U,  19200U,  38400U,   56000U,
+        57600U, 115200U, 128000U, 230400U, 250000U, 256000U, 460800U, 500000U, 921600U, 1000000U, 12345U}) {
     EXPECT_NE(nullptr, TheHost().ports.Open(kNumber, {baud, 0, 0}, kUsual)) << baud;
+    EXPECT_EQ(baud, SpeedOf(far_.get()));
   }
+  EXPECT_EQ(nullptr, TheHost().ports.Open(kNumber, {0, 0, 0}, kUsual)) << "0 would hang up";
 }
 
 TEST_F(HostPort, WhatIsMissingOrNoPortDoesNotOpen) {
   EXPECT_EQ(nullptr, TheHost().ports.Open(4, {}, kUsual));
   ports_.AddFile(4, "/dev/null");
   EXPECT_EQ(nullptr, TheHost().ports.Open(4, {}, kUsual));
-  EXPECT_EQ(nullptr, TheHost().ports.Open(kNumber, {12345, 0, 0}, kUsual)) << "no such speed";
 }
 
 TEST_F(HostPort, HangUpEndsAReadAtOnce) {
@@ -208,6 +213,37 @@ TEST_F(HostPort, ClosedPortMovesNothingAndOpensAgain) {
   ASSERT_NE(nullptr, port);
   Send(far_.get(), "back");
   EXPECT_EQ("back", Read(*port, 4));
+}
+
+// Also root, who may open what is opened exclusively, and this very program.
+TEST_F(HostPort, APortHasOneHolder) {
+  auto port = Open();
+  ASSERT_NE(nullptr, port);
+  EXPECT_EQ(nullptr, Open());
+  const int other = open(ports_.PathOf(kNumber).c_str(), O_RDWR | O_NOCTTY);
+  if (other >= 0) {
+    EXPECT_NE(0, flock(other, LOCK_EX | LOCK_NB)) << "told to whoever asks";
+    close(other);
+  }
+  EXPECT_EQ(3u, Write(*port, "out")) << "the one that was refused has changed nothing";
+  EXPECT_EQ("out", ReadAll(far_.get()));
+  port.reset();
+  EXPECT_NE(nullptr, Open());
+}
+
+// A child has what its parent has open.
+TEST_F(HostPort, AChildKeepsNoPortHeld) {
+  auto port = Open();
+  ASSERT_NE(nullptr, port);
+  const pid_t child = fork();
+  if (child == 0) {
+    pause();
+    _exit(0);
+  }
+  port.reset();
+  EXPECT_NE(nullptr, Open());
+  kill(child, SIGKILL);
+  waitpid(child, nullptr, 0);
 }
 
 // Root may open what is opened exclusively; anyone else may not.

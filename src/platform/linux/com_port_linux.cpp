@@ -1,8 +1,10 @@
-// A serial port through termios, with the meaning that COM time-outs have elsewhere.
+// A serial port with the meaning that COM time-outs have elsewhere. It is asked in the kernel's own terms:
+// those of libc have names for a few speeds only.
+#include <asm/termbits.h>
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/file.h>
 #include <sys/ioctl.h>
-#include <termios.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -34,8 +36,11 @@ bool WaitFor(int descriptor, short what, int milliseconds) {
   return ready > 0;
 }
 
-speed_t SpeedOf(std::uint32_t baud) {
-  constexpr std::array<std::pair<std::uint32_t, speed_t>, 14> kSpeeds = {{{110, B110},
+using Settings = termios2;
+
+// The flag of a speed that has one. Any other is told to the driver as a number.
+tcflag_t SpeedFlag(std::uint32_t baud) {
+  constexpr std::array<std::pair<std::uint32_t, tcflag_t>, 14> kNamed = {{{110, B110},
                                                                           {300, B300},
                                                                           {600, B600},
                                                                           {1200, B1200},
@@ -49,27 +54,31 @@ speed_t SpeedOf(std::uint32_t baud) {
                                                                           {230400, B230400},
                                                                           {460800, B460800},
                                                                           {921600, B921600}}};
-  for (const auto& [rate, speed] : kSpeeds) {
-    if (rate == baud) return speed;
-  }
-  return B0;
+  const auto* named = std::ranges::find(kNamed, baud, &std::pair<std::uint32_t, tcflag_t>::first);
+  return named != kNamed.end() ? named->second : static_cast<tcflag_t>(BOTHER);
 }
 
+// A driver that cannot run at a speed takes the nearest one it can, or keeps its own, and reports no failure.
+// Two ends understand each other as long as they differ by no more than a fiftieth.
+bool RunsAt(int descriptor, std::uint32_t baud) {
+  Settings taken{};
+  if (ioctl(descriptor, TCGETS2, &taken) != 0) return false;
+  const std::uint32_t low = std::min(taken.c_ospeed, baud);
+  const std::uint32_t high = std::max(taken.c_ospeed, baud);
+  return high - low <= baud / 50;
+}
+
+// Raw: no flag of input, output or dialogue is set.
 bool SetLine(int descriptor, const ComLine& line) {
-  termios settings{};
-  const speed_t speed = SpeedOf(line.baud);
-  if (speed == B0 || tcgetattr(descriptor, &settings) != 0) return false;
-  cfmakeraw(&settings);
-  settings.c_iflag &= ~static_cast<tcflag_t>(IXON | IXOFF | IXANY);
-  settings.c_cflag &= ~static_cast<tcflag_t>(CRTSCTS | PARENB | PARODD | CSTOPB);
+  if (line.baud == 0) return false;
+  Settings settings{};
   // HUPCL: DTR drops when the program ends without closing the port.
-  settings.c_cflag |= CLOCAL | CREAD | HUPCL;
+  settings.c_cflag = SpeedFlag(line.baud) | CS8 | CLOCAL | CREAD | HUPCL;
   if (line.parity != 0) settings.c_cflag |= PARENB;
   if (line.parity == 1) settings.c_cflag |= PARODD;
   if (line.stopBits != 0) settings.c_cflag |= CSTOPB;
-  settings.c_cc[VMIN] = 0;
-  settings.c_cc[VTIME] = 0;
-  return cfsetspeed(&settings, speed) == 0 && tcsetattr(descriptor, TCSANOW, &settings) == 0;
+  settings.c_ispeed = settings.c_ospeed = line.baud;
+  return ioctl(descriptor, TCSETS2, &settings) == 0 && RunsAt(descriptor, line.baud);
 }
 
 // A pseudo-terminal has no such lines; that is no failure.
@@ -78,17 +87,28 @@ void SetDtr(int descriptor, bool on) { SetModemLine(descriptor, TIOCM_DTR, on); 
 
 // From now on a close drops DTR no longer.
 void KeepDtr(int descriptor) {
-  termios settings{};
-  if (tcgetattr(descriptor, &settings) != 0) return;
+  Settings settings{};
+  if (ioctl(descriptor, TCGETS2, &settings) != 0) return;
   settings.c_cflag &= ~static_cast<tcflag_t>(HUPCL);
-  tcsetattr(descriptor, TCSANOW, &settings);
+  ioctl(descriptor, TCSETS2, &settings);
 }
 
-// The exclusive mode belongs to the port and would outlast this opening while anyone else has it open.
-void CloseShared(int descriptor) {
+// The exclusive mode does not keep root out; the lock does, as far as others ask for one.
+bool Hold(int descriptor) {
+  if (flock(descriptor, LOCK_EX | LOCK_NB) != 0) return false;
+  ioctl(descriptor, TIOCEXCL);
+  return true;
+}
+
+// The mode belongs to the port and would outlast this opening while anyone else has it open, the lock while a
+// child of this process has.
+void CloseHeld(int descriptor) {
   ioctl(descriptor, TIOCNXCL);
+  flock(descriptor, LOCK_UN);
   close(descriptor);
 }
+
+void Drop(int descriptor, int queues) { ioctl(descriptor, TCFLSH, queues); }
 
 class LinuxComPort final : public ComPort {
  public:
@@ -102,9 +122,10 @@ class LinuxComPort final : public ComPort {
   std::uint32_t Read(std::span<std::uint8_t> bytes) override;
   std::uint32_t Write(std::span<const std::uint8_t> bytes) override;
   void SetTimeouts(const ComTimeouts& timeouts) override { timeouts_ = timeouts; }
-  void PurgeInput() override { tcflush(descriptor_, TCIFLUSH); }
+  void PurgeInput() override { Drop(descriptor_, TCIFLUSH); }
   void Flush() override {
-    while (tcdrain(descriptor_) != 0 && errno == EINTR) {
+    constexpr int kAwaitOutput = 1;  // 0 would send a break
+    while (ioctl(descriptor_, TCSBRK, kAwaitOutput) != 0 && errno == EINTR) {
     }
     PurgeInput();
   }
@@ -115,7 +136,7 @@ class LinuxComPort final : public ComPort {
 
  private:
   void Shut() {
-    CloseShared(descriptor_);
+    CloseHeld(descriptor_);
     descriptor_ = -1;
   }
 
@@ -171,12 +192,15 @@ std::unique_ptr<ComPort> LinuxComPorts::Open(std::uint16_t number, const ComLine
                                              const ComTimeouts& timeouts) {
   const int descriptor = open(ComPath(number).c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
   if (descriptor < 0) return nullptr;
-  ioctl(descriptor, TIOCEXCL);
-  if (isatty(descriptor) == 0 || !SetLine(descriptor, line)) {
-    CloseShared(descriptor);
+  if (!Hold(descriptor)) {
+    close(descriptor);
     return nullptr;
   }
-  tcflush(descriptor, TCIOFLUSH);
+  if (!SetLine(descriptor, line)) {
+    CloseHeld(descriptor);
+    return nullptr;
+  }
+  Drop(descriptor, TCIOFLUSH);
   SetDtr(descriptor, true);
   // Opening has raised RTS too, which is off without flow control.
   SetModemLine(descriptor, TIOCM_RTS, false);
