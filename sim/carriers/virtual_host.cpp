@@ -54,11 +54,11 @@ void VirtualPlaces::Reset() {
   currentFolder.reset();
 }
 
-std::string VirtualPlaces::CurrentFolder() {
-  if (currentFolder) return *currentFolder;
+platform::Path VirtualPlaces::CurrentFolder() {
+  if (currentFolder) return platform::Path("%s", currentFolder->c_str());
   std::error_code failure;
   const auto folder = std::filesystem::current_path(failure);
-  return failure ? std::string() : (folder / "").string();
+  return failure ? platform::Path() : platform::Path("%s", (folder / "").string().c_str());
 }
 
 VirtualHost& VirtualHost::Instance() {

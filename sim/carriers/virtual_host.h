@@ -49,8 +49,8 @@ class VirtualPlaces final : public platform::Places {
 
   void Reset();
   bool EnvironmentIsSet(const char* name) override { return environment.contains(name); }
-  std::string TraceFile() override { return traceFile; }
-  std::string CurrentFolder() override;
+  platform::Path TraceFile() override { return platform::Path("%s", traceFile.c_str()); }
+  platform::Path CurrentFolder() override;
 };
 
 class VirtualHost {

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <string>
 #include <string_view>
 
 #include "core/text_file.h"
@@ -13,7 +12,7 @@ namespace {
 
 constexpr std::size_t kLineLength = 256;
 constexpr std::size_t kValueLength = 81;
-constexpr const char* kFileName = "TavlynVIDPID.txt";
+constexpr const char* kFileName = "./TavlynVIDPID.txt";
 
 // The file as found once, so that it stays usable when the application changes directory.
 constinit std::array<char, 260> StaticPath{};
@@ -51,11 +50,10 @@ void TakeHex(const char* line, std::string_view key, Word& target) {
 }
 
 File OpenTable() {
-  File file(std::fopen((std::string("./") + kFileName).c_str(), "r"));
+  File file(std::fopen(kFileName, "r"));
   if (file != nullptr) {
-    const std::string path = platform::TheHost().places.CurrentFolder() + kFileName;
-    StaticPath.fill('\0');
-    path.copy(StaticPath.data(), StaticPath.size() - 1);
+    std::snprintf(StaticPath.data(), StaticPath.size(), "%s%s",
+                  platform::TheHost().places.CurrentFolder().c_str(), kFileName + 2);
     return file;
   }
   if (StaticPath.front() != '\0') file.reset(std::fopen(StaticPath.data(), "r"));

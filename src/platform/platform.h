@@ -16,6 +16,8 @@
 #include <span>
 #include <string>
 
+#include "platform/path.h"
+
 namespace tavlyn::platform {
 
 // An open device, socket or port. A value is never handed out twice, and closing one that is closed
@@ -212,9 +214,9 @@ class Places {
  public:
   virtual bool EnvironmentIsSet(const char* name) = 0;
   // Path of the trace file; its folder has been made if that was possible.
-  virtual std::string TraceFile() = 0;
+  virtual Path TraceFile() = 0;
   // The current folder with its closing separator; empty when it cannot be told.
-  virtual std::string CurrentFolder() = 0;
+  virtual Path CurrentFolder() = 0;
 
  protected:
   ~Places() = default;

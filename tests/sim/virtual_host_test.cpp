@@ -313,9 +313,9 @@ TEST_F(VirtualHost, PlacesAreWhereTheTestSays) {
   EXPECT_FALSE(host.places.EnvironmentIsSet("TAVLYNAPI_LOGGING"));
   world.places.environment = {"TAVLYNAPI_LOGGING"};
   EXPECT_TRUE(host.places.EnvironmentIsSet("TAVLYNAPI_LOGGING"));
-  EXPECT_TRUE(host.places.CurrentFolder().ends_with(std::filesystem::path::preferred_separator));
+  EXPECT_TRUE(host.places.CurrentFolder().View().ends_with(std::filesystem::path::preferred_separator));
   world.places.currentFolder = "";
-  EXPECT_EQ(host.places.CurrentFolder(), "");
+  EXPECT_TRUE(host.places.CurrentFolder().IsEmpty());
 }
 
 TEST(Traffic, ShowsWhatDiffers) {

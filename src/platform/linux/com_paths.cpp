@@ -22,7 +22,7 @@ constexpr unsigned kVendor = 0x7A31;
 constexpr unsigned kProductFamily = 0x23;
 
 // A sysfs attribute that holds four hexadecimal digits; false where there is none.
-bool ReadId(const std::string& path, unsigned& id) {
+bool ReadId(const Path& path, unsigned& id) {
   std::FILE* file = std::fopen(path.c_str(), "r");
   if (file == nullptr) return false;
   const bool read = std::fscanf(file, "%4x", &id) == 1;
@@ -31,14 +31,15 @@ bool ReadId(const std::string& path, unsigned& id) {
 }
 
 // The nearest ancestor of a device that knows its USB identity, or sits on a PCMCIA bus, decides.
-bool IsVirtual(std::string device) {
-  for (; device.size() > std::strlen("/sys/devices"); device.erase(device.rfind('/'))) {
+bool IsVirtual(Path device) {
+  for (; device.View().size() > std::strlen("/sys/devices"); device.Cut(device.View().rfind('/'))) {
     unsigned vendor = 0;
     unsigned product = 0;
-    if (ReadId(device + "/idVendor", vendor) && ReadId(device + "/idProduct", product)) {
+    if (ReadId(Path("%s/idVendor", device.c_str()), vendor) &&
+        ReadId(Path("%s/idProduct", device.c_str()), product)) {
       return vendor == kVendor && product >> 8 == kProductFamily;
     }
-    if (RealPath(device + "/subsystem").ends_with("/pcmcia")) return true;
+    if (RealPath(Path("%s/subsystem", device.c_str())).View().ends_with("/pcmcia")) return true;
   }
   return false;
 }
@@ -47,7 +48,7 @@ using ComNumbers = std::bitset<kHighestCom + 1>;
 
 // Which COM numbers have a name <prefix><number> in a folder, where number 0 is COM number ofZero. All of
 // them when it cannot be listed.
-ComNumbers Listed(const std::string& folder, std::string_view prefix, unsigned ofZero) {
+ComNumbers Listed(const Path& folder, std::string_view prefix, unsigned ofZero) {
   ComNumbers numbers;
   DIR* names = opendir(folder.c_str());
   if (names == nullptr) return errno == ENOENT ? numbers : numbers.set();
@@ -66,29 +67,28 @@ ComNumbers Listed(const std::string& folder, std::string_view prefix, unsigned o
 // The folders are listed once: most of 256 names are not there, and each would be asked for in several steps.
 ComNumbers MayBeThere() {
   if (const char* folder = secure_getenv(kPortFolder); folder != nullptr)
-    return Listed(std::string(folder) + '/', "com", 0);
-  return Listed("/dev/tavlyn/", "com", 0) | Listed("/dev/", "ttyS", 1);
+    return Listed(Path("%s/", folder), "com", 0);
+  return Listed(Path("/dev/tavlyn/"), "com", 0) | Listed(Path("/dev/"), "ttyS", 1);
 }
 
 }  // namespace
 
-std::string ComPath(std::uint16_t number) {
-  const std::string name = "com" + std::to_string(number);
+Path ComPath(std::uint16_t number) {
   // With the variable set nothing outside its folder is ever opened.
   if (const char* folder = secure_getenv(kPortFolder); folder != nullptr)
-    return std::string(folder) + '/' + name;
-  std::string shipped = "/dev/tavlyn/" + name;
-  return access(shipped.c_str(), F_OK) == 0 ? shipped : "/dev/ttyS" + std::to_string(number - 1);
+    return Path("%s/com%u", folder, number);
+  const Path shipped("/dev/tavlyn/com%u", number);
+  return access(shipped.c_str(), F_OK) == 0 ? shipped : Path("/dev/ttyS%u", number - 1U);
 }
 
 void LinuxComPorts::FindVirtual(PortFlags flags) {
   const ComNumbers numbers = MayBeThere();
   for (std::uint16_t number = 1; number <= kHighestCom; ++number) {
     if (!numbers[number]) continue;
-    const std::string node = RealPath(ComPath(number));
-    if (node.empty()) continue;
-    const std::string device = RealPath("/sys/class/tty/" + node.substr(node.rfind('/') + 1) + "/device");
-    if (!device.empty() && IsVirtual(device)) flags[number] = 1;
+    const Path node = RealPath(ComPath(number));
+    if (node.IsEmpty()) continue;
+    const char* name = node.c_str() + node.View().rfind('/') + 1;
+    if (IsVirtual(RealPath(Path("/sys/class/tty/%s/device", name)))) flags[number] = 1;
   }
 }
 

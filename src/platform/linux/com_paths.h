@@ -2,10 +2,11 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
+
+#include "platform/path.h"
 
 namespace tavlyn::platform {
 
-std::string ComPath(std::uint16_t number);
+Path ComPath(std::uint16_t number);
 
 }  // namespace tavlyn::platform

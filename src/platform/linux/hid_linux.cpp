@@ -2,9 +2,12 @@
 #include <hidapi/hidapi.h>
 
 #include <algorithm>
+#include <memory>
+#include <new>
 #include <string_view>
 #include <vector>
 
+#include "platform/guarded.h"
 #include "platform/linux/parts.h"
 
 namespace tavlyn::platform {
@@ -33,8 +36,8 @@ struct HidInterface {
 
 struct OpenHidInterface {
   Handle handle;
-  hid_device* device;
   HidInterface listed;
+  std::unique_ptr<hid_device, decltype(&hid_close)> device;
 };
 
 namespace {

@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cstdlib>
-#include <string>
 
 #include "platform/linux/parts.h"
 
@@ -25,18 +24,21 @@ bool OnlyRootWrites(const struct stat& status) {
 }
 
 // A regular file of root's in a folder of root's, neither writable by others.
-bool IsTrusted(const std::string& file) {
+bool IsTrusted(const Path& file) {
   struct stat status {};
-  if (file.empty() || stat(file.c_str(), &status) != 0 || !S_ISREG(status.st_mode) || !OnlyRootWrites(status))
+  if (file.IsEmpty() || stat(file.c_str(), &status) != 0 || !S_ISREG(status.st_mode) || !OnlyRootWrites(status))
     return false;
-  return stat(file.substr(0, file.rfind('/') + 1).c_str(), &status) == 0 && OnlyRootWrites(status);
+  Path folder = file;
+  folder.Cut(folder.View().rfind('/') + 1);
+  return stat(folder.c_str(), &status) == 0 && OnlyRootWrites(status);
 }
 
-std::string LibraryFile() {
-  if (const char* chosen = secure_getenv("TAVLYNAPI_LIBUSB"); chosen != nullptr) return RealPath(chosen);
+Path LibraryFile() {
+  if (const char* chosen = secure_getenv("TAVLYNAPI_LIBUSB"); chosen != nullptr)
+    return RealPath(Path("%s", chosen));
   for (const char* folder : kFolders) {
-    std::string file = RealPath(std::string(folder) + "/libusb-0.1.so.4");
-    if (!file.empty()) return file;
+    const Path file = RealPath(Path("%s/libusb-0.1.so.4", folder));
+    if (!file.IsEmpty()) return file;
   }
   return {};
 }
@@ -44,7 +46,7 @@ std::string LibraryFile() {
 }  // namespace
 
 bool LinuxLibusb::Load() {
-  const std::string file = LibraryFile();
+  const Path file = LibraryFile();
   if (!IsTrusted(file)) return false;
   // Never unloaded: a second load of the same file gives the same library.
   void* library = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);

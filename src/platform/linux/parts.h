@@ -88,13 +88,13 @@ class LinuxLibusb final : public LibusbCalls<PATH_MAX + 1> {
 };
 
 // Without links; empty when there is nothing of that name.
-std::string RealPath(const std::string& path);
+Path RealPath(const Path& path);
 
 class LinuxPlaces final : public Places {
  public:
   bool EnvironmentIsSet(const char* name) override;
-  std::string TraceFile() override;
-  std::string CurrentFolder() override;
+  Path TraceFile() override;
+  Path CurrentFolder() override;
 };
 
 }  // namespace tavlyn::platform

@@ -1,7 +1,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <climits>
 #include <cstdlib>
 
@@ -13,42 +12,44 @@ namespace {
 bool IsFolder(const char* value) { return value != nullptr && value[0] == '/'; }
 
 // Where a program keeps state that is not worth a backup; empty when the environment names no such place.
-std::string StateFolder() {
+Path StateFolder() {
   const char* state = secure_getenv("XDG_STATE_HOME");
-  if (IsFolder(state)) return state;
+  if (IsFolder(state)) return Path("%s", state);
   const char* home = secure_getenv("HOME");
-  return IsFolder(home) ? std::string(home) + "/.local/state" : std::string();
+  return IsFolder(home) ? Path("%s/.local/state", home) : Path();
 }
 
 // With its missing parents. What cannot be made shows when the file is opened.
-void MakeFolder(const std::string& folder) {
-  for (std::size_t end = folder.find('/', 1); end != std::string::npos; end = folder.find('/', end + 1)) {
-    mkdir(folder.substr(0, end).c_str(), 0700);
+void MakeFolder(const Path& folder) {
+  const std::string_view whole = folder.View();
+  for (std::size_t end = whole.find('/', 1); end != std::string_view::npos; end = whole.find('/', end + 1)) {
+    Path parent = folder;
+    parent.Cut(end);
+    mkdir(parent.c_str(), 0700);
   }
   mkdir(folder.c_str(), 0700);
 }
 
 }  // namespace
 
-std::string RealPath(const std::string& path) {
+Path RealPath(const Path& path) {
   char real[PATH_MAX];
-  return realpath(path.c_str(), real) != nullptr ? std::string(real) : std::string();
+  return realpath(path.c_str(), real) != nullptr ? Path("%s", real) : Path();
 }
 
 bool LinuxPlaces::EnvironmentIsSet(const char* name) { return std::getenv(name) != nullptr; }
 
-std::string LinuxPlaces::TraceFile() {
-  const std::string state = StateFolder();
-  if (state.empty()) return {};
-  const std::string folder = state + "/TavlynLogs";
+Path LinuxPlaces::TraceFile() {
+  const Path state = StateFolder();
+  if (state.IsEmpty()) return {};
+  const Path folder("%s/TavlynLogs", state.c_str());
   MakeFolder(folder);
-  return folder + "/TavlynApiSdk.log";
+  return Path("%s/TavlynApiSdk.log", folder.c_str());
 }
 
-std::string LinuxPlaces::CurrentFolder() {
-  std::array<char, PATH_MAX> folder;
-  if (getcwd(folder.data(), folder.size()) == nullptr) return {};
-  return std::string(folder.data()) + '/';
+Path LinuxPlaces::CurrentFolder() {
+  char folder[PATH_MAX];
+  return getcwd(folder, sizeof folder) != nullptr ? Path("%s/", folder) : Path();
 }
 
 }  // namespace tavlyn::platform

@@ -12,16 +12,16 @@ class SystemPlaces final : public Places {
     return GetEnvironmentVariableA(name, nullptr, 0) != 0 || GetLastError() != ERROR_ENVVAR_NOT_FOUND;
   }
 
-  std::string TraceFile() override {
+  Path TraceFile() override {
     CreateDirectoryA("C:/TavlynLogs", nullptr);
-    return "C:\\TavlynLogs\\TavlynApiSdk.log";
+    return Path("C:\\TavlynLogs\\TavlynApiSdk.log");
   }
 
-  std::string CurrentFolder() override {
-    std::string folder(GetCurrentDirectoryA(0, nullptr), '\0');
-    folder.resize(GetCurrentDirectoryA(static_cast<DWORD>(folder.size()), folder.data()));
-    if (!folder.empty() && folder.back() != '\\') folder += '\\';
-    return folder;
+  Path CurrentFolder() override {
+    char folder[4096];
+    const DWORD length = GetCurrentDirectoryA(sizeof folder, folder);
+    if (length == 0 || length >= sizeof folder) return {};
+    return Path("%s%s", folder, folder[length - 1] == '\\' ? "" : "\\");
   }
 };
 
