@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <memory>
 
-#include "core/guarded.h"
 #include "files/crc.h"
+#include "platform/guarded.h"
 
 namespace tavlyn {
 

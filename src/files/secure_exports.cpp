@@ -2,9 +2,9 @@
 #include <memory>
 
 #include "api.h"
-#include "core/guarded.h"
 #include "core/openings.h"
 #include "files/integrity.h"
+#include "platform/guarded.h"
 
 using namespace tavlyn;
 

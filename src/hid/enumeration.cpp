@@ -2,10 +2,10 @@
 
 #include <string>
 
-#include "core/guarded.h"
 #include "core/state.h"
 #include "core/trace.h"
 #include "links/link_socket.h"
+#include "platform/guarded.h"
 
 namespace tavlyn {
 namespace {

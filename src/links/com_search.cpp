@@ -10,13 +10,14 @@ namespace {
 
 // One port of the reader search; true when a reader answered there.
 bool TryReaderPort(std::uint16_t number, tsDevEntry& entry, Probe answers) {
-  SerialPort& port = ClosedPort(entry);
+  SerialPort* port = ClosedPort(entry);
+  if (port == nullptr) return false;
   entry.LinkKind = kBySerialPort;
-  port.SetPortNum(number);
-  port.SetLine({DefaultBaud, 0, 0});
-  port.UseNormalTimeouts();
+  port->SetPortNum(number);
+  port->SetLine({DefaultBaud, 0, 0});
+  port->UseNormalTimeouts();
   // A port that does not open leaves its object for the next candidate.
-  if (!port.Open()) return false;
+  if (!port->Open()) return false;
   ActDev = DevCnt;
   if (!answers()) {
     DropPort(entry);
@@ -29,8 +30,7 @@ bool TryReaderPort(std::uint16_t number, tsDevEntry& entry, Probe answers) {
 }
 
 // One port of the magstripe search; true when such a reader answered there.
-bool TrySorbanePort(std::uint16_t number, tsDevEntry& entry, Probe answers) {
-  SerialPort& port = PortOf(entry);
+bool TrySorbanePort(std::uint16_t number, tsDevEntry& entry, SerialPort& port, Probe answers) {
   // Also a new one, which counts as open while a socket is.
   port.Close();
   port.SetLine({9600, 0, 0});
@@ -92,7 +92,10 @@ bool SearchSorbaneComs(Probe answers) {
     tsDevEntry* entry = NextEntry();
     const bool visited = InRange(number) || VirtualComFlags[number] != 0;
     if (entry == nullptr || !visited || PortInUse(number)) continue;
-    found = TrySorbanePort(number, *entry, answers) || found;
+    SerialPort* port = PortOf(*entry);
+    // Ends the search without a result, whatever it has found.
+    if (port == nullptr) return false;
+    found = TrySorbanePort(number, *entry, *port, answers) || found;
   }
   return found;
 }

@@ -29,14 +29,15 @@ void Found(tsDevEntry& entry, const Peer& peer) {
 }
 
 bool TryXport(tsDevEntry& entry, const Peer& peer, Probe answers) {
-  SerialPort& port = ClosedPort(entry);
+  SerialPort* port = ClosedPort(entry);
+  if (port == nullptr) return false;
   entry.LinkKind = kBySerialPort;
-  port.SetIpAddr({peer.asked[0], peer.asked[1], peer.asked[2], peer.fourth});
-  port.SetPortNum(peer.port);
-  port.SetLine({9600, 0, 0});
-  port.UseNormalTimeouts();
+  port->SetIpAddr({peer.asked[0], peer.asked[1], peer.asked[2], peer.fourth});
+  port->SetPortNum(peer.port);
+  port->SetLine({9600, 0, 0});
+  port->UseNormalTimeouts();
   FetchMacAddr(peer.asked, entry.DevMacAddr);
-  if (!port.Open()) return false;
+  if (!port->Open()) return false;
   ActDev = DevCnt;
   if (!answers()) {
     DropPort(entry);

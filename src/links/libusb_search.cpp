@@ -11,12 +11,16 @@ bool SearchLibusbReader(Probe answers) {
   tsDevEntry* entry = NextEntry();
   const platform::Handle device = entry != nullptr ? OpenLibusbDevice() : platform::kNoHandle;
   if (device == platform::kNoHandle) return false;
-  SerialPort& port = ClosedPort(*entry);
+  SerialPort* port = ClosedPort(*entry);
+  if (port == nullptr) {
+    CloseLibusbDevice(device);
+    return false;
+  }
   entry->LinkKind = kBySerialPort;
-  port.SetUsbHandle(device);
-  port.UseNormalTimeouts();
+  port->SetUsbHandle(device);
+  port->UseNormalTimeouts();
   ActDev = DevCnt;
-  if (!port.Open() || !answers()) {
+  if (!port->Open() || !answers()) {
     DropPort(*entry);
     return false;
   }

@@ -1,15 +1,17 @@
 #include "links/probe.h"
 
+#include <new>
+
 #include "links/serial_port.h"
 
 namespace tavlyn {
 
-SerialPort& PortOf(tsDevEntry& entry) {
-  if (entry.pSerialPort == nullptr) entry.pSerialPort = new SerialPort;
-  return *entry.pSerialPort;
+SerialPort* PortOf(tsDevEntry& entry) {
+  if (entry.pSerialPort == nullptr) entry.pSerialPort = new (std::nothrow) SerialPort;
+  return entry.pSerialPort;
 }
 
-SerialPort& ClosedPort(tsDevEntry& entry) {
+SerialPort* ClosedPort(tsDevEntry& entry) {
   if (entry.pSerialPort != nullptr) entry.pSerialPort->Close();
   return PortOf(entry);
 }

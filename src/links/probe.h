@@ -11,12 +11,12 @@ using Probe = bool (*)();
 // The entry that a search fills next, or null when the table is full.
 inline tsDevEntry* NextEntry() { return DevCnt >= 0 && DevCnt < kTableEntries ? &DevTable[DevCnt] : nullptr; }
 
-// The entry's port; made when it has none.
-SerialPort& PortOf(tsDevEntry& entry);
+// The entry's port; made when it has none. Null without memory for one.
+SerialPort* PortOf(tsDevEntry& entry);
 
 // The same, closed when the entry had it before. A new one is left alone although an open socket makes it
 // count as open.
-SerialPort& ClosedPort(tsDevEntry& entry);
+SerialPort* ClosedPort(tsDevEntry& entry);
 
 // The candidate is a device of this kind.
 void Count(tsDevEntry& entry, std::uint32_t kind);

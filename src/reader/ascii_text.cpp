@@ -1,10 +1,11 @@
 #include "reader/ascii_text.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
-#include <string>
 
 #include "core/state.h"
+#include "core/text_tokens.h"
 #include "links/serial_port.h"
 
 namespace tavlyn {
@@ -14,27 +15,27 @@ constexpr std::size_t kLineLength = 80;
 constexpr std::size_t kAnswerLength = 12;
 
 template <typename Number>
-std::int32_t Parse(const char* text, const char* conversion) {
+std::int32_t Parse(std::string_view text, const char* conversion) {
   Number number = 0;
-  return std::sscanf(text, conversion, &number) == 1 ? static_cast<std::int32_t>(number) : 0;
+  return Scan(text, conversion, number) ? static_cast<std::int32_t>(number) : 0;
 }
 
 // Forms: 'c' and '\xHH', False and True, 0xHH, decimal.
-std::int32_t ValueOf(const std::string& line) {
+std::int32_t ValueOf(std::string_view line) {
+  constexpr std::size_t kNone = std::string_view::npos;
   const std::size_t quoted = line.find("='");
-  if (quoted != std::string::npos) {
+  if (quoted != kNone) {
     const std::size_t at = quoted + 2;
     if (at >= line.size()) return 0;
     if (line[at] != '\\') return static_cast<std::uint8_t>(line[at]);
-    return at + 2 < line.size() ? Parse<unsigned>(line.c_str() + at + 2, "%X") : 0;
+    return at + 2 < line.size() ? Parse<unsigned>(line.substr(at + 2), "%X") : 0;
   }
   const std::size_t equals = line.find('=');
-  if (equals == std::string::npos) return 0;
-  const std::string value = line.substr(equals + 1);
-  if (value.find("False") != std::string::npos) return 0;
-  if (value.find("True") != std::string::npos) return 1;
-  return value.find("0x") != std::string::npos ? Parse<unsigned>(value.c_str(), "%X")
-                                               : Parse<int>(value.c_str(), "%d");
+  if (equals == kNone) return 0;
+  const std::string_view value = line.substr(equals + 1);
+  if (value.find("False") != kNone) return 0;
+  if (value.find("True") != kNone) return 1;
+  return value.find("0x") != kNone ? Parse<unsigned>(value, "%X") : Parse<int>(value, "%d");
 }
 
 }  // namespace
@@ -44,7 +45,7 @@ std::int32_t AsciiQuery(std::string_view text, std::string_view key) {
   if (start == std::string_view::npos) return 0;
   const std::size_t end = text.find('\r', start);
   if (end == std::string_view::npos) return 0;
-  return ValueOf(std::string(text.substr(start, std::min(end - start, kLineLength))));
+  return ValueOf(text.substr(start, std::min(end - start, kLineLength)));
 }
 
 void AsciiSet(const char* format, std::int32_t value) {

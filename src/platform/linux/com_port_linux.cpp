@@ -11,6 +11,8 @@
 #include <array>
 #include <cerrno>
 #include <limits>
+#include <memory>
+#include <new>
 
 #include "platform/linux/com_paths.h"
 #include "platform/linux/parts.h"
@@ -112,12 +114,14 @@ void Drop(int descriptor, int queues) { ioctl(descriptor, TCFLSH, queues); }
 
 class LinuxComPort final : public ComPort {
  public:
-  LinuxComPort(int descriptor, const ComTimeouts& timeouts) : descriptor_(descriptor), timeouts_(timeouts) {}
+  explicit LinuxComPort(const ComTimeouts& timeouts) : timeouts_(timeouts) {}
   ~LinuxComPort() override {
     if (descriptor_ < 0) return;
     SetDtr(descriptor_, false);
     Shut();
   }
+
+  void Own(int descriptor) { descriptor_ = descriptor; }
 
   std::uint32_t Read(std::span<std::uint8_t> bytes) override;
   std::uint32_t Write(std::span<const std::uint8_t> bytes) override;
@@ -150,7 +154,7 @@ class LinuxComPort final : public ComPort {
     return wait;
   }
 
-  int descriptor_;
+  int descriptor_ = -1;
   ComTimeouts timeouts_;
 };
 
@@ -190,6 +194,9 @@ std::uint32_t LinuxComPort::Write(std::span<const std::uint8_t> bytes) {
 
 std::unique_ptr<ComPort> LinuxComPorts::Open(std::uint16_t number, const ComLine& line,
                                              const ComTimeouts& timeouts) {
+  // Before the port is opened, which would have no owner without it.
+  std::unique_ptr<LinuxComPort> port(new (std::nothrow) LinuxComPort(timeouts));
+  if (port == nullptr) return nullptr;
   const int descriptor = open(ComPath(number).c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
   if (descriptor < 0) return nullptr;
   if (!Hold(descriptor)) {
@@ -204,7 +211,8 @@ std::unique_ptr<ComPort> LinuxComPorts::Open(std::uint16_t number, const ComLine
   SetDtr(descriptor, true);
   // Opening has raised RTS too, which is off without flow control.
   SetModemLine(descriptor, TIOCM_RTS, false);
-  return std::make_unique<LinuxComPort>(descriptor, timeouts);
+  port->Own(descriptor);
+  return port;
 }
 
 }  // namespace tavlyn::platform

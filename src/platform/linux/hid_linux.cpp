@@ -76,14 +76,17 @@ struct LinuxHid::State {
   Handle next = 1;
 
   std::vector<HidInterface> List() const;
+  bool Walk(HidClass cls);
   const HidInterface* Find(std::string_view path);
+  Handle Open(const HidInterface& interface);
   OpenHidInterface* Opened(Handle handle);
 };
 
 std::vector<HidInterface> LinuxHid::State::List() const {
   std::vector<HidInterface> interfaces;
-  hid_device_info* first = call.enumerate(0, 0);
-  for (const hid_device_info* info = first; info != nullptr; info = info->next) {
+  const std::unique_ptr<hid_device_info, decltype(&hid_free_enumeration)> first(call.enumerate(0, 0),
+                                                                                call.freeEnumeration);
+  for (const hid_device_info* info = first.get(); info != nullptr; info = info->next) {
     if (info->path == nullptr) continue;
     auto at = std::ranges::find(interfaces, std::string_view(info->path), &HidInterface::path);
     if (at == interfaces.end()) {
@@ -92,15 +95,31 @@ std::vector<HidInterface> LinuxHid::State::List() const {
     }
     at->usages.push_back({info->usage_page, info->usage});
   }
-  call.freeEnumeration(first);
   return interfaces;
+}
+
+bool LinuxHid::State::Walk(HidClass cls) {
+  listed = List();
+  members.clear();
+  for (const HidInterface& interface : listed) {
+    if (cls == HidClass::kHid || interface.Has(kKeyboardUsage)) members.push_back(&interface);
+  }
+  walking = true;
+  return true;
 }
 
 // Outside a walk the system is asked anew.
 const HidInterface* LinuxHid::State::Find(std::string_view path) {
-  if (!walking) listed = List();
+  if (!walking) listed = Guarded(std::vector<HidInterface>(), [&] { return List(); });
   const auto at = std::ranges::find(listed, path, &HidInterface::path);
   return at != listed.end() ? &*at : nullptr;
+}
+
+Handle LinuxHid::State::Open(const HidInterface& interface) {
+  OpenHidInterface opened{next, interface, {call.openPath(interface.path.c_str()), call.close}};
+  if (opened.device == nullptr) return kNoHandle;
+  open.push_back(std::move(opened));
+  return next++;
 }
 
 OpenHidInterface* LinuxHid::State::Opened(Handle handle) {
@@ -116,35 +135,32 @@ bool LinuxHid::Load() {
     dlclose(library);
     return false;
   }
-  state_ = new State{.library = library, .call = functions, .listed = {}, .members = {}, .open = {}};
-  return true;
+  state_ = new (std::nothrow)
+      State{.library = library, .call = functions, .listed = {}, .members = {}, .open = {}};
+  if (state_ == nullptr) dlclose(library);
+  return state_ != nullptr;
 }
 
 // hid_exit is not called: the application may use hidapi itself.
 void LinuxHid::Unload() {
   if (state_ == nullptr) return;
-  for (const OpenHidInterface& left : state_->open) state_->call.close(left.device);
-  dlclose(state_->library);
+  void* library = state_->library;
   delete state_;
   state_ = nullptr;
+  dlclose(library);
 }
 
 bool LinuxHid::BeginWalk(HidClass cls) {
-  if (state_ == nullptr) return false;
-  state_->listed = state_->List();
-  state_->members.clear();
-  for (const HidInterface& interface : state_->listed) {
-    if (cls == HidClass::kHid || interface.Has(kKeyboardUsage)) state_->members.push_back(&interface);
-  }
-  state_->walking = true;
-  return true;
+  return state_ != nullptr && Guarded(false, [&] { return state_->Walk(cls); });
 }
 
 WalkStep LinuxHid::Member(int index, std::string& path) {
   const auto at = static_cast<std::size_t>(index);
   if (state_ == nullptr || at >= state_->members.size()) return WalkStep::kEnd;
-  path = state_->members[at]->path;
-  return WalkStep::kPath;
+  return Guarded(WalkStep::kSkip, [&] {
+    path = state_->members[at]->path;
+    return WalkStep::kPath;
+  });
 }
 
 void LinuxHid::EndWalk() {
@@ -163,16 +179,12 @@ bool LinuxHid::ListedIds(const char* path, HidIds& ids) {
 Handle LinuxHid::Open(const char* path, OpenMode /*mode*/) {
   const HidInterface* listed = state_ != nullptr && path != nullptr ? state_->Find(path) : nullptr;
   if (listed == nullptr) return kNoHandle;
-  hid_device* device = state_->call.openPath(path);
-  if (device == nullptr) return kNoHandle;
-  state_->open.push_back({state_->next, device, *listed});
-  return state_->next++;
+  return Guarded(kNoHandle, [&] { return state_->Open(*listed); });
 }
 
 void LinuxHid::Close(Handle device) {
   OpenHidInterface* opened = state_ != nullptr ? state_->Opened(device) : nullptr;
   if (opened == nullptr) return;
-  state_->call.close(opened->device);
   state_->open.erase(state_->open.begin() + (opened - state_->open.data()));
 }
 
@@ -189,22 +201,23 @@ UsageMatch LinuxHid::TopUsage(Handle device, HidUsage wanted) {
 
 bool LinuxHid::GetFeature(Handle device, std::span<std::uint8_t> report) {
   const OpenHidInterface* opened = state_ != nullptr ? state_->Opened(device) : nullptr;
-  return opened != nullptr && state_->call.getFeature(opened->device, report.data(), report.size()) > 0;
+  return opened != nullptr && state_->call.getFeature(opened->device.get(), report.data(), report.size()) > 0;
 }
 
 bool LinuxHid::SetFeature(Handle device, std::span<const std::uint8_t> report) {
   const OpenHidInterface* opened = state_ != nullptr ? state_->Opened(device) : nullptr;
-  return opened != nullptr && state_->call.sendFeature(opened->device, report.data(), report.size()) >= 0;
+  return opened != nullptr &&
+         state_->call.sendFeature(opened->device.get(), report.data(), report.size()) >= 0;
 }
 
 Drain LinuxHid::DrainInput(Handle device, std::span<std::uint8_t> report) {
   const OpenHidInterface* opened = state_ != nullptr ? state_->Opened(device) : nullptr;
   if (opened == nullptr) return Drain::kNothing;
-  const int got = state_->call.readTimeout(opened->device, report.data(), report.size(), 0);
+  const int got = state_->call.readTimeout(opened->device.get(), report.data(), report.size(), 0);
   if (got <= 0) return got < 0 ? Drain::kGone : Drain::kNothing;
   std::uint8_t rest[64];
   for (int dropped = 0; dropped < kLongestQueue; ++dropped) {
-    if (state_->call.readTimeout(opened->device, rest, sizeof rest, 0) <= 0) break;
+    if (state_->call.readTimeout(opened->device.get(), rest, sizeof rest, 0) <= 0) break;
   }
   return Drain::kDrained;
 }

@@ -26,7 +26,8 @@ bool OnlyRootWrites(const struct stat& status) {
 // A regular file of root's in a folder of root's, neither writable by others.
 bool IsTrusted(const Path& file) {
   struct stat status {};
-  if (file.IsEmpty() || stat(file.c_str(), &status) != 0 || !S_ISREG(status.st_mode) || !OnlyRootWrites(status))
+  if (file.IsEmpty() || stat(file.c_str(), &status) != 0 || !S_ISREG(status.st_mode) ||
+      !OnlyRootWrites(status))
     return false;
   Path folder = file;
   folder.Cut(folder.View().rfind('/') + 1);

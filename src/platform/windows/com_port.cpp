@@ -1,5 +1,8 @@
 #include <cstdio>
+#include <memory>
+#include <new>
 
+#include "platform/guarded.h"
 #include "platform/windows/backend.h"
 #include "platform/windows/com_registry.h"
 #include "platform/windows/system.h"
@@ -133,12 +136,18 @@ class SystemComPorts final : public ComPorts {
                                 const ComTimeouts& timeouts) override {
     HANDLE native = OpenNumber(number);
     if (native == INVALID_HANDLE_VALUE) return nullptr;
-    auto port = std::make_unique<SystemComPort>(native);
-    if (!port->SetUp(line, timeouts)) return nullptr;
+    std::unique_ptr<SystemComPort> port(new (std::nothrow) SystemComPort(native));
+    if (port == nullptr) CloseHandle(native);
+    if (port == nullptr || !port->SetUp(line, timeouts)) return nullptr;
     return port;
   }
 
-  void FindVirtual(PortFlags flags) override { FindVirtualPorts(flags); }
+  void FindVirtual(PortFlags flags) override {
+    Guarded(false, [&] {
+      FindVirtualPorts(flags);
+      return true;
+    });
+  }
 };
 
 }  // namespace

@@ -52,9 +52,10 @@ WalkStep HidWalk::Member(const HidLibraries& libraries, int index, std::string& 
   if (detail == nullptr) return WalkStep::kEnd;
   detail->cbSize = sizeof *detail;
   const bool told = Caught([&] {
-    return libraries.getDeviceInterfaceDetail(set_, &data, detail, required, nullptr, nullptr) != 0;
+    if (!libraries.getDeviceInterfaceDetail(set_, &data, detail, required, nullptr, nullptr)) return false;
+    path = detail->DevicePath;
+    return true;
   });
-  if (told) path = detail->DevicePath;
   LocalFree(detail);
   return told ? WalkStep::kPath : WalkStep::kSkip;
 }
