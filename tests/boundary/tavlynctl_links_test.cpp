@@ -10,6 +10,24 @@
 namespace tavlyn::boundary {
 namespace {
 
+// Notes what comes to a reader.
+class Noting final : public sim::FaultyLine {
+ public:
+  explicit Noting(sim::ByteDevice& reader) : reader_(reader) {}
+  void Silence() override { reader_.Silence(); }
+
+  std::string came;
+
+ private:
+  void TakeByte(std::uint8_t byte) override {
+    came += static_cast<char>(byte);
+    reader_.Receive({&byte, 1});
+    PassOn(reader_);
+  }
+
+  sim::ByteDevice& reader_;
+};
+
 class TavlynctlLinks : public testing::Test {
  protected:
   static Ended Ctl(const std::string& words) { return RunLine(kCtl + " " + words); }
@@ -67,6 +85,20 @@ TEST_F(TavlynctlLinks, ConfigurationOnAPort) {
   const Json set = Document("--com 3 config set iIDHoldTO=150");
   EXPECT_EQ("stored", set["changes"][0]["result"]);
   EXPECT_EQ(150, Document("--com 3 config get iIDHoldTO")["fields"]["TimeParms.iIDHoldTO"]);
+}
+
+// What is printed would else go to the reader, whose port got the number of the closed one.
+TEST_F(TavlynctlLinks, ClosedDescriptorsAreNoPorts) {
+  reader_->PutCard({1, 2}, 16);
+  Noting noted(line_);
+  PortDevice device(ports_, 3, noted);
+  for (const char* closed : {"<&-", "2>&-", "<&- 2>&-"}) {
+    const Ended watch = Ctl(std::string("watch --com 3 --count 1 ") + closed);
+    EXPECT_EQ(0, watch.status) << closed << watch.err;
+    EXPECT_EQ("card 16 bits 0201\n", watch.out) << closed;
+  }
+  EXPECT_EQ(6, Ctl("watch --com 3 --count 1 <&- >&- 2>&-").status);
+  device.With([&] { EXPECT_FALSE(Holds(noted.came, "card")); });
 }
 
 TEST_F(TavlynctlLinks, WatchNoticesALostPort) {

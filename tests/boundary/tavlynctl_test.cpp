@@ -237,6 +237,12 @@ TEST(Tavlynctl, OutputThatCannotBeWrittenIsTold) {
   }
 }
 
+TEST(Tavlynctl, ClosedOutputIsTold) {
+  const Ended ended = OneCommand("", "list >&-");
+  EXPECT_EQ(6, ended.status);
+  EXPECT_EQ("tavlynctl: the standard output is closed; >/dev/null drops what is shown\n", ended.err);
+}
+
 // A folder of hidraw nodes, one of them a reader's.
 class Permission : public testing::Test {
  protected:

@@ -6,6 +6,7 @@
 
 #include "tools/tavlynctl/command_words.h"
 #include "tools/tavlynctl/commands.h"
+#include "tools/tavlynctl/standard_files.h"
 #include "tools/wrong_words.h"
 
 namespace {
@@ -54,6 +55,10 @@ int Refuse(const CLI::App& app, const CLI::ParseError& error, std::span<char*> w
 }  // namespace
 
 int main(int argc, char** argv) {
+  if (OutputIsMissing()) {
+    const Failure closed(kBadFile, "the standard output is closed; >/dev/null drops what is shown");
+    return ShowFailure(closed, "", false);
+  }
   CLI::App app("Card readers, magnetic-stripe readers and sonar sensors from the command line", "tavlynctl");
   app.require_subcommand(1);
   Options options;
