@@ -16,15 +16,13 @@
 #include "sim/carriers/ethernet.h"
 #include "sim/devices/faulty_line.h"
 #include "tests/boundary/attended.h"
+#include "tests/boundary/open_handles.h"
 
 namespace tavlyn::boundary {
 
 using Bytes = std::vector<std::uint8_t>;
 using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::milliseconds;
-
-// Of this process: descriptors, handles.
-int OpenHandles();
 
 // A sleep that is not counted as one of the library's.
 void Pause(Milliseconds length);

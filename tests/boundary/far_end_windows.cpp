@@ -68,12 +68,6 @@ class FarEnd final : public sim::Served {
 
 const std::uint16_t kDevicePort = 9;
 
-int OpenHandles() {
-  DWORD count = 0;
-  GetProcessHandleCount(GetCurrentProcess(), &count);
-  return static_cast<int>(count);
-}
-
 void Pause(Milliseconds length) {
   PassUntil(Now() + length, [] { return false; });
 }

@@ -2,8 +2,13 @@
 
 #include <windows.h>
 
+#include "platform/windows/threads.h"
+
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID) {
   if (reason == DLL_PROCESS_ATTACH) tavlyn::Load();
-  if (reason == DLL_PROCESS_DETACH) tavlyn::Unload();
+  if (reason == DLL_PROCESS_DETACH) {
+    tavlyn::Unload();
+    tavlyn::platform::FreeThreads();
+  }
   return TRUE;
 }

@@ -1,0 +1,87 @@
+// What is left in a process when the library has gone again.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdlib>
+
+#include "tests/boundary/imports_windows.h"
+#include "tests/boundary/library.h"
+#include "tests/boundary/open_handles.h"
+#include "tests/boundary/quick_time.h"
+
+namespace tavlyn::boundary {
+namespace {
+
+// The system has 1088 thread-local slots for a process.
+constexpr int kLoads = 1200;
+
+std::size_t TakenOf(HANDLE heap) {
+  std::size_t taken = 0;
+  PROCESS_HEAP_ENTRY entry{};
+  while (HeapWalk(heap, &entry)) {
+    if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) taken += entry.cbData;
+  }
+  return taken;
+}
+
+struct Taken {
+  std::size_t heap = 0;
+  int handles = 0;
+  DWORD threadSlot = 0;
+  DWORD fiberSlot = 0;
+};
+
+Taken OfThisProcess() {
+  Taken taken;
+  std::array<HANDLE, 16> heaps{};
+  const DWORD count = GetProcessHeaps(heaps.size(), heaps.data());
+  for (DWORD heap = 0; heap < count && heap < heaps.size(); ++heap) taken.heap += TakenOf(heaps[heap]);
+  taken.handles = OpenHandles();
+  taken.threadSlot = TlsAlloc();
+  TlsFree(taken.threadSlot);
+  taken.fiberSlot = FlsAlloc(nullptr);
+  FlsFree(taken.fiberSlot);
+  return taken;
+}
+
+bool refused = false;
+
+void* RefusedOnce(std::size_t size) {
+  if (refused) return std::malloc(size);
+  refused = true;
+  return nullptr;
+}
+
+// Something is thrown within the library, which takes a thread's slot.
+void RunOutOfMemory(const Library& library) {
+  HMODULE image = GetModuleHandleA(TAVLYN_LIBRARY);
+  refused = false;
+  ASSERT_TRUE(Replace(image, {"malloc", reinterpret_cast<void*>(RefusedOnce)}));
+  EXPECT_EQ(0U, CALL(library, CheckTamperedFile)("none", 0));
+  EXPECT_TRUE(refused);
+  Replace(image, {"malloc", reinterpret_cast<void*>(malloc)});
+}
+
+TEST(Load, TwelveHundredTimesLeaveNothing) {
+  const auto once = [] {
+    const Library library;
+    TakeItsTime();
+    library.Standin("plug reader");
+    CALL(library, SetDevTypeSrch)(0);
+    EXPECT_EQ(CALL(library, USBConnect)(nullptr), 1U);
+    RunOutOfMemory(library);
+    library.Standin("reset");
+  };
+  for (int time = 0; time < 10; ++time) once();
+  ASSERT_EQ(nullptr, GetModuleHandleA(TAVLYN_LIBRARY)) << "it would leave nothing because it stays";
+  const Taken before = OfThisProcess();
+  for (int time = 0; time < kLoads && !testing::Test::HasFailure(); ++time) once();
+  const Taken after = OfThisProcess();
+  EXPECT_EQ(after.threadSlot, before.threadSlot);
+  EXPECT_EQ(after.fiberSlot, before.fiberSlot);
+  EXPECT_EQ(after.handles, before.handles);
+  EXPECT_LT(after.heap, before.heap + kLoads);
+}
+
+}  // namespace
+}  // namespace tavlyn::boundary
