@@ -13,14 +13,14 @@ namespace tavlyn::sim {
 // it open see it gone, and a new port takes its place under the same name.
 class PseudoTerminal final : public Served {
  public:
-  // link: the symbolic link to make; its folder must be there. Plugs the port in; IsPlugged tells whether
-  // that worked.
+  // link: the symbolic link to make; its folder must be there, and nothing of that name but what an earlier
+  // carrier left. Plugs the port in; IsPlugged tells whether that worked.
   PseudoTerminal(ByteDevice& device, std::string link);
   ~PseudoTerminal() override { Unplug(); }
   PseudoTerminal(const PseudoTerminal&) = delete;
   PseudoTerminal& operator=(const PseudoTerminal&) = delete;
 
-  // False: errno tells why.
+  // False: errno tells why; EEXIST: there is another file of the link's name.
   bool Plug();
   // The name is gone, and so is the port for those that have it open.
   void Unplug();
@@ -33,13 +33,14 @@ class PseudoTerminal final : public Served {
   void Serve() override;
 
  private:
-  bool MakeLink(const char* port) const;
+  [[nodiscard]] bool MakeLink() const;
   // False while no program has the port open.
   bool TakeBytes();
   void GiveBytes();
 
   PacedLine line_;
   std::string link_;
+  std::string port_;  // where the link leads
   int master_ = -1;
   bool hungUp_ = false;  // a program had it open and none has now
   bool full_ = false;    // bytes are due that the port does not take yet

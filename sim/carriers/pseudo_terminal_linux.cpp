@@ -3,9 +3,9 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstdio>
 #include <utility>
 
 #include "sim/carriers/pseudo_terminal.h"
@@ -15,6 +15,15 @@ namespace {
 
 // The kernel tells of a port that is closed without end, but not of its opening: it is looked at so often.
 constexpr std::chrono::milliseconds kBetweenLooks(10);
+
+constexpr const char* kPorts = "/dev/pts/";
+
+// Empty: it is no link.
+std::string TargetOf(const std::string& link) {
+  std::array<char, 64> target;
+  const ssize_t length = readlink(link.c_str(), target.data(), target.size());
+  return {target.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0))};
+}
 
 int OpenMaster(char* port, std::size_t size) {
   const int master = posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
@@ -42,23 +51,28 @@ bool PseudoTerminal::Plug() {
   master_ = OpenMaster(port.data(), port.size());
   if (master_ < 0) return false;
   hungUp_ = full_ = false;
-  if (MakeLink(port.data())) return true;
+  port_ = port.data();
+  if (MakeLink()) return true;
   const int reason = errno;
   Unplug();
   errno = reason;
   return false;
 }
 
-// An older link of that name gives way without a moment in which there is none.
-bool PseudoTerminal::MakeLink(const char* port) const {
-  const std::string fresh = link_ + ".new";
-  unlink(fresh.c_str());
-  return symlink(port, fresh.c_str()) == 0 && std::rename(fresh.c_str(), link_.c_str()) == 0;
+// Whoever is killed leaves its link, which leads nowhere then, or to the next port of that number.
+bool PseudoTerminal::MakeLink() const {
+  if (symlink(port_.c_str(), link_.c_str()) == 0) return true;
+  if (errno != EEXIST) return false;
+  const std::string target = TargetOf(link_);
+  if (target == port_) return true;
+  const bool isLeft = target.starts_with(kPorts) && access(target.c_str(), F_OK) != 0;
+  errno = EEXIST;
+  return isLeft && unlink(link_.c_str()) == 0 && symlink(port_.c_str(), link_.c_str()) == 0;
 }
 
 void PseudoTerminal::Unplug() {
   if (!IsPlugged()) return;
-  unlink(link_.c_str());
+  if (TargetOf(link_) == port_) unlink(link_.c_str());
   close(master_);
   master_ = -1;
   line_.Hangup();

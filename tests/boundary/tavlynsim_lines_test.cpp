@@ -73,6 +73,51 @@ TEST(TavlynsimLines, PortFolderOfTheUserIsUsed) {
   EXPECT_EQ(1, std::count(ended.out.begin(), ended.out.end(), '\n'));
 }
 
+// A folder of the user's with a port that has a name already.
+Ended RunOver(const std::string& made, const std::string& command) {
+  return RunLine("folder=$(mktemp -d); cd $folder; " + made + "; export TAVLYNAPI_PORT_DIR=$folder; " + kRun +
+                 "--serial COM3 -- " + command +
+                 "; status=$?; ls; test -f com3 && cat com3; rm -r $folder; exit $status");
+}
+
+TEST(TavlynsimLines, NoFileOfTheUserGivesWayToAPort) {
+  for (const char* made :
+       {"echo mine >com3", "echo mine >other; ln -s other com3", "mkdir com3", "ln -s /dev/null com3"}) {
+    const Ended ended = RunOver(std::string(made) + "; echo mine >com3.new", "true");
+    EXPECT_EQ(125, ended.status) << made;
+    EXPECT_TRUE(Holds(ended.out, "com3\ncom3.new\n")) << ended.out;
+    EXPECT_TRUE(Holds(ended.err, "/com3 is there already; remove it")) << ended.err;
+  }
+  const Ended kept = RunOver("echo mine >com3", "true");
+  EXPECT_EQ("com3\nmine\n", kept.out);
+  const Ended replaced = RunOver("true", "sh -c 'rm com3; echo mine >com3'");
+  EXPECT_EQ(0, replaced.status) << replaced.err;
+  EXPECT_EQ("com3\nmine\n", replaced.out);
+}
+
+TEST(TavlynsimLines, LinkOfOneThatWasKilledGivesWay) {
+  for (const char* made :
+       {"ln -s /dev/pts/999999 com3", "(" TAVLYNSIM " run --serial COM3 -- sh -c 'kill -9 $PPID')"}) {
+    const Ended ended = RunOver(std::string("export TAVLYNAPI_PORT_DIR=$PWD; ") + made, "readlink com3");
+    EXPECT_EQ(0, ended.status) << made << ended.err;
+    EXPECT_TRUE(ended.out.starts_with("/dev/pts/")) << ended.out;
+    EXPECT_FALSE(Holds(ended.out, "com3")) << ended.out;
+  }
+}
+
+TEST(TavlynsimLines, NothingListensBeyondTheLoopbackUntold) {
+  for (const char* words : {"--ethernet 0.0.0.0:10001", "--serial COM3 --do 'plug reader@0.0.0.0:10001'"}) {
+    const Ended ended = RunLine(kRun + words + " -- true");
+    EXPECT_EQ(125, ended.status) << words;
+    EXPECT_TRUE(
+        Holds(ended.err, "0.0.0.0 is beyond the loopback, others could use the device; --expose permits it"))
+        << ended.err;
+  }
+  const Ended told =
+      RunLine(kRun + "--expose --ethernet 0.0.0.0:10001 --card 3412:26" + kReader + " ip 127.0.0.1 10001");
+  EXPECT_EQ(kCard + kCard, told.out) << told.err;
+}
+
 TEST(TavlynsimLines, StayWithoutACommandUntilTold) {
   const Ended ended = RunLine("upon 'kill -INT $pid' " + kRun + "--serial COM3");
   EXPECT_EQ(130, ended.status);
@@ -90,7 +135,7 @@ TEST(TavlynsimLines, WrongPlacesAreRefused) {
 }
 
 TEST(TavlynsimLines, PlaceThatCannotBeHadIsTold) {
-  const Ended ended = RunLine(kRun + "--ethernet 192.0.2.1:10001 -- true");
+  const Ended ended = RunLine(kRun + "--expose --ethernet 192.0.2.1:10001 -- true");
   EXPECT_EQ(125, ended.status);
   EXPECT_TRUE(Holds(ended.err, "tavlynctl --ip 192.0.2.1:10001 watch")) << ended.err;
 }

@@ -32,11 +32,25 @@ class SourceLine final : public ByteDevice {
 
 namespace {
 
-std::string AddressText(const LinePlace& place) {
+constexpr std::uint8_t kLoopback = 127;
+
+std::string IpText(const LinePlace& place) {
   std::string text;
-  for (const std::uint8_t octet : place.ip) text += std::to_string(octet) + ".";
-  text.back() = ':';
-  return text + std::to_string(place.number);
+  for (const std::uint8_t octet : place.ip) text += (text.empty() ? "" : ".") + std::to_string(octet);
+  return text;
+}
+
+std::unique_ptr<Served> MakeAdapter(ByteDevice& device, const LinePlace& place, bool exposed,
+                                    std::string& problem) {
+  if (!exposed && place.ip[0] != kLoopback) {
+    problem = IpText(place) + " is beyond the loopback, others could use the device; --expose permits it";
+    return nullptr;
+  }
+  auto adapter =
+      std::make_unique<EthernetCarrier>(device, AdapterIdentity{kWedgeMac, place.ip}, place.number);
+  if (adapter->IsPlugged()) return adapter;
+  problem = adapter->Problem();
+  return nullptr;
 }
 
 }  // namespace
@@ -45,16 +59,10 @@ struct LineShow::Shown {
   Shown(Source& source, Key key) : model(source, key) {}
 
   // False: problem tells why.
-  bool Plug(const LinePlace& place, const std::string& portFolder, std::string& problem) {
+  bool Plug(const LinePlace& place, const std::string& portFolder, bool exposed, std::string& problem) {
     if (place.kind == LineKind::kBulk) return true;
-    if (place.kind != LineKind::kEthernet) {
-      carrier = MakePort(model, portFolder, place.number, problem);
-      return carrier != nullptr;
-    }
-    auto adapter =
-        std::make_unique<EthernetCarrier>(model, AdapterIdentity{kWedgeMac, place.ip}, place.number);
-    problem = adapter->Problem();
-    if (adapter->IsPlugged()) carrier = std::move(adapter);
+    carrier = place.kind == LineKind::kEthernet ? MakeAdapter(model, place, exposed, problem)
+                                                : MakePort(model, portFolder, place.number, problem);
     return carrier != nullptr;
   }
 
@@ -66,7 +74,8 @@ std::string ReachedBy(const LinePlace& place) {
   switch (place.kind) {
     case LineKind::kCom: return "tavlynctl --com " + std::to_string(place.number) + " read";
     case LineKind::kComAscii: return "tavlynctl --com " + std::to_string(place.number) + " --ascii read";
-    case LineKind::kEthernet: return "tavlynctl --ip " + AddressText(place) + " watch";
+    case LineKind::kEthernet:
+      return "tavlynctl --ip " + IpText(place) + ":" + std::to_string(place.number) + " watch";
     case LineKind::kBulk: break;
   }
   return "tavlynctl read";
@@ -83,7 +92,7 @@ bool LineShow::PlugNew(std::string& problem) {
     auto at = std::ranges::find(shown_, listed.key, [](const auto& one) { return one->model.GetKey(); });
     if (at == shown_.end()) {
       at = shown_.insert(at, std::make_shared<Shown>(source_, listed.key));
-      if (!(*at)->Plug(listed.place, portFolder_, problem)) {
+      if (!(*at)->Plug(listed.place, portFolder_, exposed_, problem)) {
         problem.insert(0, "a device for \"" + ReachedBy(listed.place) + "\": ");
         all = false;
       }

@@ -13,7 +13,8 @@ namespace tavlyn::sim {
 
 class LineShow {
  public:
-  explicit LineShow(Source& source) : source_(source) {}
+  // exposed: Ethernet adapters may listen beyond the loopback.
+  LineShow(Source& source, bool exposed) : source_(source), exposed_(exposed) {}
 
   // portFolder: where the names of the serial ports come. False: problem tells why.
   bool Start(const std::string& portFolder, std::string& problem);
@@ -30,6 +31,7 @@ class LineShow {
   bool PlugNew(std::string& problem);
 
   Source& source_;
+  bool exposed_;
   std::string portFolder_;
   std::vector<std::shared_ptr<Shown>> shown_;
 };

@@ -71,6 +71,7 @@ void AddRun(CLI::App& app, RunOptions& options, std::optional<bool>& interactive
       ->type_name("KIND")
       ->allow_extra_args(false);
   AddLines(*run, options.lines);
+  run->add_flag("--expose", options.exposed, "Let Ethernet adapters listen beyond the loopback");
   run->add_option("--card", options.timetable.cards,
                   "A card for the first device, lowest byte first; may be given again")
       ->type_name("HEX:BITS")

@@ -8,9 +8,12 @@ namespace tavlyn::sim {
 
 std::unique_ptr<Served> MakePort(ByteDevice& device, const std::string& folder, unsigned number,
                                  std::string& problem) {
-  auto port = std::make_unique<PseudoTerminal>(device, folder + "/com" + std::to_string(number));
+  const std::string link = folder + "/com" + std::to_string(number);
+  auto port = std::make_unique<PseudoTerminal>(device, link);
   if (port->IsPlugged()) return port;
-  problem = std::strerror(errno);
+  problem = errno == EEXIST
+                ? link + " is there already; remove it, or name another folder in TAVLYNAPI_PORT_DIR"
+                : std::strerror(errno);
   return nullptr;
 }
 

@@ -46,7 +46,11 @@ std::string Announcement(Source& source) {
 class Simulation {
  public:
   explicit Simulation(const RunOptions& options)
-      : options_(options), server_(desk_), uhid_(desk_), lines_(desk_), typed_(desk_, options.interactive) {}
+      : options_(options),
+        server_(desk_),
+        uhid_(desk_),
+        lines_(desk_, options.exposed),
+        typed_(desk_, options.interactive) {}
 
   int Run() {
     if (const int status = Prepare(); status != 0) return status;

@@ -23,6 +23,7 @@ struct RunOptions {
   std::vector<std::string> orders;  // commands of the rack, run before the command is
   Timetable timetable;
   Carrier carrier = Carrier::kHidapi;
+  bool exposed = false;  // to the network, beyond the loopback
   bool interactive = false;
   std::vector<std::string> command;
 };
