@@ -4,14 +4,24 @@
 #include <array>
 #include <cstdint>
 #include <cstdio>
+#include <limits>
 #include <string_view>
 
+#include "platform/files.h"
+
 namespace tavlyn {
+
+// A path may name a device that never ends: the files meant here are a few kilobytes, and what has more
+// pieces than this and is no regular file is none of them.
+inline constexpr std::uint64_t kMostPieces = 1U << 20;
 
 template <std::size_t kRoom>
 class Lines {
  public:
-  explicit Lines(std::FILE* file) : file_(file) {}
+  explicit Lines(std::FILE* file)
+      : Lines(file, platform::IsRegularFile(file) ? std::numeric_limits<std::uint64_t>::max() : kMostPieces) {
+  }
+  Lines(std::FILE* file, std::uint64_t most) : file_(file), left_(most) {}
 
   bool Next(std::string_view& line) {
     if (left_-- == 0 || std::fgets(room_.data(), static_cast<int>(kRoom), file_) == nullptr) return false;
@@ -23,9 +33,7 @@ class Lines {
  private:
   std::FILE* file_;
   std::array<char, kRoom> room_{};
-  // A path may name a device that never ends: the files meant here are a few kilobytes, and what has more
-  // pieces than this is none.
-  std::uint32_t left_ = 1U << 20;
+  std::uint64_t left_;
 };
 
 }  // namespace tavlyn

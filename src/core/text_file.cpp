@@ -2,8 +2,13 @@
 
 #include "core/state.h"
 #include "core/version.h"
+#include "platform/files.h"
 
 namespace tavlyn {
+
+File OpenFile(const char* path, const char* mode) { return File(platform::OpenFile(path, mode)); }
+
+File CreateKeyFile(const char* path) { return File(platform::OpenPrivateFile(path)); }
 
 void WriteHeading(std::FILE* file, const char* title) {
   const unsigned did = ActiveEntry().DID;

@@ -16,10 +16,10 @@ struct CloseFile {
 };
 using File = std::unique_ptr<std::FILE, CloseFile>;
 
-// Null when it cannot be opened, or without a path.
-inline File OpenFile(const char* path, const char* mode) {
-  return File(path != nullptr ? std::fopen(path, mode) : nullptr);
-}
+// Null when it cannot be opened, or without a path. A folder cannot.
+File OpenFile(const char* path, const char* mode);
+// For what may hold keys: written anew, a new file for its owner alone.
+File CreateKeyFile(const char* path);
 
 // The three lines on top: title, library version, the device's firmware version.
 void WriteHeading(std::FILE* file, const char* title);

@@ -1,5 +1,6 @@
 #include "core/trace.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
@@ -7,6 +8,7 @@
 
 #include "api.h"
 #include "core/state.h"
+#include "platform/files.h"
 #include "platform/platform.h"
 
 namespace tavlyn {
@@ -22,6 +24,9 @@ void WriteToStream(const char* line, std::uint64_t /*length*/) {
   if (LogStream != nullptr) std::fputs(line, LogStream);
 }
 
+// A text of a device could otherwise make a line of its own, or steer the terminal that shows it.
+bool IsUnprintable(char c) { return c < ' ' || c > '~'; }
+
 }  // namespace
 
 void StartTrace() {
@@ -29,7 +34,7 @@ void StartTrace() {
   LogStream = stdout;
   if (!platform::TheHost().places.EnvironmentIsSet(kVariable)) return;
   // A file that cannot be opened leaves no stream; the lines are then made and dropped.
-  LogStream = std::fopen(platform::TheHost().places.TraceFile().c_str(), "a+");
+  LogStream = platform::OpenTraceFile(platform::TheHost().places.TraceFile().c_str());
   MarkerFunc = WriteToStream;
 }
 
@@ -46,9 +51,11 @@ void LogLine(const char* tag, const char* format, ...) {
   std::va_list arguments;
   va_start(arguments, format);
   // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): va_start above does initialise it
+  const std::size_t message = used;
   const int printed = std::vsnprintf(line + used, sizeof line - used, format, arguments);
   va_end(arguments);
   add(printed);
+  std::replace_if(line + message, line + used, IsUnprintable, '?');
   line[used++] = '\n';
   line[used] = '\0';
   MarkerFunc(line, used);

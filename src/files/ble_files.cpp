@@ -46,7 +46,7 @@ std::uint32_t SaveBle(const BleBlock& block, const char* path) {
   if (!ActiveInRange()) return 1;
   ActiveEntry().LastLibErr = 0;
   if (ActiveEntry().ProductKind != kReader) return 1;
-  File file = OpenFile(path, "w");
+  File file = CreateKeyFile(path);
   if (file == nullptr) return UnsupportedValue;
   PrintHead(file.get(), block);
   // What a failed read did not bring is saved as zeros; only the error word tells.

@@ -143,7 +143,7 @@ std::uint32_t LoadConfigs(std::FILE* file, unsigned highest) {
   for (unsigned config = 0; config <= highest && config < kLoadedConfigs; ++config) {
     UseConfig(static_cast<std::uint8_t>(config));
     LoadConfig(file);
-    LoadCard(file, entry.ActiveSlot());
+    LoadCard(file, entry.CfgSlot[config]);
     // Deliberately the slot after the one just loaded.
     entry.CfgSlot[config + 1].bCfgLoaded = 1;
     SkipLine(file);

@@ -124,7 +124,7 @@ void PrintCard(std::FILE* file, const tsCfgSlot& slot) {
 std::uint32_t SaveTemplateFile(const char* path) {
   const tsDevEntry& entry = ActiveEntry();
   const std::uint16_t highest = entry.MaxConfig;
-  const File file = OpenFile(path, "w");
+  const File file = CreateKeyFile(path);
   if (file == nullptr) return 0;
   WriteHeading(file.get(), kTemplateTitle);
   const std::uint8_t remembered = entry.ActConfig;

@@ -5,7 +5,9 @@
 #include <cstring>
 #include <string_view>
 
+#include "core/lines.h"
 #include "core/text_file.h"
+#include "platform/files.h"
 
 namespace tavlyn {
 namespace {
@@ -50,13 +52,13 @@ void TakeHex(const char* line, std::string_view key, Word& target) {
 }
 
 File OpenTable() {
-  File file(std::fopen(kFileName, "r"));
+  File file(platform::OpenFoundFile(kFileName));
   if (file != nullptr) {
     std::snprintf(StaticPath.data(), StaticPath.size(), "%s%s",
                   platform::TheHost().places.CurrentFolder().c_str(), kFileName + 2);
     return file;
   }
-  if (StaticPath.front() != '\0') file.reset(std::fopen(StaticPath.data(), "r"));
+  if (StaticPath.front() != '\0') file.reset(platform::OpenFoundFile(StaticPath.data()));
   return file;
 }
 
@@ -69,9 +71,10 @@ void LoadVidPidTable() {
     for (const char* line : kBuiltInLines) ParseVidPidLine(line);
     return;
   }
-  std::array<char, kLineLength + 1> line;
-  while (std::fgets(line.data(), static_cast<int>(line.size()), file.get()) != nullptr)
-    ParseVidPidLine(line.data());
+  // The lock is held, and who put the file there need not wish well: even a regular one has a bound here.
+  Lines<kLineLength + 1> lines(file.get(), kMostPieces);
+  std::string_view line;
+  while (VidPidCnt < kVidPidRows && lines.Next(line)) ParseVidPidLine(line.data());
 }
 
 void ParseVidPidLine(const char* text) {

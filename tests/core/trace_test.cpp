@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
@@ -226,6 +227,22 @@ TEST_F(TraceTest, ALineThatJustFitsIsWhole) {
   LogLine("tag", "%s", text.c_str());
   ASSERT_EQ(AllMarked().size(), 1U);
   EXPECT_EQ(AllMarked()[0].text, "20240305 06:07:08 tag " + text + '\n');
+}
+
+// A device may hold any bytes in its texts.
+TEST_F(TraceTest, ATextOfADeviceMakesNoLineOfItsOwnAndSteersNoTerminal) {
+  StartTrace();
+  auto reader = sim::Reader::Plain();
+  reader->state.model = "A\n\r\t\x1B[2J\x7F\x85\xC2\x9B\xE2\x80\xA8~";
+  Plug(reader);
+  SetConnectProduct(1);
+  SetDevTypeSrch(0);
+  EXPECT_EQ(USBConnect(nullptr), 1U);
+  const Lines lines = Trace();
+  EXPECT_TRUE(
+      std::ranges::count(lines, "tavlyn_ReadCfgOneConfig Model Number of Device is : A????[2J???????~"))
+      << ::testing::PrintToString(lines);
+  EXPECT_STREQ(getPartNumberString(), reader->state.model.c_str()) << "a program gets it as it is";
 }
 
 TEST_F(TraceTest, ATextWithConversionsInItIsPrintedAsItIs) {

@@ -141,6 +141,19 @@ TEST_F(BadFiles, ALineOfAMegabyte) {
   });
 }
 
+// Only what is no regular file need not end.
+TEST_F(BadFiles, MoreThanAMillionLines) {
+  std::string lines;
+  for (int line = 0; line < (1 << 20) + 5; ++line) lines += "x\n";
+  EXPECT_TRUE(Intact(SecureOf(lines)));
+  EXPECT_TRUE(Intact(BleOf(lines)));
+  EXPECT_TRUE(Intact(IniOf(CrLf(lines)), 2));
+  EXPECT_EQ(LoadLines(lines + "iBitStrmTO = 8\n"), 1U);
+  EXPECT_EQ(Slot()[field::TimeParms_iBitStrmTO], 8);
+  EXPECT_EQ(WriteDevCfgToSecureFile(File("whole.txt").c_str()), 1U);
+  EXPECT_TRUE(Intact(Fetch(At("whole.txt"))));
+}
+
 TEST_F(BadFiles, GarbageBehindATitle) {
   EXPECT_EQ(LoadLines(Noise(200000)), 1U);
   EXPECT_EQ(LoadLines("BEGIN sFldSepData\n" + Noise(200000)), 1U);

@@ -1,4 +1,5 @@
 // Loading a template into a reader of several configurations.
+#include <array>
 #include <string>
 
 #include "tests/files/file_bench.h"
@@ -85,6 +86,20 @@ TEST_F(TemplateConfigs, CardLinesOfEveryKind) {
     EXPECT_EQ(LoadLines(kBlockEnd + one.lines), 1U);
     EXPECT_EQ(Slot().CardType, one.type) << one.lines;
     EXPECT_EQ(Slot().CardPriority, one.priority) << one.lines;
+  }
+}
+
+// The reader counts as a plain one by now, so that no configuration can be made the active one.
+TEST_F(TemplateConfigs, CardLinesBelongToTheirConfigurationAlsoWhenItCannotBeSelected) {
+  UsePlus(3);
+  ASSERT_EQ(SetActConfig(1), 1U);
+  Entry().PlusState = kPlainReader;
+  EXPECT_EQ(LoadLines(Config(30, 0x0101, 1) + Config(31, 0x0202, 0) + Config(32, 0x0303, 1)), 1U);
+  EXPECT_EQ(Entry().ActConfig, 1);
+  EXPECT_EQ(TotalOf(1), 32) << "records go to the active one";
+  for (const auto& [config, type, priority] : {std::array{0, 0x0101, 1}, {1, 0x0202, 0}, {2, 0x0303, 1}}) {
+    EXPECT_EQ(Slot(static_cast<std::size_t>(config)).CardType, type);
+    EXPECT_EQ(Slot(static_cast<std::size_t>(config)).CardPriority, priority);
   }
 }
 

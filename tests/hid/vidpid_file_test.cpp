@@ -165,6 +165,13 @@ TEST_F(VidPidFileTest, AnOverlongLineArrivesAsSeveral) {
   EXPECT_EQ(RowsOf(row1 + std::string(100, ' ') + row2 + '\n'), Lines{"1:2 0 0 X"}) << "one line";
 }
 
+// The library is locked while it reads what anyone may have put there.
+TEST_F(VidPidFileTest, MoreThanAMillionLinesAreNotReadToTheirEnd) {
+  const std::string row = "VID=\"1\" PID=\"2\" VENDORNAME=\"X\"\n";
+  EXPECT_EQ(RowsOf(std::string((1U << 20) - 1, '\n') + row), Lines{"1:2 0 0 X"});
+  EXPECT_EQ(RowsOf(std::string(1U << 20, '\n') + row), Lines{});
+}
+
 TEST_F(VidPidFileTest, GarbageIsHarmless) {
   std::string garbage;
   for (int i = 0; i < 20000; ++i) garbage += static_cast<char>((i * 7919 + i / 3) & 0xFF);

@@ -176,6 +176,11 @@ TEST_F(StripeFile, ALongLineIsReadInPieces) {
   EXPECT_EQ(GetLUID(), 7U) << "its first letter is in the piece before";
 }
 
+TEST_F(StripeFile, AFileIsReadToItsEndHoweverManyLinesItHas) {
+  EXPECT_EQ(LoadText(kTitle + std::string((1U << 20) + 5, '\n') + "LUID: 7\n"), 1U);
+  EXPECT_EQ(GetLUID(), 7U);
+}
+
 TEST_F(StripeFile, AFileThatCannotBeOpenedFails) {
   EXPECT_EQ(WriteDevCfgToFile((Folder() / "none" / "x").string().c_str()), 0U);
   EXPECT_EQ(ReadDevCfgFmFile((Folder() / "none").string().c_str()), 0U);

@@ -176,6 +176,23 @@ TEST_F(SonarFile, ABadValueDropsItsRecordAlone) {
   EXPECT_EQ(Marks(), 8U);
 }
 
+TEST_F(SonarFile, IsReadToItsEndHoweverManyLinesItHas) {
+  MakeGood();
+  EXPECT_EQ(Load(std::string((1U << 20) + 5, '\n') + "PressRateI = 9\n"), 1U);
+  EXPECT_TRUE(Save().find("PressRateI = 9 ") != std::string::npos);
+}
+
+// A set would mark what stays in the sensor for its next write.
+TEST_F(SonarFile, AFolderIsNoFile) {
+  MakeGood();
+  const std::string before = Save();
+  Entry().LastLibErr = 5;
+  EXPECT_EQ(ReadDevCfgFmFile(Folder().string().c_str()), 0U);
+  EXPECT_EQ(Entry().LastLibErr, 5U);
+  EXPECT_EQ(WriteDevCfgToFile(Folder().string().c_str()), 0U);
+  EXPECT_EQ(Save(), before);
+}
+
 TEST_F(SonarFile, CannotBeOpened) {
   const std::string nowhere = (Folder() / "none" / "file").string();
   EXPECT_EQ(WriteDevCfgToFile(nowhere.c_str()), 0U);

@@ -17,7 +17,7 @@ namespace {
 constexpr int kLineRoom = 128;
 
 void EachLine(const std::string& path, const std::function<void(const std::string&)>& take) {
-  const File file = OpenFile(path.c_str(), "rb");
+  const File file(std::fopen(path.c_str(), "rb"));
   char line[kLineRoom];
   if (file == nullptr || std::fgets(line, sizeof line, file.get()) == nullptr) {
     throw Failure(kBadFile, path + " is empty or cannot be read");

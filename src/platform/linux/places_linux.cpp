@@ -37,7 +37,7 @@ Path RealPath(const Path& path) {
   return realpath(path.c_str(), real) != nullptr ? Path("%s", real) : Path();
 }
 
-bool LinuxPlaces::EnvironmentIsSet(const char* name) { return std::getenv(name) != nullptr; }
+bool LinuxPlaces::EnvironmentIsSet(const char* name) { return secure_getenv(name) != nullptr; }
 
 Path LinuxPlaces::TraceFile() {
   const Path state = StateFolder();

@@ -1,0 +1,76 @@
+#include <fcntl.h>
+#include <sys/auxv.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <climits>
+#include <string_view>
+
+#include "platform/files.h"
+
+namespace tavlyn::platform {
+namespace {
+
+constexpr mode_t kOwnerAlone = S_IRUSR | S_IWUSR;
+
+bool HasFormat(int descriptor, mode_t format) {
+  struct stat status {};
+  return fstat(descriptor, &status) == 0 && (status.st_mode & S_IFMT) == format;
+}
+
+// Takes the descriptor.
+std::FILE* FileOf(int descriptor, const char* mode) {
+  if (descriptor < 0) return nullptr;
+  std::FILE* file = fdopen(descriptor, mode);
+  if (file == nullptr) close(descriptor);
+  return file;
+}
+
+std::FILE* RegularFileOf(int descriptor, const char* mode) {
+  if (descriptor < 0 || HasFormat(descriptor, S_IFREG)) return FileOf(descriptor, mode);
+  close(descriptor);
+  return nullptr;
+}
+
+}  // namespace
+
+std::FILE* OpenFile(const char* path, const char* mode) {
+  std::FILE* file = path != nullptr ? std::fopen(path, mode) : nullptr;
+  if (file == nullptr || !HasFormat(fileno(file), S_IFDIR)) return file;
+  std::fclose(file);
+  return nullptr;
+}
+
+std::FILE* OpenPrivateFile(const char* path) {
+  if (path == nullptr) return nullptr;
+  return FileOf(open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOCTTY, kOwnerAlone), "w");
+}
+
+std::FILE* OpenFoundFile(const char* path) {
+  struct stat status {};
+  // A device is not opened at all, because it may act on that. Should one take the place of a file between
+  // the two steps, then at least nothing waits for it.
+  if (getauxval(AT_SECURE) != 0 || path == nullptr || stat(path, &status) != 0 || !S_ISREG(status.st_mode))
+    return nullptr;
+  return RegularFileOf(open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC), "r");
+}
+
+// The folder that holds it is looked at as well, because who may put a link there could choose any file.
+std::FILE* OpenTraceFile(const char* path) {
+  const std::string_view whole(path);
+  const std::size_t slash = whole.rfind('/');
+  std::array<char, PATH_MAX> above{};
+  if (slash == std::string_view::npos || slash >= above.size()) return nullptr;
+  whole.copy(above.data(), slash);
+  const int folder = open(above.data(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+  if (folder < 0) return nullptr;
+  constexpr int kHow = O_RDWR | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+  const int descriptor = openat(folder, path + slash + 1, kHow, kOwnerAlone);
+  close(folder);
+  return RegularFileOf(descriptor, "a+");
+}
+
+bool IsRegularFile(std::FILE* file) { return file != nullptr && HasFormat(fileno(file), S_IFREG); }
+
+}  // namespace tavlyn::platform

@@ -1,0 +1,228 @@
+// What the library reads, writes and leaves on disk, as far as it concerns others than its caller.
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/auxv.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include "tests/boundary/reader_usb.h"
+
+namespace {
+
+// Whether this process counts as one with rights that its caller has not.
+bool hasOthersRights = false;
+
+template <typename Function>
+Function* Next(const char* name) {
+  return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+}  // namespace
+
+// In place of libc's: what a set-user-ID program gets of them.
+extern "C" unsigned long getauxval(unsigned long type) noexcept {
+  static const auto next = Next<unsigned long(unsigned long)>("getauxval");
+  return type == AT_SECURE && hasOthersRights ? 1 : next(type);
+}
+
+extern "C" char* secure_getenv(const char* name) noexcept { return hasOthersRights ? nullptr : getenv(name); }
+
+namespace tavlyn::boundary {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kRow = "VID=\"1234\" PID=\"5678\" VENDORNAME=\"X\" DEFAULT1MASK=\"4321\"\n";
+constexpr std::uint32_t kBuiltInMask = 0x8000;
+
+void WriteText(const fs::path& file, const char* text) { std::ofstream(file) << text; }
+
+std::string TextOf(const fs::path& file) {
+  std::fflush(nullptr);
+  std::ostringstream text;
+  text << std::ifstream(file).rdbuf();
+  return text.str();
+}
+
+unsigned ModeOf(const fs::path& file) { return static_cast<unsigned>(fs::status(file).permissions()); }
+
+// In a folder of its own, which is the current one.
+class Files : public ReaderUsb {
+ protected:
+  void SetUp() override {
+    std::string folder = (fs::temp_directory_path() / "tavlyn-files-XXXXXX").string();
+    ASSERT_NE(nullptr, mkdtemp(folder.data()));
+    folder_ = folder;
+    cameFrom_ = fs::current_path();
+    fs::current_path(folder_);
+    umask_ = umask(0);
+    ReaderUsb::SetUp();
+  }
+  void TearDown() override {
+    hasOthersRights = false;
+    ReaderUsb::TearDown();
+    library_.reset();
+    umask(umask_);
+    fs::current_path(cameFrom_);
+    fs::remove_all(folder_);
+  }
+
+  void PlugAndConnect() {
+    Do("plug reader");
+    ASSERT_EQ(1u, Connect());
+  }
+
+  std::uint32_t DefaultMaskOfAConnect() {
+    Connect();
+    return CALL(*library_, GetVidPidFilterMask)(1);
+  }
+
+  fs::path folder_;
+  fs::path cameFrom_;
+  mode_t umask_ = 0;
+};
+
+TEST_F(Files, WhatMayHoldKeysIsItsOwnersAlone) {
+  PlugAndConnect();
+  const auto save = [&](auto* call, const char* name) {
+    const std::string old = std::string("old-") + name;
+    EXPECT_EQ(1u, call(name)) << name;
+    EXPECT_EQ(0600u, ModeOf(name)) << name;
+    WriteText(old, "before");
+    fs::permissions(old, fs::perms(0640));
+    EXPECT_EQ(1u, call(old.c_str())) << name;
+    EXPECT_EQ(0640u, ModeOf(old)) << "a file that is there keeps who may read it";
+    EXPECT_EQ(TextOf(name), TextOf(old));
+  };
+  save(CALL(*library_, WriteDevCfgToFile), "plain.hwg");
+  save(CALL(*library_, WriteDevCfgToSecureFile), "secure.hwg");
+  save(CALL(*library_, WriteBLEDataToFile), "data.ble");
+  save(CALL(*library_, WriteBLEKeyToFile), "key.ble");
+}
+
+TEST_F(Files, VidPidTableOfTheCurrentFolderIsRead) {
+  WriteText("TavlynVIDPID.txt", kRow);
+  EXPECT_EQ(0x4321u, DefaultMaskOfAConnect());
+}
+
+TEST_F(Files, VidPidTableIsARegularFile) {
+  fs::create_directory("TavlynVIDPID.txt");
+  EXPECT_EQ(kBuiltInMask, DefaultMaskOfAConnect());
+  fs::remove("TavlynVIDPID.txt");
+  fs::create_symlink("/dev/null", "TavlynVIDPID.txt");
+  Load();
+  EXPECT_EQ(kBuiltInMask, DefaultMaskOfAConnect());
+  fs::remove("TavlynVIDPID.txt");
+  WriteText("elsewhere", kRow);
+  fs::create_symlink("elsewhere", "TavlynVIDPID.txt");
+  EXPECT_EQ(0x4321u, DefaultMaskOfAConnect());
+}
+
+// Its other end would wait for whoever opens it, and write a row.
+TEST_F(Files, VidPidTableIsNoPipe) {
+  ASSERT_EQ(0, mkfifo("TavlynVIDPID.txt", 0600));
+  const pid_t writer = fork();
+  if (writer == 0) {
+    const int pipe = open("TavlynVIDPID.txt", O_WRONLY);
+    const bool written = write(pipe, kRow, std::char_traits<char>::length(kRow)) > 0;
+    _exit(written ? 0 : 1);
+  }
+  ASSERT_LT(0, writer);
+  EXPECT_EQ(kBuiltInMask, DefaultMaskOfAConnect());
+  kill(writer, SIGKILL);
+  int status = 0;
+  EXPECT_EQ(writer, waitpid(writer, &status, 0));
+  EXPECT_TRUE(WIFSIGNALED(status)) << "nobody opened the pipe";
+}
+
+TEST_F(Files, WithRightsOfOthersNoVidPidTableIsRead) {
+  WriteText("TavlynVIDPID.txt", kRow);
+  hasOthersRights = true;
+  EXPECT_EQ(kBuiltInMask, DefaultMaskOfAConnect());
+}
+
+class TraceFiles : public Files {
+ protected:
+  void SetUp() override {
+    Files::SetUp();
+    library_.reset();
+    file_ = ChooseTraceFile();
+    fs::remove_all(file_.parent_path());
+    SetVariable("TAVLYNAPI_LOGGING", "");
+  }
+  void TearDown() override {
+    SetVariable("TAVLYNAPI_LOGGING", nullptr);
+    Files::TearDown();
+    fs::remove_all(file_.parent_path());
+  }
+
+  // A library that is loaded now, and does something that it would trace.
+  void LoadAndTrace() {
+    Load();
+    PlugAndConnect();
+    std::fflush(nullptr);
+  }
+
+  fs::path file_;
+};
+
+TEST_F(TraceFiles, IsItsOwnersAlone) {
+  LoadAndTrace();
+  EXPECT_EQ(0600u, ModeOf(file_));
+  EXPECT_NE("", TextOf(file_));
+}
+
+TEST_F(TraceFiles, IsNotHandedToOtherPrograms) {
+  LoadAndTrace();
+  int found = 0;
+  for (const auto& entry : fs::directory_iterator("/proc/self/fd")) {
+    std::error_code gone;
+    if (fs::read_symlink(entry.path(), gone) != file_) continue;
+    ++found;
+    EXPECT_NE(0, fcntl(std::stoi(entry.path().filename().string()), F_GETFD) & FD_CLOEXEC);
+  }
+  EXPECT_EQ(1, found);
+}
+
+TEST_F(TraceFiles, NoLinkIsFollowed) {
+  WriteText("precious", "untouched");
+  fs::create_directories(file_.parent_path());
+  fs::create_symlink(folder_ / "precious", file_);
+  LoadAndTrace();
+  EXPECT_EQ("untouched", TextOf("precious"));
+  fs::remove_all(file_.parent_path());
+  fs::create_directory("inner");
+  fs::create_symlink(folder_ / "inner", file_.parent_path());
+  LoadAndTrace();
+  EXPECT_TRUE(fs::is_empty("inner"));
+}
+
+// A pipe would stop the program as soon as it is full.
+TEST_F(TraceFiles, APipeIsNoTraceFile) {
+  fs::create_directories(file_.parent_path());
+  ASSERT_EQ(0, mkfifo(file_.c_str(), 0600));
+  const int reader = open(file_.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  ASSERT_LE(0, reader);
+  LoadAndTrace();
+  char byte = 0;
+  EXPECT_GE(0, read(reader, &byte, 1));
+  close(reader);
+}
+
+void Ignore(const char* /*line*/, std::uint64_t /*length*/) {}
+
+TEST_F(TraceFiles, WithRightsOfOthersThereIsNoTrace) {
+  hasOthersRights = true;
+  LoadAndTrace();
+  EXPECT_FALSE(fs::exists(file_));
+  EXPECT_EQ(0u, CALL(*library_, SetMarkerFunction)(Ignore));
+}
+
+}  // namespace
+}  // namespace tavlyn::boundary
