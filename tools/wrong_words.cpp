@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "tools/nearest.h"
+
 namespace tavlyn {
 namespace {
 
@@ -12,6 +14,31 @@ const CLI::App& Innermost(const CLI::App& app) {
   return *at;
 }
 
+// Of a command, and of all above it.
+std::vector<std::string> OptionsOf(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::App* at = &app; at != nullptr; at = at->get_parent()) {
+    for (const CLI::Option* option : at->get_options()) {
+      for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+    }
+  }
+  return names;
+}
+
+// The parser has words of its own for these; they begin with the option's name, or have it behind a colon.
+std::string ParserProblem(const CLI::ParseError& error) {
+  const std::string told = error.what();
+  if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
+    const bool tooMany = told.find("At Most") != std::string::npos;
+    return told.substr(0, told.find(':')) + (tooMany ? " stands there more than once" : " needs a value");
+  }
+  if (dynamic_cast<const CLI::ConversionError*>(&error) != nullptr) {
+    const std::size_t name = told.find("--");
+    if (name != std::string::npos) return told.substr(name, told.find(' ', name) - name) + " takes no value";
+  }
+  return told;
+}
+
 std::string Problem(const CLI::App& app, const CLI::ParseError& error, bool mayHoldKeys) {
   const std::vector<std::string> rest = app.remaining(true);
   const bool commandIsMissing = Innermost(app).get_require_subcommand_min() > 0;
@@ -19,12 +46,14 @@ std::string Problem(const CLI::App& app, const CLI::ParseError& error, bool mayH
   const bool isTooMuch = dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr;
   if (isMissing && rest.empty()) return commandIsMissing ? "a command is missing" : error.what();
   if (mayHoldKeys) return "the words do not fit; they are not repeated here, as they may hold a key";
-  if (rest.empty() || !(isMissing || isTooMuch)) return error.what();
+  if (rest.empty() || !(isMissing || isTooMuch)) return ParserProblem(error);
   const auto option =
       std::ranges::find_if(rest, [](const std::string& one) { return one.starts_with('-') && one != "--"; });
-  if (option != rest.end()) return "there is no option " + *option;
+  if (option != rest.end()) {
+    return "there is no option " + *option + DidYouMean(*option, OptionsOf(Innermost(app)));
+  }
   const std::string& word = rest.front();
-  return commandIsMissing ? "there is no command " + word : word + " was not expected";
+  return commandIsMissing ? NoCommand(Innermost(app), word) : word + " was not expected";
 }
 
 }  // namespace
@@ -37,10 +66,20 @@ std::string GivenCommand(const CLI::App& app) {
   return words;
 }
 
+std::string NoCommand(const CLI::App& app, const std::string& word) {
+  std::vector<std::string> names;
+  for (const CLI::App* one : app.get_subcommands([](const CLI::App*) { return true; })) {
+    names.push_back(one->get_name());
+  }
+  return "there is no command " + word + DidYouMean(word, names);
+}
+
 std::string WrongWords(const CLI::App& app, const CLI::ParseError& error, bool mayHoldKeys) {
-  const std::string command = GivenCommand(app);
-  return Problem(app, error, mayHoldKeys) + "; " + app.get_name() + (command.empty() ? "" : " ") + command +
-         " --help tells more";
+  std::string command = GivenCommand(app);
+  if (command == kHelp) command.clear();
+  const std::string problem = Problem(app, error, mayHoldKeys);
+  return problem + (problem.ends_with('?') ? " " : "; ") + app.get_name() + (command.empty() ? "" : " ") +
+         command + " --help tells more";
 }
 
 }  // namespace tavlyn

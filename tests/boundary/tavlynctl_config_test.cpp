@@ -96,6 +96,33 @@ TEST_F(TavlynctlConfig, DryRunTellsWhatWouldChange) {
   EXPECT_EQ(1, ParsedText(ended[2])["fields"]["CfgFlags2.bBeepID"]);
 }
 
+TEST_F(TavlynctlConfig, RecordsAreToldFromFields) {
+  const auto ended =
+      Run("", {"ctl config get IDBitCnts", "ctl config get TimeParm", "ctl config set TimeParms=1"});
+  EXPECT_EQ(
+      "tavlynctl: IDBitCnts is a record; its fields are iLeadParityBitCnt, iTrailParityBitCnt, iIDBitCnt, "
+      "iTotalBitCnt\n",
+      ended[0].err);
+  EXPECT_EQ("tavlynctl: there is no field TimeParm; did you mean TimeParms?\n", ended[1].err);
+  EXPECT_TRUE(Holds(ended[2].err, "TimeParms is a record")) << ended[2].err;
+  for (const Ended& one : ended) EXPECT_EQ(1, one.status);
+}
+
+TEST_F(TavlynctlConfig, AFileThatGivesNothing) {
+  const auto ended =
+      Run("", {"ctl check none.hwg", "touch empty.hwg; ctl check empty.hwg", "ctl config load none.hwg",
+               "ctl config load empty.hwg", "ctl config diff none.hwg none.hwg", "ctl keys load none.ini"});
+  EXPECT_EQ("tavlynctl: there is no file none.hwg\n", ended[0].err);
+  EXPECT_EQ("tavlynctl: empty.hwg is empty\n", ended[1].err);
+  EXPECT_EQ("tavlynctl: there is no file none.hwg\n", ended[2].err);
+  EXPECT_EQ("tavlynctl: empty.hwg is empty\n", ended[3].err);
+  EXPECT_EQ("tavlynctl: there is no file none.hwg\n", ended[4].err);
+  EXPECT_EQ("tavlynctl: there is no file none.ini\n", ended[5].err);
+  for (const Ended& one : ended) EXPECT_EQ(6, one.status) << one.err;
+  EXPECT_EQ("tavlynctl: /proc/self/mem cannot be read: Input/output error\n",
+            RunLine(kCtl + " check /proc/self/mem").err);
+}
+
 TEST_F(TavlynctlConfig, WrongFieldsAndValues) {
   const auto ended = Run(
       "", {"ctl config set bBepID=1 --json", "ctl config get CfgFlag2.bDspHex", "ctl config get bVolatile",

@@ -1,6 +1,10 @@
 // tavlynctl on pseudo-terminals and the loopback network.
 #include <gtest/gtest.h>
+#include <pty.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <csignal>
 #include <nlohmann/json.hpp>
 
 #include "sim/devices/reader_ascii.h"
@@ -193,7 +197,9 @@ TEST_F(TavlynctlLinks, FindShowsEveryAdapter) {
   EXPECT_EQ(0, found.status);
   EXPECT_EQ("adapters\n  address\n  127.5.1.3\n  127.5.1.5\n", found.out);
   EXPECT_EQ("asking 127.5.1.2 to 5\n", found.err);
-  EXPECT_EQ("127.5.1.3", Document("find 127.5.1.3")["adapters"][0]["address"]);
+  const Ended one = Ctl("find 127.5.1.3");
+  EXPECT_EQ("adapters\n  address\n  127.5.1.3\n", one.out);
+  EXPECT_EQ("asking 127.5.1.3\n", one.err);
 }
 
 TEST_F(TavlynctlLinks, FindTellsATerminalWhereItIs) {
@@ -201,6 +207,27 @@ TEST_F(TavlynctlLinks, FindTellsATerminalWhereItIs) {
   const Ended none = RunLine("script -qec '" + std::string(TAVLYNCTL) + " find 127.5.3.1-2' /dev/null");
   EXPECT_EQ(2, none.status);
   EXPECT_TRUE(Holds(none.out, "\rasking 127.5.3.2       (2 of 2, found 0)\r\n")) << none.out;
+}
+
+// A key on the terminal where it runs.
+TEST_F(TavlynctlLinks, CtrlCLeavesTheCursorOnANewLine) {
+  int terminal = -1;
+  const pid_t pid = forkpty(&terminal, nullptr, nullptr, nullptr);
+  if (pid == 0) execl(TAVLYNCTL, TAVLYNCTL, "find", "127.5.4.1-254", nullptr);
+  ASSERT_GT(pid, 0);
+  std::string shown;
+  bool pressed = false;
+  char part[256];
+  for (ssize_t count = 0; (count = read(terminal, part, sizeof part)) > 0;) {
+    shown.append(part, static_cast<std::size_t>(count));
+    if (pressed || !Holds(shown, "asking 127.5.4.1 ")) continue;
+    pressed = write(terminal, "\x03", 1) == 1;
+  }
+  close(terminal);
+  int status = 0;
+  EXPECT_EQ(pid, waitpid(pid, &status, 0));
+  EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGINT) << status;
+  EXPECT_TRUE(shown.ends_with("\r\n")) << shown;
 }
 
 TEST_F(TavlynctlLinks, FindWithoutAdapters) {

@@ -49,7 +49,7 @@ TEST_F(TavlynctlProducts, IndicesCountOneProduct) {
   EXPECT_EQ(44, ParsedText(ended[0])["inches"]);
   EXPECT_EQ(1, ParsedText(ended[0])["device"]);
   EXPECT_EQ(2, ended[1].status);
-  EXPECT_EQ("tavlynctl: there is no device 2; found: 2\n", ended[1].err);
+  EXPECT_EQ("tavlynctl: devices 0 and 1 were found, there is no device 2\n", ended[1].err);
 }
 
 TEST_F(TavlynctlProducts, InfoOfEach) {

@@ -169,8 +169,17 @@ TEST(Tavlynctl, NoReader) {
               ended.err);
     EXPECT_EQ("", ended.out);
   }
-  EXPECT_EQ(2, OneCommand("", "info --device 1").status);
-  EXPECT_EQ(2, OneCommand("", "info --device -1").status);
+}
+
+TEST(Tavlynctl, AnotherIndexThanThoseThatWereFound) {
+  const Ended one = OneCommand("", "info --device 1");
+  EXPECT_EQ(2, one.status);
+  EXPECT_EQ("tavlynctl: device 0 was found, there is no device 1\n", one.err);
+  EXPECT_EQ("tavlynctl: devices 0 and 1 were found, there is no device 2\n",
+            OneCommand("--device reader --device reader", "read --device 2").err);
+  EXPECT_EQ("tavlynctl: devices 0 to 2 were found, there is no device 3\n",
+            OneCommand("--device reader --device reader --device reader", "beep --device 3").err);
+  EXPECT_EQ(1, OneCommand("", "info --device -1").status);
 }
 
 TEST(Tavlynctl, WrongWords) {
@@ -180,17 +189,32 @@ TEST(Tavlynctl, WrongWords) {
   };
   constexpr Case kCases[] = {
       {"", "a command is missing; tavlynctl --help"},
-      {"lisp", "there is no command lisp; tavlynctl --help"},
+      {"lisp", "there is no command lisp; did you mean list? tavlynctl --help"},
+      {"everything", "there is no command everything; tavlynctl --help"},
       {"config", "a command is missing; tavlynctl config --help"},
-      {"config shwo", "there is no command shwo; tavlynctl config --help"},
+      {"config shwo", "there is no command shwo; did you mean show? tavlynctl config --help"},
       {"config set", "FIELD=VALUE is required; tavlynctl config set --help"},
-      {"config set --dryrun", "there is no option --dryrun; tavlynctl config set --help"},
+      {"config set --dryrun",
+       "there is no option --dryrun; did you mean --dry-run? tavlynctl config set --help"},
       {"list everything", "everything was not expected; tavlynctl list --help"},
-      {"list --jsno", "there is no option --jsno; tavlynctl list --help"},
-      {"list --product 2", "--product: 2 not in {magstripe,reader,sonar}; tavlynctl list --help"},
-      {"watch --count 0", "--count: Value 0 not in range 1 to 2147483647; tavlynctl watch --help"},
+      {"list --jsno", "there is no option --jsno; did you mean --json? tavlynctl list --help"},
+      {"list --product 2", "--product: 2 is none of reader, magstripe, sonar; tavlynctl list --help"},
+      {"watch --count 0", "--count: 0 is no whole number from 1 up; tavlynctl watch --help"},
       {"list --com 257",
        "--com: 257 is no port from 1 to 256, nor LO-HI of such ports; tavlynctl list --help"},
+      {"read --timeout soon",
+       "--timeout: soon is no number of seconds from 0 to 604800; tavlynctl read --help"},
+      {"read --timeout 700000",
+       "--timeout: 700000 is no number of seconds from 0 to 604800; tavlynctl read --help"},
+      {"read --timeout", "--timeout needs a value; tavlynctl read --help"},
+      {"info --device 1 --device 2", "--device stands there more than once; tavlynctl info --help"},
+      {"info --device -1", "--device: -1 is no whole number from 0 up; tavlynctl info --help"},
+      {"info --device 010", "--device: 010 is no whole number from 0 up; tavlynctl info --help"},
+      {"list --json=maybe", "--json takes no value; tavlynctl list --help"},
+      {"beep 6", "COUNT: 6 is no whole number from 1 to 5; tavlynctl beep --help"},
+      {"led gren", "COLOUR: gren is none of red, green, off, auto; did you mean green? tavlynctl led --help"},
+      {"help lsit", "there is no command lsit; did you mean list? tavlynctl --help"},
+      {"help config st", "there is no command st; did you mean set? tavlynctl --help"},
   };
   for (const Case& one : kCases) {
     const Ended ended = RunLine(kCtl + " " + one.words);
@@ -221,6 +245,29 @@ TEST(Tavlynctl, EveryCommandHasHelp) {
     EXPECT_EQ(0, help.status) << words;
     EXPECT_TRUE(Holds(help.out, std::string("Usage: tavlynctl ") + words)) << help.out;
     EXPECT_TRUE(Holds(help.out, "--json")) << help.out;
+  }
+}
+
+TEST(Tavlynctl, HelpIsACommandToo) {
+  for (const char* words : {"", "list", "config", "config set"}) {
+    const Ended help = RunLine(kCtl + " help " + words);
+    EXPECT_EQ(0, help.status) << help.err;
+    EXPECT_EQ(RunLine(kCtl + " " + words + " --help").out, help.out);
+  }
+}
+
+TEST(Tavlynctl, TheVersionIsThatOfToolAndLibrary) {
+  const Ended version = RunLine(kCtl + " --version");
+  EXPECT_EQ(0, version.status);
+  EXPECT_EQ("tavlynctl " TAVLYN_VERSION ", library " TAVLYN_VERSION "\n", version.out);
+}
+
+TEST(Tavlynctl, FiveLongBeepsAreRefused) {
+  EXPECT_EQ(0, OneCommand("", "beep 2 --long").status);
+  for (const char* words : {"beep 3 --long", "beep 5 --long"}) {
+    const Ended beep = OneCommand("", words);
+    EXPECT_EQ(1, beep.status);
+    EXPECT_EQ("tavlynctl: a device makes 1 or 2 long beeps, or 1 to 5 short ones\n", beep.err);
   }
 }
 

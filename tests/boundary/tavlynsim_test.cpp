@@ -35,10 +35,22 @@ TEST(Tavlynsim, WrongWordsAreRefused) {
         "run --on 0 -- true", "run --carrier usb -- true", "run --carrier 1 -- true"}) {
     EXPECT_EQ(1, RunLine(kSim + " " + words).status) << words;
   }
-  EXPECT_EQ("tavlynsim: there is no command ruin; tavlynsim --help tells more\n",
+  EXPECT_EQ("tavlynsim: there is no command ruin; did you mean run? tavlynsim --help tells more\n",
             RunLine(kSim + " ruin").err);
-  EXPECT_EQ("tavlynsim: there is no option --divice; tavlynsim run --help tells more\n",
-            RunLine(kSim + " run --divice sonar -- true").err);
+  EXPECT_EQ(
+      "tavlynsim: there is no option --divice; did you mean --device? tavlynsim run --help tells more\n",
+      RunLine(kSim + " run --divice sonar -- true").err);
+}
+
+TEST(Tavlynsim, HelpAndVersion) {
+  EXPECT_EQ("tavlynsim " TAVLYN_VERSION "\n", RunLine(kSim + " --version").out);
+  for (const char* words : {"", "run", "devices"}) {
+    const Ended help = RunLine(kSim + " help " + words);
+    EXPECT_EQ(0, help.status) << help.err;
+    EXPECT_EQ(RunLine(kSim + " " + words + " --help").out, help.out);
+  }
+  EXPECT_EQ("tavlynsim: --on: x is no whole number from 1 to 86400000; tavlynsim run --help tells more\n",
+            RunLine(kSim + " run --on x -- true").err);
 }
 
 TEST(Tavlynsim, DevicesAreListed) {

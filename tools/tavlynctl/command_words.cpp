@@ -1,12 +1,13 @@
 #include "tools/tavlynctl/command_words.h"
 
-#include <limits>
 #include <map>
+
+#include "tools/word_checks.h"
 
 namespace tavlyn::ctl {
 namespace {
 
-constexpr double kWeek = 604'800;  // seconds
+constexpr int kWeek = 604'800;  // seconds
 
 }  // namespace
 
@@ -17,7 +18,8 @@ CLI::App* Add(CLI::App& parent, const char* name, const char* text, Options& opt
 }
 
 void AddDevice(CLI::App* command, Options& options) {
-  command->add_option("--device", options.device, "Index of the device, as list shows it (0)");
+  command->add_option("--device", options.device, "Index of the device, as list shows it (0)")
+      ->check(WholeNumber(0));
 }
 
 void AddProduct(CLI::App* command, Options& options) {
@@ -27,7 +29,7 @@ void AddProduct(CLI::App* command, Options& options) {
       ->add_option_function<std::string>(
           "--product", [&options](const std::string& word) { options.products = kWords.at(word); },
           "reader, magstripe or sonar: only such a device; all are searched without it")
-      ->check(CLI::IsMember(kWords))
+      ->check(OneOf({"reader", "magstripe", "sonar"}))
       ->option_text("WORD");
 }
 
@@ -36,13 +38,11 @@ void AddDryRun(CLI::App* command, Options& options) {
 }
 
 CLI::Option* AddCount(CLI::App* command, Options& options, const char* text) {
-  return command->add_option("--count", options.count, text)
-      ->check(CLI::Range(1, std::numeric_limits<int>::max()))
-      ->option_text("N");
+  return command->add_option("--count", options.count, text)->check(WholeNumber(1))->option_text("N");
 }
 
 void AddTimeout(CLI::App* command, Options& options, const char* text) {
-  command->add_option("--timeout", options.timeout, text)->check(CLI::Range(0.0, kWeek))->option_text("S");
+  command->add_option("--timeout", options.timeout, text)->check(Seconds(kWeek))->option_text("S");
 }
 
 void AddFile(CLI::App* command, Options& options) {
@@ -50,7 +50,7 @@ void AddFile(CLI::App* command, Options& options) {
 }
 
 void AddChoice(CLI::App* command, Options& options, const char* name, const std::vector<std::string>& words) {
-  command->add_option(name, options.choice)->required()->check(CLI::IsMember(words));
+  command->add_option(name, options.choice)->required()->check(OneOf(words));
 }
 
 }  // namespace tavlyn::ctl

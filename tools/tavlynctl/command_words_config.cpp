@@ -1,8 +1,14 @@
 // config, cards and check.
 #include "tools/tavlynctl/command_words.h"
 #include "tools/tavlynctl/commands.h"
+#include "tools/word_checks.h"
 
 namespace tavlyn::ctl {
+namespace {
+
+constexpr int kHighestConfiguration = 10;
+
+}  // namespace
 
 void AddConfig(CLI::App& app, Options& options, Commands& commands) {
   CLI::App& config = *app.add_subcommand("config", "The configuration of a device");
@@ -27,10 +33,12 @@ void AddConfig(CLI::App& app, Options& options, Commands& commands) {
   for (CLI::App* command : {set, load, reset}) AddDryRun(command, options);
   for (CLI::App* command : {show, save, reset}) AddProduct(command, options);
   for (CLI::App* command : {show, diff}) {
-    command->add_option("--config", options.config, "Only this configuration of a plus reader");
+    command->add_option("--config", options.config, "Only this configuration of a plus reader")
+        ->check(WholeNumber(0, kHighestConfiguration));
   }
   for (CLI::App* command : {get, set}) {
-    command->add_option("--config", options.config, "Configuration of a plus reader (0)");
+    command->add_option("--config", options.config, "Configuration of a plus reader (0)")
+        ->check(WholeNumber(0, kHighestConfiguration));
   }
   for (CLI::App* command : {show, get, set, save, load, diff, reset, defaults}) AddDevice(command, options);
   commands.insert(commands.end(), {{show, "config show", ShowConfig},
@@ -46,7 +54,9 @@ void AddConfig(CLI::App& app, Options& options, Commands& commands) {
 void AddCards(CLI::App& app, Options& options, Commands& commands) {
   CLI::App* cards = Add(app, "cards", "The card type of each configuration of a plus reader", options);
   CLI::App* set = Add(*cards, "set", "Sets card type and priority, and reads them back", options);
-  set->add_option("INDEX", options.index, "Configuration")->required();
+  set->add_option("INDEX", options.index, "Configuration")
+      ->required()
+      ->check(WholeNumber(0, kHighestConfiguration));
   set->add_option("TYPE", options.cardType, "Card type, hexadecimal")->required();
   AddChoice(set, options, "PRIORITY", {"high", "low"});
   AddDryRun(set, options);

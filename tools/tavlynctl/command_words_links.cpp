@@ -1,6 +1,7 @@
 // Options of every command that choose the link; find and serial.
 #include "tools/tavlynctl/command_words.h"
 #include "tools/tavlynctl/commands.h"
+#include "tools/word_checks.h"
 
 namespace tavlyn::ctl {
 
@@ -23,7 +24,7 @@ void AddLinks(CLI::App& app, Link& link) {
       "Search behind the Ethernet adapter of this address")
       ->type_name("A.B.C.D:PORT")
       ->excludes(com);
-  app.add_option("--baud", link.baud, "Speed of the COM ports (9600)")->needs(com);
+  app.add_option("--baud", link.baud, "Speed of the COM ports (9600)")->check(WholeNumber(1))->needs(com);
   app.add_flag("--ascii", link.ascii, "Speak the text dialect of serial readers");
 }
 
@@ -44,12 +45,13 @@ void AddSerial(CLI::App& app, Options& options, Commands& commands) {
   CLI::App& serial = *app.add_subcommand("serial", "The serial side of a reader");
   serial.require_subcommand(1);
   CLI::App* baud = Add(serial, "baud", "Tells or sets the code of the reader's baud rate", options);
-  baud->add_option("CODE", options.code)->check(CLI::Range(0, 255));
+  baud->add_option("CODE", options.code)->check(WholeNumber(0, 255));
   CLI::App* write = Add(serial, "write", "Sends raw bytes", options);
   write->add_option("HEX", options.words)->required();
-  write->add_option("--read", options.count, "Bytes to read afterwards, at most")->check(CLI::Range(1, 1024));
+  write->add_option("--read", options.count, "Bytes to read afterwards, at most")
+      ->check(WholeNumber(1, 1024));
   CLI::App* read = Add(serial, "read", "Reads raw bytes", options);
-  read->add_option("COUNT", options.count, "At most")->required()->check(CLI::Range(1, 1024));
+  read->add_option("COUNT", options.count, "At most")->required()->check(WholeNumber(1, 1024));
   for (CLI::App* command : {baud, write, read}) AddDevice(command, options);
   commands.insert(commands.end(), {{baud, "serial baud", SerialBaud},
                                    {write, "serial write", SerialWrite},

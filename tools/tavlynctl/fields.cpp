@@ -23,15 +23,26 @@ Save SaveOf(FieldId id) {
   return std::ranges::find_if(kSavedFields, [&](const SavedField& one) { return Same(one.field, id); })->save;
 }
 
-// By its own name or by the full one; the first has to be told with its record.
+// By its own name or by the full one; the first has to be told with its record. Or a record.
 std::string Suggestion(const std::string& name) {
   const auto& fields = Fields();
   std::vector<std::string> names;
   for (const Field& field : fields) names.push_back(FullName(field));
   for (const Field& field : fields) names.emplace_back(field.name);
+  for (const Field& field : fields) names.emplace_back(field.record);
   const auto found = Nearest(name, names);
   if (!found) return "; config show lists them all";
-  return "; did you mean " + names[*found % fields.size()] + "?";
+  const bool isRecord = *found >= 2 * fields.size();
+  return "; did you mean " + names[isRecord ? *found : *found % fields.size()] + "?";
+}
+
+// "iLeadParityBitCnt, iTrailParityBitCnt, …" of a record; empty when there is none of that name.
+std::string FieldsOf(const std::string& record) {
+  std::string names;
+  for (const Field& field : Fields()) {
+    if (record == field.record) names += (names.empty() ? "" : ", ") + std::string(field.name);
+  }
+  return names;
 }
 
 std::string RangeText(const FieldBounds& bounds, std::int16_t most) {
@@ -147,6 +158,8 @@ const Field& FindField(const std::string& name) {
     found = &field;
   }
   if (found != nullptr) return *found;
+  const std::string inside = FieldsOf(name);
+  if (!inside.empty()) throw Failure(kUsage, name + " is a record; its fields are " + inside);
   throw Failure(kUsage, "there is no field " + name + Suggestion(name));
 }
 

@@ -4,6 +4,8 @@
 #include <span>
 #include <string_view>
 
+#include "api.h"
+#include "tools/common_words.h"
 #include "tools/tavlynctl/command_words.h"
 #include "tools/tavlynctl/commands.h"
 #include "tools/tavlynctl/standard_files.h"
@@ -13,6 +15,16 @@ namespace {
 
 using namespace tavlyn::ctl;
 namespace fs = std::filesystem;
+
+// The library may be another than the one that came with the program.
+std::string Version() {
+  std::uint16_t major = 0;
+  std::uint16_t minor = 0;
+  std::uint16_t build = 0;
+  GetLibVersion(&major, &minor, &build);
+  return std::string(kProgram) + " " TAVLYN_VERSION ", library " + std::to_string(major) + "." +
+         std::to_string(minor) + "." + std::to_string(build);
+}
 
 Commands AddAll(CLI::App& app, Options& options) {
   Commands commands;
@@ -59,11 +71,12 @@ int main(int argc, char** argv) {
     const Failure closed(kBadFile, "the standard output is closed; >/dev/null drops what is shown");
     return ShowFailure(closed, "", false);
   }
-  CLI::App app("Card readers, magnetic-stripe readers and sonar sensors from the command line", "tavlynctl");
+  CLI::App app("Card readers, magnetic-stripe readers and sonar sensors from the command line", kProgram);
   app.require_subcommand(1);
   Options options;
   app.add_flag("--json", options.json, "One JSON object instead of text");
   const Commands commands = AddAll(app, options);
+  tavlyn::AddCommonWords(app, Version);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -1,5 +1,6 @@
 // find.
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <vector>
 
@@ -23,6 +24,19 @@ IpRange OwnNetwork() {
   return range;
 }
 
+// "10.0.0.1 to 254", "10.0.0.1".
+std::string RangeName(const IpRange& range) {
+  return Dotted(range.ip) + (range.last == range.ip[3] ? "" : " to " + std::to_string(range.last));
+}
+
+volatile std::sig_atomic_t interrupted = 0;
+
+// The live line is ended first; a second one ends the program at once.
+void Interrupt(int signal) {
+  std::signal(signal, SIG_DFL);
+  interrupted = 1;
+}
+
 // The fourth octet of the adapter that answered under an address; 0 for none.
 std::uint8_t Ask(const Ip& ip) {
   const auto fourth = static_cast<std::int16_t>(ip[3]);
@@ -35,8 +49,9 @@ std::vector<Ip> Search(const IpRange& range) {
   std::vector<Ip> found;
   const int count = range.last - range.ip[3] + 1;
   const bool live = ErrorsAreOnTerminal();
-  if (!live) std::fprintf(stderr, "asking %s to %d\n", Dotted(range.ip).c_str(), range.last);
-  for (int at = 0; at < count; ++at) {
+  if (live) std::signal(SIGINT, Interrupt);
+  if (!live) std::fprintf(stderr, "asking %s\n", RangeName(range).c_str());
+  for (int at = 0; at < count && interrupted == 0; ++at) {
     Ip asked = range.ip;
     asked[3] = static_cast<std::uint8_t>(range.ip[3] + at);
     if (live) {
@@ -48,6 +63,7 @@ std::vector<Ip> Search(const IpRange& range) {
     if (answered[3] != 0 && std::ranges::find(found, answered) == found.end()) found.push_back(answered);
   }
   if (live) std::fputc('\n', stderr);
+  if (interrupted != 0) std::raise(SIGINT);
   return found;
 }
 

@@ -11,6 +11,7 @@ namespace tavlyn::ctl {
 namespace {
 
 constexpr std::uint32_t kNoVolume = 65535;
+constexpr int kMostLongBeeps = 2;
 
 Failure NoOutput(const std::string& what) {
   return {kDeviceError, what + " of " + ActiveDeviceName() + " failed, " + ErrorText()};
@@ -35,13 +36,16 @@ Json SetOutputs(const char* command, const std::vector<Wish>& wishes, const Opti
 }  // namespace
 
 Json Beep(const Options& options) {
+  if (options.longBeep && options.count > kMostLongBeeps) {
+    throw Failure(kUsage, "a device makes 1 or 2 long beeps, or 1 to 5 short ones");
+  }
   const Session session(options.link, options.products & (kReaders | kMagstripes));
   session.Use(options.device);
   if (BeepNow(static_cast<std::uint8_t>(options.count), options.longBeep ? 1 : 0) != 1) {
     throw NoOutput("the beeper");
   }
   Json document = NewDocument("beep", options.device);
-  document["beeps"] = std::clamp(options.count, 1, options.longBeep ? 2 : 5);
+  document["beeps"] = std::max(options.count, 1);
   document["long"] = options.longBeep;
   return document;
 }

@@ -11,6 +11,7 @@
 #include "core/ascii_case.h"
 #include "core/text_file.h"
 #include "tools/tavlynctl/fields.h"
+#include "tools/tavlynctl/file_problem.h"
 #include "tools/tavlynctl/session.h"
 
 namespace tavlyn::ctl {
@@ -31,7 +32,7 @@ constexpr std::string_view kBlanks = " \t\r\n\f\v";
 std::string TextOfFile(const std::string& path) {
   const std::ifstream file(path, std::ios::binary);
   std::ostringstream text;
-  if (!file || !(text << file.rdbuf())) throw Failure(kBadFile, path + " is empty or cannot be read");
+  if (!file || !(text << file.rdbuf())) throw NothingIn(path);
   return text.str();
 }
 

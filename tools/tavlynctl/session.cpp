@@ -79,6 +79,13 @@ std::string Wanted(std::uint32_t products) {
   return (products & kSensors) == 0 ? "reader" : "device";
 }
 
+// "devices 0 and 1 were found".
+std::string FoundText(int count) {
+  if (count == 1) return "device 0 was found";
+  return std::string("devices 0 ") + (count == 2 ? "and" : "to") + " " + std::to_string(count - 1) +
+         " were found";
+}
+
 }  // namespace
 
 const char* ProductName(std::uint32_t product) {
@@ -115,8 +122,7 @@ void Session::Select(int index) const {
   const int count = GetDevCnt();
   if (count == 0) throw NotFound(link_, products_);
   if (index >= 0 && index < count && SetActDev(static_cast<std::int16_t>(index)) == 1) return;
-  throw Failure(kNoDevice,
-                "there is no device " + std::to_string(index) + "; found: " + std::to_string(count));
+  throw Failure(kNoDevice, FoundText(count) + ", there is no device " + std::to_string(index));
 }
 
 std::string Session::ReadProblem() const {

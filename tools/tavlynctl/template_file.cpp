@@ -9,6 +9,7 @@
 #include "core/ascii_case.h"
 #include "core/text_file.h"
 #include "tools/tavlynctl/fields.h"
+#include "tools/tavlynctl/file_problem.h"
 
 namespace tavlyn::ctl {
 namespace {
@@ -20,7 +21,7 @@ void EachLine(const std::string& path, const std::function<void(const std::strin
   const File file(std::fopen(path.c_str(), "rb"));
   char line[kLineRoom];
   if (file == nullptr || std::fgets(line, sizeof line, file.get()) == nullptr) {
-    throw Failure(kBadFile, path + " is empty or cannot be read");
+    throw NothingIn(path);
   }
   do {
     take(line);

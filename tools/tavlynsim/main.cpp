@@ -4,9 +4,11 @@
 #include <optional>
 
 #include "sim/line_place.h"
+#include "tools/common_words.h"
 #include "tools/printable.h"
 #include "tools/tavlynsim/run.h"
 #include "tools/tavlynsim/typed_lines.h"
+#include "tools/word_checks.h"
 #include "tools/wrong_words.h"
 
 namespace {
@@ -83,7 +85,7 @@ void AddRun(CLI::App& app, RunOptions& options, std::optional<bool>& interactive
     run->add_option_function<int>(
            name, [&time](int ms) { time = std::chrono::milliseconds(ms); }, text)
         ->type_name("MS")
-        ->check(CLI::Range(1, 86'400'000));
+        ->check(tavlyn::WholeNumber(1, 86'400'000));
   };
   addTime("--on", options.timetable.on, "How long each card lies (1500)");
   addTime("--off", options.timetable.off, "How long there is none afterwards (1000)");
@@ -96,7 +98,7 @@ void AddRun(CLI::App& app, RunOptions& options, std::optional<bool>& interactive
            options.carrier = word == "uhid" ? Carrier::kUhid : Carrier::kHidapi;
          },
          "hidapi (default): for the command alone. uhid: for this machine")
-      ->check(CLI::IsMember({"hidapi", "uhid"}))
+      ->check(tavlyn::OneOf({"hidapi", "uhid"}))
       ->option_text("WORD");
   run->add_option("COMMAND", options.command,
                   "What to run, behind --; without it devices on lines are there until Ctrl-C");
@@ -105,12 +107,13 @@ void AddRun(CLI::App& app, RunOptions& options, std::optional<bool>& interactive
 }  // namespace
 
 int main(int argc, char** argv) {
-  CLI::App app("Simulated devices for programs that use tavlynapi or hidapi", "tavlynsim");
+  CLI::App app("Simulated devices for programs that use tavlynapi or hidapi", tavlyn::sim::kProgram);
   app.require_subcommand(1);
   RunOptions options;
   std::optional<bool> interactive;
   AddRun(app, options, interactive);
   app.add_subcommand("devices", "List what can be simulated");
+  tavlyn::AddCommonWords(app, [] { return std::string(tavlyn::sim::kProgram) + " " TAVLYN_VERSION; });
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
