@@ -1,0 +1,51 @@
+// A program that ends without unloading the library: exit_program polling COUNT, exit_program watched
+// It ends with status 0, in the first case while another thread of it polls a reader and has done so COUNT
+// times, in the second with 1 as soon as the library still asks the system for anything.
+#include <array>
+#include <atomic>
+#include <cstdlib>
+#include <cstring>
+#include <thread>
+
+#include "tests/boundary/imports_windows.h"
+#include "tests/boundary/library.h"
+#include "tests/boundary/quick_time.h"
+
+namespace tavlyn::boundary {
+namespace {
+
+std::atomic<int> polls{0};
+
+void Poll(const Library& library) {
+  std::array<std::uint8_t, 32> id{};
+  for (;; ++polls) CALL(library, GetActiveID)(id.data(), id.size());
+}
+
+void EndWithOne() { TerminateProcess(GetCurrentProcess(), 1); }
+
+// What waits for a lock, closes what other libraries have, or leads into one of them.
+constexpr const char* kNoLongerAsked[] = {
+    "AcquireSRWLockExclusive", "WaitForSingleObject", "CloseHandle", "FreeLibrary", "closesocket", "fputs"};
+
+int End(int count, char** words) {
+  SetVariable("TAVLYNAPI_LOGGING", "1");
+  const auto* library = new Library;
+  TakeItsTime();
+  library->Standin("plug reader");
+  CALL(*library, SetDevTypeSrch)(0);
+  if (CALL(*library, USBConnect)(nullptr) != 1) return 2;
+  if (count == 3 && std::strcmp(words[1], "polling") == 0) {
+    std::thread(Poll, std::ref(*library)).detach();
+    while (polls < std::atoi(words[2])) std::this_thread::yield();
+    return 0;
+  }
+  for (const char* name : kNoLongerAsked) {
+    if (!Replace(GetModuleHandleA(TAVLYN_LIBRARY), {name, reinterpret_cast<void*>(EndWithOne)})) return 3;
+  }
+  return 0;
+}
+
+}  // namespace
+}  // namespace tavlyn::boundary
+
+int main(int count, char** words) { return tavlyn::boundary::End(count, words); }
