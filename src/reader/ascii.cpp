@@ -159,14 +159,15 @@ struct Assignment {
   FieldId field;
 };
 
-// In this order; the field and ID delimiter goes out twice, first as its flag.
+// In this order; the field and ID delimiter goes out twice, first as its flag. Of a character the low byte goes
+// out.
 constexpr std::array kAssignments = {
     Assignment{"wieg.qual=%d", CfgFlags_bFrcBitCntEx},
     Assignment{"op.sdk=%d", CfgFlags_bHaltKBSnd},
     Assignment{"disp.fac.send=%d", CfgFlags_bSndFac},
     Assignment{"op.cont=%d", CfgFlags_bSndOnRx},
     Assignment{"disp.fac.strip=%d", CfgFlags_bStripFac},
-    Assignment{"chr.fac='\\x%02X'", CfgFlags_bUseDelFac2Id},
+    Assignment{"chr.fac='\\x%02hhX'", CfgFlags_bUseDelFac2Id},
     Assignment{"op.beep=%d", CfgFlags2_bBeepID},
     Assignment{"disp.id.hex=%d", CfgFlags2_bDspHex},
     Assignment{"wieg.rev.bytes=%d", CfgFlags2_bRevBytes},
@@ -176,12 +177,12 @@ constexpr std::array kAssignments = {
     Assignment{"wieg.qual.bits=%d", IDBitCnts_iTotalBitCnt},
     Assignment{"wieg.strip.lead.bits=%d", IDBitCnts_iLeadParityBitCnt},
     Assignment{"wieg.strip.trail.bits=%d", IDBitCnts_iTrailParityBitCnt},
-    Assignment{"chr.eol='\\x%02X'", IDDispParms_iELDelim},
+    Assignment{"chr.eol='\\x%02hhX'", IDDispParms_iELDelim},
     Assignment{"disp.fac.digits=%d", IDDispParms_iFACDispLen},
-    Assignment{"chr.fac='\\x%02X'", IDDispParms_iFACIDDelim},
+    Assignment{"chr.fac='\\x%02hhX'", IDDispParms_iFACIDDelim},
     Assignment{"disp.id.digits=%d", IDDispParms_iIDDispLen},
-    Assignment{"chr.gone.1='\\x%02X'", IDDispParms2_iCrdGnChr0},
-    Assignment{"chr.gone.2='\\x%02X'", IDDispParms2_iCrdGnChr1},
+    Assignment{"chr.gone.1='\\x%02hhX'", IDDispParms2_iCrdGnChr0},
+    Assignment{"chr.gone.2='\\x%02hhX'", IDDispParms2_iCrdGnChr1},
 };
 
 void SetLeds(const tsCfgSlot& slot) {
@@ -199,7 +200,7 @@ std::int16_t CharacterAt(const tsCfgSlot& slot, int place) {
 }
 
 void SetCharacters(const tsCfgSlot& slot) {
-  constexpr std::array kTexts = {"chr.1='\\x%02X'", "chr.2='\\x%02X'", "chr.3='\\x%02X'"};
+  constexpr std::array kTexts = {"chr.1='\\x%02hhX'", "chr.2='\\x%02hhX'", "chr.3='\\x%02hhX'"};
   for (int place = 0; place < kLeadAndTrail; ++place) {
     AsciiSet(kTexts[static_cast<std::size_t>(place)], CharacterAt(slot, place));
   }

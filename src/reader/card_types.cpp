@@ -21,7 +21,7 @@ constexpr unsigned kIdentityBits = 0xFF0F;
 enum class Page : std::uint8_t { kRead, kSkipped, kEnd };
 
 Page PageByReports(std::uint8_t number, ReplyBytes& page) {
-  Report reply;
+  Report reply{};
   const Xfer fetched = FeatureXfer(command::kCardTypePage, reply, number);
   std::copy_n(reply.begin() + 1, page.size(), page.begin());
   if (fetched == Xfer::kNotSent) return Page::kSkipped;

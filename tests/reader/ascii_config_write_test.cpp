@@ -163,6 +163,28 @@ TEST_F(AsciiConfigWrite, ALeadCountAboveThreeSendsNoCharacters) {
   EXPECT_EQ(WrittenCharacters(), (Lines{"\\x00", "\\x00", "\\x00"}));
 }
 
+TEST_F(AsciiConfigWrite, OfACharacterTheLowByteGoesOut) {
+  struct Place {
+    FieldId field;
+    std::string text;
+  };
+  const std::vector<Place> places = {
+      {CfgFlags_bUseDelFac2Id, "chr.fac"},     {IDDispParms_iELDelim, "chr.eol"},
+      {IDDispParms_iFACIDDelim, "chr.fac"},    {IDDispParms2_iCrdGnChr0, "chr.gone.1"},
+      {IDDispParms2_iCrdGnChr1, "chr.gone.2"}, {IDDispParms2_iLeadChr0, "chr.1"},
+      {IDDispParms2_iLeadChr1, "chr.2"},       {IDDispParms3_iTrailChr0, "chr.3"}};
+  Field(IDDispParms2_iLeadChrCnt) = 2;
+  for (const auto& [field, text] : places) {
+    for (const auto& [word, digits] : {std::pair<std::int16_t, std::string>{-1, "FF"}, {0x141, "41"}}) {
+      Field(field) = word;
+      ascii.received.clear();
+      EXPECT_EQ(WriteCfg(), 1U);
+      EXPECT_NE(ascii.received.find("rfid:" + text + "='\\x" + digits + "'\r"), std::string::npos)
+          << text << digits;
+    }
+  }
+}
+
 TEST_F(AsciiConfigWrite, TheFixedLengthFlagFollowsTheDigits) {
   Field(CfgFlags_bFixLenDsp) = 1;
   EXPECT_EQ(WriteCfg(), 1U);

@@ -58,6 +58,40 @@ TEST_F(CardTypes, ATypeOfDroppedBitsAloneIsStoredAs0) {
   EXPECT_EQ(IsCardTypeInList(3), 1U) << "all entries are compared";
 }
 
+// Its fetches are a byte short, which is left as the caller has it.
+class ShortOfAByte final : public sim::HidDevice {
+ public:
+  explicit ShortOfAByte(std::shared_ptr<Reader> whole) : whole_(std::move(whole)) {}
+  [[nodiscard]] const sim::HidIdentity& Identity() const override { return whole_->Identity(); }
+  bool SetFeature(std::span<const std::uint8_t> payload) override { return whole_->SetFeature(payload); }
+  bool GetFeature(std::span<std::uint8_t> payload) override {
+    Bytes reply(payload.size());
+    if (!whole_->GetFeature(reply)) return false;
+    std::copy_n(reply.begin(), reply.size() - (cuts ? 1 : 0), payload.begin());
+    cuts = true;
+    return true;
+  }
+  bool TakeInput(Bytes& report) override { return whole_->TakeInput(report); }
+  [[nodiscard]] bool Present() const override { return whole_->Present(); }
+
+  bool cuts = false;  // from the next fetch but one
+
+ private:
+  std::shared_ptr<Reader> whole_;
+};
+
+TEST_F(CardTypes, AByteThatAPageLacksIs0) {
+  const auto whole = Reader::Plus(1);
+  whole->state.cardTypes = {0x0101, 0x0102, 0x0103, 0x0104, 0x0105, 0x0106, 0x0107, 0x0108};
+  const auto cut = std::make_shared<ShortOfAByte>(whole);
+  Plug(cut, "short");
+  DevCnt = 1;
+  Entry().hDev = host.hid.Open("short", platform::OpenMode::kShared);
+  ReadCardTypeList();
+  EXPECT_EQ(Listed(), (std::vector<std::uint16_t>{0x0101, 0x0102, 0x0103, 0x0104, 0x0105, 0x0106, 0x0107, 8}))
+      << "nothing of the page before";
+}
+
 TEST_F(CardTypes, AListThatNeverEndsHas256Pages) {
   Use(Reader::Plus(1));
   reader->state.cardTypes.resize(2000);
