@@ -9,6 +9,12 @@
  * entry 0 on success only. 1: a device was found and every configuration was read. 0: nothing was found, or a
  * configuration read failed; the table then keeps what was found (GetDevCnt). Handles of an earlier connect
  * are not closed: call USBDisconnect first.
+ * The mirror of the device that stood in an entry before stays there, over a disconnect too: records, marks of
+ * what is not written yet, hash keys, configuration in use. A read overwrites it, but for hash keys, which the
+ * next write of separated fields sends, and the mark of LEDs, beeper and relay. Where the connect has not read
+ * (a read that failed, and of a plus reader at index 1 or above every configuration but one) gets show the
+ * earlier device's words, and WriteCfg sends them to this one: call ReadCfg for each such device first, and go
+ * on only when it gives 1.
  * Traffic for a plain reader: 89 01; per configuration the reports of ReadCfg. A plus reader adds its
  * firmware words, 89 03 cpu index. */
 TAVLYN_API uint32_t USBConnect(uint32_t* pDID);
@@ -16,7 +22,8 @@ TAVLYN_API uint32_t USBConnect(uint32_t* pDID);
 /* USBConnect for callers that cannot pass a pointer; the device ID word is lost. No argument. */
 TAVLYN_API uint32_t usbConnect(void);
 
-/* Closes every device and empties the table. The settings below stay. Always 1. No traffic. */
+/* Closes every device and empties the table. The settings below stay, and so does each mirror (see
+ * USBConnect). Always 1. No traffic. */
 TAVLYN_API uint32_t USBDisconnect(void);
 
 /* Which products a connect searches for: bit 0 readers, bit 1 magstripe readers, bit 2 sonar sensors; all are

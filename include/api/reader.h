@@ -13,11 +13,12 @@
 TAVLYN_API uint32_t ReadCfg(void);
 
 /* Sends what has changed in the mirror and commits it, for every configuration of a plus reader from the
- * highest down. 1; 0 for a failure or no device: what was sent but not committed lies in the reader's working
- * memory only and the next write sends it again. The error word does not tell of the failure. Takes 20 ms for
- * a configuration, or 1200 ms on a reader without the volume command. Traffic per configuration: on a plus
- * reader 89 81 n, 84; then each of 8A, 80, 81, 82, 83 that has changed and 85 i 00 10 with a data report
- * behind it; 84 on a plus reader; 90 mask, mask naming the blocks; 8C 06. */
+ * highest down. Changes that were made for an earlier device and not overwritten by a read go out too: see
+ * USBConnect; ReadCfg first. 1; 0 for a failure or no device: what was sent but not committed lies in the
+ * reader's working memory only and the next write sends it again. The error word does not tell of the failure.
+ * Takes 20 ms for a configuration, or 1200 ms on a reader without the volume command. Traffic per
+ * configuration: on a plus reader 89 81 n, 84; then each of 8A, 80, 81, 82, 83 that has changed and 85 i 00 10
+ * with a data report behind it; 84 on a plus reader; 90 mask, mask naming the blocks; 8C 06. */
 TAVLYN_API uint32_t WriteCfg(void);
 
 /* Makes the device load its factory configuration and reads it back; takes 1200 ms. 0: the command failed

@@ -5,7 +5,10 @@
  *
  * Every record get: 1, or 0 with error word 0x100001 (null pointer) or 0x100002 (the configuration was not
  * read). Every record set: 1, or 0 with 0x200001 (null pointer) or the number of the first range test that
- * failed, with nothing stored. Success clears the error word. */
+ * failed, with nothing stored. Success clears the error word.
+ *
+ * "Read" is a mark of the mirror's that a connect does not clear: until this device's configuration has been
+ * read, the words are those of the device that had its place in the table before. See USBConnect. */
 #ifndef TAVLYN_API_RECORDS_H
 #define TAVLYN_API_RECORDS_H
 
