@@ -88,18 +88,53 @@ TEST_F(HostLibusb, WhatIsNoFileIsRefused) {
 
 // What counts is the file that would be loaded, not the link to it.
 TEST_F(HostLibusb, LinkIsFollowedBeforeTheTest) {
-  const fs::path inner = folder_ / "writable";
-  fs::create_directory(inner);
-  const fs::path moved = inner / "libusb.so";
-  fs::rename(file_, moved);
-  fs::create_symlink(moved, file_);
-  fs::permissions(inner, fs::perms(0777));
-  EXPECT_FALSE(usb_.Load());
-  EXPECT_FALSE(IsLoaded(moved));
-  fs::permissions(inner, fs::perms(0755));
-  fs::permissions(folder_, fs::perms(0777));
+  const fs::path link = folder_ / "writable" / "libusb.so";
+  fs::create_directory(link.parent_path());
+  fs::permissions(link.parent_path(), fs::perms(0777));
+  fs::rename(file_, link);
+  fs::create_symlink(link, file_);
+  ExpectRefused();
+  EXPECT_FALSE(IsLoaded(link));
+  fs::remove(file_);
+  fs::rename(link, file_);
+  fs::create_symlink(file_, link);
+  SetVariable("TAVLYNAPI_LIBUSB", link.c_str());
   EXPECT_TRUE(usb_.Load());
-  EXPECT_TRUE(IsLoaded(moved));
+  EXPECT_TRUE(IsLoaded(file_));
+}
+
+// Who may write any of them can put another folder, with another file, into that place.
+TEST_F(HostLibusb, OnlyRootMayWriteTheFoldersAbove) {
+  const fs::path inner = folder_ / "above" / "inner";
+  fs::create_directories(inner);
+  fs::rename(file_, inner / "libusb.so");
+  file_ = inner / "libusb.so";
+  SetVariable("TAVLYNAPI_LIBUSB", file_.c_str());
+  for (const fs::path& above : {inner.parent_path(), folder_}) {
+    for (const unsigned mode : {0775U, 0757U, 0777U}) {
+      fs::permissions(above, fs::perms(mode));
+      ExpectRefused();
+    }
+    fs::permissions(above, fs::perms(0755));
+    ASSERT_EQ(0, chown(above.c_str(), kNobody, 0));
+    ExpectRefused();
+    ASSERT_EQ(0, chown(above.c_str(), 0, 0));
+  }
+  // As the system's folder for temporary files, which this one lies in.
+  fs::permissions(inner.parent_path(), fs::perms(01777));
+  EXPECT_TRUE(usb_.Load());
+}
+
+// Whatever it says of those who may write it.
+TEST_F(HostLibusb, TheOwnerOfASharedFolderMayExchangeWhatIsInIt) {
+  const fs::path inner = folder_ / "inner";
+  fs::create_directory(inner);
+  fs::rename(file_, inner / "libusb.so");
+  file_ = inner / "libusb.so";
+  SetVariable("TAVLYNAPI_LIBUSB", file_.c_str());
+  fs::permissions(folder_, fs::perms(01777));
+  ASSERT_EQ(0, chown(folder_.c_str(), kNobody, 0));
+  ExpectRefused();
 }
 
 TEST_F(HostLibusb, NamesThatAreMissingFail) {

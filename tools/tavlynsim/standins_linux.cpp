@@ -1,8 +1,7 @@
-#include <sys/stat.h>
-
 #include <cstdlib>
 #include <filesystem>
 
+#include "platform/linux/trusted_file.h"
 #include "tools/tavlynsim/standins.h"
 
 namespace tavlyn::sim {
@@ -12,12 +11,6 @@ namespace fs = std::filesystem;
 
 constexpr const char* kHidStandin = "libhidapi-hidraw.so.0";
 constexpr const char* kUsbStandin = "libtavlyn-standin-usb.so";
-
-bool OnlyRootWrites(const fs::path& path) {
-  struct stat status {};
-  return stat(path.c_str(), &status) == 0 && status.st_uid == 0 &&
-         (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
-}
 
 // The folder lies at the same place beside the program when built and when installed.
 std::optional<fs::path> HidStandinFolder(std::string& problem) {
@@ -48,9 +41,11 @@ std::optional<std::string> UsbStandin(std::string& problem) {
   const auto folder = HidStandinFolder(problem);
   if (!folder) return std::nullopt;
   const fs::path file = folder->parent_path() / kUsbStandin;
-  if (OnlyRootWrites(file) && OnlyRootWrites(file.parent_path())) return file.string();
+  std::error_code none;
+  const fs::path real = fs::canonical(file, none);
+  if (platform::IsTrustedFile(platform::Path("%s", real.c_str()))) return file.string();
   problem = file.string() +
-            ": tavlynapi loads it only when it and its folder belong to root and nobody else may "
+            ": tavlynapi loads it only when it and all folders above it belong to root and nobody else may "
             "write to them; install it as root";
   return std::nullopt;
 }

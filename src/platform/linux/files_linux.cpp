@@ -3,11 +3,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
-#include <climits>
 #include <string_view>
 
 #include "platform/files.h"
+#include "platform/path.h"
 
 namespace tavlyn::platform {
 namespace {
@@ -60,10 +59,10 @@ std::FILE* OpenFoundFile(const char* path) {
 std::FILE* OpenTraceFile(const char* path) {
   const std::string_view whole(path);
   const std::size_t slash = whole.rfind('/');
-  std::array<char, PATH_MAX> above{};
-  if (slash == std::string_view::npos || slash >= above.size()) return nullptr;
-  whole.copy(above.data(), slash);
-  const int folder = open(above.data(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+  if (slash == std::string_view::npos) return nullptr;
+  Path above("%s", path);
+  above.Cut(slash);
+  const int folder = open(above.c_str(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
   if (folder < 0) return nullptr;
   constexpr int kHow = O_RDWR | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
   const int descriptor = openat(folder, path + slash + 1, kHow, kOwnerAlone);

@@ -1,11 +1,11 @@
 // libusb-0.1 from a file that only root can have put there.
 #include <dlfcn.h>
-#include <sys/stat.h>
 
 #include <array>
 #include <cstdlib>
 
 #include "platform/linux/parts.h"
+#include "platform/linux/trusted_file.h"
 
 namespace tavlyn::platform {
 namespace {
@@ -18,21 +18,6 @@ constexpr std::array kFolders = {"/usr/lib/x86_64-linux-gnu",
                                  "/lib64",
                                  "/usr/lib",
                                  "/lib"};
-
-bool OnlyRootWrites(const struct stat& status) {
-  return status.st_uid == 0 && (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
-}
-
-// A regular file of root's in a folder of root's, neither writable by others.
-bool IsTrusted(const Path& file) {
-  struct stat status {};
-  if (file.IsEmpty() || stat(file.c_str(), &status) != 0 || !S_ISREG(status.st_mode) ||
-      !OnlyRootWrites(status))
-    return false;
-  Path folder = file;
-  folder.Cut(folder.View().rfind('/') + 1);
-  return stat(folder.c_str(), &status) == 0 && OnlyRootWrites(status);
-}
 
 Path LibraryFile() {
   if (const char* chosen = secure_getenv("TAVLYNAPI_LIBUSB"); chosen != nullptr)
@@ -48,7 +33,10 @@ Path LibraryFile() {
 
 bool LinuxLibusb::Load() {
   const Path file = LibraryFile();
-  if (!IsTrusted(file)) return false;
+  // By the path that was tested, which is of root's alone from end to end: nobody else can lead it elsewhere
+  // in between. A descriptor would give the library a name like /proc/self/fd/7, which others may bear as
+  // well.
+  if (!IsTrustedFile(file)) return false;
   // Never unloaded: a second load of the same file gives the same library.
   void* library = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (library == nullptr) return false;
