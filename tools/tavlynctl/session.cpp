@@ -21,6 +21,16 @@ struct NamedProduct {
 constexpr NamedProduct kProducts[] = {
     {kReaders, "card reader"}, {kMagstripes, "magstripe reader"}, {kSensors, "sonar sensor"}};
 
+// A connect reads every configuration of the first plus reader, and one of each behind it.
+bool AllConfigurationsRead() {
+  for (int index = 0; index <= GetMaxConfig(); ++index) {
+    const SelectedConfiguration selected(index);
+    tsCfgFlags flags{};
+    if (GetFlags(&flags) != 1) return false;
+  }
+  return true;
+}
+
 std::string Unread() {
   return "the configuration of " + ActiveDeviceName() + " could not be read, " + ErrorText();
 }
@@ -142,6 +152,7 @@ void Session::Use(int index) const {
   Select(index);
   const std::string problem = ReadProblem();
   if (!problem.empty()) throw Failure(kDeviceError, problem);
+  if (ReaderIsActive() && !AllConfigurationsRead() && ReadCfg() != 1) throw Failure(kDeviceError, Unread());
 }
 
 void CheckConfiguration(int index) {
