@@ -30,27 +30,14 @@ struct SavedByte {
   const char* comment;
 };
 
-// clang-format off
 constexpr SavedByte<tsSorbaneCfg> kSystemBytes[] = {
-    {"HaltKBSend", &tsSorbaneCfg::HaltKBSend, true, "// 1 = Quiet API Mode No keystrokes, 0=Send Keystrokes"},
-    {"UseNumKP", &tsSorbaneCfg::UseNumKP, true, "// 1 = Use Numeric Keypad for digits 0-9"},
-    {"TrackEnables", &tsSorbaneCfg::TrackEnables, false, "// Bits 0..3 = Enable Tracks 1..3"},
-    {"Beeper", &tsSorbaneCfg::Beeper, false, "// 1 = Beeper Nybble Upper=Good Lower=Bad; Long:1.Count:3.Long:1.Count:3"},
+#define SORBANE_SYSTEM(name, flag, comment) {#name, &tsSorbaneCfg::name, flag, comment},
+#include "magstripe/cfg_file.inc"
 };
 constexpr SavedByte<tsSorbaneField> kFieldBytes[] = {
-    {"Enable", &tsSorbaneField::Enable, true, "// 1 = User Field Enabled"},
-    {"Skip", &tsSorbaneField::Skip, true, "// 1 = Skip field, Used for OnErrorGoto (bad LRC)"},
-    {"Track", &tsSorbaneField::Track, false, "// Track 1,2,3"},
-    {"Field", &tsSorbaneField::Field, false, "// Mag Field Number"},
-    {"ByteOffset", &tsSorbaneField::ByteOffset, false, "// Offset within Mag Field"},
-    {"Length", &tsSorbaneField::Length, false, "// Length in Characters"},
-    {"Termination", &tsSorbaneField::Termination, false, "// Stop on Termination Byte"},
-    {"ShowSepSen", &tsSorbaneField::ShowSepSen, true, "// 1 = Show Separator and Sentinel Chars"},
-    {"ShowLRC", &tsSorbaneField::ShowLRC, true, "// 1 = Show Hex LRC Byte"},
-    {"IgnoreLRC", &tsSorbaneField::IgnoreLRC, true, "// 1 = Ignore Incorrect LRC"},
-    {"nKeys", &tsSorbaneField::nKeys, false, "// 0..N Keys Used In Array"},
+#define SORBANE_FIELD(name, flag, comment) {#name, &tsSorbaneField::name, flag, comment},
+#include "magstripe/cfg_file.inc"
 };
-// clang-format on
 constexpr const char* kLuidComment = "// Logical Unit ID";
 constexpr const char* kColorComment = "// 0=Off 1=Red 2=Green 3=Amber";
 constexpr const char* kKeyComment = "// USB [Even]=Scancode [Odd]=ShiftModifier; ASCII [n]=ASCII Char";

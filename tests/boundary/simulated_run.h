@@ -4,6 +4,9 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <array>
+#include <cstdint>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
@@ -41,6 +44,18 @@ inline std::vector<Json> JsonLines(const std::string& text) {
   std::vector<Json> lines;
   for (std::string line; std::getline(stream, line);) lines.push_back(Json::parse(line, nullptr, false));
   return lines;
+}
+
+// The sum of a trailer, bit by bit, so that it shares nothing with the library.
+inline std::string Sum(const std::string& text) {
+  std::uint32_t sum = 0xFFFFFFFF;
+  for (const char c : text) {
+    sum ^= static_cast<std::uint8_t>(c);
+    for (int bit = 0; bit < 8; ++bit) sum = (sum & 1) != 0 ? (sum >> 1) ^ 0xEDB88320U : sum >> 1;
+  }
+  std::array<char, 9> hex{};
+  std::snprintf(hex.data(), hex.size(), "%08X", static_cast<unsigned>(~sum));
+  return hex.data();
 }
 
 class SimulatedRun : public testing::Test {

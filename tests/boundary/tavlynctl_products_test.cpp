@@ -299,5 +299,46 @@ TEST_F(TavlynctlProducts, FactoryConfiguration) {
   EXPECT_EQ(0, ended[6].status) << ended[6].err;
 }
 
+// The names tell which product is meant.
+TEST_F(TavlynctlProducts, SettingsByName) {
+  const auto ended =
+      Run(kAll, {"ctl config get PingRateS maxdists --json",
+                 "ctl config set PingRateS=301 MaxDistS=50 --dry-run --json",
+                 "ctl config set pingrates=301 MaxDistS=50 --json", "ctl config set PingRateS=300",
+                 "ctl config get PingRateS", "ctl config get LedColor[0] UserField[3].Track --json",
+                 "ctl config set LedColor[0]=2 UserField[3].Keybyte[15]=7 LUID=9 --json",
+                 "ctl config get LedColor[0] UserField[3].Keybyte[15] LUID --json",
+                 "ctl config get bBeepID --json"});
+  EXPECT_EQ(Json({{"PingRateS", 248}, {"MaxDistS", 60}}), ParsedText(ended[0])["settings"]);
+  EXPECT_EQ(false, ParsedText(ended[1])["written"]);
+  EXPECT_EQ(2u, ParsedText(ended[1])["changes"].size());
+  EXPECT_EQ(Json::parse(R"([
+    {"setting": "PingRateS", "old": 248, "new": 301, "stored": 300, "result": "rounded"},
+    {"setting": "MaxDistS", "old": 60, "new": 50, "stored": 50, "result": "stored"}])"),
+            ParsedText(ended[2])["changes"]);
+  EXPECT_EQ("device    0\nwritten   no\nverified  yes\nchanges   none\n", ended[3].out);
+  EXPECT_EQ("device  0\nsettings\n  PingRateS  300\n", ended[4].out);
+  EXPECT_EQ(Json({{"LedColor[0]", 1}, {"UserField[3].Track", 0}}), ParsedText(ended[5])["settings"]);
+  EXPECT_EQ(true, ParsedText(ended[6])["verified"]);
+  EXPECT_EQ(Json({{"LedColor[0]", 2}, {"UserField[3].Keybyte[15]", 7}, {"LUID", 9}}),
+            ParsedText(ended[7])["settings"]);
+  EXPECT_EQ(Json({{"CfgFlags2.bBeepID", 1}}), ParsedText(ended[8])["fields"]);
+}
+
+TEST_F(TavlynctlProducts, WrongSettings) {
+  const auto ended = Run(kAll, {"ctl config set PingRateS=100 MaxDistS=50", "ctl config set PingRat=300",
+                                "ctl config get ledcolor[0]", "ctl config set PingRateS=300 bBeepID=1",
+                                "ctl config get PingRateS --config 1", "ctl config set PingRateS",
+                                "ctl config set PingRateS=fast", "ctl config set LedColor[0]=300",
+                                "ctl config get PingRateS --json"});
+  for (std::size_t i = 0; i + 1 < ended.size(); ++i) EXPECT_EQ(1, ended[i].status) << i << ended[i].err;
+  EXPECT_TRUE(Holds(ended[0].err, "does not take PingRateS = 100 (it takes 200 to 1020)")) << ended[0].err;
+  EXPECT_EQ("tavlynctl: there is no field PingRat; did you mean PingRateS?\n", ended[1].err);
+  EXPECT_EQ("tavlynctl: there is no field ledcolor[0]; did you mean LedColor[0]?\n", ended[2].err);
+  EXPECT_EQ("tavlynctl: PingRateS is for a sonar sensor, bBeepID for a card reader\n", ended[3].err);
+  EXPECT_TRUE(Holds(ended[7].err, "does not take LedColor[0] = 300")) << ended[7].err;
+  EXPECT_EQ(Json({{"PingRateS", 248}}), ParsedText(ended[8])["settings"]);
+}
+
 }  // namespace
 }  // namespace tavlyn::boundary

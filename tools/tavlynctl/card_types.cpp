@@ -46,7 +46,7 @@ Json SetCard(const Options& options) {
   }
   const Change change =
       Wanting(options.index, {{kCardTypeName, Hex(type, 4)}, {kCardPriorityName, options.choice}});
-  return Carry(NewDocument("cards set", options.device), {change}, options.dryRun, [&] {
+  return Carry(NewDocument("cards set", options.device), {change}, SendingOf(options.dryRun), [&] {
     {
       const SelectedConfiguration selected(options.index);
       SetCardTypePriority(type, options.choice == PriorityText(true) ? 1 : 0);

@@ -97,6 +97,13 @@ Json Verified(Json document, Json rows, const std::string& refused) {
                 std::move(document));
 }
 
+// What is not sent because the device has it all is verified too.
+Json Unsent(Json document, Json rows, Sending sending) {
+  if (sending != Sending::kNothing) document["verified"] = true;
+  document["changes"] = std::move(rows);
+  return document;
+}
+
 // A sonar sensor keeps these in steps, rounded down, and sends others that it does not take.
 constexpr std::pair<const char*, int> kSettingSteps[] = {
     {"PingRateS", 4}, {"InterKeyDelayWA", 64}, {"InterKeyDelayWU", 64}};
@@ -112,6 +119,33 @@ const char* SettingOutcome(const std::string& name, const Json& row) {
   return readOnly ? "read only" : "different";
 }
 
+Json SettingRow(const SettingsPlan& plan, const std::string& name, const Json& wanted) {
+  return {{"setting", name}, {"old", plan.before.value(name, Json())}, {"new", wanted}};
+}
+
+Json PlannedSettings(const SettingsPlan& plan) {
+  Json rows = Json::array();
+  for (const auto& [name, wanted] : plan.wanted.items()) {
+    Json row = SettingRow(plan, name, wanted);
+    if (row["old"] != wanted) rows.push_back(std::move(row));
+  }
+  return rows;
+}
+
+Json WrittenSettings(const SettingsPlan& plan, std::string& refused) {
+  const Json after = plan.read();
+  Json rows = Json::array();
+  for (const auto& [name, wanted] : plan.wanted.items()) {
+    Json row = SettingRow(plan, name, wanted);
+    row["stored"] = after.value(name, Json());
+    row["result"] = SettingOutcome(name, row);
+    const bool different = row["result"] == "different";
+    if (different) refused += (refused.empty() ? "" : ", ") + name;
+    if (row["old"] != wanted || different) rows.push_back(std::move(row));
+  }
+  return rows;
+}
+
 }  // namespace
 
 Change Wanting(int configuration, Json wanted) {
@@ -119,13 +153,12 @@ Change Wanting(int configuration, Json wanted) {
   return {configuration, std::move(wanted), Settings()};
 }
 
-Json Carry(Json document, const std::vector<Change>& changes, bool dryRun,
+Json Carry(Json document, const std::vector<Change>& changes, Sending sending,
            const std::function<void()>& write) {
-  document["written"] = !dryRun;
-  if (dryRun) {
-    document["changes"] = PlannedRows(changes);
-    return document;
-  }
+  Json planned = PlannedRows(changes);
+  const bool needed = sending == Sending::kAll || (sending == Sending::kDifferences && !planned.empty());
+  document["written"] = needed;
+  if (!needed) return Unsent(std::move(document), std::move(planned), sending);
   write();
   ForgetUntold(changes);
   ReadBack();
@@ -135,27 +168,17 @@ Json Carry(Json document, const std::vector<Change>& changes, bool dryRun,
 }
 
 Json CarrySettings(Json document, const SettingsPlan& plan, bool dryRun) {
-  document["written"] = !dryRun;
-  Json after;
-  if (!dryRun) {
-    Commit();
-    ReadBack();
-    after = plan.read();
+  Json planned = PlannedSettings(plan);
+  const bool needed = !dryRun && !planned.empty();
+  document["written"] = needed;
+  if (!needed) {
+    return Unsent(std::move(document), std::move(planned), SendingOf(dryRun));
   }
+  Commit();
+  ReadBack();
   std::string refused;
-  Json rows = Json::array();
-  for (const auto& [name, wanted] : plan.wanted.items()) {
-    Json row{{"setting", name}, {"old", plan.before.value(name, Json())}, {"new", wanted}};
-    if (!dryRun) {
-      row["stored"] = after.value(name, Json());
-      row["result"] = SettingOutcome(name, row);
-      if (row["result"] == "different") refused += (refused.empty() ? "" : ", ") + name;
-    }
-    if (row["old"] != wanted || row.value("result", "") == "different") rows.push_back(std::move(row));
-  }
-  if (!dryRun) return Verified(std::move(document), std::move(rows), refused);
-  document["changes"] = std::move(rows);
-  return document;
+  Json rows = WrittenSettings(plan, refused);
+  return Verified(std::move(document), std::move(rows), refused);
 }
 
 void Commit() {

@@ -17,9 +17,16 @@ struct Change {
 // With the settings of that configuration as they are.
 Change Wanting(int configuration, Json wanted);
 
-// Adds what would change to the document. Without dryRun writes, reads the reader back, compares, and adds
-// the outcome; when the reader did not take a value Failure is thrown with the document.
-Json Carry(Json document, const std::vector<Change>& changes, bool dryRun,
+enum class Sending {
+  kNothing,      // a dry run
+  kDifferences,  // nothing where the device has it all already
+  kAll,
+};
+inline Sending SendingOf(bool dryRun) { return dryRun ? Sending::kNothing : Sending::kDifferences; }
+
+// Adds what would change to the document. What is sent is written, read back and compared, and the outcome
+// added; when the reader did not take a value Failure is thrown with the document.
+Json Carry(Json document, const std::vector<Change>& changes, Sending sending,
            const std::function<void()>& write);
 
 // The same for the settings of another product, which has one configuration; read gives them from the

@@ -30,6 +30,7 @@ void AddConfig(CLI::App& app, Options& options, Commands& commands) {
   diff->add_option("FILE", options.files, "One, compared with the device, or two")->required();
   save->add_flag("--secure", options.secure, "With an integrity trailer");
   load->add_flag("--secure", options.secure, "Only a file with an integrity trailer");
+  load->add_flag("--strict", options.strict, "Only a file of which nothing is ignored");
   for (CLI::App* command : {set, load, reset}) AddDryRun(command, options);
   for (CLI::App* command : {show, save, reset}) AddProduct(command, options);
   for (CLI::App* command : {show, diff}) {

@@ -33,6 +33,7 @@ struct Options {
   std::optional<int> code;  // of a baud rate
   std::optional<IpRange> range;
   bool dryRun = false;
+  bool strict = false;
   bool secure = false;
   bool ini = false;
   bool yes = false;

@@ -21,6 +21,20 @@ Json Configuration(int index) {
   return configuration;
 }
 
+Json GetSettings(const Options& options, std::uint32_t product) {
+  const Session session(options.link, product);
+  session.Use(options.device);
+  CheckConfiguration(options.config.value_or(0));
+  Json document = NewDocument("config get", options.device);
+  const Json mirror = MirrorSettings();
+  Json& settings = document["settings"] = Json::object();
+  for (const std::string& word : options.words) {
+    const std::string name = FindSetting(word)->name;
+    settings[name] = mirror.value(name, Json());
+  }
+  return document;
+}
+
 }  // namespace
 
 void DescribeCardType(Json& configuration) {
@@ -50,6 +64,8 @@ Json ShowConfig(const Options& options) {
 }
 
 Json GetConfig(const Options& options) {
+  const std::uint32_t product = ProductOfWords(options.words);
+  if (product != kReaders) return GetSettings(options, product);
   std::vector<Field> wanted;
   for (const std::string& name : options.words) wanted.push_back(FindField(name));
   const Session session(options.link);

@@ -5,6 +5,7 @@
 #include "tools/tavlynctl/changes.h"
 #include "tools/tavlynctl/commands.h"
 #include "tools/tavlynctl/fields.h"
+#include "tools/tavlynctl/product_settings.h"
 #include "tools/tavlynctl/session.h"
 
 namespace tavlyn::ctl {
@@ -17,9 +18,21 @@ struct Move {
 constexpr Move kMoves[] = {
     {"save", SaveUserDflts}, {"restore", ResetUserDflts}, {"plus", tavlynPlusDefaults}};
 
+Json SetSettings(const Options& options, std::uint32_t product) {
+  const Json wanted = ParseSettings(options.words);
+  const Session session(options.link, product);
+  session.Use(options.device);
+  CheckConfiguration(options.config.value_or(0));
+  const SettingsPlan plan{MirrorSettings(), wanted, MirrorSettings};
+  StoreSettings(wanted);
+  return CarrySettings(NewDocument("config set", options.device), plan, options.dryRun);
+}
+
 }  // namespace
 
 Json SetConfig(const Options& options) {
+  const std::uint32_t product = ProductOfWords(options.words);
+  if (product != kReaders) return SetSettings(options, product);
   std::vector<Wish> wishes;
   for (const std::string& text : options.words) wishes.push_back(ParseWish(text));
   const Session session(options.link);
@@ -31,7 +44,7 @@ Json SetConfig(const Options& options) {
     const SelectedConfiguration selected(index);
     Store(wishes);
   }
-  return Carry(NewDocument("config set", options.device), {change}, options.dryRun, Commit);
+  return Carry(NewDocument("config set", options.device), {change}, SendingOf(options.dryRun), Commit);
 }
 
 Json ResetConfig(const Options& options) {

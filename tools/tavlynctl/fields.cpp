@@ -6,6 +6,7 @@
 
 #include "api.h"
 #include "tools/nearest.h"
+#include "tools/tavlynctl/product_settings.h"
 #include "tools/tavlynctl/session.h"
 
 namespace tavlyn::ctl {
@@ -30,10 +31,11 @@ std::string Suggestion(const std::string& name) {
   for (const Field& field : fields) names.push_back(FullName(field));
   for (const Field& field : fields) names.emplace_back(field.name);
   for (const Field& field : fields) names.emplace_back(field.record);
+  for (const NamedSetting& setting : SettingNames()) names.push_back(setting.name);
   const auto found = Nearest(name, names);
   if (!found) return "; config show lists them all";
-  const bool isRecord = *found >= 2 * fields.size();
-  return "; did you mean " + names[isRecord ? *found : *found % fields.size()] + "?";
+  const bool isShort = *found >= fields.size() && *found < 2 * fields.size();
+  return "; did you mean " + names[*found - (isShort ? fields.size() : 0)] + "?";
 }
 
 // "iLeadParityBitCnt, iTrailParityBitCnt, …" of a record; empty when there is none of that name.

@@ -11,9 +11,9 @@ constexpr unsigned kHighestOctet = 255;
 constexpr unsigned kHighestTcpPort = 65535;
 
 // Takes numbers and signs off the front of a text.
-class Scan {
+class AddressScan {
  public:
-  explicit Scan(std::string_view text) : left_(text) {}
+  explicit AddressScan(std::string_view text) : left_(text) {}
 
   [[nodiscard]] bool Number(unsigned lowest, unsigned highest, unsigned& number) {
     const auto [end, error] = std::from_chars(left_.data(), left_.data() + left_.size(), number);
@@ -46,7 +46,7 @@ class Scan {
 }  // namespace
 
 bool TakePorts(const std::string& text, Link& link) {
-  Scan scan(text);
+  AddressScan scan(text);
   unsigned first = 0;
   if (!scan.Number(1, kHighestComPort, first)) return false;
   unsigned last = first;
@@ -58,7 +58,7 @@ bool TakePorts(const std::string& text, Link& link) {
 }
 
 bool TakePeer(const std::string& text, Link& link) {
-  Scan scan(text);
+  AddressScan scan(text);
   unsigned port = 0;
   if (!scan.Address(link.ip) || !scan.Sign(':') || !scan.Number(1, kHighestTcpPort, port)) return false;
   link.kind = LinkKind::kEthernet;
@@ -67,7 +67,7 @@ bool TakePeer(const std::string& text, Link& link) {
 }
 
 std::optional<IpRange> ParseRange(const std::string& text) {
-  Scan scan(text);
+  AddressScan scan(text);
   IpRange range;
   if (!scan.Address(range.ip)) return std::nullopt;
   unsigned last = range.ip[3];

@@ -6,13 +6,12 @@
 #include "tools/tavlynctl/changes.h"
 #include "tools/tavlynctl/commands.h"
 #include "tools/tavlynctl/hex_bytes.h"
+#include "tools/tavlynctl/product_settings.h"
 #include "tools/tavlynctl/session.h"
 
 namespace tavlyn::ctl {
 namespace {
 
-constexpr std::uint16_t kFields = 11;
-constexpr std::size_t kKeyBytes = 16;
 const std::string kKeys = "keys";
 
 struct Part {
@@ -48,7 +47,7 @@ constexpr Part kParts[] = {
 // The key bytes that are in use.
 std::string KeysOf(std::uint16_t field) {
   std::string text;
-  const std::uint32_t count = std::min<std::uint32_t>(sorbaneGetFieldKeyCount(field), kKeyBytes);
+  const std::uint32_t count = std::min<std::uint32_t>(sorbaneGetFieldKeyCount(field), kUserFieldKeys);
   for (std::uint32_t at = 0; at < count; ++at) {
     text += Hex(sorbaneGetFieldKeydata(field, static_cast<std::uint16_t>(at)), 2);
   }
@@ -99,7 +98,7 @@ Json ParseWords(const std::vector<std::string>& words) {
       continue;
     }
     const Bytes bytes = ParseHex(value, kKeys.c_str());
-    if (bytes.size() > kKeyBytes) throw Failure(kUsage, "a user field has 16 key bytes");
+    if (bytes.size() > kUserFieldKeys) throw Failure(kUsage, "a user field has 16 key bytes");
     wanted[name] = HexText(bytes);
   }
   return wanted;
@@ -122,7 +121,7 @@ Json MagFields(const Options& options) {
   session.Use(options.device);
   Json document = NewDocument("magfield", options.device);
   Json& fields = document["fields"] = Json::array();
-  for (std::uint16_t field = 1; field <= kFields; ++field) {
+  for (std::uint16_t field = 1; field <= kUserFields; ++field) {
     if (options.index != 0 && options.index != field) continue;
     Json row{{"number", field}};
     row.update(PartsOf(field));

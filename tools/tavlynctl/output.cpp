@@ -15,7 +15,16 @@ constexpr int kIndent = 2;
 
 bool IsScalar(const Json& value) { return !value.is_structured(); }
 
-bool IsList(const Json& value) { return value.is_array() && std::ranges::all_of(value, IsScalar); }
+// Sentences, each a line of its own.
+bool IsText(const Json& value) {
+  return value.is_array() && std::ranges::any_of(value, [](const Json& one) {
+           return one.is_string() && one.get_ref<const std::string&>().find(' ') != std::string::npos;
+         });
+}
+
+bool IsList(const Json& value) {
+  return value.is_array() && std::ranges::all_of(value, IsScalar) && !IsText(value);
+}
 
 bool IsCell(const Json& value) { return IsScalar(value) || IsList(value); }
 
@@ -95,6 +104,8 @@ void ShowObject(const Json& object, std::size_t indent) {
     Line(indent, Label(key));
     if (value.is_object()) {
       ShowObject(value, indent + kIndent);
+    } else if (IsText(value)) {
+      for (const Json& line : value) Line(indent + kIndent, Cell(line));
     } else if (IsTable(value)) {
       ShowTable(value, indent + kIndent);
     } else {

@@ -26,7 +26,7 @@ Json SetOutputs(const char* command, const std::vector<Wish>& wishes, const Opti
   const Change change = Wanting(GetActConfig(), Values(wishes));
   Json document = NewDocument(command, options.device);
   document["stored"] = options.store;
-  return Carry(std::move(document), {change}, false, [&] {
+  return Carry(std::move(document), {change}, Sending::kAll, [&] {
     if (!options.store) return StoreNow(wishes);
     Store(wishes);
     Commit();

@@ -1,33 +1,54 @@
 #include "tools/tavlynctl/product_settings.h"
 
+#include <algorithm>
 #include <charconv>
-#include <filesystem>
 #include <fstream>
-#include <random>
+#include <iterator>
 #include <sstream>
 #include <string_view>
 
 #include "api.h"
 #include "core/ascii_case.h"
+#include "core/fields.h"
 #include "core/text_file.h"
-#include "tools/tavlynctl/fields.h"
+#include "core/text_tokens.h"
+#include "tools/nearest.h"
 #include "tools/tavlynctl/file_problem.h"
 #include "tools/tavlynctl/session.h"
+#include "tools/tavlynctl/whole_file.h"
 
 namespace tavlyn::ctl {
 namespace {
 
-namespace fs = std::filesystem;
-
-struct Title {
+struct TextForm {
   std::uint32_t product;
-  const char* text;
+  const char* title;
+  const char* equals;   // between a name and its number
+  const char* written;  // stands in a file that a library has written,
+  const char* last;     // which then ends with this
 };
-constexpr Title kTitles[] = {{kMagstripes, "--- Sorbane Configuration Template File ---"},
-                             {kSensors, "--- Sonar Configuration Template File ---"}};
+constexpr TextForm kForms[] = {
+    {kMagstripes, "--- Sorbane Configuration Template File ---", ": ", "//Library Version:", "//##END##"},
+    {kSensors, "--- Sonar Configuration Template File ---", " = ", ":Library Version:", "SNBlankTmI"}};
 constexpr std::size_t kTitleRoom = 128;
 
-constexpr std::string_view kBlanks = " \t\r\n\f\v";
+constexpr unsigned kLeds = 5;
+// Only the library has these.
+constexpr const char* kUnkept[] = {"KeyPressTime", "KeyReleaseTime"};
+
+struct SettingBounds {
+  const char* name;
+  int least;
+  int most;
+};
+constexpr SettingBounds kSettingBounds[] = {
+#define SONAR_BOUNDED(key, least, most, over, error) {#key, least, most},
+#include "core/sonar_fields.inc"
+};
+
+const TextForm& FormOf(std::uint32_t product) {
+  return *std::ranges::find_if(kForms, [&](const TextForm& one) { return one.product == product; });
+}
 
 std::string TextOfFile(const std::string& path) {
   const std::ifstream file(path, std::ios::binary);
@@ -36,88 +57,190 @@ std::string TextOfFile(const std::string& path) {
   return text.str();
 }
 
-std::string_view Trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
-// "name: number" or "name = number", with a comment behind it or not.
-void TakeLine(std::string_view line, Json& settings) {
-  line = Trimmed(line);
-  if (line.empty() || line.front() == kCommentMark || line.front() == kInformationMark) return;
-  const std::size_t sign = line.find_first_of(":=");
-  if (sign == std::string_view::npos) return;
-  const std::string_view value = Trimmed(line.substr(sign + 1));
-  int number = 0;
-  const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), number);
-  if (error == std::errc()) settings[std::string(Trimmed(line.substr(0, sign)))] = number;
-}
-
-// A folder that nobody had before, so that what is written into it is one's own.
-class OwnFolder {
- public:
-  OwnFolder() {
-    std::random_device random;
-    std::error_code error;
-    const fs::path all = fs::temp_directory_path(error);
-    if (!error) path_ = all / ("tavlynctl-" + Hex(random(), 8) + Hex(random(), 8));
-    if (error || !fs::create_directory(path_, error)) {
-      throw Failure(kBadFile, "no folder for temporary files can be made in " + all.string());
+std::vector<NamedSetting> AllSettings() {
+  std::vector<NamedSetting> all;
+  const auto magstripe = [&](const std::string& name) { all.push_back({kMagstripes, name}); };
+  magstripe("LUID");
+#define SORBANE_SYSTEM(name, flag, comment) magstripe(#name);
+#include "magstripe/cfg_file.inc"
+  for (unsigned led = 0; led < kLeds; ++led) magstripe("LedColor[" + std::to_string(led) + "]");
+  for (unsigned field = 0; field < kUserFields; ++field) {
+    const std::string prefix = "UserField[" + std::to_string(field) + "].";
+#define SORBANE_FIELD(name, flag, comment) magstripe(prefix + #name);
+#include "magstripe/cfg_file.inc"
+    for (unsigned key = 0; key < kUserFieldKeys; ++key) {
+      magstripe(prefix + "Keybyte[" + std::to_string(key) + "]");
     }
-    fs::permissions(path_, fs::perms::owner_all, error);
   }
-  ~OwnFolder() {
-    std::error_code none;
-    fs::remove_all(path_, none);
+#define SONAR_WORD(record, name, key, comment) all.push_back({kSensors, #key});
+#include "core/sonar_fields.inc"
+  return all;
+}
+
+std::string SuggestedSetting(const std::string& name, std::uint32_t product) {
+  std::vector<std::string> names;
+  for (const NamedSetting& one : SettingNames()) {
+    if (one.product == product) names.push_back(one.name);
   }
-  OwnFolder(const OwnFolder&) = delete;
-  OwnFolder& operator=(const OwnFolder&) = delete;
+  return DidYouMean(name, names);
+}
 
-  [[nodiscard]] std::string File() const { return (path_ / "settings").string(); }
-
- private:
-  fs::path path_;
+struct Entry {
+  std::string name;
+  std::optional<int> number;
 };
+
+// As the library takes the line apart. An empty name where it says nothing.
+Entry EntryOf(std::string_view line, std::uint32_t product) {
+  Entry entry;
+  if (product == kSensors) {
+    Tokens tokens(Content(line));
+    entry.name = tokens.Next(kEntryDelimiters);
+    std::uint16_t number = 0;
+    if (Scan(tokens.Next(kEntryDelimiters), "%hu", number)) entry.number = number;
+    return entry;
+  }
+  if (Content(line).empty()) return entry;
+  const std::size_t colon = std::min(line.find(':'), line.size());
+  entry.name = line.substr(0, colon);
+  long number = 0;
+  if (colon < line.size() && Scan(line.substr(colon + 1), "%ld", number))
+    entry.number = static_cast<int>(number);
+  return entry;
+}
+
+// What is wrong with an entry; else it is among the settings.
+std::string TakeEntry(const Entry& entry, std::uint32_t product, Json& settings) {
+  const auto known = FindSetting(entry.name);
+  if (!known || known->product != product)
+    return "unknown name " + entry.name + SuggestedSetting(entry.name, product);
+  if (!entry.number) return entry.name + " has no number";
+  settings[known->name] = *entry.number;
+  return {};
+}
+
+std::string FormatBounds(const std::string& name) {
+  const auto* bounds =
+      std::ranges::find_if(kSettingBounds, [&](const SettingBounds& one) { return name == one.name; });
+  if (bounds == std::end(kSettingBounds)) return {};
+  return " (it takes " + std::to_string(std::max(bounds->least, 0)) + " to " + std::to_string(bounds->most) +
+         ")";
+}
+
+Failure NotWritten() { return {kBadFile, "a temporary file cannot be written; is the disk full?"}; }
+
+std::string NameIn(const std::string& word) { return word.substr(0, word.find('=')); }
 
 }  // namespace
 
+const std::vector<NamedSetting>& SettingNames() {
+  static const std::vector<NamedSetting> kAll = AllSettings();
+  return kAll;
+}
+
+std::optional<NamedSetting> FindSetting(const std::string& name) {
+  // Sonar files may name a setting in any case, the others not.
+  const auto found = std::ranges::find_if(SettingNames(), [&](const NamedSetting& one) {
+    return name == one.name || (one.product == kSensors && SameText(name, one.name));
+  });
+  return found != SettingNames().end() ? std::optional(*found) : std::nullopt;
+}
+
+std::uint32_t ProductOfWords(const std::vector<std::string>& words) {
+  std::optional<NamedSetting> first;
+  for (const std::string& word : words) {
+    NamedSetting one = FindSetting(NameIn(word)).value_or(NamedSetting{kReaders, NameIn(word)});
+    if (first && first->product != one.product) {
+      throw Failure(kUsage, first->name + " is for a " + ProductName(first->product) + ", " + one.name +
+                                " for a " + ProductName(one.product));
+    }
+    first = std::move(one);
+  }
+  return first->product;
+}
+
+Json ParseSettings(const std::vector<std::string>& words) {
+  Json wanted = Json::object();
+  for (const std::string& word : words) {
+    const std::string name = NameIn(word);
+    if (name == word) throw Failure(kUsage, word + " is not SETTING=VALUE");
+    int value = 0;
+    const char* end = word.data() + word.size();
+    const auto [stop, error] = std::from_chars(word.data() + name.size() + 1, end, value);
+    if (error != std::errc() || stop != end) throw Failure(kUsage, word + ": the value is no number");
+    wanted[FindSetting(name)->name] = value;
+  }
+  return wanted;
+}
+
 std::uint32_t ProductOfFile(const std::string& path) {
   const std::string head = TextOfFile(path).substr(0, kTitleRoom);
-  for (const Title& title : kTitles) {
-    if (head.find(title.text) != std::string::npos) return title.product;
+  for (const TextForm& form : kForms) {
+    if (head.find(form.title) != std::string::npos) return form.product;
   }
   return kReaders;
 }
 
-Json SettingsOfFile(const std::string& path) {
+void RefuseSecure(std::uint32_t product) {
+  throw Failure(kUsage, std::string("files of a ") + ProductName(product) + " have no integrity trailer");
+}
+
+SettingsFile ReadSettings(const std::string& path, std::uint32_t product) {
+  const TextForm& form = FormOf(product);
   std::istringstream text(TextOfFile(path));
-  Json settings = Json::object();
-  for (std::string line; std::getline(text, line);) TakeLine(line, settings);
-  return settings;
+  SettingsFile file;
+  bool written = false;
+  bool ended = false;
+  int number = 0;
+  for (std::string line; std::getline(text, line);) {
+    ++number;
+    if (line.ends_with('\r')) line.pop_back();
+    written = written || line.starts_with(form.written);
+    const Entry entry = EntryOf(line, product);
+    ended = ended || line.starts_with(form.last) || SameText(entry.name, form.last);
+    if (entry.name.empty() || std::ranges::find(kUnkept, entry.name) != std::end(kUnkept)) continue;
+    const std::string wrong = TakeEntry(entry, product, file.settings);
+    if (!wrong.empty()) file.ignored.push_back("line " + std::to_string(number) + ": " + wrong);
+  }
+  if (file.settings.empty()) throw Failure(kBadFile, path + " holds no configuration");
+  if (written && !ended) throw Failure(kBadFile, path + " ends in the middle of its configuration");
+  return file;
+}
+
+Json SettingsIn(const std::string& path, const Failure& otherwise) try {
+  return ReadSettings(path, GetProduct()).settings;
+} catch (const Failure&) {
+  throw otherwise;
 }
 
 Json MirrorSettings() {
-  const OwnFolder folder;
-  const std::string file = folder.File();
-  if (WriteDevCfgToFile(file.c_str()) != 1) throw Failure(kBadFile, file + " cannot be written");
-  Json settings = SettingsOfFile(file);
-  // A magnetic-stripe reader is told neither of these.
-  settings.erase("KeyPressTime");
-  settings.erase("KeyReleaseTime");
-  return settings;
+  const TemporaryFile file;
+  WriteDevCfgToFile(file.Path().c_str());
+  return SettingsIn(file.Path(), NotWritten());
 }
 
-Json NamedAsIn(const Json& mirror, const Json& file, std::uint32_t product) {
-  // Sonar files may name a setting in any case, the others not.
-  const bool anyCase = product == kSensors;
-  Json named = Json::object();
-  for (const auto& [name, value] : file.items()) {
-    for (const auto& [known, old] : mirror.items()) {
-      if (name == known || (anyCase && SameText(name, known))) named[known] = value;
-    }
+void LoadMirror(const std::string& path, const Json& wanted, const std::string& what) {
+  if (ReadDevCfgFmFile(path.c_str()) != 1) throw Failure(kBadFile, path + " could not be loaded");
+  const Json loaded = MirrorSettings();
+  std::string refused;
+  for (const auto& [name, value] : wanted.items()) {
+    if (loaded[name] == value) continue;
+    refused += (refused.empty() ? "" : ", ") + name + " = " + value.dump() + FormatBounds(name);
   }
-  return named;
+  if (!refused.empty()) throw Failure(kUsage, ActiveDeviceName() + " does not take " + what + refused);
+}
+
+// The library has calls for some settings alone; a file may name any.
+void StoreSettings(const Json& wanted) {
+  const TextForm& form = FormOf(GetProduct());
+  const TemporaryFile file;
+  {
+    std::ofstream text(file.Path());
+    text << kCommentMark << kCommentMark << form.title << '\n';
+    for (const auto& [name, value] : wanted.items()) text << name << form.equals << value << '\n';
+    if (!text.flush()) throw NotWritten();
+  }
+  LoadMirror(file.Path(), wanted, "");
 }
 
 }  // namespace tavlyn::ctl

@@ -2,15 +2,14 @@
 // for.
 #include <array>
 #include <cstdio>
-#include <fstream>
 #include <iostream>
-#include <iterator>
 
 #include "api.h"
 #include "tools/tavlynctl/commands.h"
 #include "tools/tavlynctl/hex_bytes.h"
 #include "tools/tavlynctl/session.h"
 #include "tools/tavlynctl/template_file.h"
+#include "tools/tavlynctl/whole_file.h"
 
 namespace tavlyn::ctl {
 namespace {
@@ -52,9 +51,7 @@ const BleKind& KindOf(const Options& options) { return options.keys ? kBleKeys :
 
 // The library's word for it is the same as for a reader that fails.
 void CheckBleKind(const std::string& path, const BleKind& kind) {
-  std::ifstream file(path, std::ios::binary);
-  const std::string text{std::istreambuf_iterator<char>(file), {}};
-  if (text.find(kind.begin) != std::string::npos) return;
+  if (HasText(path, kind.begin)) return;
   throw Failure(kBadFile, path + " holds no BLE " + kind.what);
 }
 
@@ -114,18 +111,18 @@ Json WriteSecure(const Options& options) {
   return document;
 }
 
-// A save that could not be read is whole but holds zeros, and a load would take it: it does not stay.
+// A save that could not be read is whole but holds zeros, and a load would take it.
 Json SaveBle(const Options& options) {
-  const std::string& path = options.files.front();
+  const NewFile file(options.files.front());
   const Session session(options.link);
   session.Use(options.device);
-  const std::uint32_t saved = KindOf(options).save(path.c_str());
-  if (saved != 1) throw Failure(kBadFile, path + " cannot be written");
-  if (GetLastLibErr() != 0) {
-    std::remove(path.c_str());
+  const std::uint32_t saved = KindOf(options).save(file.Path().c_str());
+  if (saved == 1 && GetLastLibErr() != 0) {
     throw Lost("the BLE " + std::string(KindOf(options).what) + " could not be read from");
   }
-  CheckTrailer(path, Trailer::kHwg);
+  // The library does not tell of a disk that is full.
+  if (saved != 1 || CheckTamperedFile(file.Path().c_str(), 0) != 1) throw file.NotWhole();
+  file.Keep();
   return BleDocument("ble save", options);
 }
 

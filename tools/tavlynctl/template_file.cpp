@@ -8,6 +8,8 @@
 #include "api.h"
 #include "core/ascii_case.h"
 #include "core/text_file.h"
+#include "core/text_tokens.h"
+#include "tools/nearest.h"
 #include "tools/tavlynctl/fields.h"
 #include "tools/tavlynctl/file_problem.h"
 
@@ -16,6 +18,12 @@ namespace {
 
 // The library takes longer lines for several.
 constexpr int kLineRoom = 128;
+constexpr const char* kHwgMark = "iEndOfHwgFile";
+constexpr const char* kIniMark = "iEndOfIniFile";
+// Stands in what a library has written; a file that somebody has written may hold as little as he likes.
+constexpr const char* kWrittenMark = ":Library Version:";
+constexpr const char* kCut = "ends in the middle of configuration ";
+constexpr const char* kNextMark = "##NEXTCONFIG##";
 
 void EachLine(const std::string& path, const std::function<void(const std::string&)>& take) {
   const File file(std::fopen(path.c_str(), "rb"));
@@ -28,45 +36,50 @@ void EachLine(const std::string& path, const std::function<void(const std::strin
   } while (std::fgets(line, sizeof line, file.get()) != nullptr);
 }
 
-bool Holds(const std::string& text, const char* part) { return text.find(part) != std::string::npos; }
-
-std::string NextToken(std::string_view& rest, const char* delimiters) {
-  rest.remove_prefix(std::min(rest.find_first_not_of(delimiters), rest.size()));
-  const std::string_view token = rest.substr(0, rest.find_first_of(delimiters));
-  rest.remove_prefix(token.size());
-  return std::string(token);
-}
+bool Holds(std::string_view text, std::string_view part) { return text.find(part) != std::string_view::npos; }
 
 // The name among Settings, and whether it is a flag: for a reader every value but 0 is then one.
 struct Keyword {
-  std::string name;
+  bool known = false;
+  std::string name;  // empty for what no reader keeps
   bool flag = false;
 };
 
-Keyword KeywordOf(const std::string& word) {
+Keyword KeywordOf(std::string_view word) {
   for (const SavedOption& option : kSavedOptions) {
-    if (SameText(word, option.keyword)) return {option.keyword, true};
+    if (SameText(word, option.keyword)) return {true, option.keyword, true};
   }
+  Keyword found;
   for (const SavedField& saved : kSavedFields) {
-    if (saved.save == Save::kUnsaved || !SameText(word, saved.keyword)) continue;
-    return {FullName(std::string_view(kRecordNames[saved.field.record]).substr(2), saved.keyword),
+    if (!SameText(word, saved.keyword)) continue;
+    found.known = true;
+    if (saved.save == Save::kUnsaved) continue;
+    return {true, FullName(std::string_view(kRecordNames[saved.field.record]).substr(2), saved.keyword),
             saved.save == Save::kFlag};
   }
-  return {};
+  return found;
+}
+
+std::string Suggested(std::string_view word) {
+  std::vector<std::string> names;
+  for (const SavedOption& option : kSavedOptions) names.emplace_back(option.keyword);
+  for (const SavedField& saved : kSavedFields) {
+    if (saved.save != Save::kUnsaved) names.emplace_back(saved.keyword);
+  }
+  return DidYouMean(word, names);
 }
 
 class Parser {
  public:
-  void Take(const std::string& whole) {
-    const std::size_t first = whole.find_first_not_of(" \t\r\n\f\v");
-    if (first == std::string::npos || whole[first] == kCommentMark || whole[first] == kInformationMark)
-      return;
-    const std::string line = whole.substr(first);
-    if (line.starts_with("##NEXTCONFIG##")) {
-      all_.emplace_back(Json::object());
-      state_ = State::kEntries;
-      return;
-    }
+  // A line, or the next piece of one.
+  void Take(const std::string& piece) {
+    if (begins_) ++number_;
+    begins_ = piece.ends_with('\n');
+    written_ = written_ || piece.starts_with(kWrittenMark);
+    std::string_view line = Content(piece);
+    if (line.empty()) return;
+    line = line.substr(0, line.find_last_not_of("\r\n") + 1);
+    if (line.starts_with(kNextMark)) return Close();
     const bool named = Holds(line, kSepBlockName);
     switch (state_) {
       case State::kEntries:
@@ -84,32 +97,68 @@ class Parser {
           TakeSepBytes(line);
         }
         break;
-      case State::kCard: TakeCard(line); break;
+      case State::kCard: TakeCard(std::string(line)); break;
     }
   }
 
-  std::vector<Json> Result() {
-    while (!all_.empty() && all_.back().empty()) all_.pop_back();
-    return std::move(all_);
+  Template Result() {
+    const bool more = closed_ || now_.contains(kCardTypeName);
+    const bool cut = state_ == State::kSepBytes || (written_ && state_ == State::kEntries);
+    if (!now_.empty()) {
+      if (more || cut) Complain(kCut);
+      told_.configurations.push_back(std::move(now_));
+    }
+    if (told_.configurations.empty()) told_.problem = "holds no configuration";
+    return std::move(told_);
   }
 
  private:
   enum class State { kEntries, kSepBytes, kCard };
 
+  // The library writes the card lines of a configuration that it could not read, and nothing else of it.
+  void Close() {
+    if (!entries_) Complain("lacks configuration ");
+    if (state_ != State::kCard) Complain(kCut);
+    told_.configurations.push_back(std::move(now_));
+    now_ = Json::object();
+    entries_ = false;
+    closed_ = true;
+    state_ = State::kEntries;
+  }
+
+  void Complain(const char* what) {
+    if (told_.problem.empty()) told_.problem = what + std::to_string(told_.configurations.size());
+  }
+
+  void Ignore(const std::string& why) {
+    told_.ignored.push_back("line " + std::to_string(number_) + ": " + why);
+  }
+
   void TakeEntry(std::string_view line) {
-    constexpr const char* kDelimiters = ", =\t";
-    const Keyword keyword = KeywordOf(NextToken(line, kDelimiters));
+    Tokens tokens(line);
+    const std::string word(tokens.Next(kEntryDelimiters));
+    if (word.starts_with(kHwgMark)) return;
+    if (word == "CardType:" || word == "CardPriority:")
+      return Ignore("it counts behind separator data alone");
+    const Keyword keyword = KeywordOf(word);
     std::uint16_t value = 0;
-    if (keyword.name.empty() || std::sscanf(NextToken(line, kDelimiters).c_str(), "%hu", &value) != 1) return;
-    all_.back()[keyword.name] =
+    if (!keyword.known) return Ignore("unknown name " + word + Suggested(word));
+    if (!Scan(tokens.Next(kEntryDelimiters), "%hu", value)) return Ignore(word + " has no number");
+    entries_ = true;
+    if (keyword.name.empty()) return Ignore("no reader keeps " + word);
+    now_[keyword.name] =
         keyword.flag ? static_cast<std::int16_t>(value != 0) : static_cast<std::int16_t>(value);
   }
 
   void TakeSepBytes(std::string_view line) {
-    for (std::string token = NextToken(line, ",. \t"); !token.empty(); token = NextToken(line, ",. \t")) {
+    Tokens tokens(line);
+    for (auto token = tokens.Next(kDataDelimiters); !token.empty(); token = tokens.Next(kDataDelimiters)) {
       unsigned byte = 0;
-      if (sepBytes_ >= kSepFldBytes || std::sscanf(token.c_str(), "%x", &byte) != 1) return;
-      all_.back()[SepByteName(sepBytes_++)] = Hex(byte & 0xFFU, 2);
+      if (token.front() == kCommentMark) return;
+      if (sepBytes_ >= kSepFldBytes) return;
+      if (!Scan(token, "%x", byte)) return Ignore("something that is no byte");
+      now_[SepByteName(sepBytes_++)] = Hex(byte & 0xFFU, 2);
+      entries_ = true;
     }
   }
 
@@ -118,21 +167,29 @@ class Parser {
     long type = 0;
     int priority = 0;
     if (std::sscanf(line.c_str(), "CardType: %ld", &type) == 1) {
-      all_.back()[kCardTypeName] = Hex(static_cast<unsigned>(type) & 0xFFFFU, 4);
-      all_.back()[kCardPriorityName] = PriorityText(false);
+      now_[kCardTypeName] = Hex(static_cast<unsigned>(type) & 0xFFFFU, 4);
+      now_[kCardPriorityName] = PriorityText(false);
     } else if (std::sscanf(line.c_str(), "CardPriority: %d", &priority) == 1) {
-      all_.back()[kCardPriorityName] = PriorityText(priority != 0);
+      now_[kCardPriorityName] = PriorityText(priority != 0);
+    } else if (!line.starts_with(kHwgMark)) {
+      Ignore("it stands behind the separator data");
     }
   }
 
-  std::vector<Json> all_{Json::object()};
+  Template told_;
+  Json now_ = Json::object();
   State state_ = State::kEntries;
   std::size_t sepBytes_ = 0;
+  int number_ = 0;
+  bool begins_ = true;    // the next piece begins a line
+  bool entries_ = false;  // of the configuration that is being read
+  bool closed_ = false;   // a configuration before it
+  bool written_ = false;
 };
 
 }  // namespace
 
-std::vector<Json> ReadTemplate(const std::string& path) {
+Template ParseTemplate(const std::string& path) {
   Parser parser;
   std::string head;
   EachLine(path, [&](const std::string& line) {
@@ -145,13 +202,22 @@ std::vector<Json> ReadTemplate(const std::string& path) {
   return parser.Result();
 }
 
-bool HasTrailer(const std::string& path, Trailer trailer) {
-  const std::string_view mark = trailer == Trailer::kHwg ? "iEndOfHwgFile" : "iEndOfIniFile";
+Template ReadTemplate(const std::string& path) {
+  Template file = ParseTemplate(path);
+  if (!file.problem.empty()) throw Failure(kBadFile, path + " " + file.problem);
+  return file;
+}
+
+bool HasText(const std::string& path, std::string_view text) {
   bool found = false;
   EachLine(path, [&](const std::string& line) {
-    found = found || !std::ranges::search(line, mark, {}, AsciiLower, AsciiLower).empty();
+    found = found || !std::ranges::search(line, text, {}, AsciiLower, AsciiLower).empty();
   });
   return found;
+}
+
+bool HasTrailer(const std::string& path, Trailer trailer) {
+  return HasText(path, trailer == Trailer::kHwg ? kHwgMark : kIniMark);
 }
 
 void CheckTrailer(const std::string& path, Trailer trailer) {

@@ -1,0 +1,227 @@
+// tavlynctl where it writes files, and what it makes of files that are not whole.
+#include "tests/boundary/simulated_run.h"
+
+namespace tavlyn::boundary {
+namespace {
+
+constexpr const char* kTitle = "/--- Tavlyn and OEM Reader Configuration Template File ---\n";
+
+class TavlynctlFiles : public SimulatedRun {
+ protected:
+  void WriteFile(const char* name, const std::string& text) {
+    std::ofstream(folder_ / name, std::ios::binary) << text;
+  }
+
+  // With a trailer that fits, which anybody can make.
+  void WriteSecure(const char* name, std::string body) {
+    if (!body.ends_with('\n')) body += '\n';
+    WriteFile(name, body + "/--- iEndOfHwgFile \niEndOfHwgFile = " + Sum(body));
+  }
+
+  // A file as the device saves it.
+  std::string Saved(const std::string& device) {
+    EXPECT_EQ(0, Run(device, {"ctl config save own.hwg"})[0].status);
+    return TextOf(folder_ / "own.hwg");
+  }
+
+  [[nodiscard]] int Leftovers() const {
+    int count = 0;
+    for (const auto& one : fs::directory_iterator(folder_)) {
+      if (Holds(one.path().filename().string(), ".tavlynctl-")) ++count;
+    }
+    return count;
+  }
+
+  // How many exchanges with the device the command takes.
+  int Exchanges(const std::string& device, const std::string& command) {
+    Run(device, {"typed exchanges; " + command + "; typed exchanges"});
+    int before = 0;
+    int behind = 0;
+    EXPECT_EQ(2, std::sscanf(simulatorTold_.c_str(), "tavlynsim: %d tavlynsim: %d", &before, &behind));
+    return behind - before;
+  }
+};
+
+TEST_F(TavlynctlFiles, ASaveThatFailsLeavesTheOldFile) {
+  for (const std::string words :
+       {"config save good.hwg --secure", "config save good.hwg", "ble save good.hwg --keys"}) {
+    WriteFile("good.hwg", "what was there");
+    const int whole = Exchanges("--device plus:2", "ctl " + words + " >sink; echo what was there >good.hwg");
+    ASSERT_GT(whole, 100) << words;
+    for (const int before : {whole / 2, whole * 2 / 3, whole * 4 / 5}) {
+      const Ended ended =
+          Run("--device plus:2", {"typed 'vanish " + std::to_string(before) + "'; ctl " + words})[0];
+      EXPECT_EQ(4, ended.status) << words << " vanish " << before << ": " << ended.err;
+      EXPECT_EQ("what was there\n", TextOf(folder_ / "good.hwg")) << words << " vanish " << before;
+      EXPECT_EQ(0, Leftovers());
+    }
+  }
+}
+
+TEST_F(TavlynctlFiles, AFullDiskLeavesTheOldFile) {
+  const std::string limited = "ulimit -f 2; trap '' XFSZ; ctl ";
+  for (const std::string device : {"plus:3", "sonar", "magstripe"}) {
+    WriteFile("good.hwg", "what was there");
+    const auto ended = Run("--device " + device, {limited + "config save good.hwg"});
+    EXPECT_EQ(6, ended[0].status) << device << ended[0].err;
+    EXPECT_TRUE(Holds(ended[0].err, "; is the disk full?")) << ended[0].err;
+    EXPECT_EQ("what was there", TextOf(folder_ / "good.hwg")) << device;
+    EXPECT_EQ(0, Leftovers());
+  }
+}
+
+TEST_F(TavlynctlFiles, RightsOfAFile) {
+  const auto ended = Run(
+      "", {"umask 000; ctl config save a.hwg; ctl config save b.hwg --secure; ctl ble save c.hwg; ctl ble "
+           "save d.hwg --keys",
+           "stat -c %a a.hwg b.hwg c.hwg d.hwg", "chmod 640 a.hwg; chmod 606 d.hwg; umask 077",
+           "ctl config save a.hwg; ctl ble save d.hwg --keys", "stat -c %a a.hwg d.hwg",
+           "ln -s a.hwg link.hwg; rm b.hwg; ctl config save link.hwg; readlink link.hwg; stat -c %a a.hwg"});
+  EXPECT_EQ("600\n600\n600\n600\n", ended[1].out);
+  EXPECT_EQ("640\n606\n", ended[4].out);
+  EXPECT_TRUE(Holds(ended[5].out, "a.hwg\n640\n")) << ended[5].out << ended[5].err;
+  EXPECT_EQ(0, Leftovers());
+}
+
+// A save whose reader vanished left these headings, whose trailer fits.
+TEST_F(TavlynctlFiles, AFileWithoutAConfigurationIsRefused) {
+  WriteSecure("wreck.hwg", std::string(kTitle) + ":Library Version: 7.9.2 \n:Device FW Version: 74.31 \n");
+  WriteSecure("plus.hwg",
+              std::string(kTitle) +
+                  ":Library Version: 7.9.2 \n:Device FW Version: 74.31 \nCardType: 61188 / Card type code\n"
+                  "CardPriority: 1 / 0=Low, 1=High Priority\n##NEXTCONFIG##\n");
+  WriteFile("sonar.txt", "/--- Sonar Configuration Template File ---\n:Library Version: 7.9.2 \n");
+  const auto ended = Run("", {"ctl check wreck.hwg", "ctl config load wreck.hwg", "ctl config diff wreck.hwg",
+                              "ctl check plus.hwg", "ctl config load plus.hwg --dry-run",
+                              "ctl config diff plus.hwg", "ctl config load sonar.txt",
+                              "ctl ble save ble.hwg; ctl config load ble.hwg", "ctl check ble.hwg"});
+  for (std::size_t i = 0; i + 1 < ended.size(); ++i) EXPECT_EQ(6, ended[i].status) << i << ended[i].err;
+  EXPECT_EQ("tavlynctl: wreck.hwg holds no configuration\n", ended[0].err);
+  EXPECT_EQ("tavlynctl: plus.hwg lacks configuration 0\n", ended[3].err);
+  EXPECT_EQ("tavlynctl: sonar.txt holds no configuration\n", ended[6].err);
+  EXPECT_EQ("tavlynctl: ble.hwg holds no configuration\n", ended[7].err);
+  EXPECT_EQ(0, ended[8].status) << ended[8].err;
+}
+
+TEST_F(TavlynctlFiles, ACutConfigurationIsRefused) {
+  const std::string plain = Saved("");
+  const std::string plus = Saved("--device plus:2");
+  const std::size_t next = plus.rfind("##NEXTCONFIG##");
+  const std::vector<std::string> cut = {plain.substr(0, plain.find("bSndFac")),
+                                        plain.substr(0, plain.find("BEGIN")),
+                                        plain.substr(0, plain.find("SepData[]")),
+                                        plain.substr(0, plain.rfind("END ")),
+                                        plus.substr(0, next),
+                                        plus.substr(0, plus.rfind("CardType")),
+                                        plus.substr(0, plus.rfind("bBeepID"))};
+  for (const std::string& text : cut) {
+    WriteSecure("cut.hwg", text);
+    for (const Ended& ended :
+         Run("", {"ctl check cut.hwg", "ctl config load cut.hwg", "ctl config diff cut.hwg"})) {
+      EXPECT_EQ(6, ended.status) << text.size() << ended.err;
+      EXPECT_TRUE(Holds(ended.err, "cut.hwg ends in the middle of configuration ")) << ended.err;
+    }
+  }
+  WriteSecure("lacks.hwg", plus.substr(0, plus.find("##NEXTCONFIG##")) + plus.substr(plus.rfind("CardType")));
+  EXPECT_EQ(0, Run("", {"ctl check lacks.hwg"})[0].status) << "each of what is there is whole";
+  const std::size_t second = plus.find("##NEXTCONFIG##") + 15;
+  WriteSecure("lacks.hwg", plus.substr(0, second) + plus.substr(plus.rfind("CardType")));
+  EXPECT_EQ("tavlynctl: lacks.hwg lacks configuration 1\n", Run("", {"ctl check lacks.hwg"})[0].err);
+  const std::string swipes =
+      (Run("--device magstripe", {"ctl config save own.txt"}), TextOf(folder_ / "own.txt"));
+  WriteFile("cut.txt", swipes.substr(0, swipes.size() / 2));
+  EXPECT_EQ("tavlynctl: cut.txt ends in the middle of its configuration\n",
+            Run("--device magstripe", {"ctl config load cut.txt"})[0].err);
+}
+
+// Somebody's own file may hold as little as he likes.
+TEST_F(TavlynctlFiles, AFewLinesAreAFile) {
+  WriteFile("few.hwg", std::string(kTitle) + "bBeepID = 0\n");
+  const auto ended = Run("", {"ctl config load few.hwg --strict --json", "ctl config get bBeepID --json"});
+  EXPECT_EQ(1u, ParsedText(ended[0])["changes"].size());
+  EXPECT_EQ(Json::array(), ParsedText(ended[0])["ignored"]);
+  EXPECT_EQ(0, ParsedText(ended[1])["fields"]["CfgFlags2.bBeepID"]);
+}
+
+TEST_F(TavlynctlFiles, ALoadTellsWhatItDrops) {
+  WriteFile("file.hwg", std::string(kTitle) +
+                            "\n/ mine\niIDBitCn = 40\nbBeepID = 0\nquite_another = 1\niIDHoldTO = soon\n" +
+                            "iPad4 = 3\niExOutputFormat = 1\n");
+  const auto ended = Run("", {"ctl config load file.hwg --strict", "ctl config load file.hwg --dry-run",
+                              "ctl config load file.hwg --json", "ctl config load file.hwg --json"});
+  EXPECT_EQ(6, ended[0].status);
+  EXPECT_TRUE(Holds(ended[0].err,
+                    "would not be loaded as a whole: line 4: unknown name iIDBitCn; did you mean iIDBitCnt?"))
+      << ended[0].err;
+  EXPECT_TRUE(Holds(ended[1].out, "ignored\n  line 4: unknown name iIDBitCn; did you mean iIDBitCnt?\n"))
+      << ended[1].out;
+  const Json ignored{"line 4: unknown name iIDBitCn; did you mean iIDBitCnt?",
+                     "line 6: unknown name quite_another", "line 7: iIDHoldTO has no number",
+                     "line 8: no reader keeps iPad4",
+                     "IDDispParms.iExOutputFormat of configuration 0: the reader does not have it"};
+  EXPECT_EQ(ignored, ParsedText(ended[2])["ignored"]);
+  EXPECT_EQ(true, ParsedText(ended[2])["written"]);
+  const Json again = ParsedText(ended[3]);
+  EXPECT_EQ(Json::array(), again["changes"]);
+  EXPECT_EQ(false, again["written"]) << "the reader has it all already";
+  EXPECT_EQ(true, again["verified"]);
+}
+
+TEST_F(TavlynctlFiles, ConfigurationsThatDoNotMeet) {
+  Saved("--device plus:3");
+  const auto fewer = Run("--device plus:2",
+                         {"ctl config load own.hwg --dry-run --json", "ctl config load own.hwg --strict"});
+  EXPECT_EQ(Json({"configuration 2 of the file: the reader does not have it"}),
+            ParsedText(fewer[0])["ignored"]);
+  EXPECT_EQ(6, fewer[1].status);
+  const Json plain = ParsedText(Run("", {"ctl config load own.hwg --dry-run --json"})[0]);
+  EXPECT_EQ("card type of configuration 0: only a plus reader has one", plain["ignored"][2]);
+  const auto more = Run("--device plus:4", {"ctl config load own.hwg --json"});
+  EXPECT_EQ(Json({"configuration 3 of the reader: the file does not hold it"}),
+            ParsedText(more[0])["ignored"]);
+  Saved("--device plus:11");
+  const auto eleven = Run("--device plus:11", {"ctl config load own.hwg --dry-run --json"});
+  EXPECT_EQ(Json({"configuration 10 of the reader: only the first ten are loaded"}),
+            ParsedText(eleven[0])["ignored"]);
+}
+
+TEST_F(TavlynctlFiles, UnknownSettingsAreTold) {
+  WriteFile("own.txt",
+            "/--- Sonar Configuration Template File ---\nPingRat = 300\npingrates = 300\nMaxDistS: 50\n");
+  const auto ended =
+      Run("--device sonar", {"ctl config load own.txt --strict", "ctl config load own.txt --json",
+                             "ctl config load own.txt --json"});
+  EXPECT_EQ(6, ended[0].status) << ended[0].err;
+  const Json ignored{"line 2: unknown name PingRat; did you mean PingRateS?",
+                     "line 4: unknown name MaxDistS:; did you mean MaxDistS?"};
+  EXPECT_EQ(ignored, ParsedText(ended[1])["ignored"]);
+  EXPECT_EQ(true, ParsedText(ended[1])["written"]);
+  EXPECT_EQ(false, ParsedText(ended[2])["written"]);
+}
+
+// A connect reads one configuration of a plus reader that is not the first device.
+TEST_F(TavlynctlFiles, APlusReaderBehindAnotherIsReadWhole) {
+  const std::string two = "--device plus:3 --device plus:3";
+  const auto ended =
+      Run(two, {"ctl cards --device 1 --json", "ctl cards set 2 EF04 high --device 1 --json",
+                "ctl config set --device 1 --config 1 bDspHex=1 --json",
+                "ctl config get --device 1 --config 1 bDspHex --json", "ctl config show --device 1 --json",
+                "ctl config save one.hwg --device 1", "ctl config diff one.hwg --device 1 --json",
+                "ctl config load one.hwg --device 1 --json",
+                "ctl config get --device 0 --config 1 bDspHex --json", "ctl cards --device 0 --json"});
+  const Json all = ParsedText(ended[0])["configurations"];
+  EXPECT_EQ(Json({{"index", 2}, {"card_type", "F104"}, {"priority", "low"}}), all[2]);
+  EXPECT_EQ(true, ParsedText(ended[1])["verified"]);
+  EXPECT_EQ(true, ParsedText(ended[2])["verified"]);
+  EXPECT_EQ(1, ParsedText(ended[3])["fields"]["CfgFlags2.bDspHex"]);
+  EXPECT_EQ(3u, ParsedText(ended[4])["configurations"].size());
+  EXPECT_EQ(0, ended[5].status) << ended[5].err;
+  // The file does not hold byte 3 of separator data that was never set.
+  for (const Json& row : ParsedText(ended[6])["differences"]) EXPECT_EQ("sFldSepData[3]", row["field"]);
+  EXPECT_EQ(true, ParsedText(ended[7])["verified"]);
+  EXPECT_EQ(0, ParsedText(ended[8])["fields"]["CfgFlags2.bDspHex"]);
+  EXPECT_EQ("F104", ParsedText(ended[9])["configurations"][2]["card_type"]);
+}
+
+}  // namespace
+}  // namespace tavlyn::boundary

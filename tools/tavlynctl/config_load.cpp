@@ -1,0 +1,154 @@
+// config load.
+#include <algorithm>
+
+#include "api.h"
+#include "tools/tavlynctl/changes.h"
+#include "tools/tavlynctl/commands.h"
+#include "tools/tavlynctl/fields.h"
+#include "tools/tavlynctl/product_settings.h"
+#include "tools/tavlynctl/session.h"
+#include "tools/tavlynctl/template_file.h"
+
+namespace tavlyn::ctl {
+namespace {
+
+// The library loads no more of a file.
+constexpr std::size_t kLoadedConfigurations = 10;
+// First separator byte of a reader that keeps iExOutputFormat; a load clears the field of any other.
+constexpr const char* kExtendedFormat = "24";
+const std::string kOutputFormat = "IDDispParms.iExOutputFormat";
+
+bool IsSepByte(const std::string& name) { return name.starts_with(kSepBlockName); }
+
+void Drop(Json& values, bool (*which)(const std::string&)) {
+  Json kept = Json::object();
+  for (const auto& [name, value] : values.items()) {
+    if (!which(name)) kept[name] = value;
+  }
+  values = std::move(kept);
+}
+
+// Separator data is loaded only over data of the same format, which its first byte names.
+bool TakesSepBytes(const Json& file, const Json& reader) {
+  const std::string first = SepByteName(0);
+  const std::string old = reader[first];
+  const std::string next = file.value(first, old);
+  const std::string second = file.value(SepByteName(1), reader[SepByteName(1)].get<std::string>());
+  return old != "00" && next == old && (next != "00" || second != "00");
+}
+
+bool SepBytesDiffer(const Json& file, const Json& reader) {
+  return std::ranges::any_of(file.items(), [&](const auto& item) {
+    return IsSepByte(item.key()) && item.value() != reader[item.key()];
+  });
+}
+
+std::string Numbered(std::size_t configuration) { return "configuration " + std::to_string(configuration); }
+
+// Configurations that only one of the two has, or that the library passes over.
+void TellUnmatched(std::size_t inFile, std::size_t inReader, std::vector<std::string>& ignored) {
+  for (std::size_t index = inReader; index < inFile; ++index) {
+    ignored.push_back(Numbered(index) + " of the file: the reader does not have it");
+  }
+  for (std::size_t index = std::min(kLoadedConfigurations, inFile); index < inReader; ++index) {
+    ignored.push_back(Numbered(index) + " of the reader: " +
+                      (index < inFile ? "only the first ten are loaded" : "the file does not hold it"));
+  }
+}
+
+// What a load of a file would make of each configuration.
+struct LoadPlan {
+  std::vector<Change> changes;
+  std::vector<std::string> ignored;
+  Json sepBytesDropped = Json::array();  // of these configurations
+};
+
+// Takes out what the reader would not be given.
+void DropUntaken(Change& change, bool plus, LoadPlan& plan) {
+  Json& wanted = change.wanted;
+  const std::string of = " of " + Numbered(static_cast<std::size_t>(change.configuration)) + ": ";
+  if (!plus && wanted.contains(kCardTypeName)) {
+    plan.ignored.push_back("card type" + of + "only a plus reader has one");
+    Drop(wanted, [](const std::string& name) { return name == kCardTypeName || name == kCardPriorityName; });
+  }
+  if (wanted.contains(kOutputFormat) && change.before[SepByteName(0)] != kExtendedFormat) {
+    if (wanted[kOutputFormat] != 0)
+      plan.ignored.push_back(kOutputFormat + of + "the reader does not have it");
+    wanted[kOutputFormat] = 0;
+  }
+  if (TakesSepBytes(wanted, change.before)) return;
+  if (SepBytesDiffer(wanted, change.before)) {
+    plan.ignored.push_back("separator data" + of + "the reader has another format");
+    plan.sepBytesDropped.push_back(change.configuration);
+  }
+  Drop(wanted, IsSepByte);
+}
+
+LoadPlan PlanOf(Template file) {
+  LoadPlan plan;
+  plan.ignored = std::move(file.ignored);
+  const auto room = static_cast<std::size_t>(GetMaxConfig()) + 1;
+  TellUnmatched(file.configurations.size(), room, plan.ignored);
+  file.configurations.resize(std::min({file.configurations.size(), room, kLoadedConfigurations}));
+  for (Json& values : file.configurations) {
+    Change change = Wanting(static_cast<int>(plan.changes.size()), std::move(values));
+    DropUntaken(change, room > 1, plan);
+    const SelectedConfiguration selected(change.configuration);
+    CheckRanges(change.wanted);
+    plan.changes.push_back(std::move(change));
+  }
+  return plan;
+}
+
+// With --strict a file is loaded as a whole or not at all.
+void CheckIgnored(const Options& options, const std::vector<std::string>& ignored) {
+  if (!options.strict || ignored.empty()) return;
+  std::string all;
+  for (const std::string& one : ignored) all += (all.empty() ? "" : "; ") + one;
+  throw Failure(kBadFile, options.files.front() + " would not be loaded as a whole: " + all);
+}
+
+// A load changes the library's mirror alone, which then tells what the device would be sent.
+Json LoadSettings(const Options& options, std::uint32_t product) {
+  const std::string& path = options.files.front();
+  if (options.secure) RefuseSecure(product);
+  const SettingsFile file = ReadSettings(path, product);
+  CheckIgnored(options, file.ignored);
+  const Session session(options.link, product);
+  session.Use(options.device);
+  const SettingsPlan plan{MirrorSettings(), file.settings, MirrorSettings};
+  LoadMirror(path, plan.wanted, "all of " + path + ": ");
+  Json document = NewDocument("config load", options.device);
+  document["file"] = path;
+  document["ignored"] = file.ignored;
+  return CarrySettings(std::move(document), plan, options.dryRun);
+}
+
+}  // namespace
+
+Json LoadConfig(const Options& options) {
+  const std::string& path = options.files.front();
+  const std::uint32_t product = ProductOfFile(path);
+  if (product != kReaders) return LoadSettings(options, product);
+  const bool secure = options.secure || HasTrailer(path, Trailer::kHwg);
+  if (secure) CheckTrailer(path, Trailer::kHwg);
+  Template file = ReadTemplate(path);
+  const Session session(options.link);
+  session.Use(options.device);
+  const LoadPlan plan = PlanOf(std::move(file));
+  CheckIgnored(options, plan.ignored);
+  Json document = NewDocument("config load", options.device);
+  document["file"] = path;
+  document["secure"] = secure;
+  document["separator_data_not_loaded"] = plan.sepBytesDropped;
+  document["ignored"] = plan.ignored;
+  return Carry(std::move(document), plan.changes, SendingOf(options.dryRun), [&] {
+    const std::uint32_t loaded =
+        secure ? ReadDevCfgFromSecureFile(path.c_str()) : ReadDevCfgFmFile(path.c_str());
+    if (loaded == 1) return;
+    throw Failure(kDeviceError,
+                  path + " could not be loaded into " + ActiveDeviceName() + ", " + ErrorText());
+  });
+}
+
+}  // namespace tavlyn::ctl

@@ -1,0 +1,53 @@
+#include "tools/tavlynctl/whole_file.h"
+
+#include <filesystem>
+
+namespace tavlyn::ctl {
+namespace {
+
+namespace fs = std::filesystem;
+
+void Succeed(const std::error_code& error, const std::string& what) {
+  if (error) throw Failure(kBadFile, what + " cannot be written: " + error.message());
+}
+
+// A link stays a link to the file that it leads to.
+std::string Place(const std::string& path) {
+  std::error_code absent;
+  const fs::path place = fs::canonical(path, absent);
+  const std::string found = absent ? path : place.string();
+  Succeed(TestWritable(found), path);
+  return found;
+}
+
+std::string TemporaryFolder() {
+  std::error_code error;
+  const fs::path folder = fs::temp_directory_path(error);
+  Succeed(error, "a temporary file");
+  return folder.string();
+}
+
+}  // namespace
+
+TemporaryFile::TemporaryFile() : TemporaryFile(TemporaryFolder(), "a temporary file") {}
+
+TemporaryFile::TemporaryFile(const std::string& folder, const std::string& what)
+    : path_((fs::path(folder) / ".tavlynctl-").string()) {
+  Succeed(CreateOwnFile(path_), what);
+}
+
+TemporaryFile::~TemporaryFile() {
+  std::error_code none;
+  fs::remove(path_, none);
+}
+
+NewFile::NewFile(const std::string& path)
+    : path_(path), place_(Place(path)), beside_(fs::path(place_).parent_path().string(), path) {}
+
+Failure NewFile::NotWhole() const {
+  return {kBadFile, path_ + " cannot be written as a whole; is the disk full?"};
+}
+
+void NewFile::Keep() const { Succeed(MoveOnto(Path(), place_), path_); }
+
+}  // namespace tavlyn::ctl

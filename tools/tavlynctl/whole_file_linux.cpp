@@ -1,0 +1,71 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+
+#include "tools/tavlynctl/whole_file.h"
+
+namespace tavlyn::ctl {
+namespace {
+
+std::error_code LastError() { return {errno, std::generic_category()}; }
+
+class Descriptor {
+ public:
+  explicit Descriptor(const std::string& path) : number_(open(path.c_str(), O_RDONLY | O_CLOEXEC)) {}
+  ~Descriptor() {
+    if (number_ >= 0) close(number_);
+  }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  [[nodiscard]] int Number() const { return number_; }
+
+ private:
+  int number_;
+};
+
+// The rights of a group are kept only for the same group.
+bool TakeRights(int file, const std::string& place) {
+  struct stat old {};
+  if (stat(place.c_str(), &old) != 0) return errno == ENOENT;
+  constexpr auto kSameOwner = static_cast<uid_t>(-1);
+  mode_t mode = old.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO);
+  if (fchown(file, old.st_uid, old.st_gid) != 0 && fchown(file, kSameOwner, old.st_gid) != 0)
+    mode &= ~static_cast<mode_t>(S_IRWXG);
+  return fchmod(file, mode) == 0;
+}
+
+}  // namespace
+
+std::error_code TestWritable(const std::string& path) {
+  if (access(path.c_str(), W_OK) == 0 || errno == ENOENT) return {};
+  return LastError();
+}
+
+std::error_code CreateOwnFile(std::string& path) {
+  path += "XXXXXX";
+  const int file = mkostemp(path.data(), O_CLOEXEC);
+  if (file < 0) return LastError();
+  close(file);
+  return {};
+}
+
+std::error_code MoveOnto(const std::string& path, const std::string& place) {
+  const Descriptor file(path);
+  if (!TakeRights(file.Number(), place) || fsync(file.Number()) != 0 ||
+      std::rename(path.c_str(), place.c_str()) != 0) {
+    return LastError();
+  }
+  // So that the name is on the disk too; not every file system can.
+  const std::string folder = std::filesystem::path(place).parent_path().string();
+  const Descriptor names(folder.empty() ? "." : folder);
+  fsync(names.Number());
+  return {};
+}
+
+}  // namespace tavlyn::ctl
