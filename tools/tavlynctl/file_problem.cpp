@@ -10,7 +10,7 @@ namespace tavlyn::ctl {
 
 Failure NothingIn(const std::string& path) {
   errno = 0;
-  const File file = OpenFile(path.c_str(), "rb");
+  const File file(std::fopen(path.c_str(), "rb"));
   if (file == nullptr && errno == ENOENT) return {kBadFile, "there is no file " + path};
   if (file != nullptr && std::fgetc(file.get()) == EOF && std::ferror(file.get()) == 0) {
     return {kBadFile, path + " is empty"};
