@@ -14,17 +14,20 @@
 namespace tavlyn::boundary {
 namespace {
 
-// Notes what comes to a reader.
+// Notes what comes to a reader, and makes a file when a text has come.
 class Noting final : public sim::FaultyLine {
  public:
   explicit Noting(sim::ByteDevice& reader) : reader_(reader) {}
   void Silence() override { reader_.Silence(); }
 
   std::string came;
+  std::string awaited;
+  fs::path made;
 
  private:
   void TakeByte(std::uint8_t byte) override {
     came += static_cast<char>(byte);
+    if (!awaited.empty() && came.ends_with(awaited)) std::ofstream(made) << "";
     reader_.Receive({&byte, 1});
     PassOn(reader_);
   }
@@ -119,12 +122,17 @@ TEST_F(TavlynctlLinks, NobodyAnswers) {
   const Ended one = Ctl("list --com 3");
   EXPECT_EQ(2, one.status);
   EXPECT_EQ("tavlynctl: no reader answered on COM3\n", one.err);
-  EXPECT_EQ("tavlynctl: no reader answered on COM3 to COM5\n", Ctl("list --com 3-5").err);
+  EXPECT_EQ(
+      "searching on COM3 to COM5 takes up to 5 seconds\n"
+      "tavlynctl: no reader answered on COM3 to COM5\n",
+      Ctl("list --com 3-5").err);
   const Ip ip{127, 5, 0, 1};
   const std::string peer = "127.5.0.1:" + std::to_string(ClosedTcpPort(ip));
   const Ended ended = Ctl("list --ip " + peer);
   EXPECT_EQ(2, ended.status);
-  EXPECT_EQ("tavlynctl: no reader answered at " + peer + "\n", ended.err);
+  EXPECT_EQ(
+      "searching at " + peer + " takes up to 10 seconds\ntavlynctl: no reader answered at " + peer + "\n",
+      ended.err);
 }
 
 TEST_F(TavlynctlLinks, WrongWords) {
@@ -147,6 +155,61 @@ TEST_F(TavlynctlLinks, AsciiReader) {
   EXPECT_EQ(0, read.status) << read.err;
   EXPECT_EQ("card 26 bits 000112AB\n", read.out);
   device.With([&] { EXPECT_FALSE(text.echoes) << "the dialect was not spoken"; });
+}
+
+// Nothing that a reader did not say is shown.
+TEST_F(TavlynctlLinks, ReaderThatDoesNotSpeakText) {
+  const PortDevice device(ports_, 3, line_);
+  const Ended read = Ctl("--com 3 --ascii read --timeout 1");
+  EXPECT_EQ(4, read.status);
+  EXPECT_TRUE(read.err.starts_with("searching on COM3 takes up to 9 seconds\n")) << read.err;
+  EXPECT_TRUE(read.err.ends_with("tavlynctl: card reader 0 (COM3:) does not speak the text dialect\n"))
+      << read.err;
+  const Ip ip{127, 5, 0, 4};
+  const TcpDevice adapter(ip, line_);
+  const Ended get = Ctl(Peer(ip, adapter) + "--ascii config get iIDBitCnt --json");
+  EXPECT_EQ(4, get.status);
+  EXPECT_TRUE(Holds(get.err, "does not speak the text dialect")) << get.err;
+  EXPECT_FALSE(Json::parse(get.out).contains("fields"));
+}
+
+TEST_F(TavlynctlLinks, TextBehindAnAdapter) {
+  reader_->PutCard({0xAB, 0x12}, 26);
+  sim::ReaderAscii text(reader_);
+  const Ip ip{127, 5, 0, 5};
+  const TcpDevice device(ip, text);
+  const Ended read = Ctl(Peer(ip, device) + "--ascii read");
+  EXPECT_EQ("card 26 bits 000012AB\n", read.out) << read.err;
+}
+
+// Seconds that a line's programs have waited.
+double WaitedSeconds(const std::string& clock) { return std::stod(clock) * 1e-9; }
+
+// An ID read in text waits for 300 bytes, each as long as the port's time-outs let it.
+TEST_F(TavlynctlLinks, ADeadlineIsHeardWhereTextIsNotAnswered) {
+  sim::ReaderAscii text(reader_);
+  text.faults.RefuseCommand({'Q', 'I', 'D', '.', 'I', 'D'});
+  const PortDevice device(ports_, 3, text);
+  const Ended read =
+      RunLine(kCtl + " --com 3 --ascii read --timeout 1; s=$?; od -An -td8 $TAVLYN_QUICK_CLOCK; exit $s");
+  EXPECT_EQ(5, read.status) << read.err;
+  EXPECT_GT(20, WaitedSeconds(read.out));
+}
+
+// The first one comes while the library waits for an ID that does not come, and is handled as soon as the
+// process catches none any more.
+TEST_F(TavlynctlLinks, ASecondCtrlCEndsAtOnce) {
+  sim::ReaderAscii text(reader_);
+  text.faults.RefuseCommand({'Q', 'I', 'D', '.', 'I', 'D'});
+  Noting noted(text);
+  noted.awaited = "QID.ID";
+  noted.made = ports_.PathOf(99);
+  const PortDevice device(ports_, 3, noted);
+  const Ended watch = RunLine("upon 'until test -e " + noted.made.string() +
+                              "; do :; done; kill -INT $pid;"
+                              " while grep -q SigCgt.*4002 /proc/$pid/status; do :; done; kill -INT $pid' " +
+                              kCtl + " --com 3 --ascii watch");
+  EXPECT_EQ(130, watch.status) << watch.err;
 }
 
 // A raw write ends with a flush, which drops an answer that is there already.

@@ -47,6 +47,17 @@ TEST_F(TavlynctlWatch, ASignalEndsIt) {
   EXPECT_EQ("card 8 bits 0A\n", stopped.err);
 }
 
+// By the machine's own clock, on which a plus reader that has gone is waited for for minutes.
+TEST_F(TavlynctlWatch, ALongWaitIsTold) {
+  const Ended list = Run("--device plus:3 --do 'vanish 40'",
+                         {"unset LD_PRELOAD; upon 'kill -TERM $pid' " TAVLYNCTL " list"})[0];
+  EXPECT_EQ(143, list.status);
+  EXPECT_TRUE(
+      list.err.starts_with("tavlynctl: still waiting for the device; where it has gone that can last 180 "
+                           "seconds, Ctrl-C ends it\n"))
+      << list.err;
+}
+
 TEST_F(TavlynctlWatch, ALostReaderIsNoticed) {
   const Ended watch = Run("--device plus:2", {"upon 'typed unplug' " TAVLYNCTL " watch"})[0];
   EXPECT_EQ(4, watch.status);

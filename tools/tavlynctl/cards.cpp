@@ -8,6 +8,7 @@
 #include "api.h"
 #include "tools/tavlynctl/commands.h"
 #include "tools/tavlynctl/session.h"
+#include "tools/tavlynctl/text_dialect.h"
 #include "tools/tavlynctl/watching.h"
 
 namespace tavlyn::ctl {
@@ -27,9 +28,15 @@ struct Card {
 
 class Poll {
  public:
+  explicit Poll(const Link& link) : link_(link) {}
+
   // The card on the reader; nothing when it could not be asked. Throws Failure when it is lost.
   std::optional<Card> Next() {
     std::this_thread::sleep_for(kCardPause);
+    if (link_.ascii && !ShortenTextRead(link_)) {
+      answers_.Came(false);
+      return std::nullopt;
+    }
     Card card;
     card.bits = GetActiveID32(card.id.data(), kLongestId);
     // A serial reader's failed answer may hold what looks like a card.
@@ -38,6 +45,7 @@ class Poll {
   }
 
  private:
+  const Link& link_;
   Answers answers_;
 };
 
@@ -73,10 +81,11 @@ int ShowChange(const Card& before, const Card& now, bool json) {
 }  // namespace
 
 Json Read(const Options& options) {
-  const Session session(options.link);
-  session.Use(options.device);
+  Session session(options.link);
+  session.UseForCards(options.device);
+  session.Settle();
   const auto deadline = After(options.timeout.value_or(kReadTimeout));
-  Poll poll;
+  Poll poll(options.link);
   do {
     const auto card = poll.Next();
     if (!card || card->bits == 0) continue;
@@ -88,11 +97,12 @@ Json Read(const Options& options) {
 }
 
 Json Watch(const Options& options) {
-  const Session session(options.link);
-  session.Use(options.device);
+  Session session(options.link);
+  session.UseForCards(options.device);
+  session.Settle();
   Watching watching(options.timeout, options.count);
   TellWatched(options.json);
-  Poll poll;
+  Poll poll(options.link);
   Card before;
   while (watching.GoesOn()) {
     const auto now = poll.Next();

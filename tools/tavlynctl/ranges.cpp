@@ -97,9 +97,10 @@ void WatchRange(const Options& options) {
 }  // namespace
 
 Json Range(const Options& options) {
-  const Session session(options.link, kSensors);
+  Session session(options.link, kSensors);
   session.Use(options.device);
   if (options.watch) {
+    session.Settle();
     WatchRange(options);
     return {};
   }

@@ -1,5 +1,6 @@
 #include "tools/tavlynctl/session.h"
 
+#include <algorithm>
 #include <array>
 
 #include "api.h"
@@ -35,6 +36,19 @@ std::string Unread() {
   return "the configuration of " + ActiveDeviceName() + " could not be read, " + ErrorText();
 }
 
+// A plus reader that goes away is asked for each of its configurations, several times.
+constexpr Awaited::Seconds kMostOfGoneDevice(180);
+
+// What a search takes where nobody answers, or where somebody answers in another dialect.
+Awaited::Seconds SearchTime(const Link& link) {
+  constexpr Awaited::Seconds kPort(1.5);
+  constexpr Awaited::Seconds kAdapter(10);
+  if (link.kind == LinkKind::kUsb) return Awaited::Seconds(0);
+  if (link.kind == LinkKind::kEthernet) return kAdapter;
+  const Awaited::Seconds port = link.ascii ? kPort + SilenceInText(link) : kPort;
+  return (link.lastPort - link.firstPort + 1) * port;
+}
+
 // Whether all that was found could be read, too.
 bool Connect(const Link& link) {
   if (link.kind == LinkKind::kSerial) {
@@ -49,18 +63,6 @@ bool Connect(const Link& link) {
     SetDevTypeSrch(kUsbLink);
   }
   return USBConnect(nullptr) == 1;
-}
-
-// The dialect can be chosen only for a reader that has been found; all of them are then read again.
-bool ReadInAscii() {
-  bool all = true;
-  for (std::int16_t index = 0; index < GetDevCnt(); ++index) {
-    SetActDev(index);
-    UseAsciiCommandProtocol(1);
-    all = ReadCfg() == 1 && all;
-  }
-  SetActDev(0);
-  return all;
 }
 
 // True when something was found; then allRead tells whether all of it could be read, too.
@@ -106,7 +108,11 @@ const char* ProductName(std::uint32_t product) {
 }
 
 Session::Session(const Link& link, std::uint32_t products) : link_(link), products_(products) {
-  if (Search(link, products, allRead_) && link.ascii && ReaderIsActive()) allRead_ = ReadInAscii();
+  const Awaited::Seconds usual = SearchTime(link);
+  awaited_.emplace("searching " + Where(link), usual, usual + kMostOfGoneDevice);
+  if (!Search(link, products, allRead_) || !link.ascii || !ReaderIsActive()) return;
+  inText_ = ReadInText(link);
+  allRead_ = std::ranges::count(inText_, InText::kRead) == GetDevCnt();
 }
 
 Failure NotFound(const Link& link, std::uint32_t products) {
@@ -137,6 +143,11 @@ void Session::Select(int index) const {
 
 std::string Session::ReadProblem() const {
   if (allRead_) return {};
+  if (!inText_.empty()) {
+    const InText state = StateInText();
+    if (state == InText::kSilent) return ActiveDeviceName() + " does not speak the text dialect";
+    return state == InText::kRead ? std::string() : Unread();
+  }
   if (!ReaderIsActive()) return ReadCfg() == 1 ? std::string() : Unread();
   const bool tried = (GetLastLibErr() & TAVLYN_ERR_CONFIG_READ) != 0;
   const std::string problem = Unread();
@@ -148,11 +159,21 @@ std::string Session::ReadProblem() const {
   return tried ? problem : Unread();
 }
 
+InText Session::StateInText() const {
+  const auto index = static_cast<std::size_t>(GetActDev());
+  return index < inText_.size() ? inText_[index] : InText::kSilent;
+}
+
 void Session::Use(int index) const {
   Select(index);
   const std::string problem = ReadProblem();
   if (!problem.empty()) throw Failure(kDeviceError, problem);
   if (ReaderIsActive() && !AllConfigurationsRead() && ReadCfg() != 1) throw Failure(kDeviceError, Unread());
+}
+
+void Session::UseForCards(int index) const {
+  Select(index);
+  if (inText_.empty() || StateInText() == InText::kSilent) Use(index);
 }
 
 void CheckConfiguration(int index) {

@@ -2,10 +2,14 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <vector>
 
+#include "tools/tavlynctl/awaited.h"
 #include "tools/tavlynctl/link.h"
 #include "tools/tavlynctl/output.h"
+#include "tools/tavlynctl/text_dialect.h"
 
 namespace tavlyn::ctl {
 
@@ -38,11 +42,20 @@ class Session {
   [[nodiscard]] std::string ReadProblem() const;
   // Selects; a configuration that was not read is a Failure too.
   void Use(int index) const;
+  // The same, but cards are read from a reader in text whose configuration was not read, too.
+  void UseForCards(int index) const;
+  // From now on the command waits for what happens, and not for the library.
+  void Settle() { awaited_.reset(); }
 
  private:
+  // Of the active device, where text is wanted.
+  [[nodiscard]] InText StateInText() const;
+
+  std::optional<Awaited> awaited_;
   Link link_;
   std::uint32_t products_;
   bool allRead_ = true;
+  std::vector<InText> inText_;  // empty when the dialect is not wanted
 };
 
 // Throws Failure when the active device has no configuration of that index.

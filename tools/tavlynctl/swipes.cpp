@@ -77,8 +77,9 @@ Json Track(const Options& options) {
 }
 
 Json WatchSwipes(const Options& options) {
-  const Session session(options.link, kMagstripes);
+  Session session(options.link, kMagstripes);
   session.Use(options.device);
+  session.Settle();
   Watching watching(options.timeout, options.count);
   TellWatched(options.json);
   Answers answers;

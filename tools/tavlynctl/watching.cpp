@@ -1,17 +1,15 @@
 #include "tools/tavlynctl/watching.h"
 
-#include <csignal>
 #include <cstdio>
 
 #include "tools/printable.h"
 #include "tools/tavlynctl/session.h"
+#include "tools/tavlynctl/stopping.h"
 
 namespace tavlyn::ctl {
 namespace {
 
 constexpr int kFailedPolls = 3;
-
-volatile std::sig_atomic_t stopped = 0;
 
 }  // namespace
 
@@ -23,12 +21,11 @@ Failure NoCard() { return {kNoCard, "no card came in time"}; }
 
 Watching::Watching(std::optional<double> seconds, int most)
     : deadline_(seconds ? After(*seconds) : Clock::time_point::max()), most_(most) {
-  std::signal(SIGINT, [](int) { stopped = 1; });
-  std::signal(SIGTERM, [](int) { stopped = 1; });
+  NoteStop();
 }
 
 bool Watching::GoesOn() const {
-  if (stopped != 0 || (most_ != 0 && events_ >= most_)) return false;
+  if (IsStopped() || (most_ != 0 && events_ >= most_)) return false;
   if (Clock::now() < deadline_) return true;
   if (events_ == 0) throw NoCard();
   return false;

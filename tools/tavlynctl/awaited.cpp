@@ -1,0 +1,52 @@
+#include "tools/tavlynctl/awaited.h"
+
+#include <cmath>
+#include <cstdio>
+#include <utility>
+
+namespace tavlyn::ctl {
+namespace {
+
+constexpr Awaited::Seconds kNothingToSpeakOf(3);
+constexpr std::chrono::milliseconds kBetweenLooks(200);
+
+}  // namespace
+
+Awaited::Awaited(const std::string& what, Seconds usual, Seconds most) {
+  // A list searches for one product after the other.
+  static bool said = false;
+  if (usual > kNothingToSpeakOf && !std::exchange(said, true)) {
+    std::fprintf(stderr, "%s takes up to %.0f seconds\n", what.c_str(), std::ceil(usual.count()));
+  }
+  watching_ = std::thread([this, usual, most] { Watch(usual, most); });
+}
+
+Awaited::~Awaited() {
+  {
+    const std::scoped_lock lock(mutex_);
+    over_ = true;
+  }
+  changed_.notify_one();
+  watching_.join();
+}
+
+// The library waits by the steady clock. Where nothing but waiting moves that one on, this must not.
+void Awaited::Watch(Seconds usual, Seconds most) {
+  using std::chrono::steady_clock;
+  using std::chrono::system_clock;
+  const auto patience = std::chrono::ceil<std::chrono::milliseconds>(usual + kNothingToSpeakOf);
+  const auto end = steady_clock::now() + patience;
+  auto look = system_clock::now() + patience;
+  std::unique_lock lock(mutex_);
+  while (!changed_.wait_until(lock, look, [this] { return over_; })) {
+    look = system_clock::now() + kBetweenLooks;
+    if (steady_clock::now() < end) continue;
+    std::fprintf(stderr,
+                 "tavlynctl: still waiting for the device; where it has gone that can last %.0f seconds, "
+                 "Ctrl-C ends it\n",
+                 most.count());
+    return;
+  }
+}
+
+}  // namespace tavlyn::ctl

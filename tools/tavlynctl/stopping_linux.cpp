@@ -1,0 +1,25 @@
+#include <csignal>
+
+#include "tools/tavlynctl/stopping.h"
+
+namespace tavlyn::ctl {
+namespace {
+
+constexpr int kEnding[] = {SIGINT, SIGTERM};
+
+volatile std::sig_atomic_t stopped = 0;
+
+}  // namespace
+
+void NoteStop() {
+  for (const int one : kEnding) {
+    std::signal(one, [](int) {
+      stopped = 1;
+      for (const int next : kEnding) std::signal(next, SIG_DFL);
+    });
+  }
+}
+
+bool IsStopped() { return stopped != 0; }
+
+}  // namespace tavlyn::ctl
