@@ -160,6 +160,38 @@ TEST(Tavlynctl, FailedConfigurationRead) {
   EXPECT_EQ(0, OneCommand(devices, "config show --device 1").status);
 }
 
+// Its texts are lost without an error of the library's.
+TEST(Tavlynctl, AReaderThatGoesAwayIsTold) {
+  const Json list = Json::parse(OneCommand("--do 'vanish 40'", "list --json").out);
+  EXPECT_EQ(4, list["error"]["code"]);
+  EXPECT_TRUE(list["devices"][0]["part_number"].is_null()) << list;
+  EXPECT_EQ("7431", list["devices"][0]["did"]);
+  for (const char* words : {"info", "text"}) {
+    const Ended gone = OneCommand("--do 'vanish 40'", words + std::string(" --json"));
+    EXPECT_EQ(4, gone.status) << words;
+    EXPECT_TRUE(Holds(gone.err, "card reader 0 (7A31:3BFA Orvantis, /dev/hidraw-sim1) does not answer"))
+        << gone.err;
+    const Json told = Json::parse(gone.out);
+    const Json& texts = told.value("device", Json()).is_object() ? told["device"] : told;
+    EXPECT_TRUE(texts["serial_number"].is_null() && texts["firmware"].is_null()) << told;
+  }
+}
+
+// Neither zeros nor one configuration stand for what a device did not tell.
+TEST(Tavlynctl, WhatIsNotKnownIsNull) {
+  const Json unread = Json::parse(OneCommand("--do 'vanish 3'", "list --json").out)["devices"][0];
+  for (const char* key : {"part_number", "did", "luid", "configurations"}) {
+    EXPECT_TRUE(unread[key].is_null()) << key << unread;
+  }
+  const Json gone = Json::parse(OneCommand("--do 'vanish 40'", "info --json").out)["device"];
+  for (const char* key : {"installed_hardware", "supported_hardware", "answer_ms", "esn"}) {
+    EXPECT_TRUE(gone[key].is_null()) << key << gone;
+  }
+  const Json swiped =
+      Json::parse(OneCommand("--device magstripe --do 'vanish 80'", "info --json").out)["device"];
+  EXPECT_TRUE(swiped["cards_read"].is_null()) << swiped;
+}
+
 TEST(Tavlynctl, NoReader) {
   for (const char* words : {"list", "info", "read", "watch", "config show"}) {
     const Ended ended = OneCommand("--do unplug", words);

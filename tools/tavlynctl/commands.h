@@ -77,8 +77,6 @@ Json Queue(const Options& options);
 Json Raw(const Options& options);
 Json Texts(const Options& options);
 
-// Adds the texts that the active device holds.
-void DescribeTexts(Json& device);
 Json LoadKeys(const Options& options);
 Json ReadSecure(const Options& options);
 Json WriteSecure(const Options& options);

@@ -1,7 +1,8 @@
-// list and info.
-#include <array>
+// list, info and text.
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 
 #include "api.h"
 #include "tools/tavlynctl/commands.h"
@@ -26,20 +27,39 @@ constexpr Text kTexts[] = {
     {"build_date", [] { return GetBuildDate(); }},       {"cpu", [] { return GetCPUInfo(); }},
     {"copyright", [] { return GetCopyrightInfo(); }}};
 
-Json TextOrNull(const char* text) { return text != nullptr ? Json(text) : Json(); }
+bool IsAnswer(std::uint32_t milliseconds) { return milliseconds <= kLongestAnswer; }
+
+std::string NoAnswer() { return ActiveDeviceName() + " does not answer, " + ErrorText(); }
+
+// The library gives 0 for what a device did not tell, too: it is asked again, and for a sign of life.
+template <typename Get>
+std::optional<unsigned> Told(Get get) {
+  for (int tries = 0; tries < 2; ++tries) {
+    if (const unsigned value = get(); value != 0) return value;
+  }
+  return IsAnswer(Ping()) ? std::optional(0U) : std::nullopt;
+}
+
+Json NumberOrNull(const std::optional<unsigned>& number) { return number ? Json(*number) : Json(); }
+
+// An empty text is what the library has of one that was not told.
+Json TextOrNull(const char* text) { return text != nullptr && *text != '\0' ? Json(text) : Json(); }
 
 // A place of the library's table keeps the texts of a device of another product that was there before.
 Json PartNumber() { return GetProduct() == kSensors ? Json() : TextOrNull(getPartNumberString()); }
 
-// Of the active device.
-Json Description() {
+// Of the active device. Of one that was not read the library tells zeros, and of a reader one configuration,
+// unless it was found to be a plus reader.
+Json Description(bool wasRead = true) {
+  const bool identified = wasRead || GetDID() != 0;
+  const bool counted = wasRead || GetCardType() >= 0;
   return {{"index", GetActDev()},
           {"product", ActiveProduct()},
           {"part_number", PartNumber()},
           {"identity", GetVidPidVendorName()},
-          {"did", Hex(GetDID(), 4)},
-          {"luid", GetLUID()},
-          {"configurations", GetMaxConfig() + 1},
+          {"did", identified ? Json(Hex(GetDID(), 4)) : Json()},
+          {"luid", identified ? Json(GetLUID()) : Json()},
+          {"configurations", counted ? Json(GetMaxConfig() + 1) : Json()},
           {"path", ActiveDevicePath()}};
 }
 
@@ -65,33 +85,37 @@ Json Esn() {
 }
 
 // Flag k becomes bit k again, as in the reader's own mask.
-Json HardwareMask(std::uint8_t* (*get)()) {
+unsigned HardwareMask(std::uint8_t* (*get)()) {
   constexpr std::size_t kFlags = 8;
   const std::unique_ptr<std::uint8_t, decltype(&std::free)> flags(get(), &std::free);
-  if (flags == nullptr) return {};
   unsigned mask = 0;
-  for (std::size_t k = 0; k < kFlags; ++k) mask |= (flags.get()[k] & 1U) << k;
-  return Hex(mask, 2);
+  for (std::size_t k = 0; flags != nullptr && k < kFlags; ++k) mask |= (flags.get()[k] & 1U) << k;
+  return mask;
 }
 
-}  // namespace
+Json Hardware(std::uint8_t* (*get)()) {
+  const auto mask = Told([get] { return HardwareMask(get); });
+  return mask ? Json(Hex(*mask, 2)) : Json();
+}
 
 void DescribeTexts(Json& device) {
   device["part_number"] = PartNumber();
   for (const Text& text : kTexts) device[text.key] = TextOrNull(text.get());
 }
 
-namespace {
-
 // Adds the devices of a product to the list, and why some could not be read.
 void ListProduct(std::uint32_t product, const Link& link, Json& devices, std::string& problem) {
   const Session session(link, product);
   for (int index = 0; index < GetDevCnt(); ++index) {
     session.Select(index);
-    const std::string unread = session.ReadProblem();
-    if (!unread.empty() && !problem.empty()) problem += "; ";
-    problem += unread;
-    devices.push_back(Description());
+    std::string missing = session.ReadProblem();
+    const Json& device = devices.emplace_back(Description(missing.empty()));
+    // A reader's texts can fail without a word.
+    if (missing.empty() && ReaderIsActive() && device["part_number"].is_null() && !IsAnswer(Ping())) {
+      missing = NoAnswer();
+    }
+    if (!missing.empty() && !problem.empty()) problem += "; ";
+    problem += missing;
   }
 }
 
@@ -99,16 +123,16 @@ void ListProduct(std::uint32_t product, const Link& link, Json& devices, std::st
 void DescribeReader(Json& device) {
   DescribeTexts(device);
   device["esn"] = Esn();
-  device["installed_hardware"] = HardwareMask(InstalledHardware);
-  device["supported_hardware"] = HardwareMask(SupportedHardware);
+  device["installed_hardware"] = Hardware(InstalledHardware);
+  device["supported_hardware"] = Hardware(SupportedHardware);
 }
 
 // The library keeps the two version words of the other products where a reader's firmware words are.
 void DescribeVersion(Json& device) { device["version"] = Hex(GetFirmwareVersion(0, 1), 4); }
 
 void DescribeCounts(Json& device) {
-  device["uptime"] = sorbaneGetSystemUptime();
-  device["cards_read"] = sorbaneGetSystemCardsRead();
+  device["uptime"] = NumberOrNull(Told(sorbaneGetSystemUptime));
+  device["cards_read"] = NumberOrNull(Told(sorbaneGetSystemCardsRead));
 }
 
 }  // namespace
@@ -123,6 +147,16 @@ Json List(const Options& options) {
   if (devices.empty()) throw NotFound(options.link, options.products);
   if (problem.empty()) return document;
   throw Failure(kDeviceError, problem, std::move(document));
+}
+
+Json Texts(const Options& options) {
+  const Session session(options.link);
+  session.Use(options.device);
+  Json document = NewDocument("text", options.device);
+  DescribeTexts(document);
+  const bool whole = std::ranges::none_of(document, [](const Json& text) { return text.is_null(); });
+  if (whole || IsAnswer(Ping())) return document;
+  throw Failure(kDeviceError, NoAnswer(), std::move(document));
 }
 
 Json Info(const Options& options) {
@@ -142,7 +176,8 @@ Json Info(const Options& options) {
   // A sonar sensor has no command for it.
   if (GetProduct() != kSensors) {
     const std::uint32_t answer = Ping();
-    device["answer_ms"] = answer <= kLongestAnswer ? Json(answer) : Json();
+    device["answer_ms"] = IsAnswer(answer) ? Json(answer) : Json();
+    if (!IsAnswer(answer)) throw Failure(kDeviceError, NoAnswer(), std::move(document));
   }
   if (!ReaderIsActive()) return document;
   Json words = FirmwareWords();

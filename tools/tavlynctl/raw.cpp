@@ -1,4 +1,4 @@
-// queue, raw and text.
+// queue and raw.
 #include <algorithm>
 #include <charconv>
 
@@ -95,14 +95,6 @@ Json Raw(const Options& options) {
   Json document = NewDocument("raw", options.device);
   document["sent"] = Spaced(command);
   document["reply"] = Spaced(Exchange(command));
-  return document;
-}
-
-Json Texts(const Options& options) {
-  const Session session(options.link);
-  session.Use(options.device);
-  Json document = NewDocument("text", options.device);
-  DescribeTexts(document);
   return document;
 }
 
