@@ -3,18 +3,17 @@
 
 #include "api.h"
 #include "reader/card_types.h"
+#include "tests/support/beside.h"
 #include "tests/support/cfg_marks.h"
-#include "tests/support/serial_reader.h"
 
 namespace tavlyn::test {
 namespace {
 
 using sim::Reader;
 
-class CardPriority : public Bench {
+class CardPriority : public BesideReader {
  protected:
   void Use(std::shared_ptr<Reader> model) { reader = Connected(std::move(model)); }
-  static tsDevEntry& Entry() { return DevTable[0]; }
 
   std::shared_ptr<Reader> reader;
 };
@@ -91,7 +90,7 @@ TEST_F(CardPriority, APlainReaderIsNotTold) {
   ExpectTraffic({});
 }
 
-class CardPriorityFa : public SerialBench {};
+class CardPriorityFa : public BesideLine {};
 
 TEST_F(CardPriorityFa, GoesToAnyReaderAndIsTriedTwice) {
   AddReader(Reader::Plus(1), kPlainReader);

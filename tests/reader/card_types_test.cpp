@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "api.h"
-#include "tests/support/serial_reader.h"
+#include "tests/support/beside.h"
 
 namespace tavlyn::test {
 namespace {
@@ -13,13 +13,12 @@ namespace {
 using sim::Bytes;
 using sim::Reader;
 
-class CardTypes : public Bench {
+class CardTypes : public BesideReader {
  protected:
   void Use(std::shared_ptr<Reader> model) {
     reader = Connected(std::move(model));
     Entry().CardTypeList.fill(0x1111);
   }
-  static tsDevEntry& Entry() { return DevTable[0]; }
   static std::vector<std::uint16_t> Listed() {
     const auto& list = Entry().CardTypeList;
     const auto end = std::find(list.begin(), list.end(), std::uint16_t{0});
@@ -207,7 +206,7 @@ TEST_F(CardTypes, WithoutAPlusReaderThereAreNone) {
   EXPECT_EQ(Entry().ActConfig, 2);
 }
 
-class CardTypesFa : public SerialBench {
+class CardTypesFa : public BesideLine {
  protected:
   void Read(std::deque<Bytes> replies) {
     AddScript(std::move(replies), kPlusReader);

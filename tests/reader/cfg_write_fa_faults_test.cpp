@@ -2,8 +2,8 @@
 #include <algorithm>
 
 #include "api.h"
+#include "tests/support/beside.h"
 #include "tests/support/cfg_marks.h"
-#include "tests/support/serial_reader.h"
 
 namespace tavlyn::test {
 namespace {
@@ -11,7 +11,7 @@ namespace {
 using sim::Reader;
 using sim::Settings;
 
-class CfgWriteFaFaults : public SerialBench {
+class CfgWriteFaFaults : public BesideLine {
  protected:
   void Use() {
     AddReader(Reader::Plus(2), kPlusReader);

@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "api.h"
+#include "tests/support/beside.h"
 #include "tests/support/cfg_marks.h"
-#include "tests/support/serial_reader.h"
 
 namespace tavlyn::test {
 namespace {
@@ -22,7 +22,7 @@ Lines Store(unsigned wait) {
 }
 Lines CardType(const std::string& type) { return Sent("81 04 00 08", "00 " + type + " 00 00 00 00"); }
 
-class CfgWriteFa : public SerialBench {
+class CfgWriteFa : public BesideLine {
  protected:
   void Use(std::shared_ptr<Reader> model, std::uint32_t plusState = kPlainReader,
            std::uint16_t maxConfig = 0) {

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "api.h"
-#include "tests/support/bench.h"
+#include "tests/support/beside.h"
 #include "tests/support/cfg_marks.h"
 
 namespace tavlyn::test {
@@ -40,11 +40,10 @@ Bytes TurnedOver(Bytes bytes) {
   return bytes;
 }
 
-class CfgWriteFaults : public Bench {
+class CfgWriteFaults : public BesideReader {
  protected:
   static constexpr std::uint16_t kNewLuid = 0x0708;
 
-  static tsDevEntry& Entry() { return DevTable[0]; }
   static tsCfgSlot& Slot(std::size_t number) { return Entry().CfgSlot[number]; }
   [[nodiscard]] std::size_t Configurations() const { return factory_.configurations.size(); }
   [[nodiscard]] const Settings& Old(std::size_t number) const {
@@ -89,9 +88,7 @@ class CfgWriteFaults : public Bench {
     reader->faults.Restart();
     reader->state = factory_;
     reader->PowerCycle();
-    EXPECT_EQ(USBDisconnect(), 1U);
-    EXPECT_EQ(USBConnect(nullptr), 1U);
-    EXPECT_EQ(ReadCfg(), 1U);
+    Reconnect();
     reader->faults.Restart();
     ForgetTraffic();
   }
@@ -99,9 +96,7 @@ class CfgWriteFaults : public Bench {
   void Recover() {
     reader->faults.Restart();
     reader->PowerCycle();
-    EXPECT_EQ(USBDisconnect(), 1U);
-    EXPECT_EQ(USBConnect(nullptr), 1U);
-    EXPECT_EQ(ReadCfg(), 1U);
+    Reconnect();
     for (std::size_t number = 0; number < Configurations(); ++number) {
       const Block& block = Kept(number).blocks[0];
       EXPECT_EQ(Slot(number)[field::IDBitCnts_iTotalBitCnt], std::max<int>(block[4], 26));

@@ -5,8 +5,8 @@
 #include <string>
 
 #include "api.h"
+#include "tests/support/beside.h"
 #include "tests/support/cfg_marks.h"
-#include "tests/support/serial_reader.h"
 
 namespace tavlyn::test {
 namespace {
@@ -44,14 +44,13 @@ Lines Pages(const tsCfgSlot& slot, int count) {
   return lines;
 }
 
-class CfgWriteSep : public Bench {
+class CfgWriteSep : public BesideReader {
  protected:
   void SetUp() override {
-    Bench::SetUp();
+    BesideReader::SetUp();
     reader = Connected(Reader::Plain());
   }
-  static tsDevEntry& Entry() { return DevTable[0]; }
-  static tsCfgSlot& Slot() { return DevTable[0].CfgSlot[0]; }
+  static tsCfgSlot& Slot() { return ActiveEntry().CfgSlot[0]; }
 
   std::shared_ptr<Reader> reader;
 };
@@ -155,7 +154,7 @@ TEST_F(CfgWriteSep, AFailedDataReportAlsoEndsTheAskingForTheModel) {
   ExpectTrace({"WriteCfg ENTER", "WriteCfg Success !!", "WriteCfg EXIT"});
 }
 
-class CfgWriteSepFa : public SerialBench {
+class CfgWriteSepFa : public BesideLine {
  protected:
   void Use(std::uint8_t features) {
     AddReader(Reader::Plain());

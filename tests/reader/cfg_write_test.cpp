@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "api.h"
-#include "tests/support/bench.h"
+#include "tests/support/beside.h"
 #include "tests/support/cfg_marks.h"
 
 namespace tavlyn::test {
@@ -45,10 +45,9 @@ Lines Commit(unsigned mask) {
   return {mask == 0 ? "set 90" : "set 90 " + sim::HexText({static_cast<std::uint8_t>(mask)})};
 }
 
-class CfgWrite : public Bench {
+class CfgWrite : public BesideReader {
  protected:
   void Use(std::shared_ptr<Reader> model) { reader = Connected(std::move(model)); }
-  static tsDevEntry& Entry() { return DevTable[0]; }
   static tsCfgSlot& Slot(std::size_t number = 0) { return Entry().CfgSlot[number]; }
   Block& Kept(std::size_t block) { return reader->state.Active().stored.blocks[block]; }
   void ReadBlock3(const Block& block) {

@@ -3,7 +3,7 @@
 #include <numeric>
 
 #include "api.h"
-#include "tests/support/bench.h"
+#include "tests/support/beside.h"
 #include "tests/support/cfg_marks.h"
 
 namespace tavlyn::test {
@@ -11,10 +11,9 @@ namespace {
 
 using sim::Reader;
 
-class CfgWriteWalk : public Bench {
+class CfgWriteWalk : public BesideReader {
  protected:
   void Use(std::shared_ptr<Reader> model) { reader = Connected(std::move(model)); }
-  static tsDevEntry& Entry() { return DevTable[0]; }
   static tsCfgSlot& Slot(std::size_t number = 0) { return Entry().CfgSlot[number]; }
   sim::Settings& Kept(std::size_t number) { return reader->state.configurations[number].stored; }
 
@@ -318,8 +317,7 @@ TEST_F(CfgWriteWalk, AllThatIsSetComesBackAfterARestart) {
   Reload();
   SetDevTypeSrch(0);
   SetConnectProduct(1);
-  EXPECT_EQ(USBConnect(nullptr), 1U);
-  EXPECT_EQ(ReadCfg(), 1U);
+  ConnectAgain();
   for (const std::uint8_t number : {std::uint8_t{0}, std::uint8_t{1}}) {
     SCOPED_TRACE(int{number});
     EXPECT_EQ(SetActConfig(number), 1U);

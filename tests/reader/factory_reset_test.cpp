@@ -3,8 +3,8 @@
 #include <string>
 
 #include "api.h"
+#include "tests/support/beside.h"
 #include "tests/support/cfg_marks.h"
-#include "tests/support/serial_reader.h"
 
 namespace tavlyn::test {
 namespace {
@@ -17,7 +17,7 @@ constexpr const char* kResetCode = "tavlyn_ResetFactoryDflts ERROR CODE: 0";
 constexpr const char* kResetFailed = "tavlyn_ResetFactoryDflts Failed !!";
 constexpr const char* kSuccessLine = "tavlyn_ResetFactoryDflts Success !!";
 
-class FactoryReset : public Bench {
+class FactoryReset : public BesideReader {
  protected:
   void Use(std::shared_ptr<Reader> model) {
     reader = Connected(std::move(model));
@@ -28,7 +28,6 @@ class FactoryReset : public Bench {
     SetMarks(Entry(), kAllMarks);
     ForgetTraffic();
   }
-  static tsDevEntry& Entry() { return DevTable[0]; }
   static tsCfgSlot& Slot(std::size_t number = 0) { return Entry().CfgSlot[number]; }
 
   std::shared_ptr<Reader> reader;
@@ -147,7 +146,7 @@ TEST_F(FactoryReset, WithoutAReader) {
   ExpectTraffic({});
 }
 
-class FactoryResetFa : public SerialBench {};
+class FactoryResetFa : public BesideLine {};
 
 TEST_F(FactoryResetFa, IsAStatusWithoutAPause) {
   AddReader(Reader::Plain());

@@ -5,8 +5,8 @@
 #include <numeric>
 
 #include "api.h"
+#include "tests/support/beside.h"
 #include "tests/support/cfg_marks.h"
-#include "tests/support/serial_reader.h"
 
 namespace tavlyn::test {
 namespace {
@@ -26,7 +26,7 @@ const Lines kFirstKey = {"set 85 00 01", "set 11 12 13 14 15 16 17 18", "set 85 
 const Lines kSecondKey = {"set 85 00 11", "set 41 42 43 44 45 46 47 48", "set 85 01 11",
                           "set 49 4A 4B 4C 4D 4E 4F 50"};
 
-class HashKeys : public Bench {
+class HashKeys : public BesideReader {
  protected:
   void Use(std::shared_ptr<Reader> model) {
     reader = Connected(std::move(model));
@@ -34,8 +34,7 @@ class HashKeys : public Bench {
     // An area of no page, so that the keys stand alone.
     Slot().sFldSepData.fill(0);
   }
-  static tsDevEntry& Entry() { return DevTable[0]; }
-  static tsCfgSlot& Slot() { return DevTable[0].CfgSlot[0]; }
+  static tsCfgSlot& Slot() { return ActiveEntry().CfgSlot[0]; }
   // The whole of a write whose keys are as given.
   void ExpectWritten(const Lines& keys) {
     SetMarks(Entry(), kMarkSep);
@@ -132,7 +131,7 @@ TEST_F(HashKeys, ALostKeyDoesNotFailTheWrite) {
   EXPECT_EQ(Slot().bDirtySep, 0U);
 }
 
-class HashKeysFa : public SerialBench {
+class HashKeysFa : public BesideLine {
  protected:
   void Use() {
     AddReader(Reader::Plus(1), kPlusReader);

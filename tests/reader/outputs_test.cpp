@@ -2,14 +2,14 @@
 #include "reader/outputs.h"
 
 #include "api.h"
-#include "tests/support/serial_reader.h"
+#include "tests/support/beside.h"
 
 namespace tavlyn::test {
 namespace {
 
 using sim::Reader;
 
-class Outputs : public Bench {
+class Outputs : public BesideReader {
  protected:
   void Use(std::shared_ptr<Reader> model) { reader = Connected(std::move(model)); }
   static tsCfgSlot& Slot() { return ActiveEntry().ActiveSlot(); }
@@ -169,7 +169,7 @@ TEST_F(Outputs, AFastStoreIsToldByTheVolumeCommand) {
   EXPECT_EQ(GetLastLibErr(), 0x1000202U);
 }
 
-class OutputsFa : public SerialBench {};
+class OutputsFa : public BesideLine {};
 
 TEST_F(OutputsFa, AVolatileSetIsOneFrame) {
   AddReader(Reader::Plain());

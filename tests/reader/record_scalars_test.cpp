@@ -4,7 +4,7 @@
 
 #include "api.h"
 #include "core/state.h"
-#include "tests/support/bench.h"
+#include "tests/support/beside.h"
 
 namespace tavlyn::test {
 namespace {
@@ -32,10 +32,10 @@ const std::vector<WordRow> kWords = {
     {"PrependCSN", GetPrependCSN, SetPrependCSN, &tsCfgSlot::bPrependCSN, true, false},
 };
 
-class RecordScalars : public Bench {
+class RecordScalars : public BesideReader {
  protected:
   void SetUp() override {
-    Bench::SetUp();
+    BesideReader::SetUp();
     Connected(Reader::Plain());
   }
   static tsCfgSlot& Slot() { return ActiveEntry().ActiveSlot(); }

@@ -6,7 +6,7 @@
 
 #include "api.h"
 #include "core/state.h"
-#include "tests/support/bench.h"
+#include "tests/support/beside.h"
 
 namespace tavlyn::test {
 namespace {
@@ -59,10 +59,10 @@ std::string Dirty(const tsCfgSlot& slot) {
   return text;
 }
 
-class Records : public Bench {
+class Records : public BesideReader {
  protected:
   void SetUp() override {
-    Bench::SetUp();
+    BesideReader::SetUp();
     Connected(Reader::Plain());
   }
   static tsCfgSlot& Slot() { return ActiveEntry().ActiveSlot(); }

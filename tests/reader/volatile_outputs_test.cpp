@@ -1,8 +1,8 @@
 // Outputs driven at once: what such a set leaves behind on either side, and the beep of other products.
 #include "api.h"
 #include "core/state.h"
+#include "tests/support/beside.h"
 #include "tests/support/cfg_marks.h"
-#include "tests/support/serial_reader.h"
 
 namespace tavlyn::test {
 namespace {
@@ -10,11 +10,10 @@ namespace {
 using sim::Block;
 using sim::Reader;
 
-class VolatileOutputs : public Bench {
+class VolatileOutputs : public BesideReader {
  protected:
   void Use(std::shared_ptr<Reader> model) { reader = Connected(std::move(model)); }
-  static tsDevEntry& Entry() { return DevTable[0]; }
-  static tsCfgSlot& Slot() { return DevTable[0].CfgSlot[0]; }
+  static tsCfgSlot& Slot() { return ActiveEntry().CfgSlot[0]; }
 
   std::shared_ptr<Reader> reader;
 };
@@ -115,7 +114,7 @@ TEST_F(VolatileOutputs, ASonarSensorDoesNotBeep) {
   Entry().ProductKind = kReader;
 }
 
-class VolatileOutputsFa : public SerialBench {};
+class VolatileOutputsFa : public BesideLine {};
 
 TEST_F(VolatileOutputsFa, ARelayIsOneFrame) {
   AddReader(Reader::Plain());

@@ -3,8 +3,8 @@
 
 #include "api.h"
 #include "core/state.h"
+#include "tests/support/beside.h"
 #include "tests/support/cfg_marks.h"
-#include "tests/support/serial_reader.h"
 
 namespace tavlyn::test {
 namespace {
@@ -12,11 +12,11 @@ namespace {
 using sim::Bytes;
 using sim::Reader;
 
-class Volume : public Bench {
+class Volume : public BesideReader {
  protected:
   void Use(std::shared_ptr<Reader> model) {
     reader = Connected(std::move(model));
-    DevTable[0].LastLibErr = 5;
+    ActiveEntry().LastLibErr = 5;
   }
   std::shared_ptr<Reader> reader;
 };
@@ -26,7 +26,7 @@ TEST_F(Volume, IsReadAndSet) {
   EXPECT_EQ(GetBeeperVolume(), 2U);
   ExpectTraffic({"set 8C 06", "get 8C 06 02"});
   EXPECT_EQ(GetLastLibErr(), 0U);
-  DevTable[0].LastLibErr = 5;
+  ActiveEntry().LastLibErr = 5;
   EXPECT_EQ(SetBeeperVolume(0x1F03), 1U);
   ExpectTraffic({"set 8C 86 03", "get 8C 86 03"});
   EXPECT_EQ(GetLastLibErr(), 0U);
@@ -90,11 +90,11 @@ TEST_F(Volume, AFailureOfEitherHalf) {
 TEST_F(Volume, AnyProductIsAsked) {
   Use(Reader::Plain());
   for (const std::uint32_t kind : {0U, kMagstripe, 3U, kSonar}) {
-    DevTable[0].ProductKind = kind;
+    ActiveEntry().ProductKind = kind;
     EXPECT_EQ(SetBeeperVolume(static_cast<std::uint16_t>(kind)), 1U);
     EXPECT_EQ(GetBeeperVolume(), kind);
   }
-  DevTable[0].ProductKind = kReader;
+  ActiveEntry().ProductKind = kReader;
 }
 
 TEST_F(Volume, WithoutADevice) {
@@ -104,7 +104,7 @@ TEST_F(Volume, WithoutADevice) {
   ExpectTraffic({});
 }
 
-class VolumeFa : public SerialBench {};
+class VolumeFa : public BesideLine {};
 
 TEST_F(VolumeFa, IsReadWithoutAStatusAndSetWithOne) {
   AddReader(Reader::Plain());
