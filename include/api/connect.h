@@ -61,7 +61,8 @@ typedef void (*tavlyn_marker_function)(const char* line, uint64_t length);
 
 /* Sends the trace to the function instead of the trace file; null switches the trace off. Works only while
  * the environment variable TAVLYNAPI_LOGGING is set (its value does not matter): else 0 and nothing changes.
- * The function is called on the thread that made the traced call, at times under the library's lock. */
+ * The function is called on the thread that made the traced call, at times under the library's lock. An
+ * exception that leaves it ends there, on Windows an access violation too, and the traced call goes on. */
 TAVLYN_API uint32_t SetMarkerFunction(tavlyn_marker_function function);
 
 /* The error word of the active device, see TAVLYN_ERR_; it is not cleared. With no device: unsupported,

@@ -8,6 +8,7 @@
 
 #include "api.h"
 #include "core/state.h"
+#include "platform/contained.h"
 #include "platform/files.h"
 #include "platform/platform.h"
 
@@ -58,7 +59,7 @@ void LogLine(const char* tag, const char* format, ...) {
   std::replace_if(line + message, line + used, IsUnprintable, '?');
   line[used++] = '\n';
   line[used] = '\0';
-  MarkerFunc(line, used);
+  platform::Contained([&] { MarkerFunc(line, used); });
 }
 
 void LogErrorCode(const char* tag) { LogLine(tag, "ERROR CODE: %ld", static_cast<long>(SearchErr)); }

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <fstream>
 #include <sstream>
+#include <stdexcept>
 
 #include "api.h"
 #include "core/state.h"
@@ -97,6 +98,16 @@ TEST_F(TraceTest, ANullMarkerSwitchesTheTraceOff) {
   EXPECT_TRUE(AllMarked().empty());
   EXPECT_NE(SetMarkerFunction(Mark), 0U);
   SomeLines();
+  EXPECT_EQ(AllMarked().size(), 2U);
+}
+
+TEST_F(TraceTest, WhatAMarkerThrowsEndsThere) {
+  SetVariable();
+  SetMarkerFunction([](const char* line, std::uint64_t length) {
+    Mark(line, length);
+    throw std::runtime_error("a marker of an application's");
+  });
+  EXPECT_NO_THROW(SomeLines());
   EXPECT_EQ(AllMarked().size(), 2U);
 }
 

@@ -36,6 +36,16 @@ std::vector<std::string> PathsOf(const GUID& cls) {
   return paths;
 }
 
+// The call, by its name, that what is installed here does not let come to its end, and how it ends that.
+std::string troubled;
+DWORD trouble = 0;
+
+void Installer(const char* call) {
+  if (troubled != call) return;
+  if (trouble == EXCEPTION_ACCESS_VIOLATION) *static_cast<volatile int*>(nullptr) = 0;
+  RaiseException(trouble, EXCEPTION_NONCONTINUABLE, 0, nullptr);
+}
+
 BOOL Fail(DWORD error) {
   SetLastError(error);
   return FALSE;
@@ -46,6 +56,7 @@ BOOL Fail(DWORD error) {
 extern "C" {
 
 HDEVINFO WINAPI StandinGetClassDevs(const GUID* cls, const char*, HWND, DWORD flags) {
+  Installer("class");
   if (flags != (DIGCF_PRESENT | DIGCF_DEVICEINTERFACE)) {
     SetLastError(ERROR_INVALID_FLAGS);
     return INVALID_HANDLE_VALUE;
@@ -55,6 +66,7 @@ HDEVINFO WINAPI StandinGetClassDevs(const GUID* cls, const char*, HWND, DWORD fl
 
 BOOL WINAPI StandinEnumDeviceInterfaces(HDEVINFO set, SP_DEVINFO_DATA*, const GUID* cls, DWORD index,
                                         SP_DEVICE_INTERFACE_DATA* data) {
+  Installer("interface");
   const auto* devices = static_cast<const DeviceSet*>(set);
   if (data->cbSize != sizeof *data) return Fail(ERROR_INVALID_USER_BUFFER);
   if (!IsEqualGUID(*cls, devices->cls) || index >= devices->paths.size()) return Fail(ERROR_NO_MORE_ITEMS);
@@ -67,6 +79,7 @@ BOOL WINAPI StandinEnumDeviceInterfaces(HDEVINFO set, SP_DEVINFO_DATA*, const GU
 BOOL WINAPI StandinGetDeviceInterfaceDetail(HDEVINFO set, SP_DEVICE_INTERFACE_DATA* data,
                                             SP_DEVICE_INTERFACE_DETAIL_DATA_A* detail, DWORD size,
                                             DWORD* required, SP_DEVINFO_DATA*) {
+  Installer(detail == nullptr ? "length" : "detail");
   const auto* devices = static_cast<const DeviceSet*>(set);
   if (data->Reserved >= devices->paths.size()) return Fail(ERROR_INVALID_PARAMETER);
   const std::string& path = devices->paths[data->Reserved];
@@ -79,8 +92,15 @@ BOOL WINAPI StandinGetDeviceInterfaceDetail(HDEVINFO set, SP_DEVICE_INTERFACE_DA
 }
 
 BOOL WINAPI StandinDestroyDeviceInfoList(HDEVINFO set) {
+  Installer("destroy");
   delete static_cast<DeviceSet*>(set);
   return TRUE;
+}
+
+// From now on a call (class, interface, length, detail, destroy) ends with a system exception; "" for none.
+void StandinRaise(const char* call, unsigned code) {
+  troubled = call;
+  trouble = code;
 }
 
 const char* StandinSetupMarker() { return "SETUPAPI.DLL"; }

@@ -1,5 +1,8 @@
 #include "platform/windows/hid_walk.h"
 
+#include "platform/contained.h"
+#include "platform/guarded.h"
+
 namespace tavlyn::platform {
 namespace {
 
@@ -10,15 +13,12 @@ constexpr GUID kKeyboardInterface = {
 static_assert(sizeof(SP_DEVICE_INTERFACE_DATA) == 32);
 static_assert(sizeof(SP_DEVICE_INTERFACE_DETAIL_DATA_A) == 8);
 
-// Third-party class installers run inside these calls. What one of them throws counts as the call failing,
-// and each call is caught by itself because each failure has its own consequence.
+// Third-party class installers run inside these calls. An exception there counts as the call failing, and
+// each call is contained by itself because each failure has its own consequence.
 template <typename Call>
-bool Caught(Call call) {
-  try {
-    return call();
-  } catch (...) {
-    return false;
-  }
+bool Succeeds(Call call) {
+  bool done = false;
+  return Contained([&] { done = call(); }) && done;
 }
 
 }  // namespace
@@ -27,7 +27,7 @@ bool HidWalk::Begin(const HidLibraries& libraries, HidClass cls) {
   if (libraries.setup == nullptr) return false;
   class_ = cls == HidClass::kKeyboard ? &kKeyboardInterface : &kHidInterface;
   set_ = INVALID_HANDLE_VALUE;
-  return Caught([&] {
+  return Succeeds([&] {
     set_ = libraries.getClassDevs(class_, nullptr, nullptr, DIGCF_PRESENT | DIGCF_DEVICEINTERFACE);
     return set_ != INVALID_HANDLE_VALUE;
   });
@@ -36,14 +36,14 @@ bool HidWalk::Begin(const HidLibraries& libraries, HidClass cls) {
 WalkStep HidWalk::Member(const HidLibraries& libraries, int index, std::string& path) const {
   SP_DEVICE_INTERFACE_DATA data{};
   data.cbSize = sizeof data;
-  if (!Caught([&] {
+  if (!Succeeds([&] {
         return libraries.enumDeviceInterfaces(set_, nullptr, class_, static_cast<DWORD>(index), &data) != 0;
       })) {
     return WalkStep::kEnd;
   }
 
   DWORD required = 0;
-  Caught(
+  Succeeds(
       [&] { return libraries.getDeviceInterfaceDetail(set_, &data, nullptr, 0, &required, nullptr) != 0; });
   if (GetLastError() != ERROR_INSUFFICIENT_BUFFER) return WalkStep::kEnd;
 
@@ -51,17 +51,20 @@ WalkStep HidWalk::Member(const HidLibraries& libraries, int index, std::string& 
       static_cast<SP_DEVICE_INTERFACE_DETAIL_DATA_A*>(LocalAlloc(LMEM_ZEROINIT, std::size_t{required} + 16));
   if (detail == nullptr) return WalkStep::kEnd;
   detail->cbSize = sizeof *detail;
-  const bool told = Caught([&] {
-    if (!libraries.getDeviceInterfaceDetail(set_, &data, detail, required, nullptr, nullptr)) return false;
-    path = detail->DevicePath;
-    return true;
-  });
+  const bool told =
+      Succeeds([&] {
+        return libraries.getDeviceInterfaceDetail(set_, &data, detail, required, nullptr, nullptr) != 0;
+      }) &&
+      Guarded(false, [&] {
+        path = detail->DevicePath;
+        return true;
+      });
   LocalFree(detail);
   return told ? WalkStep::kPath : WalkStep::kSkip;
 }
 
 void HidWalk::End(const HidLibraries& libraries) {
-  if (set_ != INVALID_HANDLE_VALUE) libraries.destroyDeviceInfoList(set_);
+  if (set_ != INVALID_HANDLE_VALUE) Succeeds([&] { return libraries.destroyDeviceInfoList(set_) != 0; });
   set_ = INVALID_HANDLE_VALUE;
 }
 

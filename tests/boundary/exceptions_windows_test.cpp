@@ -1,0 +1,79 @@
+// Exceptions that do not stem from this compiler, in code of others that the library calls. The process goes
+// on, and nobody finds the library locked.
+#include <windows.h>
+
+#include <string>
+
+#include "tests/boundary/loader.h"
+#include "tests/boundary/reader_usb.h"
+
+namespace tavlyn::boundary {
+namespace {
+
+constexpr DWORD kVisualCpp = 0xE06D7363;
+constexpr DWORD kExceptions[] = {kVisualCpp, EXCEPTION_ACCESS_VIOLATION};
+
+class SystemExceptions : public ReaderUsb {
+ protected:
+  void TearDown() override {
+    Raise("", 0);
+    SetVariable("TAVLYNAPI_LOGGING", nullptr);
+    ReaderUsb::TearDown();
+  }
+
+  // What the installers of the system do from now on in the call of that name.
+  static void Raise(const char* call, DWORD code) {
+    void* setup = GetModuleHandleA("setupapi.dll");
+    reinterpret_cast<void (*)(const char*, unsigned)>(FindSymbol(setup, "tavlyn_standin_raise"))(call, code);
+  }
+
+  void ExpectUnlocked() const {
+    const auto disconnect = CALL(*library_, USBDisconnect);
+    const auto other = [](void* call) -> DWORD { return reinterpret_cast<decltype(disconnect)>(call)(); };
+    HANDLE thread = CreateThread(nullptr, 0, other, reinterpret_cast<void*>(disconnect), 0, nullptr);
+    EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(thread, 60'000)) << "the library is locked";
+    CloseHandle(thread);
+  }
+};
+
+TEST_F(SystemExceptions, ACallThatAnInstallerEndsHasFailed) {
+  Do("plug reader");
+  for (const DWORD code : kExceptions) {
+    for (const char* call : {"class", "interface", "length", "detail"}) {
+      SCOPED_TRACE(std::string(call) + " " + std::to_string(code));
+      Raise(call, code);
+      EXPECT_EQ(0u, Connect());
+      ExpectUnlocked();
+    }
+    Raise("destroy", code);
+    EXPECT_EQ(1u, Connect());
+    ExpectUnlocked();
+    Raise("", 0);
+    EXPECT_EQ(1u, Connect());
+  }
+}
+
+DWORD markersEnd = 0;
+int marks = 0;
+
+void EndingMarker(const char* /*line*/, std::uint64_t /*length*/) {
+  ++marks;
+  if (markersEnd == EXCEPTION_ACCESS_VIOLATION) *static_cast<volatile int*>(nullptr) = 0;
+  RaiseException(markersEnd, 0, 0, nullptr);
+}
+
+TEST_F(SystemExceptions, AMarkerFunctionMayEndInOne) {
+  SetVariable("TAVLYNAPI_LOGGING", "1");
+  ASSERT_EQ(1u, CALL(*library_, SetMarkerFunction)(EndingMarker));
+  Do("plug reader");
+  for (const DWORD code : kExceptions) {
+    markersEnd = code;
+    marks = 0;
+    EXPECT_EQ(1u, Connect());
+    EXPECT_EQ(7, marks);
+    ExpectUnlocked();
+  }
+}
+
+}  // namespace
+}  // namespace tavlyn::boundary
