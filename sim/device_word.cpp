@@ -62,6 +62,7 @@ std::optional<DeviceWord> ParseKind(const std::string& text) {
   if (kind == "magstripe") word.kind = Kind::kMagstripe;
   if (kind == "sonar") word.kind = Kind::kSonar;
   if (word.line && !HangsThere(word.kind, word.line->kind)) return std::nullopt;
+  if (word.line) word.line->magstripe = word.kind == Kind::kMagstripe;
   if (kind == "reader" || word.kind != Kind::kReader) return word;
   if (!kind.starts_with("plus:")) return std::nullopt;
   const auto count = ParseNumber<int>(kind.substr(5));

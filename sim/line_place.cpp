@@ -20,11 +20,11 @@ std::optional<LinePlace> ParseCom(const std::string& text) {
   if (ascii && text.substr(colon) != ":ascii") return std::nullopt;
   const auto number = ParseNumber<std::uint16_t>(text.substr(3, ascii ? colon - 3 : colon));
   if (!number || *number < 1 || *number > kHighestPort) return std::nullopt;
-  return LinePlace{ascii ? LineKind::kComAscii : LineKind::kCom, *number, {}};
+  return LinePlace{ascii ? LineKind::kComAscii : LineKind::kCom, *number, {}, false};
 }
 
 std::optional<LinePlace> ParseAddress(const std::string& text) {
-  LinePlace place{LineKind::kEthernet, 0, {}};
+  LinePlace place{LineKind::kEthernet, 0, {}, false};
   std::size_t at = 0;
   for (std::size_t octet = 0; octet < place.ip.size(); ++octet) {
     const std::size_t end = text.find(octet < 3 ? '.' : ':', at);
@@ -46,7 +46,7 @@ std::optional<LinePlace> ParseLinePlace(const std::string& text) {
   std::string small = text;
   std::ranges::transform(small, small.begin(),
                          [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-  if (small == "bulk") return LinePlace{LineKind::kBulk, 0, {}};
+  if (small == "bulk") return LinePlace{LineKind::kBulk, 0, {}, false};
   return small.starts_with("com") ? ParseCom(small) : ParseAddress(small);
 }
 

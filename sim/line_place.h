@@ -18,6 +18,7 @@ struct LinePlace {
   LineKind kind{};
   std::uint16_t number = 0;          // of the COM port, or the TCP port
   std::array<std::uint8_t, 4> ip{};  // of an adapter
+  bool magstripe = false;            // a magnetic-stripe reader hangs there
 };
 
 // com3, com3:ascii, 127.0.0.1:10001, bulk. Letters of either case.

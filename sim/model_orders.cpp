@@ -38,6 +38,9 @@ bool PutCard(Reader& reader, const Words& words, std::string& reply) {
   const auto id = ParseHex(words[1].substr(0, colon));
   const auto bits = colon == std::string::npos ? std::nullopt : ParseNumber<int>(words[1].substr(colon + 1));
   if (!id || !bits || *bits < 1 || *bits > 255) return Fail(reply, words[1] + ": a card is HEX:BITS");
+  if (static_cast<std::size_t>(*bits) > 8 * id->size()) {
+    return Fail(reply, words[1] + ": the bytes hold " + std::to_string(8 * id->size()) + " bits");
+  }
   reader.PutCard(*id, *bits);
   return true;
 }
@@ -124,23 +127,27 @@ bool Do(Model& model, const Words& words, std::string& reply) {
 }
 
 template <typename Kind, bool (*kDeed)(Kind&, const Words&, std::string&)>
-constexpr ModelOrder Order(const char* name, std::size_t words, bool andMore = false) {
-  return {name, words, andMore, &Is<Kind>, &Do<Kind, kDeed>};
+constexpr ModelOrder Order(CommandText text, std::size_t words, bool andMore = false) {
+  return {text, words, andMore, &Is<Kind>, &Do<Kind, kDeed>};
 }
 
 constexpr ModelOrder kOrders[] = {
-    Order<Reader, PutCard>("card", 2),         Order<Reader, TakeCard>("take", 1),
-    Order<Reader, QueueInput>("input", 2),     Order<Reader, QueueId>("queue", 2),
-    Order<Reader, AddSample>("sample", 2),     Order<Reader, Lack>("lack", 2),
-    Order<Magstripe, Swipe>("swipe", 2, true), Order<Sonar, Stand>("range", 2),
-    Order<Sonar, Walk>("walk", 2, true),
+    Order<Reader, PutCard>({"card", "HEX:BITS", "lays a card on the reader, lowest byte first: card 0102:13"},
+                           2),
+    Order<Reader, TakeCard>({"take", "", "takes the card away"}, 1),
+    Order<Reader, QueueInput>({"input", "HEX", "queues an input report, its report ID first"}, 2),
+    Order<Magstripe, Swipe>(
+        {"swipe", "TRACKS", "draws a card with these tracks: swipe %B12^DOE/JOHN^?;12=34?"}, 2, true),
+    Order<Sonar, Stand>({"range", "INCHES", "somebody stands so far from the sensor"}, 2),
+    Order<Sonar, Walk>({"walk", "FROM:TO:MS...", "somebody walks in front of it, leg by leg, and stays"}, 2,
+                       true),
+    Order<Reader, QueueId>({"queue", "HEX[:HEX]", "queues an ID that was read while nobody asked"}, 2),
+    Order<Reader, AddSample>({"sample", "TYPE:HEX:BITS", "a record of the card analyzer"}, 2),
+    Order<Reader, Lack>({"lack", "HEX", "the reader has no commands that begin so"}, 2),
 };
 
 }  // namespace
 
-const ModelOrder* FindModelOrder(const std::string& name) {
-  const auto* found = std::ranges::find(kOrders, name, &ModelOrder::name);
-  return found == std::end(kOrders) ? nullptr : found;
-}
+std::span<const ModelOrder> ModelOrders() { return kOrders; }
 
 }  // namespace tavlyn::sim

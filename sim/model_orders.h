@@ -2,6 +2,7 @@
 // IDs, analyzer samples, commands it lacks).
 #pragma once
 
+#include <span>
 #include <string>
 
 #include "sim/devices/model.h"
@@ -10,7 +11,7 @@
 namespace tavlyn::sim {
 
 struct ModelOrder {
-  const char* name;
+  CommandText text;
   std::size_t words;  // with the name
   bool andMore;
   bool (*isFor)(const Model& model);
@@ -18,7 +19,6 @@ struct ModelOrder {
   bool (*run)(Model& model, const Words& words, std::string& reply);
 };
 
-// Null when no such order exists.
-const ModelOrder* FindModelOrder(const std::string& name);
+std::span<const ModelOrder> ModelOrders();
 
 }  // namespace tavlyn::sim

@@ -28,31 +28,41 @@ std::string Whereabouts(const std::string& word, const HidIdentity& identity, bo
 }  // namespace
 
 struct Rack::Verb {
-  const char* name;
+  CommandText text;
   std::size_t words;  // with the name
   bool toDevice;      // means one device, which has to be there
   bool (Rack::*run)(const Words&, std::string&);
 };
 
 const Rack::Verb Rack::kVerbs[] = {
-    {"plug", 2, false, &Rack::Plug},
-    {"list", 1, false, &Rack::List},
-    {"reset", 1, false, &Rack::Reset},
-    {"unplug", 1, true, &Rack::Unplug},
-    {"refuse", 2, true, &Rack::ArmFault},
-    {"garble", 2, true, &Rack::ArmFault},
-    {"vanish", 2, true, &Rack::ArmFault},
-    {"drop", 2, true, &Rack::ArmFault},
-    {"late", 2, true, &Rack::ArmFault},
-    {"delay", 2, true, &Rack::SetManner},
-    {"slow", 2, true, &Rack::SetManner},
-    {"cut", 2, true, &Rack::DisturbLine},
-    {"flood", 2, true, &Rack::DisturbLine},
-    {"heal", 1, true, &Rack::Heal},
-    {"exchanges", 1, true, &Rack::CountExchanges},
-    {"traffic", 1, true, &Rack::ShowTraffic},
-    {"clear", 1, true, &Rack::ClearTraffic},
-    {"record", 2, false, &Rack::Record},
+    {{"plug", "DEVICE", "a new device; the reply is its number, from 1"}, 2, false, &Rack::Plug},
+    {{"list", "", "the devices that are there"}, 1, false, &Rack::List},
+    {{"reset", "", "takes every device away and counts from 1 again"}, 1, false, &Rack::Reset},
+    {{"unplug", "", "takes the device away"}, 1, true, &Rack::Unplug},
+    {{"refuse", "N", "the Nth exchange from now on is refused; on a line the Nth byte is lost"},
+     2,
+     true,
+     &Rack::ArmFault},
+    {{"garble", "N", "its bits arrive turned over"}, 2, true, &Rack::ArmFault},
+    {{"vanish", "N", "the device is gone from there on"}, 2, true, &Rack::ArmFault},
+    {{"drop", "N", "a command is taken but not run"}, 2, true, &Rack::ArmFault},
+    {{"late", "N", "a fetch brings what the fetch before brought"}, 2, true, &Rack::ArmFault},
+    {{"delay", "MS", "on a line: so long before each answer"}, 2, true, &Rack::SetManner},
+    {{"slow", "MS", "on a line: answers come byte by byte, with so long between them"},
+     2,
+     true,
+     &Rack::SetManner},
+    {{"cut", "N", "on a line: cut behind the next N bytes of the device"}, 2, true, &Rack::DisturbLine},
+    {{"flood", "N", "on a line: N bytes of noise"}, 2, true, &Rack::DisturbLine},
+    {{"heal", "", "ends all of these, and counts exchanges from 0 again"}, 1, true, &Rack::Heal},
+    {{"exchanges", "", "how many there were"}, 1, true, &Rack::CountExchanges},
+    {{"traffic", "", "what went over, while it is recorded"}, 1, true, &Rack::ShowTraffic},
+    {{"clear", "", "forgets the traffic"}, 1, true, &Rack::ClearTraffic},
+    {{"record", "on|off", "whether the traffic of every device is kept"}, 2, false, &Rack::Record},
+    {{"help", "", "tells these commands; #2 in front of one means device 2, else it is the last"},
+     1,
+     false,
+     &Rack::Help},
 };
 
 bool Rack::Run(const std::string& command, std::string& reply) {
@@ -63,13 +73,14 @@ bool Rack::Run(const std::string& command, std::string& reply) {
   const bool chosen = Choose(words);
   if (words.empty()) return Fail(reply, "no command");
   for (const Verb& verb : kVerbs) {
-    if (words[0] != verb.name) continue;
+    if (words[0] != verb.text.name) continue;
     if (words.size() != verb.words) return Fail(reply, words[0] + ": wrong number of words");
     if (verb.toDevice && !chosen) return Fail(reply, words[0] + ": no such device");
     return (this->*verb.run)(words, reply);
   }
-  const ModelOrder* order = FindModelOrder(words[0]);
-  if (order == nullptr) return Fail(reply, words[0] + ": no such command");
+  const auto orders = ModelOrders();
+  const auto order = std::ranges::find_if(orders, [&](const auto& one) { return words[0] == one.text.name; });
+  if (order == orders.end()) return Fail(reply, words[0] + ": no such command; help tells them");
   if (words.size() < order->words || (words.size() > order->words && !order->andMore)) {
     return Fail(reply, words[0] + ": wrong number of words");
   }
@@ -194,6 +205,18 @@ bool Rack::ClearTraffic(const Words&, std::string&) {
 bool Rack::Record(const Words& words, std::string& reply) {
   if (words[1] != "on" && words[1] != "off") return Fail(reply, words[1] + ": on or off");
   recording_ = words[1] == "on";
+  return true;
+}
+
+bool Rack::Help(const Words&, std::string& reply) {
+  constexpr std::size_t kDeedAt = 22;
+  const auto add = [&](const CommandText& text) {
+    std::string line = std::string(text.name) + " " + text.words;
+    line.resize(std::max(kDeedAt, line.size() + 1), ' ');
+    reply += line + text.deed + "\n";
+  };
+  for (const ModelOrder& order : ModelOrders()) add(order.text);
+  for (const Verb& verb : kVerbs) add(verb.text);
   return true;
 }
 

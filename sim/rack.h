@@ -90,6 +90,7 @@ class Rack {
   bool ShowTraffic(const Words& words, std::string& reply);
   bool ClearTraffic(const Words& words, std::string& reply);
   bool Record(const Words& words, std::string& reply);
+  bool Help(const Words& words, std::string& reply);
 
   [[nodiscard]] bool IsTaken(const LinePlace& place) const;
   // Takes a leading #NUMBER off the words and says whether that device exists.

@@ -11,6 +11,13 @@ namespace tavlyn::sim {
 
 using Words = std::vector<std::string>;
 
+// A command's name, the words behind it, and what it does.
+struct CommandText {
+  const char* name;
+  const char* words;
+  const char* deed;
+};
+
 // None unless the whole text is such a number.
 template <typename Number>
 std::optional<Number> ParseNumber(const std::string& text, int base = 10) {

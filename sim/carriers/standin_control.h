@@ -45,6 +45,7 @@
 //   record on|off          whether exchanges join the traffic, of every device; on at first
 //   list                   the reply is one line for each device present: number, VID:PID or line, its DEVICE
 //   reset                  takes every device away and counts from 1 again
+//   help                   the reply is one line for each command
 //
 // "#NUMBER" in front of a command's words names the device meant: "#2 card 0102:26". Without it that is
 // the device plugged last.

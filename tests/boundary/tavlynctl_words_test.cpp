@@ -95,7 +95,7 @@ TEST_F(ToolWords, NamesOfFilesAndVendorsAreFiltered) {
 
 TEST_F(ToolWords, TheSimulatorFiltersToo) {
   const Ended ended = RunLine("printf 'bo\\033gus\\302\\233\\n' | " + kSim + " run --interactive -- true");
-  EXPECT_EQ("tavlynsim: bo?gus?: no such command\n", ended.err);
+  EXPECT_EQ("tavlynsim: bo?gus?: no such command; help tells them\n", ended.err);
   EXPECT_EQ("tavlynsim: x?: a card is HEX:BITS\n",
             RunLine(kSim + " run --card \"$(printf 'x\\302\\233')\" -- true").err);
   EXPECT_TRUE(IsAscii(RunLine(kSim + " \"$(printf '\\033]0;x')\"").err));

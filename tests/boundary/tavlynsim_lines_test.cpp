@@ -14,28 +14,39 @@ const std::string kReader = " -- " LINE_READER;
 const std::string kCard = "7431 26 bits 1234\n";
 
 TEST(TavlynsimLines, ReaderOnASerialPort) {
-  const Ended ended = RunLine(kRun + "--serial COM3 --card 3412:26" + kReader + " com 3");
+  const Ended ended = RunLine(kRun + "--serial COM3 --card 34120000:26" + kReader + " com 3");
   EXPECT_EQ(kCard + kCard, ended.out) << ended.err;
   EXPECT_TRUE(Holds(ended.err, "tavlynsim: TAVLYNAPI_PORT_DIR=/")) << ended.err;
   EXPECT_TRUE(Holds(ended.err, " tavlynctl --com 3 read\n")) << ended.err;
 }
 
+TEST(TavlynsimLines, AMagneticStripeReaderOnAPortIsNotPromised) {
+  const Ended ended = RunLine(kRun + "--device magstripe@com3 -- " TAVLYNCTL " --com 3 track");
+  EXPECT_EQ(2, ended.status);
+  EXPECT_TRUE(Holds(ended.err, "(a magnetic-stripe reader on COM3, where no search finds one)\n"))
+      << ended.err;
+  EXPECT_TRUE(Holds(ended.err,
+                    "tavlynctl: no magstripe reader answered on COM3; one on a serial port is never "
+                    "found, only those on USB\n"))
+      << ended.err;
+}
+
 TEST(TavlynsimLines, ReaderThatSpeaksText) {
-  const Ended ended = RunLine(kRun + "--ascii COM4 --card 3412:26" + kReader + " ascii 4");
+  const Ended ended = RunLine(kRun + "--ascii COM4 --card 34120000:26" + kReader + " ascii 4");
   EXPECT_EQ(kCard + kCard, ended.out) << ended.err;
   EXPECT_TRUE(Holds(ended.err, " tavlynctl --com 4 --ascii read\n")) << ended.err;
 }
 
 TEST(TavlynsimLines, ReaderBehindAnEthernetAdapter) {
   const Ended ended =
-      RunLine(kRun + "--ethernet 127.78.0.1:10001 --card 3412:26" + kReader + " ip 127.78.0.1 10001");
+      RunLine(kRun + "--ethernet 127.78.0.1:10001 --card 34120000:26" + kReader + " ip 127.78.0.1 10001");
   EXPECT_EQ(kCard + kCard, ended.out) << ended.err;
   EXPECT_EQ("tavlynsim: tavlynctl --ip 127.78.0.1:10001 watch\n", ended.err);
 }
 
 // The library loads a stand-in only when root alone can have put it there.
 TEST(TavlynsimLines, BulkReader) {
-  const Ended ended = RunLine(kRun + "--bulk --card 3412:26" + kReader + " usb");
+  const Ended ended = RunLine(kRun + "--bulk --card 34120000:26" + kReader + " usb");
   if (Holds(ended.err, "belong to root")) {
     EXPECT_EQ(125, ended.status);
     return;
@@ -45,7 +56,8 @@ TEST(TavlynsimLines, BulkReader) {
 }
 
 TEST(TavlynsimLines, CardsComeByTheClock) {
-  const Ended ended = RunLine(kRun + "--serial COM3 --card 3412:26 --on 100 --off 5000" + kReader + " com 3");
+  const Ended ended =
+      RunLine(kRun + "--serial COM3 --card 34120000:26 --on 100 --off 5000" + kReader + " com 3");
   EXPECT_EQ(kCard + "7431 0 bits 0000\n", ended.out) << ended.err;
 }
 
@@ -53,10 +65,10 @@ TEST(TavlynsimLines, OrdersActOnTheLine) {
   const Ended vanished = RunLine(kRun + "--serial COM3 --do 'vanish 1'" + kReader + " com 3");
   EXPECT_EQ(2, vanished.status);
   const Ended plugged =
-      RunLine(kRun + "--serial COM3 --do 'plug plus:2@com5' --do 'card 3412:26'" + kReader + " com 5");
+      RunLine(kRun + "--serial COM3 --do 'plug plus:2@com5' --do 'card 34120000:26'" + kReader + " com 5");
   EXPECT_EQ(kCard + kCard, plugged.out) << plugged.err;
-  const Ended slow =
-      RunLine(kRun + "--serial COM3 --do 'card 3412:26' --do 'delay 20' --do 'slow 2'" + kReader + " com 3");
+  const Ended slow = RunLine(kRun + "--serial COM3 --do 'card 34120000:26' --do 'delay 20' --do 'slow 2'" +
+                             kReader + " com 3");
   EXPECT_EQ(kCard + kCard, slow.out) << slow.err;
   const Ended later =
       RunLine("echo plug reader@com5 | " + kRun +
@@ -113,8 +125,8 @@ TEST(TavlynsimLines, NothingListensBeyondTheLoopbackUntold) {
         Holds(ended.err, "0.0.0.0 is beyond the loopback, others could use the device; --expose permits it"))
         << ended.err;
   }
-  const Ended told =
-      RunLine(kRun + "--expose --ethernet 0.0.0.0:10001 --card 3412:26" + kReader + " ip 127.0.0.1 10001");
+  const Ended told = RunLine(kRun + "--expose --ethernet 0.0.0.0:10001 --card 34120000:26" + kReader +
+                             " ip 127.0.0.1 10001");
   EXPECT_EQ(kCard + kCard, told.out) << told.err;
 }
 

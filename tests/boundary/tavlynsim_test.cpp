@@ -53,6 +53,18 @@ TEST(Tavlynsim, HelpAndVersion) {
             RunLine(kSim + " run --on x -- true").err);
 }
 
+TEST(Tavlynsim, HelpIsTypedToo) {
+  const Ended typed = RunLine("echo help | " + kSim + " run --interactive -- true");
+  EXPECT_TRUE(typed.err.starts_with("tavlynsim: card HEX:BITS         lays a card")) << typed.err;
+  EXPECT_TRUE(Holds(typed.err, "\nvanish N              the device is gone")) << typed.err;
+}
+
+TEST(Tavlynsim, ACardWithMoreBitsThanBytesIsRefused) {
+  const Ended ended = RunLine(kSim + " run --card 0102:99 -- true");
+  EXPECT_EQ(1, ended.status);
+  EXPECT_EQ("tavlynsim: 0102:99: the bytes hold 16 bits\n", ended.err);
+}
+
 TEST(Tavlynsim, DevicesAreListed) {
   const Ended devices = RunLine(kSim + " devices");
   EXPECT_EQ(0, devices.status);
@@ -115,7 +127,7 @@ TEST(Tavlynsim, TypedLinesActOnTheDevices) {
       "tavlynsim: ok\n"
       "tavlynsim: 1 7A31:3BFA reader\n"
       "2 7A31:3BFA plus:2\n"
-      "tavlynsim: bogus: no such command\n",
+      "tavlynsim: bogus: no such command; help tells them\n",
       ended.err);
 }
 

@@ -211,7 +211,7 @@ TEST_F(RackTest, CommandsForAnotherKindOfDeviceAreRefused) {
 TEST_F(RackTest, WhatIsNotUnderstoodIsRefusedWithAReason) {
   EXPECT_EQ("no command", Refused(""));
   EXPECT_EQ("no command", Refused("#1"));
-  EXPECT_EQ("dance: no such command", Refused("dance"));
+  EXPECT_EQ("dance: no such command; help tells them", Refused("dance"));
   EXPECT_EQ("take: no such device", Refused("take"));
   EXPECT_EQ("plug: wrong number of words", Refused("plug"));
   for (const char* device : {"toaster", "plus:1", "plus:12", "plus:", "magstripe:2", "sonar@1", "reader@7A31",
@@ -226,6 +226,25 @@ TEST_F(RackTest, WhatIsNotUnderstoodIsRefusedWithAReason) {
   }
   EXPECT_EQ("0: exchanges count from 1", Refused("refuse 0"));
   EXPECT_EQ("x: a report is hexadecimal", Refused("input x"));
+}
+
+TEST_F(RackTest, ACardHasNoMoreBitsThanBytes) {
+  Do("plug reader");
+  EXPECT_EQ("0102:99: the bytes hold 16 bits", Refused("card 0102:99"));
+  EXPECT_EQ("0102:17: the bytes hold 16 bits", Refused("card 0102:17"));
+  Do("card 0102:16");
+}
+
+TEST_F(RackTest, HelpTellsEveryCommand) {
+  const std::string help = "\n" + Do("help");
+  for (const char* command :
+       {"card HEX:BITS ", "take ",   "input ",       "swipe ",   "range ", "walk ",   "queue ",
+        "sample ",        "lack ",   "plug DEVICE ", "list ",    "reset ", "unplug ", "refuse N ",
+        "garble ",        "vanish ", "drop ",        "late ",    "delay ", "slow ",   "cut ",
+        "flood ",         "heal ",   "exchanges ",   "traffic ", "clear ", "record ", "help "}) {
+    EXPECT_NE(std::string::npos, help.find("\n" + std::string(command))) << command;
+  }
+  EXPECT_EQ(29, std::count(help.begin(), help.end(), '\n'));
 }
 
 TEST_F(RackTest, WhatTheReaderKeepsIsLaidIn) {

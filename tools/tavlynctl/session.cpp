@@ -129,7 +129,9 @@ Failure NotFound(const Link& link, std::uint32_t products) {
   if (onUsb) return {kNoDevice, "no " + Wanted(products) + " is plugged in"};
   // Sensors are on USB alone.
   const std::uint32_t meant = products == kSensors ? products : products & ~kSensors;
-  return {kNoDevice, "no " + Wanted(meant) + " answered " + Where(link)};
+  const bool isHopeless = meant == kMagstripes && link.kind == LinkKind::kSerial;
+  return {kNoDevice, "no " + Wanted(meant) + " answered " + Where(link) +
+                         (isHopeless ? "; one on a serial port is never found, only those on USB" : "")};
 }
 
 Session::~Session() { USBDisconnect(); }

@@ -71,6 +71,9 @@ struct LineShow::Shown {
 };
 
 std::string ReachedBy(const LinePlace& place) {
+  if (place.magstripe) {
+    return "(a magnetic-stripe reader on COM" + std::to_string(place.number) + ", where no search finds one)";
+  }
   switch (place.kind) {
     case LineKind::kCom: return "tavlynctl --com " + std::to_string(place.number) + " read";
     case LineKind::kComAscii: return "tavlynctl --com " + std::to_string(place.number) + " --ascii read";

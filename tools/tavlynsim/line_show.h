@@ -36,7 +36,7 @@ class LineShow {
   std::vector<std::shared_ptr<Shown>> shown_;
 };
 
-// How a program reaches a line: "tavlynctl --com 3 read".
+// How a program reaches a line: "tavlynctl --com 3 read"; or that a search does not.
 std::string ReachedBy(const LinePlace& place);
 
 }  // namespace tavlyn::sim
