@@ -1,0 +1,35 @@
+# tavlyn_harden(TARGET...): what makes a mistake in memory hard to use for an attack, for whatever runs at users'.
+include(CheckCXXCompilerFlag)
+
+set(tavlyn_hardening)
+set(TAVLYN_FORTIFIED 0)
+if(WIN32)
+  # No stack protector: its run time opens a crypto provider while the DLL is being loaded.
+  set(tavlyn_link_hardening -Wl,--dynamicbase -Wl,--nxcompat -Wl,--high-entropy-va)
+else()
+  set(tavlyn_link_hardening -Wl,-z,relro -Wl,-z,now)
+  # The last one exists for x86 alone.
+  foreach(flag -fstack-protector-strong -fstack-clash-protection -fcf-protection)
+    string(MAKE_C_IDENTIFIER "TAVLYN_HAS${flag}" known)
+    check_cxx_compiler_flag(${flag} ${known})
+    if(${known})
+      list(APPEND tavlyn_hardening ${flag})
+    endif()
+  endforeach()
+  # Checked copies need an optimised build, and hide accesses from sanitizers.
+  if(NOT "${CMAKE_CXX_FLAGS}" MATCHES "-fsanitize" AND NOT TAVLYN_FUZZ)
+    set(TAVLYN_FORTIFIED $<CONFIG:Release,RelWithDebInfo,MinSizeRel>)
+    list(APPEND tavlyn_hardening
+      $<${TAVLYN_FORTIFIED}:-U_FORTIFY_SOURCE> $<${TAVLYN_FORTIFIED}:-D_FORTIFY_SOURCE=3>)
+  endif()
+endif()
+
+function(tavlyn_harden)
+  foreach(target IN LISTS ARGN)
+    target_compile_options(${target} PRIVATE ${tavlyn_hardening})
+    get_target_property(type ${target} TYPE)
+    if(NOT type MATCHES "^(OBJECT|STATIC)_LIBRARY$")
+      target_link_options(${target} PRIVATE ${tavlyn_link_hardening})
+    endif()
+  endforeach()
+endfunction()
