@@ -1,0 +1,55 @@
+// The udev rules give rights for what the library takes for its own by default, and for nothing else.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <regex>
+#include <set>
+#include <sstream>
+#include <string>
+
+#include "hid/vidpid_table.h"
+
+namespace tavlyn::boundary {
+namespace {
+
+using Identities = std::set<std::string>;
+
+std::string Named(unsigned vid, unsigned pid) {
+  char text[16];
+  std::snprintf(text, sizeof text, "%04x:%04x", vid, pid);
+  return text;
+}
+
+// Rules end in nothing but the right; what they do not say in this form is no identity.
+Identities OfRule(const std::string& line) {
+  static const std::regex form(
+      R"re(KERNEL=="hidraw\*", ATTRS\{idVendor\}=="(\w{4})", ATTRS\{idProduct\}=="([\w|]+)", TAG\+="uaccess")re");
+  std::smatch parts;
+  if (!std::regex_match(line, parts, form)) return {"not understood: " + line};
+  Identities all;
+  std::istringstream products(parts[2]);
+  for (std::string product; std::getline(products, product, '|');) all.insert(parts[1].str() + ":" + product);
+  return all;
+}
+
+TEST(UdevRules, NodesOfTheLibrarysIdentitiesAndNoOthers) {
+  Identities permitted;
+  std::ifstream rules(TAVLYN_UDEV_RULES);
+  for (std::string line; std::getline(rules, line);) {
+    if (!line.starts_with('#') && line.find("hidraw") != std::string::npos) permitted.merge(OfRule(line));
+  }
+  Identities known = {Named(kMainPair.vid, kMainPair.pid), Named(kMagstripePair.vid, kMagstripePair.pid),
+                      Named(kSonarPair.vid, kSonarPair.pid)};
+  ForgetVidPidTable();
+  LoadVidPidTable();
+  for (std::size_t row = 0; VidPidTable[row].VID != 0; ++row) {
+    known.insert(Named(VidPidTable[row].VID, VidPidTable[row].PID));
+  }
+  ForgetVidPidTable();
+  EXPECT_EQ(12U, known.size());
+  EXPECT_EQ(known, permitted);
+}
+
+}  // namespace
+}  // namespace tavlyn::boundary
