@@ -19,17 +19,13 @@ constexpr const char* kFileName = "./TavlynVIDPID.txt";
 // The file as found once, so that it stays usable when the application changes directory.
 constinit std::array<char, 260> StaticPath{};
 
+// As lines of the file.
+#define TAVLYN_ROW(vid, pid, vendor, filter)                                                             \
+  "VID=\"" #vid "\" PID=\"" #pid "\" VENDORNAME=\"" #vid ":" #pid " " vendor "\" FILTER1MASK=\"" #filter \
+  "\" FILTER1COMPARE=\"" #filter "\"",
 constexpr std::array kBuiltInLines = {
     R"(DEFAULT1MASK="8000"  DEFAULT1COMPARE="8000")",
-    R"(VID="171B"    PID="2001"    VENDORNAME="171B:2001 Velmar"  FILTER1MASK="4000" FILTER1COMPARE="4000")",
-    R"(VID="7A31"    PID="3B57"    VENDORNAME="7A31:3B57 Orvantis Wiegand"  FILTER1MASK="2000" FILTER1COMPARE="2000")",
-    R"(VID="7A31"    PID="3BFB"    VENDORNAME="7A31:3BFB Orvantis Kelda"  FILTER1MASK="8000" FILTER1COMPARE="8000")",
-    R"(VID="7A31"    PID="3B1E"    VENDORNAME="7A31:3B1E Orvantis BLE"  FILTER1MASK="8000" FILTER1COMPARE="8000")",
-    R"(VID="19E5"    PID="2021"    VENDORNAME="19E5:2021 Orvantis Quill"  FILTER1MASK="8000" FILTER1COMPARE="8000")",
-    R"(VID="7A31"    PID="3A01"    VENDORNAME="7A31:3A01 Orvantis Tamar"  FILTER1MASK="8000" FILTER1COMPARE="8000")",
-    R"(VID="7A31"    PID="CCDA"    VENDORNAME="7A31:CCDA Orvantis CCID"  FILTER1MASK="8000" FILTER1COMPARE="8000")",
-    R"(VID="7A31"    PID="CCDB"    VENDORNAME="7A31:CCDB Rennet FIDO CCID"  FILTER1MASK="8000" FILTER1COMPARE="8000")",
-    R"(VID="7A31"    PID="3B4C"    VENDORNAME="7A31:3B4C Orvantis HID CDC"  FILTER1MASK="8000" FILTER1COMPARE="8000")",
+#include "hid/identities.inc"
 };
 
 // The text between the quotes behind key's first place on the line, cut to length; empty without both quotes.

@@ -39,9 +39,8 @@ void ForgetVidPidTable();
 // Takes what a line of the file says; adds at most one row.
 void ParseVidPidLine(const char* text);
 
-inline constexpr platform::HidIds kMainPair{0x7A31, 0x3BFA};
-inline constexpr platform::HidIds kMagstripePair{0x7A31, 0x1000};
-inline constexpr platform::HidIds kSonarPair{0x18C8, 0x2BFA};
+#define TAVLYN_PAIR(name, vid, pid) inline constexpr platform::HidIds name{0x##vid, 0x##pid};
+#include "hid/identities.inc"
 inline constexpr platform::HidIds kReportId1Pair{0x7A31, 0x3BFB};
 
 constexpr bool SameIds(platform::HidIds a, platform::HidIds b) { return a.vid == b.vid && a.pid == b.pid; }

@@ -322,7 +322,7 @@ TEST(Tavlynctl, ClosedOutputIsTold) {
   EXPECT_EQ("tavlynctl: the standard output is closed; >/dev/null drops what is shown\n", ended.err);
 }
 
-// A folder of hidraw nodes, one of them a reader's.
+// A folder of hidraw nodes, two of them readers'.
 class Permission : public testing::Test {
  protected:
   void SetUp() override {
@@ -333,6 +333,8 @@ class Permission : public testing::Test {
     fs::create_directories(folder_ / "dev");
     AddNode("hidraw0", "0003:0000046D:0000C077");
     AddNode("hidraw1", "0003:00007A31:00003BFA");
+    AddNode("hidraw2", "0003:00007A31:00003B99");
+    AddNode("hidraw3", "0003:00007A31:0000CCDA");
   }
 
   void TearDown() override { fs::remove_all(folder_); }
@@ -378,7 +380,8 @@ TEST_F(Permission, ForbiddenReaderIsNamed) {
   const std::string problem = ProblemOfAStranger();
   EXPECT_TRUE(Holds(problem, (folder_ / "dev" / "hidraw1").string() + " (mode 0600, owner root, group root)"))
       << problem;
-  EXPECT_FALSE(Holds(problem, "hidraw0"));
+  EXPECT_TRUE(Holds(problem, "hidraw3"));
+  EXPECT_FALSE(Holds(problem, "hidraw0") || Holds(problem, "hidraw2")) << "no rule gives a right to others";
   EXPECT_TRUE(Holds(problem, "udev rules"));
 }
 

@@ -18,14 +18,17 @@ namespace fs = std::filesystem;
 
 struct Identity {
   unsigned vid;
-  unsigned pid;  // 0: any
+  unsigned pid;
 };
 
-constexpr Identity kKnown[] = {{0x7A31, 0}, {0x19E5, 0x2021}, {0x171B, 0x2001}, {0x18C8, 0x2BFA}};
+#define TAVLYN_PAIR(name, vid, pid) {0x##vid, 0x##pid},
+#define TAVLYN_ROW(vid, pid, vendor, filter) {0x##vid, 0x##pid},
+constexpr Identity kKnown[] = {
+#include "hid/identities.inc"
+};
 
 bool IsKnown(unsigned vid, unsigned pid) {
-  return std::ranges::any_of(
-      kKnown, [&](const Identity& one) { return one.vid == vid && (one.pid == 0 || one.pid == pid); });
+  return std::ranges::any_of(kKnown, [&](const Identity& one) { return one.vid == vid && one.pid == pid; });
 }
 
 bool IsKnownNode(const fs::path& node) {
