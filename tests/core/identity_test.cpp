@@ -211,6 +211,13 @@ TEST_F(IdentityTest, ThePartNumberComesFromACopyTakenAtIndexZero) {
   EXPECT_EQ(getPartNumberString_char(1), 0);
 }
 
+TEST_F(IdentityTest, BeforeIndexZeroIsAskedForTheCopyIsEmpty) {
+  Connected(Reader::Plain());
+  for (const std::int16_t index : {1, 3, 11, 24}) EXPECT_EQ(getPartNumberString_char(index), 0) << index;
+  EXPECT_EQ(getPartNumberString_char(0), 'R');
+  EXPECT_EQ(getPartNumberString_char(3), '-');
+}
+
 TEST_F(IdentityTest, APartNumberOf24CharactersIsWhole) {
   auto reader = Reader::Plain();
   reader->state.model = "ABCDEFGHIJKLMNOPQRSTUVWXYZ";

@@ -142,6 +142,24 @@ TEST_F(StripeConnect, ComPortsOfTheRangeAndVirtualOnesAreVisited) {
   EXPECT_EQ(host.ports.opened.front().timeouts.readConstant, 100U);
 }
 
+TEST_F(StripeConnect, WhatTheScanFoundStaysWhenItIsSwitchedOff) {
+  host.ports.present[12] = nullptr;
+  host.ports.virtualNumbers = {12};
+  SetComSrchRange(3, 6);
+  Asked().clear();
+  EXPECT_FALSE(SearchSorbaneComs([] { return false; }));
+  EXPECT_EQ(VirtualComSearchRange(0, 0), 1U);
+  EXPECT_EQ(VirtualComFlags[12], 1);
+  host.ports.virtualNumbers.clear();
+  EXPECT_TRUE(SearchSorbaneComs(AnswersOn5And12));
+  EXPECT_EQ(Asked(), std::vector<std::uint32_t>{12});
+  EXPECT_EQ(host.ports.scans, 1);
+  USBDisconnect();
+  EXPECT_EQ(VirtualComSearchRange(1, 2), 1U);
+  EXPECT_FALSE(SearchSorbaneComs(AnswersOn5And12)) << "the next scan no longer finds it";
+  EXPECT_EQ(VirtualComFlags[12], 0);
+}
+
 TEST_F(StripeConnect, APortThatAnOpenSocketMakesOpenIsClosedFirst) {
   host.ports.present[5] = nullptr;
   host.sockets.accepts = [](platform::Address) { return true; };

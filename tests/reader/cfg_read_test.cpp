@@ -307,9 +307,60 @@ TEST_F(CfgRead, AReaderThatBecomesUnknownOnTheWayGetsNoCardTypes) {
   EXPECT_EQ(Entry().PlusState, kPlusUnknown);
 }
 
+// Of one configuration of a plus reader: selection, query, card type, the reports of a plain reader.
+constexpr int kOnePass = 6 + 62;
+
+// It is plain when the query cannot be sent. What is left of the walk reads the same slot over again, and
+// selects nothing.
+TEST_F(CfgRead, AReaderThatTurnsPlainInTheMiddle) {
+  Use(Reader::Plus(3));
+  Entry().ActConfig = 2;
+  for (tsCfgSlot& slot : Entry().CfgSlot) slot.bCfgLoaded = 0;
+  reader->faults.Restart();
+  reader->faults.RefuseAt(kOnePass + 3, 6);
+  EXPECT_EQ(ReadCfg(), 1U);
+  ExpectTraffic(Join({{"set 89 81 02", "get", "set 89 01", "get", "set 84", "get"},
+                      OneConfig(),
+                      {"set 89 81 01", "get"},
+                      Times(6, {"set 89 01 refused", "sleep 80"}),
+                      OneConfig(),
+                      OneConfig()}));
+  EXPECT_EQ(Entry().PlusState, kPlainReader);
+  EXPECT_EQ(Entry().MaxConfig, 0);
+  EXPECT_EQ(Entry().ActConfig, 1) << "not lowered";
+  EXPECT_EQ(reader->state.active, 1U) << "not put back";
+  EXPECT_EQ(Slot(2).bCfgLoaded, 1U);
+  EXPECT_EQ(Slot(1).bCfgLoaded, 1U);
+  EXPECT_EQ(Slot(0).bCfgLoaded, 0U);
+  EXPECT_EQ(GetActConfig(), 0);
+}
+
+// It is not known when the reply is lost, and is asked again for the next configuration.
+TEST_F(CfgRead, AReaderThatIsUnknownInTheMiddle) {
+  Use(Reader::Plus(3));
+  Entry().ActConfig = 2;
+  for (tsCfgSlot& slot : Entry().CfgSlot) slot.bCfgLoaded = 0;
+  reader->faults.Restart();
+  reader->faults.RefuseAt(kOnePass + 4);
+  EXPECT_EQ(ReadCfg(), 1U);
+  ExpectTraffic(Join({{"set 89 81 02", "get", "set 89 01", "get", "set 84", "get"},
+                      OneConfig(),
+                      {"set 89 81 01", "get", "set 89 01", "get refused"},
+                      OneConfig(),
+                      {"set 89 01", "get 89 01 01 03", "set 84", "get"},
+                      OneConfig(),
+                      {"set 89 81 02", "get", "set 89 04", "get", "set 89 04 01", "get"}}));
+  EXPECT_EQ(Entry().PlusState, kPlusReader);
+  EXPECT_EQ(GetMaxConfig(), 2);
+  EXPECT_EQ(GetActConfig(), 2);
+  EXPECT_EQ(reader->state.active, 2U);
+  EXPECT_EQ(Slot(1).bCfgLoaded, 1U);
+  EXPECT_EQ(Slot(0).bCfgLoaded, 0U) << "the reader was not told of it";
+}
+
 TEST_F(CfgRead, AFailureAtAnyExchangePutsTheSelectionBack) {
   Use(Reader::Plus(2));
-  const int exchanges = 2 * (6 + 62) + 2;
+  const int exchanges = 2 * kOnePass + 2;
   for (int exchange = 1; exchange <= exchanges - 2; ++exchange) {
     Entry().PlusState = kPlusReader;
     Entry().MaxConfig = 1;

@@ -1,6 +1,7 @@
 // The two keys that travel with a commit.
 #include "reader/hash_keys.h"
 
+#include <algorithm>
 #include <array>
 #include <numeric>
 
@@ -129,6 +130,48 @@ TEST_F(HashKeys, ALostKeyDoesNotFailTheWrite) {
   EXPECT_EQ(reader->state.counters.lastCommitMask, 0x20);
   EXPECT_EQ(Entry().bSepFldCapable, 0U);
   EXPECT_EQ(Slot().bDirtySep, 0U);
+}
+
+// The flag of enhanced security is one for all readers, that of the reader read last.
+class HashKeysOfTwo : public Bench {
+ protected:
+  void SetUp() override {
+    Bench::SetUp();
+    for (const std::uint8_t flag : {std::uint8_t{0x80}, std::uint8_t{0}}) {
+      const auto reader = Reader::Plus(1);
+      reader->state.Working().separated.fill(0);
+      reader->state.Working().separated[0] = 5;
+      reader->state.Working().separated[3] = 16;
+      reader->state.Working().separated[126] = flag;
+      Plug(reader);
+    }
+    SetDevTypeSrch(0);
+    SetConnectProduct(1);
+    ASSERT_EQ(USBConnect(nullptr), 1U);
+    ASSERT_EQ(GetDevCnt(), 2);
+  }
+  // Whether a write sends keys that are empty.
+  bool SendsEmptyKeys() {
+    ActiveEntry().CfgSlot[0].sFldSepData.fill(0);
+    SetMarks(ActiveEntry(), kMarkSep);
+    ForgetTraffic();
+    EXPECT_EQ(WriteCfg(), 1U);
+    const Lines traffic = TrafficOf(host.transcript.Events());
+    return std::ranges::find(traffic, "set 85 00 11") != traffic.end();
+  }
+};
+
+TEST_F(HashKeysOfTwo, GoByTheReaderReadLast) {
+  EXPECT_EQ(SetActDev(0), 1U);
+  EXPECT_EQ(GetEnhanceSecurityFlag(), 0x80U);
+  EXPECT_FALSE(SendsEmptyKeys()) << "the second reader was read after it";
+  EXPECT_EQ(SetActDev(1), 1U);
+  EXPECT_EQ(GetEnhanceSecurityFlag(), 0U);
+  EXPECT_FALSE(SendsEmptyKeys());
+  EXPECT_EQ(SetActDev(0), 1U);
+  EXPECT_EQ(ReadCfg(), 1U);
+  EXPECT_EQ(SetActDev(1), 1U);
+  EXPECT_TRUE(SendsEmptyKeys()) << "the first reader's flag";
 }
 
 class HashKeysFa : public BesideLine {
