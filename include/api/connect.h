@@ -15,6 +15,11 @@
  * (a read that failed, and of a plus reader at index 1 or above every configuration but one) gets show the
  * earlier device's words, and WriteCfg sends them to this one: call ReadCfg for each such device first, and go
  * on only when it gives 1.
+ * Nothing proves that a device is the maker's. Of HID devices those of the makers' pairs and of the VID/PID
+ * table are taken, and every one of product 0104, whatever its vendor. A search with the settings as after
+ * load also opens COM1 to COM8 and writes frames to whatever is connected there; SetDevTypeSrch and
+ * SetComSrchRange narrow it. Over Ethernet everything passes in the clear, keys too, and whoever answers at
+ * the address is believed.
  * Traffic for a plain reader: 89 01; per configuration the reports of ReadCfg. A plus reader adds its
  * firmware words, 89 03 cpu index. */
 TAVLYN_API uint32_t USBConnect(uint32_t* pDID);
@@ -45,7 +50,7 @@ TAVLYN_API uint32_t SetComSrchRange(uint16_t a, uint16_t b);
 TAVLYN_API uint32_t VirtualComSearchRange(uint32_t a, uint32_t b);
 
 /* Address and TCP port of the Ethernet search, unchecked; with d = 0 all of a.b.c.1 to a.b.c.254 are tried.
- * After load 0.0.0.0 and 0, where nothing is. Always 1. */
+ * After load 0.0.0.0 and 0, where nothing is. Always 1. The link is neither enciphered nor authenticated. */
 TAVLYN_API uint32_t SetIpPort(uint8_t a, uint8_t b, uint8_t c, uint8_t d, uint16_t port);
 
 /* The value returned for no device or no such operation; 0 after load. */

@@ -84,6 +84,29 @@ TEST_F(TavlynctlSecure, WrongWordsSendNothing) {
   }
 }
 
+// The lines behind "$ " of one part of a page, as a script.
+std::string LinesOfPage(const std::string& part) {
+  const std::string page = TextOf(TAVLYN_PAGES "/tavlynctl.md");
+  std::istringstream lines(page.substr(std::min(page.find(part), page.size())));
+  std::string script;
+  std::string line;
+  for (std::getline(lines, line); std::getline(lines, line) && !line.starts_with("#");) {
+    if (line.starts_with("    $ ")) script += line.substr(6) + "\n";
+  }
+  return script;
+}
+
+TEST_F(TavlynctlSecure, TheKeyFileOfThePageIsWholeAndLoads) {
+  const std::string script = LinesOfPage("### Key-load files");
+  ASSERT_TRUE(Holds(script, "tavlynctl keys load items.ini --dry-run")) << script;
+  const auto ended = Run("", {"tavlynctl() { ctl \"$@\"; }\n" + script, "ctl keys load items.ini",
+                              "ctl secure read 20070509 --show-keys --json", "stat -c %a items.ini"});
+  EXPECT_EQ("file     items.ini\nwritten  no\n", ended[0].out) << ended[0].err;
+  EXPECT_EQ(0, ended[1].status) << ended[1].err;
+  EXPECT_EQ("C1C2C3C4C5", ParsedText(ended[2])["data"]);
+  EXPECT_EQ("600\n", ended[3].out);
+}
+
 TEST_F(TavlynctlSecure, AnItemThatIsNotThere) {
   const Ended ended = Run("", {"ctl secure read 7F010300"})[0];
   EXPECT_EQ(4, ended.status);
