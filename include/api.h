@@ -15,8 +15,9 @@
  * active or the active one has no such operation. Why a call failed is told by GetLastLibErr in the words
  * TAVLYN_ERR_ of api/types.h.
  *
- * Threads. USBConnect, USBDisconnect, GetActiveID, GetActiveID32, ReadCfg and BeepNow lock the library for
- * their whole run. No other call does: do not overlap them from several threads.
+ * Threads. USBConnect, USBDisconnect, GetActiveID, GetActiveID32, ReadCfg, WriteCfg and BeepNow lock the
+ * library for their whole run; ComConnect and ComConnectPort do for each configuration that they read. No
+ * other call does, but where one of these is a part of it: do not overlap them from several threads.
  *
  * Memory. Text pointers that the library returns are its own and hold until the next like call.
  *

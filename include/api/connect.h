@@ -9,12 +9,12 @@
  * entry 0 on success only. 1: a device was found and every configuration was read. 0: nothing was found, or a
  * configuration read failed; the table then keeps what was found (GetDevCnt). Handles of an earlier connect
  * are not closed: call USBDisconnect first.
- * The mirror of the device that stood in an entry before stays there, over a disconnect too: records, marks of
- * what is not written yet, hash keys, configuration in use. A read overwrites it, but for hash keys, which the
- * next write of separated fields sends, and the mark of LEDs, beeper and relay. Where the connect has not read
- * (a read that failed, and of a plus reader at index 1 or above every configuration but one) gets show the
- * earlier device's words, and WriteCfg sends them to this one: call ReadCfg for each such device first, and go
- * on only when it gives 1.
+ * The mirror of the device that stood in an entry before stays there, over a disconnect too: records, marks
+ * of what is not written yet, hash keys, configuration in use. A read overwrites it, but for hash keys, which
+ * the next write of separated fields sends, and the mark of LEDs, beeper and relay. Where the connect has not
+ * read (a read that failed, and of a plus reader at index 1 or above every configuration but one) gets show
+ * the earlier device's words, and WriteCfg sends them to this one: call ReadCfg for each such device first,
+ * and go on only when it gives 1.
  * Nothing proves that a device is the maker's. Of HID devices those of the makers' pairs and of the VID/PID
  * table are taken, and every one of product 0104, whatever its vendor. A search with the settings as after
  * load also opens COM1 to COM8 and writes frames to whatever is connected there; SetDevTypeSrch and
@@ -71,7 +71,11 @@ typedef void (*tavlyn_marker_function)(const char* line, uint64_t length);
 TAVLYN_API uint32_t SetMarkerFunction(tavlyn_marker_function function);
 
 /* The error word of the active device, see TAVLYN_ERR_; it is not cleared. With no device: unsupported,
- * sign-extended from 16 bits. */
+ * sign-extended from 16 bits. A call with no device leaves no word either, but for those that use entry 0
+ * untested: loads of a file that does not pass its test (LoadIniFile, ReadDevCfgFromSecureFile,
+ * WriteBLEDataToReader and WriteBLEKeyToReader: bits 0x91000000), the texts from GetSerialNumber to
+ * GetCPUInfo (0x20202) and sorbaneClearOverrun (0x202). That word is seen as soon as entry 0 holds a device,
+ * until a call clears it; the configuration read of a connect does. */
 TAVLYN_API uint32_t GetLastLibErr(void);
 
 /* Filters of the row of the VID/PID table that matched the active reader. Index 1: the row's FILTER1 value,

@@ -73,8 +73,9 @@ TAVLYN_API uint16_t IsBTLEPresent(void);
  * (0x40000000) and with no device. Traffic: 8C 07. */
 TAVLYN_API uint16_t GetBTLEConfiguration(void);
 
-/* 1 when the reader answered, whatever it answered; 0 after a failed exchange (0x20000000); unsupported with
- * no device. Traffic: 8C 87 configuration. */
+/* Hands configuration to the reader as it is, 0 to 255; those that GetBTLEConfiguration can tell are 0 to 3.
+ * 1 when the reader answered, whatever it answered, so that a refusal does not show; 0 after a failed
+ * exchange (0x20000000); unsupported with no device. Traffic: 8C 87 configuration. */
 TAVLYN_API uint16_t SetBTLEConfiguration(uint8_t configuration);
 
 #endif

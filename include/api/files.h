@@ -1,13 +1,24 @@
-/* A device's configuration as a text file, with or without an integrity trailer. What the saves and loads of
- * configurations do on other products than card readers stands in magstripe.h and sonar.h. */
+/* A device's configuration as a text file, with or without a trailer. What the saves and loads of
+ * configurations do on other products than card readers stands in magstripe.h and sonar.h.
+ *
+ * A trailer is a CRC-32 of the file. It finds accidents: a file that was cut, damaged on its way or edited by
+ * somebody who did not know of it. It proves nothing about intent, because anybody can compute it: whoever
+ * may write a file can make it say anything and pass. Protect the files themselves.
+ *
+ * A saved configuration can hold bytes of the hash keys that the program has set with SetHashKeyData: the
+ * lines of the separator data can run over their end into them. Save before keys are set, or keep the file as
+ * safe as the keys. On Linux a file that a save creates is its owner's alone (mode 0600); one that is there
+ * keeps its mode. */
 #ifndef TAVLYN_API_FILES_H
 #define TAVLYN_API_FILES_H
 
 #include "types.h"
 
-/* Reads every configuration from the device and saves it as a template file, replacing what was there. 1; 0
- * when the file could not be opened; 0xFFFF when no configuration could be read (the file then holds its
- * heading only); unsupported with no device. Traffic: that of ReadCfg for each configuration. */
+/* Reads every configuration from the device and saves it as a template file, replacing what was there. 1,
+ * also when the disk was full and the file is cut: only its opening is looked at. 0 when the file could not
+ * be opened; 0xFFFF when no configuration could be read (the file then holds its heading, and of a reader
+ * with several configurations their card lines); unsupported with no device. A configuration that could not
+ * be read is missing. Traffic: that of ReadCfg for each configuration. */
 TAVLYN_API uint32_t WriteDevCfgToFile(const char* path);
 
 /* Loads a template file: records that differ go through the record sets, then WriteCfg sends them. What
@@ -26,17 +37,21 @@ TAVLYN_API uint32_t readDevCfgFmFile_char(int16_t index, uint8_t character);
  */
 TAVLYN_API uint32_t ReadDevTypeFromFile(const char* path);
 
-/* 1 when a file is as it was written: kind 0 for configuration and BLE files, any other kind for key-load ini
- * files. Touches no device and no error word. */
+/* 1 when a file's trailer fits what it covers (see above for what that tells): kind 0 for configuration and
+ * BLE files, any other kind for key-load ini files. 0: it does not, it has none, or the file could not be
+ * opened or is too large for the memory. Touches no device and no error word. */
 TAVLYN_API uint32_t CheckTamperedFile(const char* path, uint32_t kind);
 
-/* WriteDevCfgToFile with an integrity trailer. 1, also when no card reader is active and nothing was saved;
- * unsupported when the file could not be written. */
+/* WriteDevCfgToFile with a trailer behind it. 1, also when no card reader is active and nothing was saved,
+ * when no configuration could be read, when the disk was full, and when the trailer could not be added: test
+ * the file with CheckTamperedFile. Unsupported: the file could not be opened, or there was no memory for its
+ * sum (0x91000000). A file that cannot be read back, of mode 0200 say, is signed 00000000 and does not pass.
+ */
 TAVLYN_API uint32_t WriteDevCfgToSecureFile(const char* path);
 
-/* ReadDevCfgFmFile of a file whose trailer is good. 0 with error bits 0x91000000 for a file that was changed;
- * unsupported when the load failed; 1 otherwise, also when no card reader is active and nothing was loaded.
- */
+/* ReadDevCfgFmFile of a file whose trailer fits. 0 with error bits 0x91000000 for one that does not pass
+ * CheckTamperedFile, with no device too, in the word of entry 0; unsupported when the load failed; 1
+ * otherwise, also when no card reader is active and nothing was loaded. */
 TAVLYN_API uint32_t ReadDevCfgFromSecureFile(const char* path);
 
 #endif

@@ -48,10 +48,13 @@ TAVLYN_API uint8_t* SupportedHardware(void);
 
 /* For an arrival notification: opens the device at a path (at most 511 characters) and appends it to the
  * table, if it is one of the active device's product. 1; 0 when it is none, could not be opened or the table
- * is full; unsupported with no device. What was added counts as no product until the next connect. With a
- * magstripe reader active nothing is added: those are found by a connect. A sonar sensor takes the
- * place of device 0, and a blank device is appended. Whenever a device was to be added, device 0 is active
- * afterwards, and one serial or Ethernet device drops out of the table. */
+ * is full; unsupported with no device. What was added counts as no product until the next connect. The path
+ * must name the product's pair: begin with \\?\HID#Vid_7a31&Pid_3bfa (18c8, 2bfa for a sonar sensor) in
+ * either case, or on Linux be listed with it. With a magstripe reader active it must name the pair of a card
+ * reader and lead to a device that tells a magstripe reader's own: no system gives out such a path, so that
+ * those are found by a connect. A sonar sensor takes the place of device 0, and a blank device is appended.
+ * Whenever a device was to be added, device 0 is active afterwards, and one serial or Ethernet device drops
+ * out of the table. */
 TAVLYN_API uint32_t ChkAddArrival(const char* path);
 
 /* For a removal notification: when the table holds a device of that path, whose case does not matter, closes

@@ -107,7 +107,7 @@ TAVLYN_API uint32_t sorbaneIsDataAvailable(void);
 TAVLYN_API uint32_t sorbaneClearDataAvailable(void);
 
 /* Clears the reader's overrun state. 1: the reader answered. The device is not looked at: any active entry is
- * spoken to. Traffic: CQ. */
+ * spoken to, with no device entry 0 (error word 0x202). Traffic: CQ. */
 TAVLYN_API uint32_t sorbaneClearOverrun(void);
 
 /* The reader's uptime in units of its own, and the cards it has read; 0 for a failed exchange. Traffic: QUP.

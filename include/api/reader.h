@@ -15,10 +15,10 @@ TAVLYN_API uint32_t ReadCfg(void);
 /* Sends what has changed in the mirror and commits it, for every configuration of a plus reader from the
  * highest down. Changes that were made for an earlier device and not overwritten by a read go out too: see
  * USBConnect; ReadCfg first. 1; 0 for a failure or no device: what was sent but not committed lies in the
- * reader's working memory only and the next write sends it again. The error word does not tell of the failure.
- * Takes 20 ms for a configuration, or 1200 ms on a reader without the volume command. Traffic per
- * configuration: on a plus reader 89 81 n, 84; then each of 8A, 80, 81, 82, 83 that has changed and 85 i 00 10
- * with a data report behind it; 84 on a plus reader; 90 mask, mask naming the blocks; 8C 06. */
+ * reader's working memory only and the next write sends it again. The error word does not tell of the
+ * failure. Takes 20 ms for a configuration, or 1200 ms on a reader without the volume command. Traffic per
+ * configuration: on a plus reader 89 81 n, 84; then each of 8A, 80, 81, 82, 83 that has changed and 85 i 00
+ * 10 with a data report behind it; 84 on a plus reader; 90 mask, mask naming the blocks; 8C 06. */
 TAVLYN_API uint32_t WriteCfg(void);
 
 /* Makes the device load its factory configuration and reads it back; takes 1200 ms. 0: the command failed
@@ -55,7 +55,7 @@ TAVLYN_API uint8_t getPartNumberString_char(int16_t index);
 /* Texts of up to 24 characters asked of the reader at each call: 8C 04 k i with i = 0 to 2, over a serial
  * link 0C 04 k i. Empty on failure, with error bit 0x20000 over reports; the error word is not cleared first.
  * All five share one buffer. Neither product nor table is looked at: with no device, entry 0 is asked in
- * vain, over reports for 480 ms. */
+ * vain, over reports for 480 ms, and its error word becomes 0x20202. */
 TAVLYN_API const char* GetSerialNumber(void);  /* k = 2 */
 TAVLYN_API const char* GetPlatformType(void);  /* k = 3 */
 TAVLYN_API const char* GetBuildDate(void);     /* k = 5 */

@@ -8,7 +8,9 @@
  * failed, with nothing stored. Success clears the error word.
  *
  * "Read" is a mark of the mirror's that a connect does not clear: until this device's configuration has been
- * read, the words are those of the device that had its place in the table before. See USBConnect. */
+ * read, the words are those of the device that had its place in the table before. See USBConnect. Of a plus
+ * reader at index 1 or above a connect reads one configuration alone, the one that the reader has in use: the
+ * others need ReadCfg. */
 #ifndef TAVLYN_API_RECORDS_H
 #define TAVLYN_API_RECORDS_H
 

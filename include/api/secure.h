@@ -29,10 +29,11 @@ TAVLYN_API uint32_t WriteSecureData(const uint8_t* item, uint32_t length);
  * same bits. Traffic: 89 10 00 00 and the header, 89 10 00 n for each block, two reports each. */
 TAVLYN_API uint32_t ReadSecureData(const uint8_t* header, uint8_t* out);
 
-/* Tests a key-load ini file (see CheckTamperedFile, kind 2) and writes its items, each as WriteSecureData
- * does; one that fails does not stop the others. 1 when the last item was written. 0: the file does not pass
- * (0x91000000, nothing is sent); a line is out of place, and the items before it are written; the last item
- * failed, or its bytes do not add up; the file has no items; no card reader is active.
+/* Tests a key-load ini file (see CheckTamperedFile, kind 2: its trailer finds accidents and no intent) and
+ * writes its items, each as WriteSecureData does; one that fails does not stop the others. 1 when the last
+ * item was written. 0: the file does not pass (0x91000000, nothing is sent); a line is out of place, and the
+ * items before it are written; the last item failed, or its bytes do not add up; the file has no items; no
+ * card reader is active.
  *
  * An item is three lines: "[Blob" any digits "]", "hdr=" and its header, "data=" and its payload, bytes in
  * hexadecimal between blanks. A line ends in CR LF, has at most 255 characters with them, and none stands
@@ -50,7 +51,9 @@ TAVLYN_API uint32_t WriteSEKeyRefrence(const uint8_t* data, uint32_t length, uin
 
 /* Keeps 32 bytes, two hash keys of 16, for the active configuration. They reach the reader with its next
  * WriteCfg, and only a reader with extended separated fields: each key that does not begin with 0, or both
- * while security is enhanced. 1; 0 for a null pointer; unsupported when no card reader is active. */
+ * while security is enhanced. 1; 0 for a null pointer; unsupported when no card reader is active. From then
+ * on, until the library is unloaded, a saved configuration can hold bytes of them (see files.h): save it
+ * before. */
 TAVLYN_API uint32_t SetHashKeyData(const uint8_t* data);
 
 /* Enhanced security: 0x80 or 0; unsupported, sign-extended, when no card reader is active. The flag belongs
@@ -59,21 +62,23 @@ TAVLYN_API uint32_t SetHashKeyData(const uint8_t* data);
 TAVLYN_API uint32_t GetEnhanceSecurityFlag(void);
 TAVLYN_API void SetEnhanceSecurityFlag(uint32_t on);
 
-/* Save what the reader keeps for its BLE radio, 384 bytes of data or 128 bytes of key, as a text file with an
- * integrity trailer. 1, also when no card reader is active and nothing was saved; unsupported when the file
- * could not be opened, or its trailer not be added (0x30000000). A read that fails is told by the same bits
- * of the error word alone: the file is then whole, passes its test, and holds zeros for what did not come.
- * Traffic for each 128 bytes, of data 0 to 2 and of key 10: 30 ms, 89 10 00 00 10 01 00 part, 30 ms, 89 10 00
- * 00 10 01 00 80 (90 for the key), 32 times 89 10 00 n; two reports each. */
+/* Save what the reader keeps for its BLE radio, 384 bytes of data or 128 bytes of key, as a text file with a
+ * trailer (see files.h: anybody can compute one). 1, also when no card reader is active and nothing was
+ * saved, and when the disk was full; unsupported when the file could not be opened, or its trailer not be
+ * added (0x30000000). A read that fails is told by the same bits of the error word alone: the file is then
+ * whole, passes its test, and holds zeros for what did not come. A file that cannot be read back is signed
+ * 00000000. The file is in the clear; on Linux a new one is its owner's alone. Traffic for each 128 bytes, of
+ * data 0 to 2 and of key 10: 30 ms, 89 10 00 00 10 01 00 part, 30 ms, 89 10 00 00 10 01 00 80 (90 for the
+ * key), 32 times 89 10 00 n; two reports each. */
 TAVLYN_API uint32_t WriteBLEDataToFile(const char* path);
 TAVLYN_API uint32_t WriteBLEKeyToFile(const char* path);
 
 /* Load such a file into the reader. 1, also when no card reader is active and nothing was loaded.
- * Unsupported: the file does not pass its test (0x91000000, nothing is sent); it is of the other kind or
- * malformed (0x30000001, nothing is sent); an exchange failed (0x30000001; parts before it stay). Bytes that
- * the file does not hold are written as zeros. Traffic for each 128 bytes: 89 90 00 00 11 01 80 part, 32
- * times 89 90 00 n and four bytes, 89 90 00 FF 00 00 00 part, 100 ms (not for the key), the same with part +
- * 80; two reports each. The reports of the key are one byte longer than usual. */
+ * Unsupported: the file does not pass its test (0x91000000, with no device too; nothing is sent); it is of
+ * the other kind or malformed (0x30000001, nothing is sent); an exchange failed (0x30000001; parts before it
+ * stay). Bytes that the file does not hold are written as zeros. Traffic for each 128 bytes: 89 90 00 00 11
+ * 01 80 part, 32 times 89 90 00 n and four bytes, 89 90 00 FF 00 00 00 part, 100 ms (not for the key), the
+ * same with part + 80; two reports each. The reports of the key are one byte longer than usual. */
 TAVLYN_API uint32_t WriteBLEDataToReader(const char* path);
 TAVLYN_API uint32_t WriteBLEKeyToReader(const char* path);
 

@@ -19,7 +19,8 @@
 #endif
 
 /* Every configuration record is eight 16-bit words. Flags are 0 or non-zero; words named iPad are kept and
- * handed back but mean nothing. */
+ * handed back but mean nothing. Where only a greatest value is told a negative word is not refused: low
+ * bits of it, or of the number of its steps, reach the reader. */
 
 /* What the reader does with an ID. */
 typedef struct tsCfgFlags {
@@ -34,7 +35,7 @@ typedef struct tsCfgFlags {
 } tsCfgFlags;
 
 typedef struct tsIDBitCnts {
-  int16_t iLeadParityBitCnt;  /* Wiegand leading parity bits to strip: 0 to 15, or to 142 where ExFeatures01
+  int16_t iLeadParityBitCnt;  /* Wiegand leading parity bits to strip: at most 15, or 142 where ExFeatures01
                                  bit 7 is set */
   int16_t iTrailParityBitCnt; /* trailing parity bits to strip, the same range */
   int16_t iIDBitCnt;          /* with bStripFac, the bits of the ID that set ID and FAC apart: 1 to 255 */
@@ -46,10 +47,10 @@ typedef struct tsIDBitCnts {
 } tsIDBitCnts;
 
 typedef struct tsIDDispParms {
-  int16_t iFACIDDelim;     /* character between FAC and ID: 0 to 255 */
-  int16_t iELDelim;        /* character at the end of the ID, unless bNoUseELChar: 0 to 255 */
-  int16_t iIDDispLen;      /* with bFixLenDsp, the ID is padded with zeros to this length: 0 to 25 */
-  int16_t iFACDispLen;     /* with bFixLenDsp, the FAC is padded with zeros to this length: 0 to 25 */
+  int16_t iFACIDDelim;     /* character between FAC and ID: at most 255 */
+  int16_t iELDelim;        /* character at the end of the ID, unless bNoUseELChar: at most 255 */
+  int16_t iIDDispLen;      /* with bFixLenDsp, the ID is padded with zeros to this length: at most 25 */
+  int16_t iFACDispLen;     /* with bFixLenDsp, the FAC is padded with zeros to this length: at most 25 */
   int16_t iExOutputFormat; /* 0 = data format mode, 1 = extended mode */
   int16_t iPad5;
   int16_t iPad6;
@@ -58,11 +59,11 @@ typedef struct tsIDDispParms {
 
 /* Milliseconds. A value between two steps reaches the reader rounded down. */
 typedef struct tsTimeParms {
-  int16_t iBitStrmTO;   /* a Wiegand read times out after this time: 0 to 1020, steps of 4 */
-  int16_t iIDHoldTO;    /* a card ID remains valid for this time: 0 to 12750, steps of 50 */
-  int16_t iIDLockOutTm; /* repeated reports are squelched for this time: 0 to 12750, steps of 50 */
-  int16_t iUSBKeyPrsTm; /* USB inter-key press time: 0 to 1020, steps of 4 */
-  int16_t iUSBKeyRlsTm; /* USB inter-key release time: 0 to 1020, steps of 4 */
+  int16_t iBitStrmTO;   /* a Wiegand read times out after this time: at most 1020, steps of 4 */
+  int16_t iIDHoldTO;    /* a card ID remains valid for this time: at most 12750, steps of 50 */
+  int16_t iIDLockOutTm; /* repeated reports are squelched for this time: at most 12750, steps of 50 */
+  int16_t iUSBKeyPrsTm; /* USB inter-key press time: at most 1020, steps of 4 */
+  int16_t iUSBKeyRlsTm; /* USB inter-key release time: at most 1020, steps of 4 */
   int16_t ExFeatures01; /* feature bits reported by the reader: 5 ASCII conversion, 6 extended separated
                            fields and iExOutputFormat, 7 parity counts above 15 */
   int16_t iPad6;
@@ -92,7 +93,7 @@ typedef struct tsCfgFlags3 {
 } tsCfgFlags3;
 
 typedef struct tsIDDispParms2 {
-  int16_t iLeadChrCnt; /* with bUseLeadChrs, the number of lead characters: 0 to 3 */
+  int16_t iLeadChrCnt; /* with bUseLeadChrs, the number of lead characters: at most 3 */
   int16_t iLeadChr0;
   int16_t iLeadChr1;
   int16_t iLeadChr2;
@@ -104,7 +105,7 @@ typedef struct tsIDDispParms2 {
 
 /* Lead and trail characters share three places; lead characters have priority. */
 typedef struct tsIDDispParms3 {
-  int16_t iTrailChrCnt; /* number of trail characters: 0 to 3 */
+  int16_t iTrailChrCnt; /* number of trail characters: at most 3 */
   int16_t iTrailChr0;
   int16_t iTrailChr1;
   int16_t iTrailChr2;
@@ -177,7 +178,7 @@ typedef struct tsBprRlyCtrl {
 #define TAVLYN_ERR_FULL_FW_VERSION   0x70000000u  /* or: the full firmware version could not be read */
 #define TAVLYN_ERR_REFERENCE         0x80000000u  /* or: WriteEV1FileRefrence, WriteSEKeyRefrence: a failed exchange */
 #define TAVLYN_ERR_SECURE            0x81000000u  /* or: an exchange of secure data or of transparent mode failed */
-#define TAVLYN_ERR_INTEGRITY         0x91000000u  /* or: a file failed its integrity test */
+#define TAVLYN_ERR_INTEGRITY         0x91000000u  /* or: a trailer does not fit its file, or could not be computed */
 /* clang-format on */
 
 #endif
