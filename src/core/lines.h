@@ -7,6 +7,7 @@
 #include <limits>
 #include <string_view>
 
+#include "core/wipe.h"
 #include "platform/files.h"
 
 namespace tavlyn {
@@ -32,7 +33,7 @@ class Lines {
 
  private:
   std::FILE* file_;
-  std::array<char, kRoom> room_{};
+  Wiped<std::array<char, kRoom>> room_{};
   std::uint64_t left_;
 };
 

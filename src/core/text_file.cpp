@@ -1,14 +1,29 @@
 #include "core/text_file.h"
 
+#include <new>
+
 #include "core/state.h"
 #include "core/version.h"
 #include "platform/files.h"
 
 namespace tavlyn {
 
-File OpenFile(const char* path, const char* mode) { return File(platform::OpenFile(path, mode)); }
+namespace {
 
-File CreateKeyFile(const char* path) { return File(platform::OpenPrivateFile(path)); }
+File ThroughOwnRoom(std::FILE* opened) {
+  File file(opened);
+  if (file == nullptr) return file;
+  auto& room = file.get_deleter().room;
+  room.reset(new (std::nothrow) CloseFile::Room);
+  if (room != nullptr) std::setvbuf(opened, room->data(), _IOFBF, room->size());
+  return file;
+}
+
+}  // namespace
+
+File OpenFile(const char* path, const char* mode) { return ThroughOwnRoom(platform::OpenFile(path, mode)); }
+
+File CreateKeyFile(const char* path) { return ThroughOwnRoom(platform::OpenPrivateFile(path)); }
 
 void WriteHeading(std::FILE* file, const char* title) {
   const unsigned did = ActiveEntry().DID;

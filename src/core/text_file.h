@@ -1,9 +1,12 @@
 // What all configuration text files have in common.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <cstdio>
 #include <memory>
+
+#include "core/wipe.h"
 
 namespace tavlyn {
 
@@ -11,8 +14,13 @@ namespace tavlyn {
 inline constexpr char kCommentMark = '/';
 inline constexpr char kInformationMark = ':';
 
+// What is read and written passes through room of the file's own, because it may be keys. Without memory for
+// it the C library's serves.
 struct CloseFile {
+  using Room = Wiped<std::array<char, 4096>>;
   void operator()(std::FILE* file) const { std::fclose(file); }
+
+  std::unique_ptr<Room> room;
 };
 using File = std::unique_ptr<std::FILE, CloseFile>;
 

@@ -7,6 +7,7 @@
 #include "core/openings.h"
 #include "core/text_file.h"
 #include "core/text_tokens.h"
+#include "core/wipe.h"
 #include "files/ble_memory.h"
 #include "files/integrity.h"
 #include "files/template_format.h"
@@ -19,7 +20,7 @@ constexpr std::size_t kLineBytes = 8;
 constexpr int kBeginLine = 9;  // blank lines count
 
 // Room for either block, so that a file for the larger one cannot overrun it.
-using BleBytes = std::array<std::uint8_t, kBleDataBytes>;
+using BleBytes = Wiped<std::array<std::uint8_t, kBleDataBytes>>;
 
 void PrintBytes(std::FILE* file, std::span<const std::uint8_t> bytes) {
   for (std::size_t at = 0; at < bytes.size(); ++at) {

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 #include "core/ascii_case.h"
 #include "core/lines.h"
 #include "core/text_file.h"
 #include "core/text_tokens.h"
+#include "core/wipe.h"
 
 namespace tavlyn {
 namespace {
@@ -48,6 +50,9 @@ struct HwgTrailer {
   Marker marker = Marker::kNone;
   std::string value;
 };
+
+// What a file with keys in it needs, so that the text leaves no copies behind where it grew out of.
+constexpr std::size_t kUsualText = 1U << 16;
 
 // Collects what the sum covers up to a marker with a value line behind it. False: the file has none.
 bool FindHwgTrailer(std::FILE* file, std::string& text, HwgTrailer& trailer) {
@@ -101,16 +106,17 @@ int CRC::SumOf(std::string& text, std::uint32_t& sum) {
 }
 
 std::string CRC::ReadWholeFile(const char* path) {
-  std::string text;
+  Wiped<std::string> text;
   const File file = OpenFile(path, "rb");
+  if (file != nullptr) text.reserve(kUsualText);
   Lines<kLongLine> lines(file.get());
   std::string_view line;
   while (file != nullptr && lines.Next(line)) text += line;
-  return text;
+  return std::move(text);
 }
 
 int CRC::AppendHwgTrailer(const char* path) {
-  std::string text = ReadWholeFile(path);
+  Wiped<std::string> text{ReadWholeFile(path)};
   std::uint32_t sum = 0;
   if (const int code = SumOf(text, sum); code != 0) return code;
   const File file = OpenFile(path, "a");
@@ -120,7 +126,7 @@ int CRC::AppendHwgTrailer(const char* path) {
 }
 
 int CRC::AppendSecureTrailer(const char* path) {
-  std::string text = ReadWholeFile(path);
+  Wiped<std::string> text{ReadWholeFile(path)};
   std::uint32_t sum = 0;
   const int code = SumOf(text, sum);
   const File file = OpenFile(path, "a");
@@ -136,7 +142,8 @@ int CRC::CheckFile(const char* path, std::uint32_t kind) {
 
 int CRC::CheckHwgFile(const char* path) {
   File file = OpenFile(path, "rb");
-  std::string text;
+  Wiped<std::string> text;
+  text.reserve(kUsualText);
   HwgTrailer trailer;
   if (file == nullptr || !FindHwgTrailer(file.get(), text, trailer)) return 0;
   file.reset();
@@ -151,7 +158,8 @@ int CRC::CheckIniFile(const char* path) {
   const File file = OpenFile(path, "rb");
   Lines<kLongLine> lines(file.get());
   std::string_view line;
-  std::string text;
+  Wiped<std::string> text;
+  text.reserve(kUsualText);
   while (file != nullptr && lines.Next(line)) {
     if (line == "[EOF]\r\n") return CheckIniTrailer(file.get(), text);
     text += line;

@@ -16,6 +16,7 @@
 #include "core/openings.h"
 #include "core/text_file.h"
 #include "core/text_tokens.h"
+#include "core/wipe.h"
 #include "files/integrity.h"
 #include "files/secure_items.h"
 
@@ -23,8 +24,9 @@ using namespace tavlyn;
 
 namespace {
 
-using Item = std::vector<std::uint8_t>;
-using IniLines = Lines<256>;
+using Item = Wiped<std::vector<std::uint8_t>>;
+constexpr std::size_t kIniLine = 256;
+using IniLines = Lines<kIniLine>;
 
 bool IsSectionHead(std::string_view line) {
   constexpr std::string_view kHead = "[Blob";
@@ -57,6 +59,7 @@ bool LoadItems(const char* path) {
   bool written = false;
   while (lines.Next(line) && line != "[EOF]\r\n") {
     Item item;
+    item.reserve(kIniLine);  // more than header and payload, of which a byte takes two characters
     if (!IsSectionHead(line) || !TakeBytes(lines, "hdr", item) || !TakeBytes(lines, "data", item))
       return false;
     written = IsWholeItem(item) && WriteItem(item);

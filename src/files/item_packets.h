@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <span>
 
+#include "core/wipe.h"
 #include "reader/transactions.h"
 
 namespace tavlyn {
@@ -44,7 +45,7 @@ class ItemChannel {
   }
 
  private:
-  using LongReport = std::array<std::uint8_t, 10>;
+  using LongReport = Wiped<std::array<std::uint8_t, 10>>;
 
   [[nodiscard]] bool SameFirst(std::size_t bytes) const;
 

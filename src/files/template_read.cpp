@@ -10,6 +10,7 @@
 #include "core/configurations.h"
 #include "core/text_file.h"
 #include "core/text_tokens.h"
+#include "core/wipe.h"
 #include "files/template_format.h"
 #include "reader/records.h"
 
@@ -29,6 +30,8 @@ constexpr std::array kPushOrder = {kIDBitCnts,   kTimeParms,    kCfgFlags,     k
                                    kIDDispParms, kIDDispParms2, kIDDispParms3, kLEDCtrl,   kBprRlyCtrl};
 
 struct Parsed {
+  ~Parsed() { Wipe(&slot.HashKeyData, sizeof slot.HashKeyData); }
+
   tsCfgSlot slot;
   bool outputFormatGiven = false;
   bool inSepBlock = false;

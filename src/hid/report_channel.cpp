@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/state.h"
+#include "core/wipe.h"
 #include "hid/text_frames.h"
 
 namespace tavlyn {
@@ -42,7 +43,7 @@ bool WriteFeatureReport(std::int32_t n, std::int32_t dev, const std::uint8_t* bu
   tsDevEntry& entry = Touch(dev);
   if (n < -1 || n > kLongestReport) return false;
   const auto length = static_cast<std::size_t>(n) + 1;
-  std::array<std::uint8_t, kLongestReport + 1> report;
+  Wiped<std::array<std::uint8_t, kLongestReport + 1>> report;
   std::copy_n(buffer, length, report.begin());
   report[0] = ReportIdOf(entry);
   platform::Host& host = platform::TheHost();

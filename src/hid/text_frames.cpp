@@ -7,6 +7,7 @@
 #include <span>
 #include <string_view>
 
+#include "core/wipe.h"
 #include "hid/vidpid_table.h"
 #include "links/link_socket.h"
 #include "platform/platform.h"
@@ -18,7 +19,7 @@ constexpr std::size_t kHeader = 16;
 constexpr std::size_t kIds = 4;
 constexpr std::string_view kRequest = "#Req/FR:";
 
-using Frame = std::array<std::uint8_t, 80>;
+using Frame = Wiped<std::array<std::uint8_t, 80>>;
 
 bool LengthIsGood(std::int32_t n) { return n >= -1 && n <= 7; }
 

@@ -8,14 +8,15 @@
 #include <array>
 #include <cstdint>
 
+#include "core/wipe.h"
 #include "reader/commands.h"
 
 namespace tavlyn {
 
 struct FaFrame {
   std::uint8_t cla = 0xFA;
-  std::array<std::uint8_t, 6> header{};  // INS P1 P2 P3 and the two bytes that one command adds
-  std::array<std::uint8_t, 256> data{};  // to the reader, or what came from it
+  std::array<std::uint8_t, 6> header{};         // INS P1 P2 P3 and the two bytes that one command adds
+  Wiped<std::array<std::uint8_t, 256>> data{};  // to the reader, or what came from it
   std::uint8_t sw1 = 0;
   std::uint8_t sw2 = 0;
 

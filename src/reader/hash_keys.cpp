@@ -4,6 +4,7 @@
 #include <span>
 
 #include "core/state.h"
+#include "core/wipe.h"
 #include "reader/transactions.h"
 
 namespace tavlyn {
@@ -25,7 +26,7 @@ void SendKey(std::span<const std::uint8_t, 16> key, std::uint8_t selector) {
     entry.bSepFldCapable = 0;
   };
   for (std::uint8_t half = 0; half < kHalves; ++half) {
-    Report data{};
+    Wiped<Report> data{};
     std::ranges::copy(key.subspan(half * kReportBytes, kReportBytes), data.begin() + 1);
     send(CommandReport(command::kWriteHashKey, half, selector));
     send(data);

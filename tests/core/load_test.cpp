@@ -1,10 +1,14 @@
 // What happens once when the library comes into a process and once when it leaves.
+#include "core/front/load.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 #include "api.h"
+#include "core/buffers.h"
 #include "core/state.h"
 #include "hid/vidpid_table.h"
 #include "tests/support/bench.h"
@@ -35,6 +39,21 @@ TEST_F(LoadTest, UnloadClosesWhatAConnectOpened) {
   Reload();
   EXPECT_EQ(host.hid.OpenHandles(), 0U);
   EXPECT_EQ(GetDevCnt(), 0);
+}
+
+// The process may go on, and keep the memory that the library had.
+TEST_F(LoadTest, UnloadLeavesNoKeys) {
+  Connected(Reader::Plus(2));
+  ASSERT_EQ(SetActConfig(1), 1U);
+  const std::array<std::uint8_t, 32> keys{1, 2, 3};
+  ASSERT_EQ(SetHashKeyData(keys.data()), 1U);
+  SetRawPayload(0x89, 1, 2, 3, 4, 5, 6, 7);
+  const tsCfgSlot& slot = DevTable[0].CfgSlot[1];
+  ASSERT_EQ(slot.HashKeyData[0][2], 3);
+  Unload();
+  EXPECT_EQ(slot.HashKeyData, decltype(slot.HashKeyData){});
+  EXPECT_EQ(Buffers.RawCmd, decltype(Buffers.RawCmd){});
+  Load();
 }
 
 TEST_F(LoadTest, UnloadTracesBothDisconnects) {

@@ -6,6 +6,7 @@
 #include "core/id_cache.h"
 #include "core/state.h"
 #include "core/trace.h"
+#include "core/wipe.h"
 #include "hid/vidpid_table.h"
 #include "links/com_search.h"
 #include "links/libusb_pipe.h"
@@ -49,6 +50,14 @@ void ResetProcessState() {
   ForgetVidPidTable();
 }
 
+// The process may go on without the library, and keep its memory.
+void WipeKeys() {
+  for (tsDevEntry& entry : DevTable.Reached()) {
+    for (tsCfgSlot& slot : entry.CfgSlot) Wipe(&slot.HashKeyData, sizeof slot.HashKeyData);
+  }
+  Wipe(&Buffers, sizeof Buffers);
+}
+
 }  // namespace
 
 void Load() {
@@ -68,6 +77,7 @@ void Load() {
 void Unload() {
   USBDisconnect();
   USBDisconnect();
+  WipeKeys();
   platform::TheHost().hid.Unload();
   platform::TheHost().mutex.Close();
 }

@@ -1,0 +1,24 @@
+// Memory that may have held keys, or the text of files with keys, is overwritten when it is not needed any
+// more.
+#pragma once
+
+#include <cstddef>
+
+namespace tavlyn {
+
+// In a way that no compiler leaves out.
+inline void Wipe(void* memory, std::size_t bytes) {
+  auto* at = static_cast<volatile unsigned char*>(memory);
+  for (; bytes > 0; --bytes) *at++ = 0;
+}
+
+// An array, or a text or vector that does not grow out of what it has reserved, which is wiped at its end.
+template <typename Container>
+struct Wiped : Container {
+  ~Wiped() {
+    if constexpr (requires { this->reserve(0); }) this->resize(this->capacity());
+    Wipe(this->data(), this->size() * sizeof(typename Container::value_type));
+  }
+};
+
+}  // namespace tavlyn
