@@ -50,7 +50,9 @@ std::string Problem(const CLI::App& app, const CLI::ParseError& error, bool mayH
   const auto option =
       std::ranges::find_if(rest, [](const std::string& one) { return one.starts_with('-') && one != "--"; });
   if (option != rest.end()) {
-    return "there is no option " + *option + DidYouMean(*option, OptionsOf(Innermost(app)));
+    // Its value is not repeated.
+    const std::string name = option->substr(0, option->find('='));
+    return "there is no option " + name + DidYouMean(name, OptionsOf(Innermost(app)));
   }
   const std::string& word = rest.front();
   return commandIsMissing ? NoCommand(Innermost(app), word) : word + " was not expected";

@@ -1,4 +1,12 @@
 // tavlynctl where it handles keys and other protected memory.
+#include <fcntl.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <thread>
+
 #include "tests/boundary/simulated_run.h"
 
 namespace tavlyn::boundary {
@@ -162,6 +170,72 @@ TEST_F(TavlynctlSecure, AReadThatFailsLeavesNoFile) {
   EXPECT_EQ(4, failed[0].status) << failed[0].err;
   EXPECT_TRUE(Holds(failed[0].err, "the BLE data could not be read from")) << failed[0].err;
   EXPECT_NE(0, failed[1].status);
+}
+
+TEST_F(TavlynctlSecure, NoMessageRepeatsAWordThatMayBeAKey) {
+  const auto ended =
+      Run("", {"ctl secure read 20070509 A1B2C3", "ctl secure read 20070509 --show-keys=A1B2C3",
+               "ctl raw A1B2C3D4E5F6", "ctl raw 8A --device A1B2C3", "ctl raw 89 A1B2C3 --json",
+               "ctl secure writ 20070509 A1B2C3", "ctl secur write 20070509 --data=A1B2C3",
+               "ctl serial write A1B2C3D", "ctl --com 3 serial write 01 --rad A1B2C3",
+               "ctl raw A1 B2 C3 A1 B2 C3 A1 B2C3 09"});
+  for (std::size_t i = 0; i < ended.size(); ++i) {
+    EXPECT_EQ(1, ended[i].status) << i;
+    EXPECT_FALSE(Holds(ended[i].out + ended[i].err, "1B2C3")) << ended[i].err;
+    EXPECT_FALSE(Holds(ended[i].out + ended[i].err, "B2C3")) << ended[i].err;
+  }
+}
+
+// A terminal of its own, of which the program sees one side.
+class OwnTerminal {
+ public:
+  OwnTerminal() : other_(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
+    EXPECT_EQ(0, grantpt(other_));
+    EXPECT_EQ(0, unlockpt(other_));
+  }
+  ~OwnTerminal() { close(other_); }
+  OwnTerminal(const OwnTerminal&) = delete;
+  OwnTerminal& operator=(const OwnTerminal&) = delete;
+
+  [[nodiscard]] std::string Name() const { return ptsname(other_); }
+  void Type(const std::string& text) const {
+    EXPECT_EQ(static_cast<ssize_t>(text.size()), write(other_, text.data(), text.size()));
+  }
+  // What the person sees; to be asked while the other side is open.
+  [[nodiscard]] std::string Seen() const {
+    EXPECT_EQ(0, fcntl(other_, F_SETFL, O_NONBLOCK));
+    char text[256];
+    const ssize_t count = read(other_, text, sizeof text);
+    return {text, count > 0 ? static_cast<std::size_t>(count) : 0};
+  }
+
+ private:
+  int other_;
+};
+
+TEST_F(TavlynctlSecure, AKeyIsTypedUnseenAndLeavesNoCoreImage) {
+  const OwnTerminal terminal;
+  ASSERT_EQ(0, mkfifo((folder_ / "asked").c_str(), 0600));
+  std::thread person([&] {
+    std::ifstream asked(folder_ / "asked");
+    for (std::string line; std::getline(asked, line);) {
+    }
+    terminal.Type("C1C2C3C4C5\n");
+  });
+  const std::string typed = "sh -c 'exec " + kCtl + " secure write 20070509 - <" + terminal.Name() + "'";
+  const auto ended =
+      Run("", {"exec 8<" + terminal.Name() + "; upon 'grep core /proc/$pid/limits >limits; echo >asked' " +
+                   typed + "; stty -a <" + terminal.Name() + " >after",
+               "ctl secure read 20070509 --show-keys --json"});
+  person.join();
+  EXPECT_EQ(0, ended[0].status) << ended[0].err;
+  EXPECT_EQ("DATA is not shown while it is typed\n", ended[0].err);
+  EXPECT_EQ("C1C2C3C4C5", ParsedText(ended[1])["data"]);
+  EXPECT_FALSE(Holds(terminal.Seen(), "C1"));
+  std::string limit = TextOf(folder_ / "limits");
+  limit.erase(std::unique(limit.begin(), limit.end()), limit.end());
+  EXPECT_EQ("Max core file size 0 0 bytes \n", limit);
+  EXPECT_TRUE(Holds(TextOf(folder_ / "after"), " echo ")) << "shown again";
 }
 
 }  // namespace

@@ -28,8 +28,8 @@ void AddConfig(CLI::App& app, Options& options, Commands& commands) {
   AddFile(save, options);
   AddFile(load, options);
   diff->add_option("FILE", options.files, "One, compared with the device, or two")->required();
-  save->add_flag("--secure", options.secure, "With an integrity trailer");
-  load->add_flag("--secure", options.secure, "Only a file with an integrity trailer");
+  save->add_flag("--secure", options.secure, "With a trailer that finds damage, but no intent");
+  load->add_flag("--secure", options.secure, "Only a file with a trailer");
   load->add_flag("--strict", options.strict, "Only a file of which nothing is ignored");
   for (CLI::App* command : {set, load, reset}) AddDryRun(command, options);
   for (CLI::App* command : {show, save, reset}) AddProduct(command, options);
@@ -67,7 +67,8 @@ void AddCards(CLI::App& app, Options& options, Commands& commands) {
 }
 
 void AddCheck(CLI::App& app, Options& options, Commands& commands) {
-  CLI::App* check = Add(app, "check", "Whether a file is as it was written", options);
+  CLI::App* check =
+      Add(app, "check", "Whether a file was damaged since it was written; no proof against intent", options);
   AddFile(check, options);
   check->add_flag("--ini", options.ini, "A key-load ini file");
   commands.push_back({check, "check", CheckFile});

@@ -9,7 +9,7 @@ void AddSecure(CLI::App& app, Options& options, Commands& commands) {
   CLI::App& secure = *app.add_subcommand("secure", "Single items of the protected memory");
   for (CLI::App* group : {&keys, &secure}) group->require_subcommand(1);
   CLI::App* load = Add(keys, "load", "Writes the items of a key-load ini file", options);
-  load->add_flag("--dry-run", options.dryRun, "Only test whether the file is as it was written");
+  load->add_flag("--dry-run", options.dryRun, "Only test whether the file was damaged");
   CLI::App* read = Add(secure, "read", "Reads one item", options);
   read->add_flag("--show-keys", options.showKeys, "Print its bytes");
   CLI::App* write = Add(secure, "write", "Writes one item", options);
@@ -17,7 +17,10 @@ void AddSecure(CLI::App& app, Options& options, Commands& commands) {
     command->add_option("HEADER", options.header, "Four bytes, hexadecimal; the third is the length")
         ->required();
   }
-  write->add_option("DATA", options.data, "Hexadecimal; - takes it from the standard input")->required();
+  write
+      ->add_option("DATA", options.data,
+                   "-: from the standard input, where no list of processes shows it; or hexadecimal")
+      ->required();
   AddFile(load, options);
   for (CLI::App* command : {load, read, write}) AddDevice(command, options);
   commands.insert(commands.end(), {{load, "keys load", LoadKeys},

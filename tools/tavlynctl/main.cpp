@@ -8,6 +8,7 @@
 #include "tools/common_words.h"
 #include "tools/tavlynctl/command_words.h"
 #include "tools/tavlynctl/commands.h"
+#include "tools/tavlynctl/secrets.h"
 #include "tools/tavlynctl/standard_files.h"
 #include "tools/wrong_words.h"
 
@@ -49,6 +50,7 @@ int Run(const Command& command, const Options& options) try {
   if (options.link.ascii && options.link.kind == LinkKind::kUsb) {
     throw Failure(kUsage, "--ascii needs --com or --ip");
   }
+  if (HandlesKeys(command.name)) ForbidCoreImage();
   NeedFiles(options);
   Show(command.run(options), options.json);
   return kOk;
@@ -60,7 +62,7 @@ int Run(const Command& command, const Options& options) try {
 int Refuse(const CLI::App& app, const CLI::ParseError& error, std::span<char*> words) {
   const std::string command = tavlyn::GivenCommand(app);
   const bool json = std::ranges::find(words, std::string_view("--json")) != words.end();
-  const Failure failure(kUsage, tavlyn::WrongWords(app, error, command == "secure write"));
+  const Failure failure(kUsage, tavlyn::WrongWords(app, error, MayHoldKeys(command)));
   return ShowFailure(failure, command, json);
 }
 

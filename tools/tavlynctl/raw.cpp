@@ -14,12 +14,13 @@ constexpr std::int16_t kLastPart = 35;
 constexpr std::size_t kRawBytes = 8;
 constexpr std::uint16_t kSerialLink = 1;
 
+// What was given is not repeated: it may be a key.
 std::uint8_t ParseByte(const std::string& text) {
   std::uint8_t byte = 0;
   const char* end = text.data() + text.size();
   const auto [stop, error] = std::from_chars(text.data(), end, byte, 16);
   if (error == std::errc() && stop == end) return byte;
-  throw Failure(kUsage, text + " is no byte: up to two hexadecimal digits");
+  throw Failure(kUsage, "HEX is bytes of up to two hexadecimal digits each");
 }
 
 std::string Spaced(const std::vector<std::uint8_t>& bytes) {

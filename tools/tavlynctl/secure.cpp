@@ -1,12 +1,11 @@
 // keys load, secure read, secure write, ble save and ble load. Key material is shown only where it was asked
 // for.
 #include <array>
-#include <cstdio>
-#include <iostream>
 
 #include "api.h"
 #include "tools/tavlynctl/commands.h"
 #include "tools/tavlynctl/hex_bytes.h"
+#include "tools/tavlynctl/secrets.h"
 #include "tools/tavlynctl/session.h"
 #include "tools/tavlynctl/template_file.h"
 #include "tools/tavlynctl/whole_file.h"
@@ -25,13 +24,7 @@ Bytes ParseHeader(const std::string& text) {
 }
 
 // In place of a -, what stands on the standard input, so that a key is not seen in a list of processes.
-std::string GivenData(const std::string& word) {
-  std::string line;
-  if (word != "-") return word;
-  std::getline(std::cin, line);
-  while (!line.empty() && line.back() == '\r') line.pop_back();
-  return line;
-}
+std::string GivenData(const std::string& word) { return word != "-" ? word : HiddenLine("DATA"); }
 
 Failure Lost(const std::string& what) {
   return {kDeviceError, what + " " + ActiveDeviceName() + ", " + ErrorText()};

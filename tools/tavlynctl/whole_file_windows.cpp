@@ -1,5 +1,7 @@
-#include <sddl.h>
 #include <windows.h>
+
+// It needs windows.h, which does not come with it.
+#include <sddl.h>
 
 #include <filesystem>
 #include <memory>

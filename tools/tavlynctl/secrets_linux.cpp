@@ -1,0 +1,50 @@
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <csignal>
+
+#include "tools/tavlynctl/secrets.h"
+
+namespace tavlyn::ctl {
+namespace {
+
+constexpr int kEnds[] = {SIGINT, SIGTERM, SIGQUIT, SIGHUP};
+
+termios shown;
+
+// The handler is gone when it runs, so that the signal then ends the program.
+void ShowAndEnd(int signal) {
+  tcsetattr(STDIN_FILENO, TCSANOW, &shown);
+  raise(signal);
+}
+
+}  // namespace
+
+// Without the first a core pattern that is a program would still be handed the image.
+void ForbidCoreImage() {
+  prctl(PR_SET_DUMPABLE, 0, 0, 0, 0);
+  const rlimit none{0, 0};
+  setrlimit(RLIMIT_CORE, &none);
+}
+
+HiddenInput::HiddenInput() : typed_(tcgetattr(STDIN_FILENO, &shown) == 0) {
+  if (!typed_) return;
+  struct sigaction action {};
+  action.sa_handler = ShowAndEnd;
+  action.sa_flags = static_cast<int>(SA_RESETHAND | SA_NODEFER);
+  for (const int signal : kEnds) sigaction(signal, &action, nullptr);
+  termios hidden = shown;
+  hidden.c_lflag &= ~static_cast<tcflag_t>(ECHO | ECHONL);
+  // What was typed before is dropped: it has been shown.
+  tcsetattr(STDIN_FILENO, TCSAFLUSH, &hidden);
+}
+
+HiddenInput::~HiddenInput() {
+  if (!typed_) return;
+  tcsetattr(STDIN_FILENO, TCSANOW, &shown);
+  for (const int signal : kEnds) std::signal(signal, SIG_DFL);
+}
+
+}  // namespace tavlyn::ctl

@@ -1,0 +1,44 @@
+#include <windows.h>
+
+#include "tools/tavlynctl/secrets.h"
+
+namespace tavlyn::ctl {
+namespace {
+
+constexpr UINT kFaultStatus = 3;
+
+DWORD shown;
+
+HANDLE Input() { return GetStdHandle(STD_INPUT_HANDLE); }
+
+BOOL WINAPI ShowAndEnd(DWORD) {
+  SetConsoleMode(Input(), shown);
+  return FALSE;
+}
+
+LONG WINAPI EndAtOnce(EXCEPTION_POINTERS*) {
+  TerminateProcess(GetCurrentProcess(), kFaultStatus);
+  return EXCEPTION_EXECUTE_HANDLER;
+}
+
+}  // namespace
+
+// A fault that nobody handles is what makes error reporting write the memory to a file.
+void ForbidCoreImage() {
+  SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
+  SetUnhandledExceptionFilter(EndAtOnce);
+}
+
+HiddenInput::HiddenInput() : typed_(GetConsoleMode(Input(), &shown) != 0) {
+  if (!typed_) return;
+  SetConsoleCtrlHandler(ShowAndEnd, TRUE);
+  SetConsoleMode(Input(), shown & ~static_cast<DWORD>(ENABLE_ECHO_INPUT));
+}
+
+HiddenInput::~HiddenInput() {
+  if (!typed_) return;
+  SetConsoleMode(Input(), shown);
+  SetConsoleCtrlHandler(ShowAndEnd, FALSE);
+}
+
+}  // namespace tavlyn::ctl
