@@ -1,6 +1,8 @@
 // tavlynctl and tavlynsim as built for Windows.
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <iterator>
 #include <nlohmann/json.hpp>
 #include <string>
 
@@ -104,6 +106,24 @@ TEST(ToolsOnWindows, WhatIsThereOnLinuxOnlyIsTold) {
 
 TEST(ToolsOnWindows, AddressOfAnotherMachineIsRefused) {
   EXPECT_EQ(125, RunLine(kSim + " run --ethernet 192.0.2.1:10001 -- cmd /c exit 0").status);
+}
+
+// Beside its place first, which is then taken over from the file that was there.
+TEST(ToolsOnWindows, ASavedFileTakesItsPlace) {
+  const std::filesystem::path folder = std::filesystem::temp_directory_path() / "tavlyn-saved";
+  std::filesystem::create_directories(folder);
+  const std::string file = (folder / "own.hwg").string();
+  for (int time = 0; time < 2; ++time) {
+    EXPECT_EQ(true,
+              Parsed(Simulated("--device plus:2", "config save " + file + " --secure --json"))["secure"]);
+    EXPECT_EQ(true, Parsed(RunLine(kCtl + " check " + file + " --json"))["intact"]);
+  }
+  const Ended none = Simulated("--device sonar", "config save " + (folder / "none" / "own.txt").string());
+  EXPECT_EQ(6, none.status);
+  EXPECT_TRUE(Holds(none.err, "own.txt cannot be written: ")) << none.err;
+  const std::filesystem::directory_iterator files(folder);
+  EXPECT_EQ(1, std::distance(begin(files), end(files)));
+  std::filesystem::remove_all(folder);
 }
 
 }  // namespace
