@@ -1,5 +1,11 @@
 // tavlynctl where it writes files, and what it makes of files that are not whole.
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+
 #include "tests/boundary/simulated_run.h"
+#include "tools/tavlynctl/whole_file.h"
 
 namespace tavlyn::boundary {
 namespace {
@@ -80,6 +86,23 @@ TEST_F(TavlynctlFiles, RightsOfAFile) {
   EXPECT_EQ("600\n600\n600\n600\n", ended[1].out);
   EXPECT_EQ("640\n606\n", ended[4].out);
   EXPECT_TRUE(Holds(ended[5].out, "a.hwg\n640\n")) << ended[5].out << ended[5].err;
+  EXPECT_EQ(0, Leftovers());
+}
+
+// The process has no threads but this one, so that a child of it may run on.
+TEST_F(TavlynctlFiles, ASignalLeavesNothing) {
+  const pid_t child = fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    const ctl::NewFile file((folder_ / "own.hwg").string());
+    const ctl::TemporaryFile other(folder_.string(), "another");
+    if (Leftovers() == 2) raise(SIGTERM);
+    _exit(0);
+  }
+  int status = 0;
+  ASSERT_EQ(child, waitpid(child, &status, 0));
+  EXPECT_TRUE(WIFSIGNALED(status));
+  EXPECT_EQ(SIGTERM, WTERMSIG(status));
   EXPECT_EQ(0, Leftovers());
 }
 

@@ -23,6 +23,7 @@ constexpr const char* kIniMark = "iEndOfIniFile";
 // Stands in what a library has written; a file that somebody has written may hold as little as he likes.
 constexpr const char* kWrittenMark = ":Library Version:";
 constexpr const char* kCut = "ends in the middle of configuration ";
+constexpr const char* kHint = "; one that is to hold less has no line :Library Version:";
 constexpr const char* kNextMark = "##NEXTCONFIG##";
 
 void EachLine(const std::string& path, const std::function<void(const std::string&)>& take) {
@@ -106,6 +107,7 @@ class Parser {
     const bool cut = state_ == State::kSepBytes || (written_ && state_ == State::kEntries);
     if (!now_.empty()) {
       if (more || cut) Complain(kCut);
+      if (written_ && state_ == State::kEntries) told_.problem += kHint;
       told_.configurations.push_back(std::move(now_));
     }
     if (told_.configurations.empty()) told_.problem = "holds no configuration";

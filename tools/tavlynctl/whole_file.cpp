@@ -36,10 +36,7 @@ TemporaryFile::TemporaryFile(const std::string& folder, const std::string& what)
   Succeed(CreateOwnFile(path_), what);
 }
 
-TemporaryFile::~TemporaryFile() {
-  std::error_code none;
-  fs::remove(path_, none);
-}
+TemporaryFile::~TemporaryFile() { RemoveOwnFile(path_); }
 
 NewFile::NewFile(const std::string& path)
     : path_(path), place_(Place(path)), beside_(fs::path(place_).parent_path().string(), path) {}

@@ -47,8 +47,9 @@ class NewFile {
 
 // Of each system. An error when a file that is there may not be written.
 std::error_code TestWritable(const std::string& path);
-// Adds a name of its own to the path, and creates that file.
+// Adds a name of its own to the path, and creates that file. On Linux it goes away with a Ctrl-C too.
 std::error_code CreateOwnFile(std::string& path);
+void RemoveOwnFile(const std::string& path);
 std::error_code MoveOnto(const std::string& path, const std::string& place);
 
 }  // namespace tavlyn::ctl

@@ -2,7 +2,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
+#include <climits>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -13,6 +17,31 @@ namespace tavlyn::ctl {
 namespace {
 
 std::error_code LastError() { return {errno, std::generic_category()}; }
+
+// What a signal would leave behind: a save, and what it is compared with.
+std::array<std::array<char, PATH_MAX>, 2> pending{};
+
+// The handler is gone when it runs, so that the signal then ends the program.
+void RemoveAndEnd(int signal) {
+  for (const auto& path : pending) {
+    if (path[0] != '\0') unlink(path.data());
+  }
+  raise(signal);
+}
+
+void RemoveAtSignals(const std::string& path) {
+  const auto place = std::ranges::find_if(pending, [](const auto& one) { return one[0] == '\0'; });
+  if (place == pending.end() || path.size() >= place->size()) return;
+  path.copy(place->data(), place->size());
+  struct sigaction action {};
+  action.sa_handler = RemoveAndEnd;
+  action.sa_flags = static_cast<int>(SA_RESETHAND | SA_NODEFER);
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    struct sigaction before {};
+    sigaction(signal, nullptr, &before);
+    if (before.sa_handler == SIG_DFL) sigaction(signal, &action, nullptr);
+  }
+}
 
 class Descriptor {
  public:
@@ -52,7 +81,15 @@ std::error_code CreateOwnFile(std::string& path) {
   const int file = mkostemp(path.data(), O_CLOEXEC);
   if (file < 0) return LastError();
   close(file);
+  RemoveAtSignals(path);
   return {};
+}
+
+void RemoveOwnFile(const std::string& path) {
+  unlink(path.c_str());
+  for (auto& one : pending) {
+    if (path == one.data()) one = {};
+  }
 }
 
 std::error_code MoveOnto(const std::string& path, const std::string& place) {

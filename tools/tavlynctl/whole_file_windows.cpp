@@ -50,6 +50,8 @@ std::error_code CreateOwnFile(std::string& path) {
   return Opened(path, CREATE_NEW, &attributes) != nullptr ? std::error_code() : LastError();
 }
 
+void RemoveOwnFile(const std::string& path) { DeleteFileA(path.c_str()); }
+
 std::error_code MoveOnto(const std::string& path, const std::string& place) {
   Handle file = Opened(path, OPEN_EXISTING, nullptr);
   if (file == nullptr || FlushFileBuffers(file.get()) == 0) return LastError();
