@@ -100,6 +100,7 @@ int WSAAPI CountedSendTo(SOCKET one, const char* bytes, int count, int flags, co
 
 const Import kOwnClock{"QueryPerformanceCounter", reinterpret_cast<void*>(PassingCounter)};
 const Import kImports[] = {
+    kNoTimers,
     {"Sleep", reinterpret_cast<void*>(PassingSleep)},
     {"GetTickCount", reinterpret_cast<void*>(PassingTicks)},
     {"SetCommTimeouts", reinterpret_cast<void*>(KeptTimeouts)},

@@ -41,6 +41,10 @@ inline bool Replace(HMODULE image, const Import& import) {
   return false;
 }
 
+// For an image whose pauses shall all be Sleep's, as on a Windows that has no punctual timers.
+inline HANDLE WINAPI NoTimer(SECURITY_ATTRIBUTES*, const wchar_t*, DWORD, DWORD) { return nullptr; }
+inline const Import kNoTimers{"CreateWaitableTimerExW", reinterpret_cast<void*>(NoTimer)};
+
 // The function itself, where this program's own import of it leads elsewhere.
 template <typename Function>
 Function* Original(const char* library, const char* name) {

@@ -17,7 +17,7 @@ DWORD WINAPI QuickTicks() { return ticks; }
 
 void TakeItsTime() {
   HMODULE library = GetModuleHandleA(TAVLYN_LIBRARY);
-  if (!Replace(library, {"Sleep", reinterpret_cast<void*>(QuickSleep)}) ||
+  if (!Replace(library, kNoTimers) || !Replace(library, {"Sleep", reinterpret_cast<void*>(QuickSleep)}) ||
       !Replace(library, {"GetTickCount", reinterpret_cast<void*>(QuickTicks)})) {
     throw std::runtime_error("the library has another clock");
   }

@@ -1,5 +1,8 @@
-// The tick of Windows has 32 bits and is handed on as it is.
+// The tick of Windows has 32 bits and is handed on as it is; the time of day is the system's.
 #include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <ctime>
 
 #include "platform/platform.h"
 #include "tests/boundary/imports_windows.h"
@@ -20,6 +23,21 @@ TEST(ClockTest, TheTickStartsAgainFrom0) {
   void* original =
       reinterpret_cast<void*>(boundary::Original<decltype(GetTickCount)>("kernel32", "GetTickCount"));
   boundary::Replace(program, {"GetTickCount", original});
+}
+
+void WINAPI SetTime(SYSTEMTIME* now) { *now = {2026, 2, 6, 28, 23, 59, 58, 999}; }
+
+TEST(ClockTest, TheTimeIsTheSystemsWhateverTZSays) {
+  _putenv("TZ=XXX-5");
+  _tzset();
+  HMODULE program = GetModuleHandleA(nullptr);
+  EXPECT_TRUE(boundary::Replace(program, {"GetLocalTime", reinterpret_cast<void*>(SetTime)}));
+  const std::tm local = TheHost().clock.LocalTime();
+  char text[32] = "";
+  std::strftime(text, sizeof text, "%a %Y%m%d %H:%M:%S", &local);
+  EXPECT_STREQ("Sat 20260228 23:59:58", text);
+  _putenv("TZ=");
+  _tzset();
 }
 
 }  // namespace

@@ -4,17 +4,43 @@
 namespace tavlyn::platform {
 namespace {
 
+constexpr std::int64_t kPerMillisecond = 10'000;  // of a timer's units
+constexpr DWORD kHighResolution = 0x2;            // CREATE_WAITABLE_TIMER_…, which older headers lack
+
+// Sleep wakes at a tick of the system, up to 15.6 ms late. These timers keep their moment; Windows has them
+// from 10 1803 on.
+bool SleepPunctually(std::uint32_t milliseconds) {
+  HANDLE timer = CreateWaitableTimerExW(nullptr, nullptr, kHighResolution, TIMER_MODIFY_STATE | SYNCHRONIZE);
+  if (timer == nullptr) return false;
+  LARGE_INTEGER fromNow;
+  fromNow.QuadPart = -kPerMillisecond * milliseconds;
+  const bool slept = SetWaitableTimer(timer, &fromNow, 0, nullptr, nullptr, FALSE) &&
+                     WaitForSingleObject(timer, INFINITE) == WAIT_OBJECT_0;
+  CloseHandle(timer);
+  return slept;
+}
+
 class SystemClock final : public Clock {
  public:
   // Starts again from 0 every 49.7 days, and is deliberately handed on so.
   std::uint64_t Tick() override { return GetTickCount(); }
 
-  void Sleep(std::uint32_t milliseconds) override { ::Sleep(milliseconds); }
+  void Sleep(std::uint32_t milliseconds) override {
+    if (!SleepPunctually(milliseconds)) ::Sleep(milliseconds);
+  }
 
+  // The system's own, whatever the variable TZ says, which shells of other systems set.
   std::tm LocalTime() override {
+    SYSTEMTIME now;
+    GetLocalTime(&now);
     std::tm local{};
-    const std::time_t now = std::time(nullptr);
-    localtime_s(&local, &now);
+    local.tm_year = now.wYear - 1900;
+    local.tm_mon = now.wMonth - 1;
+    local.tm_mday = now.wDay;
+    local.tm_hour = now.wHour;
+    local.tm_min = now.wMinute;
+    local.tm_sec = now.wSecond;
+    local.tm_wday = now.wDayOfWeek;
     return local;
   }
 };
