@@ -10,6 +10,11 @@
 
 #include "platform/platform.h"
 #include "platform/windows/system.h"
+#include "tests/boundary/imports_windows.h"
+
+// They need windows.h, which does not come with them.
+#include <softpub.h>
+#include <wintrust.h>
 
 namespace tavlyn::platform {
 namespace {
@@ -17,10 +22,46 @@ namespace {
 constexpr char kPlace[] = "C:\\Windows\\System32\\libusb0.dll";
 constexpr HidIds kReader{0x171B, 0x1004};
 
+decltype(&GetProcAddress) systemAddress = nullptr;
+decltype(&WinVerifyTrust) systemVerify = nullptr;
+int verified = 0;
+int onTheNetwork = 0;
+
+// Counts what is not asked to stay away from it.
+LONG WINAPI NotedVerify(HWND window, GUID* action, void* about) {
+  const auto* data = static_cast<const WINTRUST_DATA*>(about);
+  ++verified;
+  if ((data->dwProvFlags & WTD_CACHE_ONLY_URL_RETRIEVAL) == 0) ++onTheNetwork;
+  return systemVerify(window, action, about);
+}
+
+FARPROC WINAPI NotedAddress(HMODULE library, const char* name) {
+  FARPROC found = systemAddress(library, name);
+  if (std::strcmp(name, "WinVerifyTrust") != 0) return found;
+  systemVerify = reinterpret_cast<decltype(systemVerify)>(reinterpret_cast<void*>(found));
+  return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(NotedVerify));
+}
+
 class LibusbTest : public testing::Test {
  protected:
-  void SetUp() override { ASSERT_EQ(nullptr, GetModuleHandleA("libusb0.dll")); }
-  void TearDown() override { DeleteFileA(kPlace); }
+  // Who verifies is looked for once.
+  static void SetUpTestSuite() {
+    systemAddress = GetProcAddress;
+    ASSERT_TRUE(boundary::Replace(GetModuleHandleA(nullptr),
+                                  {"GetProcAddress", reinterpret_cast<void*>(NotedAddress)}));
+  }
+  static void TearDownTestSuite() {
+    boundary::Replace(GetModuleHandleA(nullptr), {"GetProcAddress", reinterpret_cast<void*>(systemAddress)});
+  }
+
+  void SetUp() override {
+    verified = onTheNetwork = 0;
+    ASSERT_EQ(nullptr, GetModuleHandleA("libusb0.dll"));
+  }
+  void TearDown() override {
+    DeleteFileA(kPlace);
+    EXPECT_EQ(0, onTheNetwork);
+  }
 
   void ExpectRefused() {
     EXPECT_FALSE(usb_.Load());
@@ -29,6 +70,7 @@ class LibusbTest : public testing::Test {
     EXPECT_EQ(-1, usb_.FindDevices());
     EXPECT_EQ(kNoHandle, usb_.Open(kReader));
     EXPECT_EQ(-1, usb_.ClaimInterface(1, 0));
+    EXPECT_NE(0, verified);
   }
 
   void UseSigned();

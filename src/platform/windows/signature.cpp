@@ -30,6 +30,8 @@ bool VerifyFileSignature(const wchar_t* path) {
   data.cbStruct = sizeof data;
   data.dwUIChoice = WTD_UI_NONE;
   data.fdwRevocationChecks = WTD_REVOKE_NONE;
+  // A certificate that is missing would else be fetched, for minutes where there is no way out.
+  data.dwProvFlags = WTD_CACHE_ONLY_URL_RETRIEVAL;
   data.dwUnionChoice = WTD_CHOICE_FILE;
   data.pFile = &file;
   data.dwStateAction = WTD_STATEACTION_VERIFY;
