@@ -39,6 +39,12 @@ void StartTrace() {
   MarkerFunc = WriteToStream;
 }
 
+void StopTrace() {
+  MarkerFunc = nullptr;
+  if (LogStream != nullptr && LogStream != stdout) std::fclose(LogStream);
+  LogStream = nullptr;
+}
+
 void LogLine(const char* tag, const char* format, ...) {
   if (MarkerFunc == nullptr) return;
   char line[2048];

@@ -6,6 +6,8 @@ namespace tavlyn {
 
 // Opens the trace file and turns the trace on when the variable is set. No failure here harms anyone.
 void StartTrace();
+// Closes it.
+void StopTrace();
 
 #if defined(__GNUC__)
 __attribute__((format(printf, 2, 3)))

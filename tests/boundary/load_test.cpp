@@ -101,6 +101,8 @@ TEST(Load, TakesLittleMemory) {
 
 TEST(Load, AThousandTimesLeaveNothing) {
   constexpr int kLoads = 1000;
+  ChooseTraceFile();
+  SetVariable("TAVLYNAPI_LOGGING", "1");
   const auto once = [] {
     const Library library;
     library.Standin("plug reader");
@@ -123,6 +125,7 @@ TEST(Load, AThousandTimesLeaveNothing) {
   EXPECT_LT(Allocated(), memory + std::size_t{16} * kLoads);
   EXPECT_EQ(Mappings(), mappings);
   EXPECT_EQ(OpenHandles(), handles);
+  SetVariable("TAVLYNAPI_LOGGING", nullptr);
 }
 
 class NothingAttachedLoad : public testing::Test {

@@ -80,6 +80,7 @@ void Unload() {
   WipeKeys();
   platform::TheHost().hid.Unload();
   platform::TheHost().mutex.Close();
+  StopTrace();
 }
 
 }  // namespace tavlyn
