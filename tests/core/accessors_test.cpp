@@ -8,7 +8,7 @@
 #include "api.h"
 #include "core/product.h"
 #include "core/state.h"
-#include "tests/support/bench.h"
+#include "tests/support/beside.h"
 #include "tests/support/cfg_marks.h"
 
 namespace tavlyn::test {
@@ -63,10 +63,10 @@ bool IsVolatile(FieldId id) {
   return Is(id, field::LEDCtrl_bVolatile) || Is(id, field::BprRlyCtrl_bVolatile);
 }
 
-class Accessors : public Bench {
+class Accessors : public BesideReader {
  protected:
   void SetUp() override {
-    Bench::SetUp();
+    BesideReader::SetUp();
     SetUnsupportedProductErrorCode(kUnsupported);
   }
 

@@ -98,7 +98,7 @@ TEST_F(StripeSettings, OtherDevicesAreUnsupported) {
     EXPECT_EQ(sorbaneGetTrackFieldOffset(1, 1, 0, 8, 0, 0), nullptr);
   }
   ExpectTraffic({});
-  DevCnt = 1;
+  DevCnt = 2;
 }
 
 TEST_F(StripeSettings, BeepsOfGoodAndBadReadsAreNibbles) {

@@ -10,6 +10,7 @@
 #include "api.h"
 #include "core/state.h"
 #include "tests/support/bench.h"
+#include "tests/support/entry0.h"
 
 namespace tavlyn::test {
 
@@ -54,12 +55,21 @@ class StripeBench : public Bench {
 
   void SetUp() override {
     Bench::SetUp();
-    stripe->replies = {{"QRZ", "RRZSTRIPE-1"}, {"QSV", "RSV12345678"}};
+    other_->replies = stripe->replies = {{"QRZ", "RRZSTRIPE-1"}, {"QSV", "RSV12345678"}};
+    Plug(other_, "other");
     Plug(stripe, "stripe");
     SetDevTypeSrch(0);
     SetConnectProduct(2);
     ASSERT_EQ(USBConnect(nullptr), 1U);
+    ASSERT_EQ(SetActDev(1), 1U);
     Forget();
+    other_->commands.clear();
+    entry0_.Note();
+  }
+  void TearDown() override {
+    entry0_.ExpectAsNoted();
+    EXPECT_EQ(other_->commands, Lines{}) << "the other reader was asked";
+    Bench::TearDown();
   }
 
   void Forget() {
@@ -75,6 +85,11 @@ class StripeBench : public Bench {
 
   static tsDevEntry& Entry() { return ActiveEntry(); }
   static tsSorbaneCfg& Cfg() { return ActiveEntry().SorbaneBlock.Cfg; }
+
+ private:
+  // In entry 0; it stays as it is.
+  std::shared_ptr<StripeScript> other_ = std::make_shared<StripeScript>();
+  Entry0 entry0_;
 };
 
 }  // namespace tavlyn::test

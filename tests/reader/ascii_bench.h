@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "api.h"
-#include "tests/support/serial_reader.h"
+#include "tests/support/beside.h"
 
 namespace tavlyn::test {
 
@@ -78,10 +78,10 @@ inline std::string Listing(const std::string& lines, std::size_t size = 1000) {
   return text + kAsciiPrompt;
 }
 
-class AsciiBench : public SerialBench {
+class AsciiBench : public BesideLine {
  protected:
   void SetUp() override {
-    SerialBench::SetUp();
+    BesideLine::SetUp();
     AddLine(ascii);
     com->clock = &host.clock;
     com->timeouts = Port().Timeouts();

@@ -13,7 +13,7 @@ class SonarRecords : public SonarBench {
  protected:
   void TearDown() override {
     ExpectTraffic({});
-    Bench::TearDown();
+    SonarBench::TearDown();
   }
 };
 

@@ -3,14 +3,17 @@
 
 #include <cstdint>
 #include <deque>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "api.h"
 #include "core/state.h"
 #include "tests/support/bench.h"
+#include "tests/support/entry0.h"
 
 namespace tavlyn::test {
 
@@ -39,13 +42,14 @@ class ScriptedSensor final : public sim::HidDevice {
   bool TakeInput(std::vector<std::uint8_t>& /*report*/) override { return false; }
   [[nodiscard]] bool Present() const override { return true; }
 
+  [[nodiscard]] int Exchanges() const { return exchanges_; }
   void Restart(std::optional<int> refuse = {}) {
     exchanges_ = 0;
     refusesFrom = refuse;
   }
 
  private:
-  bool Refuses() { return refusesFrom.has_value() && exchanges_++ >= *refusesFrom; }
+  bool Refuses() { return exchanges_++ >= refusesFrom.value_or(std::numeric_limits<int>::max()); }
 
   int exchanges_ = 0;
 };
@@ -74,16 +78,20 @@ inline Lines FullRead() {
 
 class SonarBench : public Bench {
  protected:
-  // An entry that is open and active but was never read.
+  // An entry that is open and active but was never read, behind that of another sensor, which stays as it is.
   void SetUp() override {
     Bench::SetUp();
+    Add(other_, "other");
+    entry0_.Note();
     sensor = std::make_shared<ScriptedSensor>();
-    Plug(sensor);
-    ActDev = DevCnt++;
-    Entry().ProductKind = kSonar;
-    Entry().hDev = host.hid.Open("device-1", platform::OpenMode::kShared);
+    Add(sensor, "device-1");
     LetTimePass();
     ForgetTraffic();
+  }
+  void TearDown() override {
+    entry0_.ExpectAsNoted();
+    EXPECT_EQ(other_->Exchanges(), 0) << "the other sensor was asked";
+    Bench::TearDown();
   }
 
   // Brings the records of FullReplies into the mirror.
@@ -110,6 +118,17 @@ class SonarBench : public Bench {
   }
 
   std::shared_ptr<ScriptedSensor> sensor;
+
+ private:
+  void Add(std::shared_ptr<ScriptedSensor> added, const std::string& path) {
+    Plug(std::move(added), path);
+    ActDev = DevCnt++;
+    Entry().ProductKind = kSonar;
+    Entry().hDev = host.hid.Open(path.c_str(), platform::OpenMode::kShared);
+  }
+
+  std::shared_ptr<ScriptedSensor> other_ = std::make_shared<ScriptedSensor>();
+  Entry0 entry0_;
 };
 
 }  // namespace tavlyn::test

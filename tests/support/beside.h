@@ -2,35 +2,14 @@
 // reader nor its entry is touched.
 #pragma once
 
-#include <cstddef>
-#include <cstring>
 #include <memory>
 #include <utility>
-#include <vector>
 
 #include "api.h"
-#include "core/state.h"
+#include "tests/support/entry0.h"
 #include "tests/support/serial_reader.h"
 
 namespace tavlyn::test {
-
-class Entry0 {
- public:
-  void Note() { Take(noted_); }
-  void ExpectAsNoted() const {
-    std::vector<std::byte> now;
-    Take(now);
-    EXPECT_TRUE(noted_ == now) << "the entry of the other reader is not what it was";
-  }
-
- private:
-  static void Take(std::vector<std::byte>& bytes) {
-    bytes.resize(sizeof(tsDevEntry));
-    std::memcpy(bytes.data(), &DevTable[0], bytes.size());
-  }
-
-  std::vector<std::byte> noted_;
-};
 
 class BesideReader : public Bench {
  protected:
