@@ -4,11 +4,18 @@
 #include <cstdio>
 #include <utility>
 
+#include "tools/printable.h"
+#include "tools/tavlynctl/output.h"
+
 namespace tavlyn::ctl {
 namespace {
 
 constexpr Awaited::Seconds kNothingToSpeakOf(3);
 constexpr std::chrono::milliseconds kBetweenLooks(200);
+
+std::string Rounded(Awaited::Seconds seconds) {
+  return std::to_string(static_cast<int>(std::ceil(seconds.count())));
+}
 
 }  // namespace
 
@@ -16,7 +23,7 @@ Awaited::Awaited(const std::string& what, Seconds usual, Seconds most) {
   // A list searches for one product after the other.
   static bool said = false;
   if (usual > kNothingToSpeakOf && !std::exchange(said, true)) {
-    std::fprintf(stderr, "%s takes up to %.0f seconds\n", what.c_str(), std::ceil(usual.count()));
+    PrintLine(stderr, what + " takes up to " + Rounded(usual) + " seconds");
   }
   watching_ = std::thread([this, usual, most] { Watch(usual, most); });
 }
@@ -41,10 +48,8 @@ void Awaited::Watch(Seconds usual, Seconds most) {
   while (!changed_.wait_until(lock, look, [this] { return over_; })) {
     look = system_clock::now() + kBetweenLooks;
     if (steady_clock::now() < end) continue;
-    std::fprintf(stderr,
-                 "tavlynctl: still waiting for the device; where it has gone that can last %.0f seconds, "
-                 "Ctrl-C ends it\n",
-                 most.count());
+    Tell(kProgram, "still waiting for the device; where it has gone that can last " + Rounded(most) +
+                       " seconds, Ctrl-C ends it");
     return;
   }
 }
