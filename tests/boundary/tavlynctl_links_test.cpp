@@ -118,23 +118,6 @@ TEST_F(TavlynctlLinks, WatchNoticesALostPort) {
   EXPECT_TRUE(Holds(watch.err, "card reader 0 (COM3:) does not answer")) << watch.err;
 }
 
-TEST_F(TavlynctlLinks, NobodyAnswers) {
-  const Ended one = Ctl("list --com 3");
-  EXPECT_EQ(2, one.status);
-  EXPECT_EQ("tavlynctl: no reader answered on COM3\n", one.err);
-  EXPECT_EQ(
-      "searching on COM3 to COM5 takes up to 5 seconds\n"
-      "tavlynctl: no reader answered on COM3 to COM5\n",
-      Ctl("list --com 3-5").err);
-  const Ip ip{127, 5, 0, 1};
-  const std::string peer = "127.5.0.1:" + std::to_string(ClosedTcpPort(ip));
-  const Ended ended = Ctl("list --ip " + peer);
-  EXPECT_EQ(2, ended.status);
-  EXPECT_EQ(
-      "searching at " + peer + " takes up to 10 seconds\ntavlynctl: no reader answered at " + peer + "\n",
-      ended.err);
-}
-
 TEST_F(TavlynctlLinks, WrongWords) {
   for (const char* words :
        {"list --com 0", "list --com 257", "list --com 5-3", "list --com 3-", "list --com COM3",

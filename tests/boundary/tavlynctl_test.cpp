@@ -347,7 +347,22 @@ class Permission : public testing::Test {
     fs::permissions(folder_ / "dev" / name, fs::perms(0600));
   }
 
+  // The bulk device as well, on bus 1.
+  void AddBulkNode() {
+    const fs::path device = folder_ / "usb" / "1-2";
+    fs::create_directories(device);
+    fs::create_directories(folder_ / "dev" / "001");
+    for (const auto& [name, text] : {std::pair{"idVendor", "171b"}, std::pair{"idProduct", "1004"},
+                                     std::pair{"busnum", "1"}, std::pair{"devnum", "4"}}) {
+      std::ofstream(device / name) << text << "\n";
+    }
+    std::ofstream(folder_ / "dev" / "001" / "004") << "";
+    fs::permissions(folder_ / "dev" / "001" / "004", fs::perms(0600));
+  }
+
   std::string Problem() {
+    const std::string bulk = ctl::BulkProblem((folder_ / "usb").string(), (folder_ / "dev").string());
+    if (!bulk.empty()) return bulk;
     return ctl::PermissionProblem((folder_ / "sys").string(), (folder_ / "dev").string());
   }
 
@@ -383,6 +398,27 @@ TEST_F(Permission, ForbiddenReaderIsNamed) {
   EXPECT_TRUE(Holds(problem, "hidraw3"));
   EXPECT_FALSE(Holds(problem, "hidraw0") || Holds(problem, "hidraw2")) << "no rule gives a right to others";
   EXPECT_TRUE(Holds(problem, "udev rules"));
+}
+
+TEST_F(Permission, ForbiddenBulkReaderIsNamed) {
+  if (getuid() != 0) GTEST_SKIP() << "only root can become someone else";
+  AddBulkNode();
+  const std::string problem = ProblemOfAStranger();
+  EXPECT_TRUE(
+      Holds(problem, (folder_ / "dev" / "001" / "004").string() + " (mode 0600, owner root, group root)"))
+      << problem;
+}
+
+TEST_F(Permission, BulkReaderThatAnotherProgramHoldsIsNamed) {
+  AddBulkNode();
+  EXPECT_EQ("", Problem());
+  const std::string node = (folder_ / "dev" / "001" / "004").string();
+  std::FILE* holder = popen(("read line <&0 9<" + node).c_str(), "w");
+  ASSERT_NE(nullptr, holder);
+  std::string problem;
+  while (problem.empty()) problem = Problem();
+  EXPECT_TRUE(problem.starts_with("the reader at " + node + " is held by sh (process ")) << problem;
+  pclose(holder);
 }
 
 }  // namespace

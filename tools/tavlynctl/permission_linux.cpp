@@ -1,14 +1,10 @@
-#include <grp.h>
-#include <pwd.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 
+#include "tools/tavlynctl/nodes_linux.h"
 #include "tools/tavlynctl/permission.h"
 
 namespace tavlyn::ctl {
@@ -27,6 +23,11 @@ constexpr Identity kKnown[] = {
 #include "hid/identities.inc"
 };
 
+constexpr struct {
+  int vid;
+  int pid;
+} kBulk{0x171B, 0x1004};
+
 bool IsKnown(unsigned vid, unsigned pid) {
   return std::ranges::any_of(kKnown, [&](const Identity& one) { return one.vid == vid && one.pid == pid; });
 }
@@ -41,21 +42,35 @@ bool IsKnownNode(const fs::path& node) {
   return false;
 }
 
-std::string ModeOf(const std::string& node) {
-  struct stat status {};
-  if (stat(node.c_str(), &status) != 0) return "unknown mode";
-  const passwd* owner = getpwuid(status.st_uid);
-  const group* members = getgrgid(status.st_gid);
-  char mode[8];
-  std::snprintf(mode, sizeof mode, "%04o", static_cast<unsigned>(status.st_mode & 07777U));
-  return std::string("mode ") + mode + ", owner " +
-         (owner != nullptr ? owner->pw_name : std::to_string(status.st_uid)) + ", group " +
-         (members != nullptr ? members->gr_name : std::to_string(status.st_gid));
+// A sysfs attribute that is a number; -1 for none.
+int Attribute(const fs::path& file, int base) {
+  std::string text;
+  std::getline(std::ifstream(file), text);
+  return text.empty() ? -1 : static_cast<int>(std::strtol(text.c_str(), nullptr, base));
+}
+
+// "/dev/bus/usb/001/004", of the reader that libusb finds; empty for any other device.
+std::string BulkNode(const fs::path& device, const std::string& nodes) {
+  if (Attribute(device / "idVendor", 16) != kBulk.vid || Attribute(device / "idProduct", 16) != kBulk.pid) {
+    return {};
+  }
+  char name[32];
+  std::snprintf(name, sizeof name, "%03d/%03d", Attribute(device / "busnum", 10),
+                Attribute(device / "devnum", 10));
+  return (fs::path(nodes) / name).string();
+}
+
+std::string Forbidden(const std::string& nodes) {
+  return "a reader is plugged in, but this user may not open " + nodes +
+         "; the udev rules in docs/linux.md give the right to, or else membership in the node's group";
 }
 
 }  // namespace
 
-std::string PermissionProblem() { return PermissionProblem("/sys/class/hidraw", "/dev"); }
+std::string PermissionProblem() {
+  const std::string problem = PermissionProblem("/sys/class/hidraw", "/dev");
+  return !problem.empty() ? problem : BulkProblem("/sys/bus/usb/devices", "/dev/bus/usb");
+}
 
 std::string PermissionProblem(const std::string& hidrawClass, const std::string& nodes) {
   std::string found;
@@ -63,12 +78,22 @@ std::string PermissionProblem(const std::string& hidrawClass, const std::string&
   for (const fs::directory_entry& entry : fs::directory_iterator(hidrawClass, none)) {
     if (!IsKnownNode(entry.path())) continue;
     const std::string node = (fs::path(nodes) / entry.path().filename()).string();
-    if (access(node.c_str(), R_OK | W_OK) == 0 || errno != EACCES) continue;
+    if (!IsForbidden(node)) continue;
     found += (found.empty() ? "" : ", ") + node + " (" + ModeOf(node) + ")";
   }
-  if (found.empty()) return found;
-  return "a reader is plugged in, but this user may not open " + found +
-         "; the udev rules in docs/linux.md give the right to, or else membership in the node's group";
+  return found.empty() ? found : Forbidden(found);
+}
+
+std::string BulkProblem(const std::string& usbDevices, const std::string& nodes) {
+  std::error_code none;
+  for (const fs::directory_entry& entry : fs::directory_iterator(usbDevices, none)) {
+    const std::string node = BulkNode(entry.path(), nodes);
+    if (node.empty()) continue;
+    if (IsForbidden(node)) return Forbidden(node + " (" + ModeOf(node) + ")");
+    const std::string holders = HoldersOf(node);
+    if (!holders.empty()) return "the reader at " + node + " is held by " + holders;
+  }
+  return {};
 }
 
 }  // namespace tavlyn::ctl

@@ -6,6 +6,7 @@
 #include "api.h"
 #include "tools/tavlynctl/error_words.h"
 #include "tools/tavlynctl/permission.h"
+#include "tools/tavlynctl/reach.h"
 
 namespace tavlyn::ctl {
 namespace {
@@ -108,6 +109,7 @@ const char* ProductName(std::uint32_t product) {
 }
 
 Session::Session(const Link& link, std::uint32_t products) : link_(link), products_(products) {
+  if ((products & kReaders) != 0) RequirePeer(link);
   const Awaited::Seconds usual = SearchTime(link);
   awaited_.emplace("searching " + Where(link), usual, usual + kMostOfGoneDevice);
   if (!Search(link, products, allRead_) || !link.ascii || !ReaderIsActive()) return;
@@ -120,6 +122,8 @@ Failure NotFound(const Link& link, std::uint32_t products) {
   const std::string problem = onUsb ? PermissionProblem() : std::string();
   if (!problem.empty()) return {kNoPermission, problem};
   // Behind Ethernet adapters there are card readers alone.
+  const bool mayBeThere = link.kind != LinkKind::kEthernet || (products & kReaders) != 0;
+  if (auto unreached = mayBeThere ? ReachProblem(link) : std::nullopt) return *unreached;
   bool read = false;
   if (link.kind != LinkKind::kEthernet && Search(link, kAllProducts & ~products, read)) {
     Failure other(kUsage, ActiveDeviceName() + " is no " + Names(products));

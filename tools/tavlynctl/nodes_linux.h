@@ -1,0 +1,17 @@
+// Files of devices: who may open them, and who has.
+#pragma once
+
+#include <string>
+
+namespace tavlyn::ctl {
+
+// It is there, and this user may not open it.
+bool IsForbidden(const std::string& node);
+// "mode 0660, owner root, group dialout".
+std::string ModeOf(const std::string& node);
+// "minicom (process 123)": the other programs that have it open, as far as this user may know.
+std::string HoldersOf(const std::string& node);
+// The same of what a descriptor's link names, such as "socket:[123]".
+std::string HoldersOfLink(const std::string& target);
+
+}  // namespace tavlyn::ctl

@@ -1,0 +1,36 @@
+// Why a serial port or an adapter cannot be reached.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "tools/tavlynctl/link.h"
+#include "tools/tavlynctl/output.h"
+
+namespace tavlyn::ctl {
+
+// Throws Failure when nothing takes a connection at the address: the library would wait for it for minutes. A
+// whole network is left to the library.
+void RequirePeer(const Link& link);
+
+// What hides a reader of a port or an address where none was found.
+std::optional<Failure> ReachProblem(const Link& link);
+
+// What the system knows.
+
+enum class PortState { kMissing, kForbidden, kHeld, kFree };
+
+struct Port {
+  PortState state;
+  std::string text;  // what is wrong with it
+};
+Port LookAtPort(unsigned number);
+
+enum class Peer { kTakes, kRefuses, kSilent, kUnreachable };
+
+// Connects, and closes the connection.
+Peer TryPeer(const Ip& ip, std::uint16_t port);
+// Which programs of this machine have a connection there: "name (process 12)"; empty for none.
+std::string HoldersOfPeer(const Ip& ip, std::uint16_t port);
+
+}  // namespace tavlyn::ctl

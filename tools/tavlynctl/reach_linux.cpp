@@ -1,0 +1,116 @@
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/file.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+
+#include "tools/tavlynctl/nodes_linux.h"
+#include "tools/tavlynctl/reach.h"
+
+namespace tavlyn::ctl {
+namespace {
+
+constexpr int kConnectLimit = 4000;  // milliseconds; a lost first packet is sent again after one second
+
+// A descriptor that is closed with its owner.
+class Open {
+ public:
+  explicit Open(int descriptor) : descriptor_(descriptor) {}
+  ~Open() {
+    if (descriptor_ >= 0) close(descriptor_);
+  }
+  Open(const Open&) = delete;
+  Open& operator=(const Open&) = delete;
+  [[nodiscard]] int get() const { return descriptor_; }
+
+ private:
+  int descriptor_;
+};
+
+// Where the library looks for a port.
+std::string NodeOf(unsigned number) {
+  const std::string name = "com" + std::to_string(number);
+  if (const char* folder = secure_getenv("TAVLYNAPI_PORT_DIR"); folder != nullptr) {
+    return std::string(folder) + "/" + name;
+  }
+  const std::string named = "/dev/tavlyn/" + name;
+  return access(named.c_str(), F_OK) == 0 ? named : "/dev/ttyS" + std::to_string(number - 1);
+}
+
+// Against everyone, or against root by the lock that this library takes too.
+bool IsHeld(const std::string& node) {
+  const Open port(open(node.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
+  if (port.get() < 0) return errno == EBUSY;
+  return flock(port.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+}
+
+Peer Outcome(int error) {
+  if (error == 0) return Peer::kTakes;
+  if (error == ECONNREFUSED) return Peer::kRefuses;
+  return error == ETIMEDOUT ? Peer::kSilent : Peer::kUnreachable;
+}
+
+}  // namespace
+
+Port LookAtPort(unsigned number) {
+  const std::string node = NodeOf(number);
+  const std::string name = "COM" + std::to_string(number) + " (" + node + ")";
+  if (access(node.c_str(), F_OK) != 0 && errno != EACCES) {
+    return {PortState::kMissing, name + " does not exist; docs/linux.md tells which file a port is"};
+  }
+  if (IsForbidden(node)) {
+    return {PortState::kForbidden, "this user may not open " + name + ", " + ModeOf(node) +
+                                       "; membership in the node's group gives the right to"};
+  }
+  if (!IsHeld(node)) return {PortState::kFree, ""};
+  const std::string holders = HoldersOf(node);
+  return {PortState::kHeld, name + " is held by " + (holders.empty() ? "another program" : holders)};
+}
+
+Peer TryPeer(const Ip& ip, std::uint16_t port) {
+  const Open tried(socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+  sockaddr_in peer{};
+  peer.sin_family = AF_INET;
+  peer.sin_port = htons(port);
+  std::memcpy(&peer.sin_addr, ip.data(), ip.size());
+  if (connect(tried.get(), reinterpret_cast<const sockaddr*>(&peer), sizeof peer) == 0) return Peer::kTakes;
+  if (errno != EINPROGRESS) return Outcome(errno);
+  pollfd one{tried.get(), POLLOUT, 0};
+  if (poll(&one, 1, kConnectLimit) <= 0) return Peer::kSilent;
+  int error = 0;
+  socklen_t size = sizeof error;
+  getsockopt(tried.get(), SOL_SOCKET, SO_ERROR, &error, &size);
+  return Outcome(error);
+}
+
+// "0: 0100007F:0016 0500007F:2711 01 …": local and remote end, the state, and at the tenth place the inode.
+std::string HoldersOfPeer(const Ip& ip, std::uint16_t port) {
+  constexpr unsigned kEstablished = 1;
+  std::uint32_t wanted = 0;
+  std::memcpy(&wanted, ip.data(), ip.size());
+  std::ifstream table("/proc/net/tcp");
+  for (std::string line; std::getline(table, line);) {
+    unsigned remote = 0;
+    unsigned remotePort = 0;
+    unsigned state = 0;
+    unsigned long inode = 0;
+    if (std::sscanf(line.c_str(), "%*d: %*x:%*x %x:%x %x %*s %*s %*s %*s %*s %lu", &remote, &remotePort,
+                    &state, &inode) != 4) {
+      continue;
+    }
+    if (remote != wanted || remotePort != port || state != kEstablished) continue;
+    std::string holders = HoldersOfLink("socket:[" + std::to_string(inode) + "]");
+    return holders.empty() ? "another program" : holders;
+  }
+  return {};
+}
+
+}  // namespace tavlyn::ctl
