@@ -37,6 +37,8 @@ void EachLine(const std::string& path, const std::function<void(const std::strin
   } while (std::fgets(line, sizeof line, file.get()) != nullptr);
 }
 
+bool SameLetter(char a, char b) { return AsciiLower(a) == AsciiLower(b); }
+
 bool Holds(std::string_view text, std::string_view part) { return text.find(part) != std::string_view::npos; }
 
 // The name among Settings, and whether it is a flag: for a reader every value but 0 is then one.
@@ -213,7 +215,8 @@ Template ReadTemplate(const std::string& path) {
 bool HasText(const std::string& path, std::string_view text) {
   bool found = false;
   EachLine(path, [&](const std::string& line) {
-    found = found || !std::ranges::search(line, text, {}, AsciiLower, AsciiLower).empty();
+    found =
+        found || std::search(line.begin(), line.end(), text.begin(), text.end(), SameLetter) != line.end();
   });
   return found;
 }
