@@ -70,6 +70,8 @@ TEST(Load, TwelveHundredTimesLeaveNothing) {
     library.Standin("plug reader");
     CALL(library, SetDevTypeSrch)(0);
     EXPECT_EQ(CALL(library, USBConnect)(nullptr), 1U);
+    // From now on nothing knows of the first handle.
+    EXPECT_EQ(CALL(library, USBConnect)(nullptr), 1U);
     RunOutOfMemory(library);
     library.Standin("reset");
   };

@@ -78,7 +78,8 @@ HANDLE WINAPI NotedName(const char* name, DWORD, DWORD, SECURITY_ATTRIBUTES*, DW
 TEST(ComPortTest, FromCom10OnTheNameHasItsLongForm) {
   HMODULE program = GetModuleHandleA(nullptr);
   ASSERT_TRUE(boundary::Replace(program, {"CreateFileA", reinterpret_cast<void*>(NotedName)}));
-  for (const std::uint16_t number : {1, 9, 10, 256}) EXPECT_EQ(nullptr, Open(number));
+  for (const std::uint16_t number : std::initializer_list<std::uint16_t>{1, 9, 10, 256})
+    EXPECT_EQ(nullptr, Open(number));
   const auto original = boundary::Original<decltype(CreateFileA)>("kernel32", "CreateFileA");
   boundary::Replace(program, {"CreateFileA", reinterpret_cast<void*>(original)});
   EXPECT_EQ((std::vector<std::string>{"COM1", "COM9", "\\\\.\\COM10", "\\\\.\\COM256"}), askedNames);

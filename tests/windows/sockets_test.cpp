@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/platform.h"
+#include "platform/windows/backend.h"
 #include "platform/windows/system.h"
 #include "tests/boundary/imports_windows.h"
 
@@ -172,10 +173,59 @@ TEST_F(SocketsTest, BroadcastHasToBeAllowed) {
   EXPECT_TRUE(peer.IsReached(60'000));
 }
 
+TEST_F(SocketsTest, ADatagramThatIsTooLongIsCut) {
+  const Peer peer(SOCK_DGRAM);
+  const Handle socket = Udp();
+  ASSERT_EQ(1, sockets_.SendTo(socket, Bytes("x"), {kLoopback, peer.Port()}));
+  sockaddr_in from{};
+  int size = sizeof from;
+  char asked = 0;
+  ASSERT_EQ(1, recvfrom(peer.get(), &asked, 1, 0, reinterpret_cast<sockaddr*>(&from), &size));
+  for (int time = 0; time < 2; ++time) {
+    ASSERT_EQ(10, sendto(peer.get(), "0123456789", 10, 0, reinterpret_cast<const sockaddr*>(&from), size));
+  }
+  std::array<std::uint8_t, 4> room{};
+  Address sender;
+  EXPECT_EQ(4, sockets_.RecvFrom(socket, room, sender));
+  EXPECT_EQ(0, std::memcmp("0123", room.data(), room.size()));
+  EXPECT_EQ(peer.Port(), sender.port);
+  room = {};
+  EXPECT_EQ(4, sockets_.Recv(socket, room));
+  EXPECT_EQ(0, std::memcmp("0123", room.data(), room.size()));
+}
+
+struct Asked {
+  DWORD code;
+  BOOL value;
+};
+std::vector<Asked> askedModes;
+
+int WSAAPI NotedMode(SOCKET one, DWORD code, void* in, DWORD inSize, void* out, DWORD outSize, DWORD* count,
+                     OVERLAPPED* overlapped, LPWSAOVERLAPPED_COMPLETION_ROUTINE done) {
+  EXPECT_EQ(sizeof(BOOL), inSize);
+  askedModes.push_back({code, *static_cast<const BOOL*>(in)});
+  return boundary::Original<decltype(WSAIoctl)>("ws2_32", "WSAIoctl")(one, code, in, inSize, out, outSize,
+                                                                      count, overlapped, done);
+}
+
+// Else a host on which nobody listens would end the next receive with an error.
+TEST_F(SocketsTest, NobodyListeningThereIsNoErrorOfDatagrams) {
+  constexpr DWORD kConnectionReset = 0x9800000C;
+  ASSERT_TRUE(boundary::Replace(GetModuleHandleA(nullptr), {"WSAIoctl", reinterpret_cast<void*>(NotedMode)}));
+  Tcp();
+  EXPECT_TRUE(askedModes.empty());
+  Udp();
+  ASSERT_EQ(1u, askedModes.size());
+  EXPECT_EQ(kConnectionReset, askedModes[0].code);
+  EXPECT_EQ(FALSE, askedModes[0].value);
+}
+
 // What the system is asked for, on its way there.
 DWORD askedLimit = 0;
+SOCKET askedFor = 0;
 
 int WSAAPI NotedOption(SOCKET one, int level, int name, const char* value, int size) {
+  askedFor = one;
   if (name == SO_RCVTIMEO) std::memcpy(&askedLimit, value, sizeof askedLimit);
   return boundary::Original<decltype(setsockopt)>("ws2_32", "setsockopt")(one, level, name, value, size);
 }
@@ -196,6 +246,17 @@ TEST_F(SocketsTest, ReceivingEndsAfterItsLimitOrAtOnce) {
   EXPECT_EQ(WSAEWOULDBLOCK, WSAGetLastError());
 }
 
+TEST_F(SocketsTest, ProgramsThatAreStartedDoNotInheritIt) {
+  ASSERT_TRUE(
+      boundary::Replace(GetModuleHandleA(nullptr), {"setsockopt", reinterpret_cast<void*>(NotedOption)}));
+  for (const Handle socket : {Tcp(), Udp()}) {
+    sockets_.SetReceiveTimeout(socket, 1);
+    DWORD flags = 0;
+    ASSERT_TRUE(GetHandleInformation(reinterpret_cast<HANDLE>(askedFor), &flags));
+    EXPECT_EQ(0u, flags & HANDLE_FLAG_INHERIT);
+  }
+}
+
 TEST_F(SocketsTest, AClosedSocketFailsAndItsHandleIsNotGivenAgain) {
   const Handle first = sockets_.OpenUdp();
   EXPECT_EQ(0, sockets_.Close(first));
@@ -203,6 +264,17 @@ TEST_F(SocketsTest, AClosedSocketFailsAndItsHandleIsNotGivenAgain) {
   EXPECT_LT(sockets_.Send(first, Bytes("x")), 0);
   EXPECT_LT(RecvLength(first), 0);
   EXPECT_NE(first, Udp());
+}
+
+TEST_F(SocketsTest, LostOnesAreClosedWhenTheLibraryLeaves) {
+  const Peer peer(SOCK_STREAM);
+  const Handle lost = Tcp();
+  ASSERT_EQ(0, sockets_.Connect(lost, {kLoopback, peer.Port()}));
+  const SOCKET accepted = accept(peer.get(), nullptr, nullptr);
+  CloseLostSockets();
+  char none = 0;
+  EXPECT_EQ(0, recv(accepted, &none, 1, 0)) << "the other end sees it closed";
+  closesocket(accepted);
 }
 
 TEST_F(SocketsTest, ThereIsNoLimitOfOurOwn) {

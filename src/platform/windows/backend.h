@@ -13,4 +13,7 @@ ComPorts& WindowsComPorts();
 Libusb& WindowsLibusb();
 Places& WindowsPlaces();
 
+// Those that the library no longer knows of; a step of an unload.
+void CloseLostSockets();
+
 }  // namespace tavlyn::platform

@@ -11,7 +11,11 @@ static_assert(sizeof(HIDD_ATTRIBUTES) == 12);
 class SystemHid final : public HidSystem {
  public:
   bool Load() override { return BindHidLibraries(libraries_); }
-  void Unload() override { FreeHidLibraries(libraries_); }
+  // Connects without a disconnect between them leave handles that no entry has.
+  void Unload() override {
+    while (const auto lost = devices_.RemoveNewest()) CloseHandle(*lost);
+    FreeHidLibraries(libraries_);
+  }
 
   bool BeginWalk(HidClass cls) override { return walk_.Begin(libraries_, cls); }
   WalkStep Member(int index, std::string& path) override { return walk_.Member(libraries_, index, path); }

@@ -1,7 +1,7 @@
 #include "core/front/load.h"
 
-#include <windows.h>
-
+#include "platform/windows/backend.h"
+#include "platform/windows/system.h"
 #include "platform/windows/threads.h"
 
 // Of a process that ends the system takes everything back. Nothing is closed here then: the other threads
@@ -11,6 +11,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID processEnds) {
   if (reason == DLL_PROCESS_ATTACH) tavlyn::Load();
   if (reason == DLL_PROCESS_DETACH && processEnds == nullptr) {
     tavlyn::Unload();
+    tavlyn::platform::CloseLostSockets();
     tavlyn::platform::FreeThreads();
   }
   return TRUE;

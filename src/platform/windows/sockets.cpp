@@ -21,15 +21,42 @@ const char* Chars(std::span<const std::uint8_t> bytes) { return reinterpret_cast
 
 int Size(std::span<const std::uint8_t> bytes) { return static_cast<int>(bytes.size()); }
 
+constexpr DWORD kTellUnreachable = IOC_IN | IOC_VENDOR | 12;  // SIO_UDP_CONNRESET, which older headers lack
+
+// Programs that the application starts do not hold it open.
+SOCKET OpenOwn(int type, int protocol) {
+  return WSASocketW(AF_INET, type, protocol, nullptr, 0, WSA_FLAG_OVERLAPPED | WSA_FLAG_NO_HANDLE_INHERIT);
+}
+
+// The next receive would else fail when a host that was asked tells that nobody listens there.
+void IgnoreUnreachable(SOCKET datagrams) {
+  BOOL off = FALSE;
+  DWORD none = 0;
+  WSAIoctl(datagrams, kTellUnreachable, &off, sizeof off, nullptr, 0, &none, nullptr, nullptr);
+}
+
+// A datagram that is too long has been cut.
+int Received(int result, std::span<const std::uint8_t> room) {
+  return result < 0 && WSAGetLastError() == WSAEMSGSIZE ? Size(room) : result;
+}
+
 class SystemSockets final : public Sockets {
  public:
+  void CloseLost() {
+    while (const auto native = sockets_.RemoveNewest()) ::closesocket(*native);
+  }
+
   bool Startup() override {
     WSADATA data;
     return WSAStartup(MAKEWORD(2, 0), &data) == 0;
   }
 
-  Handle OpenTcp() override { return Add(::socket(AF_INET, SOCK_STREAM, IPPROTO_TCP)); }
-  Handle OpenUdp() override { return Add(::socket(AF_INET, SOCK_DGRAM, IPPROTO_UDP)); }
+  Handle OpenTcp() override { return Add(OpenOwn(SOCK_STREAM, IPPROTO_TCP)); }
+  Handle OpenUdp() override {
+    const SOCKET native = OpenOwn(SOCK_DGRAM, IPPROTO_UDP);
+    IgnoreUnreachable(native);
+    return Add(native);
+  }
 
   // Windows refuses network 0 and port 0 by itself; Wine hands them to a system that takes them for the local
   // host.
@@ -61,7 +88,7 @@ class SystemSockets final : public Sockets {
   }
 
   std::int32_t Recv(Handle socket, std::span<std::uint8_t> bytes) override {
-    return ::recv(Native(socket), Chars(bytes), Size(bytes), 0);
+    return Received(::recv(Native(socket), Chars(bytes), Size(bytes), 0), bytes);
   }
 
   std::int32_t SendTo(Handle socket, std::span<const std::uint8_t> bytes, Address peer) override {
@@ -74,8 +101,9 @@ class SystemSockets final : public Sockets {
   std::int32_t RecvFrom(Handle socket, std::span<std::uint8_t> bytes, Address& peer) override {
     sockaddr_in native{};
     int size = sizeof native;
-    const int got =
-        ::recvfrom(Native(socket), Chars(bytes), Size(bytes), 0, reinterpret_cast<sockaddr*>(&native), &size);
+    const int got = Received(
+        ::recvfrom(Native(socket), Chars(bytes), Size(bytes), 0, reinterpret_cast<sockaddr*>(&native), &size),
+        bytes);
     if (got >= 0) {
       std::memcpy(peer.ip.data(), &native.sin_addr, peer.ip.size());
       peer.port = ntohs(native.sin_port);
@@ -106,11 +134,15 @@ class SystemSockets final : public Sockets {
   HandleTable<SOCKET> sockets_;
 };
 
-}  // namespace
-
-Sockets& WindowsSockets() {
+SystemSockets& SocketsOfAll() {
   static SystemSockets sockets;
   return sockets;
 }
+
+}  // namespace
+
+Sockets& WindowsSockets() { return SocketsOfAll(); }
+
+void CloseLostSockets() { SocketsOfAll().CloseLost(); }
 
 }  // namespace tavlyn::platform
