@@ -33,7 +33,7 @@ class CRC {
   // Compute's code; a trailer that could not be added deliberately goes unreported.
   int AppendSecureTrailer(const char* path);
 
-  // 1 when the file is as it was written. Kind 0 is a Hwg trailer, any other an ini trailer.
+  // 1 when the trailer fits the file. Kind 0 is a Hwg trailer, any other an ini trailer.
   int CheckFile(const char* path, std::uint32_t kind);
   int CheckHwgFile(const char* path);
   int CheckIniFile(const char* path);
