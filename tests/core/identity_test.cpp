@@ -212,8 +212,9 @@ TEST_F(IdentityTest, ThePartNumberComesFromACopyTakenAtIndexZero) {
 }
 
 TEST_F(IdentityTest, BeforeIndexZeroIsAskedForTheCopyIsEmpty) {
+  constexpr std::array<std::int16_t, 4> kBehindTheFirst = {1, 3, 11, 24};
   Connected(Reader::Plain());
-  for (const std::int16_t index : {1, 3, 11, 24}) EXPECT_EQ(getPartNumberString_char(index), 0) << index;
+  for (const std::int16_t index : kBehindTheFirst) EXPECT_EQ(getPartNumberString_char(index), 0) << index;
   EXPECT_EQ(getPartNumberString_char(0), 'R');
   EXPECT_EQ(getPartNumberString_char(3), '-');
 }

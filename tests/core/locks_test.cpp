@@ -17,12 +17,12 @@
 namespace tavlyn::test {
 namespace {
 
-enum class Share { kAll, kNone, kNoTraffic, kSome };
+enum class Under { kWholly, kPartly, kNotAtAll, kNoTraffic };
 
 struct Locking {
   const char* name;
   std::function<void()> call;
-  Share share;
+  Under lock;
 };
 
 class Locks : public Bench {
@@ -61,9 +61,9 @@ class Locks : public Bench {
       ForgetTraffic();
       one.call();
       const Counts counts = Count();
-      EXPECT_EQ(counts.locks, one.share == Share::kAll || one.share == Share::kSome ? 1 : 0) << one.name;
-      EXPECT_EQ(counts.under > 0, one.share == Share::kAll || one.share == Share::kSome) << one.name;
-      EXPECT_EQ(counts.beside > 0, one.share == Share::kNone || one.share == Share::kSome) << one.name;
+      EXPECT_EQ(counts.locks, one.lock == Under::kWholly || one.lock == Under::kPartly ? 1 : 0) << one.name;
+      EXPECT_EQ(counts.under > 0, one.lock == Under::kWholly || one.lock == Under::kPartly) << one.name;
+      EXPECT_EQ(counts.beside > 0, one.lock == Under::kNotAtAll || one.lock == Under::kPartly) << one.name;
     }
   }
 
@@ -75,27 +75,27 @@ TEST_F(Locks, OfAMagneticStripeReader) {
   const std::string file = (Folder() / "stripe.txt").string();
   tsTimeParms times{};
   tsLEDCtrl leds{};
-  Expect({{"ReadCfg", [] { EXPECT_EQ(ReadCfg(), 1U); }, Share::kAll},
-          {"WriteCfg", [] { EXPECT_EQ(WriteCfg(), 1U); }, Share::kAll},
-          {"GetActiveID", [&] { GetActiveID(id.data(), 8); }, Share::kAll},
-          {"GetActiveID32", [&] { GetActiveID32(id.data(), 32); }, Share::kAll},
-          {"BeepNow", [] { BeepNow(1, 0); }, Share::kAll},
-          {"Ping", [] { Ping(); }, Share::kNone},
-          {"ResetFactoryDflts", [] { ResetFactoryDflts(); }, Share::kNone},
-          {"sorbaneIsDataAvailable", [] { sorbaneIsDataAvailable(); }, Share::kNone},
-          {"sorbaneClearDataAvailable", [] { sorbaneClearDataAvailable(); }, Share::kNone},
-          {"sorbaneClearOverrun", [] { sorbaneClearOverrun(); }, Share::kNone},
-          {"sorbaneGetSystemUptime", [] { sorbaneGetSystemUptime(); }, Share::kNone},
-          {"sorbaneGetSystemCardsRead", [] { sorbaneGetSystemCardsRead(); }, Share::kNone},
-          {"sorbaneGetSystemInternalCount", [] { sorbaneGetSystemInternalCount(1); }, Share::kNone},
-          {"sorbaneGetTrackData", [] { sorbaneGetTrackData(1, 0); }, Share::kNone},
-          {"sorbaneSetLED", [] { sorbaneSetLED(1, 1); }, Share::kNone},
-          {"sorbaneSetActiveID", [] { sorbaneSetActiveID(1, 1, 0, 0); }, Share::kNoTraffic},
-          {"sorbaneSetFieldEnable", [] { sorbaneSetFieldEnable(1, 1); }, Share::kNoTraffic},
-          {"SetTimeParms", [&] { SetTimeParms(&times); }, Share::kNoTraffic},
-          {"SetLEDCtrl", [&] { SetLEDCtrl(&leds); }, Share::kNone},
-          {"WriteDevCfgToFile", [&] { EXPECT_EQ(WriteDevCfgToFile(file.c_str()), 1U); }, Share::kNoTraffic},
-          {"ReadDevCfgFmFile", [&] { EXPECT_EQ(ReadDevCfgFmFile(file.c_str()), 1U); }, Share::kNoTraffic}});
+  Expect({{"ReadCfg", [] { EXPECT_EQ(ReadCfg(), 1U); }, Under::kWholly},
+          {"WriteCfg", [] { EXPECT_EQ(WriteCfg(), 1U); }, Under::kWholly},
+          {"GetActiveID", [&] { GetActiveID(id.data(), 8); }, Under::kWholly},
+          {"GetActiveID32", [&] { GetActiveID32(id.data(), 32); }, Under::kWholly},
+          {"BeepNow", [] { BeepNow(1, 0); }, Under::kWholly},
+          {"Ping", [] { Ping(); }, Under::kNotAtAll},
+          {"ResetFactoryDflts", [] { ResetFactoryDflts(); }, Under::kNotAtAll},
+          {"sorbaneIsDataAvailable", [] { sorbaneIsDataAvailable(); }, Under::kNotAtAll},
+          {"sorbaneClearDataAvailable", [] { sorbaneClearDataAvailable(); }, Under::kNotAtAll},
+          {"sorbaneClearOverrun", [] { sorbaneClearOverrun(); }, Under::kNotAtAll},
+          {"sorbaneGetSystemUptime", [] { sorbaneGetSystemUptime(); }, Under::kNotAtAll},
+          {"sorbaneGetSystemCardsRead", [] { sorbaneGetSystemCardsRead(); }, Under::kNotAtAll},
+          {"sorbaneGetSystemInternalCount", [] { sorbaneGetSystemInternalCount(1); }, Under::kNotAtAll},
+          {"sorbaneGetTrackData", [] { sorbaneGetTrackData(1, 0); }, Under::kNotAtAll},
+          {"sorbaneSetLED", [] { sorbaneSetLED(1, 1); }, Under::kNotAtAll},
+          {"sorbaneSetActiveID", [] { sorbaneSetActiveID(1, 1, 0, 0); }, Under::kNoTraffic},
+          {"sorbaneSetFieldEnable", [] { sorbaneSetFieldEnable(1, 1); }, Under::kNoTraffic},
+          {"SetTimeParms", [&] { SetTimeParms(&times); }, Under::kNoTraffic},
+          {"SetLEDCtrl", [&] { SetLEDCtrl(&leds); }, Under::kNotAtAll},
+          {"WriteDevCfgToFile", [&] { EXPECT_EQ(WriteDevCfgToFile(file.c_str()), 1U); }, Under::kNoTraffic},
+          {"ReadDevCfgFmFile", [&] { EXPECT_EQ(ReadDevCfgFmFile(file.c_str()), 1U); }, Under::kNoTraffic}});
 }
 
 TEST_F(Locks, OfASonarSensor) {
@@ -108,30 +108,30 @@ TEST_F(Locks, OfASonarSensor) {
   tsIdleParms idle{};
   tsLEDCtrl leds{};
   std::array<std::uint16_t, 5> range{};
-  Expect({{"ReadCfg", [] { EXPECT_EQ(ReadCfg(), 1U); }, Share::kAll},
-          {"WriteCfg", [] { EXPECT_EQ(WriteCfg(), 1U); }, Share::kAll},
-          {"GetActiveID", [&] { EXPECT_EQ(GetActiveID(id.data(), 8), 4); }, Share::kAll},
-          {"GetActiveID32", [&] { EXPECT_EQ(GetActiveID32(id.data(), 32), 4); }, Share::kAll},
-          {"GetObjRangeInfo", [&] { EXPECT_EQ(GetObjRangeInfo(range.data()), 1U); }, Share::kNone},
-          {"HaltKBSends", [] { HaltKBSends(1); }, Share::kNone},
-          {"ResetUserDflts", [] { EXPECT_EQ(ResetUserDflts(), 1U); }, Share::kNone},
-          {"SaveUserDflts", [] { EXPECT_EQ(SaveUserDflts(), 1U); }, Share::kNone},
+  Expect({{"ReadCfg", [] { EXPECT_EQ(ReadCfg(), 1U); }, Under::kWholly},
+          {"WriteCfg", [] { EXPECT_EQ(WriteCfg(), 1U); }, Under::kWholly},
+          {"GetActiveID", [&] { EXPECT_EQ(GetActiveID(id.data(), 8), 4); }, Under::kWholly},
+          {"GetActiveID32", [&] { EXPECT_EQ(GetActiveID32(id.data(), 32), 4); }, Under::kWholly},
+          {"GetObjRangeInfo", [&] { EXPECT_EQ(GetObjRangeInfo(range.data()), 1U); }, Under::kNotAtAll},
+          {"HaltKBSends", [] { HaltKBSends(1); }, Under::kNotAtAll},
+          {"ResetUserDflts", [] { EXPECT_EQ(ResetUserDflts(), 1U); }, Under::kNotAtAll},
+          {"SaveUserDflts", [] { EXPECT_EQ(SaveUserDflts(), 1U); }, Under::kNotAtAll},
           {"ResetFactoryDflts, whose last step is a WriteCfg", [] { EXPECT_EQ(ResetFactoryDflts(), 1U); },
-           Share::kSome},
-          {"GetSonarParms", [&] { EXPECT_EQ(GetSonarParms(&parms), 1U); }, Share::kNoTraffic},
-          {"SetSonarParms", [&] { EXPECT_EQ(SetSonarParms(&parms), 1U); }, Share::kNoTraffic},
-          {"GetWalkAwayParms", [&] { EXPECT_EQ(GetWalkAwayParms(&away), 1U); }, Share::kNoTraffic},
-          {"SetWalkAwayParms", [&] { EXPECT_EQ(SetWalkAwayParms(&away), 1U); }, Share::kNoTraffic},
-          {"GetWalkUpParms", [&] { EXPECT_EQ(GetWalkUpParms(&up), 1U); }, Share::kNoTraffic},
-          {"SetWalkUpParms", [&] { EXPECT_EQ(SetWalkUpParms(&up), 1U); }, Share::kNoTraffic},
-          {"GetIdleParms", [&] { EXPECT_EQ(GetIdleParms(&idle), 1U); }, Share::kNoTraffic},
-          {"SetIdleParms", [&] { EXPECT_EQ(SetIdleParms(&idle), 1U); }, Share::kNoTraffic},
-          {"GetLEDCtrl", [&] { GetLEDCtrl(&leds); }, Share::kNoTraffic},
-          {"SetLEDCtrl", [&] { SetLEDCtrl(&leds); }, Share::kNoTraffic},
-          {"WriteDevCfgToFile", [&] { EXPECT_EQ(WriteDevCfgToFile(file.c_str()), 1U); }, Share::kNoTraffic},
-          {"ReadDevCfgFmFile", [&] { EXPECT_EQ(ReadDevCfgFmFile(file.c_str()), 1U); }, Share::kNoTraffic}});
+           Under::kPartly},
+          {"GetSonarParms", [&] { EXPECT_EQ(GetSonarParms(&parms), 1U); }, Under::kNoTraffic},
+          {"SetSonarParms", [&] { EXPECT_EQ(SetSonarParms(&parms), 1U); }, Under::kNoTraffic},
+          {"GetWalkAwayParms", [&] { EXPECT_EQ(GetWalkAwayParms(&away), 1U); }, Under::kNoTraffic},
+          {"SetWalkAwayParms", [&] { EXPECT_EQ(SetWalkAwayParms(&away), 1U); }, Under::kNoTraffic},
+          {"GetWalkUpParms", [&] { EXPECT_EQ(GetWalkUpParms(&up), 1U); }, Under::kNoTraffic},
+          {"SetWalkUpParms", [&] { EXPECT_EQ(SetWalkUpParms(&up), 1U); }, Under::kNoTraffic},
+          {"GetIdleParms", [&] { EXPECT_EQ(GetIdleParms(&idle), 1U); }, Under::kNoTraffic},
+          {"SetIdleParms", [&] { EXPECT_EQ(SetIdleParms(&idle), 1U); }, Under::kNoTraffic},
+          {"GetLEDCtrl", [&] { GetLEDCtrl(&leds); }, Under::kNoTraffic},
+          {"SetLEDCtrl", [&] { SetLEDCtrl(&leds); }, Under::kNoTraffic},
+          {"WriteDevCfgToFile", [&] { EXPECT_EQ(WriteDevCfgToFile(file.c_str()), 1U); }, Under::kNoTraffic},
+          {"ReadDevCfgFmFile", [&] { EXPECT_EQ(ReadDevCfgFmFile(file.c_str()), 1U); }, Under::kNoTraffic}});
   sensor->state.did = 0x0500;
-  Expect({{"ResetFactoryDflts", [] { EXPECT_EQ(ResetFactoryDflts(), 1U); }, Share::kNone}});
+  Expect({{"ResetFactoryDflts", [] { EXPECT_EQ(ResetFactoryDflts(), 1U); }, Under::kNotAtAll}});
 }
 
 // A beep is asked for under the lock also where it is none of the product's.
