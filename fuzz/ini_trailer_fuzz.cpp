@@ -12,11 +12,12 @@ namespace {
 
 constexpr const char* kEndLine = "[EOF]\r\n";
 
-std::string ValueOf(std::string text) {
+std::string ValueOf(std::string_view text) {
   CRC crc;
   std::uint32_t sum = 0;
   crc.BuildTable();
-  Require(crc.Compute(text, sum) == 0);
+  crc.Add(text);
+  Require(crc.Compute(sum) == 0);
   std::array<char, 9> value{};
   std::snprintf(value.data(), value.size(), sum != 0 ? "%08X" : "%X", static_cast<unsigned>(sum));
   return value.data();
@@ -43,7 +44,7 @@ void Check(std::string_view text) {
   Require(CheckTamperedFile(kFile.Path(), 1) == CheckTamperedFile(kFile.Path(), 0xFFFFFFFF));
   if (text.empty() || text.back() != '\n' || text.find('\0') != std::string_view::npos) return;
   if (text.find(kEndLine) != std::string_view::npos) return;
-  const std::string sealed = std::string(text) + kEndLine + "iEndOfIniFile=" + ValueOf(std::string(text));
+  const std::string sealed = std::string(text) + kEndLine + "iEndOfIniFile=" + ValueOf(text);
   kFile.Fill(sealed + "\r\n");
   Require(CheckTamperedFile(kFile.Path(), 2) == 1);
   LoadFile(kFile.Path());

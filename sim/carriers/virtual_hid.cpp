@@ -110,7 +110,7 @@ bool VirtualHid::BeginWalk(HidClass cls) {
   return true;
 }
 
-WalkStep VirtualHid::Member(int index, std::string& path) {
+WalkStep VirtualHid::Member(int index, const char*& path) {
   if (!walk_ || index < 0) {
     misuses_.emplace_back("a member asked for outside a walk");
     return WalkStep::kEnd;
@@ -118,7 +118,7 @@ WalkStep VirtualHid::Member(int index, std::string& path) {
   const auto position = static_cast<std::size_t>(index);
   if (position >= walk_->size()) return WalkStep::kEnd;
   if ((*walk_)[position]->skipped) return WalkStep::kSkip;
-  path = (*walk_)[position]->path;
+  path = (*walk_)[position]->path.c_str();
   return WalkStep::kPath;
 }
 

@@ -48,7 +48,7 @@ class VirtualHid final : public platform::HidSystem {
   bool Load() override;
   void Unload() override;
   bool BeginWalk(platform::HidClass cls) override;
-  platform::WalkStep Member(int index, std::string& path) override;
+  platform::WalkStep Member(int index, const char*& path) override;
   void EndWalk() override;
   bool ListedIds(const char* path, platform::HidIds& ids) override;
   platform::Handle Open(const char* path, platform::OpenMode mode) override;

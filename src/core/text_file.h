@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "core/wipe.h"
+#include "platform/allocated.h"
 
 namespace tavlyn {
 
@@ -17,7 +18,7 @@ inline constexpr char kInformationMark = ':';
 // What is read and written passes through room of the file's own, because it may be keys. Without memory for
 // it the C library's serves.
 struct CloseFile {
-  using Room = Wiped<std::array<char, 4096>>;
+  struct Room : Wiped<std::array<char, 4096>>, platform::Allocated {};
   void operator()(std::FILE* file) const { std::fclose(file); }
 
   std::unique_ptr<Room> room;

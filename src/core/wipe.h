@@ -12,13 +12,10 @@ inline void Wipe(void* memory, std::size_t bytes) {
   for (; bytes > 0; --bytes) *at++ = 0;
 }
 
-// An array, or a text or vector that does not grow out of what it has reserved, which is wiped at its end.
-template <typename Container>
-struct Wiped : Container {
-  ~Wiped() {
-    if constexpr (requires { this->reserve(0); }) this->resize(this->capacity());
-    Wipe(this->data(), this->size() * sizeof(typename Container::value_type));
-  }
+// An array that is wiped at its end.
+template <typename Array>
+struct Wiped : Array {
+  ~Wiped() { Wipe(this->data(), this->size() * sizeof(typename Array::value_type)); }
 };
 
 }  // namespace tavlyn

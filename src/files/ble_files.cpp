@@ -1,6 +1,6 @@
 // BLE blocks as text files with an integrity trailer, by which they move from one reader to others.
 #include <array>
-#include <string>
+#include <cstdio>
 
 #include "api.h"
 #include "core/lines.h"
@@ -56,7 +56,7 @@ std::uint32_t SaveBle(const BleBlock& block, const char* path) {
   PrintBytes(file.get(), std::span(bytes).first(block.Size()));
   PrintTail(file.get(), block);
   file.reset();
-  if (Guarded(0, [&] { return std::make_unique<CRC>()->AppendHwgTrailer(path); }) != 0) return 1;
+  if (CRC().AppendHwgTrailer(path) != 0) return 1;
   ActiveEntry().LastLibErr |= TAVLYN_ERR_BLE_READ;
   return UnsupportedValue;
 }
@@ -72,7 +72,9 @@ const BleBlock* BlockOf(std::FILE* file) {
   }
   std::rewind(file);
   for (const BleBlock* block : {&kBleData, &kBleKey}) {
-    if (Holds(line, std::string("BEGIN ") + block->name)) return block;
+    std::array<char, 32> begin;
+    std::snprintf(begin.data(), begin.size(), "BEGIN %s", block->name);
+    if (Holds(line, begin.data())) return block;
   }
   return nullptr;
 }
@@ -121,7 +123,7 @@ std::uint32_t LoadBle(const BleBlock& block, const char* path) {
   // As in a save.
   if (!ReaderIsActive()) return 1;
   ActiveEntry().LastLibErr = 0;
-  if (Guarded(false, [&] { return LoadBlock(block, path); })) return 1;
+  if (LoadBlock(block, path)) return 1;
   ActiveEntry().LastLibErr |= TAVLYN_ERR_BLE_WRITE;
   return UnsupportedValue;
 }

@@ -1,14 +1,13 @@
 #include "files/crc.h"
 
 #include <algorithm>
+#include <new>
 #include <string_view>
-#include <utility>
 
 #include "core/ascii_case.h"
 #include "core/lines.h"
 #include "core/text_file.h"
 #include "core/text_tokens.h"
-#include "core/wipe.h"
 
 namespace tavlyn {
 namespace {
@@ -40,99 +39,92 @@ std::string_view HwgValue(std::string_view line) {
   return line.substr(0, line.find('\n'));
 }
 
-std::string Hexadecimal(std::uint32_t sum) {
-  char text[9];
-  std::snprintf(text, sizeof text, "%08X", static_cast<unsigned>(sum));
+using SumText = std::array<char, 9>;
+
+SumText Hexadecimal(std::uint32_t sum) {
+  SumText text;
+  std::snprintf(text.data(), text.size(), "%08X", static_cast<unsigned>(sum));
   return text;
 }
 
 struct HwgTrailer {
-  Marker marker = Marker::kNone;
-  std::string value;
+  Marker marker = Marker::kNone;  // none: the file has no trailer
+  std::string_view value;
 };
 
-// What a file with keys in it needs, so that the text leaves no copies behind where it grew out of.
-constexpr std::size_t kUsualText = 1U << 16;
-
-// Collects what the sum covers up to a marker with a value line behind it. False: the file has none.
-bool FindHwgTrailer(std::FILE* file, std::string& text, HwgTrailer& trailer) {
-  Lines<kShortLine> lines(file);
+// Adds what the sum covers up to a marker with a value line behind it.
+HwgTrailer FindHwgTrailer(Lines<kShortLine>& lines, CRC& sum) {
   std::string_view line;
-  if (!lines.Next(line)) return false;
+  if (!lines.Next(line)) return {};
   // The first piece decides for the whole file.
   const std::string_view lineEnd = line.find("\r\n") != std::string_view::npos ? "\r\n" : "\n";
   do {
     const Marker marker = MarkerOf(line, lineEnd);
     if (lines.AtEnd()) continue;
-    if (marker != Marker::kOutsideSum) text += line;
+    if (marker != Marker::kOutsideSum) sum.Add(line);
     if (marker == Marker::kNone) continue;
     // A line behind a marker that is no value line is passed over and joins nothing.
-    if (!lines.Next(line)) return false;
+    if (!lines.Next(line)) return {};
     const std::string_view value = HwgValue(line);
-    if (value.empty()) continue;
-    trailer = {marker, std::string(value)};
-    return true;
+    if (!value.empty()) return {marker, value};
   } while (lines.Next(line));
-  return false;
+  return {};
 }
 
 }  // namespace
 
 void CRC::BuildTable() {
-  table_ = std::make_unique<std::array<std::uint32_t, 256>>();
-  for (std::uint32_t index = 0; index < table_->size(); ++index) {
+  running_ = 0xFFFFFFFF;
+  table_.reset(new (std::nothrow) Table);
+  if (table_ == nullptr) return;
+  for (std::uint32_t index = 0; index < table_->words.size(); ++index) {
     std::uint32_t entry = index;
     for (int round = 0; round < 8; ++round) entry = (entry & 1) != 0 ? entry >> 1 ^ kPolynomial : entry >> 1;
-    (*table_)[index] = entry;
+    table_->words[index] = entry;
   }
 }
 
-int CRC::Compute(std::string& text, std::uint32_t& result) const {
-  result = 0xFFFFFFFF;
-  if (table_ != nullptr) {
-    for (const char c : text)
-      result = result >> 8 ^ (*table_)[(result ^ static_cast<std::uint8_t>(c)) & 0xFF];
-  }
-  result = ~result;
-  text.clear();
-  return table_ != nullptr ? 0 : kNoTable;
+void CRC::Add(std::string_view text) {
+  if (table_ == nullptr) return;
+  for (const char c : text)
+    running_ = running_ >> 8 ^ table_->words[(running_ ^ static_cast<std::uint8_t>(c)) & 0xFF];
 }
 
-int CRC::SumOf(std::string& text, std::uint32_t& sum) {
-  BuildTable();
-  const int code = Compute(text, sum);
+int CRC::Compute(std::uint32_t& result) {
+  const bool done = table_ != nullptr;
+  result = done ? ~running_ : 0;
   table_.reset();
-  return code;
+  return done ? 0 : kNoTable;
 }
 
-std::string CRC::ReadWholeFile(const char* path) {
-  Wiped<std::string> text;
+void CRC::AddWholeFile(const char* path) {
   const File file = OpenFile(path, "rb");
-  if (file != nullptr) text.reserve(kUsualText);
   Lines<kLongLine> lines(file.get());
   std::string_view line;
-  while (file != nullptr && lines.Next(line)) text += line;
-  return std::move(text);
+  while (file != nullptr && lines.Next(line)) Add(line);
+}
+
+int CRC::SumOfFile(const char* path, std::uint32_t& sum) {
+  BuildTable();
+  AddWholeFile(path);
+  return Compute(sum);
 }
 
 int CRC::AppendHwgTrailer(const char* path) {
-  Wiped<std::string> text{ReadWholeFile(path)};
   std::uint32_t sum = 0;
-  if (const int code = SumOf(text, sum); code != 0) return code;
+  if (const int code = SumOfFile(path, sum); code != 0) return code;
   const File file = OpenFile(path, "a");
   if (file == nullptr) return 0;
-  std::fprintf(file.get(), "iEndOfHwgFile=%s", Hexadecimal(sum).c_str());
+  std::fprintf(file.get(), "iEndOfHwgFile=%s", Hexadecimal(sum).data());
   return 1;
 }
 
 int CRC::AppendSecureTrailer(const char* path) {
-  Wiped<std::string> text{ReadWholeFile(path)};
   std::uint32_t sum = 0;
-  const int code = SumOf(text, sum);
+  const int code = SumOfFile(path, sum);
   const File file = OpenFile(path, "a");
   if (file == nullptr) return code;
-  std::fprintf(file.get(), "%c--- iEndOfHwgFile \niEndOfHwgFile = %s", kCommentMark,
-               Hexadecimal(sum).c_str());
+  std::fprintf(file.get(), "%c--- iEndOfHwgFile \niEndOfHwgFile = %s", kCommentMark, Hexadecimal(sum).data());
   return code;
 }
 
@@ -141,43 +133,41 @@ int CRC::CheckFile(const char* path, std::uint32_t kind) {
 }
 
 int CRC::CheckHwgFile(const char* path) {
-  File file = OpenFile(path, "rb");
-  Wiped<std::string> text;
-  text.reserve(kUsualText);
-  HwgTrailer trailer;
-  if (file == nullptr || !FindHwgTrailer(file.get(), text, trailer)) return 0;
-  file.reset();
+  const File file = OpenFile(path, "rb");
+  if (file == nullptr) return 0;
+  Lines<kShortLine> lines(file.get());
+  BuildTable();
+  auto [marker, value] = FindHwgTrailer(lines, *this);
+  if (marker == Marker::kNone) return 0;
   // Whatever stands behind the equals sign there, a blank when the file is whole.
-  if (trailer.marker == Marker::kOutsideSum) trailer.value.erase(0, 1);
-  if (trailer.value.ends_with('\r')) trailer.value.pop_back();
+  if (marker == Marker::kOutsideSum) value.remove_prefix(1);
+  if (value.ends_with('\r')) value.remove_suffix(1);
   std::uint32_t sum = 0;
-  return SumOf(text, sum) == 0 && Hexadecimal(sum) == trailer.value ? 1 : 0;
+  return Compute(sum) == 0 && value == Hexadecimal(sum).data() ? 1 : 0;
 }
 
 int CRC::CheckIniFile(const char* path) {
   const File file = OpenFile(path, "rb");
   Lines<kLongLine> lines(file.get());
   std::string_view line;
-  Wiped<std::string> text;
-  text.reserve(kUsualText);
+  BuildTable();
   while (file != nullptr && lines.Next(line)) {
-    if (line == "[EOF]\r\n") return CheckIniTrailer(file.get(), text);
-    text += line;
+    if (line == "[EOF]\r\n") return CheckIniTrailer(file.get());
+    Add(line);
   }
   return 0;
 }
 
-int CRC::CheckIniTrailer(std::FILE* file, std::string& text) {
+int CRC::CheckIniTrailer(std::FILE* file) {
   Lines<kLongLine> lines(file);
   std::string_view line;
   if (!lines.Next(line) || !line.ends_with("\r\n")) return 0;
   Tokens tokens(line);
   if (tokens.Next("=") != "iEndOfIniFile") return 0;
-  const std::string value(tokens.Next("\r\n"));
-  const bool more = lines.Next(line);
+  const std::string_view value = tokens.Next("\r\n");
   std::uint32_t sum = 0;
-  if (value.empty() || SumOf(text, sum) != 0) return 0;
-  return value == (sum != 0 ? Hexadecimal(sum) : "0") && !more ? 1 : 0;
+  if (Compute(sum) != 0 || value != (sum != 0 ? Hexadecimal(sum).data() : "0")) return 0;
+  return lines.Next(line) ? 0 : 1;
 }
 
 }  // namespace tavlyn

@@ -13,7 +13,9 @@
 #include <cstdint>
 #include <cstdio>
 #include <memory>
-#include <string>
+#include <string_view>
+
+#include "platform/allocated.h"
 
 namespace tavlyn {
 
@@ -21,12 +23,14 @@ class CRC {
  public:
   virtual ~CRC() = default;
 
+  // Begins a sum. Memory for the table may be missing.
   void BuildTable();
-  // Consumes the text. Not 0: there is no table.
-  int Compute(std::string& text, std::uint32_t& result) const;
+  void Add(std::string_view text);
+  // Ends it and releases the table. Not 0: there is none.
+  int Compute(std::uint32_t& result);
 
-  // Line pieces up to their first NUL; empty when the file cannot be opened.
-  static std::string ReadWholeFile(const char* path);
+  // Line pieces up to their first NUL; nothing when the file cannot be opened.
+  void AddWholeFile(const char* path);
 
   // 1, 0 when the file could not be opened, or Compute's code.
   int AppendHwgTrailer(const char* path);
@@ -39,10 +43,15 @@ class CRC {
   int CheckIniFile(const char* path);
 
  private:
-  int SumOf(std::string& text, std::uint32_t& sum);
-  int CheckIniTrailer(std::FILE* file, std::string& text);
+  struct Table : platform::Allocated {
+    std::array<std::uint32_t, 256> words;
+  };
 
-  std::unique_ptr<std::array<std::uint32_t, 256>> table_;  // only during a calculation
+  int SumOfFile(const char* path, std::uint32_t& sum);
+  int CheckIniTrailer(std::FILE* file);
+
+  std::unique_ptr<Table> table_;  // only during a calculation
+  std::uint32_t running_ = 0;
 };
 
 }  // namespace tavlyn

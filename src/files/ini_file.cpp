@@ -7,9 +7,9 @@
 //   [EOF]                   then the trailer
 //
 // Every line ends in CR LF, nothing stands between the items.
-#include <cstdlib>
-#include <string>
-#include <vector>
+#include <array>
+#include <span>
+#include <string_view>
 
 #include "api.h"
 #include "core/lines.h"
@@ -24,9 +24,14 @@ using namespace tavlyn;
 
 namespace {
 
-using Item = Wiped<std::vector<std::uint8_t>>;
-constexpr std::size_t kIniLine = 256;
-using IniLines = Lines<kIniLine>;
+constexpr std::size_t kLineRoom = 256;
+using IniLines = Lines<kLineRoom>;
+
+// Room for what two lines can say.
+struct Item {
+  Wiped<std::array<std::uint8_t, kLineRoom>> bytes;
+  std::size_t count = 0;
+};
 
 bool IsSectionHead(std::string_view line) {
   constexpr std::string_view kHead = "[Blob";
@@ -45,7 +50,9 @@ bool TakeBytes(IniLines& lines, std::string_view key, Item& item) {
   if (tokens.Next("=") != key) return false;
   Tokens bytes(tokens.Next("="));
   for (std::string_view byte = bytes.Next(" "); !byte.empty() && byte != "\n"; byte = bytes.Next(" ")) {
-    item.push_back(static_cast<std::uint8_t>(std::strtoull(std::string(byte).c_str(), nullptr, 16)));
+    unsigned long long value = 0;
+    Scan(byte, "%llx", value);
+    item.bytes[item.count++] = static_cast<std::uint8_t>(value);
   }
   return true;
 }
@@ -59,10 +66,10 @@ bool LoadItems(const char* path) {
   bool written = false;
   while (lines.Next(line) && line != "[EOF]\r\n") {
     Item item;
-    item.reserve(kIniLine);  // more than header and payload, of which a byte takes two characters
     if (!IsSectionHead(line) || !TakeBytes(lines, "hdr", item) || !TakeBytes(lines, "data", item))
       return false;
-    written = IsWholeItem(item) && WriteItem(item);
+    const auto bytes = std::span<const std::uint8_t>(item.bytes).first(item.count);
+    written = IsWholeItem(bytes) && WriteItem(bytes);
   }
   return written;
 }
@@ -77,5 +84,5 @@ std::uint32_t LoadIniFile(const char* path) {
   if (!ActiveInRange()) return 0;
   ActiveEntry().LastLibErr = 0;
   if (ActiveEntry().ProductKind != kReader) return 0;
-  return Guarded(false, [&] { return LoadItems(path); }) ? 1 : 0;
+  return LoadItems(path) ? 1 : 0;
 }

@@ -1,10 +1,7 @@
 // Configuration files with an integrity trailer.
-#include <memory>
-
 #include "api.h"
 #include "core/openings.h"
 #include "files/integrity.h"
-#include "platform/guarded.h"
 
 using namespace tavlyn;
 
@@ -27,8 +24,7 @@ std::uint32_t WriteDevCfgToSecureFile(const char* path) {
   ActiveEntry().LastLibErr = 0;
   if (ActiveEntry().ProductKind != kReader) return 1;
   if (SaveTemplateFile(path) == 0) return UnsupportedValue;
-  const int code = Guarded(1, [&] { return std::make_unique<CRC>()->AppendSecureTrailer(path); });
-  if (code == 0) return 1;
+  if (CRC().AppendSecureTrailer(path) == 0) return 1;
   ActiveEntry().LastLibErr |= TAVLYN_ERR_INTEGRITY;
   return UnsupportedValue;
 }

@@ -1,11 +1,9 @@
 #include "hid/enumeration.h"
 
-#include <string>
-
+#include "core/guarded.h"
 #include "core/state.h"
 #include "core/trace.h"
 #include "links/link_socket.h"
-#include "platform/guarded.h"
 
 namespace tavlyn {
 namespace {
@@ -52,14 +50,14 @@ TableMatch MatchTable(platform::Handle device, platform::HidIds ids, std::int32_
 
 bool EnumerateHid(platform::HidIds pair, HidCallback callback) {
   std::int32_t row = -1;
-  if (!Guarded(false, [&] { return Hid().BeginWalk(ClassOf(pair)); })) return false;
+  if (!Hid().BeginWalk(ClassOf(pair))) return false;
   for (int index = 0; index < kMostInterfaces; ++index) {
-    std::string path;
-    const auto step = Guarded(platform::WalkStep::kEnd, [&] { return Hid().Member(index, path); });
+    const char* path = nullptr;
+    const platform::WalkStep step = Hid().Member(index, path);
     if (step == platform::WalkStep::kEnd) break;
     if (step == platform::WalkStep::kSkip) continue;
     Guarded(false, [&] {
-      if (UsbDriver_IsDevOurs(path.c_str(), pair, &row)) callback(path.c_str(), row);
+      if (UsbDriver_IsDevOurs(path, pair, &row)) callback(path, row);
       return true;
     });
   }

@@ -8,11 +8,12 @@
 #include <memory>
 #include <span>
 
+#include "platform/allocated.h"
 #include "platform/platform.h"
 
 namespace tavlyn {
 
-class SerialPort {
+class SerialPort : public platform::Allocated {
  public:
   SerialPort() = default;
   explicit SerialPort(std::unique_ptr<platform::ComPort> port) : port_(std::move(port)) {}

@@ -8,6 +8,7 @@
 #include <new>
 #include <optional>
 
+#include "platform/allocated.h"
 #include "platform/platform.h"
 
 namespace tavlyn::platform {
@@ -19,7 +20,7 @@ class HandleTable {
   template <typename Close>
   Handle Add(Native native, Close close) {
     const std::lock_guard lock(mutex_);
-    auto* added = new (std::nothrow) Numbered{last_ + 1, native, newest_};
+    auto* added = new (std::nothrow) Numbered{{}, last_ + 1, native, newest_};
     if (added == nullptr) {
       close(native);
       return kNoHandle;
@@ -47,7 +48,7 @@ class HandleTable {
   }
 
  private:
-  struct Numbered {
+  struct Numbered : Allocated {
     Handle handle;
     Native native;
     Numbered* older;

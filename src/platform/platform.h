@@ -14,7 +14,6 @@
 #include <ctime>
 #include <memory>
 #include <span>
-#include <string>
 
 #include "platform/path.h"
 
@@ -78,9 +77,10 @@ class HidSystem {
   virtual void Unload() = 0;
 
   // A walk over the present interfaces of a class, in a stable order: BeginWalk, Member(0), Member(1), …
-  // until kEnd, EndWalk. BeginWalk false: nothing can be listed. One walk at a time.
+  // until kEnd, EndWalk. BeginWalk false: nothing can be listed. One walk at a time. A path is good until the
+  // next Member or EndWalk.
   virtual bool BeginWalk(HidClass cls) = 0;
-  virtual WalkStep Member(int index, std::string& path) = 0;
+  virtual WalkStep Member(int index, const char*& path) = 0;
   virtual void EndWalk() = 0;
 
   // True when the system can tell, without opening the path, whose device it is.

@@ -117,7 +117,8 @@ TEST_F(DisconnectTest, TheSameHandleInTwoEntriesIsClosedForRealOnce) {
 
 TEST_F(DisconnectTest, SerialPortsAreClosedAndFreed) {
   for (const std::size_t index : {std::size_t{0}, std::size_t{126}}) {
-    DevTable[index].pSerialPort = new SerialPort(std::make_unique<sim::VirtualComPort>(host.transcript));
+    DevTable[index].pSerialPort =
+        new (std::nothrow) SerialPort(std::make_unique<sim::VirtualComPort>(host.transcript));
   }
   StartTrace();
   EXPECT_EQ(USBDisconnect(), 1U);

@@ -210,7 +210,7 @@ TEST_F(ComSearchTest, AFullTableTakesNoMore) {
 
 TEST_F(ComSearchTest, APortIsInUseWhereverItStandsInTheTable) {
   EXPECT_FALSE(PortInUse(1)) << "an entry without an object has no number";
-  auto held = std::make_unique<SerialPort>();
+  std::unique_ptr<SerialPort> held(new (std::nothrow) SerialPort);
   held->SetPortNum(9);
   DevTable[126].pSerialPort = held.get();
   EXPECT_TRUE(PortInUse(9));

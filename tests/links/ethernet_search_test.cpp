@@ -119,7 +119,7 @@ TEST_F(EthernetSearchTest, ASilentHostIsDisconnectedAndItsObjectGone) {
 
 TEST_F(EthernetSearchTest, AnObjectOfTheOldTableIsClosedAndUsed) {
   host.ports.present[3] = nullptr;
-  auto* old = new SerialPort;  // the entry owns it
+  auto* old = new (std::nothrow) SerialPort;  // the entry owns it
   old->SetPortNum(3);
   ASSERT_TRUE(old->Open());
   DevTable[0].pSerialPort = old;
@@ -175,7 +175,7 @@ TEST_F(EthernetSearchTest, FillsTheEntryOfATunnelledReader) {
 
 TEST_F(EthernetSearchTest, TheTunnelDropsTheEntrysPort) {
   host.ports.present[3] = nullptr;
-  auto* old = new SerialPort;  // the entry owns it
+  auto* old = new (std::nothrow) SerialPort;  // the entry owns it
   old->SetPortNum(3);
   ASSERT_TRUE(old->Open());
   DevTable[0].pSerialPort = old;

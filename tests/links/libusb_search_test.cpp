@@ -58,7 +58,7 @@ TEST_F(LibusbSearchTest, ASilentDeviceIsGivenBackAndItsObjectGone) {
 
 TEST_F(LibusbSearchTest, AnObjectOfTheOldTableIsClosedAndUsed) {
   host.ports.present[3] = nullptr;
-  auto* old = new SerialPort;  // the entry owns it
+  auto* old = new (std::nothrow) SerialPort;  // the entry owns it
   old->SetPortNum(3);
   ASSERT_TRUE(old->Open());
   DevTable[0].pSerialPort = old;

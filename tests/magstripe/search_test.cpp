@@ -114,7 +114,7 @@ TEST_F(StripeConnect, ComPortsOfTheRangeAndVirtualOnesAreVisited) {
   for (const std::uint16_t number : std::initializer_list<std::uint16_t>{3, 4, 5, 12, 20})
     host.ports.present[number] = nullptr;
   host.ports.virtualNumbers = {12};
-  auto* used = new SerialPort;
+  auto* used = new (std::nothrow) SerialPort;
   used->SetPortNum(4);
   DevTable[90].pSerialPort = used;
   SetComSrchRange(3, 6);
@@ -165,7 +165,7 @@ TEST_F(StripeConnect, APortThatAnOpenSocketMakesOpenIsClosedFirst) {
   host.sockets.accepts = [](platform::Address) { return true; };
   for (const bool before : {false, true}) {
     ASSERT_EQ(LinkConnect({{10, 0, 0, 5}, 4001}), 0);
-    if (before) DevTable[0].pSerialPort = new SerialPort;
+    if (before) DevTable[0].pSerialPort = new (std::nothrow) SerialPort;
     ForgetTraffic();
     EXPECT_TRUE(SearchSorbaneComs(AnswersOn5And12)) << before;
     EXPECT_FALSE(LinkIsOpen());

@@ -14,7 +14,7 @@ class MagModelSerial : public MagModelBench {
     ActiveEntry().ProductKind = kMagstripe;
     auto made = std::make_unique<sim::VirtualComPort>(host.transcript, line);
     port = made.get();
-    ActiveEntry().pSerialPort = new SerialPort(std::move(made));  // the entry owns it
+    ActiveEntry().pSerialPort = new (std::nothrow) SerialPort(std::move(made));  // the entry owns it
     ForgetTraffic();
   }
 

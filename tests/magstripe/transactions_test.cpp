@@ -77,7 +77,7 @@ class StripeSerial : public StripeBench {
     auto port = std::make_unique<sim::VirtualComPort>(host.transcript);
     com = port.get();
     Entry().LinkKind = kBySerialPort;
-    Entry().pSerialPort = new SerialPort(std::move(port));
+    Entry().pSerialPort = new (std::nothrow) SerialPort(std::move(port));
   }
 };
 

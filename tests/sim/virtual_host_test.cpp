@@ -32,7 +32,7 @@ class VirtualHost : public ::testing::Test {
   Lines Walk(HidClass cls) {
     Lines paths;
     if (!host.hid.BeginWalk(cls)) return {"no walk"};
-    std::string path;
+    const char* path = nullptr;
     for (int i = 0;; ++i) {
       const WalkStep step = host.hid.Member(i, path);
       if (step == WalkStep::kEnd) break;
@@ -165,7 +165,7 @@ TEST_F(VirtualHost, DrainsOneReportAndDropsTheRest) {
 
 TEST_F(VirtualHost, NotesMisuse) {
   host.hid.Load();
-  std::string path;
+  const char* path = nullptr;
   host.hid.Member(0, path);
   host.hid.BeginWalk(HidClass::kHid);
   host.hid.BeginWalk(HidClass::kHid);

@@ -40,7 +40,7 @@ void SerialBench::AddLine(sim::ByteDevice& farEnd, std::uint32_t plusState) {
   entry.PlusState = plusState;
   auto port = std::make_unique<sim::VirtualComPort>(host.transcript, farEnd);
   com = port.get();
-  entry.pSerialPort = new SerialPort(std::move(port));  // the entry owns it
+  entry.pSerialPort = new (std::nothrow) SerialPort(std::move(port));  // the entry owns it
   ForgetTraffic();
 }
 

@@ -78,20 +78,20 @@ class HidWalkTest : public testing::Test {
   WalkStep Step(int index = 0) {
     EXPECT_TRUE(walk_.Begin(libraries_, HidClass::kHid));
     setup.calls.clear();
-    path_.clear();
+    path_ = "";
     return walk_.Member(libraries_, index, path_);
   }
 
   HidLibraries libraries_;
   HidWalk walk_;
-  std::string path_;
+  const char* path_ = "";
 };
 
 using Calls = std::vector<std::string>;
 
 TEST_F(HidWalkTest, PathIsTold) {
   EXPECT_EQ(WalkStep::kPath, Step(126));
-  EXPECT_EQ(kPath, path_);
+  EXPECT_STREQ(kPath, path_);
   EXPECT_EQ((Calls{"interface 126 32", "length", "detail 8 " + std::to_string(kRequired)}), setup.calls);
   walk_.End(libraries_);
   walk_.End(libraries_);
@@ -146,7 +146,7 @@ TEST_F(HidWalkTest, DetailThatIsNotToldIsPassedOver) {
   for (const Answer& answer : {Answer{ERROR_ACCESS_DENIED}, Answer{0, true}}) {
     setup.detail = answer;
     EXPECT_EQ(WalkStep::kSkip, Step());
-    EXPECT_EQ("", path_);
+    EXPECT_STREQ("", path_);
   }
   setup.detail = {};
   EXPECT_EQ(WalkStep::kPath, Step(1));

@@ -1,5 +1,6 @@
 #include <sys/prctl.h>
 
+#include <atomic>
 #include <cerrno>
 #include <ctime>
 
@@ -21,8 +22,10 @@ void PutBackSlack(int slack) {
   if (slack > 0) prctl(PR_SET_TIMERSLACK, static_cast<unsigned long>(slack));
 }
 
-// What this thread had before BeginPauses.
-thread_local int slackBefore = 0;
+// The thread between BeginPauses and EndPauses, and what it had before. Deliberately no variable of each
+// thread's own: its memory would be had at a thread's first pause, and a process without it is then ended.
+constinit std::atomic<pthread_t> pausing{};
+constinit int slackBefore = 0;
 
 }  // namespace
 
@@ -33,7 +36,7 @@ std::uint64_t LinuxClock::Tick() {
 }
 
 void LinuxClock::Sleep(std::uint32_t milliseconds) {
-  const int slack = slackBefore == 0 ? BePunctual() : 0;
+  const int slack = pausing != pthread_self() ? BePunctual() : 0;
   timespec left{};
   left.tv_sec = milliseconds / 1000;
   left.tv_nsec = static_cast<long>(milliseconds % 1000) * 1'000'000;
@@ -42,11 +45,14 @@ void LinuxClock::Sleep(std::uint32_t milliseconds) {
   PutBackSlack(slack);
 }
 
-void LinuxClock::BeginPauses() { slackBefore = BePunctual(); }
+void LinuxClock::BeginPauses() {
+  slackBefore = BePunctual();
+  pausing = pthread_self();
+}
 
 void LinuxClock::EndPauses() {
+  pausing = pthread_t{};
   PutBackSlack(slackBefore);
-  slackBefore = 0;
 }
 
 std::tm LinuxClock::LocalTime() {

@@ -14,6 +14,7 @@
 #include <memory>
 #include <new>
 
+#include "platform/allocated.h"
 #include "platform/linux/com_paths.h"
 #include "platform/linux/parts.h"
 
@@ -112,7 +113,7 @@ void CloseHeld(int descriptor) {
 
 void Drop(int descriptor, int queues) { ioctl(descriptor, TCFLSH, queues); }
 
-class LinuxComPort final : public ComPort {
+class LinuxComPort final : public ComPort, public Allocated {
  public:
   explicit LinuxComPort(const ComTimeouts& timeouts) : timeouts_(timeouts) {}
   ~LinuxComPort() override {

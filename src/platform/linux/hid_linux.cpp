@@ -2,12 +2,11 @@
 #include <hidapi/hidapi.h>
 
 #include <algorithm>
-#include <memory>
+#include <array>
+#include <cstring>
 #include <new>
-#include <string_view>
-#include <vector>
 
-#include "platform/guarded.h"
+#include "platform/handle_table.h"
 #include "platform/linux/parts.h"
 
 namespace tavlyn::platform {
@@ -23,21 +22,11 @@ struct HidFunctions {
   decltype(&hid_read_timeout) readTimeout;
 };
 
-struct HidInterface {
-  std::string path;
-  HidIds ids;
-  std::vector<HidUsage> usages;
-
-  [[nodiscard]] bool Has(HidUsage wanted) const {
-    return std::ranges::any_of(usages,
-                               [&](HidUsage u) { return u.page == wanted.page && u.usage == wanted.usage; });
-  }
-};
-
 struct OpenHidInterface {
-  Handle handle;
-  HidInterface listed;
-  std::unique_ptr<hid_device, decltype(&hid_close)> device;
+  hid_device* device;
+  HidIds ids;
+  // Of its top-level collections; a device has a few.
+  std::array<HidUsage, 32> usages;
 };
 
 namespace {
@@ -64,67 +53,68 @@ bool BindAll(void* library, HidFunctions& functions) {
          Bind(library, "hid_read_timeout", functions.readTimeout);
 }
 
-}  // namespace
-
-struct LinuxHid::State {
-  void* library;
-  HidFunctions call;
-  std::vector<HidInterface> listed;  // by the walk that is running
-  std::vector<const HidInterface*> members;
-  bool walking = false;
-  std::vector<OpenHidInterface> open;
-  Handle next = 1;
-
-  std::vector<HidInterface> List() const;
-  bool Walk(HidClass cls);
-  const HidInterface* Find(std::string_view path);
-  Handle Open(const HidInterface& interface);
-  OpenHidInterface* Opened(Handle handle);
-};
-
-std::vector<HidInterface> LinuxHid::State::List() const {
-  std::vector<HidInterface> interfaces;
-  const std::unique_ptr<hid_device_info, decltype(&hid_free_enumeration)> first(call.enumerate(0, 0),
-                                                                                call.freeEnumeration);
-  for (const hid_device_info* info = first.get(); info != nullptr; info = info->next) {
-    if (info->path == nullptr) continue;
-    auto at = std::ranges::find(interfaces, std::string_view(info->path), &HidInterface::path);
-    if (at == interfaces.end()) {
-      interfaces.push_back({info->path, {info->vendor_id, info->product_id}, {}});
-      at = interfaces.end() - 1;
-    }
-    at->usages.push_back({info->usage_page, info->usage});
-  }
-  return interfaces;
+bool SamePath(const hid_device_info& a, const hid_device_info& b) {
+  return a.path != nullptr && b.path != nullptr && std::strcmp(a.path, b.path) == 0;
 }
 
-bool LinuxHid::State::Walk(HidClass cls) {
-  listed = List();
-  members.clear();
-  for (const HidInterface& interface : listed) {
-    if (cls == HidClass::kHid || interface.Has(kKeyboardUsage)) members.push_back(&interface);
+// The usages of one path stand in entries of their own.
+bool HasUsage(const hid_device_info& interface, HidUsage wanted) {
+  for (const hid_device_info* at = &interface; at != nullptr; at = at->next) {
+    if (SamePath(*at, interface) && at->usage_page == wanted.page && at->usage == wanted.usage) return true;
   }
-  walking = true;
-  return true;
+  return false;
+}
+
+OpenHidInterface Described(const hid_device_info& interface) {
+  OpenHidInterface described{nullptr, {interface.vendor_id, interface.product_id}, {}};
+  auto next = described.usages.begin();
+  for (const hid_device_info* at = &interface; at != nullptr && next != described.usages.end();
+       at = at->next) {
+    if (SamePath(*at, interface)) *next++ = {at->usage_page, at->usage};
+  }
+  return described;
+}
+
+}  // namespace
+
+struct LinuxHid::State : Allocated {
+  void* library;
+  HidFunctions call;
+  hid_device_info* listed = nullptr;  // by the walk that is running, or when it was last asked
+  HidClass walked{};
+  bool walking = false;
+  HandleTable<OpenHidInterface> open;
+
+  void List() {
+    call.freeEnumeration(listed);
+    listed = call.enumerate(0, 0);
+  }
+  [[nodiscard]] const hid_device_info* Listed(const char* path) const;
+  [[nodiscard]] bool IsMember(const hid_device_info& entry) const;
+  const hid_device_info* Find(const char* path);
+  hid_device* Device(Handle handle) {
+    const auto opened = open.Find(handle);
+    return opened ? opened->device : nullptr;
+  }
+};
+
+// The first entry of a path, or null.
+const hid_device_info* LinuxHid::State::Listed(const char* path) const {
+  const hid_device_info* entry = listed;
+  while (entry != nullptr && (entry->path == nullptr || std::strcmp(entry->path, path) != 0))
+    entry = entry->next;
+  return entry;
+}
+
+bool LinuxHid::State::IsMember(const hid_device_info& entry) const {
+  return entry.path != nullptr && Listed(entry.path) == &entry &&
+         (walked == HidClass::kHid || HasUsage(entry, kKeyboardUsage));
 }
 
 // Outside a walk the system is asked anew.
-const HidInterface* LinuxHid::State::Find(std::string_view path) {
-  if (!walking) listed = Guarded(std::vector<HidInterface>(), [&] { return List(); });
-  const auto at = std::ranges::find(listed, path, &HidInterface::path);
-  return at != listed.end() ? &*at : nullptr;
-}
-
-Handle LinuxHid::State::Open(const HidInterface& interface) {
-  OpenHidInterface opened{next, interface, {call.openPath(interface.path.c_str()), call.close}};
-  if (opened.device == nullptr) return kNoHandle;
-  open.push_back(std::move(opened));
-  return next++;
-}
-
-OpenHidInterface* LinuxHid::State::Opened(Handle handle) {
-  const auto at = std::ranges::find(open, handle, &OpenHidInterface::handle);
-  return at != open.end() ? &*at : nullptr;
+const hid_device_info* LinuxHid::State::Find(const char* path) {
+  if (!walking) List();
+  return Listed(path);
 }
 
 bool LinuxHid::Load() {
@@ -135,89 +125,102 @@ bool LinuxHid::Load() {
     dlclose(library);
     return false;
   }
-  state_ = new (std::nothrow)
-      State{.library = library, .call = functions, .listed = {}, .members = {}, .open = {}};
-  if (state_ == nullptr) dlclose(library);
-  return state_ != nullptr;
+  state_ = new (std::nothrow) State;
+  if (state_ == nullptr) {
+    dlclose(library);
+    return false;
+  }
+  state_->library = library;
+  state_->call = functions;
+  return true;
 }
 
 // hid_exit is not called: the application may use hidapi itself.
 void LinuxHid::Unload() {
   if (state_ == nullptr) return;
-  void* library = state_->library;
+  while (const auto left = state_->open.RemoveNewest()) state_->call.close(left->device);
+  state_->call.freeEnumeration(state_->listed);
+  dlclose(state_->library);
   delete state_;
   state_ = nullptr;
-  dlclose(library);
 }
 
 bool LinuxHid::BeginWalk(HidClass cls) {
-  return state_ != nullptr && Guarded(false, [&] { return state_->Walk(cls); });
+  if (state_ == nullptr) return false;
+  state_->List();
+  state_->walked = cls;
+  state_->walking = true;
+  return true;
 }
 
-WalkStep LinuxHid::Member(int index, std::string& path) {
-  const auto at = static_cast<std::size_t>(index);
-  if (state_ == nullptr || at >= state_->members.size()) return WalkStep::kEnd;
-  return Guarded(WalkStep::kSkip, [&] {
-    path = state_->members[at]->path;
+WalkStep LinuxHid::Member(int index, const char*& path) {
+  const hid_device_info* entry = state_ != nullptr && state_->walking ? state_->listed : nullptr;
+  for (; entry != nullptr; entry = entry->next) {
+    if (!state_->IsMember(*entry) || index-- > 0) continue;
+    path = entry->path;
     return WalkStep::kPath;
-  });
+  }
+  return WalkStep::kEnd;
 }
 
 void LinuxHid::EndWalk() {
-  if (state_ == nullptr) return;
-  state_->walking = false;
-  state_->members.clear();
+  if (state_ != nullptr) state_->walking = false;
 }
 
 bool LinuxHid::ListedIds(const char* path, HidIds& ids) {
-  const HidInterface* listed = state_ != nullptr ? state_->Find(path) : nullptr;
-  ids = listed != nullptr ? listed->ids : HidIds{};
+  const hid_device_info* listed = state_ != nullptr ? state_->Find(path) : nullptr;
+  ids = listed != nullptr ? HidIds{listed->vendor_id, listed->product_id} : HidIds{};
   return true;
 }
 
 // Only what hidapi lists is opened: its 0.13 uses memory after freeing it when the node is no hidraw device.
 Handle LinuxHid::Open(const char* path, OpenMode /*mode*/) {
-  const HidInterface* listed = state_ != nullptr && path != nullptr ? state_->Find(path) : nullptr;
+  const hid_device_info* listed = state_ != nullptr && path != nullptr ? state_->Find(path) : nullptr;
   if (listed == nullptr) return kNoHandle;
-  return Guarded(kNoHandle, [&] { return state_->Open(*listed); });
+  OpenHidInterface opened = Described(*listed);
+  opened.device = state_->call.openPath(path);
+  if (opened.device == nullptr) return kNoHandle;
+  return state_->open.Add(opened, [&](const OpenHidInterface& one) { state_->call.close(one.device); });
 }
 
 void LinuxHid::Close(Handle device) {
-  OpenHidInterface* opened = state_ != nullptr ? state_->Opened(device) : nullptr;
-  if (opened == nullptr) return;
-  state_->open.erase(state_->open.begin() + (opened - state_->open.data()));
+  if (state_ == nullptr) return;
+  if (const auto opened = state_->open.Remove(device)) state_->call.close(opened->device);
 }
 
 HidIds LinuxHid::Attributes(Handle device) {
-  const OpenHidInterface* opened = state_ != nullptr ? state_->Opened(device) : nullptr;
-  return opened != nullptr ? opened->listed.ids : HidIds{};
+  if (state_ == nullptr) return {};
+  const auto opened = state_->open.Find(device);
+  return opened ? opened->ids : HidIds{};
 }
 
 UsageMatch LinuxHid::TopUsage(Handle device, HidUsage wanted) {
-  const OpenHidInterface* opened = state_ != nullptr ? state_->Opened(device) : nullptr;
-  if (opened == nullptr) return UsageMatch::kUnreadable;
-  return opened->listed.Has(wanted) ? UsageMatch::kYes : UsageMatch::kNo;
+  if (state_ == nullptr) return UsageMatch::kUnreadable;
+  const auto opened = state_->open.Find(device);
+  if (!opened) return UsageMatch::kUnreadable;
+  const bool has = std::ranges::any_of(
+      opened->usages, [&](HidUsage u) { return u.page == wanted.page && u.usage == wanted.usage; });
+  return has ? UsageMatch::kYes : UsageMatch::kNo;
 }
 
 bool LinuxHid::GetFeature(Handle device, std::span<std::uint8_t> report) {
-  const OpenHidInterface* opened = state_ != nullptr ? state_->Opened(device) : nullptr;
-  return opened != nullptr && state_->call.getFeature(opened->device.get(), report.data(), report.size()) > 0;
+  hid_device* opened = state_ != nullptr ? state_->Device(device) : nullptr;
+  return opened != nullptr && state_->call.getFeature(opened, report.data(), report.size()) > 0;
 }
 
 bool LinuxHid::SetFeature(Handle device, std::span<const std::uint8_t> report) {
-  const OpenHidInterface* opened = state_ != nullptr ? state_->Opened(device) : nullptr;
-  return opened != nullptr &&
-         state_->call.sendFeature(opened->device.get(), report.data(), report.size()) >= 0;
+  hid_device* opened = state_ != nullptr ? state_->Device(device) : nullptr;
+  return opened != nullptr && state_->call.sendFeature(opened, report.data(), report.size()) >= 0;
 }
 
 Drain LinuxHid::DrainInput(Handle device, std::span<std::uint8_t> report) {
-  const OpenHidInterface* opened = state_ != nullptr ? state_->Opened(device) : nullptr;
+  hid_device* opened = state_ != nullptr ? state_->Device(device) : nullptr;
   if (opened == nullptr) return Drain::kNothing;
-  const int got = state_->call.readTimeout(opened->device.get(), report.data(), report.size(), 0);
+  const int got = state_->call.readTimeout(opened, report.data(), report.size(), 0);
   if (got <= 0) return got < 0 ? Drain::kGone : Drain::kNothing;
   std::uint8_t rest[64];
   for (int dropped = 0; dropped < kLongestQueue; ++dropped) {
-    if (state_->call.readTimeout(opened->device.get(), rest, sizeof rest, 0) <= 0) break;
+    if (state_->call.readTimeout(opened, rest, sizeof rest, 0) <= 0) break;
   }
   return Drain::kDrained;
 }

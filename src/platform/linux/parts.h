@@ -38,7 +38,7 @@ class LinuxHid final : public HidSystem {
   bool Load() override;
   void Unload() override;
   bool BeginWalk(HidClass cls) override;
-  WalkStep Member(int index, std::string& path) override;
+  WalkStep Member(int index, const char*& path) override;
   void EndWalk() override;
   bool ListedIds(const char* path, HidIds& ids) override;
   Handle Open(const char* path, OpenMode mode) override;

@@ -2,7 +2,7 @@
 #include <memory>
 #include <new>
 
-#include "platform/guarded.h"
+#include "platform/allocated.h"
 #include "platform/windows/backend.h"
 #include "platform/windows/com_registry.h"
 #include "platform/windows/system.h"
@@ -70,7 +70,7 @@ HANDLE OpenNumber(std::uint16_t number) {
                      nullptr);
 }
 
-class SystemComPort final : public ComPort {
+class SystemComPort final : public ComPort, public Allocated {
  public:
   explicit SystemComPort(HANDLE native) : native_(native) {}
   ~SystemComPort() override {
@@ -142,12 +142,7 @@ class SystemComPorts final : public ComPorts {
     return port;
   }
 
-  void FindVirtual(PortFlags flags) override {
-    Guarded(false, [&] {
-      FindVirtualPorts(flags);
-      return true;
-    });
-  }
+  void FindVirtual(PortFlags flags) override { FindVirtualPorts(flags); }
 };
 
 }  // namespace

@@ -1,9 +1,9 @@
 #include "platform/windows/com_registry.h"
 
 #include <array>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <string>
 
 #include "platform/windows/system.h"
 
@@ -23,8 +23,8 @@ constexpr char kEveryDevice[] = "";
 // A key of the local machine, open for reading; null when it does not open.
 class Key {
  public:
-  explicit Key(const std::string& path) {
-    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_READ, &key_) != ERROR_SUCCESS) key_ = nullptr;
+  explicit Key(const char* path) {
+    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, path, 0, KEY_READ, &key_) != ERROR_SUCCESS) key_ = nullptr;
   }
   ~Key() {
     if (key_ != nullptr) RegCloseKey(key_);
@@ -52,17 +52,15 @@ Counts CountsOf(HKEY key) {
   return counts;
 }
 
-bool SubkeyName(HKEY key, DWORD index, std::string& name) {
-  std::array<char, kLongestKeyName + 1> text{};
-  DWORD length = text.size();
-  if (RegEnumKeyExA(key, index, text.data(), &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) {
-    return false;
-  }
-  name = text.data();
-  return true;
+using KeyName = std::array<char, kLongestKeyName + 1>;
+
+bool SubkeyName(HKEY key, DWORD index, KeyName& name) {
+  DWORD length = name.size();
+  return RegEnumKeyExA(key, index, name.data(), &length, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
 }
 
-std::string UpperCase(std::string text) {
+template <std::size_t kRoom>
+std::array<char, kRoom> UpperCase(std::array<char, kRoom> text) {
   for (char& c : text) {
     if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
   }
@@ -73,8 +71,6 @@ std::string UpperCase(std::string text) {
 long PortNumber(const char* text) {
   return std::strncmp(text, "COM", 3) == 0 ? std::strtol(text + 3, nullptr, 10) : 0;
 }
-
-std::string Below(const std::string& path, const std::string& name) { return path + '\\' + name; }
 
 void ReadPortName(HKEY key, DWORD index, PortFlags flags) {
   std::array<char, kLongestValueName + 1> name{};
@@ -90,38 +86,40 @@ void ReadPortName(HKEY key, DWORD index, PortFlags flags) {
       ERROR_SUCCESS) {
     return;
   }
-  if (UpperCase(name.data()) != "PORTNAME") return;
+  if (std::strcmp(UpperCase(name).data(), "PORTNAME") != 0) return;
   const long number = PortNumber(text.data());
   if (number >= 1 && number <= kHighestCom) flags[static_cast<std::size_t>(number)] = 1;
 }
 
-void ScanPortNames(const std::string& path, HKEY key, PortFlags flags) {
+void ScanPortNames(const char* path, HKEY key, PortFlags flags) {
   const Counts counts = CountsOf(key);
-  std::string name;
+  KeyName name{};
   for (DWORD i = 0; i < counts.subkeys; ++i) {
     if (!SubkeyName(key, i, name)) continue;
-    const std::string child = Below(Below(path, name), "Device Parameters").substr(0, kLongestPath);
+    std::array<char, kLongestPath + 1> child;
+    std::snprintf(child.data(), child.size(), "%s\\%s\\Device Parameters", path, name.data());
     // Cut back to the path that it began with, it would lead here again.
-    if (child.size() <= path.size()) continue;
-    const Key childKey(child);
-    if (childKey.get() != nullptr) ScanPortNames(child, childKey.get(), flags);
+    if (std::strlen(child.data()) <= std::strlen(path)) continue;
+    const Key childKey(child.data());
+    if (childKey.get() != nullptr) ScanPortNames(child.data(), childKey.get(), flags);
   }
   for (DWORD i = 0; i < counts.values; ++i) ReadPortName(key, i, flags);
 }
 
-void ScanEnumBranch(const char* needle, const std::string& path, HKEY key, PortFlags flags) {
+void ScanEnumBranch(const char* needle, const char* path, HKEY key, PortFlags flags) {
   const Counts counts = CountsOf(key);
-  std::string name;
+  KeyName name{};
   for (DWORD i = 0; i < counts.subkeys; ++i) {
-    if (!SubkeyName(key, i, name) || UpperCase(name).find(needle) == std::string::npos) continue;
-    const std::string child = Below(path, name);
-    const Key childKey(child);
-    if (childKey.get() != nullptr) ScanPortNames(child, childKey.get(), flags);
+    if (!SubkeyName(key, i, name) || std::strstr(UpperCase(name).data(), needle) == nullptr) continue;
+    std::array<char, 2 * kLongestPath> child;
+    std::snprintf(child.data(), child.size(), "%s\\%s", path, name.data());
+    const Key childKey(child.data());
+    if (childKey.get() != nullptr) ScanPortNames(child.data(), childKey.get(), flags);
   }
 }
 
 void ScanBranch(const char* needle, const char* path, PortFlags flags) {
-  const Key key{std::string(path)};
+  const Key key(path);
   if (key.get() != nullptr) ScanEnumBranch(needle, path, key.get(), flags);
 }
 

@@ -18,7 +18,7 @@ class SystemHid final : public HidSystem {
   }
 
   bool BeginWalk(HidClass cls) override { return walk_.Begin(libraries_, cls); }
-  WalkStep Member(int index, std::string& path) override { return walk_.Member(libraries_, index, path); }
+  WalkStep Member(int index, const char*& path) override { return walk_.Member(libraries_, index, path); }
   void EndWalk() override { walk_.End(libraries_); }
 
   // Windows lists paths only; whose device it is, an opened device tells.

@@ -1,7 +1,6 @@
 #include "platform/windows/hid_walk.h"
 
 #include "platform/contained.h"
-#include "platform/guarded.h"
 
 namespace tavlyn::platform {
 namespace {
@@ -33,7 +32,7 @@ bool HidWalk::Begin(const HidLibraries& libraries, HidClass cls) {
   });
 }
 
-WalkStep HidWalk::Member(const HidLibraries& libraries, int index, std::string& path) const {
+WalkStep HidWalk::Member(const HidLibraries& libraries, int index, const char*& path) {
   SP_DEVICE_INTERFACE_DATA data{};
   data.cbSize = sizeof data;
   if (!Succeeds([&] {
@@ -47,25 +46,23 @@ WalkStep HidWalk::Member(const HidLibraries& libraries, int index, std::string& 
       [&] { return libraries.getDeviceInterfaceDetail(set_, &data, nullptr, 0, &required, nullptr) != 0; });
   if (GetLastError() != ERROR_INSUFFICIENT_BUFFER) return WalkStep::kEnd;
 
-  auto* detail =
+  LocalFree(detail_);
+  detail_ =
       static_cast<SP_DEVICE_INTERFACE_DETAIL_DATA_A*>(LocalAlloc(LMEM_ZEROINIT, std::size_t{required} + 16));
-  if (detail == nullptr) return WalkStep::kEnd;
-  detail->cbSize = sizeof *detail;
-  const bool told =
-      Succeeds([&] {
-        return libraries.getDeviceInterfaceDetail(set_, &data, detail, required, nullptr, nullptr) != 0;
-      }) &&
-      Guarded(false, [&] {
-        path = detail->DevicePath;
-        return true;
-      });
-  LocalFree(detail);
+  if (detail_ == nullptr) return WalkStep::kEnd;
+  detail_->cbSize = sizeof *detail_;
+  const bool told = Succeeds([&] {
+    return libraries.getDeviceInterfaceDetail(set_, &data, detail_, required, nullptr, nullptr) != 0;
+  });
+  if (told) path = detail_->DevicePath;
   return told ? WalkStep::kPath : WalkStep::kSkip;
 }
 
 void HidWalk::End(const HidLibraries& libraries) {
   if (set_ != INVALID_HANDLE_VALUE) Succeeds([&] { return libraries.destroyDeviceInfoList(set_) != 0; });
   set_ = INVALID_HANDLE_VALUE;
+  LocalFree(detail_);
+  detail_ = nullptr;
 }
 
 }  // namespace tavlyn::platform

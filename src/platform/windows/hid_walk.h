@@ -1,8 +1,6 @@
 // The walk over the device interfaces of one class.
 #pragma once
 
-#include <string>
-
 #include "platform/platform.h"
 #include "platform/windows/hid_libraries.h"
 
@@ -11,12 +9,13 @@ namespace tavlyn::platform {
 class HidWalk {
  public:
   bool Begin(const HidLibraries& libraries, HidClass cls);
-  WalkStep Member(const HidLibraries& libraries, int index, std::string& path) const;
+  WalkStep Member(const HidLibraries& libraries, int index, const char*& path);
   void End(const HidLibraries& libraries);
 
  private:
   const GUID* class_ = nullptr;
   HDEVINFO set_ = INVALID_HANDLE_VALUE;
+  SP_DEVICE_INTERFACE_DETAIL_DATA_A* detail_ = nullptr;  // whose path was told last
 };
 
 }  // namespace tavlyn::platform
