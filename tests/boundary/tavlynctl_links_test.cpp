@@ -276,6 +276,11 @@ TEST_F(TavlynctlLinks, CtrlCLeavesTheCursorOnANewLine) {
   EXPECT_TRUE(shown.ends_with("\r\n")) << shown;
 }
 
+TEST_F(TavlynctlLinks, FindTellsHowLongItTakes) {
+  const Ended told = RunLine("upon 'kill -TERM $pid' " + kCtl + " find 127.5.5.1-254");
+  EXPECT_TRUE(told.err.starts_with("asking 127.5.5.1 to 254 takes up to 127 seconds\n")) << told.err;
+}
+
 TEST_F(TavlynctlLinks, FindWithoutAdapters) {
   const Ended none = Ctl("find 127.5.2.1-2 --json");
   EXPECT_EQ(2, none.status);

@@ -6,6 +6,7 @@
 
 #include "api.h"
 #include "tools/tavlynctl/commands.h"
+#include "tools/tavlynctl/stopping.h"
 #include "tools/tavlynctl/terminal.h"
 
 namespace tavlyn::ctl {
@@ -29,12 +30,10 @@ std::string RangeName(const IpRange& range) {
   return Dotted(range.ip) + (range.last == range.ip[3] ? "" : " to " + std::to_string(range.last));
 }
 
-volatile std::sig_atomic_t interrupted = 0;
-
-// The live line is ended first; a second one ends the program at once.
-void Interrupt(int signal) {
-  std::signal(signal, SIG_DFL);
-  interrupted = 1;
+// How long so many addresses take, where that is worth a word.
+std::string AskingTime(int count) {
+  constexpr int kFew = 6;
+  return count <= kFew ? "" : " takes up to " + std::to_string((count + 1) / 2) + " seconds";
 }
 
 // The fourth octet of the adapter that answered under an address; 0 for none.
@@ -49,9 +48,12 @@ std::vector<Ip> Search(const IpRange& range) {
   std::vector<Ip> found;
   const int count = range.last - range.ip[3] + 1;
   const bool live = ErrorsAreOnTerminal();
-  if (live) std::signal(SIGINT, Interrupt);
-  if (!live) std::fprintf(stderr, "asking %s\n", RangeName(range).c_str());
-  for (int at = 0; at < count && interrupted == 0; ++at) {
+  if (live) {
+    NoteStop();  // the live line is ended first
+  } else {
+    std::fprintf(stderr, "asking %s%s\n", RangeName(range).c_str(), AskingTime(count).c_str());
+  }
+  for (int at = 0; at < count && !IsStopped(); ++at) {
     Ip asked = range.ip;
     asked[3] = static_cast<std::uint8_t>(range.ip[3] + at);
     if (live) {
@@ -63,7 +65,7 @@ std::vector<Ip> Search(const IpRange& range) {
     if (answered[3] != 0 && std::ranges::find(found, answered) == found.end()) found.push_back(answered);
   }
   if (live) std::fputc('\n', stderr);
-  if (interrupted != 0) std::raise(SIGINT);
+  if (IsStopped()) std::raise(SIGINT);
   return found;
 }
 
