@@ -159,8 +159,8 @@ struct Assignment {
   FieldId field;
 };
 
-// In this order; the field and ID delimiter goes out twice, first as its flag. Of a character the low byte goes
-// out.
+// In this order; the field and ID delimiter goes out twice, first as its flag. Of a character the low byte
+// goes out.
 constexpr std::array kAssignments = {
     Assignment{"wieg.qual=%d", CfgFlags_bFrcBitCntEx},
     Assignment{"op.sdk=%d", CfgFlags_bHaltKBSnd},

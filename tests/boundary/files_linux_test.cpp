@@ -207,8 +207,8 @@ std::uint32_t SumOf(const std::string& text) {
   return ~sum;
 }
 
-// Another process writes the file, so that this one never knew the key. (No test of this program reads a saved
-// one either.)
+// Another process writes the file, so that this one never knew the key. (No test of this program reads a
+// saved one either.)
 void WriteKeyFile(const char* path) {
   const pid_t writer = fork();
   if (writer == 0) {
