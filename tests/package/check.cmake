@@ -19,7 +19,8 @@ string(REGEX REPLACE "\\.(zip|tar\\.gz)$" "" name ${name})
 set(root ${WORK}/${name})
 
 set(wanted include/tavlynapi/api.h include/tavlynapi/api/types.h lib/cmake/tavlynapi/tavlynapi-config.cmake
-  lib/cmake/tavlynapi/tavlynapi-config-version.cmake share/doc/tavlynapi/README.md share/doc/tavlynapi/LICENSE)
+  lib/cmake/tavlynapi/tavlynapi-config-version.cmake share/doc/tavlynapi/README.md share/doc/tavlynapi/LICENSE
+  share/doc/tavlynapi/SECURITY.md)
 if(WINDOWS)
   list(APPEND wanted bin/tavlynapi.dll bin/tavlynctl.exe bin/tavlynsim.exe bin/simulator/hid.dll
     bin/simulator/setupapi.dll lib/libtavlynapi.dll.a lib/tavlynapi.def)
