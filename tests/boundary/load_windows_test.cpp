@@ -1,10 +1,9 @@
 // What is left in a process when the library has gone again.
 #include <gtest/gtest.h>
+#include <windows.h>
 
 #include <array>
-#include <cstdlib>
 
-#include "tests/boundary/imports_windows.h"
 #include "tests/boundary/library.h"
 #include "tests/boundary/open_handles.h"
 #include "tests/boundary/quick_time.h"
@@ -44,24 +43,6 @@ Taken OfThisProcess() {
   return taken;
 }
 
-bool refused = false;
-
-void* RefusedOnce(std::size_t size) {
-  if (refused) return std::malloc(size);
-  refused = true;
-  return nullptr;
-}
-
-// Something is thrown within the library, which takes a thread's slot.
-void RunOutOfMemory(const Library& library) {
-  HMODULE image = GetModuleHandleA(TAVLYN_LIBRARY);
-  refused = false;
-  ASSERT_TRUE(Replace(image, {"malloc", reinterpret_cast<void*>(RefusedOnce)}));
-  EXPECT_EQ(0U, CALL(library, CheckTamperedFile)("none", 0));
-  EXPECT_TRUE(refused);
-  Replace(image, {"malloc", reinterpret_cast<void*>(malloc)});
-}
-
 TEST(Load, TwelveHundredTimesLeaveNothing) {
   SetVariable("TAVLYNAPI_LOGGING", "1");
   const auto once = [] {
@@ -72,7 +53,6 @@ TEST(Load, TwelveHundredTimesLeaveNothing) {
     EXPECT_EQ(CALL(library, USBConnect)(nullptr), 1U);
     // From now on nothing knows of the first handle.
     EXPECT_EQ(CALL(library, USBConnect)(nullptr), 1U);
-    RunOutOfMemory(library);
     library.Standin("reset");
   };
   for (int time = 0; time < 10; ++time) once();
