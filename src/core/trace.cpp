@@ -46,7 +46,9 @@ void StopTrace() {
 }
 
 void LogLine(const char* tag, const char* format, ...) {
-  if (MarkerFunc == nullptr) return;
+  // Another thread may set it, or end the process, meanwhile.
+  const tavlyn_marker_function marker = MarkerFunc;
+  if (marker == nullptr) return;
   char line[2048];
   const std::tm now = platform::TheHost().clock.LocalTime();
   std::size_t used = std::strftime(line, sizeof line, "%Y%m%d %H:%M:%S", &now);
@@ -55,17 +57,17 @@ void LogLine(const char* tag, const char* format, ...) {
     if (used > sizeof line - 2) used = sizeof line - 2;
   };
   add(std::snprintf(line + used, sizeof line - used, " %s ", tag));
+  const std::size_t message = used;
   std::va_list arguments;
   va_start(arguments, format);
   // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): va_start above does initialise it
-  const std::size_t message = used;
   const int printed = std::vsnprintf(line + used, sizeof line - used, format, arguments);
   va_end(arguments);
   add(printed);
   std::replace_if(line + message, line + used, IsUnprintable, '?');
   line[used++] = '\n';
   line[used] = '\0';
-  platform::Contained([&] { MarkerFunc(line, used); });
+  platform::Contained([&] { marker(line, used); });
 }
 
 void LogErrorCode(const char* tag) { LogLine(tag, "ERROR CODE: %ld", static_cast<long>(SearchErr)); }
