@@ -52,7 +52,7 @@ const Rack::Verb Rack::kVerbs[] = {
      2,
      true,
      &Rack::SetManner},
-    {{"cut", "N", "on a line: cut behind the next N bytes of the device"}, 2, true, &Rack::DisturbLine},
+    {{"cut", "N", "on a line: cut after the next N bytes of the device"}, 2, true, &Rack::DisturbLine},
     {{"flood", "N", "on a line: N bytes of noise"}, 2, true, &Rack::DisturbLine},
     {{"heal", "", "ends all of these, and counts exchanges from 0 again"}, 1, true, &Rack::Heal},
     {{"exchanges", "", "how many there were"}, 1, true, &Rack::CountExchanges},

@@ -38,8 +38,8 @@ TAVLYN_API uint32_t readDevCfgFmFile_char(int16_t index, uint8_t character);
 TAVLYN_API uint32_t ReadDevTypeFromFile(const char* path);
 
 /* 1 when a file's trailer fits what it covers (see above for what that tells): kind 0 for configuration and
- * BLE files, any other kind for key-load ini files. 0: it does not, it has none, or the file could not be
- * opened or is too large for the memory. Touches no device and no error word. */
+ * BLE files, any other kind for key-load ini files. 0: it does not, it has none, the file could not be
+ * opened, or there was no memory for its sum. Touches no device and no error word. */
 TAVLYN_API uint32_t CheckTamperedFile(const char* path, uint32_t kind);
 
 /* WriteDevCfgToFile with a trailer behind it. 1, also when no card reader is active and nothing was saved,

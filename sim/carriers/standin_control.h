@@ -33,7 +33,7 @@
 //   vanish N               the device is gone from there on
 //   delay MS               lines: so long before each answer
 //   slow MS                lines: answers come byte by byte, with so long between them
-//   cut N                  lines: cut behind the next N bytes of the device; they can be opened anew
+//   cut N                  lines: cut after the next N bytes of the device; they can be opened anew
 //   flood N                lines: the device sends N bytes of noise
 //   heal                   forgets every fault, a vanished device is back, and exchanges count from 0 again
 //   exchanges              the reply is the count of exchanges since the device was plugged or healed

@@ -10,7 +10,7 @@ namespace tavlyn {
 namespace {
 
 constexpr std::uint32_t kBeforeFlush = 10;
-constexpr std::uint32_t kBehindPiece = 1;
+constexpr std::uint32_t kAfterPiece = 1;
 
 void Sleep(std::uint32_t milliseconds) { platform::TheHost().clock.Sleep(milliseconds); }
 
@@ -94,7 +94,7 @@ void SerialPort::WriteText(const char* text) {
     } else {
       Write(bytes);
     }
-    Sleep(kBehindPiece);
+    Sleep(kAfterPiece);
     text += piece;
     left -= piece;
   }

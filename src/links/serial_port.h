@@ -32,7 +32,7 @@ class SerialPort : public platform::Allocated {
   // With short time-outs for this one read.
   std::uint32_t QuickRead(std::span<std::uint8_t> bytes);
   std::uint32_t Write(std::span<const std::uint8_t> bytes);
-  // For slow line parsers: two characters at a time with a pause behind each pair.
+  // For slow line parsers: two characters at a time with a pause after each pair.
   void WriteText(const char* text);
   // Drops what has arrived.
   void ClearInput();

@@ -8,7 +8,7 @@
 namespace tavlyn::boundary {
 namespace {
 
-// A ping waits 50 ms behind the class byte and then for the first byte of an answer, twice.
+// A ping waits 50 ms after the class byte and then for the first byte of an answer, twice.
 constexpr int kSilentPort = 2 * (50 + 503);
 
 class ComWire : public Wire {
@@ -178,7 +178,7 @@ TEST_F(AsciiWire, AnswerThatBreaksOff) {
   CALL(library_, SetSerialTimeouts)(0, 0, 0);
   std::array<std::uint8_t, 8> id{};
   Pause(Milliseconds(270));
-  // 300 reads of a byte with 10 ms behind each; all but the echo of thirteen characters and these four are in
+  // 300 reads of a byte with 10 ms after each; all but the echo of thirteen characters and these four are in
   // vain for 11 ms. In front of them seven pairs go out, and 10 ms later what has come is dropped.
   EXPECT_EQ(7 + 10 + 300 * 10 + (300 - 13 - 4) * 11,
             TimeOf([&] { EXPECT_EQ(0, CALL(library_, GetActiveID)(id.data(), 8)); }));

@@ -212,9 +212,9 @@ TEST_F(IdentityTest, ThePartNumberComesFromACopyTakenAtIndexZero) {
 }
 
 TEST_F(IdentityTest, BeforeIndexZeroIsAskedForTheCopyIsEmpty) {
-  constexpr std::array<std::int16_t, 4> kBehindTheFirst = {1, 3, 11, 24};
+  constexpr std::array<std::int16_t, 4> kAfterTheFirst = {1, 3, 11, 24};
   Connected(Reader::Plain());
-  for (const std::int16_t index : kBehindTheFirst) EXPECT_EQ(getPartNumberString_char(index), 0) << index;
+  for (const std::int16_t index : kAfterTheFirst) EXPECT_EQ(getPartNumberString_char(index), 0) << index;
   EXPECT_EQ(getPartNumberString_char(0), 'R');
   EXPECT_EQ(getPartNumberString_char(3), '-');
 }

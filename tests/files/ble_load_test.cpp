@@ -30,7 +30,7 @@ class BleLoad : public BleBench {
     EXPECT_EQ(KeyOf(Memory().storedBle), wanted) << lines;
     ForgetTraffic();
   }
-  // With a file that is there: nothing is sent behind the exchange that failed, and no wait follows it.
+  // With a file that is there: nothing is sent after the exchange that failed, and no wait follows it.
   void ExpectAFaultToEndIt(std::uint32_t (*load)(const char*)) {
     WithAFaultAtEach([&] { return load(File().c_str()); },
                      [&](std::size_t, const std::string& line, std::uint32_t result) {

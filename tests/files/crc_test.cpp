@@ -116,7 +116,7 @@ TEST_F(Crc, OneObjectServesSeveralCalculations) {
   EXPECT_EQ(own->CheckFile(File("a").c_str(), 2), 0);
   EXPECT_EQ(own->CheckFile(File("b").c_str(), 0xFFFFFFFF), 1);
   std::uint32_t sum = 0;
-  EXPECT_EQ(own->Compute(sum), 23) << "the table is released behind each";
+  EXPECT_EQ(own->Compute(sum), 23) << "the table is released after each";
 }
 
 }  // namespace

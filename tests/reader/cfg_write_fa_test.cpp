@@ -15,7 +15,7 @@ using sim::Reader;
 Lines Sent(const std::string& header, const std::string& data) {
   return FrameLines(header, {"read " + header.substr(0, 2), "write " + data, "read 90 00"});
 }
-// Answered with a status alone; such frames have no pause behind the class byte.
+// Answered with a status alone; such frames have no pause after the class byte.
 Lines Told(const std::string& header) { return {"flush", "write FA", "write " + header, "read 90 00"}; }
 Lines Store(unsigned wait) {
   return FrameLines("0C 06 00 00", {"read 0C", "read 02", "sleep " + std::to_string(wait)});

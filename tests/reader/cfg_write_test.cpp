@@ -1,4 +1,4 @@
-// Writing the stored configuration over feature reports: marks, blocks, commit and the wait behind it.
+// Writing the stored configuration over feature reports: marks, blocks, commit and the wait after it.
 #include "reader/cfg_write.h"
 
 #include <algorithm>

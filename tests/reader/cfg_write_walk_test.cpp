@@ -91,7 +91,7 @@ TEST_F(CfgWriteWalk, ReadersOfTwoAndFourConfigurationsStoreFast) {
     reader->state.lacks = {{0x8C, 0x06}};
     EXPECT_EQ(WriteCfg(), 1U);
     const bool fast = count == 2 || count == 4;
-    // One wait behind each card type: two of them in a walk, one without.
+    // One wait after each card type: two of them in a walk, one without.
     const unsigned cardTypes = count == 1 ? 1 : 2;
     EXPECT_EQ(Slept(), static_cast<unsigned>(count) * (cardTypes * 10 + (fast ? 20U : 1200U)));
     EXPECT_EQ(GetLastLibErr(), 0U);

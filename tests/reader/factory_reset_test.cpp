@@ -1,4 +1,4 @@
-// The factory configuration: the command, its wait, and the read behind it.
+// The factory configuration: the command, its wait, and the read after it.
 #include <algorithm>
 #include <string>
 

@@ -95,7 +95,7 @@ class PingFa : public SerialBench {};
 
 TEST_F(PingFa, AsksTheFixedProbeAndOnceMore) {
   AddReader(Reader::Plain());
-  EXPECT_EQ(Ping(), 50U) << "the pause behind the class byte counts";
+  EXPECT_EQ(Ping(), 50U) << "the pause after the class byte counts";
   const Lines good = FrameLines("04 ED ED 04", {"read 04", "read 01 00 31 74", "read 90 00"});
   ExpectTraffic(good);
   line->faults.RefuseCommand({0x04, 0xED}, 1);

@@ -146,7 +146,7 @@ TEST_F(QueuedId, OverASerialLinkSilenceAtEachPageFails) {
     ForgetTraffic();
     EXPECT_EQ(GetQueuedID(0, 0), 0U) << int{page};
     EXPECT_EQ(GetLastLibErr(), 0x1000000U) << int{page};
-    EXPECT_EQ(Slept(), page * 150U + 50U) << "no wait behind a page that failed";
+    EXPECT_EQ(Slept(), page * 150U + 50U) << "no wait after a page that failed";
   }
   Port().Close();
   Entry().LastLibErr = 5;
