@@ -8,6 +8,7 @@
 #include "core/lines.h"
 #include "core/text_file.h"
 #include "platform/files.h"
+#include "platform/path.h"
 
 namespace tavlyn {
 namespace {
@@ -50,8 +51,9 @@ void TakeHex(const char* line, std::string_view key, Word& target) {
 File OpenTable() {
   File file(platform::OpenFoundFile(kFileName));
   if (file != nullptr) {
-    std::snprintf(StaticPath.data(), StaticPath.size(), "%s%s",
-                  platform::TheHost().places.CurrentFolder().c_str(), kFileName + 2);
+    const platform::Path found("%s%s", platform::TheHost().places.CurrentFolder().c_str(), kFileName + 2);
+    StaticPath.fill('\0');
+    found.View().copy(StaticPath.data(), StaticPath.size() - 1);
     return file;
   }
   if (StaticPath.front() != '\0') file.reset(platform::OpenFoundFile(StaticPath.data()));

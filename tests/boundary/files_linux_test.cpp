@@ -215,7 +215,7 @@ void WriteKeyFile(const char* path) {
     std::string text = "[Blob1]\r\nhdr=02 01 10 00\r\ndata=";
     char byte[16];
     for (unsigned at = 0; at < 16; ++at) {
-      std::snprintf(byte, sizeof byte, at == 0 ? "%02X" : " %02X", 0xC1 + at * 37 & 0xFF);
+      std::snprintf(byte, sizeof byte, at == 0 ? "%02X" : " %02X", (0xC1 + at * 37) & 0xFF);
       text += byte;
     }
     text += "\r\n";
