@@ -102,10 +102,10 @@ std::optional<DeviceWord> ParseDevice(const std::string& text, std::string& prob
   std::string part;
   std::getline(parts, part, ',');
   auto word = ParseKind(part);
-  problem = text + ": no such kind of device";
+  problem = text + ": no such kind of device; tavlynsim devices shows the kinds";
   while (word && std::getline(parts, part, ',')) {
     if (TakeOwn(part, *word)) continue;
-    problem = part + ": serial= and 1 to 24 characters, or luid= and 0 to 65535";
+    problem = part + ": serial= takes 1 to 24 characters, luid= a number from 0 to 65535";
     return std::nullopt;
   }
   return word;

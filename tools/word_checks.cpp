@@ -19,8 +19,8 @@ bool IsNumber(const std::string& word, Number least, Number most, Number& number
 }
 
 std::string BoundsText(int least, int most) {
-  const std::string from = " from " + std::to_string(least);
-  return most == kNoEnd ? from + " up" : from + " to " + std::to_string(most);
+  const std::string from = std::to_string(least);
+  return most == kNoEnd ? ", " + from + " or more" : " from " + from + " to " + std::to_string(most);
 }
 
 }  // namespace
@@ -32,7 +32,7 @@ CLI::Validator WholeNumber(int least, int most) {
             int number = 0;
             // The parser takes a leading zero for the sign of an octal number.
             if (IsNumber(word, least, most, number) && word == std::to_string(number)) return std::string();
-            return word + " is no whole number" + BoundsText(least, most);
+            return word + " is not a whole number" + BoundsText(least, most);
           },
           ""};
 }
@@ -41,7 +41,7 @@ CLI::Validator Seconds(int most) {
   return {[most](const std::string& word) {
             double number = 0;
             if (IsNumber<double>(word, 0, most, number)) return std::string();
-            return word + " is no number of seconds" + BoundsText(0, most);
+            return word + " is not a number of seconds" + BoundsText(0, most);
           },
           ""};
 }
@@ -51,7 +51,7 @@ CLI::Validator OneOf(const std::vector<std::string>& words) {
             if (std::ranges::find(words, word) != words.end()) return std::string();
             std::string all;
             for (const std::string& one : words) all += (all.empty() ? "" : ", ") + one;
-            return word + " is none of " + all + DidYouMean(word, words);
+            return word + " is not one of " + all + DidYouMean(word, words);
           },
           ""};
 }

@@ -14,13 +14,21 @@ const CLI::App& Innermost(const CLI::App& app) {
   return *at;
 }
 
-// Of a command, and of all above it.
+// Of a command, and of those above it whose options it takes too.
 std::vector<std::string> OptionsOf(const CLI::App& app) {
   std::vector<std::string> names;
-  for (const CLI::App* at = &app; at != nullptr; at = at->get_parent()) {
+  for (const CLI::App* at = &app; at != nullptr; at = at->get_fallthrough() ? at->get_parent() : nullptr) {
     for (const CLI::Option* option : at->get_options()) {
       for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
     }
+  }
+  return names;
+}
+
+std::vector<std::string> CommandsOf(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::App* one : app.get_subcommands([](const CLI::App*) { return true; })) {
+    names.push_back(one->get_name());
   }
   return names;
 }
@@ -30,7 +38,7 @@ std::string ParserProblem(const CLI::ParseError& error) {
   const std::string told = error.what();
   if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
     const bool tooMany = told.find("At Most") != std::string::npos;
-    return told.substr(0, told.find(':')) + (tooMany ? " stands there more than once" : " needs a value");
+    return told.substr(0, told.find(':')) + (tooMany ? " is given more than once" : " needs a value");
   }
   if (dynamic_cast<const CLI::ConversionError*>(&error) != nullptr) {
     const std::size_t name = told.find("--");
@@ -55,7 +63,9 @@ std::string Problem(const CLI::App& app, const CLI::ParseError& error, bool mayH
     return "there is no option " + name + DidYouMean(name, OptionsOf(Innermost(app)));
   }
   const std::string& word = rest.front();
-  return commandIsMissing ? NoCommand(Innermost(app), word) : word + " was not expected";
+  if (commandIsMissing) return NoCommand(Innermost(app), word);
+  // It may stand before the command that was found: "secur read".
+  return word + " was not expected" + DidYouMean(word, CommandsOf(app));
 }
 
 }  // namespace
@@ -69,11 +79,7 @@ std::string GivenCommand(const CLI::App& app) {
 }
 
 std::string NoCommand(const CLI::App& app, const std::string& word) {
-  std::vector<std::string> names;
-  for (const CLI::App* one : app.get_subcommands([](const CLI::App*) { return true; })) {
-    names.push_back(one->get_name());
-  }
-  return "there is no command " + word + DidYouMean(word, names);
+  return "there is no command " + word + DidYouMean(word, CommandsOf(app));
 }
 
 std::string WrongWords(const CLI::App& app, const CLI::ParseError& error, bool mayHoldKeys) {

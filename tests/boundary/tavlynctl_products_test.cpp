@@ -326,18 +326,20 @@ TEST_F(TavlynctlProducts, SettingsByName) {
 }
 
 TEST_F(TavlynctlProducts, WrongSettings) {
-  const auto ended = Run(kAll, {"ctl config set PingRateS=100 MaxDistS=50", "ctl config set PingRat=300",
-                                "ctl config get ledcolor[0]", "ctl config set PingRateS=300 bBeepID=1",
-                                "ctl config get PingRateS --config 1", "ctl config set PingRateS",
-                                "ctl config set PingRateS=fast", "ctl config set LedColor[0]=300",
-                                "ctl config get PingRateS --json"});
+  const auto ended =
+      Run(kAll, {"ctl config set PingRateS=100 MaxDistS=50", "ctl config set PingRat=300",
+                 "ctl config get ledcolor[0]", "ctl config set PingRateS=300 bBeepID=1",
+                 "ctl config get PingRateS --config 1", "ctl config set PingRateS",
+                 "ctl config set PingRateS=fast", "ctl config set LedColor[0]=300",
+                 "ctl config set PingRateS=300 MaxDist=60", "ctl config get PingRateS --json"});
   for (std::size_t i = 0; i + 1 < ended.size(); ++i) EXPECT_EQ(1, ended[i].status) << i << ended[i].err;
   EXPECT_TRUE(Holds(ended[0].err, "does not take PingRateS = 100 (it takes 200 to 1020)")) << ended[0].err;
   EXPECT_EQ("tavlynctl: there is no field PingRat; did you mean PingRateS?\n", ended[1].err);
   EXPECT_EQ("tavlynctl: there is no field ledcolor[0]; did you mean LedColor[0]?\n", ended[2].err);
   EXPECT_EQ("tavlynctl: PingRateS is for a sonar sensor, bBeepID for a card reader\n", ended[3].err);
   EXPECT_TRUE(Holds(ended[7].err, "does not take LedColor[0] = 300")) << ended[7].err;
-  EXPECT_EQ(Json({{"PingRateS", 248}}), ParsedText(ended[8])["settings"]);
+  EXPECT_EQ("tavlynctl: there is no field MaxDist; did you mean MaxDistS?\n", ended[8].err);
+  EXPECT_EQ(Json({{"PingRateS", 248}}), ParsedText(ended[9])["settings"]);
 }
 
 }  // namespace

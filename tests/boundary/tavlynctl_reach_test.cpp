@@ -94,7 +94,7 @@ TEST_F(TavlynctlReach, PortThatMayNotBeOpened) {
       RunLine("env -u LD_PRELOAD setpriv --reuid 65534 --clear-groups " + kCtl + " list --com 3");
   EXPECT_EQ(3, one.status);
   EXPECT_EQ("tavlynctl: this user may not open COM3 (" + ports_.PathOf(3) +
-                "), mode 0600, owner root, group root; membership in the node's group gives the right to\n",
+                "), mode 0600, owner root, group root; join that group, or ask the owner for the right\n",
             one.err);
 }
 

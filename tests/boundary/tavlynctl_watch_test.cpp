@@ -53,8 +53,8 @@ TEST_F(TavlynctlWatch, ALongWaitIsTold) {
                          {"unset LD_PRELOAD; upon 'kill -TERM $pid' " TAVLYNCTL " list"})[0];
   EXPECT_EQ(143, list.status);
   EXPECT_TRUE(
-      list.err.starts_with("tavlynctl: still waiting for the device; where it has gone that can last 180 "
-                           "seconds, Ctrl-C ends it\n"))
+      list.err.starts_with("tavlynctl: still waiting for the device; if it has gone, this can take 180 "
+                           "seconds; Ctrl-C ends it\n"))
       << list.err;
 }
 

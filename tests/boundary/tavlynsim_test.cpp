@@ -40,6 +40,10 @@ TEST(Tavlynsim, WrongWordsAreRefused) {
   EXPECT_EQ(
       "tavlynsim: there is no option --divice; did you mean --device? tavlynsim run --help tells more\n",
       RunLine(kSim + " run --divice sonar -- true").err);
+  EXPECT_EQ("tavlynsim: there is no option --version; tavlynsim run --help tells more\n",
+            RunLine(kSim + " run --version").err);
+  EXPECT_EQ("tavlynsim: redaer: no such kind of device; tavlynsim devices shows the kinds\n",
+            RunLine(kSim + " run --device redaer -- true").err);
 }
 
 TEST(Tavlynsim, HelpAndVersion) {
@@ -49,7 +53,7 @@ TEST(Tavlynsim, HelpAndVersion) {
     EXPECT_EQ(0, help.status) << help.err;
     EXPECT_EQ(RunLine(kSim + " " + words + " --help").out, help.out);
   }
-  EXPECT_EQ("tavlynsim: --on: x is no whole number from 1 to 86400000; tavlynsim run --help tells more\n",
+  EXPECT_EQ("tavlynsim: --on: x is not a whole number from 1 to 86400000; tavlynsim run --help tells more\n",
             RunLine(kSim + " run --on x -- true").err);
 }
 

@@ -89,7 +89,7 @@ TEST_F(RackTest, EveryDeviceHasASerialNumberAndALuidOfItsOwn) {
 TEST_F(RackTest, SerialNumbersAndLuidsThatAreNoneAreRefused) {
   for (const char* own : {"serial=", "serial=1234567890123456789012345", "luid=", "luid=65536", "luid=-1",
                           "luid=x", "colour=red", "luid", ""}) {
-    EXPECT_EQ(std::string(own) + ": serial= and 1 to 24 characters, or luid= and 0 to 65535",
+    EXPECT_EQ(std::string(own) + ": serial= takes 1 to 24 characters, luid= a number from 0 to 65535",
               Refused("plug reader,luid=1," + std::string(own) + ",luid=2"));
   }
 }
@@ -216,7 +216,8 @@ TEST_F(RackTest, WhatIsNotUnderstoodIsRefusedWithAReason) {
   EXPECT_EQ("plug: wrong number of words", Refused("plug"));
   for (const char* device : {"toaster", "plus:1", "plus:12", "plus:", "magstripe:2", "sonar@1", "reader@7A31",
                              "reader@7A31:XYZ", "reader@:", "reader@0000:0001", "reader@17A31:0001"}) {
-    EXPECT_EQ(std::string(device) + ": no such kind of device", Refused(std::string("plug ") + device));
+    EXPECT_EQ(std::string(device) + ": no such kind of device; tavlynsim devices shows the kinds",
+              Refused(std::string("plug ") + device));
   }
   Do("plug reader");
   EXPECT_EQ("take: no such device", Refused("#2 take"));
@@ -292,7 +293,7 @@ TEST_F(RackTest, LinesAreListedByTheirPlace) {
 TEST_F(RackTest, PlacesThatCannotBeAreRefused) {
   for (const char* place : {"", "com", "com0", "com257", "com3x", "com3:text", "127.0.0.1", "127.0.0:1",
                             "127.0.0.256:1", "127.0.0.1:0", "127.0.0.1:65536", "1.2.3.4.5:6", "bulk2"}) {
-    EXPECT_EQ("reader@" + std::string(place) + ": no such kind of device",
+    EXPECT_EQ("reader@" + std::string(place) + ": no such kind of device; tavlynsim devices shows the kinds",
               Refused("plug reader@" + std::string(place)));
   }
 }

@@ -48,8 +48,8 @@ void Awaited::Watch(Seconds usual, Seconds most) {
   while (!changed_.wait_until(lock, look, [this] { return over_; })) {
     look = system_clock::now() + kBetweenLooks;
     if (steady_clock::now() < end) continue;
-    Tell(kProgram, "still waiting for the device; where it has gone that can last " + Rounded(most) +
-                       " seconds, Ctrl-C ends it");
+    Tell(kProgram, "still waiting for the device; if it has gone, this can take " + Rounded(most) +
+                       " seconds; Ctrl-C ends it");
     return;
   }
 }

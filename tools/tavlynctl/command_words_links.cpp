@@ -5,7 +5,7 @@
 
 namespace tavlyn::ctl {
 
-// Options of the program, also taken behind a command.
+// Options of the program, also taken after a command.
 void AddLinks(CLI::App& app, Link& link) {
   app.fallthrough();
   const auto add = [&](const char* name, bool (*take)(const std::string&, Link&), const char* kind,
@@ -13,14 +13,14 @@ void AddLinks(CLI::App& app, Link& link) {
     return app.add_option_function<std::string>(
         name,
         [&link, take, name, kind](const std::string& word) {
-          if (!take(word, link)) throw CLI::ValidationError(name, word + " is no " + kind);
+          if (!take(word, link)) throw CLI::ValidationError(name, word + " is not " + kind);
         },
         text);
   };
-  CLI::Option* com =
-      add("--com", TakePorts, "port from 1 to 256, nor LO-HI of such ports", "Search this COM port, or these")
-          ->type_name("N|LO-HI");
-  add("--ip", TakePeer, "address with a port, A.B.C.D:PORT",
+  CLI::Option* com = add("--com", TakePorts, "a port from 1 to 256, or LO-HI of such ports",
+                         "Search this COM port, or these")
+                         ->type_name("N|LO-HI");
+  add("--ip", TakePeer, "an address with a port, A.B.C.D:PORT",
       "Search behind the Ethernet adapter of this address")
       ->type_name("A.B.C.D:PORT")
       ->excludes(com);
@@ -34,7 +34,9 @@ void AddFind(CLI::App& app, Options& options, Commands& commands) {
           "RANGE",
           [&options](const std::string& word) {
             options.range = ParseRange(word);
-            if (!options.range) throw CLI::ValidationError("RANGE", word + " is no address range");
+            if (!options.range)
+              throw CLI::ValidationError(
+                  "RANGE", word + " is not an address or a range of them, such as 10.0.0.1-254");
           },
           "A.B.C.D or A.B.C.FIRST-LAST; this host's own network without it")
       ->type_name("");

@@ -42,7 +42,9 @@ void NeedFiles(const Options& options) {
   for (const std::string& path : options.files) {
     std::error_code unknown;
     const fs::file_status status = fs::status(path, unknown);
-    if (fs::exists(status) && !fs::is_regular_file(status)) throw Failure(kBadFile, path + " is no file");
+    if (fs::is_directory(status)) throw Failure(kBadFile, path + " is a folder, not a file");
+    if (fs::exists(status) && !fs::is_regular_file(status))
+      throw Failure(kBadFile, path + " is not a regular file");
   }
 }
 

@@ -62,7 +62,7 @@ std::string BulkNode(const fs::path& device, const std::string& nodes) {
 
 std::string Forbidden(const std::string& nodes) {
   return "a reader is plugged in, but this user may not open " + nodes +
-         "; the udev rules in docs/linux.md give the right to, or else membership in the node's group";
+         "; install the udev rules in docs/linux.md, or join the node's group";
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include "core/text_file.h"
 #include "core/text_tokens.h"
 #include "tools/nearest.h"
+#include "tools/tavlynctl/fields.h"
 #include "tools/tavlynctl/file_problem.h"
 #include "tools/tavlynctl/session.h"
 #include "tools/tavlynctl/whole_file.h"
@@ -151,6 +152,10 @@ std::uint32_t ProductOfWords(const std::vector<std::string>& words) {
   for (const std::string& word : words) {
     NamedSetting one = FindSetting(NameIn(word)).value_or(NamedSetting{kReaders, NameIn(word)});
     if (first && first->product != one.product) {
+      // What is no setting must at least be a field.
+      for (const NamedSetting* each : {&*first, &one}) {
+        if (each->product == kReaders) FindField(each->name);
+      }
       throw Failure(kUsage, first->name + " is for a " + ProductName(first->product) + ", " + one.name +
                                 " for a " + ProductName(one.product));
     }

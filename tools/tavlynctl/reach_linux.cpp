@@ -12,6 +12,7 @@
 #include <cstring>
 #include <fstream>
 
+#include "tools/tavlynctl/descriptor_linux.h"
 #include "tools/tavlynctl/nodes_linux.h"
 #include "tools/tavlynctl/reach.h"
 
@@ -19,21 +20,6 @@ namespace tavlyn::ctl {
 namespace {
 
 constexpr int kConnectLimit = 4000;  // milliseconds; a lost first packet is sent again after one second
-
-// A descriptor that is closed with its owner.
-class Open {
- public:
-  explicit Open(int descriptor) : descriptor_(descriptor) {}
-  ~Open() {
-    if (descriptor_ >= 0) close(descriptor_);
-  }
-  Open(const Open&) = delete;
-  Open& operator=(const Open&) = delete;
-  [[nodiscard]] int get() const { return descriptor_; }
-
- private:
-  int descriptor_;
-};
 
 // Where the library looks for a port.
 std::string NodeOf(unsigned number) {
@@ -47,9 +33,9 @@ std::string NodeOf(unsigned number) {
 
 // Against everyone, or against root by the lock that this library takes too.
 bool IsHeld(const std::string& node) {
-  const Open port(open(node.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
-  if (port.get() < 0) return errno == EBUSY;
-  return flock(port.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+  const Descriptor port(open(node.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
+  if (port.Number() < 0) return errno == EBUSY;
+  return flock(port.Number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
 }
 
 Peer Outcome(int error) {
@@ -68,7 +54,7 @@ Port LookAtPort(unsigned number) {
   }
   if (IsForbidden(node)) {
     return {PortState::kForbidden, "this user may not open " + name + ", " + ModeOf(node) +
-                                       "; membership in the node's group gives the right to"};
+                                       "; join that group, or ask the owner for the right"};
   }
   if (!IsHeld(node)) return {PortState::kFree, ""};
   const std::string holders = HoldersOf(node);
@@ -76,18 +62,19 @@ Port LookAtPort(unsigned number) {
 }
 
 Peer TryPeer(const Ip& ip, std::uint16_t port) {
-  const Open tried(socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+  const Descriptor tried(socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
   sockaddr_in peer{};
   peer.sin_family = AF_INET;
   peer.sin_port = htons(port);
   std::memcpy(&peer.sin_addr, ip.data(), ip.size());
-  if (connect(tried.get(), reinterpret_cast<const sockaddr*>(&peer), sizeof peer) == 0) return Peer::kTakes;
+  if (connect(tried.Number(), reinterpret_cast<const sockaddr*>(&peer), sizeof peer) == 0)
+    return Peer::kTakes;
   if (errno != EINPROGRESS) return Outcome(errno);
-  pollfd one{tried.get(), POLLOUT, 0};
+  pollfd one{tried.Number(), POLLOUT, 0};
   if (poll(&one, 1, kConnectLimit) <= 0) return Peer::kSilent;
   int error = 0;
   socklen_t size = sizeof error;
-  getsockopt(tried.get(), SOL_SOCKET, SO_ERROR, &error, &size);
+  getsockopt(tried.Number(), SOL_SOCKET, SO_ERROR, &error, &size);
   return Outcome(error);
 }
 

@@ -23,7 +23,7 @@ constexpr const char* kIniMark = "iEndOfIniFile";
 // Stands in what a library has written; a file that somebody has written may hold as little as he likes.
 constexpr const char* kWrittenMark = ":Library Version:";
 constexpr const char* kCut = "ends in the middle of configuration ";
-constexpr const char* kHint = "; one that is to hold less has no line :Library Version:";
+constexpr const char* kHint = "; without its line :Library Version: it may hold as little as you like";
 constexpr const char* kNextMark = "##NEXTCONFIG##";
 
 void EachLine(const std::string& path, const std::function<void(const std::string&)>& take) {
@@ -143,7 +143,7 @@ class Parser {
     const std::string word(tokens.Next(kEntryDelimiters));
     if (word.starts_with(kHwgMark)) return;
     if (word == "CardType:" || word == "CardPriority:")
-      return Ignore("it counts behind separator data alone");
+      return Ignore(word + " counts only after separator data");
     const Keyword keyword = KeywordOf(word);
     std::uint16_t value = 0;
     if (!keyword.known) return Ignore("unknown name " + word + Suggested(word));
@@ -160,7 +160,7 @@ class Parser {
       unsigned byte = 0;
       if (token.front() == kCommentMark) return;
       if (sepBytes_ >= kSepFldBytes) return;
-      if (!Scan(token, "%x", byte)) return Ignore("something that is no byte");
+      if (!Scan(token, "%x", byte)) return Ignore("the separator data holds something that is not a byte");
       now_[SepByteName(sepBytes_++)] = Hex(byte & 0xFFU, 2);
       entries_ = true;
     }
@@ -176,7 +176,7 @@ class Parser {
     } else if (std::sscanf(line.c_str(), "CardPriority: %d", &priority) == 1) {
       now_[kCardPriorityName] = PriorityText(priority != 0);
     } else if (!line.starts_with(kHwgMark)) {
-      Ignore("it stands behind the separator data");
+      Ignore("only the card type and its priority count after separator data");
     }
   }
 

@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "tools/tavlynctl/descriptor_linux.h"
 #include "tools/tavlynctl/whole_file.h"
 
 namespace tavlyn::ctl {
@@ -43,20 +44,7 @@ void RemoveAtSignals(const std::string& path) {
   }
 }
 
-class Descriptor {
- public:
-  explicit Descriptor(const std::string& path) : number_(open(path.c_str(), O_RDONLY | O_CLOEXEC)) {}
-  ~Descriptor() {
-    if (number_ >= 0) close(number_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  [[nodiscard]] int Number() const { return number_; }
-
- private:
-  int number_;
-};
+Descriptor Opened(const std::string& path) { return Descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC)); }
 
 // The rights of a group are kept only for the same group.
 bool TakeRights(int file, const std::string& place) {
@@ -93,14 +81,14 @@ void RemoveOwnFile(const std::string& path) {
 }
 
 std::error_code MoveOnto(const std::string& path, const std::string& place) {
-  const Descriptor file(path);
+  const Descriptor file = Opened(path);
   if (!TakeRights(file.Number(), place) || fsync(file.Number()) != 0 ||
       std::rename(path.c_str(), place.c_str()) != 0) {
     return LastError();
   }
   // So that the name is on the disk too; not every file system can.
   const std::string folder = std::filesystem::path(place).parent_path().string();
-  const Descriptor names(folder.empty() ? "." : folder);
+  const Descriptor names = Opened(folder.empty() ? "." : folder);
   fsync(names.Number());
   return {};
 }
