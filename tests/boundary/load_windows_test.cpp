@@ -1,5 +1,8 @@
 // What is left in a process when the library has gone again.
 #include <gtest/gtest.h>
+#include <winsock2.h>
+
+// winsock2.h has to come first.
 #include <windows.h>
 
 #include <array>

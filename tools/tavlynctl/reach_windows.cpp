@@ -1,5 +1,7 @@
-#include <windows.h>
 #include <winsock2.h>
+
+// winsock2.h has to come first.
+#include <windows.h>
 
 #include <cstring>
 

@@ -55,7 +55,7 @@ Counts CountsOf(HKEY key) {
 using KeyName = std::array<char, kLongestKeyName + 1>;
 
 bool SubkeyName(HKEY key, DWORD index, KeyName& name) {
-  DWORD length = name.size();
+  DWORD length = kLongestKeyName + 1;
   return RegEnumKeyExA(key, index, name.data(), &length, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
 }
 
