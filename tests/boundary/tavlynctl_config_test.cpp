@@ -141,8 +141,8 @@ TEST_F(TavlynctlConfig, WrongFieldsAndValues) {
       Holds(ended[4].err,
             "IDDispParms3.iTrailChrCnt takes 0 to 3, error word 0x201050: a value is out of its range"));
   EXPECT_TRUE(Holds(ended[5].err, "takes 0 or 1"));
-  EXPECT_TRUE(Holds(ended[6].err, "is no number"));
-  EXPECT_TRUE(Holds(ended[9].err, "has configurations 0 to 0")) << ended[9].err;
+  EXPECT_TRUE(Holds(ended[6].err, "the value is not a number from 0 to 32767"));
+  EXPECT_TRUE(Holds(ended[9].err, "has only configuration 0")) << ended[9].err;
   EXPECT_FALSE(Holds(ended[10].err, "did you mean")) << ended[10].err;
 }
 

@@ -150,6 +150,8 @@ TEST_F(TavlynctlProducts, UserFields) {
                    "ctl magfield 11 --json", "ctl magfield set 11 track=4", "ctl magfield set 11 lenght=4",
                    "ctl magfield set 11 length", "ctl magfield set 12 length=1",
                    "ctl magfield set 11 keys=280", "ctl magfield set 11"});
+  EXPECT_TRUE(Holds(ended[6].err, "a user field has no part lenght; its parts are enable, skip, track"))
+      << ended[6].err;
   ASSERT_EQ(11u, ParsedText(ended[0])["fields"].size());
   const Json first = Json::parse(R"({"number": 1, "enable": 1, "skip": 0, "track": 1, "field": 1, "offset": 0,
     "length": 255, "term": 255, "separators": 0, "lrc": 0, "ignore_lrc": 0, "keys": "2800"})");

@@ -175,7 +175,7 @@ Wish ParseWish(const std::string& text) {
   const char* end = text.data() + text.size();
   const auto [stop, error] = std::from_chars(text.data() + equals + 1, end, value);
   if (error != std::errc() || stop != end || value < 0) {
-    throw Failure(kUsage, text + ": the value is no number from 0 to 32767");
+    throw Failure(kUsage, text + ": the value is not a number from 0 to 32767");
   }
   if (save == Save::kFlag && value > 1) throw Failure(kUsage, FullName(field) + " takes 0 or 1");
   return {field, value};

@@ -73,7 +73,7 @@ const Part& FindPart(const std::string& name) {
   if (part != std::end(kParts)) return *part;
   std::string known;
   for (const Part& one : kParts) known += std::string(one.name) + ", ";
-  throw Failure(kUsage, "there is no part " + name + " of a user field, but " + known + kKeys);
+  throw Failure(kUsage, "a user field has no part " + name + "; its parts are " + known + kKeys);
 }
 
 int ParseValue(const Part& part, const std::string& text) {

@@ -172,7 +172,7 @@ Json ParseSettings(const std::vector<std::string>& words) {
     int value = 0;
     const char* end = word.data() + word.size();
     const auto [stop, error] = std::from_chars(word.data() + name.size() + 1, end, value);
-    if (error != std::errc() || stop != end) throw Failure(kUsage, word + ": the value is no number");
+    if (error != std::errc() || stop != end) throw Failure(kUsage, word + ": the value is not a number");
     wanted[FindSetting(name)->name] = value;
   }
   return wanted;

@@ -20,7 +20,7 @@ std::uint8_t ParseByte(const std::string& text) {
   const char* end = text.data() + text.size();
   const auto [stop, error] = std::from_chars(text.data(), end, byte, 16);
   if (error == std::errc() && stop == end) return byte;
-  throw Failure(kUsage, "HEX is bytes of up to two hexadecimal digits each");
+  throw Failure(kUsage, "each HEX is one byte, of one or two hexadecimal digits");
 }
 
 std::string Spaced(const std::vector<std::uint8_t>& bytes) {

@@ -185,7 +185,9 @@ void Session::UseForCards(int index) const {
 void CheckConfiguration(int index) {
   const int highest = GetMaxConfig();
   if (index >= 0 && index <= highest) return;
-  throw Failure(kUsage, ActiveDeviceName() + " has configurations 0 to " + std::to_string(highest));
+  throw Failure(kUsage,
+                ActiveDeviceName() + (highest == 0 ? " has only configuration 0"
+                                                   : " has configurations 0 to " + std::to_string(highest)));
 }
 
 void RequirePlusReader() {
