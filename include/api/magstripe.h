@@ -48,94 +48,96 @@
 
 /* The field is in use; it is skipped, for branching on a bad LRC; separators and sentinels are shown; the LRC
  * is shown in hexadecimal; an incorrect LRC is ignored. A set stores 1 for any value but 0. */
-TAVLYN_API uint32_t sorbaneGetFieldEnable(uint16_t field);
-TAVLYN_API uint32_t sorbaneSetFieldEnable(uint16_t field, int16_t on);
-TAVLYN_API uint32_t sorbaneGetFieldSkip(uint16_t field);
-TAVLYN_API uint32_t sorbaneSetFieldSkip(uint16_t field, int16_t on);
-TAVLYN_API uint32_t sorbaneGetFieldShowSepSen(uint16_t field);
-TAVLYN_API uint32_t sorbaneSetFieldShowSepSen(uint16_t field, int16_t on);
-TAVLYN_API uint32_t sorbaneGetFieldShowLRC(uint16_t field);
-TAVLYN_API uint32_t sorbaneSetFieldShowLRC(uint16_t field, int16_t on);
-TAVLYN_API uint32_t sorbaneGetFieldIgnoreLRC(uint16_t field);
-TAVLYN_API uint32_t sorbaneSetFieldIgnoreLRC(uint16_t field, int16_t on);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneGetFieldEnable(uint16_t field);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneSetFieldEnable(uint16_t field, int16_t on);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneGetFieldSkip(uint16_t field);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneSetFieldSkip(uint16_t field, int16_t on);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneGetFieldShowSepSen(uint16_t field);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneSetFieldShowSepSen(uint16_t field, int16_t on);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneGetFieldShowLRC(uint16_t field);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneSetFieldShowLRC(uint16_t field, int16_t on);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneGetFieldIgnoreLRC(uint16_t field);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneSetFieldIgnoreLRC(uint16_t field, int16_t on);
 
 /* The track, 1 to 3; the magnetic field on it; the offset within that, in characters; the length in
  * characters; the byte on which the field stops. */
-TAVLYN_API uint32_t sorbaneGetFieldTrack(uint16_t field);
-TAVLYN_API uint32_t sorbaneSetFieldTrack(uint16_t field, uint8_t track);
-TAVLYN_API uint32_t sorbaneGetFieldMagField(uint16_t field);
-TAVLYN_API uint32_t sorbaneSetFieldMagField(uint16_t field, uint8_t magField);
-TAVLYN_API uint32_t sorbaneGetFieldOffset(uint16_t field);
-TAVLYN_API uint32_t sorbaneSetFieldOffset(uint16_t field, uint8_t offset);
-TAVLYN_API uint32_t sorbaneGetFieldLength(uint16_t field);
-TAVLYN_API uint32_t sorbaneSetFieldLength(uint16_t field, uint8_t length);
-TAVLYN_API uint32_t sorbaneGetFieldTerm(uint16_t field);
-TAVLYN_API uint32_t sorbaneSetFieldTerm(uint16_t field, uint8_t term);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneGetFieldTrack(uint16_t field);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneSetFieldTrack(uint16_t field, uint8_t track);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneGetFieldMagField(uint16_t field);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneSetFieldMagField(uint16_t field, uint8_t magField);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneGetFieldOffset(uint16_t field);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneSetFieldOffset(uint16_t field, uint8_t offset);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneGetFieldLength(uint16_t field);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneSetFieldLength(uint16_t field, uint8_t length);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneGetFieldTerm(uint16_t field);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneSetFieldTerm(uint16_t field, uint8_t term);
 
 /* The keys sent behind the field: how many of the key bytes are in use, and key byte index, 0 to 15 (0 for an
  * index beyond). Over USB even ones are scan codes and odd ones shift modifiers; over a serial line each is a
  * character. */
-TAVLYN_API uint32_t sorbaneGetFieldKeyCount(uint16_t field);
-TAVLYN_API uint32_t sorbaneSetFieldKeyCount(uint16_t field, uint8_t count);
-TAVLYN_API uint32_t sorbaneGetFieldKeydata(uint16_t field, uint16_t index);
-TAVLYN_API uint32_t sorbaneSetFieldKeydata(uint16_t field, uint16_t index, uint8_t key);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneGetFieldKeyCount(uint16_t field);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneSetFieldKeyCount(uint16_t field, uint8_t count);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneGetFieldKeydata(uint16_t field, uint16_t index);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneSetFieldKeydata(uint16_t field, uint16_t index, uint8_t key);
 
 /* Tracks 1 to 3 are read: bits 0 to 2; other bits are dropped. */
-TAVLYN_API uint32_t sorbaneGetTrackEnables(void);
-TAVLYN_API uint32_t sorbaneSetTrackEnables(uint8_t tracks);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneGetTrackEnables(void);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneSetTrackEnables(uint8_t tracks);
 
 /* Beeps of a good read (which 2) or a bad one (3): bits 0 to 2 the count, bit 7 long ones. A set takes a
  * count of 0 to 4. Any other which or count: 0, and nothing changes. */
-TAVLYN_API uint32_t sorbaneGetBeeper(uint16_t which);
-TAVLYN_API uint32_t sorbaneSetBeeper(uint16_t which, int16_t count, int16_t longBeep);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneGetBeeper(uint16_t which);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneSetBeeper(uint16_t which, int16_t count, int16_t longBeep);
 
 /* Colour index 0 to 4 of the LEDs: 0 off, 1 red, 2 green, 3 amber. A set shows all five at once and returns 1
  * when the reader answered. Any other index or colour: 0. Traffic of a set: SL0 and two bytes. */
-TAVLYN_API uint32_t sorbaneGetLED(uint16_t index);
-TAVLYN_API uint32_t sorbaneSetLED(uint16_t index, uint16_t color);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneGetLED(uint16_t index);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneSetLED(uint16_t index, uint16_t color);
 
 /* What GetActiveID, GetActiveID32 and GetQueuedID take of a swipe: track 1 to 3, magnetic field 1 to 50,
  * offset up to 100, and the byte on which it stops; out of range: 0, and nothing changes. Clears the error
  * word. The selection is the host's; neither WriteCfg nor a file carries it. */
-TAVLYN_API uint32_t sorbaneSetActiveID(uint16_t track, uint16_t field, uint16_t offset, uint16_t term);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneSetActiveID(uint16_t track, uint16_t field, uint16_t offset,
+                                                   uint16_t term);
 
 /* 0 to 7, not 0: a swipe waits to be read. 0 too for a failed exchange. Traffic: QS0. */
-TAVLYN_API uint32_t sorbaneIsDataAvailable(void);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneIsDataAvailable(void);
 
 /* Forgets the swipe that waits. GetActiveID and GetQueuedID do so too. 1: the reader answered. Traffic: CD0.
  */
-TAVLYN_API uint32_t sorbaneClearDataAvailable(void);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneClearDataAvailable(void);
 
 /* Clears the reader's overrun state. 1: the reader answered. The device is not looked at: any active entry is
  * spoken to, with no device entry 0 (error word 0x202). Traffic: CQ. */
-TAVLYN_API uint32_t sorbaneClearOverrun(void);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneClearOverrun(void);
 
 /* The reader's uptime in units of its own, and the cards it has read; 0 for a failed exchange. Traffic: QUP.
  */
-TAVLYN_API uint32_t sorbaneGetSystemUptime(void);
-TAVLYN_API uint32_t sorbaneGetSystemCardsRead(void);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneGetSystemUptime(void);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneGetSystemCardsRead(void);
 
 /* Internal count index, 0 to 3, of 16 bits; 0 for a failed exchange or, without traffic, another index.
  * Traffic: QDD. */
-TAVLYN_API uint32_t sorbaneGetSystemInternalCount(uint32_t index);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneGetSystemInternalCount(uint32_t index);
 
 /* 257 bytes of track 1, 2 or 3 of the last swipe: a header (bits 0 to 6 the number of characters), the
  * characters from byte 1 on, zeros. With convert not 0 they are text, else raw: six bits on track 1, four on
  * tracks 2 and 3, as ISO/IEC 7811 codes them. All zeros for another track or when any exchange failed; null
  * when the active device is no magnetic-stripe reader. The bytes hold until the next track or field is
  * fetched. Traffic: G track block 00, as many blocks of ten bytes as the header says, at most 9, 5 and 11. */
-TAVLYN_API const uint8_t* sorbaneGetTrackData(uint16_t track, uint16_t convert);
+TAVLYN_API const uint8_t* TAVLYN_CALL sorbaneGetTrackData(uint16_t track, uint16_t convert);
 
 /* The same for callers that cannot use a pointer: index 0 fetches and gives the header, 1 to 254 give the
  * bytes behind it without traffic, any other index 0. */
-TAVLYN_API uint32_t sorbaneGetTrackData_BYTE(uint16_t track, uint16_t convert, uint16_t index);
+TAVLYN_API uint32_t TAVLYN_CALL sorbaneGetTrackData_BYTE(uint16_t track, uint16_t convert, uint16_t index);
 
 /* 257 bytes of a piece of a track: from character offset of magnetic field number field on, up to the byte
  * term or the end of the field. What comes is as many bytes as the piece has, but taken from the place where
  * it ends; a length of 0 gives nothing, any other is not looked at. With convert not 0 all 257 bytes are
  * text, the zeros too. All zeros before the conversion when there is no such piece; null when the active
  * device is no magnetic-stripe reader. Traffic: as sorbaneGetTrackData. */
-TAVLYN_API const uint8_t* sorbaneGetTrackFieldOffset(uint16_t track, uint16_t field, uint16_t offset,
-                                                     uint16_t length, uint16_t term, uint16_t convert);
+TAVLYN_API const uint8_t* TAVLYN_CALL sorbaneGetTrackFieldOffset(uint16_t track, uint16_t field,
+                                                                 uint16_t offset, uint16_t length,
+                                                                 uint16_t term, uint16_t convert);
 
 #endif

@@ -97,28 +97,28 @@ typedef struct tsIdleParms {
 } tsIdleParms;
 
 /* 1, or 0 with error word 0x100001 (null pointer) or 0x100002 (the parameters were not read yet). */
-TAVLYN_API uint32_t GetSonarParms(tsSonarParms* record);
-TAVLYN_API uint32_t GetWalkAwayParms(tsWalkAwayParms* record);
-TAVLYN_API uint32_t GetWalkUpParms(tsWalkUpParms* record);
-TAVLYN_API uint32_t GetIdleParms(tsIdleParms* record);
+TAVLYN_API uint32_t TAVLYN_CALL GetSonarParms(tsSonarParms* record);
+TAVLYN_API uint32_t TAVLYN_CALL GetWalkAwayParms(tsWalkAwayParms* record);
+TAVLYN_API uint32_t TAVLYN_CALL GetWalkUpParms(tsWalkUpParms* record);
+TAVLYN_API uint32_t TAVLYN_CALL GetIdleParms(tsIdleParms* record);
 
 /* 1, or 0 with nothing stored and error word 0x200001 (null pointer) or
  * SetSonarParms: 0x201000 (PingRate), 0x201001 (MinDist), 0x201002 (MaxDist);
  * SetWalkAwayParms: 0x201010 (KeyCount), 0x201011 (InterKeyDelay);
  * SetWalkUpParms: 0x201020 (KeyCount), 0x201021 (InterKeyDelay).
  * KeyCount is compared signed; SetIdleParms takes anything. */
-TAVLYN_API uint32_t SetSonarParms(const tsSonarParms* record);
-TAVLYN_API uint32_t SetWalkAwayParms(const tsWalkAwayParms* record);
-TAVLYN_API uint32_t SetWalkUpParms(const tsWalkUpParms* record);
-TAVLYN_API uint32_t SetIdleParms(const tsIdleParms* record);
+TAVLYN_API uint32_t TAVLYN_CALL SetSonarParms(const tsSonarParms* record);
+TAVLYN_API uint32_t TAVLYN_CALL SetWalkAwayParms(const tsWalkAwayParms* record);
+TAVLYN_API uint32_t TAVLYN_CALL SetWalkUpParms(const tsWalkUpParms* record);
+TAVLYN_API uint32_t TAVLYN_CALL SetIdleParms(const tsIdleParms* record);
 
 /* The range of the nearest object in five words: distance in inches; bits 0, 1 and 2 of the sensor's status,
  * each 0 or 1; the whole status. Takes 250 ms. 0: a failed exchange (0x1000000), words stay as they were; or
  * a null pointer, nothing is sent then. Traffic: 8F. */
-TAVLYN_API uint32_t GetObjRangeInfo(uint16_t* words);
+TAVLYN_API uint32_t TAVLYN_CALL GetObjRangeInfo(uint16_t* words);
 
 /* Halts the sensor's keystrokes (halt not 0) or lets them go on. 0: the report could not be sent. Traffic: B1
  * or B0. */
-TAVLYN_API uint32_t HaltKBSends(uint32_t halt);
+TAVLYN_API uint32_t TAVLYN_CALL HaltKBSends(uint32_t halt);
 
 #endif

@@ -18,6 +18,14 @@
 #define TAVLYN_API TAVLYN_EXTERN __attribute__((visibility("default")))
 #endif
 
+/* How every export, and a function handed to one, is called. On x64 there is one way; on x86 programs that
+ * are compiled for another one, and languages that assume another one, have to be told. */
+#if defined(_WIN32)
+#define TAVLYN_CALL __cdecl
+#else
+#define TAVLYN_CALL
+#endif
+
 /* Every configuration record is eight 16-bit words. Flags are 0 or non-zero; words named iPad are kept and
  * handed back but mean nothing. Where only a greatest value is told a negative word is not refused: low
  * bits of it, or of the number of its steps, reach the reader. */

@@ -10,26 +10,28 @@
 namespace tavlyn::sim {
 namespace {
 
-constexpr std::uint64_t kPebImageBase = 0x10;
-constexpr std::uint64_t kAllocationStep = 0x10000;
-constexpr std::uint64_t kReach = 0x7FFF0000;  // of an address relative to the image
+// Structures are those of this program, and so are those of any that it serves: for x64, or for x86.
+constexpr WORD kMachine = sizeof(void*) == 8 ? IMAGE_FILE_MACHINE_AMD64 : IMAGE_FILE_MACHINE_I386;
+constexpr std::uintptr_t kPebImageBase = 2 * sizeof(void*);
+constexpr std::uintptr_t kAllocationStep = 0x10000;
+constexpr std::uintptr_t kReach = 0x7FFF0000;  // of an address relative to the image
 
 template <typename Value>
-bool Read(HANDLE process, std::uint64_t at, Value* values, std::size_t count = 1) {
+bool Read(HANDLE process, std::uintptr_t at, Value* values, std::size_t count = 1) {
   SIZE_T got = 0;
   const std::size_t size = count * sizeof(Value);
   return ReadProcessMemory(process, reinterpret_cast<const void*>(at), values, size, &got) && got == size;
 }
 
-bool Write(HANDLE process, std::uint64_t at, const void* bytes, std::size_t size) {
+bool Write(HANDLE process, std::uintptr_t at, const void* bytes, std::size_t size) {
   SIZE_T put = 0;
   return WriteProcessMemory(process, reinterpret_cast<void*>(at), bytes, size, &put) && put == size;
 }
 
 struct Image {
-  std::uint64_t base = 0;
-  std::uint64_t headers = 0;
-  IMAGE_NT_HEADERS64 nt{};
+  std::uintptr_t base = 0;
+  std::uintptr_t headers = 0;
+  IMAGE_NT_HEADERS nt{};
 };
 
 std::optional<Image> ImageOf(HANDLE process) {
@@ -39,13 +41,12 @@ std::optional<Image> ImageOf(HANDLE process) {
   if (query(process, ProcessBasicInformation, &basic, sizeof basic, nullptr) < 0) return std::nullopt;
   Image image;
   IMAGE_DOS_HEADER dos{};
-  const auto peb = reinterpret_cast<std::uint64_t>(basic.PebBaseAddress);
+  const auto peb = reinterpret_cast<std::uintptr_t>(basic.PebBaseAddress);
   if (!Read(process, peb + kPebImageBase, &image.base) || !Read(process, image.base, &dos))
     return std::nullopt;
-  image.headers = image.base + static_cast<std::uint64_t>(dos.e_lfanew);
+  image.headers = image.base + static_cast<std::uintptr_t>(dos.e_lfanew);
   if (!Read(process, image.headers, &image.nt)) return std::nullopt;
-  const bool native =
-      image.nt.Signature == IMAGE_NT_SIGNATURE && image.nt.FileHeader.Machine == IMAGE_FILE_MACHINE_AMD64;
+  const bool native = image.nt.Signature == IMAGE_NT_SIGNATURE && image.nt.FileHeader.Machine == kMachine;
   return native ? std::optional(image) : std::nullopt;
 }
 
@@ -58,12 +59,12 @@ std::vector<IMAGE_IMPORT_DESCRIPTOR> ImportsOf(HANDLE process, const Image& imag
 }
 
 // Memory behind the image, where its relative addresses reach. 0: none is free.
-std::uint64_t Allocate(HANDLE process, const Image& image, std::size_t size) {
-  const std::uint64_t behind = image.base + image.nt.OptionalHeader.SizeOfImage + kAllocationStep;
-  for (std::uint64_t at = behind & ~(kAllocationStep - 1); at < image.base + kReach; at += kAllocationStep) {
+std::uintptr_t Allocate(HANDLE process, const Image& image, std::size_t size) {
+  const std::uintptr_t behind = image.base + image.nt.OptionalHeader.SizeOfImage + kAllocationStep;
+  for (std::uintptr_t at = behind & ~(kAllocationStep - 1); at < image.base + kReach; at += kAllocationStep) {
     void* got =
         VirtualAllocEx(process, reinterpret_cast<void*>(at), size, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE);
-    if (got != nullptr) return reinterpret_cast<std::uint64_t>(got);
+    if (got != nullptr) return reinterpret_cast<std::uintptr_t>(got);
   }
   return 0;
 }
@@ -105,7 +106,7 @@ class ImportBlock {
   }
 
   DWORD PutThunks(DWORD symbol) {
-    const std::uint64_t thunks[2] = {symbol, 0};
+    const std::uintptr_t thunks[2] = {symbol, 0};
     const std::size_t at = bytes_.size();
     bytes_.resize(at + sizeof thunks);
     std::memcpy(bytes_.data() + at, thunks, sizeof thunks);
@@ -134,7 +135,7 @@ bool Preload(HANDLE process, const std::vector<Preloaded>& libraries) {
   std::vector<IMAGE_IMPORT_DESCRIPTOR> imports = ImportsOf(process, *image);
   if (imports.empty()) return false;
   ImportBlock block(libraries, std::move(imports));
-  const std::uint64_t at = Allocate(process, *image, block.At(0).size());
+  const std::uintptr_t at = Allocate(process, *image, block.At(0).size());
   if (at == 0) return false;
   const auto offset = static_cast<DWORD>(at - image->base);
   const std::vector<std::uint8_t> bytes = block.At(offset);
