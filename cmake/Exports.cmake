@@ -21,3 +21,19 @@ function(tavlyn_write_export_lists map_file def_file inc_file)
   list(JOIN calls "" calls)
   file(CONFIGURE OUTPUT ${inc_file} CONTENT "${calls}")
 endfunction()
+
+# The import library for Visual C++ from the .def file. LLVM's tool makes it as Visual C++ itself does; where there is
+# none the package goes without: what binutils make is an archive of objects in their own way.
+function(tavlyn_visual_c_library def_file library)
+  find_program(LLVM_DLLTOOL llvm-dlltool)
+  if(NOT LLVM_DLLTOOL)
+    message(WARNING "tavlynapi.lib is left out: llvm-dlltool is missing; scripts/setup --all installs it")
+    return()
+  endif()
+  get_filename_component(folder ${library} DIRECTORY)
+  file(MAKE_DIRECTORY ${folder})
+  add_custom_command(OUTPUT ${library}
+    COMMAND ${LLVM_DLLTOOL} -m i386:x86-64 -d ${def_file} -l ${library}
+    DEPENDS ${def_file} VERBATIM)
+  add_custom_target(tavlyn_visual_c_library ALL DEPENDS ${library})
+endfunction()

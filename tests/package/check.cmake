@@ -13,17 +13,29 @@ set(WORK ${WORK}/${run})
 file(MAKE_DIRECTORY ${WORK})
 run(${CPACK} --config ${BUILD}/CPackConfig.cmake -B ${WORK})
 file(GLOB archive ${WORK}/*.zip ${WORK}/*.tar.gz)
+if(WINDOWS)
+  set(simulator ${archive})
+  list(FILTER simulator INCLUDE REGEX "-simulator")
+  list(REMOVE_ITEM archive ${simulator})
+endif()
 file(ARCHIVE_EXTRACT INPUT ${archive} DESTINATION ${WORK})
 get_filename_component(name ${archive} NAME)
 string(REGEX REPLACE "\\.(zip|tar\\.gz)$" "" name ${name})
 set(root ${WORK}/${name})
+if(WINDOWS)
+  file(GLOB_RECURSE simulated ${root}/bin/tavlynsim* ${root}/bin/simulator/*)
+  if(simulated)
+    message(FATAL_ERROR "${archive} is for customers, and has ${simulated}")
+  endif()
+  file(ARCHIVE_EXTRACT INPUT ${simulator} DESTINATION ${WORK})
+endif()
 
 set(wanted include/tavlynapi/api.h include/tavlynapi/api/types.h lib/cmake/tavlynapi/tavlynapi-config.cmake
   lib/cmake/tavlynapi/tavlynapi-config-version.cmake share/doc/tavlynapi/README.md share/doc/tavlynapi/LICENSE
   share/doc/tavlynapi/SECURITY.md)
 if(WINDOWS)
   list(APPEND wanted bin/tavlynapi.dll bin/tavlynctl.exe bin/tavlynsim.exe bin/simulator/hid.dll
-    bin/simulator/setupapi.dll lib/libtavlynapi.dll.a lib/tavlynapi.def)
+    bin/simulator/setupapi.dll lib/libtavlynapi.dll.a lib/tavlynapi.def lib/tavlynapi.lib)
 else()
   list(APPEND wanted bin/tavlynctl bin/tavlynsim lib/libtavlynapi.so lib/libtavlynapi.so.7 lib/libtavlynapi.so.${VERSION}
     lib/udev/rules.d/70-tavlyn.rules)
@@ -52,6 +64,15 @@ if(NOT output MATCHES "^tavlynapi ${VERSION}, connect [01]")
   message(FATAL_ERROR "the consumer said: ${output}")
 endif()
 message(STATUS "${name}: ${output}")
+
+# A program as Visual C++ makes one, by its import library: its name, its headers' way to call, its linker.
+if(WINDOWS)
+  run(${CLANG} --target=x86_64-pc-windows-msvc -ffreestanding -Wall -Wextra -Werror -I${root}/include/tavlynapi
+    -c ${CONSUMER}/visual_c.c -o ${WORK}/consumer/visual_c.obj)
+  run(${LLD_LINK} /nologo /nodefaultlib /entry:Start /subsystem:console /out:${WORK}/consumer/visual_c.exe
+    ${WORK}/consumer/visual_c.obj ${root}/lib/tavlynapi.lib)
+  run(${EMULATOR} ${WORK}/consumer/visual_c.exe)
+endif()
 
 # The tools of the package find each other, the library and the stand-ins.
 set(suffix "")
