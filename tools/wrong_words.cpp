@@ -35,7 +35,7 @@ std::vector<std::string> CommandsOf(const CLI::App& app) {
 
 // The parser has words of its own for these; they begin with the option's name, or have it behind a colon.
 std::string ParserProblem(const CLI::ParseError& error) {
-  const std::string told = error.what();
+  std::string told = error.what();
   if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
     const bool tooMany = told.find("At Most") != std::string::npos;
     return told.substr(0, told.find(':')) + (tooMany ? " is given more than once" : " needs a value");

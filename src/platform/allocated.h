@@ -9,6 +9,7 @@
 namespace tavlyn::platform {
 
 struct Allocated {
+  static void* operator new(std::size_t size) = delete;
   static void* operator new(std::size_t size, const std::nothrow_t& /*quiet*/) noexcept {
     return std::malloc(size);
   }

@@ -28,6 +28,7 @@ Save SaveOf(FieldId id) {
 std::string Suggestion(const std::string& name) {
   const auto& fields = Fields();
   std::vector<std::string> names;
+  names.reserve(3 * fields.size() + SettingNames().size());
   for (const Field& field : fields) names.push_back(FullName(field));
   for (const Field& field : fields) names.emplace_back(field.name);
   for (const Field& field : fields) names.emplace_back(field.record);

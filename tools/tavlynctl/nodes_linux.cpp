@@ -62,7 +62,8 @@ std::string HoldersOfLink(const std::string& target) {
     if (!IsOtherProcess(number) || !Holds(process.path(), target)) continue;
     std::string name;
     std::getline(std::ifstream(process.path() / "comm"), name);
-    holders += (holders.empty() ? "" : ", ") + name + " (process " + number + ")";
+    if (!holders.empty()) holders += ", ";
+    holders.append(name).append(" (process ").append(number).append(")");
   }
   return holders;
 }

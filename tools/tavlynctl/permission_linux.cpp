@@ -91,7 +91,8 @@ std::string BulkProblem(const std::string& usbDevices, const std::string& nodes)
     if (node.empty()) continue;
     if (IsForbidden(node)) return Forbidden(node + " (" + ModeOf(node) + ")");
     const std::string holders = HoldersOf(node);
-    if (!holders.empty()) return "the reader at " + node + " is held by " + holders;
+    if (!holders.empty())
+      return std::string("the reader at ").append(node).append(" is held by ").append(holders);
   }
   return {};
 }

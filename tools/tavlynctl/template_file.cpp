@@ -65,6 +65,7 @@ Keyword KeywordOf(std::string_view word) {
 
 std::string Suggested(std::string_view word) {
   std::vector<std::string> names;
+  names.reserve(std::size(kSavedOptions) + std::size(kSavedFields));
   for (const SavedOption& option : kSavedOptions) names.emplace_back(option.keyword);
   for (const SavedField& saved : kSavedFields) {
     if (saved.save != Save::kUnsaved) names.emplace_back(saved.keyword);

@@ -15,7 +15,7 @@ void Succeed(const std::error_code& error, const std::string& what) {
 std::string Place(const std::string& path) {
   std::error_code absent;
   const fs::path place = fs::canonical(path, absent);
-  const std::string found = absent ? path : place.string();
+  std::string found = absent ? path : place.string();
   Succeed(TestWritable(found), path);
   return found;
 }

@@ -50,14 +50,6 @@ void ResetProcessState() {
   ForgetVidPidTable();
 }
 
-// The process may go on without the library, and keep its memory.
-void WipeKeys() {
-  for (tsDevEntry& entry : DevTable.Reached()) {
-    for (tsCfgSlot& slot : entry.CfgSlot) Wipe(&slot.HashKeyData, sizeof slot.HashKeyData);
-  }
-  Wipe(&Buffers, sizeof Buffers);
-}
-
 }  // namespace
 
 void Load() {
@@ -74,9 +66,17 @@ void Load() {
   StartTrace();
 }
 
+void WipeKeys() {
+  for (tsDevEntry& entry : DevTable.Reached()) {
+    for (tsCfgSlot& slot : entry.CfgSlot) Wipe(&slot.HashKeyData, sizeof slot.HashKeyData);
+  }
+  Wipe(&Buffers, sizeof Buffers);
+}
+
 void Unload() {
   USBDisconnect();
   USBDisconnect();
+  // The process may go on without the library, and keep its memory.
   WipeKeys();
   platform::TheHost().hid.Unload();
   platform::TheHost().mutex.Close();

@@ -9,6 +9,7 @@
 // libraries may have gone before this one.
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID processEnds) {
   if (reason == DLL_PROCESS_ATTACH) tavlyn::Load();
+  if (reason == DLL_PROCESS_DETACH && processEnds != nullptr) tavlyn::WipeKeys();
   if (reason == DLL_PROCESS_DETACH && processEnds == nullptr) {
     tavlyn::Unload();
     tavlyn::platform::CloseLostSockets();
