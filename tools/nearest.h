@@ -1,4 +1,4 @@
-// What was probably meant by a name that is none.
+// What was probably meant by a name that does not exist.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// Everything that goes to a terminal passes here: device texts, file names and words are anybody's.
+// Everything that goes to a terminal passes here: device texts, file names and words may come from anybody.
 #pragma once
 
 #include <cstdio>

@@ -157,7 +157,7 @@ TEST_F(TavlynctlFiles, ACutConfigurationIsRefused) {
             Run("--device magstripe", {"ctl config load cut.txt"})[0].err);
 }
 
-// Somebody's own file may hold as little as he likes.
+// A file written by hand may hold a few lines only.
 TEST_F(TavlynctlFiles, AFewLinesAreAFile) {
   WriteFile("few.hwg", std::string(kTitle) + "bBeepID = 0\n");
   const auto ended = Run("", {"ctl config load few.hwg --strict --json", "ctl config get bBeepID --json"});

@@ -94,7 +94,7 @@ TEST_F(TavlynctlLinks, ConfigurationOnAPort) {
   EXPECT_EQ(150, Document("--com 3 config get iIDHoldTO")["fields"]["TimeParms.iIDHoldTO"]);
 }
 
-// What is printed would else go to the reader, whose port got the number of the closed one.
+// Else the port would get the number of the closed one, and the reader what is printed.
 TEST_F(TavlynctlLinks, ClosedDescriptorsAreNoPorts) {
   reader_->PutCard({1, 2}, 16);
   Noting noted(line_);
@@ -179,8 +179,8 @@ TEST_F(TavlynctlLinks, ADeadlineIsHeardWhereTextIsNotAnswered) {
   EXPECT_GT(20, WaitedSeconds(read.out));
 }
 
-// The first one comes while the library waits for an ID that does not come, and is handled as soon as the
-// process catches none any more.
+// The first one comes while the library waits for an ID that does not come; it has been handled when the
+// process does not catch the signal any more.
 TEST_F(TavlynctlLinks, ASecondCtrlCEndsAtOnce) {
   sim::ReaderAscii text(reader_);
   text.faults.RefuseCommand({'Q', 'I', 'D', '.', 'I', 'D'});

@@ -177,7 +177,7 @@ TEST(Tavlynctl, AReaderThatGoesAwayIsTold) {
   }
 }
 
-// Neither zeros nor one configuration stand for what a device did not tell.
+// What a device did not tell is not shown as zeros, nor as one configuration.
 TEST(Tavlynctl, WhatIsNotKnownIsNull) {
   const Json unread = Json::parse(OneCommand("--do 'vanish 3'", "list --json").out)["devices"][0];
   for (const char* key : {"part_number", "did", "luid", "configurations"}) {

@@ -21,7 +21,8 @@ std::string Named(unsigned vid, unsigned pid) {
   return text;
 }
 
-// Rules end in nothing but the right; what they do not say in this form is no identity.
+// A rule names identities and gives the right to them, nothing else; a line of another form is not
+// understood.
 Identities OfRule(const std::string& line) {
   static const std::regex form(
       R"re(KERNEL=="hidraw\*", ATTRS\{idVendor\}=="(\w{4})", ATTRS\{idProduct\}=="([\w|]+)", TAG\+="uaccess")re");

@@ -37,7 +37,8 @@ Awaited::~Awaited() {
   watching_.join();
 }
 
-// The library waits by the steady clock. Where nothing but waiting moves that one on, this must not.
+// The library waits by the steady clock, which may be one that only its waits move on: this thread looks at
+// it and waits by the other.
 void Awaited::Watch(Seconds usual, Seconds most) {
   using std::chrono::steady_clock;
   using std::chrono::system_clock;

@@ -110,7 +110,7 @@ void ListProduct(std::uint32_t product, const Link& link, Json& devices, std::st
     session.Select(index);
     std::string missing = session.ReadProblem();
     const Json& device = devices.emplace_back(Description(missing.empty()));
-    // A reader's texts can fail without a word.
+    // A reader's texts can fail without an error word.
     if (missing.empty() && ReaderIsActive() && device["part_number"].is_null() && !IsAnswer(Ping())) {
       missing = NoAnswer();
     }

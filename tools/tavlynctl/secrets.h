@@ -9,7 +9,7 @@ namespace tavlyn::ctl {
 // Whether a command, by its words, has to do with keys: an end by a fault must not leave its memory on a
 // disk.
 bool HandlesKeys(std::string_view command);
-// Whether the words behind it may be keys, which no message repeats.
+// Whether the words after it may be keys, which no message repeats.
 bool MayHoldKeys(std::string_view command);
 
 // A line of the standard input, which a terminal does not show while it is typed.
@@ -17,7 +17,7 @@ std::string HiddenLine(const char* what);
 
 // Of each system.
 void ForbidCoreImage();
-// What is typed is not shown as long as the object lasts, nor behind a Ctrl-C within it.
+// What is typed is not shown as long as the object lasts, nor after a Ctrl-C within it.
 class HiddenInput {
  public:
   HiddenInput();

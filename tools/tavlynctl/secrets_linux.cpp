@@ -22,7 +22,7 @@ void ShowAndEnd(int signal) {
 
 }  // namespace
 
-// Without the first a core pattern that is a program would still be handed the image.
+// The limit alone does not hold where the core pattern is a program: that is handed the image all the same.
 void ForbidCoreImage() {
   prctl(PR_SET_DUMPABLE, 0, 0, 0, 0);
   const rlimit none{0, 0};

@@ -23,7 +23,7 @@ struct NamedProduct {
 constexpr NamedProduct kProducts[] = {
     {kReaders, "card reader"}, {kMagstripes, "magstripe reader"}, {kSensors, "sonar sensor"}};
 
-// A connect reads every configuration of the first plus reader, and one of each behind it.
+// A connect reads every configuration of the first plus reader, and one of each after it.
 bool AllConfigurationsRead() {
   for (int index = 0; index <= GetMaxConfig(); ++index) {
     const SelectedConfiguration selected(index);

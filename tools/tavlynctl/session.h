@@ -38,7 +38,7 @@ class Session {
   // opened, or only another product.
   void Select(int index) const;
   // Why the active device's configuration could not be read; empty when it was. A connect stops at the first
-  // device that fails; those behind it are read here.
+  // device that fails; those after it are read here.
   [[nodiscard]] std::string ReadProblem() const;
   // Selects; a configuration that was not read is a Failure too.
   void Use(int index) const;

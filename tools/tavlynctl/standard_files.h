@@ -3,8 +3,8 @@
 
 namespace tavlyn::ctl {
 
-// A device that takes the number of a closed one would be written to by whoever prints. On Linux the null
-// device has filled their places before anything else was opened.
+// A device opened under the number of a closed one would get what is printed. On Linux the null device takes
+// their numbers before anything else is opened.
 bool OutputIsMissing();
 
 }  // namespace tavlyn::ctl

@@ -20,7 +20,7 @@ namespace {
 constexpr int kLineRoom = 128;
 constexpr const char* kHwgMark = "iEndOfHwgFile";
 constexpr const char* kIniMark = "iEndOfIniFile";
-// Stands in what a library has written; a file that somebody has written may hold as little as he likes.
+// Stands in what a library has written; a file written by hand may hold a few lines only.
 constexpr const char* kWrittenMark = ":Library Version:";
 constexpr const char* kCut = "ends in the middle of configuration ";
 constexpr const char* kHint = "; without its line :Library Version: it may hold as little as you like";
