@@ -52,6 +52,12 @@ TEST(TavlynctlWords, WhatADeviceTellsMovesNoCursor) {
   EXPECT_EQ("swipe 1 ?2Jb?\n", testing::internal::GetCapturedStdout());
 }
 
+TEST(TavlynctlWords, WhatIsFilteredKeepsItsColumn) {
+  testing::internal::CaptureStdout();
+  ctl::Show({{"schema", 1}, {"command", "list"}, {"rows", {{{"a", "\xC2\x9B"}, {"b", 1}}}}}, false);
+  EXPECT_EQ("rows\n  a  b\n  ?  1\n", testing::internal::GetCapturedStdout());
+}
+
 TEST(TavlynctlWords, OneFilterForEveryText) {
   EXPECT_EQ("\xC2\xA9 \xE2\x82\xAC \xF0\x9F\x92\xB3", Printable("\xC2\xA9 \xE2\x82\xAC \xF0\x9F\x92\xB3"));
   for (const char* sequence :
@@ -94,7 +100,7 @@ TEST_F(ToolWords, NamesOfFilesAndVendorsAreFiltered) {
 }
 
 TEST_F(ToolWords, TheSimulatorFiltersToo) {
-  const Ended ended = RunLine("printf 'bo\\033gus\\302\\233\\n' | " + kSim + " run --interactive -- true");
+  const Ended ended = RunLine(kSim + " run --interactive -- true <<END\nbo\x1Bgus\xC2\x9B\nEND");
   EXPECT_EQ("tavlynsim: bo?gus?: no such command; help tells them\n", ended.err);
   EXPECT_EQ("tavlynsim: x?: a card is HEX:BITS\n",
             RunLine(kSim + " run --card \"$(printf 'x\\302\\233')\" -- true").err);

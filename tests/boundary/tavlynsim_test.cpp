@@ -58,7 +58,7 @@ TEST(Tavlynsim, HelpAndVersion) {
 }
 
 TEST(Tavlynsim, HelpIsTypedToo) {
-  const Ended typed = RunLine("echo help | " + kSim + " run --interactive -- true");
+  const Ended typed = RunLine(kSim + " run --interactive -- true <<END\nhelp\nEND");
   EXPECT_TRUE(typed.err.starts_with("tavlynsim: card HEX:BITS         lays a card")) << typed.err;
   EXPECT_TRUE(Holds(typed.err, "\nvanish N              the device is gone")) << typed.err;
 }

@@ -36,7 +36,7 @@ bool IsTable(const Json& value) {
 
 std::string Cell(const Json& value) {
   if (value.is_null()) return "-";
-  if (value.is_string()) return value.get<std::string>();
+  if (value.is_string()) return Printable(value.get_ref<const std::string&>());
   if (value.is_boolean()) return value.get<bool>() ? "yes" : "no";
   if (!value.is_array()) return value.dump();
   if (value.empty()) return "none";
