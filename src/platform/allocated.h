@@ -9,10 +9,10 @@
 namespace tavlyn::platform {
 
 struct Allocated {
-  static void* operator new(std::size_t size) = delete;
   static void* operator new(std::size_t size, const std::nothrow_t& /*quiet*/) noexcept {
     return std::malloc(size);
   }
+  // NOLINTNEXTLINE(misc-new-delete-overloads): the other forms of new are missing on purpose
   static void operator delete(void* object) noexcept { std::free(object); }
   static void operator delete(void* object, const std::nothrow_t& /*quiet*/) noexcept { std::free(object); }
 };
