@@ -6,7 +6,8 @@ namespace tavlyn {
 void Load();
 void Unload();
 
-// All of an unload that an ending process may still do: nothing is asked of the system and no lock waited for.
+// All of an unload that an ending process may still do: nothing is asked of the system and no lock waited
+// for.
 void WipeKeys();
 
 }  // namespace tavlyn
