@@ -8,7 +8,10 @@
  * A saved configuration can hold bytes of the hash keys that the program has set with SetHashKeyData: the
  * lines of the separator data can run over their end into them. Save before keys are set, or keep the file as
  * safe as the keys. On Linux a file that a save creates is its owner's alone (mode 0600); one that is there
- * keeps its mode. */
+ * keeps its mode.
+ *
+ * Paths are narrow: on Windows in the code page of the calling program (GetACP), where a manifest can choose
+ * UTF-8, and of up to 259 characters; on Linux bytes of any kind, as the system has them. */
 #ifndef TAVLYN_API_FILES_H
 #define TAVLYN_API_FILES_H
 

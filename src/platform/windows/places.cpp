@@ -4,6 +4,17 @@
 namespace tavlyn::platform {
 namespace {
 
+// In some code pages the second byte of a character is that of a backslash.
+bool EndsInSeparator(const char* folder) {
+  const UINT page = AreFileApisANSI() != 0 ? CP_ACP : CP_OEMCP;
+  bool separator = false;
+  while (*folder != '\0') {
+    separator = *folder == '\\';
+    folder += IsDBCSLeadByteEx(page, static_cast<BYTE>(*folder)) != 0 && folder[1] != '\0' ? 2 : 1;
+  }
+  return separator;
+}
+
 class SystemPlaces final : public Places {
  public:
   // An empty value counts as set, and its length is 0 like that of a missing one.
@@ -21,7 +32,7 @@ class SystemPlaces final : public Places {
     char folder[4096];
     const DWORD length = GetCurrentDirectoryA(sizeof folder, folder);
     if (length == 0 || length >= sizeof folder) return {};
-    return Path("%s%s", folder, folder[length - 1] == '\\' ? "" : "\\");
+    return Path("%s%s", folder, EndsInSeparator(folder) ? "" : "\\");
   }
 };
 

@@ -1,0 +1,36 @@
+// Folders in a code page whose characters take one or two bytes.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "platform/windows/backend.h"
+#include "platform/windows/system.h"
+
+namespace tavlyn::platform {
+namespace {
+
+class PlacesTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_EQ(932u, GetACP()) << "this program's manifest asks for a Japanese code page";
+  }
+
+  static std::string FolderIn(const std::wstring& folder) {
+    CreateDirectoryW(folder.c_str(), nullptr);
+    EXPECT_TRUE(SetCurrentDirectoryW(folder.c_str()));
+    const std::string found(WindowsPlaces().CurrentFolder().View());
+    SetCurrentDirectoryW(L"C:\\");
+    return found;
+  }
+};
+
+TEST_F(PlacesTest, ACharacterMayEndInABackslashsByte) {
+  EXPECT_EQ("C:\\\x95\x5C\\", FolderIn(L"C:\\\x8868"));
+  EXPECT_EQ("C:\\\x95\x5C\x95\x5C\\", FolderIn(L"C:\\\x8868\x8868"));
+  EXPECT_EQ("C:\\\x95\x5CX\\", FolderIn(L"C:\\\x8868X"));
+}
+
+TEST_F(PlacesTest, ARootHasItsSeparator) { EXPECT_EQ("C:\\", FolderIn(L"C:\\")); }
+
+}  // namespace
+}  // namespace tavlyn::platform
