@@ -73,7 +73,9 @@ std::string Printable(std::string_view text) {
 }
 
 void PrintLine(std::FILE* stream, std::string_view text) {
-  std::fprintf(stream, "%s\n", Printable(text).c_str());
+  // In one piece: a console takes no character in parts.
+  std::fputs((Printable(text) + "\n").c_str(), stream);
+  std::fflush(stream);
 }
 
 void Tell(const char* program, std::string_view text) {

@@ -1,13 +1,10 @@
-#include <windows.h>
-
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
 
-#include "tests/boundary/program.h"
+#include "tests/boundary/begun_windows.h"
 
 namespace tavlyn::boundary {
-namespace {
 
 // A file that takes what a program writes.
 class Taken {
@@ -41,30 +38,50 @@ class Taken {
   HANDLE handle_ = nullptr;
 };
 
-}  // namespace
-
-// There is no shell: the line is one program with its words.
-Ended RunLine(const std::string& line) {
-  const Taken out;
-  const Taken err;
+Begun::Begun(const std::string& line) : out_(std::make_unique<Taken>()), err_(std::make_unique<Taken>()) {
   SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
   STARTUPINFOA start{};
   start.cb = sizeof start;
   start.dwFlags = STARTF_USESTDHANDLES;
   start.hStdInput = CreateFileA("NUL", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherited,
                                 OPEN_EXISTING, 0, nullptr);
-  start.hStdOutput = out.get();
-  start.hStdError = err.get();
+  start.hStdOutput = out_->get();
+  start.hStdError = err_->get();
   PROCESS_INFORMATION made{};
   std::string words = line;
-  if (!CreateProcessA(nullptr, words.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &made)) {
-    throw std::runtime_error(line + ": cannot be run");
-  }
-  WaitForSingleObject(made.hProcess, INFINITE);
-  DWORD status = 0;
-  GetExitCodeProcess(made.hProcess, &status);
-  for (HANDLE handle : {made.hProcess, made.hThread, start.hStdInput}) CloseHandle(handle);
-  return {static_cast<int>(status), out.Text(), err.Text()};
+  const bool runs =
+      CreateProcessA(nullptr, words.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &made) != 0;
+  CloseHandle(start.hStdInput);
+  if (!runs) throw std::runtime_error(line + ": cannot be run");
+  CloseHandle(made.hThread);
+  process_ = made.hProcess;
 }
+
+Begun::~Begun() {
+  TerminateProcess(process_, 1);
+  WaitForSingleObject(process_, INFINITE);
+  CloseHandle(process_);
+}
+
+bool Begun::Tells(const std::string& text) const {
+  constexpr DWORD kTurnMs = 20;
+  bool ended = false;
+  while (err_->Text().find(text) == std::string::npos) {
+    if (ended) return false;
+    ended = EndsWithin(kTurnMs);
+  }
+  return true;
+}
+
+bool Begun::EndsWithin(DWORD ms) const { return WaitForSingleObject(process_, ms) == WAIT_OBJECT_0; }
+
+Ended Begun::End() const {
+  WaitForSingleObject(process_, INFINITE);
+  DWORD status = 0;
+  GetExitCodeProcess(process_, &status);
+  return {static_cast<int>(status), out_->Text(), err_->Text()};
+}
+
+Ended RunLine(const std::string& line) { return Begun(line).End(); }
 
 }  // namespace tavlyn::boundary

@@ -6,15 +6,12 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "tests/boundary/program.h"
+#include "tests/boundary/begun_windows.h"
 
 namespace tavlyn::boundary {
 namespace {
 
 using Json = nlohmann::json;
-
-const std::string kSim = TAVLYNSIM;
-const std::string kCtl = TAVLYNCTL;
 
 bool Holds(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "api.h"
+#include "tools/path_names.h"
 #include "tools/tavlynctl/commands.h"
 #include "tools/tavlynctl/fields.h"
 #include "tools/tavlynctl/product_settings.h"
@@ -17,7 +18,7 @@ namespace {
 // does not tell of a disk that is full.
 void CheckSaved(const NewFile& file, std::size_t configurations, bool secure) {
   std::error_code unknown;
-  if (std::filesystem::file_size(file.Path(), unknown) == 0) throw file.NotWhole();
+  if (std::filesystem::file_size(PathOf(file.Path()), unknown) == 0) throw file.NotWhole();
   const Template saved = ParseTemplate(file.Path());
   const std::vector<Json>& all = saved.configurations;
   const auto lost = std::ranges::find_if(all, [](const Json& one) { return one.empty(); });

@@ -6,10 +6,12 @@
 
 #include "api.h"
 #include "tools/common_words.h"
+#include "tools/path_names.h"
 #include "tools/tavlynctl/command_words.h"
 #include "tools/tavlynctl/commands.h"
 #include "tools/tavlynctl/secrets.h"
 #include "tools/tavlynctl/standard_files.h"
+#include "tools/terminal.h"
 #include "tools/wrong_words.h"
 
 namespace {
@@ -41,7 +43,7 @@ Commands AddAll(CLI::App& app, Options& options) {
 void NeedFiles(const Options& options) {
   for (const std::string& path : options.files) {
     std::error_code unknown;
-    const fs::file_status status = fs::status(path, unknown);
+    const fs::file_status status = fs::status(tavlyn::PathOf(path), unknown);
     if (fs::is_directory(status)) throw Failure(kBadFile, path + " is a folder, not a file");
     if (fs::exists(status) && !fs::is_regular_file(status))
       throw Failure(kBadFile, path + " is not a regular file");
@@ -71,6 +73,7 @@ int Refuse(const CLI::App& app, const CLI::ParseError& error, std::span<char*> w
 }  // namespace
 
 int main(int argc, char** argv) {
+  tavlyn::ShowAllLanguages();
   if (OutputIsMissing()) {
     const Failure closed(kBadFile, "the standard output is closed; >/dev/null drops what is shown");
     return ShowFailure(closed, "", false);

@@ -1,13 +1,12 @@
 // find.
 #include <algorithm>
-#include <csignal>
 #include <cstdio>
 #include <vector>
 
 #include "api.h"
 #include "tools/tavlynctl/commands.h"
 #include "tools/tavlynctl/stopping.h"
-#include "tools/tavlynctl/terminal.h"
+#include "tools/terminal.h"
 
 namespace tavlyn::ctl {
 namespace {
@@ -65,7 +64,7 @@ std::vector<Ip> Search(const IpRange& range) {
     if (answered[3] != 0 && std::ranges::find(found, answered) == found.end()) found.push_back(answered);
   }
   if (live) std::fputc('\n', stderr);
-  if (IsStopped()) std::raise(SIGINT);
+  if (IsStopped()) EndStopped();
   return found;
 }
 

@@ -6,8 +6,8 @@
 #include "api.h"
 #include "tools/tavlynctl/commands.h"
 #include "tools/tavlynctl/session.h"
-#include "tools/tavlynctl/terminal.h"
 #include "tools/tavlynctl/watching.h"
+#include "tools/terminal.h"
 
 namespace tavlyn::ctl {
 namespace {

@@ -22,4 +22,6 @@ void NoteStop() {
 
 bool IsStopped() { return stopped != 0; }
 
+void EndStopped() { std::raise(SIGINT); }
+
 }  // namespace tavlyn::ctl

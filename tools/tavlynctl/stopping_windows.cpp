@@ -2,19 +2,17 @@
 
 #include <atomic>
 
+#include "tools/control_windows.h"
 #include "tools/tavlynctl/stopping.h"
 
 namespace tavlyn::ctl {
 namespace {
 
-constexpr UINT kEndedByCtrlC = 0xC000013A;  // STATUS_CONTROL_C_EXIT
-
 std::atomic<bool> noted{false};
 
-// Runs on a thread of its own. An ordinary end would wait for what the library is doing.
-BOOL WINAPI TakeStop(DWORD /*kind*/) {
-  if (noted.exchange(true)) TerminateProcess(GetCurrentProcess(), kEndedByCtrlC);
-  return TRUE;
+BOOL WINAPI TakeStop(DWORD kind) {
+  if (noted.exchange(true)) EndAsInterrupted();
+  return LetEnd(kind);
 }
 
 }  // namespace
@@ -22,5 +20,7 @@ BOOL WINAPI TakeStop(DWORD /*kind*/) {
 void NoteStop() { SetConsoleCtrlHandler(TakeStop, TRUE); }
 
 bool IsStopped() { return noted; }
+
+void EndStopped() { EndAsInterrupted(); }
 
 }  // namespace tavlyn::ctl

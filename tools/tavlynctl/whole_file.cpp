@@ -1,6 +1,6 @@
 #include "tools/tavlynctl/whole_file.h"
 
-#include <filesystem>
+#include "tools/path_names.h"
 
 namespace tavlyn::ctl {
 namespace {
@@ -14,8 +14,8 @@ void Succeed(const std::error_code& error, const std::string& what) {
 // A link stays a link to the file that it leads to.
 std::string Place(const std::string& path) {
   std::error_code absent;
-  const fs::path place = fs::canonical(path, absent);
-  std::string found = absent ? path : place.string();
+  const fs::path place = fs::canonical(PathOf(path), absent);
+  std::string found = absent ? path : NameOfPath(place);
   Succeed(TestWritable(found), path);
   return found;
 }
@@ -24,7 +24,7 @@ std::string TemporaryFolder() {
   std::error_code error;
   const fs::path folder = fs::temp_directory_path(error);
   Succeed(error, "a temporary file");
-  return folder.string();
+  return NameOfPath(folder);
 }
 
 }  // namespace
@@ -32,14 +32,14 @@ std::string TemporaryFolder() {
 TemporaryFile::TemporaryFile() : TemporaryFile(TemporaryFolder(), "a temporary file") {}
 
 TemporaryFile::TemporaryFile(const std::string& folder, const std::string& what)
-    : path_((fs::path(folder) / ".tavlynctl-").string()) {
+    : path_(NameOfPath(PathOf(folder) / ".tavlynctl-")) {
   Succeed(CreateOwnFile(path_), what);
 }
 
 TemporaryFile::~TemporaryFile() { RemoveOwnFile(path_); }
 
 NewFile::NewFile(const std::string& path)
-    : path_(path), place_(Place(path)), beside_(fs::path(place_).parent_path().string(), path) {}
+    : path_(path), place_(Place(path)), beside_(NameOfPath(PathOf(place_).parent_path()), path) {}
 
 Failure NewFile::NotWhole() const {
   return {kBadFile, path_ + " cannot be written as a whole; is the disk full?"};

@@ -3,7 +3,6 @@
 // It needs windows.h, which does not come with it.
 #include <sddl.h>
 
-#include <filesystem>
 #include <memory>
 #include <random>
 
@@ -56,9 +55,8 @@ std::error_code MoveOnto(const std::string& path, const std::string& place) {
   Handle file = Opened(path, OPEN_EXISTING, nullptr);
   if (file == nullptr || FlushFileBuffers(file.get()) == 0) return LastError();
   file.reset();
-  std::error_code absent;
   // A file that is replaced hands on its rights.
-  const BOOL moved = std::filesystem::exists(place, absent)
+  const BOOL moved = GetFileAttributesA(place.c_str()) != INVALID_FILE_ATTRIBUTES
                          ? ReplaceFileA(place.c_str(), path.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS,
                                         nullptr, nullptr)
                          : MoveFileExA(path.c_str(), place.c_str(), MOVEFILE_WRITE_THROUGH);

@@ -6,6 +6,7 @@
 #include <atomic>
 #include <cerrno>
 
+#include "tools/control_windows.h"
 #include "tools/tavlynsim/preload_windows.h"
 
 namespace tavlyn::sim {
@@ -15,12 +16,16 @@ constexpr int kInterrupted = 130;  // as shells have it after Ctrl-C
 constexpr int kTurnMs = 20;        // neither a process nor a console can be polled for with sockets
 constexpr const char* kMarker = "tavlyn_standin_marker";
 
-std::atomic<bool> stopAsked{false};
+constexpr ULONGLONG kSecondMs = 2000;
 
-// Ctrl-C reaches the command by itself, and tavlynsim ends with it.
-BOOL WINAPI TakeControl(DWORD) {
-  stopAsked = true;
-  return TRUE;
+std::atomic<ULONGLONG> stopAsked{0};  // when
+
+// Ctrl-C reaches the command by itself, and tavlynsim ends with it. A second one soon behind the first is for
+// tavlynsim, whatever the command does; others may mean no more than a line in the command.
+BOOL WINAPI TakeControl(DWORD kind) {
+  const ULONGLONG now = GetTickCount64();
+  if (now - stopAsked.exchange(now) < kSecondMs) EndAsInterrupted();
+  return LetEnd(kind);
 }
 
 // As the C runtime of the other side takes it apart again.
@@ -119,7 +124,7 @@ void Child::AddTo(std::vector<pollfd>&) const {}
 int Child::TurnMs() { return kTurnMs; }
 
 std::optional<int> Child::TakeSignals() {
-  if (system_->process == nullptr) return stopAsked ? std::optional(kInterrupted) : std::nullopt;
+  if (system_->process == nullptr) return stopAsked != 0 ? std::optional(kInterrupted) : std::nullopt;
   DWORD status = 0;
   if (WaitForSingleObject(system_->process, 0) != WAIT_OBJECT_0) return std::nullopt;
   GetExitCodeProcess(system_->process, &status);

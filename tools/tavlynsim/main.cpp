@@ -7,7 +7,7 @@
 #include "tools/common_words.h"
 #include "tools/printable.h"
 #include "tools/tavlynsim/run.h"
-#include "tools/tavlynsim/typed_lines.h"
+#include "tools/terminal.h"
 #include "tools/word_checks.h"
 #include "tools/wrong_words.h"
 
@@ -107,6 +107,7 @@ void AddRun(CLI::App& app, RunOptions& options, std::optional<bool>& interactive
 }  // namespace
 
 int main(int argc, char** argv) {
+  tavlyn::ShowAllLanguages();
   CLI::App app("Simulated devices for programs that use tavlynapi or hidapi", tavlyn::sim::kProgram);
   app.require_subcommand(1);
   RunOptions options;
@@ -124,6 +125,6 @@ int main(int argc, char** argv) {
   if (app.got_subcommand("devices")) return ShowKinds();
   options.devices.insert(options.devices.end(), options.lines.begin(), options.lines.end());
   if (options.devices.empty()) options.devices.emplace_back("reader");
-  options.interactive = interactive.value_or(tavlyn::sim::InputIsTerminal());
+  options.interactive = interactive.value_or(tavlyn::InputIsTerminal());
   return tavlyn::sim::Run(options);
 }

@@ -1,5 +1,8 @@
+#include <algorithm>
 #include <filesystem>
+#include <string>
 
+#include "tools/path_names.h"
 #include "tools/tavlynsim/standins.h"
 
 // windows.h has to come behind winsock2.h, which standins.h brings.
@@ -8,15 +11,29 @@
 namespace tavlyn::sim {
 namespace {
 
-namespace fs = std::filesystem;
-
 // HID.DLL first: the other one asks it for the devices.
-constexpr const char* kStandins[] = {"hid.dll", "setupapi.dll"};
+constexpr const wchar_t* kStandins[] = {L"hid.dll", L"setupapi.dll"};
 
-fs::path OwnFolder() {
-  char file[MAX_PATH];
-  const DWORD length = GetModuleFileNameA(nullptr, file, sizeof file);
-  return fs::path(std::string(file, length)).parent_path();
+// All that a path can have.
+constexpr DWORD kPathRoom = 32768;
+
+std::filesystem::path OwnFolder() {
+  std::wstring file(kPathRoom, L'\0');
+  file.resize(GetModuleFileNameW(nullptr, file.data(), kPathRoom));
+  return std::filesystem::path(file).parent_path();
+}
+
+// The loader takes the names in an import table as bytes, by rules that are not everywhere the same: only
+// ASCII means the same to all of them. Empty when there is no such name.
+std::string LoadersName(const std::wstring& file) {
+  const auto isAscii = [](wchar_t c) { return c < 0x80; };
+  std::wstring name = file;
+  if (!std::ranges::all_of(name, isAscii) || name.size() >= MAX_PATH) {
+    name.assign(kPathRoom, L'\0');
+    name.resize(GetShortPathNameW(file.c_str(), name.data(), kPathRoom));
+  }
+  if (!std::ranges::all_of(name, isAscii) || name.size() >= MAX_PATH) return {};
+  return {name.begin(), name.end()};
 }
 
 }  // namespace
@@ -24,14 +41,20 @@ fs::path OwnFolder() {
 // Installed they have a folder of their own, so that no program is given them that did not ask.
 bool AddHidStandin(Child::Variables&, std::vector<std::string>& preload, std::string& problem) {
   std::error_code none;
-  const fs::path own = OwnFolder();
-  const fs::path folder = fs::exists(own / "simulator", none) ? own / "simulator" : own;
-  for (const char* name : kStandins) {
-    if (!fs::exists(folder / name, none)) {
-      problem = std::string("the stand-in ") + name + " is not installed";
+  const std::filesystem::path own = OwnFolder();
+  const std::filesystem::path folder =
+      std::filesystem::exists(own / "simulator", none) ? own / "simulator" : own;
+  for (const wchar_t* name : kStandins) {
+    const std::filesystem::path file = folder / name;
+    if (!std::filesystem::exists(file, none)) {
+      problem = "the stand-in " + NameOfPath(file) + " is not installed";
       return false;
     }
-    preload.push_back((folder / name).string());
+    preload.push_back(LoadersName(file.wstring()));
+    if (!preload.back().empty()) continue;
+    problem = "Windows cannot load the stand-ins from " + NameOfPath(folder) +
+              "; move tavlynsim to a folder whose name is short and of English letters";
+    return false;
   }
   return true;
 }

@@ -9,9 +9,6 @@
 
 namespace tavlyn::sim {
 
-// Whether somebody types there, and no file or other program.
-bool InputIsTerminal();
-
 class TypedLines {
  public:
   TypedLines(Source& source, bool wanted);

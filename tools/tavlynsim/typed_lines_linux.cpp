@@ -11,8 +11,6 @@ struct TypedLines::Input {
   int fd;  // -1 once there is nothing more to come; poll() leaves such a number out by itself
 };
 
-bool InputIsTerminal() { return isatty(STDIN_FILENO) == 1; }
-
 TypedLines::TypedLines(Source& source, bool wanted)
     : source_(source), input_(new Input{wanted ? STDIN_FILENO : -1}) {}
 

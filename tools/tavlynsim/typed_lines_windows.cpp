@@ -14,11 +14,6 @@ struct TypedLines::Input {
   std::string came;
 };
 
-bool InputIsTerminal() {
-  DWORD mode = 0;
-  return GetConsoleMode(GetStdHandle(STD_INPUT_HANDLE), &mode) != FALSE;
-}
-
 TypedLines::TypedLines(Source& source, bool wanted) : source_(source), input_(std::make_unique<Input>()) {
   if (!wanted) return;
   std::thread([input = input_.get()] {

@@ -1,0 +1,11 @@
+// A program that takes no Ctrl-C. It says so, and never ends.
+#include <windows.h>
+
+#include <cstdio>
+
+int main() {
+  SetConsoleCtrlHandler([](DWORD) -> BOOL { return TRUE; }, TRUE);
+  std::fputs("here\n", stderr);
+  std::fflush(stderr);
+  Sleep(INFINITE);
+}
