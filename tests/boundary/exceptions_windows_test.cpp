@@ -1,5 +1,8 @@
 // Exceptions that do not stem from this compiler, in code of others that the library calls. The process goes
 // on, and nobody finds the library locked.
+#include <winsock2.h>
+
+// winsock2.h has to come first.
 #include <windows.h>
 
 #include <string>
@@ -28,7 +31,7 @@ class SystemExceptions : public ReaderUsb {
   }
 
   void ExpectUnlocked() const {
-    const auto disconnect = CALL(*library_, USBDisconnect);
+    auto disconnect = CALL(*library_, USBDisconnect);
     const auto other = [](void* call) -> DWORD { return reinterpret_cast<decltype(disconnect)>(call)(); };
     HANDLE thread = CreateThread(nullptr, 0, other, reinterpret_cast<void*>(disconnect), 0, nullptr);
     EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(thread, 60'000)) << "the library is locked";

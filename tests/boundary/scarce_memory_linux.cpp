@@ -59,7 +59,7 @@ Place CallerOfSystem() {
 }
 
 // Whether the library's memory has run out, with the address that an allocation returns to.
-bool RanOut(const void* returnsTo) {
+[[maybe_unused]] bool RanOut(const void* returnsTo) {
   if (!denying) return false;
   Place caller = PlaceOf(returnsTo);
   if (caller == Place::kSystem) caller = CallerOfSystem();

@@ -278,6 +278,7 @@ TEST_F(TavlynctlLinks, CtrlCLeavesTheCursorOnANewLine) {
 
 TEST_F(TavlynctlLinks, FindTellsHowLongItTakes) {
   const Ended told = RunLine("upon 'kill -TERM $pid' " + kCtl + " find 127.5.5.1-254");
+  EXPECT_EQ(128 + SIGTERM, told.status);
   EXPECT_TRUE(told.err.starts_with("asking 127.5.5.1 to 254 takes up to 127 seconds\n")) << told.err;
 }
 

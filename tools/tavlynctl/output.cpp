@@ -151,7 +151,7 @@ void ShowEvent(const Json& event, const std::string& line, bool asJson) {
 }
 
 void FlushOutput() {
-  if (std::fflush(stdout) == 0) return;
+  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return;
   throw Failure(kBadFile, "the standard output cannot be written");
 }
 

@@ -13,8 +13,8 @@ volatile std::sig_atomic_t stopped = 0;
 
 void NoteStop() {
   for (const int one : kEnding) {
-    std::signal(one, [](int) {
-      stopped = 1;
+    std::signal(one, [](int signal) {
+      stopped = signal;
       for (const int next : kEnding) std::signal(next, SIG_DFL);
     });
   }
@@ -22,6 +22,6 @@ void NoteStop() {
 
 bool IsStopped() { return stopped != 0; }
 
-void EndStopped() { std::raise(SIGINT); }
+void EndStopped() { std::raise(stopped); }
 
 }  // namespace tavlyn::ctl

@@ -35,7 +35,10 @@ std::FILE* RegularFileOf(int descriptor, const char* mode) {
 }  // namespace
 
 std::FILE* OpenFile(const char* path, const char* mode) {
-  std::FILE* file = path != nullptr ? std::fopen(path, mode) : nullptr;
+  // No program that the process starts meanwhile gets it.
+  char ours[8];
+  std::snprintf(ours, sizeof ours, "%.6se", mode);
+  std::FILE* file = path != nullptr ? std::fopen(path, ours) : nullptr;
   if (file == nullptr || !HasFormat(fileno(file), S_IFDIR)) return file;
   std::fclose(file);
   return nullptr;
