@@ -78,7 +78,8 @@ TAVLYN_API uint32_t TAVLYN_CALL WriteBLEKeyToFile(const char* path);
  * the other kind or malformed (0x30000001, nothing is sent); an exchange failed (0x30000001; parts before it
  * stay). Bytes that the file does not hold are written as zeros. Traffic for each 128 bytes: 89 90 00 00 11
  * 01 80 part, 32 times 89 90 00 n and four bytes, 89 90 00 FF 00 00 00 part, 100 ms (not for the key), the
- * same with part + 80; two reports each. The reports of the key are one byte longer than usual. */
+ * same with part + 80; two reports each. The reports of the key are one byte longer than usual: where the
+ * system passes only those of the length that the device tells, nothing of the key is sent (0x30000203). */
 TAVLYN_API uint32_t TAVLYN_CALL WriteBLEDataToReader(const char* path);
 TAVLYN_API uint32_t TAVLYN_CALL WriteBLEKeyToReader(const char* path);
 

@@ -13,6 +13,7 @@
 #include "sim/carriers/standin_control.h"
 #include "sim/carriers/windows/standin.h"
 
+using tavlyn::sim::FeatureReportBytes;
 using tavlyn::sim::HidIdentity;
 using tavlyn::sim::TheStandin;
 
@@ -61,7 +62,7 @@ BOOLEAN WINAPI StandinGetPreparsedData(HANDLE device, PHIDP_PREPARSED_DATA* pars
   const auto identity = TheStandin().Identity(device);
   if (identity == nullptr || identity->usages.empty()) return FALSE;
   *parsed = reinterpret_cast<PHIDP_PREPARSED_DATA>(
-      new Parsed{identity->usages.front(), static_cast<USHORT>(identity->featureBytes + 1)});
+      new Parsed{identity->usages.front(), static_cast<USHORT>(FeatureReportBytes(*identity))});
   return TRUE;
 }
 

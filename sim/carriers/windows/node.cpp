@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cstdio>
 #include <cwchar>
+#include <iterator>
+#include <string_view>
 
 namespace tavlyn::sim {
 namespace {
@@ -31,10 +33,22 @@ std::string PathOf(const HidIdentity& identity, int serial, const char* cls) {
   return path;
 }
 
-std::wstring PipeOf(int serial) {
+std::wstring PipeOf(int serial, const wchar_t* purpose) {
   wchar_t name[64];
-  std::swprintf(name, std::size(name), L"\\tavlyn-hid-%lx-%d", GetCurrentProcessId(), serial);
+  std::swprintf(name, std::size(name), L"\\tavlyn-hid-%lx-%d-%ls", GetCurrentProcessId(), serial, purpose);
   return name;
+}
+
+// The serial number in the names is never used again, so that a handle on a device that is gone does not
+// lead to the one plugged in its place.
+int NextSerial() {
+  static int serial = 0;
+  return ++serial;
+}
+
+// Looking into a pipe takes the right to read it.
+bool HasAccess(HANDLE handle) {
+  return PeekNamedPipe(handle, nullptr, 0, nullptr, nullptr, nullptr) != FALSE;
 }
 
 enum class End { kReady, kOpen, kLeft };
@@ -53,31 +67,68 @@ UNICODE_STRING Unicode(std::wstring& text) {
 
 }  // namespace
 
-// The serial number in the names is never used again, so that a handle on a device that is gone does not
-// lead to the one plugged in its place.
-Node::Node(const HidIdentity& identity) {
-  static int serial = 0;
-  ++serial;
-  pipe_ = PipeOf(serial);
-  Tend();
-  hidPath_ = PathOf(identity, serial, kHidClass);
-  Link(hidPath_);
-  if (!HasUsage(identity, kKeyboard)) return;
-  keyboardPath_ = PathOf(identity, serial, kKeyboardClass);
-  Link(keyboardPath_);
-}
-
-Node::~Node() {
-  for (HANDLE link : links_) CloseHandle(link);
+Pipe::~Pipe() {
   for (HANDLE end : ends_) CloseHandle(end);
 }
 
+bool Pipe::Owns(HANDLE handle) const {
+  alignas(FILE_NAME_INFO) char buffer[sizeof(FILE_NAME_INFO) + 512];
+  if (!GetFileInformationByHandleEx(handle, FileNameInfo, buffer, sizeof buffer)) return false;
+  const auto* info = reinterpret_cast<const FILE_NAME_INFO*>(buffer);
+  return name_ == std::wstring_view(info->FileName, info->FileNameLength / sizeof(wchar_t));
+}
+
+void Pipe::Tend() {
+  std::erase_if(ends_, [](HANDLE end) { return StateOf(end) == End::kLeft && CloseHandle(end); });
+  auto ready =
+      std::count_if(ends_.begin(), ends_.end(), [](HANDLE end) { return StateOf(end) == End::kReady; });
+  for (; ready < kReadyEnds; ++ready) {
+    const std::wstring path = L"\\\\.\\pipe" + name_;
+    HANDLE end =
+        CreateNamedPipeW(path.c_str(), directions_, PIPE_TYPE_MESSAGE | PIPE_READMODE_MESSAGE | PIPE_NOWAIT,
+                         PIPE_UNLIMITED_INSTANCES, kPipeBytes, kPipeBytes, 0, nullptr);
+    if (end == INVALID_HANDLE_VALUE) return;
+    ends_.push_back(end);
+  }
+}
+
+std::vector<HANDLE> Pipe::Open() const {
+  std::vector<HANDLE> open;
+  std::copy_if(ends_.begin(), ends_.end(), std::back_inserter(open),
+               [](HANDLE end) { return StateOf(end) == End::kOpen; });
+  return open;
+}
+
+// A program does not read what only it may write.
+Node::Node(const HidIdentity& identity)
+    : serial_(NextSerial()),
+      pipe_(PipeOf(serial_, L"all"), PIPE_ACCESS_DUPLEX),
+      withoutAccess_(PipeOf(serial_, L"none"), PIPE_ACCESS_INBOUND),
+      hidPath_(PathOf(identity, serial_, kHidClass)) {
+  if (HasUsage(identity, kKeyboard)) keyboardPath_ = PathOf(identity, serial_, kKeyboardClass);
+  LinkAll();
+}
+
+Node::~Node() { Unlink(); }
+
+void Node::Unlink() {
+  for (HANDLE link : links_) CloseHandle(link);
+  links_.clear();
+}
+
+void Node::LinkAll() {
+  const Pipe& pipe = holders_.empty() ? pipe_ : withoutAccess_;
+  Unlink();
+  Link(hidPath_, pipe);
+  if (!keyboardPath_.empty()) Link(keyboardPath_, pipe);
+}
+
 // DefineDosDevice would leave the link behind for good.
-void Node::Link(const std::string& path) {
+void Node::Link(const std::string& path, const Pipe& pipe) {
   const auto create = reinterpret_cast<CreateLink>(
       reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("ntdll.dll"), "NtCreateSymbolicLinkObject")));
   std::wstring name = L"\\??\\" + std::wstring(path.begin() + 4, path.end());
-  std::wstring target = L"\\Device\\NamedPipe" + pipe_;
+  std::wstring target = L"\\Device\\NamedPipe" + pipe.Name();
   UNICODE_STRING nameText = Unicode(name);
   UNICODE_STRING targetText = Unicode(target);
   OBJECT_ATTRIBUTES attributes;
@@ -87,36 +138,27 @@ void Node::Link(const std::string& path) {
   if (create(&link, kAllAccess, &attributes, &targetText) >= 0) links_.push_back(link);
 }
 
-bool Node::Owns(HANDLE handle) const {
-  alignas(FILE_NAME_INFO) char buffer[sizeof(FILE_NAME_INFO) + 512];
-  if (!GetFileInformationByHandleEx(handle, FileNameInfo, buffer, sizeof buffer)) return false;
-  const auto* info = reinterpret_cast<const FILE_NAME_INFO*>(buffer);
-  return pipe_ == std::wstring_view(info->FileName, info->FileNameLength / sizeof(wchar_t));
+bool Node::Owns(HANDLE handle) const { return pipe_.Owns(handle) || withoutAccess_.Owns(handle); }
+
+void Node::Note(HANDLE handle) {
+  const bool known = std::find(holders_.begin(), holders_.end(), handle) != holders_.end();
+  if (known || !HasAccess(handle)) return;
+  holders_.push_back(handle);
+  if (holders_.size() == 1) LinkAll();
 }
 
+// A handle's number may by now be another one's.
 void Node::Tend() {
-  std::erase_if(ends_, [](HANDLE end) { return StateOf(end) == End::kLeft && CloseHandle(end); });
-  auto ready =
-      std::count_if(ends_.begin(), ends_.end(), [](HANDLE end) { return StateOf(end) == End::kReady; });
-  for (; ready < kReadyEnds; ++ready) {
-    const std::wstring path = L"\\\\.\\pipe" + pipe_;
-    HANDLE end = CreateNamedPipeW(path.c_str(), PIPE_ACCESS_DUPLEX,
-                                  PIPE_TYPE_MESSAGE | PIPE_READMODE_MESSAGE | PIPE_NOWAIT,
-                                  PIPE_UNLIMITED_INSTANCES, kPipeBytes, kPipeBytes, 0, nullptr);
-    if (end == INVALID_HANDLE_VALUE) return;
-    ends_.push_back(end);
-  }
-}
-
-bool Node::IsOpen() const {
-  return std::any_of(ends_.begin(), ends_.end(), [](HANDLE end) { return StateOf(end) == End::kOpen; });
+  pipe_.Tend();
+  withoutAccess_.Tend();
+  const auto left = [this](HANDLE holder) { return !pipe_.Owns(holder) || !HasAccess(holder); };
+  if (std::erase_if(holders_, left) != 0 && holders_.empty()) LinkAll();
 }
 
 // Who never reads has a full pipe some day and misses reports, as with a real device.
 void Node::Deliver(std::span<const std::uint8_t> inputReport) {
-  for (HANDLE end : ends_) {
+  for (HANDLE end : pipe_.Open()) {
     DWORD written = 0;
-    if (StateOf(end) != End::kOpen) continue;
     WriteFile(end, inputReport.data(), static_cast<DWORD>(inputReport.size()), &written, nullptr);
   }
 }

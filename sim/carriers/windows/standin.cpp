@@ -72,26 +72,31 @@ std::unique_ptr<HidIdentity> Standin::Identity(HANDLE device) {
 }
 
 bool Standin::SetFeature(HANDLE device, std::span<const std::uint8_t> report) {
-  const std::lock_guard lock(mutex_);
-  exchanged_ = Clock::now();
-  const Present* present = Find(device);
-  const bool done = present != nullptr && source_.SetFeature(present->listed.key, report) == Outcome::kDone;
-  Update();
-  return done;
+  return Exchange(device, report.size(), [&](Key key) { return source_.SetFeature(key, report); });
 }
 
 bool Standin::GetFeature(HANDLE device, std::span<std::uint8_t> report) {
+  return Exchange(device, report.size(), [&](Key key) { return source_.GetFeature(key, report); });
+}
+
+template <typename Call>
+bool Standin::Exchange(HANDLE device, std::size_t length, Call call) {
   const std::lock_guard lock(mutex_);
   exchanged_ = Clock::now();
   const Present* present = Find(device);
-  const bool done = present != nullptr && source_.GetFeature(present->listed.key, report) == Outcome::kDone;
+  const bool fits = present != nullptr && length == FeatureReportBytes(present->listed.identity);
+  const bool wrongLength = present != nullptr && !fits;
+  const bool done = fits && call(present->listed.key) == Outcome::kDone;
   Update();
+  if (wrongLength) SetLastError(ERROR_INVALID_PARAMETER);
   return done;
 }
 
 const Standin::Present* Standin::Find(HANDLE device) const {
   const auto at = std::ranges::find_if(nodes_, [&](const Present& one) { return one.node->Owns(device); });
-  return at == nodes_.end() ? nullptr : &*at;
+  if (at == nodes_.end()) return nullptr;
+  at->node->Note(device);
+  return &*at;
 }
 
 void Standin::Update() {

@@ -7,6 +7,7 @@
 #include <windows.h>
 
 #include <chrono>
+#include <cstddef>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -17,6 +18,11 @@
 #include "sim/carriers/windows/node.h"
 
 namespace tavlyn::sim {
+
+// The length of a feature report with its report ID: the only one that the system hands on. 0: it has none.
+inline std::size_t FeatureReportBytes(const HidIdentity& identity) {
+  return identity.featureBytes == 0 ? 0 : identity.featureBytes + 1;
+}
 
 class Standin {
  public:
@@ -39,6 +45,9 @@ class Standin {
 
   // Makes the nodes match the source and hands queued input reports on.
   void Update();
+  // True: the call came back with kDone. It is made only for a device that is present and the right length.
+  template <typename Call>
+  bool Exchange(HANDLE device, std::size_t length, Call call);
   // Null: none that is present.
   const Present* Find(HANDLE device) const;
 
