@@ -117,7 +117,8 @@ void Node::Unlink() {
 }
 
 void Node::LinkAll() {
-  const Pipe& pipe = holders_.empty() ? pipe_ : withoutAccess_;
+  Pipe& pipe = holders_.empty() ? pipe_ : withoutAccess_;
+  pipe.Tend();
   Unlink();
   Link(hidPath_, pipe);
   if (!keyboardPath_.empty()) Link(keyboardPath_, pipe);
@@ -150,7 +151,7 @@ void Node::Note(HANDLE handle) {
 // A handle's number may by now be another one's.
 void Node::Tend() {
   pipe_.Tend();
-  withoutAccess_.Tend();
+  if (!holders_.empty()) withoutAccess_.Tend();
   const auto left = [this](HANDLE holder) { return !pipe_.Owns(holder) || !HasAccess(holder); };
   if (std::erase_if(holders_, left) != 0 && holders_.empty()) LinkAll();
 }

@@ -22,7 +22,7 @@ namespace tavlyn::sim {
 class Pipe {
  public:
   // The name is the one below the pipe folder, with a leading backslash.
-  Pipe(std::wstring name, DWORD directions) : name_(std::move(name)), directions_(directions) { Tend(); }
+  Pipe(std::wstring name, DWORD directions) : name_(std::move(name)), directions_(directions) {}
   ~Pipe();
   Pipe(const Pipe&) = delete;
   Pipe& operator=(const Pipe&) = delete;
