@@ -8,9 +8,9 @@
  * configuration and firmware words of each one found. pDID, which may be null, receives the device ID word of
  * entry 0 on success only. 1: a device was found and every configuration was read. 0: nothing was found, or a
  * configuration read failed; the table then keeps what was found (GetDevCnt). Handles of an earlier connect
- * are not closed: call USBDisconnect first. On Windows a reader 7A31:3BFB is opened for this program alone:
- * a second connect without a disconnect finds it and cannot talk to it any more (0), nor can any program until
- * the library is unloaded; while another program reads its input a connect finds it likewise.
+ * are not closed: call USBDisconnect first. On Windows a reader 7A31:3BFB is opened for this program alone: a
+ * second connect without a disconnect finds it and cannot talk to it (0), nor can any other until the library
+ * is unloaded; while another program reads its input, a connect finds it likewise.
  * The mirror of the device that stood in an entry before stays there, over a disconnect too: records, marks
  * of what is not written yet, hash keys, configuration in use. A read overwrites it, but for hash keys, which
  * the next write of separated fields sends, and the mark of LEDs, beeper and relay. Where the connect has not
