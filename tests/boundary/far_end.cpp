@@ -32,7 +32,7 @@ void Flooding::TakeByte(std::uint8_t) {
 
 TcpDevice::TcpDevice(Ip ip, sim::ByteDevice& device, sim::LineManner manner, sim::MacAddress mac)
     : adapter_(device, {mac, ip}, 0), attended_({&adapter_}) {
-  if (!adapter_.IsPlugged()) throw std::runtime_error("no adapter");
+  if (!adapter_.IsPlugged()) throw std::runtime_error(adapter_.Problem());
   With([&] { adapter_.Manner() = manner; });
 }
 

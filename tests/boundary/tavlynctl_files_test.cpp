@@ -240,7 +240,8 @@ TEST_F(TavlynctlFiles, APlusReaderBehindAnotherIsReadWhole) {
   EXPECT_EQ(3u, ParsedText(ended[4])["configurations"].size());
   EXPECT_EQ(0, ended[5].status) << ended[5].err;
   // The file does not hold byte 3 of separator data that was never set.
-  for (const Json& row : ParsedText(ended[6])["differences"]) EXPECT_EQ("sFldSepData[3]", row["field"]);
+  const Json differences = ParsedText(ended[6])["differences"];
+  for (const Json& row : differences) EXPECT_EQ("sFldSepData[3]", row["field"]);
   EXPECT_EQ(true, ParsedText(ended[7])["verified"]);
   EXPECT_EQ(0, ParsedText(ended[8])["fields"]["CfgFlags2.bDspHex"]);
   EXPECT_EQ("F104", ParsedText(ended[9])["configurations"][2]["card_type"]);
