@@ -6,7 +6,14 @@ namespace {
 
 constexpr int kConnects = 1000;
 
-using LeakWire = Wire;
+class LeakWire : public Wire {
+ protected:
+  // What the system opens for the first sockets and keeps is no leak.
+  LeakWire() {
+    CALL(library_, FindXport)(127, 2, 0, 1, 1);
+    ConnectTo({127, 3, 3, 3}, 1);
+  }
+};
 
 TEST_F(LeakWire, ReaderOnAPort) {
   PortDevice device(ports_, kDevicePort, line_);
