@@ -12,8 +12,8 @@
 
 namespace tavlyn {
 
-// A path may name a device that never ends: the files meant here are a few kilobytes, and what has more
-// pieces than this and is no regular file is none of them.
+// A path may name a device that never ends. The files meant here are a few kilobytes, so whatever is not a
+// regular file is read up to this many pieces.
 inline constexpr std::uint64_t kMostPieces = 1U << 20;
 
 template <std::size_t kRoom>

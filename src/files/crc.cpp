@@ -52,7 +52,7 @@ struct HwgTrailer {
   std::string_view value;
 };
 
-// Adds what the sum covers up to a marker with a value line behind it.
+// Adds what the sum covers up to a marker that a value line follows.
 HwgTrailer FindHwgTrailer(Lines<kShortLine>& lines, CRC& sum) {
   std::string_view line;
   if (!lines.Next(line)) return {};

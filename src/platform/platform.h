@@ -97,8 +97,8 @@ class HidSystem {
   virtual bool GetFeature(Handle device, std::span<std::uint8_t> report) = 0;
   virtual bool SetFeature(Handle device, std::span<const std::uint8_t> report) = 0;
 
-  // Takes one queued input report and drops the rest of the queue; waits for nothing. A handle that is none
-  // has nothing; kGone is told of a device that has left.
+  // Takes one queued input report and drops the rest of the queue; waits for nothing. A number that is not
+  // an open handle has nothing; kGone is told of a device that has left.
   virtual Drain DrainInput(Handle device, std::span<std::uint8_t> report) = 0;
 
  protected:
