@@ -1,5 +1,5 @@
-// Files on disk. They are not simulated: the tests have files, too. Each call gives a file of the C library, or
-// null when it could not be opened or the path is null.
+// Files on disk. They are not simulated: the tests have files, too. Each call gives a file of the C library,
+// or null when it could not be opened or the path is null.
 #pragma once
 
 #include <cstdio>
