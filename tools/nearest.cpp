@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <numeric>
 
-#include "core/ascii_case.h"
+#include "core/text.h"
 
 namespace tavlyn {
 namespace {

@@ -1,16 +1,18 @@
-// The three ways in which an export begins. Unchecked exports, the third way, use ActiveEntry() as it is.
+// How an export begins: through the family table, for readers alone, or unchecked on EntryOfActDev().
 #pragma once
 
 #include <cstdint>
 
+#include "core/lock.h"
 #include "core/product.h"
 #include "core/state.h"
+#include "core/trace.h"
 
 namespace tavlyn {
 
 // The active device's table, or null when no device is active or its kind is not known.
 inline const Product* ActiveProduct() {
-  return ActiveInRange() ? ProductOf(ActiveEntry().ProductKind) : nullptr;
+  return ActiveInRange() ? ProductOf(EntryOfActDev().ProductKind) : nullptr;
 }
 
 // The usual opening: the active device's routine for the operation, UnsupportedValue without a device or a
@@ -22,14 +24,60 @@ std::uint32_t Dispatch(Result (*Product::*routine)(Parameters...), Arguments... 
   return static_cast<std::uint16_t>((product->*routine)(arguments...));
 }
 
-inline bool ReaderIsActive() { return ActiveInRange() && ActiveEntry().ProductKind == kReader; }
-inline bool MagstripeIsActive() { return ActiveInRange() && ActiveEntry().ProductKind == kMagstripe; }
-inline bool SonarIsActive() { return ActiveInRange() && ActiveEntry().ProductKind == kSonar; }
-inline bool PlusReaderIsActive() { return ReaderIsActive() && ActiveEntry().PlusState == kPlusReader; }
+inline bool ReaderIsActive() { return ActiveInRange() && EntryOfActDev().ProductKind == kReader; }
+inline bool MagstripeIsActive() { return ActiveInRange() && EntryOfActDev().ProductKind == kMagstripe; }
+inline bool SonarIsActive() { return ActiveInRange() && EntryOfActDev().ProductKind == kSonar; }
+inline bool PlusReaderIsActive() { return ReaderIsActive() && EntryOfActDev().PlusState == kPlusReader; }
 
 // UnsupportedValue for the few exports that sign-extend it.
 inline std::uint32_t UnsupportedSigned() {
   return static_cast<std::uint32_t>(static_cast<std::int16_t>(UnsupportedValue));
+}
+
+// A configuration record of the active device, whatever its kind, as eight words.
+inline std::uint32_t GetActiveRecord(Record record, std::int16_t* words) {
+  const Product* product = ActiveProduct();
+  if (product == nullptr || product->getRecord[record] == nullptr) return UnsupportedValue;
+  return product->getRecord[record](words);
+}
+
+inline std::uint32_t SetActiveRecord(Record record, const std::int16_t* words) {
+  const Product* product = ActiveProduct();
+  if (product == nullptr || product->setRecord[record] == nullptr) return UnsupportedValue;
+  return product->setRecord[record](words);
+}
+
+// Reading and writing a device's configuration whatever its kind, under the lock: what connects, exports and
+// files share. Both give 0 when no device is active, here deliberately not UnsupportedValue.
+inline std::uint32_t ReadCfgLocked() {
+  const Locked lock;
+  return ActiveInRange() ? Dispatch(&Product::readCfg) : 0;
+}
+
+// Traced, because a write changes the device: a file load shows as one.
+inline std::uint32_t WriteCfgLocked() {
+  constexpr const char* kTag = "WriteCfg";
+  LogLine(kTag, "ENTER");
+  std::uint32_t result = 0;
+  {
+    const Locked lock;
+    if (ActiveInRange()) result = Dispatch(&Product::writeCfg);
+  }
+  if (result != 0) LogLine(kTag, kSuccess);
+  LogLine(kTag, "EXIT");
+  return result;
+}
+
+// Which stored configuration of a plus reader the record calls act on. Only a plus reader has several.
+inline std::uint16_t HighestConfig() {
+  return PlusReaderIsActive() ? EntryOfActDev().MaxConfig : std::uint16_t{0};
+}
+
+// On the host alone; the reader is told by its own command.
+inline bool UseConfig(std::uint8_t index) {
+  if (!PlusReaderIsActive() || index > EntryOfActDev().MaxConfig) return false;
+  EntryOfActDev().ActConfig = index;
+  return true;
 }
 
 }  // namespace tavlyn

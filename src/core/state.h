@@ -1,7 +1,6 @@
 // The whole state of the library: the table of devices and the variables that all devices share.
 //
-// Everything here starts as plain zeros and gets its defaults from Load() (front/load.cpp), so that no
-// initialiser of this file can run after it.
+// It gets its defaults from Load() (front/load.cpp); no initialiser of this file runs at any time.
 #pragma once
 
 #include <algorithm>
@@ -10,9 +9,8 @@
 #include <cstdint>
 #include <span>
 
-#include "core/slot.h"
-#include "core/sonar_block.h"
-#include "core/sorbane_block.h"
+#include "core/mirror.h"
+#include "core/text.h"
 #include "platform/platform.h"
 
 namespace tavlyn {
@@ -124,8 +122,71 @@ inline constinit std::int16_t AsciiProtocol = 0;
 inline constinit std::uint8_t EnhanceSecurityOn = 0;
 inline constinit std::uint32_t StatusWord = 0;  // SW1 SW2 of the last serial exchange that got that far
 
+// The ID of the last fetch, on whichever device.
+inline constexpr std::size_t kIdBytes = 32;
+
+inline constinit std::array<std::uint8_t, kIdBytes> LastIDBytes{};
+inline constinit std::uint32_t LastIDBits = 0;
+inline constinit std::uint16_t LastIDLen = 0;  // what the last lower-case call asked for
+
+// The card analyzer.
+inline constinit std::int32_t AnalyzerStatus = -1;  // -1: the last query failed
+inline constinit std::uint8_t AnalyzerCount = 0;    // of the last good query, on whichever device
+
+// The last four are passed on and named by their index alone: what they mean is the reader's affair.
+struct IdRecord {
+  std::array<std::uint8_t, kIdBytes> id;
+  std::int16_t at32;
+  std::uint16_t at33;
+  std::uint8_t at34;
+  std::uint8_t at35;
+};
+
+// What exports keep from one call to the next for callers that take or give bytes one by one, or are handed a
+// pointer.
+struct CallBuffers {
+  PathBuffer savePath;
+  PathBuffer loadPath;
+  PathBuffer arrivalPath;
+  PathBuffer removalPath;
+  // Copied when a program asks for character 0, so that it can read on while the table changes.
+  std::array<char, 25> partNumber;
+  // Position 0 is the report ID's; the last one is never sent.
+  std::array<std::uint8_t, 10> RawCmd;
+  std::array<std::uint8_t, 10> RawReply;
+  std::array<char, 41> rawText;
+  std::array<char, 25> readerText;
+  std::array<std::uint8_t, 32> readerEsn;
+  std::array<std::uint8_t, 256> cardData;
+  std::array<std::uint8_t, 1024> portRead;
+  std::array<std::uint8_t, 1024> portQuickRead;
+  IdRecord QueuedID;
+};
+inline constinit CallBuffers Buffers{};
+
+// Report ID, then the packet of a transaction.
+using SorbaneReport = std::array<std::uint8_t, 25>;
+// Header, the data of a track, zeros.
+using SorbaneTrack = std::array<std::uint8_t, 257>;
+
+// Pointers that programs were given lead here.
+struct SorbaneBuffers {
+  SorbaneReport request;
+  SorbaneReport reply;
+  SorbaneTrack track;
+  SorbaneTrack trackCopy;  // for byte by byte reading
+  SorbaneTrack field;
+  std::array<std::uint8_t, 32> queuedId;
+  std::uint16_t queueCount;
+  std::uint8_t queueState;
+};
+inline constinit SorbaneBuffers Sorbane{};
+
+// The records as the sensor read last sent them, before limits.
+inline constinit SonarWords SonarShadow{};
+
 // The entry that ActDev names, in range or not: ActDev stays within the table by all its writers.
-inline tsDevEntry& ActiveEntry() { return DevTable[ActDev]; }
+inline tsDevEntry& EntryOfActDev() { return DevTable[ActDev]; }
 
 inline std::span<tsDevEntry> LiveEntries() {
   return DevTable.First(std::clamp<std::int16_t>(DevCnt, 0, kTableEntries));

@@ -1,12 +1,21 @@
-// The library's version.
+// The version of the library, and the version words of the devices that have but two.
 #pragma once
 
 #include <cstdint>
+
+#include "core/state.h"
 
 namespace tavlyn {
 
 inline constexpr std::uint16_t kVersionMajor = 7;
 inline constexpr std::uint16_t kVersionMinor = 9;
 inline constexpr std::uint16_t kVersionBuild = 2;
+
+// A magstripe reader or a sonar sensor, as GetFirmwareVersion numbers the words.
+inline std::uint32_t VersionWord(std::uint16_t /*cpu*/, std::uint16_t index) {
+  const tsDevEntry& entry = EntryOfActDev();
+  if (index == 0) return entry.DID;
+  return index == 1 ? entry.DID2 : 0;
+}
 
 }  // namespace tavlyn

@@ -4,8 +4,8 @@
 #include <cstdlib>
 
 #include "api.h"
-#include "core/analyzer_state.h"
 #include "core/openings.h"
+#include "core/state.h"
 #include "extensions/exchange.h"
 
 namespace tavlyn {
@@ -23,8 +23,8 @@ static_assert(sizeof(CardAnalyzerRecord) == 40 && offsetof(CardAnalyzerRecord, B
 // The error word of any device is cleared, that of one without an analyzer too.
 bool AnalyzerIsActive() {
   if (!ActiveInRange()) return false;
-  ActiveEntry().LastLibErr = 0;
-  return ReaderIsActive() && ActiveEntry().LinkKind == kByReports;
+  EntryOfActDev().LastLibErr = 0;
+  return ReaderIsActive() && EntryOfActDev().LinkKind == kByReports;
 }
 
 bool Echoes(const ReportPair& pair, std::size_t bytes) {
@@ -61,7 +61,7 @@ void FetchBits(std::uint8_t number, CardAnalyzerRecord& record) {
 
 CardAnalyzerRecord FetchRecord(std::uint8_t number) {
   // For each record anew: the word in the end deliberately tells of the last one alone.
-  ActiveEntry().LastLibErr = 0;
+  EntryOfActDev().LastLibErr = 0;
   CardAnalyzerRecord record{};
   ReportPair pair;
   if (Exchange(command::kAnalyzerData, pair, number)) {

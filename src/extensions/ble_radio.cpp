@@ -12,9 +12,9 @@ constexpr std::uint8_t kConfiguration = 0x03;
 
 // Its reply in the pair.
 bool AskRadio(const Command& command, ReportPair& pair, std::uint32_t error, std::uint8_t x = 0) {
-  ActiveEntry().LastLibErr = 0;
+  EntryOfActDev().LastLibErr = 0;
   if (Exchange(command, pair, x)) return true;
-  ActiveEntry().LastLibErr |= error;
+  EntryOfActDev().LastLibErr |= error;
   return false;
 }
 

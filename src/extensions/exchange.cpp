@@ -11,7 +11,7 @@ bool Exchange(const Command& command, ReportPair& pair, std::uint8_t x, std::uin
 }
 
 void Fail(const char* tag, std::uint32_t error) {
-  ActiveEntry().LastLibErr |= error;
+  EntryOfActDev().LastLibErr |= error;
   LogFailure(tag);
 }
 

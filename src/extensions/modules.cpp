@@ -17,7 +17,7 @@ using namespace tavlyn;
 
 std::uint8_t GetModuleState(std::uint16_t module, std::uint16_t* state) {
   if (!ReaderIsActive()) return 0;
-  ActiveEntry().LastLibErr = 0;
+  EntryOfActDev().LastLibErr = 0;
   ReportPair pair;
   if (!Exchange(command::kReadModule, pair, static_cast<std::uint8_t>(module))) {
     Fail("ModuleState::getModuleState", TAVLYN_ERR_GET_MODULE);
@@ -29,7 +29,7 @@ std::uint8_t GetModuleState(std::uint16_t module, std::uint16_t* state) {
 
 std::uint8_t SetModuleState(std::uint16_t module, std::uint16_t state) {
   if (!ReaderIsActive()) return 0;
-  ActiveEntry().LastLibErr = 0;
+  EntryOfActDev().LastLibErr = 0;
   ReportPair pair;
   if (!Exchange(command::kWriteModule, pair, static_cast<std::uint8_t>(module),
                 state != 0 ? kModuleOn : kModuleOff)) {

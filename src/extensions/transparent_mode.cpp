@@ -16,7 +16,7 @@ constexpr std::uint32_t kForGood = 1;
 
 std::uint16_t Switch(const char* tag, std::uint8_t mode, std::uint32_t commit) {
   if (!ReaderIsActive()) return kModeOff;
-  ActiveEntry().LastLibErr = 0;
+  EntryOfActDev().LastLibErr = 0;
   ReportPair pair;
   if (!Exchange(command::kSetMode, pair, mode)) {
     Fail(tag, TAVLYN_ERR_SECURE);
@@ -36,7 +36,7 @@ using namespace tavlyn;
 
 std::uint16_t CheckTransparentMode() {
   if (!ReaderIsActive()) return kModeOff;
-  ActiveEntry().LastLibErr = 0;
+  EntryOfActDev().LastLibErr = 0;
   ReportPair pair;
   if (!Exchange(command::kAskMode, pair)) {
     Fail("TransparentMode::CheckTransparentMode", TAVLYN_ERR_SECURE);

@@ -3,10 +3,8 @@
 #include <cstdio>
 
 #include "api.h"
-#include "core/lines.h"
 #include "core/openings.h"
-#include "core/text_file.h"
-#include "core/text_tokens.h"
+#include "core/text.h"
 #include "core/wipe.h"
 #include "files/ble_memory.h"
 #include "files/integrity.h"
@@ -45,8 +43,8 @@ void PrintTail(std::FILE* file, const BleBlock& block) {
 std::uint32_t SaveBle(const BleBlock& block, const char* path) {
   // Without an active reader nothing is saved and the answer is deliberately 1 all the same.
   if (!ActiveInRange()) return 1;
-  ActiveEntry().LastLibErr = 0;
-  if (ActiveEntry().ProductKind != kReader) return 1;
+  EntryOfActDev().LastLibErr = 0;
+  if (EntryOfActDev().ProductKind != kReader) return 1;
   File file = CreateKeyFile(path);
   if (file == nullptr) return UnsupportedValue;
   PrintHead(file.get(), block);
@@ -57,7 +55,7 @@ std::uint32_t SaveBle(const BleBlock& block, const char* path) {
   PrintTail(file.get(), block);
   file.reset();
   if (CRC().AppendHwgTrailer(path) != 0) return 1;
-  ActiveEntry().LastLibErr |= TAVLYN_ERR_BLE_READ;
+  EntryOfActDev().LastLibErr |= TAVLYN_ERR_BLE_READ;
   return UnsupportedValue;
 }
 
@@ -117,14 +115,14 @@ bool LoadBlock(const BleBlock& block, const char* path) {
 
 std::uint32_t LoadBle(const BleBlock& block, const char* path) {
   if (!IsIntact(path, kHwgTrailer)) {
-    ActiveEntry().LastLibErr |= TAVLYN_ERR_INTEGRITY;
+    EntryOfActDev().LastLibErr |= TAVLYN_ERR_INTEGRITY;
     return UnsupportedValue;
   }
   // As in a save.
   if (!ReaderIsActive()) return 1;
-  ActiveEntry().LastLibErr = 0;
+  EntryOfActDev().LastLibErr = 0;
   if (LoadBlock(block, path)) return 1;
-  ActiveEntry().LastLibErr |= TAVLYN_ERR_BLE_WRITE;
+  EntryOfActDev().LastLibErr |= TAVLYN_ERR_BLE_WRITE;
   return UnsupportedValue;
 }
 

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "core/pause.h"
 #include "core/state.h"
 #include "files/item_packets.h"
-#include "platform/platform.h"
 
 namespace tavlyn {
 namespace {
@@ -16,7 +16,7 @@ constexpr BlockBytes ReadHeader(std::uint8_t selector) { return {0x10, 0x01, 0x0
 constexpr BlockBytes WriteHeader(std::uint8_t selector) { return {0x11, 0x01, kBlePiece, selector}; }
 
 void Wait(std::uint32_t milliseconds) {
-  if (milliseconds > 0) platform::TheHost().clock.Sleep(milliseconds);
+  if (milliseconds > 0) Pause(milliseconds);
 }
 
 // Exchanges of one command; after the first that failed there are no more.
@@ -63,7 +63,7 @@ void ReadBle(const BleBlock& block, std::span<std::uint8_t> bytes) {
   BleChannel channel(command::kReadItem, kItemReport);
   for (const BlePiece& piece : block.pieces) {
     if (!ReadPiece(channel, piece, bytes.first(kBlePiece))) {
-      ActiveEntry().LastLibErr |= TAVLYN_ERR_BLE_READ;
+      EntryOfActDev().LastLibErr |= TAVLYN_ERR_BLE_READ;
       return;
     }
     bytes = bytes.subspan(kBlePiece);

@@ -4,10 +4,7 @@
 #include <new>
 #include <string_view>
 
-#include "core/ascii_case.h"
-#include "core/lines.h"
-#include "core/text_file.h"
-#include "core/text_tokens.h"
+#include "core/text.h"
 
 namespace tavlyn {
 namespace {

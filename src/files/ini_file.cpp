@@ -12,10 +12,8 @@
 #include <string_view>
 
 #include "api.h"
-#include "core/lines.h"
 #include "core/openings.h"
-#include "core/text_file.h"
-#include "core/text_tokens.h"
+#include "core/text.h"
 #include "core/wipe.h"
 #include "files/integrity.h"
 #include "files/secure_items.h"
@@ -78,11 +76,11 @@ bool LoadItems(const char* path) {
 
 std::uint32_t LoadIniFile(const char* path) {
   if (!IsIntact(path, kIniTrailer)) {
-    ActiveEntry().LastLibErr |= TAVLYN_ERR_INTEGRITY;
+    EntryOfActDev().LastLibErr |= TAVLYN_ERR_INTEGRITY;
     return 0;
   }
   if (!ActiveInRange()) return 0;
-  ActiveEntry().LastLibErr = 0;
-  if (ActiveEntry().ProductKind != kReader) return 0;
+  EntryOfActDev().LastLibErr = 0;
+  if (EntryOfActDev().ProductKind != kReader) return 0;
   return LoadItems(path) ? 1 : 0;
 }

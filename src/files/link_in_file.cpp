@@ -4,7 +4,7 @@
 
 #include "api.h"
 #include "core/openings.h"
-#include "core/text_file.h"
+#include "core/text.h"
 
 using namespace tavlyn;
 
@@ -28,7 +28,7 @@ std::uint32_t LinkNamedIn(const char* path) {
 
 std::uint32_t ReadDevTypeFromFile(const char* path) {
   if (!ActiveInRange()) return UnsupportedValue;
-  switch (ActiveEntry().ProductKind) {
+  switch (EntryOfActDev().ProductKind) {
     case kMagstripe: return LinkNamedIn(path);
     case kSonar: return 0;
     default: return UnsupportedValue;

@@ -1,6 +1,6 @@
 // File exports for callers that hand over a path character by character.
 #include "api.h"
-#include "core/buffers.h"
+#include "core/state.h"
 
 using namespace tavlyn;
 

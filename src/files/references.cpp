@@ -15,7 +15,7 @@ namespace {
 constexpr std::size_t kMostBytes = 512;
 
 bool Fail() {
-  ActiveEntry().LastLibErr |= TAVLYN_ERR_REFERENCE;
+  EntryOfActDev().LastLibErr |= TAVLYN_ERR_REFERENCE;
   return false;
 }
 
@@ -25,14 +25,14 @@ bool Repeated(ItemChannel& channel, std::uint8_t block, const BlockBytes& bytes)
 
 // Only a lost reply leaves an error bit.
 bool WriteHeader(ItemChannel& channel, const BlockBytes& header) {
-  ActiveEntry().LastLibErr = 0;
+  EntryOfActDev().LastLibErr = 0;
   const Xfer done = channel.Exchange(command::kWriteItem, kHeaderBlock, header);
   if (done == Xfer::kNoReply) return Fail();
   return done == Xfer::kDone && channel.Echoed();
 }
 
 bool WritePayload(ItemChannel& channel, std::span<const std::uint8_t> data) {
-  ActiveEntry().LastLibErr = 0;
+  EntryOfActDev().LastLibErr = 0;
   for (std::size_t block = 1; block <= BlockCount(data.size()); ++block) {
     if (!Repeated(channel, static_cast<std::uint8_t>(block), BlockAt(data, block))) return Fail();
   }

@@ -9,22 +9,22 @@ std::uint32_t CheckTamperedFile(const char* path, std::uint32_t kind) { return I
 
 std::uint32_t ReadDevCfgFromSecureFile(const char* path) {
   if (!IsIntact(path, kHwgTrailer)) {
-    ActiveEntry().LastLibErr |= TAVLYN_ERR_INTEGRITY;
+    EntryOfActDev().LastLibErr |= TAVLYN_ERR_INTEGRITY;
     return 0;
   }
   // Without an active reader nothing is loaded and the answer is deliberately 1 all the same.
   if (!ActiveInRange()) return 1;
-  ActiveEntry().LastLibErr = 0;
-  if (ActiveEntry().ProductKind == kReader && LoadTemplateFile(path) == 0) return UnsupportedValue;
+  EntryOfActDev().LastLibErr = 0;
+  if (EntryOfActDev().ProductKind == kReader && LoadTemplateFile(path) == 0) return UnsupportedValue;
   return 1;
 }
 
 std::uint32_t WriteDevCfgToSecureFile(const char* path) {
   if (!ActiveInRange()) return 1;
-  ActiveEntry().LastLibErr = 0;
-  if (ActiveEntry().ProductKind != kReader) return 1;
+  EntryOfActDev().LastLibErr = 0;
+  if (EntryOfActDev().ProductKind != kReader) return 1;
   if (SaveTemplateFile(path) == 0) return UnsupportedValue;
   if (CRC().AppendSecureTrailer(path) == 0) return 1;
-  ActiveEntry().LastLibErr |= TAVLYN_ERR_INTEGRITY;
+  EntryOfActDev().LastLibErr |= TAVLYN_ERR_INTEGRITY;
   return UnsupportedValue;
 }

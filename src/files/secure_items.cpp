@@ -5,9 +5,9 @@
 
 #include "api.h"
 #include "core/openings.h"
+#include "core/pause.h"
 #include "core/trace.h"
 #include "files/item_packets.h"
-#include "platform/platform.h"
 
 namespace tavlyn {
 namespace {
@@ -15,7 +15,7 @@ namespace {
 constexpr std::uint32_t kStoreTime = 500;  // the reader needs it between the end of an item and the commit
 
 bool Fail(const char* tag) {
-  ActiveEntry().LastLibErr |= TAVLYN_ERR_SECURE;
+  EntryOfActDev().LastLibErr |= TAVLYN_ERR_SECURE;
   LogFailure(tag);
   return false;
 }
@@ -23,7 +23,7 @@ bool Fail(const char* tag) {
 BlockBytes HeaderOf(std::span<const std::uint8_t> item) { return BlockAt(item, 1); }
 
 bool ReadHeader(ItemChannel& channel, const BlockBytes& header) {
-  ActiveEntry().LastLibErr = 0;
+  EntryOfActDev().LastLibErr = 0;
   switch (channel.Exchange(command::kReadItem, kHeaderBlock, header)) {
     case Xfer::kNotSent: return Fail("readSecure::readSecureHeader");
     case Xfer::kNoReply: return false;
@@ -37,7 +37,7 @@ bool ReadHeader(ItemChannel& channel, const BlockBytes& header) {
 // A block that does not come is left out and those behind it move up; nothing tells of it. Whole blocks are
 // stored, also where the last one is longer than what is left of the length.
 void ReadPayload(ItemChannel& channel, std::size_t length, std::uint8_t* out) {
-  ActiveEntry().LastLibErr = 0;
+  EntryOfActDev().LastLibErr = 0;
   std::fill_n(out, length, std::uint8_t{0});
   for (std::size_t block = 1; block <= BlockCount(length); ++block) {
     const Xfer done = channel.Exchange(command::kReadItem, static_cast<std::uint8_t>(block));
@@ -51,14 +51,14 @@ void ReadPayload(ItemChannel& channel, std::size_t length, std::uint8_t* out) {
 
 // Deliberately without a result: the payload follows a header that was lost or refused, too.
 void WriteHeader(ItemChannel& channel, const BlockBytes& header) {
-  ActiveEntry().LastLibErr = 0;
+  EntryOfActDev().LastLibErr = 0;
   const Xfer done = channel.Exchange(command::kWriteItem, kHeaderBlock, header);
   if (done == Xfer::kNoReply) Fail("writeSecure::WriteSecureHeader");
 }
 
 // One block that was repeated is enough.
 bool WritePayload(ItemChannel& channel, std::span<const std::uint8_t> payload) {
-  ActiveEntry().LastLibErr = 0;
+  EntryOfActDev().LastLibErr = 0;
   bool anyEchoed = false;
   for (std::size_t block = 1; block <= BlockCount(payload.size()); ++block) {
     const Xfer done =
@@ -71,11 +71,11 @@ bool WritePayload(ItemChannel& channel, std::span<const std::uint8_t> payload) {
 
 bool SaveItem(ItemChannel& channel) {
   constexpr const char* kTag = "writeSecure::SaveKeyData";
-  ActiveEntry().LastLibErr = 0;
+  EntryOfActDev().LastLibErr = 0;
   const Xfer ended = channel.Exchange(command::kWriteItem, kItemEnd);
   if (ended == Xfer::kNotSent) return Fail(kTag);
   if (ended == Xfer::kNoReply || !channel.Echoed()) return false;
-  platform::TheHost().clock.Sleep(kStoreTime);
+  Pause(kStoreTime);
   return CommitItems() || Fail(kTag);
 }
 

@@ -11,20 +11,20 @@ namespace {
 constexpr std::uint8_t kEnhanced = 0x80;
 
 // In slot 0, whichever configuration is active.
-std::uint8_t& EnhanceByte() { return ActiveEntry().CfgSlot[0].sFldSepData[kEnhanceSecurityAt]; }
+std::uint8_t& EnhanceByte() { return EntryOfActDev().CfgSlot[0].sFldSepData[kEnhanceSecurityAt]; }
 
 }  // namespace
 
 std::uint32_t SetHashKeyData(const std::uint8_t* data) {
   if (!ReaderIsActive()) return UnsupportedValue;
   if (data == nullptr) return 0;
-  tsCfgSlot& slot = ActiveEntry().ActiveSlot();
+  tsCfgSlot& slot = EntryOfActDev().ActiveSlot();
   for (auto& key : slot.HashKeyData) {
     std::copy_n(data, key.size(), key.begin());
     data += key.size();
   }
   slot.bDirtySep = 1;
-  ActiveEntry().LastLibErr = 0;
+  EntryOfActDev().LastLibErr = 0;
   return 1;
 }
 
@@ -36,5 +36,5 @@ std::uint32_t GetEnhanceSecurityFlag() {
 void SetEnhanceSecurityFlag(std::uint32_t on) {
   if (!ReaderIsActive()) return;
   EnhanceByte() = on != 0 ? kEnhanced : std::uint8_t{0};
-  ActiveEntry().CfgSlot[0].bDirtySep = 1;
+  EntryOfActDev().CfgSlot[0].bDirtySep = 1;
 }

@@ -6,7 +6,7 @@
 #include <cstdio>
 
 #include "core/fields.h"
-#include "core/slot.h"
+#include "core/mirror.h"
 
 namespace tavlyn {
 

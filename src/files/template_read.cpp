@@ -5,11 +5,8 @@
 #include <string_view>
 
 #include "api.h"
-#include "core/ascii_case.h"
-#include "core/cfg_locked.h"
-#include "core/configurations.h"
-#include "core/text_file.h"
-#include "core/text_tokens.h"
+#include "core/openings.h"
+#include "core/text.h"
 #include "core/wipe.h"
 #include "files/template_format.h"
 #include "reader/records.h"
@@ -109,7 +106,7 @@ void Push(const tsCfgSlot& from, const tsCfgSlot& to) {
 
 // Fields that the file does not mention keep their values.
 void LoadConfig(std::FILE* file) {
-  const tsCfgSlot& slot = ActiveEntry().ActiveSlot();
+  const tsCfgSlot& slot = EntryOfActDev().ActiveSlot();
   Parsed parsed{.slot = slot};
   char line[kLineRoom];
   while (std::fgets(line, sizeof line, file) != nullptr && TakeLine(line, parsed)) {
@@ -140,7 +137,7 @@ void LoadCard(std::FILE* file, tsCfgSlot& slot) {
 }
 
 std::uint32_t LoadConfigs(std::FILE* file, unsigned highest) {
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   const std::uint8_t remembered = entry.ActConfig;
   std::uint32_t result = 1;
   for (unsigned config = 0; config <= highest && config < kLoadedConfigs; ++config) {
@@ -170,7 +167,7 @@ bool HasTitle(std::FILE* file) {
 std::uint32_t LoadTemplateFile(const char* path) {
   const File file = OpenFile(path, "r");
   if (file == nullptr || !HasTitle(file.get())) return 0;
-  const std::uint16_t highest = ActiveEntry().MaxConfig;
+  const std::uint16_t highest = EntryOfActDev().MaxConfig;
   if (highest != 0) return LoadConfigs(file.get(), highest);
   LoadConfig(file.get());
   return WriteCfgLocked();

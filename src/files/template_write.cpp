@@ -1,9 +1,8 @@
 // Saving a reader's configurations as a template file.
 #include <algorithm>
 
-#include "core/cfg_locked.h"
-#include "core/configurations.h"
-#include "core/text_file.h"
+#include "core/openings.h"
+#include "core/text.h"
 #include "files/template_format.h"
 
 namespace tavlyn {
@@ -122,7 +121,7 @@ void PrintCard(std::FILE* file, const tsCfgSlot& slot) {
 }  // namespace
 
 std::uint32_t SaveTemplateFile(const char* path) {
-  const tsDevEntry& entry = ActiveEntry();
+  const tsDevEntry& entry = EntryOfActDev();
   const std::uint16_t highest = entry.MaxConfig;
   const File file = CreateKeyFile(path);
   if (file == nullptr) return 0;

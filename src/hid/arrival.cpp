@@ -6,7 +6,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "core/ascii_case.h"
+#include "core/text.h"
 #include "hid/enumeration.h"
 #include "links/serial_port.h"
 

@@ -1,6 +1,6 @@
 #include "hid/enumeration.h"
 
-#include "core/guarded.h"
+#include "core/lock.h"
 #include "core/state.h"
 #include "core/trace.h"
 #include "links/link_socket.h"

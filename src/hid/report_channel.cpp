@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/pause.h"
 #include "core/state.h"
 #include "core/wipe.h"
 #include "hid/text_frames.h"
@@ -49,7 +50,7 @@ bool WriteFeatureReport(std::int32_t n, std::int32_t dev, const std::uint8_t* bu
   platform::Host& host = platform::TheHost();
   for (int attempt = 0; attempt < kWriteTries; ++attempt) {
     if (host.hid.SetFeature(entry.hDev, std::span(report).first(length))) return true;
-    host.clock.Sleep(kAfterFailedWrite);
+    Pause(kAfterFailedWrite);
   }
   entry.LastLibErr = TAVLYN_ERR_WRITE_REPORT;
   return false;

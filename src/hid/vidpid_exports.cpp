@@ -12,7 +12,7 @@ constexpr const char* kMainPairName = "7A31:3BFA Orvantis";
 
 // The active device's row of the table, or null.
 const tsVidPidRow* ActiveRow() {
-  const std::int32_t row = ActiveEntry().VidPidRow;
+  const std::int32_t row = EntryOfActDev().VidPidRow;
   return row >= 0 && row < kVidPidRows ? &VidPidTable[static_cast<std::size_t>(row)] : nullptr;
 }
 
@@ -33,7 +33,7 @@ std::uint32_t GetVidPidFilterCompare(std::int32_t index) { return FilterValue(in
 
 const char* GetVidPidVendorName() {
   if (!ActiveInRange()) return kMainPairName;
-  const tsDevEntry& entry = ActiveEntry();
+  const tsDevEntry& entry = EntryOfActDev();
   if (TunnelLink != 0 || entry.LinkKind == 1 || entry.LinkKind == 2) return "";
   if (entry.ProductKind != kReader) return "";
   const tsVidPidRow* row = ActiveRow();

@@ -5,8 +5,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "core/lines.h"
-#include "core/text_file.h"
+#include "core/text.h"
 #include "platform/files.h"
 #include "platform/path.h"
 

@@ -5,6 +5,7 @@
 #include <span>
 
 #include "api.h"
+#include "core/pause.h"
 #include "links/link_socket.h"
 
 namespace tavlyn {
@@ -72,7 +73,6 @@ bool IsAdapterReply(const Reply& reply, std::size_t prefixes) {
                      });
 }
 
-platform::Host& TheHost() { return platform::TheHost(); }
 platform::Sockets& Sockets() { return platform::TheHost().sockets; }
 
 std::int32_t SendDiscovery(platform::Handle socket, IpAddress to) {
@@ -90,7 +90,7 @@ std::int32_t RecvDiscovery(platform::Handle socket, Reply& reply, std::uint32_t 
   std::int32_t got = -1;
   for (int recv = 0; recv < kRecvs && got < 0; ++recv) {
     got = Sockets().Recv(socket, room);
-    if (recv == 0 && pauseBehindFirst != 0) TheHost().clock.Sleep(pauseBehindFirst);
+    if (recv == 0 && pauseBehindFirst != 0) Pause(pauseBehindFirst);
   }
   return got;
 }
@@ -104,7 +104,7 @@ std::optional<std::uint8_t> TryAddress(IpAddress address, std::uint32_t attempt)
   Sockets().SetReceiveTimeout(LinkSocket, 50);
   SendDiscovery(LinkSocket, address);
   if (SendDiscovery(LinkSocket, address) == static_cast<std::int32_t>(kDiscovery.size())) {
-    if (attempt > 0) TheHost().clock.Sleep(attempt * kDiscoveryPause);
+    if (attempt > 0) Pause(attempt * kDiscoveryPause);
     Reply reply{};
     if (RecvDiscovery(LinkSocket, reply, 0) > 0 && IsDiscoveryReply(reply, address)) return address[3];
   }
@@ -112,8 +112,8 @@ std::optional<std::uint8_t> TryAddress(IpAddress address, std::uint32_t attempt)
   Reply reply;
   reply.fill(0xFF);
   Sockets().SetNonBlocking(LinkSocket);
-  if (attempt > 0) TheHost().clock.Sleep(attempt);
-  TheHost().clock.Sleep(kAdapterPause);
+  if (attempt > 0) Pause(attempt);
+  Pause(kAdapterPause);
   platform::Address sender;
   Sockets().RecvFrom(LinkSocket, reply, sender);
   const bool sameNet = std::equal(address.begin(), address.begin() + 3, sender.ip.begin());
@@ -135,7 +135,7 @@ std::optional<std::uint8_t> FindInRange(IpAddress address, std::int32_t first, s
 bool MacByDiscovery(platform::Handle socket, IpAddress address, MacAddress& mac) {
   SendDiscovery(socket, address);
   SendDiscovery(socket, address);
-  TheHost().clock.Sleep(2);
+  Pause(2);
   if (SendDiscovery(socket, address) != static_cast<std::int32_t>(kDiscovery.size())) return false;
   Reply reply;
   reply.fill(0xFF);
@@ -156,7 +156,7 @@ void MacByAdapterQuery(platform::Handle socket, IpAddress address, MacAddress& m
   platform::Address sender;
   for (int recv = 0; recv < kRecvs && reply[kAdapterMacAt] != 0; ++recv) {
     Sockets().RecvFrom(socket, reply, sender);
-    TheHost().clock.Sleep(50);
+    Pause(50);
   }
   if (!IsAdapterReply(reply, kPrefixes.size()) || sender.ip != address) return;
   std::copy_n(reply.begin() + kAdapterMacAt, mac.size(), mac.begin());

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/pause.h"
 #include "core/state.h"
 
 namespace tavlyn {
@@ -33,14 +34,14 @@ std::int32_t LinkRecv(std::span<std::uint8_t> buffer) {
   if (!LinkIsOpen()) return 0;
   platform::Host& host = platform::TheHost();
   std::ranges::fill(buffer, std::uint8_t{0});
-  host.clock.Sleep(kBeforeRecv);
+  Pause(kBeforeRecv);
   // What is wanted shrinks while what was got grows, so the loop ends at half of the request; the adapters
   // send a reply in one piece and the callers compare the last piece with the full length.
   std::size_t want = buffer.size();
   std::size_t got = 0;
   std::int32_t last = 0;
   for (int pass = 0; pass < kRecvs && got < want; ++pass) {
-    host.clock.Sleep(kBetweenRecvs);
+    Pause(kBetweenRecvs);
     last = host.sockets.Recv(LinkSocket, buffer.subspan(got, want));
     if (last > 0) {
       got += static_cast<std::size_t>(last);
@@ -57,7 +58,7 @@ std::int32_t LinkSendNow(std::span<const std::uint8_t> bytes) {
 std::int32_t LinkSend(std::span<const std::uint8_t> bytes) {
   if (!LinkIsOpen()) return 0;
   const std::int32_t sent = LinkSendNow(bytes);
-  platform::TheHost().clock.Sleep(kAfterSend);
+  Pause(kAfterSend);
   return sent;
 }
 

@@ -2,7 +2,6 @@
 #include <array>
 
 #include "api.h"
-#include "core/buffers.h"
 #include "core/state.h"
 #include "links/com_search.h"
 #include "links/serial_port.h"
@@ -16,7 +15,7 @@ using CharBuffer = std::array<std::uint8_t, 1024>;
 // The active device's open port, or null.
 SerialPort* OpenPort() {
   if (ActDev < 0) return nullptr;
-  SerialPort* port = ActiveEntry().pSerialPort;
+  SerialPort* port = EntryOfActDev().pSerialPort;
   return port != nullptr && port->IsOpen() ? port : nullptr;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "core/pause.h"
 #include "links/libusb_pipe.h"
 #include "links/link_socket.h"
 
@@ -11,8 +12,6 @@ namespace {
 
 constexpr std::uint32_t kBeforeFlush = 10;
 constexpr std::uint32_t kAfterPiece = 1;
-
-void Sleep(std::uint32_t milliseconds) { platform::TheHost().clock.Sleep(milliseconds); }
 
 }  // namespace
 
@@ -94,7 +93,7 @@ void SerialPort::WriteText(const char* text) {
     } else {
       Write(bytes);
     }
-    Sleep(kAfterPiece);
+    Pause(kAfterPiece);
     text += piece;
     left -= piece;
   }
@@ -117,7 +116,7 @@ void SerialPort::Flush() {
 
 void SerialPort::DrainFlush() {
   if (hUsb != platform::kNoHandle) return;
-  Sleep(kBeforeFlush);
+  Pause(kBeforeFlush);
   Flush();
 }
 

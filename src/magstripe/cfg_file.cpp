@@ -5,10 +5,8 @@
 #include <cstring>
 #include <string_view>
 
-#include "core/lines.h"
 #include "core/state.h"
-#include "core/text_file.h"
-#include "core/text_tokens.h"
+#include "core/text.h"
 #include "core/version.h"
 
 namespace tavlyn {
@@ -150,7 +148,7 @@ std::uint32_t SaveSorbaneFile(const char* path) {
   std::fprintf(file.get(), "%sLibrary Version%c %d.%d.%d \n", kMark, kInformationMark, kVersionMajor,
                kVersionMinor, kVersionBuild);
   LineText text{};
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   for (const Setting& setting : Settings(entry)) {
     std::snprintf(text.data(), text.size(), "%s: %ld", setting.key.data(), ValueOf(setting, entry));
     PrintLine(file.get(), text.data(), setting.comment);
@@ -164,7 +162,7 @@ std::uint32_t LoadSorbaneFile(const char* path) {
   const File file = OpenFile(path, "rt");
   if (file == nullptr || !HasTitle(file.get())) return 0;
   std::rewind(file.get());
-  const Settings settings(ActiveEntry());
+  const Settings settings(EntryOfActDev());
   Lines<kLineRoom> lines(file.get());
   std::string_view line;
   // The mark of the end is deliberately not looked for.

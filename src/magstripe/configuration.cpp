@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "api.h"
+#include "core/pause.h"
 #include "core/state.h"
 #include "magstripe/transactions.h"
 #include "magstripe/wire.h"
@@ -15,7 +16,7 @@ namespace {
 constexpr std::uint32_t kBusyTime = 1100;
 constexpr std::size_t kPartNumberAt = 3;
 
-void AwaitStore() { platform::TheHost().clock.Sleep(kBusyTime); }
+void AwaitStore() { Pause(kBusyTime); }
 
 // User fields are named by the letters from a on.
 char LetterOf(std::size_t field) { return static_cast<char>('a' + field); }
@@ -36,7 +37,7 @@ void ReadVersion(tsDevEntry& entry) {
 }
 
 bool FieldPartDone(const SorbaneFieldPart& part, bool done) {
-  if (!done && part.failureLeavesError) ActiveEntry().LastLibErr = TAVLYN_ERR_FIELD_PART;
+  if (!done && part.failureLeavesError) EntryOfActDev().LastLibErr = TAVLYN_ERR_FIELD_PART;
   return done;
 }
 
@@ -80,7 +81,7 @@ bool ReadLeds(tsSorbaneCfg& cfg) {
 }  // namespace
 
 std::uint32_t SorbaneReadCfg() {
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   entry.LastLibErr = 0;
   SorbaneReply reply;
   if (!SorbaneIdentify(reply)) {
@@ -96,7 +97,7 @@ std::uint32_t SorbaneReadCfg() {
 }
 
 std::uint32_t SorbaneWriteCfg() {
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   tsSorbaneCfg& cfg = entry.SorbaneBlock.Cfg;
   cfg.LUID = entry.LUID;
   entry.LastLibErr = 0;
@@ -110,9 +111,9 @@ std::uint32_t SorbaneWriteCfg() {
 }
 
 std::uint32_t SorbaneReset() {
-  ActiveEntry().LastLibErr = 0;
+  EntryOfActDev().LastLibErr = 0;
   if (!SorbaneTell(sorbane::kFactoryReset)) {
-    ActiveEntry().LastLibErr |= TAVLYN_ERR_RESET;
+    EntryOfActDev().LastLibErr |= TAVLYN_ERR_RESET;
     return 0;
   }
   AwaitStore();

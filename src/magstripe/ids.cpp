@@ -5,8 +5,8 @@
 #include <span>
 
 #include "api.h"
-#include "core/id_cache.h"
 #include "core/openings.h"
+#include "core/state.h"
 #include "magstripe/tracks.h"
 #include "magstripe/transactions.h"
 
@@ -15,13 +15,13 @@ namespace {
 
 // The selected piece into the buffer; the length of its text.
 std::uint16_t TakeId(std::span<std::uint8_t> id) {
-  tsSorbaneIdSel& selection = ActiveEntry().SorbaneBlock.Cfg.IdSel;
+  tsSorbaneIdSel& selection = EntryOfActDev().SorbaneBlock.Cfg.IdSel;
   selection.Length = static_cast<std::uint16_t>(id.size());
   const SorbaneTrack& piece = FetchPiece(
       {selection.Track, selection.Field, selection.Offset, selection.Length, selection.Termination}, 1);
   std::ranges::fill(id, std::uint8_t{0});
   std::copy_n(piece.begin(), std::min(piece.size(), id.size()), id.begin());
-  ActiveEntry().LastLibErr = 0;
+  EntryOfActDev().LastLibErr = 0;
   sorbaneClearDataAvailable();
   return static_cast<std::uint16_t>(std::ranges::find(id, std::uint8_t{0}) - id.begin());
 }

@@ -27,12 +27,12 @@ std::uint32_t SorbaneBeep(std::uint8_t count, std::int16_t longBeep) {
 }
 
 std::uint32_t SorbaneShowLeds() {
-  return SorbaneTell(sorbane::kWriteLeds, {}, PackLeds(ActiveEntry().SorbaneBlock.Cfg)) ? 1 : 0;
+  return SorbaneTell(sorbane::kWriteLeds, {}, PackLeds(EntryOfActDev().SorbaneBlock.Cfg)) ? 1 : 0;
 }
 
 std::uint32_t SorbaneGetLedCtrl(std::int16_t* words) {
   if (words == nullptr) return 0;
-  const std::uint8_t color = ActiveEntry().SorbaneBlock.Cfg.LedColor[0];
+  const std::uint8_t color = EntryOfActDev().SorbaneBlock.Cfg.LedColor[0];
   words[field::LEDCtrl_iRedLEDState.word] = (color & kRed) != 0 ? 1 : 0;
   words[field::LEDCtrl_iGrnLEDState.word] = (color & kGreen) != 0 ? 1 : 0;
   return 1;
@@ -40,7 +40,7 @@ std::uint32_t SorbaneGetLedCtrl(std::int16_t* words) {
 
 std::uint32_t SorbaneSetLedCtrl(const std::int16_t* words) {
   if (words == nullptr) return 0;
-  auto& colors = ActiveEntry().SorbaneBlock.Cfg.LedColor;
+  auto& colors = EntryOfActDev().SorbaneBlock.Cfg.LedColor;
   if (words[field::LEDCtrl_bAppCtrlsLED.word] != 0) {
     const int red = words[field::LEDCtrl_iRedLEDState.word] != 0 ? kRed : 0;
     const int green = words[field::LEDCtrl_iGrnLEDState.word] != 0 ? kGreen : 0;

@@ -2,7 +2,7 @@
 #include "core/product.h"
 
 #include "core/state.h"
-#include "core/version_words.h"
+#include "core/version.h"
 #include "hid/arrival.h"
 #include "magstripe/cfg_file.h"
 #include "magstripe/configuration.h"

@@ -8,7 +8,7 @@ namespace {
 
 using Member = std::uint8_t tsSorbaneField::*;
 
-tsSorbaneCfg& Cfg() { return ActiveEntry().SorbaneBlock.Cfg; }
+tsSorbaneCfg& Cfg() { return EntryOfActDev().SorbaneBlock.Cfg; }
 
 // User fields are numbered from 1; null for a number that is none.
 tsSorbaneField* FieldOf(std::uint16_t number) {
@@ -142,7 +142,7 @@ std::uint32_t sorbaneSetLED(std::uint16_t index, std::uint16_t color) {
 std::uint32_t sorbaneSetActiveID(std::uint16_t track, std::uint16_t field, std::uint16_t offset,
                                  std::uint16_t term) {
   if (!MagstripeIsActive()) return UnsupportedValue;
-  ActiveEntry().LastLibErr = 0;
+  EntryOfActDev().LastLibErr = 0;
   if (track < 1 || track > kTracks || field < 1 || field > kMostField || offset > kMostOffset) return 0;
   tsSorbaneIdSel& selection = Cfg().IdSel;
   selection.Track = track;

@@ -8,7 +8,7 @@
 namespace tavlyn {
 
 std::uint32_t SorbaneGetTimeParms(std::int16_t* words) {
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   if (words == nullptr) {
     entry.LastLibErr = TAVLYN_ERR_GET_NULL;
     return 0;
@@ -19,7 +19,7 @@ std::uint32_t SorbaneGetTimeParms(std::int16_t* words) {
 }
 
 std::uint32_t SorbaneSetTimeParms(const std::int16_t* words) {
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   entry.LastLibErr = words == nullptr ? TAVLYN_ERR_SET_NULL : BoundsError(kTimeParms, words);
   if (entry.LastLibErr != 0) return 0;
   tsCfgSlot& slot = entry.CfgSlot[0];
@@ -30,7 +30,7 @@ std::uint32_t SorbaneSetTimeParms(const std::int16_t* words) {
 }
 
 std::uint16_t* SorbaneKeyTime(KeyTime which) {
-  tsSorbaneCfg& cfg = ActiveEntry().SorbaneBlock.Cfg;
+  tsSorbaneCfg& cfg = EntryOfActDev().SorbaneBlock.Cfg;
   return which == KeyTime::kPress ? &cfg.KeyPressTime : &cfg.KeyReleaseTime;
 }
 

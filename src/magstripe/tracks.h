@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "core/sorbane_block.h"
+#include "core/mirror.h"
 
 namespace tavlyn {
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "core/pause.h"
 #include "core/state.h"
 #include "hid/report_channel.h"
 #include "links/serial_port.h"
@@ -19,8 +20,6 @@ constexpr std::uint32_t kStoreTime = 200;
 constexpr std::uint32_t kBeforeSecondTry = 25;
 constexpr std::uint32_t kWakeTime = 30;
 
-void Sleep(std::uint32_t milliseconds) { platform::TheHost().clock.Sleep(milliseconds); }
-
 // The reader stores to its memory before it answers these.
 bool IsStore(const char* text) { return text[0] == 'F' && (text[1] == 'D' || text[1] == 'W'); }
 
@@ -34,13 +33,13 @@ void BuildRequest(const char* text) {
 // to a packet that it took whole. Deliberate: no serial reader may be found where none was before.
 bool Send() {
   if (!SorbaneOnSerialPort()) return WriteFeatureReport(kPayload, ActDev, Sorbane.request.data());
-  SerialPort* port = ActiveEntry().pSerialPort;
+  SerialPort* port = EntryOfActDev().pSerialPort;
   return port != nullptr && port->Write(std::span(Sorbane.request).subspan(1)) == 1;
 }
 
 bool Fetch() {
   if (!SorbaneOnSerialPort()) return ReadFeatureReport(kPayload, ActDev, Sorbane.reply.data());
-  ActiveEntry().pSerialPort->Read(std::span(Sorbane.reply).subspan(1));
+  EntryOfActDev().pSerialPort->Read(std::span(Sorbane.reply).subspan(1));
   return true;
 }
 
@@ -48,8 +47,8 @@ bool Exchange(const char* text, std::uint8_t* reply) {
   BuildRequest(text);
   if (!Send()) return false;
   Sorbane.reply.fill(0);
-  if (!SorbaneOnSerialPort()) Sleep(kPause);
-  if (IsStore(text)) Sleep(kStoreTime);
+  if (!SorbaneOnSerialPort()) Pause(kPause);
+  if (IsStore(text)) Pause(kStoreTime);
   if (!Fetch()) return false;
   std::copy(Sorbane.reply.begin() + 1, Sorbane.reply.end(), reply);
   return true;
@@ -94,12 +93,12 @@ std::uint8_t PairOf(std::uint8_t first, std::uint8_t second) {
 
 }  // namespace
 
-bool SorbaneOnSerialPort() { return ActiveEntry().LinkKind == kBySerialPort; }
+bool SorbaneOnSerialPort() { return EntryOfActDev().LinkKind == kBySerialPort; }
 
 std::uint32_t SorbaneTransact(const char* text, std::uint8_t* reply) {
   std::fill_n(reply, kSorbanePacket, std::uint8_t{0});
   if (Exchange(text, reply) && reply[0] == 'R') return 1;
-  Sleep(kPause);
+  Pause(kPause);
   return 0;
 }
 
@@ -126,7 +125,7 @@ bool SorbaneAsk(const SorbaneCommand& command, std::span<std::uint8_t> bytes, So
 
 bool SorbaneIdentify(SorbaneReply& reply) {
   if (SorbaneQuery(sorbane::kIdentify, reply)) return true;
-  Sleep(kBeforeSecondTry);
+  Pause(kBeforeSecondTry);
   return SorbaneQuery(sorbane::kIdentify, reply);
 }
 
@@ -142,20 +141,20 @@ void ParseHexPairs(std::span<const std::uint8_t> text, std::span<std::uint8_t> b
 
 bool SorbanePing() {
   const bool serial = SorbaneOnSerialPort();
-  SerialPort* port = ActiveEntry().pSerialPort;
+  SerialPort* port = EntryOfActDev().pSerialPort;
   if (serial) {
     constexpr std::array<std::uint8_t, 2> kWake = {'\r', '\r'};
-    Sleep(kWakeTime);
+    Pause(kWakeTime);
     if (port != nullptr) {
       port->Write(kWake);
       port->Flush();
     }
-    Sleep(kWakeTime);
+    Pause(kWakeTime);
     if (port != nullptr) port->ClearInput();
   }
   SorbaneReply reply;
   const bool answered = SorbaneIdentify(reply);
-  if (serial) Sleep(kPause);
+  if (serial) Pause(kPause);
   return answered;
 }
 

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <span>
 
-#include "core/sorbane_block.h"
+#include "core/mirror.h"
 #include "magstripe/commands.h"
 
 namespace tavlyn {

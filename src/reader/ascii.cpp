@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <string_view>
 
+#include "core/pause.h"
 #include "core/state.h"
 #include "links/serial_port.h"
 #include "reader/ascii_text.h"
@@ -221,18 +222,18 @@ std::string_view CollectId(SerialPort& port) {
     if (static_cast<std::int32_t>(port.Read({&byte, 1})) > 0) Reply[count++] = static_cast<char>(byte);
     const std::string_view text(Reply.data(), count);
     whole = text.find('{') != std::string_view::npos && text.find('}') != std::string_view::npos;
-    platform::TheHost().clock.Sleep(kBetween);
+    Pause(kBetween);
   }
   return whole ? std::string_view(Reply.data(), count) : std::string_view();
 }
 
 }  // namespace
 
-bool InAscii() { return ActiveEntry().LinkKind == kBySerialPort && AsciiProtocol != 0; }
+bool InAscii() { return EntryOfActDev().LinkKind == kBySerialPort && AsciiProtocol != 0; }
 
 std::uint32_t AsciiReadConfig() {
   constexpr std::int32_t kShortest = 700;
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   SerialPort* port = entry.pSerialPort;
   if (port == nullptr) return 0;
   tsCfgSlot& slot = entry.ActiveSlot();
@@ -255,7 +256,7 @@ std::uint32_t AsciiReadConfig() {
 }
 
 std::uint32_t AsciiWriteConfig() {
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   entry.LastLibErr = 0;
   SerialPort* port = entry.pSerialPort;
   if (port == nullptr) return 0;
@@ -270,12 +271,12 @@ std::uint32_t AsciiWriteConfig() {
 }
 
 std::uint16_t AsciiGetId(std::uint8_t* buffer, std::int16_t length) {
-  constexpr std::int16_t kIdBytes = 8;
+  constexpr std::int16_t kAsciiIdBytes = 8;
   constexpr int kFewestBits = 11;
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   SerialPort* port = entry.pSerialPort;
-  if (length < kIdBytes || port == nullptr || !port->IsOpen()) {
-    entry.LastLibErr = length < kIdBytes ? TAVLYN_ERR_ASCII_LENGTH : TAVLYN_ERR_ASCII_PORT;
+  if (length < kAsciiIdBytes || port == nullptr || !port->IsOpen()) {
+    entry.LastLibErr = length < kAsciiIdBytes ? TAVLYN_ERR_ASCII_LENGTH : TAVLYN_ERR_ASCII_PORT;
     return 0;
   }
   port->Flush();
@@ -298,14 +299,14 @@ std::uint16_t AsciiGetId(std::uint8_t* buffer, std::int16_t length) {
   // Anything shorter is no card, and an ID that has been held too long is no longer there.
   if (bits < kFewestBits || static_cast<std::int64_t>(age) > entry.ActiveSlot()[TimeParms_iIDHoldTO])
     return 0;
-  for (int at = 0; at < kIdBytes; ++at) buffer[at] = static_cast<std::uint8_t>(id >> 8 * at);
+  for (int at = 0; at < kAsciiIdBytes; ++at) buffer[at] = static_cast<std::uint8_t>(id >> 8 * at);
   return static_cast<std::uint16_t>(bits);
 }
 
 void AsciiReset() {
-  SerialPort* port = ActiveEntry().pSerialPort;
+  SerialPort* port = EntryOfActDev().pSerialPort;
   if (port != nullptr) port->WriteText(kResetConfig);
-  platform::TheHost().clock.Sleep(kStoreTime);
+  Pause(kStoreTime);
   if (port != nullptr) port->DrainFlush();
 }
 
@@ -314,8 +315,8 @@ void AsciiBeep(std::uint8_t count, bool longBeep) {
 }
 
 void AsciiSetLeds() {
-  SetLeds(ActiveEntry().ActiveSlot());
-  if (SerialPort* port = ActiveEntry().pSerialPort; port != nullptr) port->DrainFlush();
+  SetLeds(EntryOfActDev().ActiveSlot());
+  if (SerialPort* port = EntryOfActDev().pSerialPort; port != nullptr) port->DrainFlush();
 }
 
 }  // namespace tavlyn

@@ -5,7 +5,7 @@
 #include <cstdio>
 
 #include "core/state.h"
-#include "core/text_tokens.h"
+#include "core/text.h"
 #include "links/serial_port.h"
 
 namespace tavlyn {
@@ -49,7 +49,7 @@ std::int32_t AsciiQuery(std::string_view text, std::string_view key) {
 }
 
 void AsciiSet(const char* format, std::int32_t value) {
-  SerialPort* port = ActiveEntry().pSerialPort;
+  SerialPort* port = EntryOfActDev().pSerialPort;
   if (port == nullptr || !port->IsOpen()) return;
   char whole[81];
   char text[81];

@@ -2,6 +2,7 @@
 
 #include "api.h"
 #include "core/openings.h"
+#include "core/pause.h"
 #include "reader/fa_frames.h"
 #include "reader/transactions.h"
 
@@ -19,7 +20,7 @@ bool MoveBank(std::uint8_t from, std::uint8_t to) {
   }
   Report reply;
   const Xfer moved = FeatureXfer(command::kMoveBank, reply, from, to);
-  if (moved == Xfer::kNoReply) ActiveEntry().LastLibErr |= TAVLYN_ERR_COMMAND;
+  if (moved == Xfer::kNoReply) EntryOfActDev().LastLibErr |= TAVLYN_ERR_COMMAND;
   return moved == Xfer::kDone;
 }
 
@@ -35,7 +36,7 @@ using namespace tavlyn;
 std::uint32_t PlusBlockMove(std::int16_t from, std::int16_t to) {
   if (!PlusReaderIsActive()) return 0;
   if (!MoveBank(static_cast<std::uint8_t>(from & 7), static_cast<std::uint8_t>(to & 7))) return 0;
-  platform::TheHost().clock.Sleep(kAfterMove);
+  Pause(kAfterMove);
   return 1;
 }
 

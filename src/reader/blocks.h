@@ -5,7 +5,7 @@
 #include <array>
 #include <cstdint>
 
-#include "core/slot.h"
+#include "core/mirror.h"
 
 namespace tavlyn {
 

@@ -3,8 +3,8 @@
 #include <array>
 
 #include "api.h"
-#include "core/buffers.h"
 #include "core/openings.h"
+#include "core/state.h"
 #include "reader/transactions.h"
 
 namespace tavlyn {
@@ -19,7 +19,7 @@ using namespace tavlyn;
 
 std::uint32_t getActiveCardData() {
   if (!ReaderIsActive()) return UnsupportedValue;
-  ActiveEntry().LastLibErr = 0;
+  EntryOfActDev().LastLibErr = 0;
   if (OnSerialPort()) {
     Buffers.cardData.fill(0);
     return 0;

@@ -5,6 +5,7 @@
 
 #include "api.h"
 #include "core/openings.h"
+#include "core/pause.h"
 #include "links/serial_port.h"
 #include "reader/fa_frames.h"
 #include "reader/transactions.h"
@@ -33,17 +34,16 @@ Page PageByFa(std::uint8_t number, ReplyBytes& page) {
   constexpr std::size_t kReplyBytes = 13;
   constexpr std::size_t kPageAt = 3;
   const FaFrame frame(command::kCardTypePage, number, 0);
-  platform::Clock& clock = platform::TheHost().clock;
   StatusWord = 0;
-  SerialPort* port = ActiveEntry().pSerialPort;
+  SerialPort* port = EntryOfActDev().pSerialPort;
   if (port == nullptr || !port->IsOpen()) return Page::kEnd;
   port->Flush();
   if (port->bSocketMode) port->ClearInput();
   constexpr std::array<std::uint8_t, 1> kClass = {0xFA};
   if (static_cast<std::int32_t>(port->Write(kClass)) < 1) return Page::kEnd;
-  if (!port->bSocketMode) clock.Sleep(50);
+  if (!port->bSocketMode) Pause(50);
   if (static_cast<std::int32_t>(port->Write(std::span(frame.header).first(4))) < 4) return Page::kEnd;
-  clock.Sleep(10);
+  Pause(10);
   std::array<std::uint8_t, kReplyBytes> reply{};
   if (static_cast<std::int32_t>(port->Read(reply)) < static_cast<std::int32_t>(reply.size()))
     return Page::kEnd;
@@ -51,7 +51,7 @@ Page PageByFa(std::uint8_t number, ReplyBytes& page) {
   std::copy_n(reply.begin() + kPageAt, page.size(), page.begin());
   StatusWord = static_cast<std::uint32_t>(reply[11]) << 8 | reply[12];
   const bool good = StatusWord == 0x9000;
-  clock.Sleep(good ? 2 : 10);
+  Pause(good ? 2 : 10);
   return good ? Page::kRead : Page::kEnd;
 }
 
@@ -59,7 +59,7 @@ Page PageByFa(std::uint8_t number, ReplyBytes& page) {
 
 void ReadCardTypeList() {
   if (ActDev < 0) return;
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   entry.CardTypeList.fill(0);
   std::size_t count = 0;
   for (int number = 0; number < kPages; ++number) {
@@ -79,7 +79,7 @@ void ReadCardTypeList() {
 
 bool WriteCardType() {
   constexpr std::uint32_t kAfterWrite = 10;
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   const tsCfgSlot& slot = entry.ActiveSlot();
   const ReplyBytes data = {0, static_cast<std::uint8_t>(slot.CardType),
                            static_cast<std::uint8_t>(slot.CardType >> 8),
@@ -93,7 +93,7 @@ bool WriteCardType() {
     entry.LastLibErr |= TAVLYN_ERR_CONFIG_READ;
     return false;
   }
-  platform::TheHost().clock.Sleep(kAfterWrite);
+  Pause(kAfterWrite);
   return true;
 }
 
@@ -101,24 +101,24 @@ bool WriteCardType() {
 
 using namespace tavlyn;
 
-std::int32_t GetCardType() { return PlusReaderIsActive() ? ActiveEntry().ActiveSlot().CardType : -1; }
+std::int32_t GetCardType() { return PlusReaderIsActive() ? EntryOfActDev().ActiveSlot().CardType : -1; }
 
 std::int32_t GetCardPriority() {
-  return PlusReaderIsActive() ? static_cast<std::int16_t>(ActiveEntry().ActiveSlot().CardPriority) : -1;
+  return PlusReaderIsActive() ? static_cast<std::int16_t>(EntryOfActDev().ActiveSlot().CardPriority) : -1;
 }
 
 std::uint32_t IsCardTypeInList(std::int16_t type) {
   const auto wanted = static_cast<std::uint16_t>(static_cast<unsigned>(type) & kIdentityBits);
   if ((static_cast<std::uint16_t>(type) & 0xFF0FU) == 0) return 1;
   if (!ReaderIsActive()) return 0;
-  const auto& list = ActiveEntry().CardTypeList;
+  const auto& list = EntryOfActDev().CardTypeList;
   if (list.front() == 0) return 1;
   return std::ranges::find(list, wanted) != list.end() ? 1 : 0;
 }
 
 std::uint32_t SetCardTypePriority(std::uint16_t type, std::int16_t priority) {
   if (!PlusReaderIsActive()) return 0;
-  tsCfgSlot& slot = ActiveEntry().ActiveSlot();
+  tsCfgSlot& slot = EntryOfActDev().ActiveSlot();
   slot.CardType = type;
   slot.CardPriority = priority != 0 ? 1 : 0;
   return 1;

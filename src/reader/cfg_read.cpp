@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "core/configurations.h"
+#include "core/openings.h"
 #include "core/trace.h"
 #include "reader/ascii.h"
 #include "reader/blocks.h"
@@ -45,7 +45,7 @@ bool ReadBlock(BlockNumber number, tsCfgSlot& slot) {
       LogLine(kReadTag, kFailed);
     return false;
   }
-  TakeBlock(number, block, slot, ActiveEntry().LinkKind == kByReports);
+  TakeBlock(number, block, slot, EntryOfActDev().LinkKind == kByReports);
   return true;
 }
 
@@ -138,7 +138,7 @@ void ReadTexts(tsDevEntry& entry) {
 
 bool ReadOneConfig() {
   if (InAscii()) return AsciiReadConfig() != 0;
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   entry.LastLibErr = 0;
   tsCfgSlot& slot = entry.ActiveSlot();
   if (!ReadIdentity(entry)) return false;
@@ -175,7 +175,7 @@ bool ReadAllConfigs(tsDevEntry& entry) {
 }  // namespace
 
 std::uint32_t ReadReaderCfg() {
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   const bool ok = entry.PlusState == kPlainReader ? ReadOneConfig() : ReadAllConfigs(entry);
   if (entry.PlusState == kPlusReader) ReadCardTypeList();
   return ok ? 1 : 0;

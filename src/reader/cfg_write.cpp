@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "core/configurations.h"
+#include "core/openings.h"
+#include "core/pause.h"
 #include "core/trace.h"
 #include "reader/ascii.h"
 #include "reader/blocks.h"
@@ -44,7 +45,7 @@ bool HasExtendedFields() {
 // A failure over reports ends the write with a word and two lines, over serial without either.
 bool Checked(bool sent) {
   if (!sent && !OnSerialPort()) {
-    ActiveEntry().LastLibErr |= TAVLYN_ERR_CONFIG_WRITE;
+    EntryOfActDev().LastLibErr |= TAVLYN_ERR_CONFIG_WRITE;
     LogFailure(kWriteTag);
   }
   return sent;
@@ -146,7 +147,7 @@ bool WriteSepFields(tsDevEntry& entry, const tsCfgSlot& slot, std::uint8_t& mask
 }
 
 bool WriteOneConfig() {
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   tsCfgSlot& slot = entry.ActiveSlot();
   entry.LastLibErr = 0;
   if (InAscii()) return AsciiWriteConfig() != 0;
@@ -161,13 +162,13 @@ bool WriteOneConfig() {
 
 bool WriteAndWait() {
   const bool written = WriteOneConfig();
-  platform::TheHost().clock.Sleep(IsFastStoreReader() ? kFastStore : kSlowStore);
+  Pause(IsFastStoreReader() ? kFastStore : kSlowStore);
   return written;
 }
 
 // The selections go out after a failure too, the writes do not.
 bool WriteAllConfigs(std::uint16_t highest) {
-  const std::uint8_t remembered = ActiveEntry().ActConfig;
+  const std::uint8_t remembered = EntryOfActDev().ActConfig;
   bool ok = true;
   for (int config = highest; config >= 0; --config) {
     const auto index = static_cast<std::uint8_t>(config);
@@ -190,7 +191,7 @@ std::uint32_t WriteReaderCfg() {
 
 std::uint32_t ResetReader() {
   constexpr const char* kResetTag = "tavlyn_ResetFactoryDflts";
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   entry.LastLibErr = 0;
   if (InAscii()) {
     // The mirror stays as it is.
@@ -205,7 +206,7 @@ std::uint32_t ResetReader() {
     LogLine(kResetTag, kFailed);
     return 0;
   }
-  platform::TheHost().clock.Sleep(kSlowStore);
+  Pause(kSlowStore);
   const std::uint32_t read = ReadReaderCfg();
   LogLine(kResetTag, read != 0 ? kSuccess : kFailed);
   return read;

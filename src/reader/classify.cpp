@@ -63,14 +63,14 @@ bool ClassifyByFa(tsDevEntry& entry) {
 }  // namespace
 
 bool ClassifyReader() {
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   entry.MaxConfig = 0;
   if (entry.PlusState == kPlainReader) return false;
   return OnSerialPort() ? ClassifyByFa(entry) : ClassifyByReports(entry);
 }
 
 bool SelectConfig(std::uint8_t n) {
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   if (entry.PlusState != kPlusReader) return false;
   entry.ActConfig = n;
   if (OnSerialPort()) {

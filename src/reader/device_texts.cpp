@@ -4,8 +4,8 @@
 #include <array>
 
 #include "api.h"
-#include "core/buffers.h"
 #include "core/openings.h"
+#include "core/state.h"
 #include "core/trace.h"
 #include "reader/outputs.h"
 #include "reader/transactions.h"
@@ -26,7 +26,7 @@ const char* GetReaderText(Text number) {
 
 bool FetchEsn() {
   Buffers.readerEsn.fill(0);
-  ActiveEntry().LastLibErr = 0;
+  EntryOfActDev().LastLibErr = 0;
   for (std::uint8_t piece = 0; piece < kEsnPieces; ++piece) {
     ReplyBytes reply;
     if (!Ask(command::kEsn, TAVLYN_ERR_COMMAND, reply, piece)) return false;
@@ -58,12 +58,12 @@ const char* GetCopyrightInfo() { return GetReaderText(Text::kCopyright); }
 const char* GetCPUInfo() { return GetReaderText(Text::kCpu); }
 
 const std::uint8_t* getESN() {
-  if (!ReaderIsActive() || ActiveEntry().LinkKind != kByReports || !IsFastStoreReader()) return nullptr;
+  if (!ReaderIsActive() || EntryOfActDev().LinkKind != kByReports || !IsFastStoreReader()) return nullptr;
   if (FetchEsn()) return Buffers.readerEsn.data();
   LogFailure("tavlyn_getESN");
   return nullptr;
 }
 
-const char* GetFullFWVersion() { return ActiveInRange() ? ActiveEntry().FullFWVersion : nullptr; }
-const char* GetFWFilename() { return ActiveInRange() ? ActiveEntry().FWFilename : nullptr; }
-const char* getPartNumberString() { return ActiveInRange() ? ActiveEntry().PartNumber : nullptr; }
+const char* GetFullFWVersion() { return ActiveInRange() ? EntryOfActDev().FullFWVersion : nullptr; }
+const char* GetFWFilename() { return ActiveInRange() ? EntryOfActDev().FWFilename : nullptr; }
+const char* getPartNumberString() { return ActiveInRange() ? EntryOfActDev().PartNumber : nullptr; }

@@ -2,17 +2,15 @@
 
 #include <span>
 
+#include "core/pause.h"
 #include "core/state.h"
 #include "links/serial_port.h"
-#include "platform/platform.h"
 
 namespace tavlyn {
 namespace {
 
 constexpr std::uint32_t kPause = 50;
 constexpr std::uint32_t kSocketStore = 500;
-
-void Sleep(std::uint32_t milliseconds) { platform::TheHost().clock.Sleep(milliseconds); }
 
 // Counts are compared signed: a failed socket read is -1, not very many bytes.
 bool Read(SerialPort& port, std::span<std::uint8_t> bytes) {
@@ -30,7 +28,7 @@ bool WriteCla(SerialPort& port, const FaFrame& frame) { return port.Write({&fram
 SerialPort* Begin(FaFrame& frame) {
   frame.sw1 = frame.sw2 = 0;
   StatusWord = 0;
-  SerialPort* port = ActiveEntry().pSerialPort;
+  SerialPort* port = EntryOfActDev().pSerialPort;
   if (port == nullptr || !port->IsOpen()) return nullptr;
   port->Flush();
   return port;
@@ -42,7 +40,7 @@ SerialPort* SendHeader(FaFrame& frame, std::size_t txCount) {
   if (port->bSocketMode) port->ClearInput();
   if (!WriteCla(*port, frame)) return nullptr;
   // The reader's receiver needs this after the class byte.
-  if (!port->bSocketMode) Sleep(kPause);
+  if (!port->bSocketMode) Pause(kPause);
   return Write(*port, std::span(frame.header).first(txCount)) ? port : nullptr;
 }
 
@@ -80,7 +78,7 @@ bool FaSendStatus(FaFrame& frame) {
 bool FaRecvData(FaFrame& frame, std::size_t txCount, std::size_t rxHint) {
   SerialPort* port = SendHeader(frame, txCount);
   if (port == nullptr) return false;
-  if (port->bSocketMode) Sleep(kPause);
+  if (port->bSocketMode) Pause(kPause);
   const std::size_t count = rxHint != 0 ? rxHint - 1 : frame.P3();
   return ReadEcho(*port, frame) && Read(*port, std::span(frame.data).first(count)) &&
          ReadStatus(*port, frame);
@@ -90,7 +88,7 @@ bool FaSendData(FaFrame& frame) {
   SerialPort* port = SendHeader(frame, 4);
   if (port == nullptr || !ReadEcho(*port, frame)) return false;
   if (!Write(*port, std::span(frame.data).first(frame.P3()))) return false;
-  if (port->bSocketMode) Sleep(kSocketStore);
+  if (port->bSocketMode) Pause(kSocketStore);
   return ReadStatus(*port, frame);
 }
 

@@ -20,14 +20,14 @@ std::uint32_t WordByReports(std::int16_t cpu, std::int16_t index) {
   Report reply{};
   if (!SendReport(request)) return 0;
   if (!FetchReport(reply)) {
-    ActiveEntry().LastLibErr |= TAVLYN_ERR_COMMAND;
+    EntryOfActDev().LastLibErr |= TAVLYN_ERR_COMMAND;
     return 0;
   }
   const bool echoed = std::equal(request.begin() + 1, request.begin() + 5, reply.begin() + 1);
   const std::uint32_t word = echoed ? HighFirst(&reply[5]) : 0;
   const auto row = static_cast<std::uint16_t>(cpu) % kCpus;
   const auto column = static_cast<std::uint16_t>(index) % kFirmwareWords;
-  ActiveEntry().FWVersion[row][column] = word;
+  EntryOfActDev().FWVersion[row][column] = word;
   return word;
 }
 
@@ -42,13 +42,13 @@ std::uint32_t WordByFa(std::int16_t cpu, std::int16_t index) {
 }  // namespace
 
 std::uint32_t QueryFirmwareWord(std::int16_t cpu, std::int16_t index) {
-  if (ActiveEntry().PlusState != kPlusReader) return 0;
+  if (EntryOfActDev().PlusState != kPlusReader) return 0;
   return OnSerialPort() ? WordByFa(cpu, index) : WordByReports(cpu, index);
 }
 
 std::uint32_t FirmwareVersion(std::uint16_t cpu, std::uint16_t index) {
-  if (cpu >= kCpus || index >= kFirmwareWords || ActiveEntry().PlusState != kPlusReader) return 0;
-  return ActiveEntry().FWVersion[cpu][index];
+  if (cpu >= kCpus || index >= kFirmwareWords || EntryOfActDev().PlusState != kPlusReader) return 0;
+  return EntryOfActDev().FWVersion[cpu][index];
 }
 
 }  // namespace tavlyn

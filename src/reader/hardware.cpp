@@ -16,7 +16,7 @@ enum class Mask : std::uint8_t { kInstalled = 0, kSupported = 4 };
 // From the C allocator, because the caller keeps it and may be no C++ program.
 std::uint8_t* HardwareFlags(Mask which) {
   if (!ActiveInRange()) return nullptr;
-  ActiveEntry().LastLibErr = 0;
+  EntryOfActDev().LastLibErr = 0;
   if (!ReaderIsActive()) return nullptr;
   auto* flags = static_cast<std::uint8_t*>(std::calloc(kFlags, 1));
   constexpr std::uint32_t kNoError = 0;

@@ -15,7 +15,7 @@ constexpr std::size_t kReportBytes = 8;
 constexpr std::uint8_t kHalves = 2;
 
 void SendKey(std::span<const std::uint8_t, 16> key, std::uint8_t selector) {
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   if (OnSerialPort()) {
     if (!Tell(command::kWriteHashKey, key, 0, selector)) entry.bSepFldCapable = 0;
     return;

@@ -1,7 +1,7 @@
 // Two keys of 16 bytes that travel with a commit.
 #pragma once
 
-#include "core/slot.h"
+#include "core/mirror.h"
 
 namespace tavlyn {
 

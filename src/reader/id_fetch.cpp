@@ -5,6 +5,7 @@
 
 #include "api.h"
 #include "core/openings.h"
+#include "core/pause.h"
 #include "core/trace.h"
 #include "links/serial_port.h"
 #include "reader/ascii.h"
@@ -43,7 +44,7 @@ std::uint16_t Counted(const char* tag, std::uint16_t bits) {
 
 // A keyboard-class device answers an ID read only when its queue of input reports is not empty.
 bool InputIsReady() {
-  const tsDevEntry& entry = ActiveEntry();
+  const tsDevEntry& entry = EntryOfActDev();
   if (entry.bReportId1 == 0) return true;
   std::array<std::uint8_t, 9> report{1};
   return ReadInputReport(entry.hDev, report);
@@ -53,10 +54,10 @@ std::uint16_t Id64ByFa(std::span<std::uint8_t> id) {
   FaFrame frame(command::kId64, 0, 0);
   int tries = 0;
   while (!FaXfer(command::kId64, frame) && !SaysNoId(frame)) {
-    if (SerialPort* port = ActiveEntry().pSerialPort; port != nullptr) port->Flush();
-    platform::TheHost().clock.Sleep(kBetweenTries);
+    if (SerialPort* port = EntryOfActDev().pSerialPort; port != nullptr) port->Flush();
+    Pause(kBetweenTries);
     if (++tries < kFaTries) continue;
-    ActiveEntry().LastLibErr |= TAVLYN_ERR_COMMAND;
+    EntryOfActDev().LastLibErr |= TAVLYN_ERR_COMMAND;
     LogFailure(kTag64);
     return 0;
   }
@@ -70,7 +71,7 @@ std::uint16_t Id256ByFa(std::span<std::uint8_t> id) {
   if (!FaXfer(command::kId256, frame)) {
     if (SaysNoId(frame)) return 0;
     // Unlike the short fetch this one deliberately goes on with whatever the frame holds.
-    ActiveEntry().LastLibErr |= TAVLYN_ERR_COMMAND;
+    EntryOfActDev().LastLibErr |= TAVLYN_ERR_COMMAND;
     LogErrorCode(kTag256);
   }
   if (id.size() < kLongId) return 0;
@@ -81,7 +82,7 @@ std::uint16_t Id256ByFa(std::span<std::uint8_t> id) {
 }  // namespace
 
 std::uint16_t FetchId64(std::uint8_t* buffer, std::int16_t length) {
-  ActiveEntry().LastLibErr = 0;
+  EntryOfActDev().LastLibErr = 0;
   const std::span<std::uint8_t> id = Cleared(buffer, length);
   if (InAscii()) return AsciiGetId(buffer, length);
   if (OnSerialPort()) return Id64ByFa(id);
@@ -98,7 +99,7 @@ std::uint16_t FetchId64(std::uint8_t* buffer, std::int16_t length) {
 }
 
 std::uint16_t FetchId256(std::uint8_t* buffer, std::int16_t length) {
-  ActiveEntry().LastLibErr = 0;
+  EntryOfActDev().LastLibErr = 0;
   const std::span<std::uint8_t> id = Cleared(buffer, length);
   if (InAscii()) return AsciiGetId(buffer, length);
   if (OnSerialPort()) return Id256ByFa(id);

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "api.h"
-#include "core/configurations.h"
+#include "core/openings.h"
 #include "core/trace.h"
 #include "reader/ascii.h"
 #include "reader/blocks.h"
@@ -36,7 +36,7 @@ Volume AskVolume() {
   }
   Report reply{};
   const bool answered = FeatureXfer(command::kReadVolume, reply) == Xfer::kDone;
-  if (!answered) ActiveEntry().LastLibErr |= TAVLYN_ERR_COMMAND;
+  if (!answered) EntryOfActDev().LastLibErr |= TAVLYN_ERR_COMMAND;
   // The report ID counts, so a reader with report ID 1 always has the command.
   const bool blank = std::ranges::all_of(reply, [](std::uint8_t byte) { return byte == 0; });
   return {answered, blank ? kNoVolume : std::uint16_t{reply[3]}};
@@ -48,14 +48,14 @@ bool WriteDispBlock(tsCfgSlot& slot) {
   const bool written =
       Tell(command::kWriteBlock, BuildBlock(kDisplayBlock, slot), 0x80 + kDisplayBlock, kDisplayBlock);
   if (!written && !OnSerialPort()) {
-    ActiveEntry().LastLibErr |= TAVLYN_ERR_CONFIG_WRITE;
+    EntryOfActDev().LastLibErr |= TAVLYN_ERR_CONFIG_WRITE;
     LogLine("WrtIDFrmtParms2", "ERROR CODE 0x00040000");
   }
   return written;
 }
 
 std::uint32_t Beep(std::uint8_t count, std::int16_t longBeep) {
-  ActiveEntry().LastLibErr = 0;
+  EntryOfActDev().LastLibErr = 0;
   const std::uint8_t code = BeepCode(count, longBeep != 0);
   if (InAscii()) {
     AsciiBeep(code & 7, code >= kLongBeeps);
@@ -66,7 +66,7 @@ std::uint32_t Beep(std::uint8_t count, std::int16_t longBeep) {
 }
 
 bool IsFastStoreReader() {
-  ActiveEntry().LastLibErr = 0;
+  EntryOfActDev().LastLibErr = 0;
   const Volume volume = AskVolume();
   // Readers with two or four configurations are fast whether they know the command or not.
   return HighestConfig() == 1 || HighestConfig() == 3 || volume.value < kNoVolume;
@@ -78,14 +78,14 @@ using namespace tavlyn;
 
 std::uint32_t GetBeeperVolume() {
   if (!ActiveInRange()) return kNoVolume;
-  ActiveEntry().LastLibErr = 0;
+  EntryOfActDev().LastLibErr = 0;
   const Volume volume = AskVolume();
   return volume.answered ? volume.value : kNoVolume;
 }
 
 std::uint32_t SetBeeperVolume(std::uint16_t volume) {
   if (!ActiveInRange()) return UnsupportedValue;
-  ActiveEntry().LastLibErr = 0;
+  EntryOfActDev().LastLibErr = 0;
   ReplyBytes reply;
   const bool answered =
       Ask(command::kWriteVolume, TAVLYN_ERR_COMMAND, reply, static_cast<std::uint8_t>(volume));

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "core/slot.h"
+#include "core/mirror.h"
 
 namespace tavlyn {
 

@@ -4,10 +4,8 @@
 #include <array>
 
 #include "api/types.h"
-#include "core/buffers.h"
-#include "core/id_cache.h"
+#include "core/pause.h"
 #include "core/state.h"
-#include "platform/platform.h"
 #include "reader/transactions.h"
 
 namespace tavlyn {
@@ -35,7 +33,7 @@ void Keep(std::uint8_t page, const ReplyBytes& reply) {
 }  // namespace
 
 std::uint32_t FetchQueuedId(std::uint16_t first, std::int16_t second) {
-  ActiveEntry().LastLibErr = 0;
+  EntryOfActDev().LastLibErr = 0;
   const auto options = static_cast<std::uint8_t>((first != 0 ? 1 : 0) | (second != 0 ? 2 : 0));
   const bool serial = OnSerialPort();
   // Over a serial link the last record deliberately stays until its bytes are replaced.
@@ -43,11 +41,11 @@ std::uint32_t FetchQueuedId(std::uint16_t first, std::int16_t second) {
   for (std::uint8_t page = 0; page <= kIdPages; ++page) {
     ReplyBytes reply;
     if (!Ask(command::kQueuedId, 0, reply, page, options)) {
-      ActiveEntry().LastLibErr |= TAVLYN_ERR_COMMAND;
+      EntryOfActDev().LastLibErr |= TAVLYN_ERR_COMMAND;
       return 0;
     }
     Keep(page, reply);
-    if (serial) platform::TheHost().clock.Sleep(kAfterFaPage);
+    if (serial) Pause(kAfterFaPage);
   }
   return 1;
 }

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "core/buffers.h"
 #include "core/state.h"
 #include "reader/fa_frames.h"
 #include "reader/transactions.h"

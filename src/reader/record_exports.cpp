@@ -12,12 +12,12 @@ using SlotWord = std::int32_t tsCfgSlot::*;
 
 std::uint32_t GetSlotWord(SlotWord word, std::uint32_t noReader) {
   if (!ReaderIsActive()) return noReader;
-  return static_cast<std::uint32_t>(static_cast<std::int16_t>(ActiveEntry().ActiveSlot().*word));
+  return static_cast<std::uint32_t>(static_cast<std::int16_t>(EntryOfActDev().ActiveSlot().*word));
 }
 
 std::uint32_t SetSlotWord(SlotWord word, std::int32_t value, std::uint32_t noReader) {
   if (!ReaderIsActive()) return noReader;
-  tsCfgSlot& slot = ActiveEntry().ActiveSlot();
+  tsCfgSlot& slot = EntryOfActDev().ActiveSlot();
   slot.*word = value;
   slot.bDirtyExt = 1;
   return 1;
@@ -31,7 +31,7 @@ using namespace tavlyn;
 std::uint32_t GetSepFldData(std::uint8_t* buffer, std::uint16_t length) {
   if (!ReaderIsActive()) return UnsupportedValue;
   if (length < kSepFldBytes) return 0;
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   const tsCfgSlot& slot = entry.ActiveSlot();
   if (buffer == nullptr || slot.bCfgLoaded == 0) {
     entry.LastLibErr |= buffer == nullptr ? TAVLYN_ERR_SEP_NULL : TAVLYN_ERR_SEP_UNREAD;
@@ -45,7 +45,7 @@ std::uint32_t GetSepFldData(std::uint8_t* buffer, std::uint16_t length) {
 std::uint32_t SetSepFldData(const std::uint8_t* buffer, std::uint16_t length) {
   if (!ReaderIsActive()) return UnsupportedValue;
   if (length < kSepFldBytes) return 0;
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   if (buffer == nullptr) {
     entry.LastLibErr |= TAVLYN_ERR_SEP_NULL;
     return 0;

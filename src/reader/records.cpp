@@ -56,7 +56,7 @@ bool IsOutput(Record record) { return record == kLEDCtrl || record == kBprRlyCtr
 }  // namespace
 
 std::uint32_t GetRecord(Record record, std::int16_t* words) {
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   const char* tag = kRecords[record].getTag;
   entry.LastLibErr = TAVLYN_ERR_GET;
   if (words == nullptr) {
@@ -76,7 +76,7 @@ std::uint32_t GetRecord(Record record, std::int16_t* words) {
 }
 
 std::uint32_t SetRecord(Record record, const std::int16_t* words) {
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   const RecordRow& row = kRecords[record];
   entry.LastLibErr = TAVLYN_ERR_SET;
   if (words == nullptr) {

@@ -3,8 +3,8 @@
 #include <cstdio>
 
 #include "api.h"
-#include "core/configurations.h"
-#include "core/text_file.h"
+#include "core/openings.h"
+#include "core/text.h"
 #include "reader/classify.h"
 #include "reader/transactions.h"
 
@@ -43,7 +43,7 @@ bool DumpConfigs(std::FILE* file, const tsDevEntry& entry) {
 }
 
 bool Dump(std::FILE* file) {
-  const tsDevEntry& entry = ActiveEntry();
+  const tsDevEntry& entry = EntryOfActDev();
   const bool severalConfigs = entry.PlusState == kPlusReader && entry.MaxConfig != 0;
   std::fputs("# 8 byte USB Feature Reports\n", file);
   std::fputs(severalConfigs ? "# Reader Type TavlynPlus\n" : "# Reader Type Tavlyn\n", file);

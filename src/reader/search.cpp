@@ -52,8 +52,8 @@ void SearchComs(std::int16_t start) {
 bool SearchEthernet() {
   if (!XportConnect(SrchIpAddr, SrchIpPort, PingReader) && !TunnelConnect(SrchIpAddr, SrchIpPort, PingReader))
     return false;
-  ActiveEntry().ProductKind = kReader;
-  ActiveEntry().VidPidRow = -1;
+  EntryOfActDev().ProductKind = kReader;
+  EntryOfActDev().VidPidRow = -1;
   return true;
 }
 
@@ -69,7 +69,7 @@ bool SearchLinks() {
     LogLine(kSearchTag, kFailed);
     return false;
   }
-  ActiveEntry().ProductKind = kReader;
+  EntryOfActDev().ProductKind = kReader;
   return true;
 }
 
@@ -77,8 +77,8 @@ bool SearchLinks() {
 
 bool SearchReaders() {
   if (SearchLibusbReader(PingReader)) {
-    ActiveEntry().PlusState = kPlusReader;
-    ActiveEntry().ProductKind = kReader;
+    EntryOfActDev().PlusState = kPlusReader;
+    EntryOfActDev().ProductKind = kReader;
     ClassifyReader();
     return true;
   }

@@ -18,7 +18,7 @@ Xfer FeatureXfer(const Command& command, Report& reply, std::uint8_t x, std::uin
   return FetchReport(reply) ? Xfer::kDone : Xfer::kNoReply;
 }
 
-bool OnSerialPort() { return ActiveEntry().LinkKind == kBySerialPort; }
+bool OnSerialPort() { return EntryOfActDev().LinkKind == kBySerialPort; }
 
 bool Ask(const Command& command, std::uint32_t reportError, ReplyBytes& reply, std::uint8_t x,
          std::uint8_t y) {
@@ -31,7 +31,7 @@ bool Ask(const Command& command, std::uint32_t reportError, ReplyBytes& reply, s
   Report report{};
   const bool answered = FeatureXfer(command, report, x, y) == Xfer::kDone;
   std::copy_n(report.begin() + 1, reply.size(), reply.begin());
-  if (!answered) ActiveEntry().LastLibErr |= reportError;
+  if (!answered) EntryOfActDev().LastLibErr |= reportError;
   return answered;
 }
 

@@ -1,5 +1,7 @@
 #include "sonar/commands.h"
 
+#include "core/pause.h"
+
 namespace tavlyn::sonar {
 namespace {
 
@@ -23,6 +25,6 @@ bool Store(Command command, const Report& page) {
   return SendReport(page);
 }
 
-void AwaitSensor() { platform::TheHost().clock.Sleep(kSensorWait); }
+void AwaitSensor() { Pause(kSensorWait); }
 
 }  // namespace tavlyn::sonar

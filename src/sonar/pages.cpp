@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "core/state.h"
+
 namespace tavlyn::sonar {
 namespace {
 

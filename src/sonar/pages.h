@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "core/sonar_block.h"
+#include "core/mirror.h"
 #include "hid/report_channel.h"
 #include "sonar/commands.h"
 

@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <span>
 
-#include "core/cfg_locked.h"
+#include "core/openings.h"
+#include "core/pause.h"
 #include "core/state.h"
 #include "sonar/commands.h"
 #include "sonar/pages.h"
@@ -44,7 +45,7 @@ void ClearChanged(SonarBlock& block) {
 }
 
 bool ReadIdentity() {
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   Report reply{};
   if (!Ask(Command::kIdentity, reply)) return false;
   entry.LUID = static_cast<std::uint16_t>(reply[1] | reply[2] << 8);
@@ -81,7 +82,7 @@ bool WriteChanged(Report& page) {
 
 // The bytes behind the LUID are those of the last page.
 bool WriteIdentity(Report& page) {
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   page[1] = 0;
   page[2] = static_cast<std::uint8_t>(entry.LUID);
   page[3] = static_cast<std::uint8_t>(entry.LUID >> 8);
@@ -94,23 +95,23 @@ bool WriteAll() {
   Report page{};
   if (!WriteChanged(page)) return false;
   ClearChanged(ActiveBlock());
-  return ActiveEntry().bLUIDDirty == 0 || WriteIdentity(page);
+  return EntryOfActDev().bLUIDDirty == 0 || WriteIdentity(page);
 }
 
 std::uint32_t MoveDefaults(Command command) {
-  ActiveEntry().LastLibErr = 0;
+  EntryOfActDev().LastLibErr = 0;
   if (!Tell(command)) {
-    ActiveEntry().LastLibErr |= TAVLYN_ERR_RESET;
+    EntryOfActDev().LastLibErr |= TAVLYN_ERR_RESET;
     return 0;
   }
-  platform::TheHost().clock.Sleep(kAfterReset);
+  Pause(kAfterReset);
   return ReadParameters();
 }
 
 }  // namespace
 
 std::uint32_t ReadParameters() {
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   entry.LastLibErr = 0;
   if (ReadAll()) return 1;
   entry.LastLibErr |= TAVLYN_ERR_CONFIG_READ;
@@ -118,7 +119,7 @@ std::uint32_t ReadParameters() {
 }
 
 std::uint32_t WriteParameters() {
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   entry.LastLibErr = 0;
   if (WriteAll()) return 1;
   entry.LastLibErr |= TAVLYN_ERR_CONFIG_WRITE;
@@ -130,7 +131,7 @@ std::uint32_t ResetToFactory() {
   constexpr std::uint16_t kSetsIdleFlags = 0x400;
   ActiveBlock().SonarOpMark = kReset;
   if (MoveDefaults(Command::kFactoryDefaults) == 0) return 0;
-  if ((ActiveEntry().DID & kVersionBits) != kSetsIdleFlags) return 1;
+  if ((EntryOfActDev().DID & kVersionBits) != kSetsIdleFlags) return 1;
   // Sensors of this version come out of a reset with idle flags that must not stay.
   ActiveBlock().words[FlagsI] = 0;
   ActiveBlock().bIdleChanged = 1;

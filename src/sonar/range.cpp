@@ -14,7 +14,7 @@ namespace {
 enum RangeWord : std::uint8_t { kDistance, kStatusBit0, kStatusBit1, kStatusBit2, kStatus, kRangeWords };
 
 std::uint32_t QueryRange(std::uint16_t* words) {
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   entry.LastLibErr = 0;
   Report reply{};
   if (!Ask(Command::kRange, reply)) {
@@ -37,7 +37,7 @@ std::uint16_t RangeAsId(std::uint8_t* buffer, std::int16_t length) {
   std::array<std::uint16_t, kRangeWords> range{};
   // A failed query deliberately gives an ID all the same.
   QueryRange(range.data());
-  const std::uint16_t luid = ActiveEntry().LUID;
+  const std::uint16_t luid = EntryOfActDev().LUID;
   if (length >= 1) buffer[0] = static_cast<std::uint8_t>(range[kStatusBit0]);
   if (length >= 2) buffer[1] = static_cast<std::uint8_t>(range[kDistance]);
   if (length >= kIdLength) {

@@ -55,7 +55,7 @@ void ApplyLimits(SonarWords& words) {
 }
 
 std::uint32_t GetRecord(RecordId id, std::uint16_t* words) {
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   const Record& record = kRecords[id];
   entry.LastLibErr = TAVLYN_ERR_GET;
   if (words == nullptr) {
@@ -72,7 +72,7 @@ std::uint32_t GetRecord(RecordId id, std::uint16_t* words) {
 }
 
 std::uint32_t SetRecord(RecordId id, const std::uint16_t* words) {
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   const Record& record = kRecords[id];
   entry.LastLibErr = TAVLYN_ERR_SET;
   if (words == nullptr) {

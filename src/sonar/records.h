@@ -4,8 +4,8 @@
 #include <array>
 #include <cstdint>
 
+#include "core/mirror.h"
 #include "core/openings.h"
-#include "core/sonar_block.h"
 
 namespace tavlyn::sonar {
 
@@ -28,7 +28,7 @@ inline constexpr std::array<Record, 4> kRecords = {{
     {"tsIdleParms", kFirstOfIdleParms, 8, &SonarBlock::bIdleChanged, 5, 1},
 }};
 
-inline SonarBlock& ActiveBlock() { return ActiveEntry().SonarBlock; }
+inline SonarBlock& ActiveBlock() { return EntryOfActDev().SonarBlock; }
 
 // Brings every word that a read has stored into its range.
 void ApplyLimits(SonarWords& words);

@@ -70,7 +70,7 @@ class Accessors : public BesideReader {
     SetUnsupportedProductErrorCode(kUnsupported);
   }
 
-  static tsCfgSlot& Slot() { return ActiveEntry().ActiveSlot(); }
+  static tsCfgSlot& Slot() { return EntryOfActDev().ActiveSlot(); }
 
   // A connected reader, and words that no two fields share and that pass every range test.
   void FillRecords() {
@@ -86,7 +86,7 @@ class Accessors : public BesideReader {
     Slot()[field::IDDispParms3_iTrailChrCnt] = 2;
     Slot()[field::LEDCtrl_bVolatile] = 0;
     Slot()[field::BprRlyCtrl_bVolatile] = 0;
-    SetMarks(ActiveEntry(), 0);
+    SetMarks(EntryOfActDev(), 0);
   }
 };
 
@@ -101,7 +101,7 @@ TEST_F(Accessors, ThereIsAPairForEveryWord) {
 
 TEST_F(Accessors, AGetterGivesItsWordWithoutTraffic) {
   FillRecords();
-  ActiveEntry().LastLibErr = 5;
+  EntryOfActDev().LastLibErr = 5;
   for (const Accessor& accessor : kAccessors) {
     if (IsNeverRead(accessor.field)) continue;
     EXPECT_EQ(accessor.get(), accessor.inRecord(Slot().record[accessor.field.record])) << accessor.name;
@@ -126,13 +126,13 @@ TEST_F(Accessors, ASetterDoesWhatTheRecordSetDoes) {
     words[accessor.field.word] = static_cast<std::int16_t>(words[accessor.field.word] - 1);
     ASSERT_EQ(SetThrough(accessor.field.record, words), 1U) << accessor.name;
     const auto expected = Slot().record;
-    const unsigned marks = MarksOf(ActiveEntry(), Slot());
+    const unsigned marks = MarksOf(EntryOfActDev(), Slot());
     EXPECT_NE(marks, 0U) << accessor.name;
 
     FillRecords();
     EXPECT_EQ(accessor.set(words[accessor.field.word]), 1U) << accessor.name;
     EXPECT_EQ(Slot().record, expected) << accessor.name;
-    EXPECT_EQ(MarksOf(ActiveEntry(), Slot()), marks) << accessor.name;
+    EXPECT_EQ(MarksOf(EntryOfActDev(), Slot()), marks) << accessor.name;
     EXPECT_EQ(GetLastLibErr(), 0U) << accessor.name;
     ExpectTraffic({});
   }
@@ -160,7 +160,7 @@ TEST_F(Accessors, AVolatileOutputIsSentAtOnceAndFromThenOn) {
   ForgetTraffic();
   EXPECT_EQ(setLEDCtrl_iRedLEDState(1), 1U);
   EXPECT_EQ(TrafficOf(host.transcript.Events()).size(), 2U);
-  EXPECT_EQ(MarksOf(ActiveEntry(), Slot()), 0U);
+  EXPECT_EQ(MarksOf(EntryOfActDev(), Slot()), 0U);
   ForgetTraffic();
   EXPECT_EQ(setBprRlyCtrl_bVolatile(1), 1U);
   EXPECT_EQ(TrafficOf(host.transcript.Events()).size(), 2U);
@@ -179,7 +179,7 @@ TEST_F(Accessors, WithNoDeviceEveryCallIsUnsupported) {
 
 TEST_F(Accessors, AProductOfNoKindHandsOnWhatTheRecordCallReturns) {
   FillRecords();
-  ActiveEntry().ProductKind = 0;
+  EntryOfActDev().ProductKind = 0;
   for (const Accessor& accessor : kAccessors) {
     EXPECT_EQ(accessor.get(), kUnsupportedWord) << accessor.name;
     EXPECT_EQ(accessor.set(1), kUnsupported) << accessor.name;
@@ -201,7 +201,7 @@ TEST_F(Accessors, AnUnreadConfigurationGivesZero) {
     }
   }
   EXPECT_EQ(Slot().record, before);
-  EXPECT_EQ(MarksOf(ActiveEntry(), Slot()), 0U);
+  EXPECT_EQ(MarksOf(EntryOfActDev(), Slot()), 0U);
 }
 
 TEST_F(Accessors, ARangeErrorIsThatOfTheRecordSet) {
@@ -223,12 +223,12 @@ TEST_F(Accessors, ARangeErrorIsThatOfTheRecordSet) {
 TEST_F(Accessors, ThreeCallsDoNothing) {
   FillRecords();
   const auto before = Slot().record;
-  ActiveEntry().LastLibErr = 5;
+  EntryOfActDev().LastLibErr = 5;
   EXPECT_EQ(getCfgFlags3_bNotBootDev(), kUnsupportedWord);
   EXPECT_EQ(setCfgFlags3_bNotBootDev(1), kUnsupported);
   EXPECT_EQ(setTimeParms_ExFeatures01(0x40), kUnsupported);
   EXPECT_EQ(Slot().record, before);
-  EXPECT_EQ(MarksOf(ActiveEntry(), Slot()), 0U);
+  EXPECT_EQ(MarksOf(EntryOfActDev(), Slot()), 0U);
   EXPECT_EQ(GetLastLibErr(), 5U) << "not even a record get";
   EXPECT_EQ(getTimeParms_ExFeatures01(), Slot()[field::TimeParms_ExFeatures01]);
 }
@@ -237,8 +237,8 @@ TEST_F(Accessors, TheActiveConfigurationIsMeant) {
   Connected(Reader::Plus(2));
   ASSERT_EQ(SetActConfig(1), 1U);
   EXPECT_EQ(setTimeParms_iIDHoldTO(4000), 1U);
-  EXPECT_EQ(ActiveEntry().CfgSlot[1][field::TimeParms_iIDHoldTO], 4000);
-  EXPECT_NE(ActiveEntry().CfgSlot[0][field::TimeParms_iIDHoldTO], 4000);
+  EXPECT_EQ(EntryOfActDev().CfgSlot[1][field::TimeParms_iIDHoldTO], 4000);
+  EXPECT_NE(EntryOfActDev().CfgSlot[0][field::TimeParms_iIDHoldTO], 4000);
   EXPECT_EQ(getTimeParms_iIDHoldTO(), 4000);
   SetActConfig(0);
   EXPECT_NE(getTimeParms_iIDHoldTO(), 4000);
@@ -258,7 +258,7 @@ TEST_F(Accessors, TheNextWriteSendsWhatWasSet) {
 
 TEST_F(Accessors, ASonarSensorHasNoKeyTimes) {
   FillRecords();
-  ActiveEntry().ProductKind = kSonar;
+  EntryOfActDev().ProductKind = kSonar;
   EXPECT_EQ(getTimeParms_iUSBKeyPrsTm(), kUnsupportedWord);
   EXPECT_EQ(getTimeParms_iUSBKeyRlsTm(), kUnsupportedWord);
   EXPECT_EQ(setTimeParms_iUSBKeyPrsTm(4), kUnsupported);
@@ -271,7 +271,7 @@ TEST_F(Accessors, AMagstripeReaderKeepsItsKeyTimesBesideTheRecord) {
   const Product* magstripe = ProductOf(kMagstripe);
   ASSERT_NE(magstripe, nullptr);
   FillRecords();
-  ActiveEntry().ProductKind = kMagstripe;
+  EntryOfActDev().ProductKind = kMagstripe;
   *magstripe->keyTime(KeyTime::kPress) = 1020;
   *magstripe->keyTime(KeyTime::kRelease) = 0xFFFF;
   EXPECT_EQ(getTimeParms_iUSBKeyPrsTm(), 1020);

@@ -55,7 +55,7 @@ const Flags Hardware::kNothing = {0, 0, 0, 0, 0, 0, 0, 0};
 
 TEST_F(Hardware, MasksComeOverReports) {
   Connected(Model());
-  ActiveEntry().LastLibErr = 5;
+  EntryOfActDev().LastLibErr = 5;
   EXPECT_EQ(Take(InstalledHardware), kInstalled);
   ExpectTraffic({"set 89 05", "get"});
   EXPECT_EQ(GetLastLibErr(), 0U);
@@ -65,7 +65,7 @@ TEST_F(Hardware, MasksComeOverReports) {
 
 TEST_F(Hardware, MasksComeOverASerialLink) {
   AddReader(Model());
-  ActiveEntry().LastLibErr = 5;
+  EntryOfActDev().LastLibErr = 5;
   EXPECT_EQ(Take(InstalledHardware), kInstalled);
   EXPECT_EQ(GetLastLibErr(), 0U);
   EXPECT_EQ(Take(SupportedHardware), kSupported);
@@ -108,11 +108,11 @@ TEST_F(Hardware, OnlyCardReadersAreAsked) {
   EXPECT_EQ(SupportedHardware(), nullptr);
   Connected(Model());
   for (const std::uint32_t kind : {0U, kMagstripe, kSonar}) {
-    ActiveEntry().ProductKind = kind;
-    ActiveEntry().LastLibErr = 5;
+    EntryOfActDev().ProductKind = kind;
+    EntryOfActDev().LastLibErr = 5;
     EXPECT_EQ(InstalledHardware(), nullptr);
     EXPECT_EQ(GetLastLibErr(), 0U) << "cleared before the kind is looked at";
-    ActiveEntry().LastLibErr = 5;
+    EntryOfActDev().LastLibErr = 5;
     EXPECT_EQ(SupportedHardware(), nullptr);
     EXPECT_EQ(GetLastLibErr(), 0U);
   }

@@ -248,7 +248,7 @@ TEST_F(IdentityTest, TheNumbersAreThoseOfTheSelectedEntry) {
   DevTable[2].SN = 0xFEDCBA98;
   DevTable[2].LUID = 0x8001;
   SetActDev(2);
-  ActiveEntry().LastLibErr = 5;
+  EntryOfActDev().LastLibErr = 5;
   EXPECT_EQ(GetDID(), 0xFEDCU) << "not sign-extended";
   EXPECT_EQ(GetLUID(), 0x8001U) << "nor this";
   EXPECT_EQ(GetSN(), 0xFEDCBA98U);

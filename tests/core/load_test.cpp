@@ -8,7 +8,6 @@
 #include <cstring>
 
 #include "api.h"
-#include "core/buffers.h"
 #include "core/state.h"
 #include "hid/vidpid_table.h"
 #include "tests/support/bench.h"

@@ -53,7 +53,7 @@ class Analyzer : public SerialBench {
   void Use(std::shared_ptr<Reader> reader_) {
     model = Connected(std::move(reader_));
     SetActDev(static_cast<std::int16_t>(DevCnt - 1));
-    ActiveEntry().LastLibErr = 5;
+    EntryOfActDev().LastLibErr = 5;
   }
 
   std::vector<sim::AnalyzerRecord>& List() { return model->state.extensions.analyzed; }
@@ -94,7 +94,7 @@ TEST_F(Analyzer, AnAnswerToSomethingElseIsNoStatus) {
   EXPECT_EQ(GetCardAnalyzerStatus(), 0U);
   for (const Bytes& answer : {Bytes{0x8D, 0x08, 1, 9}, Bytes{0x8C, 0x09, 1, 9}, Bytes{}}) {
     model->faults.AnswerWith({0x8C, 0x08}, answer, 1);
-    ActiveEntry().LastLibErr = 5;
+    EntryOfActDev().LastLibErr = 5;
     EXPECT_EQ(GetCardAnalyzerStatus(), 0xFFFFFFFFU);
     EXPECT_EQ(GetLastLibErr(), 0U);
     EXPECT_EQ(GetCardCount(), 3U);

@@ -29,7 +29,7 @@ std::vector<Asked>& Questions() {
 }
 
 bool Probe() {
-  const std::uint16_t number = ActiveEntry().pSerialPort->PortNum();
+  const std::uint16_t number = EntryOfActDev().pSerialPort->PortNum();
   Questions().push_back({number, ActDev});
   return Answering().contains(number);
 }

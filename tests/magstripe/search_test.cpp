@@ -105,7 +105,7 @@ std::vector<std::uint32_t>& Asked() {
   return numbers;
 }
 bool AnswersOn5And12() {
-  const std::uint32_t number = ActiveEntry().pSerialPort->PortNum();
+  const std::uint32_t number = EntryOfActDev().pSerialPort->PortNum();
   Asked().push_back(number);
   return number == 5 || number == 12;
 }

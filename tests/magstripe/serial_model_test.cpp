@@ -10,11 +10,11 @@ class MagModelSerial : public MagModelBench {
  protected:
   void AddLine() {
     ActDev = DevCnt++;
-    ActiveEntry().LinkKind = kBySerialPort;
-    ActiveEntry().ProductKind = kMagstripe;
+    EntryOfActDev().LinkKind = kBySerialPort;
+    EntryOfActDev().ProductKind = kMagstripe;
     auto made = std::make_unique<sim::VirtualComPort>(host.transcript, line);
     port = made.get();
-    ActiveEntry().pSerialPort = new (std::nothrow) SerialPort(std::move(made));  // the entry owns it
+    EntryOfActDev().pSerialPort = new (std::nothrow) SerialPort(std::move(made));  // the entry owns it
     ForgetTraffic();
   }
 
@@ -43,8 +43,8 @@ TEST_F(MagModelSerial, OneByteWrittenCountsAsGood) {
 
 TEST_F(MagModelSerial, NoPortNoReply) {
   ActDev = DevCnt++;
-  ActiveEntry().LinkKind = kBySerialPort;
-  ActiveEntry().ProductKind = kMagstripe;
+  EntryOfActDev().LinkKind = kBySerialPort;
+  EntryOfActDev().ProductKind = kMagstripe;
   EXPECT_EQ(BeepNow(1, 0), 0U);
   ExpectTraffic({"sleep 2"});
 }

@@ -83,8 +83,8 @@ class StripeBench : public Bench {
     stripe->commands.clear();
   }
 
-  static tsDevEntry& Entry() { return ActiveEntry(); }
-  static tsSorbaneCfg& Cfg() { return ActiveEntry().SorbaneBlock.Cfg; }
+  static tsDevEntry& Entry() { return EntryOfActDev(); }
+  static tsSorbaneCfg& Cfg() { return EntryOfActDev().SorbaneBlock.Cfg; }
 
  private:
   // In entry 0; it stays as it is.

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "api.h"
-#include "core/id_cache.h"
+#include "core/state.h"
 #include "tests/support/serial_reader.h"
 
 namespace tavlyn::test {

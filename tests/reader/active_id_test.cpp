@@ -3,7 +3,6 @@
 #include <memory>
 
 #include "api.h"
-#include "core/id_cache.h"
 #include "core/state.h"
 #include "tests/support/bench.h"
 
@@ -59,7 +58,7 @@ const Lines kLongTraffic = {"set 8D",    "get 11 12 13 14 15 16 17 18",
 
 TEST_F(ActiveId, TheShortReadFetchesEightBytes) {
   StartTrace();
-  ActiveEntry().LastLibErr = 5;
+  EntryOfActDev().LastLibErr = 5;
   Buffer buffer(8);
   EXPECT_EQ(GetActiveID(buffer.get(), 8), 200);
   ExpectTraffic(kShortTraffic);
@@ -72,7 +71,7 @@ TEST_F(ActiveId, TheShortReadFetchesEightBytes) {
 
 TEST_F(ActiveId, TheLongReadFetchesThirtyTwo) {
   StartTrace();
-  ActiveEntry().LastLibErr = 5;
+  EntryOfActDev().LastLibErr = 5;
   Buffer buffer(32);
   EXPECT_EQ(GetActiveID32(buffer.get(), 32), 200);
   ExpectTraffic(kLongTraffic);
@@ -155,7 +154,7 @@ TEST_F(ActiveId, NoRoomIsNoLength) {
   LetTimePass();
   EXPECT_EQ(GetActiveID32(&byte, -1), 200);
   EXPECT_EQ(byte, 0xEE);
-  ActiveEntry().ActiveSlot()[field::TimeParms_iIDHoldTO] = 0;
+  EntryOfActDev().ActiveSlot()[field::TimeParms_iIDHoldTO] = 0;
   EXPECT_EQ(GetActiveID(nullptr, 8), 0) << "expired";
   EXPECT_EQ(GetActiveID(&byte, -1), 0);
   EXPECT_EQ(byte, 0xEE);
@@ -220,12 +219,12 @@ TEST_F(ActiveId, WithoutADevice) {
   EXPECT_EQ(getActiveID(8), 0x8001);
   EXPECT_EQ(getActiveID32(8), 0x8001);
   DevCnt = 1;
-  ActiveEntry().ProductKind = 3;
+  EntryOfActDev().ProductKind = 3;
   EXPECT_EQ(GetActiveID(buffer.get(), 8), 0x8001);
   EXPECT_EQ(GetActiveID32(buffer.get(), 8), 0x8001);
   EXPECT_EQ(getActiveID(8), 0x8001);
   EXPECT_EQ(getActiveID32(8), 0x8001);
-  ActiveEntry().ProductKind = kReader;
+  EntryOfActDev().ProductKind = kReader;
   EXPECT_EQ(buffer.get()[0], 0xEE);
   EXPECT_EQ(Cached(), before);
   ExpectTraffic({});
@@ -255,7 +254,7 @@ TEST_F(ActiveIdReportId1, AnInputReportMustBeQueued) {
   for (const auto read : {GetActiveID, GetActiveID32}) {
     Buffer buffer(8);
     LastIDBytes.fill(0x77);
-    ActiveEntry().LastLibErr = 5;
+    EntryOfActDev().LastLibErr = 5;
     EXPECT_EQ(read(buffer.get(), 8), 0);
     ExpectTraffic({"drain nothing"});
     EXPECT_EQ(GetLastLibErr(), 0U);

@@ -87,7 +87,7 @@ class AsciiBench : public BesideLine {
     com->timeouts = Port().Timeouts();
     UseAsciiCommandProtocol(1);
   }
-  static tsCfgSlot& Slot() { return ActiveEntry().ActiveSlot(); }
+  static tsCfgSlot& Slot() { return EntryOfActDev().ActiveSlot(); }
   static std::int16_t& Field(FieldId id) { return Slot()[id]; }
 
   AsciiReader ascii;

@@ -23,7 +23,7 @@ class AsciiId : public AsciiBench {
   }
   std::uint16_t Fetch(const std::string& answer) {
     ascii.id = answer;
-    ActiveEntry().LastLibErr = 0;
+    EntryOfActDev().LastLibErr = 0;
     buffer.assign(8, 0);
     return AsciiGetId(buffer.data(), 8);
   }

@@ -20,7 +20,7 @@ class CardData : public SerialBench {
 
 TEST_F(CardData, FivePiecesMakeFortyBytes) {
   Use();
-  ActiveEntry().LastLibErr = 5;
+  EntryOfActDev().LastLibErr = 5;
   EXPECT_EQ(getActiveCardData(), 1U);
   ExpectTraffic({"set 88 01", "get", "set 88 01 01", "get", "set 88 01 02", "get", "set 88 01 03", "get",
                  "set 88 01 04", "get"});
@@ -59,12 +59,12 @@ TEST_F(CardData, WithoutAReaderBothAreUnsupported) {
   Use();
   SetUnsupportedProductErrorCode(0x8001);
   for (const std::uint32_t kind : {0U, kMagstripe, kSonar}) {
-    ActiveEntry().ProductKind = kind;
+    EntryOfActDev().ProductKind = kind;
     EXPECT_EQ(getActiveCardData(), 0x8001U);
     EXPECT_EQ(getActiveCardData_byte(0), 0x8001U);
     EXPECT_EQ(getActiveCardData_byte(300), 0x8001U);
   }
-  ActiveEntry().ProductKind = kReader;
+  EntryOfActDev().ProductKind = kReader;
   DevCnt = 0;
   EXPECT_EQ(getActiveCardData(), 0x8001U);
   EXPECT_EQ(getActiveCardData_byte(0), 0x8001U);

@@ -50,7 +50,7 @@ class CfgWriteSep : public BesideReader {
     BesideReader::SetUp();
     reader = Connected(Reader::Plain());
   }
-  static tsCfgSlot& Slot() { return ActiveEntry().CfgSlot[0]; }
+  static tsCfgSlot& Slot() { return EntryOfActDev().CfgSlot[0]; }
 
   std::shared_ptr<Reader> reader;
 };

@@ -30,7 +30,7 @@ class DeviceTexts : public Bench {
 
 TEST_F(DeviceTexts, EachIsAskedInThreePieces) {
   Use(Reader::Plain());
-  ActiveEntry().LastLibErr = 5;
+  EntryOfActDev().LastLibErr = 5;
   for (const TextRow& row : kTexts) {
     EXPECT_STREQ(row.get(), row.text);
     const std::string set = "set 8C 04 0" + std::to_string(row.number);
@@ -64,7 +64,7 @@ TEST_F(DeviceTexts, AFaultAtEachExchangeGivesAnEmptyText) {
       const bool sendFails = exchange % 2 == 1;
       reader->faults.Restart();
       reader->faults.RefuseAt(exchange, sendFails ? 6 : 1);
-      ActiveEntry().LastLibErr = 5;
+      EntryOfActDev().LastLibErr = 5;
       ForgetTraffic();
       const char* text = row.get();
       ASSERT_NE(text, nullptr);
@@ -98,7 +98,7 @@ TEST_F(DeviceTexts, AnIndexOutsideTheTableAsksNobody) {
 
 TEST_F(DeviceTexts, TheElectronicSerialNumber) {
   Use(Reader::Plain());
-  ActiveEntry().LastLibErr = 5;
+  EntryOfActDev().LastLibErr = 5;
   const std::uint8_t* esn = getESN();
   ASSERT_NE(esn, nullptr);
   for (std::size_t at = 0; at < 32; ++at) EXPECT_EQ(esn[at], 0x40 + at);
@@ -145,7 +145,7 @@ TEST_F(DeviceTexts, AFaultAtEachExchangeOfTheSerialNumber) {
     const bool sendFails = exchange % 2 == 1;
     reader->faults.Restart();
     reader->faults.RefuseAt(exchange, sendFails ? 6 : 1);
-    ActiveEntry().LastLibErr = 5;
+    EntryOfActDev().LastLibErr = 5;
     EXPECT_EQ(getESN(), nullptr) << exchange;
     EXPECT_EQ(GetLastLibErr(), sendFails ? 0x1000202U : 0x1000000U) << exchange;
     ExpectTrace(exchange <= 2 ? Lines{} : Lines{"tavlyn_getESN ERROR CODE: 0", "tavlyn_getESN Failed !!"});
@@ -156,12 +156,12 @@ TEST_F(DeviceTexts, AFaultAtEachExchangeOfTheSerialNumber) {
 
 TEST_F(DeviceTexts, WithoutAReaderOnReportsThereIsNoSerialNumber) {
   Use(Reader::Plain());
-  ActiveEntry().ProductKind = kSonar;
+  EntryOfActDev().ProductKind = kSonar;
   EXPECT_EQ(getESN(), nullptr);
-  ActiveEntry().ProductKind = kReader;
-  ActiveEntry().LinkKind = kBySerialPort;
+  EntryOfActDev().ProductKind = kReader;
+  EntryOfActDev().LinkKind = kBySerialPort;
   EXPECT_EQ(getESN(), nullptr);
-  ActiveEntry().LinkKind = kByReports;
+  EntryOfActDev().LinkKind = kByReports;
   DevCnt = 0;
   EXPECT_EQ(getESN(), nullptr);
   DevCnt = 1;
@@ -178,7 +178,7 @@ TEST_F(DeviceTextsFa, EachIsAskedInThreeFramesAndFailsWithoutAWord) {
     ExpectTraffic(
         Join({FrameLines(header + "0", {"read 0C", "read"}), FrameLines(header + "1", {"read 0C", "read"}),
               FrameLines(header + "2", {"read 0C", "read"})}));
-    ActiveEntry().LastLibErr = 5;
+    EntryOfActDev().LastLibErr = 5;
     line->faults.RefuseReply({0x0C, 0x04, static_cast<std::uint8_t>(row.number), 1}, 1);
     EXPECT_STREQ(row.get(), "");
     ExpectTraffic(Join({FrameLines(header + "0", {"read 0C", "read"}), FrameLines(header + "1", {"read"})}));

@@ -240,8 +240,8 @@ TEST_F(FaFrames, WithoutAnOpenPortNothingHappens) {
   };
   Port().Close();
   all();
-  delete ActiveEntry().pSerialPort;
-  ActiveEntry().pSerialPort = nullptr;
+  delete EntryOfActDev().pSerialPort;
+  EntryOfActDev().pSerialPort = nullptr;
   all();
 }
 

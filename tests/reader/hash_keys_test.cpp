@@ -35,7 +35,7 @@ class HashKeys : public BesideReader {
     // An area of no page, so that the keys stand alone.
     Slot().sFldSepData.fill(0);
   }
-  static tsCfgSlot& Slot() { return ActiveEntry().CfgSlot[0]; }
+  static tsCfgSlot& Slot() { return EntryOfActDev().CfgSlot[0]; }
   // The whole of a write whose keys are as given.
   void ExpectWritten(const Lines& keys) {
     SetMarks(Entry(), kMarkSep);
@@ -152,8 +152,8 @@ class HashKeysOfTwo : public Bench {
   }
   // Whether a write sends keys that are empty.
   bool SendsEmptyKeys() {
-    ActiveEntry().CfgSlot[0].sFldSepData.fill(0);
-    SetMarks(ActiveEntry(), kMarkSep);
+    EntryOfActDev().CfgSlot[0].sFldSepData.fill(0);
+    SetMarks(EntryOfActDev(), kMarkSep);
     ForgetTraffic();
     EXPECT_EQ(WriteCfg(), 1U);
     const Lines traffic = TrafficOf(host.transcript.Events());

@@ -1,6 +1,4 @@
 // The time gate in front of the ID read, its cache, and the reads for callers without a buffer.
-#include "core/id_cache.h"
-
 #include <array>
 #include <numeric>
 
@@ -26,7 +24,7 @@ class IdCache : public Bench {
     Hold(1000);
   }
   static void Hold(std::int16_t milliseconds) {
-    ActiveEntry().ActiveSlot()[field::TimeParms_iIDHoldTO] = milliseconds;
+    EntryOfActDev().ActiveSlot()[field::TimeParms_iIDHoldTO] = milliseconds;
   }
   std::uint16_t Poll() {
     id.fill(0xEE);
@@ -136,9 +134,9 @@ TEST_F(IdCache, AClockThatWentBackCountsAsLongPast) {
 }
 
 TEST_F(IdCache, TheHoldTimeIsThatOfTheConfigurationInUse) {
-  ActiveEntry().PlusState = kPlusReader;
-  ActiveEntry().MaxConfig = 1;
-  ActiveEntry().CfgSlot[1][field::TimeParms_iIDHoldTO] = 0;
+  EntryOfActDev().PlusState = kPlusReader;
+  EntryOfActDev().MaxConfig = 1;
+  EntryOfActDev().CfgSlot[1][field::TimeParms_iIDHoldTO] = 0;
   EXPECT_EQ(Poll(), 26);
   EXPECT_EQ(Poll(), 26);
   EXPECT_EQ(SetActConfig(1), 1U);

@@ -12,7 +12,7 @@ using sim::Reader;
 class Outputs : public BesideReader {
  protected:
   void Use(std::shared_ptr<Reader> model) { reader = Connected(std::move(model)); }
-  static tsCfgSlot& Slot() { return ActiveEntry().ActiveSlot(); }
+  static tsCfgSlot& Slot() { return EntryOfActDev().ActiveSlot(); }
   std::shared_ptr<Reader> reader;
 };
 
@@ -112,7 +112,7 @@ TEST_F(Outputs, BeepCodes) {
                          {2, 1, 0x82},
                          {3, 1, 0x82},
                          {255, 1, 0x82}}) {
-    ActiveEntry().LastLibErr = 5;
+    EntryOfActDev().LastLibErr = 5;
     EXPECT_EQ(BeepNow(row.count, row.longBeep), 1U);
     EXPECT_EQ(reader->state.counters.lastBeep, row.code) << int{row.count} << ' ' << row.longBeep;
     EXPECT_EQ(GetLastLibErr(), 0U);
@@ -144,15 +144,15 @@ TEST_F(Outputs, ABeepWithoutADevice) {
   DevCnt = 0;
   EXPECT_EQ(BeepNow(1, 0), 0U);
   DevCnt = 1;
-  ActiveEntry().ProductKind = 3;
+  EntryOfActDev().ProductKind = 3;
   EXPECT_EQ(BeepNow(1, 0), 0U) << "nor of a kind that it does not know";
-  ActiveEntry().ProductKind = kReader;
+  EntryOfActDev().ProductKind = kReader;
   ExpectTraffic({});
 }
 
 TEST_F(Outputs, AFastStoreIsToldByTheVolumeCommand) {
   Use(Reader::Plain());
-  ActiveEntry().LastLibErr = 5;
+  EntryOfActDev().LastLibErr = 5;
   EXPECT_TRUE(IsFastStoreReader());
   ExpectTraffic({"set 8C 06", "get 8C 06 02"});
   EXPECT_EQ(GetLastLibErr(), 0U);

@@ -43,7 +43,7 @@ class PingReports : public Bench {
 };
 
 TEST_F(PingReports, TellsTheTicksBetween1And65535) {
-  ActiveEntry().LastLibErr = 5;
+  EntryOfActDev().LastLibErr = 5;
   EXPECT_EQ(Ping(), 1U) << "no time at all counts as 1";
   ExpectTraffic({"set 8A", "get 01 00 31 74"});
   for (const std::uint64_t takes : {1U, 2U, 300U, 65534U, 65535U}) {
@@ -71,10 +71,10 @@ TEST_F(PingReports, AFailureTellsTheTickAtItsStart) {
 TEST_F(PingReports, WithoutADeviceOfTheKindNothingIsTouched) {
   host.clock.tick = 1234567;
   for (const std::uint32_t kind : {0U, kSonar, 3U}) {
-    ActiveEntry().ProductKind = kind;
+    EntryOfActDev().ProductKind = kind;
     EXPECT_EQ(Ping(), 1234567U) << kind;
   }
-  ActiveEntry().ProductKind = kReader;
+  EntryOfActDev().ProductKind = kReader;
   DevCnt = 0;
   EXPECT_EQ(Ping(), 1234567U);
   DevCnt = 1;

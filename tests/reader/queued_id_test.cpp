@@ -3,7 +3,7 @@
 #include <numeric>
 
 #include "api.h"
-#include "core/id_cache.h"
+#include "core/state.h"
 #include "tests/support/cfg_marks.h"
 #include "tests/support/serial_reader.h"
 
@@ -27,7 +27,7 @@ class QueuedId : public SerialBench {
     auto model = Connected(Reader::Plain());
     model->state.queue = {Numbered(1)};
     LastIDBytes.fill(kOldByte);
-    ActiveEntry().LastLibErr = 5;
+    EntryOfActDev().LastLibErr = 5;
     return model;
   }
 
@@ -165,11 +165,11 @@ TEST_F(QueuedId, WithoutAReaderItIsUnsupported) {
   Use();
   SetUnsupportedProductErrorCode(0x8001);
   for (const std::uint32_t kind : {0U, 3U, 5U}) {
-    ActiveEntry().ProductKind = kind;
+    EntryOfActDev().ProductKind = kind;
     EXPECT_EQ(GetQueuedID(0, 0), 0x8001U);
     EXPECT_EQ(GetQueuedID_index(0), 0x8001U);
   }
-  ActiveEntry().ProductKind = kReader;
+  EntryOfActDev().ProductKind = kReader;
   EXPECT_EQ(GetLastLibErr(), 5U);
   DevCnt = 0;
   EXPECT_EQ(GetQueuedID(0, 0), 0x8001U);
@@ -182,8 +182,8 @@ TEST_F(QueuedId, ASonarSensorHasNone) {
   Use();
   GetQueuedID(0, 0);
   ForgetTraffic();
-  ActiveEntry().ProductKind = kSonar;
-  ActiveEntry().LastLibErr = 5;
+  EntryOfActDev().ProductKind = kSonar;
+  EntryOfActDev().LastLibErr = 5;
   SetUnsupportedProductErrorCode(0x8001);
   EXPECT_EQ(GetQueuedID(1, 1), 0U);
   EXPECT_EQ(GetQueuedID_index(0), 0U);

@@ -18,7 +18,7 @@ class RawPayload : public SerialBench {
     SerialBench::SetUp();
     model = Connected(Reader::Plain());
     SetRawPayload_index(0, 0);  // the command outlives a load in place
-    ActiveEntry().LastLibErr = 5;
+    EntryOfActDev().LastLibErr = 5;
   }
 
   // Positions 1 to 7, then index 8 sends.
@@ -195,12 +195,12 @@ TEST_F(RawPayload, TheTextDialectDoesNotMatter) {
 TEST_F(RawPayload, WithoutAReaderItIsUnsupported) {
   SetUnsupportedProductErrorCode(0x80F1);
   for (const std::uint32_t kind : {0U, 3U, 5U}) {
-    ActiveEntry().ProductKind = kind;
+    EntryOfActDev().ProductKind = kind;
     EXPECT_EQ(SetRawPayload_index(8, 0), 0x80F1U);
     EXPECT_EQ(GetRawPayload_index(10), 0xF1);
     EXPECT_STREQ(SetRawPayload(1, 2, 3, 4, 5, 6, 7, 8), "F1.F1.F1.F1.F1.F1.F1.F1");
   }
-  ActiveEntry().ProductKind = kReader;
+  EntryOfActDev().ProductKind = kReader;
   DevCnt = 0;
   EXPECT_EQ(SetRawPayload_index(-1, 0), 0x80F1U);
   EXPECT_STREQ(SetRawPayload(1, 2, 3, 4, 5, 6, 7, 8), "F1.F1.F1.F1.F1.F1.F1.F1");
@@ -211,7 +211,7 @@ TEST_F(RawPayload, WithoutAReaderItIsUnsupported) {
 TEST_F(RawPayload, ASonarSensorTakesNone) {
   SendBytes({0x8A});
   ForgetTraffic();
-  ActiveEntry().ProductKind = kSonar;
+  EntryOfActDev().ProductKind = kSonar;
   SetUnsupportedProductErrorCode(0x80F1);
   EXPECT_EQ(SetRawPayload_index(3, 1), 0U);
   EXPECT_EQ(SetRawPayload_index(8, 1), 0U);

@@ -38,7 +38,7 @@ class RecordScalars : public BesideReader {
     BesideReader::SetUp();
     Connected(Reader::Plain());
   }
-  static tsCfgSlot& Slot() { return ActiveEntry().ActiveSlot(); }
+  static tsCfgSlot& Slot() { return EntryOfActDev().ActiveSlot(); }
 };
 
 TEST_F(RecordScalars, AWordIsHandedBackAndMarksBlock3) {
@@ -97,10 +97,10 @@ TEST_F(RecordScalars, WithoutAReader) {
     EXPECT_EQ(SetSepFldData(nullptr, 0), 0x8001U);
   };
   for (const std::uint32_t kind : {kMagstripe, kSonar, 0U}) {
-    ActiveEntry().ProductKind = kind;
+    EntryOfActDev().ProductKind = kind;
     all();
   }
-  ActiveEntry().ProductKind = kReader;
+  EntryOfActDev().ProductKind = kReader;
   EXPECT_EQ(Slot().bDirtyExt, 0U);
   DevCnt = 0;
   all();
@@ -110,7 +110,7 @@ TEST_F(RecordScalars, WithoutAReader) {
 TEST_F(RecordScalars, SeparatorDataIsCopiedBothWays) {
   std::array<std::uint8_t, 130> buffer{};
   for (std::size_t at = 0; at < buffer.size(); ++at) buffer[at] = static_cast<std::uint8_t>(at + 1);
-  ActiveEntry().LastLibErr = 5;
+  EntryOfActDev().LastLibErr = 5;
   EXPECT_EQ(SetSepFldData(buffer.data(), 128), 1U);
   EXPECT_EQ(GetLastLibErr(), 0U);
   EXPECT_EQ(Slot().bDirtySep, 1U);
@@ -118,7 +118,7 @@ TEST_F(RecordScalars, SeparatorDataIsCopiedBothWays) {
 
   std::array<std::uint8_t, 130> back{};
   back.fill(0xEE);
-  ActiveEntry().LastLibErr = 5;
+  EntryOfActDev().LastLibErr = 5;
   EXPECT_EQ(GetSepFldData(back.data(), 65535), 1U);
   EXPECT_EQ(GetLastLibErr(), 0U);
   EXPECT_TRUE(std::equal(back.begin(), back.begin() + 128, buffer.begin()));
@@ -132,7 +132,7 @@ TEST_F(RecordScalars, SeparatorDataTestsLengthThenPointerThenSlot) {
   buffer.fill(0x77);
   Slot().bCfgLoaded = 0;
   Slot().bDirtySep = 0;
-  ActiveEntry().LastLibErr = 0x100;
+  EntryOfActDev().LastLibErr = 0x100;
   for (const std::uint16_t length : {std::uint16_t{0}, std::uint16_t{127}}) {
     EXPECT_EQ(GetSepFldData(nullptr, length), 0U);
     EXPECT_EQ(SetSepFldData(nullptr, length), 0U);
@@ -142,11 +142,11 @@ TEST_F(RecordScalars, SeparatorDataTestsLengthThenPointerThenSlot) {
   }
   EXPECT_EQ(GetSepFldData(nullptr, 128), 0U);
   EXPECT_EQ(GetLastLibErr(), 0x101U);
-  ActiveEntry().LastLibErr = 0x100;
+  EntryOfActDev().LastLibErr = 0x100;
   EXPECT_EQ(SetSepFldData(nullptr, 128), 0U);
   EXPECT_EQ(GetLastLibErr(), 0x101U);
   EXPECT_EQ(Slot().bDirtySep, 0U);
-  ActiveEntry().LastLibErr = 0x100;
+  EntryOfActDev().LastLibErr = 0x100;
   EXPECT_EQ(GetSepFldData(buffer.data(), 128), 0U);
   EXPECT_EQ(GetLastLibErr(), 0x102U);
   for (const std::uint8_t byte : buffer) EXPECT_EQ(byte, 0x77);

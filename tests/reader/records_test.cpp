@@ -65,7 +65,7 @@ class Records : public BesideReader {
     BesideReader::SetUp();
     Connected(Reader::Plain());
   }
-  static tsCfgSlot& Slot() { return ActiveEntry().ActiveSlot(); }
+  static tsCfgSlot& Slot() { return EntryOfActDev().ActiveSlot(); }
   static Words Got(const RecordRow& row) {
     Words words{};
     EXPECT_EQ(row.get(words.data()), 1U) << row.name;
@@ -77,11 +77,11 @@ TEST_F(Records, ASetIsHandedBackAndMarksItsBlocksWithoutTraffic) {
   for (const RecordRow& row : kRows) {
     Slot().bDirtyFmt = Slot().bDirtyTime = Slot().bDirtyDisp = Slot().bDirtyExt = Slot().bDirtySep = 0;
     Slot()[field::TimeParms_iTPCfgFlg3] = 0x40;
-    ActiveEntry().LastLibErr = 5;
+    EntryOfActDev().LastLibErr = 5;
     EXPECT_EQ(row.set(row.legal.data()), 1U) << row.name;
     EXPECT_EQ(GetLastLibErr(), 0U) << row.name;
     EXPECT_EQ(Dirty(Slot()), row.dirty) << row.name;
-    ActiveEntry().LastLibErr = 5;
+    EntryOfActDev().LastLibErr = 5;
     EXPECT_EQ(Got(row), row.legal) << row.name;
     EXPECT_EQ(GetLastLibErr(), 0U) << row.name;
   }
@@ -142,7 +142,7 @@ TEST_F(Records, ASetWorksOnAnUnreadSlot) {
 
 TEST_F(Records, WithoutAReaderAllAreUnsupported) {
   SetUnsupportedProductErrorCode(0x8001);
-  ActiveEntry().LastLibErr = 5;
+  EntryOfActDev().LastLibErr = 5;
   const auto all = [&] {
     for (const RecordRow& row : kRows) {
       Words words = row.legal;
@@ -153,10 +153,10 @@ TEST_F(Records, WithoutAReaderAllAreUnsupported) {
     }
   };
   for (const std::uint32_t kind : {0U, 3U, 5U, 0xFFFFFFFFU}) {
-    ActiveEntry().ProductKind = kind;
+    EntryOfActDev().ProductKind = kind;
     all();
   }
-  ActiveEntry().ProductKind = kReader;
+  EntryOfActDev().ProductKind = kReader;
   EXPECT_EQ(GetLastLibErr(), 5U);
   EXPECT_EQ(Dirty(Slot()), "");
   DevCnt = 0;
@@ -167,14 +167,14 @@ TEST_F(Records, WithoutAReaderAllAreUnsupported) {
 TEST_F(Records, WhatOnlyReadersHaveIsUnsupportedOnOtherProducts) {
   SetUnsupportedProductErrorCode(0x8001);
   for (const std::uint32_t kind : {kMagstripe, kSonar}) {
-    ActiveEntry().ProductKind = kind;
+    EntryOfActDev().ProductKind = kind;
     for (const char* name : {"Flags2", "IDBitCnts", "IDDispParms", "IDDispParms2", "IDDispParms3"}) {
       Words words = RowOf(name).legal;
       EXPECT_EQ(RowOf(name).get(words.data()), 0x8001U) << name;
       EXPECT_EQ(RowOf(name).set(words.data()), 0x8001U) << name;
     }
   }
-  ActiveEntry().ProductKind = kReader;
+  EntryOfActDev().ProductKind = kReader;
 }
 
 struct RangeRow {
@@ -326,8 +326,8 @@ TEST_F(Records, TheyActOnTheConfigurationInUse) {
   EXPECT_EQ(SetActConfig(2), 1U);
   const RecordRow& row = RowOf("Flags");
   EXPECT_EQ(row.set(row.legal.data()), 1U);
-  EXPECT_EQ(ActiveEntry().CfgSlot[2].record[kCfgFlags], row.legal);
-  EXPECT_NE(ActiveEntry().CfgSlot[0].record[kCfgFlags], row.legal);
+  EXPECT_EQ(EntryOfActDev().CfgSlot[2].record[kCfgFlags], row.legal);
+  EXPECT_NE(EntryOfActDev().CfgSlot[0].record[kCfgFlags], row.legal);
   EXPECT_EQ(SetActConfig(0), 1U);
   EXPECT_NE(Got(row), row.legal);
 }

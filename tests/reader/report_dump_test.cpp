@@ -77,7 +77,7 @@ TEST_F(ReportDump, TheCommandsGoOutInTheirOrder) {
 
 TEST_F(ReportDump, APlusReaderHasAPartForEachConfigurationAndIsPutBack) {
   Use(Reader::Plus(3));
-  ActiveEntry().ActConfig = 1;
+  EntryOfActDev().ActConfig = 1;
   EXPECT_EQ(Dump(), 1U);
   const std::string text = Content(path);
   EXPECT_TRUE(text.starts_with(
@@ -90,7 +90,7 @@ TEST_F(ReportDump, APlusReaderHasAPartForEachConfigurationAndIsPutBack) {
   EXPECT_EQ(text.find("# Configuration 4"), std::string::npos);
   EXPECT_NE(text.find("Rx: 00 04 F1 00 ", third), std::string::npos) << "its own card type";
   EXPECT_TRUE(text.ends_with("# End"));
-  EXPECT_EQ(ActiveEntry().ActConfig, 1);
+  EXPECT_EQ(EntryOfActDev().ActConfig, 1);
   EXPECT_EQ(reader->state.active, 1U);
 }
 
@@ -104,7 +104,7 @@ TEST_F(ReportDump, APlusReaderOfOneConfigurationIsCalledPlain) {
 
 TEST_F(ReportDump, AFailureAtEachReportRemovesTheFileAndPutsTheReaderBack) {
   Use(Reader::Plus(2));
-  ActiveEntry().ActConfig = 1;
+  EntryOfActDev().ActConfig = 1;
   for (int report = 1; report <= 2 * kReportsOfAConfig; ++report) {
     // Two more reports select each configuration.
     const int exchange = report + 2 * ((report - 1) / kReportsOfAConfig + 1);
@@ -114,10 +114,10 @@ TEST_F(ReportDump, AFailureAtEachReportRemovesTheFileAndPutsTheReaderBack) {
       reader->faults.Restart();
       reader->faults.RefuseAt(exchange, 1);
     }
-    ActiveEntry().LastLibErr = 5;
+    EntryOfActDev().LastLibErr = 5;
     EXPECT_EQ(Dump(), 0U) << report;
     EXPECT_FALSE(std::filesystem::exists(path)) << report;
-    EXPECT_EQ(ActiveEntry().ActConfig, 1) << report;
+    EXPECT_EQ(EntryOfActDev().ActConfig, 1) << report;
     EXPECT_EQ(reader->state.active, 1U) << report;
     EXPECT_EQ(GetLastLibErr(), report % 2 == 0 ? 5U : 0x202U) << report;
   }
@@ -141,9 +141,9 @@ TEST_F(ReportDump, WithoutAFileOrAReaderNothingIsAsked) {
   EXPECT_EQ(DumpRawFeatureReports(nullptr), 0U);
   EXPECT_EQ(DumpRawFeatureReports((Folder() / "missing" / "dump.txt").string().c_str()), 0U);
   SetUnsupportedProductErrorCode(0x8001);
-  ActiveEntry().ProductKind = kMagstripe;
+  EntryOfActDev().ProductKind = kMagstripe;
   EXPECT_EQ(Dump(), 0U);
-  ActiveEntry().ProductKind = kReader;
+  EntryOfActDev().ProductKind = kReader;
   DevCnt = 0;
   EXPECT_EQ(Dump(), 0U);
   DevCnt = 1;

@@ -11,7 +11,7 @@ class SerialExports : public SerialBench {};
 
 TEST_F(SerialExports, TheBaudCodeIsReadWithoutAStatus) {
   AddReader(Reader::Plain());
-  ActiveEntry().LastLibErr = 5;
+  EntryOfActDev().LastLibErr = 5;
   EXPECT_EQ(ReadBaudRate(), 3U);
   ExpectTraffic(FrameLines("0D 01 00 00", {"read 0D", "read 03"}));
   line->faults.RefuseCommand({0x0D, 0x01}, 1);
@@ -32,10 +32,10 @@ TEST_F(SerialExports, TheBaudCodeIsWrittenOnceByItsLowByte) {
 
 TEST_F(SerialExports, OnlyASerialLinkHasABaudCode) {
   AddReader(Reader::Plain());
-  ActiveEntry().LinkKind = kByReports;
+  EntryOfActDev().LinkKind = kByReports;
   EXPECT_EQ(ReadBaudRate(), 65535U);
   EXPECT_EQ(WriteBaudRate(5), 0U);
-  ActiveEntry().LinkKind = kBySerialPort;
+  EntryOfActDev().LinkKind = kBySerialPort;
   SetUnsupportedProductErrorCode(0x8001);
   DevCnt = 0;
   EXPECT_EQ(ReadBaudRate(), 0xFFFFFFFFU);
@@ -46,7 +46,7 @@ TEST_F(SerialExports, OnlyASerialLinkHasABaudCode) {
 
 TEST_F(SerialExports, TheKindOfProductIsNotTested) {
   AddReader(Reader::Plain());
-  ActiveEntry().ProductKind = kMagstripe;
+  EntryOfActDev().ProductKind = kMagstripe;
   EXPECT_EQ(ReadBaudRate(), 3U);
   EXPECT_EQ(WriteBaudRate(4), 1U);
 }
@@ -59,7 +59,7 @@ TEST_F(SerialExports, TheDialectIsOneForTheProcess) {
   EXPECT_EQ(AsciiProtocol, 0);
   SetUnsupportedProductErrorCode(0x8001);
   for (const std::uint32_t kind : {0U, kMagstripe, kSonar}) {
-    ActiveEntry().ProductKind = kind;
+    EntryOfActDev().ProductKind = kind;
     EXPECT_EQ(UseAsciiCommandProtocol(1), 0x8001U);
   }
   DevCnt = 0;

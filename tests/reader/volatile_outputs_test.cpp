@@ -13,7 +13,7 @@ using sim::Reader;
 class VolatileOutputs : public BesideReader {
  protected:
   void Use(std::shared_ptr<Reader> model) { reader = Connected(std::move(model)); }
-  static tsCfgSlot& Slot() { return ActiveEntry().CfgSlot[0]; }
+  static tsCfgSlot& Slot() { return EntryOfActDev().CfgSlot[0]; }
 
   std::shared_ptr<Reader> reader;
 };

@@ -16,7 +16,7 @@ class Volume : public BesideReader {
  protected:
   void Use(std::shared_ptr<Reader> model) {
     reader = Connected(std::move(model));
-    ActiveEntry().LastLibErr = 5;
+    EntryOfActDev().LastLibErr = 5;
   }
   std::shared_ptr<Reader> reader;
 };
@@ -26,7 +26,7 @@ TEST_F(Volume, IsReadAndSet) {
   EXPECT_EQ(GetBeeperVolume(), 2U);
   ExpectTraffic({"set 8C 06", "get 8C 06 02"});
   EXPECT_EQ(GetLastLibErr(), 0U);
-  ActiveEntry().LastLibErr = 5;
+  EntryOfActDev().LastLibErr = 5;
   EXPECT_EQ(SetBeeperVolume(0x1F03), 1U);
   ExpectTraffic({"set 8C 86 03", "get 8C 86 03"});
   EXPECT_EQ(GetLastLibErr(), 0U);
@@ -90,11 +90,11 @@ TEST_F(Volume, AFailureOfEitherHalf) {
 TEST_F(Volume, AnyProductIsAsked) {
   Use(Reader::Plain());
   for (const std::uint32_t kind : {0U, kMagstripe, 3U, kSonar}) {
-    ActiveEntry().ProductKind = kind;
+    EntryOfActDev().ProductKind = kind;
     EXPECT_EQ(SetBeeperVolume(static_cast<std::uint16_t>(kind)), 1U);
     EXPECT_EQ(GetBeeperVolume(), kind);
   }
-  ActiveEntry().ProductKind = kReader;
+  EntryOfActDev().ProductKind = kReader;
 }
 
 TEST_F(Volume, WithoutADevice) {

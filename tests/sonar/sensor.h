@@ -103,8 +103,8 @@ class SonarBench : public Bench {
     ForgetTraffic();
   }
 
-  static tsDevEntry& Entry() { return ActiveEntry(); }
-  static SonarBlock& Block() { return ActiveEntry().SonarBlock; }
+  static tsDevEntry& Entry() { return EntryOfActDev(); }
+  static SonarBlock& Block() { return EntryOfActDev().SonarBlock; }
   static unsigned Marks() {
     const SonarBlock& block = Block();
     return (block.bSonarChanged != 0 ? 1U : 0U) | (block.bWalkAwayChanged != 0 ? 2U : 0U) |

@@ -34,7 +34,7 @@ class BesideReader : public Bench {
     EXPECT_EQ(USBConnect(nullptr), 1U);
     Settle();
   }
-  static tsDevEntry& Entry() { return ActiveEntry(); }
+  static tsDevEntry& Entry() { return EntryOfActDev(); }
 
  private:
   void Settle() {

@@ -34,7 +34,7 @@ std::size_t FaScript::Take(std::span<std::uint8_t> bytes) {
 
 void SerialBench::AddLine(sim::ByteDevice& farEnd, std::uint32_t plusState) {
   ActDev = DevCnt++;
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   entry.LinkKind = kBySerialPort;
   entry.ProductKind = kReader;
   entry.PlusState = plusState;

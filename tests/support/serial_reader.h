@@ -41,8 +41,8 @@ class SerialBench : public Bench {
   // From now on all bytes travel over the socket.
   static void OpenSocket();
 
-  static tsDevEntry& Entry() { return ActiveEntry(); }
-  static SerialPort& Port() { return *ActiveEntry().pSerialPort; }
+  static tsDevEntry& Entry() { return EntryOfActDev(); }
+  static SerialPort& Port() { return *EntryOfActDev().pSerialPort; }
 
   std::shared_ptr<sim::Reader> reader;
   std::unique_ptr<sim::ReaderFa> line;

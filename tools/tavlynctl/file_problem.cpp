@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "core/text_file.h"
+#include "core/text.h"
 
 namespace tavlyn::ctl {
 

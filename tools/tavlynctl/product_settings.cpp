@@ -8,10 +8,8 @@
 #include <string_view>
 
 #include "api.h"
-#include "core/ascii_case.h"
 #include "core/fields.h"
-#include "core/text_file.h"
-#include "core/text_tokens.h"
+#include "core/text.h"
 #include "tools/nearest.h"
 #include "tools/tavlynctl/fields.h"
 #include "tools/tavlynctl/file_problem.h"

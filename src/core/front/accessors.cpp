@@ -4,7 +4,7 @@
 #include <type_traits>
 
 #include "api.h"
-#include "core/record_dispatch.h"
+#include "core/openings.h"
 
 namespace tavlyn {
 namespace {

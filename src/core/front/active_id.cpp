@@ -3,9 +3,9 @@
 #include <cstring>
 
 #include "api.h"
-#include "core/id_cache.h"
-#include "core/locked.h"
+#include "core/lock.h"
 #include "core/openings.h"
+#include "core/state.h"
 #include "core/trace.h"
 
 namespace tavlyn {
@@ -19,7 +19,7 @@ using Routine = std::uint16_t (*Product::*)(std::uint8_t*, std::int16_t);
 enum class Gate { kOpen, kCached, kExpired };
 
 Gate GateNow() {
-  tsDevEntry& entry = ActiveEntry();
+  tsDevEntry& entry = EntryOfActDev();
   // A tick counter that has wrapped gives a huge age and so counts as long past.
   const std::uint64_t age = platform::TheHost().clock.Tick() - entry.LastTxTick;
   if (age >= kGateMs) return Gate::kOpen;
@@ -92,7 +92,7 @@ std::uint16_t ReadIntoCache(Export read, std::uint16_t bytes) {
     ForgetId();
     return 0;
   }
-  const std::uint32_t kind = ActiveEntry().ProductKind;
+  const std::uint32_t kind = EntryOfActDev().ProductKind;
   if (kind == kSonar) return 0;
   if (ProductOf(kind) == nullptr) return UnsupportedValue;
   LastIDLen = std::min<std::uint16_t>(bytes, kIdBytes);

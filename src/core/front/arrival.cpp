@@ -5,9 +5,9 @@
 #include <cstring>
 
 #include "api.h"
-#include "core/ascii_case.h"
-#include "core/buffers.h"
 #include "core/openings.h"
+#include "core/state.h"
+#include "core/text.h"
 
 using namespace tavlyn;
 

@@ -1,6 +1,5 @@
 // Connecting over serial ports without the other stages of a connect.
 #include "api.h"
-#include "core/cfg_locked.h"
 #include "core/openings.h"
 #include "core/trace.h"
 #include "hid/vidpid_table.h"
@@ -16,7 +15,7 @@ bool Wanted(const Product& product) {
 }
 
 void StoreDid(std::uint32_t* did) {
-  if (did != nullptr) *did = ActiveEntry().DID;
+  if (did != nullptr) *did = EntryOfActDev().DID;
 }
 
 // A search counts only when it has changed the table.
@@ -117,6 +116,6 @@ std::uint32_t ComDisconnect() {
   const Product* product = ActiveProduct();
   if (product == nullptr || product->searchPorts == nullptr) return UnsupportedValue;
   if (product->kind == kReader) CloseTunnel();
-  SerialPort* port = ActiveEntry().pSerialPort;
+  SerialPort* port = EntryOfActDev().pSerialPort;
   return port != nullptr && port->Close() ? 1 : 0;
 }

@@ -1,9 +1,8 @@
 // Connect: which devices are looked for, in which order, and what is done with each one found.
 #include "api.h"
-#include "core/cfg_locked.h"
-#include "core/configurations.h"
 #include "core/front/firmware.h"
-#include "core/locked.h"
+#include "core/lock.h"
+#include "core/openings.h"
 #include "core/trace.h"
 #include "core/version.h"
 #include "hid/enumeration.h"
@@ -41,14 +40,14 @@ bool Search() {
 }
 
 void LogFirmware() {
-  LogLine(kConnect, "Firmware: CPU0 Application in hex is  %x", ActiveEntry().FWVersion[0][0]);
-  LogLine(kConnect, "Firmware: CPU1 Application in hex is  %x", ActiveEntry().FWVersion[1][0]);
+  LogLine(kConnect, "Firmware: CPU0 Application in hex is  %x", EntryOfActDev().FWVersion[0][0]);
+  LogLine(kConnect, "Firmware: CPU1 Application in hex is  %x", EntryOfActDev().FWVersion[1][0]);
   LogLine(kConnect, "TavlynAPI Library version is %d.%d.%d", kVersionMajor, kVersionMinor, kVersionBuild);
 }
 
 bool ReadDevices(std::size_t firmwareRows) {
   for (std::int16_t index = 0; index < DevCnt; ++index) {
-    ActiveEntry().ActConfig = 0;
+    EntryOfActDev().ActConfig = 0;
     UseConfig(0);
     ActDev = index;
     if (ReadCfgLocked() == 0) {
@@ -89,10 +88,10 @@ std::uint32_t Connect(std::uint32_t* did) {
   for (tsDevEntry& entry : DevTable.Reached()) ResetSearchMarks(entry);
   const bool found = SearchPausing();
   // Looked at once, for the device now active, and used for all of them.
-  const SerialPort* port = ActiveEntry().pSerialPort;
+  const SerialPort* port = EntryOfActDev().pSerialPort;
   const bool onLibusb = port != nullptr && port->HasUsbHandle();
   if (!ReadDevices(onLibusb ? kCpus - 1 : kCpus) || !found) return 0;
-  if (did != nullptr) *did = ActiveEntry().DID;
+  if (did != nullptr) *did = EntryOfActDev().DID;
   return 1;
 }
 

@@ -1,9 +1,7 @@
 // Exports that do nothing but hand over to the family of the active device.
 #include "api.h"
-#include "core/cfg_locked.h"
-#include "core/configurations.h"
-#include "core/locked.h"
-#include "core/record_dispatch.h"
+#include "core/lock.h"
+#include "core/openings.h"
 #include "core/trace.h"
 
 namespace tavlyn {
@@ -68,7 +66,7 @@ std::uint32_t WriteDevCfgToFile(const char* path) { return Dispatch(&Product::sa
 std::uint32_t ReadDevCfgFmFile(const char* path) { return Dispatch(&Product::loadFile, path); }
 
 std::uint16_t GetMaxConfig() { return HighestConfig(); }
-std::uint16_t GetActConfig() { return PlusReaderIsActive() ? ActiveEntry().ActConfig : std::uint16_t{0}; }
+std::uint16_t GetActConfig() { return PlusReaderIsActive() ? EntryOfActDev().ActConfig : std::uint16_t{0}; }
 std::uint32_t SetActConfig(std::uint8_t index) { return UseConfig(index) ? 1 : 0; }
 
 std::uint32_t BeepNow(std::uint8_t count, std::int16_t longBeep) {

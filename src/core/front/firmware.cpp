@@ -9,7 +9,7 @@ void ReadFirmwareWords(std::size_t rows) {
   const Product* product = ActiveProduct();
   const bool asked = product != nullptr && product->queryFirmwareWord != nullptr;
   for (std::size_t cpu = 0; cpu < rows; ++cpu) {
-    auto& row = ActiveEntry().FWVersion[cpu];
+    auto& row = EntryOfActDev().FWVersion[cpu];
     row.fill(0);
     for (std::size_t index = 0; asked && index < kFirmwareWords; ++index) {
       row[index] =
@@ -26,7 +26,7 @@ using namespace tavlyn;
 void SendGetFWVersion() {
   for (std::int16_t index = 0; index < DevCnt; ++index) {
     // As a connect does: what is cleared belongs to the device active so far.
-    ActiveEntry().ActConfig = 0;
+    EntryOfActDev().ActConfig = 0;
     ActDev = index;
     ReadFirmwareWords(kCpus);
   }

@@ -5,8 +5,8 @@
 #include <string_view>
 
 #include "api.h"
-#include "core/buffers.h"
 #include "core/openings.h"
+#include "core/state.h"
 #include "core/version.h"
 #include "links/serial_port.h"
 
@@ -44,7 +44,7 @@ std::uint32_t GetDevByLUID(std::uint16_t luid, std::int16_t start) {
 
 std::uint32_t GetDevName(char* name) {
   if (!ActiveInRange()) return UnsupportedValue;
-  const tsDevEntry& entry = ActiveEntry();
+  const tsDevEntry& entry = EntryOfActDev();
   const bool serial = entry.LinkKind == kBySerialPort;
   if (name != nullptr) {
     std::memset(name, 0, kNameRoom);
@@ -59,21 +59,21 @@ std::uint32_t GetDevName(char* name) {
 std::uint32_t orv_GetDevName(char* name) { return GetDevName(name); }
 
 std::uint8_t getDevName_char(std::int16_t index) {
-  if (!ActiveInRange() || index < 0 || index >= static_cast<std::int16_t>(sizeof ActiveEntry().DevName))
+  if (!ActiveInRange() || index < 0 || index >= static_cast<std::int16_t>(sizeof EntryOfActDev().DevName))
     return 0;
-  return static_cast<std::uint8_t>(ActiveEntry().DevName[index]);
+  return static_cast<std::uint8_t>(EntryOfActDev().DevName[index]);
 }
 
-std::uint16_t GetDevType() { return ActiveEntry().LinkKind; }
+std::uint16_t GetDevType() { return EntryOfActDev().LinkKind; }
 std::uint16_t orv_GetDevType() { return GetDevType(); }
-std::uint32_t GetProduct() { return DevCnt < 1 ? 0 : ActiveEntry().ProductKind; }
-std::uint32_t GetDID() { return ActiveEntry().DID; }
-std::uint32_t GetLUID() { return ActiveEntry().LUID; }
-std::uint32_t GetSN() { return ActiveEntry().SN; }
+std::uint32_t GetProduct() { return DevCnt < 1 ? 0 : EntryOfActDev().ProductKind; }
+std::uint32_t GetDID() { return EntryOfActDev().DID; }
+std::uint32_t GetLUID() { return EntryOfActDev().LUID; }
+std::uint32_t GetSN() { return EntryOfActDev().SN; }
 
 std::uint32_t SetLUID(std::uint16_t luid) {
-  ActiveEntry().LUID = luid;
-  ActiveEntry().bLUIDDirty = 1;
+  EntryOfActDev().LUID = luid;
+  EntryOfActDev().bLUIDDirty = 1;
   return 1;
 }
 
@@ -98,7 +98,7 @@ std::uint8_t getPartNumberString_char(std::int16_t index) {
   if (index == 0) {
     Buffers.partNumber.fill('\0');
     if (ActiveInRange())
-      std::string_view(ActiveEntry().PartNumber)
+      std::string_view(EntryOfActDev().PartNumber)
           .copy(Buffers.partNumber.data(), Buffers.partNumber.size() - 1);
   }
   if (index < 0 || static_cast<std::size_t>(index) >= Buffers.partNumber.size()) return 0;

@@ -1,9 +1,6 @@
 #include "core/front/load.h"
 
 #include "api.h"
-#include "core/analyzer_state.h"
-#include "core/buffers.h"
-#include "core/id_cache.h"
 #include "core/state.h"
 #include "core/trace.h"
 #include "core/wipe.h"

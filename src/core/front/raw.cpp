@@ -3,8 +3,8 @@
 #include <cstdio>
 
 #include "api.h"
-#include "core/buffers.h"
 #include "core/openings.h"
+#include "core/state.h"
 
 using namespace tavlyn;
 

@@ -52,4 +52,4 @@ std::uint32_t GetUnsupportedProductErrorCode() { return UnsupportedValue; }
 std::uint32_t SetComLinux(std::uint64_t /*value*/) { return 0; }
 std::uint16_t GetRawRepDataI(std::uint8_t* /*buffer*/, std::uint16_t /*length*/) { return 0; }
 
-std::uint32_t GetLastLibErr() { return ActiveInRange() ? ActiveEntry().LastLibErr : UnsupportedSigned(); }
+std::uint32_t GetLastLibErr() { return ActiveInRange() ? EntryOfActDev().LastLibErr : UnsupportedSigned(); }

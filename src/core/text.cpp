@@ -1,4 +1,4 @@
-#include "core/text_file.h"
+#include "core/text.h"
 
 #include <new>
 
@@ -26,7 +26,7 @@ File OpenFile(const char* path, const char* mode) { return ThroughOwnRoom(platfo
 File CreateKeyFile(const char* path) { return ThroughOwnRoom(platform::OpenPrivateFile(path)); }
 
 void WriteHeading(std::FILE* file, const char* title) {
-  const unsigned did = ActiveEntry().DID;
+  const unsigned did = EntryOfActDev().DID;
   std::fprintf(file, "%c%s\n", kCommentMark, title);
   std::fprintf(file, "%cLibrary Version%c %d.%d.%d \n", kInformationMark, kInformationMark, kVersionMajor,
                kVersionMinor, kVersionBuild);

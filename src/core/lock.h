@@ -1,0 +1,25 @@
+// What an export holds and what it must not let out.
+#pragma once
+
+#include "platform/platform.h"
+
+namespace tavlyn {
+
+// LibMutex, held for the life of the object.
+class Locked {
+ public:
+  Locked() { platform::TheHost().mutex.Lock(); }
+  ~Locked() { platform::TheHost().mutex.Unlock(); }
+  Locked(const Locked&) = delete;
+  Locked& operator=(const Locked&) = delete;
+};
+
+// A call whose exception must not reach the caller.
+template <typename Result, typename Call>
+Result Guarded(Result fallback, Call call) try {
+  return call();
+} catch (...) {
+  return fallback;
+}
+
+}  // namespace tavlyn
