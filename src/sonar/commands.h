@@ -1,9 +1,7 @@
-// Commands of the sonar sensor, b1 of a report, and the exchanges they take part in.
+// Every command of the sonar sensor, once: b1 of a report.
 #pragma once
 
 #include <cstdint>
-
-#include "hid/report_channel.h"
 
 namespace tavlyn::sonar {
 
@@ -23,14 +21,5 @@ enum class Command : std::uint8_t {
   kRestoreUserDefaults = 0xD0,
   kSaveUserDefaults = 0xE0,
 };
-
-// A report that is sent and not answered.
-bool Tell(Command command, std::uint8_t argument = 0);
-// A request and, after the sensor's wait, its reply.
-bool Ask(Command command, Report& reply);
-// A request and, after the sensor's wait, the page that it stores.
-bool Store(Command command, const Report& page);
-// The wait between a request and what belongs to it.
-void AwaitSensor();
 
 }  // namespace tavlyn::sonar

@@ -4,11 +4,7 @@
 #include "core/state.h"
 #include "core/version.h"
 #include "hid/arrival.h"
-#include "sonar/parameters.h"
-#include "sonar/range.h"
-#include "sonar/records.h"
-#include "sonar/search.h"
-#include "sonar/text_file.h"
+#include "sonar/product.h"
 
 namespace tavlyn {
 namespace {
@@ -22,8 +18,8 @@ std::uint32_t Nothing(Parameters... /*parameters*/) {
 constexpr Product WithRecords(Product product) {
   product.getRecord[kTimeParms] = Nothing<std::int16_t*>;
   product.setRecord[kTimeParms] = Nothing<const std::int16_t*>;
-  product.getRecord[kLEDCtrl] = sonar::GetLeds;
-  product.setRecord[kLEDCtrl] = sonar::SetLeds;
+  product.getRecord[kLEDCtrl] = sonar::GetLedCtrl;
+  product.setRecord[kLEDCtrl] = sonar::SetLedCtrl;
   return product;
 }
 
@@ -31,19 +27,19 @@ constexpr Product WithRecords(Product product) {
 
 constexpr Product kSonarProduct = WithRecords({
     .kind = kSonar,
-    .search = sonar::SearchSensors,
+    .search = sonar::Search,
     .searchPorts = nullptr,
     .portFailureTag = nullptr,
     .classify = nullptr,
-    .readCfg = sonar::ReadParameters,
-    .writeCfg = sonar::WriteParameters,
-    .resetFactoryDflts = sonar::ResetToFactory,
-    .resetUserDflts = sonar::ResetToUserDefaults,
-    .saveUserDflts = sonar::SaveAsUserDefaults,
+    .readCfg = sonar::ReadCfg,
+    .writeCfg = sonar::WriteCfg,
+    .resetFactoryDflts = sonar::ResetFactoryDflts,
+    .resetUserDflts = sonar::ResetUserDflts,
+    .saveUserDflts = sonar::SaveUserDflts,
     .saveFile = sonar::SaveFile,
     .loadFile = sonar::LoadFile,
-    .getActiveId = sonar::RangeAsId,
-    .getActiveId32 = sonar::RangeAsId,
+    .getActiveId = sonar::FetchId,
+    .getActiveId32 = sonar::FetchId,
     .beep = nullptr,
     .answers = nullptr,
     .queryFirmwareWord = nullptr,

@@ -1,11 +1,10 @@
-#include "sonar/range.h"
-
 #include <algorithm>
 #include <array>
 
 #include "api.h"
-#include "sonar/commands.h"
-#include "sonar/pages.h"
+#include "sonar/exchange.h"
+#include "sonar/layout.h"
+#include "sonar/product.h"
 #include "sonar/records.h"
 
 namespace tavlyn::sonar {
@@ -32,7 +31,7 @@ std::uint32_t QueryRange(std::uint16_t* words) {
 
 }  // namespace
 
-std::uint16_t RangeAsId(std::uint8_t* buffer, std::int16_t length) {
+std::uint16_t FetchId(std::uint8_t* buffer, std::int16_t length) {
   constexpr std::int16_t kIdLength = 4;
   std::array<std::uint16_t, kRangeWords> range{};
   // A failed query deliberately gives an ID all the same.
@@ -55,14 +54,4 @@ using namespace tavlyn;
 std::uint32_t GetObjRangeInfo(std::uint16_t* words) {
   if (!SonarIsActive()) return UnsupportedSigned();
   return words != nullptr ? sonar::QueryRange(words) : 0;
-}
-
-std::uint32_t HaltKBSends(std::uint32_t halt) {
-  if (!SonarIsActive()) return UnsupportedSigned();
-  const sonar::Command command = halt != 0 ? sonar::Command::kHaltKeys : sonar::Command::kSendKeys;
-  SearchErr = 0;
-  sonar::ActiveBlock().SonarOpMark = static_cast<std::uint32_t>(command);
-  if (sonar::Tell(command)) return 1;
-  SearchErr |= TAVLYN_ERR_HALT_KB_SENDS;
-  return 0;
 }

@@ -30,20 +30,6 @@ std::uint32_t RangeError(const Record& record, const std::uint16_t* words) {
   return 0;
 }
 
-constexpr std::uint16_t kRedOn = 1;
-constexpr std::uint16_t kAppControls = 2;
-constexpr std::uint16_t kGreenOn = 4;
-
-struct LedBit {
-  FieldId field;
-  std::uint16_t bit;
-};
-constexpr std::array<LedBit, 3> kLedBits = {{
-    {field::LEDCtrl_iRedLEDState, kRedOn},
-    {field::LEDCtrl_bAppCtrlsLED, kAppControls},
-    {field::LEDCtrl_iGrnLEDState, kGreenOn},
-}};
-
 }  // namespace
 
 void ApplyLimits(SonarWords& words) {
@@ -87,25 +73,6 @@ std::uint32_t SetRecord(RecordId id, const std::uint16_t* words) {
   entry.SonarBlock.*record.changed = 1;
   entry.LastLibErr = 0;
   return 1;
-}
-
-std::uint32_t GetLeds(std::int16_t* words) {
-  if (words == nullptr) return 0;
-  const std::uint16_t flags = ActiveBlock().words[LEDFlagsS];
-  const bool known = flags <= (kRedOn | kAppControls | kGreenOn);
-  for (const LedBit& led : kLedBits) words[led.field.word] = known && (flags & led.bit) != 0 ? 1 : 0;
-  return known ? 1 : flags;
-}
-
-// Deliberately leaves the record unmarked: the flags go out with its next write.
-std::uint32_t SetLeds(const std::int16_t* words) {
-  if (words == nullptr) return 0;
-  std::uint16_t& flags = ActiveBlock().words[LEDFlagsS];
-  flags = 0;
-  for (const LedBit& led : kLedBits) {
-    if (words[led.field.word] != 0) flags |= led.bit;
-  }
-  return flags;
 }
 
 namespace {

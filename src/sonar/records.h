@@ -37,8 +37,4 @@ void ApplyLimits(SonarWords& words);
 std::uint32_t GetRecord(RecordId id, std::uint16_t* words);
 std::uint32_t SetRecord(RecordId id, const std::uint16_t* words);
 
-// LEDFlags as a record of three words.
-std::uint32_t GetLeds(std::int16_t* words);
-std::uint32_t SetLeds(const std::int16_t* words);
-
 }  // namespace tavlyn::sonar

@@ -1,7 +1,6 @@
-#include "sonar/search.h"
-
 #include "api.h"
 #include "hid/hid_search.h"
+#include "sonar/product.h"
 
 namespace tavlyn::sonar {
 namespace {
@@ -16,7 +15,7 @@ void AddSensor(const char* path, std::int32_t row) {
 
 }  // namespace
 
-bool SearchSensors() {
+bool Search() {
   const std::int16_t start = DevCnt;
   SearchErr = 0;
   if (Searches(0)) SearchHidPair(kSonarPair, AddSensor);

@@ -1,10 +1,9 @@
-#include "sonar/text_file.h"
-
 #include <algorithm>
 #include <array>
 #include <string_view>
 
 #include "core/text.h"
+#include "sonar/product.h"
 #include "sonar/records.h"
 
 namespace tavlyn::sonar {

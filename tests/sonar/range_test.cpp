@@ -1,6 +1,4 @@
 // The range, as a record and as an ID, and the keystroke halt.
-#include "sonar/range.h"
-
 #include <array>
 
 #include "tests/sonar/sensor.h"

@@ -1,5 +1,5 @@
 // Finding sensors, and what a connect does with them.
-#include "sonar/search.h"
+#include "sonar/product.h"
 
 #include <algorithm>
 
@@ -66,7 +66,7 @@ TEST_F(SonarSearch, TheLastFoundIsActiveAfterTheSearchAlone) {
   Sensor();
   Sensor();
   SearchErr = 7;
-  EXPECT_TRUE(sonar::SearchSensors());
+  EXPECT_TRUE(sonar::Search());
   EXPECT_EQ(GetActDev(), 1);
   EXPECT_EQ(SearchErr, 0U);
   EXPECT_EQ(HidFoundCnt, 2);
@@ -75,10 +75,10 @@ TEST_F(SonarSearch, TheLastFoundIsActiveAfterTheSearchAlone) {
 TEST_F(SonarSearch, TheWordOfTheSearchGoesBehindTheFirstOneFound) {
   DevTable[0].LastLibErr = 5;
   DevTable[1].LastLibErr = 5;
-  EXPECT_FALSE(sonar::SearchSensors());
+  EXPECT_FALSE(sonar::Search());
   EXPECT_EQ(DevTable[1].LastLibErr, 5U);
   Sensor();
-  EXPECT_TRUE(sonar::SearchSensors());
+  EXPECT_TRUE(sonar::Search());
   EXPECT_EQ(DevTable[0].LastLibErr, 5U);
   EXPECT_EQ(DevTable[1].LastLibErr, 0U);
 }

@@ -1,6 +1,4 @@
 // The sensor's text file.
-#include "sonar/text_file.h"
-
 #include <cstdio>
 #include <fstream>
 #include <iterator>

@@ -11,17 +11,13 @@
 
 namespace tavlyn::sonar {
 
-// How a byte shows a word.
-struct Scale {
-  std::uint16_t (*toWord)(std::uint8_t byte);
-  std::uint8_t (*toByte)(std::uint16_t word);
-};
+inline constexpr std::uint8_t kInches = 0;  // in place of a step: units of the sensor, inches in the word
 
 struct PageByte {
   Word word;
-  Scale scale;
-  std::uint8_t readMask = 0xFF;
+  std::uint8_t step = 1;  // what one in the byte is in the word
   std::uint8_t writeMask = 0xFF;
+  std::uint8_t readMask = 0xFF;
   bool asRead = false;  // a write sends what the last read brought, whatever the record holds
 };
 

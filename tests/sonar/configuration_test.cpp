@@ -1,6 +1,4 @@
 // The parameters and the identity, from and to the sensor.
-#include "sonar/parameters.h"
-
 #include "tests/sonar/sensor.h"
 
 namespace tavlyn::test {

@@ -1,13 +1,12 @@
-#include "sonar/parameters.h"
-
 #include <algorithm>
 #include <span>
 
 #include "core/openings.h"
 #include "core/pause.h"
 #include "core/state.h"
-#include "sonar/commands.h"
-#include "sonar/pages.h"
+#include "sonar/exchange.h"
+#include "sonar/layout.h"
+#include "sonar/product.h"
 #include "sonar/records.h"
 
 namespace tavlyn::sonar {
@@ -73,20 +72,20 @@ bool WriteChanged(Report& page) {
     if (block.*record.changed == 0) continue;
     for (const Page& layout : PagesOf(record)) {
       Pack(layout, block.words, page);
-      if (!Store(layout.command, page)) return false;
+      if (!Tell(layout.command, page)) return false;
     }
     mask |= ((1U << record.pages) - 1) << record.firstPage;
   }
-  return Tell(Command::kCommit, static_cast<std::uint8_t>(mask));
+  return Fire(Command::kCommit, static_cast<std::uint8_t>(mask));
 }
 
-// The bytes behind the LUID are those of the last page.
+// The bytes after the LUID are those of the last page.
 bool WriteIdentity(Report& page) {
   tsDevEntry& entry = EntryOfActDev();
   page[1] = 0;
   page[2] = static_cast<std::uint8_t>(entry.LUID);
   page[3] = static_cast<std::uint8_t>(entry.LUID >> 8);
-  if (!Store(Command::kIdentity, page)) return false;
+  if (!Tell(Command::kIdentity, page)) return false;
   entry.bLUIDDirty = 0;
   return true;
 }
@@ -100,17 +99,17 @@ bool WriteAll() {
 
 std::uint32_t MoveDefaults(Command command) {
   EntryOfActDev().LastLibErr = 0;
-  if (!Tell(command)) {
+  if (!Fire(command)) {
     EntryOfActDev().LastLibErr |= TAVLYN_ERR_RESET;
     return 0;
   }
   Pause(kAfterReset);
-  return ReadParameters();
+  return ReadCfg();
 }
 
 }  // namespace
 
-std::uint32_t ReadParameters() {
+std::uint32_t ReadCfg() {
   tsDevEntry& entry = EntryOfActDev();
   entry.LastLibErr = 0;
   if (ReadAll()) return 1;
@@ -118,7 +117,7 @@ std::uint32_t ReadParameters() {
   return 0;
 }
 
-std::uint32_t WriteParameters() {
+std::uint32_t WriteCfg() {
   tsDevEntry& entry = EntryOfActDev();
   entry.LastLibErr = 0;
   if (WriteAll()) return 1;
@@ -126,7 +125,7 @@ std::uint32_t WriteParameters() {
   return 0;
 }
 
-std::uint32_t ResetToFactory() {
+std::uint32_t ResetFactoryDflts() {
   constexpr std::uint16_t kVersionBits = 0xFFF0;
   constexpr std::uint16_t kSetsIdleFlags = 0x400;
   ActiveBlock().SonarOpMark = kReset;
@@ -135,14 +134,14 @@ std::uint32_t ResetToFactory() {
   // Sensors of this version come out of a reset with idle flags that must not stay.
   ActiveBlock().words[FlagsI] = 0;
   ActiveBlock().bIdleChanged = 1;
-  return WriteCfgLocked() != 0 ? ReadParameters() : 0;
+  return WriteCfgLocked() != 0 ? ReadCfg() : 0;
 }
 
-std::uint32_t ResetToUserDefaults() {
+std::uint32_t ResetUserDflts() {
   ActiveBlock().SonarOpMark = kReset;
   return MoveDefaults(Command::kRestoreUserDefaults);
 }
 
-std::uint32_t SaveAsUserDefaults() { return MoveDefaults(Command::kSaveUserDefaults); }
+std::uint32_t SaveUserDflts() { return MoveDefaults(Command::kSaveUserDefaults); }
 
 }  // namespace tavlyn::sonar

@@ -1,4 +1,4 @@
-#include "sonar/commands.h"
+#include "sonar/exchange.h"
 
 #include "core/pause.h"
 
@@ -9,20 +9,20 @@ constexpr std::uint32_t kSensorWait = 250;
 
 }  // namespace
 
-bool Tell(Command command, std::uint8_t argument) {
-  return SendReport(Report{0, static_cast<std::uint8_t>(command), argument});
-}
-
 bool Ask(Command command, Report& reply) {
-  if (!Tell(command)) return false;
+  if (!Fire(command)) return false;
   AwaitSensor();
   return FetchReport(reply);
 }
 
-bool Store(Command command, const Report& page) {
-  if (!Tell(command)) return false;
+bool Tell(Command command, const Report& page) {
+  if (!Fire(command)) return false;
   AwaitSensor();
   return SendReport(page);
+}
+
+bool Fire(Command command, std::uint8_t argument) {
+  return SendReport(Report{0, static_cast<std::uint8_t>(command), argument});
 }
 
 void AwaitSensor() { Pause(kSensorWait); }

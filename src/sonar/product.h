@@ -1,0 +1,30 @@
+// What the family table names of a sonar sensor.
+#pragma once
+
+#include <cstdint>
+
+namespace tavlyn::sonar {
+
+bool Search();
+
+// Configuration: the four records and the identity, from and to the device, and its stored defaults.
+std::uint32_t ReadCfg();
+// What has changed; a commit in any case.
+std::uint32_t WriteCfg();
+std::uint32_t ResetFactoryDflts();
+std::uint32_t ResetUserDflts();
+std::uint32_t SaveUserDflts();
+
+// The records as a text file of "key = value" lines. A load goes through the record sets and is 1 for any
+// file that opens.
+std::uint32_t SaveFile(const char* path);
+std::uint32_t LoadFile(const char* path);
+
+// The range of the nearest object in the form of an ID.
+std::uint16_t FetchId(std::uint8_t* buffer, std::int16_t length);
+
+// LEDFlags as a tsLEDCtrl of three words.
+std::uint32_t GetLedCtrl(std::int16_t* words);
+std::uint32_t SetLedCtrl(const std::int16_t* words);
+
+}  // namespace tavlyn::sonar
