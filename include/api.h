@@ -1,32 +1,45 @@
-/* tavlynapi: card readers, a magnetic-stripe reader and a sonar sensor, from plain C.
+/** @mainpage
+ * tavlynapi: card readers, a magnetic-stripe reader and a sonar sensor, from plain C.
  *
- * The library holds the devices it has found in a table; nearly every call works on the active one
- * (SetActDev). A program connects, reads, and disconnects:
+ * The library holds the devices it has found in a table; nearly every call works on the active one, see
+ * SetActDev(). A program connects, reads, and disconnects:
+ * @code
+ * uint8_t id[8];
+ * SetConnectProduct(1); // card readers
+ * SetDevTypeSrch(0);    // on USB; all products on all links take a while
+ * if (USBConnect(NULL) == 1) {
+ *   uint16_t bits = GetActiveID(id, sizeof id); // 0: no card
+ *   USBDisconnect();
+ * }
+ * @endcode
  *
- *     uint32_t did;
- *     uint8_t id[8];
- *     if (USBConnect(&did)) {
- *       uint16_t bits = GetActiveID(id, sizeof id);   // 0: no card
- *       USBDisconnect();
- *     }
+ * @par Results
+ * Unless a comment says otherwise a call returns 1 for success and 0 for failure. "Unsupported" stands for
+ * the value set by SetUnsupportedProductErrorCode(), 0 after load, which is returned when no device is
+ * active or the active one has no such operation. Why a call failed is told by GetLastLibErr() in the words
+ * TAVLYN_ERR_ of types.h.
  *
- * Results. Unless a comment says otherwise a call returns 1 for success and 0 for failure; "unsupported"
- * stands for the value set by SetUnsupportedProductErrorCode (0 after load), returned when no device is
- * active or the active one has no such operation. Why a call failed is told by GetLastLibErr in the words
- * TAVLYN_ERR_ of api/types.h.
+ * @par Products
+ * A comment tells what a call does with a card reader, or with the product that its header is about. What it
+ * does with the other products stands in one table, docs/products.md.
  *
- * Threads. USBConnect, USBDisconnect, GetActiveID, GetActiveID32, ReadCfg, WriteCfg and BeepNow lock the
- * library for their whole run; ComConnect and ComConnectPort do for each configuration that they read. No
- * other call does, but where one of these is a part of it: do not overlap them from several threads.
+ * @par Threads
+ * USBConnect(), USBDisconnect(), GetActiveID(), GetActiveID32(), ReadCfg(), WriteCfg() and BeepNow() lock
+ * the library for their whole run; ComConnect() and ComConnectPort() do so for each configuration that they
+ * read. No other call does, unless one of these is a part of it: do not overlap them from several threads.
  *
- * Memory. Text pointers that the library returns are its own and hold until the next like call.
+ * @par Memory
+ * Texts that the library returns are its own and hold until the next call of the same kind.
  *
- * Wire notation. "reports" counts HID feature reports, a command and a reply being two; bytes are
- * hexadecimal, without the report ID.
+ * @par Traffic
+ * The bytes that a call sends are hexadecimal and leave out the report ID. "Reports" are HID feature
+ * reports; a command and its reply are two of them. Over a serial link the same command travels in a frame.
  */
 #ifndef TAVLYN_API_H
 #define TAVLYN_API_H
 
+/** @file
+ * The whole interface. */
 #include "api/accessors.h"
 #include "api/active_id.h"
 #include "api/connect.h"

@@ -1,29 +1,58 @@
-/* The card on the reader. What magstripe readers and sonar sensors give stands in magstripe.h and sonar.h. */
+/** @file
+ * The card on the reader. */
 #ifndef TAVLYN_API_ACTIVE_ID_H
 #define TAVLYN_API_ACTIVE_ID_H
 
 #include "types.h"
 
-/* Bit count of the card's ID, and the ID in buffer, lowest bits first; 0 for no card or a failed read, which
- * the error word tells apart (0 or 0x1000000). GetActiveID fetches 8 bytes, GetActiveID32 fetches 32.
- * length is the room in buffer: 0 to 32 over reports; over a serial link a buffer shorter than the ID gets
- * nothing. A null buffer or a negative length counts as no room. No device: unsupported.
- * A reader spoken to less than 235 ms ago is left alone: the last ID is given again while it is younger than
- * iIDHoldTO, then 0. Traffic otherwise: 8F and 8E, or 8D i with i = 0 to 3 and 8E. */
+/** Reads the ID of the card, up to 8 bytes of it. A device that was spoken to less than 235 ms ago is left
+ * alone: the last ID is given again while it is younger than iIDHoldTO, then 0.
+ *
+ * Traffic otherwise: 8F and 8E.
+ * @param buffer receives the ID, lowest bits first; null counts as no room.
+ * @param length room in buffer in bytes, of which up to 32 are used; a negative length counts as 0. Over a
+ *   serial link a buffer that is shorter than the ID gets nothing.
+ * @return Number of bits of the ID. 0 for no card or a failed read, which the error word tells apart: 0, or
+ *   TAVLYN_ERR_COMMAND; in the ASCII dialect TAVLYN_ERR_ASCII_LENGTH, TAVLYN_ERR_ASCII_PORT or
+ *   TAVLYN_ERR_ASCII_ANSWER. Unsupported with no device. */
 TAVLYN_API uint16_t TAVLYN_CALL GetActiveID(uint8_t* buffer, int16_t length);
+
+/** Reads the ID of the card, up to 32 bytes of it; otherwise the same as GetActiveID().
+ *
+ * Traffic, unless the device is left alone: 8D i with i = 0 to 3, and 8E.
+ * @param buffer receives the ID, lowest bits first; null counts as no room.
+ * @param length room in buffer in bytes, of which up to 32 are used; a negative length counts as 0. Over a
+ *   serial link a buffer that is shorter than the ID gets nothing.
+ * @return As for GetActiveID(). */
 TAVLYN_API uint16_t TAVLYN_CALL GetActiveID32(uint8_t* buffer, int16_t length);
 
-/* The same for callers that cannot pass a buffer: bytes, at most 32, says how many to fetch, and
- * getActiveID_byte hands them out (0 for an index that is negative, above the bytes asked for, or above 31).
- */
+/** GetActiveID() for callers that cannot pass a buffer: getActiveID_byte() hands out the bytes.
+ * @param bytes how many bytes to fetch; more than 32 count as 32.
+ * @return What GetActiveID() returns. */
 TAVLYN_API uint16_t TAVLYN_CALL getActiveID(uint16_t bytes);
+
+/** GetActiveID32() for callers that cannot pass a buffer: getActiveID_byte() hands out the bytes.
+ * @param bytes how many bytes to fetch; more than 32 count as 32.
+ * @return What GetActiveID32() returns. */
 TAVLYN_API uint16_t TAVLYN_CALL getActiveID32(uint16_t bytes);
+
+/** Returns one byte of the ID that was read last, on whichever device. There is no traffic, and the error
+ * word is left alone.
+ * @param index position of the byte, 0 to 31.
+ * @return The byte; 0 when index is negative, above the number of bytes asked for, or above 31. */
 TAVLYN_API uint8_t TAVLYN_CALL getActiveID_byte(int16_t index);
 
-/* Fetches forty bytes of data of the card on the reader; over a serial link 0, with the bytes cleared. Error
- * bit 0x1000000. Traffic: 88 01 i with i = 0 to 4. getActiveCardData_byte hands them out, index 0 to 255, 0
- * beyond. Both: unsupported when the active device is no card reader. */
+/** Fetches forty bytes of data of the card on the reader, for getActiveCardData_byte() to hand out. Over a
+ * serial link it returns 0, with the bytes cleared.
+ *
+ * Traffic: 88 01 i with i = 0 to 4.
+ * @return 1, or 0 with TAVLYN_ERR_COMMAND added to the error word after a failed exchange; unsupported when
+ *   the active device is not a card reader. */
 TAVLYN_API uint32_t TAVLYN_CALL getActiveCardData(void);
+
+/** Returns one byte of the data that getActiveCardData() fetched last. There is no traffic.
+ * @param index position of the byte, 0 to 255.
+ * @return The byte; 0 beyond 255; unsupported when the active device is not a card reader. */
 TAVLYN_API uint32_t TAVLYN_CALL getActiveCardData_byte(uint16_t index);
 
 #endif

@@ -1,82 +1,159 @@
-/* Which device is which, which one is active, and devices that come and go. Only InstalledHardware and
- * SupportedHardware cause traffic. */
+/** @file
+ * Which device is which, which one is active, and devices that come and go. Only InstalledHardware() and
+ * SupportedHardware() cause traffic. */
 #ifndef TAVLYN_API_IDENTITY_H
 #define TAVLYN_API_IDENTITY_H
 
 #include "types.h"
 
-/* Number of devices in the table, and index of the active one. */
+/** Returns the number of devices in the table.
+ * @return 0 for an empty table. */
 TAVLYN_API int16_t TAVLYN_CALL GetDevCnt(void);
+
+/** Returns the index of the active device, the one on which nearly every call works.
+ * @return The index; 0 also for an empty table. */
 TAVLYN_API int16_t TAVLYN_CALL GetActDev(void);
 
-/* Makes the device at an index active, 0 to GetDevCnt() - 1. 0: no such device, nothing changes (an empty
- * table sets the index to 0). */
+/** Makes the device at an index active. No error word is touched.
+ * @param index 0 to GetDevCnt() - 1.
+ * @return 1, or 0 when there is no such device, which changes nothing; only an empty table sets the index to
+ *   0. */
 TAVLYN_API uint32_t TAVLYN_CALL SetActDev(int16_t index);
 
-/* Index of the first device from start on whose LUID is luid; 0xFFFFFFFF for none or a negative start. */
+/** Finds a device by its logical unit ID.
+ * @param luid the logical unit ID, 0 to 65535.
+ * @param start index of the first device that is looked at.
+ * @return Index of the first such device; 0xFFFFFFFF when there is none or start is negative. */
 TAVLYN_API uint32_t TAVLYN_CALL GetDevByLUID(uint16_t luid, int16_t start);
 
-/* Copies the path or name of the active device to name, which has room for 511 characters: at most 510 and a
- * terminator. Returns 999. For a serial link all 511 are copied, with no terminator guaranteed, and the port
- * number is returned. No device: unsupported, and name, which may be null, is left alone. */
+/** Copies the path or name of the active device.
+ * @param name room for 511 characters, or null. It receives at most 510 and a terminator; of a serial link
+ *   up to 511, without a terminator if all are needed. With no device it is left alone.
+ * @return The number of the COM port for a serial link, 999 for any other, unsupported with no device. */
 TAVLYN_API uint32_t TAVLYN_CALL GetDevName(char* name);
+
+/** The same as GetDevName(), under an older name.
+ * @param name as for GetDevName().
+ * @return What GetDevName() returns. */
 TAVLYN_API uint32_t TAVLYN_CALL orv_GetDevName(char* name);
 
-/* Character of that name, index 0 to 511; 0 for no device or another index. */
+/** Returns one character of the path or name of the active device.
+ * @param index position of the character, 0 to 511.
+ * @return The character; 0 after the end, for any other index, and with no device. */
 TAVLYN_API uint8_t TAVLYN_CALL getDevName_char(int16_t index);
 
-/* Link of the active device: 0 feature reports, 1 serial. Untested: with no device, that of entry 0. */
+/** Returns the link of the active device. With no device it is that of entry 0, which is not tested.
+ * @return 0 for feature reports, 1 for a serial link. */
 TAVLYN_API uint16_t TAVLYN_CALL GetDevType(void);
+
+/** The same as GetDevType(), under an older name.
+ * @return What GetDevType() returns. */
 TAVLYN_API uint16_t TAVLYN_CALL orv_GetDevType(void);
 
-/* Product of the active device: 1 card reader, 2 magstripe reader, 4 sonar sensor; 0 with an empty table. */
+/** Returns the product of the active device.
+ * @return 1 for a card reader, 2 for a magstripe reader, 4 for a sonar sensor; 0 for an empty table, and for
+ *   a device that ChkAddArrival() has added. */
 TAVLYN_API uint32_t TAVLYN_CALL GetProduct(void);
 
-/* Device ID word, logical unit ID and serial word of the active device. Untested: with no device, those of
- * entry 0. SetLUID reaches the reader with the next configuration write; it returns 1. */
+/** Returns the device ID word of the active device. With no device it is that of entry 0, which is not
+ * tested.
+ * @return 0 to 65535. */
 TAVLYN_API uint32_t TAVLYN_CALL GetDID(void);
+
+/** Returns the logical unit ID of the active device. With no device it is that of entry 0, which is not
+ * tested.
+ * @return 0 to 65535. */
 TAVLYN_API uint32_t TAVLYN_CALL GetLUID(void);
+
+/** Sets the logical unit ID of the active device, or of entry 0 with no device. It reaches the device with
+ * the next configuration write.
+ * @param luid 0 to 65535.
+ * @return Always 1. */
 TAVLYN_API uint32_t TAVLYN_CALL SetLUID(uint16_t luid);
+
+/** Returns the serial word of the active device. With no device it is that of entry 0, which is not tested.
+ * @return The serial word. */
 TAVLYN_API uint32_t TAVLYN_CALL GetSN(void);
 
-/* Eight flags of 0 or 1, one for each bit of the reader's mask of hardware that it has, or could have; null
- * when the active device is no card reader. All 0 when the reader did not answer. The caller owns the memory,
- * from calloc; the library never frees it. Clears the error word of any active device; a failed exchange sets
- * no bit of its own. Traffic: 89 05; over a serial link 09 05 00 00. */
+/** Asks the active reader which hardware it has. Clears the error word of any active device; a failed
+ * exchange adds no bit of its own.
+ *
+ * Traffic: 89 05; over a serial link 09 05 00 00.
+ * @return Eight flags of 0 or 1, one for each bit of the reader's mask; all 0 when the reader did not
+ *   answer; null when the active device is not a card reader, or without memory. The caller owns the array,
+ *   which comes from calloc; the library never frees it. */
 TAVLYN_API uint8_t* TAVLYN_CALL InstalledHardware(void);
+
+/** Asks the active reader which hardware it could have. Clears the error word of any active device; a failed
+ * exchange adds no bit of its own.
+ *
+ * Traffic: 89 05; over a serial link 09 05 00 00.
+ * @return As for InstalledHardware(). */
 TAVLYN_API uint8_t* TAVLYN_CALL SupportedHardware(void);
 
-/* For an arrival notification: opens the device at a path (at most 511 characters) and appends it to the
- * table, if it is one of the active device's product. 1; 0 when it is none, could not be opened or the table
- * is full; unsupported with no device. What was added counts as no product until the next connect. The path
- * must name the product's pair: begin with \\?\HID#Vid_7a31&Pid_3bfa (18c8, 2bfa for a sonar sensor) in
- * either case, or on Linux be listed with it. With a magstripe reader active it must name the pair of a card
- * reader and lead to a device that tells a magstripe reader's own: no system gives out such a path, so that
- * those are found by a connect. A sonar sensor takes the place of device 0, and a blank device is appended.
+/** For an arrival notification: opens the device at a path and appends it to the table, if it is one of the
+ * active device's product. What was added counts as no product until the next connect.
+ *
+ * The path must name the product's pair: begin with `\\?\HID#Vid_7a31&Pid_3bfa` (18c8 and 2bfa for a sonar
+ * sensor) in either case, or on Linux be listed with it. With a magstripe reader active it must name the
+ * pair of a card reader and lead to a device that shows a magstripe reader's own; no system gives out such a
+ * path, so that those readers are found by a connect only. A sonar sensor takes the place of device 0, and a
+ * blank device is appended.
+ *
  * Whenever a device was to be added, device 0 is active afterwards, and one serial or Ethernet device drops
- * out of the table. */
+ * out of the table.
+ * @param path path of at most 511 characters.
+ * @return 1 when it was added. 0 when it is not such a device, could not be opened, or the table is full.
+ *   Unsupported with no device. */
 TAVLYN_API uint32_t TAVLYN_CALL ChkAddArrival(const char* path);
 
-/* For a removal notification: when the table holds a device of that path, whose case does not matter, closes
- * the first open device of the table, which need not be that one, and removes it. 1; 0 for no such path or no
- * open device. Device 0 is active afterwards, and one serial or Ethernet device may drop out of the table.
- * Programs that can reconnect should do that instead. */
+/** For a removal notification: when the table holds a device of that path, closes the first open device of
+ * the table, which need not be that one, and removes it. Device 0 is active afterwards, and one serial or
+ * Ethernet device may drop out of the table. Programs that can connect again should do that instead.
+ * @param path path of at most 511 characters, in either case.
+ * @return 1, or 0 for a path that is not in the table and when no device is open. */
 TAVLYN_API uint32_t TAVLYN_CALL ChkDelRemoval(const char* path);
 
-/* The same for callers that can pass only characters. Index 0 clears the path and stores character there, 1
- * to 254 store; both return 1. Index 255 runs the check. Any other index: 0. */
+/** ChkAddArrival() for callers that can pass only characters.
+ * @param index 0 clears the path and stores the character there, 1 to 254 store it, 255 runs the check.
+ * @param character the character; it is not looked at with index 255.
+ * @return 1 for a character that was stored; what ChkAddArrival() returns for index 255; 0 for any other
+ *   index. */
 TAVLYN_API uint32_t TAVLYN_CALL chkAddArrival_char(int16_t index, uint8_t character);
+
+/** ChkDelRemoval() for callers that can pass only characters.
+ * @param index 0 clears the path and stores the character there, 1 to 254 store it, 255 runs the check.
+ * @param character the character; it is not looked at with index 255.
+ * @return 1 for a character that was stored; what ChkDelRemoval() returns for index 255; 0 for any other
+ *   index. */
 TAVLYN_API uint32_t TAVLYN_CALL chkDelRemoval_char(int16_t index, uint8_t character);
 
-/* Copies the 16 bytes of an interface class to guid, which may be null. Despite the name it is the class of
- * keyboards. Always 1. */
+/** Copies the 16 bytes of an interface class. Despite the name it is the class of keyboards.
+ * @param guid room for 16 bytes, or null.
+ * @return Always 1. */
 TAVLYN_API uint32_t TAVLYN_CALL GetHIDGuid(uint8_t* guid);
 
-/* Version of the library: 7, 9, 2. Each pointer may be null. Always 1. */
+/** Tells the version of the library: 7, 9, 2.
+ * @param major receives the first number; it may be null.
+ * @param minor receives the second number; it may be null.
+ * @param build receives the third number; it may be null.
+ * @return Always 1. */
 TAVLYN_API uint32_t TAVLYN_CALL GetLibVersion(uint16_t* major, uint16_t* minor, uint16_t* build);
+
+/** Returns the first number of the library's version.
+ * @return 7 */
 TAVLYN_API uint16_t TAVLYN_CALL getLibraryVersion_Major(void);
+
+/** Returns the second number of the library's version.
+ * @return 9 */
 TAVLYN_API uint16_t TAVLYN_CALL getLibraryVersion_Minor(void);
+
+/** Returns the third number of the library's version.
+ * @return 2 */
 TAVLYN_API uint16_t TAVLYN_CALL getLibraryVersion_Build(void);
-TAVLYN_API const char* TAVLYN_CALL getLibraryVersion_Beta(void); /* an empty text */
+
+/** Returns what is added to the version of a preliminary release.
+ * @return An empty text of the library's. */
+TAVLYN_API const char* TAVLYN_CALL getLibraryVersion_Beta(void);
 
 #endif
