@@ -1,62 +1,109 @@
-/* Serial ports and Ethernet adapters. */
+/** @file
+ * Serial ports and Ethernet adapters. */
 #ifndef TAVLYN_API_LINKS_H
 #define TAVLYN_API_LINKS_H
 
 #include "types.h"
 
-/* Empties the table, searches the serial ports of SetComSrchRange alone for the readers and magstripe readers
- * of SetConnectProduct, then reads each device's configuration. pDID, which may be null, receives the device
- * ID word of entry 0 on success only. 1: something was found and read. 0: nothing was found, or a
- * configuration read failed; the table then keeps what was found. No error word of its own. Traffic on each
- * port that opens: FA 04 ED ED 04, twice when nothing answers, about 553 ms each; for magstripe readers two
- * carriage returns and QRZ. */
+/** Empties the table, searches the serial ports of SetComSrchRange() alone for the readers and magstripe
+ * readers of SetConnectProduct(), then reads the configuration of each device. The search itself leaves no
+ * error word; a read leaves that of ReadCfg().
+ *
+ * Traffic on each port that opens: FA 04 ED ED 04, twice when nothing answers, about 553 ms each; for
+ * magstripe readers two carriage returns and QRZ.
+ * @param pDID receives the device ID word of entry 0, on success only; it may be null.
+ * @return 1 when something was found and read. 0 when nothing was found, or a configuration could not be
+ *   read; the table then keeps what was found. */
 TAVLYN_API uint32_t TAVLYN_CALL ComConnect(uint32_t* pDID);
 
-/* The same for one port, 1 to 256, whatever the range; magstripe readers are looked for only when no reader
- * was found. 0 also for port 0 and when the table is not empty, with nothing opened. */
+/** ComConnect() on one port, whatever the range. It does not empty the table: it needs an empty one.
+ * Magstripe readers are looked for only when no reader was found.
+ * @param port 1 to 256.
+ * @param pDID receives the device ID word of entry 0, on success only; it may be null.
+ * @return As for ComConnect(); also 0 for port 0 and when the table is not empty, with nothing opened. */
 TAVLYN_API uint32_t TAVLYN_CALL ComConnectPort(uint16_t port, uint32_t* pDID);
 
-/* Searches the ports again for the kind of device that is active, without a read: 1 when something was found
- * and the number of devices changed, else 0. A search for readers empties the table first. Unsupported with
- * no device or a sonar sensor. comConnectPort always finds nothing: it needs an active device and an empty
- * table. */
+/** Searches the ports again for the kind of device that is active, without reading a configuration. A search
+ * for readers empties the table first. No error word is left. Traffic: that of the search of ComConnect().
+ * @return 1 when something was found and the number of devices changed, else 0; unsupported with no device
+ *   or a sonar sensor. */
 TAVLYN_API uint32_t TAVLYN_CALL comConnect(void);
+
+/** Searches one port for the kind of device that is active. It never finds anything, because it needs both an
+ * active device and an empty table; there is no traffic.
+ * @param port 1 to 256.
+ * @return 0; unsupported with no device or a sonar sensor. */
 TAVLYN_API uint32_t TAVLYN_CALL comConnectPort(uint16_t port);
 
-/* Closes the link of the active device, serial port, TCP connection or bulk device, which stays in the table.
- * 1: closed. 0: it was closed before or is no serial link. Unsupported with no device or a sonar sensor. */
+/** Closes the link of the active device, be it a serial port, a TCP connection or a bulk device. The device
+ * stays in the table. There is no traffic, and the error word is left alone.
+ * @return 1 when it was closed; 0 when it was closed before or is not a serial link; unsupported with no
+ *   device or a sonar sensor. */
 TAVLYN_API uint32_t TAVLYN_CALL ComDisconnect(void);
 
-/* Raw bytes through the active device's port; the count moved, 0 for no open port, a null buffer or length 0.
- * A read of a reader's COM port ends after 500 ms and 3 ms for each byte, or 750 ms of silence behind a byte;
- * the quick form after 10 ms and 1 ms for each byte, or 100 ms of silence, and it reads nothing from the bulk
- * device. A write waits until a COM port has sent everything and drops what has arrived. A socket's failure
- * shows as 0xFFFFFFFF. No error words. */
+/** Reads raw bytes through the active device's port. On the COM port of a reader the read ends after 500 ms
+ * and 3 ms for each byte, or after 750 ms of silence once a byte has come. No error word is left.
+ * @param buffer receives the bytes.
+ * @param length room in buffer, in bytes.
+ * @return Number of bytes that were read; 0 for no open port, a null buffer or length 0; 0xFFFFFFFF after a
+ *   failure of a socket. */
 TAVLYN_API uint32_t TAVLYN_CALL ReadSerialPort(uint8_t* buffer, uint32_t length);
+
+/** Reads raw bytes through the active device's port and waits less: on a COM port 10 ms and 1 ms for each
+ * byte, or 100 ms of silence. It reads nothing from the bulk device. No error word is left.
+ * @param buffer receives the bytes.
+ * @param length room in buffer, in bytes.
+ * @return As for ReadSerialPort(). */
 TAVLYN_API uint32_t TAVLYN_CALL QuickReadSerialPort(uint8_t* buffer, uint32_t length);
+
+/** Writes raw bytes through the active device's port. On a COM port it waits until everything is sent and
+ * drops what has arrived. No error word is left.
+ * @param buffer the bytes to write.
+ * @param length their number.
+ * @return Number of bytes that were written; 0 for no open port, a null buffer or length 0; 0xFFFFFFFF after
+ *   a failure of a socket. */
 TAVLYN_API uint32_t TAVLYN_CALL WriteSerialPort(const char* buffer, uint32_t length);
 
-/* The same for callers that cannot pass a buffer: index -1 reads up to 1024 bytes and returns the count, 0 to
- * 1023 returns that byte, sign-extended; any other index 0. */
+/** ReadSerialPort() for callers that cannot pass a buffer. No error word is left.
+ * @param index -1 reads up to 1024 bytes; 0 to 1023 hands out one of them.
+ * @return What ReadSerialPort() returns for index -1; the byte, sign-extended to 32 bits, for 0 to 1023, or
+ *   0 where nothing was read; 0 for any other index. */
 TAVLYN_API uint32_t TAVLYN_CALL readSerialPort_char(int16_t index);
+
+/** QuickReadSerialPort() for callers that cannot pass a buffer; its bytes are not those of
+ * readSerialPort_char(). No error word is left.
+ * @param index -1 reads up to 1024 bytes; 0 to 1023 hands out one of them.
+ * @return As for readSerialPort_char(), of what QuickReadSerialPort() reads. */
 TAVLYN_API uint32_t TAVLYN_CALL quickReadSerialPort_char(int16_t index);
 
-/* Puts the time-outs of the quick read on the active device's port for good, whatever the arguments; nothing
- * without an open port. */
+/** Gives the active device's port the time-outs of QuickReadSerialPort() for good, whatever the arguments
+ * are. Without an open port it does nothing.
+ * @param interval is not looked at.
+ * @param multiplier is not looked at.
+ * @param constant is not looked at. */
 TAVLYN_API void TAVLYN_CALL SetSerialTimeouts(uint32_t interval, uint32_t multiplier, uint32_t constant);
 
-/* Speed in baud of the next serial search for readers, 9600 after load; no open port changes. Any speed
- * goes that the port's driver takes; at one that it does not, and at 0, no port opens. Magstripe readers are
- * always searched at 9600. */
+/** Sets the speed of the next serial search for readers, 9600 baud after load. No open port changes.
+ * Magstripe readers are always searched for at 9600.
+ * @param baud any speed that the port's driver takes; at one that it does not take, and at 0, no port opens.
+ */
 TAVLYN_API void TAVLYN_CALL SetBaudRate(uint32_t baud);
 
-/* Looks for an Ethernet adapter from a.b.c.first to a.b.c.last, each octet by its low byte: the fourth octet
- * of the one that answered, or 0. Nothing goes into the table; give the result to SetIpPort. A silent address
- * takes about half a second. A link that is up is lost: it is not used any more and not closed either.
- * Traffic over UDP: RFIDDISC 01 00 to port 11000, 00 00 00 F6 to port 30718. */
+/** Looks for an Ethernet adapter at the addresses from a.b.c.first to a.b.c.last. Nothing goes into the
+ * table: give the result to SetIpPort(). An address that stays silent takes about half a second. A link that
+ * is up is lost: it is no longer used and not closed either.
+ *
+ * Traffic over UDP: RFIDDISC 01 00 to port 11000, 00 00 00 F6 to port 30718.
+ * @param a first octet; its low byte counts.
+ * @param b second octet; its low byte counts.
+ * @param c third octet; its low byte counts.
+ * @param first first value of the fourth octet; its low byte counts.
+ * @param last last value of the fourth octet; its low byte counts.
+ * @return The fourth octet of the address that answered, or 0. */
 TAVLYN_API uint32_t TAVLYN_CALL FindXport(int16_t a, int16_t b, int16_t c, int16_t first, int16_t last);
 
-/* The host's first address, first octet in the low byte; 0 on failure. */
+/** Returns the host's first address.
+ * @return The address with its first octet in the low byte; 0 on failure. */
 TAVLYN_API uint32_t TAVLYN_CALL GetMyIpAddress(void);
 
 #endif

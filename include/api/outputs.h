@@ -1,19 +1,25 @@
-/* Beeper and volume. LEDs, relay and the beeper's steady state are records, see records.h. */
+/** @file
+ * Beeper and volume. LEDs, relay and the steady state of the beeper are records, see records.h. */
 #ifndef TAVLYN_API_OUTPUTS_H
 #define TAVLYN_API_OUTPUTS_H
 
 #include "types.h"
 
-/* Beeps now: count 1 to 5 (0 counts as 1), or with longBeep not 0 one or two long beeps. 0: no device, or a
- * failed exchange (0x1000000). Unsupported on a sonar sensor. Traffic: 8C 03 code. */
+/** Beeps now. Traffic: 8C 03 code.
+ * @param count 1 to 5; 0 counts as 1 and more than 5 as 5. Of long beeps there are one or two.
+ * @param longBeep not 0 for long beeps.
+ * @return 1, or 0 with no device or after a failed exchange, which adds TAVLYN_ERR_COMMAND. */
 TAVLYN_API uint32_t TAVLYN_CALL BeepNow(uint8_t count, int16_t longBeep);
 
-/* Volume of the beeper; 65535 when the reader does not have the command, a failed exchange (0x1000000) or no
- * device. Any product is asked. Traffic: 8C 06. */
+/** Asks for the volume of the beeper. Any product is asked. Traffic: 8C 06.
+ * @return 0 to 255; 65535 when the reader does not have the command, after a failed exchange, which adds
+ *   TAVLYN_ERR_COMMAND, and with no device. */
 TAVLYN_API uint32_t TAVLYN_CALL GetBeeperVolume(void);
 
-/* Sets it to the low byte of volume. 0: the reader does not have the command, or a failed exchange
- * (0x1000000); unsupported with no device. Traffic: 8C 86 volume. */
+/** Sets the volume of the beeper. Any product is asked. Traffic: 8C 86 volume.
+ * @param volume 0 to 255; the low byte is sent.
+ * @return 1; 0 when the reader does not have the command, or after a failed exchange, which adds
+ *   TAVLYN_ERR_COMMAND; unsupported with no device. */
 TAVLYN_API uint32_t TAVLYN_CALL SetBeeperVolume(uint16_t volume);
 
 #endif
