@@ -1,13 +1,5 @@
-// The host that the shared library runs on, and the moments of its load and unload.
-#include "core/front/load.h"
+// The host that the shared library runs on.
 #include "platform/linux/parts.h"
-
-#ifdef TAVLYN_STATIC_RUNTIME
-namespace __gnu_cxx {
-// NOLINTNEXTLINE(bugprone-reserved-identifier): so the runtime calls it.
-__attribute__((weak)) void __freeres();
-}  // namespace __gnu_cxx
-#endif
 
 namespace tavlyn::platform {
 namespace {
@@ -20,20 +12,6 @@ constinit LinuxComPorts portsPart;
 constinit LinuxLibusb usbPart;
 constinit LinuxPlaces placesPart;
 constinit Host host{clockPart, mutexPart, hidPart, socketsPart, portsPart, usbPart, placesPart};
-
-__attribute__((constructor)) void Attach() { Load(); }
-__attribute__((destructor)) void Detach() {
-  Unload();
-  socketsPart.CloseLost();
-}
-
-#ifdef TAVLYN_STATIC_RUNTIME
-// A C++ runtime of the library's own keeps memory for exceptions that no unload would give back. Of all the
-// steps of an unload this is the last.
-__attribute__((destructor(101))) void FreeRuntime() {
-  if (__gnu_cxx::__freeres != nullptr) __gnu_cxx::__freeres();
-}
-#endif
 
 }  // namespace
 

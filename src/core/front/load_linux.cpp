@@ -1,0 +1,30 @@
+// The moments of load and unload on Linux.
+#include "core/front/load.h"
+#include "platform/linux/parts.h"
+
+#ifdef TAVLYN_STATIC_RUNTIME
+namespace __gnu_cxx {
+// NOLINTNEXTLINE(bugprone-reserved-identifier): so the runtime calls it.
+__attribute__((weak)) void __freeres();
+}  // namespace __gnu_cxx
+#endif
+
+namespace tavlyn {
+namespace {
+
+__attribute__((constructor)) void Attach() { Load(); }
+__attribute__((destructor)) void Detach() {
+  Unload();
+  platform::LinuxSockets::CloseLost();
+}
+
+#ifdef TAVLYN_STATIC_RUNTIME
+// A C++ runtime of the library's own keeps memory for exceptions that no unload would give back. Of all the
+// steps of an unload this is the last.
+__attribute__((destructor(101))) void FreeRuntime() {
+  if (__gnu_cxx::__freeres != nullptr) __gnu_cxx::__freeres();
+}
+#endif
+
+}  // namespace
+}  // namespace tavlyn
