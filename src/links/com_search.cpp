@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "api.h"
 #include "links/serial_port.h"
 
 namespace tavlyn {
@@ -101,3 +102,7 @@ bool SearchSorbaneComs(Probe answers) {
 }
 
 }  // namespace tavlyn
+
+using namespace tavlyn;
+
+void SetBaudRate(std::uint32_t baud) { DefaultBaud = baud; }

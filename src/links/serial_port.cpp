@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cstring>
 
+#include "api.h"
 #include "core/pause.h"
+#include "core/state.h"
 #include "links/libusb_pipe.h"
 #include "links/link_socket.h"
 
@@ -16,20 +18,20 @@ constexpr std::uint32_t kAfterPiece = 1;
 }  // namespace
 
 bool SerialPort::Open() {
-  if (hUsb != platform::kNoHandle) return true;
-  if (bSocketMode) return LinkConnect({IpAddr, wPortNum}) == 0;
+  if (HasUsbHandle()) return true;
+  if (overTcp_) return LinkConnect({address_, number_}) == 0;
   if (port_ != nullptr) return false;
-  port_ = platform::TheHost().ports.Open(wPortNum, line_, timeouts_);
+  port_ = platform::TheHost().ports.Open(number_, line_, timeouts_);
   return port_ != nullptr;
 }
 
 void SerialPort::CloseUsb() {
-  CloseLibusbDevice(hUsb);
-  hUsb = platform::kNoHandle;
+  CloseLibusbDevice(usb_);
+  usb_ = platform::kNoHandle;
 }
 
 bool SerialPort::Close() {
-  if (hUsb != platform::kNoHandle) {
+  if (HasUsbHandle()) {
     CloseUsb();
     return true;
   }
@@ -43,7 +45,7 @@ bool SerialPort::Close() {
 }
 
 void SerialPort::Release() {
-  if (hUsb != platform::kNoHandle) {
+  if (HasUsbHandle()) {
     CloseUsb();
   } else if (port_ != nullptr) {
     port_->CloseQuietly();
@@ -51,19 +53,19 @@ void SerialPort::Release() {
   }
 }
 
-bool SerialPort::IsOpen() const { return hUsb != platform::kNoHandle || LinkIsOpen() || port_ != nullptr; }
+bool SerialPort::IsOpen() const { return HasUsbHandle() || LinkIsOpen() || port_ != nullptr; }
 
 std::uint32_t SerialPort::Read(std::span<std::uint8_t> bytes) {
-  if (hUsb != platform::kNoHandle) {
+  if (HasUsbHandle()) {
     std::ranges::fill(bytes, std::uint8_t{0});
-    return static_cast<std::uint32_t>(std::max(LibusbRead(hUsb, bytes), 0));
+    return static_cast<std::uint32_t>(std::max(LibusbRead(usb_, bytes), 0));
   }
   if (LinkIsOpen()) return static_cast<std::uint32_t>(LinkRecv(bytes));
   return port_ != nullptr ? port_->Read(bytes) : 0;
 }
 
 std::uint32_t SerialPort::QuickRead(std::span<std::uint8_t> bytes) {
-  if (hUsb != platform::kNoHandle) return 0;
+  if (HasUsbHandle()) return 0;
   if (LinkIsOpen()) return Read(bytes);
   if (bytes.empty() || port_ == nullptr) return 0;
   const platform::ComTimeouts saved = timeouts_;
@@ -75,8 +77,8 @@ std::uint32_t SerialPort::QuickRead(std::span<std::uint8_t> bytes) {
 }
 
 std::uint32_t SerialPort::Write(std::span<const std::uint8_t> bytes) {
-  if (hUsb != platform::kNoHandle) {
-    LibusbWrite(hUsb, bytes);
+  if (HasUsbHandle()) {
+    LibusbWrite(usb_, bytes);
     return static_cast<std::uint32_t>(bytes.size());
   }
   if (LinkIsOpen()) return static_cast<std::uint32_t>(LinkSend(bytes));
@@ -84,7 +86,7 @@ std::uint32_t SerialPort::Write(std::span<const std::uint8_t> bytes) {
 }
 
 void SerialPort::WriteText(const char* text) {
-  if (hUsb != platform::kNoHandle) return;
+  if (HasUsbHandle()) return;
   for (std::size_t left = std::strlen(text); left > 0;) {
     const std::size_t piece = left >= 3 ? 2 : left;
     const std::span<const std::uint8_t> bytes(reinterpret_cast<const std::uint8_t*>(text), piece);
@@ -100,8 +102,8 @@ void SerialPort::WriteText(const char* text) {
 }
 
 void SerialPort::ClearInput() {
-  if (hUsb != platform::kNoHandle) {
-    LibusbDrain(hUsb);
+  if (HasUsbHandle()) {
+    LibusbDrain(usb_);
   } else if (LinkIsOpen()) {
     std::array<std::uint8_t, 128> scratch;
     LinkRecv(scratch);
@@ -111,38 +113,38 @@ void SerialPort::ClearInput() {
 }
 
 void SerialPort::Flush() {
-  if (hUsb == platform::kNoHandle && !LinkIsOpen() && port_ != nullptr) port_->Flush();
+  if (!HasUsbHandle() && !LinkIsOpen() && port_ != nullptr) port_->Flush();
 }
 
 void SerialPort::DrainFlush() {
-  if (hUsb != platform::kNoHandle) return;
+  if (HasUsbHandle()) return;
   Pause(kBeforeFlush);
   Flush();
 }
 
 void SerialPort::SetPortNum(std::int32_t number) {
-  if (bSocketMode) {
-    wPortNum = static_cast<std::uint16_t>(number);
+  if (overTcp_) {
+    number_ = static_cast<std::uint16_t>(number);
   } else {
-    wPortNum = number >= 1 && number <= platform::kHighestCom ? static_cast<std::uint16_t>(number)
-                                                              : std::uint16_t{1};
+    number_ = number >= 1 && number <= platform::kHighestCom ? static_cast<std::uint16_t>(number)
+                                                             : std::uint16_t{1};
   }
 }
 
 void SerialPort::SetLine(const platform::ComLine& line) {
-  if (hUsb == platform::kNoHandle) line_ = line;
+  if (!HasUsbHandle()) line_ = line;
 }
 
 void SerialPort::SetIpAddr(std::array<std::uint8_t, 4> address) {
-  IpAddr = address;
-  bSocketMode = true;
+  address_ = address;
+  overTcp_ = true;
 }
 
 void SerialPort::SetReadTimeouts(std::uint32_t interval, std::uint32_t multiplier, std::uint32_t constant) {
   timeouts_.readInterval = interval;
   timeouts_.readMultiplier = multiplier;
   timeouts_.readConstant = constant;
-  if (port_ != nullptr && hUsb == platform::kNoHandle) port_->SetTimeouts(timeouts_);
+  if (port_ != nullptr && !HasUsbHandle()) port_->SetTimeouts(timeouts_);
 }
 
 void SerialPort::UseNormalTimeouts() { SetReadTimeouts(750, 3, 500); }
@@ -150,3 +152,65 @@ void SerialPort::UseFastTimeouts() { SetReadTimeouts(11, 3, 100); }
 void SerialPort::UseQuickTimeouts() { SetReadTimeouts(100, 1, 10); }
 
 }  // namespace tavlyn
+
+using namespace tavlyn;
+
+namespace {
+
+using CharBuffer = std::array<std::uint8_t, 1024>;
+
+// The active device's open port, or null.
+SerialPort* OpenPort() {
+  if (ActDev < 0) return nullptr;
+  SerialPort* port = EntryOfActDev().pSerialPort;
+  return port != nullptr && port->IsOpen() ? port : nullptr;
+}
+
+using Reader = std::uint32_t (SerialPort::*)(std::span<std::uint8_t>);
+
+std::uint32_t ReadInto(Reader read, std::uint8_t* buffer, std::uint32_t length) {
+  SerialPort* port = buffer != nullptr && length > 0 ? OpenPort() : nullptr;
+  return port != nullptr ? (port->*read)({buffer, length}) : 0;
+}
+
+// Index -1 fetches, the others hand out.
+std::uint32_t ReadChar(Reader read, CharBuffer& bytes, std::int16_t index) {
+  if (index == -1) {
+    bytes.fill(0);
+    return ReadInto(read, bytes.data(), static_cast<std::uint32_t>(bytes.size()));
+  }
+  if (index < 0 || static_cast<std::size_t>(index) >= bytes.size()) return 0;
+  return static_cast<std::uint32_t>(static_cast<std::int8_t>(bytes[static_cast<std::size_t>(index)]));
+}
+
+}  // namespace
+
+std::uint32_t ReadSerialPort(std::uint8_t* buffer, std::uint32_t length) {
+  return ReadInto(&SerialPort::Read, buffer, length);
+}
+
+std::uint32_t QuickReadSerialPort(std::uint8_t* buffer, std::uint32_t length) {
+  return ReadInto(&SerialPort::QuickRead, buffer, length);
+}
+
+std::uint32_t WriteSerialPort(const char* buffer, std::uint32_t length) {
+  SerialPort* port = buffer != nullptr && length > 0 ? OpenPort() : nullptr;
+  if (port == nullptr) return 0;
+  const std::uint32_t written = port->Write({reinterpret_cast<const std::uint8_t*>(buffer), length});
+  port->Flush();
+  return written;
+}
+
+void SetSerialTimeouts(std::uint32_t /*interval*/, std::uint32_t /*multiplier*/, std::uint32_t /*constant*/) {
+  // The quick set whatever was asked for, and it stays.
+  SerialPort* port = OpenPort();
+  if (port != nullptr && !port->HasUsbHandle()) port->UseQuickTimeouts();
+}
+
+std::uint32_t readSerialPort_char(std::int16_t index) {
+  return ReadChar(&SerialPort::Read, Buffers.portRead, index);
+}
+
+std::uint32_t quickReadSerialPort_char(std::int16_t index) {
+  return ReadChar(&SerialPort::QuickRead, Buffers.portQuickRead, index);
+}

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <utility>
 
 #include "platform/allocated.h"
 #include "platform/platform.h"
@@ -45,26 +46,27 @@ class SerialPort : public platform::Allocated {
   void SetPortNum(std::int32_t number);
   void SetLine(const platform::ComLine& line);
   void SetIpAddr(std::array<std::uint8_t, 4> address);
-  void SetUsbHandle(platform::Handle device) { hUsb = device; }
+  void SetUsbHandle(platform::Handle device) { usb_ = device; }
   void UseNormalTimeouts();
   void UseFastTimeouts();
   void UseQuickTimeouts();
 
-  [[nodiscard]] bool HasUsbHandle() const { return hUsb != platform::kNoHandle; }
-  [[nodiscard]] std::uint16_t PortNum() const { return wPortNum; }
+  [[nodiscard]] bool HasUsbHandle() const { return usb_ != platform::kNoHandle; }
+  [[nodiscard]] std::uint16_t PortNum() const { return number_; }
   [[nodiscard]] platform::ComTimeouts Timeouts() const { return timeouts_; }
 
-  // The device is reached over TCP; its frames are paced differently. Never cleared.
-  bool bSocketMode = false;
+  // The device is reached over TCP; its frames are paced differently. Once true, always true.
+  [[nodiscard]] bool IsOverTcp() const { return overTcp_; }
 
  private:
   void SetReadTimeouts(std::uint32_t interval, std::uint32_t multiplier, std::uint32_t constant);
   void CloseUsb();
 
   std::unique_ptr<platform::ComPort> port_;
-  std::uint16_t wPortNum = 1;  // in socket mode the TCP port
-  std::array<std::uint8_t, 4> IpAddr{};
-  platform::Handle hUsb = platform::kNoHandle;
+  bool overTcp_ = false;
+  std::uint16_t number_ = 1;  // over TCP the port there
+  std::array<std::uint8_t, 4> address_{};
+  platform::Handle usb_ = platform::kNoHandle;
   platform::ComLine line_;
   platform::ComTimeouts timeouts_{250, 5, 300, 50, 500};
 };

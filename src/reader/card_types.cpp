@@ -38,10 +38,10 @@ Page PageByFa(std::uint8_t number, ReplyBytes& page) {
   SerialPort* port = EntryOfActDev().pSerialPort;
   if (port == nullptr || !port->IsOpen()) return Page::kEnd;
   port->Flush();
-  if (port->bSocketMode) port->ClearInput();
+  if (port->IsOverTcp()) port->ClearInput();
   constexpr std::array<std::uint8_t, 1> kClass = {0xFA};
   if (static_cast<std::int32_t>(port->Write(kClass)) < 1) return Page::kEnd;
-  if (!port->bSocketMode) Pause(50);
+  if (!port->IsOverTcp()) Pause(50);
   if (static_cast<std::int32_t>(port->Write(std::span(frame.header).first(4))) < 4) return Page::kEnd;
   Pause(10);
   std::array<std::uint8_t, kReplyBytes> reply{};

@@ -37,10 +37,10 @@ SerialPort* Begin(FaFrame& frame) {
 SerialPort* SendHeader(FaFrame& frame, std::size_t txCount) {
   SerialPort* port = Begin(frame);
   if (port == nullptr) return nullptr;
-  if (port->bSocketMode) port->ClearInput();
+  if (port->IsOverTcp()) port->ClearInput();
   if (!WriteCla(*port, frame)) return nullptr;
   // The reader's receiver needs this after the class byte.
-  if (!port->bSocketMode) Pause(kPause);
+  if (!port->IsOverTcp()) Pause(kPause);
   return Write(*port, std::span(frame.header).first(txCount)) ? port : nullptr;
 }
 
@@ -78,7 +78,7 @@ bool FaSendStatus(FaFrame& frame) {
 bool FaRecvData(FaFrame& frame, std::size_t txCount, std::size_t rxHint) {
   SerialPort* port = SendHeader(frame, txCount);
   if (port == nullptr) return false;
-  if (port->bSocketMode) Pause(kPause);
+  if (port->IsOverTcp()) Pause(kPause);
   const std::size_t count = rxHint != 0 ? rxHint - 1 : frame.P3();
   return ReadEcho(*port, frame) && Read(*port, std::span(frame.data).first(count)) &&
          ReadStatus(*port, frame);
@@ -88,7 +88,7 @@ bool FaSendData(FaFrame& frame) {
   SerialPort* port = SendHeader(frame, 4);
   if (port == nullptr || !ReadEcho(*port, frame)) return false;
   if (!Write(*port, std::span(frame.data).first(frame.P3()))) return false;
-  if (port->bSocketMode) Pause(kSocketStore);
+  if (port->IsOverTcp()) Pause(kSocketStore);
   return ReadStatus(*port, frame);
 }
 

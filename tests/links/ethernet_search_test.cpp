@@ -89,7 +89,7 @@ TEST_F(EthernetSearchTest, FillsTheEntryOfASerialReader) {
   EXPECT_EQ(entry.DevMacAddr, (MacAddress{0, 0x20, 0x4A, 0, 0, 0xBC}));
   EXPECT_STREQ(entry.DevName, "MAC:00:20:4A:00:00:BC TCP/IP:10.0.0.5;Port:4001");
   ASSERT_NE(entry.pSerialPort, nullptr);
-  EXPECT_TRUE(entry.pSerialPort->bSocketMode);
+  EXPECT_TRUE(entry.pSerialPort->IsOverTcp());
   EXPECT_EQ(entry.pSerialPort->PortNum(), kPort);
   EXPECT_EQ(entry.pSerialPort->Timeouts().readInterval, 750U);
   EXPECT_TRUE(LinkIsOpen());

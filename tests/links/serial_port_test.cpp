@@ -50,7 +50,7 @@ class SerialPortTest : public Bench {
 
 TEST_F(SerialPortTest, AFreshOneIsPortOneAt9600) {
   EXPECT_FALSE(port.IsOpen());
-  EXPECT_FALSE(port.bSocketMode);
+  EXPECT_FALSE(port.IsOverTcp());
   EXPECT_FALSE(port.HasUsbHandle());
   EXPECT_EQ(port.PortNum(), 1);
   ExpectTimeouts(250, 5, 300);
@@ -77,7 +77,7 @@ TEST_F(SerialPortTest, ANumberOutsideTheRangeIsOne) {
 
 TEST_F(SerialPortTest, ATcpPortHasNoRange) {
   port.SetIpAddr({10, 0, 0, 5});
-  EXPECT_TRUE(port.bSocketMode);
+  EXPECT_TRUE(port.IsOverTcp());
   port.SetPortNum(0);
   EXPECT_EQ(port.PortNum(), 0);
   port.SetPortNum(257);
@@ -270,7 +270,7 @@ TEST_F(SerialPortTest, OpensATcpConnectionInSocketMode) {
   ExpectTraffic({"connect 10.0.0.5:4000 refused", "connect 10.0.0.5:4001"});
   EXPECT_TRUE(port.Close());
   EXPECT_FALSE(LinkIsOpen());
-  EXPECT_TRUE(port.bSocketMode) << "never cleared";
+  EXPECT_TRUE(port.IsOverTcp()) << "never cleared";
   EXPECT_TRUE(host.ports.opened.empty());
 }
 

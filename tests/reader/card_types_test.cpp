@@ -266,7 +266,7 @@ TEST_F(CardTypesFa, AShortWriteEndsTheList) {
 
 TEST_F(CardTypesFa, InSocketModeThereIsNoPauseBehindTheClassByte) {
   AddScript({kLastPage}, kPlusReader);
-  Port().bSocketMode = true;
+  Port().SetIpAddr({});
   ReadCardTypeList();
   ExpectTraffic({"flush", "purge", "write FA", "write 09 04 00 00", "sleep 10", "read", "sleep 2"});
 }

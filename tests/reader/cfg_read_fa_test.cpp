@@ -172,7 +172,7 @@ TEST_F(CfgReadFa, WithoutAPortTheReadFailsAtItsFirstFrame) {
 
 TEST_F(CfgReadFa, InSocketModeEachFrameIsCleared) {
   AddReader(Reader::Plain());
-  Port().bSocketMode = true;
+  Port().SetIpAddr({});
   EXPECT_EQ(ReadCfg(), 1U);
   const Lines traffic = TrafficOf(host.transcript.Events());
   EXPECT_EQ(std::count(traffic.begin(), traffic.end(), "purge"), 21);

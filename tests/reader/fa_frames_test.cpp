@@ -183,7 +183,7 @@ TEST_F(FaFrames, SendStatusHasNoWaitAndNoEcho) {
   EXPECT_FALSE(FaSendStatus(frame));
   EXPECT_EQ(StatusWord, 0U);
   EXPECT_FALSE(FaSendStatus(frame));
-  Port().bSocketMode = true;
+  Port().SetIpAddr({});
   EXPECT_FALSE(FaSendStatus(frame));
   EXPECT_EQ(Slept(), 0U) << "nor in socket mode";
 }
@@ -247,7 +247,7 @@ TEST_F(FaFrames, WithoutAnOpenPortNothingHappens) {
 
 TEST_F(FaFrames, InSocketModeTheWaitStandsBehindTheHeader) {
   AddScript({kBlockReply, {0x0C, 1, 2, 3, 4, 5, 6, 7, 8}, {0x81, 0x90, 0x00}});
-  Port().bSocketMode = true;
+  Port().SetIpAddr({});
   FaFrame frame = ReadBlock();
   EXPECT_TRUE(FaRecvData(frame, 4, 0));
   ExpectTraffic({"flush", "purge", "write FA", "write 01 00 00 08", "sleep 50", "read 01",
@@ -268,7 +268,7 @@ Lines Silence() { return Join({{"sleep 30"}, Times(5, {"sleep 20", "recv refused
 TEST_F(FaFrames, OverTheSocketEachPartIsAReceive) {
   AddScript({});
   OpenSocket();
-  Port().bSocketMode = true;
+  Port().SetIpAddr({});
   host.sockets.toReceive.assign(5, std::nullopt);  // nothing to clear
   for (const Bytes& part : {Bytes{0x01}, Bytes{1, 2, 3, 4, 5, 6, 7, 8}, Bytes{0x90, 0x00}}) {
     host.sockets.toReceive.emplace_back(part);
@@ -286,7 +286,7 @@ TEST_F(FaFrames, OverTheSocketEachPartIsAReceive) {
 TEST_F(FaFrames, OverTheSocketAWriteWaitsForTheStore) {
   AddScript({});
   OpenSocket();
-  Port().bSocketMode = true;
+  Port().SetIpAddr({});
   host.sockets.toReceive.assign(5, std::nullopt);
   host.sockets.toReceive.emplace_back(Bytes{0x81});
   host.sockets.toReceive.emplace_back(Bytes{0x90, 0x00});
