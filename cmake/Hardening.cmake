@@ -5,7 +5,10 @@ set(tavlyn_hardening)
 set(TAVLYN_FORTIFIED 0)
 if(WIN32)
   # No stack protector: its run time opens a crypto provider while the DLL is being loaded.
-  set(tavlyn_link_hardening -Wl,--dynamicbase -Wl,--nxcompat -Wl,--high-entropy-va)
+  set(tavlyn_link_hardening -Wl,--dynamicbase -Wl,--nxcompat)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+    list(APPEND tavlyn_link_hardening -Wl,--high-entropy-va)
+  endif()
 else()
   set(tavlyn_link_hardening -Wl,-z,relro -Wl,-z,now)
   # The last one exists for x86 alone.

@@ -1,8 +1,64 @@
 // A catch-all of the compiler's sees the exceptions of that compiler only. So the system's own way is taken:
-// a scope table with one line, which says for everything that leaves the call: go on at 2.
+// on x64 a scope table with one line, which says for everything that leaves the call: go on at 2. On x86 a
+// record on the stack, which names a handler that does the same.
 #include "platform/contained.h"
 
 extern "C" int TavlynContained(void (*work)(void*), void* argument);
+
+#ifdef __i386__
+
+// The record is at the frame's address; what the frame holds is left by going on there.
+//   -24 the record before   -20 the handler   -12 -8 -4 registers of the caller's
+__asm__(R"(
+  .text
+  .p2align 4
+  .globl _TavlynContained
+_TavlynContained:
+  pushl %ebp
+  movl %esp, %ebp
+  pushl %ebx
+  pushl %esi
+  pushl %edi
+  subl $4, %esp
+  pushl $TavlynGoOn
+  pushl %fs:0
+  movl %esp, %fs:0
+  subl $12, %esp
+  pushl 12(%ebp)
+  call *8(%ebp)
+  movl $1, %eax
+1:
+  movl -24(%ebp), %ecx
+  movl %ecx, %fs:0
+  leal -12(%ebp), %esp
+  popl %edi
+  popl %esi
+  popl %ebx
+  popl %ebp
+  ret
+
+  # Called with the exception and the record; 6: an unwinding is on its way already, and passes by.
+TavlynGoOn:
+  movl 4(%esp), %eax
+  testl $6, 4(%eax)
+  jnz 2f
+  movl 8(%esp), %ebx
+  pushl %ebx
+  pushl $0
+  pushl %eax
+  pushl $0
+  pushl %ebx
+  call _RtlUnwind@16
+  popl %ebx
+  leal 24(%ebx), %ebp
+  xorl %eax, %eax
+  jmp 1b
+2:
+  movl $1, %eax
+  ret
+)");
+
+#else
 
 __asm__(R"(
   .text
@@ -36,6 +92,8 @@ TavlynContained:
   .text
   .seh_endproc
 )");
+
+#endif
 
 namespace tavlyn::platform {
 
