@@ -58,9 +58,11 @@ struct tsCfgSlot {
   std::int16_t operator[](FieldId field) const { return record[field.record][field.word]; }
 };
 
-inline constexpr std::size_t kSorbaneFields = 11;
-inline constexpr std::size_t kSorbaneKeys = 16;
-inline constexpr std::size_t kSorbaneLeds = 5;
+namespace magstripe {
+inline constexpr std::size_t kUserFields = 11;
+inline constexpr std::size_t kFieldKeys = 16;
+inline constexpr std::size_t kLeds = 5;
+}  // namespace magstripe
 
 // Which piece of a swipe the active ID is. Lives on the host alone.
 struct tsSorbaneIdSel {
@@ -85,7 +87,7 @@ struct tsSorbaneField {
   std::uint8_t ShowLRC;
   std::uint8_t IgnoreLRC;
   std::uint8_t nKeys;
-  std::array<std::uint8_t, kSorbaneKeys> Keybyte;
+  std::array<std::uint8_t, magstripe::kFieldKeys> Keybyte;
 };
 
 struct tsSorbaneCfg {
@@ -95,8 +97,8 @@ struct tsSorbaneCfg {
   std::uint8_t UseNumKP;
   std::uint8_t TrackEnables;  // bits 0 to 2
   std::uint8_t Beeper;        // upper nibble good read, lower bad: bit 3 long, bits 0 to 2 count
-  std::array<std::uint8_t, kSorbaneLeds> LedColor;
-  std::array<tsSorbaneField, kSorbaneFields> UserField;
+  std::array<std::uint8_t, magstripe::kLeds> LedColor;
+  std::array<tsSorbaneField, magstripe::kUserFields> UserField;
   std::uint16_t KeyPressTime;  // milliseconds; travels in steps of 4
   std::uint16_t KeyReleaseTime;
 };

@@ -1,18 +1,17 @@
-#include "magstripe/configuration.h"
-
 #include <algorithm>
 #include <cstring>
 
 #include "api.h"
 #include "core/pause.h"
 #include "core/state.h"
-#include "magstripe/transactions.h"
-#include "magstripe/wire.h"
+#include "magstripe/exchange.h"
+#include "magstripe/layout.h"
+#include "magstripe/product.h"
 
-namespace tavlyn {
+namespace tavlyn::magstripe {
 namespace {
 
-// The reader is busy that long behind a store.
+// The reader is busy for this long after a store.
 constexpr std::uint32_t kBusyTime = 1100;
 constexpr std::size_t kPartNumberAt = 3;
 
@@ -21,7 +20,7 @@ void AwaitStore() { Pause(kBusyTime); }
 // User fields are named by the letters from a on.
 char LetterOf(std::size_t field) { return static_cast<char>('a' + field); }
 
-void StorePartNumber(const SorbaneReply& reply, tsDevEntry& entry) {
+void StorePartNumber(const Reply& reply, tsDevEntry& entry) {
   std::memset(entry.PartNumber, 0, sizeof entry.PartNumber);
   std::copy(reply.begin() + kPartNumberAt, reply.end(), entry.PartNumber);
   char* const end = entry.PartNumber + reply.size() - kPartNumberAt;
@@ -30,23 +29,22 @@ void StorePartNumber(const SorbaneReply& reply, tsDevEntry& entry) {
 }
 
 void ReadVersion(tsDevEntry& entry) {
-  std::array<std::uint8_t, 4> bytes;
-  if (!SorbaneAsk(sorbane::kVersion, bytes)) return;
+  Payload bytes;
+  if (!Ask(kVersion, bytes)) return;
   entry.DID = static_cast<std::uint16_t>(bytes[0] << 8 | bytes[1]);
   entry.DID2 = static_cast<std::uint16_t>(bytes[2] << 8 | bytes[3]);
 }
 
-bool FieldPartDone(const SorbaneFieldPart& part, bool done) {
+bool FieldPartDone(const FieldPart& part, bool done) {
   if (!done && part.failureLeavesError) EntryOfActDev().LastLibErr = TAVLYN_ERR_FIELD_PART;
   return done;
 }
 
 bool ReadFields(tsSorbaneCfg& cfg) {
-  for (std::size_t field = 0; field < kSorbaneFields; ++field) {
-    for (const SorbaneFieldPart& part : kSorbaneFieldParts) {
-      SorbanePayload bytes{};
-      const auto received = std::span(bytes).first(part.read.received);
-      if (!FieldPartDone(part, SorbaneAsk(part.read, received, {LetterOf(field)}))) return false;
+  for (std::size_t field = 0; field < kUserFields; ++field) {
+    for (const FieldPart& part : kFieldParts) {
+      Payload bytes;
+      if (!FieldPartDone(part, Ask(part.read, bytes, {LetterOf(field)}))) return false;
       UnpackField(part, bytes, cfg.UserField[field]);
     }
   }
@@ -54,10 +52,10 @@ bool ReadFields(tsSorbaneCfg& cfg) {
 }
 
 bool WriteFields(const tsSorbaneCfg& cfg) {
-  for (std::size_t field = 0; field < kSorbaneFields; ++field) {
-    for (const SorbaneFieldPart& part : kSorbaneFieldParts) {
-      const SorbanePayload bytes = PackField(part, cfg.UserField[field]);
-      if (!FieldPartDone(part, SorbaneTell(part.write, {LetterOf(field)}, bytes))) return false;
+  for (std::size_t field = 0; field < kUserFields; ++field) {
+    for (const FieldPart& part : kFieldParts) {
+      const Payload bytes = PackField(part, cfg.UserField[field]);
+      if (!FieldPartDone(part, Tell(part.write, {LetterOf(field)}, bytes))) return false;
     }
   }
   return true;
@@ -65,26 +63,26 @@ bool WriteFields(const tsSorbaneCfg& cfg) {
 
 // A reader that does not answer here keeps the settings that the host has.
 void ReadSystem(tsDevEntry& entry) {
-  SorbanePayload bytes{};
-  if (!SorbaneAsk(sorbane::kReadSystem, std::span(bytes).first(sorbane::kReadSystem.received))) return;
+  Payload bytes;
+  if (!Ask(kReadSystem, bytes)) return;
   UnpackSystem(bytes, entry.SorbaneBlock.Cfg);
   entry.LUID = entry.SorbaneBlock.Cfg.LUID;
 }
 
 bool ReadLeds(tsSorbaneCfg& cfg) {
-  SorbanePayload bytes{};
-  if (!SorbaneAsk(sorbane::kReadLeds, std::span(bytes).first(sorbane::kReadLeds.received))) return false;
+  Payload bytes;
+  if (!Ask(kReadLeds, bytes)) return false;
   UnpackLeds(bytes, cfg);
   return true;
 }
 
 }  // namespace
 
-std::uint32_t SorbaneReadCfg() {
+std::uint32_t ReadCfg() {
   tsDevEntry& entry = EntryOfActDev();
   entry.LastLibErr = 0;
-  SorbaneReply reply;
-  if (!SorbaneIdentify(reply)) {
+  Reply reply;
+  if (!Identify(reply)) {
     entry.LastLibErr = TAVLYN_ERR_CONFIG_READ;
     return 0;
   }
@@ -96,28 +94,27 @@ std::uint32_t SorbaneReadCfg() {
   return ReadLeds(cfg) ? 1 : 0;
 }
 
-std::uint32_t SorbaneWriteCfg() {
+std::uint32_t WriteCfg() {
   tsDevEntry& entry = EntryOfActDev();
   tsSorbaneCfg& cfg = entry.SorbaneBlock.Cfg;
   cfg.LUID = entry.LUID;
   entry.LastLibErr = 0;
-  const bool sent = SorbaneTell(sorbane::kOpenWrite) && WriteFields(cfg) &&
-                    SorbaneTell(sorbane::kWriteSystem, {}, PackSystem(cfg)) &&
-                    SorbaneTell(sorbane::kWriteLeds, {}, PackLeds(cfg));
+  const bool sent = Tell(kOpenWrite) && WriteFields(cfg) && Tell(kWriteSystem, {}, PackSystem(cfg)) &&
+                    Tell(kWriteLeds, {}, PackLeds(cfg));
   if (!sent) return 0;
-  const bool committed = SorbaneTell(sorbane::kCommit);
+  const bool committed = Tell(kCommit);
   AwaitStore();
   return committed ? 1 : 0;
 }
 
-std::uint32_t SorbaneReset() {
+std::uint32_t ResetFactoryDflts() {
   EntryOfActDev().LastLibErr = 0;
-  if (!SorbaneTell(sorbane::kFactoryReset)) {
+  if (!Tell(kFactoryReset)) {
     EntryOfActDev().LastLibErr |= TAVLYN_ERR_RESET;
     return 0;
   }
   AwaitStore();
-  return SorbaneReadCfg();
+  return ReadCfg();
 }
 
-}  // namespace tavlyn
+}  // namespace tavlyn::magstripe

@@ -1,5 +1,4 @@
-#include "magstripe/ids.h"
-
+// IDs of a magnetic-stripe reader: the selected piece of the last swipe, as text.
 #include <algorithm>
 #include <cstdio>
 #include <span>
@@ -7,22 +6,27 @@
 #include "api.h"
 #include "core/openings.h"
 #include "core/state.h"
+#include "magstripe/exchange.h"
+#include "magstripe/product.h"
 #include "magstripe/tracks.h"
-#include "magstripe/transactions.h"
 
-namespace tavlyn {
+namespace tavlyn::magstripe {
 namespace {
+
+constexpr std::uint16_t kMostField = 50;
+constexpr std::uint16_t kMostOffset = 100;
+constexpr std::uint16_t kTracks = 3;
 
 // The selected piece into the buffer; the length of its text.
 std::uint16_t TakeId(std::span<std::uint8_t> id) {
-  tsSorbaneIdSel& selection = EntryOfActDev().SorbaneBlock.Cfg.IdSel;
+  tsSorbaneIdSel& selection = ActiveCfg().IdSel;
   selection.Length = static_cast<std::uint16_t>(id.size());
   const SorbaneTrack& piece = FetchPiece(
       {selection.Track, selection.Field, selection.Offset, selection.Length, selection.Termination}, 1);
   std::ranges::fill(id, std::uint8_t{0});
   std::copy_n(piece.begin(), std::min(piece.size(), id.size()), id.begin());
   EntryOfActDev().LastLibErr = 0;
-  sorbaneClearDataAvailable();
+  Tell(kClearData);
   return static_cast<std::uint16_t>(std::ranges::find(id, std::uint8_t{0}) - id.begin());
 }
 
@@ -30,10 +34,10 @@ std::uint16_t TakeId(std::span<std::uint8_t> id) {
 std::uint32_t AskQueue() {
   Sorbane.queueCount = 0;
   Sorbane.queueState = 0;
-  SorbaneReply reply;
-  if (!SorbaneQuery(sorbane::kQueue, reply)) return 0;
-  std::array<char, kSorbanePacket + 1> text{};
-  std::copy(reply.begin() + sorbane::kQueue.at, reply.end(), text.begin());
+  Reply reply;
+  if (!Exchange(kQueue, reply)) return 0;
+  std::array<char, kPacket + 1> text{};
+  std::copy(reply.begin() + kQueue.at, reply.end(), text.begin());
   unsigned low = 0;
   unsigned high = 0;
   unsigned state = 0;
@@ -45,22 +49,22 @@ std::uint32_t AskQueue() {
 
 }  // namespace
 
-std::uint16_t SorbaneGetActiveId(std::uint8_t* buffer, std::int16_t length) {
+std::uint16_t FetchId(std::uint8_t* buffer, std::int16_t length) {
   return TakeId({buffer, static_cast<std::size_t>(length)});
 }
 
 // The ID goes to the cache and not to the buffer; what the buffer holds then deliberately takes its place
 // there. Only a call whose buffer is the cache gets anything.
-std::uint16_t SorbaneGetActiveId32(std::uint8_t* /*buffer*/, std::int16_t length) {
+std::uint16_t FetchId32(std::uint8_t* /*buffer*/, std::int16_t length) {
   LastIDLen = static_cast<std::uint16_t>(std::min<std::int16_t>(length, kIdBytes));
   return TakeId(std::span(LastIDBytes).first(LastIDLen));
 }
 
-std::uint32_t SorbaneGetQueuedId(std::uint16_t /*first*/, std::int16_t /*second*/) {
+std::uint32_t FetchQueuedId(std::uint16_t /*first*/, std::int16_t /*second*/) {
   return TakeId(Sorbane.queuedId);
 }
 
-std::uint32_t SorbaneQueuedIdPart(std::int16_t index) {
+std::uint32_t QueuedIdPart(std::int16_t index) {
   constexpr std::int16_t kCount = 32;
   constexpr std::int16_t kState = 33;
   // Deliberately the first byte, whichever is asked for.
@@ -69,4 +73,20 @@ std::uint32_t SorbaneQueuedIdPart(std::int16_t index) {
   return index == kState ? Sorbane.queueState : UnsupportedSigned();
 }
 
-}  // namespace tavlyn
+}  // namespace tavlyn::magstripe
+
+using namespace tavlyn;
+using namespace tavlyn::magstripe;
+
+std::uint32_t sorbaneSetActiveID(std::uint16_t track, std::uint16_t field, std::uint16_t offset,
+                                 std::uint16_t term) {
+  if (!MagstripeIsActive()) return UnsupportedValue;
+  EntryOfActDev().LastLibErr = 0;
+  if (track < 1 || track > kTracks || field < 1 || field > kMostField || offset > kMostOffset) return 0;
+  tsSorbaneIdSel& selection = ActiveCfg().IdSel;
+  selection.Track = track;
+  selection.Field = field;
+  selection.Offset = offset;
+  selection.Termination = term;
+  return 1;
+}

@@ -1,13 +1,15 @@
-#include "magstripe/outputs.h"
-
+// Beeper and LEDs of a magnetic-stripe reader.
 #include <algorithm>
+#include <array>
 
+#include "api.h"
 #include "core/fields.h"
-#include "core/state.h"
-#include "magstripe/transactions.h"
-#include "magstripe/wire.h"
+#include "core/openings.h"
+#include "magstripe/exchange.h"
+#include "magstripe/layout.h"
+#include "magstripe/product.h"
 
-namespace tavlyn {
+namespace tavlyn::magstripe {
 namespace {
 
 constexpr int kMostBeeps = 5;
@@ -15,32 +17,43 @@ constexpr int kMostLongBeeps = 2;
 
 constexpr std::uint8_t kRed = 1;
 constexpr std::uint8_t kGreen = 2;
-constexpr std::array<std::uint8_t, kSorbaneLeds> kReaderColors = {1, 0, 2, 1, 3};  // the reader's own again
+constexpr std::uint16_t kMostColor = 3;
+constexpr std::array<std::uint8_t, kLeds> kReaderColors = {1, 0, 2, 1, 3};  // the reader's own again
+
+// Sends the colours of the mirror; they show at once.
+std::uint32_t ShowLeds() { return Tell(kWriteLeds, {}, PackLeds(ActiveCfg())) ? 1 : 0; }
+
+// Which beep an export means, and the nibble that it has in Beeper.
+constexpr std::uint16_t kGoodRead = 2;
+constexpr std::uint16_t kBadRead = 3;
+constexpr int kLongBit = 8;
+constexpr int kCountBits = 7;
+constexpr std::int16_t kMostBeepCount = 4;
+constexpr std::uint32_t kLongFlag = 0x80;
+
+bool IsBeep(std::uint16_t which) { return which == kGoodRead || which == kBadRead; }
+int ShiftOf(std::uint16_t which) { return which == kGoodRead ? 4 : 0; }
 
 }  // namespace
 
-std::uint32_t SorbaneBeep(std::uint8_t count, std::int16_t longBeep) {
+std::uint32_t Beep(std::uint8_t count, std::int16_t longBeep) {
   const bool isLong = longBeep != 0;
   const int beeps = std::clamp<int>(count, 1, isLong ? kMostLongBeeps : kMostBeeps);
-  const SorbaneCommand& command = isLong ? sorbane::kLongBeeps : sorbane::kShortBeeps;
-  return SorbaneTell(command, {static_cast<char>('0' + beeps)}) ? 1 : 0;
+  const Command& command = isLong ? kLongBeeps : kShortBeeps;
+  return Tell(command, {static_cast<char>('0' + beeps)}) ? 1 : 0;
 }
 
-std::uint32_t SorbaneShowLeds() {
-  return SorbaneTell(sorbane::kWriteLeds, {}, PackLeds(EntryOfActDev().SorbaneBlock.Cfg)) ? 1 : 0;
-}
-
-std::uint32_t SorbaneGetLedCtrl(std::int16_t* words) {
+std::uint32_t GetLedCtrl(std::int16_t* words) {
   if (words == nullptr) return 0;
-  const std::uint8_t color = EntryOfActDev().SorbaneBlock.Cfg.LedColor[0];
+  const std::uint8_t color = ActiveCfg().LedColor[0];
   words[field::LEDCtrl_iRedLEDState.word] = (color & kRed) != 0 ? 1 : 0;
   words[field::LEDCtrl_iGrnLEDState.word] = (color & kGreen) != 0 ? 1 : 0;
   return 1;
 }
 
-std::uint32_t SorbaneSetLedCtrl(const std::int16_t* words) {
+std::uint32_t SetLedCtrl(const std::int16_t* words) {
   if (words == nullptr) return 0;
-  auto& colors = EntryOfActDev().SorbaneBlock.Cfg.LedColor;
+  auto& colors = ActiveCfg().LedColor;
   if (words[field::LEDCtrl_bAppCtrlsLED.word] != 0) {
     const int red = words[field::LEDCtrl_iRedLEDState.word] != 0 ? kRed : 0;
     const int green = words[field::LEDCtrl_iGrnLEDState.word] != 0 ? kGreen : 0;
@@ -48,7 +61,38 @@ std::uint32_t SorbaneSetLedCtrl(const std::int16_t* words) {
   } else {
     colors = kReaderColors;
   }
-  return SorbaneShowLeds();
+  return ShowLeds();
 }
 
-}  // namespace tavlyn
+}  // namespace tavlyn::magstripe
+
+using namespace tavlyn;
+using namespace tavlyn::magstripe;
+
+std::uint32_t sorbaneGetBeeper(std::uint16_t which) {
+  if (!MagstripeIsActive()) return UnsupportedValue;
+  if (!IsBeep(which)) return 0;
+  const int nibble = ActiveCfg().Beeper >> ShiftOf(which);
+  return static_cast<std::uint32_t>(nibble & kCountBits) | ((nibble & kLongBit) != 0 ? kLongFlag : 0);
+}
+
+std::uint32_t sorbaneSetBeeper(std::uint16_t which, std::int16_t count, std::int16_t longBeep) {
+  if (!MagstripeIsActive()) return UnsupportedValue;
+  if (!IsBeep(which) || count < 0 || count > kMostBeepCount) return 0;
+  const int nibble = count | (longBeep != 0 ? kLongBit : 0);
+  const int others = ActiveCfg().Beeper & ~(0x0F << ShiftOf(which));
+  ActiveCfg().Beeper = static_cast<std::uint8_t>(others | nibble << ShiftOf(which));
+  return 1;
+}
+
+std::uint32_t sorbaneGetLED(std::uint16_t index) {
+  if (!MagstripeIsActive()) return UnsupportedValue;
+  return index < kLeds ? ActiveCfg().LedColor[index] : 0;
+}
+
+std::uint32_t sorbaneSetLED(std::uint16_t index, std::uint16_t color) {
+  if (!MagstripeIsActive()) return UnsupportedValue;
+  if (index >= kLeds || color > kMostColor) return 0;
+  ActiveCfg().LedColor[index] = static_cast<std::uint8_t>(color);
+  return ShowLeds();
+}

@@ -4,23 +4,16 @@
 #include "core/state.h"
 #include "core/version.h"
 #include "hid/arrival.h"
-#include "magstripe/cfg_file.h"
-#include "magstripe/configuration.h"
-#include "magstripe/ids.h"
-#include "magstripe/outputs.h"
-#include "magstripe/raw_reports.h"
-#include "magstripe/search.h"
-#include "magstripe/time_parms.h"
-#include "magstripe/transactions.h"
+#include "magstripe/product.h"
 
 namespace tavlyn {
 namespace {
 
 constexpr Product WithRecords(Product product) {
-  product.getRecord[kTimeParms] = SorbaneGetTimeParms;
-  product.setRecord[kTimeParms] = SorbaneSetTimeParms;
-  product.getRecord[kLEDCtrl] = SorbaneGetLedCtrl;
-  product.setRecord[kLEDCtrl] = SorbaneSetLedCtrl;
+  product.getRecord[kTimeParms] = magstripe::GetTimeParms;
+  product.setRecord[kTimeParms] = magstripe::SetTimeParms;
+  product.getRecord[kLEDCtrl] = magstripe::GetLedCtrl;
+  product.setRecord[kLEDCtrl] = magstripe::SetLedCtrl;
   return product;
 }
 
@@ -28,29 +21,29 @@ constexpr Product WithRecords(Product product) {
 
 constexpr Product kMagstripeProduct = WithRecords({
     .kind = kMagstripe,
-    .search = SearchMagstripes,
-    .searchPorts = SearchMagstripePorts,
+    .search = magstripe::Search,
+    .searchPorts = magstripe::SearchPorts,
     .portFailureTag = nullptr,
     .classify = nullptr,
-    .readCfg = SorbaneReadCfg,
-    .writeCfg = SorbaneWriteCfg,
-    .resetFactoryDflts = SorbaneReset,
+    .readCfg = magstripe::ReadCfg,
+    .writeCfg = magstripe::WriteCfg,
+    .resetFactoryDflts = magstripe::ResetFactoryDflts,
     .resetUserDflts = nullptr,
     .saveUserDflts = nullptr,
-    .saveFile = SaveSorbaneFile,
-    .loadFile = LoadSorbaneFile,
-    .getActiveId = SorbaneGetActiveId,
-    .getActiveId32 = SorbaneGetActiveId32,
-    .beep = SorbaneBeep,
-    .answers = SorbanePing,
+    .saveFile = magstripe::SaveFile,
+    .loadFile = magstripe::LoadFile,
+    .getActiveId = magstripe::FetchId,
+    .getActiveId32 = magstripe::FetchId32,
+    .beep = magstripe::Beep,
+    .answers = magstripe::Ping,
     .queryFirmwareWord = nullptr,
     .firmwareVersion = VersionWord,
-    .getQueuedId = SorbaneGetQueuedId,
-    .queuedIdPart = SorbaneQueuedIdPart,
-    .setRawPayload = SorbaneSetRawByte,
-    .rawReplyByte = SorbaneRawReplyByte,
+    .getQueuedId = magstripe::FetchQueuedId,
+    .queuedIdPart = magstripe::QueuedIdPart,
+    .setRawPayload = magstripe::SetRawByte,
+    .rawReplyByte = magstripe::RawReplyByte,
     .checkArrival = CheckMagstripeArrival,
-    .keyTime = SorbaneKeyTime,
+    .keyTime = magstripe::GetKeyTime,
     .getRecord = {},
     .setRecord = {},
 });

@@ -1,21 +1,25 @@
-#include "magstripe/search.h"
-
 #include <algorithm>
 
 #include "api.h"
+#include "core/pause.h"
 #include "core/state.h"
 #include "hid/hid_search.h"
 #include "links/com_search.h"
-#include "magstripe/transactions.h"
+#include "links/serial_port.h"
+#include "magstripe/exchange.h"
+#include "magstripe/product.h"
 
-namespace tavlyn {
+namespace tavlyn::magstripe {
 namespace {
+
+constexpr std::uint32_t kWakeTime = 30;
+constexpr std::uint32_t kAfterAnswer = 2;
 
 bool IsOpened(const tsDevEntry& entry) { return entry.SorbaneBlock.bOpened != 0; }
 
 bool OneIsOpened() { return std::ranges::any_of(LiveEntries(), IsOpened); }
 
-void SorbaneAddDevice(const char* path, std::int32_t row) {
+void AddReader(const char* path, std::int32_t row) {
   tsDevEntry* entry = NextHidEntry();
   if (entry == nullptr) return;
   entry->SorbaneBlock.bOpened = 1;
@@ -25,23 +29,42 @@ void SorbaneAddDevice(const char* path, std::int32_t row) {
 
 }  // namespace
 
-bool SearchMagstripes() {
+bool Search() {
   SearchErr = 0;
   if (OneIsOpened()) {
     SearchErr = TAVLYN_ERR_CONNECT;
     return false;
   }
   const std::int16_t start = DevCnt;
-  if (Searches(0)) SearchHidPair(kMagstripePair, SorbaneAddDevice);
+  if (Searches(0)) SearchHidPair(kMagstripePair, AddReader);
   if (DevCnt != start) return true;
   if (!Searches(1)) return false;
-  if (!SearchMagstripePorts()) {
+  if (!SearchPorts()) {
     SearchErr |= TAVLYN_ERR_CONNECT;
     return false;
   }
   return DevCnt != start;
 }
 
-bool SearchMagstripePorts() { return SearchSorbaneComs(SorbanePing); }
+bool SearchPorts() { return SearchSorbaneComs(Ping); }
 
-}  // namespace tavlyn
+bool Ping() {
+  const bool serial = OnSerialPort();
+  SerialPort* port = EntryOfActDev().pSerialPort;
+  if (serial) {
+    constexpr std::array<std::uint8_t, 2> kWake = {'\r', '\r'};
+    Pause(kWakeTime);
+    if (port != nullptr) {
+      port->Write(kWake);
+      port->Flush();
+    }
+    Pause(kWakeTime);
+    if (port != nullptr) port->ClearInput();
+  }
+  Reply reply;
+  const bool answered = Identify(reply);
+  if (serial) Pause(kAfterAnswer);
+  return answered;
+}
+
+}  // namespace tavlyn::magstripe

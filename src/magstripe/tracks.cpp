@@ -3,13 +3,17 @@
 #include <algorithm>
 #include <optional>
 
-#include "magstripe/transactions.h"
+#include "api.h"
+#include "core/openings.h"
+#include "magstripe/exchange.h"
+#include "magstripe/product.h"
 
-namespace tavlyn {
+namespace tavlyn::magstripe {
 namespace {
 
 constexpr std::uint8_t kHeaderCount = 127;
-constexpr std::size_t kBlockBytes = 10;
+constexpr std::size_t kBlockBytes = kTrackBlock.received;
+static_assert(kBlockBytes == std::tuple_size_v<Payload>);
 
 // A track's coding as ISO/IEC 7811 has it, and the characters that part its fields.
 struct Coding {
@@ -34,10 +38,10 @@ void Convert(const Coding& coding, std::span<std::uint8_t> bytes) {
 }
 
 bool FetchBlocks(std::uint16_t track, std::size_t lastBlock) {
+  Payload bytes;
   for (std::size_t block = 0; block <= lastBlock; ++block) {
-    const auto bytes = std::span(Sorbane.track).subspan(kBlockBytes * block, kBlockBytes);
-    if (!SorbaneAsk(sorbane::kTrackBlock, bytes, {kSorbaneDigits[track], kSorbaneDigits[block]}))
-      return false;
+    if (!Ask(kTrackBlock, bytes, {kDigits[track], kDigits[block]})) return false;
+    std::ranges::copy(bytes, Sorbane.track.begin() + static_cast<std::ptrdiff_t>(kBlockBytes * block));
     if (block == 0) lastBlock = std::min(lastBlock, (Sorbane.track[0] & kHeaderCount) / kBlockBytes);
   }
   return true;
@@ -50,7 +54,7 @@ std::int8_t RawAt(std::size_t at) {
 
 bool Ends(const Coding& coding, std::int8_t byte) { return std::ranges::count(coding.ends, byte) != 0; }
 
-std::optional<std::size_t> StartOf(const Coding& coding, const SorbanePiece& piece) {
+std::optional<std::size_t> StartOf(const Coding& coding, const Piece& piece) {
   int remaining = piece.field;
   for (std::size_t at = 1; RawAt(at) != 0;) {
     const std::int8_t byte = RawAt(at);
@@ -63,7 +67,7 @@ std::optional<std::size_t> StartOf(const Coding& coding, const SorbanePiece& pie
 
 // Deliberately takes as many bytes as the scan has passed from where it stopped, not from where it started;
 // and length counts only as zero or not.
-void CopyPiece(const Coding& coding, const SorbanePiece& piece, std::size_t start) {
+void CopyPiece(const Coding& coding, const Piece& piece, std::size_t start) {
   const auto term = static_cast<std::int8_t>(piece.term);
   const auto stops = [&](std::int8_t byte) {
     return byte == term || piece.length == 0 || Ends(coding, byte);
@@ -75,6 +79,8 @@ void CopyPiece(const Coding& coding, const SorbanePiece& piece, std::size_t star
   const std::size_t count = std::min(stop - start, Sorbane.track.size() - stop);
   std::copy_n(Sorbane.track.begin() + static_cast<std::ptrdiff_t>(stop), count, Sorbane.field.begin());
 }
+
+constexpr std::uint8_t kTrackBits = 7;
 
 }  // namespace
 
@@ -88,7 +94,7 @@ SorbaneTrack& FetchTrack(std::uint16_t track, std::uint16_t convert) {
   return Sorbane.track;
 }
 
-SorbaneTrack& FetchPiece(const SorbanePiece& piece, std::uint16_t convert) {
+SorbaneTrack& FetchPiece(const Piece& piece, std::uint16_t convert) {
   Sorbane.field.fill(0);
   FetchTrack(piece.track, 0);
   const Coding* coding = CodingOf(piece.track);
@@ -99,4 +105,38 @@ SorbaneTrack& FetchPiece(const SorbanePiece& piece, std::uint16_t convert) {
   return Sorbane.field;
 }
 
-}  // namespace tavlyn
+}  // namespace tavlyn::magstripe
+
+using namespace tavlyn;
+using namespace tavlyn::magstripe;
+
+std::uint32_t sorbaneGetTrackEnables() {
+  return MagstripeIsActive() ? ActiveCfg().TrackEnables & kTrackBits : UnsupportedValue;
+}
+
+std::uint32_t sorbaneSetTrackEnables(std::uint8_t tracks) {
+  if (!MagstripeIsActive()) return UnsupportedValue;
+  ActiveCfg().TrackEnables = tracks & kTrackBits;
+  return 1;
+}
+
+const std::uint8_t* sorbaneGetTrackData(std::uint16_t track, std::uint16_t convert) {
+  return MagstripeIsActive() ? FetchTrack(track, convert).data() : nullptr;
+}
+
+std::uint32_t sorbaneGetTrackData_BYTE(std::uint16_t track, std::uint16_t convert, std::uint16_t index) {
+  constexpr std::uint16_t kBeyondTrack = 255;
+  if (!MagstripeIsActive()) return UnsupportedValue;
+  if (index >= kBeyondTrack) return 0;
+  if (index == 0) {
+    const SorbaneTrack& fetched = FetchTrack(track, convert);
+    std::copy(fetched.begin(), fetched.end() - 1, Sorbane.trackCopy.begin());
+  }
+  return Sorbane.trackCopy[index];
+}
+
+const std::uint8_t* sorbaneGetTrackFieldOffset(std::uint16_t track, std::uint16_t field, std::uint16_t offset,
+                                               std::uint16_t length, std::uint16_t term,
+                                               std::uint16_t convert) {
+  return MagstripeIsActive() ? FetchPiece({track, field, offset, length, term}, convert).data() : nullptr;
+}

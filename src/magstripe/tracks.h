@@ -3,9 +3,9 @@
 
 #include <cstdint>
 
-#include "core/mirror.h"
+#include "core/state.h"
 
-namespace tavlyn {
+namespace tavlyn::magstripe {
 
 // Header, then the characters of track 1, 2 or 3, as read or (convert not 0) as text. All zeros when any
 // block was lost.
@@ -13,13 +13,13 @@ SorbaneTrack& FetchTrack(std::uint16_t track, std::uint16_t convert);
 
 // A piece of a track: the field-th one, from a character offset on, up to the character term or the end of
 // the field.
-struct SorbanePiece {
+struct Piece {
   std::uint16_t track;
   std::uint16_t field;
   std::uint16_t offset;
   std::uint16_t length;
   std::uint16_t term;
 };
-SorbaneTrack& FetchPiece(const SorbanePiece& piece, std::uint16_t convert);
+SorbaneTrack& FetchPiece(const Piece& piece, std::uint16_t convert);
 
-}  // namespace tavlyn
+}  // namespace tavlyn::magstripe

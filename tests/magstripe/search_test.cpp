@@ -1,9 +1,8 @@
 // How magnetic-stripe readers are found, over HID and on COM ports.
-#include "magstripe/search.h"
-
 #include "links/com_search.h"
 #include "links/link_socket.h"
 #include "links/serial_port.h"
+#include "magstripe/product.h"
 #include "tests/magstripe/stripe_bench.h"
 
 namespace tavlyn::test {
@@ -74,11 +73,11 @@ TEST_F(StripeConnect, ASearchRefusesWhileOneIsOpen) {
   DevCnt = 2;
   DevTable[1].SorbaneBlock.bOpened = 1;
   SearchErr = 5;
-  EXPECT_FALSE(SearchMagstripes());
+  EXPECT_FALSE(magstripe::Search());
   EXPECT_EQ(SearchErr, TAVLYN_ERR_CONNECT);
   DevCnt = 1;
   SetDevTypeSrch(0);
-  EXPECT_FALSE(SearchMagstripes()) << "the flag of an entry beyond the count";
+  EXPECT_FALSE(magstripe::Search()) << "the flag of an entry beyond the count";
   EXPECT_EQ(SearchErr, 0U);
   DevCnt = 0;
 }
@@ -87,7 +86,7 @@ TEST_F(StripeConnect, ErrorsGoToTheEntryBehindTheFirstFound) {
   Plug(stripe, "stripe");
   SetDevTypeSrch(0);
   DevTable[1].LastLibErr = 9;
-  EXPECT_TRUE(SearchMagstripes());
+  EXPECT_TRUE(magstripe::Search());
   EXPECT_EQ(DevTable[1].LastLibErr, 0U);
 }
 
@@ -95,7 +94,7 @@ TEST_F(StripeConnect, TheTableHasAnEnd) {
   Plug(stripe, "stripe");
   SetDevTypeSrch(0);
   HidFoundCnt = kTableEntries;
-  EXPECT_FALSE(SearchMagstripes());
+  EXPECT_FALSE(magstripe::Search());
   EXPECT_EQ(DevCnt, 0);
   EXPECT_EQ(host.hid.OpenHandles(), 0U);
 }

@@ -1,4 +1,4 @@
-#include "magstripe/transactions.h"
+#include "magstripe/exchange.h"
 
 #include <algorithm>
 #include <cstring>
@@ -8,57 +8,55 @@
 #include "hid/report_channel.h"
 #include "links/serial_port.h"
 
-namespace tavlyn {
+namespace tavlyn::magstripe {
 namespace {
 
-constexpr std::int32_t kPayload = kSorbanePacket;
+constexpr std::int32_t kReportBytes = kPacket;
 constexpr std::uint8_t kPacketEnd = 0x0D;
 constexpr std::size_t kMostPairs = 10;
 
 constexpr std::uint32_t kPause = 2;
 constexpr std::uint32_t kStoreTime = 200;
 constexpr std::uint32_t kBeforeSecondTry = 25;
-constexpr std::uint32_t kWakeTime = 30;
 
 // The reader stores to its memory before it answers these.
 bool IsStore(const char* text) { return text[0] == 'F' && (text[1] == 'D' || text[1] == 'W'); }
 
 void BuildRequest(const char* text) {
   Sorbane.request.fill(0);
-  std::copy_n(text, std::min(std::strlen(text), kSorbanePacket), Sorbane.request.begin() + 1);
+  std::copy_n(text, std::min(std::strlen(text), kPacket), Sorbane.request.begin() + 1);
   Sorbane.request.back() = kPacketEnd;
 }
 
 // Only a count of one sends the exchange on, so that a serial port, which counts bytes, never gets an answer
 // to a packet that it took whole. Deliberate: no serial reader may be found where none was before.
 bool Send() {
-  if (!SorbaneOnSerialPort()) return WriteFeatureReport(kPayload, ActDev, Sorbane.request.data());
+  if (!OnSerialPort()) return WriteFeatureReport(kReportBytes, ActDev, Sorbane.request.data());
   SerialPort* port = EntryOfActDev().pSerialPort;
   return port != nullptr && port->Write(std::span(Sorbane.request).subspan(1)) == 1;
 }
 
 bool Fetch() {
-  if (!SorbaneOnSerialPort()) return ReadFeatureReport(kPayload, ActDev, Sorbane.reply.data());
+  if (!OnSerialPort()) return ReadFeatureReport(kReportBytes, ActDev, Sorbane.reply.data());
   EntryOfActDev().pSerialPort->Read(std::span(Sorbane.reply).subspan(1));
   return true;
 }
 
-bool Exchange(const char* text, std::uint8_t* reply) {
+bool SendAndFetch(const char* text, Reply& reply) {
   BuildRequest(text);
   if (!Send()) return false;
   Sorbane.reply.fill(0);
-  if (!SorbaneOnSerialPort()) Pause(kPause);
+  if (!OnSerialPort()) Pause(kPause);
   if (IsStore(text)) Pause(kStoreTime);
   if (!Fetch()) return false;
-  std::copy(Sorbane.reply.begin() + 1, Sorbane.reply.end(), reply);
+  std::copy(Sorbane.reply.begin() + 1, Sorbane.reply.end(), reply.begin());
   return true;
 }
 
 // A packet's text and its terminator.
-using PacketText = std::array<char, kSorbanePacket + 1>;
+using PacketText = std::array<char, kPacket + 1>;
 
-PacketText TextOf(const SorbaneCommand& command, SorbaneLetters letters,
-                  std::span<const std::uint8_t> bytes) {
+PacketText TextOf(const Command& command, Letters letters, std::span<const std::uint8_t> bytes) {
   PacketText text{};
   std::size_t used = 0;
   const auto add = [&](char character) {
@@ -70,8 +68,8 @@ PacketText TextOf(const SorbaneCommand& command, SorbaneLetters letters,
   }
   for (std::size_t at = 0; at < command.sent; ++at) {
     const std::uint8_t byte = at < bytes.size() ? bytes[at] : std::uint8_t{0};
-    add(kSorbaneDigits[byte >> 4]);
-    add(kSorbaneDigits[byte & 15]);
+    add(kDigits[byte >> 4]);
+    add(kDigits[byte & 15]);
   }
   return text;
 }
@@ -93,40 +91,38 @@ std::uint8_t PairOf(std::uint8_t first, std::uint8_t second) {
 
 }  // namespace
 
-bool SorbaneOnSerialPort() { return EntryOfActDev().LinkKind == kBySerialPort; }
+bool OnSerialPort() { return EntryOfActDev().LinkKind == kBySerialPort; }
 
-std::uint32_t SorbaneTransact(const char* text, std::uint8_t* reply) {
-  std::fill_n(reply, kSorbanePacket, std::uint8_t{0});
-  if (Exchange(text, reply) && reply[0] == 'R') return 1;
+bool Exchange(const char* text, Reply& reply) {
+  reply.fill(0);
+  if (SendAndFetch(text, reply) && reply[0] == 'R') return true;
   Pause(kPause);
-  return 0;
+  return false;
 }
 
-bool SorbaneQuery(const SorbaneCommand& command, SorbaneReply& reply, SorbaneLetters letters,
-                  std::span<const std::uint8_t> bytes) {
+bool Exchange(const Command& command, Reply& reply, Letters letters, std::span<const std::uint8_t> bytes) {
   const PacketText text = TextOf(command, letters, bytes);
-  return SorbaneTransact(text.data(), reply.data()) != 0 &&
+  return Exchange(text.data(), reply) &&
          std::memcmp(reply.data(), command.begins, std::strlen(command.begins)) == 0;
 }
 
-bool SorbaneTell(const SorbaneCommand& command, SorbaneLetters letters, std::span<const std::uint8_t> bytes) {
-  SorbaneReply ignored;
-  return SorbaneQuery(command, ignored, letters, bytes);
+bool Ask(const Command& command, Payload& bytes, Letters letters) {
+  bytes.fill(0);
+  Reply reply;
+  if (!Exchange(command, reply, letters)) return false;
+  ParseHexPairs(std::span(reply).subspan(command.at), std::span(bytes).first(command.received));
+  return true;
 }
 
-bool SorbaneAsk(const SorbaneCommand& command, std::span<std::uint8_t> bytes, SorbaneLetters letters) {
-  SorbaneReply reply;
-  const bool answered = SorbaneQuery(command, reply, letters);
-  const auto from =
-      answered ? std::span<const std::uint8_t>(reply).subspan(command.at) : std::span<const std::uint8_t>();
-  ParseHexPairs(from, bytes);
-  return answered;
+bool Tell(const Command& command, Letters letters, std::span<const std::uint8_t> bytes) {
+  Reply ignored;
+  return Exchange(command, ignored, letters, bytes);
 }
 
-bool SorbaneIdentify(SorbaneReply& reply) {
-  if (SorbaneQuery(sorbane::kIdentify, reply)) return true;
+bool Identify(Reply& reply) {
+  if (Exchange(kIdentify, reply)) return true;
   Pause(kBeforeSecondTry);
-  return SorbaneQuery(sorbane::kIdentify, reply);
+  return Exchange(kIdentify, reply);
 }
 
 void ParseHexPairs(std::span<const std::uint8_t> text, std::span<std::uint8_t> bytes) {
@@ -139,23 +135,4 @@ void ParseHexPairs(std::span<const std::uint8_t> text, std::span<std::uint8_t> b
   }
 }
 
-bool SorbanePing() {
-  const bool serial = SorbaneOnSerialPort();
-  SerialPort* port = EntryOfActDev().pSerialPort;
-  if (serial) {
-    constexpr std::array<std::uint8_t, 2> kWake = {'\r', '\r'};
-    Pause(kWakeTime);
-    if (port != nullptr) {
-      port->Write(kWake);
-      port->Flush();
-    }
-    Pause(kWakeTime);
-    if (port != nullptr) port->ClearInput();
-  }
-  SorbaneReply reply;
-  const bool answered = SorbaneIdentify(reply);
-  if (serial) Pause(kPause);
-  return answered;
-}
-
-}  // namespace tavlyn
+}  // namespace tavlyn::magstripe

@@ -1,7 +1,8 @@
 // One exchange: the packet, the waits, what counts as an answer.
-#include "magstripe/transactions.h"
+#include "magstripe/exchange.h"
 
 #include "links/serial_port.h"
+#include "magstripe/product.h"
 #include "tests/magstripe/stripe_bench.h"
 
 namespace tavlyn::test {
@@ -13,11 +14,11 @@ const std::string kCommitPacket = "46 57 00 00" + kZeros19 + " 0D";
 
 class StripeTransact : public StripeBench {
  protected:
-  SorbaneReply reply{};
+  magstripe::Reply reply{};
 };
 
 TEST_F(StripeTransact, SendsTheTextInAPacketWithItsEnd) {
-  EXPECT_EQ(SorbaneTransact("QRZ", reply.data()), 1U);
+  EXPECT_TRUE(magstripe::Exchange("QRZ", reply));
   ExpectTraffic({"set " + kIdentifyPacket, "sleep 2", "get 52 52 5A 53 54 52 49 50 45 2D 31"});
   EXPECT_EQ(reply[0], 'R');
   EXPECT_EQ(reply[3], 'S');
@@ -26,27 +27,27 @@ TEST_F(StripeTransact, SendsTheTextInAPacketWithItsEnd) {
 }
 
 TEST_F(StripeTransact, TheEndTakesThePlaceOfACharacter24) {
-  SorbaneTransact("123456789012345678901234", reply.data());
+  magstripe::Exchange("123456789012345678901234", reply);
   EXPECT_EQ(stripe->commands.back(), "12345678901234567890123");
   EXPECT_EQ(Sorbane.request[24], 0x0D);
-  SorbaneTransact("1234567890123456789012345678901234567890", reply.data());
+  magstripe::Exchange("1234567890123456789012345678901234567890", reply);
   EXPECT_EQ(stripe->commands.back(), "12345678901234567890123");
 }
 
 TEST_F(StripeTransact, StoresAreWaitedFor) {
   for (const auto* const text : {"FW", "FD"}) {
     Forget();
-    EXPECT_EQ(SorbaneTransact(text, reply.data()), 1U);
+    EXPECT_TRUE(magstripe::Exchange(text, reply));
     EXPECT_EQ(Slept(), 202U) << text;
   }
   Forget();
-  EXPECT_EQ(SorbaneTransact("FR", reply.data()), 1U);
+  EXPECT_TRUE(magstripe::Exchange("FR", reply));
   EXPECT_EQ(Slept(), 2U);
 }
 
 TEST_F(StripeTransact, AReplyThatDoesNotBeginWithRIsHandedOverAndFails) {
   stripe->replies["QRZ"] = "XRZ";
-  EXPECT_EQ(SorbaneTransact("QRZ", reply.data()), 0U);
+  EXPECT_FALSE(magstripe::Exchange("QRZ", reply));
   EXPECT_EQ(reply[0], 'X');
   EXPECT_EQ(Slept(), 4U);
 }
@@ -54,15 +55,15 @@ TEST_F(StripeTransact, AReplyThatDoesNotBeginWithRIsHandedOverAndFails) {
 TEST_F(StripeTransact, ALostReplyLeavesTheBufferCleared) {
   reply.fill(7);
   stripe->lost = {"QRZ"};
-  EXPECT_EQ(SorbaneTransact("QRZ", reply.data()), 0U);
-  EXPECT_EQ(reply, SorbaneReply{});
+  EXPECT_FALSE(magstripe::Exchange("QRZ", reply));
+  EXPECT_EQ(reply, magstripe::Reply{});
   ExpectTraffic({"set " + kIdentifyPacket, "sleep 2", "get refused", "sleep 2"});
   EXPECT_EQ(GetLastLibErr(), 0U);
 }
 
 TEST_F(StripeTransact, ARefusedPacketLeavesTheErrorWordOfTheChannel) {
   stripe->refused = {"QRZ"};
-  EXPECT_EQ(SorbaneTransact("QRZ", reply.data()), 0U);
+  EXPECT_FALSE(magstripe::Exchange("QRZ", reply));
   EXPECT_EQ(Slept(), 482U);
   EXPECT_EQ(GetLastLibErr(), TAVLYN_ERR_WRITE_REPORT);
 }
@@ -70,7 +71,7 @@ TEST_F(StripeTransact, ARefusedPacketLeavesTheErrorWordOfTheChannel) {
 class StripeSerial : public StripeBench {
  protected:
   sim::VirtualComPort* com = nullptr;
-  SorbaneReply reply{};
+  magstripe::Reply reply{};
 
   void SetUp() override {
     StripeBench::SetUp();
@@ -83,7 +84,7 @@ class StripeSerial : public StripeBench {
 
 TEST_F(StripeSerial, APacketThatIsTakenWholeGetsNoAnswer) {
   com->toRead = {'R', 'R', 'Z'};
-  EXPECT_EQ(SorbaneTransact("QRZ", reply.data()), 0U);
+  EXPECT_FALSE(magstripe::Exchange("QRZ", reply));
   ExpectTraffic({"write " + kIdentifyPacket, "sleep 2"});
   EXPECT_EQ(com->toRead.size(), 3U);
 }
@@ -91,12 +92,12 @@ TEST_F(StripeSerial, APacketThatIsTakenWholeGetsNoAnswer) {
 TEST_F(StripeSerial, AWriteOfOneByteGoesOn) {
   com->writeLimit = 1;
   com->toRead = {'R', 'R', 'Z'};
-  EXPECT_EQ(SorbaneTransact("QRZ", reply.data()), 1U);
+  EXPECT_TRUE(magstripe::Exchange("QRZ", reply));
   EXPECT_EQ(reply[2], 'Z');
   com->toRead = {'R'};
   Forget();
-  EXPECT_EQ(SorbaneTransact("FW", reply.data()), 1U);
-  EXPECT_EQ(reply, SorbaneReply{'R'}) << "nothing of the last reply";
+  EXPECT_TRUE(magstripe::Exchange("FW", reply));
+  EXPECT_EQ(reply, magstripe::Reply{'R'}) << "nothing of the last reply";
   EXPECT_EQ(Slept(), 200U) << "without the pause of reports";
 }
 
@@ -104,12 +105,12 @@ TEST_F(StripeSerial, WithoutAPortThereIsAPauseAndNothingElse) {
   delete Entry().pSerialPort;
   Entry().pSerialPort = nullptr;
   Forget();
-  EXPECT_EQ(SorbaneTransact("QRZ", reply.data()), 0U);
+  EXPECT_FALSE(magstripe::Exchange("QRZ", reply));
   ExpectTraffic({"sleep 2"});
 }
 
 TEST_F(StripeSerial, PingWakesTheLineFirst) {
-  EXPECT_FALSE(SorbanePing());
+  EXPECT_FALSE(magstripe::Ping());
   ExpectTraffic({"sleep 30", "write 0D 0D", "flush", "sleep 30", "purge", "write " + kIdentifyPacket,
                  "sleep 2", "sleep 25", "write " + kIdentifyPacket, "sleep 2", "sleep 2"});
 }
@@ -128,7 +129,7 @@ TEST(StripeHexPairs, EndAtTheFirstThatDoesNotBeginLikeADigit) {
   const auto parsed = [](std::string text) {
     std::array<std::uint8_t, 4> bytes{9, 9, 9, 9};
     const std::vector<std::uint8_t> characters(text.begin(), text.end());
-    ParseHexPairs(characters, bytes);
+    magstripe::ParseHexPairs(characters, bytes);
     return bytes;
   };
   using Bytes4 = std::array<std::uint8_t, 4>;
@@ -147,7 +148,7 @@ TEST(StripeHexPairs, EndAtTheFirstThatDoesNotBeginLikeADigit) {
 TEST(StripeHexPairs, AreTenAtMost) {
   std::array<std::uint8_t, 12> bytes{};
   const std::string text(24, '1');
-  ParseHexPairs(std::vector<std::uint8_t>(text.begin(), text.end()), bytes);
+  magstripe::ParseHexPairs(std::vector<std::uint8_t>(text.begin(), text.end()), bytes);
   EXPECT_EQ(bytes[9], 0x11);
   EXPECT_EQ(bytes[10], 0);
 }

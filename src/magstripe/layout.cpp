@@ -1,8 +1,8 @@
-#include "magstripe/wire.h"
+#include "magstripe/layout.h"
 
 #include <algorithm>
 
-namespace tavlyn {
+namespace tavlyn::magstripe {
 namespace {
 
 constexpr std::size_t kKeyPressAt = 1;
@@ -15,11 +15,11 @@ struct LedPlace {
   std::uint8_t shift;
 };
 // In the order of LedColor.
-constexpr std::array<LedPlace, kSorbaneLeds> kLedPlaces = {{{1, 0}, {0, 6}, {0, 4}, {0, 2}, {0, 0}}};
+constexpr std::array<LedPlace, kLeds> kLedPlaces = {{{1, 0}, {0, 6}, {0, 4}, {0, 2}, {0, 0}}};
 constexpr std::uint8_t kColorMask = 3;
 
 template <typename Owner>
-void Unpack(std::span<const SorbaneBits<Owner>> table, const SorbanePayload& bytes, Owner& owner) {
+void Unpack(std::span<const Bits<Owner>> table, const Payload& bytes, Owner& owner) {
   for (const auto& bits : table) {
     owner.*bits.member = static_cast<std::uint8_t>(bytes[bits.byte] >> bits.shift & bits.mask);
   }
@@ -27,7 +27,7 @@ void Unpack(std::span<const SorbaneBits<Owner>> table, const SorbanePayload& byt
 
 // A flag counts as a whole; of a number the bits beyond its room are dropped.
 template <typename Owner>
-void Pack(std::span<const SorbaneBits<Owner>> table, const Owner& owner, SorbanePayload& bytes) {
+void Pack(std::span<const Bits<Owner>> table, const Owner& owner, Payload& bytes) {
   for (const auto& bits : table) {
     const std::uint8_t value = owner.*bits.member;
     const int cut = bits.mask == 1 ? int{value != 0} : value & bits.mask;
@@ -42,28 +42,28 @@ std::uint8_t Steps(std::uint16_t milliseconds) {
 
 }  // namespace
 
-void UnpackField(const SorbaneFieldPart& part, const SorbanePayload& bytes, tsSorbaneField& field) {
+void UnpackField(const FieldPart& part, const Payload& bytes, tsSorbaneField& field) {
   Unpack<tsSorbaneField>(part.bits, bytes, field);
   std::copy_n(bytes.begin() + part.keysAt, part.keys, field.Keybyte.begin() + part.firstKey);
 }
 
-SorbanePayload PackField(const SorbaneFieldPart& part, const tsSorbaneField& field) {
-  SorbanePayload bytes{};
+Payload PackField(const FieldPart& part, const tsSorbaneField& field) {
+  Payload bytes{};
   Pack<tsSorbaneField>(part.bits, field, bytes);
   std::copy_n(field.Keybyte.begin() + part.firstKey, part.keys, bytes.begin() + part.keysAt);
   return bytes;
 }
 
-void UnpackSystem(const SorbanePayload& bytes, tsSorbaneCfg& cfg) {
-  Unpack<tsSorbaneCfg>(kSorbaneSystemBits, bytes, cfg);
+void UnpackSystem(const Payload& bytes, tsSorbaneCfg& cfg) {
+  Unpack<tsSorbaneCfg>(kSystemBits, bytes, cfg);
   cfg.KeyPressTime = Milliseconds(bytes[kKeyPressAt]);
   cfg.KeyReleaseTime = Milliseconds(bytes[kKeyReleaseAt]);
   cfg.LUID = static_cast<std::uint16_t>(bytes[kLuidAt] | bytes[kLuidAt + 1] << 8);
 }
 
-SorbanePayload PackSystem(const tsSorbaneCfg& cfg) {
-  SorbanePayload bytes{};
-  Pack<tsSorbaneCfg>(kSorbaneSystemBits, cfg, bytes);
+Payload PackSystem(const tsSorbaneCfg& cfg) {
+  Payload bytes{};
+  Pack<tsSorbaneCfg>(kSystemBits, cfg, bytes);
   bytes[kKeyPressAt] = Steps(cfg.KeyPressTime);
   bytes[kKeyReleaseAt] = Steps(cfg.KeyReleaseTime);
   bytes[kLuidAt] = static_cast<std::uint8_t>(cfg.LUID);
@@ -71,16 +71,16 @@ SorbanePayload PackSystem(const tsSorbaneCfg& cfg) {
   return bytes;
 }
 
-void UnpackLeds(const SorbanePayload& bytes, tsSorbaneCfg& cfg) {
-  for (std::size_t led = 0; led < kSorbaneLeds; ++led) {
+void UnpackLeds(const Payload& bytes, tsSorbaneCfg& cfg) {
+  for (std::size_t led = 0; led < kLeds; ++led) {
     const LedPlace place = kLedPlaces[led];
     cfg.LedColor[led] = static_cast<std::uint8_t>(bytes[place.byte] >> place.shift & kColorMask);
   }
 }
 
-SorbanePayload PackLeds(const tsSorbaneCfg& cfg) {
-  SorbanePayload bytes{};
-  for (std::size_t led = 0; led < kSorbaneLeds; ++led) {
+Payload PackLeds(const tsSorbaneCfg& cfg) {
+  Payload bytes{};
+  for (std::size_t led = 0; led < kLeds; ++led) {
     const LedPlace place = kLedPlaces[led];
     const int color = cfg.LedColor[led] & kColorMask;
     bytes[place.byte] = static_cast<std::uint8_t>(bytes[place.byte] | color << place.shift);
@@ -88,4 +88,4 @@ SorbanePayload PackLeds(const tsSorbaneCfg& cfg) {
   return bytes;
 }
 
-}  // namespace tavlyn
+}  // namespace tavlyn::magstripe

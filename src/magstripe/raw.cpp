@@ -1,10 +1,9 @@
-#include "magstripe/raw_reports.h"
-
 #include "core/state.h"
 #include "hid/report_channel.h"
-#include "magstripe/transactions.h"
+#include "magstripe/exchange.h"
+#include "magstripe/product.h"
 
-namespace tavlyn {
+namespace tavlyn::magstripe {
 namespace {
 
 constexpr int kRawBytes = 10;
@@ -13,19 +12,17 @@ constexpr std::uint32_t kBeyond = 2;
 
 }  // namespace
 
-std::uint32_t SorbaneSetRawByte(std::int16_t index, std::uint8_t value) {
+std::uint32_t SetRawByte(std::int16_t index, std::uint8_t value) {
   if (index >= 0 && index < kRawBytes) Sorbane.request[static_cast<std::size_t>(index)] = value;
   if (index < kSendsFrom) return 0;
   Sorbane.request[0] = 0;
-  if (SorbaneOnSerialPort()) return 0;
-  constexpr auto kPayload = static_cast<std::int32_t>(kSorbanePacket);
+  if (OnSerialPort()) return 0;
+  constexpr auto kPayload = static_cast<std::int32_t>(kPacket);
   if (!WriteFeatureReport(kPayload, ActDev, Sorbane.request.data())) return 0;
   Sorbane.reply.fill(0);
   return ReadFeatureReport(kPayload, ActDev, Sorbane.reply.data()) ? 1 : 0;
 }
 
-std::uint32_t SorbaneRawReplyByte(std::uint16_t index) {
-  return index < kRawBytes ? Sorbane.reply[index] : kBeyond;
-}
+std::uint32_t RawReplyByte(std::uint16_t index) { return index < kRawBytes ? Sorbane.reply[index] : kBeyond; }
 
-}  // namespace tavlyn
+}  // namespace tavlyn::magstripe

@@ -1,18 +1,19 @@
-// Exports on the mirror of a magnetic-stripe reader. Nothing here is sent but the colours.
+// Records in the mirror of a magnetic-stripe reader: the times and the user fields. None of it is sent from
+// here.
+#include <algorithm>
+
 #include "api.h"
 #include "core/openings.h"
-#include "magstripe/outputs.h"
+#include "magstripe/product.h"
 
-namespace tavlyn {
+namespace tavlyn::magstripe {
 namespace {
 
 using Member = std::uint8_t tsSorbaneField::*;
 
-tsSorbaneCfg& Cfg() { return EntryOfActDev().SorbaneBlock.Cfg; }
-
-// User fields are numbered from 1; null for a number that is none.
+// User fields are numbered from 1; null for any other number.
 tsSorbaneField* FieldOf(std::uint16_t number) {
-  return number >= 1 && number <= kSorbaneFields ? &Cfg().UserField[number - 1U] : nullptr;
+  return number >= 1 && number <= kUserFields ? &ActiveCfg().UserField[number - 1U] : nullptr;
 }
 
 std::uint32_t GetField(std::uint16_t number, Member member) {
@@ -36,31 +37,42 @@ std::uint32_t SetFlag(std::uint16_t number, Member member, std::int16_t on) {
 // A key byte of a field, or null.
 std::uint8_t* KeyOf(std::uint16_t number, std::uint16_t index) {
   tsSorbaneField* field = FieldOf(number);
-  return field != nullptr && index < kSorbaneKeys ? &field->Keybyte[index] : nullptr;
+  return field != nullptr && index < kFieldKeys ? &field->Keybyte[index] : nullptr;
 }
 
-constexpr std::uint8_t kTrackBits = 7;
-
-// Which beep an export means, and the nibble that it has in Beeper.
-constexpr std::uint16_t kGoodRead = 2;
-constexpr std::uint16_t kBadRead = 3;
-constexpr int kLongBit = 8;
-constexpr int kCountBits = 7;
-constexpr std::int16_t kMostBeepCount = 4;
-constexpr std::uint32_t kLongFlag = 0x80;
-
-bool IsBeep(std::uint16_t which) { return which == kGoodRead || which == kBadRead; }
-int ShiftOf(std::uint16_t which) { return which == kGoodRead ? 4 : 0; }
-
-constexpr std::uint16_t kMostField = 50;
-constexpr std::uint16_t kMostOffset = 100;
-constexpr std::uint16_t kTracks = 3;
-constexpr std::uint16_t kMostColor = 3;
-
 }  // namespace
-}  // namespace tavlyn
+
+std::uint32_t GetTimeParms(std::int16_t* words) {
+  tsDevEntry& entry = EntryOfActDev();
+  if (words == nullptr) {
+    entry.LastLibErr = TAVLYN_ERR_GET_NULL;
+    return 0;
+  }
+  std::ranges::copy(entry.CfgSlot[0].record[kTimeParms], words);
+  entry.LastLibErr = 0;
+  return 1;
+}
+
+std::uint32_t SetTimeParms(const std::int16_t* words) {
+  tsDevEntry& entry = EntryOfActDev();
+  entry.LastLibErr = words == nullptr ? TAVLYN_ERR_SET_NULL : BoundsError(kTimeParms, words);
+  if (entry.LastLibErr != 0) return 0;
+  tsCfgSlot& slot = entry.CfgSlot[0];
+  // The last word is the flags byte and stays.
+  std::copy_n(words, kRecordWords - 1, slot.record[kTimeParms].begin());
+  slot.bDirtyTime = 1;
+  return 1;
+}
+
+std::uint16_t* GetKeyTime(KeyTime which) {
+  tsSorbaneCfg& cfg = ActiveCfg();
+  return which == KeyTime::kPress ? &cfg.KeyPressTime : &cfg.KeyReleaseTime;
+}
+
+}  // namespace tavlyn::magstripe
 
 using namespace tavlyn;
+using namespace tavlyn::magstripe;
 
 // clang-format off
 std::uint32_t sorbaneGetFieldEnable(std::uint16_t field) { return GetField(field, &tsSorbaneField::Enable); }
@@ -98,56 +110,5 @@ std::uint32_t sorbaneSetFieldKeydata(std::uint16_t field, std::uint16_t index, s
   std::uint8_t* key = KeyOf(field, index);
   if (key == nullptr) return 0;
   *key = value;
-  return 1;
-}
-
-std::uint32_t sorbaneGetTrackEnables() {
-  return MagstripeIsActive() ? Cfg().TrackEnables & kTrackBits : UnsupportedValue;
-}
-
-std::uint32_t sorbaneSetTrackEnables(std::uint8_t tracks) {
-  if (!MagstripeIsActive()) return UnsupportedValue;
-  Cfg().TrackEnables = tracks & kTrackBits;
-  return 1;
-}
-
-std::uint32_t sorbaneGetBeeper(std::uint16_t which) {
-  if (!MagstripeIsActive()) return UnsupportedValue;
-  if (!IsBeep(which)) return 0;
-  const int nibble = Cfg().Beeper >> ShiftOf(which);
-  return static_cast<std::uint32_t>(nibble & kCountBits) | ((nibble & kLongBit) != 0 ? kLongFlag : 0);
-}
-
-std::uint32_t sorbaneSetBeeper(std::uint16_t which, std::int16_t count, std::int16_t longBeep) {
-  if (!MagstripeIsActive()) return UnsupportedValue;
-  if (!IsBeep(which) || count < 0 || count > kMostBeepCount) return 0;
-  const int nibble = count | (longBeep != 0 ? kLongBit : 0);
-  const int others = Cfg().Beeper & ~(0x0F << ShiftOf(which));
-  Cfg().Beeper = static_cast<std::uint8_t>(others | nibble << ShiftOf(which));
-  return 1;
-}
-
-std::uint32_t sorbaneGetLED(std::uint16_t index) {
-  if (!MagstripeIsActive()) return UnsupportedValue;
-  return index < kSorbaneLeds ? Cfg().LedColor[index] : 0;
-}
-
-std::uint32_t sorbaneSetLED(std::uint16_t index, std::uint16_t color) {
-  if (!MagstripeIsActive()) return UnsupportedValue;
-  if (index >= kSorbaneLeds || color > kMostColor) return 0;
-  Cfg().LedColor[index] = static_cast<std::uint8_t>(color);
-  return SorbaneShowLeds();
-}
-
-std::uint32_t sorbaneSetActiveID(std::uint16_t track, std::uint16_t field, std::uint16_t offset,
-                                 std::uint16_t term) {
-  if (!MagstripeIsActive()) return UnsupportedValue;
-  EntryOfActDev().LastLibErr = 0;
-  if (track < 1 || track > kTracks || field < 1 || field > kMostField || offset > kMostOffset) return 0;
-  tsSorbaneIdSel& selection = Cfg().IdSel;
-  selection.Track = track;
-  selection.Field = field;
-  selection.Offset = offset;
-  selection.Termination = term;
   return 1;
 }

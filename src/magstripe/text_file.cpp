@@ -1,5 +1,3 @@
-#include "magstripe/cfg_file.h"
-
 #include <array>
 #include <cstdio>
 #include <cstring>
@@ -8,8 +6,9 @@
 #include "core/state.h"
 #include "core/text.h"
 #include "core/version.h"
+#include "magstripe/product.h"
 
-namespace tavlyn {
+namespace tavlyn::magstripe {
 namespace {
 
 constexpr const char* kMark = "//";
@@ -51,7 +50,7 @@ struct Setting {
   const char* comment;
 };
 constexpr std::size_t kSettings =
-    1 + std::size(kSystemBytes) + kSorbaneLeds + kSorbaneFields * (std::size(kFieldBytes) + kSorbaneKeys) + 2;
+    1 + std::size(kSystemBytes) + kLeds + kUserFields * (std::size(kFieldBytes) + kFieldKeys) + 2;
 static_assert(kSettings == 309);
 
 // All lines in the order of the file.
@@ -62,9 +61,9 @@ class Settings {
     AddWord("LUID", entry.LUID, kLuidComment);
     for (const auto& saved : kSystemBytes)
       Add(&(cfg.*saved.member), saved.flag, saved.comment, "%s", saved.name);
-    for (unsigned led = 0; led < kSorbaneLeds; ++led)
+    for (unsigned led = 0; led < kLeds; ++led)
       Add(&cfg.LedColor[led], false, kColorComment, "LedColor[%u]", led);
-    for (unsigned field = 0; field < kSorbaneFields; ++field) AddField(field, cfg.UserField[field]);
+    for (unsigned field = 0; field < kUserFields; ++field) AddField(field, cfg.UserField[field]);
     AddWord("KeyPressTime", cfg.KeyPressTime, kTimeComment);
     AddWord("KeyReleaseTime", cfg.KeyReleaseTime, kTimeComment);
   }
@@ -98,7 +97,7 @@ class Settings {
   void AddField(unsigned number, tsSorbaneField& field) {
     for (const auto& saved : kFieldBytes)
       Add(&(field.*saved.member), saved.flag, saved.comment, "UserField[%u].%s", number, saved.name);
-    for (unsigned key = 0; key < kSorbaneKeys; ++key)
+    for (unsigned key = 0; key < kFieldKeys; ++key)
       Add(&field.Keybyte[key], false, kKeyComment, "UserField[%u].Keybyte[%u]", number, key);
   }
 
@@ -141,7 +140,7 @@ bool HasTitle(std::FILE* file) {
 
 }  // namespace
 
-std::uint32_t SaveSorbaneFile(const char* path) {
+std::uint32_t SaveFile(const char* path) {
   const File file = OpenFile(path, "wt");
   if (file == nullptr) return 0;
   std::fprintf(file.get(), "%s%s\n", kMark, kTitle);
@@ -158,7 +157,7 @@ std::uint32_t SaveSorbaneFile(const char* path) {
   return 1;
 }
 
-std::uint32_t LoadSorbaneFile(const char* path) {
+std::uint32_t LoadFile(const char* path) {
   const File file = OpenFile(path, "rt");
   if (file == nullptr || !HasTitle(file.get())) return 0;
   std::rewind(file.get());
@@ -170,4 +169,4 @@ std::uint32_t LoadSorbaneFile(const char* path) {
   return 1;
 }
 
-}  // namespace tavlyn
+}  // namespace tavlyn::magstripe

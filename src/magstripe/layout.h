@@ -1,0 +1,69 @@
+// Where each setting stands in the bytes of the configuration's commands. The tables serve both directions.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+
+#include "core/mirror.h"
+#include "magstripe/commands.h"
+
+namespace tavlyn::magstripe {
+
+// The bytes of any command of the configuration.
+using Payload = std::array<std::uint8_t, 10>;
+
+template <typename Owner>
+struct Bits {
+  std::uint8_t byte;
+  std::uint8_t shift;
+  std::uint8_t mask;
+  std::uint8_t Owner::*member;
+};
+using FieldBits = Bits<tsSorbaneField>;
+using SystemBits = Bits<tsSorbaneCfg>;
+
+inline constexpr std::array kKeysLowBits = {
+    FieldBits{0, 7, 1, &tsSorbaneField::Enable},
+    FieldBits{0, 6, 1, &tsSorbaneField::Skip},
+    FieldBits{0, 0, 63, &tsSorbaneField::nKeys},
+};
+inline constexpr std::array kSelectionBits = {
+    FieldBits{0, 0, 3, &tsSorbaneField::Track},    FieldBits{0, 5, 1, &tsSorbaneField::ShowSepSen},
+    FieldBits{0, 6, 1, &tsSorbaneField::ShowLRC},  FieldBits{0, 7, 1, &tsSorbaneField::IgnoreLRC},
+    FieldBits{1, 0, 255, &tsSorbaneField::Field},  FieldBits{2, 0, 255, &tsSorbaneField::ByteOffset},
+    FieldBits{3, 0, 255, &tsSorbaneField::Length}, FieldBits{4, 0, 255, &tsSorbaneField::Termination},
+};
+inline constexpr std::array kSystemBits = {
+    SystemBits{0, 7, 1, &tsSorbaneCfg::HaltKBSend},
+    SystemBits{0, 6, 1, &tsSorbaneCfg::UseNumKP},
+    SystemBits{0, 0, 7, &tsSorbaneCfg::TrackEnables},
+    SystemBits{5, 0, 255, &tsSorbaneCfg::Beeper},
+};
+
+// The three parts in which a user field travels.
+struct FieldPart {
+  const Command& read;
+  const Command& write;
+  std::span<const FieldBits> bits;
+  std::uint8_t keys;        // how many key bytes the part carries,
+  std::uint8_t keysAt;      // from this byte on,
+  std::uint8_t firstKey;    // and which
+  bool failureLeavesError;  // a lost control part deliberately leaves no error word
+};
+inline constexpr std::array kFieldParts = {
+    FieldPart{kReadKeysLow, kWriteKeysLow, kKeysLowBits, 8, 1, 0, true},
+    FieldPart{kReadKeysHigh, kWriteKeysHigh, {}, 8, 0, 8, true},
+    FieldPart{kReadSelection, kWriteSelection, kSelectionBits, 0, 0, 0, false},
+};
+
+void UnpackField(const FieldPart& part, const Payload& bytes, tsSorbaneField& field);
+Payload PackField(const FieldPart& part, const tsSorbaneField& field);
+
+void UnpackSystem(const Payload& bytes, tsSorbaneCfg& cfg);
+Payload PackSystem(const tsSorbaneCfg& cfg);
+
+void UnpackLeds(const Payload& bytes, tsSorbaneCfg& cfg);
+Payload PackLeds(const tsSorbaneCfg& cfg);
+
+}  // namespace tavlyn::magstripe

@@ -1,0 +1,50 @@
+// What the family table names of a magnetic-stripe reader, and what its files share.
+#pragma once
+
+#include <cstdint>
+
+#include "core/product.h"
+#include "core/state.h"
+
+namespace tavlyn::magstripe {
+
+inline tsSorbaneCfg& ActiveCfg() { return EntryOfActDev().SorbaneBlock.Cfg; }
+
+// The HID devices, then the COM ports.
+bool Search();
+bool SearchPorts();
+// A magnetic-stripe reader answers; the wake-up of a serial line goes before.
+bool Ping();
+
+// The stored configuration. An abandoned write is not told to the reader.
+std::uint32_t ReadCfg();
+std::uint32_t WriteCfg();
+// To factory defaults, which are then read.
+std::uint32_t ResetFactoryDflts();
+
+// The configuration as a text file. Both directions know the mirror alone.
+std::uint32_t SaveFile(const char* path);
+std::uint32_t LoadFile(const char* path);
+
+// The selected piece of the last swipe as text, and the length of that text.
+std::uint16_t FetchId(std::uint8_t* buffer, std::int16_t length);
+std::uint16_t FetchId32(std::uint8_t* buffer, std::int16_t length);
+std::uint32_t FetchQueuedId(std::uint16_t first, std::int16_t second);
+std::uint32_t QueuedIdPart(std::int16_t index);
+
+// Beeper, and the LEDs as a tsLEDCtrl. Colours show at once.
+std::uint32_t Beep(std::uint8_t count, std::int16_t longBeep);
+std::uint32_t GetLedCtrl(std::int16_t* words);
+std::uint32_t SetLedCtrl(const std::int16_t* words);
+
+// tsTimeParms: kept by the host in the first configuration slot and never sent. The inter-key times proper
+// stand in the magnetic-stripe configuration.
+std::uint32_t GetTimeParms(std::int16_t* words);
+std::uint32_t SetTimeParms(const std::int16_t* words);
+std::uint16_t* GetKeyTime(KeyTime which);
+
+// The reports of an exchange, open to programs: fills the request, which index 8 and above send.
+std::uint32_t SetRawByte(std::int16_t index, std::uint8_t value);
+std::uint32_t RawReplyByte(std::uint16_t index);
+
+}  // namespace tavlyn::magstripe
