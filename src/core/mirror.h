@@ -6,8 +6,8 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "api/sonar.h"
 #include "core/fields.h"
+#include "core/sonar_fields.h"
 
 namespace tavlyn {
 
@@ -23,7 +23,7 @@ inline constexpr std::uint8_t kSepFldUnset = 12;
 // One stored configuration of a reader.
 struct tsCfgSlot {
   std::uint32_t bCfgLoaded;  // a read filled the slot; nothing else sets it
-  std::array<RecordWords, kRecordCount> record;
+  Records record;
 
   // What the next write must send.
   std::uint32_t bDirtyFmt;   // block 0
@@ -108,26 +108,6 @@ struct tsSorbaneBlock {
   std::uint32_t bOpened;  // a search opened the device
   tsSorbaneCfg Cfg;
 };
-
-// The words of all four records by their keys: sonar::PingRateS and so on.
-namespace sonar {
-enum Word : std::uint8_t {
-#define SONAR_WORD(record, name, key, comment) key,
-#include "core/sonar_fields.inc"
-  kWordCount
-};
-inline constexpr Word kFirstOfSonarParms = LEDFlagsS;
-inline constexpr Word kFirstOfWalkAwayParms = KeyCountWA;
-inline constexpr Word kFirstOfWalkUpParms = KeyCountWU;
-inline constexpr Word kFirstOfIdleParms = Reserved1I;
-}  // namespace sonar
-
-// The public structs and the table are one layout.
-#define SONAR_WORD(record, name, key, comment) \
-  static_assert(offsetof(ts##record, name) == 2 * (sonar::key - sonar::kFirstOf##record));
-#include "core/sonar_fields.inc"
-
-using SonarWords = std::array<std::uint16_t, sonar::kWordCount>;
 
 // A sonar sensor.
 struct SonarBlock {

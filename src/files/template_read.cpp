@@ -41,13 +41,11 @@ void StoreKeyword(std::string_view keyword, std::uint16_t value, Parsed& parsed)
     parsed.slot.*option.word = value;
     return;
   }
-  const auto saved =
-      std::ranges::find_if(kSavedFields, [&](const SavedField& f) { return SameText(keyword, f.keyword); });
-  if (saved == kSavedFields.end()) return;
-  parsed.slot[saved->field] = static_cast<std::int16_t>(value);
-  constexpr FieldId kFormat = field::IDDispParms_iExOutputFormat;
-  if (saved->field.record == kFormat.record && saved->field.word == kFormat.word)
-    parsed.outputFormatGiven = true;
+  const auto named =
+      std::ranges::find_if(kFields, [&](const Field& each) { return SameText(keyword, each.keyword); });
+  if (named == kFields.end()) return;
+  parsed.slot[named->id] = static_cast<std::int16_t>(value);
+  if (named->id == field::IDDispParms_iExOutputFormat) parsed.outputFormatGiven = true;
 }
 
 void TakeSepBytes(std::string_view line, Parsed& parsed) {

@@ -13,16 +13,11 @@ void PrintFields(std::FILE* file, const tsCfgSlot& slot) {
     WriteSection(file, option.heading);
     WriteEntry(file, option.keyword, static_cast<std::uint16_t>(slot.*option.word), kOptionComment);
   }
-  int heading = -1;
-  for (const SavedField& saved : kSavedFields) {
-    if (heading != saved.field.record) {
-      heading = saved.field.record;
-      WriteSection(file, kRecordNames[saved.field.record]);
-    }
-    if (saved.save == Save::kUnsaved) continue;
-    const auto word = static_cast<std::uint16_t>(slot[saved.field]);
-    WriteEntry(file, saved.keyword, saved.save == Save::kFlag ? std::uint16_t{word != 0} : word,
-               saved.comment);
+  for (const Field& each : kFields) {
+    if (each.id.word == 0) WriteSection(file, kRecordNames[each.id.record]);
+    if (each.save == Save::kUnsaved) continue;
+    const auto word = static_cast<std::uint16_t>(slot[each.id]);
+    WriteEntry(file, each.keyword, each.save == Save::kFlag ? std::uint16_t{word != 0} : word, each.comment);
   }
 }
 

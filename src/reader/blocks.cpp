@@ -14,21 +14,19 @@ struct Packed {
   std::uint8_t shift;  // of the lowest bit
   As as;
   FieldId field;
-  std::int16_t scale = 1;  // field = byte * scale
   std::uint8_t writeMask = 0xFF;
   Way way = Way::kBoth;
 };
 
 constexpr Packed Flag(BlockNumber block, std::uint8_t byte, std::uint8_t bit, FieldId field,
                       Way way = Way::kBoth) {
-  return {block, byte, bit, As::kFlag, field, 1, 1, way};
+  return {block, byte, bit, As::kFlag, field, 1, way};
 }
-constexpr Packed Byte(BlockNumber block, std::uint8_t byte, FieldId field, std::int16_t scale = 1,
-                      std::uint8_t writeMask = 0xFF) {
-  return {block, byte, 0, As::kByte, field, scale, writeMask, Way::kBoth};
+constexpr Packed Byte(BlockNumber block, std::uint8_t byte, FieldId field, std::uint8_t writeMask = 0xFF) {
+  return {block, byte, 0, As::kByte, field, writeMask, Way::kBoth};
 }
 constexpr Packed Nibble(BlockNumber block, std::uint8_t byte, std::uint8_t shift, FieldId field) {
-  return {block, byte, shift, As::kNibble, field, 1, 0x0F, Way::kBoth};
+  return {block, byte, shift, As::kNibble, field, 0x0F, Way::kBoth};
 }
 
 constexpr std::uint8_t kFlags3Byte = 7;
@@ -36,11 +34,11 @@ constexpr std::uint8_t kFlags3Byte = 7;
 using namespace field;
 
 constexpr std::array kLayout = {
-    Byte(kFormatBlock, 1, IDDispParms_iFACDispLen, 1, 0x7F),
-    Byte(kFormatBlock, 2, IDDispParms_iIDDispLen, 1, 0x7F),
+    Byte(kFormatBlock, 1, IDDispParms_iFACDispLen, 0x7F),
+    Byte(kFormatBlock, 2, IDDispParms_iIDDispLen, 0x7F),
     Nibble(kFormatBlock, 3, 0, IDBitCnts_iLeadParityBitCnt),
     Nibble(kFormatBlock, 3, 4, IDBitCnts_iTrailParityBitCnt),
-    Byte(kFormatBlock, 4, IDBitCnts_iIDBitCnt, 1, 0x7F),
+    Byte(kFormatBlock, 4, IDBitCnts_iIDBitCnt, 0x7F),
     Byte(kFormatBlock, 5, IDBitCnts_iTotalBitCnt),
     Byte(kFormatBlock, 6, IDDispParms_iFACIDDelim),
     Byte(kFormatBlock, 7, IDDispParms_iELDelim),
@@ -53,11 +51,11 @@ constexpr std::array kLayout = {
     Flag(kFormatBlock, 8, 6, CfgFlags_bSndOnRx),
     Flag(kFormatBlock, 8, 7, CfgFlags_bHaltKBSnd),
 
-    Byte(kTimeBlock, 2, TimeParms_iBitStrmTO, 4),
-    Byte(kTimeBlock, 3, TimeParms_iIDHoldTO, 50),
-    Byte(kTimeBlock, 4, TimeParms_iIDLockOutTm, 50),
-    Byte(kTimeBlock, 5, TimeParms_iUSBKeyPrsTm, 4),
-    Byte(kTimeBlock, 6, TimeParms_iUSBKeyRlsTm, 4),
+    Byte(kTimeBlock, 2, TimeParms_iBitStrmTO),
+    Byte(kTimeBlock, 3, TimeParms_iIDHoldTO),
+    Byte(kTimeBlock, 4, TimeParms_iIDLockOutTm),
+    Byte(kTimeBlock, 5, TimeParms_iUSBKeyPrsTm),
+    Byte(kTimeBlock, 6, TimeParms_iUSBKeyRlsTm),
     Byte(kTimeBlock, kFlags3Byte, TimeParms_iTPCfgFlg3),
     Flag(kTimeBlock, kFlags3Byte, 7, CfgFlags3_bUseNumKP, Way::kReadOnly),
     Flag(kTimeBlock, kFlags3Byte, 6, CfgFlags3_bSndSFON, Way::kReadOnly),
@@ -92,12 +90,12 @@ std::uint8_t Pack(const Packed& row, std::int16_t value) {
     case As::kNibble: value = std::min<std::int16_t>(value, 15); break;
     case As::kByte: break;
   }
-  return static_cast<std::uint8_t>((value / row.scale & row.writeMask) << row.shift);
+  return static_cast<std::uint8_t>((value / FieldOf(row.field).step & row.writeMask) << row.shift);
 }
 
 std::int16_t Unpack(const Packed& row, std::uint8_t byte) {
   const int mask = row.as == As::kFlag ? 1 : row.as == As::kNibble ? 0x0F : 0xFF;
-  return static_cast<std::int16_t>((byte >> row.shift & mask) * row.scale);
+  return static_cast<std::int16_t>((byte >> row.shift & mask) * FieldOf(row.field).step);
 }
 
 // The counts of lead and trail characters share b5.
@@ -211,18 +209,6 @@ std::int16_t Flags3Byte(const tsCfgSlot& slot) {
     }
   }
   return byte;
-}
-
-void Sanitize(tsCfgSlot& slot) {
-  const bool wide = (slot[TimeParms_ExFeatures01] & kWideParity) != 0;
-  for (const FieldBounds& bounds : kFieldBounds) {
-    const bool widened = wide && IsParityCount(bounds.field);
-    std::int16_t& value = slot[bounds.field];
-    if (value < bounds.least)
-      value = bounds.least;
-    else if (value > (widened ? kWideParityLimit : bounds.most))
-      value = widened ? kWideParityLimit : bounds.over;
-  }
 }
 
 }  // namespace tavlyn

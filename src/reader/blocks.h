@@ -28,7 +28,4 @@ Block BuildBlock(BlockNumber number, tsCfgSlot& slot, bool extendedFields = fals
 // The byte form of tsCfgFlags3.
 std::int16_t Flags3Byte(const tsCfgSlot& slot);
 
-// Brings what a read delivered into the ranges that a set would accept.
-void Sanitize(tsCfgSlot& slot);
-
 }  // namespace tavlyn

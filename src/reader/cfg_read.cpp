@@ -147,7 +147,7 @@ bool ReadOneConfig() {
   }
   if (!ReadSepFields(entry, slot)) return false;
   ReadTexts(entry);
-  Sanitize(slot);
+  Sanitize(slot.record);
   slot.bCfgLoaded = 1;
   // bDirtyDisp stays: outputs that were set for storing are not undone by a read.
   slot.bDirtyFmt = slot.bDirtyTime = slot.bDirtyExt = slot.bDirtySep = 0;

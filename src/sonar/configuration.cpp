@@ -58,7 +58,7 @@ bool ReadIdentity() {
 bool ReadAll() {
   if (!ReadRecords()) return false;
   SonarBlock& block = ActiveBlock();
-  ApplyLimits(block.words);
+  Sanitize(block.words);
   block.bParmsValid = 1;
   ClearChanged(block);
   return ReadIdentity();

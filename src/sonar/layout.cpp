@@ -15,30 +15,32 @@ std::uint8_t UnitsOf(std::uint16_t inches) {
 }
 
 std::uint16_t WordOf(const PageByte& place, std::uint8_t byte) {
-  return place.step == kInches ? InchesOf(byte) : static_cast<std::uint16_t>(byte * place.step);
+  const Field& field = kFields[place.word];
+  return field.inches ? InchesOf(byte) : static_cast<std::uint16_t>(byte * field.step);
 }
 
 std::uint8_t ByteOf(const PageByte& place, std::uint16_t word) {
-  return place.step == kInches ? UnitsOf(word) : static_cast<std::uint8_t>(word / place.step);
+  const Field& field = kFields[place.word];
+  return field.inches ? UnitsOf(word) : static_cast<std::uint8_t>(word / field.step);
 }
 
 }  // namespace
 
 // clang-format off
-//                 byte: word, step, mask of a write, of a read, as read
+//                 byte: word, mask of a write, of a read, as read
 constexpr std::array<Page, kPageCount> kPages = {{
-    {Command::kPage0, {{{LEDFlagsS, 1, 0x7F, 0x7F}, {PingRateS, 4}, {Reserved1S}, {MinDistS, kInches},
-                        {MaxDistS, kInches}, {ORDBTmS}, {IRDBTmS}, {StartDlyS}}}},
+    {Command::kPage0, {{{LEDFlagsS, 0x7F, 0x7F}, {PingRateS}, {Reserved1S}, {MinDistS},
+                        {MaxDistS}, {ORDBTmS}, {IRDBTmS}, {StartDlyS}}}},
     // A read fetches this page twice and deliberately never asks for it.
-    {Command::kPage1, {{{KeyCountWA, 1, 15, 15}, {InterKeyDelayWA, 64}, {Key1ModsWA}, {Key2ModsWA},
+    {Command::kPage1, {{{KeyCountWA, 15, 15}, {InterKeyDelayWA}, {Key1ModsWA}, {Key2ModsWA},
                         {Key3ModsWA}, {Key4ModsWA}, {Key5ModsWA}, {Key6ModsWA}}}, false},
-    {Command::kPage2, {{{Flags0WA, 1, 15}, {MinFltRepRate}, {Key1CodeWA}, {Key2CodeWA},
+    {Command::kPage2, {{{Flags0WA, 15}, {MinFltRepRate}, {Key1CodeWA}, {Key2CodeWA},
                         {Key3CodeWA}, {Key4CodeWA}, {Key5CodeWA}, {Key6CodeWA}}}},
-    {Command::kPage3, {{{KeyCountWU, 1, 15, 15}, {InterKeyDelayWU, 64}, {Key1ModsWU}, {Key2ModsWU},
+    {Command::kPage3, {{{KeyCountWU, 15, 15}, {InterKeyDelayWU}, {Key1ModsWU}, {Key2ModsWU},
                         {Key3ModsWU}, {Key4ModsWU}, {Key5ModsWU}, {Key6ModsWU}}}},
-    {Command::kPage4, {{{Flags0WU, 1, 15}, {Reserved2WU, 1, 0xFF, 0xFF, true}, {Key1CodeWU}, {Key2CodeWU},
+    {Command::kPage4, {{{Flags0WU, 15}, {Reserved2WU, 0xFF, 0xFF, true}, {Key1CodeWU}, {Key2CodeWU},
                         {Key3CodeWU}, {Key4CodeWU}, {Key5CodeWU}, {Key6CodeWU}}}},
-    {Command::kPage5, {{{Reserved1I, 1, 15, 0xFF, true}, {PressRateI}, {Key1ModsI}, {Key1CodeI},
+    {Command::kPage5, {{{Reserved1I, 15, 0xFF, true}, {PressRateI}, {Key1ModsI}, {Key1CodeI},
                         {FlagsI}, {DMTODeltaI}, {DMTOTmI}, {SNBlankTmI}}}},
 }};
 // clang-format on

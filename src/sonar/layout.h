@@ -11,11 +11,8 @@
 
 namespace tavlyn::sonar {
 
-inline constexpr std::uint8_t kInches = 0;  // in place of a step: units of the sensor, inches in the word
-
 struct PageByte {
   Word word;
-  std::uint8_t step = 1;  // what one in the byte is in the word
   std::uint8_t writeMask = 0xFF;
   std::uint8_t readMask = 0xFF;
   bool asRead = false;  // a write sends what the last read brought, whatever the record holds

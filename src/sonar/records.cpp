@@ -7,37 +7,34 @@
 namespace tavlyn::sonar {
 namespace {
 
-struct Bounds {
-  Word word;
-  std::int16_t least;
-  std::int16_t most;
-  std::int16_t over;
-  std::uint32_t error;
-};
-
-constexpr std::array kBounds = {
-#define SONAR_BOUNDED(key, least, most, over, error) Bounds{key, least, most, over, error},
-#include "core/sonar_fields.inc"
-};
-
-// The error word of the record's first word out of its range, or 0.
-std::uint32_t RangeError(const Record& record, const std::uint16_t* words) {
-  for (const Bounds& bounds : kBounds) {
-    if (bounds.word < record.first || bounds.word >= record.first + record.words) continue;
-    const auto value = static_cast<std::int16_t>(words[bounds.word - record.first]);
-    if (value < bounds.least || value > bounds.most) return bounds.error;
+// Brings the words of a record into their bounds. The result is the error word of the first that was outside,
+// or 0: the bounded words of a record have error words in a row.
+std::uint32_t Sanitize(const Record& record, std::uint16_t* words) {
+  std::uint32_t first = 0;
+  std::uint32_t error = record.error;
+  for (std::size_t at = 0; at < record.words; ++at) {
+    const Bounds& bounds = kFields[record.first + at].bounds;
+    if (!bounds.Limit()) continue;
+    const auto value = static_cast<std::int16_t>(words[at]);
+    const std::int16_t within = bounds.Bring(value);
+    if (within != value && first == 0) first = error;
+    words[at] = static_cast<std::uint16_t>(within);
+    ++error;
   }
-  return 0;
+  return first;
+}
+
+// The error word of the record's first word out of its bounds, or 0.
+std::uint32_t BoundsError(const Record& record, const std::uint16_t* words) {
+  SonarWords copy{};
+  std::copy_n(words, record.words, copy.begin());
+  return Sanitize(record, copy.data());
 }
 
 }  // namespace
 
-void ApplyLimits(SonarWords& words) {
-  for (const Bounds& bounds : kBounds) {
-    const auto value = static_cast<std::int16_t>(words[bounds.word]);
-    if (value < bounds.least) words[bounds.word] = static_cast<std::uint16_t>(bounds.least);
-    if (value > bounds.most) words[bounds.word] = static_cast<std::uint16_t>(bounds.over);
-  }
+void Sanitize(SonarWords& words) {
+  for (const Record& record : kRecords) Sanitize(record, words.data() + record.first);
 }
 
 std::uint32_t GetRecord(RecordId id, std::uint16_t* words) {
@@ -65,7 +62,7 @@ std::uint32_t SetRecord(RecordId id, const std::uint16_t* words) {
     entry.LastLibErr = TAVLYN_ERR_SET_NULL;
     return 0;
   }
-  if (const std::uint32_t error = RangeError(record, words); error != 0) {
+  if (const std::uint32_t error = BoundsError(record, words); error != 0) {
     entry.LastLibErr = error;
     return 0;
   }

@@ -13,6 +13,7 @@ struct Record {
   const char* name;
   Word first;
   std::uint8_t words;
+  std::uint32_t error;  // of a set whose first bounded word is out of its bounds
   std::uint32_t SonarBlock::*changed;
   // Its pages.
   std::uint8_t firstPage;
@@ -22,16 +23,16 @@ struct Record {
 enum RecordId : std::uint8_t { kSonarParms, kWalkAwayParms, kWalkUpParms, kIdleParms };
 
 inline constexpr std::array<Record, 4> kRecords = {{
-    {"tsSonarParms", kFirstOfSonarParms, 8, &SonarBlock::bSonarChanged, 0, 1},
-    {"tsWalkAwayParms", kFirstOfWalkAwayParms, 16, &SonarBlock::bWalkAwayChanged, 1, 2},
-    {"tsWalkUpParms", kFirstOfWalkUpParms, 16, &SonarBlock::bWalkUpChanged, 3, 2},
-    {"tsIdleParms", kFirstOfIdleParms, 8, &SonarBlock::bIdleChanged, 5, 1},
+    {"tsSonarParms", kFirstOfSonarParms, 8, TAVLYN_ERR_SONAR_PARMS, &SonarBlock::bSonarChanged, 0, 1},
+    {"tsWalkAwayParms", kFirstOfWalkAwayParms, 16, TAVLYN_ERR_WALK_AWAY, &SonarBlock::bWalkAwayChanged, 1, 2},
+    {"tsWalkUpParms", kFirstOfWalkUpParms, 16, TAVLYN_ERR_WALK_UP, &SonarBlock::bWalkUpChanged, 3, 2},
+    {"tsIdleParms", kFirstOfIdleParms, 8, 0, &SonarBlock::bIdleChanged, 5, 1},
 }};
 
 inline SonarBlock& ActiveBlock() { return EntryOfActDev().SonarBlock; }
 
-// Brings every word that a read has stored into its range.
-void ApplyLimits(SonarWords& words);
+// What a read delivered, brought into the bounds that a set would accept.
+void Sanitize(SonarWords& words);
 
 // What the record exports do on a sensor; all words of the record, from its first.
 std::uint32_t GetRecord(RecordId id, std::uint16_t* words);

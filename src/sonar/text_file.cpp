@@ -13,15 +13,6 @@ constexpr const char* kTitle = "--- Sonar Configuration Template File ---";
 // A longer line is taken in pieces, each a line of its own.
 constexpr std::size_t kLineRoom = 128;
 
-struct SavedWord {
-  const char* key;
-  const char* comment;
-};
-constexpr std::array<SavedWord, kWordCount> kSavedWords = {{
-#define SONAR_WORD(record, name, key, comment) {#key, comment},
-#include "core/sonar_fields.inc"
-}};
-
 // In this order; the error word is that of the last.
 constexpr std::array kLoadOrder = {kWalkAwayParms, kWalkUpParms, kSonarParms, kIdleParms};
 
@@ -31,9 +22,9 @@ void TakeLine(std::string_view line, SonarWords& words) {
   const std::string_view value = tokens.Next(kEntryDelimiters);
   std::uint16_t number = 0;
   if (value.empty() || !Scan(value, "%hu", number)) return;
-  const auto saved =
-      std::ranges::find_if(kSavedWords, [&](const SavedWord& word) { return SameText(key, word.key); });
-  if (saved != kSavedWords.end()) words[static_cast<std::size_t>(saved - kSavedWords.begin())] = number;
+  const auto named =
+      std::ranges::find_if(kFields, [&](const Field& each) { return SameText(key, each.key); });
+  if (named != kFields.end()) words[static_cast<std::size_t>(named - kFields.begin())] = number;
 }
 
 }  // namespace
@@ -46,7 +37,7 @@ std::uint32_t SaveFile(const char* path) {
   for (const Record& record : kRecords) {
     WriteSection(file.get(), record.name);
     for (std::size_t at = record.first; at < std::size_t{record.first} + record.words; ++at) {
-      WriteEntry(file.get(), kSavedWords[at].key, words[at], kSavedWords[at].comment);
+      WriteEntry(file.get(), kFields[at].key, words[at], kFields[at].comment);
     }
   }
   return 1;

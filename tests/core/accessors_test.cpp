@@ -27,7 +27,7 @@ struct Accessor {
 };
 
 const std::vector<Accessor> kAccessors = {
-#define FIELD(record, word, name)                                                         \
+#define FIELD(record, name, ...)                                                          \
   {#record "_" #name, field::record##_##name, get##record##_##name, set##record##_##name, \
    [](const RecordWords& words) { return std::bit_cast<ts##record>(words).name; }},
 #include "core/fields.inc"
@@ -56,12 +56,9 @@ std::uint32_t SetThrough(Record record, const RecordWords& words) {
   return 0;
 }
 
-bool Is(FieldId a, FieldId b) { return a.record == b.record && a.word == b.word; }
-bool IsNeverRead(FieldId id) { return Is(id, field::CfgFlags3_bNotBootDev); }
-bool IsNeverWritten(FieldId id) { return IsNeverRead(id) || Is(id, field::TimeParms_ExFeatures01); }
-bool IsVolatile(FieldId id) {
-  return Is(id, field::LEDCtrl_bVolatile) || Is(id, field::BprRlyCtrl_bVolatile);
-}
+bool IsNeverRead(FieldId id) { return id == field::CfgFlags3_bNotBootDev; }
+bool IsNeverWritten(FieldId id) { return IsNeverRead(id) || id == field::TimeParms_ExFeatures01; }
+bool IsVolatile(FieldId id) { return id == field::LEDCtrl_bVolatile || id == field::BprRlyCtrl_bVolatile; }
 
 class Accessors : public BesideReader {
  protected:
@@ -147,7 +144,7 @@ TEST_F(Accessors, ASetterChangesOneWord) {
     EXPECT_EQ(accessor.set(value), 1U) << accessor.name;
     RecordWords expected = before;
     // This byte stands for the flags of another record and stays as it is.
-    if (!Is(accessor.field, field::TimeParms_iTPCfgFlg3)) expected[accessor.field.word] = value;
+    if (accessor.field != field::TimeParms_iTPCfgFlg3) expected[accessor.field.word] = value;
     EXPECT_EQ(Slot().record[accessor.field.record], expected) << accessor.name;
   }
 }
@@ -206,15 +203,15 @@ TEST_F(Accessors, AnUnreadConfigurationGivesZero) {
 
 TEST_F(Accessors, ARangeErrorIsThatOfTheRecordSet) {
   FillRecords();
-  for (const FieldBounds& bounds : kFieldBounds) {
-    if (bounds.most == INT16_MAX) continue;
+  for (const Field& each : kFields) {
+    if (each.bounds.most == INT16_MAX) continue;
     for (const Accessor& accessor : kAccessors) {
-      if (!Is(accessor.field, bounds.field)) continue;
+      if (accessor.field != each.id) continue;
       const std::int16_t before = accessor.get();
       // The parity counts' wider limit is on here.
-      const std::int16_t most = IsParityCount(bounds.field) ? kWideParityLimit : bounds.most;
+      const std::int16_t most = BoundsOf(each, true).most;
       EXPECT_EQ(accessor.set(static_cast<std::int16_t>(most + 1)), 0U) << accessor.name;
-      EXPECT_EQ(GetLastLibErr(), bounds.error) << accessor.name;
+      EXPECT_EQ(GetLastLibErr(), ErrorOf(each.id)) << accessor.name;
       EXPECT_EQ(accessor.get(), before) << accessor.name;
     }
   }

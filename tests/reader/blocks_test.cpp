@@ -347,7 +347,7 @@ TEST(Blocks, SanitisingBringsFieldsIntoTheirRanges) {
     auto expected = slot->record;
     (*slot)[row.field] = row.before;
     expected[row.field.record][row.field.word] = row.after;
-    Sanitize(*slot);
+    Sanitize(slot->record);
     EXPECT_EQ(slot->record, expected) << row.field.record << ' ' << int{row.field.word} << ' ' << row.before;
   }
 }

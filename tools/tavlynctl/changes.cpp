@@ -3,39 +3,23 @@
 #include <algorithm>
 
 #include "api.h"
+#include "core/sonar_fields.h"
 #include "tools/tavlynctl/fields.h"
 #include "tools/tavlynctl/session.h"
 
 namespace tavlyn::ctl {
 namespace {
 
-// The reader keeps these as counts of steps, rounded down.
-struct Step {
-  FieldId field;
-  int milliseconds;
-};
-constexpr Step kSteps[] = {{field::TimeParms_iBitStrmTO, 4},
-                           {field::TimeParms_iIDHoldTO, 50},
-                           {field::TimeParms_iIDLockOutTm, 50},
-                           {field::TimeParms_iUSBKeyPrsTm, 4},
-                           {field::TimeParms_iUSBKeyRlsTm, 4}};
-
-const Step* StepOf(const std::string& name) {
-  const auto& fields = Fields();
-  const auto field = std::ranges::find_if(fields, [&](const Field& one) { return FullName(one) == name; });
-  if (field == fields.end()) return nullptr;
-  const auto* step = std::ranges::find_if(kSteps, [&](const Step& one) {
-    return one.field.record == field->id.record && one.field.word == field->id.word;
-  });
-  return step == std::end(kSteps) ? nullptr : step;
+// Devices keep times as counts of steps, rounded down.
+bool IsRounded(const Json& wanted, const Json& stored, int step) {
+  return stored == wanted.get<int>() / step * step;
 }
 
 const char* Outcome(const std::string& name, const Json& wanted, const Json& stored) {
   if (stored == wanted) return "stored";
-  const Step* step = StepOf(name);
-  if (step == nullptr) return "different";
-  return stored.get<int>() == wanted.get<int>() / step->milliseconds * step->milliseconds ? "rounded"
-                                                                                          : "different";
+  const auto* field = std::ranges::find_if(kFields, [&](const Field& one) { return FullName(one) == name; });
+  const bool rounded = field != kFields.end() && IsRounded(wanted, stored, field->step);
+  return rounded ? "rounded" : "different";
 }
 
 Json RowOf(const Change& change, const std::string& name, const Json& wanted) {
@@ -104,19 +88,15 @@ Json Unsent(Json document, Json rows, Sending sending) {
   return document;
 }
 
-// A sonar sensor keeps these in steps, rounded down, and sends others that it does not take.
-constexpr std::pair<const char*, int> kSettingSteps[] = {
-    {"PingRateS", 4}, {"InterKeyDelayWA", 64}, {"InterKeyDelayWU", 64}};
-constexpr const char* kReadOnlySettings[] = {"Reserved1S", "Reserved2WU", "Reserved1I"};
-
+// A magnetic-stripe reader keeps every setting as it is, or not at all.
 const char* SettingOutcome(const std::string& name, const Json& row) {
   const Json& stored = row["stored"];
   if (stored == row["new"]) return "stored";
-  for (const auto& [stepped, step] : kSettingSteps) {
-    if (name == stepped && stored == row["new"].get<int>() / step * step) return "rounded";
-  }
-  const bool readOnly = std::ranges::find(kReadOnlySettings, name) != std::end(kReadOnlySettings);
-  return readOnly ? "read only" : "different";
+  const auto* field =
+      std::ranges::find_if(sonar::kFields, [&](const sonar::Field& one) { return name == one.key; });
+  if (field == sonar::kFields.end()) return "different";
+  if (IsRounded(row["new"], stored, field->step)) return "rounded";
+  return field->readOnly ? "read only" : "different";
 }
 
 Json SettingRow(const SettingsPlan& plan, const std::string& name, const Json& wanted) {

@@ -16,7 +16,7 @@ Json Configuration(int index) {
   for (std::size_t i = 0; i < kRecordCount; ++i) words[i] = ReadRecord(static_cast<Record>(i));
   Json& records = configuration["records"] = Json::object();
   for (const Field& field : Fields()) {
-    records[std::string(field.record)][std::string(field.name)] = words[field.id.record][field.id.word];
+    records[std::string(RecordOf(field))][field.name] = words[field.id.record][field.id.word];
   }
   return configuration;
 }

@@ -12,18 +12,6 @@
 namespace tavlyn::ctl {
 namespace {
 
-constexpr Field kEveryWord[] = {
-#define FIELD(record, word, name) {{k##record, word}, #record, #name},
-#include "core/fields.inc"
-};
-static_assert(std::size(kEveryWord) == kSavedFields.size());
-
-bool Same(FieldId a, FieldId b) { return a.record == b.record && a.word == b.word; }
-
-Save SaveOf(FieldId id) {
-  return std::ranges::find_if(kSavedFields, [&](const SavedField& one) { return Same(one.field, id); })->save;
-}
-
 // By its own name or by the full one; the first has to be told with its record. Or a record.
 std::string Suggestion(const std::string& name) {
   const auto& fields = Fields();
@@ -31,7 +19,7 @@ std::string Suggestion(const std::string& name) {
   names.reserve(3 * fields.size() + SettingNames().size());
   for (const Field& field : fields) names.push_back(FullName(field));
   for (const Field& field : fields) names.emplace_back(field.name);
-  for (const Field& field : fields) names.emplace_back(field.record);
+  for (const Field& field : fields) names.emplace_back(RecordOf(field));
   for (const NamedSetting& setting : SettingNames()) names.push_back(setting.name);
   const auto found = Nearest(name, names);
   if (!found) return "; config show lists them all";
@@ -40,34 +28,27 @@ std::string Suggestion(const std::string& name) {
 }
 
 // "iLeadParityBitCnt, iTrailParityBitCnt, …" of a record; empty when there is none of that name.
-std::string FieldsOf(const std::string& record) {
+std::string FieldNames(const std::string& record) {
   std::string names;
   for (const Field& field : Fields()) {
-    if (record == field.record) names += (names.empty() ? "" : ", ") + std::string(field.name);
+    if (record == RecordOf(field)) names += (names.empty() ? "" : ", ") + std::string(field.name);
   }
   return names;
 }
 
-std::string RangeText(const FieldBounds& bounds, std::int16_t most) {
-  return "takes " + std::to_string(std::max<int>(bounds.least, 0)) + " to " + std::to_string(most);
-}
-
-std::int16_t MostOf(const FieldBounds& bounds) {
+// In the active reader.
+Bounds ActiveBounds(const Field& field) {
   const bool wide = (ReadRecord(kTimeParms)[field::TimeParms_ExFeatures01.word] & kWideParity) != 0;
-  return wide && IsParityCount(bounds.field) ? kWideParityLimit : bounds.most;
-}
-
-std::string NameOf(FieldId id) {
-  return FullName(*std::ranges::find_if(kEveryWord, [&](const Field& one) { return Same(one.id, id); }));
+  return BoundsOf(field, wide);
 }
 
 // Two records share an error word, so the record counts too.
 [[noreturn]] void RefuseRecord(Record record) {
   const std::uint32_t word = GetLastLibErr();
   const std::string told = ErrorText();
-  for (const FieldBounds& bounds : kFieldBounds) {
-    if (bounds.field.record != record || bounds.error != word) continue;
-    throw Failure(kUsage, NameOf(bounds.field) + " " + RangeText(bounds, MostOf(bounds)) + ", " + told);
+  for (const Field& field : FieldsOf(record)) {
+    if (!field.bounds.Limit() || ErrorOf(field.id) != word) continue;
+    throw Failure(kUsage, FullName(field) + " " + RangeText(ActiveBounds(field)) + ", " + told);
   }
   throw Failure(kDeviceError, "a record of " + ActiveDeviceName() + " could not be set, " + told);
 }
@@ -136,18 +117,22 @@ void AddSepBytes(Json& settings) {
 const std::vector<Field>& Fields() {
   static const std::vector<Field> kNamed = [] {
     std::vector<Field> named;
-    std::ranges::copy_if(kEveryWord, std::back_inserter(named),
-                         [](const Field& one) { return !one.name.starts_with("iPad"); });
+    std::ranges::copy_if(kFields, std::back_inserter(named),
+                         [](const Field& one) { return !std::string_view(one.name).starts_with("iPad"); });
     return named;
   }();
   return kNamed;
 }
 
-std::string FullName(std::string_view record, std::string_view name) {
-  return std::string(record) + "." + std::string(name);
+std::string RangeText(const Bounds& bounds) {
+  return "takes " + std::to_string(std::max<int>(bounds.least, 0)) + " to " + std::to_string(bounds.most);
 }
 
-std::string FullName(const Field& field) { return FullName(field.record, field.name); }
+std::string_view RecordOf(const Field& field) {
+  return std::string_view(kRecordNames[field.id.record]).substr(2);
+}
+
+std::string FullName(const Field& field) { return std::string(RecordOf(field)) + "." + field.name; }
 
 const Field& FindField(const std::string& name) {
   const Field* found = nullptr;
@@ -161,7 +146,7 @@ const Field& FindField(const std::string& name) {
     found = &field;
   }
   if (found != nullptr) return *found;
-  const std::string inside = FieldsOf(name);
+  const std::string inside = FieldNames(name);
   if (!inside.empty()) throw Failure(kUsage, name + " is a record; its fields are " + inside);
   throw Failure(kUsage, "there is no field " + name + Suggestion(name));
 }
@@ -170,15 +155,14 @@ Wish ParseWish(const std::string& text) {
   const std::size_t equals = text.find('=');
   if (equals == std::string::npos) throw Failure(kUsage, text + " is not FIELD=VALUE");
   const Field& field = FindField(text.substr(0, equals));
-  const Save save = SaveOf(field.id);
-  if (save == Save::kUnsaved) throw Failure(kUsage, FullName(field) + " cannot be set");
+  if (field.save == Save::kUnsaved) throw Failure(kUsage, FullName(field) + " cannot be set");
   std::int16_t value = -1;
   const char* end = text.data() + text.size();
   const auto [stop, error] = std::from_chars(text.data() + equals + 1, end, value);
   if (error != std::errc() || stop != end || value < 0) {
     throw Failure(kUsage, text + ": the value is not a number from 0 to 32767");
   }
-  if (save == Save::kFlag && value > 1) throw Failure(kUsage, FullName(field) + " takes 0 or 1");
+  if (field.save == Save::kFlag && value > 1) throw Failure(kUsage, FullName(field) + " takes 0 or 1");
   return {field, value};
 }
 
@@ -189,13 +173,13 @@ Json Values(const std::vector<Wish>& wishes) {
 }
 
 void CheckRanges(const Json& values) {
-  for (const FieldBounds& bounds : kFieldBounds) {
-    const std::string name = NameOf(bounds.field);
-    if (!values.contains(name)) continue;
+  for (const Field& field : kFields) {
+    const std::string name = FullName(field);
+    if (!field.bounds.Limit() || !values.contains(name)) continue;
     const auto value = values[name].get<std::int16_t>();
-    const std::int16_t most = MostOf(bounds);
-    if (value >= bounds.least && value <= most) continue;
-    throw Failure(kUsage, name + " = " + std::to_string(value) + ": it " + RangeText(bounds, most));
+    const Bounds bounds = ActiveBounds(field);
+    if (bounds.Bring(value) == value) continue;
+    throw Failure(kUsage, name + " = " + std::to_string(value) + ": it " + RangeText(bounds));
   }
 }
 
@@ -215,7 +199,7 @@ Json Settings() {
   std::array<RecordWords, kRecordCount> records;
   for (std::size_t i = 0; i < kRecordCount; ++i) records[i] = ReadRecord(static_cast<Record>(i));
   for (const Field& field : Fields()) {
-    if (SaveOf(field.id) == Save::kUnsaved) continue;
+    if (field.save == Save::kUnsaved) continue;
     settings[FullName(field)] = records[field.id.record][field.id.word];
   }
   AddSepBytes(settings);

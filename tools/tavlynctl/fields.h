@@ -12,17 +12,14 @@
 
 namespace tavlyn::ctl {
 
-struct Field {
-  FieldId id;
-  std::string_view record;
-  std::string_view name;
-};
-
 // Every word but the padding.
 const std::vector<Field>& Fields();
+// "CfgFlags2", without the prefix that it has as a type
+std::string_view RecordOf(const Field& field);
 // "CfgFlags2.bBeepID"
-std::string FullName(std::string_view record, std::string_view name);
 std::string FullName(const Field& field);
+// "takes 0 to 15"
+std::string RangeText(const Bounds& bounds);
 // By its full name, or by the name alone where only one record has it; else throws Failure, which names the
 // nearest.
 const Field& FindField(const std::string& name);

@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "api.h"
-#include "core/fields.h"
+#include "core/sonar_fields.h"
 #include "core/text.h"
 #include "tools/nearest.h"
 #include "tools/tavlynctl/fields.h"
@@ -34,16 +34,6 @@ constexpr std::size_t kTitleRoom = 128;
 constexpr unsigned kLeds = 5;
 // Only the library has these.
 constexpr const char* kUnkept[] = {"KeyPressTime", "KeyReleaseTime"};
-
-struct SettingBounds {
-  const char* name;
-  int least;
-  int most;
-};
-constexpr SettingBounds kSettingBounds[] = {
-#define SONAR_BOUNDED(key, least, most, over, error) {#key, least, most},
-#include "core/sonar_fields.inc"
-};
 
 const TextForm& FormOf(std::uint32_t product) {
   return *std::ranges::find_if(kForms, [&](const TextForm& one) { return one.product == product; });
@@ -71,8 +61,7 @@ std::vector<NamedSetting> AllSettings() {
       magstripe(prefix + "Keybyte[" + std::to_string(key) + "]");
     }
   }
-#define SONAR_WORD(record, name, key, comment) all.push_back({kSensors, #key});
-#include "core/sonar_fields.inc"
+  for (const sonar::Field& field : sonar::kFields) all.push_back({kSensors, field.key});
   return all;
 }
 
@@ -119,11 +108,9 @@ std::string TakeEntry(const Entry& entry, std::uint32_t product, Json& settings)
 }
 
 std::string FormatBounds(const std::string& name) {
-  const auto* bounds =
-      std::ranges::find_if(kSettingBounds, [&](const SettingBounds& one) { return name == one.name; });
-  if (bounds == std::end(kSettingBounds)) return {};
-  return " (it takes " + std::to_string(std::max(bounds->least, 0)) + " to " + std::to_string(bounds->most) +
-         ")";
+  const auto* field = std::ranges::find_if(
+      sonar::kFields, [&](const sonar::Field& one) { return name == one.key && one.bounds.Limit(); });
+  return field != sonar::kFields.end() ? " (it " + RangeText(field->bounds) + ")" : "";
 }
 
 Failure NotWritten() { return {kBadFile, "a temporary file cannot be written; is the disk full?"}; }

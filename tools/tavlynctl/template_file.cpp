@@ -51,22 +51,21 @@ Keyword KeywordOf(std::string_view word) {
     if (SameText(word, option.keyword)) return {true, option.keyword, true};
   }
   Keyword found;
-  for (const SavedField& saved : kSavedFields) {
-    if (!SameText(word, saved.keyword)) continue;
+  for (const Field& field : kFields) {
+    if (!SameText(word, field.keyword)) continue;
     found.known = true;
-    if (saved.save == Save::kUnsaved) continue;
-    return {true, FullName(std::string_view(kRecordNames[saved.field.record]).substr(2), saved.keyword),
-            saved.save == Save::kFlag};
+    if (field.save == Save::kUnsaved) continue;
+    return {true, FullName(field), field.save == Save::kFlag};
   }
   return found;
 }
 
 std::string Suggested(std::string_view word) {
   std::vector<std::string> names;
-  names.reserve(std::size(kSavedOptions) + std::size(kSavedFields));
+  names.reserve(std::size(kSavedOptions) + std::size(kFields));
   for (const SavedOption& option : kSavedOptions) names.emplace_back(option.keyword);
-  for (const SavedField& saved : kSavedFields) {
-    if (saved.save != Save::kUnsaved) names.emplace_back(saved.keyword);
+  for (const Field& field : kFields) {
+    if (field.save != Save::kUnsaved) names.emplace_back(field.keyword);
   }
   return DidYouMean(word, names);
 }

@@ -10,35 +10,25 @@ namespace tavlyn {
 namespace {
 
 // Words that deliberately have no way in, or none either way.
-constexpr FieldId kNeverRead[] = {field::CfgFlags3_bNotBootDev};
-constexpr FieldId kNeverWritten[] = {field::CfgFlags3_bNotBootDev, field::TimeParms_ExFeatures01};
-
-constexpr bool Same(FieldId a, FieldId b) { return a.record == b.record && a.word == b.word; }
-
-template <std::size_t kCount>
-constexpr bool IsOneOf(const FieldId (&fields)[kCount], FieldId id) {
-  for (const FieldId& each : fields) {
-    if (Same(each, id)) return true;
-  }
-  return false;
-}
+constexpr bool IsNeverRead(FieldId id) { return id == field::CfgFlags3_bNotBootDev; }
+constexpr bool IsNeverWritten(FieldId id) { return IsNeverRead(id) || id == field::TimeParms_ExFeatures01; }
 
 constexpr bool IsKeyTime(FieldId id) {
-  return Same(id, field::TimeParms_iUSBKeyPrsTm) || Same(id, field::TimeParms_iUSBKeyRlsTm);
+  return id == field::TimeParms_iUSBKeyPrsTm || id == field::TimeParms_iUSBKeyRlsTm;
 }
 
 // Null when the active device keeps no such word outside its records.
 std::uint16_t* KeyTimeWord(FieldId id) {
   const Product* product = ActiveProduct();
   if (product == nullptr || product->keyTime == nullptr) return nullptr;
-  return product->keyTime(Same(id, field::TimeParms_iUSBKeyPrsTm) ? KeyTime::kPress : KeyTime::kRelease);
+  return product->keyTime(id == field::TimeParms_iUSBKeyPrsTm ? KeyTime::kPress : KeyTime::kRelease);
 }
 
 // The key times of anything but a card reader never go through the record.
 bool BesideTheRecord(FieldId id) { return IsKeyTime(id) && !ReaderIsActive(); }
 
 std::int16_t GetWord(FieldId id) {
-  if (IsOneOf(kNeverRead, id)) return static_cast<std::int16_t>(UnsupportedValue);
+  if (IsNeverRead(id)) return static_cast<std::int16_t>(UnsupportedValue);
   if (BesideTheRecord(id)) {
     const std::uint16_t* word = KeyTimeWord(id);
     return static_cast<std::int16_t>(word != nullptr ? *word : UnsupportedValue);
@@ -50,7 +40,7 @@ std::int16_t GetWord(FieldId id) {
 }
 
 std::uint16_t SetWord(FieldId id, std::int16_t value) {
-  if (IsOneOf(kNeverWritten, id)) return UnsupportedValue;
+  if (IsNeverWritten(id)) return UnsupportedValue;
   if (BesideTheRecord(id)) {
     std::uint16_t* word = KeyTimeWord(id);
     if (word == nullptr) return UnsupportedValue;
@@ -70,9 +60,9 @@ std::uint16_t SetWord(FieldId id, std::int16_t value) {
 
 using namespace tavlyn;
 
-// Each word of the table must stand in the public header as well: a name that is not declared does not
-// compile.
-#define FIELD(record, word, name)                                                                    \
+// Each word becomes two exports, as iIDHoldTO of TimeParms becomes getTimeParms_iIDHoldTO and
+// setTimeParms_iIDHoldTO. A name that the public header does not declare does not compile.
+#define FIELD(record, name, ...)                                                                     \
   static_assert(std::is_same_v<decltype(&::get##record##_##name), std::int16_t (*)()>);              \
   static_assert(std::is_same_v<decltype(&::set##record##_##name), std::uint16_t (*)(std::int16_t)>); \
   std::int16_t get##record##_##name() { return GetWord(field::record##_##name); }                    \
