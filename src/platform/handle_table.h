@@ -4,7 +4,6 @@
 #pragma once
 
 #include <memory>
-#include <mutex>
 #include <new>
 #include <optional>
 
@@ -13,13 +12,18 @@
 
 namespace tavlyn::platform {
 
+// One lock for all tables, which each takes for a few steps. It is the system's own: the standard library's
+// is made and destroyed at run time on Windows.
+void LockTables();
+void UnlockTables();
+
 template <typename Native>
 class HandleTable {
  public:
   // Without memory for its number the native handle is closed, and kNoHandle is the answer.
   template <typename Close>
   Handle Add(Native native, Close close) {
-    const std::lock_guard lock(mutex_);
+    const Locked locked;
     auto* added = new (std::nothrow) Numbered{{}, last_ + 1, native, newest_};
     if (added == nullptr) {
       close(native);
@@ -30,24 +34,31 @@ class HandleTable {
   }
 
   std::optional<Native> Find(Handle handle) {
-    const std::lock_guard lock(mutex_);
+    const Locked locked;
     const Numbered* found = *PlaceOf(handle);
     return found != nullptr ? std::optional(found->native) : std::nullopt;
   }
 
   // The native handle is the caller's to close; nothing when it has been removed already.
   std::optional<Native> Remove(Handle handle) {
-    const std::lock_guard lock(mutex_);
+    const Locked locked;
     return RemoveAt(PlaceOf(handle));
   }
 
   // One after the other, until there is nothing left.
   std::optional<Native> RemoveNewest() {
-    const std::lock_guard lock(mutex_);
+    const Locked locked;
     return RemoveAt(&newest_);
   }
 
  private:
+  struct Locked {
+    Locked() { LockTables(); }
+    ~Locked() { UnlockTables(); }
+    Locked(const Locked&) = delete;
+    Locked& operator=(const Locked&) = delete;
+  };
+
   struct Numbered : Allocated {
     Handle handle;
     Native native;
@@ -68,7 +79,6 @@ class HandleTable {
     return removed->native;
   }
 
-  std::mutex mutex_;
   Numbered* newest_ = nullptr;
   Handle last_ = 0;
 };

@@ -3,10 +3,10 @@
 #pragma once
 
 #include <cstddef>
-#include <type_traits>
 
 #include "platform/handle_table.h"
 #include "platform/platform.h"
+#include "platform/system_library.h"
 
 namespace tavlyn::platform {
 
@@ -93,25 +93,20 @@ class LibusbCalls : public Libusb {
  protected:
   ~LibusbCalls() = default;
 
-  // `address` gives where a name stands in the library that has just been loaded; a name that is missing
-  // gives null.
-  template <typename Address>
-  void BindAndInit(Address address) {
-    const auto bind = [&](const char* name, auto& function) {
-      function = reinterpret_cast<std::remove_reference_t<decltype(function)>>(address(name));
-    };
-    bind("usb_open", call_.open);
-    bind("usb_close", call_.close);
-    bind("usb_bulk_write", call_.bulkWrite);
-    bind("usb_bulk_read", call_.bulkRead);
-    bind("usb_claim_interface", call_.claim);
-    bind("usb_release_interface", call_.release);
-    bind("usb_init", call_.init);
-    bind("usb_find_busses", call_.findBusses);
-    bind("usb_find_devices", call_.findDevices);
-    bind("usb_get_busses", call_.getBusses);
-    bind("usb_set_configuration", call_.setConfiguration);
-    bind("usb_strerror", call_.errorText);
+  // Of the library that has just been loaded. What is missing stays null.
+  void BindAndInit(void* library) {
+    Bind(library, "usb_open", call_.open);
+    Bind(library, "usb_close", call_.close);
+    Bind(library, "usb_bulk_write", call_.bulkWrite);
+    Bind(library, "usb_bulk_read", call_.bulkRead);
+    Bind(library, "usb_claim_interface", call_.claim);
+    Bind(library, "usb_release_interface", call_.release);
+    Bind(library, "usb_init", call_.init);
+    Bind(library, "usb_find_busses", call_.findBusses);
+    Bind(library, "usb_find_devices", call_.findDevices);
+    Bind(library, "usb_get_busses", call_.getBusses);
+    Bind(library, "usb_set_configuration", call_.setConfiguration);
+    Bind(library, "usb_strerror", call_.errorText);
     if (call_.init != nullptr) call_.init();
   }
 

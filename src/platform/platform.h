@@ -173,12 +173,16 @@ inline constexpr std::uint16_t kHighestCom = 256;
 // One for each number; index 0 is spare.
 using PortFlags = std::span<std::uint8_t, kHighestCom + 1>;
 
+// The USB identity of the maker's virtual ports: this vendor, products 2300 to 23FF.
+inline constexpr std::uint16_t kPortVendor = 0x7A31;
+inline constexpr std::uint8_t kPortFamily = 0x23;
+
 class ComPorts {
  public:
   // The port opened exclusively, with empty queues and DTR raised; null when that failed.
   virtual std::unique_ptr<ComPort> Open(std::uint16_t number, const ComLine& line,
                                         const ComTimeouts& timeouts) = 0;
-  // Numbers of the ports that belong to USB identity 7A31:23xx or to PCMCIA cards: sets flags[number], 1 to
+  // Numbers of the ports that belong to that USB identity or to PCMCIA cards: sets flags[number], 1 to
   // kHighestCom.
   virtual void FindVirtual(PortFlags flags) = 0;
 

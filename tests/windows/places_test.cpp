@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "platform/windows/backend.h"
+#include "platform/parts.h"
 #include "platform/windows/system.h"
 
 namespace tavlyn::platform {
@@ -18,7 +18,7 @@ class PlacesTest : public testing::Test {
   static std::string FolderIn(const std::wstring& folder) {
     CreateDirectoryW(folder.c_str(), nullptr);
     EXPECT_TRUE(SetCurrentDirectoryW(folder.c_str()));
-    const std::string found(WindowsPlaces().CurrentFolder().View());
+    const std::string found(ThePlaces().CurrentFolder().View());
     SetCurrentDirectoryW(L"C:\\");
     return found;
   }

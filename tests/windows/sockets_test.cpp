@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/parts.h"
 #include "platform/platform.h"
-#include "platform/windows/backend.h"
 #include "platform/windows/system.h"
 #include "tests/boundary/imports_windows.h"
 

@@ -1,6 +1,6 @@
 // The moments of load and unload on Linux.
 #include "core/front/load.h"
-#include "platform/linux/parts.h"
+#include "platform/parts.h"
 
 #ifdef TAVLYN_STATIC_RUNTIME
 namespace __gnu_cxx {
@@ -15,7 +15,7 @@ namespace {
 __attribute__((constructor)) void Attach() { Load(); }
 __attribute__((destructor)) void Detach() {
   Unload();
-  platform::LinuxSockets::CloseLost();
+  platform::CloseLostSockets();
 }
 
 #ifdef TAVLYN_STATIC_RUNTIME

@@ -1,6 +1,6 @@
 // The moments of load and unload on Windows.
 #include "core/front/load.h"
-#include "platform/windows/backend.h"
+#include "platform/parts.h"
 #include "platform/windows/system.h"
 #include "platform/windows/threads.h"
 

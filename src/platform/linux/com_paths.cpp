@@ -11,15 +11,12 @@
 #include <cstring>
 #include <string_view>
 
-#include "platform/linux/parts.h"
+#include "platform/linux/trusted_file.h"
 
 namespace tavlyn::platform {
 namespace {
 
 constexpr const char* kPortFolder = "TAVLYNAPI_PORT_DIR";
-// USB identity of the maker's virtual ports: this vendor, products 2300 to 23FF.
-constexpr unsigned kVendor = 0x7A31;
-constexpr unsigned kProductFamily = 0x23;
 
 // A sysfs attribute that holds four hexadecimal digits; false where there is none.
 bool ReadId(const Path& path, unsigned& id) {
@@ -37,7 +34,7 @@ bool IsVirtual(Path device) {
     unsigned product = 0;
     if (ReadId(Path("%s/idVendor", device.c_str()), vendor) &&
         ReadId(Path("%s/idProduct", device.c_str()), product)) {
-      return vendor == kVendor && product >> 8 == kProductFamily;
+      return vendor == kPortVendor && product >> 8 == kPortFamily;
     }
     if (RealPath(Path("%s/subsystem", device.c_str())).View().ends_with("/pcmcia")) return true;
   }
@@ -81,7 +78,7 @@ Path ComPath(std::uint16_t number) {
   return access(shipped.c_str(), F_OK) == 0 ? shipped : Path("/dev/ttyS%u", number - 1U);
 }
 
-void LinuxComPorts::FindVirtual(PortFlags flags) {
+void FindVirtualPorts(PortFlags flags) {
   const ComNumbers numbers = MayBeThere();
   for (std::uint16_t number = 1; number <= kHighestCom; ++number) {
     if (!numbers[number]) continue;

@@ -3,6 +3,8 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <climits>
+#include <cstdlib>
 
 namespace tavlyn::platform {
 namespace {
@@ -14,6 +16,11 @@ bool OnlyRootWrites(const char* path, mode_t format, bool mayBeShared) {
 }
 
 }  // namespace
+
+Path RealPath(const Path& path) {
+  char real[PATH_MAX];
+  return realpath(path.c_str(), real) != nullptr ? Path("%s", real) : Path();
+}
 
 // From the top: what has been tested can no longer be exchanged while the rest is, nor before the file is
 // loaded by this path.

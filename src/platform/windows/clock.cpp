@@ -1,4 +1,4 @@
-#include "platform/windows/backend.h"
+#include "platform/parts.h"
 #include "platform/windows/system.h"
 
 namespace tavlyn::platform {
@@ -45,11 +45,10 @@ class SystemClock final : public Clock {
   }
 };
 
+constinit NeverDestroyed<SystemClock> clockPart;
+
 }  // namespace
 
-Clock& WindowsClock() {
-  static SystemClock clock;
-  return clock;
-}
+Clock& TheClock() { return clockPart; }
 
 }  // namespace tavlyn::platform

@@ -3,7 +3,7 @@
 #include <new>
 
 #include "platform/allocated.h"
-#include "platform/windows/backend.h"
+#include "platform/parts.h"
 #include "platform/windows/com_registry.h"
 #include "platform/windows/system.h"
 
@@ -145,11 +145,10 @@ class SystemComPorts final : public ComPorts {
   void FindVirtual(PortFlags flags) override { FindVirtualPorts(flags); }
 };
 
+constinit NeverDestroyed<SystemComPorts> portsPart;
+
 }  // namespace
 
-ComPorts& WindowsComPorts() {
-  static SystemComPorts ports;
-  return ports;
-}
+ComPorts& TheComPorts() { return portsPart; }
 
 }  // namespace tavlyn::platform

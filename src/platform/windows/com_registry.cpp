@@ -17,7 +17,6 @@ constexpr DWORD kLongestPortName = 32;
 
 constexpr char kUsbBranch[] = "SYSTEM\\CurrentControlSet\\Enum\\USB";
 constexpr char kPcmciaBranch[] = "SYSTEM\\CurrentControlSet\\Enum\\PCMCIA";
-constexpr char kUsbFamily[] = "VID_7A31&PID_23";
 constexpr char kEveryDevice[] = "";
 
 // A key of the local machine, open for reading; null when it does not open.
@@ -126,7 +125,9 @@ void ScanBranch(const char* needle, const char* path, PortFlags flags) {
 }  // namespace
 
 void FindVirtualPorts(PortFlags flags) {
-  ScanBranch(kUsbFamily, kUsbBranch, flags);
+  char family[32];
+  std::snprintf(family, sizeof family, "VID_%04X&PID_%02X", kPortVendor, kPortFamily);
+  ScanBranch(family, kUsbBranch, flags);
   ScanBranch(kEveryDevice, kPcmciaBranch, flags);
 }
 

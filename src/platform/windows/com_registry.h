@@ -5,6 +5,7 @@
 
 namespace tavlyn::platform {
 
+// What ComPorts::FindVirtual says.
 void FindVirtualPorts(PortFlags flags);
 
 }  // namespace tavlyn::platform

@@ -1,5 +1,5 @@
 #include "platform/handle_table.h"
-#include "platform/windows/backend.h"
+#include "platform/parts.h"
 #include "platform/windows/hid_libraries.h"
 #include "platform/windows/hid_walk.h"
 
@@ -109,11 +109,10 @@ Drain SystemHid::DrainInput(Handle device, std::span<std::uint8_t> report) {
   return Drain::kDrained;
 }
 
+constinit NeverDestroyed<SystemHid> hidPart;
+
 }  // namespace
 
-HidSystem& WindowsHid() {
-  static SystemHid hid;
-  return hid;
-}
+HidSystem& TheHid() { return hidPart; }
 
 }  // namespace tavlyn::platform

@@ -1,21 +1,12 @@
 #include "platform/windows/hid_libraries.h"
 
+#include "platform/system_library.h"
+
 namespace tavlyn::platform {
 namespace {
 
-// Nothing but the system's own copy will do: a file of that name beside the application is not looked at.
-HMODULE LoadSystemLibrary(const char* name) {
-  return LoadLibraryExA(name, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
-}
-
-template <typename Function>
-bool Bind(HMODULE module, const char* name, Function& function) {
-  function = reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(module, name)));
-  return function != nullptr;
-}
-
 bool BindHid(HidLibraries& libraries) {
-  HMODULE hid = libraries.hid;
+  void* hid = libraries.hid;
   const bool complete = Bind(hid, "HidD_GetAttributes", libraries.getAttributes) &&
                         Bind(hid, "HidD_GetFeature", libraries.getFeature) &&
                         Bind(hid, "HidD_SetFeature", libraries.setFeature) &&
@@ -28,7 +19,7 @@ bool BindHid(HidLibraries& libraries) {
 }
 
 bool BindSetup(HidLibraries& libraries) {
-  HMODULE setup = libraries.setup;
+  void* setup = libraries.setup;
   return Bind(setup, "SetupDiGetClassDevsA", libraries.getClassDevs) &&
          Bind(setup, "SetupDiEnumDeviceInterfaces", libraries.enumDeviceInterfaces) &&
          Bind(setup, "SetupDiGetDeviceInterfaceDetailA", libraries.getDeviceInterfaceDetail) &&
@@ -42,14 +33,14 @@ bool BindHidLibraries(HidLibraries& libraries) {
   libraries.hid = LoadSystemLibrary("HID.DLL");
   if (libraries.hid == nullptr) return false;
   if (!BindHid(libraries)) {
-    FreeLibrary(libraries.hid);
+    FreeSystemLibrary(libraries.hid);
     libraries = {};
     return false;
   }
   libraries.setup = LoadSystemLibrary("SETUPAPI.DLL");
   if (libraries.setup == nullptr) return false;
   if (!BindSetup(libraries)) {
-    FreeLibrary(libraries.setup);
+    FreeSystemLibrary(libraries.setup);
     libraries.setup = nullptr;
     return false;
   }
@@ -57,8 +48,8 @@ bool BindHidLibraries(HidLibraries& libraries) {
 }
 
 void FreeHidLibraries(HidLibraries& libraries) {
-  if (libraries.hid != nullptr) FreeLibrary(libraries.hid);
-  if (libraries.setup != nullptr) FreeLibrary(libraries.setup);
+  if (libraries.hid != nullptr) FreeSystemLibrary(libraries.hid);
+  if (libraries.setup != nullptr) FreeSystemLibrary(libraries.setup);
   libraries = {};
 }
 

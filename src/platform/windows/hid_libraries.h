@@ -10,7 +10,7 @@
 namespace tavlyn::platform {
 
 struct HidLibraries {
-  HMODULE hid = nullptr;
+  void* hid = nullptr;
   decltype(&HidD_GetAttributes) getAttributes = nullptr;
   decltype(&HidD_GetFeature) getFeature = nullptr;
   decltype(&HidD_SetFeature) setFeature = nullptr;
@@ -20,7 +20,7 @@ struct HidLibraries {
   decltype(&HidD_SetNumInputBuffers) setNumInputBuffers = nullptr;
   decltype(&HidD_FlushQueue) flushQueue = nullptr;  // may be missing
 
-  HMODULE setup = nullptr;
+  void* setup = nullptr;
   decltype(&SetupDiGetClassDevsA) getClassDevs = nullptr;
   decltype(&SetupDiEnumDeviceInterfaces) enumDeviceInterfaces = nullptr;
   decltype(&SetupDiGetDeviceInterfaceDetailA) getDeviceInterfaceDetail = nullptr;

@@ -27,10 +27,11 @@ bool Succeeds(Call call) {
 bool HidWalk::Begin(const HidLibraries& libraries, HidClass cls) {
   if (libraries.setup == nullptr) return false;
   class_ = cls == HidClass::kKeyboard ? &kKeyboardInterface : &kHidInterface;
-  set_ = INVALID_HANDLE_VALUE;
+  set_ = nullptr;
   return Succeeds([&] {
-    set_ = libraries.getClassDevs(class_, nullptr, nullptr, DIGCF_PRESENT | DIGCF_DEVICEINTERFACE);
-    return set_ != INVALID_HANDLE_VALUE;
+    HDEVINFO set = libraries.getClassDevs(class_, nullptr, nullptr, DIGCF_PRESENT | DIGCF_DEVICEINTERFACE);
+    if (set != INVALID_HANDLE_VALUE) set_ = set;
+    return set_ != nullptr;
   });
 }
 
@@ -61,8 +62,8 @@ WalkStep HidWalk::Member(const HidLibraries& libraries, int index, const char*& 
 }
 
 void HidWalk::End(const HidLibraries& libraries) {
-  if (set_ != INVALID_HANDLE_VALUE) Succeeds([&] { return libraries.destroyDeviceInfoList(set_) != 0; });
-  set_ = INVALID_HANDLE_VALUE;
+  if (set_ != nullptr) Succeeds([&] { return libraries.destroyDeviceInfoList(set_) != 0; });
+  set_ = nullptr;
   LocalFree(detail_);
   detail_ = nullptr;
 }

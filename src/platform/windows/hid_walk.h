@@ -14,7 +14,7 @@ class HidWalk {
 
  private:
   const GUID* class_ = nullptr;
-  HDEVINFO set_ = INVALID_HANDLE_VALUE;
+  HDEVINFO set_ = nullptr;                               // of the walk that is running
   SP_DEVICE_INTERFACE_DETAIL_DATA_A* detail_ = nullptr;  // whose path was told last
 };
 

@@ -2,9 +2,9 @@
 #include <cstddef>
 
 #include "platform/libusb_calls.h"
-#include "platform/windows/backend.h"
+#include "platform/parts.h"
+#include "platform/system_library.h"
 #include "platform/windows/signature.h"
-#include "platform/windows/system.h"
 
 namespace tavlyn::platform {
 namespace {
@@ -23,20 +23,18 @@ class SystemLibusb final : public LibusbCalls<kPathBytes> {
  public:
   bool Load() override {
     if (!VerifyFileSignature(kWideFile)) return false;
-    // Never unloaded: a second load gives the same library. What it needs itself comes from the same folder.
-    HMODULE library = LoadLibraryExA(kFile, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+    // Never unloaded: a second load of the same file gives the same library.
+    void* library = LoadSystemLibrary(kFile);
     if (library == nullptr) return false;
-    BindAndInit(
-        [library](const char* name) { return reinterpret_cast<void*>(GetProcAddress(library, name)); });
+    BindAndInit(library);
     return true;
   }
 };
 
+constinit NeverDestroyed<SystemLibusb> libusbPart;
+
 }  // namespace
 
-Libusb& WindowsLibusb() {
-  static SystemLibusb usb;
-  return usb;
-}
+Libusb& TheLibusb() { return libusbPart; }
 
 }  // namespace tavlyn::platform

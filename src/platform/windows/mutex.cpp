@@ -1,4 +1,5 @@
-#include "platform/windows/backend.h"
+#include "platform/handle_table.h"
+#include "platform/parts.h"
 #include "platform/windows/system.h"
 
 namespace tavlyn::platform {
@@ -19,11 +20,15 @@ class SystemMutex final : public RecursiveMutex {
   HANDLE mutex_ = nullptr;
 };
 
+constinit NeverDestroyed<SystemMutex> mutexPart;
+
+constinit SRWLOCK tables = SRWLOCK_INIT;
+
 }  // namespace
 
-RecursiveMutex& WindowsMutex() {
-  static SystemMutex mutex;
-  return mutex;
-}
+RecursiveMutex& TheMutex() { return mutexPart; }
+
+void LockTables() { AcquireSRWLockExclusive(&tables); }
+void UnlockTables() { ReleaseSRWLockExclusive(&tables); }
 
 }  // namespace tavlyn::platform

@@ -1,4 +1,4 @@
-#include "platform/windows/backend.h"
+#include "platform/parts.h"
 #include "platform/windows/system.h"
 
 namespace tavlyn::platform {
@@ -36,11 +36,10 @@ class SystemPlaces final : public Places {
   }
 };
 
+constinit NeverDestroyed<SystemPlaces> placesPart;
+
 }  // namespace
 
-Places& WindowsPlaces() {
-  static SystemPlaces places;
-  return places;
-}
+Places& ThePlaces() { return placesPart; }
 
 }  // namespace tavlyn::platform

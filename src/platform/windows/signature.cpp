@@ -6,15 +6,17 @@
 #include <softpub.h>
 #include <wintrust.h>
 
+#include "platform/system_library.h"
+
 namespace tavlyn::platform {
 namespace {
 
 // An import would be searched beside the application first, and who verifies must be the system itself.
 decltype(&WinVerifyTrust) SystemVerifier() {
-  HMODULE library = LoadLibraryExA("WINTRUST.DLL", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
-  if (library == nullptr) return nullptr;
-  return reinterpret_cast<decltype(&WinVerifyTrust)>(
-      reinterpret_cast<void*>(GetProcAddress(library, "WinVerifyTrust")));
+  decltype(&WinVerifyTrust) verify = nullptr;
+  void* library = LoadSystemLibrary("WINTRUST.DLL");
+  if (library != nullptr) Bind(library, "WinVerifyTrust", verify);
+  return verify;
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 #include <cstring>
 
 #include "platform/handle_table.h"
-#include "platform/windows/backend.h"
+#include "platform/parts.h"
 #include "platform/windows/system.h"
 
 namespace tavlyn::platform {
@@ -134,15 +134,12 @@ class SystemSockets final : public Sockets {
   HandleTable<SOCKET> sockets_;
 };
 
-SystemSockets& SocketsOfAll() {
-  static SystemSockets sockets;
-  return sockets;
-}
+constinit NeverDestroyed<SystemSockets> socketsPart;
 
 }  // namespace
 
-Sockets& WindowsSockets() { return SocketsOfAll(); }
+Sockets& TheSockets() { return socketsPart; }
 
-void CloseLostSockets() { SocketsOfAll().CloseLost(); }
+void CloseLostSockets() { socketsPart.CloseLost(); }
 
 }  // namespace tavlyn::platform

@@ -1,6 +1,6 @@
-#include <cxxabi.h>
-
 #include "platform/contained.h"
+
+#include <cxxabi.h>
 
 namespace tavlyn::platform {
 

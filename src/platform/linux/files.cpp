@@ -1,3 +1,5 @@
+#include "platform/files.h"
+
 #include <fcntl.h>
 #include <sys/auxv.h>
 #include <sys/stat.h>
@@ -5,7 +7,6 @@
 
 #include <string_view>
 
-#include "platform/files.h"
 #include "platform/path.h"
 
 namespace tavlyn::platform {

@@ -1,11 +1,12 @@
 // libusb-0.1 from a file that only root can have put there.
-#include <dlfcn.h>
-
 #include <array>
+#include <climits>
 #include <cstdlib>
 
-#include "platform/linux/parts.h"
+#include "platform/libusb_calls.h"
 #include "platform/linux/trusted_file.h"
+#include "platform/parts.h"
+#include "platform/system_library.h"
 
 namespace tavlyn::platform {
 namespace {
@@ -29,19 +30,26 @@ Path LibraryFile() {
   return {};
 }
 
+class SystemLibusb final : public LibusbCalls<PATH_MAX + 1> {
+ public:
+  bool Load() override {
+    const Path file = LibraryFile();
+    // By the path that was tested, which is root's alone from end to end: nobody else can lead it elsewhere
+    // in between. A descriptor would give the library a name like /proc/self/fd/7, which others may bear as
+    // well.
+    if (!IsTrustedFile(file)) return false;
+    // Never unloaded: a second load of the same file gives the same library.
+    void* library = LoadSystemLibrary(file.c_str());
+    if (library == nullptr) return false;
+    BindAndInit(library);
+    return true;
+  }
+};
+
+constinit NeverDestroyed<SystemLibusb> libusbPart;
+
 }  // namespace
 
-bool LinuxLibusb::Load() {
-  const Path file = LibraryFile();
-  // By the path that was tested, which is of root's alone from end to end: nobody else can lead it elsewhere
-  // in between. A descriptor would give the library a name like /proc/self/fd/7, which others may bear as
-  // well.
-  if (!IsTrustedFile(file)) return false;
-  // Never unloaded: a second load of the same file gives the same library.
-  void* library = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
-  if (library == nullptr) return false;
-  BindAndInit([library](const char* name) { return dlsym(library, name); });
-  return true;
-}
+Libusb& TheLibusb() { return libusbPart; }
 
 }  // namespace tavlyn::platform

@@ -4,7 +4,7 @@
 #include <climits>
 #include <cstdlib>
 
-#include "platform/linux/parts.h"
+#include "platform/parts.h"
 
 namespace tavlyn::platform {
 namespace {
@@ -30,26 +30,28 @@ void MakeFolder(const Path& folder) {
   mkdir(folder.c_str(), 0700);
 }
 
+class SystemPlaces final : public Places {
+ public:
+  bool EnvironmentIsSet(const char* name) override { return secure_getenv(name) != nullptr; }
+
+  Path TraceFile() override {
+    const Path state = StateFolder();
+    if (state.IsEmpty()) return {};
+    const Path folder("%s/TavlynLogs", state.c_str());
+    MakeFolder(folder);
+    return Path("%s/TavlynApiSdk.log", folder.c_str());
+  }
+
+  Path CurrentFolder() override {
+    char folder[PATH_MAX];
+    return getcwd(folder, sizeof folder) != nullptr ? Path("%s/", folder) : Path();
+  }
+};
+
+constinit NeverDestroyed<SystemPlaces> placesPart;
+
 }  // namespace
 
-Path RealPath(const Path& path) {
-  char real[PATH_MAX];
-  return realpath(path.c_str(), real) != nullptr ? Path("%s", real) : Path();
-}
-
-bool LinuxPlaces::EnvironmentIsSet(const char* name) { return secure_getenv(name) != nullptr; }
-
-Path LinuxPlaces::TraceFile() {
-  const Path state = StateFolder();
-  if (state.IsEmpty()) return {};
-  const Path folder("%s/TavlynLogs", state.c_str());
-  MakeFolder(folder);
-  return Path("%s/TavlynApiSdk.log", folder.c_str());
-}
-
-Path LinuxPlaces::CurrentFolder() {
-  char folder[PATH_MAX];
-  return getcwd(folder, sizeof folder) != nullptr ? Path("%s/", folder) : Path();
-}
+Places& ThePlaces() { return placesPart; }
 
 }  // namespace tavlyn::platform

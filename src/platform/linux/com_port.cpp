@@ -8,22 +8,22 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
+#include <iterator>
 #include <limits>
 #include <memory>
 #include <new>
 
 #include "platform/allocated.h"
 #include "platform/linux/com_paths.h"
-#include "platform/linux/parts.h"
+#include "platform/parts.h"
 
 namespace tavlyn::platform {
 namespace {
 
 constexpr std::uint32_t kForever = std::numeric_limits<std::uint32_t>::max();
 
-std::uint64_t Now() { return TheHost().clock.Tick(); }
+std::uint64_t Now() { return TheClock().Tick(); }
 
 // Milliseconds from now until a moment; 0 when it has passed.
 int Until(std::uint64_t moment) {
@@ -43,22 +43,16 @@ using Settings = termios2;
 
 // The flag of a speed that has one. Any other is told to the driver as a number.
 tcflag_t SpeedFlag(std::uint32_t baud) {
-  constexpr std::array<std::pair<std::uint32_t, tcflag_t>, 14> kNamed = {{{110, B110},
-                                                                          {300, B300},
-                                                                          {600, B600},
-                                                                          {1200, B1200},
-                                                                          {2400, B2400},
-                                                                          {4800, B4800},
-                                                                          {9600, B9600},
-                                                                          {19200, B19200},
-                                                                          {38400, B38400},
-                                                                          {57600, B57600},
-                                                                          {115200, B115200},
-                                                                          {230400, B230400},
-                                                                          {460800, B460800},
-                                                                          {921600, B921600}}};
-  const auto* named = std::ranges::find(kNamed, baud, &std::pair<std::uint32_t, tcflag_t>::first);
-  return named != kNamed.end() ? named->second : static_cast<tcflag_t>(BOTHER);
+  struct Speed {
+    std::uint32_t baud;
+    tcflag_t flag;
+  };
+  constexpr Speed kNamed[] = {{110, B110},       {300, B300},      {600, B600},       {1200, B1200},
+                              {2400, B2400},     {4800, B4800},    {9600, B9600},     {19200, B19200},
+                              {38400, B38400},   {57600, B57600},  {115200, B115200}, {230400, B230400},
+                              {460800, B460800}, {921600, B921600}};
+  const auto* named = std::ranges::find(kNamed, baud, &Speed::baud);
+  return named != std::end(kNamed) ? named->flag : static_cast<tcflag_t>(BOTHER);
 }
 
 // A driver that cannot run at a speed takes the nearest one it can, or keeps its own, and reports no failure.
@@ -96,11 +90,17 @@ void KeepDtr(int descriptor) {
   ioctl(descriptor, TCSETS2, &settings);
 }
 
-// The exclusive mode does not keep root out; the lock does, as far as others ask for one.
-bool Hold(int descriptor) {
-  if (flock(descriptor, LOCK_EX | LOCK_NB) != 0) return false;
+// For this process alone; -1 when it cannot be had so. The exclusive mode does not keep root out; the lock
+// does, as far as others ask for one.
+int OpenHeld(const Path& path) {
+  const int descriptor = open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+  if (descriptor < 0) return -1;
+  if (flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
+    close(descriptor);
+    return -1;
+  }
   ioctl(descriptor, TIOCEXCL);
-  return true;
+  return descriptor;
 }
 
 // The mode belongs to the port and would outlast this opening while anyone else has it open, the lock while a
@@ -113,10 +113,10 @@ void CloseHeld(int descriptor) {
 
 void Drop(int descriptor, int queues) { ioctl(descriptor, TCFLSH, queues); }
 
-class LinuxComPort final : public ComPort, public Allocated {
+class SystemComPort final : public ComPort, public Allocated {
  public:
-  explicit LinuxComPort(const ComTimeouts& timeouts) : timeouts_(timeouts) {}
-  ~LinuxComPort() override {
+  explicit SystemComPort(const ComTimeouts& timeouts) : timeouts_(timeouts) {}
+  ~SystemComPort() override {
     if (descriptor_ < 0) return;
     SetDtr(descriptor_, false);
     Shut();
@@ -159,7 +159,7 @@ class LinuxComPort final : public ComPort, public Allocated {
   ComTimeouts timeouts_;
 };
 
-std::uint32_t LinuxComPort::Read(std::span<std::uint8_t> bytes) {
+std::uint32_t SystemComPort::Read(std::span<std::uint8_t> bytes) {
   const bool atOnce = timeouts_.readInterval == kForever;
   const bool limited = timeouts_.readMultiplier != 0 || timeouts_.readConstant != 0 || atOnce;
   const std::uint64_t start = Now();
@@ -177,7 +177,7 @@ std::uint32_t LinuxComPort::Read(std::span<std::uint8_t> bytes) {
   return static_cast<std::uint32_t>(got);
 }
 
-std::uint32_t LinuxComPort::Write(std::span<const std::uint8_t> bytes) {
+std::uint32_t SystemComPort::Write(std::span<const std::uint8_t> bytes) {
   const bool limited = timeouts_.writeMultiplier != 0 || timeouts_.writeConstant != 0;
   const std::uint64_t end =
       Now() + static_cast<std::uint64_t>(timeouts_.writeMultiplier) * bytes.size() + timeouts_.writeConstant;
@@ -191,29 +191,34 @@ std::uint32_t LinuxComPort::Write(std::span<const std::uint8_t> bytes) {
   return static_cast<std::uint32_t>(sent);
 }
 
+class SystemComPorts final : public ComPorts {
+ public:
+  std::unique_ptr<ComPort> Open(std::uint16_t number, const ComLine& line,
+                                const ComTimeouts& timeouts) override {
+    // Before the port is opened, which would have no owner without it.
+    std::unique_ptr<SystemComPort> port(new (std::nothrow) SystemComPort(timeouts));
+    if (port == nullptr) return nullptr;
+    const int descriptor = OpenHeld(ComPath(number));
+    if (descriptor < 0) return nullptr;
+    if (!SetLine(descriptor, line)) {
+      CloseHeld(descriptor);
+      return nullptr;
+    }
+    Drop(descriptor, TCIOFLUSH);
+    SetDtr(descriptor, true);
+    // Opening has raised RTS too, which is off without flow control.
+    SetModemLine(descriptor, TIOCM_RTS, false);
+    port->Own(descriptor);
+    return port;
+  }
+
+  void FindVirtual(PortFlags flags) override { FindVirtualPorts(flags); }
+};
+
+constinit NeverDestroyed<SystemComPorts> portsPart;
+
 }  // namespace
 
-std::unique_ptr<ComPort> LinuxComPorts::Open(std::uint16_t number, const ComLine& line,
-                                             const ComTimeouts& timeouts) {
-  // Before the port is opened, which would have no owner without it.
-  std::unique_ptr<LinuxComPort> port(new (std::nothrow) LinuxComPort(timeouts));
-  if (port == nullptr) return nullptr;
-  const int descriptor = open(ComPath(number).c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
-  if (descriptor < 0) return nullptr;
-  if (!Hold(descriptor)) {
-    close(descriptor);
-    return nullptr;
-  }
-  if (!SetLine(descriptor, line)) {
-    CloseHeld(descriptor);
-    return nullptr;
-  }
-  Drop(descriptor, TCIOFLUSH);
-  SetDtr(descriptor, true);
-  // Opening has raised RTS too, which is off without flow control.
-  SetModemLine(descriptor, TIOCM_RTS, false);
-  port->Own(descriptor);
-  return port;
-}
+ComPorts& TheComPorts() { return portsPart; }
 
 }  // namespace tavlyn::platform
