@@ -6,7 +6,7 @@
 namespace tavlyn {
 
 bool Exchange(const Command& command, ReportPair& pair, std::uint8_t x, std::uint8_t y) {
-  pair = {CommandReport(command, x, y), {}};
+  pair = {CommandReport(command, {x, y}), {}};
   return SendReport(pair.request) && FetchReport(pair.reply);
 }
 

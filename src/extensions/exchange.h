@@ -3,9 +3,15 @@
 
 #include <cstdint>
 
-#include "reader/transactions.h"
+#include "reader/exchange.h"
 
 namespace tavlyn {
+
+// The two halves of an exchange; reply bytes of a command are b1 to b8.
+struct ReportPair {
+  Report request{};
+  Report reply{};
+};
 
 // Fills the pair anew: command out, reply in.
 bool Exchange(const Command& command, ReportPair& pair, std::uint8_t x = 0, std::uint8_t y = 0);

@@ -14,7 +14,7 @@ BlockBytes BlockAt(std::span<const std::uint8_t> bytes, std::size_t block) {
 }
 
 Xfer ItemChannel::Exchange(const Command& command, std::uint8_t block, const BlockBytes& bytes) {
-  const Report packet = CommandReport(command, block);
+  const Report packet = CommandReport(command, {block});
   request_ = {};
   std::ranges::copy(packet, request_.begin());
   std::ranges::copy(bytes, request_.begin() + 5);

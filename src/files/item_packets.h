@@ -14,7 +14,7 @@
 #include <span>
 
 #include "core/wipe.h"
-#include "reader/transactions.h"
+#include "reader/exchange.h"
 
 namespace tavlyn {
 

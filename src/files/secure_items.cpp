@@ -24,11 +24,9 @@ BlockBytes HeaderOf(std::span<const std::uint8_t> item) { return BlockAt(item, 1
 
 bool ReadHeader(ItemChannel& channel, const BlockBytes& header) {
   EntryOfActDev().LastLibErr = 0;
-  switch (channel.Exchange(command::kReadItem, kHeaderBlock, header)) {
-    case Xfer::kNotSent: return Fail("readSecure::readSecureHeader");
-    case Xfer::kNoReply: return false;
-    case Xfer::kDone: break;
-  }
+  const Xfer done = channel.Exchange(command::kReadItem, kHeaderBlock, header);
+  if (done == Xfer::kNotSent) return Fail("readSecure::readSecureHeader");
+  if (done == Xfer::kNoReply) return false;
   if (channel.EchoedWhole()) return true;
   LogLine("readSecure::headerVerify", "Header Verifiaction failed");
   return false;

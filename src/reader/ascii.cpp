@@ -229,8 +229,6 @@ std::string_view CollectId(SerialPort& port) {
 
 }  // namespace
 
-bool InAscii() { return EntryOfActDev().LinkKind == kBySerialPort && AsciiProtocol != 0; }
-
 std::uint32_t AsciiReadConfig() {
   constexpr std::int32_t kShortest = 700;
   tsDevEntry& entry = EntryOfActDev();

@@ -6,9 +6,6 @@
 
 namespace tavlyn {
 
-// The active device is spoken to in text: only serial readers ever are.
-bool InAscii();
-
 std::uint32_t AsciiReadConfig();
 // No commit and no answer is looked at: all fields go out each time.
 std::uint32_t AsciiWriteConfig();

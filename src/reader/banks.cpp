@@ -3,8 +3,7 @@
 #include "api.h"
 #include "core/openings.h"
 #include "core/pause.h"
-#include "reader/fa_frames.h"
-#include "reader/transactions.h"
+#include "reader/exchange.h"
 
 namespace tavlyn {
 namespace {
@@ -14,12 +13,7 @@ enum Bank : std::int16_t { kWorkingSet = 1, kUserDefaults = 2, kPlusDefaults = 3
 constexpr std::uint32_t kAfterMove = 100;
 
 bool MoveBank(std::uint8_t from, std::uint8_t to) {
-  if (OnSerialPort()) {
-    FaFrame frame(command::kMoveBank, from, to);
-    return FaXferTwice(command::kMoveBank, frame);
-  }
-  Report reply;
-  const Xfer moved = FeatureXfer(command::kMoveBank, reply, from, to);
+  const Xfer moved = Exchange(command::kMoveBank, {from, to}).xfer;
   if (moved == Xfer::kNoReply) EntryOfActDev().LastLibErr |= TAVLYN_ERR_COMMAND;
   return moved == Xfer::kDone;
 }

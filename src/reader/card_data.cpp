@@ -5,7 +5,7 @@
 #include "api.h"
 #include "core/openings.h"
 #include "core/state.h"
-#include "reader/transactions.h"
+#include "reader/exchange.h"
 
 namespace tavlyn {
 namespace {
@@ -26,7 +26,7 @@ std::uint32_t getActiveCardData() {
   }
   for (std::uint8_t piece = 0; piece < kPieces; ++piece) {
     ReplyBytes reply;
-    if (!Ask(command::kCardData, TAVLYN_ERR_COMMAND, reply, piece)) return 0;
+    if (!Ask(command::kCardData, TAVLYN_ERR_COMMAND, reply, {piece})) return 0;
     std::ranges::copy(reply, Buffers.cardData.begin() + static_cast<std::ptrdiff_t>(piece * reply.size()));
   }
   return 1;

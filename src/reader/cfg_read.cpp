@@ -10,8 +10,8 @@
 #include "reader/card_types.h"
 #include "reader/classify.h"
 #include "reader/device_texts.h"
+#include "reader/exchange.h"
 #include "reader/fa_frames.h"
-#include "reader/transactions.h"
 
 namespace tavlyn {
 namespace {
@@ -35,18 +35,19 @@ bool ReadIdentity(tsDevEntry& entry) {
 }
 
 bool ReadBlock(BlockNumber number, tsCfgSlot& slot) {
-  Block block;
-  if (!Ask(command::kReadBlock, TAVLYN_ERR_CONFIG_READ, block, static_cast<std::uint8_t>(0x80 + number),
-           number)) {
-    // Over a serial link the time and display blocks deliberately fail without a line.
-    if (!OnSerialPort())
-      LogFailure(kReadTag);
-    else if (number == kFormatBlock || number == kExtensionBlock)
-      LogLine(kReadTag, kFailed);
-    return false;
+  const Outcome block = Exchange(command::kReadBlock, {number});
+  if (block.xfer == Xfer::kDone) {
+    TakeBlock(number, block.reply, slot, EntryOfActDev().LinkKind == kByReports);
+    return true;
   }
-  TakeBlock(number, block, slot, EntryOfActDev().LinkKind == kByReports);
-  return true;
+  if (ReportLost(block.xfer)) {
+    EntryOfActDev().LastLibErr |= TAVLYN_ERR_CONFIG_READ;
+    LogFailure(kReadTag);
+  } else if (number == kFormatBlock || number == kExtensionBlock) {
+    // Over a serial link the other blocks deliberately fail without a line.
+    LogLine(kReadTag, kFailed);
+  }
+  return false;
 }
 
 // Room for all eighteen pages that a reader may announce; only the first 128 bytes count.
@@ -57,22 +58,22 @@ bool ReadSepByReports(tsDevEntry& entry, SepBuffer& buffer) {
   constexpr std::uint8_t kShortFormPages = 12;
   std::uint8_t pages = kShortFormPages;
   for (std::uint8_t page = 0; page < kSepPages; ++page) {
-    Report reply{};
-    const Xfer fetched = FeatureXfer(command::kSepFields, reply, page);
-    if (fetched != Xfer::kDone) entry.LastLibErr |= TAVLYN_ERR_CONFIG_READ;
-    if (fetched == Xfer::kNotSent) {
+    Outcome fetched = Exchange(command::kReadSepFields, {page});
+    if (ReportLost(fetched.xfer)) entry.LastLibErr |= TAVLYN_ERR_CONFIG_READ;
+    if (fetched.xfer == Xfer::kNotSent) {
       LogFailure(kReadTag);
       return false;
     }
-    if (fetched == Xfer::kNoReply) {
+    if (fetched.xfer == Xfer::kNoReply) {
       LogErrorCode(kReadTag);
-      reply.fill(0);
+      fetched.reply.fill(0);
     }
+    const ReplyBytes& bytes = fetched.reply;
     if (page == 0) {
-      if (reply[1] == 0 || reply[1] == 0xFF) return true;
-      if (reply[1] != kSepFldUnset) pages = reply[4];
+      if (bytes[0] == 0 || bytes[0] == 0xFF) return true;
+      if (bytes[0] != kSepFldUnset) pages = bytes[3];
     }
-    std::copy_n(reply.begin() + 1, kSepPageBytes, buffer.begin() + page * kSepPageBytes);
+    std::ranges::copy(bytes, buffer.begin() + page * kSepPageBytes);
     if (page + 1 >= pages) break;
   }
   return true;
@@ -80,15 +81,15 @@ bool ReadSepByReports(tsDevEntry& entry, SepBuffer& buffer) {
 
 void ReadSepByFa(tsDevEntry& entry, const tsCfgSlot& slot, SepBuffer& buffer) {
   const bool extended = (slot[field::TimeParms_ExFeatures01] & kExtendedSepFields) != 0;
-  const std::uint8_t instruction = extended ? 0x0A : 0x09;
-  FaFrame head(command::kSepFieldsFa, instruction, kSepPageBytes);
-  if (!FaXfer(command::kSepFieldsFa, head)) {
+  const Command& read = extended ? command::kReadExtSep : command::kReadSepFields;
+  FaFrame head(read, {kSepPageBytes});
+  if (!FaXfer(read, head)) {
     entry.bSepFldCapable = 0;
     return;
   }
   const std::size_t length = std::min(head.data[3] * kSepPageBytes, kSepFldBytes);
-  FaFrame all(command::kSepFieldsFa, instruction, static_cast<std::uint8_t>(length));
-  if (FaXfer(command::kSepFieldsFa, all)) std::copy_n(all.data.begin(), length, buffer.begin());
+  FaFrame all(read, {static_cast<std::uint8_t>(length)});
+  if (FaXfer(read, all)) std::copy_n(all.data.begin(), length, buffer.begin());
 }
 
 // False only when the whole read has failed. A reader without such data has the field zeroed by every read.

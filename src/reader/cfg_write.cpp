@@ -10,10 +10,10 @@
 #include "reader/card_types.h"
 #include "reader/cfg_read.h"
 #include "reader/classify.h"
+#include "reader/exchange.h"
 #include "reader/hash_keys.h"
 #include "reader/outputs.h"
 #include "reader/records.h"
-#include "reader/transactions.h"
 
 namespace tavlyn {
 namespace {
@@ -43,24 +43,22 @@ bool HasExtendedFields() {
 }
 
 // A failure over reports ends the write with a word and two lines, over serial without either.
-bool Checked(bool sent) {
-  if (!sent && !OnSerialPort()) {
+bool Checked(Xfer sent) {
+  if (sent == Xfer::kNotSent) {
     EntryOfActDev().LastLibErr |= TAVLYN_ERR_CONFIG_WRITE;
     LogFailure(kWriteTag);
   }
-  return sent;
+  return sent == Xfer::kDone;
 }
 
 bool WriteBlock(BlockNumber number, const Block& block) {
-  return Checked(Tell(command::kWriteBlock, block, static_cast<std::uint8_t>(0x80 + number), number));
+  return Checked(Tell(command::kWriteBlock, block, {number}));
 }
 
 bool WriteLuid(const tsDevEntry& entry) {
-  const auto low = static_cast<std::uint8_t>(entry.LUID);
-  const auto high = static_cast<std::uint8_t>(entry.LUID >> 8);
-  const std::array<std::uint8_t, 2> frame = {low, high};
-  const std::array<std::uint8_t, 3> report = {0, low, high};
-  return Checked(OnSerialPort() ? Tell(command::kWriteLuid, frame) : Tell(command::kWriteLuid, report));
+  const std::array<std::uint8_t, 2> luid = {static_cast<std::uint8_t>(entry.LUID),
+                                            static_cast<std::uint8_t>(entry.LUID >> 8)};
+  return Checked(Tell(command::kWriteLuid, luid));
 }
 
 // Steps of a write up to the separated fields; the mask grows by what was sent.
@@ -106,10 +104,9 @@ void WriteSepByFa(tsDevEntry& entry, const tsCfgSlot& slot, std::size_t length) 
   std::array<std::uint8_t, 255> bytes;
   length = std::min(length, bytes.size());
   for (std::size_t at = 0; at < length; ++at) bytes[at] = slot.SepByteAt(at);
-  const std::uint8_t instruction = HasExtendedFields() ? 0x8A : 0x0A;
+  const Command& write = HasExtendedFields() ? command::kWriteExtSep : command::kWriteSepFields;
   const auto data = std::span<const std::uint8_t>(bytes).first(length);
-  if (!Tell(command::kWriteSepFa, data, instruction, static_cast<std::uint8_t>(length)))
-    entry.bSepFldCapable = 0;
+  if (Tell(write, data, {static_cast<std::uint8_t>(length)}) != Xfer::kDone) entry.bSepFldCapable = 0;
 }
 
 void WriteSepByReports(tsDevEntry& entry, const tsCfgSlot& slot, std::uint8_t pages) {
@@ -118,7 +115,7 @@ void WriteSepByReports(tsDevEntry& entry, const tsCfgSlot& slot, std::uint8_t pa
     for (std::size_t at = 0; at < kSepPageBytes; ++at)
       data[at + 1] = slot.SepByteAt(page * kSepPageBytes + at);
     // A page whose command was lost still gets its data report.
-    if (!SendReport(CommandReport(command::kSepFields, page))) {
+    if (!SendReport(CommandReport(command::kWriteSepFields, {page}))) {
       entry.LastLibErr |= TAVLYN_ERR_CONFIG_WRITE;
       entry.bSepFldCapable = 0;
     }
@@ -154,7 +151,7 @@ bool WriteOneConfig() {
   std::uint8_t mask = 0;
   if (!WriteBlocks(entry, slot, mask) || !WriteSepFields(entry, slot, mask)) return false;
   WriteCardType();
-  if (!Checked(Fire(command::kCommit, mask))) return false;
+  if (!Checked(Fire(command::kCommit, {mask}))) return false;
   slot.bDirtyFmt = slot.bDirtyDisp = slot.bDirtyTime = slot.bDirtyExt = slot.bDirtySep = 0;
   entry.bLUIDDirty = 0;
   return true;
@@ -198,8 +195,8 @@ std::uint32_t ResetReader() {
     AsciiReset();
     return 1;
   }
-  if (!Fire(command::kFactoryReset)) {
-    if (!OnSerialPort()) {
+  if (const Xfer sent = Fire(command::kFactoryReset); sent != Xfer::kDone) {
+    if (sent == Xfer::kNotSent) {
       entry.LastLibErr |= TAVLYN_ERR_RESET;
       LogErrorCode(kResetTag);
     }

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "core/state.h"
+#include "reader/exchange.h"
 #include "reader/fa_frames.h"
-#include "reader/transactions.h"
 
 namespace tavlyn {
 namespace {
@@ -20,42 +20,40 @@ void TakeConfigs(tsDevEntry& entry, std::uint8_t highest, std::uint8_t active) {
   entry.ActConfig = std::min(active, highest);
 }
 
-bool ClassifyByReports(tsDevEntry& entry) {
-  Report reply;
+bool ClassifyByReports(tsDevEntry& entry, const Outcome& query) {
   // A lost command means plain, a lost reply means not known: a plain reader refuses the command itself.
-  const Xfer queried = FeatureXfer(command::kQueryConfig, reply);
-  if (queried != Xfer::kDone || reply[1] != 0x89) {
-    entry.PlusState = queried == Xfer::kNotSent ? kPlainReader : kPlusUnknown;
+  if (query.xfer != Xfer::kDone) {
+    entry.PlusState = query.xfer == Xfer::kNotSent ? kPlainReader : kPlusUnknown;
     return false;
   }
-  const unsigned highest = reply[4] - 1U;
+  const unsigned highest = query.reply[1] - 1U;
   if (highest > kHighestConfig) {
     TakeConfigs(entry, 0, 0);
     entry.PlusState = kPlusUnknown;
     return false;
   }
-  TakeConfigs(entry, static_cast<std::uint8_t>(highest), reply[3]);
-  if (FeatureXfer(command::kReadCardType, reply) != Xfer::kDone) {
+  TakeConfigs(entry, static_cast<std::uint8_t>(highest), query.reply[0]);
+  const Outcome type = Exchange(command::kReadCardType);
+  if (type.xfer != Xfer::kDone) {
     entry.LastLibErr |= TAVLYN_ERR_CONFIG_READ;
     return false;
   }
-  TakeCardType(entry, reply[2], reply[3], reply[4]);
+  TakeCardType(entry, type.reply[0], type.reply[1], type.reply[2]);
   entry.PlusState = kPlusReader;
   return true;
 }
 
-bool ClassifyByFa(tsDevEntry& entry) {
-  FaFrame frame(command::kQueryConfig, 0, 0);
-  const auto& d = frame.data;
-  if (!FaXferTwice(command::kQueryConfig, frame) || d[0] != 1 || d[1] > kHighestConfig || d[3] != 0) {
+bool ClassifyByFa(tsDevEntry& entry, const Outcome& query) {
+  const ReplyBytes& reply = query.reply;
+  if (query.xfer != Xfer::kDone || reply[0] > kHighestConfig || reply[2] != 0) {
     entry.PlusState = kPlainReader;
     return false;
   }
-  const unsigned highest = d[2] - 1U;
+  const unsigned highest = reply[1] - 1U;
   // Deliberately counts as a plus reader with nothing learnt: serial readers report 0 while they start.
   if (highest > kHighestConfig) return true;
-  TakeConfigs(entry, static_cast<std::uint8_t>(highest), d[1]);
-  TakeCardType(entry, d[4], d[5], d[6]);
+  TakeConfigs(entry, static_cast<std::uint8_t>(highest), reply[0]);
+  TakeCardType(entry, reply[3], reply[4], reply[5]);
   entry.PlusState = kPlusReader;
   return true;
 }
@@ -66,28 +64,17 @@ bool ClassifyReader() {
   tsDevEntry& entry = EntryOfActDev();
   entry.MaxConfig = 0;
   if (entry.PlusState == kPlainReader) return false;
-  return OnSerialPort() ? ClassifyByFa(entry) : ClassifyByReports(entry);
+  const Outcome query = Exchange(command::kQueryConfig);
+  return OnSerialPort() ? ClassifyByFa(entry, query) : ClassifyByReports(entry, query);
 }
 
 bool SelectConfig(std::uint8_t n) {
   tsDevEntry& entry = EntryOfActDev();
   if (entry.PlusState != kPlusReader) return false;
   entry.ActConfig = n;
-  if (OnSerialPort()) {
-    FaFrame frame(command::kSelectConfig, n, 0);
-    return FaXferTwice(command::kSelectConfig, frame);
-  }
-  Report reply;
-  return FeatureXfer(command::kSelectConfig, reply, n) == Xfer::kDone && reply[1] == 0x89 && reply[2] == 0x81;
+  return Exchange(command::kSelectConfig, {n}).xfer == Xfer::kDone;
 }
 
-bool PingReader() {
-  if (OnSerialPort()) {
-    FaFrame frame(command::kPing, 0, 0);
-    return FaXferTwice(command::kPing, frame);
-  }
-  Report reply;
-  return FeatureXfer(command::kPing, reply) == Xfer::kDone;
-}
+bool PingReader() { return Exchange(command::kPing).xfer == Xfer::kDone; }
 
 }  // namespace tavlyn

@@ -7,8 +7,8 @@
 #include "core/openings.h"
 #include "core/state.h"
 #include "core/trace.h"
+#include "reader/exchange.h"
 #include "reader/outputs.h"
-#include "reader/transactions.h"
 
 namespace tavlyn {
 namespace {
@@ -29,7 +29,7 @@ bool FetchEsn() {
   EntryOfActDev().LastLibErr = 0;
   for (std::uint8_t piece = 0; piece < kEsnPieces; ++piece) {
     ReplyBytes reply;
-    if (!Ask(command::kEsn, TAVLYN_ERR_COMMAND, reply, piece)) return false;
+    if (!Ask(command::kEsn, TAVLYN_ERR_COMMAND, reply, {piece})) return false;
     std::ranges::copy(reply, Buffers.readerEsn.begin() + piece * kTextPiece);
   }
   return true;
@@ -41,7 +41,7 @@ bool FetchText(const Command& command, Text number, std::uint32_t reportError, s
   for (std::size_t piece = 0; piece < text.size() / kTextPiece; ++piece) {
     ReplyBytes reply;
     const auto index = static_cast<std::uint8_t>(piece);
-    if (!Ask(command, reportError, reply, static_cast<std::uint8_t>(number), index)) return false;
+    if (!Ask(command, reportError, reply, {static_cast<std::uint8_t>(number), index})) return false;
     std::ranges::copy(reply, text.begin() + static_cast<std::ptrdiff_t>(piece * kTextPiece));
   }
   return true;

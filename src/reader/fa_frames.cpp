@@ -11,6 +11,9 @@ namespace {
 
 constexpr std::uint32_t kPause = 50;
 constexpr std::uint32_t kSocketStore = 500;
+constexpr std::uint32_t kBeforeWhole = 10;
+constexpr std::uint32_t kAfterWhole = 2;
+constexpr std::uint32_t kAfterFailedWhole = 10;
 
 // Counts are compared signed: a failed socket read is -1, not very many bytes.
 bool Read(SerialPort& port, std::span<std::uint8_t> bytes) {
@@ -34,14 +37,14 @@ SerialPort* Begin(FaFrame& frame) {
   return port;
 }
 
-SerialPort* SendHeader(FaFrame& frame, std::size_t txCount) {
+SerialPort* SendHeader(FaFrame& frame) {
   SerialPort* port = Begin(frame);
   if (port == nullptr) return nullptr;
   if (port->IsOverTcp()) port->ClearInput();
   if (!WriteCla(*port, frame)) return nullptr;
   // The reader's receiver needs this after the class byte.
   if (!port->IsOverTcp()) Pause(kPause);
-  return Write(*port, std::span(frame.header).first(txCount)) ? port : nullptr;
+  return Write(*port, std::span(frame.header).first(frame.sent)) ? port : nullptr;
 }
 
 // The echo came. If another byte did, it is SW1 of a refusal and exactly one more is read, however many
@@ -58,13 +61,16 @@ bool ReadEcho(SerialPort& port, FaFrame& frame) {
   return false;
 }
 
-bool ReadStatus(SerialPort& port, FaFrame& frame) {
-  std::array<std::uint8_t, 2> status{};
-  if (!Read(port, status)) return false;
+bool TakeStatus(FaFrame& frame, std::span<const std::uint8_t, 2> status) {
   frame.sw1 = status[0];
   frame.sw2 = status[1];
   StatusWord = static_cast<std::uint32_t>(status[0]) << 8 | status[1];
   return StatusWord == 0x9000;
+}
+
+bool ReadStatus(SerialPort& port, FaFrame& frame) {
+  std::array<std::uint8_t, 2> status{};
+  return Read(port, status) && TakeStatus(frame, status);
 }
 
 }  // namespace
@@ -75,45 +81,49 @@ bool FaSendStatus(FaFrame& frame) {
          ReadStatus(*port, frame);
 }
 
-bool FaRecvData(FaFrame& frame, std::size_t txCount, std::size_t rxHint) {
-  SerialPort* port = SendHeader(frame, txCount);
+bool FaRecvData(FaFrame& frame) {
+  SerialPort* port = SendHeader(frame);
   if (port == nullptr) return false;
   if (port->IsOverTcp()) Pause(kPause);
-  const std::size_t count = rxHint != 0 ? rxHint - 1 : frame.P3();
-  return ReadEcho(*port, frame) && Read(*port, std::span(frame.data).first(count)) &&
+  return ReadEcho(*port, frame) && Read(*port, std::span(frame.data).first(frame.expected)) &&
          ReadStatus(*port, frame);
 }
 
 bool FaSendData(FaFrame& frame) {
-  SerialPort* port = SendHeader(frame, 4);
+  SerialPort* port = SendHeader(frame);
   if (port == nullptr || !ReadEcho(*port, frame)) return false;
   if (!Write(*port, std::span(frame.data).first(frame.P3()))) return false;
   if (port->IsOverTcp()) Pause(kSocketStore);
   return ReadStatus(*port, frame);
 }
 
-bool FaRecv8(FaFrame& frame) { return FaRecvN(frame, 8); }
+bool FaRecvBare(FaFrame& frame) {
+  SerialPort* port = SendHeader(frame);
+  return port != nullptr && ReadEcho(*port, frame) &&
+         Read(*port, std::span(frame.data).first(frame.expected));
+}
 
-bool FaRecvN(FaFrame& frame, std::size_t n) {
-  SerialPort* port = SendHeader(frame, 4);
-  return port != nullptr && ReadEcho(*port, frame) && Read(*port, std::span(frame.data).first(n));
+bool FaRecvWhole(FaFrame& frame) {
+  SerialPort* port = SendHeader(frame);
+  if (port == nullptr) return false;
+  Pause(kBeforeWhole);
+  const std::span<std::uint8_t> whole = std::span(frame.data).first(frame.expected);
+  if (!Read(*port, whole) || whole[0] != frame.header[0]) return false;
+  const bool good = TakeStatus(frame, whole.last<2>());
+  Pause(good ? kAfterWhole : kAfterFailedWhole);
+  return good;
 }
 
 bool FaXfer(const Command& command, FaFrame& frame) {
   switch (command.routine) {
-    case Fa::kRecvData: return FaRecvData(frame, command.faBytes, command.hint);
+    case Fa::kRecvData: return FaRecvData(frame);
     case Fa::kSendData: return FaSendData(frame);
-    case Fa::kRecv8: return FaRecv8(frame);
-    case Fa::kRecvN: return FaRecvN(frame, command.hint);
+    case Fa::kRecvBare: return FaRecvBare(frame);
+    case Fa::kRecvWhole: return FaRecvWhole(frame);
     case Fa::kSendStatus: return FaSendStatus(frame);
     case Fa::kNone: break;
   }
   return false;
-}
-
-bool FaXferTwice(const Command& command, FaFrame& frame) {
-  const bool first = FaXfer(command, frame);
-  return first || FaXfer(command, frame);
 }
 
 }  // namespace tavlyn

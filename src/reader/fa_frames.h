@@ -15,13 +15,18 @@ namespace tavlyn {
 
 struct FaFrame {
   std::uint8_t cla = 0xFA;
-  std::array<std::uint8_t, 6> header{};         // INS P1 P2 P3 and the two bytes that one command adds
+  FilledBytes header{};                         // INS P1 P2 P3 and the two bytes that one command adds
+  std::size_t sent = 4;                         // of the header
+  std::size_t expected = 0;                     // bytes of data that come
   Wiped<std::array<std::uint8_t, 256>> data{};  // to the reader, or what came from it
   std::uint8_t sw1 = 0;
   std::uint8_t sw2 = 0;
 
   FaFrame() = default;
-  FaFrame(const Command& command, std::uint8_t x, std::uint8_t y) : header(Fill(command.fa, x, y)) {}
+  explicit FaFrame(const Command& command, Args args = {})
+      : header(command.fa.With(args)),
+        sent(command.fa.count),
+        expected(command.form.faData == kFromP3 ? P3() : command.form.faData) {}
   [[nodiscard]] std::uint8_t P3() const { return header[3]; }
 };
 
@@ -30,17 +35,16 @@ struct FaFrame {
 
 // Status only.
 bool FaSendStatus(FaFrame& frame);
-// Echo, data, status. The data count is rxHint - 1, or P3 when rxHint is 0; txCount header bytes follow CLA.
-bool FaRecvData(FaFrame& frame, std::size_t txCount, std::size_t rxHint);
+// Echo, data, status.
+bool FaRecvData(FaFrame& frame);
 // Echo, then P3 data bytes go out, then the status.
 bool FaSendData(FaFrame& frame);
 // Echo and data, no status.
-bool FaRecv8(FaFrame& frame);
-bool FaRecvN(FaFrame& frame, std::size_t n);
+bool FaRecvBare(FaFrame& frame);
+// Echo, data and status in one read, all of which count as data; the pauses are others, too.
+bool FaRecvWhole(FaFrame& frame);
 
 // The routine of the command's row.
 bool FaXfer(const Command& command, FaFrame& frame);
-// The same, once more if it fails.
-bool FaXferTwice(const Command& command, FaFrame& frame);
 
 }  // namespace tavlyn

@@ -3,8 +3,7 @@
 #include <algorithm>
 
 #include "core/openings.h"
-#include "reader/fa_frames.h"
-#include "reader/transactions.h"
+#include "reader/exchange.h"
 
 namespace tavlyn {
 namespace {
@@ -14,36 +13,25 @@ std::uint32_t HighFirst(const std::uint8_t* bytes) {
          static_cast<std::uint32_t>(bytes[2]) << 8 | bytes[3];
 }
 
-std::uint32_t WordByReports(std::int16_t cpu, std::int16_t index) {
-  const Report request =
-      CommandReport(command::kFirmwareWord, static_cast<std::uint8_t>(cpu), static_cast<std::uint8_t>(index));
-  Report reply{};
-  if (!SendReport(request)) return 0;
-  if (!FetchReport(reply)) {
-    EntryOfActDev().LastLibErr |= TAVLYN_ERR_COMMAND;
-    return 0;
-  }
-  const bool echoed = std::equal(request.begin() + 1, request.begin() + 5, reply.begin() + 1);
-  const std::uint32_t word = echoed ? HighFirst(&reply[5]) : 0;
-  const auto row = static_cast<std::uint16_t>(cpu) % kCpus;
-  const auto column = static_cast<std::uint16_t>(index) % kFirmwareWords;
-  EntryOfActDev().FWVersion[row][column] = word;
-  return word;
-}
-
-std::uint32_t WordByFa(std::int16_t cpu, std::int16_t index) {
-  FaFrame frame(command::kFirmwareWord, static_cast<std::uint8_t>(cpu), static_cast<std::uint8_t>(index));
-  if (!FaXfer(command::kFirmwareWord, frame)) return 0;
-  // An answer to something else counts as the word 1, so that a row of words goes on behind it.
-  if (frame.data[0] != 3 || frame.data[1] != static_cast<std::uint8_t>(cpu)) return 1;
-  return HighFirst(&frame.data[3]);
+// The word in a good reply; instead of another over reports 0, over FA 1, so that a row of words goes on
+// after it.
+std::uint32_t WordIn(const Outcome& outcome, std::uint32_t instead) {
+  return outcome.xfer == Xfer::kDone ? HighFirst(outcome.reply.data()) : instead;
 }
 
 }  // namespace
 
 std::uint32_t QueryFirmwareWord(std::int16_t cpu, std::int16_t index) {
-  if (EntryOfActDev().PlusState != kPlusReader) return 0;
-  return OnSerialPort() ? WordByFa(cpu, index) : WordByReports(cpu, index);
+  tsDevEntry& entry = EntryOfActDev();
+  if (entry.PlusState != kPlusReader) return 0;
+  const Outcome outcome =
+      Exchange(command::kFirmwareWord, {static_cast<std::uint8_t>(cpu), static_cast<std::uint8_t>(index)});
+  if (outcome.xfer == Xfer::kNoReply) entry.LastLibErr |= TAVLYN_ERR_COMMAND;
+  if (outcome.xfer != Xfer::kDone && outcome.xfer != Xfer::kOther) return 0;
+  if (OnSerialPort()) return WordIn(outcome, 1);
+  const auto row = static_cast<std::uint16_t>(cpu) % kCpus;
+  const auto column = static_cast<std::uint16_t>(index) % kFirmwareWords;
+  return entry.FWVersion[row][column] = WordIn(outcome, 0);
 }
 
 std::uint32_t FirmwareVersion(std::uint16_t cpu, std::uint16_t index) {

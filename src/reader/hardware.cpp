@@ -3,14 +3,14 @@
 
 #include "api.h"
 #include "core/openings.h"
-#include "reader/transactions.h"
+#include "reader/exchange.h"
 
 namespace tavlyn {
 namespace {
 
 constexpr std::size_t kFlags = 8;
 
-// Where the mask stands in the reply: serial readers put a byte in front.
+// Where the mask stands in the reply.
 enum class Mask : std::uint8_t { kInstalled = 0, kSupported = 4 };
 
 // From the C allocator, because the caller keeps it and may be no C++ program.
@@ -22,7 +22,7 @@ std::uint8_t* HardwareFlags(Mask which) {
   constexpr std::uint32_t kNoError = 0;
   ReplyBytes reply;
   if (flags == nullptr || !Ask(command::kHardware, kNoError, reply)) return flags;
-  const unsigned mask = reply[static_cast<std::size_t>(which) + (OnSerialPort() ? 1 : 0)];
+  const unsigned mask = reply[static_cast<std::size_t>(which)];
   for (std::size_t bit = 0; bit < kFlags; ++bit) flags[bit] = static_cast<std::uint8_t>(mask >> bit & 1);
   return flags;
 }

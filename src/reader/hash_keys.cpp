@@ -5,7 +5,7 @@
 
 #include "core/state.h"
 #include "core/wipe.h"
-#include "reader/transactions.h"
+#include "reader/exchange.h"
 
 namespace tavlyn {
 namespace {
@@ -17,7 +17,7 @@ constexpr std::uint8_t kHalves = 2;
 void SendKey(std::span<const std::uint8_t, 16> key, std::uint8_t selector) {
   tsDevEntry& entry = EntryOfActDev();
   if (OnSerialPort()) {
-    if (!Tell(command::kWriteHashKey, key, 0, selector)) entry.bSepFldCapable = 0;
+    if (Tell(command::kWriteHashKey, key, {0, selector}) != Xfer::kDone) entry.bSepFldCapable = 0;
     return;
   }
   const auto send = [&](const Report& report) {
@@ -28,7 +28,7 @@ void SendKey(std::span<const std::uint8_t, 16> key, std::uint8_t selector) {
   for (std::uint8_t half = 0; half < kHalves; ++half) {
     Wiped<Report> data{};
     std::ranges::copy(key.subspan(half * kReportBytes, kReportBytes), data.begin() + 1);
-    send(CommandReport(command::kWriteHashKey, half, selector));
+    send(CommandReport(command::kWriteHashKey, {half, selector}));
     send(data);
   }
 }

@@ -9,8 +9,8 @@
 #include "core/trace.h"
 #include "links/serial_port.h"
 #include "reader/ascii.h"
+#include "reader/exchange.h"
 #include "reader/fa_frames.h"
-#include "reader/transactions.h"
 
 namespace tavlyn {
 namespace {
@@ -51,7 +51,7 @@ bool InputIsReady() {
 }
 
 std::uint16_t Id64ByFa(std::span<std::uint8_t> id) {
-  FaFrame frame(command::kId64, 0, 0);
+  FaFrame frame(command::kId64);
   int tries = 0;
   while (!FaXfer(command::kId64, frame) && !SaysNoId(frame)) {
     if (SerialPort* port = EntryOfActDev().pSerialPort; port != nullptr) port->Flush();
@@ -67,7 +67,7 @@ std::uint16_t Id64ByFa(std::span<std::uint8_t> id) {
 }
 
 std::uint16_t Id256ByFa(std::span<std::uint8_t> id) {
-  FaFrame frame(command::kId256, 0, 0);
+  FaFrame frame(command::kId256);
   if (!FaXfer(command::kId256, frame)) {
     if (SaysNoId(frame)) return 0;
     // Unlike the short fetch this one deliberately goes on with whatever the frame holds.
@@ -79,14 +79,7 @@ std::uint16_t Id256ByFa(std::span<std::uint8_t> id) {
   return Counted(kTag256, frame.data[1]);
 }
 
-}  // namespace
-
-std::uint16_t FetchId64(std::uint8_t* buffer, std::int16_t length) {
-  EntryOfActDev().LastLibErr = 0;
-  const std::span<std::uint8_t> id = Cleared(buffer, length);
-  if (InAscii()) return AsciiGetId(buffer, length);
-  if (OnSerialPort()) return Id64ByFa(id);
-  if (!InputIsReady()) return 0;
+std::uint16_t Id64ByReports(std::span<std::uint8_t> id) {
   ReplyBytes bytes;
   ReplyBytes count;
   const bool fetched = Ask(command::kId64, TAVLYN_ERR_COMMAND, bytes);
@@ -98,17 +91,12 @@ std::uint16_t FetchId64(std::uint8_t* buffer, std::int16_t length) {
   return Counted(kTag64, count[0]);
 }
 
-std::uint16_t FetchId256(std::uint8_t* buffer, std::int16_t length) {
-  EntryOfActDev().LastLibErr = 0;
-  const std::span<std::uint8_t> id = Cleared(buffer, length);
-  if (InAscii()) return AsciiGetId(buffer, length);
-  if (OnSerialPort()) return Id256ByFa(id);
-  if (!InputIsReady()) return 0;
+std::uint16_t Id256ByReports(std::span<std::uint8_t> id) {
   std::array<std::uint8_t, kLongId> bytes;
   ReplyBytes reply;
   bool fetched = true;
   for (std::uint8_t page = 0; fetched && page < kLongId / reply.size(); ++page) {
-    fetched = Ask(command::kId256, TAVLYN_ERR_COMMAND, reply, page);
+    fetched = Ask(command::kId256, TAVLYN_ERR_COMMAND, reply, {page});
     std::ranges::copy(reply, bytes.begin() + static_cast<std::ptrdiff_t>(page * reply.size()));
   }
   if (!fetched || !Ask(command::kBitCount, TAVLYN_ERR_COMMAND, reply)) {
@@ -117,6 +105,26 @@ std::uint16_t FetchId256(std::uint8_t* buffer, std::int16_t length) {
   }
   Copy(bytes, id);
   return Counted(kTag256, reply[0]);
+}
+
+using Fetch = std::uint16_t (*)(std::span<std::uint8_t> id);
+
+std::uint16_t FetchId(std::uint8_t* buffer, std::int16_t length, Fetch byFa, Fetch byReports) {
+  EntryOfActDev().LastLibErr = 0;
+  const std::span<std::uint8_t> id = Cleared(buffer, length);
+  if (InAscii()) return AsciiGetId(buffer, length);
+  if (OnSerialPort()) return byFa(id);
+  return InputIsReady() ? byReports(id) : std::uint16_t{0};
+}
+
+}  // namespace
+
+std::uint16_t FetchId64(std::uint8_t* buffer, std::int16_t length) {
+  return FetchId(buffer, length, Id64ByFa, Id64ByReports);
+}
+
+std::uint16_t FetchId256(std::uint8_t* buffer, std::int16_t length) {
+  return FetchId(buffer, length, Id256ByFa, Id256ByReports);
 }
 
 }  // namespace tavlyn

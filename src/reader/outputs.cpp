@@ -7,8 +7,7 @@
 #include "core/trace.h"
 #include "reader/ascii.h"
 #include "reader/blocks.h"
-#include "reader/fa_frames.h"
-#include "reader/transactions.h"
+#include "reader/exchange.h"
 
 namespace tavlyn {
 namespace {
@@ -23,35 +22,24 @@ std::uint8_t BeepCode(std::uint8_t count, bool longBeep) {
 
 constexpr std::uint16_t kNoVolume = 65535;
 
-struct Volume {
-  bool answered;
-  std::uint16_t value;  // kNoVolume: the reader does not have the command
-};
-
-Volume AskVolume() {
-  if (OnSerialPort()) {
-    FaFrame frame(command::kReadVolume, 0, 0);
-    const bool answered = FaXfer(command::kReadVolume, frame);
-    return {answered, answered ? std::uint16_t{frame.data[0]} : kNoVolume};
-  }
-  Report reply{};
-  const bool answered = FeatureXfer(command::kReadVolume, reply) == Xfer::kDone;
-  if (!answered) EntryOfActDev().LastLibErr |= TAVLYN_ERR_COMMAND;
-  // The report ID counts, so a reader with report ID 1 always has the command.
-  const bool blank = std::ranges::all_of(reply, [](std::uint8_t byte) { return byte == 0; });
-  return {answered, blank ? kNoVolume : std::uint16_t{reply[3]}};
+// A blank reply comes from readers without the command. The report ID counts, so a reader with report ID 1
+// always has it.
+Outcome AskVolume() {
+  EntryOfActDev().LastLibErr = 0;
+  const Outcome volume = Exchange(command::kReadVolume);
+  if (ReportLost(volume.xfer)) EntryOfActDev().LastLibErr |= TAVLYN_ERR_COMMAND;
+  return volume;
 }
 
 }  // namespace
 
 bool WriteDispBlock(tsCfgSlot& slot) {
-  const bool written =
-      Tell(command::kWriteBlock, BuildBlock(kDisplayBlock, slot), 0x80 + kDisplayBlock, kDisplayBlock);
-  if (!written && !OnSerialPort()) {
+  const Xfer written = Tell(command::kWriteBlock, BuildBlock(kDisplayBlock, slot), {kDisplayBlock});
+  if (written == Xfer::kNotSent) {
     EntryOfActDev().LastLibErr |= TAVLYN_ERR_CONFIG_WRITE;
     LogLine("WrtIDFrmtParms2", "ERROR CODE 0x00040000");
   }
-  return written;
+  return written == Xfer::kDone;
 }
 
 std::uint32_t Beep(std::uint8_t count, std::int16_t longBeep) {
@@ -62,14 +50,13 @@ std::uint32_t Beep(std::uint8_t count, std::int16_t longBeep) {
     return 1;
   }
   ReplyBytes reply;
-  return Ask(command::kBeep, TAVLYN_ERR_COMMAND, reply, code) ? 1 : 0;
+  return Ask(command::kBeep, TAVLYN_ERR_COMMAND, reply, {code}) ? 1 : 0;
 }
 
 bool IsFastStoreReader() {
-  EntryOfActDev().LastLibErr = 0;
-  const Volume volume = AskVolume();
+  const bool knowsVolume = !AskVolume().blank;
   // Readers with two or four configurations are fast whether they know the command or not.
-  return HighestConfig() == 1 || HighestConfig() == 3 || volume.value < kNoVolume;
+  return knowsVolume || HighestConfig() == 1 || HighestConfig() == 3;
 }
 
 }  // namespace tavlyn
@@ -78,9 +65,8 @@ using namespace tavlyn;
 
 std::uint32_t GetBeeperVolume() {
   if (!ActiveInRange()) return kNoVolume;
-  EntryOfActDev().LastLibErr = 0;
-  const Volume volume = AskVolume();
-  return volume.answered ? volume.value : kNoVolume;
+  const Outcome volume = AskVolume();
+  return volume.xfer == Xfer::kDone && !volume.blank ? volume.reply[0] : kNoVolume;
 }
 
 std::uint32_t SetBeeperVolume(std::uint16_t volume) {
@@ -88,7 +74,7 @@ std::uint32_t SetBeeperVolume(std::uint16_t volume) {
   EntryOfActDev().LastLibErr = 0;
   ReplyBytes reply;
   const bool answered =
-      Ask(command::kWriteVolume, TAVLYN_ERR_COMMAND, reply, static_cast<std::uint8_t>(volume));
+      Ask(command::kWriteVolume, TAVLYN_ERR_COMMAND, reply, {static_cast<std::uint8_t>(volume)});
   if (OnSerialPort()) return answered ? 1 : 0;
   return answered && std::ranges::any_of(reply, [](std::uint8_t byte) { return byte != 0; }) ? 1 : 0;
 }

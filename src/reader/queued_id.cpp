@@ -6,7 +6,7 @@
 #include "api/types.h"
 #include "core/pause.h"
 #include "core/state.h"
-#include "reader/transactions.h"
+#include "reader/exchange.h"
 
 namespace tavlyn {
 namespace {
@@ -40,7 +40,7 @@ std::uint32_t FetchQueuedId(std::uint16_t first, std::int16_t second) {
   if (!serial) Buffers.QueuedID = {};
   for (std::uint8_t page = 0; page <= kIdPages; ++page) {
     ReplyBytes reply;
-    if (!Ask(command::kQueuedId, 0, reply, page, options)) {
+    if (!Ask(command::kQueuedId, 0, reply, {page, options})) {
       EntryOfActDev().LastLibErr |= TAVLYN_ERR_COMMAND;
       return 0;
     }

@@ -4,8 +4,8 @@
 #include <array>
 
 #include "core/state.h"
+#include "reader/exchange.h"
 #include "reader/fa_frames.h"
-#include "reader/transactions.h"
 
 namespace tavlyn {
 namespace {
@@ -30,7 +30,8 @@ bool SendFrame() {
   frame.cla = Buffers.RawCmd[1];
   std::copy_n(Buffers.RawCmd.begin() + 2, 4, frame.header.begin());
   Buffers.RawReply.fill(0);
-  if (!FaRecv8(frame)) return false;
+  frame.expected = kPayload;
+  if (!FaRecvBare(frame)) return false;
   // One position lower than the same bytes of a report; programs know the link and count with it.
   std::copy_n(frame.data.begin(), kPayload, Buffers.RawReply.begin());
   return true;

@@ -6,7 +6,7 @@
 #include "core/openings.h"
 #include "core/text.h"
 #include "reader/classify.h"
-#include "reader/transactions.h"
+#include "reader/exchange.h"
 
 namespace tavlyn {
 namespace {

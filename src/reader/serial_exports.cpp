@@ -1,8 +1,7 @@
 // Exports that only serial readers answer.
 #include "api.h"
 #include "core/openings.h"
-#include "reader/fa_frames.h"
-#include "reader/transactions.h"
+#include "reader/exchange.h"
 
 using namespace tavlyn;
 
@@ -10,16 +9,13 @@ std::uint32_t ReadBaudRate() {
   constexpr std::uint32_t kNoDevice = 0xFFFFFFFF;
   constexpr std::uint32_t kNoAnswer = 65535;
   if (!ActiveInRange()) return kNoDevice;
-  if (!OnSerialPort()) return kNoAnswer;
-  FaFrame frame(command::kReadBaud, 0, 0);
-  return FaXfer(command::kReadBaud, frame) ? frame.data[0] : kNoAnswer;
+  const Outcome baud = Exchange(command::kReadBaud);
+  return baud.xfer == Xfer::kDone ? baud.reply[0] : kNoAnswer;
 }
 
 std::uint32_t WriteBaudRate(std::uint16_t code) {
   if (!ActiveInRange()) return UnsupportedValue;
-  if (!OnSerialPort()) return 0;
-  FaFrame frame(command::kWriteBaud, static_cast<std::uint8_t>(code), 0);
-  return FaXfer(command::kWriteBaud, frame) ? 1 : 0;
+  return Exchange(command::kWriteBaud, {static_cast<std::uint8_t>(code)}).xfer == Xfer::kDone ? 1 : 0;
 }
 
 std::uint32_t UseAsciiCommandProtocol(std::uint16_t on) {

@@ -14,13 +14,13 @@ using sim::Bytes;
 class FaFrames : public SerialBench {
  protected:
   static FaFrame ReadBlock() {
-    FaFrame frame(command::kReadBlock, 0x80, 0);
+    FaFrame frame(command::kReadBlock);
     frame.sw1 = frame.sw2 = 0x55;
     StatusWord = 0x5555;
     return frame;
   }
   static FaFrame WriteBlock() {
-    FaFrame frame(command::kWriteBlock, 0x80, 0);
+    FaFrame frame(command::kWriteBlock);
     for (std::uint8_t at = 0; at < 8; ++at) frame.data[at] = static_cast<std::uint8_t>(at + 1);
     frame.sw1 = frame.sw2 = 0x55;
     StatusWord = 0x5555;
@@ -38,7 +38,7 @@ const Bytes kBlockReply = {0x01, 1, 2, 3, 4, 5, 6, 7, 8, 0x90, 0x00};
 TEST_F(FaFrames, RecvDataReadsEchoDataAndStatus) {
   AddScript({kBlockReply});
   FaFrame frame = ReadBlock();
-  EXPECT_TRUE(FaRecvData(frame, 4, 0));
+  EXPECT_TRUE(FaRecvData(frame));
   ExpectTraffic(ReadLines({"read 01", "read 01 02 03 04 05 06 07 08", "read 90 00"}));
   EXPECT_EQ(DataOf(frame, 8), (Bytes{1, 2, 3, 4, 5, 6, 7, 8}));
   EXPECT_EQ(frame.sw1, 0x90);
@@ -49,7 +49,7 @@ TEST_F(FaFrames, RecvDataReadsEchoDataAndStatus) {
 TEST_F(FaFrames, RecvDataKeepsItsDataWhenTheStatusIsAnother) {
   AddScript({{0x01, 1, 2, 3, 4, 5, 6, 7, 8, 0x6A, 0x82}});
   FaFrame frame = ReadBlock();
-  EXPECT_FALSE(FaRecvData(frame, 4, 0));
+  EXPECT_FALSE(FaRecvData(frame));
   EXPECT_EQ(DataOf(frame, 8), (Bytes{1, 2, 3, 4, 5, 6, 7, 8}));
   EXPECT_EQ(frame.sw1, 0x6A);
   EXPECT_EQ(frame.sw2, 0x82);
@@ -63,35 +63,38 @@ TEST_F(FaFrames, OnlyStatus9000IsSuccess) {
     const auto low = static_cast<std::uint8_t>(status & 0xFF);
     AddScript({{0x01, 1, 2, 3, 4, 5, 6, 7, 8, high, low}, {high, low}});
     FaFrame frame = ReadBlock();
-    EXPECT_FALSE(FaRecvData(frame, 4, 0)) << status;
+    EXPECT_FALSE(FaRecvData(frame)) << status;
     EXPECT_EQ(StatusWord, status);
     EXPECT_FALSE(FaSendStatus(frame)) << status;
     EXPECT_EQ(StatusWord, status);
   }
 }
 
-TEST_F(FaFrames, AHintGivesTheDataCount) {
+TEST_F(FaFrames, TheDataCountIsTheRowsOwn) {
   AddScript({{0x01, 0x90, 0x00}, {0x01, 1, 2, 3, 4, 5, 6, 7, 0x90, 0x00}, {0x01, 1, 0x90, 0x00}});
   FaFrame frame = ReadBlock();
-  EXPECT_TRUE(FaRecvData(frame, 4, 1));
+  frame.expected = 0;
+  EXPECT_TRUE(FaRecvData(frame));
   ExpectTraffic(ReadLines({"read 01", "read 90 00"}));
-  EXPECT_TRUE(FaRecvData(frame, 4, 8));
+  frame.expected = 7;
+  EXPECT_TRUE(FaRecvData(frame));
   ExpectTraffic(ReadLines({"read 01", "read 01 02 03 04 05 06 07", "read 90 00"}));
-  EXPECT_TRUE(FaRecvData(frame, 4, 2));
+  frame.expected = 1;
+  EXPECT_TRUE(FaRecvData(frame));
   ExpectTraffic(ReadLines({"read 01", "read 01", "read 90 00"}));
 }
 
 TEST_F(FaFrames, ALengthOf0ReadsNoData) {
   AddScript({{0x0D, 0x90, 0x00}});
-  FaFrame frame(command::kWriteBaud, 3, 0);
-  EXPECT_TRUE(FaRecvData(frame, 4, 0));
+  FaFrame frame(command::kWriteBaud, {3});
+  EXPECT_TRUE(FaRecvData(frame));
   ExpectTraffic(FrameLines("0D 81 03 00", {"read 0D", "read 90 00"}));
 }
 
 TEST_F(FaFrames, SixBytesGoOutWhenToldSo) {
   AddScript({{0x09, 1, 2, 3, 4, 5, 0x90, 0x00}});
-  FaFrame frame(command::kMoveBank, 1, 2);
-  EXPECT_TRUE(FaRecvData(frame, 6, 6));
+  FaFrame frame(command::kMoveBank, {1, 2});
+  EXPECT_TRUE(FaRecvData(frame));
   ExpectTraffic(FrameLines("09 82 01 02 00 FF", {"read 09", "read 01 02 03 04 05", "read 90 00"}));
 }
 
@@ -106,16 +109,15 @@ TEST_F(FaFrames, ARefusalIsReadByExactlyOneMoreByte) {
     EXPECT_EQ(frame.sw1, 0) << "no status behind a data phase came";
     EXPECT_EQ(frame.sw2, 0);
   };
-  refused([](FaFrame& frame) { return FaRecvData(frame, 4, 0); }, "01 00 00 08");
-  refused([](FaFrame& frame) { return FaRecv8(frame); }, "01 00 00 08");
-  refused([](FaFrame& frame) { return FaRecvN(frame, 1); }, "01 00 00 08");
-  refused([](FaFrame& frame) { return FaSendData(frame); }, "81 00 00 08");
+  refused(FaRecvData, "01 00 00 08");
+  refused(FaRecvBare, "01 00 00 08");
+  refused(FaSendData, "81 00 00 08");
 }
 
 TEST_F(FaFrames, ARefusalCutShortCountsWithWhatCame) {
   AddScript({{0x6D}});
   FaFrame frame = ReadBlock();
-  EXPECT_FALSE(FaRecvData(frame, 4, 0));
+  EXPECT_FALSE(FaRecvData(frame));
   ExpectTraffic(ReadLines({"read 6D", "read"}));
   EXPECT_EQ(StatusWord, 0x6D00U);
 }
@@ -124,7 +126,7 @@ TEST_F(FaFrames, RecvDataFailsWhereverTheAnswerEnds) {
   for (std::size_t length = 0; length < kBlockReply.size(); ++length) {
     AddScript({Bytes(kBlockReply.begin(), kBlockReply.begin() + static_cast<std::ptrdiff_t>(length))});
     FaFrame frame = ReadBlock();
-    EXPECT_FALSE(FaRecvData(frame, 4, 0)) << length;
+    EXPECT_FALSE(FaRecvData(frame)) << length;
     const Lines reads = length == 0  ? Lines{"read"}
                         : length < 9 ? Lines{"read", "read"}
                                      : Lines{"read", "read", "read"};
@@ -161,21 +163,24 @@ TEST_F(FaFrames, SendDataFailsWhereverTheAnswerEnds) {
 
 TEST_F(FaFrames, BareRepliesHaveNoStatus) {
   AddScript({{0x0C, 1, 2, 3, 4, 5, 6, 7, 8, 0x90, 0x00}, {0x0C, 9}, {0x0C, 1, 2, 3}, {0x0C}});
-  FaFrame frame(command::kDeviceText, 2, 1);
-  EXPECT_TRUE(FaRecv8(frame));
+  FaFrame frame(command::kDeviceText, {2, 1});
+  EXPECT_TRUE(FaRecvBare(frame));
   ExpectTraffic(FrameLines("0C 04 02 01", {"read 0C", "read 01 02 03 04 05 06 07 08"}));
   EXPECT_EQ(DataOf(frame, 8), (Bytes{1, 2, 3, 4, 5, 6, 7, 8}));
   EXPECT_EQ(StatusWord, 0U);
-  EXPECT_TRUE(FaRecvN(frame, 1));
+  frame.expected = 1;
+  EXPECT_TRUE(FaRecvBare(frame));
   ExpectTraffic(FrameLines("0C 04 02 01", {"read 0C", "read 09"}));
   EXPECT_EQ(frame.data[0], 9);
-  EXPECT_FALSE(FaRecv8(frame));
-  EXPECT_FALSE(FaRecvN(frame, 1));
+  frame.expected = 8;
+  EXPECT_FALSE(FaRecvBare(frame));
+  frame.expected = 1;
+  EXPECT_FALSE(FaRecvBare(frame));
 }
 
 TEST_F(FaFrames, SendStatusHasNoWaitAndNoEcho) {
   AddScript({{0x90, 0x00}, {0x90}, {}});
-  FaFrame frame(command::kBeep, 2, 0);
+  FaFrame frame(command::kBeep, {2});
   frame.sw1 = 0x55;
   EXPECT_TRUE(FaSendStatus(frame));
   ExpectTraffic({"flush", "write FA", "write 0C 03 02 00", "read 90 00"});
@@ -193,19 +198,19 @@ TEST_F(FaFrames, AShortWriteEndsTheFrame) {
     AddScript({kBlockReply, kBlockReply, kBlockReply});
     com->writeLimit = limit;
     FaFrame frame = ReadBlock();
-    EXPECT_FALSE(FaRecvData(frame, 4, 0));
+    EXPECT_FALSE(FaRecvData(frame));
     EXPECT_EQ(StatusWord, 0U);
     ExpectTraffic(traffic);
     EXPECT_FALSE(FaSendData(frame));
     ExpectTraffic(traffic);
-    EXPECT_FALSE(FaRecv8(frame));
+    EXPECT_FALSE(FaRecvBare(frame));
     ExpectTraffic(traffic);
   };
   expectCut(0, {"flush", "write"});
   expectCut(3, {"flush", "write FA", "sleep 50", "write 01 00 00"});
 
   AddScript({{0x90, 0x00}});
-  FaFrame frame(command::kBeep, 2, 0);
+  FaFrame frame(command::kBeep, {2});
   com->writeLimit = 0;
   EXPECT_FALSE(FaSendStatus(frame));
   ExpectTraffic({"flush", "write"});
@@ -224,18 +229,15 @@ TEST_F(FaFrames, WithoutAnOpenPortNothingHappens) {
   AddScript({kBlockReply});
   const auto all = [this] {
     FaFrame frame = ReadBlock();
-    EXPECT_FALSE(FaRecvData(frame, 4, 0));
+    EXPECT_FALSE(FaRecvData(frame));
     EXPECT_EQ(StatusWord, 0U);
     EXPECT_EQ(frame.sw1, 0);
     EXPECT_EQ(frame.sw2, 0);
-    for (bool (*routine)(FaFrame&) : {FaSendStatus, FaSendData, FaRecv8}) {
+    for (bool (*routine)(FaFrame&) : {FaSendStatus, FaSendData, FaRecvBare, FaRecvWhole}) {
       StatusWord = 0x5555;
       EXPECT_FALSE(routine(frame));
       EXPECT_EQ(StatusWord, 0U);
     }
-    StatusWord = 0x5555;
-    EXPECT_FALSE(FaRecvN(frame, 1));
-    EXPECT_EQ(StatusWord, 0U);
     ExpectTraffic({});
   };
   Port().Close();
@@ -249,11 +251,11 @@ TEST_F(FaFrames, InSocketModeTheWaitStandsBehindTheHeader) {
   AddScript({kBlockReply, {0x0C, 1, 2, 3, 4, 5, 6, 7, 8}, {0x81, 0x90, 0x00}});
   Port().SetIpAddr({});
   FaFrame frame = ReadBlock();
-  EXPECT_TRUE(FaRecvData(frame, 4, 0));
+  EXPECT_TRUE(FaRecvData(frame));
   ExpectTraffic({"flush", "purge", "write FA", "write 01 00 00 08", "sleep 50", "read 01",
                  "read 01 02 03 04 05 06 07 08", "read 90 00"});
-  FaFrame text(command::kDeviceText, 2, 1);
-  EXPECT_TRUE(FaRecv8(text));
+  FaFrame text(command::kDeviceText, {2, 1});
+  EXPECT_TRUE(FaRecvBare(text));
   ExpectTraffic(
       {"flush", "purge", "write FA", "write 0C 04 02 01", "read 0C", "read 01 02 03 04 05 06 07 08"});
   frame = WriteBlock();
@@ -274,7 +276,7 @@ TEST_F(FaFrames, OverTheSocketEachPartIsAReceive) {
     host.sockets.toReceive.emplace_back(part);
   }
   FaFrame frame = ReadBlock();
-  EXPECT_TRUE(FaRecvData(frame, 4, 0));
+  EXPECT_TRUE(FaRecvData(frame));
   ExpectTraffic(Join({Silence(),
                       {"send FA", "sleep 20", "send 01 00 00 08", "sleep 20", "sleep 50"},
                       Received("recv 01"),
@@ -303,14 +305,14 @@ TEST_F(FaFrames, AFailedSocketIsAShortCount) {
   AddScript({});
   OpenSocket();
   FaFrame frame = ReadBlock();
-  EXPECT_FALSE(FaRecvData(frame, 4, 0));
+  EXPECT_FALSE(FaRecvData(frame));
   ExpectTraffic(Join({{"send FA", "sleep 20", "sleep 50", "send 01 00 00 08", "sleep 20"}, Silence()}));
   EXPECT_EQ(StatusWord, 0U);
   host.sockets.toReceive.emplace_back(Bytes{0x01});
-  EXPECT_FALSE(FaRecvData(frame, 4, 0)) << "the data does not come";
+  EXPECT_FALSE(FaRecvData(frame)) << "the data does not come";
   host.sockets.sendResult = -1;
   ForgetTraffic();
-  EXPECT_FALSE(FaRecvData(frame, 4, 0));
+  EXPECT_FALSE(FaRecvData(frame));
   ExpectTraffic({"send FA refused", "sleep 20"});
 }
 
