@@ -73,6 +73,10 @@ inline std::uint16_t HighestConfig() {
   return PlusReaderIsActive() ? EntryOfActDev().MaxConfig : std::uint16_t{0};
 }
 
+inline std::uint8_t ActiveConfig() {
+  return PlusReaderIsActive() ? EntryOfActDev().ActConfig : std::uint8_t{0};
+}
+
 // On the host alone; the reader is told by its own command.
 inline bool UseConfig(std::uint8_t index) {
   if (!PlusReaderIsActive() || index > EntryOfActDev().MaxConfig) return false;

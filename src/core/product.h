@@ -5,8 +5,10 @@
 
 #include <array>
 #include <cstdint>
+#include <span>
 
 #include "core/fields.h"
+#include "platform/platform.h"
 
 namespace tavlyn {
 
@@ -55,18 +57,16 @@ struct Product {
   std::array<std::uint32_t (*)(const std::int16_t* words), kRecordCount> setRecord;
 };
 
-// Defined by the families, each in its own folder.
-extern const Product kReaderProduct;
-extern const Product kMagstripeProduct;
-extern const Product kSonarProduct;
+// kReaderPair and kReaderProduct and so on; what a family can do is defined in its own folder.
+#define PRODUCT(name, kind, vid, pid)                                \
+  inline constexpr platform::HidIds k##name##Pair{0x##vid, 0x##pid}; \
+  extern const Product k##name##Product;
+#include "core/products.inc"
+#undef PRODUCT
 
-// The reader's text file stands on a floor above the reader, which only names it in its table.
-std::uint32_t SaveTemplateFile(const char* path);
-std::uint32_t LoadTemplateFile(const char* path);
-
-// In the order in which a connect searches them; the bit of ConnectMask is the kind.
-inline constexpr std::array<const Product*, 3> kProducts = {&kReaderProduct, &kMagstripeProduct,
-                                                            &kSonarProduct};
+// In the order in which a connect searches them. Filled in core/front/families.cpp: the one name by which a
+// floor reaches what stands above it.
+extern const std::span<const Product* const> kProducts;
 
 // The table of a kind, or null.
 inline const Product* ProductOf(std::uint32_t kind) {

@@ -29,4 +29,11 @@ void DeviceTable::Reset() {
   Reach(1);
 }
 
+bool Activate(std::int16_t index) {
+  if (DevCnt == 0) ActDev = 0;
+  if (index < 0 || index >= DevCnt) return false;
+  ActDev = index;
+  return true;
+}
+
 }  // namespace tavlyn

@@ -28,10 +28,10 @@ inline constexpr std::size_t kFirmwareWords = 5;  // the sixth of a row is spare
 inline constexpr std::uint16_t kByReports = 0;
 inline constexpr std::uint16_t kBySerialPort = 1;
 
-// ProductKind
-inline constexpr std::uint32_t kReader = 1;
-inline constexpr std::uint32_t kMagstripe = 2;
-inline constexpr std::uint32_t kSonar = 4;
+// ProductKind: kReader and so on
+#define PRODUCT(name, kind, vid, pid) inline constexpr std::uint32_t k##name = kind;
+#include "core/products.inc"
+#undef PRODUCT
 
 // PlusState
 inline constexpr std::uint32_t kPlusUnknown = 0;
@@ -193,5 +193,8 @@ inline std::span<tsDevEntry> LiveEntries() {
 }
 
 inline bool ActiveInRange() { return ActDev >= 0 && ActDev < DevCnt; }
+
+// False and without effect for an index of no device, but that ActDev is 0 in an empty table.
+bool Activate(std::int16_t index);
 
 }  // namespace tavlyn

@@ -44,7 +44,7 @@ bool Save(ItemChannel& channel) { return (Repeated(channel, kItemEnd, {}) && Com
 std::uint32_t WriteReference(std::uint8_t h0, std::uint8_t h1, const std::uint8_t* data,
                              std::uint32_t length) {
   if (!ActiveInRange() || (data == nullptr && length != 0)) return 0;
-  SelectConfig(static_cast<std::uint8_t>(GetActConfig()));
+  SelectConfig(ActiveConfig());
   ItemChannel channel;
   const BlockBytes header = {h0, h1, static_cast<std::uint8_t>(length)};
   const std::span bytes(data, std::min<std::size_t>(length, kMostBytes));

@@ -2,6 +2,7 @@
 #include "api.h"
 #include "core/openings.h"
 #include "files/integrity.h"
+#include "files/template_file.h"
 
 using namespace tavlyn;
 

@@ -8,6 +8,7 @@
 #include "core/openings.h"
 #include "core/text.h"
 #include "core/wipe.h"
+#include "files/template_file.h"
 #include "files/template_format.h"
 #include "reader/records.h"
 

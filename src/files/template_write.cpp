@@ -3,6 +3,7 @@
 
 #include "core/openings.h"
 #include "core/text.h"
+#include "files/template_file.h"
 #include "files/template_format.h"
 
 namespace tavlyn {

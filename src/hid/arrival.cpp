@@ -25,9 +25,9 @@ struct ArrivalRow {
   Named named;              // the entry that gets the handle and the path
 };
 
-constexpr ArrivalRow kReaderRow{kMainPair, kMainPair, Named::kNewEntry};
+constexpr ArrivalRow kReaderRow{kReaderPair, kReaderPair, Named::kNewEntry};
 // Deliberately the path of a card reader.
-constexpr ArrivalRow kMagstripeRow{kMainPair, kMagstripePair, Named::kNewEntry};
+constexpr ArrivalRow kMagstripeRow{kReaderPair, kMagstripePair, Named::kNewEntry};
 // Deliberately names entry 0 and adds a blank entry behind the others.
 constexpr ArrivalRow kSonarRow{kSonarPair, kSonarPair, Named::kFirstEntry};
 

@@ -67,7 +67,7 @@ bool EnumerateHid(platform::HidIds pair, HidCallback callback) {
 
 bool UsbDriver_IsDevOurs(const char* path, platform::HidIds pair, std::int32_t* row) {
   if (path == nullptr) return false;
-  const bool readers = IsMainPair(pair);
+  const bool readers = IsReaderPair(pair);
   platform::HidIds listed;
   if (Hid().ListedIds(path, listed) && !MatchesPair(listed, pair) &&
       !(readers && FindVidPidRow(listed, 0) >= 0)) {

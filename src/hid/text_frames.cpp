@@ -56,7 +56,7 @@ bool ReadTextFrame(std::int32_t n, std::uint8_t* buffer) {
     return static_cast<std::uint16_t>(reply[at] << 8 | reply[at + 1]);
   };
   const platform::HidIds ids{word(kHeader), word(kHeader + 2)};
-  if (!IsMainPair(ids) && FindVidPidRow(ids, 0) < 0) return false;
+  if (!IsReaderPair(ids) && FindVidPidRow(ids, 0) < 0) return false;
   std::copy_n(reply.begin() + kHeader + kIds, n, buffer + 1);
   return true;
 }

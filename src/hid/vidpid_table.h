@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 
+#include "core/product.h"
 #include "platform/platform.h"
 
 namespace tavlyn {
@@ -39,12 +40,10 @@ void ForgetVidPidTable();
 // Takes what a line of the file says; adds at most one row.
 void ParseVidPidLine(const char* text);
 
-#define TAVLYN_PAIR(name, vid, pid) inline constexpr platform::HidIds name{0x##vid, 0x##pid};
-#include "hid/identities.inc"
 inline constexpr platform::HidIds kReportId1Pair{0x7A31, 0x3BFB};
 
 constexpr bool SameIds(platform::HidIds a, platform::HidIds b) { return a.vid == b.vid && a.pid == b.pid; }
-constexpr bool IsMainPair(platform::HidIds ids) { return SameIds(ids, kMainPair); }
+constexpr bool IsReaderPair(platform::HidIds ids) { return SameIds(ids, kReaderPair); }
 
 // The first row at or behind start that holds the pair, or -1. A PID of 0 matches no row.
 std::int32_t FindVidPidRow(platform::HidIds ids, std::int32_t start);

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "core/state.h"
+#include "files/template_file.h"
 #include "hid/arrival.h"
 #include "reader/banks.h"
 #include "reader/cfg_read.h"

@@ -35,13 +35,13 @@ void AddReader(const char* path, std::int32_t row) {
 }
 
 void SearchHid(std::int16_t start) {
-  SearchHidPair(kMainPair, AddReader);
+  SearchHidPair(kReaderPair, AddReader);
   if (DevCnt == start) LogLine(kSearchTag, "USBConnect failed to find any devices");
 }
 
 void SearchComs(std::int16_t start) {
   if (SearchReaderComs(PingReader) && DevCnt != start) {
-    SetActDev(0);
+    Activate(0);
     return;
   }
   SearchErr |= TAVLYN_ERR_CONNECT;

@@ -19,7 +19,7 @@ bool Search() {
   const std::int16_t start = DevCnt;
   SearchErr = 0;
   if (Searches(0)) SearchHidPair(kSonarPair, AddSensor);
-  SetActDev(static_cast<std::int16_t>(DevCnt - 1));
+  Activate(static_cast<std::int16_t>(DevCnt - 1));
   return DevCnt != start;
 }
 

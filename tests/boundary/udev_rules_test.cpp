@@ -40,7 +40,7 @@ TEST(UdevRules, NodesOfTheLibrarysIdentitiesAndNoOthers) {
   for (std::string line; std::getline(rules, line);) {
     if (!line.starts_with('#') && line.find("hidraw") != std::string::npos) permitted.merge(OfRule(line));
   }
-  Identities known = {Named(kMainPair.vid, kMainPair.pid), Named(kMagstripePair.vid, kMagstripePair.pid),
+  Identities known = {Named(kReaderPair.vid, kReaderPair.pid), Named(kMagstripePair.vid, kMagstripePair.pid),
                       Named(kSonarPair.vid, kSonarPair.pid)};
   ForgetVidPidTable();
   LoadVidPidTable();

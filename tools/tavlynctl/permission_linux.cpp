@@ -17,7 +17,7 @@ struct Identity {
   unsigned pid;
 };
 
-#define TAVLYN_PAIR(name, vid, pid) {0x##vid, 0x##pid},
+#define TAVLYN_PAIR(vid, pid) {0x##vid, 0x##pid},
 #define TAVLYN_ROW(vid, pid, vendor, filter) {0x##vid, 0x##pid},
 constexpr Identity kKnown[] = {
 #include "hid/identities.inc"

@@ -22,7 +22,7 @@ void StoreDid(std::uint32_t* did) {
 bool SearchRange(const Product& product) {
   const std::int16_t before = DevCnt;
   if (!product.searchPorts() || DevCnt == before) return false;
-  SetActDev(0);
+  Activate(0);
   return true;
 }
 
@@ -35,7 +35,7 @@ bool SearchPort(const Product& product, std::uint16_t port) {
   ComSrchLo = low;
   ComSrchHi = high;
   if (found) {
-    SetActDev(0);
+    Activate(0);
     return true;
   }
   SearchErr |= TAVLYN_ERR_CONNECT;

@@ -65,8 +65,16 @@ std::uint32_t SaveUserDflts() { return Dispatch(&Product::saveUserDflts); }
 std::uint32_t WriteDevCfgToFile(const char* path) { return Dispatch(&Product::saveFile, path); }
 std::uint32_t ReadDevCfgFmFile(const char* path) { return Dispatch(&Product::loadFile, path); }
 
+std::uint32_t writeDevCfgToFile_char(std::int16_t index, std::uint8_t character) {
+  return CollectPath(Buffers.savePath, index, character, WriteDevCfgToFile);
+}
+
+std::uint32_t readDevCfgFmFile_char(std::int16_t index, std::uint8_t character) {
+  return CollectPath(Buffers.loadPath, index, character, ReadDevCfgFmFile);
+}
+
 std::uint16_t GetMaxConfig() { return HighestConfig(); }
-std::uint16_t GetActConfig() { return PlusReaderIsActive() ? EntryOfActDev().ActConfig : std::uint16_t{0}; }
+std::uint16_t GetActConfig() { return ActiveConfig(); }
 std::uint32_t SetActConfig(std::uint8_t index) { return UseConfig(index) ? 1 : 0; }
 
 std::uint32_t BeepNow(std::uint8_t count, std::int16_t longBeep) {

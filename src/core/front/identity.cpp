@@ -26,12 +26,7 @@ constexpr std::array<std::uint8_t, 16> kKeyboardGuid = {0xC3, 0x96, 0x4B, 0x88, 
 std::int16_t GetDevCnt() { return DevCnt; }
 std::int16_t GetActDev() { return ActDev; }
 
-std::uint32_t SetActDev(std::int16_t index) {
-  if (DevCnt == 0) ActDev = 0;
-  if (index < 0 || index >= DevCnt) return 0;
-  ActDev = index;
-  return 1;
-}
+std::uint32_t SetActDev(std::int16_t index) { return Activate(index) ? 1 : 0; }
 
 std::uint32_t GetDevByLUID(std::uint16_t luid, std::int16_t start) {
   constexpr std::uint32_t kNone = 0xFFFFFFFF;
