@@ -6,8 +6,8 @@
 #include <thread>
 
 #include "api.h"
-#include "tools/tavlynctl/commands.h"
-#include "tools/tavlynctl/session.h"
+#include "tools/tavlynctl/areas.h"
+#include "tools/tavlynctl/program.h"
 #include "tools/tavlynctl/text_dialect.h"
 #include "tools/tavlynctl/watching.h"
 
@@ -64,53 +64,79 @@ void Describe(const Card& card, Json& into) {
 }
 
 // Shows what has changed, and counts it.
-int ShowChange(const Card& before, const Card& now, bool json) {
+int ShowChange(const Card& before, const Card& now, const Request& request) {
   if (before == now) return 0;
   int events = 0;
   for (const auto& [event, card] : {std::pair{"gone", before}, std::pair{"card", now}}) {
     if (card.bits == 0) continue;
-    Json line = NewDocument("watch");
+    Json line = request.Document();
     line["event"] = event;
     Describe(card, line);
-    ShowEvent(line, json);
+    ShowEvent(line, request.json);
     ++events;
   }
   return events;
 }
 
+struct ReadCard {
+  std::optional<double> timeout;  // seconds
+
+  void Take(Words& words) {
+    words.Timeout(timeout, "Seconds to wait for a card (10)");
+    words.Device();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    Session session(request.link);
+    session.UseForCards(request.device);
+    session.Settle();
+    const auto deadline = After(timeout.value_or(kReadTimeout));
+    Poll poll(request.link);
+    do {
+      const auto card = poll.Next();
+      if (!card || card->bits == 0) continue;
+      Json document = request.Document();
+      Describe(*card, document);
+      return document;
+    } while (Clock::now() < deadline);
+    throw NoCard();
+  }
+};
+
+// It shows its events itself and gives no document.
+struct WatchCards {
+  int count = 0;  // 0: any number of lines
+  std::optional<double> timeout;
+
+  void Take(Words& words) {
+    words.Count(count, "End after so many lines");
+    words.Timeout(timeout, "End after so many seconds");
+    words.Device();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    Session session(request.link);
+    session.UseForCards(request.device);
+    session.Settle();
+    Watching watching(timeout, count);
+    TellWatched(request.json);
+    Poll poll(request.link);
+    Card before;
+    while (watching.GoesOn()) {
+      const auto now = poll.Next();
+      if (!now) continue;
+      watching.Count(ShowChange(before, *now, request));
+      before = *now;
+    }
+    return {};
+  }
+};
+
 }  // namespace
 
-Json Read(const Options& options) {
-  Session session(options.link);
-  session.UseForCards(options.device);
-  session.Settle();
-  const auto deadline = After(options.timeout.value_or(kReadTimeout));
-  Poll poll(options.link);
-  do {
-    const auto card = poll.Next();
-    if (!card || card->bits == 0) continue;
-    Json document = NewDocument("read");
-    Describe(*card, document);
-    return document;
-  } while (Clock::now() < deadline);
-  throw NoCard();
-}
-
-Json Watch(const Options& options) {
-  Session session(options.link);
-  session.UseForCards(options.device);
-  session.Settle();
-  Watching watching(options.timeout, options.count);
-  TellWatched(options.json);
-  Poll poll(options.link);
-  Card before;
-  while (watching.GoesOn()) {
-    const auto now = poll.Next();
-    if (!now) continue;
-    watching.Count(ShowChange(before, *now, options.json));
-    before = *now;
-  }
-  return {};
+void AddReads(Program& program) {
+  program.Add<ReadCard>("read", "The card that lies on a reader, or the next that comes");
+  program.Add<WatchCards>("watch", "A line for each card that comes or goes, until Ctrl-C");
 }
 
 }  // namespace tavlyn::ctl

@@ -1,12 +1,23 @@
-// config show and config get.
+// config show, get, set, reset and defaults; cards.
+#include <charconv>
+
 #include "api.h"
-#include "tools/tavlynctl/commands.h"
+#include "tools/tavlynctl/areas.h"
+#include "tools/tavlynctl/changes.h"
 #include "tools/tavlynctl/fields.h"
 #include "tools/tavlynctl/product_settings.h"
-#include "tools/tavlynctl/session.h"
+#include "tools/tavlynctl/program.h"
 
 namespace tavlyn::ctl {
 namespace {
+
+// Adds card type and priority of the selected configuration; nothing for a plain reader.
+void DescribeCardType(Json& configuration) {
+  const std::int32_t type = GetCardType();
+  if (type < 0) return;
+  configuration["card_type"] = Hex(static_cast<unsigned>(type), 4);
+  configuration["priority"] = PriorityText(GetCardPriority() != 0);
+}
 
 // Of the configuration that is selected.
 Json Configuration(int index) {
@@ -21,61 +32,243 @@ Json Configuration(int index) {
   return configuration;
 }
 
-Json GetSettings(const Options& options, std::uint32_t product) {
-  const Session session(options.link, product);
-  session.Use(options.device);
-  CheckConfiguration(options.config.value_or(0));
-  Json document = NewDocument("config get", options.device);
-  const Json mirror = MirrorSettings();
-  Json& settings = document["settings"] = Json::object();
-  for (const std::string& word : options.words) {
-    const std::string name = FindSetting(word)->name;
-    settings[name] = mirror.value(name, Json());
+struct ShowConfig {
+  std::optional<int> only;
+
+  void Take(Words& words) {
+    words.Product();
+    words.Number("--config", only, 0, kHighestConfiguration, "Only this configuration of a plus reader");
+    words.Device();
   }
-  return document;
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    const Session session(request.link, request.products);
+    session.Use(request.device);
+    Json document = request.DeviceDocument();
+    if (!DeviceIsReader()) {
+      CheckConfiguration(only.value_or(0));
+      document["product"] = ActiveProductName();
+      document["settings"] = MirrorSettings();
+      return document;
+    }
+    Json& all = document["configurations"] = Json::array();
+    if (only) CheckConfiguration(*only);
+    for (int index = only.value_or(0); index <= only.value_or(GetMaxConfig()); ++index) {
+      const SelectedConfiguration selected(index);
+      all.push_back(Configuration(index));
+    }
+    return document;
+  }
+};
+
+struct GetConfig {
+  std::vector<std::string> names;
+  int configuration = 0;
+
+  void Take(Words& words) {
+    words.Text("FIELD", names);
+    words.Number("--config", configuration, 0, kHighestConfiguration, "Configuration of a plus reader (0)");
+    words.Device();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    const std::uint32_t product = ProductOfWords(names);
+    if (product != kReaders) return SettingsOf(product, request);
+    std::vector<Field> wanted;
+    for (const std::string& name : names) wanted.push_back(FindField(name));
+    const Session session(request.link);
+    session.Use(request.device);
+    const SelectedConfiguration selected(configuration);
+    Json document = request.DeviceDocument();
+    document["configuration"] = configuration;
+    Json& fields = document["fields"] = Json::object();
+    for (const Field& field : wanted) fields[FullName(field)] = ReadRecord(field.id.record)[field.id.word];
+    return document;
+  }
+
+ private:
+  [[nodiscard]] Json SettingsOf(std::uint32_t product, const Request& request) const {
+    const Session session(request.link, product);
+    session.Use(request.device);
+    CheckConfiguration(configuration);
+    Json document = request.DeviceDocument();
+    const Json mirror = MirrorSettings();
+    Json& settings = document["settings"] = Json::object();
+    for (const std::string& word : names) {
+      const std::string name = FindSetting(word)->name;
+      settings[name] = mirror.value(name, Json());
+    }
+    return document;
+  }
+};
+
+struct SetConfig {
+  std::vector<std::string> assignments;
+  bool dryRun = false;
+  int configuration = 0;
+
+  void Take(Words& words) {
+    words.Text("FIELD=VALUE", assignments);
+    words.DryRun(dryRun);
+    words.Number("--config", configuration, 0, kHighestConfiguration, "Configuration of a plus reader (0)");
+    words.Device();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    const std::uint32_t product = ProductOfWords(assignments);
+    if (product != kReaders) return SetSettings(product, request);
+    std::vector<Wish> values;
+    for (const std::string& text : assignments) values.push_back(ParseWish(text));
+    const Session session(request.link);
+    session.Use(request.device);
+    CheckConfiguration(configuration);
+    const Change change = Wanting(configuration, Values(values));
+    {
+      const SelectedConfiguration selected(configuration);
+      Store(values);
+    }
+    return Carry(request.DeviceDocument(), {change}, SendingOf(dryRun), Commit);
+  }
+
+ private:
+  [[nodiscard]] Json SetSettings(std::uint32_t product, const Request& request) const {
+    const Json wanted = ParseSettings(assignments);
+    const Session session(request.link, product);
+    session.Use(request.device);
+    CheckConfiguration(configuration);
+    const SettingsPlan plan{MirrorSettings(), wanted, MirrorSettings};
+    StoreSettings(wanted);
+    return CarrySettings(request.DeviceDocument(), plan, dryRun);
+  }
+};
+
+struct ResetConfig {
+  bool yes = false;
+  bool dryRun = false;
+
+  void Take(Words& words) {
+    words.Flag("--yes", yes, "Do it");
+    words.DryRun(dryRun);
+    words.Product();
+    words.Device();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    if (!yes && !dryRun) {
+      throw Failure(kUsage, "this loads the factory configuration over what the reader has; --yes does it");
+    }
+    const Session session(request.link, request.products);
+    session.Use(request.device);
+    if (!dryRun && ResetFactoryDflts() != 1) {
+      throw Failure(kDeviceError, ActiveDeviceName() + " could not be reset, " + ErrorText());
+    }
+    Json document = request.DeviceDocument();
+    document["reset"] = !dryRun;
+    return document;
+  }
+};
+
+struct MoveDefaults {
+  std::string what;
+
+  void Take(Words& words) {
+    words.Choice("WHAT", what, {"save", "restore", "plus"});
+    words.Device();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    const Session session(request.link);
+    session.Use(request.device);
+    RequirePlusReader();
+    const auto move = what == "save"      ? SaveUserDflts
+                      : what == "restore" ? ResetUserDflts
+                                          : tavlynPlusDefaults;
+    if (move() != 1) {
+      throw Failure(kDeviceError,
+                    "the defaults of " + ActiveDeviceName() + " could not be moved, " + ErrorText());
+    }
+    Json document = request.DeviceDocument();
+    document["done"] = what;
+    return document;
+  }
+};
+
+std::uint16_t ParseType(const std::string& text) {
+  std::uint16_t type = 0;
+  const char* end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, type, 16);
+  if (error == std::errc() && stop == end) return type;
+  throw Failure(kUsage, text + " is no card type: up to four hexadecimal digits");
 }
+
+struct ShowCardTypes {
+  void Take(Words& words) { words.Device(); }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    const Session session(request.link);
+    session.Use(request.device);
+    RequirePlusReader();
+    Json document = request.DeviceDocument();
+    Json& all = document["configurations"] = Json::array();
+    for (int index = 0; index <= GetMaxConfig(); ++index) {
+      const SelectedConfiguration selected(index);
+      Json configuration{{"index", index}};
+      DescribeCardType(configuration);
+      all.push_back(std::move(configuration));
+    }
+    return document;
+  }
+};
+
+struct SetCardType {
+  int index = 0;
+  std::string typeText;
+  std::string priority;
+  bool dryRun = false;
+
+  void Take(Words& words) {
+    words.Number("INDEX", index, 0, kHighestConfiguration, "Configuration")->required();
+    words.Text("TYPE", typeText, "Card type, hexadecimal");
+    words.Choice("PRIORITY", priority, {"high", "low"});
+    words.DryRun(dryRun);
+    words.Device();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    const std::uint16_t type = ParseType(typeText);
+    const Session session(request.link);
+    session.Use(request.device);
+    RequirePlusReader();
+    CheckConfiguration(index);
+    if (IsCardTypeInList(static_cast<std::int16_t>(type)) != 1) {
+      throw Failure(kUsage, ActiveDeviceName() + " does not know card type " + Hex(type, 4));
+    }
+    const Change change = Wanting(index, {{kCardTypeName, Hex(type, 4)}, {kCardPriorityName, priority}});
+    return Carry(request.DeviceDocument(), {change}, SendingOf(dryRun), [&] {
+      {
+        const SelectedConfiguration selected(index);
+        SetCardTypePriority(type, priority == PriorityText(true) ? 1 : 0);
+      }
+      Commit();
+    });
+  }
+};
 
 }  // namespace
 
-void DescribeCardType(Json& configuration) {
-  const std::int32_t type = GetCardType();
-  if (type < 0) return;
-  configuration["card_type"] = Hex(static_cast<unsigned>(type), 4);
-  configuration["priority"] = PriorityText(GetCardPriority() != 0);
+void AddConfig(Program& program) {
+  program.Group("config", "The configuration of a device");
+  program.Add<ShowConfig>("config show", "Every record and field, or every setting");
+  program.Add<GetConfig>("config get", "Single fields");
+  program.Add<SetConfig>("config set", "Sets fields, and reads them back");
+  AddConfigFiles(program);
+  program.Add<ResetConfig>("config reset", "Loads the factory configuration");
+  program.Add<MoveDefaults>("config defaults", "Moves the defaults that a plus reader keeps");
 }
 
-Json ShowConfig(const Options& options) {
-  const Session session(options.link, options.products);
-  session.Use(options.device);
-  Json document = NewDocument("config show", options.device);
-  if (!ReaderIsActive()) {
-    CheckConfiguration(options.config.value_or(0));
-    document["product"] = ActiveProduct();
-    document["settings"] = MirrorSettings();
-    return document;
-  }
-  Json& all = document["configurations"] = Json::array();
-  if (options.config) CheckConfiguration(*options.config);
-  for (int index = options.config.value_or(0); index <= options.config.value_or(GetMaxConfig()); ++index) {
-    const SelectedConfiguration selected(index);
-    all.push_back(Configuration(index));
-  }
-  return document;
-}
-
-Json GetConfig(const Options& options) {
-  const std::uint32_t product = ProductOfWords(options.words);
-  if (product != kReaders) return GetSettings(options, product);
-  std::vector<Field> wanted;
-  for (const std::string& name : options.words) wanted.push_back(FindField(name));
-  const Session session(options.link);
-  session.Use(options.device);
-  const SelectedConfiguration selected(options.config.value_or(0));
-  Json document = NewDocument("config get", options.device);
-  document["configuration"] = options.config.value_or(0);
-  Json& fields = document["fields"] = Json::object();
-  for (const Field& field : wanted) fields[FullName(field)] = ReadRecord(field.id.record)[field.id.word];
-  return document;
+void AddCardTypes(Program& program) {
+  program.Add<ShowCardTypes>("cards", "The card type of each configuration of a plus reader");
+  program.Add<SetCardType>("cards set", "Sets card type and priority, and reads them back");
 }
 
 }  // namespace tavlyn::ctl

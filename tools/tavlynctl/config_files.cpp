@@ -1,13 +1,14 @@
 // config save, config diff and check.
 #include <algorithm>
 #include <filesystem>
+#include <optional>
 
 #include "api.h"
 #include "tools/path_names.h"
-#include "tools/tavlynctl/commands.h"
+#include "tools/tavlynctl/areas.h"
 #include "tools/tavlynctl/fields.h"
 #include "tools/tavlynctl/product_settings.h"
-#include "tools/tavlynctl/session.h"
+#include "tools/tavlynctl/program.h"
 #include "tools/tavlynctl/template_file.h"
 #include "tools/tavlynctl/whole_file.h"
 
@@ -53,11 +54,11 @@ struct Side {
   }
 };
 
-Side DeviceSide(const Options& options, std::uint32_t product) {
-  const Session session(options.link, product);
-  session.Use(options.device);
-  if (options.config) CheckConfiguration(*options.config);
-  if (ReaderIsActive()) return {ActiveDeviceName(), product, ReaderSettings(), true};
+Side DeviceSide(const Request& request, std::uint32_t product, std::optional<int> only) {
+  const Session session(request.link, product);
+  session.Use(request.device);
+  if (only) CheckConfiguration(*only);
+  if (DeviceIsReader()) return {ActiveDeviceName(), product, ReaderSettings(), true};
   return {ActiveDeviceName(), product, {MirrorSettings()}, true};
 }
 
@@ -93,63 +94,103 @@ void CheckSettingsSaved(const NewFile& file) {
   if (SettingsIn(file.Path(), file.NotWhole()) != mirror) throw file.NotWhole();
 }
 
+struct SaveConfig {
+  std::string path;
+  bool secure = false;
+
+  void Take(Words& words) {
+    words.File(path);
+    words.Flag("--secure", secure, "With a trailer that finds damage, but no intent");
+    words.Product();
+    words.Device();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    const NewFile file(path);
+    const Session session(request.link, request.products);
+    session.Use(request.device);
+    if (secure && !DeviceIsReader()) RefuseSecure(GetProduct());
+    // A reader that goes away in the meantime counts as a plain one.
+    const std::size_t configurations = GetMaxConfig() + std::size_t{1};
+    if (secure) {
+      WriteDevCfgToSecureFile(file.Path().c_str());
+    } else {
+      WriteDevCfgToFile(file.Path().c_str());
+    }
+    if (DeviceIsReader()) {
+      CheckSaved(file, configurations, secure);
+    } else {
+      CheckSettingsSaved(file);
+    }
+    file.Keep();
+    Json document = request.DeviceDocument();
+    document["file"] = path;
+    document["configurations"] = configurations;
+    document["secure"] = secure;
+    return document;
+  }
+};
+
+struct DiffConfig {
+  std::vector<std::string> paths;
+  std::optional<int> only;
+
+  void Take(Words& words) {
+    words.Files(paths, "One, compared with the device, or two");
+    words.Number("--config", only, 0, kHighestConfiguration, "Only this configuration of a plus reader");
+    words.Device();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    if (paths.size() > 2) throw Failure(kUsage, "two files are compared, or a device and one file");
+    const Side right = FileSide(paths.back());
+    const Side left = paths.size() == 2 ? FileSide(paths.front()) : DeviceSide(request, right.product, only);
+    if (left.product != right.product) {
+      throw Failure(kUsage, left.name + " is for a " + ProductName(left.product) + ", " + right.name +
+                                " for a " + ProductName(right.product));
+    }
+    const std::size_t count = std::max(left.configurations.size(), right.configurations.size());
+    Json document = request.Document();
+    document["left"] = left.Description();
+    document["right"] = right.Description();
+    Json& all = document["differences"] = Json::array();
+    for (std::size_t index = 0; index < count; ++index) {
+      if (only && *only != static_cast<int>(index)) continue;
+      for (const Json& row : Differences(index, left, right)) all.push_back(row);
+    }
+    return document;
+  }
+};
+
+struct CheckFile {
+  std::string path;
+  bool ini = false;
+
+  void Take(Words& words) {
+    words.File(path);
+    words.Flag("--ini", ini, "A key-load ini file");
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    CheckTrailer(path, ini ? Trailer::kIni : Trailer::kHwg);
+    if (!ini && !HasText(path, kBleBlock)) ReadTemplate(path);
+    Json document = request.Document();
+    document["file"] = path;
+    document["intact"] = true;
+    return document;
+  }
+};
+
 }  // namespace
 
-Json SaveConfig(const Options& options) {
-  const std::string& path = options.files.front();
-  const NewFile file(path);
-  const Session session(options.link, options.products);
-  session.Use(options.device);
-  if (options.secure && !ReaderIsActive()) RefuseSecure(GetProduct());
-  // A reader that goes away in the meantime counts as a plain one.
-  const std::size_t configurations = GetMaxConfig() + std::size_t{1};
-  if (options.secure) {
-    WriteDevCfgToSecureFile(file.Path().c_str());
-  } else {
-    WriteDevCfgToFile(file.Path().c_str());
-  }
-  if (ReaderIsActive()) {
-    CheckSaved(file, configurations, options.secure);
-  } else {
-    CheckSettingsSaved(file);
-  }
-  file.Keep();
-  Json document = NewDocument("config save", options.device);
-  document["file"] = path;
-  document["configurations"] = configurations;
-  document["secure"] = options.secure;
-  return document;
+void AddConfigFiles(Program& program) {
+  program.Add<SaveConfig>("config save", "Saves every configuration as a file");
+  AddConfigLoad(program);
+  program.Add<DiffConfig>("config diff", "Compares a device with a file, or two files");
 }
 
-Json DiffConfig(const Options& options) {
-  if (options.files.size() > 2) throw Failure(kUsage, "two files are compared, or a device and one file");
-  const Side right = FileSide(options.files.back());
-  const Side left =
-      options.files.size() == 2 ? FileSide(options.files.front()) : DeviceSide(options, right.product);
-  if (left.product != right.product) {
-    throw Failure(kUsage, left.name + " is for a " + ProductName(left.product) + ", " + right.name +
-                              " for a " + ProductName(right.product));
-  }
-  const std::size_t count = std::max(left.configurations.size(), right.configurations.size());
-  Json document = NewDocument("config diff");
-  document["left"] = left.Description();
-  document["right"] = right.Description();
-  Json& all = document["differences"] = Json::array();
-  for (std::size_t index = 0; index < count; ++index) {
-    if (options.config && *options.config != static_cast<int>(index)) continue;
-    for (const Json& row : Differences(index, left, right)) all.push_back(row);
-  }
-  return document;
-}
-
-Json CheckFile(const Options& options) {
-  const std::string& path = options.files.front();
-  CheckTrailer(path, options.ini ? Trailer::kIni : Trailer::kHwg);
-  if (!options.ini && !HasText(path, kBleBlock)) ReadTemplate(path);
-  Json document = NewDocument("check");
-  document["file"] = path;
-  document["intact"] = true;
-  return document;
+void AddCheck(Program& program) {
+  program.Add<CheckFile>("check", "Whether a file was damaged since it was written; no proof against intent");
 }
 
 }  // namespace tavlyn::ctl

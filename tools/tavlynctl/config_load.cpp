@@ -2,11 +2,11 @@
 #include <algorithm>
 
 #include "api.h"
+#include "tools/tavlynctl/areas.h"
 #include "tools/tavlynctl/changes.h"
-#include "tools/tavlynctl/commands.h"
 #include "tools/tavlynctl/fields.h"
 #include "tools/tavlynctl/product_settings.h"
-#include "tools/tavlynctl/session.h"
+#include "tools/tavlynctl/program.h"
 #include "tools/tavlynctl/template_file.h"
 
 namespace tavlyn::ctl {
@@ -100,55 +100,76 @@ LoadPlan PlanOf(Template file) {
   return plan;
 }
 
-// With --strict a file is loaded as a whole or not at all.
-void CheckIgnored(const Options& options, const std::vector<std::string>& ignored) {
-  if (!options.strict || ignored.empty()) return;
-  std::string all;
-  for (const std::string& one : ignored) all += (all.empty() ? "" : "; ") + one;
-  throw Failure(kBadFile, options.files.front() + " would not be loaded as a whole: " + all);
-}
+struct LoadConfig {
+  std::string path;
+  bool secure = false;
+  bool strict = false;
+  bool dryRun = false;
 
-// A load changes the library's mirror alone, which then tells what the device would be sent.
-Json LoadSettings(const Options& options, std::uint32_t product) {
-  const std::string& path = options.files.front();
-  if (options.secure) RefuseSecure(product);
-  const SettingsFile file = ReadSettings(path, product);
-  CheckIgnored(options, file.ignored);
-  const Session session(options.link, product);
-  session.Use(options.device);
-  const SettingsPlan plan{MirrorSettings(), file.settings, MirrorSettings};
-  LoadMirror(path, plan.wanted, "all of " + path + ": ");
-  Json document = NewDocument("config load", options.device);
-  document["file"] = path;
-  document["ignored"] = file.ignored;
-  return CarrySettings(std::move(document), plan, options.dryRun);
-}
+  void Take(Words& words) {
+    words.File(path);
+    words.Flag("--secure", secure, "Only a file with a trailer");
+    words.Flag("--strict", strict, "Only a file of which nothing is ignored");
+    words.DryRun(dryRun);
+    words.Device();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    const std::uint32_t product = ProductOfFile(path);
+    return product == kReaders ? LoadReader(request) : LoadSettings(product, request);
+  }
+
+ private:
+  // With --strict a file is loaded as a whole or not at all.
+  void CheckIgnored(const std::vector<std::string>& ignored) const {
+    if (!strict || ignored.empty()) return;
+    std::string all;
+    for (const std::string& one : ignored) all += (all.empty() ? "" : "; ") + one;
+    throw Failure(kBadFile, path + " would not be loaded as a whole: " + all);
+  }
+
+  [[nodiscard]] Json LoadReader(const Request& request) const {
+    const bool checked = secure || HasTrailer(path, Trailer::kHwg);
+    if (checked) CheckTrailer(path, Trailer::kHwg);
+    Template file = ReadTemplate(path);
+    const Session session(request.link);
+    session.Use(request.device);
+    const LoadPlan plan = PlanOf(std::move(file));
+    CheckIgnored(plan.ignored);
+    Json document = request.DeviceDocument();
+    document["file"] = path;
+    document["secure"] = checked;
+    document["separator_data_not_loaded"] = plan.sepBytesDropped;
+    document["ignored"] = plan.ignored;
+    return Carry(std::move(document), plan.changes, SendingOf(dryRun), [&] {
+      const std::uint32_t loaded =
+          checked ? ReadDevCfgFromSecureFile(path.c_str()) : ReadDevCfgFmFile(path.c_str());
+      if (loaded == 1) return;
+      throw Failure(kDeviceError,
+                    path + " could not be loaded into " + ActiveDeviceName() + ", " + ErrorText());
+    });
+  }
+
+  // A load changes the library's mirror alone, which then tells what the device would be sent.
+  [[nodiscard]] Json LoadSettings(std::uint32_t product, const Request& request) const {
+    if (secure) RefuseSecure(product);
+    const SettingsFile file = ReadSettings(path, product);
+    CheckIgnored(file.ignored);
+    const Session session(request.link, product);
+    session.Use(request.device);
+    const SettingsPlan plan{MirrorSettings(), file.settings, MirrorSettings};
+    LoadMirror(path, plan.wanted, "all of " + path + ": ");
+    Json document = request.DeviceDocument();
+    document["file"] = path;
+    document["ignored"] = file.ignored;
+    return CarrySettings(std::move(document), plan, dryRun);
+  }
+};
 
 }  // namespace
 
-Json LoadConfig(const Options& options) {
-  const std::string& path = options.files.front();
-  const std::uint32_t product = ProductOfFile(path);
-  if (product != kReaders) return LoadSettings(options, product);
-  const bool secure = options.secure || HasTrailer(path, Trailer::kHwg);
-  if (secure) CheckTrailer(path, Trailer::kHwg);
-  Template file = ReadTemplate(path);
-  const Session session(options.link);
-  session.Use(options.device);
-  const LoadPlan plan = PlanOf(std::move(file));
-  CheckIgnored(options, plan.ignored);
-  Json document = NewDocument("config load", options.device);
-  document["file"] = path;
-  document["secure"] = secure;
-  document["separator_data_not_loaded"] = plan.sepBytesDropped;
-  document["ignored"] = plan.ignored;
-  return Carry(std::move(document), plan.changes, SendingOf(options.dryRun), [&] {
-    const std::uint32_t loaded =
-        secure ? ReadDevCfgFromSecureFile(path.c_str()) : ReadDevCfgFmFile(path.c_str());
-    if (loaded == 1) return;
-    throw Failure(kDeviceError,
-                  path + " could not be loaded into " + ActiveDeviceName() + ", " + ErrorText());
-  });
+void AddConfigLoad(Program& program) {
+  program.Add<LoadConfig>("config load", "Loads a file, and reads the device back");
 }
 
 }  // namespace tavlyn::ctl

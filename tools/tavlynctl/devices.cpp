@@ -5,8 +5,8 @@
 #include <optional>
 
 #include "api.h"
-#include "tools/tavlynctl/commands.h"
-#include "tools/tavlynctl/session.h"
+#include "tools/tavlynctl/areas.h"
+#include "tools/tavlynctl/program.h"
 
 namespace tavlyn::ctl {
 namespace {
@@ -16,12 +16,12 @@ constexpr std::uint16_t kFirmwareWords = 5;
 constexpr std::size_t kEsnBytes = 32;
 constexpr std::uint32_t kLongestAnswer = 0xFFFF;
 
-struct Text {
+struct DeviceText {
   const char* key;
   const char* (*get)();
 };
 
-constexpr Text kTexts[] = {
+constexpr DeviceText kTexts[] = {
     {"serial_number", [] { return GetSerialNumber(); }}, {"platform", [] { return GetPlatformType(); }},
     {"firmware", [] { return GetFullFWVersion(); }},     {"firmware_file", [] { return GetFWFilename(); }},
     {"build_date", [] { return GetBuildDate(); }},       {"cpu", [] { return GetCPUInfo(); }},
@@ -33,7 +33,7 @@ std::string NoAnswer() { return ActiveDeviceName() + " does not answer, " + Erro
 
 // The library gives 0 for what a device did not tell, too: it is asked again, and for a sign of life.
 template <typename Get>
-std::optional<unsigned> Told(Get get) {
+std::optional<unsigned> AnswerOf(Get get) {
   for (int tries = 0; tries < 2; ++tries) {
     if (const unsigned value = get(); value != 0) return value;
   }
@@ -54,7 +54,7 @@ Json Description(bool wasRead = true) {
   const bool identified = wasRead || GetDID() != 0;
   const bool counted = wasRead || GetCardType() >= 0;
   return {{"index", GetActDev()},
-          {"product", ActiveProduct()},
+          {"product", ActiveProductName()},
           {"part_number", PartNumber()},
           {"identity", GetVidPidVendorName()},
           {"did", identified ? Json(Hex(GetDID(), 4)) : Json()},
@@ -94,13 +94,13 @@ unsigned HardwareMask(std::uint8_t* (*get)()) {
 }
 
 Json Hardware(std::uint8_t* (*get)()) {
-  const auto mask = Told([get] { return HardwareMask(get); });
+  const auto mask = AnswerOf([get] { return HardwareMask(get); });
   return mask ? Json(Hex(*mask, 2)) : Json();
 }
 
 void DescribeTexts(Json& device) {
   device["part_number"] = PartNumber();
-  for (const Text& text : kTexts) device[text.key] = TextOrNull(text.get());
+  for (const DeviceText& text : kTexts) device[text.key] = TextOrNull(text.get());
 }
 
 // Adds the devices of a product to the list, and why some could not be read.
@@ -111,7 +111,7 @@ void ListProduct(std::uint32_t product, const Link& link, Json& devices, std::st
     std::string missing = session.ReadProblem();
     const Json& device = devices.emplace_back(Description(missing.empty()));
     // A reader's texts can fail without an error word.
-    if (missing.empty() && ReaderIsActive() && device["part_number"].is_null() && !IsAnswer(Ping())) {
+    if (missing.empty() && DeviceIsReader() && device["part_number"].is_null() && !IsAnswer(Ping())) {
       missing = NoAnswer();
     }
     if (!missing.empty() && !problem.empty()) problem += "; ";
@@ -131,58 +131,80 @@ void DescribeReader(Json& device) {
 void DescribeVersion(Json& device) { device["version"] = Hex(GetFirmwareVersion(0, 1), 4); }
 
 void DescribeCounts(Json& device) {
-  device["uptime"] = NumberOrNull(Told(sorbaneGetSystemUptime));
-  device["cards_read"] = NumberOrNull(Told(sorbaneGetSystemCardsRead));
+  device["uptime"] = NumberOrNull(AnswerOf(sorbaneGetSystemUptime));
+  device["cards_read"] = NumberOrNull(AnswerOf(sorbaneGetSystemCardsRead));
 }
+
+struct List {
+  void Take(Words& words) { words.Product(); }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    Json document = request.Document();
+    Json& devices = document["devices"] = Json::array();
+    std::string problem;
+    for (const std::uint32_t product : {kReaders, kMagstripes, kSensors}) {
+      if ((request.products & product) != 0) ListProduct(product, request.link, devices, problem);
+    }
+    if (devices.empty()) throw NotFound(request.link, request.products);
+    if (problem.empty()) return document;
+    throw Failure(kDeviceError, problem, std::move(document));
+  }
+};
+
+struct Info {
+  void Take(Words& words) {
+    words.Device();
+    words.Product();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    const Session session(request.link, request.products);
+    session.Select(request.device);
+    // A search of serial ports alone does not ask for the firmware words.
+    if (request.link.kind == LinkKind::kSerial && DeviceIsReader()) SendGetFWVersion();
+    session.Use(request.device);
+    Json document = request.Document();
+    Json& device = document["device"] = Description();
+    if (DeviceIsReader()) {
+      DescribeReader(device);
+    } else {
+      DescribeVersion(device);
+    }
+    if (GetProduct() == kMagstripes) DescribeCounts(device);
+    // A sonar sensor has no command for it.
+    if (GetProduct() != kSensors) {
+      const std::uint32_t answer = Ping();
+      device["answer_ms"] = IsAnswer(answer) ? Json(answer) : Json();
+      if (!IsAnswer(answer)) throw Failure(kDeviceError, NoAnswer(), std::move(document));
+    }
+    if (!DeviceIsReader()) return document;
+    Json firmware = FirmwareWords();
+    if (!firmware.empty()) device["firmware_words"] = std::move(firmware);
+    return document;
+  }
+};
+
+struct Texts {
+  void Take(Words& words) { words.Device(); }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    const Session session(request.link);
+    session.Use(request.device);
+    Json document = request.DeviceDocument();
+    DescribeTexts(document);
+    const bool whole = std::ranges::none_of(document, [](const Json& text) { return text.is_null(); });
+    if (whole || IsAnswer(Ping())) return document;
+    throw Failure(kDeviceError, NoAnswer(), std::move(document));
+  }
+};
 
 }  // namespace
 
-Json List(const Options& options) {
-  Json document = NewDocument("list");
-  Json& devices = document["devices"] = Json::array();
-  std::string problem;
-  for (const std::uint32_t product : {kReaders, kMagstripes, kSensors}) {
-    if ((options.products & product) != 0) ListProduct(product, options.link, devices, problem);
-  }
-  if (devices.empty()) throw NotFound(options.link, options.products);
-  if (problem.empty()) return document;
-  throw Failure(kDeviceError, problem, std::move(document));
+void AddDevices(Program& program) {
+  program.Add<List>("list", "The devices that are found");
+  program.Add<Info>("info", "What a device tells of itself");
 }
 
-Json Texts(const Options& options) {
-  const Session session(options.link);
-  session.Use(options.device);
-  Json document = NewDocument("text", options.device);
-  DescribeTexts(document);
-  const bool whole = std::ranges::none_of(document, [](const Json& text) { return text.is_null(); });
-  if (whole || IsAnswer(Ping())) return document;
-  throw Failure(kDeviceError, NoAnswer(), std::move(document));
-}
-
-Json Info(const Options& options) {
-  const Session session(options.link, options.products);
-  session.Select(options.device);
-  // A search of serial ports alone does not ask for the firmware words.
-  if (options.link.kind == LinkKind::kSerial && ReaderIsActive()) SendGetFWVersion();
-  session.Use(options.device);
-  Json document = NewDocument("info");
-  Json& device = document["device"] = Description();
-  if (ReaderIsActive()) {
-    DescribeReader(device);
-  } else {
-    DescribeVersion(device);
-  }
-  if (GetProduct() == kMagstripes) DescribeCounts(device);
-  // A sonar sensor has no command for it.
-  if (GetProduct() != kSensors) {
-    const std::uint32_t answer = Ping();
-    device["answer_ms"] = IsAnswer(answer) ? Json(answer) : Json();
-    if (!IsAnswer(answer)) throw Failure(kDeviceError, NoAnswer(), std::move(document));
-  }
-  if (!ReaderIsActive()) return document;
-  Json words = FirmwareWords();
-  if (!words.empty()) device["firmware_words"] = std::move(words);
-  return document;
-}
+void AddTexts(Program& program) { program.Add<Texts>("text", "The texts that a reader holds"); }
 
 }  // namespace tavlyn::ctl

@@ -1,11 +1,11 @@
-// analyzer, module, transparent and ble status and set.
+// analyzer, module, transparent, ble status and ble set.
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
 
 #include "api.h"
-#include "tools/tavlynctl/commands.h"
-#include "tools/tavlynctl/session.h"
+#include "tools/tavlynctl/areas.h"
+#include "tools/tavlynctl/program.h"
 
 namespace tavlyn::ctl {
 namespace {
@@ -20,8 +20,8 @@ struct Free {
   void operator()(CardAnalyzerRecord* records) const { std::free(records); }
 };
 
-void Use(const Session& session, const Options& options) {
-  session.Use(options.device);
+void UseReports(const Session& session, const Request& request) {
+  session.Use(request.device);
   if (GetDevType() != kReports) {
     throw Failure(kUsage, ActiveDeviceName() + " can be asked for this as a HID device alone");
   }
@@ -41,11 +41,11 @@ void DescribeAnalyzer(Json& document) {
   document["records"] = GetCardCount();
 }
 
-Json SetAnalyzer(const char* command, std::uint8_t state, const Options& options) {
-  const Session session(options.link);
-  Use(session, options);
+Json SetAnalyzer(std::uint8_t state, const Request& request) {
+  const Session session(request.link);
+  UseReports(session, request);
   if (SetCardAnalyzerControlState(state) != 1) throw NoAnswer("the card analyzer");
-  Json document = NewDocument(command, options.device);
+  Json document = request.DeviceDocument();
   document["state"] = state;
   DescribeAnalyzer(document);
   return document;
@@ -70,125 +70,204 @@ std::string Number(const CardAnalyzerRecord& record) {
   return text;
 }
 
-std::uint16_t ModuleOf(const Options& options) { return static_cast<std::uint16_t>(options.index); }
+struct StartAnalyzer {
+  int state = 1;
 
-Failure NoModule(const Options& options) {
-  const std::string module = "module " + std::to_string(options.index);
+  void Take(Words& words) {
+    words.Number("STATE", state, 0, 255, "What the reader is told (1)");
+    words.Device();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    return SetAnalyzer(static_cast<std::uint8_t>(state), request);
+  }
+};
+
+struct StopAnalyzer {
+  void Take(Words& words) { words.Device(); }
+
+  [[nodiscard]] Json Run(const Request& request) const { return SetAnalyzer(0, request); }
+};
+
+struct AnalyzerStatus {
+  void Take(Words& words) { words.Device(); }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    const Session session(request.link);
+    UseReports(session, request);
+    Json document = request.DeviceDocument();
+    DescribeAnalyzer(document);
+    return document;
+  }
+};
+
+struct ListAnalyzed {
+  void Take(Words& words) { words.Device(); }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    const Session session(request.link);
+    UseReports(session, request);
+    Json document = request.DeviceDocument();
+    DescribeAnalyzer(document);
+    const std::unique_ptr<CardAnalyzerRecord[], Free> records(GetCardAnalyzerData());
+    if (records == nullptr) throw NoAnswer("the list of the card analyzer");
+    document["records"] = Json::array();
+    for (std::uint32_t at = 0; at < GetCardCount(); ++at) {
+      const CardAnalyzerRecord& record = records[at];
+      document["records"].push_back({{"number", at},
+                                     {"type", Hex(record.RecType, 4)},
+                                     {"bits", record.BitCount},
+                                     {"id", Number(record)},
+                                     {"binary", Drawing(record)}});
+    }
+    if (GetLastLibErr() == 0) return document;
+    throw Failure(kDeviceError, NoAnswer("the last record").what(), std::move(document));
+  }
+};
+
+Failure NoModule(int number) {
+  const std::string module = "module " + std::to_string(number);
   return GetLastLibErr() == 0 ? Lacks(module) : NoAnswer(module);
 }
 
-Json DescribeModule(const char* command, const Options& options) {
+Json DescribeModule(int number, const Request& request) {
   std::uint16_t state = 0;
-  if (GetModuleState(ModuleOf(options), &state) == 0) throw NoModule(options);
-  Json document = NewDocument(command, options.device);
-  document["module"] = options.index;
+  if (GetModuleState(static_cast<std::uint16_t>(number), &state) == 0) throw NoModule(number);
+  Json document = request.DeviceDocument();
+  document["module"] = number;
   document["on"] = state == 1;
   return document;
 }
 
+struct GetModule {
+  int number = 0;
+
+  void Take(Words& words) {
+    words.Number("NUMBER", number, 0, 255)->required();
+    words.Device();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    const Session session(request.link);
+    UseReports(session, request);
+    return DescribeModule(number, request);
+  }
+};
+
+struct SetModule {
+  int number = 0;
+  std::string state;
+
+  void Take(Words& words) {
+    words.Number("NUMBER", number, 0, 255)->required();
+    words.Choice("STATE", state, {"on", "off"});
+    words.Device();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    const Session session(request.link);
+    UseReports(session, request);
+    const std::uint16_t wanted = state == "on" ? 1 : 0;
+    if (SetModuleState(static_cast<std::uint16_t>(number), wanted) == 0) throw NoModule(number);
+    return DescribeModule(number, request);
+  }
+};
+
 constexpr const char* kMode = "transparent mode";
 
-Json DescribeMode(std::uint16_t mode, const Options& options) {
+Json DescribeMode(std::uint16_t mode, const Request& request) {
   if (mode == kUnknownMode) throw Lacks(kMode);
   if (GetLastLibErr() != 0) throw NoAnswer(kMode);
-  Json document = NewDocument("transparent", options.device);
+  Json document = request.DeviceDocument();
   document["on"] = mode == kOn;
   return document;
 }
 
-std::uint16_t Configuration() {
+struct TransparentMode {
+  std::string what;
+  bool store = false;
+
+  void Take(Words& words) {
+    words.Choice("WHAT", what, {"on", "off", "status"});
+    words.Flag("--store", store, "For good");
+    words.Device();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    const Session session(request.link);
+    UseReports(session, request);
+    if (what == "status") return DescribeMode(CheckTransparentMode(), request);
+    const std::uint32_t commit = store ? 1 : 0;
+    const std::uint16_t done = what == "on" ? EnableTransparentMode(commit) : DisableTransparentMode(commit);
+    if (done == kUnknownMode) throw Lacks(kMode);
+    if (done == kOff) throw NoAnswer(kMode);
+    Json document = DescribeMode(CheckTransparentMode(), request);
+    document["stored"] = store;
+    return document;
+  }
+};
+
+std::uint16_t BleConfiguration() {
   const std::uint16_t configuration = GetBTLEConfiguration();
   if (GetLastLibErr() != 0) throw NoAnswer("the BLE radio");
   return configuration;
 }
 
+struct BleStatus {
+  void Take(Words& words) { words.Device(); }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    const Session session(request.link);
+    UseReports(session, request);
+    const std::uint16_t configuration = BleConfiguration();
+    Json document = request.DeviceDocument();
+    document["present"] = configuration != kNoRadio;
+    document["configuration"] = configuration != kNoRadio ? Json(configuration) : Json();
+    return document;
+  }
+};
+
+struct SetBle {
+  int wanted = 0;
+
+  void Take(Words& words) {
+    words.Number("CONFIGURATION", wanted, 0, 3)->required();
+    words.Device();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    const Session session(request.link);
+    UseReports(session, request);
+    if (BleConfiguration() == kNoRadio) throw Lacks("BLE radio");
+    if (SetBTLEConfiguration(static_cast<std::uint8_t>(wanted)) != 1) throw NoAnswer("the BLE radio");
+    // Whether the reader has taken it is told by reading it back alone.
+    const std::uint16_t configuration = BleConfiguration();
+    if (configuration != wanted) {
+      throw Failure(kDeviceError,
+                    ActiveDeviceName() + " keeps BLE configuration " + std::to_string(configuration));
+    }
+    Json document = request.DeviceDocument();
+    document["configuration"] = configuration;
+    return document;
+  }
+};
+
 }  // namespace
 
-Json StartAnalyzer(const Options& options) {
-  return SetAnalyzer("analyzer start", static_cast<std::uint8_t>(options.state), options);
-}
-
-Json StopAnalyzer(const Options& options) { return SetAnalyzer("analyzer stop", 0, options); }
-
-Json AnalyzerStatus(const Options& options) {
-  const Session session(options.link);
-  Use(session, options);
-  Json document = NewDocument("analyzer status", options.device);
-  DescribeAnalyzer(document);
-  return document;
-}
-
-Json ListAnalyzed(const Options& options) {
-  const Session session(options.link);
-  Use(session, options);
-  Json document = NewDocument("analyzer list", options.device);
-  DescribeAnalyzer(document);
-  const std::unique_ptr<CardAnalyzerRecord[], Free> records(GetCardAnalyzerData());
-  if (records == nullptr) throw NoAnswer("the list of the card analyzer");
-  document["records"] = Json::array();
-  for (std::uint32_t at = 0; at < GetCardCount(); ++at) {
-    const CardAnalyzerRecord& record = records[at];
-    document["records"].push_back({{"number", at},
-                                   {"type", Hex(record.RecType, 4)},
-                                   {"bits", record.BitCount},
-                                   {"id", Number(record)},
-                                   {"binary", Drawing(record)}});
-  }
-  if (GetLastLibErr() == 0) return document;
-  throw Failure(kDeviceError, NoAnswer("the last record").what(), std::move(document));
-}
-
-Json GetModule(const Options& options) {
-  const Session session(options.link);
-  Use(session, options);
-  return DescribeModule("module get", options);
-}
-
-Json SetModule(const Options& options) {
-  const Session session(options.link);
-  Use(session, options);
-  if (SetModuleState(ModuleOf(options), options.choice == "on" ? 1 : 0) == 0) throw NoModule(options);
-  return DescribeModule("module set", options);
-}
-
-Json TransparentMode(const Options& options) {
-  const Session session(options.link);
-  Use(session, options);
-  if (options.choice == "status") return DescribeMode(CheckTransparentMode(), options);
-  const std::uint32_t commit = options.store ? 1 : 0;
-  const bool on = options.choice == "on";
-  const std::uint16_t done = on ? EnableTransparentMode(commit) : DisableTransparentMode(commit);
-  if (done == kUnknownMode) throw Lacks(kMode);
-  if (done == kOff) throw NoAnswer(kMode);
-  Json document = DescribeMode(CheckTransparentMode(), options);
-  document["stored"] = options.store;
-  return document;
-}
-
-Json BleStatus(const Options& options) {
-  const Session session(options.link);
-  Use(session, options);
-  const std::uint16_t configuration = Configuration();
-  Json document = NewDocument("ble status", options.device);
-  document["present"] = configuration != kNoRadio;
-  document["configuration"] = configuration != kNoRadio ? Json(configuration) : Json();
-  return document;
-}
-
-Json SetBle(const Options& options) {
-  const Session session(options.link);
-  Use(session, options);
-  if (Configuration() == kNoRadio) throw Lacks("BLE radio");
-  if (SetBTLEConfiguration(static_cast<std::uint8_t>(options.index)) != 1) throw NoAnswer("the BLE radio");
-  // Whether the reader has taken it is told by reading it back alone.
-  const std::uint16_t configuration = Configuration();
-  if (configuration != options.index) {
-    throw Failure(kDeviceError,
-                  ActiveDeviceName() + " keeps BLE configuration " + std::to_string(configuration));
-  }
-  Json document = NewDocument("ble set", options.device);
-  document["configuration"] = configuration;
-  return document;
+void AddExtensions(Program& program) {
+  program.Group("analyzer", "The list of cards that a reader has seen");
+  program.Add<StartAnalyzer>("analyzer start", "Switches the card analyzer on");
+  program.Add<StopAnalyzer>("analyzer stop", "Switches it off");
+  program.Add<AnalyzerStatus>("analyzer status", "Its state and the number of cards");
+  program.Add<ListAnalyzed>("analyzer list", "The cards, with the bits of each");
+  program.Group("module", "A module of a reader, by its number");
+  program.Add<GetModule>("module get", "Whether it is on");
+  program.Add<SetModule>("module set", "Switches it, and reads it back");
+  program.Add<TransparentMode>("transparent", "Tells or switches the transparent mode");
+  program.Group("ble", "The BLE radio of a reader, and what the reader keeps for it");
+  program.Add<BleStatus>("ble status", "Whether a reader has the radio, and its configuration");
+  program.Add<SetBle>("ble set", "Sets the configuration, and reads it back");
+  AddBleFiles(program);
 }
 
 }  // namespace tavlyn::ctl

@@ -1,7 +1,10 @@
 #include "tools/tavlynctl/link.h"
 
+#include <CLI/CLI.hpp>
 #include <charconv>
 #include <string_view>
+
+#include "tools/word_checks.h"
 
 namespace tavlyn::ctl {
 namespace {
@@ -43,8 +46,7 @@ class AddressScan {
   std::string_view left_;
 };
 
-}  // namespace
-
+// "3" or "3-8". False: neither, or not within 1 to 256.
 bool TakePorts(const std::string& text, Link& link) {
   AddressScan scan(text);
   unsigned first = 0;
@@ -57,6 +59,7 @@ bool TakePorts(const std::string& text, Link& link) {
   return scan.AtEnd();
 }
 
+// "10.0.0.5:10001".
 bool TakePeer(const std::string& text, Link& link) {
   AddressScan scan(text);
   unsigned port = 0;
@@ -64,6 +67,30 @@ bool TakePeer(const std::string& text, Link& link) {
   link.kind = LinkKind::kEthernet;
   link.tcpPort = static_cast<std::uint16_t>(port);
   return scan.AtEnd();
+}
+
+}  // namespace
+
+void AddLinkWords(CLI::App& app, Link& link) {
+  app.fallthrough();
+  const auto add = [&](const char* name, bool (*take)(const std::string&, Link&), const char* kind,
+                       const char* text) {
+    return app.add_option_function<std::string>(
+        name,
+        [&link, take, name, kind](const std::string& word) {
+          if (!take(word, link)) throw CLI::ValidationError(name, word + " is not " + kind);
+        },
+        text);
+  };
+  CLI::Option* com = add("--com", TakePorts, "a port from 1 to 256, or LO-HI of such ports",
+                         "Search this COM port, or these")
+                         ->type_name("N|LO-HI");
+  add("--ip", TakePeer, "an address with a port, A.B.C.D:PORT",
+      "Search behind the Ethernet adapter of this address")
+      ->type_name("A.B.C.D:PORT")
+      ->excludes(com);
+  app.add_option("--baud", link.baud, "Speed of the COM ports (9600)")->check(WholeNumber(1))->needs(com);
+  app.add_flag("--ascii", link.ascii, "Speak the text dialect of serial readers");
 }
 
 std::optional<IpRange> ParseRange(const std::string& text) {

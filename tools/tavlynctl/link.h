@@ -6,6 +6,10 @@
 #include <optional>
 #include <string>
 
+namespace CLI {
+class App;
+}
+
 namespace tavlyn::ctl {
 
 enum class LinkKind { kUsb, kSerial, kEthernet };
@@ -28,10 +32,8 @@ struct IpRange {
   std::uint8_t last = 0;
 };
 
-// "3" or "3-8". False: neither, or not within 1 to 256.
-bool TakePorts(const std::string& text, Link& link);
-// "10.0.0.5:10001".
-bool TakePeer(const std::string& text, Link& link);
+// Options of the program that choose the link, also taken after a command.
+void AddLinkWords(CLI::App& app, Link& link);
 // "10.0.0.5" or "10.0.0.5-20".
 std::optional<IpRange> ParseRange(const std::string& text);
 

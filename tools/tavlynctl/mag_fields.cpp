@@ -3,11 +3,11 @@
 #include <charconv>
 
 #include "api.h"
+#include "tools/tavlynctl/areas.h"
 #include "tools/tavlynctl/changes.h"
-#include "tools/tavlynctl/commands.h"
 #include "tools/tavlynctl/hex_bytes.h"
 #include "tools/tavlynctl/product_settings.h"
-#include "tools/tavlynctl/session.h"
+#include "tools/tavlynctl/program.h"
 
 namespace tavlyn::ctl {
 namespace {
@@ -114,32 +114,59 @@ void Store(std::uint16_t field, const Json& wanted) {
   }
 }
 
+struct ShowMagFields {
+  int only = 0;  // 0: all
+
+  void Take(Words& words) {
+    words.Number("NUMBER", only, 1, kUserFields, "Only this one");
+    words.Device();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    const Session session(request.link, kMagstripes);
+    session.Use(request.device);
+    Json document = request.DeviceDocument();
+    Json& fields = document["fields"] = Json::array();
+    for (std::uint16_t field = 1; field <= kUserFields; ++field) {
+      if (only != 0 && only != field) continue;
+      Json row{{"number", field}};
+      row.update(PartsOf(field));
+      fields.push_back(std::move(row));
+    }
+    return document;
+  }
+};
+
+struct SetMagField {
+  int number = 0;
+  std::vector<std::string> assignments;
+  bool dryRun = false;
+
+  void Take(Words& words) {
+    words.Number("NUMBER", number, 1, kUserFields, "User field")->required();
+    words.Text("NAME=VALUE", assignments, "As magfield shows them; keys in hexadecimal");
+    words.DryRun(dryRun);
+    words.Device();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    const auto field = static_cast<std::uint16_t>(number);
+    const Json wanted = ParseWords(assignments);
+    const Session session(request.link, kMagstripes);
+    session.Use(request.device);
+    const SettingsPlan plan{PartsOf(field), wanted, [&] { return PartsOf(field); }};
+    Store(field, wanted);
+    Json document = request.DeviceDocument();
+    document["number"] = field;
+    return CarrySettings(std::move(document), plan, dryRun);
+  }
+};
+
 }  // namespace
 
-Json MagFields(const Options& options) {
-  const Session session(options.link, kMagstripes);
-  session.Use(options.device);
-  Json document = NewDocument("magfield", options.device);
-  Json& fields = document["fields"] = Json::array();
-  for (std::uint16_t field = 1; field <= kUserFields; ++field) {
-    if (options.index != 0 && options.index != field) continue;
-    Json row{{"number", field}};
-    row.update(PartsOf(field));
-    fields.push_back(std::move(row));
-  }
-  return document;
-}
-
-Json SetMagField(const Options& options) {
-  const auto field = static_cast<std::uint16_t>(options.index);
-  const Json wanted = ParseWords(options.words);
-  const Session session(options.link, kMagstripes);
-  session.Use(options.device);
-  const SettingsPlan plan{PartsOf(field), wanted, [&] { return PartsOf(field); }};
-  Store(field, wanted);
-  Json document = NewDocument("magfield set", options.device);
-  document["number"] = field;
-  return CarrySettings(std::move(document), plan, options.dryRun);
+void AddMagFields(Program& program) {
+  program.Add<ShowMagFields>("magfield", "The user fields of a magnetic-stripe reader");
+  program.Add<SetMagField>("magfield set", "Sets parts of a user field, and reads them back");
 }
 
 }  // namespace tavlyn::ctl

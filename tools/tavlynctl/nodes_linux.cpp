@@ -17,7 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-bool Holds(const fs::path& process, const std::string& target) {
+bool HasOpen(const fs::path& process, const std::string& target) {
   std::error_code none;
   for (const fs::directory_entry& descriptor : fs::directory_iterator(process / "fd", none)) {
     if (fs::read_symlink(descriptor.path(), none) == target) return true;
@@ -59,7 +59,7 @@ std::string HoldersOfLink(const std::string& target) {
   std::error_code none;
   for (const fs::directory_entry& process : fs::directory_iterator("/proc", none)) {
     const std::string number = process.path().filename();
-    if (!IsOtherProcess(number) || !Holds(process.path(), target)) continue;
+    if (!IsOtherProcess(number) || !HasOpen(process.path(), target)) continue;
     std::string name;
     std::getline(std::ifstream(process.path() / "comm"), name);
     if (!holders.empty()) holders += ", ";

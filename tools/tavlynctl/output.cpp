@@ -118,12 +118,6 @@ void ShowObject(const Json& object, std::size_t indent) {
 
 Json NewDocument(const std::string& command) { return Json{{"schema", kSchema}, {"command", command}}; }
 
-Json NewDocument(const std::string& command, int device) {
-  Json document = NewDocument(command);
-  document["device"] = device;
-  return document;
-}
-
 void Show(const Json& document, bool asJson) {
   if (document.is_null()) return;
   if (asJson) {

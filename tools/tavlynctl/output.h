@@ -33,8 +33,6 @@ class Failure : public std::runtime_error {
 
 // A document of this command, to be filled.
 Json NewDocument(const std::string& command);
-// The same, about one device.
-Json NewDocument(const std::string& command, int device);
 
 // Null shows nothing. A standard output that takes nothing any more is a Failure, here and below.
 void Show(const Json& document, bool asJson);

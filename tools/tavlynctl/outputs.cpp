@@ -2,87 +2,134 @@
 #include <algorithm>
 
 #include "api.h"
+#include "tools/tavlynctl/areas.h"
 #include "tools/tavlynctl/changes.h"
-#include "tools/tavlynctl/commands.h"
 #include "tools/tavlynctl/fields.h"
-#include "tools/tavlynctl/session.h"
+#include "tools/tavlynctl/program.h"
 
 namespace tavlyn::ctl {
 namespace {
 
 constexpr std::uint32_t kNoVolume = 65535;
+constexpr int kMostBeeps = 5;
 constexpr int kMostLongBeeps = 2;
+constexpr int kLoudest = 255;
 
 Failure NoOutput(const std::string& what) {
   return {kDeviceError, what + " of " + ActiveDeviceName() + " failed, " + ErrorText()};
 }
 
-Wish For(const char* field, bool on) { return {FindField(field), static_cast<std::int16_t>(on ? 1 : 0)}; }
+Wish FlagValue(const char* field, bool on) {
+  return {FindField(field), static_cast<std::int16_t>(on ? 1 : 0)};
+}
 
 // In the configuration that the reader is on.
-Json SetOutputs(const char* command, const std::vector<Wish>& wishes, const Options& options) {
-  const Session session(options.link);
-  session.Use(options.device);
-  const Change change = Wanting(GetActConfig(), Values(wishes));
-  Json document = NewDocument(command, options.device);
-  document["stored"] = options.store;
+Json SetOutputs(const std::vector<Wish>& values, bool store, const Request& request) {
+  const Session session(request.link);
+  session.Use(request.device);
+  const Change change = Wanting(GetActConfig(), Values(values));
+  Json document = request.DeviceDocument();
+  document["stored"] = store;
   return Carry(std::move(document), {change}, Sending::kAll, [&] {
-    if (!options.store) return StoreNow(wishes);
-    Store(wishes);
+    if (!store) return StoreNow(values);
+    Store(values);
     Commit();
   });
 }
 
+struct Beep {
+  int count = 0;  // 0: one
+  bool isLong = false;
+
+  void Take(Words& words) {
+    words.Number("COUNT", count, 1, kMostBeeps, "Beeps (1)");
+    words.Flag("--long", isLong, "One or two long beeps");
+    words.Product();
+    words.Device();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    if (isLong && count > kMostLongBeeps) {
+      throw Failure(kUsage, "a device makes 1 or 2 long beeps, or 1 to 5 short ones");
+    }
+    const Session session(request.link, request.products & (kReaders | kMagstripes));
+    session.Use(request.device);
+    if (BeepNow(static_cast<std::uint8_t>(count), isLong ? 1 : 0) != 1) throw NoOutput("the beeper");
+    Json document = request.DeviceDocument();
+    document["beeps"] = std::max(count, 1);
+    document["long"] = isLong;
+    return document;
+  }
+};
+
+struct Led {
+  std::vector<std::string> colours;
+  bool store = false;
+
+  void Take(Words& words) {
+    words.Text("COLOUR", colours, "red, green or both words; off; auto: as the reader itself does")
+        ->check(OneOf({"red", "green", "off", "auto"}));
+    words.Flag("--store", store, "For good");
+    words.Device();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    const auto has = [&](const char* word) { return std::ranges::find(colours, word) != colours.end(); };
+    if (colours.size() > 1 && (has("off") || has("auto"))) throw Failure(kUsage, "off and auto stand alone");
+    std::vector<Wish> values{FlagValue("bAppCtrlsLED", !has("auto"))};
+    if (!has("auto")) {
+      values.push_back(FlagValue("iRedLEDState", has("red")));
+      values.push_back(FlagValue("iGrnLEDState", has("green")));
+    }
+    return SetOutputs(values, store, request);
+  }
+};
+
+struct Relay {
+  std::string state;
+  bool store = false;
+
+  void Take(Words& words) {
+    words.Choice("STATE", state, {"on", "off"});
+    words.Flag("--store", store, "For good");
+    words.Device();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    return SetOutputs({FlagValue("iRelayState", state == "on")}, store, request);
+  }
+};
+
+struct Volume {
+  std::optional<int> wanted;
+
+  void Take(Words& words) {
+    words.Number("N", wanted, 0, kLoudest);
+    words.Device();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    const Session session(request.link);
+    session.Use(request.device);
+    if (wanted && SetBeeperVolume(static_cast<std::uint16_t>(*wanted)) != 1) throw NoOutput("the volume");
+    const std::uint32_t volume = GetBeeperVolume();
+    if (volume == kNoVolume) throw NoOutput("the volume");
+    if (wanted && volume != static_cast<std::uint32_t>(*wanted)) {
+      throw Failure(kDeviceError, ActiveDeviceName() + " keeps the volume at " + std::to_string(volume));
+    }
+    Json document = request.DeviceDocument();
+    document["volume"] = volume;
+    return document;
+  }
+};
+
 }  // namespace
 
-Json Beep(const Options& options) {
-  if (options.longBeep && options.count > kMostLongBeeps) {
-    throw Failure(kUsage, "a device makes 1 or 2 long beeps, or 1 to 5 short ones");
-  }
-  const Session session(options.link, options.products & (kReaders | kMagstripes));
-  session.Use(options.device);
-  if (BeepNow(static_cast<std::uint8_t>(options.count), options.longBeep ? 1 : 0) != 1) {
-    throw NoOutput("the beeper");
-  }
-  Json document = NewDocument("beep", options.device);
-  document["beeps"] = std::max(options.count, 1);
-  document["long"] = options.longBeep;
-  return document;
-}
-
-Json Led(const Options& options) {
-  const auto told = [&](const char* word) {
-    return std::ranges::find(options.words, word) != options.words.end();
-  };
-  if (options.words.size() > 1 && (told("off") || told("auto"))) {
-    throw Failure(kUsage, "off and auto stand alone");
-  }
-  std::vector<Wish> wishes{For("bAppCtrlsLED", !told("auto"))};
-  if (!told("auto")) {
-    wishes.push_back(For("iRedLEDState", told("red")));
-    wishes.push_back(For("iGrnLEDState", told("green")));
-  }
-  return SetOutputs("led", wishes, options);
-}
-
-Json Relay(const Options& options) {
-  return SetOutputs("relay", {For("iRelayState", options.choice == "on")}, options);
-}
-
-Json Volume(const Options& options) {
-  const Session session(options.link);
-  session.Use(options.device);
-  if (options.volume && SetBeeperVolume(static_cast<std::uint16_t>(*options.volume)) != 1) {
-    throw NoOutput("the volume");
-  }
-  const std::uint32_t volume = GetBeeperVolume();
-  if (volume == kNoVolume) throw NoOutput("the volume");
-  if (options.volume && volume != static_cast<std::uint32_t>(*options.volume)) {
-    throw Failure(kDeviceError, ActiveDeviceName() + " keeps the volume at " + std::to_string(volume));
-  }
-  Json document = NewDocument("volume", options.device);
-  document["volume"] = volume;
-  return document;
+void AddOutputs(Program& program) {
+  program.Add<Beep>("beep", "Beeps now");
+  program.Add<Led>("led", "Switches the LEDs");
+  program.Add<Relay>("relay", "Switches the relay");
+  program.Add<Volume>("volume", "Tells or sets the volume of the beeper");
 }
 
 }  // namespace tavlyn::ctl

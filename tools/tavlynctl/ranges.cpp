@@ -4,8 +4,8 @@
 #include <cstdio>
 
 #include "api.h"
-#include "tools/tavlynctl/commands.h"
-#include "tools/tavlynctl/session.h"
+#include "tools/tavlynctl/areas.h"
+#include "tools/tavlynctl/program.h"
 #include "tools/tavlynctl/watching.h"
 #include "tools/terminal.h"
 
@@ -49,11 +49,11 @@ void ShowBar(const Measurement& measured) {
   FlushOutput();
 }
 
-void ShowLine(const Measurement& measured, bool json) {
-  Json event = NewDocument("range");
+void ShowLine(const Measurement& measured, const Request& request) {
+  Json event = request.Document();
   event["event"] = "range";
   Describe(measured, event);
-  ShowEvent(event, Line(measured), json);
+  ShowEvent(event, Line(measured), request.json);
 }
 
 // A live line that is left as it is when the watching ends.
@@ -66,12 +66,12 @@ class LiveLine {
   LiveLine(const LiveLine&) = delete;
   LiveLine& operator=(const LiveLine&) = delete;
 
-  void Show(const Measurement& measured, bool json) {
+  void Show(const Measurement& measured, const Request& request) {
     shown_ = true;
     if (live_) {
       ShowBar(measured);
     } else {
-      ShowLine(measured, json);
+      ShowLine(measured, request);
     }
   }
 
@@ -81,36 +81,51 @@ class LiveLine {
 };
 
 // A measurement takes a quarter of a second, so that nothing else sets the pace.
-void WatchRange(const Options& options) {
-  Watching watching(std::nullopt, options.count);
-  TellWatched(options.json);
-  LiveLine line(!options.json && OutputIsTerminal());
+void WatchRange(int count, const Request& request) {
+  Watching watching(std::nullopt, count);
+  TellWatched(request.json);
+  LiveLine line(!request.json && OutputIsTerminal());
   Answers answers;
   while (watching.GoesOn()) {
     Measurement measured;
     if (!answers.Came(Measure(measured))) continue;
-    line.Show(measured, options.json);
+    line.Show(measured, request);
     watching.Count(1);
   }
 }
 
+struct ShowRange {
+  bool watch = false;
+  int count = 0;  // 0: any number of measurements
+
+  void Take(Words& words) {
+    CLI::Option* live = words.Flag("--watch", watch, "Again and again, until Ctrl-C");
+    words.Count(count, "End after so many measurements")->needs(live);
+    words.Device();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    Session session(request.link, kSensors);
+    session.Use(request.device);
+    if (watch) {
+      session.Settle();
+      WatchRange(count, request);
+      return {};
+    }
+    Measurement measured;
+    if (!Measure(measured)) {
+      throw Failure(kDeviceError, ActiveDeviceName() + " did not measure, " + ErrorText());
+    }
+    Json document = request.DeviceDocument();
+    Describe(measured, document);
+    return document;
+  }
+};
+
 }  // namespace
 
-Json Range(const Options& options) {
-  Session session(options.link, kSensors);
-  session.Use(options.device);
-  if (options.watch) {
-    session.Settle();
-    WatchRange(options);
-    return {};
-  }
-  Measurement measured;
-  if (!Measure(measured)) {
-    throw Failure(kDeviceError, ActiveDeviceName() + " did not measure, " + ErrorText());
-  }
-  Json document = NewDocument("range", options.device);
-  Describe(measured, document);
-  return document;
+void AddRange(Program& program) {
+  program.Add<ShowRange>("range", "What a sonar sensor measures: inches and status bits 0 to 2");
 }
 
 }  // namespace tavlyn::ctl

@@ -3,8 +3,8 @@
 #include <charconv>
 
 #include "api.h"
-#include "tools/tavlynctl/commands.h"
-#include "tools/tavlynctl/session.h"
+#include "tools/tavlynctl/areas.h"
+#include "tools/tavlynctl/program.h"
 
 namespace tavlyn::ctl {
 namespace {
@@ -56,47 +56,73 @@ std::vector<std::uint8_t> Exchange(const std::vector<std::uint8_t>& command) {
   return reply;
 }
 
+struct Queue {
+  bool first = false;
+  bool second = false;
+
+  void Take(Words& words) {
+    words.Flag("--first", first, "The first option that is passed on to the reader");
+    words.Flag("--second", second, "The second one");
+    words.Device();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    const Session session(request.link);
+    session.Use(request.device);
+    if (GetQueuedID(first ? 1 : 0, second ? 1 : 0) != 1) {
+      throw Failure(kDeviceError,
+                    "the queue of " + ActiveDeviceName() + " could not be read, " + ErrorText());
+    }
+    std::string number;
+    Json bytes = Json::array();
+    Json values = Json::object();
+    bool empty = true;
+    for (std::int16_t index = 0; index <= kLastPart; ++index) {
+      const std::uint32_t part = GetQueuedID_index(index);
+      empty = empty && part == 0;
+      if (index >= kIdBytes) {
+        values[std::to_string(index)] = static_cast<std::int32_t>(part);
+        continue;
+      }
+      number.insert(0, Hex(part, 2));
+      bytes.push_back(part);
+    }
+    if (empty) throw Failure(kNoCard, "no ID is queued");
+    Json document = request.DeviceDocument();
+    document["id"] = number;
+    document["bytes"] = std::move(bytes);
+    document["values"] = std::move(values);
+    return document;
+  }
+};
+
+struct Raw {
+  std::vector<std::string> digits;
+
+  void Take(Words& words) {
+    words.Text("HEX", digits, "Bytes; those left out are 0");
+    words.Device();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    std::vector<std::uint8_t> command;
+    std::ranges::transform(digits, std::back_inserter(command), ParseByte);
+    if (command.size() > kRawBytes) throw Failure(kUsage, "a command has eight bytes at most");
+    command.resize(kRawBytes);
+    const Session session(request.link);
+    session.Use(request.device);
+    Json document = request.DeviceDocument();
+    document["sent"] = Spaced(command);
+    document["reply"] = Spaced(Exchange(command));
+    return document;
+  }
+};
+
 }  // namespace
 
-Json Queue(const Options& options) {
-  const Session session(options.link);
-  session.Use(options.device);
-  if (GetQueuedID(options.first ? 1 : 0, options.second ? 1 : 0) != 1) {
-    throw Failure(kDeviceError, "the queue of " + ActiveDeviceName() + " could not be read, " + ErrorText());
-  }
-  std::string number;
-  Json bytes = Json::array();
-  Json values = Json::object();
-  bool empty = true;
-  for (std::int16_t index = 0; index <= kLastPart; ++index) {
-    const std::uint32_t part = GetQueuedID_index(index);
-    empty = empty && part == 0;
-    if (index >= kIdBytes) {
-      values[std::to_string(index)] = static_cast<std::int32_t>(part);
-      continue;
-    }
-    number.insert(0, Hex(part, 2));
-    bytes.push_back(part);
-  }
-  if (empty) throw Failure(kNoCard, "no ID is queued");
-  Json document = NewDocument("queue", options.device);
-  document["id"] = number;
-  document["bytes"] = std::move(bytes);
-  document["values"] = std::move(values);
-  return document;
-}
-
-Json Raw(const Options& options) {
-  std::vector<std::uint8_t> command;
-  std::ranges::transform(options.words, std::back_inserter(command), ParseByte);
-  if (command.size() > kRawBytes) throw Failure(kUsage, "a command has eight bytes at most");
-  command.resize(kRawBytes);
-  const Session session(options.link);
-  session.Use(options.device);
-  Json document = NewDocument("raw", options.device);
-  document["sent"] = Spaced(command);
-  document["reply"] = Spaced(Exchange(command));
-  return document;
+void AddRaw(Program& program) {
+  program.Add<Queue>("queue", "The oldest ID that was read while nobody asked");
+  program.Add<Raw>("raw", "Sends a command of eight bytes and shows the reply");
 }
 
 }  // namespace tavlyn::ctl

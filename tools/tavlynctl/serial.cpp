@@ -2,14 +2,15 @@
 #include <vector>
 
 #include "api.h"
-#include "tools/tavlynctl/commands.h"
+#include "tools/tavlynctl/areas.h"
 #include "tools/tavlynctl/hex_bytes.h"
-#include "tools/tavlynctl/session.h"
+#include "tools/tavlynctl/program.h"
 
 namespace tavlyn::ctl {
 namespace {
 
-constexpr std::uint32_t kHighestCode = 255;
+constexpr int kHighestCode = 255;
+constexpr int kMostBytes = 1024;
 constexpr std::uint32_t kFailed = 0xFFFFFFFF;
 
 void RequireLink(const Link& link) {
@@ -36,48 +37,84 @@ Bytes ReadBytes(const Link& link, int most) {
   return bytes;
 }
 
-}  // namespace
+struct SerialBaud {
+  std::optional<int> wanted;
 
-Json SerialBaud(const Options& options) {
-  RequireLink(options.link);
-  const Session session(options.link);
-  session.Use(options.device);
-  Json document = NewDocument("serial baud", options.device);
-  if (options.code) {
-    if (WriteBaudRate(static_cast<std::uint16_t>(*options.code)) != 1) {
-      throw Failure(kDeviceError, ActiveDeviceName() + " does not take the code");
+  void Take(Words& words) {
+    words.Number("CODE", wanted, 0, kHighestCode);
+    words.Device();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    RequireLink(request.link);
+    const Session session(request.link);
+    session.Use(request.device);
+    Json document = request.DeviceDocument();
+    if (wanted) {
+      if (WriteBaudRate(static_cast<std::uint16_t>(*wanted)) != 1) {
+        throw Failure(kDeviceError, ActiveDeviceName() + " does not take the code");
+      }
+      document["code"] = *wanted;
+      document["set"] = true;
+      return document;
     }
-    document["code"] = *options.code;
-    document["set"] = true;
+    const std::uint32_t code = ReadBaudRate();
+    if (code > kHighestCode) throw Failure(kDeviceError, ActiveDeviceName() + " does not tell its code");
+    document["code"] = code;
     return document;
   }
-  const std::uint32_t code = ReadBaudRate();
-  if (code > kHighestCode) throw Failure(kDeviceError, ActiveDeviceName() + " does not tell its code");
-  document["code"] = code;
-  return document;
-}
+};
 
-Json SerialWrite(const Options& options) {
-  RequireLink(options.link);
-  const Bytes bytes = BytesOf(options.words);
-  const Session session(options.link);
-  session.Select(options.device);
-  const auto length = static_cast<std::uint32_t>(bytes.size());
-  const std::uint32_t written = WriteSerialPort(reinterpret_cast<const char*>(bytes.data()), length);
-  if (written != length) throw Failure(kDeviceError, "the bytes could not be written");
-  Json document = NewDocument("serial write", options.device);
-  document["written"] = written;
-  if (options.count > 0) document["read"] = HexText(ReadBytes(options.link, options.count));
-  return document;
-}
+struct SerialWrite {
+  std::vector<std::string> digits;
+  int mostRead = 0;
 
-Json SerialRead(const Options& options) {
-  RequireLink(options.link);
-  const Session session(options.link);
-  session.Select(options.device);
-  Json document = NewDocument("serial read", options.device);
-  document["read"] = HexText(ReadBytes(options.link, options.count));
-  return document;
+  void Take(Words& words) {
+    words.Text("HEX", digits);
+    words.Number("--read", mostRead, 1, kMostBytes, "Bytes to read afterwards, at most");
+    words.Device();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    RequireLink(request.link);
+    const Bytes bytes = BytesOf(digits);
+    const Session session(request.link);
+    session.Select(request.device);
+    const auto length = static_cast<std::uint32_t>(bytes.size());
+    const std::uint32_t written = WriteSerialPort(reinterpret_cast<const char*>(bytes.data()), length);
+    if (written != length) throw Failure(kDeviceError, "the bytes could not be written");
+    Json document = request.DeviceDocument();
+    document["written"] = written;
+    if (mostRead > 0) document["read"] = HexText(ReadBytes(request.link, mostRead));
+    return document;
+  }
+};
+
+struct SerialRead {
+  int most = 0;
+
+  void Take(Words& words) {
+    words.Number("COUNT", most, 1, kMostBytes, "At most")->required();
+    words.Device();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    RequireLink(request.link);
+    const Session session(request.link);
+    session.Select(request.device);
+    Json document = request.DeviceDocument();
+    document["read"] = HexText(ReadBytes(request.link, most));
+    return document;
+  }
+};
+
+}  // namespace
+
+void AddSerial(Program& program) {
+  program.Group("serial", "The serial side of a reader");
+  program.Add<SerialBaud>("serial baud", "Tells or sets the code of the reader's baud rate");
+  program.Add<SerialWrite>("serial write", "Sends raw bytes");
+  program.Add<SerialRead>("serial read", "Reads raw bytes");
 }
 
 }  // namespace tavlyn::ctl

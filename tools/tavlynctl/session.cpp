@@ -112,7 +112,7 @@ Session::Session(const Link& link, std::uint32_t products) : link_(link), produc
   if ((products & kReaders) != 0) RequirePeer(link);
   const Awaited::Seconds usual = SearchTime(link);
   awaited_.emplace("searching " + Where(link), usual, usual + kMostOfGoneDevice);
-  if (!Search(link, products, allRead_) || !link.ascii || !ReaderIsActive()) return;
+  if (!Search(link, products, allRead_) || !link.ascii || !DeviceIsReader()) return;
   inText_ = ReadInText(link);
   allRead_ = std::ranges::count(inText_, InText::kRead) == GetDevCnt();
 }
@@ -154,7 +154,7 @@ std::string Session::ReadProblem() const {
     if (state == InText::kSilent) return ActiveDeviceName() + " does not speak the text dialect";
     return state == InText::kRead ? std::string() : Unread();
   }
-  if (!ReaderIsActive()) return ReadCfg() == 1 ? std::string() : Unread();
+  if (!DeviceIsReader()) return ReadCfg() == 1 ? std::string() : Unread();
   const bool tried = (GetLastLibErr() & TAVLYN_ERR_CONFIG_READ) != 0;
   const std::string problem = Unread();
   // Configuration 0 is read last, and a record get works only on one that was read; an error word alone may
@@ -174,7 +174,7 @@ void Session::Use(int index) const {
   Select(index);
   const std::string problem = ReadProblem();
   if (!problem.empty()) throw Failure(kDeviceError, problem);
-  if (ReaderIsActive() && !AllConfigurationsRead() && ReadCfg() != 1) throw Failure(kDeviceError, Unread());
+  if (DeviceIsReader() && !AllConfigurationsRead() && ReadCfg() != 1) throw Failure(kDeviceError, Unread());
 }
 
 void Session::UseForCards(int index) const {
@@ -201,9 +201,9 @@ SelectedConfiguration::SelectedConfiguration(int index) : before_(static_cast<st
 
 SelectedConfiguration::~SelectedConfiguration() { SetActConfig(before_); }
 
-const char* ActiveProduct() { return ProductName(GetProduct()); }
+const char* ActiveProductName() { return ProductName(GetProduct()); }
 
-bool ReaderIsActive() { return GetProduct() == kReaders; }
+bool DeviceIsReader() { return GetProduct() == kReaders; }
 
 std::string ActiveDevicePath() {
   std::array<char, 513> name{};
@@ -214,7 +214,7 @@ std::string ActiveDevicePath() {
 std::string ActiveDeviceName() {
   std::string identity = GetVidPidVendorName();
   if (!identity.empty()) identity += ", ";
-  return std::string(ActiveProduct()) + " " + std::to_string(GetActDev()) + " (" + identity +
+  return std::string(ActiveProductName()) + " " + std::to_string(GetActDev()) + " (" + identity +
          ActiveDevicePath() + ")";
 }
 

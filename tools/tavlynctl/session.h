@@ -58,12 +58,14 @@ class Session {
   std::vector<InText> inText_;  // empty when the dialect is not wanted
 };
 
+// Of any device.
+inline constexpr int kHighestConfiguration = 10;
 // Throws Failure when the active device has no configuration of that index.
 void CheckConfiguration(int index);
 
 // Throws Failure when the active device is no plus reader.
 void RequirePlusReader();
-bool ReaderIsActive();
+bool DeviceIsReader();
 
 // Makes one configuration the one that the record calls act on, as long as the object lasts. The reader is
 // not told: it stays on the configuration that it is on.
@@ -81,7 +83,7 @@ class SelectedConfiguration {
 // "card reader 0 (7A31:3BFA Orvantis, /dev/hidraw0)", "card reader 0 (COM3:)", of the active device.
 std::string ActiveDeviceName();
 std::string ActiveDevicePath();
-const char* ActiveProduct();
+const char* ActiveProductName();
 // "error word 0x20000: a read of the configuration failed", of the active device.
 std::string ErrorText();
 

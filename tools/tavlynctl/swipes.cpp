@@ -3,8 +3,8 @@
 #include <thread>
 
 #include "api.h"
-#include "tools/tavlynctl/commands.h"
-#include "tools/tavlynctl/session.h"
+#include "tools/tavlynctl/areas.h"
+#include "tools/tavlynctl/program.h"
 #include "tools/tavlynctl/watching.h"
 
 namespace tavlyn::ctl {
@@ -53,48 +53,75 @@ Json TracksOf(int which) {
   return tracks;
 }
 
-void ShowSwipe(const Json& tracks, bool json) {
+void ShowSwipe(const Json& tracks, const Request& request) {
   std::string line = "swipe";
   for (const Json& track : tracks) {
     line += " " + std::to_string(track["track"].get<int>()) + " " + track["text"].get<std::string>();
   }
-  Json event = NewDocument("swipe watch");
+  Json event = request.Document();
   event["event"] = "swipe";
   event["tracks"] = tracks;
-  ShowEvent(event, line, json);
+  ShowEvent(event, line, request.json);
 }
+
+struct ShowTracks {
+  int number = 0;  // 0: all
+
+  void Take(Words& words) {
+    words.Number("NUMBER", number, 1, kTracks, "Only this one");
+    words.Device();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    const Session session(request.link, kMagstripes);
+    session.Use(request.device);
+    Json tracks = TracksOf(number);
+    if (tracks.empty()) throw Failure(kNoCard, "the last swipe left nothing there");
+    Json document = request.DeviceDocument();
+    document["tracks"] = std::move(tracks);
+    return document;
+  }
+};
+
+// It shows its events itself and gives no document.
+struct WatchSwipes {
+  int count = 0;  // 0: any number of lines
+  std::optional<double> timeout;
+
+  void Take(Words& words) {
+    words.Count(count, "End after so many lines");
+    words.Timeout(timeout, "End after so many seconds");
+    words.Device();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    Session session(request.link, kMagstripes);
+    session.Use(request.device);
+    session.Settle();
+    Watching watching(timeout, count);
+    TellWatched(request.json);
+    Answers answers;
+    while (watching.GoesOn()) {
+      ClearMagstripeErrorWord();
+      const std::uint32_t waits = sorbaneIsDataAvailable();
+      if (!answers.Came(GetLastLibErr() == 0) || waits == 0) {
+        std::this_thread::sleep_for(kSwipePause);
+        continue;
+      }
+      ShowSwipe(TracksOf(0), request);
+      watching.Count(1);
+      sorbaneClearDataAvailable();
+    }
+    return {};
+  }
+};
 
 }  // namespace
 
-Json Track(const Options& options) {
-  const Session session(options.link, kMagstripes);
-  session.Use(options.device);
-  Json tracks = TracksOf(options.index);
-  if (tracks.empty()) throw Failure(kNoCard, "the last swipe left nothing there");
-  Json document = NewDocument("track", options.device);
-  document["tracks"] = std::move(tracks);
-  return document;
-}
-
-Json WatchSwipes(const Options& options) {
-  Session session(options.link, kMagstripes);
-  session.Use(options.device);
-  session.Settle();
-  Watching watching(options.timeout, options.count);
-  TellWatched(options.json);
-  Answers answers;
-  while (watching.GoesOn()) {
-    ClearMagstripeErrorWord();
-    const std::uint32_t waits = sorbaneIsDataAvailable();
-    if (!answers.Came(GetLastLibErr() == 0) || waits == 0) {
-      std::this_thread::sleep_for(kSwipePause);
-      continue;
-    }
-    ShowSwipe(TracksOf(0), options.json);
-    watching.Count(1);
-    sorbaneClearDataAvailable();
-  }
-  return {};
+void AddSwipes(Program& program) {
+  program.Add<ShowTracks>("track", "The tracks of the last swipe, raw and as text");
+  program.Group("swipe", "Swipes of a magnetic-stripe reader");
+  program.Add<WatchSwipes>("swipe watch", "A line for each swipe, until Ctrl-C");
 }
 
 }  // namespace tavlyn::ctl

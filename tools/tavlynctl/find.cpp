@@ -4,7 +4,8 @@
 #include <vector>
 
 #include "api.h"
-#include "tools/tavlynctl/commands.h"
+#include "tools/tavlynctl/areas.h"
+#include "tools/tavlynctl/program.h"
 #include "tools/tavlynctl/stopping.h"
 #include "tools/terminal.h"
 
@@ -68,15 +69,32 @@ std::vector<Ip> Search(const IpRange& range) {
   return found;
 }
 
+struct Find {
+  std::optional<IpRange> range;
+
+  void Take(Words& words) {
+    const auto take = [this](const std::string& word) {
+      range = ParseRange(word);
+      if (range) return;
+      throw CLI::ValidationError("RANGE",
+                                 word + " is not an address or a range of them, such as 10.0.0.1-254");
+    };
+    words.Parsed("RANGE", take, "A.B.C.D or A.B.C.FIRST-LAST; this host's own network without it")
+        ->type_name("");
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    const std::vector<Ip> found = Search(range ? *range : OwnNetwork());
+    if (found.empty()) throw Failure(kNoDevice, "no adapter answered");
+    Json document = request.Document();
+    document["adapters"] = Json::array();
+    for (const Ip& ip : found) document["adapters"].push_back({{"address", Dotted(ip)}});
+    return document;
+  }
+};
+
 }  // namespace
 
-Json Find(const Options& options) {
-  const std::vector<Ip> found = Search(options.range ? *options.range : OwnNetwork());
-  if (found.empty()) throw Failure(kNoDevice, "no adapter answered");
-  Json document = NewDocument("find");
-  document["adapters"] = Json::array();
-  for (const Ip& ip : found) document["adapters"].push_back({{"address", Dotted(ip)}});
-  return document;
-}
+void AddFind(Program& program) { program.Add<Find>("find", "The Ethernet adapters of an address range"); }
 
 }  // namespace tavlyn::ctl

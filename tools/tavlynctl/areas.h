@@ -1,0 +1,27 @@
+// The areas of the program. Each adds its commands.
+#pragma once
+
+namespace tavlyn::ctl {
+
+class Program;
+
+void AddDevices(Program& program);      // list, info
+void AddTexts(Program& program);        // text
+void AddReads(Program& program);        // read, watch
+void AddConfig(Program& program);       // config show, get, set, reset and defaults, and the next
+void AddConfigFiles(Program& program);  // config save, diff, and the next
+void AddConfigLoad(Program& program);   // config load
+void AddCheck(Program& program);        // check
+void AddOutputs(Program& program);      // beep, led, relay, volume
+void AddCardTypes(Program& program);    // cards
+void AddExtensions(Program& program);   // analyzer, module, transparent, ble, and the next
+void AddBleFiles(Program& program);     // ble save and load
+void AddRaw(Program& program);          // queue, raw
+void AddSecure(Program& program);       // keys, secure
+void AddSwipes(Program& program);       // track, swipe
+void AddMagFields(Program& program);    // magfield
+void AddRange(Program& program);        // range
+void AddSerial(Program& program);       // serial
+void AddFind(Program& program);         // find
+
+}  // namespace tavlyn::ctl

@@ -1,0 +1,133 @@
+#include "tools/tavlynctl/program.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <span>
+#include <string_view>
+
+#include "tools/common_words.h"
+#include "tools/path_names.h"
+#include "tools/tavlynctl/secrets.h"
+#include "tools/wrong_words.h"
+
+namespace tavlyn::ctl {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kWeek = 604'800;  // seconds
+
+// A device in a file's place may never end.
+void RequireFiles(const std::vector<std::string>& paths) {
+  for (const std::string& path : paths) {
+    std::error_code unknown;
+    const fs::file_status status = fs::status(PathOf(path), unknown);
+    if (fs::is_directory(status)) throw Failure(kBadFile, path + " is a folder, not a file");
+    if (fs::exists(status) && !fs::is_regular_file(status))
+      throw Failure(kBadFile, path + " is not a regular file");
+  }
+}
+
+}  // namespace
+
+Json Request::DeviceDocument() const {
+  Json document = Document();
+  document["device"] = device;
+  return document;
+}
+
+// As a list of one: a second word is then told to be one file too many.
+void Words::File(std::string& path) {
+  const auto take = [&path, &files = request_.files](const std::vector<std::string>& given) {
+    files = given;
+    path = given.front();
+  };
+  command_.add_option_function<std::vector<std::string>>("FILE", take)->required()->expected(1);
+}
+
+void Words::Files(std::vector<std::string>& paths, const char* text) {
+  const auto take = [&paths, &files = request_.files](const std::vector<std::string>& given) {
+    files = given;
+    paths = given;
+  };
+  command_.add_option_function<std::vector<std::string>>("FILE", take, text)->required();
+}
+
+CLI::Option* Words::Count(int& count, const char* text) {
+  return command_.add_option("--count", count, text)->check(WholeNumber(1))->option_text("N");
+}
+
+void Words::Timeout(std::optional<double>& seconds, const char* text) {
+  command_.add_option("--timeout", seconds, text)->check(Seconds(kWeek))->option_text("S");
+}
+
+void Words::Product() {
+  static const std::map<std::string, std::uint32_t> kWords = {
+      {"reader", kReaders}, {"magstripe", kMagstripes}, {"sonar", kSensors}};
+  command_
+      .add_option_function<std::string>(
+          "--product", [&request = request_](const std::string& word) { request.products = kWords.at(word); },
+          "reader, magstripe or sonar: only such a device; all are searched without it")
+      ->check(OneOf({"reader", "magstripe", "sonar"}))
+      ->option_text("WORD");
+}
+
+void Words::Device() {
+  command_.add_option("--device", request_.device, "Index of the device, as list shows it (0)")
+      ->check(WholeNumber(0));
+}
+
+Program::Program(const char* text, const std::function<std::string()>& version)
+    : version_(version), app_(text, kProgram) {
+  app_.require_subcommand(1);
+  app_.add_flag("--json", request_.json, "One JSON object instead of text");
+  AddLinkWords(app_, request_.link);
+}
+
+CLI::App& Program::NewWord(const std::string& words, const char* text) {
+  const std::size_t last = words.rfind(' ');
+  if (last == std::string::npos) return *app_.add_subcommand(words, text);
+  return *app_.get_subcommand(words.substr(0, last))->add_subcommand(words.substr(last + 1), text);
+}
+
+void Program::Group(const char* words, const char* text) { NewWord(words, text).require_subcommand(1); }
+
+CLI::App& Program::NewCommand(const std::string& words, const char* text) {
+  CLI::App& command = NewWord(words, text);
+  command.add_flag("--json", request_.json, "One JSON object instead of text");
+  return command;
+}
+
+int Program::RunGiven() try {
+  if (request_.link.ascii && request_.link.kind == LinkKind::kUsb) {
+    throw Failure(kUsage, "--ascii needs --com or --ip");
+  }
+  if (HandlesKeys(request_.command)) ForbidCoreImage();
+  RequireFiles(request_.files);
+  Show(commands_.at(request_.command)(request_), request_.json);
+  return kOk;
+} catch (const Failure& failure) {
+  return ShowFailure(failure, request_.command, request_.json);
+}
+
+int Program::Refuse(const CLI::ParseError& error, bool json) const {
+  const std::string command = GivenCommand(app_);
+  return ShowFailure(Failure(kUsage, WrongWords(app_, error, MayHoldKeys(command))), command, json);
+}
+
+int Program::Run(int argc, char** argv) {
+  AddCommonWords(app_, version_);
+  try {
+    app_.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() == 0) return app_.exit(error);  // help
+    // Whether JSON is wanted is told by the words themselves, as not all of them were understood.
+    const std::span words(argv, static_cast<std::size_t>(argc));
+    return Refuse(error, std::ranges::find(words, std::string_view("--json")) != words.end());
+  }
+  request_.command = GivenCommand(app_);
+  return RunGiven();
+}
+
+}  // namespace tavlyn::ctl
