@@ -28,7 +28,7 @@ typedef struct tsSonarParms {
 
 /** Keys sent when somebody walks away. */
 typedef struct tsWalkAwayParms {
-  uint16_t KeyCount;      /**< Number of keys: 0 to 6; 4 bits travel. */
+  uint16_t KeyCount;      /**< Number of keys: at most 6, compared signed; 4 bits travel. */
   uint16_t InterKeyDelay; /**< Milliseconds between keys: 64 to 16320, steps of 64, rounded down. */
   uint16_t Key1Mods;      /**< Modifiers of key 1. */
   uint16_t Key2Mods;      /**< Modifiers of key 2. */
@@ -48,7 +48,7 @@ typedef struct tsWalkAwayParms {
 
 /** Keys sent when somebody walks up. */
 typedef struct tsWalkUpParms {
-  uint16_t KeyCount;      /**< Number of keys: 0 to 6; 4 bits travel. */
+  uint16_t KeyCount;      /**< Number of keys: at most 6, compared signed; 4 bits travel. */
   uint16_t InterKeyDelay; /**< Milliseconds between keys: 64 to 16320, steps of 64, rounded down. */
   uint16_t Key1Mods;      /**< Modifiers of key 1. */
   uint16_t Key2Mods;      /**< Modifiers of key 2. */

@@ -1,0 +1,154 @@
+// docs/products.md against the library: it names every export once, and what it says that a call returns with
+// another product comes back.
+#include <algorithm>
+#include <cstdlib>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "api.h"
+#include "core/front/load.h"
+#include "sim/devices/magstripe.h"
+#include "sim/devices/sonar.h"
+#include "tests/support/bench.h"
+#include "tests/support/every_export.h"
+
+namespace tavlyn::test {
+namespace {
+
+constexpr std::string_view kProductsPage =
+#include "products.md.inc"
+    ;
+
+// The cells of a call: card reader, magstripe reader, sonar sensor.
+using Cells = std::vector<std::string>;
+
+std::vector<std::string> SplitAt(std::string_view text, std::string_view mark) {
+  std::vector<std::string> parts;
+  for (std::size_t end = text.find(mark); end != std::string_view::npos; end = text.find(mark)) {
+    parts.emplace_back(text.substr(0, end));
+    text.remove_prefix(end + mark.size());
+  }
+  parts.emplace_back(text);
+  return parts;
+}
+
+// What the rows name, with the cells beside it; a name may end in *.
+std::multimap<std::string, Cells> RowsOfThePage() {
+  std::multimap<std::string, Cells> rows;
+  for (const std::string& line : SplitAt(kProductsPage, "\n")) {
+    if (!line.starts_with("| `")) continue;
+    const std::vector<std::string> columns = SplitAt(line.substr(2, line.size() - 4), " | ");
+    const std::vector<std::string> names = SplitAt(columns.at(0), "`");
+    for (std::size_t at = 1; at < names.size(); at += 2) {
+      rows.emplace(names[at], Cells(columns.begin() + 1, columns.end()));
+    }
+  }
+  return rows;
+}
+
+bool Means(const std::string& pattern, std::string_view name) {
+  return pattern.back() == '*' && name.starts_with(std::string_view(pattern).substr(0, pattern.size() - 1));
+}
+
+// The cells of a call in the rows that mean it: its own, or that of the only pattern that it fits.
+std::vector<Cells> CellsOf(const std::multimap<std::string, Cells>& rows, std::string_view name) {
+  std::vector<Cells> own;
+  std::vector<Cells> general;
+  for (const auto& [pattern, cells] : rows) {
+    if (pattern == name) own.push_back(cells);
+    if (Means(pattern, name)) general.push_back(cells);
+  }
+  return own.empty() ? general : own;
+}
+
+constexpr Outcome kUnsupportedResult = {.value = kUnsupported};
+
+// What a cell says that every call returns; none where it tells of an operation.
+std::optional<Outcome> ResultIn(const std::string& cell) {
+  if (cell == "unsupported") return kUnsupportedResult;
+  if (cell == "unsupported, signed") return Outcome{.value = 0xFFFF0000U | kUnsupported};
+  if (cell == "null") return Outcome{.null = true};
+  if (cell == "nothing") return Outcome{.none = true};
+  char* end = nullptr;
+  const long number = std::strtol(cell.c_str(), &end, 10);
+  if (*end != '\0') return std::nullopt;
+  return Outcome{.value = static_cast<std::uint32_t>(number)};
+}
+
+bool Same(const Outcome& one, const Outcome& other) {
+  return one.none == other.none && one.null == other.null && one.other == other.other &&
+         one.value == other.value;
+}
+
+class ProductsPage : public Bench {
+ protected:
+  // As in a process that has just started, with one device of a product.
+  void Begin(std::uint32_t product) {
+    Unload();
+    host.Reset();
+    Load();
+    Plug(Device(product));
+    SetDevTypeSrch(0);
+    SetConnectProduct(product);
+    ASSERT_EQ(USBConnect(nullptr), 1U);
+    LetTimePass();
+    SetUnsupportedProductErrorCode(kUnsupported);
+  }
+
+  void ExpectCell(const Export& exported, std::uint32_t product, const std::string& cell) {
+    constexpr std::size_t kNumbersTried = 4;
+    SCOPED_TRACE(std::string(exported.name) + ", product " + std::to_string(product) + ": " + cell);
+    const std::optional<Outcome> told = ResultIn(cell);
+    Begin(product);
+    bool supported = false;
+    for (const Variant& variant : VariantsOf(exported, kNumbersTried)) {
+      const Outcome outcome = CallWith(exported, variant);
+      supported = supported || !Same(outcome, kUnsupportedResult);
+      if (told) EXPECT_TRUE(Same(outcome, *told)) << "gave " << std::hex << outcome.value;
+      if (!told && supported) return;
+    }
+    EXPECT_TRUE(told || supported) << "is unsupported";
+  }
+
+ private:
+  static std::shared_ptr<sim::HidDevice> Device(std::uint32_t product) {
+    if (product == 2) return std::make_shared<sim::Magstripe>();
+    if (product == 4) return std::make_shared<sim::Sonar>();
+    return sim::Reader::Plain();
+  }
+};
+
+TEST_F(ProductsPage, NamesEveryCallOnce) {
+  const auto rows = RowsOfThePage();
+  for (const Export& exported : Exports()) {
+    const std::vector<Cells> cells = CellsOf(rows, exported.name);
+    ASSERT_EQ(cells.size(), 1U) << exported.name;
+    EXPECT_EQ(cells.front().size(), 3U) << exported.name;
+  }
+  for (const auto& [pattern, cells] : rows) {
+    EXPECT_TRUE(std::ranges::any_of(Exports(), [&](const Export& exported) {
+      return exported.name == pattern || Means(pattern, exported.name);
+    })) << pattern;
+  }
+}
+
+TEST_F(ProductsPage, TellsWhatACallReturnsWithAnotherProduct) {
+  EnterFolder();
+  const auto rows = RowsOfThePage();
+  for (const Export& exported : Exports()) {
+    // Returns the value for "unsupported" because that is what it is asked for.
+    if (exported.name == "GetUnsupportedProductErrorCode") continue;
+    const std::vector<Cells> cells = CellsOf(rows, exported.name);
+    ASSERT_FALSE(cells.empty()) << exported.name;
+    for (const std::uint32_t product : {1U, 2U, 4U}) {
+      ExpectCell(exported, product, cells.front().at(product / 2));
+    }
+  }
+}
+
+}  // namespace
+}  // namespace tavlyn::test
