@@ -35,7 +35,7 @@ std::uint32_t SetFlag(std::uint16_t number, Member member, std::int16_t on) {
 }
 
 // A key byte of a field, or null.
-std::uint8_t* KeyOf(std::uint16_t number, std::uint16_t index) {
+std::uint8_t* KeyByteOf(std::uint16_t number, std::uint16_t index) {
   tsSorbaneField* field = FieldOf(number);
   return field != nullptr && index < kFieldKeys ? &field->Keybyte[index] : nullptr;
 }
@@ -101,13 +101,13 @@ std::uint32_t sorbaneSetFieldKeyCount(std::uint16_t field, std::uint8_t value) {
 
 std::uint32_t sorbaneGetFieldKeydata(std::uint16_t field, std::uint16_t index) {
   if (!MagstripeIsActive()) return UnsupportedValue;
-  const std::uint8_t* key = KeyOf(field, index);
+  const std::uint8_t* key = KeyByteOf(field, index);
   return key != nullptr ? *key : 0;
 }
 
 std::uint32_t sorbaneSetFieldKeydata(std::uint16_t field, std::uint16_t index, std::uint8_t value) {
   if (!MagstripeIsActive()) return UnsupportedValue;
-  std::uint8_t* key = KeyOf(field, index);
+  std::uint8_t* key = KeyByteOf(field, index);
   if (key == nullptr) return 0;
   *key = value;
   return 1;

@@ -10,6 +10,7 @@
 #include "api.h"
 #include "core/sonar_fields.h"
 #include "core/text.h"
+#include "magstripe/text_file.h"
 #include "tools/nearest.h"
 #include "tools/tavlynctl/fields.h"
 #include "tools/tavlynctl/file_problem.h"
@@ -27,11 +28,10 @@ struct TextForm {
   const char* last;     // which then ends with this
 };
 constexpr TextForm kForms[] = {
-    {kMagstripes, "--- Sorbane Configuration Template File ---", ": ", "//Library Version:", "//##END##"},
+    {kMagstripes, magstripe::kTitle, ": ", "//Library Version:", "//##END##"},
     {kSensors, "--- Sonar Configuration Template File ---", " = ", ":Library Version:", "SNBlankTmI"}};
 constexpr std::size_t kTitleRoom = 128;
 
-constexpr unsigned kLeds = 5;
 // Only the library has these.
 constexpr const char* kUnkept[] = {"KeyPressTime", "KeyReleaseTime"};
 
@@ -48,19 +48,9 @@ std::string TextOfFile(const std::string& path) {
 
 std::vector<NamedSetting> AllSettings() {
   std::vector<NamedSetting> all;
-  const auto magstripe = [&](const std::string& name) { all.push_back({kMagstripes, name}); };
-  magstripe("LUID");
-#define SORBANE_SYSTEM(name, flag, comment) magstripe(#name);
-#include "magstripe/cfg_file.inc"
-  for (unsigned led = 0; led < kLeds; ++led) magstripe("LedColor[" + std::to_string(led) + "]");
-  for (unsigned field = 0; field < kUserFields; ++field) {
-    const std::string prefix = "UserField[" + std::to_string(field) + "].";
-#define SORBANE_FIELD(name, flag, comment) magstripe(prefix + #name);
-#include "magstripe/cfg_file.inc"
-    for (unsigned key = 0; key < kUserFieldKeys; ++key) {
-      magstripe(prefix + "Keybyte[" + std::to_string(key) + "]");
-    }
-  }
+  magstripe::ForEachKey([&](std::size_t row, magstripe::Indices at) {
+    all.push_back({kMagstripes, magstripe::KeyOf(magstripe::kSettings[row], at).data()});
+  });
   for (const sonar::Field& field : sonar::kFields) all.push_back({kSensors, field.key});
   return all;
 }
