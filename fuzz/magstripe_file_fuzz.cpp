@@ -16,7 +16,7 @@ constexpr std::uint32_t kGuard = 0xA5A5A5A5;
 void LoadInto(std::string_view text) {
   static const ScratchFile kFile;
   Load();
-  DevCnt = 1;
+  shared.DevCnt = 1;
   tsDevEntry& entry = DevTable[0];
   entry.ProductKind = kMagstripe;
   entry.SorbaneBlock.bOpened = kGuard;

@@ -20,7 +20,7 @@ inline const Product* ActiveProduct() {
 template <typename Result, typename... Parameters, typename... Arguments>
 std::uint32_t Dispatch(Result (*Product::*routine)(Parameters...), Arguments... arguments) {
   const Product* product = ActiveProduct();
-  if (product == nullptr || product->*routine == nullptr) return UnsupportedValue;
+  if (product == nullptr || product->*routine == nullptr) return shared.UnsupportedValue;
   return static_cast<std::uint16_t>((product->*routine)(arguments...));
 }
 
@@ -31,19 +31,19 @@ inline bool PlusReaderIsActive() { return ReaderIsActive() && EntryOfActDev().Pl
 
 // UnsupportedValue for the few exports that sign-extend it.
 inline std::uint32_t UnsupportedSigned() {
-  return static_cast<std::uint32_t>(static_cast<std::int16_t>(UnsupportedValue));
+  return static_cast<std::uint32_t>(static_cast<std::int16_t>(shared.UnsupportedValue));
 }
 
 // A configuration record of the active device, whatever its kind, as eight words.
 inline std::uint32_t GetActiveRecord(Record record, std::int16_t* words) {
   const Product* product = ActiveProduct();
-  if (product == nullptr || product->getRecord[record] == nullptr) return UnsupportedValue;
+  if (product == nullptr || product->getRecord[record] == nullptr) return shared.UnsupportedValue;
   return product->getRecord[record](words);
 }
 
 inline std::uint32_t SetActiveRecord(Record record, const std::int16_t* words) {
   const Product* product = ActiveProduct();
-  if (product == nullptr || product->setRecord[record] == nullptr) return UnsupportedValue;
+  if (product == nullptr || product->setRecord[record] == nullptr) return shared.UnsupportedValue;
   return product->setRecord[record](words);
 }
 

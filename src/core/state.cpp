@@ -1,5 +1,7 @@
 #include "core/state.h"
 
+#include <memory>
+
 namespace tavlyn {
 namespace {
 
@@ -30,10 +32,15 @@ void DeviceTable::Reset() {
 }
 
 bool Activate(std::int16_t index) {
-  if (DevCnt == 0) ActDev = 0;
-  if (index < 0 || index >= DevCnt) return false;
-  ActDev = index;
+  if (shared.DevCnt == 0) shared.ActDev = 0;
+  if (index < 0 || index >= shared.DevCnt) return false;
+  shared.ActDev = index;
   return true;
+}
+
+void ResetState() {
+  std::construct_at(&shared);
+  DevTable.Reset();
 }
 
 }  // namespace tavlyn

@@ -1,14 +1,14 @@
-// The whole state of the library: the table of devices and the variables that all devices share.
-//
-// It gets its defaults from Load() (front/load.cpp); no initialiser of this file runs at any time.
+// The state of the library: the table of devices, and every variable that they share.
 #pragma once
 
 #include <algorithm>
 #include <array>
 #include <concepts>
 #include <cstdint>
+#include <cstdio>
 #include <span>
 
+#include "api.h"
 #include "core/mirror.h"
 #include "core/text.h"
 #include "platform/platform.h"
@@ -100,38 +100,75 @@ class DeviceTable {
 };
 
 inline constinit DeviceTable DevTable;
-inline constinit std::int16_t ActDev = 0;
-inline constinit std::int16_t DevCnt = 0;
-inline constinit std::int32_t HidFoundCnt = 0;
 
-// What a connect searches; these outlive disconnects and connects.
-inline constinit std::uint32_t ConnectMask = 0;
-inline constinit std::int16_t DevTypeSrch = 0;
-inline constinit std::uint16_t ComSrchLo = 0;
-inline constinit std::uint16_t ComSrchHi = 0;
-inline constinit std::uint16_t VComSrchHi = 0;
-inline constinit std::uint16_t VComSrchLo = 0;
-inline constinit std::array<std::uint8_t, 4> SrchIpAddr{};
-inline constinit std::uint16_t SrchIpPort = 0;
+// What a connect searches; it outlives disconnects and connects.
+struct SearchSettings {
+  std::uint32_t ConnectMask = ~0U;
+  std::int16_t DevTypeSrch = -1;
+  std::uint16_t ComSrchLo = 1;
+  std::uint16_t ComSrchHi = 8;
+  // Deliberately the other way about than the setter stores them.
+  std::uint16_t VComSrchHi = 1;
+  std::uint16_t VComSrchLo = 256;
+  std::array<std::uint8_t, 4> SrchIpAddr{};
+  std::uint16_t SrchIpPort = 0;
+  std::uint32_t DefaultBaud = 9600;  // of the readers' ports
+  // VirtualComFlags[n]: COM n belongs to a virtual port of the maker or to a PCMCIA card.
+  std::array<std::uint8_t, platform::kHighestCom + 1> VirtualComFlags{};
+};
 
-inline constinit std::uint16_t UnsupportedValue = 0;
-inline constinit std::uint32_t SearchErr = 0;  // of searches; GetLastLibErr never shows it
-inline constinit std::uint8_t TunnelLink = 0;  // reports travel as text frames over the socket
-inline constinit std::int16_t AsciiProtocol = 0;
-// Copy of the flag in the separator data of the configuration read last; the hash keys then always travel.
-inline constinit std::uint8_t EnhanceSecurityOn = 0;
-inline constinit std::uint32_t StatusWord = 0;  // SW1 SW2 of the last serial exchange that got that far
+struct LinkState {
+  // While it is open every serial byte and, with TunnelLink set, every report travels over it.
+  platform::Handle LinkSocket = platform::kNoHandle;
+  std::uint8_t TunnelLink = 0;
+  // How many surplus bytes the ring of the bulk device is said to hold. It may fall below 0.
+  std::int32_t ringCount = 0;
+};
 
-// The ID of the last fetch, on whichever device.
+struct Filter {
+  std::uint32_t mask;
+  std::uint32_t compare;
+};
+
+struct tsVidPidRow {
+  std::array<Filter, 2> filter;  // number 0 is never written
+  std::uint16_t VID;             // 0 ends the table for everyone who reads it
+  std::uint16_t PID;
+  char VendorName[48];
+};
+
+inline constexpr std::int32_t kVidPidRows = 51;
+
+// The USB identities of readers, as the last connect read them.
+struct VidPidState {
+  std::array<tsVidPidRow, kVidPidRows> VidPidTable{};
+  std::int32_t VidPidCnt = 0;
+  // DEFAULT1MASK and DEFAULT1COMPARE at index 1; no load of the table clears them.
+  std::array<Filter, 2> DefaultFilter{};
+  // The file as found once, so that it stays usable when the application changes directory.
+  std::array<char, 260> path{};
+};
+
 inline constexpr std::size_t kIdBytes = 32;
 
-inline constinit std::array<std::uint8_t, kIdBytes> LastIDBytes{};
-inline constinit std::uint32_t LastIDBits = 0;
-inline constinit std::uint16_t LastIDLen = 0;  // what the last lower-case call asked for
+// The ID of the last fetch, on whichever device.
+struct IdCache {
+  std::array<std::uint8_t, kIdBytes> LastIDBytes{};
+  std::uint32_t LastIDBits = 0;
+  std::uint16_t LastIDLen = 0;  // what the last lower-case call asked for
+};
 
-// The card analyzer.
-inline constinit std::int32_t AnalyzerStatus = -1;  // -1: the last query failed
-inline constinit std::uint8_t AnalyzerCount = 0;    // of the last good query, on whichever device
+struct AnalyzerState {
+  std::int32_t AnalyzerStatus = -1;  // -1: the last query failed
+  std::uint8_t AnalyzerCount = 0;    // of the last good query, on whichever device
+};
+
+struct ReaderState {
+  std::int16_t AsciiProtocol = 0;
+  std::uint32_t StatusWord = 0;  // SW1 SW2 of the last serial exchange that got that far
+  // Copy of the flag in the separator data of the configuration read last; the hash keys then always travel.
+  std::uint8_t EnhanceSecurityOn = 0;
+};
 
 // The last four are passed on and named by their index alone: what they mean is the reader's affair.
 struct IdRecord {
@@ -145,54 +182,79 @@ struct IdRecord {
 // What exports keep from one call to the next for callers that take or give bytes one by one, or are handed a
 // pointer.
 struct CallBuffers {
-  PathBuffer savePath;
-  PathBuffer loadPath;
-  PathBuffer arrivalPath;
-  PathBuffer removalPath;
+  PathBuffer savePath{};
+  PathBuffer loadPath{};
+  PathBuffer arrivalPath{};
+  PathBuffer removalPath{};
   // Copied when a program asks for character 0, so that it can read on while the table changes.
-  std::array<char, 25> partNumber;
+  std::array<char, 25> partNumber{};
   // Position 0 is the report ID's; the last one is never sent.
-  std::array<std::uint8_t, 10> RawCmd;
-  std::array<std::uint8_t, 10> RawReply;
-  std::array<char, 41> rawText;
-  std::array<char, 25> readerText;
-  std::array<std::uint8_t, 32> readerEsn;
-  std::array<std::uint8_t, 256> cardData;
-  std::array<std::uint8_t, 1024> portRead;
-  std::array<std::uint8_t, 1024> portQuickRead;
-  IdRecord QueuedID;
+  std::array<std::uint8_t, 10> RawCmd{};
+  std::array<std::uint8_t, 10> RawReply{};
+  std::array<char, 41> rawText{};
+  std::array<char, 25> readerText{};
+  std::array<std::uint8_t, 32> readerEsn{};
+  std::array<std::uint8_t, 256> cardData{};
+  std::array<std::uint8_t, 1024> portRead{};
+  std::array<std::uint8_t, 1024> portQuickRead{};
+  std::array<char, 2048> asciiReply{};
+  IdRecord QueuedID{};
 };
-inline constinit CallBuffers Buffers{};
 
 // Report ID, then the packet of a transaction.
 using SorbaneReport = std::array<std::uint8_t, 25>;
 // Header, the data of a track, zeros.
 using SorbaneTrack = std::array<std::uint8_t, 257>;
 
-// Pointers that programs were given lead here.
-struct SorbaneBuffers {
-  SorbaneReport request;
-  SorbaneReport reply;
-  SorbaneTrack track;
-  SorbaneTrack trackCopy;  // for byte by byte reading
-  SorbaneTrack field;
-  std::array<std::uint8_t, 32> queuedId;
-  std::uint16_t queueCount;
-  std::uint8_t queueState;
+// Of magnetic-stripe readers. Pointers that programs were given lead here.
+struct MagstripeBuffers {
+  SorbaneReport request{};
+  SorbaneReport reply{};
+  SorbaneTrack track{};
+  SorbaneTrack trackCopy{};  // for byte by byte reading
+  SorbaneTrack field{};
+  std::array<std::uint8_t, 32> queuedId{};
+  std::uint16_t queueCount = 0;
+  std::uint8_t queueState = 0;
 };
-inline constinit SorbaneBuffers Sorbane{};
 
-// The records as the sensor read last sent them, before limits.
-inline constinit SonarWords SonarShadow{};
+struct TraceState {
+  tavlyn_marker_function MarkerFunc = nullptr;
+  std::FILE* LogStream = nullptr;
+};
+
+// Every variable of the process but for the table of devices, which writes its entries only when they are
+// reached. What stands here is what a load finds.
+struct Shared {
+  std::int16_t ActDev = 0;
+  std::int16_t DevCnt = 0;
+  std::int32_t HidFoundCnt = 0;
+  std::uint16_t UnsupportedValue = 0;
+  std::uint32_t SearchErr = 0;  // of searches; GetLastLibErr never shows it
+  SearchSettings search;
+  LinkState link;
+  VidPidState vidPid;
+  IdCache id;
+  AnalyzerState analyzer;
+  ReaderState reader;
+  CallBuffers buffers;
+  MagstripeBuffers magstripe;
+  SonarWords sonarShadow{};  // the records as the sensor read last sent them, before limits
+  TraceState trace;
+};
+inline constinit Shared shared;
+
+// Everything as in a process that has just started.
+void ResetState();
 
 // The entry that ActDev names, in range or not: ActDev stays within the table by all its writers.
-inline tsDevEntry& EntryOfActDev() { return DevTable[ActDev]; }
+inline tsDevEntry& EntryOfActDev() { return DevTable[shared.ActDev]; }
 
 inline std::span<tsDevEntry> LiveEntries() {
-  return DevTable.First(std::clamp<std::int16_t>(DevCnt, 0, kTableEntries));
+  return DevTable.First(std::clamp<std::int16_t>(shared.DevCnt, 0, kTableEntries));
 }
 
-inline bool ActiveInRange() { return ActDev >= 0 && ActDev < DevCnt; }
+inline bool ActiveInRange() { return shared.ActDev >= 0 && shared.ActDev < shared.DevCnt; }
 
 // False and without effect for an index of no device, but that ActDev is 0 in an empty table.
 bool Activate(std::int16_t index);

@@ -17,12 +17,9 @@ namespace {
 
 constexpr const char* kVariable = "TAVLYNAPI_LOGGING";
 
-constinit tavlyn_marker_function MarkerFunc = nullptr;
-constinit std::FILE* LogStream = nullptr;
-
 // Not flushed: lines reach the disk when the stream's buffer does, so that a traced poll stays cheap.
 void WriteToStream(const char* line, std::uint64_t /*length*/) {
-  if (LogStream != nullptr) std::fputs(line, LogStream);
+  if (shared.trace.LogStream != nullptr) std::fputs(line, shared.trace.LogStream);
 }
 
 // A text of a device could otherwise make a line of its own, or steer the terminal that shows it.
@@ -31,23 +28,24 @@ bool IsUnprintable(char c) { return c < ' ' || c > '~'; }
 }  // namespace
 
 void StartTrace() {
-  MarkerFunc = nullptr;
-  LogStream = stdout;
+  shared.trace.MarkerFunc = nullptr;
+  shared.trace.LogStream = stdout;
   if (!platform::TheHost().places.EnvironmentIsSet(kVariable)) return;
   // A file that cannot be opened leaves no stream; the lines are then made and dropped.
-  LogStream = platform::OpenTraceFile(platform::TheHost().places.TraceFile().c_str());
-  MarkerFunc = WriteToStream;
+  shared.trace.LogStream = platform::OpenTraceFile(platform::TheHost().places.TraceFile().c_str());
+  shared.trace.MarkerFunc = WriteToStream;
 }
 
 void StopTrace() {
-  MarkerFunc = nullptr;
-  if (LogStream != nullptr && LogStream != stdout) std::fclose(LogStream);
-  LogStream = nullptr;
+  shared.trace.MarkerFunc = nullptr;
+  if (shared.trace.LogStream != nullptr && shared.trace.LogStream != stdout)
+    std::fclose(shared.trace.LogStream);
+  shared.trace.LogStream = nullptr;
 }
 
 void LogLine(const char* tag, const char* format, ...) {
   // Another thread may set it, or end the process, meanwhile.
-  const tavlyn_marker_function marker = MarkerFunc;
+  const tavlyn_marker_function marker = shared.trace.MarkerFunc;
   if (marker == nullptr) return;
   char line[2048];
   const std::tm now = platform::TheHost().clock.LocalTime();
@@ -70,7 +68,7 @@ void LogLine(const char* tag, const char* format, ...) {
   platform::Contained([&] { marker(line, used); });
 }
 
-void LogErrorCode(const char* tag) { LogLine(tag, "ERROR CODE: %ld", static_cast<long>(SearchErr)); }
+void LogErrorCode(const char* tag) { LogLine(tag, "ERROR CODE: %ld", static_cast<long>(shared.SearchErr)); }
 
 void LogFailure(const char* tag) {
   LogErrorCode(tag);
@@ -81,6 +79,6 @@ void LogFailure(const char* tag) {
 
 extern "C" std::uint32_t SetMarkerFunction(tavlyn_marker_function function) {
   if (!tavlyn::platform::TheHost().places.EnvironmentIsSet(tavlyn::kVariable)) return 0;
-  tavlyn::MarkerFunc = function;
+  tavlyn::shared.trace.MarkerFunc = function;
   return 1;
 }

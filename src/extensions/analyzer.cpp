@@ -81,18 +81,18 @@ using namespace tavlyn;
 
 std::uint32_t GetCardAnalyzerStatus() {
   if (!AnalyzerIsActive()) return kNoAnalyzer;
-  AnalyzerStatus = -1;
+  shared.analyzer.AnalyzerStatus = -1;
   ReportPair pair;
   if (!Exchange(command::kAnalyzerState, pair)) {
     Fail("CardAnalyzer::getCardAnalyzerStatus", TAVLYN_ERR_ANALYZER_STATUS);
   } else if (Echoes(pair, 2)) {
-    AnalyzerCount = pair.reply[4];
-    AnalyzerStatus = pair.reply[3];
+    shared.analyzer.AnalyzerCount = pair.reply[4];
+    shared.analyzer.AnalyzerStatus = pair.reply[3];
   }
-  return static_cast<std::uint32_t>(AnalyzerStatus);
+  return static_cast<std::uint32_t>(shared.analyzer.AnalyzerStatus);
 }
 
-std::uint32_t GetCardCount() { return AnalyzerCount; }
+std::uint32_t GetCardCount() { return shared.analyzer.AnalyzerCount; }
 
 std::uint32_t SetCardAnalyzerControlState(std::uint32_t state) {
   if (!AnalyzerIsActive()) return 0;
@@ -104,7 +104,7 @@ std::uint32_t SetCardAnalyzerControlState(std::uint32_t state) {
 
 CardAnalyzerRecord* GetCardAnalyzerData() {
   if (!AnalyzerIsActive()) return nullptr;
-  const std::size_t count = AnalyzerCount;
+  const std::size_t count = shared.analyzer.AnalyzerCount;
   // malloc, because the caller may be no C++ program; one record at least, because null would be a failure.
   auto* records = static_cast<CardAnalyzerRecord*>(
       std::malloc(std::max<std::size_t>(count, 1) * sizeof(CardAnalyzerRecord)));

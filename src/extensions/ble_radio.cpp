@@ -38,7 +38,7 @@ std::uint16_t GetBTLEConfiguration() {
 }
 
 std::uint16_t SetBTLEConfiguration(std::uint8_t configuration) {
-  if (!ActiveInRange()) return UnsupportedValue;
+  if (!ActiveInRange()) return shared.UnsupportedValue;
   ReportPair pair;
   return AskRadio(command::kWriteBle, pair, TAVLYN_ERR_SET_BLE, configuration) ? 1 : 0;
 }

@@ -46,7 +46,7 @@ std::uint32_t SaveBle(const BleBlock& block, const char* path) {
   EntryOfActDev().LastLibErr = 0;
   if (EntryOfActDev().ProductKind != kReader) return 1;
   File file = CreateKeyFile(path);
-  if (file == nullptr) return UnsupportedValue;
+  if (file == nullptr) return shared.UnsupportedValue;
   PrintHead(file.get(), block);
   // What a failed read did not bring is saved as zeros; only the error word tells.
   BleBytes bytes{};
@@ -56,7 +56,7 @@ std::uint32_t SaveBle(const BleBlock& block, const char* path) {
   file.reset();
   if (CRC().AppendHwgTrailer(path) != 0) return 1;
   EntryOfActDev().LastLibErr |= TAVLYN_ERR_BLE_READ;
-  return UnsupportedValue;
+  return shared.UnsupportedValue;
 }
 
 bool Holds(std::string_view line, std::string_view text) { return line.find(text) != std::string_view::npos; }
@@ -116,14 +116,14 @@ bool LoadBlock(const BleBlock& block, const char* path) {
 std::uint32_t LoadBle(const BleBlock& block, const char* path) {
   if (!IsIntact(path, kHwgTrailer)) {
     EntryOfActDev().LastLibErr |= TAVLYN_ERR_INTEGRITY;
-    return UnsupportedValue;
+    return shared.UnsupportedValue;
   }
   // As in a save.
   if (!ReaderIsActive()) return 1;
   EntryOfActDev().LastLibErr = 0;
   if (LoadBlock(block, path)) return 1;
   EntryOfActDev().LastLibErr |= TAVLYN_ERR_BLE_WRITE;
-  return UnsupportedValue;
+  return shared.UnsupportedValue;
 }
 
 }  // namespace

@@ -19,8 +19,8 @@ Xfer ItemChannel::Exchange(const Command& command, std::uint8_t block, const Blo
   std::ranges::copy(packet, request_.begin());
   std::ranges::copy(bytes, request_.begin() + 5);
   reply_ = {};
-  if (!WriteFeatureReport(size_, ActDev, request_.data())) return Xfer::kNotSent;
-  return ReadFeatureReport(size_, ActDev, reply_.data()) ? Xfer::kDone : Xfer::kNoReply;
+  if (!WriteFeatureReport(size_, shared.ActDev, request_.data())) return Xfer::kNotSent;
+  return ReadFeatureReport(size_, shared.ActDev, reply_.data()) ? Xfer::kDone : Xfer::kNoReply;
 }
 
 bool ItemChannel::SameFirst(std::size_t bytes) const {

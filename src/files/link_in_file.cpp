@@ -27,10 +27,10 @@ std::uint32_t LinkNamedIn(const char* path) {
 }  // namespace
 
 std::uint32_t ReadDevTypeFromFile(const char* path) {
-  if (!ActiveInRange()) return UnsupportedValue;
+  if (!ActiveInRange()) return shared.UnsupportedValue;
   switch (EntryOfActDev().ProductKind) {
     case kMagstripe: return LinkNamedIn(path);
     case kSonar: return 0;
-    default: return UnsupportedValue;
+    default: return shared.UnsupportedValue;
   }
 }

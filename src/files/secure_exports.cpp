@@ -16,7 +16,7 @@ std::uint32_t ReadDevCfgFromSecureFile(const char* path) {
   // Without an active reader nothing is loaded and the answer is deliberately 1 all the same.
   if (!ActiveInRange()) return 1;
   EntryOfActDev().LastLibErr = 0;
-  if (EntryOfActDev().ProductKind == kReader && LoadTemplateFile(path) == 0) return UnsupportedValue;
+  if (EntryOfActDev().ProductKind == kReader && LoadTemplateFile(path) == 0) return shared.UnsupportedValue;
   return 1;
 }
 
@@ -24,8 +24,8 @@ std::uint32_t WriteDevCfgToSecureFile(const char* path) {
   if (!ActiveInRange()) return 1;
   EntryOfActDev().LastLibErr = 0;
   if (EntryOfActDev().ProductKind != kReader) return 1;
-  if (SaveTemplateFile(path) == 0) return UnsupportedValue;
+  if (SaveTemplateFile(path) == 0) return shared.UnsupportedValue;
   if (CRC().AppendSecureTrailer(path) == 0) return 1;
   EntryOfActDev().LastLibErr |= TAVLYN_ERR_INTEGRITY;
-  return UnsupportedValue;
+  return shared.UnsupportedValue;
 }

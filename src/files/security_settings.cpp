@@ -16,7 +16,7 @@ std::uint8_t& EnhanceByte() { return EntryOfActDev().CfgSlot[0].sFldSepData[kEnh
 }  // namespace
 
 std::uint32_t SetHashKeyData(const std::uint8_t* data) {
-  if (!ReaderIsActive()) return UnsupportedValue;
+  if (!ReaderIsActive()) return shared.UnsupportedValue;
   if (data == nullptr) return 0;
   tsCfgSlot& slot = EntryOfActDev().ActiveSlot();
   for (auto& key : slot.HashKeyData) {

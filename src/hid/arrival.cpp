@@ -48,12 +48,12 @@ std::uint32_t CheckArrival(const char* path, const ArrivalRow& row) {
   if (!PathTells(path, row.path)) return 0;
   const platform::Handle device = OpenDevice(path);
   if (device == platform::kNoHandle) {
-    SearchErr = kNotOpened;
+    shared.SearchErr = kNotOpened;
     return 0;
   }
   if (!UsbDriver_IsDevOurs(path, row.device, nullptr)) {
     CloseDevice(device);
-    SearchErr = kNotOurs;
+    shared.SearchErr = kNotOurs;
     return 0;
   }
   tsDevEntry& named = row.named == Named::kFirstEntry ? DevTable[0] : fresh;
@@ -74,11 +74,11 @@ void DropPort(tsDevEntry& entry) {
 }
 
 bool Add(const tsDevEntry& entry) {
-  if (DevCnt >= kTableEntries) return false;
-  tsDevEntry& added = DevTable[DevCnt];
+  if (shared.DevCnt >= kTableEntries) return false;
+  tsDevEntry& added = DevTable[shared.DevCnt];
   DropPort(added);
   added = entry;
-  ++DevCnt;
+  ++shared.DevCnt;
   return true;
 }
 
@@ -109,7 +109,7 @@ void CloseGaps() {
     below = *entry;
     entry->pSerialPort = nullptr;
   }
-  --DevCnt;
+  --shared.DevCnt;
 }
 
 }  // namespace
@@ -120,10 +120,10 @@ std::uint32_t CheckSonarArrival(const char* path) { return CheckArrival(path, kS
 
 std::uint32_t AddOrRemoveEntry(const tsDevEntry* entry, bool remove) {
   bool done = false;
-  DevCnt = std::min(DevCnt, kTableEntries);
+  shared.DevCnt = std::min(shared.DevCnt, kTableEntries);
   if (entry != nullptr) done = remove ? RemoveFirstOpen() : Add(*entry);
   CloseGaps();
-  ActDev = 0;
+  shared.ActDev = 0;
   return done ? 1 : 0;
 }
 

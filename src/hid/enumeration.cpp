@@ -102,7 +102,7 @@ platform::Handle OpenDeviceOverlapped(const char* path) {
 void CloseDevice(platform::Handle device) {
   LogLine("UsbDriver_Close", "ENTER");
   // The flag stays: what is behind the tunnel is gone, and the next connect clears it.
-  if (TunnelLink != 0) LinkClose();
+  if (shared.link.TunnelLink != 0) LinkClose();
   LogLine("UsbDriver_Close", "EXIT");
   Hid().Close(device);
 }

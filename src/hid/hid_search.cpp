@@ -4,9 +4,13 @@
 
 namespace tavlyn {
 
-bool Searches(std::int16_t link) { return DevTypeSrch == link || DevTypeSrch == -1; }
+bool Searches(std::int16_t link) {
+  return shared.search.DevTypeSrch == link || shared.search.DevTypeSrch == -1;
+}
 
-tsDevEntry* NextHidEntry() { return HidFoundCnt < kTableEntries ? &DevTable[HidFoundCnt] : nullptr; }
+tsDevEntry* NextHidEntry() {
+  return shared.HidFoundCnt < kTableEntries ? &DevTable[shared.HidFoundCnt] : nullptr;
+}
 
 void CountHidEntry(tsDevEntry& entry, std::uint32_t kind, const char* path, std::int32_t row) {
   entry.VidPidRow = row;
@@ -14,16 +18,17 @@ void CountHidEntry(tsDevEntry& entry, std::uint32_t kind, const char* path, std:
   entry.LinkKind = kByReports;
   std::memset(entry.DevName, 0, sizeof entry.DevName);
   std::strncpy(entry.DevName, path, sizeof entry.DevName - 1);
-  ++HidFoundCnt;
-  ++DevCnt;
+  ++shared.HidFoundCnt;
+  ++shared.DevCnt;
 }
 
 void SearchHidPair(platform::HidIds pair, HidCallback add) {
-  const std::int32_t foundBefore = HidFoundCnt;
+  const std::int32_t foundBefore = shared.HidFoundCnt;
   EnumerateHid(pair, add);
   // Deliberately the entry after the first one added.
   const std::int32_t after = foundBefore + 1;
-  if (HidFoundCnt > foundBefore && after < kTableEntries) DevTable[after].LastLibErr = SearchErr;
+  if (shared.HidFoundCnt > foundBefore && after < kTableEntries)
+    DevTable[after].LastLibErr = shared.SearchErr;
 }
 
 }  // namespace tavlyn

@@ -16,7 +16,7 @@ constexpr int kWriteTries = 6;
 constexpr std::uint32_t kAfterFailedWrite = 80;
 
 // Deliberately admits dev equal to DevCnt: a search talks to a device before it counts it.
-bool IndexIsGood(std::int32_t dev) { return dev >= 0 && dev <= DevCnt && dev < kTableEntries; }
+bool IndexIsGood(std::int32_t dev) { return dev >= 0 && dev <= shared.DevCnt && dev < kTableEntries; }
 
 tsDevEntry& Touch(std::int32_t dev) {
   tsDevEntry& entry = DevTable[dev];
@@ -32,7 +32,7 @@ bool ReadFeatureReport(std::int32_t n, std::int32_t dev, std::uint8_t* buffer) {
   // n bytes of the n + 1 are cleared, and before the index is looked at.
   if (n > 0) std::fill_n(buffer, n, std::uint8_t{0});
   if (!IndexIsGood(dev) || n < 0) return false;
-  if (TunnelLink != 0) return ReadTextFrame(n, buffer);
+  if (shared.link.TunnelLink != 0) return ReadTextFrame(n, buffer);
   const tsDevEntry& entry = Touch(dev);
   buffer[0] = ReportIdOf(entry);
   return platform::TheHost().hid.GetFeature(entry.hDev, {buffer, static_cast<std::size_t>(n) + 1});
@@ -40,7 +40,7 @@ bool ReadFeatureReport(std::int32_t n, std::int32_t dev, std::uint8_t* buffer) {
 
 bool WriteFeatureReport(std::int32_t n, std::int32_t dev, const std::uint8_t* buffer) {
   if (!IndexIsGood(dev)) return false;
-  if (TunnelLink != 0) return WriteTextFrame(n, buffer);
+  if (shared.link.TunnelLink != 0) return WriteTextFrame(n, buffer);
   tsDevEntry& entry = Touch(dev);
   if (n < -1 || n > kLongestReport) return false;
   const auto length = static_cast<std::size_t>(n) + 1;
@@ -56,9 +56,11 @@ bool WriteFeatureReport(std::int32_t n, std::int32_t dev, const std::uint8_t* bu
   return false;
 }
 
-bool SendReport(const Report& report) { return WriteFeatureReport(kUsualPayload, ActDev, report.data()); }
+bool SendReport(const Report& report) {
+  return WriteFeatureReport(kUsualPayload, shared.ActDev, report.data());
+}
 
-bool FetchReport(Report& report) { return ReadFeatureReport(kUsualPayload, ActDev, report.data()); }
+bool FetchReport(Report& report) { return ReadFeatureReport(kUsualPayload, shared.ActDev, report.data()); }
 
 bool ReadInputReport(platform::Handle device, std::span<std::uint8_t> buffer) {
   const platform::Drain drained = platform::TheHost().hid.DrainInput(device, buffer);

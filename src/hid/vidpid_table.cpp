@@ -18,9 +18,6 @@ constexpr std::size_t kLineLength = 256;
 constexpr std::size_t kValueLength = 81;
 constexpr const char* kFileName = "./TavlynVIDPID.txt";
 
-// The file as found once, so that it stays usable when the application changes directory.
-constinit std::array<char, 260> StaticPath{};
-
 // As lines of the file.
 #define TAVLYN_ROW(vid, pid, vendor, filter)                                                             \
   "VID=\"" #vid "\" PID=\"" #pid "\" VENDORNAME=\"" #vid ":" #pid " " vendor "\" FILTER1MASK=\"" #filter \
@@ -53,18 +50,18 @@ File OpenTable() {
   File file(platform::OpenFoundFile(kFileName));
   if (file != nullptr) {
     const platform::Path found("%s%s", platform::TheHost().places.CurrentFolder().c_str(), kFileName + 2);
-    StaticPath.fill('\0');
-    found.View().copy(StaticPath.data(), StaticPath.size() - 1);
+    shared.vidPid.path.fill('\0');
+    found.View().copy(shared.vidPid.path.data(), shared.vidPid.path.size() - 1);
     return file;
   }
-  if (StaticPath.front() != '\0') file.reset(platform::OpenFoundFile(StaticPath.data()));
+  if (shared.vidPid.path.front() != '\0') file.reset(platform::OpenFoundFile(shared.vidPid.path.data()));
   return file;
 }
 
 }  // namespace
 
 void LoadVidPidTable() {
-  VidPidTable.fill({});
+  shared.vidPid.VidPidTable.fill({});
   const File file = OpenTable();
   if (file == nullptr) {
     for (const char* line : kBuiltInLines) ParseVidPidLine(line);
@@ -73,16 +70,16 @@ void LoadVidPidTable() {
   // The lock is held, and who put the file there need not wish well: even a regular one has a bound here.
   Lines<kLineLength + 1> lines(file.get(), kMostPieces);
   std::string_view line;
-  while (VidPidCnt < kVidPidRows && lines.Next(line)) ParseVidPidLine(line.data());
+  while (shared.vidPid.VidPidCnt < kVidPidRows && lines.Next(line)) ParseVidPidLine(line.data());
 }
 
 void ParseVidPidLine(const char* text) {
-  if (VidPidCnt >= kVidPidRows) return;
-  tsVidPidRow& row = VidPidTable[static_cast<std::size_t>(VidPidCnt)];
+  if (shared.vidPid.VidPidCnt >= kVidPidRows) return;
+  tsVidPidRow& row = shared.vidPid.VidPidTable[static_cast<std::size_t>(shared.vidPid.VidPidCnt)];
   std::uint16_t vid = 0;
   std::uint16_t pid = 0;
-  TakeHex(text, "DEFAULT1MASK=", DefaultFilter[1].mask);
-  TakeHex(text, "DEFAULT1COMPARE=", DefaultFilter[1].compare);
+  TakeHex(text, "DEFAULT1MASK=", shared.vidPid.DefaultFilter[1].mask);
+  TakeHex(text, "DEFAULT1COMPARE=", shared.vidPid.DefaultFilter[1].compare);
   TakeHex(text, "VID=", vid);
   TakeHex(text, "PID=", pid);
   // These go into the free row even when the line turns out to add none.
@@ -94,20 +91,13 @@ void ParseVidPidLine(const char* text) {
   row.PID = pid;
   std::memset(row.VendorName, 0, sizeof row.VendorName);
   name.copy(row.VendorName, kVendorNameLength);
-  ++VidPidCnt;
-}
-
-void ForgetVidPidTable() {
-  VidPidTable.fill({});
-  VidPidCnt = 0;
-  DefaultFilter = {};
-  StaticPath.fill('\0');
+  ++shared.vidPid.VidPidCnt;
 }
 
 std::int32_t FindVidPidRow(platform::HidIds ids, std::int32_t start) {
   if (ids.pid == 0) return -1;
   for (std::int32_t row = start; row < kVidPidRows; ++row) {
-    const tsVidPidRow& candidate = VidPidTable[static_cast<std::size_t>(row)];
+    const tsVidPidRow& candidate = shared.vidPid.VidPidTable[static_cast<std::size_t>(row)];
     if (candidate.VID == 0) return -1;
     if (candidate.VID == ids.vid && candidate.PID == ids.pid) return row;
   }
@@ -125,14 +115,14 @@ constexpr const char* kMainPairName = "7A31:3BFA Orvantis";
 // The active device's row of the table, or null.
 const tsVidPidRow* ActiveRow() {
   const std::int32_t row = EntryOfActDev().VidPidRow;
-  return row >= 0 && row < kVidPidRows ? &VidPidTable[static_cast<std::size_t>(row)] : nullptr;
+  return row >= 0 && row < kVidPidRows ? &shared.vidPid.VidPidTable[static_cast<std::size_t>(row)] : nullptr;
 }
 
 std::uint32_t FilterValue(std::int32_t index, std::uint32_t Filter::*value) {
   if (index != 0 && index != 1) return 0;
   const auto number = static_cast<std::size_t>(index);
   const tsVidPidRow* row = ReaderIsActive() && index == 1 ? ActiveRow() : nullptr;
-  return row != nullptr ? row->filter[number].*value : DefaultFilter[number].*value;
+  return row != nullptr ? row->filter[number].*value : shared.vidPid.DefaultFilter[number].*value;
 }
 
 }  // namespace
@@ -144,7 +134,7 @@ std::uint32_t GetVidPidFilterCompare(std::int32_t index) { return FilterValue(in
 const char* GetVidPidVendorName() {
   if (!ActiveInRange()) return kMainPairName;
   const tsDevEntry& entry = EntryOfActDev();
-  if (TunnelLink != 0 || entry.LinkKind != kByReports) return "";
+  if (shared.link.TunnelLink != 0 || entry.LinkKind != kByReports) return "";
   if (entry.ProductKind != kReader) return "";
   const tsVidPidRow* row = ActiveRow();
   return row != nullptr ? row->VendorName : kMainPairName;

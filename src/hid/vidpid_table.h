@@ -2,40 +2,19 @@
 // TavlynVIDPID.txt or, without one, from the lines built in.
 #pragma once
 
-#include <array>
 #include <cstdint>
 
 #include "core/product.h"
+#include "core/state.h"
 #include "platform/platform.h"
 
 namespace tavlyn {
 
-inline constexpr std::int32_t kVidPidRows = 51;
 inline constexpr std::size_t kVendorNameLength = 45;
-
-struct Filter {
-  std::uint32_t mask;
-  std::uint32_t compare;
-};
-
-struct tsVidPidRow {
-  std::array<Filter, 2> filter;  // number 0 is never written
-  std::uint16_t VID;             // 0 ends the table for everyone who reads it
-  std::uint16_t PID;
-  char VendorName[48];
-};
-
-inline constinit std::array<tsVidPidRow, kVidPidRows> VidPidTable{};
-inline constinit std::int32_t VidPidCnt = 0;
-// DEFAULT1MASK and DEFAULT1COMPARE at index 1; no load clears them.
-inline constinit std::array<Filter, 2> DefaultFilter{};
 
 // Clears the rows, but not the count, which only USBConnect and USBDisconnect reset: after another kind of
 // connect the new rows stand behind the old count and the table looks empty.
 void LoadVidPidTable();
-
-// As in a process that has just started.
-void ForgetVidPidTable();
 
 // Takes what a line of the file says; adds at most one row.
 void ParseVidPidLine(const char* text);

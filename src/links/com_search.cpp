@@ -15,11 +15,11 @@ bool TryReaderPort(std::uint16_t number, tsDevEntry& entry, Probe answers) {
   if (port == nullptr) return false;
   entry.LinkKind = kBySerialPort;
   port->SetPortNum(number);
-  port->SetLine({DefaultBaud, 0, 0});
+  port->SetLine({shared.search.DefaultBaud, 0, 0});
   port->UseNormalTimeouts();
   // A port that does not open leaves its object for the next candidate.
   if (!port->Open()) return false;
-  ActDev = DevCnt;
+  shared.ActDev = shared.DevCnt;
   if (!answers()) {
     DropPort(entry);
     return false;
@@ -39,10 +39,10 @@ bool TrySorbanePort(std::uint16_t number, tsDevEntry& entry, SerialPort& port, P
   entry.LinkKind = kBySerialPort;
   port.SetPortNum(number);
   if (!port.Open()) return false;
-  const std::int16_t active = ActDev;
-  ActDev = DevCnt;
+  const std::int16_t active = shared.ActDev;
+  shared.ActDev = shared.DevCnt;
   const bool answered = answers();
-  ActDev = active;
+  shared.ActDev = active;
   if (!answered) {
     DropPort(entry);
     return false;
@@ -54,16 +54,18 @@ bool TrySorbanePort(std::uint16_t number, tsDevEntry& entry, SerialPort& port, P
 }
 
 void ScanUnlessOff() {
-  if (VComSrchHi != 0 && VComSrchLo != 0) ScanVirtualComs();
+  if (shared.search.VComSrchHi != 0 && shared.search.VComSrchLo != 0) ScanVirtualComs();
 }
 
-bool InRange(std::uint16_t number) { return number >= ComSrchLo && number <= ComSrchHi; }
+bool InRange(std::uint16_t number) {
+  return number >= shared.search.ComSrchLo && number <= shared.search.ComSrchHi;
+}
 
 }  // namespace
 
 void ScanVirtualComs() {
-  VirtualComFlags.fill(0);
-  platform::TheHost().ports.FindVirtual(VirtualComFlags);
+  shared.search.VirtualComFlags.fill(0);
+  platform::TheHost().ports.FindVirtual(shared.search.VirtualComFlags);
 }
 
 bool PortInUse(std::uint32_t number) {
@@ -73,8 +75,8 @@ bool PortInUse(std::uint32_t number) {
 }
 
 bool SearchReaderComs(Probe answers) {
-  DevCnt = 0;
-  ActDev = 0;
+  shared.DevCnt = 0;
+  shared.ActDev = 0;
   // What the scan finds deliberately changes nothing here: a virtual port outside the range is not visited.
   ScanUnlessOff();
   bool found = false;
@@ -91,7 +93,7 @@ bool SearchSorbaneComs(Probe answers) {
   bool found = false;
   for (std::uint16_t number = 1; number <= platform::kHighestCom; ++number) {
     tsDevEntry* entry = NextEntry();
-    const bool visited = InRange(number) || VirtualComFlags[number] != 0;
+    const bool visited = InRange(number) || shared.search.VirtualComFlags[number] != 0;
     if (entry == nullptr || !visited || PortInUse(number)) continue;
     SerialPort* port = PortOf(*entry);
     // Ends the search without a result, whatever it has found.
@@ -105,4 +107,4 @@ bool SearchSorbaneComs(Probe answers) {
 
 using namespace tavlyn;
 
-void SetBaudRate(std::uint32_t baud) { DefaultBaud = baud; }
+void SetBaudRate(std::uint32_t baud) { shared.search.DefaultBaud = baud; }

@@ -1,17 +1,11 @@
 // Finding devices on serial ports: COM numbers are tried one after the other.
 #pragma once
 
-#include <array>
 #include <cstdint>
 
 #include "links/probe.h"
 
 namespace tavlyn {
-
-// VirtualComFlags[n]: COM n belongs to a virtual port of the maker or to a PCMCIA card.
-inline constinit std::array<std::uint8_t, platform::kHighestCom + 1> VirtualComFlags{};
-// Speed of the reader search.
-inline constinit std::uint32_t DefaultBaud = 9600;
 
 void ScanVirtualComs();
 

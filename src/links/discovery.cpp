@@ -99,23 +99,24 @@ std::int32_t RecvDiscovery(platform::Handle socket, Reply& reply, std::uint32_t 
 std::optional<std::uint8_t> TryAddress(IpAddress address, std::uint32_t attempt) {
   constexpr std::uint32_t kDiscoveryPause = 100;
   constexpr std::uint32_t kAdapterPause = 50;
-  Sockets().SetBroadcast(LinkSocket);
-  Sockets().SetNonBlocking(LinkSocket);
-  Sockets().SetReceiveTimeout(LinkSocket, 50);
-  SendDiscovery(LinkSocket, address);
-  if (SendDiscovery(LinkSocket, address) == static_cast<std::int32_t>(kDiscovery.size())) {
+  Sockets().SetBroadcast(shared.link.LinkSocket);
+  Sockets().SetNonBlocking(shared.link.LinkSocket);
+  Sockets().SetReceiveTimeout(shared.link.LinkSocket, 50);
+  SendDiscovery(shared.link.LinkSocket, address);
+  if (SendDiscovery(shared.link.LinkSocket, address) == static_cast<std::int32_t>(kDiscovery.size())) {
     if (attempt > 0) Pause(attempt * kDiscoveryPause);
     Reply reply{};
-    if (RecvDiscovery(LinkSocket, reply, 0) > 0 && IsDiscoveryReply(reply, address)) return address[3];
+    if (RecvDiscovery(shared.link.LinkSocket, reply, 0) > 0 && IsDiscoveryReply(reply, address))
+      return address[3];
   }
-  if (SendAdapterQuery(LinkSocket, address) < 0) return std::nullopt;
+  if (SendAdapterQuery(shared.link.LinkSocket, address) < 0) return std::nullopt;
   Reply reply;
   reply.fill(0xFF);
-  Sockets().SetNonBlocking(LinkSocket);
+  Sockets().SetNonBlocking(shared.link.LinkSocket);
   if (attempt > 0) Pause(attempt);
   Pause(kAdapterPause);
   platform::Address sender;
-  Sockets().RecvFrom(LinkSocket, reply, sender);
+  Sockets().RecvFrom(shared.link.LinkSocket, reply, sender);
   const bool sameNet = std::equal(address.begin(), address.begin() + 3, sender.ip.begin());
   if (!sameNet || !IsAdapterReply(reply, kFindXportPrefixes)) return std::nullopt;
   return sender.ip[3];
@@ -182,9 +183,9 @@ using namespace tavlyn;
 std::uint32_t FindXport(std::int16_t a, std::int16_t b, std::int16_t c, std::int16_t first,
                         std::int16_t last) {
   // Borrows the socket of the link, whatever it held.
-  LinkSocket = platform::kNoHandle;
+  shared.link.LinkSocket = platform::kNoHandle;
   if (!Sockets().Startup()) return 0;
-  LinkSocket = Sockets().OpenUdp();
+  shared.link.LinkSocket = Sockets().OpenUdp();
   if (!LinkIsOpen()) return 0;
   const IpAddress net = {static_cast<std::uint8_t>(a), static_cast<std::uint8_t>(b),
                          static_cast<std::uint8_t>(c), 0};

@@ -38,7 +38,7 @@ bool TryXport(tsDevEntry& entry, const Peer& peer, Probe answers) {
   port->UseNormalTimeouts();
   FetchMacAddr(peer.asked, entry.DevMacAddr);
   if (!port->Open()) return false;
-  ActDev = DevCnt;
+  shared.ActDev = shared.DevCnt;
   if (!answers()) {
     DropPort(entry);
     return false;
@@ -50,14 +50,14 @@ bool TryXport(tsDevEntry& entry, const Peer& peer, Probe answers) {
 // The address is the one passed in on every pass; the running octet only counts them.
 bool TryTunnel(tsDevEntry& entry, const Peer& peer, Probe answers) {
   DropPort(entry);
-  TunnelLink = 1;
+  shared.link.TunnelLink = 1;
   entry.LinkKind = kByReports;
   FetchMacAddr(peer.asked, entry.DevMacAddr);
   // A connection that fails deliberately leaves the flag set.
   if (LinkConnect({peer.asked, peer.port}) != 0) return false;
-  ActDev = DevCnt;
+  shared.ActDev = shared.DevCnt;
   if (!answers()) {
-    TunnelLink = 0;
+    shared.link.TunnelLink = 0;
     LinkClose();
     return false;
   }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "core/state.h"
+
 namespace tavlyn {
 namespace {
 
@@ -17,10 +19,6 @@ constexpr std::size_t kDrainBytes = 25;
 constexpr int kMostReads = 5;
 // A result counts the bytes from the ring too when the device was quick.
 constexpr int kQuickReads = 3;
-
-// How many surplus bytes the ring is said to hold; one count for the process, which outlives the handle. It
-// may fall below 0.
-constinit std::int32_t RingCount = 0;
 
 platform::Libusb& Usb() { return platform::TheHost().usb; }
 
@@ -54,18 +52,18 @@ void CloseLibusbDevice(platform::Handle device) {
 std::int32_t LibusbRead(platform::Handle device, std::span<std::uint8_t> bytes) {
   auto n = static_cast<std::int32_t>(bytes.size());
   std::int32_t base = 0;
-  if (RingCount >= n) {
+  if (shared.link.ringCount >= n) {
     TakeFromRing(bytes);
-    RingCount -= n;
+    shared.link.ringCount -= n;
     return n;
   }
-  if (RingCount > 0) {
-    base = RingCount;
+  if (shared.link.ringCount > 0) {
+    base = shared.link.ringCount;
     TakeFromRing(bytes.first(static_cast<std::size_t>(base)));
     n -= base;
     // Less the bytes still wanted, not the bytes taken: the count may go below 0 and then asks for as many
     // more.
-    RingCount -= n;
+    shared.link.ringCount -= n;
   }
   std::array<std::uint8_t, kMostReads * kChunk> scratch{};
   std::int32_t got = 0;
@@ -76,7 +74,7 @@ std::int32_t LibusbRead(platform::Handle device, std::span<std::uint8_t> bytes) 
   }
   if (got < n) return 0;
   std::copy_n(scratch.begin(), n, bytes.begin() + base);
-  RingCount += got - n;
+  shared.link.ringCount += got - n;
   return reads <= kQuickReads ? n + base : n;
 }
 
@@ -89,7 +87,5 @@ void LibusbDrain(platform::Handle device) {
   while (LibusbRead(device, scratch) > 0) {
   }
 }
-
-void ForgetLibusbRing() { RingCount = 0; }
 
 }  // namespace tavlyn

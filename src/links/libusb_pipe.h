@@ -21,7 +21,4 @@ std::int32_t LibusbRead(platform::Handle device, std::span<std::uint8_t> bytes);
 void LibusbWrite(platform::Handle device, std::span<const std::uint8_t> bytes);
 void LibusbDrain(platform::Handle device);
 
-// As in a process that has just started.
-void ForgetLibusbRing();
-
 }  // namespace tavlyn

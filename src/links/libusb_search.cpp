@@ -19,7 +19,7 @@ bool SearchLibusbReader(Probe answers) {
   entry->LinkKind = kBySerialPort;
   port->SetUsbHandle(device);
   port->UseNormalTimeouts();
-  ActDev = DevCnt;
+  shared.ActDev = shared.DevCnt;
   if (!port->Open() || !answers()) {
     DropPort(*entry);
     return false;

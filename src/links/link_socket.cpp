@@ -17,16 +17,16 @@ constexpr int kRecvs = 5;
 
 std::int32_t LinkConnect(platform::Address peer) {
   platform::Sockets& sockets = platform::TheHost().sockets;
-  if (LinkIsOpen()) sockets.Close(LinkSocket);
-  LinkSocket = platform::kNoHandle;
+  if (LinkIsOpen()) sockets.Close(shared.link.LinkSocket);
+  shared.link.LinkSocket = platform::kNoHandle;
   if (!sockets.Startup()) return -1;
-  LinkSocket = sockets.OpenTcp();
+  shared.link.LinkSocket = sockets.OpenTcp();
   if (!LinkIsOpen()) return -2;
-  if (sockets.Connect(LinkSocket, peer) != 0) {
+  if (sockets.Connect(shared.link.LinkSocket, peer) != 0) {
     LinkClose();
     return -3;
   }
-  sockets.SetNonBlocking(LinkSocket);
+  sockets.SetNonBlocking(shared.link.LinkSocket);
   return 0;
 }
 
@@ -42,7 +42,7 @@ std::int32_t LinkRecv(std::span<std::uint8_t> buffer) {
   std::int32_t last = 0;
   for (int pass = 0; pass < kRecvs && got < want; ++pass) {
     Pause(kBetweenRecvs);
-    last = host.sockets.Recv(LinkSocket, buffer.subspan(got, want));
+    last = host.sockets.Recv(shared.link.LinkSocket, buffer.subspan(got, want));
     if (last > 0) {
       got += static_cast<std::size_t>(last);
       want -= static_cast<std::size_t>(last);
@@ -52,7 +52,7 @@ std::int32_t LinkRecv(std::span<std::uint8_t> buffer) {
 }
 
 std::int32_t LinkSendNow(std::span<const std::uint8_t> bytes) {
-  return LinkIsOpen() ? platform::TheHost().sockets.Send(LinkSocket, bytes) : 0;
+  return LinkIsOpen() ? platform::TheHost().sockets.Send(shared.link.LinkSocket, bytes) : 0;
 }
 
 std::int32_t LinkSend(std::span<const std::uint8_t> bytes) {
@@ -64,15 +64,15 @@ std::int32_t LinkSend(std::span<const std::uint8_t> bytes) {
 
 std::int32_t LinkClose() {
   if (!LinkIsOpen()) return 0;
-  const std::int32_t result = platform::TheHost().sockets.Close(LinkSocket);
-  if (result == 0) LinkSocket = platform::kNoHandle;
+  const std::int32_t result = platform::TheHost().sockets.Close(shared.link.LinkSocket);
+  if (result == 0) shared.link.LinkSocket = platform::kNoHandle;
   return result;
 }
 
 void CloseTunnel() {
-  if (TunnelLink == 0) return;
+  if (shared.link.TunnelLink == 0) return;
   LinkClose();
-  TunnelLink = 0;
+  shared.link.TunnelLink = 0;
 }
 
 }  // namespace tavlyn

@@ -5,13 +5,12 @@
 #include <cstdint>
 #include <span>
 
+#include "core/state.h"
 #include "platform/platform.h"
 
 namespace tavlyn {
 
-inline constinit platform::Handle LinkSocket = platform::kNoHandle;
-
-inline bool LinkIsOpen() { return LinkSocket != platform::kNoHandle; }
+inline bool LinkIsOpen() { return shared.link.LinkSocket != platform::kNoHandle; }
 
 // A TCP connection in place of the one that may be open: 0, or -1 to -3 for no sockets, no socket, no
 // connection.

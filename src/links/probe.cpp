@@ -19,7 +19,7 @@ SerialPort* ClosedPort(tsDevEntry& entry) {
 void Count(tsDevEntry& entry, std::uint32_t kind) {
   entry.ProductKind = kind;
   entry.VidPidRow = -1;
-  ++DevCnt;
+  ++shared.DevCnt;
 }
 
 void DropPort(tsDevEntry& entry) {

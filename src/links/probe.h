@@ -9,7 +9,9 @@ namespace tavlyn {
 using Probe = bool (*)();
 
 // The entry that a search fills next, or null when the table is full.
-inline tsDevEntry* NextEntry() { return DevCnt >= 0 && DevCnt < kTableEntries ? &DevTable[DevCnt] : nullptr; }
+inline tsDevEntry* NextEntry() {
+  return shared.DevCnt >= 0 && shared.DevCnt < kTableEntries ? &DevTable[shared.DevCnt] : nullptr;
+}
 
 // The entry's port; made when it has none. Null without memory for one.
 SerialPort* PortOf(tsDevEntry& entry);

@@ -161,7 +161,7 @@ using CharBuffer = std::array<std::uint8_t, 1024>;
 
 // The active device's open port, or null.
 SerialPort* OpenPort() {
-  if (ActDev < 0) return nullptr;
+  if (shared.ActDev < 0) return nullptr;
   SerialPort* port = EntryOfActDev().pSerialPort;
   return port != nullptr && port->IsOpen() ? port : nullptr;
 }
@@ -208,9 +208,9 @@ void SetSerialTimeouts(std::uint32_t /*interval*/, std::uint32_t /*multiplier*/,
 }
 
 std::uint32_t readSerialPort_char(std::int16_t index) {
-  return ReadChar(&SerialPort::Read, Buffers.portRead, index);
+  return ReadChar(&SerialPort::Read, shared.buffers.portRead, index);
 }
 
 std::uint32_t quickReadSerialPort_char(std::int16_t index) {
-  return ReadChar(&SerialPort::QuickRead, Buffers.portQuickRead, index);
+  return ReadChar(&SerialPort::QuickRead, shared.buffers.portQuickRead, index);
 }

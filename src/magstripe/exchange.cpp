@@ -23,33 +23,34 @@ constexpr std::uint32_t kBeforeSecondTry = 25;
 bool IsStore(const char* text) { return text[0] == 'F' && (text[1] == 'D' || text[1] == 'W'); }
 
 void BuildRequest(const char* text) {
-  Sorbane.request.fill(0);
-  std::copy_n(text, std::min(std::strlen(text), kPacket), Sorbane.request.begin() + 1);
-  Sorbane.request.back() = kPacketEnd;
+  shared.magstripe.request.fill(0);
+  std::copy_n(text, std::min(std::strlen(text), kPacket), shared.magstripe.request.begin() + 1);
+  shared.magstripe.request.back() = kPacketEnd;
 }
 
 // Only a count of one sends the exchange on, so that a serial port, which counts bytes, never gets an answer
 // to a packet that it took whole. Deliberate: no serial reader may be found where none was before.
 bool Send() {
-  if (!OnSerialPort()) return WriteFeatureReport(kReportBytes, ActDev, Sorbane.request.data());
+  if (!OnSerialPort())
+    return WriteFeatureReport(kReportBytes, shared.ActDev, shared.magstripe.request.data());
   SerialPort* port = EntryOfActDev().pSerialPort;
-  return port != nullptr && port->Write(std::span(Sorbane.request).subspan(1)) == 1;
+  return port != nullptr && port->Write(std::span(shared.magstripe.request).subspan(1)) == 1;
 }
 
 bool Fetch() {
-  if (!OnSerialPort()) return ReadFeatureReport(kReportBytes, ActDev, Sorbane.reply.data());
-  EntryOfActDev().pSerialPort->Read(std::span(Sorbane.reply).subspan(1));
+  if (!OnSerialPort()) return ReadFeatureReport(kReportBytes, shared.ActDev, shared.magstripe.reply.data());
+  EntryOfActDev().pSerialPort->Read(std::span(shared.magstripe.reply).subspan(1));
   return true;
 }
 
 bool SendAndFetch(const char* text, Reply& reply) {
   BuildRequest(text);
   if (!Send()) return false;
-  Sorbane.reply.fill(0);
+  shared.magstripe.reply.fill(0);
   if (!OnSerialPort()) Pause(kPause);
   if (IsStore(text)) Pause(kStoreTime);
   if (!Fetch()) return false;
-  std::copy(Sorbane.reply.begin() + 1, Sorbane.reply.end(), reply.begin());
+  std::copy(shared.magstripe.reply.begin() + 1, shared.magstripe.reply.end(), reply.begin());
   return true;
 }
 

@@ -32,8 +32,8 @@ std::uint16_t TakeId(std::span<std::uint8_t> id) {
 
 // Two hexadecimal numbers of a count, low byte first, then a state.
 std::uint32_t AskQueue() {
-  Sorbane.queueCount = 0;
-  Sorbane.queueState = 0;
+  shared.magstripe.queueCount = 0;
+  shared.magstripe.queueState = 0;
   Reply reply;
   if (!Exchange(kQueue, reply)) return 0;
   std::array<char, kPacket + 1> text{};
@@ -42,9 +42,9 @@ std::uint32_t AskQueue() {
   unsigned high = 0;
   unsigned state = 0;
   std::sscanf(text.data(), "%02X%02X%02X", &low, &high, &state);
-  Sorbane.queueCount = static_cast<std::uint16_t>(high * 256 + low);
-  Sorbane.queueState = static_cast<std::uint8_t>(state);
-  return Sorbane.queueCount;
+  shared.magstripe.queueCount = static_cast<std::uint16_t>(high * 256 + low);
+  shared.magstripe.queueState = static_cast<std::uint8_t>(state);
+  return shared.magstripe.queueCount;
 }
 
 }  // namespace
@@ -56,21 +56,21 @@ std::uint16_t FetchId(std::uint8_t* buffer, std::int16_t length) {
 // The ID goes to the cache and not to the buffer; what the buffer holds then deliberately takes its place
 // there. Only a call whose buffer is the cache gets anything.
 std::uint16_t FetchId32(std::uint8_t* /*buffer*/, std::int16_t length) {
-  LastIDLen = static_cast<std::uint16_t>(std::min<std::int16_t>(length, kIdBytes));
-  return TakeId(std::span(LastIDBytes).first(LastIDLen));
+  shared.id.LastIDLen = static_cast<std::uint16_t>(std::min<std::int16_t>(length, kIdBytes));
+  return TakeId(std::span(shared.id.LastIDBytes).first(shared.id.LastIDLen));
 }
 
 std::uint32_t FetchQueuedId(std::uint16_t /*first*/, std::int16_t /*second*/) {
-  return TakeId(Sorbane.queuedId);
+  return TakeId(shared.magstripe.queuedId);
 }
 
 std::uint32_t QueuedIdPart(std::int16_t index) {
   constexpr std::int16_t kCount = 32;
   constexpr std::int16_t kState = 33;
   // Deliberately the first byte, whichever is asked for.
-  if (index >= 0 && index < kCount) return Sorbane.queuedId[0];
+  if (index >= 0 && index < kCount) return shared.magstripe.queuedId[0];
   if (index == kCount) return AskQueue();
-  return index == kState ? Sorbane.queueState : UnsupportedSigned();
+  return index == kState ? shared.magstripe.queueState : UnsupportedSigned();
 }
 
 }  // namespace tavlyn::magstripe
@@ -80,7 +80,7 @@ using namespace tavlyn::magstripe;
 
 std::uint32_t sorbaneSetActiveID(std::uint16_t track, std::uint16_t field, std::uint16_t offset,
                                  std::uint16_t term) {
-  if (!MagstripeIsActive()) return UnsupportedValue;
+  if (!MagstripeIsActive()) return shared.UnsupportedValue;
   EntryOfActDev().LastLibErr = 0;
   if (track < 1 || track > kTracks || field < 1 || field > kMostField || offset > kMostOffset) return 0;
   tsSorbaneIdSel& selection = ActiveCfg().IdSel;

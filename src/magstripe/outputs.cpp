@@ -70,14 +70,14 @@ using namespace tavlyn;
 using namespace tavlyn::magstripe;
 
 std::uint32_t sorbaneGetBeeper(std::uint16_t which) {
-  if (!MagstripeIsActive()) return UnsupportedValue;
+  if (!MagstripeIsActive()) return shared.UnsupportedValue;
   if (!IsBeep(which)) return 0;
   const int nibble = ActiveCfg().Beeper >> ShiftOf(which);
   return static_cast<std::uint32_t>(nibble & kCountBits) | ((nibble & kLongBit) != 0 ? kLongFlag : 0);
 }
 
 std::uint32_t sorbaneSetBeeper(std::uint16_t which, std::int16_t count, std::int16_t longBeep) {
-  if (!MagstripeIsActive()) return UnsupportedValue;
+  if (!MagstripeIsActive()) return shared.UnsupportedValue;
   if (!IsBeep(which) || count < 0 || count > kMostBeepCount) return 0;
   const int nibble = count | (longBeep != 0 ? kLongBit : 0);
   const int others = ActiveCfg().Beeper & ~(0x0F << ShiftOf(which));
@@ -86,12 +86,12 @@ std::uint32_t sorbaneSetBeeper(std::uint16_t which, std::int16_t count, std::int
 }
 
 std::uint32_t sorbaneGetLED(std::uint16_t index) {
-  if (!MagstripeIsActive()) return UnsupportedValue;
+  if (!MagstripeIsActive()) return shared.UnsupportedValue;
   return index < kLeds ? ActiveCfg().LedColor[index] : 0;
 }
 
 std::uint32_t sorbaneSetLED(std::uint16_t index, std::uint16_t color) {
-  if (!MagstripeIsActive()) return UnsupportedValue;
+  if (!MagstripeIsActive()) return shared.UnsupportedValue;
   if (index >= kLeds || color > kMostColor) return 0;
   ActiveCfg().LedColor[index] = static_cast<std::uint8_t>(color);
   return ShowLeds();

@@ -13,16 +13,18 @@ constexpr std::uint32_t kBeyond = 2;
 }  // namespace
 
 std::uint32_t SetRawByte(std::int16_t index, std::uint8_t value) {
-  if (index >= 0 && index < kRawBytes) Sorbane.request[static_cast<std::size_t>(index)] = value;
+  if (index >= 0 && index < kRawBytes) shared.magstripe.request[static_cast<std::size_t>(index)] = value;
   if (index < kSendsFrom) return 0;
-  Sorbane.request[0] = 0;
+  shared.magstripe.request[0] = 0;
   if (OnSerialPort()) return 0;
   constexpr auto kPayload = static_cast<std::int32_t>(kPacket);
-  if (!WriteFeatureReport(kPayload, ActDev, Sorbane.request.data())) return 0;
-  Sorbane.reply.fill(0);
-  return ReadFeatureReport(kPayload, ActDev, Sorbane.reply.data()) ? 1 : 0;
+  if (!WriteFeatureReport(kPayload, shared.ActDev, shared.magstripe.request.data())) return 0;
+  shared.magstripe.reply.fill(0);
+  return ReadFeatureReport(kPayload, shared.ActDev, shared.magstripe.reply.data()) ? 1 : 0;
 }
 
-std::uint32_t RawReplyByte(std::uint16_t index) { return index < kRawBytes ? Sorbane.reply[index] : kBeyond; }
+std::uint32_t RawReplyByte(std::uint16_t index) {
+  return index < kRawBytes ? shared.magstripe.reply[index] : kBeyond;
+}
 
 }  // namespace tavlyn::magstripe

@@ -17,13 +17,13 @@ tsSorbaneField* FieldOf(std::uint16_t number) {
 }
 
 std::uint32_t GetField(std::uint16_t number, Member member) {
-  if (!MagstripeIsActive()) return UnsupportedValue;
+  if (!MagstripeIsActive()) return shared.UnsupportedValue;
   const tsSorbaneField* field = FieldOf(number);
   return field != nullptr ? field->*member : 0;
 }
 
 std::uint32_t SetField(std::uint16_t number, Member member, std::uint8_t value) {
-  if (!MagstripeIsActive()) return UnsupportedValue;
+  if (!MagstripeIsActive()) return shared.UnsupportedValue;
   tsSorbaneField* field = FieldOf(number);
   if (field == nullptr) return 0;
   field->*member = value;
@@ -100,13 +100,13 @@ std::uint32_t sorbaneSetFieldKeyCount(std::uint16_t field, std::uint8_t value) {
 // clang-format on
 
 std::uint32_t sorbaneGetFieldKeydata(std::uint16_t field, std::uint16_t index) {
-  if (!MagstripeIsActive()) return UnsupportedValue;
+  if (!MagstripeIsActive()) return shared.UnsupportedValue;
   const std::uint8_t* key = KeyByteOf(field, index);
   return key != nullptr ? *key : 0;
 }
 
 std::uint32_t sorbaneSetFieldKeydata(std::uint16_t field, std::uint16_t index, std::uint8_t value) {
-  if (!MagstripeIsActive()) return UnsupportedValue;
+  if (!MagstripeIsActive()) return shared.UnsupportedValue;
   std::uint8_t* key = KeyByteOf(field, index);
   if (key == nullptr) return 0;
   *key = value;

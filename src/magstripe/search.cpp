@@ -30,20 +30,20 @@ void AddReader(const char* path, std::int32_t row) {
 }  // namespace
 
 bool Search() {
-  SearchErr = 0;
+  shared.SearchErr = 0;
   if (OneIsOpened()) {
-    SearchErr = TAVLYN_ERR_CONNECT;
+    shared.SearchErr = TAVLYN_ERR_CONNECT;
     return false;
   }
-  const std::int16_t start = DevCnt;
+  const std::int16_t start = shared.DevCnt;
   if (Searches(0)) SearchHidPair(kMagstripePair, AddReader);
-  if (DevCnt != start) return true;
+  if (shared.DevCnt != start) return true;
   if (!Searches(1)) return false;
   if (!SearchPorts()) {
-    SearchErr |= TAVLYN_ERR_CONNECT;
+    shared.SearchErr |= TAVLYN_ERR_CONNECT;
     return false;
   }
-  return DevCnt != start;
+  return shared.DevCnt != start;
 }
 
 bool SearchPorts() { return SearchSorbaneComs(Ping); }

@@ -24,13 +24,13 @@ using namespace tavlyn;
 using namespace tavlyn::magstripe;
 
 std::uint32_t sorbaneIsDataAvailable() {
-  if (!MagstripeIsActive()) return UnsupportedValue;
+  if (!MagstripeIsActive()) return shared.UnsupportedValue;
   Reply reply;
   return Exchange(kStatus, reply) ? reply[kStatus.at] & 7U : 0U;
 }
 
 std::uint32_t sorbaneClearDataAvailable() {
-  if (!MagstripeIsActive()) return UnsupportedValue;
+  if (!MagstripeIsActive()) return shared.UnsupportedValue;
   return Tell(kClearData) ? 1 : 0;
 }
 
@@ -38,14 +38,14 @@ std::uint32_t sorbaneClearDataAvailable() {
 std::uint32_t sorbaneClearOverrun() { return Tell(kClearOverrun) ? 1 : 0; }
 
 std::uint32_t sorbaneGetSystemUptime() {
-  return MagstripeIsActive() ? Count(kUptime, 0, 4) : UnsupportedValue;
+  return MagstripeIsActive() ? Count(kUptime, 0, 4) : shared.UnsupportedValue;
 }
 
 std::uint32_t sorbaneGetSystemCardsRead() {
-  return MagstripeIsActive() ? Count(kUptime, 4, 4) : UnsupportedValue;
+  return MagstripeIsActive() ? Count(kUptime, 4, 4) : shared.UnsupportedValue;
 }
 
 std::uint32_t sorbaneGetSystemInternalCount(std::uint32_t index) {
-  if (!MagstripeIsActive()) return UnsupportedValue;
+  if (!MagstripeIsActive()) return shared.UnsupportedValue;
   return index < kCountBytes / 2 ? Count(kCounts, 2 * index, 2) : 0;
 }

@@ -41,15 +41,17 @@ bool FetchBlocks(std::uint16_t track, std::size_t lastBlock) {
   Payload bytes;
   for (std::size_t block = 0; block <= lastBlock; ++block) {
     if (!Ask(kTrackBlock, bytes, {kDigits[track], kDigits[block]})) return false;
-    std::ranges::copy(bytes, Sorbane.track.begin() + static_cast<std::ptrdiff_t>(kBlockBytes * block));
-    if (block == 0) lastBlock = std::min(lastBlock, (Sorbane.track[0] & kHeaderCount) / kBlockBytes);
+    std::ranges::copy(bytes,
+                      shared.magstripe.track.begin() + static_cast<std::ptrdiff_t>(kBlockBytes * block));
+    if (block == 0) lastBlock = std::min(lastBlock, (shared.magstripe.track[0] & kHeaderCount) / kBlockBytes);
   }
   return true;
 }
 
 // Raw bytes by position, zeros beyond.
 std::int8_t RawAt(std::size_t at) {
-  return at < Sorbane.track.size() ? static_cast<std::int8_t>(Sorbane.track[at]) : std::int8_t{0};
+  return at < shared.magstripe.track.size() ? static_cast<std::int8_t>(shared.magstripe.track[at])
+                                            : std::int8_t{0};
 }
 
 bool Ends(const Coding& coding, std::int8_t byte) { return std::ranges::count(coding.ends, byte) != 0; }
@@ -76,8 +78,9 @@ void CopyPiece(const Coding& coding, const Piece& piece, std::size_t start) {
   while (RawAt(stop) != 0 && !stops(RawAt(stop))) ++stop;
   // The end of the data gives nothing.
   if (RawAt(stop) == 0) return;
-  const std::size_t count = std::min(stop - start, Sorbane.track.size() - stop);
-  std::copy_n(Sorbane.track.begin() + static_cast<std::ptrdiff_t>(stop), count, Sorbane.field.begin());
+  const std::size_t count = std::min(stop - start, shared.magstripe.track.size() - stop);
+  std::copy_n(shared.magstripe.track.begin() + static_cast<std::ptrdiff_t>(stop), count,
+              shared.magstripe.field.begin());
 }
 
 constexpr std::uint8_t kTrackBits = 7;
@@ -85,24 +88,24 @@ constexpr std::uint8_t kTrackBits = 7;
 }  // namespace
 
 SorbaneTrack& FetchTrack(std::uint16_t track, std::uint16_t convert) {
-  Sorbane.track.fill(0);
+  shared.magstripe.track.fill(0);
   const Coding* coding = CodingOf(track);
-  if (coding == nullptr) return Sorbane.track;
-  if (!FetchBlocks(track, coding->lastBlock)) Sorbane.track.fill(0);
-  const std::size_t count = Sorbane.track[0] & kHeaderCount;
-  if (convert != 0) Convert(*coding, std::span(Sorbane.track).subspan(1, count));
-  return Sorbane.track;
+  if (coding == nullptr) return shared.magstripe.track;
+  if (!FetchBlocks(track, coding->lastBlock)) shared.magstripe.track.fill(0);
+  const std::size_t count = shared.magstripe.track[0] & kHeaderCount;
+  if (convert != 0) Convert(*coding, std::span(shared.magstripe.track).subspan(1, count));
+  return shared.magstripe.track;
 }
 
 SorbaneTrack& FetchPiece(const Piece& piece, std::uint16_t convert) {
-  Sorbane.field.fill(0);
+  shared.magstripe.field.fill(0);
   FetchTrack(piece.track, 0);
   const Coding* coding = CodingOf(piece.track);
-  if (coding == nullptr) return Sorbane.field;
+  if (coding == nullptr) return shared.magstripe.field;
   if (const auto start = StartOf(*coding, piece)) CopyPiece(*coding, piece, *start);
   // The whole of it, so that no converted piece has an end to it.
-  if (convert != 0) Convert(*coding, Sorbane.field);
-  return Sorbane.field;
+  if (convert != 0) Convert(*coding, shared.magstripe.field);
+  return shared.magstripe.field;
 }
 
 }  // namespace tavlyn::magstripe
@@ -111,11 +114,11 @@ using namespace tavlyn;
 using namespace tavlyn::magstripe;
 
 std::uint32_t sorbaneGetTrackEnables() {
-  return MagstripeIsActive() ? ActiveCfg().TrackEnables & kTrackBits : UnsupportedValue;
+  return MagstripeIsActive() ? ActiveCfg().TrackEnables & kTrackBits : shared.UnsupportedValue;
 }
 
 std::uint32_t sorbaneSetTrackEnables(std::uint8_t tracks) {
-  if (!MagstripeIsActive()) return UnsupportedValue;
+  if (!MagstripeIsActive()) return shared.UnsupportedValue;
   ActiveCfg().TrackEnables = tracks & kTrackBits;
   return 1;
 }
@@ -126,13 +129,13 @@ const std::uint8_t* sorbaneGetTrackData(std::uint16_t track, std::uint16_t conve
 
 std::uint32_t sorbaneGetTrackData_BYTE(std::uint16_t track, std::uint16_t convert, std::uint16_t index) {
   constexpr std::uint16_t kBeyondTrack = 255;
-  if (!MagstripeIsActive()) return UnsupportedValue;
+  if (!MagstripeIsActive()) return shared.UnsupportedValue;
   if (index >= kBeyondTrack) return 0;
   if (index == 0) {
     const SorbaneTrack& fetched = FetchTrack(track, convert);
-    std::copy(fetched.begin(), fetched.end() - 1, Sorbane.trackCopy.begin());
+    std::copy(fetched.begin(), fetched.end() - 1, shared.magstripe.trackCopy.begin());
   }
-  return Sorbane.trackCopy[index];
+  return shared.magstripe.trackCopy[index];
 }
 
 const std::uint8_t* sorbaneGetTrackFieldOffset(std::uint16_t track, std::uint16_t field, std::uint16_t offset,

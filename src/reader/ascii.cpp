@@ -25,8 +25,6 @@ constexpr const char* kResetConfig = "\rRFID:CFG.RESET\r";
 constexpr std::int16_t kLedsLeftAlone = 255;
 constexpr std::uint32_t kStoreTime = 1200;
 
-constinit std::array<char, 2048> Reply{};
-
 // What has come, up to its first NUL.
 struct Answer {
   std::int32_t count;
@@ -34,10 +32,11 @@ struct Answer {
 };
 
 Answer ReadAnswer(SerialPort& port) {
-  Reply.fill('\0');
-  const std::span<std::uint8_t> room(reinterpret_cast<std::uint8_t*>(Reply.data()), Reply.size() - 1);
+  auto& reply = shared.buffers.asciiReply;
+  reply.fill('\0');
+  const std::span<std::uint8_t> room(reinterpret_cast<std::uint8_t*>(reply.data()), reply.size() - 1);
   const auto count = static_cast<std::int32_t>(port.Read(room));
-  return {count, Reply.data()};
+  return {count, reply.data()};
 }
 
 bool HasPrompt(std::string_view text) { return text.find(kPrompt) != std::string_view::npos; }
@@ -211,20 +210,21 @@ void SetCharacters(const tsCfgSlot& slot) {
 
 // An answer "{age,x,y,bits;id}", collected byte by byte; empty when it does not come in full.
 std::string_view CollectId(SerialPort& port) {
+  auto& reply = shared.buffers.asciiReply;
   constexpr int kPasses = 300;
   constexpr std::size_t kMost = 200;
   constexpr std::uint32_t kBetween = 10;
-  Reply.fill('\0');
+  reply.fill('\0');
   std::size_t count = 0;
   bool whole = false;
   for (int pass = 0; pass < kPasses && count < kMost && !whole; ++pass) {
     std::uint8_t byte = 0;
-    if (static_cast<std::int32_t>(port.Read({&byte, 1})) > 0) Reply[count++] = static_cast<char>(byte);
-    const std::string_view text(Reply.data(), count);
+    if (static_cast<std::int32_t>(port.Read({&byte, 1})) > 0) reply[count++] = static_cast<char>(byte);
+    const std::string_view text(reply.data(), count);
     whole = text.find('{') != std::string_view::npos && text.find('}') != std::string_view::npos;
     Pause(kBetween);
   }
-  return whole ? std::string_view(Reply.data(), count) : std::string_view();
+  return whole ? std::string_view(reply.data(), count) : std::string_view();
 }
 
 }  // namespace

@@ -35,7 +35,7 @@ std::uint32_t PlusBlockMove(std::int16_t from, std::int16_t to) {
 }
 
 std::uint32_t tavlynPlusDefaults() {
-  if (!ReaderIsActive()) return UnsupportedValue;
+  if (!ReaderIsActive()) return shared.UnsupportedValue;
   // Only the second move is answered for.
   PlusBlockMove(kPlusDefaults, kUserDefaults);
   return PlusBlockMove(kPlusDefaults, kWorkingSet);

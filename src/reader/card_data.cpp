@@ -18,21 +18,22 @@ constexpr std::uint8_t kPieces = 5;
 using namespace tavlyn;
 
 std::uint32_t getActiveCardData() {
-  if (!ReaderIsActive()) return UnsupportedValue;
+  if (!ReaderIsActive()) return shared.UnsupportedValue;
   EntryOfActDev().LastLibErr = 0;
   if (OnSerialPort()) {
-    Buffers.cardData.fill(0);
+    shared.buffers.cardData.fill(0);
     return 0;
   }
   for (std::uint8_t piece = 0; piece < kPieces; ++piece) {
     ReplyBytes reply;
     if (!Ask(command::kCardData, TAVLYN_ERR_COMMAND, reply, {piece})) return 0;
-    std::ranges::copy(reply, Buffers.cardData.begin() + static_cast<std::ptrdiff_t>(piece * reply.size()));
+    std::ranges::copy(reply,
+                      shared.buffers.cardData.begin() + static_cast<std::ptrdiff_t>(piece * reply.size()));
   }
   return 1;
 }
 
 std::uint32_t getActiveCardData_byte(std::uint16_t index) {
-  if (!ReaderIsActive()) return UnsupportedValue;
-  return index < Buffers.cardData.size() ? Buffers.cardData[index] : 0;
+  if (!ReaderIsActive()) return shared.UnsupportedValue;
+  return index < shared.buffers.cardData.size() ? shared.buffers.cardData[index] : 0;
 }

@@ -20,7 +20,7 @@ constexpr unsigned kIdentityBits = 0xFF0F;
 }  // namespace
 
 void ReadCardTypeList() {
-  if (ActDev < 0) return;
+  if (shared.ActDev < 0) return;
   tsDevEntry& entry = EntryOfActDev();
   entry.CardTypeList.fill(0);
   std::size_t count = 0;

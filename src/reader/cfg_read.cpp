@@ -103,7 +103,7 @@ bool ReadSepFields(tsDevEntry& entry, tsCfgSlot& slot) {
   }
   std::copy_n(buffer.begin(), kSepFldBytes, slot.sFldSepData.begin());
   // Always that of configuration 0, whichever was read.
-  EnhanceSecurityOn = entry.CfgSlot[0].sFldSepData[kEnhanceSecurityAt] >> 7;
+  shared.reader.EnhanceSecurityOn = entry.CfgSlot[0].sFldSepData[kEnhanceSecurityAt] >> 7;
   return true;
 }
 

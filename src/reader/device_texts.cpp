@@ -17,20 +17,21 @@ constexpr std::size_t kShortText = 3 * kTextPiece;
 constexpr std::uint8_t kEsnPieces = 4;
 
 const char* GetReaderText(Text number) {
-  if (ActDev < 0 || ActDev >= kTableEntries) return "";
-  Buffers.readerText.fill('\0');
-  const std::span<char> text = std::span(Buffers.readerText).first(kShortText);
-  return FetchText(command::kDeviceText, number, TAVLYN_ERR_CONFIG_READ, text) ? Buffers.readerText.data()
-                                                                               : "";
+  if (shared.ActDev < 0 || shared.ActDev >= kTableEntries) return "";
+  shared.buffers.readerText.fill('\0');
+  const std::span<char> text = std::span(shared.buffers.readerText).first(kShortText);
+  return FetchText(command::kDeviceText, number, TAVLYN_ERR_CONFIG_READ, text)
+             ? shared.buffers.readerText.data()
+             : "";
 }
 
 bool FetchEsn() {
-  Buffers.readerEsn.fill(0);
+  shared.buffers.readerEsn.fill(0);
   EntryOfActDev().LastLibErr = 0;
   for (std::uint8_t piece = 0; piece < kEsnPieces; ++piece) {
     ReplyBytes reply;
     if (!Ask(command::kEsn, TAVLYN_ERR_COMMAND, reply, {piece})) return false;
-    std::ranges::copy(reply, Buffers.readerEsn.begin() + piece * kTextPiece);
+    std::ranges::copy(reply, shared.buffers.readerEsn.begin() + piece * kTextPiece);
   }
   return true;
 }
@@ -59,7 +60,7 @@ const char* GetCPUInfo() { return GetReaderText(Text::kCpu); }
 
 const std::uint8_t* getESN() {
   if (!ReaderIsActive() || EntryOfActDev().LinkKind != kByReports || !IsFastStoreReader()) return nullptr;
-  if (FetchEsn()) return Buffers.readerEsn.data();
+  if (FetchEsn()) return shared.buffers.readerEsn.data();
   LogFailure("tavlyn_getESN");
   return nullptr;
 }

@@ -55,7 +55,7 @@ Outcome ExchangeReports(const Command& command, Args args) {
 
 bool OnSerialPort() { return EntryOfActDev().LinkKind == kBySerialPort; }
 
-bool InAscii() { return OnSerialPort() && AsciiProtocol != 0; }
+bool InAscii() { return OnSerialPort() && shared.reader.AsciiProtocol != 0; }
 
 Report CommandReport(const Command& command, Args args) {
   Report report{};

@@ -30,7 +30,7 @@ bool WriteCla(SerialPort& port, const FaFrame& frame) { return port.Write({&fram
 // Clears the status and gives the open port, or null.
 SerialPort* Begin(FaFrame& frame) {
   frame.sw1 = frame.sw2 = 0;
-  StatusWord = 0;
+  shared.reader.StatusWord = 0;
   SerialPort* port = EntryOfActDev().pSerialPort;
   if (port == nullptr || !port->IsOpen()) return nullptr;
   port->Flush();
@@ -54,18 +54,18 @@ bool ReadEcho(SerialPort& port, FaFrame& frame) {
   if (!Read(port, {&echo, 1})) return false;
   if (echo == frame.header[0]) return true;
   frame.data[0] = echo;
-  StatusWord = static_cast<std::uint32_t>(echo) << 8;
+  shared.reader.StatusWord = static_cast<std::uint32_t>(echo) << 8;
   frame.data[1] = 0;
   Read(port, std::span(frame.data).subspan(1, 1));
-  StatusWord += frame.data[1];
+  shared.reader.StatusWord += frame.data[1];
   return false;
 }
 
 bool TakeStatus(FaFrame& frame, std::span<const std::uint8_t, 2> status) {
   frame.sw1 = status[0];
   frame.sw2 = status[1];
-  StatusWord = static_cast<std::uint32_t>(status[0]) << 8 | status[1];
-  return StatusWord == 0x9000;
+  shared.reader.StatusWord = static_cast<std::uint32_t>(status[0]) << 8 | status[1];
+  return shared.reader.StatusWord == 0x9000;
 }
 
 bool ReadStatus(SerialPort& port, FaFrame& frame) {

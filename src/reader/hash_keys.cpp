@@ -38,7 +38,7 @@ void SendKey(std::span<const std::uint8_t, 16> key, std::uint8_t selector) {
 void SendHashKeys(const tsCfgSlot& slot) {
   for (std::size_t number = 0; number < kSelectors.size(); ++number) {
     const auto& key = slot.HashKeyData[number];
-    if (EnhanceSecurityOn != 0 || key.front() != 0) SendKey(key, kSelectors[number]);
+    if (shared.reader.EnhanceSecurityOn != 0 || key.front() != 0) SendKey(key, kSelectors[number]);
   }
 }
 

@@ -70,7 +70,7 @@ std::uint32_t GetBeeperVolume() {
 }
 
 std::uint32_t SetBeeperVolume(std::uint16_t volume) {
-  if (!ActiveInRange()) return UnsupportedValue;
+  if (!ActiveInRange()) return shared.UnsupportedValue;
   EntryOfActDev().LastLibErr = 0;
   ReplyBytes reply;
   const bool answered =

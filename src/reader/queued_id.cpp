@@ -19,15 +19,16 @@ std::uint16_t Word(std::uint8_t low, std::uint8_t high) {
 }
 
 void Keep(std::uint8_t page, const ReplyBytes& reply) {
-  LastIDBytes = Buffers.QueuedID.id;
+  shared.id.LastIDBytes = shared.buffers.QueuedID.id;
   if (page < kIdPages) {
-    std::ranges::copy(reply, Buffers.QueuedID.id.begin() + static_cast<std::ptrdiff_t>(page * reply.size()));
+    std::ranges::copy(reply,
+                      shared.buffers.QueuedID.id.begin() + static_cast<std::ptrdiff_t>(page * reply.size()));
     return;
   }
-  Buffers.QueuedID.at33 = Word(reply[0], reply[1]);
-  Buffers.QueuedID.at34 = reply[2];
-  Buffers.QueuedID.at32 = static_cast<std::int16_t>(Word(reply[3], reply[4]));
-  Buffers.QueuedID.at35 = reply[7];
+  shared.buffers.QueuedID.at33 = Word(reply[0], reply[1]);
+  shared.buffers.QueuedID.at34 = reply[2];
+  shared.buffers.QueuedID.at32 = static_cast<std::int16_t>(Word(reply[3], reply[4]));
+  shared.buffers.QueuedID.at35 = reply[7];
 }
 
 }  // namespace
@@ -37,7 +38,7 @@ std::uint32_t FetchQueuedId(std::uint16_t first, std::int16_t second) {
   const auto options = static_cast<std::uint8_t>((first != 0 ? 1 : 0) | (second != 0 ? 2 : 0));
   const bool serial = OnSerialPort();
   // Over a serial link the last record deliberately stays until its bytes are replaced.
-  if (!serial) Buffers.QueuedID = {};
+  if (!serial) shared.buffers.QueuedID = {};
   for (std::uint8_t page = 0; page <= kIdPages; ++page) {
     ReplyBytes reply;
     if (!Ask(command::kQueuedId, 0, reply, {page, options})) {
@@ -52,13 +53,13 @@ std::uint32_t FetchQueuedId(std::uint16_t first, std::int16_t second) {
 
 std::uint32_t QueuedIdPart(std::int16_t index) {
   if (index >= 0 && static_cast<std::size_t>(index) < kIdBytes) {
-    return Buffers.QueuedID.id[static_cast<std::size_t>(index)];
+    return shared.buffers.QueuedID.id[static_cast<std::size_t>(index)];
   }
   switch (index) {
-    case 32: return static_cast<std::uint32_t>(Buffers.QueuedID.at32);
-    case 33: return Buffers.QueuedID.at33;
-    case 34: return Buffers.QueuedID.at34;
-    case 35: return Buffers.QueuedID.at35;
+    case 32: return static_cast<std::uint32_t>(shared.buffers.QueuedID.at32);
+    case 33: return shared.buffers.QueuedID.at33;
+    case 34: return shared.buffers.QueuedID.at34;
+    case 35: return shared.buffers.QueuedID.at35;
     default: return 0;
   }
 }

@@ -15,25 +15,25 @@ constexpr std::int16_t kSendFrom = 8;
 constexpr std::uint32_t kNoSuchPosition = 2;
 
 bool Store(std::int16_t index, std::uint8_t value) {
-  if (index < 0 || static_cast<std::size_t>(index) >= Buffers.RawCmd.size()) return false;
+  if (index < 0 || static_cast<std::size_t>(index) >= shared.buffers.RawCmd.size()) return false;
   if (index == 0) {
-    Buffers.RawCmd.fill(0);
-    Buffers.RawReply.fill(0);
+    shared.buffers.RawCmd.fill(0);
+    shared.buffers.RawReply.fill(0);
   }
-  Buffers.RawCmd[static_cast<std::size_t>(index)] = value;
+  shared.buffers.RawCmd[static_cast<std::size_t>(index)] = value;
   return true;
 }
 
 // The bytes are the whole header, its class byte first.
 bool SendFrame() {
   FaFrame frame;
-  frame.cla = Buffers.RawCmd[1];
-  std::copy_n(Buffers.RawCmd.begin() + 2, 4, frame.header.begin());
-  Buffers.RawReply.fill(0);
+  frame.cla = shared.buffers.RawCmd[1];
+  std::copy_n(shared.buffers.RawCmd.begin() + 2, 4, frame.header.begin());
+  shared.buffers.RawReply.fill(0);
   frame.expected = kPayload;
   if (!FaRecvBare(frame)) return false;
   // One position lower than the same bytes of a report; programs know the link and count with it.
-  std::copy_n(frame.data.begin(), kPayload, Buffers.RawReply.begin());
+  std::copy_n(frame.data.begin(), kPayload, shared.buffers.RawReply.begin());
   return true;
 }
 
@@ -43,16 +43,16 @@ std::uint32_t SetRawCommand(std::int16_t index, std::uint8_t value) {
   const bool stored = Store(index, value);
   const std::uint32_t result = stored ? 1 : 0;
   if (index < kSendFrom) return result;
-  Buffers.RawCmd[0] = 0;
+  shared.buffers.RawCmd[0] = 0;
   if (OnSerialPort()) return SendFrame() ? result : 0;
   // A command that could not be sent deliberately counts as stored.
-  if (!WriteFeatureReport(kPayload, ActDev, Buffers.RawCmd.data())) return result;
-  Buffers.RawReply.fill(0);
-  return ReadFeatureReport(kPayload, ActDev, Buffers.RawReply.data()) ? 1 : 0;
+  if (!WriteFeatureReport(kPayload, shared.ActDev, shared.buffers.RawCmd.data())) return result;
+  shared.buffers.RawReply.fill(0);
+  return ReadFeatureReport(kPayload, shared.ActDev, shared.buffers.RawReply.data()) ? 1 : 0;
 }
 
 std::uint32_t RawReplyByte(std::uint16_t index) {
-  return index < Buffers.RawReply.size() ? Buffers.RawReply[index] : kNoSuchPosition;
+  return index < shared.buffers.RawReply.size() ? shared.buffers.RawReply[index] : kNoSuchPosition;
 }
 
 }  // namespace tavlyn

@@ -29,7 +29,7 @@ std::uint32_t SetSlotWord(SlotWord word, std::int32_t value, std::uint32_t noRea
 using namespace tavlyn;
 
 std::uint32_t GetSepFldData(std::uint8_t* buffer, std::uint16_t length) {
-  if (!ReaderIsActive()) return UnsupportedValue;
+  if (!ReaderIsActive()) return shared.UnsupportedValue;
   if (length < kSepFldBytes) return 0;
   tsDevEntry& entry = EntryOfActDev();
   const tsCfgSlot& slot = entry.ActiveSlot();
@@ -43,7 +43,7 @@ std::uint32_t GetSepFldData(std::uint8_t* buffer, std::uint16_t length) {
 }
 
 std::uint32_t SetSepFldData(const std::uint8_t* buffer, std::uint16_t length) {
-  if (!ReaderIsActive()) return UnsupportedValue;
+  if (!ReaderIsActive()) return shared.UnsupportedValue;
   if (length < kSepFldBytes) return 0;
   tsDevEntry& entry = EntryOfActDev();
   if (buffer == nullptr) {
@@ -57,16 +57,18 @@ std::uint32_t SetSepFldData(const std::uint8_t* buffer, std::uint16_t length) {
   return 1;
 }
 
-std::uint32_t GetAZERTYShiftLock() { return GetSlotWord(&tsCfgSlot::AZERTYShiftlock, UnsupportedValue); }
+std::uint32_t GetAZERTYShiftLock() {
+  return GetSlotWord(&tsCfgSlot::AZERTYShiftlock, shared.UnsupportedValue);
+}
 std::uint32_t SetAZERTYShiftLock(std::int16_t on) {
-  return SetSlotWord(&tsCfgSlot::AZERTYShiftlock, on, UnsupportedValue);
+  return SetSlotWord(&tsCfgSlot::AZERTYShiftlock, on, shared.UnsupportedValue);
 }
 
 std::uint32_t GetExtendedPrecisionMath() {
-  return GetSlotWord(&tsCfgSlot::ExtendedPrecisionMath, UnsupportedValue);
+  return GetSlotWord(&tsCfgSlot::ExtendedPrecisionMath, shared.UnsupportedValue);
 }
 std::uint32_t SetExtendedPrecisionMath(std::int16_t on) {
-  return SetSlotWord(&tsCfgSlot::ExtendedPrecisionMath, on, UnsupportedValue);
+  return SetSlotWord(&tsCfgSlot::ExtendedPrecisionMath, on, shared.UnsupportedValue);
 }
 
 std::uint32_t Get64BytesInPackets() { return GetSlotWord(&tsCfgSlot::b64BytesInPackets, 0); }
@@ -74,12 +76,12 @@ std::uint32_t Set64BytesInPackets(std::uint32_t on) {
   return SetSlotWord(&tsCfgSlot::b64BytesInPackets, static_cast<std::int32_t>(on), 0);
 }
 
-std::uint32_t GetEasyReadMode() { return GetSlotWord(&tsCfgSlot::bEasyReadMode, UnsupportedValue); }
+std::uint32_t GetEasyReadMode() { return GetSlotWord(&tsCfgSlot::bEasyReadMode, shared.UnsupportedValue); }
 std::uint32_t SetEasyReadMode(std::uint32_t on) {
-  return SetSlotWord(&tsCfgSlot::bEasyReadMode, static_cast<std::int32_t>(on), UnsupportedValue);
+  return SetSlotWord(&tsCfgSlot::bEasyReadMode, static_cast<std::int32_t>(on), shared.UnsupportedValue);
 }
 
-std::uint32_t GetPrependCSN() { return GetSlotWord(&tsCfgSlot::bPrependCSN, UnsupportedValue); }
+std::uint32_t GetPrependCSN() { return GetSlotWord(&tsCfgSlot::bPrependCSN, shared.UnsupportedValue); }
 std::uint32_t SetPrependCSN(std::uint32_t on) {
-  return SetSlotWord(&tsCfgSlot::bPrependCSN, static_cast<std::int32_t>(on), UnsupportedValue);
+  return SetSlotWord(&tsCfgSlot::bPrependCSN, static_cast<std::int32_t>(on), shared.UnsupportedValue);
 }

@@ -40,7 +40,7 @@ constexpr std::array<RecordRow, kRecordCount> kRecords = {{
 // The error word of the first word out of its range, or 0.
 std::uint32_t RangeError(Record record, const std::int16_t* words, const tsCfgSlot& slot) {
   // Readers of the ASCII dialect have ranges of their own and check them themselves.
-  if (record == kIDBitCnts && AsciiProtocol != 0) return 0;
+  if (record == kIDBitCnts && shared.reader.AsciiProtocol != 0) return 0;
   return BoundsError(record, words, (slot[field::TimeParms_ExFeatures01] & kWideParity) != 0);
 }
 

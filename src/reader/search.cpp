@@ -24,7 +24,7 @@ void AddReader(const char* path, std::int32_t row) {
   tsDevEntry* entry = NextHidEntry();
   if (entry == nullptr) return;
   entry->bFound = 1;
-  const tsVidPidRow* matched = row >= 0 ? &VidPidTable[static_cast<std::size_t>(row)] : nullptr;
+  const tsVidPidRow* matched = row >= 0 ? &shared.vidPid.VidPidTable[static_cast<std::size_t>(row)] : nullptr;
   if (matched != nullptr && SameIds({matched->VID, matched->PID}, kReportId1Pair)) {
     entry->bReportId1 = 1;
     entry->hDev = OpenDeviceOverlapped(path);
@@ -36,21 +36,22 @@ void AddReader(const char* path, std::int32_t row) {
 
 void SearchHid(std::int16_t start) {
   SearchHidPair(kReaderPair, AddReader);
-  if (DevCnt == start) LogLine(kSearchTag, "USBConnect failed to find any devices");
+  if (shared.DevCnt == start) LogLine(kSearchTag, "USBConnect failed to find any devices");
 }
 
 void SearchComs(std::int16_t start) {
-  if (SearchReaderComs(PingReader) && DevCnt != start) {
+  if (SearchReaderComs(PingReader) && shared.DevCnt != start) {
     Activate(0);
     return;
   }
-  SearchErr |= TAVLYN_ERR_CONNECT;
+  shared.SearchErr |= TAVLYN_ERR_CONNECT;
   LogErrorCode(kSearchTag);
-  if (DevCnt == 0) LogLine(kSearchTag, "CommCnct failed to find any devices");
+  if (shared.DevCnt == 0) LogLine(kSearchTag, "CommCnct failed to find any devices");
 }
 
 bool SearchEthernet() {
-  if (!XportConnect(SrchIpAddr, SrchIpPort, PingReader) && !TunnelConnect(SrchIpAddr, SrchIpPort, PingReader))
+  if (!XportConnect(shared.search.SrchIpAddr, shared.search.SrchIpPort, PingReader) &&
+      !TunnelConnect(shared.search.SrchIpAddr, shared.search.SrchIpPort, PingReader))
     return false;
   EntryOfActDev().ProductKind = kReader;
   EntryOfActDev().VidPidRow = -1;
@@ -59,13 +60,13 @@ bool SearchEthernet() {
 
 bool SearchLinks() {
   CloseTunnel();
-  const std::int16_t start = DevCnt;
-  SearchErr = 0;
+  const std::int16_t start = shared.DevCnt;
+  shared.SearchErr = 0;
   if (Searches(0)) SearchHid(start);
-  if (DevCnt == start && Searches(1)) SearchComs(start);
+  if (shared.DevCnt == start && Searches(1)) SearchComs(start);
   // A search that reaches the Ethernet stage and finds nothing ends without a line.
-  if (DevCnt == start && Searches(2) && !SearchEthernet()) return false;
-  if (DevCnt == start) {
+  if (shared.DevCnt == start && Searches(2) && !SearchEthernet()) return false;
+  if (shared.DevCnt == start) {
     LogLine(kSearchTag, kFailed);
     return false;
   }

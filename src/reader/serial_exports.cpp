@@ -14,12 +14,12 @@ std::uint32_t ReadBaudRate() {
 }
 
 std::uint32_t WriteBaudRate(std::uint16_t code) {
-  if (!ActiveInRange()) return UnsupportedValue;
+  if (!ActiveInRange()) return shared.UnsupportedValue;
   return Exchange(command::kWriteBaud, {static_cast<std::uint8_t>(code)}).xfer == Xfer::kDone ? 1 : 0;
 }
 
 std::uint32_t UseAsciiCommandProtocol(std::uint16_t on) {
-  if (!ReaderIsActive()) return UnsupportedValue;
-  AsciiProtocol = static_cast<std::int16_t>(on);
+  if (!ReaderIsActive()) return shared.UnsupportedValue;
+  shared.reader.AsciiProtocol = static_cast<std::int16_t>(on);
   return 1;
 }

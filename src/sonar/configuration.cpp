@@ -34,7 +34,7 @@ bool ReadRecords() {
       if (!FetchPage(page, reply)) return false;
       Unpack(page, reply, words);
     }
-    std::copy_n(words.begin() + record.first, record.words, SonarShadow.begin() + record.first);
+    std::copy_n(words.begin() + record.first, record.words, shared.sonarShadow.begin() + record.first);
   }
   return true;
 }

@@ -57,7 +57,7 @@ void Unpack(const Page& page, const Report& reply, SonarWords& words) {
 void Pack(const Page& page, const SonarWords& words, Report& report) {
   for (std::size_t at = 0; at < kPageBytes; ++at) {
     const PageByte& byte = page.bytes[at];
-    const std::uint16_t word = (byte.asRead ? SonarShadow : words)[byte.word];
+    const std::uint16_t word = (byte.asRead ? shared.sonarShadow : words)[byte.word];
     report[at + 1] = ByteOf(byte, word) & byte.writeMask;
   }
 }

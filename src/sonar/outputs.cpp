@@ -53,9 +53,9 @@ using namespace tavlyn;
 std::uint32_t HaltKBSends(std::uint32_t halt) {
   if (!SonarIsActive()) return UnsupportedSigned();
   const sonar::Command command = halt != 0 ? sonar::Command::kHaltKeys : sonar::Command::kSendKeys;
-  SearchErr = 0;
+  shared.SearchErr = 0;
   sonar::ActiveBlock().SonarOpMark = static_cast<std::uint32_t>(command);
   if (sonar::Fire(command)) return 1;
-  SearchErr |= TAVLYN_ERR_HALT_KB_SENDS;
+  shared.SearchErr |= TAVLYN_ERR_HALT_KB_SENDS;
   return 0;
 }

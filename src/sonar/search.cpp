@@ -16,11 +16,11 @@ void AddSensor(const char* path, std::int32_t row) {
 }  // namespace
 
 bool Search() {
-  const std::int16_t start = DevCnt;
-  SearchErr = 0;
+  const std::int16_t start = shared.DevCnt;
+  shared.SearchErr = 0;
   if (Searches(0)) SearchHidPair(kSonarPair, AddSensor);
-  Activate(static_cast<std::int16_t>(DevCnt - 1));
-  return DevCnt != start;
+  Activate(static_cast<std::int16_t>(shared.DevCnt - 1));
+  return shared.DevCnt != start;
 }
 
 }  // namespace tavlyn::sonar

@@ -42,12 +42,12 @@ TEST(UdevRules, NodesOfTheLibrarysIdentitiesAndNoOthers) {
   }
   Identities known = {Named(kReaderPair.vid, kReaderPair.pid), Named(kMagstripePair.vid, kMagstripePair.pid),
                       Named(kSonarPair.vid, kSonarPair.pid)};
-  ForgetVidPidTable();
+  shared.vidPid = {};
   LoadVidPidTable();
-  for (std::size_t row = 0; VidPidTable[row].VID != 0; ++row) {
-    known.insert(Named(VidPidTable[row].VID, VidPidTable[row].PID));
+  for (std::size_t row = 0; shared.vidPid.VidPidTable[row].VID != 0; ++row) {
+    known.insert(Named(shared.vidPid.VidPidTable[row].VID, shared.vidPid.VidPidTable[row].PID));
   }
-  ForgetVidPidTable();
+  shared.vidPid = {};
   EXPECT_EQ(12U, known.size());
   EXPECT_EQ(known, permitted);
 }

@@ -32,7 +32,7 @@ class Arrival : public Bench {
     SetConnectProduct(1);
     ASSERT_EQ(USBConnect(nullptr), 1U);
     ForgetTraffic();
-    SearchErr = kUntouched;
+    shared.SearchErr = kUntouched;
   }
 
   void PlugOther(const std::string& path, std::uint16_t vid, std::uint16_t pid) {
@@ -41,7 +41,7 @@ class Arrival : public Bench {
 
   static std::vector<std::string> Names() {
     std::vector<std::string> names;
-    for (int i = 0; i < DevCnt; ++i) names.emplace_back(DevTable[static_cast<std::size_t>(i)].DevName);
+    for (int i = 0; i < shared.DevCnt; ++i) names.emplace_back(DevTable[static_cast<std::size_t>(i)].DevName);
     return names;
   }
 };
@@ -55,7 +55,7 @@ TEST_F(Arrival, AReaderIsAppendedAsNoProductYet) {
   EXPECT_EQ(ChkAddArrival(kReaderPath), 1U);
   EXPECT_EQ(Names(), (NameList{"device-1", "device-2", kReaderPath}));
   EXPECT_EQ(GetActDev(), 0);
-  EXPECT_EQ(SearchErr, kUntouched);
+  EXPECT_EQ(shared.SearchErr, kUntouched);
   ASSERT_EQ(SetActDev(2), 1U);
   EXPECT_EQ(GetProduct(), 0U);
   EXPECT_EQ(GetDevType(), 0U);
@@ -74,7 +74,7 @@ TEST_F(Arrival, ThePathTellsThePairWhereTheSystemDoesNot) {
   Plug(Reader::Plain(), kReaderPath);
   Plug(Reader::Plain(), "plain-name");
   EXPECT_EQ(ChkAddArrival("plain-name"), 0U);
-  EXPECT_EQ(SearchErr, kUntouched) << "not even opened";
+  EXPECT_EQ(shared.SearchErr, kUntouched) << "not even opened";
   EXPECT_EQ(ChkAddArrival(kReaderPath), 1U);
 }
 
@@ -84,7 +84,7 @@ TEST_F(Arrival, TheSystemTellsThePairWherePathsDoNot) {
   PlugOther("/dev/hidraw8", 0x7A31, 0x3BFB);
   EXPECT_EQ(ChkAddArrival("/dev/hidraw8"), 0U);
   EXPECT_EQ(ChkAddArrival("/dev/hidraw9"), 0U);
-  EXPECT_EQ(SearchErr, kUntouched);
+  EXPECT_EQ(shared.SearchErr, kUntouched);
   EXPECT_EQ(ChkAddArrival("/dev/hidraw7"), 1U);
   EXPECT_EQ(Names(), (NameList{"device-1", "/dev/hidraw7"}));
 }
@@ -96,18 +96,18 @@ TEST_F(Arrival, AnotherVendorsPathIsPassedOver) {
     EXPECT_EQ(ChkAddArrival(path), 0U) << path;
   }
   EXPECT_EQ(ChkAddArrival(nullptr), 0U);
-  EXPECT_EQ(SearchErr, kUntouched);
+  EXPECT_EQ(shared.SearchErr, kUntouched);
   EXPECT_EQ(GetDevCnt(), 1);
 }
 
 TEST_F(Arrival, APathThatDoesNotOpenIsToldInTheSearchWord) {
   ConnectReaders(1);
   EXPECT_EQ(ChkAddArrival(kReaderPath), 0U);
-  EXPECT_EQ(SearchErr, 11U);
+  EXPECT_EQ(shared.SearchErr, 11U);
   Plug(Reader::Plain(), kReaderPath).opens = false;
-  SearchErr = kUntouched;
+  shared.SearchErr = kUntouched;
   EXPECT_EQ(ChkAddArrival(kReaderPath), 0U);
-  EXPECT_EQ(SearchErr, 11U);
+  EXPECT_EQ(shared.SearchErr, 11U);
   EXPECT_EQ(GetLastLibErr(), 0U);
 }
 
@@ -116,9 +116,9 @@ TEST_F(Arrival, APathWithAnotherDeviceBehindItIsClosedAgain) {
   PlugOther(kReaderPath, 0x7A31, 0x1000);
   for (const bool listed : {true, false}) {
     host.hid.listsIds = listed;
-    SearchErr = kUntouched;
+    shared.SearchErr = kUntouched;
     EXPECT_EQ(ChkAddArrival(kReaderPath), 0U);
-    EXPECT_EQ(SearchErr, 10U);
+    EXPECT_EQ(shared.SearchErr, 10U);
     EXPECT_EQ(host.hid.OpenHandles(), 1U);
     EXPECT_EQ(GetDevCnt(), 1);
   }
@@ -130,7 +130,7 @@ TEST_F(Arrival, ThePathMayHave511Characters) {
   path.resize(512, 'x');
   Plug(Reader::Plain(), path);
   EXPECT_EQ(ChkAddArrival(path.c_str()), 0U);
-  EXPECT_EQ(SearchErr, kUntouched);
+  EXPECT_EQ(shared.SearchErr, kUntouched);
   path.pop_back();
   Plug(Reader::Plain(), path);
   EXPECT_EQ(ChkAddArrival(path.c_str()), 1U);
@@ -152,14 +152,14 @@ TEST_F(Arrival, AnEmptyTableKnowsNoProductToLookFor) {
 TEST_F(Arrival, AFullTableTakesNoneAndKeepsTheHandle) {
   ConnectReaders(1);
   for (tsDevEntry& entry : DevTable.First(kTableEntries)) entry.hDev = DevTable[0].hDev;
-  DevCnt = kTableEntries;
-  ActDev = 0;
+  shared.DevCnt = kTableEntries;
+  shared.ActDev = 0;
   Plug(Reader::Plain(), kReaderPath);
   EXPECT_EQ(ChkAddArrival(kReaderPath), 0U);
   EXPECT_EQ(GetDevCnt(), 127);
   EXPECT_EQ(host.hid.OpenHandles(), 2U);
-  EXPECT_EQ(SearchErr, kUntouched);
-  DevCnt = 128;
+  EXPECT_EQ(shared.SearchErr, kUntouched);
+  shared.DevCnt = 128;
   EXPECT_EQ(AddOrRemoveEntry(nullptr, false), 0U);
   EXPECT_EQ(GetDevCnt(), 127);
 }
@@ -167,7 +167,7 @@ TEST_F(Arrival, AFullTableTakesNoneAndKeepsTheHandle) {
 TEST_F(Arrival, TheHundredAndTwentySeventhIsTaken) {
   ConnectReaders(1);
   for (tsDevEntry& entry : DevTable.First(kTableEntries)) entry.hDev = DevTable[0].hDev;
-  DevCnt = kTableEntries - 1;
+  shared.DevCnt = kTableEntries - 1;
   Plug(Reader::Plain(), kReaderPath);
   EXPECT_EQ(ChkAddArrival(kReaderPath), 1U);
   EXPECT_EQ(GetDevCnt(), 127);
@@ -182,9 +182,9 @@ TEST_F(Arrival, AMagstripePathMustLookLikeAReaders) {
   Plug(Reader::Plain(), "/dev/hidraw1");
   EXPECT_EQ(CheckMagstripeArrival("listed"), 0U);
   EXPECT_EQ(CheckMagstripeArrival(R"(\\?\HID#Vid_7A31&Pid_1000#a)"), 0U);
-  EXPECT_EQ(SearchErr, kUntouched);
+  EXPECT_EQ(shared.SearchErr, kUntouched);
   EXPECT_EQ(CheckMagstripeArrival("/dev/hidraw1"), 0U);
-  EXPECT_EQ(SearchErr, 10U) << "listed as a reader, and therefore none";
+  EXPECT_EQ(shared.SearchErr, 10U) << "listed as a reader, and therefore none";
   EXPECT_EQ(CheckMagstripeArrival(kReaderPath), 1U);
   EXPECT_EQ(Names(), (NameList{"device-1", kReaderPath}));
   EXPECT_EQ(DevTable[1].ProductKind, 0U);
@@ -219,13 +219,13 @@ TEST_F(Arrival, TheActiveProductTellsWhatIsLookedFor) {
   PlugOther(kSonarPath, 0x18C8, 0x2BFA);
   DevTable[0].ProductKind = kMagstripe;
   EXPECT_EQ(ChkAddArrival(kSonarPath), 0U);
-  EXPECT_EQ(SearchErr, kUntouched);
+  EXPECT_EQ(shared.SearchErr, kUntouched);
   EXPECT_EQ(ChkAddArrival(kReaderPath), 0U);
-  EXPECT_EQ(SearchErr, 10U) << "the path of a reader, and a reader behind it";
+  EXPECT_EQ(shared.SearchErr, 10U) << "the path of a reader, and a reader behind it";
   DevTable[0].ProductKind = kSonar;
-  SearchErr = kUntouched;
+  shared.SearchErr = kUntouched;
   EXPECT_EQ(ChkAddArrival(kReaderPath), 0U);
-  EXPECT_EQ(SearchErr, kUntouched);
+  EXPECT_EQ(shared.SearchErr, kUntouched);
   EXPECT_EQ(ChkAddArrival(kSonarPath), 1U);
   EXPECT_EQ(Names(), (NameList{kSonarPath, ""}));
   for (const std::uint32_t kind : {0U, 3U, 5U}) {

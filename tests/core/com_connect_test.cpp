@@ -115,15 +115,15 @@ TEST_F(ComConnectTest, TheTraceTellsOfReadsAndOfNoEntryOrExit) {
 
 TEST_F(ComConnectTest, NothingFoundLeavesNoWordAndNoLine) {
   StartTrace();
-  SearchErr = 5;
-  HidFoundCnt = DevCnt = 3;
-  ActDev = 2;
+  shared.SearchErr = 5;
+  shared.HidFoundCnt = shared.DevCnt = 3;
+  shared.ActDev = 2;
   EXPECT_EQ(ComConnect(&did), 0U);
   EXPECT_EQ(did, kUntouched);
-  EXPECT_EQ(SearchErr, 5U);
-  EXPECT_EQ(DevCnt, 0);
-  EXPECT_EQ(ActDev, 0);
-  EXPECT_EQ(HidFoundCnt, 0);
+  EXPECT_EQ(shared.SearchErr, 5U);
+  EXPECT_EQ(shared.DevCnt, 0);
+  EXPECT_EQ(shared.ActDev, 0);
+  EXPECT_EQ(shared.HidFoundCnt, 0);
   ExpectTrace({});
 }
 
@@ -153,11 +153,11 @@ TEST_F(ComConnectTest, AFailedReadEndsItAndLeavesTheTable) {
   Attach(2, Reader::Plain());
   HideConfiguration(Attach(4, Reader::Plain()));
   Attach(6, Reader::Plain());
-  SearchErr = 1;
+  shared.SearchErr = 1;
   StartTrace();
   EXPECT_EQ(ComConnect(&did), 0U);
   EXPECT_EQ(did, kUntouched);
-  EXPECT_EQ(SearchErr, kConnectFailed | 1U);
+  EXPECT_EQ(shared.SearchErr, kConnectFailed | 1U);
   EXPECT_EQ(GetDevCnt(), 3);
   EXPECT_EQ(GetActDev(), 0);
   EXPECT_EQ(DevTable[1].LastLibErr, 0x20000U);
@@ -183,15 +183,15 @@ TEST_F(ComConnectTest, ASilentPortCostsTwoPings) {
 TEST_F(ComConnectTest, OnePortAloneIsSearchedAndTheRangeStays) {
   Attach(12, Reader::Plain()).Device().state.did = 0x1234;
   SetComSrchRange(2, 5);
-  SearchErr = 1;
+  shared.SearchErr = 1;
   EXPECT_EQ(ComConnectPort(12, &did), 1U);
   EXPECT_EQ(did, 0x1234U);
   EXPECT_EQ(host.ports.opened.size(), 1U);
   EXPECT_STREQ(DevTable[0].DevName, "COM12:");
   EXPECT_EQ(GetActDev(), 0);
-  EXPECT_EQ(ComSrchLo, 2);
-  EXPECT_EQ(ComSrchHi, 5);
-  EXPECT_EQ(SearchErr, 1U);
+  EXPECT_EQ(shared.search.ComSrchLo, 2);
+  EXPECT_EQ(shared.search.ComSrchHi, 5);
+  EXPECT_EQ(shared.SearchErr, 1U);
 }
 
 TEST_F(ComConnectTest, APortWithoutAReaderIsToldInTheTrace) {
@@ -199,21 +199,21 @@ TEST_F(ComConnectTest, APortWithoutAReaderIsToldInTheTrace) {
   SetComSrchRange(2, 5);
   EXPECT_EQ(ComConnectPort(9, &did), 0U);
   EXPECT_EQ(did, kUntouched);
-  EXPECT_EQ(SearchErr, kConnectFailed);
-  EXPECT_EQ(ComSrchLo, 2);
-  EXPECT_EQ(ComSrchHi, 5);
+  EXPECT_EQ(shared.SearchErr, kConnectFailed);
+  EXPECT_EQ(shared.search.ComSrchLo, 2);
+  EXPECT_EQ(shared.search.ComSrchHi, 5);
   ExpectTrace({"tavlyn_ComConnectPort ERROR CODE: 65536"});
   ExpectTraffic({"open COM9 refused"});
-  SearchErr = 0;
+  shared.SearchErr = 0;
   EXPECT_EQ(ComConnectPort(300, nullptr), 0U);
-  EXPECT_EQ(SearchErr, kConnectFailed);
+  EXPECT_EQ(shared.SearchErr, kConnectFailed);
   ExpectTraffic({});
 }
 
 TEST_F(ComConnectTest, PortZeroLeavesNoWord) {
   StartTrace();
   EXPECT_EQ(ComConnectPort(0, &did), 0U);
-  EXPECT_EQ(SearchErr, 0U);
+  EXPECT_EQ(shared.SearchErr, 0U);
   ExpectTrace({});
   ExpectTraffic({});
 }
@@ -223,13 +223,13 @@ TEST_F(ComConnectTest, AFilledTableKeepsThePortSearchFromAnything) {
   Attach(3, Reader::Plain());
   ASSERT_EQ(ComConnect(nullptr), 1U);
   SetActDev(1);
-  SearchErr = 0;
+  shared.SearchErr = 0;
   ForgetTraffic();
   EXPECT_EQ(ComConnectPort(2, &did), 0U);
   EXPECT_EQ(did, kUntouched);
   EXPECT_EQ(GetDevCnt(), 2);
   EXPECT_EQ(GetActDev(), 1);
-  EXPECT_EQ(SearchErr, 0U);
+  EXPECT_EQ(shared.SearchErr, 0U);
   EXPECT_EQ(host.transcript.Lines(), Lines{});
 }
 
@@ -238,7 +238,7 @@ TEST_F(ComConnectTest, AFailedReadAfterThePortSearchHasItsOwnTag) {
   StartTrace();
   EXPECT_EQ(ComConnectPort(2, &did), 0U);
   EXPECT_EQ(did, kUntouched);
-  EXPECT_EQ(SearchErr, kConnectFailed);
+  EXPECT_EQ(shared.SearchErr, kConnectFailed);
   EXPECT_EQ(GetDevCnt(), 1);
   ASSERT_FALSE(Trace().empty());
   EXPECT_EQ(Trace().back(), "ComConnectPort ERROR CODE: 65536");
@@ -267,22 +267,22 @@ TEST_F(ComConnectTest, TheLowerCasePortSearchIsADeadEnd) {
   EXPECT_EQ(comConnectPort(2), kUnsupported);
   ASSERT_EQ(ComConnect(nullptr), 1U);
   ForgetTraffic();
-  SearchErr = 0;
+  shared.SearchErr = 0;
   EXPECT_EQ(comConnectPort(2), 0U);
-  EXPECT_EQ(SearchErr, 0U);
+  EXPECT_EQ(shared.SearchErr, 0U);
   EXPECT_EQ(GetDevCnt(), 1);
   ExpectTraffic({});
 }
 
 TEST_F(ComConnectTest, OtherProductsHaveNoSerialSearch) {
-  DevCnt = 1;
+  shared.DevCnt = 1;
   DevTable[0].ProductKind = kSonar;
-  TunnelLink = 1;
+  shared.link.TunnelLink = 1;
   EXPECT_EQ(comConnect(), kUnsupported);
   EXPECT_EQ(comConnectPort(2), kUnsupported);
   EXPECT_EQ(ComDisconnect(), kUnsupported);
-  EXPECT_EQ(TunnelLink, 1);
-  TunnelLink = 0;
+  EXPECT_EQ(shared.link.TunnelLink, 1);
+  shared.link.TunnelLink = 0;
 }
 
 TEST_F(ComConnectTest, DisconnectClosesTheLinkAndKeepsTheEntry) {
@@ -299,21 +299,21 @@ TEST_F(ComConnectTest, DisconnectClosesTheLinkAndKeepsTheEntry) {
 }
 
 TEST_F(ComConnectTest, DisconnectEndsTheTunnelFirst) {
-  DevCnt = 1;
+  shared.DevCnt = 1;
   DevTable[0].ProductKind = kReader;
-  TunnelLink = 1;
-  LinkSocket = 7;
+  shared.link.TunnelLink = 1;
+  shared.link.LinkSocket = 7;
   EXPECT_EQ(ComDisconnect(), 0U) << "without an object";
-  EXPECT_EQ(TunnelLink, 0);
+  EXPECT_EQ(shared.link.TunnelLink, 0);
   EXPECT_FALSE(LinkIsOpen());
   Attach(2, Reader::Plain());
   ASSERT_EQ(ComConnect(nullptr), 1U);
-  LinkSocket = 8;
-  TunnelLink = 1;
+  shared.link.LinkSocket = 8;
+  shared.link.TunnelLink = 1;
   ForgetTraffic();
   EXPECT_EQ(ComDisconnect(), 1U);
   EXPECT_EQ(host.transcript.Lines(), (Lines{"close socket 8", "close COM2"}));
-  LinkSocket = 9;
+  shared.link.LinkSocket = 9;
   EXPECT_EQ(ComDisconnect(), 1U) << "the socket, whoever opened it";
   EXPECT_FALSE(LinkIsOpen());
 }
@@ -332,13 +332,13 @@ TEST_P(ComConnectFaults, EndInBoundedTimeAndTellTheTruth) {
     if (GetParam() == sim::Fault::kRefuse) line.faults.RefuseAt(at);
     if (GetParam() == sim::Fault::kGarble) line.faults.GarbleAt(at);
     if (GetParam() == sim::Fault::kVanish) line.faults.VanishAt(at);
-    SearchErr = 0;
+    shared.SearchErr = 0;
     did = kUntouched;
     const std::uint64_t before = host.clock.tick;
     const std::uint32_t result = ComConnect(&did);
     EXPECT_LE(host.clock.tick - before, 60'000U) << "byte " << at;
     EXPECT_EQ(result == 1, did != kUntouched) << "byte " << at;
-    EXPECT_EQ(SearchErr, result == 0 && GetDevCnt() > 0 ? kConnectFailed : 0U) << "byte " << at;
+    EXPECT_EQ(shared.SearchErr, result == 0 && GetDevCnt() > 0 ? kConnectFailed : 0U) << "byte " << at;
     EXPECT_LE(GetDevCnt(), 1);
     EXPECT_EQ(GetActDev(), 0);
     ForgetTraffic();

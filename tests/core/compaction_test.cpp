@@ -54,14 +54,14 @@ class Compaction : public Bench {
       entry.hDev = HandleAt(pattern, i);
       entry.LUID = static_cast<std::uint16_t>(entry.hDev);
     }
-    DevCnt = static_cast<std::int16_t>(entries);
-    ActDev = static_cast<std::int16_t>(entries - 1);
+    shared.DevCnt = static_cast<std::int16_t>(entries);
+    shared.ActDev = static_cast<std::int16_t>(entries - 1);
   }
 
   // The model's entries, those beyond its count too.
   static void ExpectTable(const Model& model) {
-    EXPECT_EQ(DevCnt, model.count);
-    EXPECT_EQ(ActDev, 0);
+    EXPECT_EQ(shared.DevCnt, model.count);
+    EXPECT_EQ(shared.ActDev, 0);
     for (std::size_t i = 0; i < model.handles.size(); ++i) {
       EXPECT_EQ(DevTable[i].hDev, model.handles[i]) << "entry " << i;
       if (model.handles[i] == platform::kNoHandle) continue;
@@ -133,7 +133,7 @@ TEST_F(Compaction, TheFirstOpenDeviceGoesWhicheverWasMeant) {
 TEST_F(Compaction, SeveralGapsLeaveADuplicateBehind) {
   FillTable(5, 0b00101);
   EXPECT_EQ(AddOrRemoveEntry(nullptr, false), 0U);
-  EXPECT_EQ(DevCnt, 4);
+  EXPECT_EQ(shared.DevCnt, 4);
   EXPECT_EQ(DevTable[0].hDev, kFirst + 1);
   EXPECT_EQ(DevTable[1].hDev, kFirst + 1);
   EXPECT_EQ(DevTable[2].hDev, kFirst + 3);
@@ -144,9 +144,9 @@ TEST_F(Compaction, SeveralGapsLeaveADuplicateBehind) {
 class CompactionOfPorts : public SerialBench {
  protected:
   void AddOpen(platform::Handle handle) {
-    tsDevEntry& entry = DevTable[static_cast<std::size_t>(DevCnt++)];
+    tsDevEntry& entry = DevTable[static_cast<std::size_t>(shared.DevCnt++)];
     entry.hDev = handle;
-    ActDev = 0;
+    shared.ActDev = 0;
   }
   [[nodiscard]] Lines PortLines() const {
     Lines lines;
@@ -186,7 +186,7 @@ TEST_F(CompactionOfPorts, AClosedDeviceAndAnOverwrittenPlaceLetGoOfThem) {
   EXPECT_EQ(AddOrRemoveEntry(&DevTable[0], true), 1U);
   EXPECT_EQ(PortLines(), Lines{"close COM quietly"});
   AddScript({});
-  DevCnt = 0;
+  shared.DevCnt = 0;
   const tsDevEntry added{};
   EXPECT_EQ(AddOrRemoveEntry(&added, false), 1U);
   EXPECT_EQ(DevTable[0].pSerialPort, nullptr);

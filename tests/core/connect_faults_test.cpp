@@ -32,7 +32,7 @@ TEST_F(ConnectFaultsTest, AFailedConfigurationReadEndsTheConnect) {
   std::uint32_t did = kUntouched;
   EXPECT_EQ(USBConnect(&did), 0U);
   EXPECT_EQ(did, kUntouched);
-  EXPECT_EQ(SearchErr, 0x10000U);
+  EXPECT_EQ(shared.SearchErr, 0x10000U);
   EXPECT_EQ(GetLastLibErr(), 0x20000U);
   EXPECT_EQ(GetDevCnt(), 2);
   EXPECT_EQ(GetActDev(), 0);
@@ -92,11 +92,11 @@ TEST_F(ConnectFaultsTest, TheNextSearchClearsTheSearchWord) {
   reader->faults.RefuseReply({0x80}, 1);
   Plug(reader);
   EXPECT_EQ(USBConnect(nullptr), 0U);
-  EXPECT_EQ(SearchErr, 0x10000U);
+  EXPECT_EQ(shared.SearchErr, 0x10000U);
   USBDisconnect();
-  EXPECT_EQ(SearchErr, 0x10000U);
+  EXPECT_EQ(shared.SearchErr, 0x10000U);
   EXPECT_EQ(USBConnect(nullptr), 1U);
-  EXPECT_EQ(SearchErr, 0U);
+  EXPECT_EQ(shared.SearchErr, 0U);
 }
 
 // A device that stops opening once its attributes have been asked for.
@@ -124,7 +124,7 @@ TEST_F(ConnectFaultsTest, AHandleThatIsNoneGoesIntoTheEntryAllTheSame) {
   EXPECT_EQ(USBConnect(nullptr), 0U);
   EXPECT_EQ(GetDevCnt(), 1);
   EXPECT_EQ(DevTable[0].hDev, platform::kNoHandle);
-  EXPECT_EQ(SearchErr, 0x10000U);
+  EXPECT_EQ(shared.SearchErr, 0x10000U);
   EXPECT_EQ(GetLastLibErr(), 0x20202U);
   ExpectTraffic(
       Join({Times(6, {"set 89 01 refused", "sleep 80"}), Times(6, {"set 8A refused", "sleep 80"})}));
@@ -160,7 +160,7 @@ class EachExchange : public ConnectFaultsTest {
     const std::uint32_t result = USBConnect(&did);
     ASSERT_LE(result, 1U);
     EXPECT_EQ(did == kUntouched, result == 0);
-    EXPECT_EQ(SearchErr, result == 0 ? 0x10000U : 0U);
+    EXPECT_EQ(shared.SearchErr, result == 0 ? 0x10000U : 0U);
     EXPECT_EQ(GetDevCnt(), 1);
     EXPECT_EQ(GetActDev(), 0);
     EXPECT_EQ(host.mutex.Depth(), 0);

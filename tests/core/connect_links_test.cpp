@@ -98,7 +98,7 @@ TEST_F(ConnectLinksTest, AReaderOnASerialPort) {
   EXPECT_EQ(GetActDev(), 0);
   EXPECT_STREQ(DevTable[0].DevName, "COM8:");
   EXPECT_EQ(DevTable[0].PlusState, kPlusReader);
-  EXPECT_EQ(SearchErr, 0U);
+  EXPECT_EQ(shared.SearchErr, 0U);
   EXPECT_FALSE(Told(kNoUsbReader));
   EXPECT_TRUE(Told("USBConnect Success !!"));
   for (std::uint16_t cpu = 0; cpu <= 2; ++cpu) EXPECT_EQ(GetFirmwareVersion(cpu, 0), 0x100U + cpu);
@@ -121,7 +121,7 @@ TEST_F(ConnectLinksTest, AFailedReadOnASerialPortFailsTheConnect) {
   host.ports.present[1] = line.get();
   SetDevTypeSrch(1);
   EXPECT_EQ(USBConnect(&did), 0U);
-  EXPECT_EQ(SearchErr, 0x10000U);
+  EXPECT_EQ(shared.SearchErr, 0x10000U);
   EXPECT_EQ(GetDevCnt(), 1);
   EXPECT_TRUE(DevTable[0].pSerialPort->IsOpen());
 }
@@ -157,7 +157,7 @@ TEST_F(ConnectLinksTest, AReaderBehindAnAdaptersSerialSide) {
   EXPECT_EQ(DevTable[0].LinkKind, kBySerialPort);
   EXPECT_EQ(DevTable[0].ProductKind, kReader);
   EXPECT_STREQ(DevTable[0].DevName, "MAC:00:00:00:00:00:00 TCP/IP:10.0.0.5;Port:4001");
-  EXPECT_EQ(TunnelLink, 0);
+  EXPECT_EQ(shared.link.TunnelLink, 0);
   EXPECT_TRUE(Told("USBConnect Success !!"));
   EXPECT_TRUE(LinkIsOpen());
   EXPECT_EQ(USBDisconnect(), 1U);
@@ -200,12 +200,12 @@ TEST_F(ConnectLinksTest, TheTunnelIsTriedNextAndCannotAnswer) {
   StartTrace();
   EXPECT_EQ(USBConnect(&did), 0U);
   ExpectTrace({"USBConnect ENTER", "USBConnect EXIT"});
-  EXPECT_EQ(SearchErr, 0U);
+  EXPECT_EQ(shared.SearchErr, 0U);
   const Lines traffic = TrafficOf(host.transcript.Events());
   const auto tunnel = std::find(traffic.rbegin(), traffic.rend(), "connect 10.0.0.5:4001");
   EXPECT_EQ(std::count(traffic.begin(), traffic.end(), "connect 10.0.0.5:4001"), 2);
   EXPECT_EQ(Lines(tunnel.base(), traffic.end()), Lines{}) << "its frames carry no report of eight bytes";
-  EXPECT_EQ(TunnelLink, 0);
+  EXPECT_EQ(shared.link.TunnelLink, 0);
   EXPECT_FALSE(LinkIsOpen());
   EXPECT_EQ(GetDevCnt(), 0);
 }
@@ -218,23 +218,23 @@ TEST_F(ConnectLinksTest, WithNothingAttachedNothingLeavesTheHost) {
       EXPECT_FALSE(event.ok) << event.Line();
     }
   }
-  EXPECT_EQ(TunnelLink, 1) << "left behind by the failed passes";
+  EXPECT_EQ(shared.link.TunnelLink, 1) << "left behind by the failed passes";
   EXPECT_FALSE(LinkIsOpen());
   SetConnectProduct(0);
   EXPECT_EQ(USBConnect(nullptr), 0U);
-  EXPECT_EQ(TunnelLink, 0) << "cleared by the next connect";
+  EXPECT_EQ(shared.link.TunnelLink, 0) << "cleared by the next connect";
 }
 
 TEST_F(ConnectLinksTest, AConnectEndsTheTunnelOfTheLastOne) {
-  LinkSocket = 7;
-  TunnelLink = 1;
+  shared.link.LinkSocket = 7;
+  shared.link.TunnelLink = 1;
   SetConnectProduct(0);
   EXPECT_EQ(USBConnect(nullptr), 0U);
   EXPECT_EQ(host.transcript.Lines(), (Lines{"mutex lock", "close socket 7", "mutex unlock"}));
-  LinkSocket = 7;
+  shared.link.LinkSocket = 7;
   EXPECT_EQ(USBConnect(nullptr), 0U);
   EXPECT_TRUE(LinkIsOpen()) << "a socket that is no tunnel stays";
-  LinkSocket = platform::kNoHandle;
+  shared.link.LinkSocket = platform::kNoHandle;
 }
 
 TEST_F(ConnectLinksTest, TheDefaultSearchWithNothingAttachedSendsNothing) {

@@ -37,8 +37,8 @@ TEST_F(ConnectSearchTest, WithNoProductChosenTheTableIsClearedAndNoDeviceTouched
   EXPECT_EQ(reader->faults.Exchanges(), before);
   EXPECT_EQ(GetDevCnt(), 0);
   EXPECT_EQ(GetActDev(), 0);
-  EXPECT_EQ(VidPidCnt, 0);
-  EXPECT_EQ(HidFoundCnt, 0);
+  EXPECT_EQ(shared.vidPid.VidPidCnt, 0);
+  EXPECT_EQ(shared.HidFoundCnt, 0);
 }
 
 TEST_F(ConnectSearchTest, BitsBeyondTheThreeProductsMeanNothing) {
@@ -60,7 +60,7 @@ TEST_F(ConnectSearchTest, WithoutTheReaderBitNoReaderIsSearched) {
     EXPECT_EQ(GetActDev(), 0);
   }
   EXPECT_EQ(reader->faults.Exchanges(), 0);
-  EXPECT_EQ(VidPidTable[0].VID, 0) << "the table of identities belongs to the reader search";
+  EXPECT_EQ(shared.vidPid.VidPidTable[0].VID, 0) << "the table of identities belongs to the reader search";
 }
 
 TEST_F(ConnectSearchTest, AFoundReaderEndsTheSearch) {
@@ -92,7 +92,7 @@ TEST_P(NothingFound, IsToldByTheSearchesThatRan) {
   EXPECT_EQ(did, kUntouched);
   ExpectTrace(Join({{"USBConnect ENTER"}, GetParam().lines, {"USBConnect EXIT"}}));
   const bool serialStageRan = GetParam().link == 1 || GetParam().link == -1;
-  EXPECT_EQ(SearchErr, serialStageRan ? 0x10000U : 0U);
+  EXPECT_EQ(shared.SearchErr, serialStageRan ? 0x10000U : 0U);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -131,7 +131,7 @@ TEST_F(ConnectSearchTest, AReaderOnUsbKeepsTheSerialSearchFromRunning) {
                "USBConnect Firmware: CPU0 Application in hex is  0",
                "USBConnect Firmware: CPU1 Application in hex is  0",
                "USBConnect TavlynAPI Library version is 7.9.2", "USBConnect EXIT"});
-  EXPECT_EQ(SearchErr, 0U);
+  EXPECT_EQ(shared.SearchErr, 0U);
 }
 
 }  // namespace

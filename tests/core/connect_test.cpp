@@ -88,7 +88,7 @@ TEST_F(ConnectTest, FillsTheEntry) {
   EXPECT_EQ(DevTable[0].VidPidRow, -1);
   EXPECT_EQ(DevTable[0].bReportId1, 0U);
   EXPECT_STREQ(DevTable[0].DevName, "some/path");
-  EXPECT_EQ(HidFoundCnt, 1);
+  EXPECT_EQ(shared.HidFoundCnt, 1);
 }
 
 TEST_F(ConnectTest, TheReportIdReaderIsOpenedForOverlappedUse) {
@@ -149,7 +149,7 @@ TEST_F(ConnectTest, StartsEveryEntryAnew) {
 
 TEST_F(ConnectTest, TheSearchWordGoesIntoTheEntryBehindTheFirstOneAdded) {
   DevTable[1].LastLibErr = DevTable[2].LastLibErr = 77;
-  SearchErr = 0x10000;
+  shared.SearchErr = 0x10000;
   Plug(Reader::Plain());
   SearchUsbReaders();
   EXPECT_EQ(USBConnect(nullptr), 1U);
@@ -206,23 +206,23 @@ TEST_F(ConnectTest, AnOldHandleBehindTheNewTableIsClosedByTheDisconnect) {
 }
 
 TEST_F(ConnectTest, AnOpenTunnelIsClosed) {
-  TunnelLink = 1;
-  LinkSocket = 5;
+  shared.link.TunnelLink = 1;
+  shared.link.LinkSocket = 5;
   SetConnectProduct(0);
   ForgetTraffic();
   EXPECT_EQ(USBConnect(nullptr), 0U);
   ExpectSystemCalls({"mutex lock", "close socket 5", "mutex unlock"});
-  EXPECT_EQ(TunnelLink, 0);
+  EXPECT_EQ(shared.link.TunnelLink, 0);
 }
 
 TEST_F(ConnectTest, ATunnelThatDoesNotCloseIsForgottenAllTheSame) {
-  TunnelLink = 1;
-  LinkSocket = 5;
+  shared.link.TunnelLink = 1;
+  shared.link.LinkSocket = 5;
   host.sockets.closeResult = -1;
   SetConnectProduct(0);
   EXPECT_EQ(USBConnect(nullptr), 0U);
-  EXPECT_EQ(TunnelLink, 0);
-  LinkSocket = platform::kNoHandle;
+  EXPECT_EQ(shared.link.TunnelLink, 0);
+  shared.link.LinkSocket = platform::kNoHandle;
 }
 
 TEST_F(ConnectTest, HoldsTheLockFromBehindEnterToBeforeExit) {

@@ -60,7 +60,7 @@ TEST_F(DisconnectTest, EmptiesTheTable) {
   EXPECT_EQ(GetDevCnt(), 0);
   EXPECT_EQ(GetActDev(), 0);
   EXPECT_EQ(GetProduct(), 0U);
-  EXPECT_EQ(VidPidCnt, 0);
+  EXPECT_EQ(shared.vidPid.VidPidCnt, 0);
   EXPECT_EQ(std::count(DevTable[0].CardTypeList.begin(), DevTable[0].CardTypeList.end(), 0), 1025);
   EXPECT_NE(DevTable[1].CardTypeList[0], 0) << "entry 0 alone is cleared";
   for (const tsDevEntry& entry : DevTable.First(kTableEntries)) {
@@ -82,15 +82,15 @@ TEST_F(DisconnectTest, LeavesTheIdentityAndTheWordOfAnEntry) {
   EXPECT_EQ(GetLUID(), 1U);
   EXPECT_EQ(GetSN(), 65535U);
   EXPECT_EQ(DevTable[0].LastLibErr, 0x1000000U);
-  EXPECT_NE(VidPidTable[0].VID, 0) << "the rows stay, the count does not";
-  EXPECT_EQ(VidPidCnt, 0);
+  EXPECT_NE(shared.vidPid.VidPidTable[0].VID, 0) << "the rows stay, the count does not";
+  EXPECT_EQ(shared.vidPid.VidPidCnt, 0);
 }
 
 TEST_F(DisconnectTest, ClosesHandlesWhateverTheCountSays) {
   Connected(Reader::Plain());
   DevTable[126].hDev = platform::TheHost().hid.Open("device-1", platform::OpenMode::kShared);
   DevTable[126].bReportId1 = 1;
-  DevCnt = 0;
+  shared.DevCnt = 0;
   ASSERT_EQ(host.hid.OpenHandles(), 2U);
   EXPECT_EQ(USBDisconnect(), 1U);
   EXPECT_EQ(host.hid.OpenHandles(), 0U);
@@ -129,45 +129,45 @@ TEST_F(DisconnectTest, SerialPortsAreClosedAndFreed) {
 }
 
 TEST_F(DisconnectTest, TheTunnelIsClosedByTheFirstEntryAtTheLatest) {
-  TunnelLink = 1;
-  LinkSocket = 5;
+  shared.link.TunnelLink = 1;
+  shared.link.LinkSocket = 5;
   ForgetTraffic();
   EXPECT_EQ(USBDisconnect(), 1U);
   ExpectSystemCalls({"mutex lock", "close socket 5", "mutex unlock"});
-  EXPECT_EQ(TunnelLink, 0);
-  EXPECT_EQ(LinkSocket, platform::kNoHandle);
+  EXPECT_EQ(shared.link.TunnelLink, 0);
+  EXPECT_EQ(shared.link.LinkSocket, platform::kNoHandle);
 }
 
 TEST_F(DisconnectTest, ClosingAHandleClosesTheTunnelFirst) {
   Connected(Reader::Plain());
-  TunnelLink = 1;
-  LinkSocket = 5;
+  shared.link.TunnelLink = 1;
+  shared.link.LinkSocket = 5;
   ForgetTraffic();
   EXPECT_EQ(USBDisconnect(), 1U);
   ExpectSystemCalls({"mutex lock", "close socket 5", "close 2", "mutex unlock"});
-  EXPECT_EQ(TunnelLink, 0);
+  EXPECT_EQ(shared.link.TunnelLink, 0);
 }
 
 TEST_F(DisconnectTest, ATunnelThatDoesNotCloseIsTriedForTheHandleAndForTheEntry) {
   Connected(Reader::Plain());
-  TunnelLink = 1;
-  LinkSocket = 5;
+  shared.link.TunnelLink = 1;
+  shared.link.LinkSocket = 5;
   host.sockets.closeResult = -1;
   ForgetTraffic();
   EXPECT_EQ(USBDisconnect(), 1U);
   ExpectSystemCalls(
       {"mutex lock", "close socket 5 refused", "close 2", "close socket 5 refused", "mutex unlock"});
-  EXPECT_EQ(TunnelLink, 0);
-  LinkSocket = platform::kNoHandle;
+  EXPECT_EQ(shared.link.TunnelLink, 0);
+  shared.link.LinkSocket = platform::kNoHandle;
 }
 
 TEST_F(DisconnectTest, ASocketThatIsNoTunnelStaysOpen) {
-  LinkSocket = 5;
+  shared.link.LinkSocket = 5;
   ForgetTraffic();
   EXPECT_EQ(USBDisconnect(), 1U);
   ExpectSystemCalls({"mutex lock", "mutex unlock"});
-  EXPECT_EQ(LinkSocket, 5U);
-  LinkSocket = platform::kNoHandle;
+  EXPECT_EQ(shared.link.LinkSocket, 5U);
+  shared.link.LinkSocket = platform::kNoHandle;
 }
 
 TEST_F(DisconnectTest, ConnectAndDisconnectAgainAndAgain) {

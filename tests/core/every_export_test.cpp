@@ -43,7 +43,7 @@ class EveryExport : public SerialBench, public ::testing::WithParamInterface<Sit
   void ConnectSerially(std::shared_ptr<Reader> model, bool ascii) {
     AddReader(std::move(model));
     ReadCfg();
-    AsciiProtocol = ascii ? 1 : 0;
+    shared.reader.AsciiProtocol = ascii ? 1 : 0;
   }
 
  protected:

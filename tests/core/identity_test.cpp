@@ -46,10 +46,10 @@ TEST_F(IdentityTest, ADeviceIsSelectedByItsIndex) {
 }
 
 TEST_F(IdentityTest, AnEmptyTableSetsTheIndexToZero) {
-  ActDev = 5;
+  shared.ActDev = 5;
   EXPECT_EQ(SetActDev(-1), 0U);
   EXPECT_EQ(GetActDev(), 0);
-  ActDev = 5;
+  shared.ActDev = 5;
   EXPECT_EQ(SetActDev(0), 0U);
   EXPECT_EQ(GetActDev(), 0);
 }
@@ -252,11 +252,11 @@ TEST_F(IdentityTest, TheNumbersAreThoseOfTheSelectedEntry) {
   EXPECT_EQ(GetDID(), 0xFEDCU) << "not sign-extended";
   EXPECT_EQ(GetLUID(), 0x8001U) << "nor this";
   EXPECT_EQ(GetSN(), 0xFEDCBA98U);
-  DevCnt = 0;
+  shared.DevCnt = 0;
   EXPECT_EQ(GetDID(), 0xFEDCU) << "the range is not tested";
   EXPECT_EQ(GetSN(), 0xFEDCBA98U);
   EXPECT_EQ(SetLUID(0x1234), 1U);
-  DevCnt = 3;
+  shared.DevCnt = 3;
   EXPECT_EQ(DevTable[2].LUID, 0x1234);
   EXPECT_EQ(DevTable[2].bLUIDDirty, 1U);
   EXPECT_EQ(GetLastLibErr(), 5U);

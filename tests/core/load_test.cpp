@@ -51,7 +51,7 @@ TEST_F(LoadTest, UnloadLeavesNoKeys) {
   ASSERT_EQ(slot.HashKeyData[0][2], 3);
   Unload();
   EXPECT_EQ(slot.HashKeyData, decltype(slot.HashKeyData){});
-  EXPECT_EQ(Buffers.RawCmd, decltype(Buffers.RawCmd){});
+  EXPECT_EQ(shared.buffers.RawCmd, decltype(shared.buffers.RawCmd){});
   Load();
 }
 
@@ -165,22 +165,22 @@ TEST_F(LoadTest, ALaterLoadFindsNothingOfTheEarlierOne) {
 
 TEST_F(LoadTest, SettingsHaveTheirDefaults) {
   EXPECT_EQ(GetUnsupportedProductErrorCode(), 0U);
-  EXPECT_EQ(ConnectMask, 0xFFFFFFFFU);
-  EXPECT_EQ(DevTypeSrch, -1);
-  EXPECT_EQ(ComSrchLo, 1);
-  EXPECT_EQ(ComSrchHi, 8);
-  EXPECT_EQ(SrchIpAddr, (std::array<std::uint8_t, 4>{0, 0, 0, 0}));
-  EXPECT_EQ(SrchIpPort, 0);
-  EXPECT_EQ(SearchErr, 0U);
-  EXPECT_EQ(HidFoundCnt, 0);
-  EXPECT_EQ(TunnelLink, 0);
-  EXPECT_EQ(AsciiProtocol, 0);
-  EXPECT_EQ(VidPidCnt, 0);
+  EXPECT_EQ(shared.search.ConnectMask, 0xFFFFFFFFU);
+  EXPECT_EQ(shared.search.DevTypeSrch, -1);
+  EXPECT_EQ(shared.search.ComSrchLo, 1);
+  EXPECT_EQ(shared.search.ComSrchHi, 8);
+  EXPECT_EQ(shared.search.SrchIpAddr, (std::array<std::uint8_t, 4>{0, 0, 0, 0}));
+  EXPECT_EQ(shared.search.SrchIpPort, 0);
+  EXPECT_EQ(shared.SearchErr, 0U);
+  EXPECT_EQ(shared.HidFoundCnt, 0);
+  EXPECT_EQ(shared.link.TunnelLink, 0);
+  EXPECT_EQ(shared.reader.AsciiProtocol, 0);
+  EXPECT_EQ(shared.vidPid.VidPidCnt, 0);
 }
 
 TEST_F(LoadTest, TheVirtualPortRangeStandsTheOtherWayAboutThanItsSetterStoresIt) {
-  EXPECT_EQ(VComSrchHi, 1);
-  EXPECT_EQ(VComSrchLo, 256);
+  EXPECT_EQ(shared.search.VComSrchHi, 1);
+  EXPECT_EQ(shared.search.VComSrchLo, 256);
 }
 
 TEST_F(LoadTest, AReloadPutsEverySettingBack) {
@@ -192,14 +192,14 @@ TEST_F(LoadTest, AReloadPutsEverySettingBack) {
   SetUnsupportedProductErrorCode(0x1234);
   Reload();
   EXPECT_EQ(GetUnsupportedProductErrorCode(), 0U);
-  EXPECT_EQ(ConnectMask, 0xFFFFFFFFU);
-  EXPECT_EQ(DevTypeSrch, -1);
-  EXPECT_EQ(ComSrchLo, 1);
-  EXPECT_EQ(ComSrchHi, 8);
-  EXPECT_EQ(VComSrchHi, 1);
-  EXPECT_EQ(VComSrchLo, 256);
-  EXPECT_EQ(SrchIpAddr, (std::array<std::uint8_t, 4>{0, 0, 0, 0}));
-  EXPECT_EQ(SrchIpPort, 0);
+  EXPECT_EQ(shared.search.ConnectMask, 0xFFFFFFFFU);
+  EXPECT_EQ(shared.search.DevTypeSrch, -1);
+  EXPECT_EQ(shared.search.ComSrchLo, 1);
+  EXPECT_EQ(shared.search.ComSrchHi, 8);
+  EXPECT_EQ(shared.search.VComSrchHi, 1);
+  EXPECT_EQ(shared.search.VComSrchLo, 256);
+  EXPECT_EQ(shared.search.SrchIpAddr, (std::array<std::uint8_t, 4>{0, 0, 0, 0}));
+  EXPECT_EQ(shared.search.SrchIpPort, 0);
 }
 
 }  // namespace

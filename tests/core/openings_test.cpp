@@ -101,10 +101,10 @@ TEST_F(OpeningsTest, UncheckedCallsTouchEntryZero) {
 TEST_F(OpeningsTest, TheIndexCountsAsActiveFromZeroToBelowTheCount) {
   Connected(Reader::Plain());
   EXPECT_EQ(GetLastLibErr(), 0U);
-  ActDev = 1;
+  shared.ActDev = 1;
   EXPECT_EQ(GetLastLibErr(), 0xFFFF8000U);
   ExpectRecordCallsGive(0x8000);
-  ActDev = 0;
+  shared.ActDev = 0;
   EXPECT_EQ(GetLastLibErr(), 0U);
 }
 
@@ -117,7 +117,7 @@ TEST_F(OpeningsTest, AKindWithoutTheRoutineGivesTheUnsupportedValue) {
   EXPECT_EQ(BeepNow(1, 0), 0U);
   EXPECT_EQ(GetFirmwareVersion(0, 0), 0xFFFF8000U) << "this one sign-extends";
   EXPECT_EQ(UseAsciiCommandProtocol(1), 0x8000U);
-  EXPECT_EQ(AsciiProtocol, 0);
+  EXPECT_EQ(shared.reader.AsciiProtocol, 0);
   ExpectTraffic({});
 }
 

@@ -13,30 +13,30 @@ namespace {
 class SettingsTest : public Bench {
  protected:
   static void ExpectComRange(int low, int high) {
-    EXPECT_EQ(ComSrchLo, low);
-    EXPECT_EQ(ComSrchHi, high);
+    EXPECT_EQ(shared.search.ComSrchLo, low);
+    EXPECT_EQ(shared.search.ComSrchHi, high);
   }
   static void ExpectVirtualRange(int high, int low) {
-    EXPECT_EQ(VComSrchHi, high);
-    EXPECT_EQ(VComSrchLo, low);
+    EXPECT_EQ(shared.search.VComSrchHi, high);
+    EXPECT_EQ(shared.search.VComSrchLo, low);
   }
 };
 
 TEST_F(SettingsTest, AnyProductMaskIsTaken) {
   for (const std::uint32_t mask : {0U, 1U, 7U, 8U, 0x80000000U, 0xFFFFFFFFU}) {
     EXPECT_EQ(SetConnectProduct(mask), 1U);
-    EXPECT_EQ(ConnectMask, mask);
+    EXPECT_EQ(shared.search.ConnectMask, mask);
   }
 }
 
 TEST_F(SettingsTest, OnlyTheFourLinkChoicesAreTaken) {
   for (const int link : {0, 1, 2, -1}) {
     EXPECT_EQ(SetDevTypeSrch(static_cast<std::int16_t>(link)), 1U);
-    EXPECT_EQ(DevTypeSrch, link);
+    EXPECT_EQ(shared.search.DevTypeSrch, link);
   }
   for (const int link : {3, -2, 32767, -32768}) {
     EXPECT_EQ(SetDevTypeSrch(static_cast<std::int16_t>(link)), 0U);
-    EXPECT_EQ(DevTypeSrch, -1) << link;
+    EXPECT_EQ(shared.search.DevTypeSrch, -1) << link;
   }
 }
 
@@ -93,10 +93,10 @@ TEST_F(SettingsTest, OnlyTheLowHalvesOfAVirtualRangeCount) {
 
 TEST_F(SettingsTest, TheEthernetAddressIsNotChecked) {
   EXPECT_EQ(SetIpPort(10, 0, 255, 7, 10001), 1U);
-  EXPECT_EQ(SrchIpAddr, (std::array<std::uint8_t, 4>{10, 0, 255, 7}));
-  EXPECT_EQ(SrchIpPort, 10001);
+  EXPECT_EQ(shared.search.SrchIpAddr, (std::array<std::uint8_t, 4>{10, 0, 255, 7}));
+  EXPECT_EQ(shared.search.SrchIpPort, 10001);
   EXPECT_EQ(SetIpPort(0, 0, 0, 0, 0), 1U);
-  EXPECT_EQ(SrchIpPort, 0);
+  EXPECT_EQ(shared.search.SrchIpPort, 0);
 }
 
 TEST_F(SettingsTest, TheUnsupportedValueIsKept) {
@@ -134,12 +134,12 @@ TEST_F(SettingsTest, ADisconnectAndAConnectLeaveThemAsTheyWere) {
   SetIpPort(1, 2, 3, 4, 5);
   SetUnsupportedProductErrorCode(0x1234);
   const auto expectKept = [&] {
-    EXPECT_EQ(ConnectMask, 9U);
-    EXPECT_EQ(DevTypeSrch, 0);
+    EXPECT_EQ(shared.search.ConnectMask, 9U);
+    EXPECT_EQ(shared.search.DevTypeSrch, 0);
     ExpectComRange(20, 30);
     ExpectVirtualRange(50, 40);
-    EXPECT_EQ(SrchIpAddr, (std::array<std::uint8_t, 4>{1, 2, 3, 4}));
-    EXPECT_EQ(SrchIpPort, 5);
+    EXPECT_EQ(shared.search.SrchIpAddr, (std::array<std::uint8_t, 4>{1, 2, 3, 4}));
+    EXPECT_EQ(shared.search.SrchIpPort, 5);
     EXPECT_EQ(GetUnsupportedProductErrorCode(), 0x1234U);
   };
   EXPECT_EQ(USBConnect(nullptr), 0U);

@@ -205,10 +205,10 @@ TEST_F(TraceTest, AFileThatCannotBeOpenedHarmsNobody) {
 
 TEST_F(TraceTest, EveryErrorCodeLinePrintsTheSearchWord) {
   StartTrace();
-  SearchErr = 0x10000;
+  shared.SearchErr = 0x10000;
   LogErrorCode("some_tag");
   LogFailure("other_tag");
-  SearchErr = 0;
+  shared.SearchErr = 0;
   DevTable[0].LastLibErr = 0x1000000;
   LogErrorCode("some_tag");
   ExpectTrace({"some_tag ERROR CODE: 65536", "other_tag ERROR CODE: 65536", "other_tag Failed !!",

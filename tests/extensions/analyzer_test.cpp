@@ -52,7 +52,7 @@ class Analyzer : public SerialBench {
 
   void Use(std::shared_ptr<Reader> reader_) {
     model = Connected(std::move(reader_));
-    SetActDev(static_cast<std::int16_t>(DevCnt - 1));
+    SetActDev(static_cast<std::int16_t>(shared.DevCnt - 1));
     EntryOfActDev().LastLibErr = 5;
   }
 
@@ -72,7 +72,7 @@ class Analyzer : public SerialBench {
     return records != nullptr ? records[0] : CardAnalyzerRecord{};
   }
 
-  static void TraceFailures() { SearchErr = 0x10000; }
+  static void TraceFailures() { shared.SearchErr = 0x10000; }
 
   std::shared_ptr<Reader> model;
 };
@@ -337,9 +337,9 @@ TEST_F(Analyzer, OnlyACardReaderOnReportsHasOne) {
   DevTable[0].LinkKind = kBySerialPort;
   expectNone(true);
   DevTable[0].LinkKind = kByReports;
-  DevCnt = 0;
+  shared.DevCnt = 0;
   expectNone(false);
-  DevCnt = 1;
+  shared.DevCnt = 1;
 }
 
 TEST_F(Analyzer, TakesNoLock) {

@@ -94,11 +94,11 @@ TEST_F(BleRadio, AnyProductIsAsked) {
 
 TEST_F(BleRadio, WithoutADevice) {
   SetUnsupportedProductErrorCode(0x8001);
-  DevCnt = 0;
+  shared.DevCnt = 0;
   EXPECT_EQ(IsBTLEPresent(), 65535);
   EXPECT_EQ(GetBTLEConfiguration(), 65535);
   EXPECT_EQ(SetBTLEConfiguration(1), 0x8001);
-  DevCnt = 1;
+  shared.DevCnt = 1;
   EXPECT_EQ(GetLastLibErr(), 5U);
   ExpectTraffic({});
 }

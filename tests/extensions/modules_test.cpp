@@ -89,7 +89,7 @@ TEST_F(Modules, ASwitchHasToBeConfirmed) {
 
 TEST_F(Modules, AFailureOfEitherHalf) {
   StartTrace();
-  SearchErr = 0x10000;
+  shared.SearchErr = 0x10000;
   const Lines getTrace{"ModuleState::getModuleState ERROR CODE: 65536",
                        "ModuleState::getModuleState Failed !!"};
   const Lines setTrace{"ModuleState::setModuleState ERROR CODE: 65536",
@@ -122,10 +122,10 @@ TEST_F(Modules, OnlyACardReaderHasSome) {
     EXPECT_EQ(SetModuleState(5, 1), 0);
   }
   DevTable[0].ProductKind = kReader;
-  DevCnt = 0;
+  shared.DevCnt = 0;
   EXPECT_EQ(GetModuleState(5, &state), 0);
   EXPECT_EQ(SetModuleState(5, 1), 0);
-  DevCnt = 1;
+  shared.DevCnt = 1;
   EXPECT_EQ(state, kOldState);
   EXPECT_EQ(GetLastLibErr(), 5U) << "left alone";
   ExpectTraffic({});

@@ -105,7 +105,7 @@ TEST_F(TransparentMode, AReaderThatDoesNotKnowIt) {
 
 TEST_F(TransparentMode, AFailureOfEitherHalf) {
   StartTrace();
-  SearchErr = 0x10000;
+  shared.SearchErr = 0x10000;
   const auto expectFailure = [&](auto call, const Lines& trace) {
     model->faults.RefuseNext(6);
     EXPECT_EQ(call(), kOff);
@@ -146,9 +146,9 @@ TEST_F(TransparentMode, OnlyACardReaderHasIt) {
     expectOff();
   }
   DevTable[0].ProductKind = kReader;
-  DevCnt = 0;
+  shared.DevCnt = 0;
   expectOff();
-  DevCnt = 1;
+  shared.DevCnt = 1;
   EXPECT_EQ(GetLastLibErr(), 5U) << "left alone";
   ExpectTraffic({});
 }

@@ -311,13 +311,13 @@ TEST_F(BleLoad, WithoutAReaderNothingIsLoaded) {
   EXPECT_EQ(LoadData("x"), 0x8001U);
   ExpectUntouched(0x91000005);
   Entry().ProductKind = kReader;
-  DevCnt = 0;
+  shared.DevCnt = 0;
   EXPECT_EQ(LoadData(whole), 1U);
   EXPECT_EQ(LoadKey(whole), 1U);
   ExpectUntouched();
   EXPECT_EQ(LoadData("x"), 0x8001U);
   ExpectUntouched(0x91000005);
-  DevCnt = 1;
+  shared.DevCnt = 1;
 }
 
 }  // namespace

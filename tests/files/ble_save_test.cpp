@@ -133,10 +133,10 @@ TEST_F(BleSave, WithoutAReaderNothingIsSaved) {
   EXPECT_EQ(SaveData(), 1U);
   ExpectUntouched(0);
   Entry().ProductKind = kReader;
-  DevCnt = 0;
+  shared.DevCnt = 0;
   EXPECT_EQ(SaveData(), 1U);
   EXPECT_EQ(SaveKey(), 1U);
-  DevCnt = 1;
+  shared.DevCnt = 1;
   ExpectUntouched();
   EXPECT_FALSE(std::filesystem::exists(File()));
 }

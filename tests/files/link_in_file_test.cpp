@@ -13,7 +13,7 @@ constexpr std::uint32_t kUnknown = 65535;
 class LinkInFile : public Bench {
  protected:
   void Be(std::uint32_t kind) {
-    DevCnt = 1;
+    shared.DevCnt = 1;
     DevTable[0].ProductKind = kind;
   }
   std::uint32_t Named(const std::string& text) {

@@ -72,9 +72,9 @@ TEST_F(SecureFiles, NothingIsSavedWithoutAReader) {
   EXPECT_EQ(GetLastLibErr(), 0U) << "cleared all the same";
   Entry().ProductKind = kReader;
   Entry().LastLibErr = 5;
-  DevCnt = 0;
+  shared.DevCnt = 0;
   EXPECT_EQ(Write(), 1U);
-  DevCnt = 1;
+  shared.DevCnt = 1;
   EXPECT_EQ(GetLastLibErr(), 5U);
   EXPECT_FALSE(std::filesystem::exists(File()));
   ExpectTraffic({});
@@ -166,13 +166,13 @@ TEST_F(SecureFiles, LoadingWithoutAReader) {
   EXPECT_EQ(Read(lines), 0U);
   EXPECT_EQ(GetLastLibErr(), 0x91000000U);
   Entry().ProductKind = kReader;
-  DevCnt = 0;
+  shared.DevCnt = 0;
   Entry().LastLibErr = 5;
   EXPECT_EQ(Read(SecureOf(lines)), 1U);
   EXPECT_EQ(Entry().LastLibErr, 5U);
   EXPECT_EQ(Read(lines), 0U);
   EXPECT_EQ(Entry().LastLibErr, 0x91000005U) << "of the entry that the active index names";
-  DevCnt = 1;
+  shared.DevCnt = 1;
   EXPECT_EQ(Slot()[field::TimeParms_iBitStrmTO], 100);
   ExpectTraffic({});
 }

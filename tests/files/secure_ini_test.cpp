@@ -240,12 +240,12 @@ TEST_F(IniFiles, OnlyIntoACardReader) {
   EXPECT_EQ(LoadRaw(kGood), 0U);
   ExpectUntouched(0x91000005);
   Entry().ProductKind = kReader;
-  DevCnt = 0;
+  shared.DevCnt = 0;
   EXPECT_EQ(Load(kGood), 0U);
   ExpectUntouched();
   EXPECT_EQ(LoadRaw(kGood), 0U);
   ExpectUntouched(0x91000005);
-  DevCnt = 1;
+  shared.DevCnt = 1;
 }
 
 }  // namespace

@@ -75,10 +75,10 @@ TEST_F(WriteItems, OnlyIntoACardReader) {
     ExpectUntouched();
   }
   Entry().ProductKind = kReader;
-  DevCnt = 0;
+  shared.DevCnt = 0;
   EXPECT_EQ(Write(item), 0U);
   ExpectUntouched();
-  DevCnt = 1;
+  shared.DevCnt = 1;
 }
 
 // A lost header does not stop the blocks. This reader then repeats none of them, so that nothing is saved.
@@ -172,10 +172,10 @@ TEST_F(WriteItems, AnEndThatIsNotRepeatedIsNotCommitted) {
 }
 
 TEST_F(WriteItems, TextFramesDoNotCarryThem) {
-  TunnelLink = 1;
+  shared.link.TunnelLink = 1;
   EXPECT_EQ(Write(item), 0U);
   EXPECT_EQ(GetLastLibErr(), 0x81000000U);
-  TunnelLink = 0;
+  shared.link.TunnelLink = 0;
   ExpectTraffic({});
   ExpectTrace(FailurePair(kBlockTag));
 }
@@ -327,10 +327,10 @@ TEST_F(ReadItems, NothingToReadFromOrInto) {
   EXPECT_EQ(Read(), 0U);
   ExpectUntouched();
   Entry().ProductKind = kReader;
-  DevCnt = 0;
+  shared.DevCnt = 0;
   EXPECT_EQ(Read(), 0U);
   ExpectUntouched();
-  DevCnt = 1;
+  shared.DevCnt = 1;
   ExpectTrace({});
 }
 

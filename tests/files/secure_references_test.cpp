@@ -115,10 +115,10 @@ TEST_F(References, AnyProductIsAskedButOnlyAnActiveOne) {
   Entry().ProductKind = kReader;
   ForgetTraffic();
   Entry().LastLibErr = 5;
-  DevCnt = 0;
+  shared.DevCnt = 0;
   EXPECT_EQ(Ev1(five), 0U);
   EXPECT_EQ(WriteSEKeyRefrence(five.data(), 5, 0), 0U);
-  DevCnt = 1;
+  shared.DevCnt = 1;
   ExpectUntouched();
   EXPECT_EQ(WriteEV1FileRefrence(nullptr, 5), 0U);
   EXPECT_EQ(WriteSEKeyRefrence(nullptr, 5, 0), 0U);

@@ -48,9 +48,9 @@ TEST_F(SecuritySettings, HashKeysNeedAReaderAndBytes) {
   Entry().ProductKind = kMagstripe;
   EXPECT_EQ(SetHashKeyData(data.data()), 0x8001U);
   Entry().ProductKind = kReader;
-  DevCnt = 0;
+  shared.DevCnt = 0;
   EXPECT_EQ(SetHashKeyData(data.data()), 0x8001U);
-  DevCnt = 1;
+  shared.DevCnt = 1;
   EXPECT_EQ(MarksOf(Entry(), Slot(0)), 0U);
   EXPECT_EQ(Slot().HashKeyData[0][0], 0);
   ExpectUntouched();
@@ -77,7 +77,7 @@ TEST_F(SecuritySettings, TheFlagBelongsToConfiguration0) {
   EXPECT_EQ(Slot().sFldSepData[126], 0);
   EXPECT_EQ(Slot().bDirtySep, 1U);
   EXPECT_EQ(Slot(2).bDirtySep, 0U);
-  EXPECT_EQ(EnhanceSecurityOn, 0) << "a copy of what was read";
+  EXPECT_EQ(shared.reader.EnhanceSecurityOn, 0) << "a copy of what was read";
   ExpectTraffic({});
 }
 
@@ -89,7 +89,7 @@ TEST_F(SecuritySettings, TheFlagTravelsInsideTheSeparatorData) {
   EXPECT_EQ(reader->state.configurations[0].stored.separated[126], 0x80);
   EXPECT_EQ(ReadCfg(), 1U);
   EXPECT_EQ(GetEnhanceSecurityFlag(), 0x80U);
-  EXPECT_EQ(EnhanceSecurityOn, 1);
+  EXPECT_EQ(shared.reader.EnhanceSecurityOn, 1);
 }
 
 TEST_F(SecuritySettings, TheFlagNeedsAReader) {
@@ -99,10 +99,10 @@ TEST_F(SecuritySettings, TheFlagNeedsAReader) {
   EXPECT_EQ(GetEnhanceSecurityFlag(), 0xFFFF8001U);
   SetEnhanceSecurityFlag(0);
   Entry().ProductKind = kReader;
-  DevCnt = 0;
+  shared.DevCnt = 0;
   EXPECT_EQ(GetEnhanceSecurityFlag(), 0xFFFF8001U);
   SetEnhanceSecurityFlag(0);
-  DevCnt = 1;
+  shared.DevCnt = 1;
   EXPECT_EQ(GetEnhanceSecurityFlag(), 0x80U);
   EXPECT_EQ(Slot().bDirtySep, 0U);
   ExpectUntouched();

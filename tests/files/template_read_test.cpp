@@ -238,9 +238,9 @@ TEST_F(TemplateRead, WithoutAReader) {
   Entry().ProductKind = 3;
   EXPECT_EQ(LoadLines("iBitStrmTO = 8\n"), 0x8001U);
   Entry().ProductKind = kReader;
-  DevCnt = 0;
+  shared.DevCnt = 0;
   EXPECT_EQ(LoadLines("iBitStrmTO = 8\n"), 0x8001U);
-  DevCnt = 1;
+  shared.DevCnt = 1;
   ExpectTraffic({});
 }
 

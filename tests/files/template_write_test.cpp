@@ -80,9 +80,9 @@ TEST_F(TemplateWrite, WithoutAReader) {
   Entry().ProductKind = 3;
   EXPECT_EQ(WriteDevCfgToFile(File().c_str()), 0x8001U);
   Entry().ProductKind = kReader;
-  DevCnt = 0;
+  shared.DevCnt = 0;
   EXPECT_EQ(WriteDevCfgToFile(File().c_str()), 0x8001U);
-  DevCnt = 1;
+  shared.DevCnt = 1;
   EXPECT_FALSE(std::filesystem::exists(File()));
   ExpectTraffic({});
 }

@@ -316,12 +316,12 @@ TEST_P(EnumerationTest, ClosingADeviceWritesTwoLinesBeforeTheHandleIsClosed) {
   EXPECT_EQ(OpenDeviceOverlapped("nowhere"), platform::kNoHandle);
   ForgetTraffic();
   StartTrace();
-  TunnelLink = 1;
-  LinkSocket = 5;
+  shared.link.TunnelLink = 1;
+  shared.link.LinkSocket = 5;
   CloseDevice(open);
   ExpectTrace({"UsbDriver_Close ENTER", "UsbDriver_Close EXIT"});
   EXPECT_EQ(Difference({"close socket 5", "close 1"}, host.transcript.Lines()), "");
-  EXPECT_EQ(TunnelLink, 1) << "the flag stays";
+  EXPECT_EQ(shared.link.TunnelLink, 1) << "the flag stays";
 }
 
 }  // namespace

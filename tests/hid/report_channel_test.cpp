@@ -66,7 +66,7 @@ class ReportChannelTest : public Bench {
     Plug(device, path);
     DevTable[index].hDev = platform::TheHost().hid.Open(path.c_str(), platform::OpenMode::kShared);
     DevTable[index].bReportId1 = reportId;
-    DevCnt = static_cast<std::int16_t>(index + 1);
+    shared.DevCnt = static_cast<std::int16_t>(index + 1);
     ForgetTraffic();
     return device;
   }
@@ -193,7 +193,7 @@ TEST_F(ReportChannelTest, AFailedReadIsNotTriedAgainAndLeavesNoWord) {
 
 TEST_F(ReportChannelTest, AnIndexEqualToTheCountPasses) {
   auto device = Put(1);
-  DevCnt = 1;
+  shared.DevCnt = 1;
   EXPECT_TRUE(WriteFeatureReport(8, 1, buffer.data()));
   EXPECT_TRUE(ReadFeatureReport(8, 1, buffer.data()));
   EXPECT_FALSE(WriteFeatureReport(8, 2, buffer.data()));
@@ -227,11 +227,11 @@ TEST_F(ReportChannelTest, ABadIndexTouchesNothingButAReadersBuffer) {
 }
 
 TEST_F(ReportChannelTest, AFullTableHasNoEntryBehindItsLast) {
-  DevCnt = 127;
+  shared.DevCnt = 127;
   EXPECT_FALSE(WriteFeatureReport(8, 127, buffer.data()));
   EXPECT_FALSE(ReadFeatureReport(8, 127, buffer.data()));
   ExpectTraffic({});
-  DevCnt = 0;
+  shared.DevCnt = 0;
 }
 
 TEST_F(ReportChannelTest, TheChannelTakesNoLock) {
@@ -277,7 +277,7 @@ TEST_F(DrainTest, NothingQueuedIsAFailureWithoutAWordOrAWait) {
 TEST_F(DrainTest, AGoneDeviceIsToldInEntryZeroWhicheverItIs) {
   Put(0);
   Put(1);
-  ActDev = 1;
+  shared.ActDev = 1;
   DevTable[0].LastLibErr = 0x202;
   DevTable[1].hDev = open;
   reader->Unplug();

@@ -33,9 +33,9 @@ class TextFramesTest : public Bench {
  protected:
   void SetUp() override {
     Bench::SetUp();
-    TunnelLink = 1;
-    LinkSocket = 5;
-    DevCnt = 1;
+    shared.link.TunnelLink = 1;
+    shared.link.LinkSocket = 5;
+    shared.DevCnt = 1;
     DevTable[0].LastTxTick = 77;
     buffer.fill(0xFF);
     ForgetTraffic();
@@ -213,14 +213,14 @@ TEST_F(TextFramesTest, APairOfTheTableIsTaken) {
 }
 
 TEST_F(TextFramesTest, TheTableEndsAtItsFirstRowWithoutAVendor) {
-  VidPidTable[0] = {};
-  VidPidTable[1].VID = 0x1234;
-  VidPidTable[1].PID = 0x5678;
+  shared.vidPid.VidPidTable[0] = {};
+  shared.vidPid.VidPidTable[1].VID = 0x1234;
+  shared.vidPid.VidPidTable[1].PID = 0x5678;
   ExpectRefused(7, Reply(7, 0x1234, 0x5678));
 }
 
 TEST_F(TextFramesTest, WithTheSocketClosedNothingIsSent) {
-  LinkSocket = platform::kNoHandle;
+  shared.link.LinkSocket = platform::kNoHandle;
   EXPECT_FALSE(ReadFeatureReport(7, 0, buffer.data()));
   EXPECT_TRUE(WriteFeatureReport(7, 0, buffer.data())) << "the send is not looked at";
   ExpectTraffic({});

@@ -29,8 +29,8 @@ class VidPidFileTest : public Bench {
   Lines RowsOf(const std::string& text) {
     Load(text);
     Lines rows;
-    for (std::int32_t i = 0; i < VidPidCnt; ++i) {
-      const tsVidPidRow& row = VidPidTable[static_cast<std::size_t>(i)];
+    for (std::int32_t i = 0; i < shared.vidPid.VidPidCnt; ++i) {
+      const tsVidPidRow& row = shared.vidPid.VidPidTable[static_cast<std::size_t>(i)];
       char line[128];
       std::snprintf(line, sizeof line, "%X:%X %X %X %s", row.VID, row.PID, row.filter[1].mask,
                     row.filter[1].compare, row.VendorName);
@@ -153,9 +153,9 @@ TEST_F(VidPidFileTest, FiltersOfALineWithoutARowStayInTheFreeRow) {
 
 TEST_F(VidPidFileTest, TheFirstFilterIsNeverWritten) {
   Load("VID=\"1\" PID=\"2\" VENDORNAME=\"X\" FILTER0MASK=\"11\" FILTER0COMPARE=\"22\" DEFAULT0MASK=\"33\"\n");
-  EXPECT_EQ(VidPidTable[0].filter[0].mask, 0U);
-  EXPECT_EQ(VidPidTable[0].filter[0].compare, 0U);
-  EXPECT_EQ(DefaultFilter[0].mask, 0U);
+  EXPECT_EQ(shared.vidPid.VidPidTable[0].filter[0].mask, 0U);
+  EXPECT_EQ(shared.vidPid.VidPidTable[0].filter[0].compare, 0U);
+  EXPECT_EQ(shared.vidPid.DefaultFilter[0].mask, 0U);
 }
 
 TEST_F(VidPidFileTest, AnOverlongLineArrivesAsSeveral) {

@@ -18,7 +18,7 @@ using sim::Reader;
 // Rows up to the first without a vendor.
 int RowCount() {
   int count = 0;
-  while (count < kVidPidRows && VidPidTable[static_cast<std::size_t>(count)].VID != 0) ++count;
+  while (count < kVidPidRows && shared.vidPid.VidPidTable[static_cast<std::size_t>(count)].VID != 0) ++count;
   return count;
 }
 
@@ -32,7 +32,7 @@ struct Row {
 };
 
 Row RowAt(std::size_t index) {
-  const tsVidPidRow& row = VidPidTable[index];
+  const tsVidPidRow& row = shared.vidPid.VidPidTable[index];
   return {row.VID, row.PID, row.VendorName, row.filter[1].mask, row.filter[1].compare};
 }
 
@@ -86,7 +86,7 @@ TEST_F(VidPidTest, WithoutAFileTheBuiltInLinesCount) {
       {0x7A31, 0x3B4C, "7A31:3B4C Orvantis HID CDC", 0x8000, 0x8000},
   };
   ASSERT_EQ(RowCount(), 9);
-  EXPECT_EQ(VidPidCnt, 9);
+  EXPECT_EQ(shared.vidPid.VidPidCnt, 9);
   for (std::size_t i = 0; i < 9; ++i) EXPECT_EQ(RowAt(i), expected[i]) << i;
   EXPECT_EQ(GetVidPidFilterMask(1), 0x8000U);
   EXPECT_EQ(GetVidPidFilterCompare(1), 0x8000U);
@@ -95,11 +95,11 @@ TEST_F(VidPidTest, WithoutAFileTheBuiltInLinesCount) {
 TEST_F(VidPidTest, EachConnectBuildsTheTableAnew) {
   for (int i = 0; i < 8; ++i) {
     USBConnect(nullptr);
-    EXPECT_EQ(VidPidCnt, 9);
+    EXPECT_EQ(shared.vidPid.VidPidCnt, 9);
     EXPECT_EQ(RowCount(), 9);
   }
   USBDisconnect();
-  EXPECT_EQ(VidPidCnt, 0);
+  EXPECT_EQ(shared.vidPid.VidPidCnt, 0);
   EXPECT_EQ(RowCount(), 9) << "the rows stay";
 }
 
@@ -115,7 +115,7 @@ TEST_F(VidPidTest, AFileReplacesTheBuiltInLines) {
 TEST_F(VidPidTest, AnEmptyFileIsAFile) {
   LoadFile("");
   EXPECT_EQ(RowCount(), 0);
-  EXPECT_EQ(VidPidCnt, 0);
+  EXPECT_EQ(shared.vidPid.VidPidCnt, 0);
 }
 
 TEST_F(VidPidTest, TheLibraryLooksForThatVeryNameInTheCurrentFolder) {
@@ -192,16 +192,16 @@ TEST_F(VidPidTest, ARememberedPlaceTooLongForItsBufferIsHarmless) {
 
 TEST_F(VidPidTest, ALoadThatDoesNotResetTheCountLeavesATableThatLooksEmpty) {
   LoadVidPidTable();
-  EXPECT_EQ(VidPidCnt, 9);
+  EXPECT_EQ(shared.vidPid.VidPidCnt, 9);
   LoadVidPidTable();
-  EXPECT_EQ(VidPidCnt, 18);
+  EXPECT_EQ(shared.vidPid.VidPidCnt, 18);
   EXPECT_EQ(RowCount(), 0);
   EXPECT_EQ(RowAt(9), (Row{0x171B, 0x2001, "171B:2001 Velmar", 0x4000, 0x4000}));
   EXPECT_EQ(RowAt(17).pid, 0x3B4CU);
   for (int i = 0; i < 10; ++i) LoadVidPidTable();
-  EXPECT_EQ(VidPidCnt, 51);
+  EXPECT_EQ(shared.vidPid.VidPidCnt, 51);
   USBConnect(nullptr);
-  EXPECT_EQ(VidPidCnt, 9);
+  EXPECT_EQ(shared.vidPid.VidPidCnt, 9);
   EXPECT_EQ(RowCount(), 9);
 }
 
@@ -213,7 +213,7 @@ TEST_F(VidPidTest, The52ndRowIsDroppedAndSoAreDefaultsBehindTheLast) {
     if (i == 51) text += "DEFAULT1MASK=\"3333\" DEFAULT1COMPARE=\"3333\"\n";
   }
   LoadFile(text);
-  EXPECT_EQ(VidPidCnt, 51);
+  EXPECT_EQ(shared.vidPid.VidPidCnt, 51);
   EXPECT_EQ(RowCount(), 51);
   EXPECT_EQ(RowAt(50).name, "51");
   EXPECT_EQ(GetVidPidFilterMask(1), 0x2222U);
@@ -316,9 +316,9 @@ TEST_F(VidPidTest, OverSerialEthernetOrATunnelThereIsNoName) {
   }
   DevTable[0].LinkKind = 0;
   EXPECT_STREQ(GetVidPidVendorName(), "7A31:3B57 Orvantis Wiegand");
-  TunnelLink = 1;
+  shared.link.TunnelLink = 1;
   EXPECT_STREQ(GetVidPidVendorName(), "");
-  TunnelLink = 0;
+  shared.link.TunnelLink = 0;
 }
 
 }  // namespace

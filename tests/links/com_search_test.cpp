@@ -30,7 +30,7 @@ std::vector<Asked>& Questions() {
 
 bool Probe() {
   const std::uint16_t number = EntryOfActDev().pSerialPort->PortNum();
-  Questions().push_back({number, ActDev});
+  Questions().push_back({number, shared.ActDev});
   return Answering().contains(number);
 }
 
@@ -59,7 +59,7 @@ TEST_F(ComSearchTest, VisitsTheRangeUpwardsAndGoesOnBehindAFind) {
   ExpectCalls({"open COM2 refused", "open COM3", "open COM4 refused", "open COM5", "close COM5",
                "open COM6 refused", "open COM7"});
   EXPECT_EQ(Questions(), (std::vector<Asked>{{3, 0}, {5, 1}, {7, 1}}));
-  EXPECT_EQ(DevCnt, 2);
+  EXPECT_EQ(shared.DevCnt, 2);
 }
 
 TEST_F(ComSearchTest, FillsTheEntryOfEachFind) {
@@ -77,23 +77,23 @@ TEST_F(ComSearchTest, FillsTheEntryOfEachFind) {
   }
   EXPECT_STREQ(DevTable[0].DevName, "COM3:");
   EXPECT_STREQ(DevTable[1].DevName, "COM8:");
-  EXPECT_EQ(ActDev, 1) << "the index tested last";
+  EXPECT_EQ(shared.ActDev, 1) << "the index tested last";
 }
 
 TEST_F(ComSearchTest, TheActiveIndexIsThatOfTheLastTestEvenBeyondTheTable) {
   Present({2, 4});
   Answering() = {2};
   EXPECT_TRUE(SearchReaderComs(Probe));
-  EXPECT_EQ(DevCnt, 1);
-  EXPECT_EQ(ActDev, 1);
+  EXPECT_EQ(shared.DevCnt, 1);
+  EXPECT_EQ(shared.ActDev, 1);
 }
 
 TEST_F(ComSearchTest, WithNoPortToTestTheActiveIndexIsZero) {
-  ActDev = 4;
-  DevCnt = 5;
+  shared.ActDev = 4;
+  shared.DevCnt = 5;
   EXPECT_FALSE(SearchReaderComs(Probe));
-  EXPECT_EQ(ActDev, 0);
-  EXPECT_EQ(DevCnt, 0);
+  EXPECT_EQ(shared.ActDev, 0);
+  EXPECT_EQ(shared.DevCnt, 0);
 }
 
 TEST_F(ComSearchTest, OpensWithTheDefaultSpeedAndTheNormalTimeouts) {
@@ -142,19 +142,19 @@ TEST_F(ComSearchTest, APortHeldByTheOldTableIsClosedAndFoundAgain) {
   ForgetTraffic();
   EXPECT_TRUE(SearchReaderComs(Probe));
   ExpectCalls({"close COM3", "open COM3"});
-  EXPECT_EQ(DevCnt, 1);
+  EXPECT_EQ(shared.DevCnt, 1);
 }
 
 TEST_F(ComSearchTest, AVirtualPortOutsideTheRangeIsNotVisited) {
   Present({12});
   host.ports.virtualNumbers = {12, 256};
-  VirtualComFlags[9] = 1;
+  shared.search.VirtualComFlags[9] = 1;
   EXPECT_FALSE(SearchReaderComs(Probe));
   EXPECT_TRUE(host.ports.opened.empty());
   EXPECT_EQ(host.ports.scans, 1);
-  EXPECT_EQ(VirtualComFlags[12], 1);
-  EXPECT_EQ(VirtualComFlags[256], 1);
-  EXPECT_EQ(VirtualComFlags[9], 0) << "each scan starts anew";
+  EXPECT_EQ(shared.search.VirtualComFlags[12], 1);
+  EXPECT_EQ(shared.search.VirtualComFlags[256], 1);
+  EXPECT_EQ(shared.search.VirtualComFlags[9], 0) << "each scan starts anew";
 }
 
 TEST_F(ComSearchTest, TheScanRunsOnlyWithBothEndsSet) {
@@ -165,27 +165,27 @@ TEST_F(ComSearchTest, TheScanRunsOnlyWithBothEndsSet) {
   host.ports.virtualNumbers = {5};
   SearchReaderComs(Probe);
   EXPECT_EQ(host.ports.scans, 1);
-  EXPECT_EQ(VirtualComFlags[5], 1) << "the two ends are no range for the scan";
+  EXPECT_EQ(shared.search.VirtualComFlags[5], 1) << "the two ends are no range for the scan";
 }
 
 TEST_F(ComSearchTest, TheSettersTakeWhatTheySay) {
   EXPECT_EQ(SetComSrchRange(8, 3), 1U);
-  EXPECT_EQ(ComSrchLo, 3);
-  EXPECT_EQ(ComSrchHi, 8);
+  EXPECT_EQ(shared.search.ComSrchLo, 3);
+  EXPECT_EQ(shared.search.ComSrchHi, 8);
   for (const auto& [a, b] : {std::pair<std::uint16_t, std::uint16_t>{0, 5}, {5, 257}, {5, 0}, {257, 5}}) {
     EXPECT_EQ(SetComSrchRange(a, b), 0U) << a << ' ' << b;
-    EXPECT_EQ(ComSrchLo, 3);
-    EXPECT_EQ(ComSrchHi, 8);
+    EXPECT_EQ(shared.search.ComSrchLo, 3);
+    EXPECT_EQ(shared.search.ComSrchHi, 8);
   }
   for (const auto& [low, high] :
        {std::pair{10U, 10U}, {20U, 10U}, {0U, 7U}, {7U, 0U}, {0U, 0x10000U + 7U}, {1U, 257U}}) {
     EXPECT_EQ(VirtualComSearchRange(low, high), 0U) << low << ' ' << high;
-    EXPECT_EQ(VComSrchLo, 256);
-    EXPECT_EQ(VComSrchHi, 1);
+    EXPECT_EQ(shared.search.VComSrchLo, 256);
+    EXPECT_EQ(shared.search.VComSrchHi, 1);
   }
   EXPECT_EQ(VirtualComSearchRange(1, 256), 1U);
-  EXPECT_EQ(VComSrchLo, 1);
-  EXPECT_EQ(VComSrchHi, 256);
+  EXPECT_EQ(shared.search.VComSrchLo, 1);
+  EXPECT_EQ(shared.search.VComSrchHi, 256);
 }
 
 TEST_F(ComSearchTest, TheHighestPortIs256) {
@@ -204,7 +204,7 @@ TEST_F(ComSearchTest, AFullTableTakesNoMore) {
     Answering().insert(number);
   }
   EXPECT_TRUE(SearchReaderComs(Probe));
-  EXPECT_EQ(DevCnt, kTableEntries);
+  EXPECT_EQ(shared.DevCnt, kTableEntries);
   EXPECT_STREQ(DevTable[126].DevName, "COM127:");
 }
 

@@ -228,19 +228,19 @@ TEST_F(DiscoveryTest, WithoutSocketsThereIsNoAnswer) {
 }
 
 TEST_F(DiscoveryTest, TheSearchCutsTheLinkOffWithoutClosingIt) {
-  LinkSocket = 7;
+  shared.link.LinkSocket = 7;
   EXPECT_EQ(FindXport(10, 0, 0, 5, 4), 0U);
   EXPECT_EQ(host.transcript.Lines(), (Lines{"socket udp -> 1001", "close socket 1001"}));
-  LinkSocket = 7;
+  shared.link.LinkSocket = 7;
   host.sockets.closeResult = -1;
   EXPECT_EQ(FindXport(10, 0, 0, 5, 4), 0U);
-  EXPECT_EQ(LinkSocket, 1002U) << "a socket that does not close stays";
+  EXPECT_EQ(shared.link.LinkSocket, 1002U) << "a socket that does not close stays";
 }
 
 TEST_F(DiscoveryTest, WithNoAdapterTheAddressIsZerosAfter552Milliseconds) {
-  LinkSocket = 7;
+  shared.link.LinkSocket = 7;
   EXPECT_EQ(Mac(), kNoMac);
-  EXPECT_EQ(LinkSocket, 7U) << "it has a socket of its own";
+  EXPECT_EQ(shared.link.LinkSocket, 7U) << "it has a socket of its own";
   EXPECT_EQ(Slept(), 552U);
   EXPECT_EQ(Options(), (Lines{"option 1001 broadcast", "option 1001 nonblocking", "option 1001 timeout 100",
                               "option 1001 nonblocking"}));

@@ -80,8 +80,8 @@ TEST_F(EthernetSearchTest, FillsTheEntryOfASerialReader) {
   GiveMac();
   EXPECT_TRUE(XportConnect(kPeerAddress, kPort, CountedYes));
   const tsDevEntry& entry = DevTable[0];
-  EXPECT_EQ(DevCnt, 1);
-  EXPECT_EQ(ActDev, 0);
+  EXPECT_EQ(shared.DevCnt, 1);
+  EXPECT_EQ(shared.ActDev, 0);
   EXPECT_EQ(entry.LinkKind, kBySerialPort);
   EXPECT_EQ(entry.bFound, 1);
   EXPECT_EQ(entry.ProductKind, kReader);
@@ -93,7 +93,7 @@ TEST_F(EthernetSearchTest, FillsTheEntryOfASerialReader) {
   EXPECT_EQ(entry.pSerialPort->PortNum(), kPort);
   EXPECT_EQ(entry.pSerialPort->Timeouts().readInterval, 750U);
   EXPECT_TRUE(LinkIsOpen());
-  EXPECT_EQ(TunnelLink, 0);
+  EXPECT_EQ(shared.link.TunnelLink, 0);
 }
 
 TEST_F(EthernetSearchTest, AHostThatDoesNotAcceptLeavesTheObjectInTheEntry) {
@@ -102,16 +102,16 @@ TEST_F(EthernetSearchTest, AHostThatDoesNotAcceptLeavesTheObjectInTheEntry) {
   EXPECT_NE(DevTable[0].pSerialPort, nullptr);
   EXPECT_EQ(DevTable[0].LinkKind, kBySerialPort);
   EXPECT_EQ(DevTable[0].bFound, 0);
-  EXPECT_EQ(DevCnt, 0);
+  EXPECT_EQ(shared.DevCnt, 0);
   EXPECT_FALSE(LinkIsOpen());
 }
 
 TEST_F(EthernetSearchTest, ASilentHostIsDisconnectedAndItsObjectGone) {
   Accept();
-  ActDev = 3;
+  shared.ActDev = 3;
   EXPECT_FALSE(XportConnect(kPeerAddress, kPort, CountedNo));
   EXPECT_EQ(Counted(), 1);
-  EXPECT_EQ(ActDev, 0);
+  EXPECT_EQ(shared.ActDev, 0);
   EXPECT_EQ(DevTable[0].pSerialPort, nullptr);
   EXPECT_FALSE(LinkIsOpen());
   EXPECT_EQ(DevTable[0].DevIpAddr, IpAddress{});
@@ -136,7 +136,7 @@ TEST_F(EthernetSearchTest, AFourthOctetOfZeroSweepsTheNetwork) {
   Lines all;
   for (int e = 1; e <= 254; ++e) all.push_back("10.0.0." + std::to_string(e) + ":4001");
   EXPECT_EQ(ConnectsTo(), all) << "also behind the find";
-  EXPECT_EQ(DevCnt, 1);
+  EXPECT_EQ(shared.DevCnt, 1);
   EXPECT_EQ(DevTable[0].DevIpAddr, (IpAddress{10, 0, 0, 7}));
   EXPECT_STREQ(DevTable[0].DevName, "MAC:00:20:4A:00:00:BC TCP/IP:10.0.0.0;Port:4001");
 }
@@ -153,7 +153,7 @@ TEST_F(EthernetSearchTest, TheHardwareAddressIsAlwaysAskedOfTheAddressPassedIn) 
 TEST_F(EthernetSearchTest, MoreHostsThanTheTableHoldsFillIt) {
   Accept();
   EXPECT_TRUE(XportConnect(kNet, kPort, CountedYes));
-  EXPECT_EQ(DevCnt, kTableEntries);
+  EXPECT_EQ(shared.DevCnt, kTableEntries);
 }
 
 TEST_F(EthernetSearchTest, FillsTheEntryOfATunnelledReader) {
@@ -161,9 +161,9 @@ TEST_F(EthernetSearchTest, FillsTheEntryOfATunnelledReader) {
   GiveMac();
   EXPECT_TRUE(TunnelConnect(kPeerAddress, kPort, CountedYes));
   const tsDevEntry& entry = DevTable[0];
-  EXPECT_EQ(DevCnt, 1);
-  EXPECT_EQ(ActDev, 0);
-  EXPECT_EQ(TunnelLink, 1);
+  EXPECT_EQ(shared.DevCnt, 1);
+  EXPECT_EQ(shared.ActDev, 0);
+  EXPECT_EQ(shared.link.TunnelLink, 1);
   EXPECT_EQ(entry.LinkKind, kByReports);
   EXPECT_EQ(entry.bFound, 1);
   EXPECT_EQ(entry.ProductKind, kReader);
@@ -187,7 +187,7 @@ TEST_F(EthernetSearchTest, TheTunnelDropsTheEntrysPort) {
 TEST_F(EthernetSearchTest, AFailedTunnelConnectionLeavesTheFlagSet) {
   EXPECT_FALSE(TunnelConnect(kPeerAddress, kPort, CountedYes));
   EXPECT_EQ(Counted(), 0);
-  EXPECT_EQ(TunnelLink, 1);
+  EXPECT_EQ(shared.link.TunnelLink, 1);
   EXPECT_EQ(DevTable[0].LinkKind, kByReports);
   EXPECT_FALSE(LinkIsOpen());
 }
@@ -196,16 +196,16 @@ TEST_F(EthernetSearchTest, ASilentTunnelIsTakenDown) {
   Accept();
   EXPECT_FALSE(TunnelConnect(kPeerAddress, kPort, CountedNo));
   EXPECT_EQ(Counted(), 1);
-  EXPECT_EQ(TunnelLink, 0);
+  EXPECT_EQ(shared.link.TunnelLink, 0);
   EXPECT_FALSE(LinkIsOpen());
-  EXPECT_EQ(DevCnt, 0);
+  EXPECT_EQ(shared.DevCnt, 0);
 }
 
 TEST_F(EthernetSearchTest, TheTunnelsSweepOnlyCountsItsPasses) {
   host.sockets.accepts = [passes = 0](platform::Address) mutable { return ++passes == 9; };
   EXPECT_TRUE(TunnelConnect(kNet, kPort, CountedYes));
   EXPECT_EQ(ConnectsTo(), Times(254, {"10.0.0.0:4001"}));
-  EXPECT_EQ(DevCnt, 1);
+  EXPECT_EQ(shared.DevCnt, 1);
   EXPECT_EQ(DevTable[0].DevIpAddr, (IpAddress{10, 0, 0, 9}));
   EXPECT_STREQ(DevTable[0].DevName, "MAC:00:00:00:00:00:00 TCP/IP:10.0.0.0;Port:4001");
 }

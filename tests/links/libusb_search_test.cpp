@@ -23,19 +23,19 @@ class LibusbSearchTest : public Bench {
 
 TEST_F(LibusbSearchTest, WithoutTheDeviceTheTableIsLeftAlone) {
   host.usb.present = false;
-  ActDev = 3;
+  shared.ActDev = 3;
   EXPECT_FALSE(SearchLibusbReader(Yes));
   EXPECT_EQ(DevTable[0].pSerialPort, nullptr);
-  EXPECT_EQ(DevCnt, 0);
-  EXPECT_EQ(ActDev, 3);
+  EXPECT_EQ(shared.DevCnt, 0);
+  EXPECT_EQ(shared.ActDev, 3);
 }
 
 TEST_F(LibusbSearchTest, FillsTheNextEntry) {
-  DevCnt = 2;
+  shared.DevCnt = 2;
   EXPECT_TRUE(SearchLibusbReader(Yes));
   const tsDevEntry& entry = DevTable[2];
-  EXPECT_EQ(DevCnt, 3);
-  EXPECT_EQ(ActDev, 2);
+  EXPECT_EQ(shared.DevCnt, 3);
+  EXPECT_EQ(shared.ActDev, 2);
   EXPECT_EQ(entry.LinkKind, kBySerialPort);
   EXPECT_EQ(entry.bFound, 1);
   EXPECT_EQ(entry.ProductKind, kReader);
@@ -50,7 +50,7 @@ TEST_F(LibusbSearchTest, ASilentDeviceIsGivenBackAndItsObjectGone) {
   EXPECT_FALSE(SearchLibusbReader(No));
   EXPECT_EQ(DevTable[0].pSerialPort, nullptr);
   EXPECT_EQ(DevTable[0].bFound, 0);
-  EXPECT_EQ(DevCnt, 0);
+  EXPECT_EQ(shared.DevCnt, 0);
   EXPECT_EQ(host.usb.openHandles, 0);
   const Lines lines = host.transcript.Lines();
   EXPECT_EQ(Lines(lines.end() - 2, lines.end()), (Lines{"usb release 0", "usb close"}));
@@ -68,11 +68,11 @@ TEST_F(LibusbSearchTest, AnObjectOfTheOldTableIsClosedAndUsed) {
 }
 
 TEST_F(LibusbSearchTest, AFullTableTakesNothing) {
-  DevCnt = kTableEntries;
+  shared.DevCnt = kTableEntries;
   EXPECT_FALSE(SearchLibusbReader(Yes));
-  EXPECT_EQ(DevCnt, kTableEntries);
+  EXPECT_EQ(shared.DevCnt, kTableEntries);
   EXPECT_EQ(host.usb.openHandles, 0) << "the device is not kept open for nobody";
-  DevCnt = 0;
+  shared.DevCnt = 0;
 }
 
 }  // namespace

@@ -27,7 +27,7 @@ class LinkSocketTest : public Bench {
   }
   // The result, with the bytes in `buffer`.
   std::int32_t Receive(std::size_t length, std::deque<std::optional<Bytes>> pieces) {
-    LinkSocket = kSocket;
+    shared.link.LinkSocket = kSocket;
     buffer.assign(length, 0xEE);
     host.sockets.toReceive = std::move(pieces);
     ForgetTraffic();
@@ -39,21 +39,21 @@ class LinkSocketTest : public Bench {
 
 TEST_F(LinkSocketTest, IsNonBlockingOnlyOnceConnected) {
   EXPECT_EQ(LinkConnect(kPeer), 0);
-  EXPECT_EQ(LinkSocket, 1001U);
+  EXPECT_EQ(shared.link.LinkSocket, 1001U);
   ExpectCalls({"socket tcp -> 1001", "connect 10.0.0.5:4001", "option 1001 nonblocking"});
 }
 
 TEST_F(LinkSocketTest, AnOpenOneIsClosedFirst) {
-  LinkSocket = kSocket;
+  shared.link.LinkSocket = kSocket;
   host.sockets.closeResult = -1;
   EXPECT_EQ(LinkConnect(kPeer), 0) << "whatever the close says";
-  EXPECT_EQ(LinkSocket, 1001U);
+  EXPECT_EQ(shared.link.LinkSocket, 1001U);
   ExpectCalls(
       {"close socket 7 refused", "socket tcp -> 1001", "connect 10.0.0.5:4001", "option 1001 nonblocking"});
 }
 
 TEST_F(LinkSocketTest, EachFailureHasItsNumber) {
-  LinkSocket = kSocket;
+  shared.link.LinkSocket = kSocket;
   host.sockets.starts = false;
   EXPECT_EQ(LinkConnect(kPeer), -1);
   EXPECT_FALSE(LinkIsOpen()) << "the old one is gone";
@@ -69,7 +69,7 @@ TEST_F(LinkSocketTest, EachFailureHasItsNumber) {
   ExpectCalls({"socket tcp -> 1001", "connect 10.0.0.5:4001 refused", "close socket 1001"});
   host.sockets.closeResult = -1;
   EXPECT_EQ(LinkConnect(kPeer), -3);
-  EXPECT_EQ(LinkSocket, 1002U) << "a socket that does not close stays";
+  EXPECT_EQ(shared.link.LinkSocket, 1002U) << "a socket that does not close stays";
 }
 
 TEST_F(LinkSocketTest, NothingConnectsToNetworkZeroOrPortZero) {
@@ -126,7 +126,7 @@ TEST_F(LinkSocketTest, ARequestForNothingOnlyWaits) {
 }
 
 TEST_F(LinkSocketTest, ASendWaitsBehindItself) {
-  LinkSocket = kSocket;
+  shared.link.LinkSocket = kSocket;
   EXPECT_EQ(LinkSend(Bytes{1, 2}), 2);
   host.sockets.sendResult = -1;
   EXPECT_EQ(LinkSend(Bytes{3}), -1);
@@ -134,23 +134,23 @@ TEST_F(LinkSocketTest, ASendWaitsBehindItself) {
 }
 
 TEST_F(LinkSocketTest, ACloseThatFailsLeavesItOpen) {
-  LinkSocket = kSocket;
+  shared.link.LinkSocket = kSocket;
   host.sockets.closeResult = -1;
   EXPECT_EQ(LinkClose(), -1);
-  EXPECT_EQ(LinkSocket, kSocket);
+  EXPECT_EQ(shared.link.LinkSocket, kSocket);
   host.sockets.closeResult = 0;
   EXPECT_EQ(LinkClose(), 0);
   EXPECT_FALSE(LinkIsOpen());
 }
 
 TEST_F(LinkSocketTest, TheTunnelEndsWithItsSocketAndNoOther) {
-  LinkSocket = kSocket;
+  shared.link.LinkSocket = kSocket;
   CloseTunnel();
   EXPECT_TRUE(LinkIsOpen());
-  TunnelLink = 1;
+  shared.link.TunnelLink = 1;
   CloseTunnel();
   EXPECT_FALSE(LinkIsOpen());
-  EXPECT_EQ(TunnelLink, 0);
+  EXPECT_EQ(shared.link.TunnelLink, 0);
 }
 
 }  // namespace

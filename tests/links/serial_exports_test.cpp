@@ -87,7 +87,7 @@ TEST_F(RawSerial, TheOpenSocketTakesTheBytesOfEveryPort) {
   EXPECT_EQ(WriteSerialPort("ab", 2), 2U);
   ExpectTraffic({"sleep 30", "sleep 20", "recv 01 02 03 04", "send 61 62", "sleep 20"});
   EXPECT_EQ(ReadSerialPort(buffer.data(), 4), 0xFFFFFFFFU) << "a failed receive";
-  LinkSocket = platform::kNoHandle;
+  shared.link.LinkSocket = platform::kNoHandle;
 }
 
 TEST_F(RawSerial, TheTimeoutsBecomeTheQuickOnesWhateverIsAskedFor) {
@@ -137,14 +137,14 @@ TEST_F(RawSerial, WithTheSocketGoneInTheMiddleReadsEndInBoundedTime) {
   host.sockets.toReceive = {Bytes{1}, Bytes{}, Bytes{}, Bytes{}, Bytes{}};
   EXPECT_EQ(ReadSerialPort(buffer.data(), 4), 0U);
   EXPECT_EQ(Slept(), 130U);
-  LinkSocket = platform::kNoHandle;
+  shared.link.LinkSocket = platform::kNoHandle;
 }
 
 TEST_F(RawSerial, TheBaudRateIsKeptForTheNextSearch) {
   UseLine();
-  EXPECT_EQ(DefaultBaud, 9600U);
+  EXPECT_EQ(shared.search.DefaultBaud, 9600U);
   SetBaudRate(57600);
-  EXPECT_EQ(DefaultBaud, 57600U);
+  EXPECT_EQ(shared.search.DefaultBaud, 57600U);
   EXPECT_EQ(host.transcript.Lines(), Lines{});
 }
 

@@ -151,7 +151,7 @@ TEST_F(SerialPortTest, CloseDropsDtrAndReleaseDoesNot) {
 
 TEST_F(SerialPortTest, CloseClosesASocketThatThePortNeverUsed) {
   OpenCom();
-  LinkSocket = kOpenSocket;
+  shared.link.LinkSocket = kOpenSocket;
   EXPECT_TRUE(port.Close());
   EXPECT_FALSE(LinkIsOpen());
   ExpectCalls({"close socket 7"});
@@ -159,13 +159,13 @@ TEST_F(SerialPortTest, CloseClosesASocketThatThePortNeverUsed) {
   EXPECT_TRUE(port.Close());
   ExpectCalls({"close COM3"});
   SerialPort other;
-  LinkSocket = kOpenSocket;
+  shared.link.LinkSocket = kOpenSocket;
   EXPECT_TRUE(other.IsOpen());
   EXPECT_TRUE(other.Close());
 }
 
 TEST_F(SerialPortTest, ASocketThatDoesNotCloseStaysOpen) {
-  LinkSocket = kOpenSocket;
+  shared.link.LinkSocket = kOpenSocket;
   host.sockets.closeResult = -1;
   EXPECT_TRUE(port.Close());
   EXPECT_TRUE(LinkIsOpen());
@@ -174,7 +174,7 @@ TEST_F(SerialPortTest, ASocketThatDoesNotCloseStaysOpen) {
 
 TEST_F(SerialPortTest, ReleaseDoesNotLookAtTheSocket) {
   OpenCom();
-  LinkSocket = kOpenSocket;
+  shared.link.LinkSocket = kOpenSocket;
   port.Release();
   EXPECT_TRUE(LinkIsOpen());
   ExpectCalls({"close COM3 quietly"});
@@ -184,7 +184,7 @@ TEST_F(SerialPortTest, CloseAndReleaseGiveTheUsbDeviceBack) {
   host.usb.loads = true;
   for (const bool release : {false, true}) {
     OpenCom();
-    LinkSocket = kOpenSocket;
+    shared.link.LinkSocket = kOpenSocket;
     port.SetUsbHandle(kUsb);
     if (release) {
       port.Release();
@@ -194,14 +194,14 @@ TEST_F(SerialPortTest, CloseAndReleaseGiveTheUsbDeviceBack) {
     EXPECT_FALSE(port.HasUsbHandle());
     EXPECT_TRUE(LinkIsOpen());
     ExpectCalls({"usb release 0", "usb close"});
-    LinkSocket = platform::kNoHandle;
+    shared.link.LinkSocket = platform::kNoHandle;
     EXPECT_TRUE(port.Close()) << "the COM port was left open";
   }
 }
 
 TEST_F(SerialPortTest, TheUsbDeviceComesFirst) {
   OpenCom();
-  LinkSocket = kOpenSocket;
+  shared.link.LinkSocket = kOpenSocket;
   port.SetUsbHandle(kUsb);
   host.usb.toRead = {{1, 2, 3, 4}};
   host.usb.writeResult = -1;
@@ -226,7 +226,7 @@ TEST_F(SerialPortTest, TheUsbDeviceComesFirst) {
 
 TEST_F(SerialPortTest, TheOpenSocketComesBeforeTheComPort) {
   OpenCom();
-  LinkSocket = kOpenSocket;
+  shared.link.LinkSocket = kOpenSocket;
   host.sockets.toReceive = {Bytes{1, 2, 3, 4}, Bytes{5, 6, 7, 8}, Bytes(128, 9)};
   EXPECT_EQ(port.Read(buffer), 4U);
   ExpectCalls({"sleep 30", "sleep 20", "recv 01 02 03 04"});
@@ -249,11 +249,11 @@ TEST_F(SerialPortTest, TheOpenSocketComesBeforeTheComPort) {
 }
 
 TEST_F(SerialPortTest, ClearingASocketIsARequestFor128Bytes) {
-  LinkSocket = kOpenSocket;
+  shared.link.LinkSocket = kOpenSocket;
   host.sockets.toReceive = {Bytes(63), Bytes(1), Bytes(64)};
   port.ClearInput();
   EXPECT_EQ(host.sockets.toReceive.size(), 1U) << "half of them end it, less do not";
-  LinkSocket = platform::kNoHandle;
+  shared.link.LinkSocket = platform::kNoHandle;
 }
 
 TEST_F(SerialPortTest, OpensATcpConnectionInSocketMode) {
@@ -325,7 +325,7 @@ TEST_F(SerialPortTest, TextGoesOutInPairsWithAPauseBehindEach) {
   ExpectCalls({"write 41", "sleep 1"});
   port.WriteText("");
   ExpectCalls({});
-  LinkSocket = kOpenSocket;
+  shared.link.LinkSocket = kOpenSocket;
   host.sockets.sendResult = -1;
   port.WriteText("ABC");
   ExpectCalls({"send 41 42 refused", "sleep 1", "send 43 refused", "sleep 1"});

@@ -22,14 +22,14 @@ TEST_F(StripeTransact, SendsTheTextInAPacketWithItsEnd) {
   ExpectTraffic({"set " + kIdentifyPacket, "sleep 2", "get 52 52 5A 53 54 52 49 50 45 2D 31"});
   EXPECT_EQ(reply[0], 'R');
   EXPECT_EQ(reply[3], 'S');
-  EXPECT_EQ(Sorbane.request[0], 0);
-  EXPECT_EQ(Sorbane.request[24], 0x0D);
+  EXPECT_EQ(shared.magstripe.request[0], 0);
+  EXPECT_EQ(shared.magstripe.request[24], 0x0D);
 }
 
 TEST_F(StripeTransact, TheEndTakesThePlaceOfACharacter24) {
   magstripe::Exchange("123456789012345678901234", reply);
   EXPECT_EQ(stripe->commands.back(), "12345678901234567890123");
-  EXPECT_EQ(Sorbane.request[24], 0x0D);
+  EXPECT_EQ(shared.magstripe.request[24], 0x0D);
   magstripe::Exchange("1234567890123456789012345678901234567890", reply);
   EXPECT_EQ(stripe->commands.back(), "12345678901234567890123");
 }

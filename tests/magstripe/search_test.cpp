@@ -50,14 +50,14 @@ TEST_F(StripeConnect, AFailedConfigurationReadFailsTheConnect) {
   stripe->lost = {"Gd0"};
   EXPECT_EQ(USBConnect(nullptr), 0U);
   EXPECT_EQ(GetDevCnt(), 1);
-  EXPECT_EQ(SearchErr, TAVLYN_ERR_CONNECT);
+  EXPECT_EQ(shared.SearchErr, TAVLYN_ERR_CONNECT);
   EXPECT_EQ(GetLastLibErr(), TAVLYN_ERR_FIELD_PART);
 }
 
 TEST_F(StripeConnect, TheLinksAreThoseThatAreAllowed) {
   SetDevTypeSrch(0);
   EXPECT_EQ(USBConnect(nullptr), 0U);
-  EXPECT_EQ(SearchErr, 0U);
+  EXPECT_EQ(shared.SearchErr, 0U);
   ExpectTraffic({});
   SetDevTypeSrch(2);
   Plug(stripe, "stripe");
@@ -65,21 +65,21 @@ TEST_F(StripeConnect, TheLinksAreThoseThatAreAllowed) {
   SetDevTypeSrch(1);
   SetComSrchRange(3, 3);
   EXPECT_EQ(USBConnect(nullptr), 0U);
-  EXPECT_EQ(SearchErr, TAVLYN_ERR_CONNECT);
+  EXPECT_EQ(shared.SearchErr, TAVLYN_ERR_CONNECT);
   ExpectTraffic({"open COM3 refused"});
 }
 
 TEST_F(StripeConnect, ASearchRefusesWhileOneIsOpen) {
-  DevCnt = 2;
+  shared.DevCnt = 2;
   DevTable[1].SorbaneBlock.bOpened = 1;
-  SearchErr = 5;
+  shared.SearchErr = 5;
   EXPECT_FALSE(magstripe::Search());
-  EXPECT_EQ(SearchErr, TAVLYN_ERR_CONNECT);
-  DevCnt = 1;
+  EXPECT_EQ(shared.SearchErr, TAVLYN_ERR_CONNECT);
+  shared.DevCnt = 1;
   SetDevTypeSrch(0);
   EXPECT_FALSE(magstripe::Search()) << "the flag of an entry beyond the count";
-  EXPECT_EQ(SearchErr, 0U);
-  DevCnt = 0;
+  EXPECT_EQ(shared.SearchErr, 0U);
+  shared.DevCnt = 0;
 }
 
 TEST_F(StripeConnect, ErrorsGoToTheEntryBehindTheFirstFound) {
@@ -93,9 +93,9 @@ TEST_F(StripeConnect, ErrorsGoToTheEntryBehindTheFirstFound) {
 TEST_F(StripeConnect, TheTableHasAnEnd) {
   Plug(stripe, "stripe");
   SetDevTypeSrch(0);
-  HidFoundCnt = kTableEntries;
+  shared.HidFoundCnt = kTableEntries;
   EXPECT_FALSE(magstripe::Search());
-  EXPECT_EQ(DevCnt, 0);
+  EXPECT_EQ(shared.DevCnt, 0);
   EXPECT_EQ(host.hid.OpenHandles(), 0U);
 }
 
@@ -118,13 +118,13 @@ TEST_F(StripeConnect, ComPortsOfTheRangeAndVirtualOnesAreVisited) {
   DevTable[90].pSerialPort = used;
   SetComSrchRange(3, 6);
   SetBaudRate(19200);
-  DevCnt = 1;
+  shared.DevCnt = 1;
   DevTable[1].VidPidRow = DevTable[2].VidPidRow = 5;
   Asked().clear();
   EXPECT_TRUE(SearchSorbaneComs(AnswersOn5And12));
   EXPECT_EQ(Asked(), (std::vector<std::uint32_t>{3, 5, 12}));
-  EXPECT_EQ(DevCnt, 3);
-  EXPECT_EQ(ActDev, 0);
+  EXPECT_EQ(shared.DevCnt, 3);
+  EXPECT_EQ(shared.ActDev, 0);
   EXPECT_EQ(DevTable[1].ProductKind, kMagstripe);
   EXPECT_EQ(DevTable[1].LinkKind, kBySerialPort);
   EXPECT_EQ(DevTable[1].bFound, 0);
@@ -148,7 +148,7 @@ TEST_F(StripeConnect, WhatTheScanFoundStaysWhenItIsSwitchedOff) {
   Asked().clear();
   EXPECT_FALSE(SearchSorbaneComs([] { return false; }));
   EXPECT_EQ(VirtualComSearchRange(0, 0), 1U);
-  EXPECT_EQ(VirtualComFlags[12], 1);
+  EXPECT_EQ(shared.search.VirtualComFlags[12], 1);
   host.ports.virtualNumbers.clear();
   EXPECT_TRUE(SearchSorbaneComs(AnswersOn5And12));
   EXPECT_EQ(Asked(), std::vector<std::uint32_t>{12});
@@ -156,7 +156,7 @@ TEST_F(StripeConnect, WhatTheScanFoundStaysWhenItIsSwitchedOff) {
   USBDisconnect();
   EXPECT_EQ(VirtualComSearchRange(1, 2), 1U);
   EXPECT_FALSE(SearchSorbaneComs(AnswersOn5And12)) << "the next scan no longer finds it";
-  EXPECT_EQ(VirtualComFlags[12], 0);
+  EXPECT_EQ(shared.search.VirtualComFlags[12], 0);
 }
 
 TEST_F(StripeConnect, APortThatAnOpenSocketMakesOpenIsClosedFirst) {
@@ -204,10 +204,10 @@ TEST_F(StripeConnect, OnePortIsSearchedAfterTheReaderFamily) {
   host.ports.present[3] = nullptr;
   SetConnectProduct(~0U);
   EXPECT_EQ(ComConnectPort(3, nullptr), 0U);
-  EXPECT_EQ(SearchErr, TAVLYN_ERR_CONNECT);
+  EXPECT_EQ(shared.SearchErr, TAVLYN_ERR_CONNECT);
   EXPECT_EQ(host.ports.opened.size(), 2U);
-  EXPECT_EQ(ComSrchLo, 1);
-  EXPECT_EQ(ComSrchHi, 8);
+  EXPECT_EQ(shared.search.ComSrchLo, 1);
+  EXPECT_EQ(shared.search.ComSrchHi, 8);
 }
 
 }  // namespace

@@ -9,7 +9,7 @@ namespace {
 class MagModelSerial : public MagModelBench {
  protected:
   void AddLine() {
-    ActDev = DevCnt++;
+    shared.ActDev = shared.DevCnt++;
     EntryOfActDev().LinkKind = kBySerialPort;
     EntryOfActDev().ProductKind = kMagstripe;
     auto made = std::make_unique<sim::VirtualComPort>(host.transcript, line);
@@ -42,7 +42,7 @@ TEST_F(MagModelSerial, OneByteWrittenCountsAsGood) {
 }
 
 TEST_F(MagModelSerial, NoPortNoReply) {
-  ActDev = DevCnt++;
+  shared.ActDev = shared.DevCnt++;
   EntryOfActDev().LinkKind = kBySerialPort;
   EntryOfActDev().ProductKind = kMagstripe;
   EXPECT_EQ(BeepNow(1, 0), 0U);

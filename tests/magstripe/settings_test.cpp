@@ -70,7 +70,7 @@ TEST_F(StripeSettings, OtherDevicesAreUnsupported) {
   SetUnsupportedProductErrorCode(0x8001);
   for (const bool present : {true, false}) {
     Entry().ProductKind = kReader;
-    if (!present) DevCnt = 0;
+    if (!present) shared.DevCnt = 0;
     for (const auto& flag : kFieldFlags) {
       EXPECT_EQ(flag.get(1), 0x8001U);
       EXPECT_EQ(flag.set(1, 1), 0x8001U);
@@ -98,7 +98,7 @@ TEST_F(StripeSettings, OtherDevicesAreUnsupported) {
     EXPECT_EQ(sorbaneGetTrackFieldOffset(1, 1, 0, 8, 0, 0), nullptr);
   }
   ExpectTraffic({});
-  DevCnt = 2;
+  shared.DevCnt = 2;
 }
 
 TEST_F(StripeSettings, BeepsOfGoodAndBadReadsAreNibbles) {
@@ -269,7 +269,7 @@ TEST_F(StripeSettings, RawReportsAreThoseOfATransaction) {
   EXPECT_EQ(set(7, 0), 0U);
   ExpectTraffic({});
   EXPECT_EQ(set(8, 0), 1U);
-  EXPECT_EQ(Sorbane.request[0], 0);
+  EXPECT_EQ(shared.magstripe.request[0], 0);
   ExpectTraffic({"set 51 52 5A 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 0D", "get"});
   EXPECT_EQ(got(4), 'S');
   EXPECT_EQ(got(9), 'E');

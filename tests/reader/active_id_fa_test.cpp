@@ -40,8 +40,8 @@ TEST_F(ActiveIdFa, TheShortReadIsTwelveBytes) {
   ExpectTraffic(Short({"read 00", "read A0 42 A2 A3 11 12 13 14 15 16 17 18", "read 90 00"}));
   EXPECT_EQ(buffer, (std::vector<std::uint8_t>{0x11, 0x12, 0x13, 0x14, 0x15, 0x16, 0x17, 0x18, 0, 0}));
   EXPECT_EQ(GetLastLibErr(), 0U);
-  EXPECT_EQ(LastIDBytes[7], 0x18);
-  EXPECT_EQ(LastIDBytes[8], 0);
+  EXPECT_EQ(shared.id.LastIDBytes[7], 0x18);
+  EXPECT_EQ(shared.id.LastIDBytes[8], 0);
   ExpectTrace({"GetActiveID ENTER", "tavlyn_GetActiveID Card BitCount: 66", "GetActiveID EXIT"});
 }
 

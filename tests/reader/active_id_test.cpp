@@ -39,7 +39,7 @@ class ActiveId : public Bench {
     reader = Connected(Reader::Plain());
     reader->PutCard(LongCard(), 200);
   }
-  static Bytes Cached() { return {LastIDBytes.begin(), LastIDBytes.end()}; }
+  static Bytes Cached() { return {shared.id.LastIDBytes.begin(), shared.id.LastIDBytes.end()}; }
   static Bytes First(std::size_t count) {
     Bytes bytes = LongCard();
     std::fill(bytes.begin() + static_cast<std::ptrdiff_t>(count), bytes.end(), std::uint8_t{0});
@@ -65,7 +65,7 @@ TEST_F(ActiveId, TheShortReadFetchesEightBytes) {
   EXPECT_TRUE(buffer.Holds(LongCard(), 8));
   EXPECT_EQ(GetLastLibErr(), 0U);
   EXPECT_EQ(Cached(), First(8));
-  EXPECT_EQ(LastIDBits, 200U);
+  EXPECT_EQ(shared.id.LastIDBits, 200U);
   ExpectTrace({"GetActiveID ENTER", "tavlyn_GetActiveID Card BitCount: 200", "GetActiveID EXIT"});
 }
 
@@ -166,15 +166,15 @@ TEST_F(ActiveId, AFaultAtEachExchangeOfTheShortRead) {
     const bool sendFails = exchange % 2 == 1;
     reader->faults.Restart();
     reader->faults.RefuseAt(exchange, sendFails ? 6 : 1);
-    LastIDBytes.fill(0x77);
-    LastIDBits = 9;
+    shared.id.LastIDBytes.fill(0x77);
+    shared.id.LastIDBits = 9;
     Buffer buffer(8);
     EXPECT_EQ(GetActiveID(buffer.get(), 8), 0) << exchange;
     EXPECT_EQ(GetLastLibErr(), sendFails ? 0x1000202U : 0x1000000U) << exchange;
     const std::size_t kept = exchange > 2 ? 8 : 0;
     EXPECT_TRUE(buffer.Holds(LongCard(), kept)) << exchange;
     EXPECT_EQ(Cached(), First(kept)) << exchange;
-    EXPECT_EQ(LastIDBits, 0U);
+    EXPECT_EQ(shared.id.LastIDBits, 0U);
     ExpectTrace({"GetActiveID ENTER", "tavlyn_GetActiveID ERROR CODE: 0", "tavlyn_GetActiveID Failed !!",
                  "GetActiveID EXIT"});
     LetTimePass();
@@ -187,7 +187,7 @@ TEST_F(ActiveId, AFaultAtEachExchangeOfTheLongRead) {
     const bool sendFails = exchange % 2 == 1;
     reader->faults.Restart();
     reader->faults.RefuseAt(exchange, sendFails ? 6 : 1);
-    LastIDBytes.fill(0x77);
+    shared.id.LastIDBytes.fill(0x77);
     Buffer buffer(32);
     EXPECT_EQ(GetActiveID32(buffer.get(), 32), 0) << exchange;
     EXPECT_EQ(GetLastLibErr(), sendFails ? 0x1000202U : 0x1000000U) << exchange;
@@ -211,14 +211,14 @@ TEST_F(ActiveId, WithoutADevice) {
   StartTrace();
   Buffer buffer(8);
   const Bytes before = Cached();
-  DevCnt = 0;
+  shared.DevCnt = 0;
   EXPECT_EQ(GetActiveID(buffer.get(), 8), 0x8001);
   ExpectTrace({"GetActiveID ENTER", "GetActiveID EXIT"});
   EXPECT_EQ(GetActiveID32(buffer.get(), 8), 0x8001);
   ExpectTrace({"GetActiveID32 ENTER", "GetActiveID32 EXIT"});
   EXPECT_EQ(getActiveID(8), 0x8001);
   EXPECT_EQ(getActiveID32(8), 0x8001);
-  DevCnt = 1;
+  shared.DevCnt = 1;
   EntryOfActDev().ProductKind = 3;
   EXPECT_EQ(GetActiveID(buffer.get(), 8), 0x8001);
   EXPECT_EQ(GetActiveID32(buffer.get(), 8), 0x8001);
@@ -253,13 +253,13 @@ TEST_F(ActiveIdReportId1, AnInputReportMustBeQueued) {
   StartTrace();
   for (const auto read : {GetActiveID, GetActiveID32}) {
     Buffer buffer(8);
-    LastIDBytes.fill(0x77);
+    shared.id.LastIDBytes.fill(0x77);
     EntryOfActDev().LastLibErr = 5;
     EXPECT_EQ(read(buffer.get(), 8), 0);
     ExpectTraffic({"drain nothing"});
     EXPECT_EQ(GetLastLibErr(), 0U);
     EXPECT_TRUE(buffer.Holds({}, 0));
-    EXPECT_EQ(LastIDBytes, (std::array<std::uint8_t, 32>{}));
+    EXPECT_EQ(shared.id.LastIDBytes, (std::array<std::uint8_t, 32>{}));
   }
   ExpectTrace({"GetActiveID ENTER", "GetActiveID EXIT", "GetActiveID32 ENTER", "GetActiveID32 EXIT"});
 }

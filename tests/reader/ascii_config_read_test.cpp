@@ -244,7 +244,7 @@ TEST_F(AsciiConfigRead, OverASocketALongAnswerMustComeInOnePiece) {
   EXPECT_EQ(Slot().bCfgLoaded, 0U) << "the version is short, so the read goes on to a failed receive";
   host.sockets.toReceive.clear();
   EXPECT_EQ(ReadCfg(), 0U) << "a socket that fails";
-  LinkSocket = platform::kNoHandle;
+  shared.link.LinkSocket = platform::kNoHandle;
 }
 
 TEST_F(AsciiConfigRead, AReportReaderIsNeverSpokenToInText) {

@@ -255,7 +255,7 @@ TEST_F(AsciiConfigWrite, OverASocketEachPieceIsSentByItself) {
   EXPECT_EQ(WriteCfg(), 1U);
   for (const sim::Bytes& piece : host.sockets.sent)
     EXPECT_LE(piece.size(), 5U) << "text in pairs; one other frame";
-  LinkSocket = platform::kNoHandle;
+  shared.link.LinkSocket = platform::kNoHandle;
 }
 
 }  // namespace

@@ -136,7 +136,7 @@ TEST_F(AsciiId, ASocketThatIsGoneInTheMiddleEndsInBoundedTime) {
   EXPECT_EQ(Fetch(""), 0);
   EXPECT_EQ(GetLastLibErr(), 261U);
   EXPECT_LE(Slept(), 300U * 140 + 100);
-  LinkSocket = platform::kNoHandle;
+  shared.link.LinkSocket = platform::kNoHandle;
 }
 
 TEST_F(AsciiId, ASerialReaderAloneIsSpokenToInText) {

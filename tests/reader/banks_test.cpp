@@ -125,9 +125,9 @@ TEST_F(Banks, OnlyAPlusReaderHasThem) {
   Entry().ProductKind = kMagstripe;
   unsupported();
   Entry().ProductKind = kReader;
-  DevCnt = 0;
+  shared.DevCnt = 0;
   unsupported();
-  DevCnt = 1;
+  shared.DevCnt = 1;
   ExpectTraffic({});
 }
 

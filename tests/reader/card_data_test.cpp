@@ -65,10 +65,10 @@ TEST_F(CardData, WithoutAReaderBothAreUnsupported) {
     EXPECT_EQ(getActiveCardData_byte(300), 0x8001U);
   }
   EntryOfActDev().ProductKind = kReader;
-  DevCnt = 0;
+  shared.DevCnt = 0;
   EXPECT_EQ(getActiveCardData(), 0x8001U);
   EXPECT_EQ(getActiveCardData_byte(0), 0x8001U);
-  DevCnt = 1;
+  shared.DevCnt = 1;
   ExpectTraffic({});
 }
 

@@ -48,9 +48,9 @@ TEST_F(CardPriority, NeedsAPlusReader) {
   Entry().ProductKind = kMagstripe;
   refused();
   Entry().ProductKind = kReader;
-  DevCnt = 0;
+  shared.DevCnt = 0;
   refused();
-  DevCnt = 1;
+  shared.DevCnt = 1;
 }
 
 TEST_F(CardPriority, GoesOutAsACommandWithData) {

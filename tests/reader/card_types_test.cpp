@@ -84,7 +84,7 @@ TEST_F(CardTypes, AByteThatAPageLacksIs0) {
   whole->state.cardTypes = {0x0101, 0x0102, 0x0103, 0x0104, 0x0105, 0x0106, 0x0107, 0x0108};
   const auto cut = std::make_shared<ShortOfAByte>(whole);
   Plug(cut, "short");
-  DevCnt = 1;
+  shared.DevCnt = 1;
   Entry().hDev = host.hid.Open("short", platform::OpenMode::kShared);
   ReadCardTypeList();
   EXPECT_EQ(Listed(), (std::vector<std::uint16_t>{0x0101, 0x0102, 0x0103, 0x0104, 0x0105, 0x0106, 0x0107, 8}))
@@ -200,9 +200,9 @@ TEST_F(CardTypes, WithoutAPlusReaderThereAreNone) {
   Entry().ProductKind = kSonar;
   none();
   Entry().ProductKind = kReader;
-  DevCnt = 0;
+  shared.DevCnt = 0;
   none();
-  DevCnt = 1;
+  shared.DevCnt = 1;
   EXPECT_EQ(Entry().ActConfig, 2);
 }
 
@@ -211,7 +211,7 @@ class CardTypesFa : public BesideLine {
   void Read(std::deque<Bytes> replies) {
     AddScript(std::move(replies), kPlusReader);
     Entry().CardTypeList.fill(0x1111);
-    StatusWord = 0x5555;
+    shared.reader.StatusWord = 0x5555;
     ReadCardTypeList();
   }
   static Lines Page(const std::string& number, const Lines& rest) {
@@ -226,7 +226,7 @@ TEST_F(CardTypesFa, APageIsOneReadOfThirteenBytes) {
   Read({kPage, kLastPage});
   ExpectTraffic(Join({Page("00", {"read 09 09 09 01 01 02 02 F3 03 04 04 90 00", "sleep 2"}),
                       Page("01", {"read 09 09 09 05 05 00 00 06 06 07 07 90 00", "sleep 2"})}));
-  EXPECT_EQ(StatusWord, 0x9000U);
+  EXPECT_EQ(shared.reader.StatusWord, 0x9000U);
   const std::array<std::uint16_t, 6> expected = {0x0101, 0x0202, 0x0303, 0x0404, 0x0505, 0};
   EXPECT_TRUE(std::equal(expected.begin(), expected.end(), Entry().CardTypeList.begin()));
 }
@@ -236,14 +236,14 @@ TEST_F(CardTypesFa, AnotherStatusEndsTheList) {
   refused[11] = 0x6A;
   Read({refused, kPage});
   ExpectTraffic(Page("00", {"read", "sleep 10"}));
-  EXPECT_EQ(StatusWord, 0x6A00U);
+  EXPECT_EQ(shared.reader.StatusWord, 0x6A00U);
   EXPECT_EQ(Entry().CardTypeList[0], 0);
 }
 
 TEST_F(CardTypesFa, AShortOrStrangeReplyEndsTheList) {
   Read({Bytes(kPage.begin(), kPage.end() - 1)});
   ExpectTraffic(Page("00", {"read"}));
-  EXPECT_EQ(StatusWord, 0U);
+  EXPECT_EQ(shared.reader.StatusWord, 0U);
   EXPECT_EQ(Entry().CardTypeList[0], 0);
   Bytes strange = kPage;
   strange[0] = 0x0A;
@@ -274,11 +274,11 @@ TEST_F(CardTypesFa, InSocketModeThereIsNoPauseBehindTheClassByte) {
 TEST_F(CardTypesFa, WithoutAnOpenPortTheListIsEmpty) {
   AddScript({kPage}, kPlusReader);
   Entry().CardTypeList.fill(0x1111);
-  StatusWord = 0x5555;
+  shared.reader.StatusWord = 0x5555;
   Port().Close();
   ReadCardTypeList();
   EXPECT_EQ(Entry().CardTypeList[0], 0);
-  EXPECT_EQ(StatusWord, 0U);
+  EXPECT_EQ(shared.reader.StatusWord, 0U);
   ExpectTraffic({});
 }
 

@@ -394,12 +394,12 @@ TEST_F(CfgRead, WithoutAReader) {
   Entry().ProductKind = 3;
   EXPECT_EQ(ReadCfg(), 0x8001U);
   Entry().ProductKind = kReader;
-  DevCnt = 0;
+  shared.DevCnt = 0;
   EXPECT_EQ(ReadCfg(), 0U);
   EXPECT_EQ(GetFWFilename(), nullptr);
   EXPECT_EQ(GetFullFWVersion(), nullptr);
   EXPECT_EQ(getPartNumberString(), nullptr);
-  DevCnt = 1;
+  shared.DevCnt = 1;
   ExpectTraffic({});
 }
 

@@ -282,12 +282,12 @@ TEST_F(CfgWrite, TheTraceOfAWrite) {
   SetMarks(Entry(), kAllMarks);
   EXPECT_EQ(WriteCfg(), 1U);
   ExpectTrace({"WriteCfg ENTER", "WriteCfg Success !!", "WriteCfg EXIT"});
-  SearchErr = 77;
+  shared.SearchErr = 77;
   reader->faults.RefuseCommand({0x90}, 6);
   EXPECT_EQ(WriteCfg(), 0U);
   ExpectTrace(
       {"WriteCfg ENTER", "tavlyn_write_cfg ERROR CODE: 77", "tavlyn_write_cfg Failed !!", "WriteCfg EXIT"});
-  SearchErr = 0;
+  shared.SearchErr = 0;
 }
 
 TEST_F(CfgWrite, WithoutAReader) {
@@ -299,10 +299,10 @@ TEST_F(CfgWrite, WithoutAReader) {
   EXPECT_EQ(WriteCfg(), 0x8001U);
   ExpectTrace({"WriteCfg ENTER", "WriteCfg Success !!", "WriteCfg EXIT"});
   Entry().ProductKind = kReader;
-  DevCnt = 0;
+  shared.DevCnt = 0;
   EXPECT_EQ(WriteCfg(), 0U);
   ExpectTrace({"WriteCfg ENTER", "WriteCfg EXIT"});
-  DevCnt = 1;
+  shared.DevCnt = 1;
   ExpectTraffic({});
   EXPECT_EQ(MarksOf(Entry(), Slot()), kAllMarks);
 }

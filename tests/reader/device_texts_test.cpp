@@ -88,10 +88,10 @@ TEST_F(DeviceTexts, AnIndexOutsideTheTableAsksNobody) {
   const char* text = GetSerialNumber();
   ForgetTraffic();
   for (const int index : {-32768, -1, 127, 32767}) {
-    ActDev = static_cast<std::int16_t>(index);
+    shared.ActDev = static_cast<std::int16_t>(index);
     EXPECT_STREQ(GetCPUInfo(), "") << index;
   }
-  ActDev = 0;
+  shared.ActDev = 0;
   EXPECT_STREQ(text, "0400123456") << "the buffer keeps the last text";
   ExpectTraffic({});
 }
@@ -162,9 +162,9 @@ TEST_F(DeviceTexts, WithoutAReaderOnReportsThereIsNoSerialNumber) {
   EntryOfActDev().LinkKind = kBySerialPort;
   EXPECT_EQ(getESN(), nullptr);
   EntryOfActDev().LinkKind = kByReports;
-  DevCnt = 0;
+  shared.DevCnt = 0;
   EXPECT_EQ(getESN(), nullptr);
-  DevCnt = 1;
+  shared.DevCnt = 1;
   ExpectTraffic({});
 }
 

@@ -16,14 +16,14 @@ class FaFrames : public SerialBench {
   static FaFrame ReadBlock() {
     FaFrame frame(command::kReadBlock);
     frame.sw1 = frame.sw2 = 0x55;
-    StatusWord = 0x5555;
+    shared.reader.StatusWord = 0x5555;
     return frame;
   }
   static FaFrame WriteBlock() {
     FaFrame frame(command::kWriteBlock);
     for (std::uint8_t at = 0; at < 8; ++at) frame.data[at] = static_cast<std::uint8_t>(at + 1);
     frame.sw1 = frame.sw2 = 0x55;
-    StatusWord = 0x5555;
+    shared.reader.StatusWord = 0x5555;
     return frame;
   }
   static Bytes DataOf(const FaFrame& frame, std::size_t count) {
@@ -43,7 +43,7 @@ TEST_F(FaFrames, RecvDataReadsEchoDataAndStatus) {
   EXPECT_EQ(DataOf(frame, 8), (Bytes{1, 2, 3, 4, 5, 6, 7, 8}));
   EXPECT_EQ(frame.sw1, 0x90);
   EXPECT_EQ(frame.sw2, 0x00);
-  EXPECT_EQ(StatusWord, 0x9000U);
+  EXPECT_EQ(shared.reader.StatusWord, 0x9000U);
 }
 
 TEST_F(FaFrames, RecvDataKeepsItsDataWhenTheStatusIsAnother) {
@@ -53,7 +53,7 @@ TEST_F(FaFrames, RecvDataKeepsItsDataWhenTheStatusIsAnother) {
   EXPECT_EQ(DataOf(frame, 8), (Bytes{1, 2, 3, 4, 5, 6, 7, 8}));
   EXPECT_EQ(frame.sw1, 0x6A);
   EXPECT_EQ(frame.sw2, 0x82);
-  EXPECT_EQ(StatusWord, 0x6A82U);
+  EXPECT_EQ(shared.reader.StatusWord, 0x6A82U);
 }
 
 TEST_F(FaFrames, OnlyStatus9000IsSuccess) {
@@ -64,9 +64,9 @@ TEST_F(FaFrames, OnlyStatus9000IsSuccess) {
     AddScript({{0x01, 1, 2, 3, 4, 5, 6, 7, 8, high, low}, {high, low}});
     FaFrame frame = ReadBlock();
     EXPECT_FALSE(FaRecvData(frame)) << status;
-    EXPECT_EQ(StatusWord, status);
+    EXPECT_EQ(shared.reader.StatusWord, status);
     EXPECT_FALSE(FaSendStatus(frame)) << status;
-    EXPECT_EQ(StatusWord, status);
+    EXPECT_EQ(shared.reader.StatusWord, status);
   }
 }
 
@@ -105,7 +105,7 @@ TEST_F(FaFrames, ARefusalIsReadByExactlyOneMoreByte) {
     EXPECT_FALSE(routine(frame));
     ExpectTraffic(FrameLines(header, {"read 6D", "read 07"}));
     EXPECT_EQ(DataOf(frame, 2), (Bytes{0x6D, 0x07}));
-    EXPECT_EQ(StatusWord, 0x6D07U);
+    EXPECT_EQ(shared.reader.StatusWord, 0x6D07U);
     EXPECT_EQ(frame.sw1, 0) << "no status behind a data phase came";
     EXPECT_EQ(frame.sw2, 0);
   };
@@ -119,7 +119,7 @@ TEST_F(FaFrames, ARefusalCutShortCountsWithWhatCame) {
   FaFrame frame = ReadBlock();
   EXPECT_FALSE(FaRecvData(frame));
   ExpectTraffic(ReadLines({"read 6D", "read"}));
-  EXPECT_EQ(StatusWord, 0x6D00U);
+  EXPECT_EQ(shared.reader.StatusWord, 0x6D00U);
 }
 
 TEST_F(FaFrames, RecvDataFailsWhereverTheAnswerEnds) {
@@ -131,7 +131,7 @@ TEST_F(FaFrames, RecvDataFailsWhereverTheAnswerEnds) {
                         : length < 9 ? Lines{"read", "read"}
                                      : Lines{"read", "read", "read"};
     ExpectTraffic(ReadLines(reads));
-    EXPECT_EQ(StatusWord, 0U) << length;
+    EXPECT_EQ(shared.reader.StatusWord, 0U) << length;
     EXPECT_EQ(frame.sw1, 0) << length;
     EXPECT_TRUE(Port().IsOpen());
   }
@@ -142,7 +142,7 @@ TEST_F(FaFrames, SendDataSendsBehindTheEcho) {
   FaFrame frame = WriteBlock();
   EXPECT_TRUE(FaSendData(frame));
   ExpectTraffic(WriteLines({"read 81", "write 01 02 03 04 05 06 07 08", "read 90 00"}));
-  EXPECT_EQ(StatusWord, 0x9000U);
+  EXPECT_EQ(shared.reader.StatusWord, 0x9000U);
 }
 
 TEST_F(FaFrames, SendDataFailsWhereverTheAnswerEnds) {
@@ -153,12 +153,12 @@ TEST_F(FaFrames, SendDataFailsWhereverTheAnswerEnds) {
   const Lines cut = WriteLines({"read 81", "write 01 02 03 04 05 06 07 08", "read"});
   EXPECT_FALSE(FaSendData(frame));
   ExpectTraffic(cut);
-  EXPECT_EQ(StatusWord, 0U);
+  EXPECT_EQ(shared.reader.StatusWord, 0U);
   EXPECT_FALSE(FaSendData(frame));
   ExpectTraffic(cut);
-  EXPECT_EQ(StatusWord, 0U);
+  EXPECT_EQ(shared.reader.StatusWord, 0U);
   EXPECT_FALSE(FaSendData(frame));
-  EXPECT_EQ(StatusWord, 0x6F01U);
+  EXPECT_EQ(shared.reader.StatusWord, 0x6F01U);
 }
 
 TEST_F(FaFrames, BareRepliesHaveNoStatus) {
@@ -167,7 +167,7 @@ TEST_F(FaFrames, BareRepliesHaveNoStatus) {
   EXPECT_TRUE(FaRecvBare(frame));
   ExpectTraffic(FrameLines("0C 04 02 01", {"read 0C", "read 01 02 03 04 05 06 07 08"}));
   EXPECT_EQ(DataOf(frame, 8), (Bytes{1, 2, 3, 4, 5, 6, 7, 8}));
-  EXPECT_EQ(StatusWord, 0U);
+  EXPECT_EQ(shared.reader.StatusWord, 0U);
   frame.expected = 1;
   EXPECT_TRUE(FaRecvBare(frame));
   ExpectTraffic(FrameLines("0C 04 02 01", {"read 0C", "read 09"}));
@@ -184,9 +184,9 @@ TEST_F(FaFrames, SendStatusHasNoWaitAndNoEcho) {
   frame.sw1 = 0x55;
   EXPECT_TRUE(FaSendStatus(frame));
   ExpectTraffic({"flush", "write FA", "write 0C 03 02 00", "read 90 00"});
-  EXPECT_EQ(StatusWord, 0x9000U);
+  EXPECT_EQ(shared.reader.StatusWord, 0x9000U);
   EXPECT_FALSE(FaSendStatus(frame));
-  EXPECT_EQ(StatusWord, 0U);
+  EXPECT_EQ(shared.reader.StatusWord, 0U);
   EXPECT_FALSE(FaSendStatus(frame));
   Port().SetIpAddr({});
   EXPECT_FALSE(FaSendStatus(frame));
@@ -199,7 +199,7 @@ TEST_F(FaFrames, AShortWriteEndsTheFrame) {
     com->writeLimit = limit;
     FaFrame frame = ReadBlock();
     EXPECT_FALSE(FaRecvData(frame));
-    EXPECT_EQ(StatusWord, 0U);
+    EXPECT_EQ(shared.reader.StatusWord, 0U);
     ExpectTraffic(traffic);
     EXPECT_FALSE(FaSendData(frame));
     ExpectTraffic(traffic);
@@ -230,13 +230,13 @@ TEST_F(FaFrames, WithoutAnOpenPortNothingHappens) {
   const auto all = [this] {
     FaFrame frame = ReadBlock();
     EXPECT_FALSE(FaRecvData(frame));
-    EXPECT_EQ(StatusWord, 0U);
+    EXPECT_EQ(shared.reader.StatusWord, 0U);
     EXPECT_EQ(frame.sw1, 0);
     EXPECT_EQ(frame.sw2, 0);
     for (bool (*routine)(FaFrame&) : {FaSendStatus, FaSendData, FaRecvBare, FaRecvWhole}) {
-      StatusWord = 0x5555;
+      shared.reader.StatusWord = 0x5555;
       EXPECT_FALSE(routine(frame));
-      EXPECT_EQ(StatusWord, 0U);
+      EXPECT_EQ(shared.reader.StatusWord, 0U);
     }
     ExpectTraffic({});
   };
@@ -307,7 +307,7 @@ TEST_F(FaFrames, AFailedSocketIsAShortCount) {
   FaFrame frame = ReadBlock();
   EXPECT_FALSE(FaRecvData(frame));
   ExpectTraffic(Join({{"send FA", "sleep 20", "sleep 50", "send 01 00 00 08", "sleep 20"}, Silence()}));
-  EXPECT_EQ(StatusWord, 0U);
+  EXPECT_EQ(shared.reader.StatusWord, 0U);
   host.sockets.toReceive.emplace_back(Bytes{0x01});
   EXPECT_FALSE(FaRecvData(frame)) << "the data does not come";
   host.sockets.sendResult = -1;

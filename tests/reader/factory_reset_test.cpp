@@ -139,10 +139,10 @@ TEST_F(FactoryReset, WithoutAReader) {
   EXPECT_EQ(kind.back(), kExit);
   ExpectTrace(kind);
   Entry().ProductKind = kReader;
-  DevCnt = 0;
+  shared.DevCnt = 0;
   EXPECT_EQ(ResetFactoryDflts(), 0x8001U);
   ExpectTrace(kind);
-  DevCnt = 1;
+  shared.DevCnt = 1;
   ExpectTraffic({});
 }
 

@@ -85,9 +85,9 @@ TEST_F(Firmware, GetFirmwareVersionTellsTheKeptWords) {
   EXPECT_EQ(GetFirmwareVersion(0, 65535), 0U);
   ExpectTraffic({});
   SetUnsupportedProductErrorCode(0x8001);
-  DevCnt = 0;
+  shared.DevCnt = 0;
   EXPECT_EQ(GetFirmwareVersion(0, 0), 0U);
-  DevCnt = 1;
+  shared.DevCnt = 1;
   Entry().ProductKind = 3;
   EXPECT_EQ(GetFirmwareVersion(0, 0), 0xFFFF8001U);
   Entry().ProductKind = kReader;
@@ -172,9 +172,9 @@ TEST_F(Firmware, MovingABankNeedsAReader) {
   Entry().ProductKind = kSonar;
   EXPECT_EQ(PlusBlockMove(1, 2), 0U);
   Entry().ProductKind = kReader;
-  DevCnt = 0;
+  shared.DevCnt = 0;
   EXPECT_EQ(PlusBlockMove(1, 2), 0U);
-  DevCnt = 1;
+  shared.DevCnt = 1;
   ExpectTraffic({});
 }
 

@@ -77,7 +77,7 @@ TEST_F(HashKeys, BothTravelWhileSecurityIsEnhanced) {
   reader->state.Working().separated[3] = 16;
   reader->state.Working().separated[126] = 0x80;
   EXPECT_EQ(ReadCfg(), 1U);
-  EXPECT_NE(EnhanceSecurityOn, 0);
+  EXPECT_NE(shared.reader.EnhanceSecurityOn, 0);
   Slot().sFldSepData.fill(0);
   Slot().HashKeyData = {};
   ForgetTraffic();
@@ -85,7 +85,7 @@ TEST_F(HashKeys, BothTravelWhileSecurityIsEnhanced) {
                  "set 00"});
   reader->state.Working().separated[126] = 0x7F;
   EXPECT_EQ(ReadCfg(), 1U);
-  EXPECT_EQ(EnhanceSecurityOn, 0);
+  EXPECT_EQ(shared.reader.EnhanceSecurityOn, 0);
 }
 
 TEST_F(HashKeys, TheyNeedTheMarkAndTheFeature) {

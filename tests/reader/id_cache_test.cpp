@@ -77,8 +77,8 @@ TEST_F(IdCache, AnIdExpiresByItsHoldTime) {
   LetTimePass(1);
   EXPECT_EQ(Poll(), 0);
   EXPECT_EQ(id, Id{});
-  EXPECT_EQ(LastIDBytes, (std::array<std::uint8_t, 32>{}));
-  EXPECT_EQ(LastIDBits, 0U);
+  EXPECT_EQ(shared.id.LastIDBytes, (std::array<std::uint8_t, 32>{}));
+  EXPECT_EQ(shared.id.LastIDBits, 0U);
   EXPECT_FALSE(Asked());
   Hold(1000);
   EXPECT_EQ(Poll(), 0) << "what expired is not served again";
@@ -148,7 +148,7 @@ TEST_F(IdCache, ThereIsOneCacheForAllDevices) {
   DevTable[1].ProductKind = kReader;
   DevTable[1].LastTxTick = host.clock.tick;
   DevTable[1].CfgSlot[0][field::TimeParms_iIDHoldTO] = 1000;
-  DevCnt = 2;
+  shared.DevCnt = 2;
   EXPECT_EQ(SetActDev(1), 1U);
   ForgetTraffic();
   EXPECT_EQ(Poll(), 26);
@@ -179,19 +179,19 @@ TEST_F(IdCache, WithoutABufferTheBytesAreHandedOutOneByOne) {
 
 TEST_F(IdCache, MoreThan32BytesCountAs32) {
   for (const std::uint16_t bytes : std::initializer_list<std::uint16_t>{32, 33, 40, 65535}) {
-    LastIDLen = 1;
+    shared.id.LastIDLen = 1;
     EXPECT_EQ(getActiveID(bytes), 26);
-    EXPECT_EQ(LastIDLen, 32) << bytes;
+    EXPECT_EQ(shared.id.LastIDLen, 32) << bytes;
     LetTimePass();
     EXPECT_EQ(getActiveID32(bytes), 26);
-    EXPECT_EQ(LastIDLen, 32) << bytes;
+    EXPECT_EQ(shared.id.LastIDLen, 32) << bytes;
     LetTimePass();
   }
 }
 
 TEST_F(IdCache, FewerBytesAreAskedAsTheLength) {
   EXPECT_EQ(getActiveID(4), 26);
-  EXPECT_EQ(LastIDLen, 4);
+  EXPECT_EQ(shared.id.LastIDLen, 4);
   EXPECT_EQ(getActiveID_byte(3), 0x14);
   EXPECT_EQ(getActiveID_byte(4), 0);
   LetTimePass();
@@ -207,8 +207,8 @@ TEST_F(IdCache, AByteBehindTheLengthAskedForIsAdmitted) {
   EXPECT_EQ(getActiveID_byte(5), 0);
   EXPECT_EQ(getActiveID_byte(-1), 0);
   EXPECT_EQ(getActiveID_byte(-32768), 0);
-  LastIDLen = 32;
-  LastIDBytes.fill(0x77);
+  shared.id.LastIDLen = 32;
+  shared.id.LastIDBytes.fill(0x77);
   EXPECT_EQ(getActiveID_byte(31), 0x77);
   EXPECT_EQ(getActiveID_byte(32), 0);
   EXPECT_EQ(getActiveID_byte(32767), 0);
@@ -220,7 +220,7 @@ TEST_F(IdCache, InsideTheGateTheyServeWithoutLockOrTrace) {
   StartTrace();
   for (const auto read : {getActiveID, getActiveID32}) {
     EXPECT_EQ(read(3), 26);
-    EXPECT_EQ(LastIDLen, 8) << "set with an open gate only";
+    EXPECT_EQ(shared.id.LastIDLen, 8) << "set with an open gate only";
   }
   EXPECT_EQ(getActiveID_byte(7), kCard[7]);
   Hold(50);
@@ -228,9 +228,9 @@ TEST_F(IdCache, InsideTheGateTheyServeWithoutLockOrTrace) {
   EXPECT_EQ(getActiveID(8), 26);
   LetTimePass(1);
   EXPECT_EQ(getActiveID(8), 0);
-  EXPECT_EQ(LastIDBytes, (std::array<std::uint8_t, 32>{}));
-  EXPECT_EQ(LastIDBits, 0U);
-  EXPECT_EQ(LastIDLen, 8);
+  EXPECT_EQ(shared.id.LastIDBytes, (std::array<std::uint8_t, 32>{}));
+  EXPECT_EQ(shared.id.LastIDBits, 0U);
+  EXPECT_EQ(shared.id.LastIDLen, 8);
   EXPECT_EQ(host.transcript.Lines(), Lines{});
   ExpectTrace({});
   LetTimePass(185);

@@ -141,9 +141,9 @@ TEST_F(Outputs, AFailedBeep) {
 TEST_F(Outputs, ABeepWithoutADevice) {
   Use(Reader::Plain());
   SetUnsupportedProductErrorCode(0x8001);
-  DevCnt = 0;
+  shared.DevCnt = 0;
   EXPECT_EQ(BeepNow(1, 0), 0U);
-  DevCnt = 1;
+  shared.DevCnt = 1;
   EntryOfActDev().ProductKind = 3;
   EXPECT_EQ(BeepNow(1, 0), 0U) << "nor of a kind that it does not know";
   EntryOfActDev().ProductKind = kReader;

@@ -75,17 +75,17 @@ TEST_F(PingReports, WithoutADeviceOfTheKindNothingIsTouched) {
     EXPECT_EQ(Ping(), 1234567U) << kind;
   }
   EntryOfActDev().ProductKind = kReader;
-  DevCnt = 0;
+  shared.DevCnt = 0;
   EXPECT_EQ(Ping(), 1234567U);
-  DevCnt = 1;
+  shared.DevCnt = 1;
   ExpectTraffic({});
 }
 
 TEST_F(PingReports, ATickBeyond32BitsTellsItsLowHalf) {
   host.clock.tick = 0x1'0000'0000U + 77;
-  DevCnt = 0;
+  shared.DevCnt = 0;
   EXPECT_EQ(Ping(), 77U);
-  DevCnt = 1;
+  shared.DevCnt = 1;
   host.clock.tick = 0xFFFF'FFFFU;
   slow->takes = 3;
   EXPECT_EQ(Ping(), 3U) << "over the wrap of the tick";

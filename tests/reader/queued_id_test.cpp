@@ -26,7 +26,7 @@ class QueuedId : public SerialBench {
   std::shared_ptr<Reader> Use() {
     auto model = Connected(Reader::Plain());
     model->state.queue = {Numbered(1)};
-    LastIDBytes.fill(kOldByte);
+    shared.id.LastIDBytes.fill(kOldByte);
     EntryOfActDev().LastLibErr = 5;
     return model;
   }
@@ -67,7 +67,7 @@ TEST_F(QueuedId, FivePagesMakeTheRecord) {
     EXPECT_EQ(GetQueuedID_index(static_cast<std::int16_t>(index)), 0U) << index;
   }
   ExpectTraffic({});
-  EXPECT_TRUE(std::ranges::equal(LastIDBytes, Numbered(1).id));
+  EXPECT_TRUE(std::ranges::equal(shared.id.LastIDBytes, Numbered(1).id));
 }
 
 TEST_F(QueuedId, TheOptionsAreTwoBits) {
@@ -85,7 +85,7 @@ TEST_F(QueuedId, AnEmptyQueueGivesZeros) {
   GetQueuedID(0, 0);
   EXPECT_EQ(GetQueuedID(0, 0), 1U);
   EXPECT_EQ(Record(), FirstBytes(0));
-  EXPECT_TRUE(std::ranges::all_of(LastIDBytes, [](std::uint8_t byte) { return byte == 0; }));
+  EXPECT_TRUE(std::ranges::all_of(shared.id.LastIDBytes, [](std::uint8_t byte) { return byte == 0; }));
 }
 
 TEST_F(QueuedId, AFaultAtEachExchange) {
@@ -97,13 +97,13 @@ TEST_F(QueuedId, AFaultAtEachExchange) {
     model->state.queue = {Numbered(1)};
     model->faults.Restart();
     model->faults.RefuseAt(exchange, sendFails ? 6 : 1);
-    LastIDBytes.fill(kOldByte);
+    shared.id.LastIDBytes.fill(kOldByte);
     EXPECT_EQ(GetQueuedID(0, 0), 0U) << exchange;
     EXPECT_EQ(GetLastLibErr(), sendFails ? 0x1000202U : 0x1000000U) << exchange;
     EXPECT_EQ(Record(), FirstBytes(8 * page)) << exchange;
     // Each page shows what the record held before it.
-    EXPECT_EQ(LastIDBytes[0], page == 0 ? kOldByte : page == 1 ? 0 : 1) << exchange;
-    EXPECT_EQ(LastIDBytes[23], page == 0 ? kOldByte : page == 4 ? 24 : 0) << exchange;
+    EXPECT_EQ(shared.id.LastIDBytes[0], page == 0 ? kOldByte : page == 1 ? 0 : 1) << exchange;
+    EXPECT_EQ(shared.id.LastIDBytes[23], page == 0 ? kOldByte : page == 4 ? 24 : 0) << exchange;
   }
   ExpectTrace({});
 }
@@ -121,7 +121,7 @@ TEST_F(QueuedId, OverASerialLinkEachPageIsAFrame) {
   ExpectTraffic(expected);
   EXPECT_EQ(GetLastLibErr(), 0U);
   ExpectWhole(0x41);
-  EXPECT_TRUE(std::ranges::equal(LastIDBytes, Numbered(0x41).id));
+  EXPECT_TRUE(std::ranges::equal(shared.id.LastIDBytes, Numbered(0x41).id));
 }
 
 TEST_F(QueuedId, OverASerialLinkTheOldRecordStaysUntilItIsReplaced) {
@@ -134,8 +134,8 @@ TEST_F(QueuedId, OverASerialLinkTheOldRecordStaysUntilItIsReplaced) {
   EXPECT_EQ(GetQueuedID_index(15), 16U);
   EXPECT_EQ(GetQueuedID_index(16), 0x51U);
   EXPECT_EQ(GetQueuedID_index(33), 0x9234U);
-  EXPECT_EQ(LastIDBytes[7], 8) << "the first page";
-  EXPECT_EQ(LastIDBytes[8], 0x49) << "not the second";
+  EXPECT_EQ(shared.id.LastIDBytes[7], 8) << "the first page";
+  EXPECT_EQ(shared.id.LastIDBytes[8], 0x49) << "not the second";
 }
 
 TEST_F(QueuedId, OverASerialLinkSilenceAtEachPageFails) {
@@ -171,10 +171,10 @@ TEST_F(QueuedId, WithoutAReaderItIsUnsupported) {
   }
   EntryOfActDev().ProductKind = kReader;
   EXPECT_EQ(GetLastLibErr(), 5U);
-  DevCnt = 0;
+  shared.DevCnt = 0;
   EXPECT_EQ(GetQueuedID(0, 0), 0x8001U);
   EXPECT_EQ(GetQueuedID_index(36), 0x8001U);
-  DevCnt = 1;
+  shared.DevCnt = 1;
   ExpectTraffic({});
 }
 

@@ -201,10 +201,10 @@ TEST_F(RawPayload, WithoutAReaderItIsUnsupported) {
     EXPECT_STREQ(SetRawPayload(1, 2, 3, 4, 5, 6, 7, 8), "F1.F1.F1.F1.F1.F1.F1.F1");
   }
   EntryOfActDev().ProductKind = kReader;
-  DevCnt = 0;
+  shared.DevCnt = 0;
   EXPECT_EQ(SetRawPayload_index(-1, 0), 0x80F1U);
   EXPECT_STREQ(SetRawPayload(1, 2, 3, 4, 5, 6, 7, 8), "F1.F1.F1.F1.F1.F1.F1.F1");
-  DevCnt = 1;
+  shared.DevCnt = 1;
   ExpectTraffic({});
 }
 

@@ -102,9 +102,9 @@ TEST_F(RecordScalars, WithoutAReader) {
   }
   EntryOfActDev().ProductKind = kReader;
   EXPECT_EQ(Slot().bDirtyExt, 0U);
-  DevCnt = 0;
+  shared.DevCnt = 0;
   all();
-  DevCnt = 1;
+  shared.DevCnt = 1;
 }
 
 TEST_F(RecordScalars, SeparatorDataIsCopiedBothWays) {

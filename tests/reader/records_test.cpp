@@ -108,7 +108,7 @@ TEST_F(Records, ANullPointerIsToldAndTraced) {
 
 TEST_F(Records, TheErrorCodeLinePrintsTheSearchWord) {
   StartTrace();
-  SearchErr = 0x10000;
+  shared.SearchErr = 0x10000;
   EXPECT_EQ(GetFlags(nullptr), 0U);
   ExpectTrace({"tavlyn_GetFlags ERROR CODE: 65536", "tavlyn_GetFlags Failed !!"});
 }
@@ -159,9 +159,9 @@ TEST_F(Records, WithoutAReaderAllAreUnsupported) {
   EntryOfActDev().ProductKind = kReader;
   EXPECT_EQ(GetLastLibErr(), 5U);
   EXPECT_EQ(Dirty(Slot()), "");
-  DevCnt = 0;
+  shared.DevCnt = 0;
   all();
-  DevCnt = 1;
+  shared.DevCnt = 1;
 }
 
 TEST_F(Records, WhatOnlyReadersHaveIsUnsupportedOnOtherProducts) {

@@ -144,9 +144,9 @@ TEST_F(ReportDump, WithoutAFileOrAReaderNothingIsAsked) {
   EntryOfActDev().ProductKind = kMagstripe;
   EXPECT_EQ(Dump(), 0U);
   EntryOfActDev().ProductKind = kReader;
-  DevCnt = 0;
+  shared.DevCnt = 0;
   EXPECT_EQ(Dump(), 0U);
-  DevCnt = 1;
+  shared.DevCnt = 1;
   EXPECT_FALSE(std::filesystem::exists(path));
   ExpectTraffic({});
 }

@@ -37,10 +37,10 @@ TEST_F(SerialExports, OnlyASerialLinkHasABaudCode) {
   EXPECT_EQ(WriteBaudRate(5), 0U);
   EntryOfActDev().LinkKind = kBySerialPort;
   SetUnsupportedProductErrorCode(0x8001);
-  DevCnt = 0;
+  shared.DevCnt = 0;
   EXPECT_EQ(ReadBaudRate(), 0xFFFFFFFFU);
   EXPECT_EQ(WriteBaudRate(5), 0x8001U);
-  DevCnt = 1;
+  shared.DevCnt = 1;
   ExpectTraffic({});
 }
 
@@ -54,18 +54,18 @@ TEST_F(SerialExports, TheKindOfProductIsNotTested) {
 TEST_F(SerialExports, TheDialectIsOneForTheProcess) {
   AddReader(Reader::Plain());
   EXPECT_EQ(UseAsciiCommandProtocol(0x8000), 1U);
-  EXPECT_NE(AsciiProtocol, 0);
+  EXPECT_NE(shared.reader.AsciiProtocol, 0);
   EXPECT_EQ(UseAsciiCommandProtocol(0), 1U);
-  EXPECT_EQ(AsciiProtocol, 0);
+  EXPECT_EQ(shared.reader.AsciiProtocol, 0);
   SetUnsupportedProductErrorCode(0x8001);
   for (const std::uint32_t kind : {0U, kMagstripe, kSonar}) {
     EntryOfActDev().ProductKind = kind;
     EXPECT_EQ(UseAsciiCommandProtocol(1), 0x8001U);
   }
-  DevCnt = 0;
+  shared.DevCnt = 0;
   EXPECT_EQ(UseAsciiCommandProtocol(1), 0x8001U);
-  DevCnt = 1;
-  EXPECT_EQ(AsciiProtocol, 0);
+  shared.DevCnt = 1;
+  EXPECT_EQ(shared.reader.AsciiProtocol, 0);
   ExpectTraffic({});
 }
 
@@ -73,9 +73,9 @@ TEST_F(SerialExports, TheDialectSurvivesADisconnectButNoReload) {
   AddReader(Reader::Plain());
   EXPECT_EQ(UseAsciiCommandProtocol(1), 1U);
   USBDisconnect();
-  EXPECT_EQ(AsciiProtocol, 1);
+  EXPECT_EQ(shared.reader.AsciiProtocol, 1);
   Reload();
-  EXPECT_EQ(AsciiProtocol, 0);
+  EXPECT_EQ(shared.reader.AsciiProtocol, 0);
 }
 
 }  // namespace

@@ -47,12 +47,12 @@ TEST_F(SonarParameters, TheShadowKeepsWhatCameWithoutLimits) {
   sensor->replies = {{0, 10, 0, 0, 255}, {}, {9, 0}, {}, {7, 0}, {}, {}, {}};
   EXPECT_EQ(ReadCfg(), 1U);
   EXPECT_EQ(Block().words[sonar::PingRateS], 200);
-  EXPECT_EQ(SonarShadow[sonar::PingRateS], 40);
-  EXPECT_EQ(SonarShadow[sonar::MinDistS], 0);
-  EXPECT_EQ(SonarShadow[sonar::MaxDistS], 73);
-  EXPECT_EQ(SonarShadow[sonar::KeyCountWA], 9);
-  EXPECT_EQ(SonarShadow[sonar::InterKeyDelayWA], 0);
-  EXPECT_EQ(SonarShadow[sonar::KeyCountWU], 7);
+  EXPECT_EQ(shared.sonarShadow[sonar::PingRateS], 40);
+  EXPECT_EQ(shared.sonarShadow[sonar::MinDistS], 0);
+  EXPECT_EQ(shared.sonarShadow[sonar::MaxDistS], 73);
+  EXPECT_EQ(shared.sonarShadow[sonar::KeyCountWA], 9);
+  EXPECT_EQ(shared.sonarShadow[sonar::InterKeyDelayWA], 0);
+  EXPECT_EQ(shared.sonarShadow[sonar::KeyCountWU], 7);
 }
 
 TEST_F(SonarParameters, AReadThatFailsAnywhereIsToldAndKeepsWhatCame) {
@@ -129,7 +129,7 @@ TEST_F(SonarParameters, WordsLeaveAsLowBytesWithinTheirMasks) {
   Block().words[sonar::MaxDistS] = 72;
   Block().words[sonar::InterKeyDelayWA] = 16319;
   Block().words[sonar::InterKeyDelayWU] = 127;
-  SonarShadow.fill(0x2E);
+  shared.sonarShadow.fill(0x2E);
   Mark(15);
   EXPECT_EQ(WriteCfg(), 1U);
   ExpectTraffic(Join({Stored("80", "7F FE FF CD FA FF FF FF"),

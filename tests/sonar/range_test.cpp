@@ -84,17 +84,17 @@ TEST_F(SonarRange, PollsThatComeTooFastGetNothing) {
 }
 
 TEST_F(SonarRange, KeystrokesAreHaltedAndGoOn) {
-  SearchErr = 5;
+  shared.SearchErr = 5;
   EXPECT_EQ(HaltKBSends(1), 1U);
   ExpectTraffic({"set B1"});
   EXPECT_EQ(Block().SonarOpMark, 0xB1U);
-  EXPECT_EQ(SearchErr, 0U);
+  EXPECT_EQ(shared.SearchErr, 0U);
   EXPECT_EQ(HaltKBSends(0), 1U);
   ExpectTraffic({"set B0"});
   EXPECT_EQ(Block().SonarOpMark, 0xB0U);
   sensor->Restart(0);
   EXPECT_EQ(HaltKBSends(0xFFFFFFFF), 0U);
-  EXPECT_EQ(SearchErr, 0x2000000U);
+  EXPECT_EQ(shared.SearchErr, 0x2000000U);
   EXPECT_EQ(GetLastLibErr(), 0x202U);
   EXPECT_EQ(Block().SonarOpMark, 0xB1U);
 }

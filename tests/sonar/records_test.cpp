@@ -221,7 +221,7 @@ TEST_F(SonarRecords, NoSensorIsActive) {
     unsupported();
   }
   Entry().ProductKind = kSonar;
-  DevCnt = 0;
+  shared.DevCnt = 0;
   unsupported();
 }
 

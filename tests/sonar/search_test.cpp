@@ -1,8 +1,7 @@
 // Finding sensors, and what a connect does with them.
-#include "sonar/product.h"
-
 #include <algorithm>
 
+#include "sonar/product.h"
 #include "tests/sonar/sensor.h"
 
 namespace tavlyn::test {
@@ -65,11 +64,11 @@ TEST_F(SonarSearch, EverySensorIsReadAndTheFirstIsActiveInTheEnd) {
 TEST_F(SonarSearch, TheLastFoundIsActiveAfterTheSearchAlone) {
   Sensor();
   Sensor();
-  SearchErr = 7;
+  shared.SearchErr = 7;
   EXPECT_TRUE(sonar::Search());
   EXPECT_EQ(GetActDev(), 1);
-  EXPECT_EQ(SearchErr, 0U);
-  EXPECT_EQ(HidFoundCnt, 2);
+  EXPECT_EQ(shared.SearchErr, 0U);
+  EXPECT_EQ(shared.HidFoundCnt, 2);
 }
 
 TEST_F(SonarSearch, TheWordOfTheSearchGoesBehindTheFirstOneFound) {
@@ -112,7 +111,7 @@ TEST_F(SonarSearch, AFailedReadFailsTheConnectAndKeepsTheEntry) {
   EXPECT_EQ(USBConnect(&did), 0U);
   EXPECT_EQ(did, 77U);
   EXPECT_EQ(GetDevCnt(), 1);
-  EXPECT_EQ(SearchErr, 0x10000U);
+  EXPECT_EQ(shared.SearchErr, 0x10000U);
   EXPECT_EQ(GetLastLibErr(), 0x20202U);
 }
 

@@ -122,7 +122,7 @@ class SonarBench : public Bench {
  private:
   void Add(std::shared_ptr<ScriptedSensor> added, const std::string& path) {
     Plug(std::move(added), path);
-    ActDev = DevCnt++;
+    shared.ActDev = shared.DevCnt++;
     Entry().ProductKind = kSonar;
     Entry().hDev = host.hid.Open(path.c_str(), platform::OpenMode::kShared);
   }

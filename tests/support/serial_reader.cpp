@@ -33,7 +33,7 @@ std::size_t FaScript::Take(std::span<std::uint8_t> bytes) {
 }
 
 void SerialBench::AddLine(sim::ByteDevice& farEnd, std::uint32_t plusState) {
-  ActDev = DevCnt++;
+  shared.ActDev = shared.DevCnt++;
   tsDevEntry& entry = EntryOfActDev();
   entry.LinkKind = kBySerialPort;
   entry.ProductKind = kReader;
@@ -55,7 +55,7 @@ void SerialBench::AddScript(std::deque<sim::Bytes> replies, std::uint32_t plusSt
   AddLine(script, plusState);
 }
 
-void SerialBench::OpenSocket() { LinkSocket = kSocket; }
+void SerialBench::OpenSocket() { shared.link.LinkSocket = kSocket; }
 
 Lines FrameLines(const std::string& header, const Lines& rest) {
   return Join({{"flush", "write FA", "sleep 50", "write " + header}, rest});

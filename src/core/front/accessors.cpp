@@ -28,26 +28,26 @@ std::uint16_t* KeyTimeWord(FieldId id) {
 bool BesideTheRecord(FieldId id) { return IsKeyTime(id) && !ReaderIsActive(); }
 
 std::int16_t GetWord(FieldId id) {
-  if (IsNeverRead(id)) return static_cast<std::int16_t>(UnsupportedValue);
+  if (IsNeverRead(id)) return static_cast<std::int16_t>(shared.UnsupportedValue);
   if (BesideTheRecord(id)) {
     const std::uint16_t* word = KeyTimeWord(id);
-    return static_cast<std::int16_t>(word != nullptr ? *word : UnsupportedValue);
+    return static_cast<std::int16_t>(word != nullptr ? *word : shared.UnsupportedValue);
   }
-  if (!ActiveInRange()) return static_cast<std::int16_t>(UnsupportedValue);
+  if (!ActiveInRange()) return static_cast<std::int16_t>(shared.UnsupportedValue);
   RecordWords words{};
   const std::uint32_t result = GetActiveRecord(id.record, words.data());
   return result == 1 ? words[id.word] : static_cast<std::int16_t>(result);
 }
 
 std::uint16_t SetWord(FieldId id, std::int16_t value) {
-  if (IsNeverWritten(id)) return UnsupportedValue;
+  if (IsNeverWritten(id)) return shared.UnsupportedValue;
   if (BesideTheRecord(id)) {
     std::uint16_t* word = KeyTimeWord(id);
-    if (word == nullptr) return UnsupportedValue;
+    if (word == nullptr) return shared.UnsupportedValue;
     *word = static_cast<std::uint16_t>(value);
     return 1;
   }
-  if (!ActiveInRange()) return UnsupportedValue;
+  if (!ActiveInRange()) return shared.UnsupportedValue;
   RecordWords words{};
   const auto got = static_cast<std::uint16_t>(GetActiveRecord(id.record, words.data()));
   if (got != 1) return got;

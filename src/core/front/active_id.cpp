@@ -28,8 +28,8 @@ Gate GateNow() {
 }
 
 void ForgetId() {
-  LastIDBytes.fill(0);
-  LastIDBits = 0;
+  shared.id.LastIDBytes.fill(0);
+  shared.id.LastIDBits = 0;
 }
 
 // How much of the caller's buffer takes part in the cache.
@@ -38,8 +38,8 @@ std::size_t CachedLength(std::int16_t length) {
 }
 
 std::uint32_t Serve(std::uint8_t* buffer, std::int16_t length) {
-  std::memmove(buffer, LastIDBytes.data(), CachedLength(length));
-  return LastIDBits;
+  std::memmove(buffer, shared.id.LastIDBytes.data(), CachedLength(length));
+  return shared.id.LastIDBits;
 }
 
 std::uint32_t Expire(std::uint8_t* buffer, std::int16_t length) {
@@ -50,12 +50,12 @@ std::uint32_t Expire(std::uint8_t* buffer, std::int16_t length) {
 
 std::uint32_t Fetch(Routine routine, std::uint8_t* buffer, std::int16_t length) {
   const Product* product = ActiveProduct();
-  if (product == nullptr || product->*routine == nullptr) return UnsupportedValue;
+  if (product == nullptr || product->*routine == nullptr) return shared.UnsupportedValue;
   const std::uint16_t bits = (product->*routine)(buffer, length);
   const std::size_t kept = CachedLength(length);
-  std::memmove(LastIDBytes.data(), buffer, kept);
-  std::fill(LastIDBytes.begin() + kept, LastIDBytes.end(), std::uint8_t{0});
-  LastIDBits = static_cast<std::uint32_t>(static_cast<std::int16_t>(bits));
+  std::memmove(shared.id.LastIDBytes.data(), buffer, kept);
+  std::fill(shared.id.LastIDBytes.begin() + kept, shared.id.LastIDBytes.end(), std::uint8_t{0});
+  shared.id.LastIDBits = static_cast<std::uint32_t>(static_cast<std::int16_t>(bits));
   return bits;
 }
 
@@ -66,7 +66,7 @@ std::uint32_t Read(Routine routine, std::uint8_t* buffer, std::int16_t length) {
     length = 0;
   }
   const Locked lock;
-  if (!ActiveInRange()) return UnsupportedValue;
+  if (!ActiveInRange()) return shared.UnsupportedValue;
   switch (GateNow()) {
     case Gate::kCached: return Serve(buffer, length);
     case Gate::kExpired: return Expire(buffer, length);
@@ -85,19 +85,19 @@ std::uint16_t LoggedRead(const char* tag, Routine routine, std::uint8_t* buffer,
 using Export = std::uint16_t (*)(std::uint8_t*, std::int16_t);
 
 std::uint16_t ReadIntoCache(Export read, std::uint16_t bytes) {
-  if (!ActiveInRange()) return UnsupportedValue;
+  if (!ActiveInRange()) return shared.UnsupportedValue;
   const Gate gate = GateNow();
-  if (gate == Gate::kCached) return static_cast<std::uint16_t>(LastIDBits);
+  if (gate == Gate::kCached) return static_cast<std::uint16_t>(shared.id.LastIDBits);
   if (gate == Gate::kExpired) {
     ForgetId();
     return 0;
   }
   const std::uint32_t kind = EntryOfActDev().ProductKind;
   if (kind == kSonar) return 0;
-  if (ProductOf(kind) == nullptr) return UnsupportedValue;
-  LastIDLen = std::min<std::uint16_t>(bytes, kIdBytes);
-  std::fill_n(LastIDBytes.begin(), LastIDLen, std::uint8_t{0});
-  return read(LastIDBytes.data(), static_cast<std::int16_t>(LastIDLen));
+  if (ProductOf(kind) == nullptr) return shared.UnsupportedValue;
+  shared.id.LastIDLen = std::min<std::uint16_t>(bytes, kIdBytes);
+  std::fill_n(shared.id.LastIDBytes.begin(), shared.id.LastIDLen, std::uint8_t{0});
+  return read(shared.id.LastIDBytes.data(), static_cast<std::int16_t>(shared.id.LastIDLen));
 }
 
 }  // namespace
@@ -118,8 +118,8 @@ std::uint16_t getActiveID32(std::uint16_t bytes) { return ReadIntoCache(GetActiv
 
 std::uint8_t getActiveID_byte(std::int16_t index) {
   // Admits the byte behind the length asked for.
-  if (index < 0 || index > static_cast<std::int32_t>(LastIDLen) ||
+  if (index < 0 || index > static_cast<std::int32_t>(shared.id.LastIDLen) ||
       index >= static_cast<std::int32_t>(kIdBytes))
     return 0;
-  return LastIDBytes[static_cast<std::size_t>(index)];
+  return shared.id.LastIDBytes[static_cast<std::size_t>(index)];
 }

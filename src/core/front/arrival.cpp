@@ -14,7 +14,7 @@ using namespace tavlyn;
 std::uint32_t ChkAddArrival(const char* path) { return Dispatch(&Product::checkArrival, path); }
 
 std::uint32_t ChkDelRemoval(const char* path) {
-  if (path == nullptr || std::strlen(path) >= sizeof DevTable[0].DevName || DevCnt <= 0) return 0;
+  if (path == nullptr || std::strlen(path) >= sizeof DevTable[0].DevName || shared.DevCnt <= 0) return 0;
   const auto live = LiveEntries();
   const auto matching =
       std::ranges::find_if(live, [&](const tsDevEntry& entry) { return SameText(entry.DevName, path); });
@@ -22,9 +22,9 @@ std::uint32_t ChkDelRemoval(const char* path) {
 }
 
 std::uint32_t chkAddArrival_char(std::int16_t index, std::uint8_t character) {
-  return CollectPath(Buffers.arrivalPath, index, character, ChkAddArrival);
+  return CollectPath(shared.buffers.arrivalPath, index, character, ChkAddArrival);
 }
 
 std::uint32_t chkDelRemoval_char(std::int16_t index, std::uint8_t character) {
-  return CollectPath(Buffers.removalPath, index, character, ChkDelRemoval);
+  return CollectPath(shared.buffers.removalPath, index, character, ChkDelRemoval);
 }

@@ -11,7 +11,7 @@ namespace tavlyn {
 namespace {
 
 bool Wanted(const Product& product) {
-  return (ConnectMask & product.kind) != 0 && product.searchPorts != nullptr;
+  return (shared.search.ConnectMask & product.kind) != 0 && product.searchPorts != nullptr;
 }
 
 void StoreDid(std::uint32_t* did) {
@@ -20,39 +20,39 @@ void StoreDid(std::uint32_t* did) {
 
 // A search counts only when it has changed the table.
 bool SearchRange(const Product& product) {
-  const std::int16_t before = DevCnt;
-  if (!product.searchPorts() || DevCnt == before) return false;
+  const std::int16_t before = shared.DevCnt;
+  if (!product.searchPorts() || shared.DevCnt == before) return false;
   Activate(0);
   return true;
 }
 
 bool SearchPort(const Product& product, std::uint16_t port) {
-  if (DevCnt != 0 || port == 0) return false;
-  const std::uint16_t low = ComSrchLo;
-  const std::uint16_t high = ComSrchHi;
-  ComSrchLo = ComSrchHi = port;
-  const bool found = product.searchPorts() && DevCnt > 0;
-  ComSrchLo = low;
-  ComSrchHi = high;
+  if (shared.DevCnt != 0 || port == 0) return false;
+  const std::uint16_t low = shared.search.ComSrchLo;
+  const std::uint16_t high = shared.search.ComSrchHi;
+  shared.search.ComSrchLo = shared.search.ComSrchHi = port;
+  const bool found = product.searchPorts() && shared.DevCnt > 0;
+  shared.search.ComSrchLo = low;
+  shared.search.ComSrchHi = high;
   if (found) {
     Activate(0);
     return true;
   }
-  SearchErr |= TAVLYN_ERR_CONNECT;
+  shared.SearchErr |= TAVLYN_ERR_CONNECT;
   if (product.portFailureTag != nullptr) LogErrorCode(product.portFailureTag);
   return false;
 }
 
 bool ReadFound(const char* tag) {
-  for (std::int16_t index = 0; index < DevCnt; ++index) {
-    ActDev = index;
+  for (std::int16_t index = 0; index < shared.DevCnt; ++index) {
+    shared.ActDev = index;
     if (ReadCfgLocked() != 0) continue;
-    SearchErr |= TAVLYN_ERR_CONNECT;
+    shared.SearchErr |= TAVLYN_ERR_CONNECT;
     LogErrorCode(tag);
-    ActDev = 0;
+    shared.ActDev = 0;
     return false;
   }
-  ActDev = 0;
+  shared.ActDev = 0;
   return true;
 }
 
@@ -68,9 +68,9 @@ bool SearchFamilies(SearchFamily search) {
 }
 
 void EmptyTableForPorts() {
-  ActDev = 0;
-  DevCnt = 0;
-  HidFoundCnt = 0;
+  shared.ActDev = 0;
+  shared.DevCnt = 0;
+  shared.HidFoundCnt = 0;
 }
 
 }  // namespace
@@ -90,7 +90,7 @@ std::uint32_t ComConnect(std::uint32_t* pDID) {
 
 std::uint32_t ComConnectPort(std::uint16_t port, std::uint32_t* pDID) {
   // With devices in the table nothing is emptied, opened or read.
-  if (DevCnt > 0) return 0;
+  if (shared.DevCnt > 0) return 0;
   EmptyTableForPorts();
   const bool found = SearchFamilies([&](const Product& product) { return SearchPort(product, port); });
   if (!ReadFound("ComConnectPort") || !found) return 0;
@@ -100,13 +100,13 @@ std::uint32_t ComConnectPort(std::uint16_t port, std::uint32_t* pDID) {
 
 std::uint32_t comConnect() {
   const Product* product = ActiveProduct();
-  if (product == nullptr || product->searchPorts == nullptr) return UnsupportedValue;
+  if (product == nullptr || product->searchPorts == nullptr) return shared.UnsupportedValue;
   return SearchRange(*product) ? 1 : 0;
 }
 
 std::uint32_t comConnectPort(std::uint16_t port) {
   const Product* product = ActiveProduct();
-  if (product == nullptr || product->searchPorts == nullptr) return UnsupportedValue;
+  if (product == nullptr || product->searchPorts == nullptr) return shared.UnsupportedValue;
   // An active device is needed and an empty table too, so this never finds anything; programs rely on the
   // results.
   return SearchPort(*product, port) ? 1 : 0;
@@ -114,7 +114,7 @@ std::uint32_t comConnectPort(std::uint16_t port) {
 
 std::uint32_t ComDisconnect() {
   const Product* product = ActiveProduct();
-  if (product == nullptr || product->searchPorts == nullptr) return UnsupportedValue;
+  if (product == nullptr || product->searchPorts == nullptr) return shared.UnsupportedValue;
   if (product->kind == kReader) CloseTunnel();
   SerialPort* port = EntryOfActDev().pSerialPort;
   return port != nullptr && port->Close() ? 1 : 0;

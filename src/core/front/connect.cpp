@@ -25,16 +25,16 @@ void ResetSearchMarks(tsDevEntry& entry) {
 }
 
 void EmptyTableForSearch() {
-  ActDev = 0;
-  DevCnt = 0;
-  VidPidCnt = 0;
+  shared.ActDev = 0;
+  shared.DevCnt = 0;
+  shared.vidPid.VidPidCnt = 0;
   DevTable[0].CardTypeList.fill(0);
 }
 
 // The first family that finds something ends the search.
 bool Search() {
   for (const Product* product : kProducts) {
-    if ((ConnectMask & product->kind) != 0 && product->search()) return true;
+    if ((shared.search.ConnectMask & product->kind) != 0 && product->search()) return true;
   }
   return false;
 }
@@ -46,20 +46,20 @@ void LogFirmware() {
 }
 
 bool ReadDevices(std::size_t firmwareRows) {
-  for (std::int16_t index = 0; index < DevCnt; ++index) {
+  for (std::int16_t index = 0; index < shared.DevCnt; ++index) {
     EntryOfActDev().ActConfig = 0;
     UseConfig(0);
-    ActDev = index;
+    shared.ActDev = index;
     if (ReadCfgLocked() == 0) {
-      SearchErr |= TAVLYN_ERR_CONNECT;
+      shared.SearchErr |= TAVLYN_ERR_CONNECT;
       LogErrorCode(kConnect);
-      ActDev = 0;
+      shared.ActDev = 0;
       return false;
     }
     ReadFirmwareWords(firmwareRows);
     LogFirmware();
   }
-  ActDev = 0;
+  shared.ActDev = 0;
   return true;
 }
 
@@ -84,7 +84,7 @@ std::uint32_t Connect(std::uint32_t* did) {
   CloseTunnel();
   // Handles of an earlier connect stay open and are lost; serial ports stay in their entries for reuse.
   EmptyTableForSearch();
-  HidFoundCnt = 0;
+  shared.HidFoundCnt = 0;
   for (tsDevEntry& entry : DevTable.Reached()) ResetSearchMarks(entry);
   const bool found = SearchPausing();
   // Looked at once, for the device now active, and used for all of them.

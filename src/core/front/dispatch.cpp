@@ -66,11 +66,11 @@ std::uint32_t WriteDevCfgToFile(const char* path) { return Dispatch(&Product::sa
 std::uint32_t ReadDevCfgFmFile(const char* path) { return Dispatch(&Product::loadFile, path); }
 
 std::uint32_t writeDevCfgToFile_char(std::int16_t index, std::uint8_t character) {
-  return CollectPath(Buffers.savePath, index, character, WriteDevCfgToFile);
+  return CollectPath(shared.buffers.savePath, index, character, WriteDevCfgToFile);
 }
 
 std::uint32_t readDevCfgFmFile_char(std::int16_t index, std::uint8_t character) {
-  return CollectPath(Buffers.loadPath, index, character, ReadDevCfgFmFile);
+  return CollectPath(shared.buffers.loadPath, index, character, ReadDevCfgFmFile);
 }
 
 std::uint16_t GetMaxConfig() { return HighestConfig(); }
@@ -80,7 +80,7 @@ std::uint32_t SetActConfig(std::uint8_t index) { return UseConfig(index) ? 1 : 0
 std::uint32_t BeepNow(std::uint8_t count, std::int16_t longBeep) {
   const Locked lock;
   // Unlike other dispatches this one answers 0 for no device or no routine, but for a sonar sensor.
-  if (SonarIsActive()) return UnsupportedValue;
+  if (SonarIsActive()) return shared.UnsupportedValue;
   const Product* product = ActiveProduct();
   return product != nullptr && product->beep != nullptr ? product->beep(count, longBeep) : 0;
 }

@@ -24,13 +24,13 @@ void ReadFirmwareWords(std::size_t rows) {
 using namespace tavlyn;
 
 void SendGetFWVersion() {
-  for (std::int16_t index = 0; index < DevCnt; ++index) {
+  for (std::int16_t index = 0; index < shared.DevCnt; ++index) {
     // As a connect does: what is cleared belongs to the device active so far.
     EntryOfActDev().ActConfig = 0;
-    ActDev = index;
+    shared.ActDev = index;
     ReadFirmwareWords(kCpus);
   }
-  ActDev = 0;
+  shared.ActDev = 0;
 }
 
 std::uint32_t GetFirmwareVersion(std::uint16_t cpu, std::uint16_t index) {

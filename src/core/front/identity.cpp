@@ -23,22 +23,22 @@ constexpr std::array<std::uint8_t, 16> kKeyboardGuid = {0xC3, 0x96, 0x4B, 0x88, 
 
 }  // namespace
 
-std::int16_t GetDevCnt() { return DevCnt; }
-std::int16_t GetActDev() { return ActDev; }
+std::int16_t GetDevCnt() { return shared.DevCnt; }
+std::int16_t GetActDev() { return shared.ActDev; }
 
 std::uint32_t SetActDev(std::int16_t index) { return Activate(index) ? 1 : 0; }
 
 std::uint32_t GetDevByLUID(std::uint16_t luid, std::int16_t start) {
   constexpr std::uint32_t kNone = 0xFFFFFFFF;
   if (start < 0) return kNone;
-  for (std::int16_t index = start; index < DevCnt; ++index) {
+  for (std::int16_t index = start; index < shared.DevCnt; ++index) {
     if (DevTable[index].LUID == luid) return static_cast<std::uint32_t>(index);
   }
   return kNone;
 }
 
 std::uint32_t GetDevName(char* name) {
-  if (!ActiveInRange()) return UnsupportedValue;
+  if (!ActiveInRange()) return shared.UnsupportedValue;
   const tsDevEntry& entry = EntryOfActDev();
   const bool serial = entry.LinkKind == kBySerialPort;
   if (name != nullptr) {
@@ -61,7 +61,7 @@ std::uint8_t getDevName_char(std::int16_t index) {
 
 std::uint16_t GetDevType() { return EntryOfActDev().LinkKind; }
 std::uint16_t orv_GetDevType() { return GetDevType(); }
-std::uint32_t GetProduct() { return DevCnt < 1 ? 0 : EntryOfActDev().ProductKind; }
+std::uint32_t GetProduct() { return shared.DevCnt < 1 ? 0 : EntryOfActDev().ProductKind; }
 std::uint32_t GetDID() { return EntryOfActDev().DID; }
 std::uint32_t GetLUID() { return EntryOfActDev().LUID; }
 std::uint32_t GetSN() { return EntryOfActDev().SN; }
@@ -91,11 +91,11 @@ const char* getLibraryVersion_Beta() { return ""; }
 
 std::uint8_t getPartNumberString_char(std::int16_t index) {
   if (index == 0) {
-    Buffers.partNumber.fill('\0');
+    shared.buffers.partNumber.fill('\0');
     if (ActiveInRange())
       std::string_view(EntryOfActDev().PartNumber)
-          .copy(Buffers.partNumber.data(), Buffers.partNumber.size() - 1);
+          .copy(shared.buffers.partNumber.data(), shared.buffers.partNumber.size() - 1);
   }
-  if (index < 0 || static_cast<std::size_t>(index) >= Buffers.partNumber.size()) return 0;
-  return static_cast<std::uint8_t>(Buffers.partNumber[static_cast<std::size_t>(index)]);
+  if (index < 0 || static_cast<std::size_t>(index) >= shared.buffers.partNumber.size()) return 0;
+  return static_cast<std::uint8_t>(shared.buffers.partNumber[static_cast<std::size_t>(index)]);
 }

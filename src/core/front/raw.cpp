@@ -14,7 +14,7 @@ std::uint32_t GetQueuedID(std::uint16_t first, std::int16_t second) {
 
 std::uint32_t GetQueuedID_index(std::int16_t index) {
   const Product* product = ActiveProduct();
-  if (product == nullptr || product->queuedIdPart == nullptr) return UnsupportedValue;
+  if (product == nullptr || product->queuedIdPart == nullptr) return shared.UnsupportedValue;
   return product->queuedIdPart(index);  // the one dispatch whose value may be wider than 16 bits
 }
 
@@ -28,7 +28,7 @@ std::uint8_t GetRawPayload_index(std::uint16_t index) {
 
 const char* SetRawPayload(std::uint8_t c0, std::uint8_t c1, std::uint8_t c2, std::uint8_t c3, std::uint8_t c4,
                           std::uint8_t c5, std::uint8_t c6, std::uint8_t c7) {
-  auto& text = Buffers.rawText;
+  auto& text = shared.buffers.rawText;
   std::int16_t position = 0;
   for (const std::uint8_t value : {std::uint8_t{0}, c0, c1, c2, c3, c4, c5, c6, c7}) {
     SetRawPayload_index(position++, value);
