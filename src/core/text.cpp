@@ -28,8 +28,8 @@ File CreateKeyFile(const char* path) { return ThroughOwnRoom(platform::OpenPriva
 void WriteHeading(std::FILE* file, const char* title) {
   const unsigned did = EntryOfActDev().DID;
   std::fprintf(file, "%c%s\n", kCommentMark, title);
-  std::fprintf(file, "%cLibrary Version%c %d.%d.%d \n", kInformationMark, kInformationMark, kVersionMajor,
-               kVersionMinor, kVersionBuild);
+  std::fprintf(file, "%c%s %d.%d.%d \n", kInformationMark, kVersionWord, kVersionMajor, kVersionMinor,
+               kVersionBuild);
   // Each nibble in decimal, so that one above 9 takes two digits; nothing reads the line back.
   std::fprintf(file, "%cDevice FW Version%c %u%u.%u%u \n", kInformationMark, kInformationMark, did >> 12,
                did >> 8 & 15, did >> 4 & 15, did & 15);

@@ -8,7 +8,7 @@
 #include "core/wipe.h"
 #include "files/ble_memory.h"
 #include "files/integrity.h"
-#include "files/template_format.h"
+#include "files/template_parse.h"
 
 using namespace tavlyn;
 
@@ -37,7 +37,7 @@ void PrintHead(std::FILE* file, const BleBlock& block) {
 
 void PrintTail(std::FILE* file, const BleBlock& block) {
   std::fprintf(file, "\nEND %s\n", block.name);
-  std::fprintf(file, "%c--- iEndOfHwgFile\n", kCommentMark);
+  std::fprintf(file, "%c--- %s\n", kCommentMark, kHwgSumName);
 }
 
 std::uint32_t SaveBle(const BleBlock& block, const char* path) {

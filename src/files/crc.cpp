@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "core/text.h"
+#include "files/template_words.h"
 
 namespace tavlyn {
 namespace {
@@ -18,9 +19,10 @@ constexpr std::size_t kShortLine = 128;
 enum class Marker : std::uint8_t { kNone, kInsideSum, kOutsideSum };
 
 Marker MarkerOf(std::string_view line, std::string_view lineEnd) {
-  constexpr std::string_view kText = "/--- iEndOfHwgFile";
-  if (!SameText(line.substr(0, kText.size()), kText)) return Marker::kNone;
-  line.remove_prefix(kText.size());
+  for (const std::string_view word : {"/--- ", kHwgSumName}) {
+    if (!SameText(line.substr(0, word.size()), word)) return Marker::kNone;
+    line.remove_prefix(word.size());
+  }
   if (line == lineEnd) return Marker::kInsideSum;
   if (!line.starts_with(' ')) return Marker::kNone;
   return line.substr(1) == lineEnd ? Marker::kOutsideSum : Marker::kNone;
@@ -30,8 +32,9 @@ Marker MarkerOf(std::string_view line, std::string_view lineEnd) {
 std::string_view HwgValue(std::string_view line) {
   const std::size_t equals = line.find('=');
   if (equals == std::string_view::npos) return {};
-  const std::string_view name = line.substr(0, equals);
-  if (!SameText(name, "iEndOfHwgFile ") && !SameText(name, "iEndOfHwgFile")) return {};
+  std::string_view name = line.substr(0, equals);
+  if (name.ends_with(' ')) name.remove_suffix(1);
+  if (!SameText(name, kHwgSumName)) return {};
   line.remove_prefix(std::min(line.find_first_not_of('=', equals), line.size()));
   return line.substr(0, line.find('\n'));
 }
@@ -112,7 +115,7 @@ int CRC::AppendHwgTrailer(const char* path) {
   if (const int code = SumOfFile(path, sum); code != 0) return code;
   const File file = OpenFile(path, "a");
   if (file == nullptr) return 0;
-  std::fprintf(file.get(), "iEndOfHwgFile=%s", Hexadecimal(sum).data());
+  std::fprintf(file.get(), "%s=%s", kHwgSumName, Hexadecimal(sum).data());
   return 1;
 }
 
@@ -121,7 +124,8 @@ int CRC::AppendSecureTrailer(const char* path) {
   const int code = SumOfFile(path, sum);
   const File file = OpenFile(path, "a");
   if (file == nullptr) return code;
-  std::fprintf(file.get(), "%c--- iEndOfHwgFile \niEndOfHwgFile = %s", kCommentMark, Hexadecimal(sum).data());
+  std::fprintf(file.get(), "%c--- %s \n%s = %s", kCommentMark, kHwgSumName, kHwgSumName,
+               Hexadecimal(sum).data());
   return code;
 }
 
@@ -160,7 +164,7 @@ int CRC::CheckIniTrailer(std::FILE* file) {
   std::string_view line;
   if (!lines.Next(line) || !line.ends_with("\r\n")) return 0;
   Tokens tokens(line);
-  if (tokens.Next("=") != "iEndOfIniFile") return 0;
+  if (tokens.Next("=") != kIniSumName) return 0;
   const std::string_view value = tokens.Next("\r\n");
   std::uint32_t sum = 0;
   if (Compute(sum) != 0 || value != (sum != 0 ? Hexadecimal(sum).data() : "0")) return 0;

@@ -1,7 +1,9 @@
 // config load.
 #include <algorithm>
+#include <string>
 
 #include "api.h"
+#include "files/template_parse.h"
 #include "tools/tavlynctl/areas.h"
 #include "tools/tavlynctl/changes.h"
 #include "tools/tavlynctl/fields.h"
@@ -12,10 +14,6 @@
 namespace tavlyn::ctl {
 namespace {
 
-// The library loads no more of a file.
-constexpr std::size_t kLoadedConfigurations = 10;
-// First separator byte of a reader that keeps iExOutputFormat; a load clears the field of any other.
-constexpr const char* kExtendedFormat = "24";
 const std::string kOutputFormat = "IDDispParms.iExOutputFormat";
 
 bool IsSepByte(const std::string& name) { return name.starts_with(kSepBlockName); }
@@ -28,13 +26,14 @@ void Drop(Json& values, bool (*which)(const std::string&)) {
   values = std::move(kept);
 }
 
-// Separator data is loaded only over data of the same format, which its first byte names.
+std::uint8_t SepFormat(const Json& settings) {
+  return static_cast<std::uint8_t>(std::stoi(settings[SepByteName(0)].get<std::string>(), nullptr, 16));
+}
+
+// What the file does not mention stays as the reader has it.
 bool TakesSepBytes(const Json& file, const Json& reader) {
-  const std::string first = SepByteName(0);
-  const std::string old = reader[first];
-  const std::string next = file.value(first, old);
-  const std::string second = file.value(SepByteName(1), reader[SepByteName(1)].get<std::string>());
-  return old != "00" && next == old && (next != "00" || second != "00");
+  const std::uint8_t format = SepFormat(reader);
+  return MayLoadSepData(file.contains(SepByteName(0)) ? SepFormat(file) : format, format);
 }
 
 bool SepBytesDiffer(const Json& file, const Json& reader) {
@@ -50,7 +49,7 @@ void TellUnmatched(std::size_t inFile, std::size_t inReader, std::vector<std::st
   for (std::size_t index = inReader; index < inFile; ++index) {
     ignored.push_back(Numbered(index) + " of the file: the reader does not have it");
   }
-  for (std::size_t index = std::min(kLoadedConfigurations, inFile); index < inReader; ++index) {
+  for (std::size_t index = std::min(kLoadedConfigs, inFile); index < inReader; ++index) {
     ignored.push_back(Numbered(index) + " of the reader: " +
                       (index < inFile ? "only the first ten are loaded" : "the file does not hold it"));
   }
@@ -71,7 +70,7 @@ void DropUntaken(Change& change, bool plus, LoadPlan& plan) {
     plan.ignored.push_back("card type" + of + "only a plus reader has one");
     Drop(wanted, [](const std::string& name) { return name == kCardTypeName || name == kCardPriorityName; });
   }
-  if (wanted.contains(kOutputFormat) && change.before[SepByteName(0)] != kExtendedFormat) {
+  if (wanted.contains(kOutputFormat) && !KeepsOutputFormat(SepFormat(change.before))) {
     if (wanted[kOutputFormat] != 0)
       plan.ignored.push_back(kOutputFormat + of + "the reader does not have it");
     wanted[kOutputFormat] = 0;
@@ -89,7 +88,7 @@ LoadPlan PlanOf(Template file) {
   plan.ignored = std::move(file.ignored);
   const auto room = static_cast<std::size_t>(GetMaxConfig()) + 1;
   TellUnmatched(file.configurations.size(), room, plan.ignored);
-  file.configurations.resize(std::min({file.configurations.size(), room, kLoadedConfigurations}));
+  file.configurations.resize(std::min({file.configurations.size(), room, kLoadedConfigs}));
   for (Json& values : file.configurations) {
     Change change = Wanting(static_cast<int>(plan.changes.size()), std::move(values));
     DropUntaken(change, room > 1, plan);

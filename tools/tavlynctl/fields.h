@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "core/fields.h"
-#include "files/template_format.h"
+#include "files/template_words.h"
 #include "tools/tavlynctl/output.h"
 
 namespace tavlyn::ctl {

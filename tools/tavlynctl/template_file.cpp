@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <cstdio>
 #include <functional>
+#include <optional>
 #include <string_view>
 
 #include "api.h"
 #include "core/text.h"
+#include "files/template_parse.h"
 #include "tools/nearest.h"
 #include "tools/tavlynctl/fields.h"
 #include "tools/tavlynctl/file_problem.h"
@@ -14,19 +16,12 @@
 namespace tavlyn::ctl {
 namespace {
 
-// The library takes longer lines for several.
-constexpr int kLineRoom = 128;
-constexpr const char* kHwgMark = "iEndOfHwgFile";
-constexpr const char* kIniMark = "iEndOfIniFile";
-// Stands in what a library has written; a file written by hand may hold a few lines only.
-constexpr const char* kWrittenMark = ":Library Version:";
 constexpr const char* kCut = "ends in the middle of configuration ";
 constexpr const char* kHint = "; without its line :Library Version: it may hold as little as you like";
-constexpr const char* kNextMark = "##NEXTCONFIG##";
 
 void EachLine(const std::string& path, const std::function<void(const std::string&)>& take) {
   const File file(std::fopen(path.c_str(), "rb"));
-  char line[kLineRoom];
+  char line[kTemplateLineRoom];
   if (file == nullptr || std::fgets(line, sizeof line, file.get()) == nullptr) {
     throw NothingIn(path);
   }
@@ -37,27 +32,15 @@ void EachLine(const std::string& path, const std::function<void(const std::strin
 
 bool SameLetter(char a, char b) { return AsciiLower(a) == AsciiLower(b); }
 
-bool Holds(std::string_view text, std::string_view part) { return text.find(part) != std::string_view::npos; }
+// Among Settings; empty for what no reader keeps.
+std::string NameOf(const TemplateEntry& entry) {
+  if (entry.option != nullptr) return entry.option->keyword;
+  return entry.field->save == Save::kUnsaved ? "" : FullName(*entry.field);
+}
 
-// The name among Settings, and whether it is a flag: for a reader every value but 0 is then one.
-struct Keyword {
-  bool known = false;
-  std::string name;  // empty for what no reader keeps
-  bool flag = false;
-};
-
-Keyword KeywordOf(std::string_view word) {
-  for (const SavedOption& option : kSavedOptions) {
-    if (SameText(word, option.keyword)) return {true, option.keyword, true};
-  }
-  Keyword found;
-  for (const Field& field : kFields) {
-    if (!SameText(word, field.keyword)) continue;
-    found.known = true;
-    if (field.save == Save::kUnsaved) continue;
-    return {true, FullName(field), field.save == Save::kFlag};
-  }
-  return found;
+// For a reader every value of a flag but 0 is one.
+bool IsFlag(const TemplateEntry& entry) {
+  return entry.option != nullptr || entry.field->save == Save::kFlag;
 }
 
 std::string Suggested(std::string_view word) {
@@ -70,35 +53,29 @@ std::string Suggested(std::string_view word) {
   return DidYouMean(word, names);
 }
 
+std::optional<long> NumberAfter(std::string_view word, std::string_view line) {
+  long number = 0;
+  if (!line.starts_with(word) || !Scan(line.substr(word.size()), "%ld", number)) return std::nullopt;
+  return number;
+}
+
 class Parser {
  public:
   // A line, or the next piece of one.
   void Take(const std::string& piece) {
     if (begins_) ++number_;
     begins_ = piece.ends_with('\n');
-    written_ = written_ || piece.starts_with(kWrittenMark);
-    std::string_view line = Content(piece);
-    if (line.empty()) return;
-    line = line.substr(0, line.find_last_not_of("\r\n") + 1);
-    if (line.starts_with(kNextMark)) return Close();
-    const bool named = Holds(line, kSepBlockName);
-    switch (state_) {
-      case State::kEntries:
-        if (named && Holds(line, "BEGIN")) {
-          state_ = State::kSepBytes;
-          sepBytes_ = 0;
-        } else {
-          TakeEntry(line);
-        }
-        break;
-      case State::kSepBytes:
-        if (named && Holds(line, "END")) {
-          state_ = State::kCard;
-        } else {
-          TakeSepBytes(line);
-        }
-        break;
-      case State::kCard: TakeCard(std::string(line)); break;
+    written_ = written_ || piece.starts_with(kInformationMark + std::string(kVersionWord));
+    const TemplateLine line = ParseLine(piece, state_ == State::kSepBytes);
+    if (line.text.starts_with(kNextConfigMark)) return Close();
+    if (line.kind == LineKind::kSilent) return;
+    if (state_ == State::kCard) return TakeCard(line.text);
+    switch (line.kind) {
+      case LineKind::kSilent: break;
+      case LineKind::kEntry: TakeEntry(ParseEntry(line.text)); break;
+      case LineKind::kSepBegin: state_ = State::kSepBytes; break;
+      case LineKind::kSepBytes: TakeSepBytes(ParseSepBytes(line.text)); break;
+      case LineKind::kSepEnd: state_ = State::kCard; break;
     }
   }
 
@@ -136,44 +113,37 @@ class Parser {
     told_.ignored.push_back("line " + std::to_string(number_) + ": " + why);
   }
 
-  void TakeEntry(std::string_view line) {
-    Tokens tokens(line);
-    const std::string word(tokens.Next(kEntryDelimiters));
-    if (word.starts_with(kHwgMark)) return;
-    if (word == "CardType:" || word == "CardPriority:")
+  void TakeEntry(const TemplateEntry& entry) {
+    const std::string word(entry.keyword);
+    if (word.starts_with(kHwgSumName)) return;
+    if (word == kCardTypeWord || word == kCardPriorityWord)
       return Ignore(word + " counts only after separator data");
-    const Keyword keyword = KeywordOf(word);
-    std::uint16_t value = 0;
-    if (!keyword.known) return Ignore("unknown name " + word + Suggested(word));
-    if (!Scan(tokens.Next(kEntryDelimiters), "%hu", value)) return Ignore(word + " has no number");
+    if (entry.option == nullptr && entry.field == nullptr)
+      return Ignore("unknown name " + word + Suggested(word));
+    if (!entry.number) return Ignore(word + " has no number");
     entries_ = true;
-    if (keyword.name.empty()) return Ignore("no reader keeps " + word);
-    now_[keyword.name] =
-        keyword.flag ? static_cast<std::int16_t>(value != 0) : static_cast<std::int16_t>(value);
+    const std::string name = NameOf(entry);
+    if (name.empty()) return Ignore("no reader keeps " + word);
+    now_[name] = IsFlag(entry) ? std::int16_t{*entry.number != 0} : static_cast<std::int16_t>(*entry.number);
   }
 
-  void TakeSepBytes(std::string_view line) {
-    Tokens tokens(line);
-    for (auto token = tokens.Next(kDataDelimiters); !token.empty(); token = tokens.Next(kDataDelimiters)) {
-      unsigned byte = 0;
-      if (token.front() == kCommentMark) return;
-      if (sepBytes_ >= kSepFldBytes) return;
-      if (!Scan(token, "%x", byte)) return Ignore("the separator data holds something that is not a byte");
-      now_[SepByteName(sepBytes_++)] = Hex(byte & 0xFFU, 2);
+  void TakeSepBytes(const SepBytes& line) {
+    for (std::size_t at = 0; at < line.count && sepBytes_ < kSepFldBytes; ++at) {
+      now_[SepByteName(sepBytes_++)] = Hex(line.bytes[at], 2);
       entries_ = true;
     }
+    if (line.stray.empty() || line.stray.starts_with(kCommentMark) || sepBytes_ == kSepFldBytes) return;
+    Ignore("the separator data holds something that is not a byte");
   }
 
   // A card type without a priority of its own has a low one.
-  void TakeCard(const std::string& line) {
-    long type = 0;
-    int priority = 0;
-    if (std::sscanf(line.c_str(), "CardType: %ld", &type) == 1) {
-      now_[kCardTypeName] = Hex(static_cast<unsigned>(type) & 0xFFFFU, 4);
+  void TakeCard(std::string_view line) {
+    if (const auto type = NumberAfter(kCardTypeWord, line)) {
+      now_[kCardTypeName] = Hex(static_cast<unsigned>(*type) & 0xFFFFU, 4);
       now_[kCardPriorityName] = PriorityText(false);
-    } else if (std::sscanf(line.c_str(), "CardPriority: %d", &priority) == 1) {
-      now_[kCardPriorityName] = PriorityText(priority != 0);
-    } else if (!line.starts_with(kHwgMark)) {
+    } else if (const auto priority = NumberAfter(kCardPriorityWord, line)) {
+      now_[kCardPriorityName] = PriorityText(static_cast<int>(*priority) != 0);
+    } else if (!line.starts_with(kHwgSumName)) {
       Ignore("only the card type and its priority count after separator data");
     }
   }
@@ -186,7 +156,7 @@ class Parser {
   bool begins_ = true;    // the next piece begins a line
   bool entries_ = false;  // of the configuration that is being read
   bool closed_ = false;   // a configuration before it
-  bool written_ = false;
+  bool written_ = false;  // by a library; a file written by hand may hold a few lines only
 };
 
 }  // namespace
@@ -195,12 +165,10 @@ Template ParseTemplate(const std::string& path) {
   Parser parser;
   std::string head;
   EachLine(path, [&](const std::string& line) {
-    if (head.size() < kLineRoom) head += line;
+    if (head.size() < kTitleWithin) head += line;
     parser.Take(line);
   });
-  if (!Holds(head.substr(0, kLineRoom), kTemplateTitle)) {
-    throw Failure(kBadFile, path + " is no configuration file");
-  }
+  if (!HasTitle(head)) throw Failure(kBadFile, path + " is no configuration file");
   return parser.Result();
 }
 
@@ -220,7 +188,7 @@ bool HasText(const std::string& path, std::string_view text) {
 }
 
 bool HasTrailer(const std::string& path, Trailer trailer) {
-  return HasText(path, trailer == Trailer::kHwg ? kHwgMark : kIniMark);
+  return HasText(path, trailer == Trailer::kHwg ? kHwgSumName : kIniSumName);
 }
 
 void CheckTrailer(const std::string& path, Trailer trailer) {

@@ -1,19 +1,14 @@
-// The words of a template file that both its writer and its reader use.
+// The words of a template file, and of the trailers that files may have.
 #pragma once
 
 #include <array>
 #include <cstdint>
-#include <cstdio>
 
-#include "core/fields.h"
 #include "core/mirror.h"
 
 namespace tavlyn {
 
 inline constexpr const char* kTemplateTitle = "--- Tavlyn and OEM Reader Configuration Template File ---";
-// Whether it stands at the head of the file, which is then read from its start again.
-bool HasTitle(std::FILE* file);
-inline constexpr const char* kSepBlockName = "sFldSepData";
 
 // The two words that belong to no record; their keywords come before all others.
 struct SavedOption {
@@ -26,5 +21,18 @@ inline constexpr std::array kSavedOptions = {
     SavedOption{"ExtendedPrecisionMath", "ExtendedPrecisionMath", &tsCfgSlot::ExtendedPrecisionMath},
 };
 inline constexpr const char* kOptionComment = "0= off, 1 = on";
+
+inline constexpr const char* kBlockBegin = "BEGIN";
+inline constexpr const char* kBlockEnd = "END";
+inline constexpr const char* kSepBlockName = "sFldSepData";
+
+// The lines after the separator data of each configuration, where a reader has several.
+inline constexpr const char* kCardTypeWord = "CardType:";
+inline constexpr const char* kCardPriorityWord = "CardPriority:";
+inline constexpr const char* kNextConfigMark = "##NEXTCONFIG##";
+
+// What a trailer calls its sum.
+inline constexpr const char* kHwgSumName = "iEndOfHwgFile";
+inline constexpr const char* kIniSumName = "iEndOfIniFile";
 
 }  // namespace tavlyn

@@ -4,7 +4,7 @@
 #include "core/openings.h"
 #include "core/text.h"
 #include "files/template_file.h"
-#include "files/template_format.h"
+#include "files/template_words.h"
 
 namespace tavlyn {
 namespace {
@@ -103,15 +103,15 @@ void PrintConfig(std::FILE* file, const tsCfgSlot& slot) {
   std::fprintf(file, "%c Comment and Blank Lines between data bytes are optional.\n", kCommentMark);
   std::fprintf(file, "%c ASCII Hex data bytes may be separated by Comma, Period, Space or Tab.\n",
                kCommentMark);
-  std::fprintf(file, "\nBEGIN %s\n", kSepBlockName);
+  std::fprintf(file, "\n%s %s\n", kBlockBegin, kSepBlockName);
   SepPrinter(file, slot).Print();
-  std::fprintf(file, "\nEND %s\n", kSepBlockName);
+  std::fprintf(file, "\n%s %s\n", kBlockEnd, kSepBlockName);
 }
 
 void PrintCard(std::FILE* file, const tsCfgSlot& slot) {
-  std::fprintf(file, "CardType: %d / Card type code\n", slot.CardType);
-  std::fprintf(file, "CardPriority: %d / 0=Low, 1=High Priority\n", slot.CardPriority);
-  std::fputs("##NEXTCONFIG##\n", file);
+  std::fprintf(file, "%s %d / Card type code\n", kCardTypeWord, slot.CardType);
+  std::fprintf(file, "%s %d / 0=Low, 1=High Priority\n", kCardPriorityWord, slot.CardPriority);
+  std::fprintf(file, "%s\n", kNextConfigMark);
 }
 
 }  // namespace

@@ -9,19 +9,13 @@
 #include "core/text.h"
 #include "core/wipe.h"
 #include "files/template_file.h"
-#include "files/template_format.h"
+#include "files/template_parse.h"
 #include "reader/records.h"
 
 namespace tavlyn {
 namespace {
 
-constexpr std::size_t kTitleWithin = 128;
-constexpr int kLineRoom = 128;
 constexpr int kCardLineRoom = 257;
-// First byte of a separator area whose reader keeps iExOutputFormat.
-constexpr std::uint8_t kExtendedFormat = 0x24;
-// The eleventh configuration of a reader is never loaded.
-constexpr unsigned kLoadedConfigs = 10;
 
 // In this order the records are compared and pushed.
 constexpr std::array kPushOrder = {kIDBitCnts,   kTimeParms,    kCfgFlags,     kCfgFlags2, kCfgFlags3,
@@ -36,59 +30,35 @@ struct Parsed {
   std::size_t sepBytes = 0;
 };
 
-void StoreKeyword(std::string_view keyword, std::uint16_t value, Parsed& parsed) {
-  for (const SavedOption& option : kSavedOptions) {
-    if (!SameText(keyword, option.keyword)) continue;
-    parsed.slot.*option.word = value;
-    return;
-  }
-  const auto named =
-      std::ranges::find_if(kFields, [&](const Field& each) { return SameText(keyword, each.keyword); });
-  if (named == kFields.end()) return;
-  parsed.slot[named->id] = static_cast<std::int16_t>(value);
-  if (named->id == field::IDDispParms_iExOutputFormat) parsed.outputFormatGiven = true;
+void TakeEntry(const TemplateEntry& entry, Parsed& parsed) {
+  if (!entry.number) return;
+  if (entry.option != nullptr) parsed.slot.*entry.option->word = *entry.number;
+  if (entry.field == nullptr) return;
+  parsed.slot[entry.field->id] = static_cast<std::int16_t>(*entry.number);
+  if (entry.field->id == field::IDDispParms_iExOutputFormat) parsed.outputFormatGiven = true;
 }
 
-void TakeSepBytes(std::string_view line, Parsed& parsed) {
-  Tokens tokens(line);
-  for (std::string_view token = tokens.Next(kDataDelimiters); !token.empty();
-       token = tokens.Next(kDataDelimiters)) {
-    unsigned byte = 0;
-    if (parsed.sepBytes >= kSepFldBytes || !Scan(token, "%x", byte)) return;
-    parsed.slot.sFldSepData[parsed.sepBytes++] = static_cast<std::uint8_t>(byte);
-  }
-}
-
-void TakeEntry(std::string_view line, Parsed& parsed) {
-  Tokens tokens(line);
-  const std::string_view keyword = tokens.Next(kEntryDelimiters);
-  const std::string_view value = tokens.Next(kEntryDelimiters);
-  std::uint16_t number = 0;
-  if (!value.empty() && Scan(value, "%hu", number)) StoreKeyword(keyword, number, parsed);
+void TakeSepBytes(const SepBytes& line, Parsed& parsed) {
+  const std::size_t taken = std::min(line.count, kSepFldBytes - parsed.sepBytes);
+  std::copy_n(line.bytes.begin(), taken, parsed.slot.sFldSepData.begin() + parsed.sepBytes);
+  parsed.sepBytes += taken;
 }
 
 // False at the end of the configuration.
-bool TakeLine(std::string_view line, Parsed& parsed) {
-  line = Content(line);
-  if (line.empty()) return true;
-  const bool named = line.find(kSepBlockName) != std::string_view::npos;
-  if (parsed.inSepBlock) {
-    if (named && line.find("END") != std::string_view::npos) return false;
-    TakeSepBytes(line, parsed);
-  } else if (named && line.find("BEGIN") != std::string_view::npos) {
-    parsed.inSepBlock = true;
-    parsed.sepBytes = 0;
-  } else {
-    TakeEntry(line, parsed);
+bool TakeLine(std::string_view text, Parsed& parsed) {
+  const TemplateLine line = ParseLine(text, parsed.inSepBlock);
+  switch (line.kind) {
+    case LineKind::kSilent: break;
+    case LineKind::kEntry: TakeEntry(ParseEntry(line.text), parsed); break;
+    case LineKind::kSepBegin: parsed.inSepBlock = true; break;
+    case LineKind::kSepBytes: TakeSepBytes(ParseSepBytes(line.text), parsed); break;
+    case LineKind::kSepEnd: return false;
   }
   return true;
 }
 
-// A file may change the separator data but never its format byte.
 bool MayPushSepData(const tsCfgSlot& from, const tsCfgSlot& to) {
-  const auto& area = from.sFldSepData;
-  return (area[0] != 0 || area[1] != 0) && to.sFldSepData[0] != 0 && area[0] == to.sFldSepData[0] &&
-         area != to.sFldSepData;
+  return MayLoadSepData(from.sFldSepData[0], to.sFldSepData[0]) && from.sFldSepData != to.sFldSepData;
 }
 
 void Push(const tsCfgSlot& from, const tsCfgSlot& to) {
@@ -107,10 +77,10 @@ void Push(const tsCfgSlot& from, const tsCfgSlot& to) {
 void LoadConfig(std::FILE* file) {
   const tsCfgSlot& slot = EntryOfActDev().ActiveSlot();
   Parsed parsed{.slot = slot};
-  char line[kLineRoom];
+  char line[kTemplateLineRoom];
   while (std::fgets(line, sizeof line, file) != nullptr && TakeLine(line, parsed)) {
   }
-  if (parsed.outputFormatGiven && slot.sFldSepData[0] != kExtendedFormat) {
+  if (parsed.outputFormatGiven && !KeepsOutputFormat(slot.sFldSepData[0])) {
     parsed.slot[field::IDDispParms_iExOutputFormat] = 0;
   }
   Push(parsed.slot, slot);
@@ -154,14 +124,6 @@ std::uint32_t LoadConfigs(std::FILE* file, unsigned highest) {
 }
 
 }  // namespace
-
-bool HasTitle(std::FILE* file) {
-  std::array<char, kTitleWithin> head;
-  const std::size_t got = std::fread(head.data(), 1, head.size(), file);
-  const bool found = std::string_view(head.data(), got).find(kTemplateTitle) != std::string_view::npos;
-  std::rewind(file);
-  return found;
-}
 
 std::uint32_t LoadTemplateFile(const char* path) {
   const File file = OpenFile(path, "r");
