@@ -1,6 +1,7 @@
 #include "sim/rack.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <sstream>
 #include <utility>
@@ -27,6 +28,33 @@ std::string Whereabouts(const std::string& word, const HidIdentity& identity, bo
 
 }  // namespace
 
+template <Fault kFault>
+bool Rack::ArmFault(const Words& words, std::string& reply) {
+  const auto count = ParseNumber<int>(words[1]);
+  if (!count || *count < 1) return Fail(reply, words[1] + ": exchanges count from 1");
+  Faults& faults = chosen_->GetFaults();
+  faults.ArmAt(kFault, faults.Exchanges() + *count);
+  return true;
+}
+
+template <std::chrono::milliseconds LineManner::*kPause>
+bool Rack::SetManner(const Words& words, std::string& reply) {
+  const auto ms = ParseNumber<unsigned>(words[1]);
+  if (!ms || *ms > kLongestPause) return Fail(reply, words[1] + ": 0 to 60000 milliseconds");
+  if (chosen_->line == nullptr) return Fail(reply, words[0] + ": the device is on no line");
+  chosen_->manner.*kPause = std::chrono::milliseconds(*ms);
+  return true;
+}
+
+template <void (FaultyLine::*kDisturb)(std::size_t bytes)>
+bool Rack::DisturbLine(const Words& words, std::string& reply) {
+  const auto count = ParseNumber<std::size_t>(words[1]);
+  if (!count || *count > kMostNoise) return Fail(reply, words[1] + ": a count of bytes");
+  if (chosen_->line == nullptr) return Fail(reply, words[0] + ": the device is on no line");
+  (chosen_->line.get()->*kDisturb)(*count);
+  return true;
+}
+
 struct Rack::Verb {
   CommandText text;
   std::size_t words;  // with the name
@@ -42,18 +70,21 @@ const Rack::Verb Rack::kVerbs[] = {
     {{"refuse", "N", "the Nth exchange from now on is refused; on a line the Nth byte is lost"},
      2,
      true,
-     &Rack::ArmFault},
-    {{"garble", "N", "its bits arrive turned over"}, 2, true, &Rack::ArmFault},
-    {{"vanish", "N", "the device is gone from there on"}, 2, true, &Rack::ArmFault},
-    {{"drop", "N", "a command is taken but not run"}, 2, true, &Rack::ArmFault},
-    {{"late", "N", "a fetch brings what the fetch before brought"}, 2, true, &Rack::ArmFault},
-    {{"delay", "MS", "on a line: so long before each answer"}, 2, true, &Rack::SetManner},
+     &Rack::ArmFault<Fault::kRefuse>},
+    {{"garble", "N", "its bits arrive turned over"}, 2, true, &Rack::ArmFault<Fault::kGarble>},
+    {{"vanish", "N", "the device is gone from there on"}, 2, true, &Rack::ArmFault<Fault::kVanish>},
+    {{"drop", "N", "a command is taken but not run"}, 2, true, &Rack::ArmFault<Fault::kDrop>},
+    {{"late", "N", "a fetch brings what the fetch before brought"}, 2, true, &Rack::ArmFault<Fault::kDelay>},
+    {{"delay", "MS", "on a line: so long before each answer"}, 2, true, &Rack::SetManner<&LineManner::delay>},
     {{"slow", "MS", "on a line: answers come byte by byte, with so long between them"},
      2,
      true,
-     &Rack::SetManner},
-    {{"cut", "N", "on a line: cut after the next N bytes of the device"}, 2, true, &Rack::DisturbLine},
-    {{"flood", "N", "on a line: N bytes of noise"}, 2, true, &Rack::DisturbLine},
+     &Rack::SetManner<&LineManner::betweenBytes>},
+    {{"cut", "N", "on a line: cut after the next N bytes of the device"},
+     2,
+     true,
+     &Rack::DisturbLine<&FaultyLine::CutAfter>},
+    {{"flood", "N", "on a line: N bytes of noise"}, 2, true, &Rack::DisturbLine<&FaultyLine::Flood>},
     {{"heal", "", "ends all of these, and counts exchanges from 0 again"}, 1, true, &Rack::Heal},
     {{"exchanges", "", "how many there were"}, 1, true, &Rack::CountExchanges},
     {{"traffic", "", "what went over, while it is recorded"}, 1, true, &Rack::ShowTraffic},
@@ -147,37 +178,6 @@ bool Rack::Reset(const Words&, std::string&) {
 
 bool Rack::Unplug(const Words&, std::string&) {
   chosen_->model->Unplug();
-  return true;
-}
-
-bool Rack::ArmFault(const Words& words, std::string& reply) {
-  const auto count = ParseNumber<int>(words[1]);
-  if (!count || *count < 1) return Fail(reply, words[1] + ": exchanges count from 1");
-  Faults& faults = chosen_->GetFaults();
-  const int exchange = faults.Exchanges() + *count;
-  if (words[0] == "refuse") faults.RefuseAt(exchange);
-  if (words[0] == "garble") faults.GarbleAt(exchange);
-  if (words[0] == "drop") faults.DropAt(exchange);
-  if (words[0] == "late") faults.DelayAt(exchange);
-  if (words[0] == "vanish") faults.VanishAt(exchange);
-  return true;
-}
-
-bool Rack::SetManner(const Words& words, std::string& reply) {
-  const auto ms = ParseNumber<unsigned>(words[1]);
-  if (!ms || *ms > kLongestPause) return Fail(reply, words[1] + ": 0 to 60000 milliseconds");
-  if (chosen_->line == nullptr) return Fail(reply, words[0] + ": the device is on no line");
-  LineManner& manner = chosen_->manner;
-  (words[0] == "delay" ? manner.delay : manner.betweenBytes) = std::chrono::milliseconds(*ms);
-  return true;
-}
-
-bool Rack::DisturbLine(const Words& words, std::string& reply) {
-  const auto count = ParseNumber<std::size_t>(words[1]);
-  if (!count || *count > kMostNoise) return Fail(reply, words[1] + ": a count of bytes");
-  if (chosen_->line == nullptr) return Fail(reply, words[0] + ": the device is on no line");
-  if (words[0] == "cut") chosen_->line->CutAfter(*count);
-  if (words[0] == "flood") chosen_->line->Flood(*count);
   return true;
 }
 

@@ -2,18 +2,19 @@
 // sim/carriers/standin_control.h and keeps the record of the traffic. It takes no lock; its carrier does.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <span>
 #include <string>
 #include <vector>
 
-#include "sim/carriers/paced_line.h"
-#include "sim/carriers/transcript.h"
 #include "sim/devices/device.h"
 #include "sim/devices/faults.h"
 #include "sim/devices/model.h"
 #include "sim/line_place.h"
+#include "sim/paced_line.h"
+#include "sim/transcript.h"
 #include "sim/words.h"
 
 namespace tavlyn::sim {
@@ -82,8 +83,11 @@ class Rack {
   bool List(const Words& words, std::string& reply);
   bool Reset(const Words& words, std::string& reply);
   bool Unplug(const Words& words, std::string& reply);
+  template <Fault kFault>
   bool ArmFault(const Words& words, std::string& reply);
+  template <std::chrono::milliseconds LineManner::*kPause>
   bool SetManner(const Words& words, std::string& reply);
+  template <void (FaultyLine::*kDisturb)(std::size_t bytes)>
   bool DisturbLine(const Words& words, std::string& reply);
   bool Heal(const Words& words, std::string& reply);
   bool CountExchanges(const Words& words, std::string& reply);

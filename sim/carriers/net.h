@@ -4,8 +4,13 @@
 
 #ifdef _WIN32
 #include <winsock2.h>
+
+// winsock2.h has to come first.
+#include <ws2tcpip.h>
 #else
+#include <netinet/in.h>
 #include <poll.h>
+#include <sys/socket.h>
 #endif
 
 #include <array>
@@ -20,6 +25,9 @@ using Socket = decltype(pollfd::fd);
 inline constexpr Socket kNone = static_cast<Socket>(-1);
 
 using Ip = std::array<std::uint8_t, 4>;
+
+// As the system's own calls take it.
+sockaddr_in AddressOf(const Ip& ip, std::uint16_t port);
 
 enum class Kind { kStream, kDatagram };
 

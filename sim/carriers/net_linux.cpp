@@ -13,14 +13,6 @@ namespace {
 
 constexpr std::size_t kLongestDatagram = 512;
 
-sockaddr_in Native(const Ip& ip, std::uint16_t port) {
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_port = htons(port);
-  std::memcpy(&address.sin_addr, ip.data(), ip.size());
-  return address;
-}
-
 int Outcome(ssize_t count, bool endsAtZero) {
   if (count > 0 || (count == 0 && !endsAtZero)) return static_cast<int>(count);
   return count < 0 && errno == EAGAIN ? kLater : kOver;
@@ -35,7 +27,7 @@ Socket Open(Kind kind, const Ip& ip, std::uint16_t port) {
   const int on = 1;
   // A connection of before that still lingers keeps no one from the port. Datagrams are not shared.
   if (streams) setsockopt(made, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
-  const sockaddr_in address = Native(ip, port);
+  const sockaddr_in address = AddressOf(ip, port);
   constexpr int kWaiting = 1024;
   const bool bound = bind(made, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
   if (bound && (!streams || listen(made, kWaiting) == 0)) return made;
@@ -43,13 +35,6 @@ Socket Open(Kind kind, const Ip& ip, std::uint16_t port) {
   close(made);
   errno = reason;
   return kNone;
-}
-
-std::uint16_t PortOf(Socket bound) {
-  sockaddr_in address{};
-  socklen_t size = sizeof address;
-  getsockname(bound, reinterpret_cast<sockaddr*>(&address), &size);
-  return ntohs(address.sin_port);
 }
 
 Socket Accept(Socket listening) {
@@ -94,7 +79,7 @@ bool ReceiveDatagram(Socket socket, Datagram& datagram) {
 }
 
 void SendDatagram(Socket socket, const Datagram& to) {
-  const sockaddr_in peer = Native(to.ip, to.port);
+  const sockaddr_in peer = AddressOf(to.ip, to.port);
   sendto(socket, to.bytes.data(), to.bytes.size(), MSG_NOSIGNAL, reinterpret_cast<const sockaddr*>(&peer),
          sizeof peer);
 }

@@ -17,14 +17,6 @@ void StartUp() {
   static_cast<void>(started);
 }
 
-sockaddr_in Native(const Ip& ip, std::uint16_t port) {
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_port = htons(port);
-  std::memcpy(&address.sin_addr, ip.data(), ip.size());
-  return address;
-}
-
 void DoNotWait(Socket socket) {
   u_long on = 1;
   ioctlsocket(socket, static_cast<long>(FIONBIO), &on);
@@ -49,7 +41,7 @@ Socket Open(Kind kind, const Ip& ip, std::uint16_t port) {
   if (made == kNone) return kNone;
   DoNotInherit(made);
   DoNotWait(made);
-  const sockaddr_in address = Native(ip, port);
+  const sockaddr_in address = AddressOf(ip, port);
   constexpr int kWaiting = 1024;
   const bool bound = bind(made, reinterpret_cast<const sockaddr*>(&address), kAddressBytes) == 0;
   if (bound && (!streams || listen(made, kWaiting) == 0)) return made;
@@ -57,13 +49,6 @@ Socket Open(Kind kind, const Ip& ip, std::uint16_t port) {
   closesocket(made);
   WSASetLastError(reason);
   return kNone;
-}
-
-std::uint16_t PortOf(Socket bound) {
-  sockaddr_in address{};
-  int size = kAddressBytes;
-  getsockname(bound, reinterpret_cast<sockaddr*>(&address), &size);
-  return ntohs(address.sin_port);
 }
 
 Socket Accept(Socket listening) {
@@ -106,7 +91,7 @@ bool ReceiveDatagram(Socket socket, Datagram& datagram) {
 }
 
 void SendDatagram(Socket socket, const Datagram& to) {
-  const sockaddr_in peer = Native(to.ip, to.port);
+  const sockaddr_in peer = AddressOf(to.ip, to.port);
   sendto(socket, reinterpret_cast<const char*>(to.bytes.data()), static_cast<int>(to.bytes.size()), 0,
          reinterpret_cast<const sockaddr*>(&peer), kAddressBytes);
 }

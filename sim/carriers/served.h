@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "sim/carriers/net.h"
-#include "sim/carriers/paced_line.h"
+#include "sim/paced_line.h"
 
 namespace tavlyn::sim {
 

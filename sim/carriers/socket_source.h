@@ -5,8 +5,8 @@
 #include <string>
 #include <utility>
 
-#include "sim/carriers/source.h"
 #include "sim/carriers/wire.h"
+#include "sim/source.h"
 
 namespace tavlyn::sim {
 

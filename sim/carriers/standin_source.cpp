@@ -3,9 +3,9 @@
 #include <cstdlib>
 #include <string>
 
-#include "sim/carriers/rack_source.h"
 #include "sim/carriers/socket_source.h"
 #include "sim/carriers/wire.h"
+#include "sim/rack_source.h"
 
 namespace tavlyn::sim {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-#include "sim/carriers/source.h"
+#include "sim/source.h"
 
 namespace tavlyn::sim {
 

@@ -6,7 +6,7 @@
 #include <functional>
 
 #include "platform/platform.h"
-#include "sim/carriers/transcript.h"
+#include "sim/transcript.h"
 
 namespace tavlyn::sim {
 

@@ -13,9 +13,9 @@
 #include <vector>
 
 #include "platform/platform.h"
-#include "sim/carriers/transcript.h"
 #include "sim/carriers/virtual_clock.h"
 #include "sim/devices/device.h"
+#include "sim/transcript.h"
 
 namespace tavlyn::sim {
 

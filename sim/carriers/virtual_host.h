@@ -9,12 +9,12 @@
 #include <vector>
 
 #include "platform/platform.h"
-#include "sim/carriers/transcript.h"
 #include "sim/carriers/virtual_clock.h"
 #include "sim/carriers/virtual_com_ports.h"
 #include "sim/carriers/virtual_hid.h"
 #include "sim/carriers/virtual_libusb.h"
 #include "sim/carriers/virtual_sockets.h"
+#include "sim/transcript.h"
 
 namespace tavlyn::sim {
 

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "platform/platform.h"
-#include "sim/carriers/transcript.h"
 #include "sim/devices/device.h"
+#include "sim/transcript.h"
 
 namespace tavlyn::sim {
 

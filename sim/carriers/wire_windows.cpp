@@ -16,10 +16,8 @@ net::Socket Connect(const char* name) {
   if (std::strncmp(name, kLoopbackText, sizeof kLoopbackText - 1) != 0) return net::kNone;
   WSADATA data;
   if (WSAStartup(MAKEWORD(2, 2), &data) != 0) return net::kNone;
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_port = htons(static_cast<u_short>(std::atoi(name + sizeof kLoopbackText - 1)));
-  std::memcpy(&address.sin_addr, kLoopback.data(), kLoopback.size());
+  const auto port = static_cast<std::uint16_t>(std::atoi(name + sizeof kLoopbackText - 1));
+  const sockaddr_in address = net::AddressOf(kLoopback, port);
   net::Socket made = socket(AF_INET, SOCK_STREAM, 0);
   if (connect(made, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) net::Close(made);
   // A question is one small message, and its answer is waited for.

@@ -1,5 +1,8 @@
 // What a simulated device is to the carriers that lead to it. A model does no input or output of its own:
 // it is handed reports or bytes, answers as the firmware would, and keeps its state until it is destroyed.
+//
+// The models deliberately share no type and no code with the library, even where both have the same, like a
+// usage or a block of eight bytes: an error in what they shared would be made on both sides and never show.
 #pragma once
 
 #include <cstddef>

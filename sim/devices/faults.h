@@ -33,7 +33,9 @@ class Faults {
   void GarbleAt(int exchange, int times = 1) { Arm(Fault::kGarble, exchange, times); }
   void DropAt(int exchange, int times = 1) { Arm(Fault::kDrop, exchange, times); }
   void DelayAt(int exchange, int times = 1) { Arm(Fault::kDelay, exchange, times); }
-  void VanishAt(int exchange) { Arm(Fault::kVanish, exchange, kAlways); }
+  void VanishAt(int exchange) { ArmAt(Fault::kVanish, exchange); }
+  // Whichever it is, once; but who vanishes stays away.
+  void ArmAt(Fault fault, int exchange) { Arm(fault, exchange, fault == Fault::kVanish ? kAlways : 1); }
 
   // By command, matched by its leading bytes: the report's payload, or INS P1 P2 P3 of a frame. The longest
   // and then the latest match counts.

@@ -2,7 +2,7 @@
 #include <array>
 #include <stdexcept>
 
-#include "sim/carriers/paced_line.h"
+#include "sim/paced_line.h"
 #include "tests/boundary/cable_windows.h"
 #include "tests/boundary/far_end.h"
 #include "tests/boundary/passing.h"

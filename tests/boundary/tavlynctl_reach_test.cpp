@@ -1,11 +1,7 @@
 // What tavlynctl says of ports and adapters at which no reader is found.
-#include <arpa/inet.h>
 #include <gtest/gtest.h>
-#include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
-
-#include <cstring>
 
 #include "tests/boundary/bare_port.h"
 #include "tests/boundary/far_end.h"
@@ -14,20 +10,12 @@
 namespace tavlyn::boundary {
 namespace {
 
-sockaddr_in AddressOf(const Ip& ip, std::uint16_t port) {
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_port = htons(port);
-  std::memcpy(&address.sin_addr, ip.data(), ip.size());
-  return address;
-}
-
 // A connection of this program's.
 class Client {
  public:
   Client(const Ip& ip, std::uint16_t port)
       : socket_(Checked(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0), "socket")) {
-    const sockaddr_in peer = AddressOf(ip, port);
+    const sockaddr_in peer = sim::net::AddressOf(ip, port);
     Checked(connect(socket_.get(), reinterpret_cast<const sockaddr*>(&peer), sizeof peer), "connect");
   }
 
@@ -40,13 +28,10 @@ class FullPort {
  public:
   explicit FullPort(const Ip& ip)
       : socket_(Checked(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0), "socket")) {
-    sockaddr_in own = AddressOf(ip, 0);
-    socklen_t size = sizeof own;
-    auto* address = reinterpret_cast<sockaddr*>(&own);
-    Checked(bind(socket_.get(), address, size), "bind");
+    const sockaddr_in own = sim::net::AddressOf(ip, 0);
+    Checked(bind(socket_.get(), reinterpret_cast<const sockaddr*>(&own), sizeof own), "bind");
     Checked(listen(socket_.get(), 0), "listen");
-    Checked(getsockname(socket_.get(), address, &size), "name");
-    port_ = ntohs(own.sin_port);
+    port_ = sim::net::PortOf(socket_.get());
     const Client gone(ip, port_);  // which nobody has taken yet
   }
   [[nodiscard]] std::uint16_t Port() const { return port_; }

@@ -5,8 +5,8 @@
 
 #include <string>
 
-#include "sim/carriers/transcript.h"
 #include "sim/devices/hex.h"
+#include "sim/transcript.h"
 #include "tests/support/exchange.h"
 
 namespace tavlyn::test {

@@ -1,5 +1,5 @@
 // How slowly a device's bytes go out, with the time given.
-#include "sim/carriers/paced_line.h"
+#include "sim/paced_line.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "sim/carriers/transcript.h"
+#include "sim/transcript.h"
 
 namespace tavlyn::test {
 

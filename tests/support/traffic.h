@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "sim/carriers/transcript.h"
+#include "sim/transcript.h"
 
 namespace tavlyn::test {
 

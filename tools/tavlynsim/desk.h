@@ -7,7 +7,7 @@
 #include <string_view>
 #include <utility>
 
-#include "sim/carriers/rack_source.h"
+#include "sim/rack_source.h"
 
 namespace tavlyn::sim {
 

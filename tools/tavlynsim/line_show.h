@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "sim/carriers/served.h"
-#include "sim/carriers/source.h"
+#include "sim/source.h"
 
 namespace tavlyn::sim {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "sim/carriers/source.h"
+#include "sim/source.h"
 
 namespace tavlyn::sim {
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "sim/carriers/net.h"
-#include "sim/carriers/source.h"
+#include "sim/source.h"
 
 namespace tavlyn::sim {
 

@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-#include "sim/carriers/source.h"
+#include "sim/source.h"
 #include "sim/carriers/windows/node.h"
 
 namespace tavlyn::sim {

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "sim/carriers/paced_line.h"
 #include "sim/devices/device.h"
 #include "sim/line_place.h"
+#include "sim/paced_line.h"
 
 namespace tavlyn::sim {
 

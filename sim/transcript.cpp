@@ -1,4 +1,4 @@
-#include "sim/carriers/transcript.h"
+#include "sim/transcript.h"
 
 #include <array>
 #include <utility>

@@ -3,8 +3,8 @@
 
 #include <mutex>
 
-#include "sim/carriers/source.h"
 #include "sim/rack.h"
+#include "sim/source.h"
 
 namespace tavlyn::sim {
 

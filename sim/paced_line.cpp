@@ -1,4 +1,4 @@
-#include "sim/carriers/paced_line.h"
+#include "sim/paced_line.h"
 
 #include <array>
 

@@ -1,4 +1,4 @@
-#include "sim/carriers/rack_source.h"
+#include "sim/rack_source.h"
 
 namespace tavlyn::sim {
 namespace {
