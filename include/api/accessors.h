@@ -150,16 +150,16 @@ TAVLYN_API uint16_t TAVLYN_CALL setIDDispParms_iELDelim(int16_t value);
 
 /** @return The word iIDDispLen. With bFixLenDsp, length to which the ID is padded with zeros: at most 25. */
 TAVLYN_API int16_t TAVLYN_CALL getIDDispParms_iIDDispLen(void);
-/** @param value The word iIDDispLen. With bFixLenDsp, length to which the ID is padded with zeros: at most
- *   25. Out of range gives 0 and TAVLYN_ERR_ID_DISP_PARMS + 2.
+/** @param value The word iIDDispLen. With bFixLenDsp, length to which the ID is padded with zeros: at
+ *   most 25. Out of range gives 0 and TAVLYN_ERR_ID_DISP_PARMS + 2.
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setIDDispParms_iIDDispLen(int16_t value);
 
 /** @return The word iFACDispLen. With bFixLenDsp, length to which the FAC is padded with zeros: at most 25.
  */
 TAVLYN_API int16_t TAVLYN_CALL getIDDispParms_iFACDispLen(void);
-/** @param value The word iFACDispLen. With bFixLenDsp, length to which the FAC is padded with zeros: at most
- *   25. Out of range gives 0 and TAVLYN_ERR_ID_DISP_PARMS + 3.
+/** @param value The word iFACDispLen. With bFixLenDsp, length to which the FAC is padded with zeros: at
+ *   most 25. Out of range gives 0 and TAVLYN_ERR_ID_DISP_PARMS + 3.
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setIDDispParms_iFACDispLen(int16_t value);
 
@@ -193,16 +193,16 @@ TAVLYN_API uint16_t TAVLYN_CALL setIDDispParms_iPad7(int16_t value);
  * By way of GetTimeParms() and SetTimeParms().
  * @{ */
 
-/** @return The word iBitStrmTO. A Wiegand read times out after this time: at most 1020 milliseconds, steps of
- *   4. */
+/** @return The word iBitStrmTO. A Wiegand read times out after this time: at most 1020 milliseconds, steps
+ *   of 4. */
 TAVLYN_API int16_t TAVLYN_CALL getTimeParms_iBitStrmTO(void);
 /** @param value The word iBitStrmTO. A Wiegand read times out after this time: at most 1020 milliseconds,
  *   steps of 4. Out of range gives 0 and TAVLYN_ERR_TIME_PARMS.
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setTimeParms_iBitStrmTO(int16_t value);
 
-/** @return The word iIDHoldTO. A card ID remains valid for this time: at most 12750 milliseconds, steps of
- *   50. */
+/** @return The word iIDHoldTO. A card ID remains valid for this time: at most 12750 milliseconds, steps
+ *   of 50. */
 TAVLYN_API int16_t TAVLYN_CALL getTimeParms_iIDHoldTO(void);
 /** @param value The word iIDHoldTO. A card ID remains valid for this time: at most 12750 milliseconds, steps
  *   of 50. Out of range gives 0 and TAVLYN_ERR_TIME_PARMS + 1.
@@ -220,8 +220,8 @@ TAVLYN_API uint16_t TAVLYN_CALL setTimeParms_iIDLockOutTm(int16_t value);
 /** @return The word iUSBKeyPrsTm. How long a USB key stays pressed: at most 1020 milliseconds, steps of 4. Of
  *   a magstripe reader it is a word of its own, outside the record; of a sonar sensor unsupported. */
 TAVLYN_API int16_t TAVLYN_CALL getTimeParms_iUSBKeyPrsTm(void);
-/** @param value The word iUSBKeyPrsTm. How long a USB key stays pressed: at most 1020 milliseconds, steps of
- *   4. Out of range gives 0 and TAVLYN_ERR_TIME_PARMS + 3. Of a magstripe reader it is a word of its own,
+/** @param value The word iUSBKeyPrsTm. How long a USB key stays pressed: at most 1020 milliseconds, steps
+ *   of 4. Out of range gives 0 and TAVLYN_ERR_TIME_PARMS + 3. Of a magstripe reader it is a word of its own,
  *   outside the record and without a range; of a sonar sensor unsupported.
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setTimeParms_iUSBKeyPrsTm(int16_t value);
@@ -229,8 +229,8 @@ TAVLYN_API uint16_t TAVLYN_CALL setTimeParms_iUSBKeyPrsTm(int16_t value);
 /** @return The word iUSBKeyRlsTm. How long a USB key stays released: at most 1020 milliseconds, steps of 4.
  *   Of a magstripe reader it is a word of its own, outside the record; of a sonar sensor unsupported. */
 TAVLYN_API int16_t TAVLYN_CALL getTimeParms_iUSBKeyRlsTm(void);
-/** @param value The word iUSBKeyRlsTm. How long a USB key stays released: at most 1020 milliseconds, steps of
- *   4. Out of range gives 0 and TAVLYN_ERR_TIME_PARMS + 4. Of a magstripe reader it is a word of its own,
+/** @param value The word iUSBKeyRlsTm. How long a USB key stays released: at most 1020 milliseconds, steps
+ *   of 4. Out of range gives 0 and TAVLYN_ERR_TIME_PARMS + 4. Of a magstripe reader it is a word of its own,
  *   outside the record and without a range; of a sonar sensor unsupported.
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setTimeParms_iUSBKeyRlsTm(int16_t value);

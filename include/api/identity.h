@@ -16,8 +16,8 @@ TAVLYN_API int16_t TAVLYN_CALL GetActDev(void);
 
 /** Makes the device at an index active. No error word is touched.
  * @param index 0 to GetDevCnt() - 1.
- * @return 1, or 0 when there is no such device, which changes nothing; only an empty table sets the index to
- *   0. */
+ * @return 1, or 0 when there is no such device, which changes nothing; only an empty table sets the index
+ *   to 0. */
 TAVLYN_API uint32_t TAVLYN_CALL SetActDev(int16_t index);
 
 /** Finds a device by its logical unit ID.

@@ -75,8 +75,8 @@ TAVLYN_API uint32_t TAVLYN_CALL GetIDDispParms(tsIDDispParms* record);
 /** Changes tsIDDispParms in the mirror, for the next WriteCfg(): how an ID is shown.
  * @param record the eight words, in the ranges of tsIDDispParms.
  * @return 1, or 0 with nothing stored and the error word TAVLYN_ERR_SET_NULL (null pointer),
- *   TAVLYN_ERR_ID_DISP_PARMS (iFACIDDelim above 255), + 1 (iELDelim above 255), + 2 (iIDDispLen above 25) or
- *   + 3 (iFACDispLen above 25); unsupported with no device. */
+ *   TAVLYN_ERR_ID_DISP_PARMS (iFACIDDelim above 255), + 1 (iELDelim above 255), + 2 (iIDDispLen above 25)
+ *   or + 3 (iFACDispLen above 25); unsupported with no device. */
 TAVLYN_API uint32_t TAVLYN_CALL SetIDDispParms(const tsIDDispParms* record);
 
 /** Copies tsIDDispParms2 out of the mirror: the lead characters of an ID, and those sent when it goes. There
