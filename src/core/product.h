@@ -15,8 +15,19 @@ namespace tavlyn {
 // The inter-key times of tsTimeParms, where a kind keeps them outside its records.
 enum class KeyTime : std::uint8_t { kPress, kRelease };
 
+// Under which USB identities devices of a kind appear.
+struct UsbIdentity {
+  platform::HidIds pair;
+  platform::HidClass listedAs = platform::HidClass::kHid;
+  bool byVidPidTable = false;  // also under those of the VID/PID table
+};
+
 struct Product {
   std::uint32_t kind;
+  UsbIdentity usb;
+  bool hasTunnel = false;         // its reports may travel through the socket
+  bool keyTimesInRecord = false;  // the inter-key times are words of tsTimeParms alone
+  bool hasIdByBytes = true;       // getActiveID and getActiveID32; without them they answer 0
 
   // Searches the links that DevTypeSrch allows and adds what it finds to the table.
   bool (*search)();

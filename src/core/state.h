@@ -24,6 +24,9 @@ inline constexpr std::uint16_t kHighestConfig = 10;
 inline constexpr std::size_t kCpus = 3;
 inline constexpr std::size_t kFirmwareWords = 5;  // the sixth of a row is spare
 
+// DevTypeSrch: the links that a search looks at.
+enum Link : std::int16_t { kAllLinks = -1, kUsb, kCom, kEthernet };
+
 // LinkKind
 inline constexpr std::uint16_t kByReports = 0;
 inline constexpr std::uint16_t kBySerialPort = 1;
@@ -104,7 +107,7 @@ inline constinit DeviceTable DevTable;
 // What a connect searches; it outlives disconnects and connects.
 struct SearchSettings {
   std::uint32_t ConnectMask = ~0U;
-  std::int16_t DevTypeSrch = -1;
+  std::int16_t DevTypeSrch = kAllLinks;
   std::uint16_t ComSrchLo = 1;
   std::uint16_t ComSrchHi = 8;
   // Deliberately the other way about than the setter stores them.
@@ -252,6 +255,10 @@ inline tsDevEntry& EntryOfActDev() { return DevTable[shared.ActDev]; }
 
 inline std::span<tsDevEntry> LiveEntries() {
   return DevTable.First(std::clamp<std::int16_t>(shared.DevCnt, 0, kTableEntries));
+}
+
+inline bool SearchAllows(Link link) {
+  return shared.search.DevTypeSrch == link || shared.search.DevTypeSrch == kAllLinks;
 }
 
 inline bool ActiveInRange() { return shared.ActDev >= 0 && shared.ActDev < shared.DevCnt; }

@@ -17,20 +17,6 @@ namespace {
 constexpr std::uint32_t kNotOurs = 10;
 constexpr std::uint32_t kNotOpened = 11;
 
-enum class Named : std::uint8_t { kNewEntry, kFirstEntry };
-
-struct ArrivalRow {
-  platform::HidIds path;    // what the path must tell
-  platform::HidIds device;  // what the device must tell
-  Named named;              // the entry that gets the handle and the path
-};
-
-constexpr ArrivalRow kReaderRow{kReaderPair, kReaderPair, Named::kNewEntry};
-// Deliberately the path of a card reader.
-constexpr ArrivalRow kMagstripeRow{kReaderPair, kMagstripePair, Named::kNewEntry};
-// Deliberately names entry 0 and adds a blank entry behind the others.
-constexpr ArrivalRow kSonarRow{kSonarPair, kSonarPair, Named::kFirstEntry};
-
 // Windows tells the pair at the start of a path; elsewhere the system is asked.
 bool PathTells(const char* path, platform::HidIds pair) {
   std::array<char, 32> prefix{};
@@ -40,29 +26,6 @@ bool PathTells(const char* path, platform::HidIds pair) {
   if (SameText(std::string_view(path).substr(0, wanted.size()), wanted)) return true;
   platform::HidIds listed;
   return platform::TheHost().hid.ListedIds(path, listed) && SameIds(listed, pair);
-}
-
-std::uint32_t CheckArrival(const char* path, const ArrivalRow& row) {
-  tsDevEntry fresh{};
-  if (path == nullptr || std::strlen(path) >= sizeof fresh.DevName) return 0;
-  if (!PathTells(path, row.path)) return 0;
-  const platform::Handle device = OpenDevice(path);
-  if (device == platform::kNoHandle) {
-    shared.SearchErr = kNotOpened;
-    return 0;
-  }
-  if (!UsbDriver_IsDevOurs(path, row.device, nullptr)) {
-    CloseDevice(device);
-    shared.SearchErr = kNotOurs;
-    return 0;
-  }
-  tsDevEntry& named = row.named == Named::kFirstEntry ? DevTable[0] : fresh;
-  named.hDev = device;
-  named.LinkKind = kByReports;
-  named.DID = 0;
-  std::memset(named.DevName, 0, sizeof named.DevName);
-  std::memcpy(named.DevName, path, std::strlen(path));
-  return AddOrRemoveEntry(&fresh, false);
 }
 
 // A serial port belongs to one entry: whatever overwrites an entry lets go of its port first.
@@ -114,9 +77,28 @@ void CloseGaps() {
 
 }  // namespace
 
-std::uint32_t CheckReaderArrival(const char* path) { return CheckArrival(path, kReaderRow); }
-std::uint32_t CheckMagstripeArrival(const char* path) { return CheckArrival(path, kMagstripeRow); }
-std::uint32_t CheckSonarArrival(const char* path) { return CheckArrival(path, kSonarRow); }
+std::uint32_t CheckArrival(const char* path, const Arrival& arrival) {
+  tsDevEntry fresh{};
+  if (path == nullptr || std::strlen(path) >= sizeof fresh.DevName) return 0;
+  if (!PathTells(path, arrival.path)) return 0;
+  const platform::Handle device = OpenDevice(path);
+  if (device == platform::kNoHandle) {
+    shared.SearchErr = kNotOpened;
+    return 0;
+  }
+  if (!UsbDriver_IsDevOurs(path, arrival.device, nullptr)) {
+    CloseDevice(device);
+    shared.SearchErr = kNotOurs;
+    return 0;
+  }
+  tsDevEntry& named = arrival.namesFirstEntry ? DevTable[0] : fresh;
+  named.hDev = device;
+  named.LinkKind = kByReports;
+  named.DID = 0;
+  std::memset(named.DevName, 0, sizeof named.DevName);
+  std::memcpy(named.DevName, path, std::strlen(path));
+  return AddOrRemoveEntry(&fresh, false);
+}
 
 std::uint32_t AddOrRemoveEntry(const tsDevEntry* entry, bool remove) {
   bool done = false;

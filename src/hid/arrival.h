@@ -4,15 +4,21 @@
 
 #include <cstdint>
 
+#include "core/product.h"
 #include "core/state.h"
 
 namespace tavlyn {
 
-// The arrival checks of the families: 1 when the path is a device of theirs, opened and added, or 0. What is
-// added has no product kind before the next connect.
-std::uint32_t CheckReaderArrival(const char* path);
-std::uint32_t CheckMagstripeArrival(const char* path);
-std::uint32_t CheckSonarArrival(const char* path);
+// By what a family knows a device that has just been plugged in.
+struct Arrival {
+  platform::HidIds path;         // what the path must tell
+  UsbIdentity device;            // what the device must tell
+  bool namesFirstEntry = false;  // its handle and path go to entry 0, and a blank entry behind the others
+};
+
+// 1 when the path is such a device, opened and added, or 0. What is added has no product kind before the next
+// connect.
+std::uint32_t CheckArrival(const char* path, const Arrival& arrival);
 
 // Adds a copy of the entry, or closes a device, and then closes the gaps of the table. 1 when that was done.
 // A removal looks at the entry only to see that there is one: it always closes the first open device.

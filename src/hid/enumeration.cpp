@@ -14,17 +14,7 @@ constexpr std::uint16_t kAnyVendorPid = 0x104;
 // The collection of a report-ID-1 reader that takes feature reports; its others are keyboards.
 constexpr platform::HidUsage kVendorCollection{0xFFA0, 0xA000};
 
-// Magstripe readers and sonar sensors show as keyboards.
-constexpr platform::HidIds kKeyboardPairs[] = {kMagstripePair, kSonarPair};
-
 platform::HidSystem& Hid() { return platform::TheHost().hid; }
-
-platform::HidClass ClassOf(platform::HidIds pair) {
-  for (const platform::HidIds keyboard : kKeyboardPairs) {
-    if (SameIds(pair, keyboard)) return platform::HidClass::kKeyboard;
-  }
-  return platform::HidClass::kHid;
-}
 
 bool MatchesPair(platform::HidIds ids, platform::HidIds pair) {
   return SameIds(ids, pair) || ids.pid == kAnyVendorPid;
@@ -48,16 +38,16 @@ TableMatch MatchTable(platform::Handle device, platform::HidIds ids, std::int32_
 
 }  // namespace
 
-bool EnumerateHid(platform::HidIds pair, HidCallback callback) {
+bool EnumerateHid(const UsbIdentity& identity, HidCallback callback) {
   std::int32_t row = -1;
-  if (!Hid().BeginWalk(ClassOf(pair))) return false;
+  if (!Hid().BeginWalk(identity.listedAs)) return false;
   for (int index = 0; index < kMostInterfaces; ++index) {
     const char* path = nullptr;
     const platform::WalkStep step = Hid().Member(index, path);
     if (step == platform::WalkStep::kEnd) break;
     if (step == platform::WalkStep::kSkip) continue;
     Guarded(false, [&] {
-      if (UsbDriver_IsDevOurs(path, pair, &row)) callback(path, row);
+      if (UsbDriver_IsDevOurs(path, identity, &row)) callback(path, row);
       return true;
     });
   }
@@ -65,21 +55,20 @@ bool EnumerateHid(platform::HidIds pair, HidCallback callback) {
   return true;
 }
 
-bool UsbDriver_IsDevOurs(const char* path, platform::HidIds pair, std::int32_t* row) {
+bool UsbDriver_IsDevOurs(const char* path, const UsbIdentity& identity, std::int32_t* row) {
   if (path == nullptr) return false;
-  const bool readers = IsReaderPair(pair);
   platform::HidIds listed;
-  if (Hid().ListedIds(path, listed) && !MatchesPair(listed, pair) &&
-      !(readers && FindVidPidRow(listed, 0) >= 0)) {
-    if (readers && row != nullptr) *row = -1;
+  if (Hid().ListedIds(path, listed) && !MatchesPair(listed, identity.pair) &&
+      !(identity.byVidPidTable && FindVidPidRow(listed, 0) >= 0)) {
+    if (identity.byVidPidTable && row != nullptr) *row = -1;
     return false;
   }
   const platform::Handle device = Hid().Open(path, platform::OpenMode::kShared);
   if (device == platform::kNoHandle) return false;
   const platform::HidIds ids = Hid().Attributes(device);
-  bool ours = MatchesPair(ids, pair);
+  bool ours = MatchesPair(ids, identity.pair);
   std::int32_t matched = -1;
-  if (readers && !ours) {
+  if (identity.byVidPidTable && !ours) {
     const TableMatch match = MatchTable(device, ids, matched);
     if (match == TableMatch::kUnreadable) {
       // Deliberately leaves the device open, as it leaves row.
@@ -88,7 +77,7 @@ bool UsbDriver_IsDevOurs(const char* path, platform::HidIds pair, std::int32_t* 
     }
     ours = match == TableMatch::kYes;
   }
-  if (readers && row != nullptr) *row = matched;
+  if (identity.byVidPidTable && row != nullptr) *row = matched;
   Hid().Close(device);
   return ours;
 }

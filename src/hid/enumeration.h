@@ -11,11 +11,11 @@ namespace tavlyn {
 // Told of each path that is ours, with the row of VidPidTable that matched, or -1.
 using HidCallback = void (*)(const char* path, std::int32_t row);
 
-// Walks the present interfaces, at most 127, for devices of the pair. False when none could be listed.
-bool EnumerateHid(platform::HidIds pair, HidCallback callback);
+// Walks the present interfaces, at most 127, for devices of the identity. False when none could be listed.
+bool EnumerateHid(const UsbIdentity& identity, HidCallback callback);
 
-// row, when not null, is written for the reader pair only.
-bool UsbDriver_IsDevOurs(const char* path, platform::HidIds pair, std::int32_t* row);
+// row, when not null, is written only where the VID/PID table counts.
+bool UsbDriver_IsDevOurs(const char* path, const UsbIdentity& identity, std::int32_t* row);
 
 platform::Handle OpenDevice(const char* path);
 // For the device whose input reports are drained before an ID read.

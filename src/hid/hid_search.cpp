@@ -4,10 +4,6 @@
 
 namespace tavlyn {
 
-bool Searches(std::int16_t link) {
-  return shared.search.DevTypeSrch == link || shared.search.DevTypeSrch == -1;
-}
-
 tsDevEntry* NextHidEntry() {
   return shared.HidFoundCnt < kTableEntries ? &DevTable[shared.HidFoundCnt] : nullptr;
 }
@@ -22,9 +18,9 @@ void CountHidEntry(tsDevEntry& entry, std::uint32_t kind, const char* path, std:
   ++shared.DevCnt;
 }
 
-void SearchHidPair(platform::HidIds pair, HidCallback add) {
+void SearchHidDevices(const UsbIdentity& identity, HidCallback add) {
   const std::int32_t foundBefore = shared.HidFoundCnt;
-  EnumerateHid(pair, add);
+  EnumerateHid(identity, add);
   // Deliberately the entry after the first one added.
   const std::int32_t after = foundBefore + 1;
   if (shared.HidFoundCnt > foundBefore && after < kTableEntries)

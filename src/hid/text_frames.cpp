@@ -7,6 +7,7 @@
 #include <span>
 #include <string_view>
 
+#include "core/product.h"
 #include "core/wipe.h"
 #include "hid/vidpid_table.h"
 #include "links/link_socket.h"
@@ -20,6 +21,13 @@ constexpr std::size_t kIds = 4;
 constexpr std::string_view kRequest = "#Req/FR:";
 
 using Frame = Wiped<std::array<std::uint8_t, 80>>;
+
+// The adapter tells whose reply it is.
+bool MayTunnel(platform::HidIds ids) {
+  return FindVidPidRow(ids, 0) >= 0 || std::ranges::any_of(kProducts, [&](const Product* product) {
+           return product->hasTunnel && SameIds(product->usb.pair, ids);
+         });
+}
 
 bool LengthIsGood(std::int32_t n) { return n >= -1 && n <= 7; }
 
@@ -56,7 +64,7 @@ bool ReadTextFrame(std::int32_t n, std::uint8_t* buffer) {
     return static_cast<std::uint16_t>(reply[at] << 8 | reply[at + 1]);
   };
   const platform::HidIds ids{word(kHeader), word(kHeader + 2)};
-  if (!IsReaderPair(ids) && FindVidPidRow(ids, 0) < 0) return false;
+  if (!MayTunnel(ids)) return false;
   std::copy_n(reply.begin() + kHeader + kIds, n, buffer + 1);
   return true;
 }

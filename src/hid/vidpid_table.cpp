@@ -110,7 +110,13 @@ using namespace tavlyn;
 
 namespace {
 
-constexpr const char* kMainPairName = "7A31:3BFA Orvantis";
+// What has no row of its own.
+constexpr const char* kUnlistedName = "7A31:3BFA Orvantis";
+
+bool TableCounts() {
+  const Product* product = ActiveProduct();
+  return product != nullptr && product->usb.byVidPidTable;
+}
 
 // The active device's row of the table, or null.
 const tsVidPidRow* ActiveRow() {
@@ -121,7 +127,7 @@ const tsVidPidRow* ActiveRow() {
 std::uint32_t FilterValue(std::int32_t index, std::uint32_t Filter::*value) {
   if (index != 0 && index != 1) return 0;
   const auto number = static_cast<std::size_t>(index);
-  const tsVidPidRow* row = ReaderIsActive() && index == 1 ? ActiveRow() : nullptr;
+  const tsVidPidRow* row = TableCounts() && index == 1 ? ActiveRow() : nullptr;
   return row != nullptr ? row->filter[number].*value : shared.vidPid.DefaultFilter[number].*value;
 }
 
@@ -132,12 +138,12 @@ std::uint32_t GetVidPidFilterMask(std::int32_t index) { return FilterValue(index
 std::uint32_t GetVidPidFilterCompare(std::int32_t index) { return FilterValue(index, &Filter::compare); }
 
 const char* GetVidPidVendorName() {
-  if (!ActiveInRange()) return kMainPairName;
+  if (!ActiveInRange()) return kUnlistedName;
   const tsDevEntry& entry = EntryOfActDev();
   if (shared.link.TunnelLink != 0 || entry.LinkKind != kByReports) return "";
-  if (entry.ProductKind != kReader) return "";
+  if (!TableCounts()) return "";
   const tsVidPidRow* row = ActiveRow();
-  return row != nullptr ? row->VendorName : kMainPairName;
+  return row != nullptr ? row->VendorName : kUnlistedName;
 }
 
 std::uint8_t getVidPidVendorName_char(std::int16_t index) {

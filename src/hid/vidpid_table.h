@@ -1,4 +1,4 @@
-// USB identities under which readers appear, besides the main pair: read at each connect from
+// USB identities under which devices appear besides the one that a search goes for: read at each connect from
 // TavlynVIDPID.txt or, without one, from the lines built in.
 #pragma once
 
@@ -22,7 +22,6 @@ void ParseVidPidLine(const char* text);
 inline constexpr platform::HidIds kReportId1Pair{0x7A31, 0x3BFB};
 
 constexpr bool SameIds(platform::HidIds a, platform::HidIds b) { return a.vid == b.vid && a.pid == b.pid; }
-constexpr bool IsReaderPair(platform::HidIds ids) { return SameIds(ids, kReaderPair); }
 
 // The first row at or behind start that holds the pair, or -1. A PID of 0 matches no row.
 std::int32_t FindVidPidRow(platform::HidIds ids, std::int32_t start);

@@ -3,7 +3,6 @@
 
 #include "core/state.h"
 #include "core/version.h"
-#include "hid/arrival.h"
 #include "magstripe/product.h"
 
 namespace tavlyn {
@@ -21,6 +20,7 @@ constexpr Product WithRecords(Product product) {
 
 constexpr Product kMagstripeProduct = WithRecords({
     .kind = kMagstripe,
+    .usb = magstripe::kUsbIdentity,
     .search = magstripe::Search,
     .searchPorts = magstripe::SearchPorts,
     .portFailureTag = nullptr,
@@ -42,7 +42,7 @@ constexpr Product kMagstripeProduct = WithRecords({
     .queuedIdPart = magstripe::QueuedIdPart,
     .setRawPayload = magstripe::SetRawByte,
     .rawReplyByte = magstripe::RawReplyByte,
-    .checkArrival = CheckMagstripeArrival,
+    .checkArrival = magstripe::CheckArrival,
     .keyTime = magstripe::GetKeyTime,
     .getRecord = {},
     .setRecord = {},

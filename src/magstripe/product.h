@@ -10,9 +10,12 @@ namespace tavlyn::magstripe {
 
 inline tsSorbaneCfg& ActiveCfg() { return EntryOfActDev().SorbaneBlock.Cfg; }
 
+inline constexpr UsbIdentity kUsbIdentity{kMagstripePair, platform::HidClass::kKeyboard};
+
 // The HID devices, then the COM ports.
 bool Search();
 bool SearchPorts();
+std::uint32_t CheckArrival(const char* path);
 // A magnetic-stripe reader answers; the wake-up of a serial line goes before.
 bool Ping();
 

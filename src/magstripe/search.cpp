@@ -3,6 +3,7 @@
 #include "api.h"
 #include "core/pause.h"
 #include "core/state.h"
+#include "hid/arrival.h"
 #include "hid/hid_search.h"
 #include "links/com_search.h"
 #include "links/serial_port.h"
@@ -36,9 +37,9 @@ bool Search() {
     return false;
   }
   const std::int16_t start = shared.DevCnt;
-  if (Searches(0)) SearchHidPair(kMagstripePair, AddReader);
+  if (SearchAllows(kUsb)) SearchHidDevices(kUsbIdentity, AddReader);
   if (shared.DevCnt != start) return true;
-  if (!Searches(1)) return false;
+  if (!SearchAllows(kCom)) return false;
   if (!SearchPorts()) {
     shared.SearchErr |= TAVLYN_ERR_CONNECT;
     return false;
@@ -47,6 +48,11 @@ bool Search() {
 }
 
 bool SearchPorts() { return SearchSorbaneComs(Ping); }
+
+std::uint32_t CheckArrival(const char* path) {
+  // Deliberately the path of a card reader.
+  return tavlyn::CheckArrival(path, {.path = kReaderPair, .device = kUsbIdentity});
+}
 
 bool Ping() {
   const bool serial = OnSerialPort();

@@ -5,7 +5,6 @@
 
 #include "core/state.h"
 #include "files/template_file.h"
-#include "hid/arrival.h"
 #include "reader/banks.h"
 #include "reader/cfg_read.h"
 #include "reader/cfg_write.h"
@@ -43,6 +42,9 @@ constexpr Product WithRecords(Product product, std::index_sequence<kRecords...> 
 constexpr Product kReaderProduct = WithRecords(
     {
         .kind = kReader,
+        .usb = kReaderUsb,
+        .hasTunnel = true,
+        .keyTimesInRecord = true,
         .search = SearchReaders,
         .searchPorts = SearchReaderPorts,
         .portFailureTag = "tavlyn_ComConnectPort",

@@ -5,6 +5,7 @@
 #include "api.h"
 #include "core/state.h"
 #include "core/trace.h"
+#include "hid/arrival.h"
 #include "hid/hid_search.h"
 #include "links/com_search.h"
 #include "links/ethernet_search.h"
@@ -35,7 +36,7 @@ void AddReader(const char* path, std::int32_t row) {
 }
 
 void SearchHid(std::int16_t start) {
-  SearchHidPair(kReaderPair, AddReader);
+  SearchHidDevices(kReaderUsb, AddReader);
   if (shared.DevCnt == start) LogLine(kSearchTag, "USBConnect failed to find any devices");
 }
 
@@ -62,10 +63,10 @@ bool SearchLinks() {
   CloseTunnel();
   const std::int16_t start = shared.DevCnt;
   shared.SearchErr = 0;
-  if (Searches(0)) SearchHid(start);
-  if (shared.DevCnt == start && Searches(1)) SearchComs(start);
+  if (SearchAllows(kUsb)) SearchHid(start);
+  if (shared.DevCnt == start && SearchAllows(kCom)) SearchComs(start);
   // A search that reaches the Ethernet stage and finds nothing ends without a line.
-  if (shared.DevCnt == start && Searches(2) && !SearchEthernet()) return false;
+  if (shared.DevCnt == start && SearchAllows(kEthernet) && !SearchEthernet()) return false;
   if (shared.DevCnt == start) {
     LogLine(kSearchTag, kFailed);
     return false;
@@ -89,6 +90,10 @@ bool SearchReaders() {
   if (std::strcmp(GetVidPidVendorName(), kBeepsWhenFound) == 0) Beep(0, 0);
   ClassifyReader();
   return true;
+}
+
+std::uint32_t CheckReaderArrival(const char* path) {
+  return CheckArrival(path, {.path = kReaderPair, .device = kReaderUsb});
 }
 
 bool SearchReaderPorts() { return SearchReaderComs(PingReader); }

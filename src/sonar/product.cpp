@@ -3,7 +3,6 @@
 
 #include "core/state.h"
 #include "core/version.h"
-#include "hid/arrival.h"
 #include "sonar/product.h"
 
 namespace tavlyn {
@@ -13,6 +12,11 @@ namespace {
 template <typename... Parameters>
 std::uint32_t Nothing(Parameters... /*parameters*/) {
   return 0;
+}
+
+// Other kinds without a beeper answer 0.
+std::uint32_t HasNoBeeper(std::uint8_t /*count*/, std::int16_t /*longBeep*/) {
+  return shared.UnsupportedValue;
 }
 
 constexpr Product WithRecords(Product product) {
@@ -27,6 +31,8 @@ constexpr Product WithRecords(Product product) {
 
 constexpr Product kSonarProduct = WithRecords({
     .kind = kSonar,
+    .usb = sonar::kUsbIdentity,
+    .hasIdByBytes = false,
     .search = sonar::Search,
     .searchPorts = nullptr,
     .portFailureTag = nullptr,
@@ -40,7 +46,7 @@ constexpr Product kSonarProduct = WithRecords({
     .loadFile = sonar::LoadFile,
     .getActiveId = sonar::FetchId,
     .getActiveId32 = sonar::FetchId,
-    .beep = nullptr,
+    .beep = HasNoBeeper,
     .answers = nullptr,
     .queryFirmwareWord = nullptr,
     .firmwareVersion = VersionWord,
@@ -48,7 +54,7 @@ constexpr Product kSonarProduct = WithRecords({
     .queuedIdPart = Nothing,
     .setRawPayload = Nothing,
     .rawReplyByte = Nothing,
-    .checkArrival = CheckSonarArrival,
+    .checkArrival = sonar::CheckArrival,
     .getRecord = {},
     .setRecord = {},
 });

@@ -3,9 +3,14 @@
 
 #include <cstdint>
 
+#include "core/product.h"
+
 namespace tavlyn::sonar {
 
+inline constexpr UsbIdentity kUsbIdentity{kSonarPair, platform::HidClass::kKeyboard};
+
 bool Search();
+std::uint32_t CheckArrival(const char* path);
 
 // Configuration: the four records and the identity, from and to the device, and its stored defaults.
 std::uint32_t ReadCfg();

@@ -1,4 +1,5 @@
 #include "api.h"
+#include "hid/arrival.h"
 #include "hid/hid_search.h"
 #include "sonar/product.h"
 
@@ -18,9 +19,14 @@ void AddSensor(const char* path, std::int32_t row) {
 bool Search() {
   const std::int16_t start = shared.DevCnt;
   shared.SearchErr = 0;
-  if (Searches(0)) SearchHidPair(kSonarPair, AddSensor);
+  if (SearchAllows(kUsb)) SearchHidDevices(kUsbIdentity, AddSensor);
   Activate(static_cast<std::int16_t>(shared.DevCnt - 1));
   return shared.DevCnt != start;
+}
+
+std::uint32_t CheckArrival(const char* path) {
+  // Deliberately names entry 0.
+  return tavlyn::CheckArrival(path, {.path = kSonarPair, .device = kUsbIdentity, .namesFirstEntry = true});
 }
 
 }  // namespace tavlyn::sonar

@@ -40,8 +40,10 @@ TEST(UdevRules, NodesOfTheLibrarysIdentitiesAndNoOthers) {
   for (std::string line; std::getline(rules, line);) {
     if (!line.starts_with('#') && line.find("hidraw") != std::string::npos) permitted.merge(OfRule(line));
   }
-  Identities known = {Named(kReaderPair.vid, kReaderPair.pid), Named(kMagstripePair.vid, kMagstripePair.pid),
-                      Named(kSonarPair.vid, kSonarPair.pid)};
+  Identities known;
+  for (const Product* product : kProducts) {
+    known.insert(Named(product->usb.pair.vid, product->usb.pair.pid));
+  }
   shared.vidPid = {};
   LoadVidPidTable();
   for (std::size_t row = 0; shared.vidPid.VidPidTable[row].VID != 0; ++row) {

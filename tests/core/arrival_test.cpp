@@ -180,12 +180,12 @@ TEST_F(Arrival, AMagstripePathMustLookLikeAReaders) {
   PlugOther(R"(\\?\HID#Vid_7A31&Pid_1000#a)", 0x7A31, 0x1000);
   PlugOther(kReaderPath, 0x7A31, 0x1000);
   Plug(Reader::Plain(), "/dev/hidraw1");
-  EXPECT_EQ(CheckMagstripeArrival("listed"), 0U);
-  EXPECT_EQ(CheckMagstripeArrival(R"(\\?\HID#Vid_7A31&Pid_1000#a)"), 0U);
+  EXPECT_EQ(kMagstripeProduct.checkArrival("listed"), 0U);
+  EXPECT_EQ(kMagstripeProduct.checkArrival(R"(\\?\HID#Vid_7A31&Pid_1000#a)"), 0U);
   EXPECT_EQ(shared.SearchErr, kUntouched);
-  EXPECT_EQ(CheckMagstripeArrival("/dev/hidraw1"), 0U);
+  EXPECT_EQ(kMagstripeProduct.checkArrival("/dev/hidraw1"), 0U);
   EXPECT_EQ(shared.SearchErr, 10U) << "listed as a reader, and therefore none";
-  EXPECT_EQ(CheckMagstripeArrival(kReaderPath), 1U);
+  EXPECT_EQ(kMagstripeProduct.checkArrival(kReaderPath), 1U);
   EXPECT_EQ(Names(), (NameList{"device-1", kReaderPath}));
   EXPECT_EQ(DevTable[1].ProductKind, 0U);
 }
@@ -197,8 +197,8 @@ TEST_F(Arrival, ASonarSensorTakesEntryZeroAndABlankOneIsAdded) {
   DevTable[0].DID = 0x1234;
   std::fill_n(DevTable[0].DevName, 511, 'n');  // nothing of it may stay behind the new one
   PlugOther(kSonarPath, 0x18C8, 0x2BFA);
-  EXPECT_EQ(CheckSonarArrival(kReaderPath), 0U);
-  EXPECT_EQ(CheckSonarArrival(kSonarPath), 1U);
+  EXPECT_EQ(kSonarProduct.checkArrival(kReaderPath), 0U);
+  EXPECT_EQ(kSonarProduct.checkArrival(kSonarPath), 1U);
   EXPECT_EQ(Names(), (NameList{kSonarPath, "device-2", ""}));
   EXPECT_NE(DevTable[0].hDev, before);
   EXPECT_EQ(DevTable[0].LinkKind, 0U);

@@ -15,13 +15,13 @@
 namespace tavlyn::test {
 namespace {
 
-using platform::HidIds;
+using platform::HidClass;
 using sim::InertInterface;
 using sim::Reader;
 
-constexpr HidIds kReaderPair{0x7A31, 0x3BFA};
-constexpr HidIds kMagstripePair{0x7A31, 0x1000};
-constexpr HidIds kSonarPair{0x18C8, 0x2BFA};
+constexpr UsbIdentity kReaders{{0x7A31, 0x3BFA}, HidClass::kHid, true};
+constexpr UsbIdentity kMagstripes{{0x7A31, 0x1000}, HidClass::kKeyboard};
+constexpr UsbIdentity kSonars{{0x18C8, 0x2BFA}, HidClass::kKeyboard};
 
 // "path row" of each call of the callback.
 Lines& Found() {
@@ -47,9 +47,9 @@ class EnumerationTest : public Bench, public ::testing::WithParamInterface<bool>
     ForgetTraffic();
   }
 
-  Lines Walk(HidIds pair) {
+  Lines Walk(const UsbIdentity& identity) {
     Found().clear();
-    EXPECT_TRUE(EnumerateHid(pair, Note));
+    EXPECT_TRUE(EnumerateHid(identity, Note));
     return Found();
   }
 
@@ -63,15 +63,16 @@ class EnumerationTest : public Bench, public ::testing::WithParamInterface<bool>
 INSTANTIATE_TEST_SUITE_P(Systems, EnumerationTest, ::testing::Values(true, false),
                          [](const auto& system) { return system.param ? "ThatList" : "ThatDoNot"; });
 
-TEST_P(EnumerationTest, ThePairChoosesTheClass) {
-  const std::pair<HidIds, const char*> cases[] = {
-      {kReaderPair, "walk hid"},      {kMagstripePair, "walk keyboard"}, {kSonarPair, "walk keyboard"},
-      {{0x7A31, 0x2BFA}, "walk hid"}, {{0x18C8, 0x1000}, "walk hid"},    {{0x18C8, 0x3BFA}, "walk hid"},
-      {{0x7A31, 0x1001}, "walk hid"},
+TEST_P(EnumerationTest, TheIdentityTellsTheClass) {
+  const std::pair<UsbIdentity, const char*> cases[] = {
+      {kReaderProduct.usb, "walk hid"},
+      {kMagstripeProduct.usb, "walk keyboard"},
+      {kSonarProduct.usb, "walk keyboard"},
+      {{{0x7A31, 0x1001}}, "walk hid"},
   };
-  for (const auto& [pair, line] : cases) {
+  for (const auto& [identity, line] : cases) {
     ForgetTraffic();
-    EXPECT_EQ(Walk(pair), Lines{});
+    EXPECT_EQ(Walk(identity), Lines{});
     EXPECT_EQ(host.transcript.Lines(), Lines{line});
   }
 }
@@ -80,7 +81,7 @@ TEST_P(EnumerationTest, AWalkThatCannotBeginIsToldAndLogsNothing) {
   Plug(Reader::Plain());
   host.hid.walks = false;
   StartTrace();
-  EXPECT_FALSE(EnumerateHid(kReaderPair, Note));
+  EXPECT_FALSE(EnumerateHid(kReaders, Note));
   EXPECT_EQ(Found(), Lines{});
   ExpectTrace({});
 }
@@ -102,7 +103,7 @@ TEST_P(EnumerationTest, DevicesComeInTheSystemsOrder) {
   Plug(Reader::Plain(), "c");
   Plug(Device(0x1111, 0x2222), "a");
   Plug(Reader::Plain(), "b");
-  EXPECT_EQ(Walk(kReaderPair), (Lines{"c -1", "b -1"}));
+  EXPECT_EQ(Walk(kReaders), (Lines{"c -1", "b -1"}));
   EXPECT_EQ(host.hid.OpenHandles(), 0U);
 }
 
@@ -111,34 +112,34 @@ TEST_P(EnumerationTest, OnlyTheFirst127InterfacesAreLookedAt) {
   Plug(Reader::Plain(), "at-126");
   Plug(Reader::Plain(), "at-127");
   for (int i = 127; i < 200; ++i) Plug(Reader::Plain());
-  EXPECT_EQ(Walk(kReaderPair), (Lines{"at-126 -1", "at-127 -1"}));
+  EXPECT_EQ(Walk(kReaders), (Lines{"at-126 -1", "at-127 -1"}));
 }
 
 TEST_P(EnumerationTest, A127thInterfaceIsLookedAtAlsoWhenOthersAreSkipped) {
   for (int i = 0; i < 126; ++i) Plug(Reader::Plain()).skipped = true;
   Plug(Reader::Plain(), "at-127");
   Plug(Reader::Plain(), "at-128");
-  EXPECT_EQ(Walk(kReaderPair), Lines{"at-127 -1"});
+  EXPECT_EQ(Walk(kReaders), Lines{"at-127 -1"});
 }
 
 TEST_P(EnumerationTest, ASkippedMemberDoesNotEndTheWalk) {
   Plug(Reader::Plain(), "a");
   Plug(Reader::Plain(), "b").skipped = true;
   Plug(Reader::Plain(), "c");
-  EXPECT_EQ(Walk(kReaderPair), (Lines{"a -1", "c -1"}));
+  EXPECT_EQ(Walk(kReaders), (Lines{"a -1", "c -1"}));
 }
 
 TEST_P(EnumerationTest, APathThatDoesNotOpenIsPassedOver) {
   Plug(Reader::Plain(), "a").opens = false;
   Plug(Reader::Plain(), "b");
-  EXPECT_EQ(Walk(kReaderPair), Lines{"b -1"});
+  EXPECT_EQ(Walk(kReaders), Lines{"b -1"});
 }
 
 TEST_P(EnumerationTest, AForeignDeviceIsNotOursAndListedIsNeverOpened) {
   Plug(Device(0x1111, 0x3BFA), "foreign");
   Plug(Device(0x7A31, 0x0001), "sister");
   StartTrace();
-  EXPECT_EQ(Walk(kReaderPair), Lines{});
+  EXPECT_EQ(Walk(kReaders), Lines{});
   EXPECT_EQ(CallsThatBegin("open"), GetParam() ? 0 : 2);
   EXPECT_EQ(CallsThatBegin("close"), GetParam() ? 0 : 2);
   ExpectTrace({});
@@ -147,7 +148,7 @@ TEST_P(EnumerationTest, AForeignDeviceIsNotOursAndListedIsNeverOpened) {
 TEST_P(EnumerationTest, ACheckOpensWithoutOverlapAndClosesWithoutALine) {
   Plug(Reader::Plain(), "a");
   StartTrace();
-  EXPECT_EQ(Walk(kReaderPair), Lines{"a -1"});
+  EXPECT_EQ(Walk(kReaders), Lines{"a -1"});
   EXPECT_EQ(Difference({"walk hid", "open a -> 1", "attributes 1", "close 1"}, host.transcript.Lines()), "");
   ExpectTrace({});
 }
@@ -155,19 +156,19 @@ TEST_P(EnumerationTest, ACheckOpensWithoutOverlapAndClosesWithoutALine) {
 TEST_P(EnumerationTest, ADeviceThatTellsNoAttributesIsNotOurs) {
   Plug(Reader::Plain(), "a").tellsAttributes = false;
   ParseVidPidLine(R"(VID="1234" PID="5678" VENDORNAME="X")");
-  EXPECT_EQ(Walk(kReaderPair), Lines{});
+  EXPECT_EQ(Walk(kReaders), Lines{});
   EXPECT_EQ(host.hid.OpenHandles(), 0U);
 }
 
 TEST_P(EnumerationTest, ProductId104IsOursInEverySearchWithoutARow) {
   Plug(Device(0x1234, 0x0104), "any");
-  for (const HidIds pair : {kReaderPair, kMagstripePair, kSonarPair, HidIds{1, 2}}) {
-    EXPECT_EQ(Walk(pair), Lines{"any -1"});
+  for (const UsbIdentity& identity : {kReaders, kMagstripes, kSonars, UsbIdentity{{1, 2}}}) {
+    EXPECT_EQ(Walk(identity), Lines{"any -1"});
   }
   LoadVidPidTable();
   ParseVidPidLine(R"(VID="1234" PID="0104" VENDORNAME="in the table")");
   StartTrace();
-  EXPECT_EQ(Walk(kReaderPair), Lines{"any -1"}) << "the table is not asked";
+  EXPECT_EQ(Walk(kReaders), Lines{"any -1"}) << "the table is not asked";
   ExpectTrace({});
 }
 
@@ -175,7 +176,7 @@ TEST_P(EnumerationTest, WithAnEmptyTableOnlyTheExactPairPasses) {
   Plug(Device(0x171B, 0x2001), "velmar");
   Plug(Reader::Plain(), "main");
   Plug(Device(0, 0), "nobody");
-  EXPECT_EQ(Walk(kReaderPair), Lines{"main -1"});
+  EXPECT_EQ(Walk(kReaders), Lines{"main -1"});
 }
 
 TEST_P(EnumerationTest, ADeviceOfTheTableComesWithItsRow) {
@@ -185,7 +186,7 @@ TEST_P(EnumerationTest, ADeviceOfTheTableComesWithItsRow) {
   Plug(Reader::Plain(), "main");
   Plug(Device(0x19E5, 0x2021), "quill");
   StartTrace();
-  EXPECT_EQ(Walk(kReaderPair), (Lines{"velmar 0", "cdc 8", "main -1", "quill 4"}));
+  EXPECT_EQ(Walk(kReaders), (Lines{"velmar 0", "cdc 8", "main -1", "quill 4"}));
   ExpectTrace({"UsbDriver_IsDevOurs Connected Device Vendor ID: 5915",
                "UsbDriver_IsDevOurs Connected Device Product ID: 8193",
                "UsbDriver_IsDevOurs Connected Device Vendor ID: 31281",
@@ -199,8 +200,8 @@ TEST_P(EnumerationTest, OtherSearchesDoNotLookAtTheTable) {
   Plug(Device(0x171B, 0x2001), "velmar");
   Plug(Device(0x7A31, 0x1000), "stripe");
   Plug(Device(0x18C8, 0x2BFA), "sonar");
-  EXPECT_EQ(Walk(kMagstripePair), Lines{"stripe -1"});
-  EXPECT_EQ(Walk(kSonarPair), Lines{"sonar -1"});
+  EXPECT_EQ(Walk(kMagstripes), Lines{"stripe -1"});
+  EXPECT_EQ(Walk(kSonars), Lines{"sonar -1"});
 }
 
 TEST_P(EnumerationTest, OfTheReportIdReaderOnlyTheVendorInterfacePasses) {
@@ -208,7 +209,7 @@ TEST_P(EnumerationTest, OfTheReportIdReaderOnlyTheVendorInterfacePasses) {
   Plug(Device(0x7A31, 0x3BFB), "keyboard");
   Plug(Reader::Kelda(), "vendor");
   StartTrace();
-  EXPECT_EQ(Walk(kReaderPair), Lines{"vendor 2"});
+  EXPECT_EQ(Walk(kReaders), Lines{"vendor 2"});
   ExpectTrace(Times(2, {"UsbDriver_IsDevOurs Connected Device Vendor ID: 31281",
                         "UsbDriver_IsDevOurs Connected Device Product ID: 15355"}));
   EXPECT_EQ(host.hid.OpenHandles(), 0U);
@@ -220,13 +221,13 @@ TEST_P(EnumerationTest, OnlyThatVeryUsagePasses) {
   for (const sim::Usage usage : wrong) {
     Plug(std::make_shared<InertInterface>(std::uint16_t{0x7A31}, std::uint16_t{0x3BFB}, usage));
   }
-  EXPECT_EQ(Walk(kReaderPair), Lines{});
+  EXPECT_EQ(Walk(kReaders), Lines{});
 }
 
 TEST_P(EnumerationTest, OtherDevicesOfTheTableAreNotAskedForTheirUsage) {
   LoadVidPidTable();
   Plug(Device(0x7A31, 0x3B1E), "ble").tellsUsages = false;
-  EXPECT_EQ(Walk(kReaderPair), Lines{"ble 3"});
+  EXPECT_EQ(Walk(kReaders), Lines{"ble 3"});
   EXPECT_EQ(CallsThatBegin("usage"), 0);
 }
 
@@ -234,7 +235,7 @@ TEST_P(EnumerationTest, UnreadableUsagesLeaveTheHandleOpen) {
   LoadVidPidTable();
   Plug(Reader::Kelda(), "mute").tellsUsages = false;
   Plug(Reader::Plain(), "main");
-  EXPECT_EQ(Walk(kReaderPair), Lines{"main -1"});
+  EXPECT_EQ(Walk(kReaders), Lines{"main -1"});
   EXPECT_EQ(host.hid.OpenHandles(), 1U) << "that of the mute one";
 }
 
@@ -246,7 +247,7 @@ TEST_P(EnumerationTest, TheRowIsMinusOneUnlessARowWasTried) {
   Plug(Device(0x7A31, 0x3BFB), "keyboard");
   const auto rowOf = [](const char* path) {
     std::int32_t row = 99;
-    UsbDriver_IsDevOurs(path, kReaderPair, &row);
+    UsbDriver_IsDevOurs(path, kReaders, &row);
     return row;
   };
   EXPECT_EQ(rowOf("main"), -1);
@@ -264,10 +265,10 @@ TEST_P(EnumerationTest, AFailedUsageGoesOnWithTheNextRowOfThePair) {
   Plug(Reader::Kelda(), "vendor");
   StartTrace();
   std::int32_t row = 99;
-  EXPECT_FALSE(UsbDriver_IsDevOurs("keyboard", kReaderPair, &row));
+  EXPECT_FALSE(UsbDriver_IsDevOurs("keyboard", kReaders, &row));
   EXPECT_EQ(row, 2);
   EXPECT_EQ(Trace().size(), 4U);
-  EXPECT_TRUE(UsbDriver_IsDevOurs("vendor", kReaderPair, &row));
+  EXPECT_TRUE(UsbDriver_IsDevOurs("vendor", kReaders, &row));
   EXPECT_EQ(row, 0) << "the first row that passes";
   EXPECT_EQ(Trace().size(), 6U);
 }
@@ -276,26 +277,26 @@ TEST_P(EnumerationTest, OtherPairsLeaveTheRowAlone) {
   LoadVidPidTable();
   Plug(Device(0x7A31, 0x1000), "stripe");
   std::int32_t row = 99;
-  EXPECT_TRUE(UsbDriver_IsDevOurs("stripe", kMagstripePair, &row));
+  EXPECT_TRUE(UsbDriver_IsDevOurs("stripe", kMagstripes, &row));
   EXPECT_EQ(row, 99);
-  EXPECT_FALSE(UsbDriver_IsDevOurs("stripe", kSonarPair, &row));
+  EXPECT_FALSE(UsbDriver_IsDevOurs("stripe", kSonars, &row));
   EXPECT_EQ(row, 99);
 }
 
 TEST_P(EnumerationTest, ARowAndAPathMayBeNull) {
   LoadVidPidTable();
   Plug(Reader::Kelda(), "vendor");
-  EXPECT_TRUE(UsbDriver_IsDevOurs("vendor", kReaderPair, nullptr));
-  EXPECT_FALSE(UsbDriver_IsDevOurs(nullptr, kReaderPair, nullptr));
-  EXPECT_FALSE(UsbDriver_IsDevOurs("", kReaderPair, nullptr));
+  EXPECT_TRUE(UsbDriver_IsDevOurs("vendor", kReaders, nullptr));
+  EXPECT_FALSE(UsbDriver_IsDevOurs(nullptr, kReaders, nullptr));
+  EXPECT_FALSE(UsbDriver_IsDevOurs("", kReaders, nullptr));
   Plug(Device(0x1111, 0x2222), "foreign");
-  EXPECT_FALSE(UsbDriver_IsDevOurs("foreign", kReaderPair, nullptr));
+  EXPECT_FALSE(UsbDriver_IsDevOurs("foreign", kReaders, nullptr));
 }
 
 TEST_P(EnumerationTest, ACallbackThatThrowsDoesNotEndTheWalk) {
   Plug(Reader::Plain(), "a");
   Plug(Reader::Plain(), "b");
-  EXPECT_TRUE(EnumerateHid(kReaderPair, [](const char* path, std::int32_t row) {
+  EXPECT_TRUE(EnumerateHid(kReaders, [](const char* path, std::int32_t row) {
     Note(path, row);
     throw std::runtime_error("no");
   }));
@@ -306,7 +307,7 @@ TEST_P(EnumerationTest, AnUnpluggedDeviceIsNotListed) {
   auto reader = Reader::Plain();
   Plug(reader, "a");
   reader->Unplug();
-  EXPECT_EQ(Walk(kReaderPair), Lines{});
+  EXPECT_EQ(Walk(kReaders), Lines{});
 }
 
 TEST_P(EnumerationTest, ClosingADeviceWritesTwoLinesBeforeTheHandleIsClosed) {

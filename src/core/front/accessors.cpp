@@ -24,8 +24,11 @@ std::uint16_t* KeyTimeWord(FieldId id) {
   return product->keyTime(id == field::TimeParms_iUSBKeyPrsTm ? KeyTime::kPress : KeyTime::kRelease);
 }
 
-// The key times of anything but a card reader never go through the record.
-bool BesideTheRecord(FieldId id) { return IsKeyTime(id) && !ReaderIsActive(); }
+// A key time goes through the record only where it is one of its words.
+bool BesideTheRecord(FieldId id) {
+  const Product* product = ActiveProduct();
+  return IsKeyTime(id) && (product == nullptr || !product->keyTimesInRecord);
+}
 
 std::int16_t GetWord(FieldId id) {
   if (IsNeverRead(id)) return static_cast<std::int16_t>(shared.UnsupportedValue);

@@ -92,9 +92,9 @@ std::uint16_t ReadIntoCache(Export read, std::uint16_t bytes) {
     ForgetId();
     return 0;
   }
-  const std::uint32_t kind = EntryOfActDev().ProductKind;
-  if (kind == kSonar) return 0;
-  if (ProductOf(kind) == nullptr) return shared.UnsupportedValue;
+  const Product* product = ActiveProduct();
+  if (product == nullptr) return shared.UnsupportedValue;
+  if (!product->hasIdByBytes) return 0;
   shared.id.LastIDLen = std::min<std::uint16_t>(bytes, kIdBytes);
   std::fill_n(shared.id.LastIDBytes.begin(), shared.id.LastIDLen, std::uint8_t{0});
   return read(shared.id.LastIDBytes.data(), static_cast<std::int16_t>(shared.id.LastIDLen));

@@ -61,7 +61,7 @@ bool SearchFamilies(SearchFamily search) {
   bool found = false;
   for (const Product* product : kProducts) {
     if (!Wanted(*product)) continue;
-    if (product->kind == kReader) LoadVidPidTable();
+    if (product->usb.byVidPidTable) LoadVidPidTable();
     found = search(*product) || found;
   }
   return found;
@@ -82,7 +82,9 @@ std::uint32_t ComConnect(std::uint32_t* pDID) {
   EmptyTableForPorts();
   const bool found = SearchFamilies(SearchRange);
   // Asked in all cases, also when nothing was found.
-  kReaderProduct.classify();
+  for (const Product* product : kProducts) {
+    if (product->classify != nullptr) product->classify();
+  }
   if (!ReadFound("ComConnect") || !found) return 0;
   StoreDid(pDID);
   return 1;
@@ -115,7 +117,7 @@ std::uint32_t comConnectPort(std::uint16_t port) {
 std::uint32_t ComDisconnect() {
   const Product* product = ActiveProduct();
   if (product == nullptr || product->searchPorts == nullptr) return shared.UnsupportedValue;
-  if (product->kind == kReader) CloseTunnel();
+  if (product->hasTunnel) CloseTunnel();
   SerialPort* port = EntryOfActDev().pSerialPort;
   return port != nullptr && port->Close() ? 1 : 0;
 }

@@ -79,8 +79,7 @@ std::uint32_t SetActConfig(std::uint8_t index) { return UseConfig(index) ? 1 : 0
 
 std::uint32_t BeepNow(std::uint8_t count, std::int16_t longBeep) {
   const Locked lock;
-  // Unlike other dispatches this one answers 0 for no device or no routine, but for a sonar sensor.
-  if (SonarIsActive()) return shared.UnsupportedValue;
+  // Unlike other dispatches this one answers 0 for no device or no routine.
   const Product* product = ActiveProduct();
   return product != nullptr && product->beep != nullptr ? product->beep(count, longBeep) : 0;
 }

@@ -18,7 +18,7 @@ std::uint32_t SetConnectProduct(std::uint32_t mask) {
 }
 
 std::uint32_t SetDevTypeSrch(std::int16_t link) {
-  if (link < -1 || link > 2) return 0;
+  if (link < kAllLinks || link > kEthernet) return 0;
   shared.search.DevTypeSrch = link;
   return 1;
 }
