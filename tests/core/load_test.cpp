@@ -5,7 +5,10 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <cstdio>
 #include <cstring>
+#include <span>
 
 #include "api.h"
 #include "core/state.h"
@@ -200,6 +203,36 @@ TEST_F(LoadTest, AReloadPutsEverySettingBack) {
   EXPECT_EQ(shared.search.VComSrchLo, 256);
   EXPECT_EQ(shared.search.SrchIpAddr, (std::array<std::uint8_t, 4>{0, 0, 0, 0}));
   EXPECT_EQ(shared.search.SrchIpPort, 0);
+}
+
+// Whatever the variables hold, a load leaves what a process begins with.
+TEST_F(LoadTest, ALoadPutsEveryVariableBack) {
+  static const Shared first;
+  Unload();
+  std::ranges::fill(std::as_writable_bytes(std::span(&shared, 1)), std::byte{0x5A});
+  Load();
+  EXPECT_EQ(shared.trace.LogStream, stdout);
+  shared.trace = {};
+  EXPECT_TRUE(std::ranges::equal(std::as_bytes(std::span(&shared, 1)), std::as_bytes(std::span(&first, 1))));
+}
+
+TEST_F(LoadTest, CallsAfterALoadShowNothingOfThoseBeforeIt) {
+  const auto reader = Connected(Reader::Plain());
+  reader->state.cardData.fill(1);
+  reader->PutCard(LongCard(), 200);
+  const auto shown = [] {
+    return std::array<std::uint32_t, 4>{GetRawPayload_index(1), getActiveID_byte(1),
+                                        getActiveCardData_byte(1), getPartNumberString_char(1)};
+  };
+  SetRawPayload(0x8A, 0, 0, 0, 0, 0, 0, 0);
+  LetTimePass();
+  getActiveID32(32);
+  getActiveCardData();
+  getPartNumberString_char(0);
+  for (const std::uint32_t value : shown()) EXPECT_NE(value, 0U);
+  Reload();
+  Connected(reader);
+  for (const std::uint32_t value : shown()) EXPECT_EQ(value, 0U);
 }
 
 }  // namespace
