@@ -75,6 +75,12 @@ void LogFailure(const char* tag) {
   LogLine(tag, kFailed);
 }
 
+bool Fail(const char* tag, std::uint32_t error) {
+  EntryOfActDev().LastLibErr |= error;
+  LogFailure(tag);
+  return false;
+}
+
 }  // namespace tavlyn
 
 extern "C" std::uint32_t SetMarkerFunction(tavlyn_marker_function function) {

@@ -2,6 +2,8 @@
 // TAVLYNAPI_LOGGING was set when the library was loaded.
 #pragma once
 
+#include <cstdint>
+
 namespace tavlyn {
 
 // Opens the trace file and turns the trace on when the variable is set. No failure here harms anyone.
@@ -18,8 +20,10 @@ void LogLine(const char* tag, const char* format, ...);
 // it.
 void LogErrorCode(const char* tag);
 
-// The usual pair behind a failure: the error code line and "Failed !!".
+// The usual pair after a failure: the error code line and "Failed !!".
 void LogFailure(const char* tag);
+// The same, with an error bit for the active device. Always false, which most callers hand on.
+bool Fail(const char* tag, std::uint32_t error);
 
 inline constexpr const char* kFailed = "Failed !!";
 inline constexpr const char* kSuccess = "Success !!";

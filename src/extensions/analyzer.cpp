@@ -5,7 +5,7 @@
 
 #include "api.h"
 #include "core/openings.h"
-#include "core/state.h"
+#include "core/trace.h"
 #include "extensions/exchange.h"
 
 namespace tavlyn {

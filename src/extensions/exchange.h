@@ -16,7 +16,4 @@ struct ReportPair {
 // Fills the pair anew: command out, reply in.
 bool Exchange(const Command& command, ReportPair& pair, std::uint8_t x = 0, std::uint8_t y = 0);
 
-// Ors the error into the active device's word and traces the failure.
-void Fail(const char* tag, std::uint32_t error);
-
 }  // namespace tavlyn

@@ -1,6 +1,7 @@
 // Modules of a reader that are switched one by one. Their numbers are the caller's affair.
 #include "api.h"
 #include "core/openings.h"
+#include "core/trace.h"
 #include "extensions/exchange.h"
 
 namespace tavlyn {

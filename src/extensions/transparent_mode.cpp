@@ -1,6 +1,7 @@
 // Transparent mode: asked for and switched, for the moment or for good.
 #include "api.h"
 #include "core/openings.h"
+#include "core/trace.h"
 #include "extensions/exchange.h"
 
 namespace tavlyn {

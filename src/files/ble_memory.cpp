@@ -4,7 +4,7 @@
 
 #include "core/pause.h"
 #include "core/state.h"
-#include "files/item_packets.h"
+#include "files/items.h"
 
 namespace tavlyn {
 namespace {
@@ -12,14 +12,14 @@ namespace {
 constexpr std::uint32_t kBeforeRead = 30;
 constexpr std::uint8_t kSubBlocks = kBlePiece / kBlockBytes;
 
-constexpr BlockBytes ReadHeader(std::uint8_t selector) { return {0x10, 0x01, 0x00, selector}; }
-constexpr BlockBytes WriteHeader(std::uint8_t selector) { return {0x11, 0x01, kBlePiece, selector}; }
+constexpr BlockBytes HeaderToRead(std::uint8_t selector) { return {0x10, 0x01, 0x00, selector}; }
+constexpr BlockBytes HeaderToWrite(std::uint8_t selector) { return {0x11, 0x01, kBlePiece, selector}; }
 
 void Wait(std::uint32_t milliseconds) {
   if (milliseconds > 0) Pause(milliseconds);
 }
 
-// Exchanges of one command; after the first that failed there are no more.
+// The exchanges of one command, each true when a reply came.
 class BleChannel {
  public:
   BleChannel(const Command& command, std::int32_t reportSize) : channel_(reportSize), command_(command) {}
@@ -37,7 +37,7 @@ class BleChannel {
 bool ReadPiece(BleChannel& channel, const BlePiece& piece, std::span<std::uint8_t> bytes) {
   for (const std::uint8_t header : {piece.selector, piece.opener}) {
     Wait(kBeforeRead);
-    if (!channel.Exchange(kHeaderBlock, ReadHeader(header))) return false;
+    if (!channel.Exchange(kHeaderBlock, HeaderToRead(header))) return false;
   }
   for (std::uint8_t block = 1; block <= kSubBlocks; ++block) {
     if (!channel.Exchange(block)) return false;
@@ -48,7 +48,7 @@ bool ReadPiece(BleChannel& channel, const BlePiece& piece, std::span<std::uint8_
 
 bool WritePiece(BleChannel& channel, const BlePiece& piece, std::span<const std::uint8_t> bytes,
                 std::uint32_t beforeSave) {
-  if (!channel.Exchange(kHeaderBlock, WriteHeader(piece.selector))) return false;
+  if (!channel.Exchange(kHeaderBlock, HeaderToWrite(piece.selector))) return false;
   for (std::uint8_t block = 1; block <= kSubBlocks; ++block) {
     if (!channel.Exchange(block, BlockAt(bytes, block))) return false;
   }

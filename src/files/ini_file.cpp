@@ -7,6 +7,7 @@
 //   [EOF]                   then the trailer
 //
 // Every line ends in CR LF, nothing stands between the items.
+#include <algorithm>
 #include <array>
 #include <span>
 #include <string_view>
@@ -16,7 +17,7 @@
 #include "core/text.h"
 #include "core/wipe.h"
 #include "files/integrity.h"
-#include "files/secure_items.h"
+#include "files/items.h"
 
 using namespace tavlyn;
 
@@ -41,7 +42,7 @@ bool IsSectionHead(std::string_view line) {
 
 // A line feed of its own ends the bytes. A carriage return with it is taken for a byte, 0, which the test of
 // the length then catches.
-bool TakeBytes(IniLines& lines, std::string_view key, Item& item) {
+bool TakeBytesOf(IniLines& lines, std::string_view key, Item& item) {
   std::string_view line;
   if (!lines.Next(line)) return false;
   Tokens tokens(line);
@@ -64,7 +65,7 @@ bool LoadItems(const char* path) {
   bool written = false;
   while (lines.Next(line) && line != "[EOF]\r\n") {
     Item item;
-    if (!IsSectionHead(line) || !TakeBytes(lines, "hdr", item) || !TakeBytes(lines, "data", item))
+    if (!IsSectionHead(line) || !TakeBytesOf(lines, "hdr", item) || !TakeBytesOf(lines, "data", item))
       return false;
     const auto bytes = std::span<const std::uint8_t>(item.bytes).first(item.count);
     written = IsWholeItem(bytes) && WriteItem(bytes);
@@ -75,10 +76,7 @@ bool LoadItems(const char* path) {
 }  // namespace
 
 std::uint32_t LoadIniFile(const char* path) {
-  if (!IsIntact(path, kIniTrailer)) {
-    EntryOfActDev().LastLibErr |= TAVLYN_ERR_INTEGRITY;
-    return 0;
-  }
+  if (!PassesIntegrity(path, kIniTrailer)) return 0;
   if (!ActiveInRange()) return 0;
   EntryOfActDev().LastLibErr = 0;
   if (EntryOfActDev().ProductKind != kReader) return 0;

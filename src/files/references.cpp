@@ -5,7 +5,7 @@
 
 #include "api.h"
 #include "core/openings.h"
-#include "files/item_packets.h"
+#include "files/items.h"
 #include "reader/classify.h"
 
 using namespace tavlyn;
@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t kMostBytes = 512;
 
-bool Fail() {
+bool MarkFailed() {
   EntryOfActDev().LastLibErr |= TAVLYN_ERR_REFERENCE;
   return false;
 }
@@ -24,22 +24,24 @@ bool Repeated(ItemChannel& channel, std::uint8_t block, const BlockBytes& bytes)
 }
 
 // Only a lost reply leaves an error bit.
-bool WriteHeader(ItemChannel& channel, const BlockBytes& header) {
+bool WriteReferenceHeader(ItemChannel& channel, const BlockBytes& header) {
   EntryOfActDev().LastLibErr = 0;
   const Xfer done = channel.Exchange(command::kWriteItem, kHeaderBlock, header);
-  if (done == Xfer::kNoReply) return Fail();
+  if (done == Xfer::kNoReply) return MarkFailed();
   return done == Xfer::kDone && channel.Echoed();
 }
 
-bool WritePayload(ItemChannel& channel, std::span<const std::uint8_t> data) {
+bool WriteReferencePayload(ItemChannel& channel, std::span<const std::uint8_t> data) {
   EntryOfActDev().LastLibErr = 0;
   for (std::size_t block = 1; block <= BlockCount(data.size()); ++block) {
-    if (!Repeated(channel, static_cast<std::uint8_t>(block), BlockAt(data, block))) return Fail();
+    if (!Repeated(channel, static_cast<std::uint8_t>(block), BlockAt(data, block))) return MarkFailed();
   }
   return true;
 }
 
-bool Save(ItemChannel& channel) { return (Repeated(channel, kItemEnd, {}) && CommitItems()) || Fail(); }
+bool SaveReference(ItemChannel& channel) {
+  return (Repeated(channel, kItemEnd, {}) && CommitItems()) || MarkFailed();
+}
 
 std::uint32_t WriteReference(std::uint8_t h0, std::uint8_t h1, const std::uint8_t* data,
                              std::uint32_t length) {
@@ -48,7 +50,10 @@ std::uint32_t WriteReference(std::uint8_t h0, std::uint8_t h1, const std::uint8_
   ItemChannel channel;
   const BlockBytes header = {h0, h1, static_cast<std::uint8_t>(length)};
   const std::span bytes(data, std::min<std::size_t>(length, kMostBytes));
-  return WriteHeader(channel, header) && WritePayload(channel, bytes) && Save(channel) ? 1 : 0;
+  return WriteReferenceHeader(channel, header) && WriteReferencePayload(channel, bytes) &&
+                 SaveReference(channel)
+             ? 1
+             : 0;
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
 // Single items of a reader's protected memory.
-#include "files/secure_items.h"
+#include "files/items.h"
 
 #include "tests/files/secure_bench.h"
 

@@ -1,18 +1,25 @@
-// Configuration files with an integrity trailer.
+#include "files/integrity.h"
+
 #include "api.h"
 #include "core/openings.h"
-#include "files/integrity.h"
 #include "files/template_file.h"
+
+namespace tavlyn {
+
+bool PassesIntegrity(const char* path, std::uint32_t kind) {
+  if (IsIntact(path, kind)) return true;
+  EntryOfActDev().LastLibErr |= TAVLYN_ERR_INTEGRITY;
+  return false;
+}
+
+}  // namespace tavlyn
 
 using namespace tavlyn;
 
 std::uint32_t CheckTamperedFile(const char* path, std::uint32_t kind) { return IsIntact(path, kind) ? 1 : 0; }
 
 std::uint32_t ReadDevCfgFromSecureFile(const char* path) {
-  if (!IsIntact(path, kHwgTrailer)) {
-    EntryOfActDev().LastLibErr |= TAVLYN_ERR_INTEGRITY;
-    return 0;
-  }
+  if (!PassesIntegrity(path, kHwgTrailer)) return 0;
   // Without an active reader nothing is loaded and the answer is deliberately 1 all the same.
   if (!ActiveInRange()) return 1;
   EntryOfActDev().LastLibErr = 0;

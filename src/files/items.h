@@ -1,4 +1,4 @@
-// The packets by which the items of a reader's protected memory travel:
+// The items of a reader's protected memory, and the packets by which they travel:
 //
 //   header    89 10|90 00 00     H0 H1 H2 H3    H2 is the length of the item, the others say which one
 //   block     89 10|90 00 block  four bytes     blocks count from 1
@@ -28,7 +28,7 @@ using BlockBytes = std::array<std::uint8_t, kBlockBytes>;  // b5 to b8
 
 constexpr std::size_t BlockCount(std::size_t bytes) { return (bytes + kBlockBytes - 1) / kBlockBytes; }
 
-// The bytes of a block, numbered from 1; zeros behind the end.
+// The bytes of a block, numbered from 1; zeros after the end.
 BlockBytes BlockAt(std::span<const std::uint8_t> bytes, std::size_t block);
 
 class ItemChannel {
@@ -56,5 +56,13 @@ class ItemChannel {
 
 // The commit, which has no reply.
 bool CommitItems();
+
+inline constexpr std::size_t kItemHeader = 4;
+
+// The four bytes of its header stand in front of its payload and tell the payload's length.
+bool IsWholeItem(std::span<const std::uint8_t> item);
+
+// A whole item. True when the reader was told to keep it.
+bool WriteItem(std::span<const std::uint8_t> item);
 
 }  // namespace tavlyn

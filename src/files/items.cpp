@@ -1,5 +1,4 @@
-// Single items of a reader's protected memory.
-#include "files/secure_items.h"
+#include "files/items.h"
 
 #include <algorithm>
 
@@ -7,32 +6,25 @@
 #include "core/openings.h"
 #include "core/pause.h"
 #include "core/trace.h"
-#include "files/item_packets.h"
 
 namespace tavlyn {
 namespace {
 
 constexpr std::uint32_t kStoreTime = 500;  // the reader needs it between the end of an item and the commit
 
-bool Fail(const char* tag) {
-  EntryOfActDev().LastLibErr |= TAVLYN_ERR_SECURE;
-  LogFailure(tag);
-  return false;
-}
-
 BlockBytes HeaderOf(std::span<const std::uint8_t> item) { return BlockAt(item, 1); }
 
 bool ReadHeader(ItemChannel& channel, const BlockBytes& header) {
   EntryOfActDev().LastLibErr = 0;
   const Xfer done = channel.Exchange(command::kReadItem, kHeaderBlock, header);
-  if (done == Xfer::kNotSent) return Fail("readSecure::readSecureHeader");
+  if (done == Xfer::kNotSent) return Fail("readSecure::readSecureHeader", TAVLYN_ERR_SECURE);
   if (done == Xfer::kNoReply) return false;
   if (channel.EchoedWhole()) return true;
   LogLine("readSecure::headerVerify", "Header Verifiaction failed");
   return false;
 }
 
-// A block that does not come is left out and those behind it move up; nothing tells of it. Whole blocks are
+// A block that does not come is left out and those after it move up; nothing tells of it. Whole blocks are
 // stored, also where the last one is longer than what is left of the length.
 void ReadPayload(ItemChannel& channel, std::size_t length, std::uint8_t* out) {
   EntryOfActDev().LastLibErr = 0;
@@ -40,7 +32,7 @@ void ReadPayload(ItemChannel& channel, std::size_t length, std::uint8_t* out) {
   for (std::size_t block = 1; block <= BlockCount(length); ++block) {
     const Xfer done = channel.Exchange(command::kReadItem, static_cast<std::uint8_t>(block));
     if (done == Xfer::kNotSent) {
-      Fail("readSecure::readKeyData");
+      Fail("readSecure::readKeyData", TAVLYN_ERR_SECURE);
       return;
     }
     if (done == Xfer::kDone && channel.Echoed()) out = std::ranges::copy(channel.Bytes(), out).out;
@@ -48,20 +40,20 @@ void ReadPayload(ItemChannel& channel, std::size_t length, std::uint8_t* out) {
 }
 
 // Deliberately without a result: the payload follows a header that was lost or refused, too.
-void WriteHeader(ItemChannel& channel, const BlockBytes& header) {
+void WriteItemHeader(ItemChannel& channel, const BlockBytes& header) {
   EntryOfActDev().LastLibErr = 0;
   const Xfer done = channel.Exchange(command::kWriteItem, kHeaderBlock, header);
-  if (done == Xfer::kNoReply) Fail("writeSecure::WriteSecureHeader");
+  if (done == Xfer::kNoReply) Fail("writeSecure::WriteSecureHeader", TAVLYN_ERR_SECURE);
 }
 
 // One block that was repeated is enough.
-bool WritePayload(ItemChannel& channel, std::span<const std::uint8_t> payload) {
+bool WriteItemPayload(ItemChannel& channel, std::span<const std::uint8_t> payload) {
   EntryOfActDev().LastLibErr = 0;
   bool anyEchoed = false;
   for (std::size_t block = 1; block <= BlockCount(payload.size()); ++block) {
     const Xfer done =
         channel.Exchange(command::kWriteItem, static_cast<std::uint8_t>(block), BlockAt(payload, block));
-    if (done == Xfer::kNotSent) return Fail("writeSecure::WriteKeyData");
+    if (done == Xfer::kNotSent) return Fail("writeSecure::WriteKeyData", TAVLYN_ERR_SECURE);
     anyEchoed |= done == Xfer::kDone && channel.Echoed();
   }
   return anyEchoed;
@@ -71,13 +63,36 @@ bool SaveItem(ItemChannel& channel) {
   constexpr const char* kTag = "writeSecure::SaveKeyData";
   EntryOfActDev().LastLibErr = 0;
   const Xfer ended = channel.Exchange(command::kWriteItem, kItemEnd);
-  if (ended == Xfer::kNotSent) return Fail(kTag);
+  if (ended == Xfer::kNotSent) return Fail(kTag, TAVLYN_ERR_SECURE);
   if (ended == Xfer::kNoReply || !channel.Echoed()) return false;
   Pause(kStoreTime);
-  return CommitItems() || Fail(kTag);
+  return CommitItems() || Fail(kTag, TAVLYN_ERR_SECURE);
 }
 
 }  // namespace
+
+BlockBytes BlockAt(std::span<const std::uint8_t> bytes, std::size_t block) {
+  bytes = bytes.subspan(std::min((block - 1) * kBlockBytes, bytes.size()));
+  BlockBytes taken{};
+  std::ranges::copy(bytes.first(std::min(bytes.size(), taken.size())), taken.begin());
+  return taken;
+}
+
+Xfer ItemChannel::Exchange(const Command& command, std::uint8_t block, const BlockBytes& bytes) {
+  const Report packet = CommandReport(command, {block});
+  request_ = {};
+  std::ranges::copy(packet, request_.begin());
+  std::ranges::copy(bytes, request_.begin() + 5);
+  reply_ = {};
+  if (!WriteFeatureReport(size_, shared.ActDev, request_.data())) return Xfer::kNotSent;
+  return ReadFeatureReport(size_, shared.ActDev, reply_.data()) ? Xfer::kDone : Xfer::kNoReply;
+}
+
+bool ItemChannel::SameFirst(std::size_t bytes) const {
+  return std::ranges::equal(std::span(request_).subspan(1, bytes), std::span(reply_).subspan(1, bytes));
+}
+
+bool CommitItems() { return SendReport(CommandReport(command::kCommit)); }
 
 bool IsWholeItem(std::span<const std::uint8_t> item) {
   return item.size() >= kItemHeader && item.size() - kItemHeader == item[kLengthAt];
@@ -85,8 +100,8 @@ bool IsWholeItem(std::span<const std::uint8_t> item) {
 
 bool WriteItem(std::span<const std::uint8_t> item) {
   ItemChannel channel;
-  WriteHeader(channel, HeaderOf(item));
-  return WritePayload(channel, item.subspan(kItemHeader)) && SaveItem(channel);
+  WriteItemHeader(channel, HeaderOf(item));
+  return WriteItemPayload(channel, item.subspan(kItemHeader)) && SaveItem(channel);
 }
 
 }  // namespace tavlyn
