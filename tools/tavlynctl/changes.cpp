@@ -128,13 +128,13 @@ Json WrittenSettings(const SettingsPlan& plan, std::string& refused) {
 
 }  // namespace
 
-Change Wanting(int configuration, Json wanted) {
+Change ChangeOf(int configuration, Json wanted) {
   const SelectedConfiguration selected(configuration);
   return {configuration, std::move(wanted), Settings()};
 }
 
-Json Carry(Json document, const std::vector<Change>& changes, Sending sending,
-           const std::function<void()>& write) {
+Json ApplyAndVerify(Json document, const std::vector<Change>& changes, Sending sending,
+                    const std::function<void()>& write) {
   Json planned = PlannedRows(changes);
   const bool needed = sending == Sending::kAll || (sending == Sending::kDifferences && !planned.empty());
   document["written"] = needed;
@@ -147,7 +147,7 @@ Json Carry(Json document, const std::vector<Change>& changes, Sending sending,
   return Verified(std::move(document), std::move(rows), refused);
 }
 
-Json CarrySettings(Json document, const SettingsPlan& plan, bool dryRun) {
+Json ApplyAndVerifySettings(Json document, const SettingsPlan& plan, bool dryRun) {
   Json planned = PlannedSettings(plan);
   const bool needed = !dryRun && !planned.empty();
   document["written"] = needed;

@@ -15,7 +15,7 @@ struct Change {
 };
 
 // With the settings of that configuration as they are.
-Change Wanting(int configuration, Json wanted);
+Change ChangeOf(int configuration, Json wanted);
 
 enum class Sending {
   kNothing,      // a dry run
@@ -26,8 +26,8 @@ inline Sending SendingOf(bool dryRun) { return dryRun ? Sending::kNothing : Send
 
 // Adds what would change to the document. What is sent is written, read back and compared, and the outcome
 // added; when the reader did not take a value Failure is thrown with the document.
-Json Carry(Json document, const std::vector<Change>& changes, Sending sending,
-           const std::function<void()>& write);
+Json ApplyAndVerify(Json document, const std::vector<Change>& changes, Sending sending,
+                    const std::function<void()>& write);
 
 // The same for the settings of another product, which has one configuration; read gives them from the
 // library's mirror. WriteCfg writes them.
@@ -36,7 +36,7 @@ struct SettingsPlan {
   Json wanted;
   std::function<Json()> read;
 };
-Json CarrySettings(Json document, const SettingsPlan& plan, bool dryRun);
+Json ApplyAndVerifySettings(Json document, const SettingsPlan& plan, bool dryRun);
 
 // WriteCfg; throws Failure when it fails.
 void Commit();

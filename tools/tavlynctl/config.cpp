@@ -117,17 +117,17 @@ struct SetConfig {
   [[nodiscard]] Json Run(const Request& request) const {
     const std::uint32_t product = ProductOfWords(assignments);
     if (product != kReaders) return SetSettings(product, request);
-    std::vector<Wish> values;
-    for (const std::string& text : assignments) values.push_back(ParseWish(text));
+    std::vector<FieldValue> values;
+    for (const std::string& text : assignments) values.push_back(ParseFieldValue(text));
     const Session session(request.link);
     session.Use(request.device);
     CheckConfiguration(configuration);
-    const Change change = Wanting(configuration, Values(values));
+    const Change change = ChangeOf(configuration, Values(values));
     {
       const SelectedConfiguration selected(configuration);
       Store(values);
     }
-    return Carry(request.DeviceDocument(), {change}, SendingOf(dryRun), Commit);
+    return ApplyAndVerify(request.DeviceDocument(), {change}, SendingOf(dryRun), Commit);
   }
 
  private:
@@ -138,7 +138,7 @@ struct SetConfig {
     CheckConfiguration(configuration);
     const SettingsPlan plan{MirrorSettings(), wanted, MirrorSettings};
     StoreSettings(wanted);
-    return CarrySettings(request.DeviceDocument(), plan, dryRun);
+    return ApplyAndVerifySettings(request.DeviceDocument(), plan, dryRun);
   }
 };
 
@@ -243,8 +243,8 @@ struct SetCardType {
     if (IsCardTypeInList(static_cast<std::int16_t>(type)) != 1) {
       throw Failure(kUsage, ActiveDeviceName() + " does not know card type " + Hex(type, 4));
     }
-    const Change change = Wanting(index, {{kCardTypeName, Hex(type, 4)}, {kCardPriorityName, priority}});
-    return Carry(request.DeviceDocument(), {change}, SendingOf(dryRun), [&] {
+    const Change change = ChangeOf(index, {{kCardTypeName, Hex(type, 4)}, {kCardPriorityName, priority}});
+    return ApplyAndVerify(request.DeviceDocument(), {change}, SendingOf(dryRun), [&] {
       {
         const SelectedConfiguration selected(index);
         SetCardTypePriority(type, priority == PriorityText(true) ? 1 : 0);

@@ -90,7 +90,7 @@ LoadPlan PlanOf(Template file) {
   TellUnmatched(file.configurations.size(), room, plan.ignored);
   file.configurations.resize(std::min({file.configurations.size(), room, kLoadedConfigs}));
   for (Json& values : file.configurations) {
-    Change change = Wanting(static_cast<int>(plan.changes.size()), std::move(values));
+    Change change = ChangeOf(static_cast<int>(plan.changes.size()), std::move(values));
     DropUntaken(change, room > 1, plan);
     const SelectedConfiguration selected(change.configuration);
     CheckRanges(change.wanted);
@@ -140,7 +140,7 @@ struct LoadConfig {
     document["secure"] = checked;
     document["separator_data_not_loaded"] = plan.sepBytesDropped;
     document["ignored"] = plan.ignored;
-    return Carry(std::move(document), plan.changes, SendingOf(dryRun), [&] {
+    return ApplyAndVerify(std::move(document), plan.changes, SendingOf(dryRun), [&] {
       const std::uint32_t loaded =
           checked ? ReadDevCfgFromSecureFile(path.c_str()) : ReadDevCfgFmFile(path.c_str());
       if (loaded == 1) return;
@@ -161,7 +161,7 @@ struct LoadConfig {
     Json document = request.DeviceDocument();
     document["file"] = path;
     document["ignored"] = file.ignored;
-    return CarrySettings(std::move(document), plan, dryRun);
+    return ApplyAndVerifySettings(std::move(document), plan, dryRun);
   }
 };
 

@@ -88,14 +88,14 @@ void StoreRecord(Record record, const RecordWords& words) {
   if (!kCalls[record].set(words)) RefuseRecord(record);
 }
 
-void StoreRecords(const std::vector<Wish>& wishes, bool now) {
+void StoreRecords(const std::vector<FieldValue>& values, bool now) {
   for (std::size_t index = 0; index < kRecordCount; ++index) {
     const auto record = static_cast<Record>(index);
-    const auto concerns = [&](const Wish& wish) { return wish.field.id.record == record; };
-    if (std::ranges::none_of(wishes, concerns)) continue;
+    const auto concerns = [&](const FieldValue& one) { return one.field.id.record == record; };
+    if (std::ranges::none_of(values, concerns)) continue;
     RecordWords words = ReadRecord(record);
-    for (const Wish& wish : wishes) {
-      if (concerns(wish)) words[wish.field.id.word] = wish.value;
+    for (const FieldValue& one : values) {
+      if (concerns(one)) words[one.field.id.word] = one.value;
     }
     if (now) words[field::LEDCtrl_bVolatile.word] = 1;
     StoreRecord(record, words);
@@ -151,7 +151,7 @@ const Field& FindField(const std::string& name) {
   throw Failure(kUsage, "there is no field " + name + Suggestion(name));
 }
 
-Wish ParseWish(const std::string& text) {
+FieldValue ParseFieldValue(const std::string& text) {
   const std::size_t equals = text.find('=');
   if (equals == std::string::npos) throw Failure(kUsage, text + " is not FIELD=VALUE");
   const Field& field = FindField(text.substr(0, equals));
@@ -166,10 +166,10 @@ Wish ParseWish(const std::string& text) {
   return {field, value};
 }
 
-Json Values(const std::vector<Wish>& wishes) {
-  Json values = Json::object();
-  for (const Wish& wish : wishes) values[FullName(wish.field)] = wish.value;
-  return values;
+Json Values(const std::vector<FieldValue>& values) {
+  Json named = Json::object();
+  for (const FieldValue& one : values) named[FullName(one.field)] = one.value;
+  return named;
 }
 
 void CheckRanges(const Json& values) {
@@ -190,8 +190,8 @@ RecordWords ReadRecord(Record record) {
                 std::string(kRecordNames[record]) + " of " + ActiveDeviceName() + ": " + ErrorText());
 }
 
-void Store(const std::vector<Wish>& wishes) { StoreRecords(wishes, false); }
-void StoreNow(const std::vector<Wish>& wishes) { StoreRecords(wishes, true); }
+void Store(const std::vector<FieldValue>& values) { StoreRecords(values, false); }
+void StoreNow(const std::vector<FieldValue>& values) { StoreRecords(values, true); }
 
 Json Settings() {
   Json settings{{kSavedOptions[0].keyword, GetAZERTYShiftLock()},

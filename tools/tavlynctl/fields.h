@@ -25,24 +25,24 @@ std::string RangeText(const Bounds& bounds);
 const Field& FindField(const std::string& name);
 
 // A value for a field.
-struct Wish {
+struct FieldValue {
   Field field;
   std::int16_t value;
 };
 // From "FIELD=VALUE". Throws Failure for what no reader keeps.
-Wish ParseWish(const std::string& text);
+FieldValue ParseFieldValue(const std::string& text);
 // By full names.
-Json Values(const std::vector<Wish>& wishes);
+Json Values(const std::vector<FieldValue>& values);
 
 // Throws Failure for a value outside the range of its field: {"IDBitCnts.iIDBitCnt": 300, …}.
 void CheckRanges(const Json& values);
 
 // Throws Failure when the configuration was not read.
 RecordWords ReadRecord(Record record);
-// Puts the wishes into the mirror. Throws Failure with the range that the library's error word names.
-void Store(const std::vector<Wish>& wishes);
+// Puts the values into the mirror. Throws Failure with the range that the library's error word names.
+void Store(const std::vector<FieldValue>& values);
 // The same for LEDs and relay, sent at once and not for the reader's storage.
-void StoreNow(const std::vector<Wish>& wishes);
+void StoreNow(const std::vector<FieldValue>& values);
 
 // Everything of a configuration that a template file holds, by full name, in its order; a plus reader's card
 // type too.

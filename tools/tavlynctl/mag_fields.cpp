@@ -158,7 +158,7 @@ struct SetMagField {
     Store(field, wanted);
     Json document = request.DeviceDocument();
     document["number"] = field;
-    return CarrySettings(std::move(document), plan, dryRun);
+    return ApplyAndVerifySettings(std::move(document), plan, dryRun);
   }
 };
 

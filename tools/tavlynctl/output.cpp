@@ -152,7 +152,7 @@ void FlushOutput() {
 ExitCode ShowFailure(const Failure& failure, const std::string& command, bool asJson) {
   ExitCode code = failure.code;
   const Json error{{"code", static_cast<int>(code)}, {"text", failure.what()}};
-  Json document = failure.told;
+  Json document = failure.document;
   try {
     if (asJson && document.is_null()) {
       document = NewDocument(command);

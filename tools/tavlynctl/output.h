@@ -25,10 +25,10 @@ enum ExitCode : int {
 // Ends a command.
 class Failure : public std::runtime_error {
  public:
-  Failure(ExitCode exitCode, const std::string& text, Json document = {})
-      : std::runtime_error(text), code(exitCode), told(std::move(document)) {}
+  Failure(ExitCode exitCode, const std::string& text, Json found = {})
+      : std::runtime_error(text), code(exitCode), document(std::move(found)) {}
   ExitCode code;
-  Json told;  // the document, as far as it goes; null for none
+  Json document;  // as far as it goes; null for none
 };
 
 // A document of this command, to be filled.
@@ -41,7 +41,7 @@ void ShowEvent(const Json& event, bool asJson);
 // Any other event, with its line for people.
 void ShowEvent(const Json& event, const std::string& line, bool asJson);
 void FlushOutput();
-// What could be told, and why it ended; in JSON both in one document. Gives the exit code.
+// What was found, and why it ended; in JSON both in one document. Gives the exit code.
 ExitCode ShowFailure(const Failure& failure, const std::string& command, bool asJson);
 
 std::string Hex(unsigned value, int digits);

@@ -19,18 +19,18 @@ Failure NoOutput(const std::string& what) {
   return {kDeviceError, what + " of " + ActiveDeviceName() + " failed, " + ErrorText()};
 }
 
-Wish FlagValue(const char* field, bool on) {
+FieldValue FlagValue(const char* field, bool on) {
   return {FindField(field), static_cast<std::int16_t>(on ? 1 : 0)};
 }
 
 // In the configuration that the reader is on.
-Json SetOutputs(const std::vector<Wish>& values, bool store, const Request& request) {
+Json SetOutputs(const std::vector<FieldValue>& values, bool store, const Request& request) {
   const Session session(request.link);
   session.Use(request.device);
-  const Change change = Wanting(GetActConfig(), Values(values));
+  const Change change = ChangeOf(GetActConfig(), Values(values));
   Json document = request.DeviceDocument();
   document["stored"] = store;
-  return Carry(std::move(document), {change}, Sending::kAll, [&] {
+  return ApplyAndVerify(std::move(document), {change}, Sending::kAll, [&] {
     if (!store) return StoreNow(values);
     Store(values);
     Commit();
@@ -76,7 +76,7 @@ struct Led {
   [[nodiscard]] Json Run(const Request& request) const {
     const auto has = [&](const char* word) { return std::ranges::find(colours, word) != colours.end(); };
     if (colours.size() > 1 && (has("off") || has("auto"))) throw Failure(kUsage, "off and auto stand alone");
-    std::vector<Wish> values{FlagValue("bAppCtrlsLED", !has("auto"))};
+    std::vector<FieldValue> values{FlagValue("bAppCtrlsLED", !has("auto"))};
     if (!has("auto")) {
       values.push_back(FlagValue("iRedLEDState", has("red")));
       values.push_back(FlagValue("iGrnLEDState", has("green")));
