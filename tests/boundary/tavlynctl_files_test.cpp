@@ -5,7 +5,7 @@
 #include <csignal>
 
 #include "tests/boundary/simulated_run.h"
-#include "tools/tavlynctl/whole_file.h"
+#include "tools/tavlynctl/files.h"
 
 namespace tavlyn::boundary {
 namespace {

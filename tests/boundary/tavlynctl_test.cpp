@@ -9,7 +9,7 @@
 #include <string>
 
 #include "tests/boundary/simulated_run.h"
-#include "tools/tavlynctl/permission.h"
+#include "tools/tavlynctl/nodes_linux.h"
 
 namespace tavlyn::boundary {
 namespace {
@@ -365,7 +365,7 @@ class Permission : public testing::Test {
   std::string Problem() {
     const std::string bulk = ctl::BulkProblem((folder_ / "usb").string(), (folder_ / "dev").string());
     if (!bulk.empty()) return bulk;
-    return ctl::PermissionProblem((folder_ / "sys").string(), (folder_ / "dev").string());
+    return ctl::HidProblem((folder_ / "sys").string(), (folder_ / "dev").string());
   }
 
   // As a user who owns nothing.

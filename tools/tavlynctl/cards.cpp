@@ -7,6 +7,7 @@
 
 #include "api.h"
 #include "tools/tavlynctl/areas.h"
+#include "tools/tavlynctl/hex.h"
 #include "tools/tavlynctl/program.h"
 #include "tools/tavlynctl/text_dialect.h"
 #include "tools/tavlynctl/watching.h"

@@ -5,6 +5,7 @@
 #include "tools/tavlynctl/areas.h"
 #include "tools/tavlynctl/changes.h"
 #include "tools/tavlynctl/fields.h"
+#include "tools/tavlynctl/hex.h"
 #include "tools/tavlynctl/product_settings.h"
 #include "tools/tavlynctl/program.h"
 

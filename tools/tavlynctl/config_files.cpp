@@ -7,10 +7,10 @@
 #include "tools/path_names.h"
 #include "tools/tavlynctl/areas.h"
 #include "tools/tavlynctl/fields.h"
+#include "tools/tavlynctl/files.h"
 #include "tools/tavlynctl/product_settings.h"
 #include "tools/tavlynctl/program.h"
 #include "tools/tavlynctl/template_file.h"
-#include "tools/tavlynctl/whole_file.h"
 
 namespace tavlyn::ctl {
 namespace {

@@ -6,6 +6,7 @@
 
 #include "api.h"
 #include "tools/nearest.h"
+#include "tools/tavlynctl/hex.h"
 #include "tools/tavlynctl/product_settings.h"
 #include "tools/tavlynctl/session.h"
 

@@ -5,8 +5,8 @@
 
 #include "api.h"
 #include "tools/tavlynctl/areas.h"
+#include "tools/tavlynctl/process.h"
 #include "tools/tavlynctl/program.h"
-#include "tools/tavlynctl/stopping.h"
 #include "tools/terminal.h"
 
 namespace tavlyn::ctl {

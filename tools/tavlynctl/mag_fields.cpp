@@ -5,7 +5,7 @@
 #include "api.h"
 #include "tools/tavlynctl/areas.h"
 #include "tools/tavlynctl/changes.h"
-#include "tools/tavlynctl/hex_bytes.h"
+#include "tools/tavlynctl/hex.h"
 #include "tools/tavlynctl/product_settings.h"
 #include "tools/tavlynctl/program.h"
 

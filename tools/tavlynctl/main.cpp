@@ -3,8 +3,8 @@
 
 #include "api.h"
 #include "tools/tavlynctl/areas.h"
+#include "tools/tavlynctl/process.h"
 #include "tools/tavlynctl/program.h"
-#include "tools/tavlynctl/standard_files.h"
 #include "tools/terminal.h"
 
 namespace {

@@ -1,4 +1,4 @@
-// Files of devices: who may open them, and who has.
+// Files of devices: who may open them, who has, and which of them hide a reader.
 #pragma once
 
 #include <string>
@@ -13,5 +13,9 @@ std::string ModeOf(const std::string& node);
 std::string HoldersOf(const std::string& node);
 // The same of what a descriptor's link names, such as "socket:[123]".
 std::string HoldersOfLink(const std::string& target);
+
+// PermissionProblem of any two folders, of HID devices and of the bulk device.
+std::string HidProblem(const std::string& hidrawClass, const std::string& nodes);
+std::string BulkProblem(const std::string& usbDevices, const std::string& nodes);
 
 }  // namespace tavlyn::ctl

@@ -170,10 +170,4 @@ ExitCode ShowFailure(const Failure& failure, const std::string& command, bool as
   return code;
 }
 
-std::string Hex(unsigned value, int digits) {
-  char text[16];
-  std::snprintf(text, sizeof text, "%0*X", digits, value);
-  return text;
-}
-
 }  // namespace tavlyn::ctl

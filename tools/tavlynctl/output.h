@@ -44,6 +44,4 @@ void FlushOutput();
 // What was found, and why it ended; in JSON both in one document. Gives the exit code.
 ExitCode ShowFailure(const Failure& failure, const std::string& command, bool asJson);
 
-std::string Hex(unsigned value, int digits);
-
 }  // namespace tavlyn::ctl

@@ -13,9 +13,8 @@
 #include "magstripe/text_file.h"
 #include "tools/nearest.h"
 #include "tools/tavlynctl/fields.h"
-#include "tools/tavlynctl/file_problem.h"
+#include "tools/tavlynctl/files.h"
 #include "tools/tavlynctl/session.h"
-#include "tools/tavlynctl/whole_file.h"
 
 namespace tavlyn::ctl {
 namespace {

@@ -1,32 +1,30 @@
 #include "tools/tavlynctl/program.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <map>
 #include <span>
 #include <string_view>
 
 #include "tools/common_words.h"
-#include "tools/path_names.h"
-#include "tools/tavlynctl/secrets.h"
+#include "tools/tavlynctl/files.h"
+#include "tools/tavlynctl/process.h"
 #include "tools/wrong_words.h"
 
 namespace tavlyn::ctl {
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr int kWeek = 604'800;  // seconds
 
-// A device in a file's place may never end.
-void RequireFiles(const std::vector<std::string>& paths) {
-  for (const std::string& path : paths) {
-    std::error_code unknown;
-    const fs::file_status status = fs::status(PathOf(path), unknown);
-    if (fs::is_directory(status)) throw Failure(kBadFile, path + " is a folder, not a file");
-    if (fs::exists(status) && !fs::is_regular_file(status))
-      throw Failure(kBadFile, path + " is not a regular file");
-  }
+// First words of the commands that have to do with keys, whose memory an end by a fault must not leave on a
+// disk; and of those whose own words may be keys, which no message repeats.
+constexpr std::string_view kWithKeys[] = {"secure", "keys", "ble", "raw", "serial"};
+constexpr std::string_view kWordsMayBeKeys[] = {"secure", "raw", "serial write"};
+
+// Whether a command is one of these, or stands below it.
+bool IsAmong(std::string_view command, std::span<const std::string_view> all) {
+  return std::ranges::any_of(all, [&](std::string_view words) {
+    return command.starts_with(words) && (command.size() == words.size() || command[words.size()] == ' ');
+  });
 }
 
 }  // namespace
@@ -103,8 +101,8 @@ int Program::RunGiven() try {
   if (request_.link.ascii && request_.link.kind == LinkKind::kUsb) {
     throw Failure(kUsage, "--ascii needs --com or --ip");
   }
-  if (HandlesKeys(request_.command)) ForbidCoreImage();
-  RequireFiles(request_.files);
+  if (IsAmong(request_.command, kWithKeys)) ForbidCoreImage();
+  for (const std::string& path : request_.files) RequireFile(path);
   Show(commands_.at(request_.command)(request_), request_.json);
   return kOk;
 } catch (const Failure& failure) {
@@ -113,7 +111,8 @@ int Program::RunGiven() try {
 
 int Program::Refuse(const CLI::ParseError& error, bool json) const {
   const std::string command = GivenCommand(app_);
-  return ShowFailure(Failure(kUsage, WrongWords(app_, error, MayHoldKeys(command))), command, json);
+  return ShowFailure(Failure(kUsage, WrongWords(app_, error, IsAmong(command, kWordsMayBeKeys))), command,
+                     json);
 }
 
 int Program::Run(int argc, char** argv) {

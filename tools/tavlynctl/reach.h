@@ -1,4 +1,4 @@
-// Why a serial port or an adapter cannot be reached.
+// Why a device cannot be reached: on USB, on a serial port, or behind an adapter.
 #pragma once
 
 #include <optional>
@@ -17,6 +17,10 @@ void RequirePeer(const Link& link);
 std::optional<Failure> ReachProblem(const Link& link);
 
 // What the system knows.
+
+// Which known USB devices the user may not open, or which one another program holds, and what helps; empty
+// when there is none.
+std::string PermissionProblem();
 
 enum class PortState { kMissing, kForbidden, kHeld, kFree };
 

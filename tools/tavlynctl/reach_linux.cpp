@@ -8,10 +8,10 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <fstream>
 
+#include "platform/linux/com_paths.h"
 #include "tools/tavlynctl/descriptor_linux.h"
 #include "tools/tavlynctl/nodes_linux.h"
 #include "tools/tavlynctl/reach.h"
@@ -20,16 +20,6 @@ namespace tavlyn::ctl {
 namespace {
 
 constexpr int kConnectLimit = 4000;  // milliseconds; a lost first packet is sent again after one second
-
-// Where the library looks for a port.
-std::string NodeOf(unsigned number) {
-  const std::string name = "com" + std::to_string(number);
-  if (const char* folder = secure_getenv("TAVLYNAPI_PORT_DIR"); folder != nullptr) {
-    return std::string(folder) + "/" + name;
-  }
-  const std::string named = "/dev/tavlyn/" + name;
-  return access(named.c_str(), F_OK) == 0 ? named : "/dev/ttyS" + std::to_string(number - 1);
-}
 
 // Against everyone, or against root by the lock that this library takes too.
 bool IsHeld(const std::string& node) {
@@ -47,7 +37,7 @@ Peer Outcome(int error) {
 }  // namespace
 
 Port LookAtPort(unsigned number) {
-  const std::string node = NodeOf(number);
+  const std::string node = platform::ComPath(static_cast<std::uint16_t>(number)).c_str();
   const std::string name = "COM" + std::to_string(number) + " (" + node + ")";
   if (access(node.c_str(), F_OK) != 0 && errno != EACCES) {
     return {PortState::kMissing, name + " does not exist; docs/linux.md tells which file a port is"};

@@ -54,6 +54,9 @@ Peer Connect(SOCKET tried, const sockaddr_in& peer) {
 
 }  // namespace
 
+// On Windows every user may open these devices.
+std::string PermissionProblem() { return {}; }
+
 // A port that is open cannot be opened again; who has it open is not told.
 Port LookAtPort(unsigned number) {
   const std::string name = "COM" + std::to_string(number);

@@ -1,14 +1,16 @@
 // keys load, secure read, secure write, ble save and ble load. Key material is shown only where it was asked
 // for.
-#include <array>
+#include <cstdio>
+#include <iostream>
+#include <string>
 
 #include "api.h"
 #include "tools/tavlynctl/areas.h"
-#include "tools/tavlynctl/hex_bytes.h"
+#include "tools/tavlynctl/files.h"
+#include "tools/tavlynctl/hex.h"
+#include "tools/tavlynctl/process.h"
 #include "tools/tavlynctl/program.h"
-#include "tools/tavlynctl/secrets.h"
 #include "tools/tavlynctl/template_file.h"
-#include "tools/tavlynctl/whole_file.h"
 
 namespace tavlyn::ctl {
 namespace {
@@ -23,8 +25,17 @@ Bytes ParseHeader(const std::string& text) {
   return header;
 }
 
-// In place of a -, what stands on the standard input, so that a key is not seen in a list of processes.
-std::string GivenData(const std::string& word) { return word != "-" ? word : HiddenLine("DATA"); }
+// In place of a -, a line of the standard input, so that a key is not seen in a list of processes; nor does a
+// terminal show it.
+std::string GivenData(const std::string& word) {
+  if (word != "-") return word;
+  const HiddenInput hidden;
+  if (hidden.IsTyped()) std::fprintf(stderr, "DATA is not shown while it is typed\n");
+  std::string line;
+  std::getline(std::cin, line);
+  while (!line.empty() && line.back() == '\r') line.pop_back();
+  return line;
+}
 
 Failure Lost(const std::string& what) {
   return {kDeviceError, what + " " + ActiveDeviceName() + ", " + ErrorText()};

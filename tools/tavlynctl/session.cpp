@@ -5,7 +5,7 @@
 
 #include "api.h"
 #include "tools/tavlynctl/error_words.h"
-#include "tools/tavlynctl/permission.h"
+#include "tools/tavlynctl/hex.h"
 #include "tools/tavlynctl/reach.h"
 
 namespace tavlyn::ctl {

@@ -11,7 +11,8 @@
 #include "files/template_parse.h"
 #include "tools/nearest.h"
 #include "tools/tavlynctl/fields.h"
-#include "tools/tavlynctl/file_problem.h"
+#include "tools/tavlynctl/files.h"
+#include "tools/tavlynctl/hex.h"
 
 namespace tavlyn::ctl {
 namespace {

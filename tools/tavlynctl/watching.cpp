@@ -3,8 +3,8 @@
 #include <cstdio>
 
 #include "tools/printable.h"
+#include "tools/tavlynctl/process.h"
 #include "tools/tavlynctl/session.h"
-#include "tools/tavlynctl/stopping.h"
 
 namespace tavlyn::ctl {
 namespace {

@@ -1,8 +1,16 @@
-#include "tools/tavlynctl/hex_bytes.h"
+#include "tools/tavlynctl/hex.h"
+
+#include <cstdio>
 
 #include "tools/tavlynctl/output.h"
 
 namespace tavlyn::ctl {
+
+std::string Hex(unsigned value, int digits) {
+  char text[16];
+  std::snprintf(text, sizeof text, "%0*X", digits, value);
+  return text;
+}
 
 Bytes ParseHex(const std::string& text, const char* what) {
   const bool digits = text.find_first_not_of("0123456789abcdefABCDEF") == std::string::npos;

@@ -1,9 +1,20 @@
 #include <windows.h>
 
-#include "tools/tavlynctl/secrets.h"
+#include <atomic>
+#include <cstdio>
+
+#include "tools/control_windows.h"
+#include "tools/tavlynctl/process.h"
 
 namespace tavlyn::ctl {
 namespace {
+
+std::atomic<bool> noted{false};
+
+BOOL WINAPI TakeStop(DWORD kind) {
+  if (noted.exchange(true)) EndAsInterrupted();
+  return LetEnd(kind);
+}
 
 constexpr UINT kFaultStatus = 3;
 
@@ -22,6 +33,15 @@ LONG WINAPI EndAtOnce(EXCEPTION_POINTERS*) {
 }
 
 }  // namespace
+
+// Handles are no small numbers here: none takes the place of another.
+bool OutputIsMissing() { return _fileno(stdout) < 0; }
+
+void NoteStop() { SetConsoleCtrlHandler(TakeStop, TRUE); }
+
+bool IsStopped() { return noted; }
+
+void EndStopped() { EndAsInterrupted(); }
 
 // A fault that nobody handles is what makes error reporting write the memory to a file.
 void ForbidCoreImage() {

@@ -1,5 +1,11 @@
-#include "tools/tavlynctl/whole_file.h"
+#include "tools/tavlynctl/files.h"
 
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+
+#include "core/text.h"
 #include "tools/path_names.h"
 
 namespace tavlyn::ctl {
@@ -28,6 +34,24 @@ std::string TemporaryFolder() {
 }
 
 }  // namespace
+
+void RequireFile(const std::string& path) {
+  std::error_code unknown;
+  const fs::file_status status = fs::status(PathOf(path), unknown);
+  if (fs::is_directory(status)) throw Failure(kBadFile, path + " is a folder, not a file");
+  if (fs::exists(status) && !fs::is_regular_file(status))
+    throw Failure(kBadFile, path + " is not a regular file");
+}
+
+Failure NothingIn(const std::string& path) {
+  errno = 0;
+  const File file(std::fopen(path.c_str(), "rb"));
+  if (file == nullptr && errno == ENOENT) return {kBadFile, "there is no file " + path};
+  if (file != nullptr && std::fgetc(file.get()) == EOF && std::ferror(file.get()) == 0) {
+    return {kBadFile, path + " is empty"};
+  }
+  return {kBadFile, path + " cannot be read: " + std::strerror(errno)};
+}
 
 TemporaryFile::TemporaryFile() : TemporaryFile(TemporaryFolder(), "a temporary file") {}
 

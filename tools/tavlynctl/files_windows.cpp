@@ -6,7 +6,8 @@
 #include <memory>
 #include <random>
 
-#include "tools/tavlynctl/whole_file.h"
+#include "tools/tavlynctl/files.h"
+#include "tools/tavlynctl/hex.h"
 
 namespace tavlyn::ctl {
 namespace {

@@ -1,5 +1,5 @@
-// Files that are written beside their place and take it when they are whole, so that a save that fails leaves
-// the file that was there.
+// Files that people name: why one cannot be read, and new ones. Those are written beside their place and take
+// it when they are whole, so that a save that fails leaves the file that was there.
 #pragma once
 
 #include <string>
@@ -8,6 +8,11 @@
 #include "tools/tavlynctl/output.h"
 
 namespace tavlyn::ctl {
+
+// Throws Failure for what is there but no regular file: a device in a file's place may never end.
+void RequireFile(const std::string& path);
+// Why nothing could be read from it: missing, not to be opened by this user, or empty.
+Failure NothingIn(const std::string& path);
 
 // Empty, under a name that nobody had before, readable for its owner alone; gone with the object.
 class TemporaryFile {

@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <termios.h>
@@ -5,10 +6,26 @@
 
 #include <csignal>
 
-#include "tools/tavlynctl/secrets.h"
+#include "tools/tavlynctl/process.h"
 
 namespace tavlyn::ctl {
 namespace {
+
+bool missing[STDERR_FILENO + 1];
+
+// The lowest free number is the closed one's, as those below it have been filled.
+void FillClosedOnes() {
+  for (int file = STDIN_FILENO; file <= STDERR_FILENO; ++file) {
+    if (fcntl(file, F_GETFD) < 0) missing[file] = open("/dev/null", O_RDWR) == file;
+  }
+}
+
+// The libraries that are loaded with the program may open files in their own first steps, which come later.
+[[gnu::used, gnu::section(".preinit_array")]] void (*const fillFirst)() = FillClosedOnes;
+
+constexpr int kStopping[] = {SIGINT, SIGTERM};
+
+volatile std::sig_atomic_t stopped = 0;
 
 constexpr int kEnds[] = {SIGINT, SIGTERM, SIGQUIT, SIGHUP};
 
@@ -21,6 +38,21 @@ void ShowAndEnd(int signal) {
 }
 
 }  // namespace
+
+bool OutputIsMissing() { return missing[STDOUT_FILENO]; }
+
+void NoteStop() {
+  for (const int one : kStopping) {
+    std::signal(one, [](int signal) {
+      stopped = signal;
+      for (const int next : kStopping) std::signal(next, SIG_DFL);
+    });
+  }
+}
+
+bool IsStopped() { return stopped != 0; }
+
+void EndStopped() { std::raise(stopped); }
 
 // The limit alone does not hold where the core pattern is a program: that is handed the image all the same.
 void ForbidCoreImage() {

@@ -1,4 +1,4 @@
-// Bytes as pairs of hexadecimal digits.
+// Numbers and bytes in hexadecimal digits.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,10 @@ namespace tavlyn::ctl {
 
 using Bytes = std::vector<std::uint8_t>;
 
-// Throws Failure, which names what but does not repeat the text: it may be a key.
+// With so many digits at least.
+std::string Hex(unsigned value, int digits);
+
+// From pairs of digits. Throws Failure, which names what but does not repeat the text: it may be a key.
 Bytes ParseHex(const std::string& text, const char* what);
 std::string HexText(const Bytes& bytes);
 

@@ -12,7 +12,7 @@
 #include <filesystem>
 
 #include "tools/tavlynctl/descriptor_linux.h"
-#include "tools/tavlynctl/whole_file.h"
+#include "tools/tavlynctl/files.h"
 
 namespace tavlyn::ctl {
 namespace {

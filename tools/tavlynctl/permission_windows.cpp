@@ -1,8 +1,0 @@
-#include "tools/tavlynctl/permission.h"
-
-namespace tavlyn::ctl {
-
-// On Windows every user may open these devices.
-std::string PermissionProblem() { return {}; }
-
-}  // namespace tavlyn::ctl
