@@ -64,8 +64,8 @@ TAVLYN_API int32_t TAVLYN_CALL GetCardPriority(void);
 TAVLYN_API uint32_t TAVLYN_CALL SetCardTypePriority(uint16_t type, int16_t priority);
 
 /** Tells whether the reader knows a card type, by the list that came with the configuration. A reader that
- * has told no list rejects nothing.
- * @param type code of the type. Bits 4 to 7 do not count, and a type without other bits is known always,
+ * gave no list rejects nothing.
+ * @param type code of the type. Bits 4 to 7 do not count, and a type without other bits is always known,
  *   even with no device.
  * @return 1 when it is known; 0 when it is not, or no card reader is active. */
 TAVLYN_API uint32_t TAVLYN_CALL IsCardTypeInList(int16_t type);

@@ -40,9 +40,9 @@ TAVLYN_API uint32_t TAVLYN_CALL ReadSecureData(const uint8_t* header, uint8_t* o
  * writes its items as WriteSecureData() does. One that fails does not stop the others.
  *
  * An item is three lines: "[Blob" any digits "]", "hdr=" and its header, "data=" and its payload, bytes in
- * hexadecimal between blanks. A line ends in CR LF, has at most 255 characters with them, and no line stands
- * between two items. The last item is followed by "[EOF]" and "iEndOfIniFile=" with the CRC-32 of all that
- * stands above "[EOF]", eight digits in upper case ("0" for a sum of 0).
+ * hexadecimal between blanks. A line ends in CR LF, has at most 255 characters with them, and there is no
+ * line between two items. The last item is followed by "[EOF]" and "iEndOfIniFile=" with the CRC-32 of all
+ * that stands above "[EOF]", eight digits in upper case ("0" for a sum of 0).
  * @param path path of the file.
  * @return 1 when the last item was written. 0 when the file does not pass, which adds TAVLYN_ERR_INTEGRITY
  *   and sends nothing; when a line is out of place, in which case the items before it are written; when the

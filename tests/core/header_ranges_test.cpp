@@ -87,8 +87,12 @@ class HeaderRanges : public Bench {
     };
     EXPECT_TRUE(takes(range.least));
     EXPECT_TRUE(takes(range.most));
-    if (range.least > -32768) EXPECT_FALSE(takes(range.least - 1));
-    if (range.most < 32767) EXPECT_FALSE(takes(range.most + 1));
+    if (range.least > -32768) {
+      EXPECT_FALSE(takes(range.least - 1));
+    }
+    if (range.most < 32767) {
+      EXPECT_FALSE(takes(range.most + 1));
+    }
   }
 
   static void ExpectRanges(const RecordCalls& calls, std::string_view header, std::size_t wordCount) {

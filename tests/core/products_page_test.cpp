@@ -108,7 +108,9 @@ class ProductsPage : public Bench {
     for (const Variant& variant : VariantsOf(exported, kNumbersTried)) {
       const Outcome outcome = CallWith(exported, variant);
       supported = supported || !Same(outcome, kUnsupportedResult);
-      if (told) EXPECT_TRUE(Same(outcome, *told)) << "gave " << std::hex << outcome.value;
+      if (told) {
+        EXPECT_TRUE(Same(outcome, *told)) << "gave " << std::hex << outcome.value;
+      }
       if (!told && supported) return;
     }
     EXPECT_TRUE(told || supported) << "is unsupported";
@@ -129,10 +131,10 @@ TEST_F(ProductsPage, NamesEveryCallOnce) {
     ASSERT_EQ(cells.size(), 1U) << exported.name;
     EXPECT_EQ(cells.front().size(), 3U) << exported.name;
   }
-  for (const auto& [pattern, cells] : rows) {
+  for (const auto& row : rows) {
     EXPECT_TRUE(std::ranges::any_of(Exports(), [&](const Export& exported) {
-      return exported.name == pattern || Means(pattern, exported.name);
-    })) << pattern;
+      return exported.name == row.first || Means(row.first, exported.name);
+    })) << row.first;
   }
 }
 
