@@ -8,7 +8,7 @@
 
 #include "core/text.h"
 #include "hid/enumeration.h"
-#include "links/serial_port.h"
+#include "links/probe.h"
 
 namespace tavlyn {
 namespace {
@@ -29,17 +29,10 @@ bool PathTells(const char* path, platform::HidIds pair) {
 }
 
 // A serial port belongs to one entry: whatever overwrites an entry lets go of its port first.
-void DropPort(tsDevEntry& entry) {
-  if (entry.pSerialPort == nullptr) return;
-  entry.pSerialPort->Release();
-  delete entry.pSerialPort;
-  entry.pSerialPort = nullptr;
-}
-
 bool Add(const tsDevEntry& entry) {
   if (shared.DevCnt >= kTableEntries) return false;
   tsDevEntry& added = DevTable[shared.DevCnt];
-  DropPort(added);
+  ReleasePort(added);
   added = entry;
   ++shared.DevCnt;
   return true;
@@ -52,7 +45,7 @@ bool RemoveFirstOpen() {
   const auto first = std::ranges::find_if(live, IsOpen);
   if (first == live.end()) return false;
   CloseDevice(first->hDev);
-  DropPort(*first);
+  ReleasePort(*first);
   *first = {};
   first->hDev = platform::kNoHandle;
   return true;
@@ -68,7 +61,7 @@ void CloseGaps() {
   for (auto entry = gap + 1; entry != live.end(); ++entry) {
     if (!IsOpen(*entry)) continue;
     tsDevEntry& below = *(entry - 1);
-    DropPort(below);
+    ReleasePort(below);
     below = *entry;
     entry->pSerialPort = nullptr;
   }

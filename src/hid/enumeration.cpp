@@ -11,7 +11,7 @@ namespace {
 constexpr int kMostInterfaces = 127;
 // A device of this product ID is ours in every search, whoever its vendor.
 constexpr std::uint16_t kAnyVendorPid = 0x104;
-// The collection of a report-ID-1 reader that takes feature reports; its others are keyboards.
+// The collection of a report-ID-1 device that takes feature reports; its others are keyboards.
 constexpr platform::HidUsage kVendorCollection{0xFFA0, 0xA000};
 
 platform::HidSystem& Hid() { return platform::TheHost().hid; }

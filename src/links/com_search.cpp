@@ -1,55 +1,47 @@
 #include "links/com_search.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 
 #include "api.h"
-#include "links/serial_port.h"
+#include "core/state.h"
 
 namespace tavlyn {
 namespace {
 
-// One port of the reader search; true when a reader answered there.
-bool TryReaderPort(std::uint16_t number, tsDevEntry& entry, Probe answers) {
-  SerialPort* port = ClosedPort(entry);
-  if (port == nullptr) return false;
-  entry.LinkKind = kBySerialPort;
-  port->SetPortNum(number);
-  port->SetLine({shared.search.DefaultBaud, 0, 0});
-  port->UseNormalTimeouts();
-  // A port that does not open leaves its object for the next candidate.
-  if (!port->Open()) return false;
-  shared.ActDev = shared.DevCnt;
-  if (!answers()) {
-    DropPort(entry);
-    return false;
-  }
-  entry.bFound = 1;
-  std::snprintf(entry.DevName, sizeof entry.DevName, "COM%d:", number);
-  Count(entry, kReader);
-  return true;
+SerialPort* PortFor(tsDevEntry& entry, const ComSearch& search) {
+  if (!search.appends) return ClosedPort(entry);
+  SerialPort* port = PortOf(entry);
+  // Also a new one, which counts as open while a socket is.
+  if (port != nullptr) port->Close();
+  return port;
 }
 
-// One port of the magstripe search; true when such a reader answered there.
-bool TrySorbanePort(std::uint16_t number, tsDevEntry& entry, SerialPort& port, Probe answers) {
-  // Also a new one, which counts as open while a socket is.
-  port.Close();
-  port.SetLine({9600, 0, 0});
-  port.UseFastTimeouts();
-  entry.LinkKind = kBySerialPort;
-  port.SetPortNum(number);
-  if (!port.Open()) return false;
+bool Answers(const ComSearch& search) {
   const std::int16_t active = shared.ActDev;
   shared.ActDev = shared.DevCnt;
-  const bool answered = answers();
-  shared.ActDev = active;
-  if (!answered) {
-    DropPort(entry);
+  const bool answered = search.probe.answers();
+  if (search.appends) shared.ActDev = active;
+  return answered;
+}
+
+// One port; true when a device answered there.
+bool TryPort(std::uint16_t number, tsDevEntry& entry, SerialPort& port, const ComSearch& search) {
+  entry.LinkKind = kBySerialPort;
+  port.SetPortNum(number);
+  port.SetLine(search.line);
+  (port.*search.useTimeouts)();
+  // A port that does not open leaves its object for the next candidate.
+  if (!port.Open()) return false;
+  if (!Answers(search)) {
+    CloseAndDropPort(entry);
     return false;
   }
-  Count(entry, kMagstripe);
-  // Deliberately the name of entry 0, whichever was filled; and bFound stays.
-  std::snprintf(DevTable[0].DevName, sizeof DevTable[0].DevName, "COM%d:", number);
+  std::array<char, 16> name{};
+  std::snprintf(name.data(), name.size(), "COM%d:", number);
+  search.found(entry, name.data());
+  Count(entry, search.probe.kind);
   return true;
 }
 
@@ -57,8 +49,10 @@ void ScanUnlessOff() {
   if (shared.search.VComSrchHi != 0 && shared.search.VComSrchLo != 0) ScanVirtualComs();
 }
 
-bool InRange(std::uint16_t number) {
-  return number >= shared.search.ComSrchLo && number <= shared.search.ComSrchHi;
+bool IsVisited(std::uint16_t number, const ComSearch& search) {
+  const bool inRange = number >= shared.search.ComSrchLo && number <= shared.search.ComSrchHi;
+  if (!search.appends) return inRange;
+  return (inRange || shared.search.VirtualComFlags[number] != 0) && !PortInUse(number);
 }
 
 }  // namespace
@@ -74,31 +68,18 @@ bool PortInUse(std::uint32_t number) {
   });
 }
 
-bool SearchReaderComs(Probe answers) {
-  shared.DevCnt = 0;
-  shared.ActDev = 0;
-  // What the scan finds deliberately changes nothing here: a virtual port outside the range is not visited.
+bool SearchComs(const ComSearch& search) {
+  if (!search.appends) shared.DevCnt = shared.ActDev = 0;
+  // Also where what it finds deliberately changes nothing.
   ScanUnlessOff();
   bool found = false;
   for (std::uint16_t number = 1; number <= platform::kHighestCom; ++number) {
     tsDevEntry* entry = NextEntry();
-    if (!InRange(number) || entry == nullptr) continue;
-    found = TryReaderPort(number, *entry, answers) || found;
-  }
-  return found;
-}
-
-bool SearchSorbaneComs(Probe answers) {
-  ScanUnlessOff();
-  bool found = false;
-  for (std::uint16_t number = 1; number <= platform::kHighestCom; ++number) {
-    tsDevEntry* entry = NextEntry();
-    const bool visited = InRange(number) || shared.search.VirtualComFlags[number] != 0;
-    if (entry == nullptr || !visited || PortInUse(number)) continue;
-    SerialPort* port = PortOf(*entry);
-    // Ends the search without a result, whatever it has found.
-    if (port == nullptr) return false;
-    found = TrySorbanePort(number, *entry, *port, answers) || found;
+    if (entry == nullptr || !IsVisited(number, search)) continue;
+    SerialPort* port = PortFor(*entry, search);
+    // Without memory for it a search that appends ends without a result, whatever it has found.
+    if (port == nullptr && search.appends) return false;
+    found = (port != nullptr && TryPort(number, *entry, *port, search)) || found;
   }
   return found;
 }

@@ -1,4 +1,4 @@
-// Finding the Ethernet adapters behind which readers sit, by UDP.
+// Finding the Ethernet adapters that devices sit behind, by UDP.
 #pragma once
 
 #include <array>

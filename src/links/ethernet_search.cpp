@@ -17,7 +17,7 @@ struct Peer {
   std::uint16_t port;
 };
 
-void Found(tsDevEntry& entry, const Peer& peer) {
+void Found(tsDevEntry& entry, const Peer& peer, std::uint32_t kind) {
   const auto& mac = entry.DevMacAddr;
   const auto& ip = peer.asked;
   entry.DevIpAddr = {ip[0], ip[1], ip[2], peer.fourth};
@@ -25,10 +25,10 @@ void Found(tsDevEntry& entry, const Peer& peer) {
   std::snprintf(entry.DevName, sizeof entry.DevName,
                 "MAC:%02X:%02X:%02X:%02X:%02X:%02X TCP/IP:%d.%d.%d.%d;Port:%d", mac[0], mac[1], mac[2],
                 mac[3], mac[4], mac[5], ip[0], ip[1], ip[2], ip[3], peer.port);
-  Count(entry, kReader);
+  Count(entry, kind);
 }
 
-bool TryXport(tsDevEntry& entry, const Peer& peer, Probe answers) {
+bool TryXport(tsDevEntry& entry, const Peer& peer, const Probe& probe) {
   SerialPort* port = ClosedPort(entry);
   if (port == nullptr) return false;
   entry.LinkKind = kBySerialPort;
@@ -39,54 +39,54 @@ bool TryXport(tsDevEntry& entry, const Peer& peer, Probe answers) {
   FetchMacAddr(peer.asked, entry.DevMacAddr);
   if (!port->Open()) return false;
   shared.ActDev = shared.DevCnt;
-  if (!answers()) {
-    DropPort(entry);
+  if (!probe.answers()) {
+    CloseAndDropPort(entry);
     return false;
   }
-  Found(entry, peer);
+  Found(entry, peer, probe.kind);
   return true;
 }
 
 // The address is the one passed in on every pass; the running octet only counts them.
-bool TryTunnel(tsDevEntry& entry, const Peer& peer, Probe answers) {
-  DropPort(entry);
+bool TryTunnel(tsDevEntry& entry, const Peer& peer, const Probe& probe) {
+  CloseAndDropPort(entry);
   shared.link.TunnelLink = 1;
   entry.LinkKind = kByReports;
   FetchMacAddr(peer.asked, entry.DevMacAddr);
   // A connection that fails deliberately leaves the flag set.
   if (LinkConnect({peer.asked, peer.port}) != 0) return false;
   shared.ActDev = shared.DevCnt;
-  if (!answers()) {
+  if (!probe.answers()) {
     shared.link.TunnelLink = 0;
     LinkClose();
     return false;
   }
-  Found(entry, peer);
+  Found(entry, peer, probe.kind);
   return true;
 }
 
-using Try = bool (*)(tsDevEntry&, const Peer&, Probe);
+using Try = bool (*)(tsDevEntry&, const Peer&, const Probe&);
 
-bool Sweep(IpAddress address, std::uint16_t port, Probe answers, Try attempt) {
+bool Sweep(IpAddress address, std::uint16_t port, const Probe& probe, Try attempt) {
   const bool whole = address[3] == 0;
   const unsigned last = whole ? kLastHost : address[3];
   bool found = false;
   for (unsigned fourth = whole ? kFirstHost : address[3]; fourth <= last; ++fourth) {
     tsDevEntry* entry = NextEntry();
     if (entry == nullptr) break;
-    found = attempt(*entry, {address, static_cast<std::uint8_t>(fourth), port}, answers) || found;
+    found = attempt(*entry, {address, static_cast<std::uint8_t>(fourth), port}, probe) || found;
   }
   return found;
 }
 
 }  // namespace
 
-bool XportConnect(IpAddress address, std::uint16_t port, Probe answers) {
-  return Sweep(address, port, answers, TryXport);
+bool XportConnect(IpAddress address, std::uint16_t port, const Probe& probe) {
+  return Sweep(address, port, probe, TryXport);
 }
 
-bool TunnelConnect(IpAddress address, std::uint16_t port, Probe answers) {
-  return Sweep(address, port, answers, TryTunnel);
+bool TunnelConnect(IpAddress address, std::uint16_t port, const Probe& probe) {
+  return Sweep(address, port, probe, TryTunnel);
 }
 
 }  // namespace tavlyn

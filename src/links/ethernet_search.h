@@ -1,4 +1,4 @@
-// Finding readers behind Ethernet adapters. With a fourth octet of 0 the addresses 1 to 254 are tried.
+// Finding devices behind Ethernet adapters. With a fourth octet of 0 the addresses 1 to 254 are tried.
 #pragma once
 
 #include <cstdint>
@@ -8,10 +8,10 @@
 
 namespace tavlyn {
 
-// The adapter passes the reader's serial protocol.
-bool XportConnect(IpAddress address, std::uint16_t port, Probe answers);
+// The adapter passes the device's serial protocol.
+bool XportConnect(IpAddress address, std::uint16_t port, const Probe& probe);
 
 // The adapter carries feature reports in text frames.
-bool TunnelConnect(IpAddress address, std::uint16_t port, Probe answers);
+bool TunnelConnect(IpAddress address, std::uint16_t port, const Probe& probe);
 
 }  // namespace tavlyn

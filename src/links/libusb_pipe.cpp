@@ -8,7 +8,7 @@
 namespace tavlyn {
 namespace {
 
-constexpr platform::HidIds kBulkReader{0x171B, 0x1004};
+constexpr platform::HidIds kBulkDevice{0x171B, 0x1004};
 constexpr std::int32_t kInterface = 0;
 constexpr std::int32_t kConfiguration = 1;
 constexpr std::int32_t kBulkIn = 0x83;
@@ -33,7 +33,7 @@ void RefreshLibusb() {
 }
 
 platform::Handle OpenLibusbDevice() {
-  const platform::Handle device = Usb().Open(kBulkReader);
+  const platform::Handle device = Usb().Open(kBulkDevice);
   if (device == platform::kNoHandle) return device;
   if (Usb().ClaimInterface(device, kInterface) < 0) {
     Usb().Close(device);

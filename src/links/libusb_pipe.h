@@ -16,7 +16,7 @@ platform::Handle OpenLibusbDevice();
 void CloseLibusbDevice(platform::Handle device);
 
 // Bytes delivered. What a bulk read brought beyond the bytes asked for is counted and comes back as zeros at
-// the next read: a reader's answers never run into each other, so no byte that matters is lost.
+// the next read: a device's answers never run into each other, so no byte that matters is lost.
 std::int32_t LibusbRead(platform::Handle device, std::span<std::uint8_t> bytes);
 void LibusbWrite(platform::Handle device, std::span<const std::uint8_t> bytes);
 void LibusbDrain(platform::Handle device);

@@ -7,7 +7,7 @@
 
 namespace tavlyn {
 
-bool SearchLibusbReader(Probe answers) {
+bool SearchLibusb(const Probe& probe) {
   tsDevEntry* entry = NextEntry();
   const platform::Handle device = entry != nullptr ? OpenLibusbDevice() : platform::kNoHandle;
   if (device == platform::kNoHandle) return false;
@@ -20,13 +20,13 @@ bool SearchLibusbReader(Probe answers) {
   port->SetUsbHandle(device);
   port->UseNormalTimeouts();
   shared.ActDev = shared.DevCnt;
-  if (!port->Open() || !answers()) {
-    DropPort(*entry);
+  if (!port->Open() || !probe.answers()) {
+    CloseAndDropPort(*entry);
     return false;
   }
   entry->bFound = 1;
   std::snprintf(entry->DevName, sizeof entry->DevName, "/USB/Velmar/Corvane");
-  Count(*entry, kReader);
+  Count(*entry, probe.kind);
   return true;
 }
 

@@ -1,10 +1,10 @@
-// Finding the reader on the bulk USB device.
+// Finding what sits on the bulk USB device.
 #pragma once
 
 #include "links/probe.h"
 
 namespace tavlyn {
 
-bool SearchLibusbReader(Probe answers);
+bool SearchLibusb(const Probe& probe);
 
 }  // namespace tavlyn

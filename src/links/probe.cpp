@@ -22,9 +22,13 @@ void Count(tsDevEntry& entry, std::uint32_t kind) {
   ++shared.DevCnt;
 }
 
-void DropPort(tsDevEntry& entry) {
+void CloseAndDropPort(tsDevEntry& entry) {
+  if (entry.pSerialPort != nullptr) entry.pSerialPort->Close();
+  ReleasePort(entry);
+}
+
+void ReleasePort(tsDevEntry& entry) {
   if (entry.pSerialPort == nullptr) return;
-  entry.pSerialPort->Close();
   entry.pSerialPort->Release();
   delete entry.pSerialPort;
   entry.pSerialPort = nullptr;

@@ -1,12 +1,17 @@
-// How a search over ports or addresses asks whether one of a family's devices answers there. It is asked with
-// the candidate's entry active.
+// What all searches over ports and addresses share.
 #pragma once
+
+#include <cstdint>
 
 #include "core/state.h"
 
 namespace tavlyn {
 
-using Probe = bool (*)();
+// What a search looks for: with the candidate's entry active, one of these answers.
+struct Probe {
+  bool (*answers)();
+  std::uint32_t kind;
+};
 
 // The entry that a search fills next, or null when the table is full.
 inline tsDevEntry* NextEntry() {
@@ -24,6 +29,9 @@ SerialPort* ClosedPort(tsDevEntry& entry);
 void Count(tsDevEntry& entry, std::uint32_t kind);
 
 // Ends the port of a candidate that did not answer.
-void DropPort(tsDevEntry& entry);
+void CloseAndDropPort(tsDevEntry& entry);
+
+// Lets go of the port that the entry may have, without closing it first: DTR and the socket stay as they are.
+void ReleasePort(tsDevEntry& entry);
 
 }  // namespace tavlyn

@@ -5,6 +5,7 @@
 
 #include "core/product.h"
 #include "core/state.h"
+#include "links/com_search.h"
 
 namespace tavlyn::magstripe {
 
@@ -15,6 +16,7 @@ inline constexpr UsbIdentity kUsbIdentity{kMagstripePair, platform::HidClass::kK
 // The HID devices, then the COM ports.
 bool Search();
 bool SearchPorts();
+ComSearch PortSearch();
 std::uint32_t CheckArrival(const char* path);
 // A magnetic-stripe reader answers; the wake-up of a serial line goes before.
 bool Ping();

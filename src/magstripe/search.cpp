@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <array>
+#include <cstdio>
 
 #include "api.h"
 #include "core/pause.h"
@@ -28,6 +30,11 @@ void AddReader(const char* path, std::int32_t row) {
   CountHidEntry(*entry, kMagstripe, path, row);
 }
 
+// Deliberately the name of entry 0, whichever was filled; and bFound stays.
+void NameFirstEntry(tsDevEntry& /*entry*/, const char* name) {
+  std::snprintf(DevTable[0].DevName, sizeof DevTable[0].DevName, "%s", name);
+}
+
 }  // namespace
 
 bool Search() {
@@ -47,7 +54,15 @@ bool Search() {
   return shared.DevCnt != start;
 }
 
-bool SearchPorts() { return SearchSorbaneComs(Ping); }
+ComSearch PortSearch() {
+  return {.probe = {Ping, kMagstripe},
+          .line = {9600, 0, 0},
+          .useTimeouts = &SerialPort::UseFastTimeouts,
+          .found = NameFirstEntry,
+          .appends = true};
+}
+
+bool SearchPorts() { return SearchComs(PortSearch()); }
 
 std::uint32_t CheckArrival(const char* path) {
   // Deliberately the path of a card reader.

@@ -1,5 +1,6 @@
 #include "reader/search.h"
 
+#include <cstdio>
 #include <cstring>
 
 #include "api.h"
@@ -11,6 +12,7 @@
 #include "links/ethernet_search.h"
 #include "links/libusb_search.h"
 #include "links/link_socket.h"
+#include "links/serial_port.h"
 #include "reader/classify.h"
 #include "reader/outputs.h"
 
@@ -20,6 +22,8 @@ namespace {
 constexpr const char* kSearchTag = "tavlyn_USBConnect";
 // These readers beep when they have been found.
 constexpr const char* kBeepsWhenFound = "19E5:2021 Orvantis Quill";
+
+constexpr Probe kProbe{PingReader, kReader};
 
 void AddReader(const char* path, std::int32_t row) {
   tsDevEntry* entry = NextHidEntry();
@@ -35,13 +39,18 @@ void AddReader(const char* path, std::int32_t row) {
   CountHidEntry(*entry, kReader, path, row);
 }
 
+void NameEntry(tsDevEntry& entry, const char* name) {
+  entry.bFound = 1;
+  std::snprintf(entry.DevName, sizeof entry.DevName, "%s", name);
+}
+
 void SearchHid(std::int16_t start) {
   SearchHidDevices(kReaderUsb, AddReader);
   if (shared.DevCnt == start) LogLine(kSearchTag, "USBConnect failed to find any devices");
 }
 
 void SearchComs(std::int16_t start) {
-  if (SearchReaderComs(PingReader) && shared.DevCnt != start) {
+  if (SearchReaderPorts() && shared.DevCnt != start) {
     Activate(0);
     return;
   }
@@ -51,8 +60,8 @@ void SearchComs(std::int16_t start) {
 }
 
 bool SearchEthernet() {
-  if (!XportConnect(shared.search.SrchIpAddr, shared.search.SrchIpPort, PingReader) &&
-      !TunnelConnect(shared.search.SrchIpAddr, shared.search.SrchIpPort, PingReader))
+  if (!XportConnect(shared.search.SrchIpAddr, shared.search.SrchIpPort, kProbe) &&
+      !TunnelConnect(shared.search.SrchIpAddr, shared.search.SrchIpPort, kProbe))
     return false;
   EntryOfActDev().ProductKind = kReader;
   EntryOfActDev().VidPidRow = -1;
@@ -78,7 +87,7 @@ bool SearchLinks() {
 }  // namespace
 
 bool SearchReaders() {
-  if (SearchLibusbReader(PingReader)) {
+  if (SearchLibusb(kProbe)) {
     EntryOfActDev().PlusState = kPlusReader;
     EntryOfActDev().ProductKind = kReader;
     ClassifyReader();
@@ -96,6 +105,14 @@ std::uint32_t CheckReaderArrival(const char* path) {
   return CheckArrival(path, {.path = kReaderPair, .device = kReaderUsb});
 }
 
-bool SearchReaderPorts() { return SearchReaderComs(PingReader); }
+ComSearch ReaderPortSearch() {
+  return {.probe = kProbe,
+          .line = {shared.search.DefaultBaud, 0, 0},
+          .useTimeouts = &SerialPort::UseNormalTimeouts,
+          .found = NameEntry,
+          .appends = false};
+}
+
+bool SearchReaderPorts() { return SearchComs(ReaderPortSearch()); }
 
 }  // namespace tavlyn

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "core/product.h"
+#include "links/com_search.h"
 
 namespace tavlyn {
 
@@ -14,6 +15,7 @@ bool SearchReaders();
 
 // Serial ports only.
 bool SearchReaderPorts();
+ComSearch ReaderPortSearch();
 
 std::uint32_t CheckReaderArrival(const char* path);
 

@@ -7,6 +7,7 @@
 
 #include "api.h"
 #include "links/serial_port.h"
+#include "reader/search.h"
 #include "tests/support/bench.h"
 
 namespace tavlyn::test {
@@ -28,10 +29,17 @@ std::vector<Asked>& Questions() {
   return asked;
 }
 
-bool Probe() {
+bool Asks() {
   const std::uint16_t number = EntryOfActDev().pSerialPort->PortNum();
   Questions().push_back({number, shared.ActDev});
   return Answering().contains(number);
+}
+
+// As for card readers, of which those answer that the test says.
+bool Search() {
+  ComSearch search = ReaderPortSearch();
+  search.probe.answers = Asks;
+  return SearchComs(search);
 }
 
 class ComSearchTest : public Bench {
@@ -55,7 +63,7 @@ TEST_F(ComSearchTest, VisitsTheRangeUpwardsAndGoesOnBehindAFind) {
   Present({3, 5, 7});
   Answering() = {3, 7};
   SetComSrchRange(7, 2);
-  EXPECT_TRUE(SearchReaderComs(Probe));
+  EXPECT_TRUE(Search());
   ExpectCalls({"open COM2 refused", "open COM3", "open COM4 refused", "open COM5", "close COM5",
                "open COM6 refused", "open COM7"});
   EXPECT_EQ(Questions(), (std::vector<Asked>{{3, 0}, {5, 1}, {7, 1}}));
@@ -66,7 +74,7 @@ TEST_F(ComSearchTest, FillsTheEntryOfEachFind) {
   Present({3, 8});
   Answering() = {3, 8};
   DevTable[0].ProductKind = 4;
-  EXPECT_TRUE(SearchReaderComs(Probe));
+  EXPECT_TRUE(Search());
   for (const std::size_t at : {0U, 1U}) {
     const tsDevEntry& entry = DevTable[at];
     EXPECT_EQ(entry.bFound, 1);
@@ -83,7 +91,7 @@ TEST_F(ComSearchTest, FillsTheEntryOfEachFind) {
 TEST_F(ComSearchTest, TheActiveIndexIsThatOfTheLastTestEvenBeyondTheTable) {
   Present({2, 4});
   Answering() = {2};
-  EXPECT_TRUE(SearchReaderComs(Probe));
+  EXPECT_TRUE(Search());
   EXPECT_EQ(shared.DevCnt, 1);
   EXPECT_EQ(shared.ActDev, 1);
 }
@@ -91,7 +99,7 @@ TEST_F(ComSearchTest, TheActiveIndexIsThatOfTheLastTestEvenBeyondTheTable) {
 TEST_F(ComSearchTest, WithNoPortToTestTheActiveIndexIsZero) {
   shared.ActDev = 4;
   shared.DevCnt = 5;
-  EXPECT_FALSE(SearchReaderComs(Probe));
+  EXPECT_FALSE(Search());
   EXPECT_EQ(shared.ActDev, 0);
   EXPECT_EQ(shared.DevCnt, 0);
 }
@@ -99,7 +107,7 @@ TEST_F(ComSearchTest, WithNoPortToTestTheActiveIndexIsZero) {
 TEST_F(ComSearchTest, OpensWithTheDefaultSpeedAndTheNormalTimeouts) {
   Present({3});
   SetBaudRate(19200);
-  EXPECT_FALSE(SearchReaderComs(Probe));
+  EXPECT_FALSE(Search());
   const auto& opened = host.ports.opened.at(0);
   EXPECT_EQ(opened.line.baud, 19200U);
   EXPECT_EQ(opened.line.parity, 0);
@@ -112,7 +120,7 @@ TEST_F(ComSearchTest, OpensWithTheDefaultSpeedAndTheNormalTimeouts) {
 }
 
 TEST_F(ComSearchTest, AFailedOpenLeavesTheObjectForTheNextCandidate) {
-  EXPECT_FALSE(SearchReaderComs(Probe));
+  EXPECT_FALSE(Search());
   SerialPort* kept = DevTable[0].pSerialPort;
   ASSERT_NE(kept, nullptr);
   EXPECT_EQ(kept->PortNum(), 8) << "one object went through all of them";
@@ -120,14 +128,14 @@ TEST_F(ComSearchTest, AFailedOpenLeavesTheObjectForTheNextCandidate) {
   EXPECT_TRUE(Questions().empty());
   Present({6});
   Answering() = {6};
-  EXPECT_TRUE(SearchReaderComs(Probe));
+  EXPECT_TRUE(Search());
   EXPECT_EQ(DevTable[0].pSerialPort, kept) << "and the next search uses it too";
   EXPECT_NE(DevTable[1].pSerialPort, nullptr);
 }
 
 TEST_F(ComSearchTest, ASilentPortIsClosedAndItsObjectGone) {
   Present({8});
-  EXPECT_FALSE(SearchReaderComs(Probe));
+  EXPECT_FALSE(Search());
   EXPECT_EQ(DevTable[0].pSerialPort, nullptr);
   EXPECT_EQ(DevTable[0].bFound, 0);
   EXPECT_EQ(DevTable[0].ProductKind, 0U);
@@ -138,9 +146,9 @@ TEST_F(ComSearchTest, APortHeldByTheOldTableIsClosedAndFoundAgain) {
   Present({3});
   Answering() = {3};
   SetComSrchRange(3, 3);
-  EXPECT_TRUE(SearchReaderComs(Probe));
+  EXPECT_TRUE(Search());
   ForgetTraffic();
-  EXPECT_TRUE(SearchReaderComs(Probe));
+  EXPECT_TRUE(Search());
   ExpectCalls({"close COM3", "open COM3"});
   EXPECT_EQ(shared.DevCnt, 1);
 }
@@ -149,7 +157,7 @@ TEST_F(ComSearchTest, AVirtualPortOutsideTheRangeIsNotVisited) {
   Present({12});
   host.ports.virtualNumbers = {12, 256};
   shared.search.VirtualComFlags[9] = 1;
-  EXPECT_FALSE(SearchReaderComs(Probe));
+  EXPECT_FALSE(Search());
   EXPECT_TRUE(host.ports.opened.empty());
   EXPECT_EQ(host.ports.scans, 1);
   EXPECT_EQ(shared.search.VirtualComFlags[12], 1);
@@ -159,11 +167,11 @@ TEST_F(ComSearchTest, AVirtualPortOutsideTheRangeIsNotVisited) {
 
 TEST_F(ComSearchTest, TheScanRunsOnlyWithBothEndsSet) {
   EXPECT_EQ(VirtualComSearchRange(0, 0), 1U);
-  SearchReaderComs(Probe);
+  Search();
   EXPECT_EQ(host.ports.scans, 0);
   EXPECT_EQ(VirtualComSearchRange(200, 256), 1U);
   host.ports.virtualNumbers = {5};
-  SearchReaderComs(Probe);
+  Search();
   EXPECT_EQ(host.ports.scans, 1);
   EXPECT_EQ(shared.search.VirtualComFlags[5], 1) << "the two ends are no range for the scan";
 }
@@ -192,7 +200,7 @@ TEST_F(ComSearchTest, TheHighestPortIs256) {
   Present({256});
   Answering() = {256};
   SetComSrchRange(255, 256);
-  EXPECT_TRUE(SearchReaderComs(Probe));
+  EXPECT_TRUE(Search());
   ExpectCalls({"open COM255 refused", "open COM256"});
   EXPECT_STREQ(DevTable[0].DevName, "COM256:");
 }
@@ -203,7 +211,7 @@ TEST_F(ComSearchTest, AFullTableTakesNoMore) {
     host.ports.present[number] = nullptr;
     Answering().insert(number);
   }
-  EXPECT_TRUE(SearchReaderComs(Probe));
+  EXPECT_TRUE(Search());
   EXPECT_EQ(shared.DevCnt, kTableEntries);
   EXPECT_STREQ(DevTable[126].DevName, "COM127:");
 }

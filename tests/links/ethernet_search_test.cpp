@@ -22,14 +22,8 @@ int& Counted() {
   static int count = 0;
   return count;
 }
-bool CountedYes() {
-  ++Counted();
-  return true;
-}
-bool CountedNo() {
-  ++Counted();
-  return false;
-}
+constexpr Probe kCountedYes{[] { return ++Counted() > 0; }, kReader};
+constexpr Probe kCountedNo{[] { return ++Counted() == 0; }, kReader};
 
 class EthernetSearchTest : public Bench {
  protected:
@@ -67,7 +61,7 @@ class EthernetSearchTest : public Bench {
 
 TEST_F(EthernetSearchTest, TheHardwareAddressIsFetchedBeforeTheConnection) {
   Accept();
-  EXPECT_TRUE(XportConnect(kPeerAddress, kPort, CountedYes));
+  EXPECT_TRUE(XportConnect(kPeerAddress, kPort, kCountedYes));
   const Lines lines = host.transcript.Lines();
   ASSERT_GE(lines.size(), 4U);
   EXPECT_EQ(lines.front(), "socket udp -> 1001");
@@ -78,7 +72,7 @@ TEST_F(EthernetSearchTest, TheHardwareAddressIsFetchedBeforeTheConnection) {
 TEST_F(EthernetSearchTest, FillsTheEntryOfASerialReader) {
   Accept();
   GiveMac();
-  EXPECT_TRUE(XportConnect(kPeerAddress, kPort, CountedYes));
+  EXPECT_TRUE(XportConnect(kPeerAddress, kPort, kCountedYes));
   const tsDevEntry& entry = DevTable[0];
   EXPECT_EQ(shared.DevCnt, 1);
   EXPECT_EQ(shared.ActDev, 0);
@@ -97,7 +91,7 @@ TEST_F(EthernetSearchTest, FillsTheEntryOfASerialReader) {
 }
 
 TEST_F(EthernetSearchTest, AHostThatDoesNotAcceptLeavesTheObjectInTheEntry) {
-  EXPECT_FALSE(XportConnect(kPeerAddress, kPort, CountedYes));
+  EXPECT_FALSE(XportConnect(kPeerAddress, kPort, kCountedYes));
   EXPECT_EQ(Counted(), 0);
   EXPECT_NE(DevTable[0].pSerialPort, nullptr);
   EXPECT_EQ(DevTable[0].LinkKind, kBySerialPort);
@@ -109,7 +103,7 @@ TEST_F(EthernetSearchTest, AHostThatDoesNotAcceptLeavesTheObjectInTheEntry) {
 TEST_F(EthernetSearchTest, ASilentHostIsDisconnectedAndItsObjectGone) {
   Accept();
   shared.ActDev = 3;
-  EXPECT_FALSE(XportConnect(kPeerAddress, kPort, CountedNo));
+  EXPECT_FALSE(XportConnect(kPeerAddress, kPort, kCountedNo));
   EXPECT_EQ(Counted(), 1);
   EXPECT_EQ(shared.ActDev, 0);
   EXPECT_EQ(DevTable[0].pSerialPort, nullptr);
@@ -124,7 +118,7 @@ TEST_F(EthernetSearchTest, AnObjectOfTheOldTableIsClosedAndUsed) {
   ASSERT_TRUE(old->Open());
   DevTable[0].pSerialPort = old;
   Accept();
-  EXPECT_TRUE(XportConnect(kPeerAddress, kPort, CountedYes));
+  EXPECT_TRUE(XportConnect(kPeerAddress, kPort, kCountedYes));
   EXPECT_EQ(DevTable[0].pSerialPort, old);
   EXPECT_TRUE(host.ports.inUse.empty());
 }
@@ -132,7 +126,7 @@ TEST_F(EthernetSearchTest, AnObjectOfTheOldTableIsClosedAndUsed) {
 TEST_F(EthernetSearchTest, AFourthOctetOfZeroSweepsTheNetwork) {
   AcceptOnly(7);
   GiveMac();
-  EXPECT_TRUE(XportConnect(kNet, kPort, CountedYes));
+  EXPECT_TRUE(XportConnect(kNet, kPort, kCountedYes));
   Lines all;
   for (int e = 1; e <= 254; ++e) all.push_back("10.0.0." + std::to_string(e) + ":4001");
   EXPECT_EQ(ConnectsTo(), all) << "also behind the find";
@@ -142,7 +136,7 @@ TEST_F(EthernetSearchTest, AFourthOctetOfZeroSweepsTheNetwork) {
 }
 
 TEST_F(EthernetSearchTest, TheHardwareAddressIsAlwaysAskedOfTheAddressPassedIn) {
-  XportConnect(kNet, kPort, CountedYes);
+  XportConnect(kNet, kPort, kCountedYes);
   for (const sim::Event& event : host.transcript.Events()) {
     if (event.kind != sim::EventKind::kSendTo) continue;
     EXPECT_TRUE(event.text == "10.0.0.0:11000" || event.text == "10.0.0.0:30718") << event.text;
@@ -152,14 +146,14 @@ TEST_F(EthernetSearchTest, TheHardwareAddressIsAlwaysAskedOfTheAddressPassedIn) 
 
 TEST_F(EthernetSearchTest, MoreHostsThanTheTableHoldsFillIt) {
   Accept();
-  EXPECT_TRUE(XportConnect(kNet, kPort, CountedYes));
+  EXPECT_TRUE(XportConnect(kNet, kPort, kCountedYes));
   EXPECT_EQ(shared.DevCnt, kTableEntries);
 }
 
 TEST_F(EthernetSearchTest, FillsTheEntryOfATunnelledReader) {
   Accept();
   GiveMac();
-  EXPECT_TRUE(TunnelConnect(kPeerAddress, kPort, CountedYes));
+  EXPECT_TRUE(TunnelConnect(kPeerAddress, kPort, kCountedYes));
   const tsDevEntry& entry = DevTable[0];
   EXPECT_EQ(shared.DevCnt, 1);
   EXPECT_EQ(shared.ActDev, 0);
@@ -179,13 +173,13 @@ TEST_F(EthernetSearchTest, TheTunnelDropsTheEntrysPort) {
   old->SetPortNum(3);
   ASSERT_TRUE(old->Open());
   DevTable[0].pSerialPort = old;
-  EXPECT_FALSE(TunnelConnect(kPeerAddress, kPort, CountedYes));
+  EXPECT_FALSE(TunnelConnect(kPeerAddress, kPort, kCountedYes));
   EXPECT_EQ(DevTable[0].pSerialPort, nullptr);
   EXPECT_TRUE(host.ports.inUse.empty());
 }
 
 TEST_F(EthernetSearchTest, AFailedTunnelConnectionLeavesTheFlagSet) {
-  EXPECT_FALSE(TunnelConnect(kPeerAddress, kPort, CountedYes));
+  EXPECT_FALSE(TunnelConnect(kPeerAddress, kPort, kCountedYes));
   EXPECT_EQ(Counted(), 0);
   EXPECT_EQ(shared.link.TunnelLink, 1);
   EXPECT_EQ(DevTable[0].LinkKind, kByReports);
@@ -194,7 +188,7 @@ TEST_F(EthernetSearchTest, AFailedTunnelConnectionLeavesTheFlagSet) {
 
 TEST_F(EthernetSearchTest, ASilentTunnelIsTakenDown) {
   Accept();
-  EXPECT_FALSE(TunnelConnect(kPeerAddress, kPort, CountedNo));
+  EXPECT_FALSE(TunnelConnect(kPeerAddress, kPort, kCountedNo));
   EXPECT_EQ(Counted(), 1);
   EXPECT_EQ(shared.link.TunnelLink, 0);
   EXPECT_FALSE(LinkIsOpen());
@@ -203,7 +197,7 @@ TEST_F(EthernetSearchTest, ASilentTunnelIsTakenDown) {
 
 TEST_F(EthernetSearchTest, TheTunnelsSweepOnlyCountsItsPasses) {
   host.sockets.accepts = [passes = 0](platform::Address) mutable { return ++passes == 9; };
-  EXPECT_TRUE(TunnelConnect(kNet, kPort, CountedYes));
+  EXPECT_TRUE(TunnelConnect(kNet, kPort, kCountedYes));
   EXPECT_EQ(ConnectsTo(), Times(254, {"10.0.0.0:4001"}));
   EXPECT_EQ(shared.DevCnt, 1);
   EXPECT_EQ(DevTable[0].DevIpAddr, (IpAddress{10, 0, 0, 9}));

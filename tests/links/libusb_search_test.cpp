@@ -9,8 +9,8 @@
 namespace tavlyn::test {
 namespace {
 
-bool Yes() { return true; }
-bool No() { return false; }
+constexpr Probe kYes{[] { return true; }, kReader};
+constexpr Probe kNo{[] { return false; }, kReader};
 
 class LibusbSearchTest : public Bench {
  protected:
@@ -24,7 +24,7 @@ class LibusbSearchTest : public Bench {
 TEST_F(LibusbSearchTest, WithoutTheDeviceTheTableIsLeftAlone) {
   host.usb.present = false;
   shared.ActDev = 3;
-  EXPECT_FALSE(SearchLibusbReader(Yes));
+  EXPECT_FALSE(SearchLibusb(kYes));
   EXPECT_EQ(DevTable[0].pSerialPort, nullptr);
   EXPECT_EQ(shared.DevCnt, 0);
   EXPECT_EQ(shared.ActDev, 3);
@@ -32,7 +32,7 @@ TEST_F(LibusbSearchTest, WithoutTheDeviceTheTableIsLeftAlone) {
 
 TEST_F(LibusbSearchTest, FillsTheNextEntry) {
   shared.DevCnt = 2;
-  EXPECT_TRUE(SearchLibusbReader(Yes));
+  EXPECT_TRUE(SearchLibusb(kYes));
   const tsDevEntry& entry = DevTable[2];
   EXPECT_EQ(shared.DevCnt, 3);
   EXPECT_EQ(shared.ActDev, 2);
@@ -47,7 +47,7 @@ TEST_F(LibusbSearchTest, FillsTheNextEntry) {
 }
 
 TEST_F(LibusbSearchTest, ASilentDeviceIsGivenBackAndItsObjectGone) {
-  EXPECT_FALSE(SearchLibusbReader(No));
+  EXPECT_FALSE(SearchLibusb(kNo));
   EXPECT_EQ(DevTable[0].pSerialPort, nullptr);
   EXPECT_EQ(DevTable[0].bFound, 0);
   EXPECT_EQ(shared.DevCnt, 0);
@@ -62,14 +62,14 @@ TEST_F(LibusbSearchTest, AnObjectOfTheOldTableIsClosedAndUsed) {
   old->SetPortNum(3);
   ASSERT_TRUE(old->Open());
   DevTable[0].pSerialPort = old;
-  EXPECT_TRUE(SearchLibusbReader(Yes));
+  EXPECT_TRUE(SearchLibusb(kYes));
   EXPECT_EQ(DevTable[0].pSerialPort, old);
   EXPECT_TRUE(host.ports.inUse.empty());
 }
 
 TEST_F(LibusbSearchTest, AFullTableTakesNothing) {
   shared.DevCnt = kTableEntries;
-  EXPECT_FALSE(SearchLibusbReader(Yes));
+  EXPECT_FALSE(SearchLibusb(kYes));
   EXPECT_EQ(shared.DevCnt, kTableEntries);
   EXPECT_EQ(host.usb.openHandles, 0) << "the device is not kept open for nobody";
   shared.DevCnt = 0;

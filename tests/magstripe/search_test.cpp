@@ -1,4 +1,6 @@
 // How magnetic-stripe readers are found, over HID and on COM ports.
+#include "reader/search.h"
+
 #include "links/com_search.h"
 #include "links/link_socket.h"
 #include "links/serial_port.h"
@@ -103,6 +105,13 @@ std::vector<std::uint32_t>& Asked() {
   static std::vector<std::uint32_t> numbers;
   return numbers;
 }
+
+// A family's search, with an answer of the test's.
+bool Search(ComSearch search, bool (*answers)()) {
+  search.probe.answers = answers;
+  return SearchComs(search);
+}
+
 bool AnswersOn5And12() {
   const std::uint32_t number = EntryOfActDev().pSerialPort->PortNum();
   Asked().push_back(number);
@@ -121,7 +130,7 @@ TEST_F(StripeConnect, ComPortsOfTheRangeAndVirtualOnesAreVisited) {
   shared.DevCnt = 1;
   DevTable[1].VidPidRow = DevTable[2].VidPidRow = 5;
   Asked().clear();
-  EXPECT_TRUE(SearchSorbaneComs(AnswersOn5And12));
+  EXPECT_TRUE(Search(magstripe::PortSearch(), AnswersOn5And12));
   EXPECT_EQ(Asked(), (std::vector<std::uint32_t>{3, 5, 12}));
   EXPECT_EQ(shared.DevCnt, 3);
   EXPECT_EQ(shared.ActDev, 0);
@@ -146,16 +155,16 @@ TEST_F(StripeConnect, WhatTheScanFoundStaysWhenItIsSwitchedOff) {
   host.ports.virtualNumbers = {12};
   SetComSrchRange(3, 6);
   Asked().clear();
-  EXPECT_FALSE(SearchSorbaneComs([] { return false; }));
+  EXPECT_FALSE(Search(magstripe::PortSearch(), [] { return false; }));
   EXPECT_EQ(VirtualComSearchRange(0, 0), 1U);
   EXPECT_EQ(shared.search.VirtualComFlags[12], 1);
   host.ports.virtualNumbers.clear();
-  EXPECT_TRUE(SearchSorbaneComs(AnswersOn5And12));
+  EXPECT_TRUE(Search(magstripe::PortSearch(), AnswersOn5And12));
   EXPECT_EQ(Asked(), std::vector<std::uint32_t>{12});
   EXPECT_EQ(host.ports.scans, 1);
   USBDisconnect();
   EXPECT_EQ(VirtualComSearchRange(1, 2), 1U);
-  EXPECT_FALSE(SearchSorbaneComs(AnswersOn5And12)) << "the next scan no longer finds it";
+  EXPECT_FALSE(Search(magstripe::PortSearch(), AnswersOn5And12)) << "the next scan no longer finds it";
   EXPECT_EQ(shared.search.VirtualComFlags[12], 0);
 }
 
@@ -166,7 +175,7 @@ TEST_F(StripeConnect, APortThatAnOpenSocketMakesOpenIsClosedFirst) {
     ASSERT_EQ(LinkConnect({{10, 0, 0, 5}, 4001}), 0);
     if (before) DevTable[0].pSerialPort = new (std::nothrow) SerialPort;
     ForgetTraffic();
-    EXPECT_TRUE(SearchSorbaneComs(AnswersOn5And12)) << before;
+    EXPECT_TRUE(Search(magstripe::PortSearch(), AnswersOn5And12)) << before;
     EXPECT_FALSE(LinkIsOpen());
     EXPECT_EQ(host.transcript.Lines().front().substr(0, 12), "close socket");
     USBDisconnect();
@@ -177,7 +186,7 @@ TEST_F(StripeConnect, TheReaderSearchLeavesTheSocketToANewPort) {
   host.sockets.accepts = [](platform::Address) { return true; };
   ASSERT_EQ(LinkConnect({{10, 0, 0, 5}, 4001}), 0);
   SetComSrchRange(5, 5);
-  EXPECT_FALSE(SearchReaderComs(AnswersOn5And12)) << "the port is not there";
+  EXPECT_FALSE(Search(ReaderPortSearch(), AnswersOn5And12)) << "the port is not there";
   EXPECT_TRUE(LinkIsOpen());
 }
 
@@ -186,7 +195,7 @@ TEST_F(StripeConnect, TheFirstAndTheLastPortAreVisited) {
   host.ports.present[256] = nullptr;
   SetComSrchRange(1, 256);
   Asked().clear();
-  EXPECT_FALSE(SearchSorbaneComs(AnswersOn5And12));
+  EXPECT_FALSE(Search(magstripe::PortSearch(), AnswersOn5And12));
   EXPECT_EQ(Asked(), (std::vector<std::uint32_t>{1, 256}));
 }
 
