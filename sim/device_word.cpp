@@ -17,7 +17,7 @@ std::uint64_t Milliseconds() {
   return static_cast<std::uint64_t>(std::chrono::duration_cast<std::chrono::milliseconds>(now).count());
 }
 
-// What stands behind the @: VID:PID, or the place of a line.
+// What follows the @: VID:PID, or the place of a line.
 bool ParsePlace(const std::string& text, DeviceWord& word) {
   word.line = ParseLinePlace(text);
   if (word.line) return true;
@@ -79,7 +79,7 @@ bool IsSerial(const std::string& text) {
   return !text.empty() && text.size() <= kLongestSerial && std::ranges::all_of(text, isPrintable);
 }
 
-// What stands behind a comma.
+// What follows a comma.
 bool TakeOwn(const std::string& text, DeviceWord& word) {
   const std::size_t behind = text.find('=') + 1;
   const std::string name = text.substr(0, behind);

@@ -1,5 +1,5 @@
-// The word by which a device is plugged: its kind, behind an @ its identity or the place of its line, behind
-// commas what is its own.
+// The word by which a device is plugged: its kind, then after an @ its identity or the place of its line, then
+// after commas what is its own.
 #pragma once
 
 #include <cstddef>

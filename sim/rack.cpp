@@ -300,27 +300,28 @@ std::vector<Rack::Line> Rack::Lines() const {
   return lines;
 }
 
-ByteDevice* Rack::LineOf(int number) {
+Rack::Slot* Rack::SlotOfLine(int number) const {
   if (number < 1 || static_cast<std::size_t>(number) > slots_.size()) return nullptr;
-  const Slot& slot = *slots_[static_cast<std::size_t>(number) - 1];
-  return slot.Present() ? slot.line.get() : nullptr;
+  Slot* slot = slots_[static_cast<std::size_t>(number) - 1].get();
+  return slot->line != nullptr && slot->Present() ? slot : nullptr;
+}
+
+ByteDevice* Rack::LineOf(int number) {
+  const Slot* slot = SlotOfLine(number);
+  return slot != nullptr ? slot->line.get() : nullptr;
 }
 
 void Rack::SendBytes(int number, std::span<const std::uint8_t> bytes) {
-  ByteDevice* line = LineOf(number);
-  if (line == nullptr) return;
-  if (recording_)
-    slots_[static_cast<std::size_t>(number) - 1]->traffic.Add(BytesEvent(EventKind::kWrite, bytes));
-  line->Receive(bytes);
+  Slot* slot = SlotOfLine(number);
+  if (slot == nullptr) return;
+  if (recording_) slot->traffic.Add(BytesEvent(EventKind::kWrite, bytes));
+  slot->line->Receive(bytes);
 }
 
 std::size_t Rack::TakeBytes(int number, std::span<std::uint8_t> bytes) {
-  ByteDevice* line = LineOf(number);
-  const std::size_t count = line == nullptr ? 0 : line->Take(bytes);
-  if (recording_ && count > 0) {
-    slots_[static_cast<std::size_t>(number) - 1]->traffic.Add(
-        BytesEvent(EventKind::kRead, bytes.first(count)));
-  }
+  Slot* slot = SlotOfLine(number);
+  const std::size_t count = slot != nullptr ? slot->line->Take(bytes) : 0;
+  if (recording_ && count > 0) slot->traffic.Add(BytesEvent(EventKind::kRead, bytes.first(count)));
   return count;
 }
 

@@ -102,6 +102,8 @@ class Rack {
   [[nodiscard]] const Place* Find(int number) const;
   void Note(const Place& place, EventKind kind, int number, std::span<const std::uint8_t> report,
             bool done) const;
+  // The device of a line that is there now, or null.
+  [[nodiscard]] Slot* SlotOfLine(int number) const;
   // The interface's place when a feature report of this ID and length can go to it.
   [[nodiscard]] const Place* Reach(int number, std::span<const std::uint8_t> report) const;
 

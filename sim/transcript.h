@@ -32,7 +32,7 @@ enum class EventKind {
   kSocket,     // text: tcp, udp; handle: the new one
   kOption,     // text: broadcast, nonblocking, timeout n
   kOpenPort,   // text: COMn
-  kClosePort,  // text: COMn, "quietly" behind it when DTR stayed
+  kClosePort,  // text: COMn, "quietly" after it when DTR stayed
   kTimeouts,   // text: the five of the port
   kUsb,        // text: what was asked of libusb
   kWrite,      // serial port, bulk device

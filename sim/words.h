@@ -11,7 +11,7 @@ namespace tavlyn::sim {
 
 using Words = std::vector<std::string>;
 
-// A command's name, the words behind it, and what it does.
+// A command's name, the words after it, and what it does.
 struct CommandText {
   const char* name;
   const char* words;

@@ -135,7 +135,7 @@ class Sockets {
   ~Sockets() = default;
 };
 
-// Milliseconds. A read ends when its bytes are in, when the line was silent for interval behind a byte, or
+// Milliseconds. A read ends when its bytes are in, when the line was silent for interval after a byte, or
 // when multiplier times the bytes asked for plus constant have passed; 0 switches a limit off, except that
 // interval all ones with multiplier and constant 0 returns at once with what is there.
 struct ComTimeouts {
@@ -201,7 +201,7 @@ class Libusb {
   // The first device of that identity that opens.
   virtual Handle Open(HidIds ids) = 0;
   virtual void Close(Handle device) = 0;
-  // The library's error text is asked for behind each claim and dropped.
+  // The library's error text is asked for after each claim and dropped.
   virtual std::int32_t ClaimInterface(Handle device, std::int32_t number) = 0;
   virtual std::int32_t ReleaseInterface(Handle device, std::int32_t number) = 0;
   virtual std::int32_t SetConfiguration(Handle device, std::int32_t configuration) = 0;
