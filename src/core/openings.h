@@ -15,13 +15,19 @@ inline const Product* ActiveProduct() {
   return ActiveInRange() ? ProductOf(EntryOfActDev().ProductKind) : nullptr;
 }
 
-// The usual opening: the active device's routine for the operation, UnsupportedValue without a device or a
-// routine. The result has 16 bits, zero-extended.
-template <typename Result, typename... Parameters, typename... Arguments>
-std::uint32_t Dispatch(Result (*Product::*routine)(Parameters...), Arguments... arguments) {
+// The active device's routine for an operation, or null without a device or a routine.
+template <typename Routine>
+Routine ActiveRoutine(Routine Product::*operation) {
   const Product* product = ActiveProduct();
-  if (product == nullptr || product->*routine == nullptr) return shared.UnsupportedValue;
-  return static_cast<std::uint16_t>((product->*routine)(arguments...));
+  return product != nullptr ? product->*operation : nullptr;
+}
+
+// The usual opening: the active device's routine does it, or UnsupportedValue. The result has 16 bits,
+// zero-extended.
+template <typename Result, typename... Parameters, typename... Arguments>
+std::uint32_t Dispatch(Result (*Product::*operation)(Parameters...), Arguments... arguments) {
+  const auto routine = ActiveRoutine(operation);
+  return routine != nullptr ? static_cast<std::uint16_t>(routine(arguments...)) : shared.UnsupportedValue;
 }
 
 inline bool ReaderIsActive() { return ActiveInRange() && EntryOfActDev().ProductKind == kReader; }
@@ -36,15 +42,13 @@ inline std::uint32_t UnsupportedSigned() {
 
 // A configuration record of the active device, whatever its kind, as eight words.
 inline std::uint32_t GetActiveRecord(Record record, std::int16_t* words) {
-  const Product* product = ActiveProduct();
-  if (product == nullptr || product->getRecord[record] == nullptr) return shared.UnsupportedValue;
-  return product->getRecord[record](words);
+  const auto get = ActiveRoutine(&Product::getRecord);
+  return get != nullptr ? get(record, words) : shared.UnsupportedValue;
 }
 
 inline std::uint32_t SetActiveRecord(Record record, const std::int16_t* words) {
-  const Product* product = ActiveProduct();
-  if (product == nullptr || product->setRecord[record] == nullptr) return shared.UnsupportedValue;
-  return product->setRecord[record](words);
+  const auto set = ActiveRoutine(&Product::setRecord);
+  return set != nullptr ? set(record, words) : shared.UnsupportedValue;
 }
 
 // Reading and writing a device's configuration whatever its kind, under the lock: what connects, exports and

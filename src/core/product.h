@@ -3,7 +3,6 @@
 // table.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <span>
 
@@ -23,36 +22,36 @@ struct UsbIdentity {
 };
 
 struct Product {
-  std::uint32_t kind;
+  std::uint32_t kind = 0;
   UsbIdentity usb;
-  bool hasTunnel = false;         // its reports may travel through the socket
-  bool keyTimesInRecord = false;  // the inter-key times are words of tsTimeParms alone
-  bool hasIdByBytes = true;       // getActiveID and getActiveID32; without them they answer 0
+  bool hasTunnel = false;                // its reports may travel through the socket
+  bool keyTimesInRecord = false;         // the inter-key times are words of tsTimeParms alone
+  bool hasIdByBytes = true;              // getActiveID and getActiveID32; without them they answer 0
+  const char* portFailureTag = nullptr;  // traced when a single port has nothing; null: not at all
 
   // Searches the links that DevTypeSrch allows and adds what it finds to the table.
-  bool (*search)();
+  bool (*search)() = nullptr;
   // Searches the COM ports of the range alone.
-  bool (*searchPorts)();
-  const char* portFailureTag;  // traced when a single port has nothing; null: not at all
-  bool (*classify)();          // asks the device whether it is a plain or a plus one
+  bool (*searchPorts)() = nullptr;
+  bool (*classify)() = nullptr;  // asks the device whether it is a plain or a plus one
 
-  std::uint32_t (*readCfg)();
-  std::uint32_t (*writeCfg)();
-  std::uint32_t (*resetFactoryDflts)();
-  std::uint32_t (*resetUserDflts)();
-  std::uint32_t (*saveUserDflts)();
+  std::uint32_t (*readCfg)() = nullptr;
+  std::uint32_t (*writeCfg)() = nullptr;
+  std::uint32_t (*resetFactoryDflts)() = nullptr;
+  std::uint32_t (*resetUserDflts)() = nullptr;
+  std::uint32_t (*saveUserDflts)() = nullptr;
   // Configuration as a text file.
-  std::uint32_t (*saveFile)(const char* path);
-  std::uint32_t (*loadFile)(const char* path);
+  std::uint32_t (*saveFile)(const char* path) = nullptr;
+  std::uint32_t (*loadFile)(const char* path) = nullptr;
   // Bit count of what lies on the device, its bytes in the buffer; length counts as 0 when the buffer is
   // null.
-  std::uint16_t (*getActiveId)(std::uint8_t* buffer, std::int16_t length);
-  std::uint16_t (*getActiveId32)(std::uint8_t* buffer, std::int16_t length);
-  std::uint32_t (*beep)(std::uint8_t count, std::int16_t longBeep);
-  bool (*answers)();  // a ping came back
+  std::uint16_t (*getActiveId)(std::uint8_t* buffer, std::int16_t length) = nullptr;
+  std::uint16_t (*getActiveId32)(std::uint8_t* buffer, std::int16_t length) = nullptr;
+  std::uint32_t (*beep)(std::uint8_t count, std::int16_t longBeep) = nullptr;
+  bool (*answers)() = nullptr;  // a ping came back
   // One firmware word asked of the device, 0 for none; and the words read at connect.
-  std::uint32_t (*queryFirmwareWord)(std::int16_t cpu, std::int16_t index);
-  std::uint32_t (*firmwareVersion)(std::uint16_t cpu, std::uint16_t index);
+  std::uint32_t (*queryFirmwareWord)(std::int16_t cpu, std::int16_t index) = nullptr;
+  std::uint32_t (*firmwareVersion)(std::uint16_t cpu, std::uint16_t index) = nullptr;
 
   // IDs that were read while nobody polled, and commands that the library has no name for.
   std::uint32_t (*getQueuedId)(std::uint16_t first, std::int16_t second) = nullptr;
@@ -64,8 +63,9 @@ struct Product {
   // The active device's word for an inter-key time; null for kinds that have none or keep it in the record.
   std::uint16_t* (*keyTime)(KeyTime which) = nullptr;
 
-  std::array<std::uint32_t (*)(std::int16_t* words), kRecordCount> getRecord;
-  std::array<std::uint32_t (*)(const std::int16_t* words), kRecordCount> setRecord;
+  // A configuration record as eight words; UnsupportedValue for one that the kind lacks.
+  std::uint32_t (*getRecord)(Record record, std::int16_t* words) = nullptr;
+  std::uint32_t (*setRecord)(Record record, const std::int16_t* words) = nullptr;
 };
 
 // kReaderPair and kReaderProduct and so on; what a family can do is defined in its own folder.

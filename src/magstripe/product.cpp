@@ -8,35 +8,32 @@
 namespace tavlyn {
 namespace {
 
-constexpr Product WithRecords(Product product) {
-  product.getRecord[kTimeParms] = magstripe::GetTimeParms;
-  product.setRecord[kTimeParms] = magstripe::SetTimeParms;
-  product.getRecord[kLEDCtrl] = magstripe::GetLedCtrl;
-  product.setRecord[kLEDCtrl] = magstripe::SetLedCtrl;
-  return product;
+std::uint32_t GetRecord(Record record, std::int16_t* words) {
+  if (record == kTimeParms) return magstripe::GetTimeParms(words);
+  return record == kLEDCtrl ? magstripe::GetLedCtrl(words) : shared.UnsupportedValue;
+}
+
+std::uint32_t SetRecord(Record record, const std::int16_t* words) {
+  if (record == kTimeParms) return magstripe::SetTimeParms(words);
+  return record == kLEDCtrl ? magstripe::SetLedCtrl(words) : shared.UnsupportedValue;
 }
 
 }  // namespace
 
-constexpr Product kMagstripeProduct = WithRecords({
+constexpr Product kMagstripeProduct = {
     .kind = kMagstripe,
     .usb = magstripe::kUsbIdentity,
     .search = magstripe::Search,
     .searchPorts = magstripe::SearchPorts,
-    .portFailureTag = nullptr,
-    .classify = nullptr,
     .readCfg = magstripe::ReadCfg,
     .writeCfg = magstripe::WriteCfg,
     .resetFactoryDflts = magstripe::ResetFactoryDflts,
-    .resetUserDflts = nullptr,
-    .saveUserDflts = nullptr,
     .saveFile = magstripe::SaveFile,
     .loadFile = magstripe::LoadFile,
     .getActiveId = magstripe::FetchId,
     .getActiveId32 = magstripe::FetchId32,
     .beep = magstripe::Beep,
     .answers = magstripe::Ping,
-    .queryFirmwareWord = nullptr,
     .firmwareVersion = VersionWord,
     .getQueuedId = magstripe::FetchQueuedId,
     .queuedIdPart = magstripe::QueuedIdPart,
@@ -44,8 +41,8 @@ constexpr Product kMagstripeProduct = WithRecords({
     .rawReplyByte = magstripe::RawReplyByte,
     .checkArrival = magstripe::CheckArrival,
     .keyTime = magstripe::GetKeyTime,
-    .getRecord = {},
-    .setRecord = {},
-});
+    .getRecord = GetRecord,
+    .setRecord = SetRecord,
+};
 
 }  // namespace tavlyn

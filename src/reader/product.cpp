@@ -1,8 +1,6 @@
 // What a card reader can do.
 #include "core/product.h"
 
-#include <utility>
-
 #include "core/state.h"
 #include "files/template_file.h"
 #include "reader/banks.h"
@@ -18,58 +16,36 @@
 #include "reader/search.h"
 
 namespace tavlyn {
-namespace {
 
-template <Record kRecord>
-std::uint32_t Get(std::int16_t* words) {
-  return GetRecord(kRecord, words);
-}
-
-template <Record kRecord>
-std::uint32_t Set(const std::int16_t* words) {
-  return SetRecord(kRecord, words);
-}
-
-template <std::size_t... kRecords>
-constexpr Product WithRecords(Product product, std::index_sequence<kRecords...> /*records*/) {
-  product.getRecord = {Get<static_cast<Record>(kRecords)>...};
-  product.setRecord = {Set<static_cast<Record>(kRecords)>...};
-  return product;
-}
-
-}  // namespace
-
-constexpr Product kReaderProduct = WithRecords(
-    {
-        .kind = kReader,
-        .usb = kReaderUsb,
-        .hasTunnel = true,
-        .keyTimesInRecord = true,
-        .search = SearchReaders,
-        .searchPorts = SearchReaderPorts,
-        .portFailureTag = "tavlyn_ComConnectPort",
-        .classify = ClassifyReader,
-        .readCfg = ReadReaderCfg,
-        .writeCfg = WriteReaderCfg,
-        .resetFactoryDflts = ResetReader,
-        .resetUserDflts = RestoreUserDefaults,
-        .saveUserDflts = SaveUserDefaults,
-        .saveFile = SaveTemplateFile,
-        .loadFile = LoadTemplateFile,
-        .getActiveId = FetchId64,
-        .getActiveId32 = FetchId256,
-        .beep = Beep,
-        .answers = PingReader,
-        .queryFirmwareWord = QueryFirmwareWord,
-        .firmwareVersion = FirmwareVersion,
-        .getQueuedId = FetchQueuedId,
-        .queuedIdPart = QueuedIdPart,
-        .setRawPayload = SetRawCommand,
-        .rawReplyByte = RawReplyByte,
-        .checkArrival = CheckReaderArrival,
-        .getRecord = {},
-        .setRecord = {},
-    },
-    std::make_index_sequence<kRecordCount>());
+constexpr Product kReaderProduct = {
+    .kind = kReader,
+    .usb = kReaderUsb,
+    .hasTunnel = true,
+    .keyTimesInRecord = true,
+    .portFailureTag = "tavlyn_ComConnectPort",
+    .search = SearchReaders,
+    .searchPorts = SearchReaderPorts,
+    .classify = ClassifyReader,
+    .readCfg = ReadReaderCfg,
+    .writeCfg = WriteReaderCfg,
+    .resetFactoryDflts = ResetReader,
+    .resetUserDflts = RestoreUserDefaults,
+    .saveUserDflts = SaveUserDefaults,
+    .saveFile = SaveTemplateFile,
+    .loadFile = LoadTemplateFile,
+    .getActiveId = FetchId64,
+    .getActiveId32 = FetchId256,
+    .beep = Beep,
+    .answers = PingReader,
+    .queryFirmwareWord = QueryFirmwareWord,
+    .firmwareVersion = FirmwareVersion,
+    .getQueuedId = FetchQueuedId,
+    .queuedIdPart = QueuedIdPart,
+    .setRawPayload = SetRawCommand,
+    .rawReplyByte = RawReplyByte,
+    .checkArrival = CheckReaderArrival,
+    .getRecord = GetRecord,
+    .setRecord = SetRecord,
+};
 
 }  // namespace tavlyn

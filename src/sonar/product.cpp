@@ -19,24 +19,23 @@ std::uint32_t HasNoBeeper(std::uint8_t /*count*/, std::int16_t /*longBeep*/) {
   return shared.UnsupportedValue;
 }
 
-constexpr Product WithRecords(Product product) {
-  product.getRecord[kTimeParms] = Nothing<std::int16_t*>;
-  product.setRecord[kTimeParms] = Nothing<const std::int16_t*>;
-  product.getRecord[kLEDCtrl] = sonar::GetLedCtrl;
-  product.setRecord[kLEDCtrl] = sonar::SetLedCtrl;
-  return product;
+std::uint32_t GetRecord(Record record, std::int16_t* words) {
+  if (record == kTimeParms) return 0;
+  return record == kLEDCtrl ? sonar::GetLedCtrl(words) : shared.UnsupportedValue;
+}
+
+std::uint32_t SetRecord(Record record, const std::int16_t* words) {
+  if (record == kTimeParms) return 0;
+  return record == kLEDCtrl ? sonar::SetLedCtrl(words) : shared.UnsupportedValue;
 }
 
 }  // namespace
 
-constexpr Product kSonarProduct = WithRecords({
+constexpr Product kSonarProduct = {
     .kind = kSonar,
     .usb = sonar::kUsbIdentity,
     .hasIdByBytes = false,
     .search = sonar::Search,
-    .searchPorts = nullptr,
-    .portFailureTag = nullptr,
-    .classify = nullptr,
     .readCfg = sonar::ReadCfg,
     .writeCfg = sonar::WriteCfg,
     .resetFactoryDflts = sonar::ResetFactoryDflts,
@@ -47,16 +46,14 @@ constexpr Product kSonarProduct = WithRecords({
     .getActiveId = sonar::FetchId,
     .getActiveId32 = sonar::FetchId,
     .beep = HasNoBeeper,
-    .answers = nullptr,
-    .queryFirmwareWord = nullptr,
     .firmwareVersion = VersionWord,
     .getQueuedId = Nothing,
     .queuedIdPart = Nothing,
     .setRawPayload = Nothing,
     .rawReplyByte = Nothing,
     .checkArrival = sonar::CheckArrival,
-    .getRecord = {},
-    .setRecord = {},
-});
+    .getRecord = GetRecord,
+    .setRecord = SetRecord,
+};
 
 }  // namespace tavlyn

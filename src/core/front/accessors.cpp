@@ -19,9 +19,9 @@ constexpr bool IsKeyTime(FieldId id) {
 
 // Null when the active device keeps no such word outside its records.
 std::uint16_t* KeyTimeWord(FieldId id) {
-  const Product* product = ActiveProduct();
-  if (product == nullptr || product->keyTime == nullptr) return nullptr;
-  return product->keyTime(id == field::TimeParms_iUSBKeyPrsTm ? KeyTime::kPress : KeyTime::kRelease);
+  const auto keyTime = ActiveRoutine(&Product::keyTime);
+  if (keyTime == nullptr) return nullptr;
+  return keyTime(id == field::TimeParms_iUSBKeyPrsTm ? KeyTime::kPress : KeyTime::kRelease);
 }
 
 // A key time goes through the record only where it is one of its words.

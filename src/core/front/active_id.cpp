@@ -14,7 +14,7 @@ namespace {
 // A device spoken to less than this ago is left alone.
 constexpr std::uint64_t kGateMs = 235;
 
-using Routine = std::uint16_t (*Product::*)(std::uint8_t*, std::int16_t);
+using Operation = std::uint16_t (*Product::*)(std::uint8_t*, std::int16_t);
 
 enum class Gate { kOpen, kCached, kExpired };
 
@@ -48,10 +48,10 @@ std::uint32_t Expire(std::uint8_t* buffer, std::int16_t length) {
   return 0;
 }
 
-std::uint32_t Fetch(Routine routine, std::uint8_t* buffer, std::int16_t length) {
-  const Product* product = ActiveProduct();
-  if (product == nullptr || product->*routine == nullptr) return shared.UnsupportedValue;
-  const std::uint16_t bits = (product->*routine)(buffer, length);
+std::uint32_t Fetch(Operation operation, std::uint8_t* buffer, std::int16_t length) {
+  const auto fetch = ActiveRoutine(operation);
+  if (fetch == nullptr) return shared.UnsupportedValue;
+  const std::uint16_t bits = fetch(buffer, length);
   const std::size_t kept = CachedLength(length);
   std::memmove(shared.id.LastIDBytes.data(), buffer, kept);
   std::fill(shared.id.LastIDBytes.begin() + kept, shared.id.LastIDBytes.end(), std::uint8_t{0});
@@ -59,7 +59,7 @@ std::uint32_t Fetch(Routine routine, std::uint8_t* buffer, std::int16_t length) 
   return bits;
 }
 
-std::uint32_t Read(Routine routine, std::uint8_t* buffer, std::int16_t length) {
+std::uint32_t Read(Operation operation, std::uint8_t* buffer, std::int16_t length) {
   std::uint8_t nowhere = 0;
   if (buffer == nullptr || length < 0) {
     buffer = &nowhere;
@@ -72,12 +72,12 @@ std::uint32_t Read(Routine routine, std::uint8_t* buffer, std::int16_t length) {
     case Gate::kExpired: return Expire(buffer, length);
     case Gate::kOpen: break;
   }
-  return Fetch(routine, buffer, length);
+  return Fetch(operation, buffer, length);
 }
 
-std::uint16_t LoggedRead(const char* tag, Routine routine, std::uint8_t* buffer, std::int16_t length) {
+std::uint16_t LoggedRead(const char* tag, Operation operation, std::uint8_t* buffer, std::int16_t length) {
   LogLine(tag, "ENTER");
-  const auto bits = static_cast<std::uint16_t>(Read(routine, buffer, length));
+  const auto bits = static_cast<std::uint16_t>(Read(operation, buffer, length));
   LogLine(tag, "EXIT");
   return bits;
 }

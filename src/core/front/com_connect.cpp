@@ -101,23 +101,20 @@ std::uint32_t ComConnectPort(std::uint16_t port, std::uint32_t* pDID) {
 }
 
 std::uint32_t comConnect() {
-  const Product* product = ActiveProduct();
-  if (product == nullptr || product->searchPorts == nullptr) return shared.UnsupportedValue;
-  return SearchRange(*product) ? 1 : 0;
+  if (ActiveRoutine(&Product::searchPorts) == nullptr) return shared.UnsupportedValue;
+  return SearchRange(*ActiveProduct()) ? 1 : 0;
 }
 
 std::uint32_t comConnectPort(std::uint16_t port) {
-  const Product* product = ActiveProduct();
-  if (product == nullptr || product->searchPorts == nullptr) return shared.UnsupportedValue;
+  if (ActiveRoutine(&Product::searchPorts) == nullptr) return shared.UnsupportedValue;
   // An active device is needed and an empty table too, so this never finds anything; programs rely on the
   // results.
-  return SearchPort(*product, port) ? 1 : 0;
+  return SearchPort(*ActiveProduct(), port) ? 1 : 0;
 }
 
 std::uint32_t ComDisconnect() {
-  const Product* product = ActiveProduct();
-  if (product == nullptr || product->searchPorts == nullptr) return shared.UnsupportedValue;
-  if (product->hasTunnel) CloseTunnel();
+  if (ActiveRoutine(&Product::searchPorts) == nullptr) return shared.UnsupportedValue;
+  if (ActiveProduct()->hasTunnel) CloseTunnel();
   SerialPort* port = EntryOfActDev().pSerialPort;
   return port != nullptr && port->Close() ? 1 : 0;
 }

@@ -52,8 +52,7 @@ std::uint32_t WriteCfg() { return WriteCfgLocked(); }
 std::uint32_t ResetFactoryDflts() {
   constexpr const char* kTag = "ResetFactoryDflts";
   LogLine(kTag, "ENTER");
-  const Product* product = ActiveProduct();
-  if (product == nullptr || product->resetFactoryDflts == nullptr) LogLine(kTag, kFailed);
+  if (ActiveRoutine(&Product::resetFactoryDflts) == nullptr) LogLine(kTag, kFailed);
   const std::uint32_t result = Dispatch(&Product::resetFactoryDflts);
   LogLine(kTag, "EXIT");
   return result;
@@ -80,14 +79,14 @@ std::uint32_t SetActConfig(std::uint8_t index) { return UseConfig(index) ? 1 : 0
 std::uint32_t BeepNow(std::uint8_t count, std::int16_t longBeep) {
   const Locked lock;
   // Unlike other dispatches this one answers 0 for no device or no routine.
-  const Product* product = ActiveProduct();
-  return product != nullptr && product->beep != nullptr ? product->beep(count, longBeep) : 0;
+  const auto beep = ActiveRoutine(&Product::beep);
+  return beep != nullptr ? beep(count, longBeep) : 0;
 }
 
 std::uint32_t Ping() {
   const std::uint32_t start = TickNow();
-  const Product* product = ActiveProduct();
-  if (product == nullptr || product->answers == nullptr || !product->answers()) return start;
+  const auto answers = ActiveRoutine(&Product::answers);
+  if (answers == nullptr || !answers()) return start;
   const std::uint32_t taken = TickNow() - start;
   return taken == 0 ? 1 : std::min<std::uint32_t>(taken, 65535);
 }

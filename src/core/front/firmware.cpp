@@ -6,14 +6,12 @@
 namespace tavlyn {
 
 void ReadFirmwareWords(std::size_t rows) {
-  const Product* product = ActiveProduct();
-  const bool asked = product != nullptr && product->queryFirmwareWord != nullptr;
+  const auto query = ActiveRoutine(&Product::queryFirmwareWord);
   for (std::size_t cpu = 0; cpu < rows; ++cpu) {
     auto& row = EntryOfActDev().FWVersion[cpu];
     row.fill(0);
-    for (std::size_t index = 0; asked && index < kFirmwareWords; ++index) {
-      row[index] =
-          product->queryFirmwareWord(static_cast<std::int16_t>(cpu), static_cast<std::int16_t>(index));
+    for (std::size_t index = 0; query != nullptr && index < kFirmwareWords; ++index) {
+      row[index] = query(static_cast<std::int16_t>(cpu), static_cast<std::int16_t>(index));
       if (row[index] == 0) break;
     }
   }
@@ -35,7 +33,6 @@ void SendGetFWVersion() {
 
 std::uint32_t GetFirmwareVersion(std::uint16_t cpu, std::uint16_t index) {
   if (!ActiveInRange()) return 0;
-  const Product* product = ActiveProduct();
-  if (product == nullptr || product->firmwareVersion == nullptr) return UnsupportedSigned();
-  return product->firmwareVersion(cpu, index);
+  const auto version = ActiveRoutine(&Product::firmwareVersion);
+  return version != nullptr ? version(cpu, index) : UnsupportedSigned();
 }

@@ -13,9 +13,9 @@ std::uint32_t GetQueuedID(std::uint16_t first, std::int16_t second) {
 }
 
 std::uint32_t GetQueuedID_index(std::int16_t index) {
-  const Product* product = ActiveProduct();
-  if (product == nullptr || product->queuedIdPart == nullptr) return shared.UnsupportedValue;
-  return product->queuedIdPart(index);  // the one dispatch whose value may be wider than 16 bits
+  // The one dispatch whose value may be wider than 16 bits.
+  const auto part = ActiveRoutine(&Product::queuedIdPart);
+  return part != nullptr ? part(index) : shared.UnsupportedValue;
 }
 
 std::uint32_t SetRawPayload_index(std::int16_t index, std::uint8_t value) {
