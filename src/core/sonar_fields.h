@@ -11,6 +11,9 @@
 namespace tavlyn {
 namespace sonar {
 
+// On top of the text file of the records.
+inline constexpr const char* kTitle = "--- Sonar Configuration Template File ---";
+
 // The words of all four records by their keys: sonar::PingRateS and so on.
 enum Word : std::uint8_t {
 #define FIELD(record, name, key, ...) key,
@@ -22,11 +25,13 @@ inline constexpr Word kFirstOfWalkAwayParms = KeyCountWA;
 inline constexpr Word kFirstOfWalkUpParms = KeyCountWU;
 inline constexpr Word kFirstOfIdleParms = Reserved1I;
 
+inline constexpr double kUnitsPerInch = 3.472222;
+
 struct Field {
   const char* key;
   Bounds bounds = {};
   std::uint8_t step = 1;  // of the byte in which the sensor keeps it
-  bool inches = false;    // which the sensor keeps in units of its own
+  bool inches = false;    // of which the sensor keeps kUnitsPerInch
   bool readOnly = false;  // the sensor takes no other value
   const char* comment = "";
 };

@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <string_view>
 
 #include "core/wipe.h"
@@ -112,6 +113,19 @@ inline std::string_view Content(std::string_view line) {
   line.remove_prefix(static_cast<std::size_t>(printable - line.begin()));
   const bool forPeople = line.starts_with(kCommentMark) || line.starts_with(kInformationMark);
   return forPeople ? std::string_view() : line;
+}
+
+// "key = number" with whatever stands between and after them.
+struct Entry {
+  std::string_view key;
+  std::optional<std::uint16_t> number = {};
+};
+inline Entry EntryIn(std::string_view content) {
+  Tokens tokens(content);
+  Entry entry{.key = tokens.Next(kEntryDelimiters)};
+  std::uint16_t number = 0;
+  if (Scan(tokens.Next(kEntryDelimiters), "%hu", number)) entry.number = number;
+  return entry;
 }
 
 // A path handed over character by character, for callers that cannot pass a text.

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "core/text.h"
-
 namespace tavlyn {
 namespace {
 
@@ -39,12 +37,9 @@ TemplateLine ParseLine(std::string_view line, bool inSepBlock) {
 }
 
 TemplateEntry ParseEntry(std::string_view text) {
-  Tokens tokens(text);
-  TemplateEntry entry{.keyword = tokens.Next(kEntryDelimiters)};
-  entry.option = FindKeyword(kSavedOptions, entry.keyword);
-  if (entry.option == nullptr) entry.field = FindKeyword(kFields, entry.keyword);
-  std::uint16_t number = 0;
-  if (Scan(tokens.Next(kEntryDelimiters), "%hu", number)) entry.number = number;
+  TemplateEntry entry{EntryIn(text)};
+  entry.option = FindKeyword(kSavedOptions, entry.key);
+  if (entry.option == nullptr) entry.field = FindKeyword(kFields, entry.key);
   return entry;
 }
 

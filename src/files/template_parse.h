@@ -6,9 +6,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <optional>
 #include <string_view>
 
+#include "core/text.h"
 #include "files/template_words.h"
 
 namespace tavlyn {
@@ -33,12 +33,10 @@ struct TemplateLine {
 };
 TemplateLine ParseLine(std::string_view line, bool inSepBlock);
 
-// A keyword and its number. At most one of option and field is there: what the keyword stands for.
-struct TemplateEntry {
-  std::string_view keyword;
+// At most one of option and field is there: what the key stands for.
+struct TemplateEntry : Entry {
   const SavedOption* option = nullptr;
   const Field* field = nullptr;
-  std::optional<std::uint16_t> number = {};
 };
 TemplateEntry ParseEntry(std::string_view text);
 

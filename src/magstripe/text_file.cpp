@@ -13,14 +13,9 @@
 namespace tavlyn::magstripe {
 namespace {
 
-constexpr const char* kMark = "//";
-constexpr const char* kEnd = "//##END##";
-
 // A longer line is taken in pieces, and the title must stand within as much.
 constexpr std::size_t kLineRoom = 257;
 using LineText = std::array<char, kLineRoom>;
-
-enum Form : std::uint8_t { kNumber, kFlag, kSigned };
 
 // Where a setting stands in the mirror: a byte or a word of it.
 class Place {
@@ -30,13 +25,13 @@ class Place {
 
   [[nodiscard]] long Value() const {
     if (byte_ != nullptr) return *byte_;
-    return form_ == kSigned ? static_cast<std::int16_t>(*word_) : long{*word_};
+    return form_ == Form::kSigned ? static_cast<std::int16_t>(*word_) : long{*word_};
   }
   void Store(long number) const {
     if (word_ != nullptr) {
       *word_ = static_cast<std::uint16_t>(number);
     } else {
-      *byte_ = form_ == kFlag ? std::uint8_t{number != 0} : static_cast<std::uint8_t>(number);
+      *byte_ = form_ == Form::kFlag ? std::uint8_t{number != 0} : static_cast<std::uint8_t>(number);
     }
   }
 
@@ -56,7 +51,7 @@ constexpr PlaceOf kPlaces[] = {
   [](tsDevEntry& entry, Indices at) {                                 \
     [[maybe_unused]] tsSorbaneCfg& cfg = entry.SorbaneBlock.Cfg;      \
     [[maybe_unused]] tsSorbaneField& field = cfg.UserField[at.outer]; \
-    return Place(place, form);                                        \
+    return Place(place, Form::form);                                  \
   },
 #include "magstripe/text_file.inc"
 };
@@ -65,14 +60,10 @@ void PrintLine(std::FILE* file, const char* setting, const char* comment) {
   std::fprintf(file, "%-31s %s\n", setting, comment);
 }
 
-// A key, its colon, a number with or without blanks before it. Any other line is passed over.
-void TakeLine(std::string_view line, tsDevEntry& entry) {
-  const std::size_t colon = line.find(':');
-  if (colon == std::string_view::npos) return;
-  for (std::size_t row = 0; row < kSettings.size(); ++row) {
-    const auto at = IndicesIn(kSettings[row], line.substr(0, colon));
-    long number = 0;
-    if (at && Scan(line.substr(colon + 1), "%ld", number)) kPlaces[row](entry, *at).Store(number);
+// A line that says anything else is passed over.
+void TakeLine(const Line& line, tsDevEntry& entry) {
+  for (std::size_t row = 0; line.number && row < kSettings.size(); ++row) {
+    if (const auto at = IndicesIn(kSettings[row], line.key)) kPlaces[row](entry, *at).Store(*line.number);
   }
 }
 
@@ -88,16 +79,16 @@ std::uint32_t SaveFile(const char* path) {
   const File file = OpenFile(path, "wt");
   if (file == nullptr) return 0;
   std::fprintf(file.get(), "%s%s\n", kMark, kTitle);
-  std::fprintf(file.get(), "%sLibrary Version%c %d.%d.%d \n", kMark, kInformationMark, kVersionMajor,
-               kVersionMinor, kVersionBuild);
+  std::fprintf(file.get(), "%s%s %d.%d.%d \n", kMark, kVersionWord, kVersionMajor, kVersionMinor,
+               kVersionBuild);
   LineText text{};
   tsDevEntry& entry = EntryOfActDev();
   ForEachKey([&](std::size_t row, Indices at) {
-    std::snprintf(text.data(), text.size(), "%s: %ld", KeyOf(kSettings[row], at).data(),
+    std::snprintf(text.data(), text.size(), "%s%c %ld", KeyOf(kSettings[row], at).data(), kColon,
                   kPlaces[row](entry, at).Value());
     PrintLine(file.get(), text.data(), kSettings[row].comment);
   });
-  std::snprintf(text.data(), text.size(), "%s: ", kEnd);
+  std::snprintf(text.data(), text.size(), "%s%c ", kEnd, kColon);
   PrintLine(file.get(), text.data(), "");
   return 1;
 }
@@ -109,7 +100,7 @@ std::uint32_t LoadFile(const char* path) {
   Lines<kLineRoom> lines(file.get());
   std::string_view line;
   // The mark of the end is deliberately not looked for.
-  while (lines.Next(line)) TakeLine(line, EntryOfActDev());
+  while (lines.Next(line)) TakeLine(LineOf(line), EntryOfActDev());
   return 1;
 }
 

@@ -2,24 +2,38 @@
 // mirror.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdint>
 #include <optional>
 #include <string_view>
 
+#include "core/text.h"
+
 namespace tavlyn::magstripe {
 
 inline constexpr const char* kTitle = "--- Sorbane Configuration Template File ---";
+inline constexpr const char* kMark = "//";
+inline constexpr const char* kEnd = "//##END##";
+inline constexpr char kColon = ':';  // between a key and its number
+
+enum class Form : std::uint8_t {
+  kNumber,
+  kFlag,      // 1 for every number but 0
+  kSigned,    // a word with its sign
+  kHostOnly,  // a number that the reader does not keep
+};
 
 struct Setting {
   const char* key;      // each # stands for an index, the outer one first
   std::uint8_t count;   // of outer indices
   std::uint8_t inners;  // and of inner ones
+  Form form;
   const char* comment;
 };
 inline constexpr auto kSettings = std::to_array<Setting>({
-#define SETTING(key, count, inners, place, form, comment) {key, count, inners, comment},
+#define SETTING(key, count, inners, place, form, comment) {key, count, inners, Form::form, comment},
 #include "magstripe/text_file.inc"
 });
 
@@ -80,6 +94,18 @@ inline std::optional<Indices> IndicesIn(const Setting& setting, std::string_view
   const Indices at{found[0], found[1]};
   return key.empty() && at.outer < setting.count && at.inner < setting.inners ? std::optional(at)
                                                                               : std::nullopt;
+}
+
+struct Line {
+  std::string_view key;
+  std::optional<long> number = {};  // with or without blanks before it
+};
+inline Line LineOf(std::string_view text) {
+  const std::size_t colon = std::min(text.find(kColon), text.size());
+  Line line{.key = text.substr(0, colon)};
+  long number = 0;
+  if (colon < text.size() && Scan(text.substr(colon + 1), "%ld", number)) line.number = number;
+  return line;
 }
 
 }  // namespace tavlyn::magstripe

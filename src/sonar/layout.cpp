@@ -8,8 +8,6 @@
 namespace tavlyn::sonar {
 namespace {
 
-constexpr double kUnitsPerInch = 3.472222;
-
 std::uint8_t UnitsOf(std::uint16_t inches) {
   return static_cast<std::uint8_t>(static_cast<unsigned>(std::floor(inches * kUnitsPerInch + 0.5)));
 }

@@ -9,7 +9,6 @@
 namespace tavlyn::sonar {
 namespace {
 
-constexpr const char* kTitle = "--- Sonar Configuration Template File ---";
 // A longer line is taken in pieces, each a line of its own.
 constexpr std::size_t kLineRoom = 128;
 
@@ -17,14 +16,11 @@ constexpr std::size_t kLineRoom = 128;
 constexpr std::array kLoadOrder = {kWalkAwayParms, kWalkUpParms, kSonarParms, kIdleParms};
 
 void TakeLine(std::string_view line, SonarWords& words) {
-  Tokens tokens(Content(line));
-  const std::string_view key = tokens.Next(kEntryDelimiters);
-  const std::string_view value = tokens.Next(kEntryDelimiters);
-  std::uint16_t number = 0;
-  if (value.empty() || !Scan(value, "%hu", number)) return;
+  const Entry entry = EntryIn(Content(line));
+  if (!entry.number) return;
   const auto named =
-      std::ranges::find_if(kFields, [&](const Field& each) { return SameText(key, each.key); });
-  if (named != kFields.end()) words[static_cast<std::size_t>(named - kFields.begin())] = number;
+      std::ranges::find_if(kFields, [&](const Field& each) { return SameText(entry.key, each.key); });
+  if (named != kFields.end()) words[static_cast<std::size_t>(named - kFields.begin())] = *entry.number;
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <charconv>
 
 #include "api.h"
+#include "magstripe/layout.h"
 #include "tools/tavlynctl/areas.h"
 #include "tools/tavlynctl/changes.h"
 #include "tools/tavlynctl/hex.h"
@@ -16,7 +17,7 @@ const std::string kKeys = "keys";
 
 struct Part {
   const char* name;
-  int most;
+  std::uint8_t tsSorbaneField::*member;
   std::uint32_t (*get)(std::uint16_t field);
   std::uint32_t (*set)(std::uint16_t field, int value);
 };
@@ -32,22 +33,33 @@ std::uint32_t SetByte(std::uint16_t field, int value) {
 }
 
 constexpr Part kParts[] = {
-    {"enable", 1, sorbaneGetFieldEnable, SetFlag<sorbaneSetFieldEnable>},
-    {"skip", 1, sorbaneGetFieldSkip, SetFlag<sorbaneSetFieldSkip>},
-    {"track", 3, sorbaneGetFieldTrack, SetByte<sorbaneSetFieldTrack>},
-    {"field", 255, sorbaneGetFieldMagField, SetByte<sorbaneSetFieldMagField>},
-    {"offset", 255, sorbaneGetFieldOffset, SetByte<sorbaneSetFieldOffset>},
-    {"length", 255, sorbaneGetFieldLength, SetByte<sorbaneSetFieldLength>},
-    {"term", 255, sorbaneGetFieldTerm, SetByte<sorbaneSetFieldTerm>},
-    {"separators", 1, sorbaneGetFieldShowSepSen, SetFlag<sorbaneSetFieldShowSepSen>},
-    {"lrc", 1, sorbaneGetFieldShowLRC, SetFlag<sorbaneSetFieldShowLRC>},
-    {"ignore_lrc", 1, sorbaneGetFieldIgnoreLRC, SetFlag<sorbaneSetFieldIgnoreLRC>},
+    {"enable", &tsSorbaneField::Enable, sorbaneGetFieldEnable, SetFlag<sorbaneSetFieldEnable>},
+    {"skip", &tsSorbaneField::Skip, sorbaneGetFieldSkip, SetFlag<sorbaneSetFieldSkip>},
+    {"track", &tsSorbaneField::Track, sorbaneGetFieldTrack, SetByte<sorbaneSetFieldTrack>},
+    {"field", &tsSorbaneField::Field, sorbaneGetFieldMagField, SetByte<sorbaneSetFieldMagField>},
+    {"offset", &tsSorbaneField::ByteOffset, sorbaneGetFieldOffset, SetByte<sorbaneSetFieldOffset>},
+    {"length", &tsSorbaneField::Length, sorbaneGetFieldLength, SetByte<sorbaneSetFieldLength>},
+    {"term", &tsSorbaneField::Termination, sorbaneGetFieldTerm, SetByte<sorbaneSetFieldTerm>},
+    {"separators", &tsSorbaneField::ShowSepSen, sorbaneGetFieldShowSepSen,
+     SetFlag<sorbaneSetFieldShowSepSen>},
+    {"lrc", &tsSorbaneField::ShowLRC, sorbaneGetFieldShowLRC, SetFlag<sorbaneSetFieldShowLRC>},
+    {"ignore_lrc", &tsSorbaneField::IgnoreLRC, sorbaneGetFieldIgnoreLRC, SetFlag<sorbaneSetFieldIgnoreLRC>},
 };
+
+// As many bits as travel.
+int MostOf(const Part& part) {
+  for (const magstripe::FieldPart& travelling : magstripe::kFieldParts) {
+    for (const magstripe::FieldBits& bits : travelling.bits) {
+      if (bits.member == part.member) return bits.mask;
+    }
+  }
+  return 0;
+}
 
 // The key bytes that are in use.
 std::string KeysOf(std::uint16_t field) {
   std::string text;
-  const std::uint32_t count = std::min<std::uint32_t>(sorbaneGetFieldKeyCount(field), kUserFieldKeys);
+  const std::uint32_t count = std::min<std::uint32_t>(sorbaneGetFieldKeyCount(field), magstripe::kFieldKeys);
   for (std::uint32_t at = 0; at < count; ++at) {
     text += Hex(sorbaneGetFieldKeydata(field, static_cast<std::uint16_t>(at)), 2);
   }
@@ -80,8 +92,8 @@ int ParseValue(const Part& part, const std::string& text) {
   int value = 0;
   const char* end = text.data() + text.size();
   const auto [stop, error] = std::from_chars(text.data(), end, value);
-  if (error == std::errc() && stop == end && value >= 0 && value <= part.most) return value;
-  throw Failure(kUsage, std::string(part.name) + " takes 0 to " + std::to_string(part.most));
+  if (error == std::errc() && stop == end && value >= 0 && value <= MostOf(part)) return value;
+  throw Failure(kUsage, std::string(part.name) + " takes 0 to " + std::to_string(MostOf(part)));
 }
 
 // From words "NAME=VALUE".
@@ -98,7 +110,9 @@ Json ParseWords(const std::vector<std::string>& words) {
       continue;
     }
     const Bytes bytes = ParseHex(value, kKeys.c_str());
-    if (bytes.size() > kUserFieldKeys) throw Failure(kUsage, "a user field has 16 key bytes");
+    if (bytes.size() > magstripe::kFieldKeys) {
+      throw Failure(kUsage, "a user field has " + std::to_string(magstripe::kFieldKeys) + " key bytes");
+    }
     wanted[name] = HexText(bytes);
   }
   return wanted;
@@ -118,7 +132,7 @@ struct ShowMagFields {
   int only = 0;  // 0: all
 
   void Take(Words& words) {
-    words.Number("NUMBER", only, 1, kUserFields, "Only this one");
+    words.Number("NUMBER", only, 1, magstripe::kUserFields, "Only this one");
     words.Device();
   }
 
@@ -127,7 +141,7 @@ struct ShowMagFields {
     session.Use(request.device);
     Json document = request.DeviceDocument();
     Json& fields = document["fields"] = Json::array();
-    for (std::uint16_t field = 1; field <= kUserFields; ++field) {
+    for (std::uint16_t field = 1; field <= magstripe::kUserFields; ++field) {
       if (only != 0 && only != field) continue;
       Json row{{"number", field}};
       row.update(PartsOf(field));
@@ -143,7 +157,7 @@ struct SetMagField {
   bool dryRun = false;
 
   void Take(Words& words) {
-    words.Number("NUMBER", number, 1, kUserFields, "User field")->required();
+    words.Number("NUMBER", number, 1, magstripe::kUserFields, "User field")->required();
     words.Text("NAME=VALUE", assignments, "As magfield shows them; keys in hexadecimal");
     words.DryRun(dryRun);
     words.Device();

@@ -10,6 +10,7 @@
 #include "api.h"
 #include "core/sonar_fields.h"
 #include "core/text.h"
+#include "files/template_parse.h"
 #include "magstripe/text_file.h"
 #include "tools/nearest.h"
 #include "tools/tavlynctl/fields.h"
@@ -22,17 +23,19 @@ namespace {
 struct TextForm {
   std::uint32_t product;
   const char* title;
-  const char* equals;   // between a name and its number
-  const char* written;  // stands in a file that a library has written,
-  const char* last;     // which then ends with this
+  char equals;                   // between a name and its number
+  std::string_view information;  // before the version in a file that a library has written,
+  const char* last;              // which then ends with this
 };
 constexpr TextForm kForms[] = {
-    {kMagstripes, magstripe::kTitle, ": ", "//Library Version:", "//##END##"},
-    {kSensors, "--- Sonar Configuration Template File ---", " = ", ":Library Version:", "SNBlankTmI"}};
-constexpr std::size_t kTitleRoom = 128;
+    {kMagstripes, magstripe::kTitle, magstripe::kColon, magstripe::kMark, magstripe::kEnd},
+    {kSensors, sonar::kTitle, '=', {&kInformationMark, 1}, sonar::kFields.back().key}};
 
-// Only the library has these.
-constexpr const char* kUnkept[] = {"KeyPressTime", "KeyReleaseTime"};
+bool IsUnkept(const std::string& name) {
+  return std::ranges::any_of(magstripe::kSettings, [&](const magstripe::Setting& one) {
+    return one.form == magstripe::Form::kHostOnly && name == one.key;
+  });
+}
 
 const TextForm& FormOf(std::uint32_t product) {
   return *std::ranges::find_if(kForms, [&](const TextForm& one) { return one.product == product; });
@@ -48,7 +51,8 @@ std::string TextOfFile(const std::string& path) {
 std::vector<NamedSetting> AllSettings() {
   std::vector<NamedSetting> all;
   magstripe::ForEachKey([&](std::size_t row, magstripe::Indices at) {
-    all.push_back({kMagstripes, magstripe::KeyOf(magstripe::kSettings[row], at).data()});
+    const std::string name = magstripe::KeyOf(magstripe::kSettings[row], at).data();
+    if (!IsUnkept(name)) all.push_back({kMagstripes, name});
   });
   for (const sonar::Field& field : sonar::kFields) all.push_back({kSensors, field.key});
   return all;
@@ -62,32 +66,24 @@ std::string SuggestedSetting(const std::string& name, std::uint32_t product) {
   return DidYouMean(name, names);
 }
 
-struct Entry {
-  std::string name;
+struct ReadEntry {
+  std::string name;  // empty where a line says nothing
   std::optional<int> number;
 };
 
-// As the library takes the line apart. An empty name where it says nothing.
-Entry EntryOf(std::string_view line, std::uint32_t product) {
-  Entry entry;
+ReadEntry EntryOf(std::string_view line, std::uint32_t product) {
+  const std::string_view content = Content(line);
+  if (content.empty()) return {};
   if (product == kSensors) {
-    Tokens tokens(Content(line));
-    entry.name = tokens.Next(kEntryDelimiters);
-    std::uint16_t number = 0;
-    if (Scan(tokens.Next(kEntryDelimiters), "%hu", number)) entry.number = number;
-    return entry;
+    const Entry entry = EntryIn(content);
+    return {std::string(entry.key), entry.number};
   }
-  if (Content(line).empty()) return entry;
-  const std::size_t colon = std::min(line.find(':'), line.size());
-  entry.name = line.substr(0, colon);
-  long number = 0;
-  if (colon < line.size() && Scan(line.substr(colon + 1), "%ld", number))
-    entry.number = static_cast<int>(number);
-  return entry;
+  const magstripe::Line entry = magstripe::LineOf(line);
+  return {std::string(entry.key), entry.number};
 }
 
 // What is wrong with an entry; else it is among the settings.
-std::string TakeEntry(const Entry& entry, std::uint32_t product, Json& settings) {
+std::string TakeEntry(const ReadEntry& entry, std::uint32_t product, Json& settings) {
   const auto known = FindSetting(entry.name);
   if (!known || known->product != product)
     return "unknown name " + entry.name + SuggestedSetting(entry.name, product);
@@ -153,7 +149,7 @@ Json ParseSettings(const std::vector<std::string>& words) {
 }
 
 std::uint32_t ProductOfFile(const std::string& path) {
-  const std::string head = TextOfFile(path).substr(0, kTitleRoom);
+  const std::string head = TextOfFile(path).substr(0, kTitleWithin);
   for (const TextForm& form : kForms) {
     if (head.find(form.title) != std::string::npos) return form.product;
   }
@@ -167,6 +163,7 @@ void RefuseSecure(std::uint32_t product) {
 SettingsFile ReadSettings(const std::string& path, std::uint32_t product) {
   const TextForm& form = FormOf(product);
   std::istringstream text(TextOfFile(path));
+  const std::string mark = std::string(form.information) + kVersionWord;
   SettingsFile file;
   bool written = false;
   bool ended = false;
@@ -174,10 +171,10 @@ SettingsFile ReadSettings(const std::string& path, std::uint32_t product) {
   for (std::string line; std::getline(text, line);) {
     ++number;
     if (line.ends_with('\r')) line.pop_back();
-    written = written || line.starts_with(form.written);
-    const Entry entry = EntryOf(line, product);
+    written = written || line.starts_with(mark);
+    const ReadEntry entry = EntryOf(line, product);
     ended = ended || line.starts_with(form.last) || SameText(entry.name, form.last);
-    if (entry.name.empty() || std::ranges::find(kUnkept, entry.name) != std::end(kUnkept)) continue;
+    if (entry.name.empty() || IsUnkept(entry.name)) continue;
     const std::string wrong = TakeEntry(entry, product, file.settings);
     if (!wrong.empty()) file.ignored.push_back("line " + std::to_string(number) + ": " + wrong);
   }

@@ -11,9 +11,6 @@
 
 namespace tavlyn::ctl {
 
-inline constexpr unsigned kUserFields = 11;     // of a magnetic-stripe reader
-inline constexpr unsigned kUserFieldKeys = 16;  // bytes in each
-
 struct NamedSetting {
   std::uint32_t product;
   std::string name;

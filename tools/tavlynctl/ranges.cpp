@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "api.h"
+#include "core/sonar_fields.h"
 #include "tools/tavlynctl/areas.h"
 #include "tools/tavlynctl/program.h"
 #include "tools/tavlynctl/watching.h"
@@ -13,8 +14,9 @@ namespace tavlyn::ctl {
 namespace {
 
 constexpr std::size_t kRangeWords = 5;
-constexpr int kMostInches = 74;
 constexpr int kInchesPerMark = 2;
+// For the longest distance that the sensor's byte can tell.
+constexpr int kMarks = static_cast<int>(0xFF / sonar::kUnitsPerInch) / kInchesPerMark + 1;
 
 struct Measurement {
   int inches = 0;
@@ -42,9 +44,9 @@ std::string Line(const Measurement& measured) {
 
 // Over the line that stands there.
 void ShowBar(const Measurement& measured) {
-  const auto full = static_cast<std::size_t>(std::clamp(measured.inches, 0, kMostInches) / kInchesPerMark);
+  const auto full = static_cast<std::size_t>(std::clamp(measured.inches / kInchesPerMark, 0, kMarks));
   const std::string bar(full, '#');
-  const std::string rest(kMostInches / kInchesPerMark - full, '.');
+  const std::string rest(kMarks - full, '.');
   std::printf("\r%s%s %s", bar.c_str(), rest.c_str(), Line(measured).c_str());
   FlushOutput();
 }

@@ -115,7 +115,7 @@ class Parser {
   }
 
   void TakeEntry(const TemplateEntry& entry) {
-    const std::string word(entry.keyword);
+    const std::string word(entry.key);
     if (word.starts_with(kHwgSumName)) return;
     if (word == kCardTypeWord || word == kCardPriorityWord)
       return Ignore(word + " counts only after separator data");
