@@ -138,8 +138,8 @@ TAVLYN_API uint32_t TAVLYN_CALL GetVidPidFilterMask(int32_t index);
 TAVLYN_API uint32_t TAVLYN_CALL GetVidPidFilterCompare(int32_t index);
 
 /** Returns the name of the vendor under which the active reader was found.
- * @return A text of the library's: "7A31:3BFA Orvantis" for the main pair or with no device; empty for other
- *   products and for serial and Ethernet links. */
+ * @return A text that the library owns: "7A31:3BFA Orvantis" for the main pair or with no device; empty for
+ *   other products and for serial and Ethernet links. */
 TAVLYN_API const char* TAVLYN_CALL GetVidPidVendorName(void);
 
 /** Returns one character of the text of GetVidPidVendorName().

@@ -153,7 +153,7 @@ TAVLYN_API uint16_t TAVLYN_CALL getLibraryVersion_Minor(void);
 TAVLYN_API uint16_t TAVLYN_CALL getLibraryVersion_Build(void);
 
 /** Returns what is added to the version of a preliminary release.
- * @return An empty text of the library's. */
+ * @return An empty text. */
 TAVLYN_API const char* TAVLYN_CALL getLibraryVersion_Beta(void);
 
 #endif

@@ -24,7 +24,8 @@ TAVLYN_API uint32_t TAVLYN_CALL ComConnect(uint32_t* pDID);
 TAVLYN_API uint32_t TAVLYN_CALL ComConnectPort(uint16_t port, uint32_t* pDID);
 
 /** Searches the ports again for the kind of device that is active, without reading a configuration. A search
- * for readers empties the table first. No error word is left. Traffic: that of the search of ComConnect().
+ * for readers empties the table first. The error word is left alone. Traffic: that of the search of
+ * ComConnect().
  * @return 1 when something was found and the number of devices changed, else 0; unsupported with no device
  *   or a sonar sensor. */
 TAVLYN_API uint32_t TAVLYN_CALL comConnect(void);
@@ -42,7 +43,7 @@ TAVLYN_API uint32_t TAVLYN_CALL comConnectPort(uint16_t port);
 TAVLYN_API uint32_t TAVLYN_CALL ComDisconnect(void);
 
 /** Reads raw bytes through the active device's port. On the COM port of a reader the read ends after 500 ms
- * and 3 ms for each byte, or after 750 ms of silence once a byte has come. No error word is left.
+ * and 3 ms for each byte, or after 750 ms of silence once a byte has come. The error word is left alone.
  * @param buffer receives the bytes.
  * @param length room in buffer, in bytes.
  * @return Number of bytes that were read; 0 for no open port, a null buffer or length 0; 0xFFFFFFFF after a
@@ -50,28 +51,28 @@ TAVLYN_API uint32_t TAVLYN_CALL ComDisconnect(void);
 TAVLYN_API uint32_t TAVLYN_CALL ReadSerialPort(uint8_t* buffer, uint32_t length);
 
 /** Reads raw bytes through the active device's port and waits less: on a COM port 10 ms and 1 ms for each
- * byte, or 100 ms of silence. It reads nothing from the bulk device. No error word is left.
+ * byte, or 100 ms of silence. It reads nothing from the bulk device. The error word is left alone.
  * @param buffer receives the bytes.
  * @param length room in buffer, in bytes.
  * @return As for ReadSerialPort(). */
 TAVLYN_API uint32_t TAVLYN_CALL QuickReadSerialPort(uint8_t* buffer, uint32_t length);
 
 /** Writes raw bytes through the active device's port. On a COM port it waits until everything is sent and
- * drops what has arrived. No error word is left.
+ * drops what has arrived. The error word is left alone.
  * @param buffer the bytes to write.
  * @param length their number.
  * @return Number of bytes that were written; 0 for no open port, a null buffer or length 0; 0xFFFFFFFF after
  *   a failure of a socket. */
 TAVLYN_API uint32_t TAVLYN_CALL WriteSerialPort(const char* buffer, uint32_t length);
 
-/** ReadSerialPort() for callers that cannot pass a buffer. No error word is left.
+/** ReadSerialPort() for callers that cannot pass a buffer. The error word is left alone.
  * @param index -1 reads up to 1024 bytes; 0 to 1023 hands out one of them.
  * @return What ReadSerialPort() returns for index -1; the byte, sign-extended to 32 bits, for 0 to 1023, or
  *   0 where nothing was read; 0 for any other index. */
 TAVLYN_API uint32_t TAVLYN_CALL readSerialPort_char(int16_t index);
 
 /** QuickReadSerialPort() for callers that cannot pass a buffer; its bytes are not those of
- * readSerialPort_char(). No error word is left.
+ * readSerialPort_char(). The error word is left alone.
  * @param index -1 reads up to 1024 bytes; 0 to 1023 hands out one of them.
  * @return As for readSerialPort_char(), of what QuickReadSerialPort() reads. */
 TAVLYN_API uint32_t TAVLYN_CALL quickReadSerialPort_char(int16_t index);

@@ -19,7 +19,7 @@
 
 /** @name User fields
  * The reader's recipes for turning a piece of a swipe into keystrokes, numbered from 1 to 11. Numbers are
- * stored as they are given and cut to their room by WriteCfg(). The error word is left alone.
+ * stored as they are given and cut to their width by WriteCfg(). The error word is left alone.
  * @{ */
 
 /** Tells whether a user field is in use.

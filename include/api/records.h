@@ -21,7 +21,7 @@
 TAVLYN_API uint32_t TAVLYN_CALL GetFlags(tsCfgFlags* record);
 
 /** Changes tsCfgFlags in the mirror, for the next WriteCfg(): what the reader does with an ID.
- * @param record the eight words, in the ranges of tsCfgFlags.
+ * @param record the eight words, see tsCfgFlags.
  * @return 1, or 0 with nothing stored and the error word TAVLYN_ERR_SET_NULL (null pointer); unsupported
  *   with no device. */
 TAVLYN_API uint32_t TAVLYN_CALL SetFlags(const tsCfgFlags* record);
@@ -33,7 +33,7 @@ TAVLYN_API uint32_t TAVLYN_CALL SetFlags(const tsCfgFlags* record);
 TAVLYN_API uint32_t TAVLYN_CALL GetFlags2(tsCfgFlags2* record);
 
 /** Changes tsCfgFlags2 in the mirror, for the next WriteCfg(): more of what the reader does with an ID.
- * @param record the eight words, in the ranges of tsCfgFlags2.
+ * @param record the eight words, see tsCfgFlags2.
  * @return 1, or 0 with nothing stored and the error word TAVLYN_ERR_SET_NULL (null pointer); unsupported
  *   with no device. */
 TAVLYN_API uint32_t TAVLYN_CALL SetFlags2(const tsCfgFlags2* record);
@@ -47,7 +47,7 @@ TAVLYN_API uint32_t TAVLYN_CALL GetFlags3(tsCfgFlags3* record);
 /** Changes tsCfgFlags3 in the mirror, for the next WriteCfg(): still more of what the reader does with an ID.
  * bNotBootDev alone does not mark the block that it travels in: it reaches the reader together with some
  * change of tsCfgFlags2, tsIDDispParms2, tsIDDispParms3, LEDs, beeper or relay.
- * @param record the eight words, in the ranges of tsCfgFlags3.
+ * @param record the eight words, see tsCfgFlags3.
  * @return 1, or 0 with nothing stored and the error word TAVLYN_ERR_SET_NULL (null pointer); unsupported
  *   with no device. */
 TAVLYN_API uint32_t TAVLYN_CALL SetFlags3(const tsCfgFlags3* record);
@@ -62,8 +62,9 @@ TAVLYN_API uint32_t TAVLYN_CALL GetIDBitCnts(tsIDBitCnts* record);
  * is tested while the ASCII dialect is on.
  * @param record the eight words, in the ranges of tsIDBitCnts.
  * @return 1, or 0 with nothing stored and the error word TAVLYN_ERR_SET_NULL (null pointer),
- *   TAVLYN_ERR_ID_BIT_CNTS (iLeadParityBitCnt above 15, or 142), + 1 (iTrailParityBitCnt likewise), + 2
- *   (iIDBitCnt not 1 to 255) or + 3 (iTotalBitCnt not 26 to 255); unsupported with no device. */
+ *   TAVLYN_ERR_ID_BIT_CNTS (iLeadParityBitCnt above 15, or 142), the same + 1 (iTrailParityBitCnt
+ *   likewise), + 2 (iIDBitCnt not 1 to 255) or + 3 (iTotalBitCnt not 26 to 255); unsupported with no device.
+ */
 TAVLYN_API uint32_t TAVLYN_CALL SetIDBitCnts(const tsIDBitCnts* record);
 
 /** Copies tsIDDispParms out of the mirror: how an ID is shown. There is no traffic.
@@ -75,8 +76,8 @@ TAVLYN_API uint32_t TAVLYN_CALL GetIDDispParms(tsIDDispParms* record);
 /** Changes tsIDDispParms in the mirror, for the next WriteCfg(): how an ID is shown.
  * @param record the eight words, in the ranges of tsIDDispParms.
  * @return 1, or 0 with nothing stored and the error word TAVLYN_ERR_SET_NULL (null pointer),
- *   TAVLYN_ERR_ID_DISP_PARMS (iFACIDDelim above 255), + 1 (iELDelim above 255), + 2 (iIDDispLen above 25)
- *   or + 3 (iFACDispLen above 25); unsupported with no device. */
+ *   TAVLYN_ERR_ID_DISP_PARMS (iFACIDDelim above 255), the same + 1 (iELDelim above 255), + 2 (iIDDispLen
+ *   above 25) or + 3 (iFACDispLen above 25); unsupported with no device. */
 TAVLYN_API uint32_t TAVLYN_CALL SetIDDispParms(const tsIDDispParms* record);
 
 /** Copies tsIDDispParms2 out of the mirror: the lead characters of an ID, and those sent when it goes. There
@@ -89,7 +90,7 @@ TAVLYN_API uint32_t TAVLYN_CALL GetIDDispParms2(tsIDDispParms2* record);
 /** Changes tsIDDispParms2 in the mirror, for the next WriteCfg(): the lead characters of an ID, and those
  * sent when it goes.
  * @param record the eight words, in the ranges of tsIDDispParms2.
- * @return 1, or 0 with nothing stored and the error word TAVLYN_ERR_SET_NULL (null pointer),
+ * @return 1, or 0 with nothing stored and the error word TAVLYN_ERR_SET_NULL (null pointer) or
  *   TAVLYN_ERR_CHR_CNT (iLeadChrCnt above 3); unsupported with no device. */
 TAVLYN_API uint32_t TAVLYN_CALL SetIDDispParms2(const tsIDDispParms2* record);
 
@@ -101,7 +102,7 @@ TAVLYN_API uint32_t TAVLYN_CALL GetIDDispParms3(tsIDDispParms3* record);
 
 /** Changes tsIDDispParms3 in the mirror, for the next WriteCfg(): the trail characters of an ID.
  * @param record the eight words, in the ranges of tsIDDispParms3.
- * @return 1, or 0 with nothing stored and the error word TAVLYN_ERR_SET_NULL (null pointer),
+ * @return 1, or 0 with nothing stored and the error word TAVLYN_ERR_SET_NULL (null pointer) or
  *   TAVLYN_ERR_CHR_CNT (iTrailChrCnt above 3); unsupported with no device. */
 TAVLYN_API uint32_t TAVLYN_CALL SetIDDispParms3(const tsIDDispParms3* record);
 
@@ -115,8 +116,9 @@ TAVLYN_API uint32_t TAVLYN_CALL GetTimeParms(tsTimeParms* record);
  * it is.
  * @param record the eight words, in the ranges of tsTimeParms.
  * @return 1, or 0 with nothing stored and the error word TAVLYN_ERR_SET_NULL (null pointer),
- *   TAVLYN_ERR_TIME_PARMS (iBitStrmTO above 1020), + 1 (iIDHoldTO above 12750), + 2 (iIDLockOutTm above
- *   12750), + 3 (iUSBKeyPrsTm above 1020) or + 4 (iUSBKeyRlsTm above 1020); unsupported with no device. */
+ *   TAVLYN_ERR_TIME_PARMS (iBitStrmTO above 1020), the same + 1 (iIDHoldTO above 12750), + 2 (iIDLockOutTm
+ *   above 12750), + 3 (iUSBKeyPrsTm above 1020) or + 4 (iUSBKeyRlsTm above 1020); unsupported with no
+ *   device. */
 TAVLYN_API uint32_t TAVLYN_CALL SetTimeParms(const tsTimeParms* record);
 
 /** Copies tsLEDCtrl out of the mirror: the LEDs. There is no traffic.
@@ -129,7 +131,7 @@ TAVLYN_API uint32_t TAVLYN_CALL GetLEDCtrl(tsLEDCtrl* record);
  * marked: it also sends block 2 as a whole, without a commit, and its result does not tell whether that
  * arrived. Traffic: 82 and a data report. While the ASCII dialect is on, such a set drops the record and
  * shows what the last set with bVolatile 0 has left.
- * @param record the eight words, in the ranges of tsLEDCtrl.
+ * @param record the eight words, see tsLEDCtrl.
  * @return 1, or 0 with nothing stored and the error word TAVLYN_ERR_SET_NULL (null pointer); unsupported
  *   with no device. */
 TAVLYN_API uint32_t TAVLYN_CALL SetLEDCtrl(const tsLEDCtrl* record);
@@ -143,7 +145,7 @@ TAVLYN_API uint32_t TAVLYN_CALL GetBprRlyCtrl(tsBprRlyCtrl* record);
 /** Changes tsBprRlyCtrl in the mirror, for the next WriteCfg(): beeper and relay. With bVolatile not 0 the
  * set is not marked: it also sends block 2 as a whole, without a commit, and its result does not tell
  * whether that arrived. Traffic: 82 and a data report.
- * @param record the eight words, in the ranges of tsBprRlyCtrl.
+ * @param record the eight words, see tsBprRlyCtrl.
  * @return 1, or 0 with nothing stored and the error word TAVLYN_ERR_SET_NULL (null pointer); unsupported
  *   with no device. */
 TAVLYN_API uint32_t TAVLYN_CALL SetBprRlyCtrl(const tsBprRlyCtrl* record);
