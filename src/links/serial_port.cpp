@@ -166,15 +166,15 @@ SerialPort* OpenPort() {
   return port != nullptr && port->IsOpen() ? port : nullptr;
 }
 
-using Reader = std::uint32_t (SerialPort::*)(std::span<std::uint8_t>);
+using ReadRoutine = std::uint32_t (SerialPort::*)(std::span<std::uint8_t>);
 
-std::uint32_t ReadInto(Reader read, std::uint8_t* buffer, std::uint32_t length) {
+std::uint32_t ReadInto(ReadRoutine read, std::uint8_t* buffer, std::uint32_t length) {
   SerialPort* port = buffer != nullptr && length > 0 ? OpenPort() : nullptr;
   return port != nullptr ? (port->*read)({buffer, length}) : 0;
 }
 
 // Index -1 fetches, the others hand out.
-std::uint32_t ReadChar(Reader read, CharBuffer& bytes, std::int16_t index) {
+std::uint32_t ReadChar(ReadRoutine read, CharBuffer& bytes, std::int16_t index) {
   if (index == -1) {
     bytes.fill(0);
     return ReadInto(read, bytes.data(), static_cast<std::uint32_t>(bytes.size()));
