@@ -4,6 +4,11 @@
 #include <cstring>
 
 namespace tavlyn::sim::net {
+namespace {
+
+constexpr int kLongestDatagram = 512;
+
+}  // namespace
 
 sockaddr_in AddressOf(const Ip& ip, std::uint16_t port) {
   sockaddr_in address{};
@@ -18,6 +23,19 @@ std::uint16_t PortOf(Socket bound) {
   socklen_t size = sizeof address;
   getsockname(bound, reinterpret_cast<sockaddr*>(&address), &size);
   return ntohs(address.sin_port);
+}
+
+bool ReceiveDatagram(Socket socket, Datagram& datagram) {
+  datagram.bytes.resize(kLongestDatagram);
+  sockaddr_in from{};
+  socklen_t size = sizeof from;
+  const auto count = recvfrom(socket, reinterpret_cast<char*>(datagram.bytes.data()), kLongestDatagram, 0,
+                              reinterpret_cast<sockaddr*>(&from), &size);
+  if (count < 0) return false;
+  datagram.bytes.resize(static_cast<std::size_t>(count));
+  std::memcpy(datagram.ip.data(), &from.sin_addr, datagram.ip.size());
+  datagram.port = ntohs(from.sin_port);
+  return true;
 }
 
 }  // namespace tavlyn::sim::net

@@ -11,8 +11,6 @@
 namespace tavlyn::sim::net {
 namespace {
 
-constexpr std::size_t kLongestDatagram = 512;
-
 int Outcome(ssize_t count, bool endsAtZero) {
   if (count > 0 || (count == 0 && !endsAtZero)) return static_cast<int>(count);
   return count < 0 && errno == EAGAIN ? kLater : kOver;
@@ -63,19 +61,6 @@ int Send(Socket socket, std::span<const std::uint8_t> bytes) {
     count = send(socket, bytes.data(), bytes.size(), MSG_NOSIGNAL);
   } while (count < 0 && errno == EINTR);
   return Outcome(count, false);
-}
-
-bool ReceiveDatagram(Socket socket, Datagram& datagram) {
-  datagram.bytes.resize(kLongestDatagram);
-  sockaddr_in from{};
-  socklen_t size = sizeof from;
-  const ssize_t count = recvfrom(socket, datagram.bytes.data(), datagram.bytes.size(), 0,
-                                 reinterpret_cast<sockaddr*>(&from), &size);
-  if (count < 0) return false;
-  datagram.bytes.resize(static_cast<std::size_t>(count));
-  std::memcpy(datagram.ip.data(), &from.sin_addr, datagram.ip.size());
-  datagram.port = ntohs(from.sin_port);
-  return true;
 }
 
 void SendDatagram(Socket socket, const Datagram& to) {

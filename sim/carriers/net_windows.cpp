@@ -1,11 +1,8 @@
-#include <cstring>
-
 #include "sim/carriers/net.h"
 
 namespace tavlyn::sim::net {
 namespace {
 
-constexpr std::size_t kLongestDatagram = 512;
 constexpr int kAddressBytes = sizeof(sockaddr_in);
 
 // Before the first socket, once.
@@ -74,20 +71,6 @@ int Receive(Socket socket, std::span<std::uint8_t> bytes) {
 int Send(Socket socket, std::span<const std::uint8_t> bytes) {
   const auto* chars = reinterpret_cast<const char*>(bytes.data());
   return Outcome(send(socket, chars, static_cast<int>(bytes.size()), 0), false);
-}
-
-bool ReceiveDatagram(Socket socket, Datagram& datagram) {
-  datagram.bytes.resize(kLongestDatagram);
-  sockaddr_in from{};
-  int size = kAddressBytes;
-  const int count =
-      recvfrom(socket, reinterpret_cast<char*>(datagram.bytes.data()),
-               static_cast<int>(datagram.bytes.size()), 0, reinterpret_cast<sockaddr*>(&from), &size);
-  if (count < 0) return false;
-  datagram.bytes.resize(static_cast<std::size_t>(count));
-  std::memcpy(datagram.ip.data(), &from.sin_addr, datagram.ip.size());
-  datagram.port = ntohs(from.sin_port);
-  return true;
 }
 
 void SendDatagram(Socket socket, const Datagram& to) {

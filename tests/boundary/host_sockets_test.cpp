@@ -1,5 +1,4 @@
 // The sockets of Linux: a handle for each, as many as the system has descriptors.
-#include <arpa/inet.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -24,12 +23,9 @@ constexpr std::array<std::uint8_t, 3> kDatagram{1, 2, 3};
 class Listener {
  public:
   Listener() : descriptor_(socket(AF_INET, SOCK_DGRAM, 0)) {
-    sockaddr_in own{};
-    own.sin_family = AF_INET;
-    socklen_t size = sizeof own;
-    bind(descriptor_, reinterpret_cast<const sockaddr*>(&own), size);
-    getsockname(descriptor_, reinterpret_cast<sockaddr*>(&own), &size);
-    port_ = ntohs(own.sin_port);
+    const sockaddr_in own = sim::net::AddressOf({}, 0);
+    bind(descriptor_, reinterpret_cast<const sockaddr*>(&own), sizeof own);
+    port_ = sim::net::PortOf(descriptor_);
   }
   ~Listener() { close(descriptor_); }
   Listener(const Listener&) = delete;
