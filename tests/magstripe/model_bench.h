@@ -2,11 +2,13 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "api.h"
 #include "sim/devices/magstripe.h"
 #include "tests/support/bench.h"
+#include "tests/support/entry0.h"
 
 namespace tavlyn::test {
 
@@ -14,14 +16,29 @@ class MagModelBench : public Bench {
  protected:
   static constexpr int kTransactions = 37;  // of a whole read, or write
 
+  // Active, after another reader, which stays as it is.
   void Connect() {
-    Plug(magstripe);
+    Plug(other_, "other");
+    Plug(magstripe, "magstripe");
     SetDevTypeSrch(0);
     SetConnectProduct(2);
     EXPECT_EQ(USBConnect(nullptr), 1U);
+    EXPECT_EQ(SetActDev(1), 1U);
     LetTimePass();
     ForgetTraffic();
     magstripe->faults.Restart();
+    other_->faults.Restart();
+    entry0_.emplace().Note();
+  }
+  void TearDown() override {
+    if (entry0_) entry0_->ExpectAsNoted();
+    EXPECT_EQ(other_->faults.Exchanges(), 0) << "the other reader was asked";
+    Bench::TearDown();
+  }
+  // For tests that end with other devices.
+  void Disconnect() {
+    USBDisconnect();
+    entry0_.reset();
   }
 
   // A packet, as long as one on the wire.
@@ -116,6 +133,11 @@ class MagModelBench : public Bench {
   }
 
   std::shared_ptr<sim::Magstripe> magstripe = std::make_shared<sim::Magstripe>();
+
+ private:
+  // In entry 0.
+  std::shared_ptr<sim::Magstripe> other_ = std::make_shared<sim::Magstripe>();
+  std::optional<Entry0> entry0_;
 };
 
 }  // namespace tavlyn::test
