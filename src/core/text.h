@@ -128,6 +128,10 @@ inline Entry EntryIn(std::string_view content) {
   return entry;
 }
 
+inline bool Mentions(std::string_view text, std::string_view word) {
+  return text.find(word) != std::string_view::npos;
+}
+
 // A path handed over character by character, for callers that cannot pass a text.
 using PathBuffer = std::array<char, 257>;
 

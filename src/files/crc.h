@@ -3,10 +3,9 @@
 //
 //   secure configuration   marker "/--- iEndOfHwgFile \n", outside the sum; value "iEndOfHwgFile = %08X"
 //   BLE file               marker "/--- iEndOfHwgFile\n", inside the sum; value "iEndOfHwgFile=%08X"
-//   key-load ini file      marker "[EOF]\r\n", outside the sum; value "iEndOfIniFile=%08X\r\n", 0 for a zero
-//   sum
+//   key-load ini file      marker "[EOF]\r\n", outside the sum; value "iEndOfIniFile=%08X\r\n"
 //
-// Sums are taken over the bytes on disk.
+// Sums are taken over the bytes on disk. A sum of zero stands in an ini file as a single 0.
 #pragma once
 
 #include <array>

@@ -5,10 +5,6 @@
 namespace tavlyn {
 namespace {
 
-bool Mentions(std::string_view text, std::string_view word) {
-  return text.find(word) != std::string_view::npos;
-}
-
 template <typename Table>
 auto* FindKeyword(const Table& table, std::string_view keyword) {
   const auto found =

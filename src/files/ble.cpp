@@ -1,18 +1,120 @@
-// BLE blocks as text files with an integrity trailer, by which they move from one reader to others.
+// The two protected blocks that a reader keeps for its BLE radio, in pieces of 128 bytes; and the text files
+// with an integrity trailer by which they move from one reader to others.
+#include <algorithm>
 #include <array>
 #include <cstdio>
+#include <span>
+#include <string_view>
 
 #include "api.h"
 #include "core/openings.h"
+#include "core/pause.h"
 #include "core/text.h"
 #include "core/wipe.h"
-#include "files/ble_memory.h"
 #include "files/integrity.h"
+#include "files/items.h"
 #include "files/template_parse.h"
 
 using namespace tavlyn;
 
 namespace {
+
+constexpr std::size_t kBlePiece = 128;
+constexpr std::size_t kBleDataBytes = 3 * kBlePiece;
+
+struct BlePiece {
+  std::uint8_t selector;
+  std::uint8_t opener;
+  std::uint8_t saver;
+};
+
+struct BleBlock {
+  const char* name;   // in its file
+  const char* bytes;  // the name of its bytes there
+  std::span<const BlePiece> pieces;
+  std::int32_t writeSize;    // payload of a report while it is written
+  std::uint32_t beforeSave;  // milliseconds
+  [[nodiscard]] std::size_t Size() const { return pieces.size() * kBlePiece; }
+};
+
+// The opener carries no piece number, unlike the saver.
+constexpr std::array kBleDataPieces = {BlePiece{0x00, 0x80, 0x80}, BlePiece{0x01, 0x80, 0x81},
+                                       BlePiece{0x02, 0x80, 0x82}};
+constexpr std::array kBleKeyPieces = {BlePiece{0x10, 0x90, 0x90}};
+
+constexpr BleBlock kBleData = {"sFldBleData1", "BleData1", kBleDataPieces, 8, 100};
+// Readers expect their key in reports that are one byte longer.
+constexpr BleBlock kBleKey = {"sFldBleData2", "BleData2", kBleKeyPieces, 9, 0};
+
+constexpr std::uint32_t kBeforeRead = 30;
+constexpr std::uint8_t kSubBlocks = kBlePiece / kBlockBytes;
+
+constexpr BlockBytes HeaderToRead(std::uint8_t selector) { return {0x10, 0x01, 0x00, selector}; }
+constexpr BlockBytes HeaderToWrite(std::uint8_t selector) { return {0x11, 0x01, kBlePiece, selector}; }
+
+void Wait(std::uint32_t milliseconds) {
+  if (milliseconds > 0) Pause(milliseconds);
+}
+
+// The exchanges of one command, each true when a reply came.
+class BleChannel {
+ public:
+  BleChannel(const Command& command, std::int32_t reportSize) : channel_(reportSize), command_(command) {}
+
+  bool Exchange(std::uint8_t block, const BlockBytes& bytes = {}) {
+    return channel_.Exchange(command_, block, bytes) == Xfer::kDone;
+  }
+  [[nodiscard]] auto Bytes() const { return channel_.Bytes(); }
+
+ private:
+  ItemChannel channel_;
+  const Command& command_;
+};
+
+bool ReadPiece(BleChannel& channel, const BlePiece& piece, std::span<std::uint8_t> bytes) {
+  for (const std::uint8_t header : {piece.selector, piece.opener}) {
+    Wait(kBeforeRead);
+    if (!channel.Exchange(kHeaderBlock, HeaderToRead(header))) return false;
+  }
+  for (std::uint8_t block = 1; block <= kSubBlocks; ++block) {
+    if (!channel.Exchange(block)) return false;
+    std::ranges::copy(channel.Bytes(), bytes.begin() + (block - 1) * static_cast<int>(kBlockBytes));
+  }
+  return true;
+}
+
+bool WritePiece(BleChannel& channel, const BlePiece& piece, std::span<const std::uint8_t> bytes,
+                std::uint32_t beforeSave) {
+  if (!channel.Exchange(kHeaderBlock, HeaderToWrite(piece.selector))) return false;
+  for (std::uint8_t block = 1; block <= kSubBlocks; ++block) {
+    if (!channel.Exchange(block, BlockAt(bytes, block))) return false;
+  }
+  if (!channel.Exchange(kItemEnd, {0, 0, 0, piece.selector})) return false;
+  Wait(beforeSave);
+  return channel.Exchange(kItemEnd, {0, 0, 0, piece.saver});
+}
+
+// Neither looks at what the reader repeats, only that something came back. What was read before a failure
+// stands in the buffer.
+void ReadBle(const BleBlock& block, std::span<std::uint8_t> bytes) {
+  BleChannel channel(command::kReadItem, kItemReport);
+  for (const BlePiece& piece : block.pieces) {
+    if (!ReadPiece(channel, piece, bytes.first(kBlePiece))) {
+      EntryOfActDev().LastLibErr |= TAVLYN_ERR_BLE_READ;
+      return;
+    }
+    bytes = bytes.subspan(kBlePiece);
+  }
+}
+
+bool WriteBle(const BleBlock& block, std::span<const std::uint8_t> bytes) {
+  BleChannel channel(command::kWriteItem, block.writeSize);
+  for (const BlePiece& piece : block.pieces) {
+    if (!WritePiece(channel, piece, bytes.first(kBlePiece), block.beforeSave)) return false;
+    bytes = bytes.subspan(kBlePiece);
+  }
+  return true;
+}
 
 constexpr std::size_t kLineBytes = 8;
 constexpr int kBeginLine = 9;  // blank lines count
@@ -59,8 +161,6 @@ std::uint32_t SaveBle(const BleBlock& block, const char* path) {
   return shared.UnsupportedValue;
 }
 
-bool Holds(std::string_view line, std::string_view text) { return line.find(text) != std::string_view::npos; }
-
 // The ninth line alone tells the kind of a file; null when it is of neither.
 const BleBlock* BlockOf(std::FILE* file) {
   Lines<128> lines(file);
@@ -72,7 +172,7 @@ const BleBlock* BlockOf(std::FILE* file) {
   for (const BleBlock* block : {&kBleData, &kBleKey}) {
     std::array<char, 32> begin;
     std::snprintf(begin.data(), begin.size(), "BEGIN %s", block->name);
-    if (Holds(line, begin.data())) return block;
+    if (Mentions(line, begin.data())) return block;
   }
   return nullptr;
 }
@@ -99,7 +199,7 @@ bool ParseBytes(std::FILE* file, BleBytes& bytes) {
   while (lines.Next(line)) {
     line = Content(line);
     if (line.empty()) continue;
-    if (Holds(line, "END")) return true;
+    if (Mentions(line, "END")) return true;
     if (begun && count < bytes.size() && !TakeBytes(line, bytes, count)) return false;
     begun = true;
   }
@@ -114,10 +214,7 @@ bool LoadBlock(const BleBlock& block, const char* path) {
 }
 
 std::uint32_t LoadBle(const BleBlock& block, const char* path) {
-  if (!IsIntact(path, kHwgTrailer)) {
-    EntryOfActDev().LastLibErr |= TAVLYN_ERR_INTEGRITY;
-    return shared.UnsupportedValue;
-  }
+  if (!PassesIntegrity(path, kHwgTrailer)) return shared.UnsupportedValue;
   // As in a save.
   if (!ReaderIsActive()) return 1;
   EntryOfActDev().LastLibErr = 0;
