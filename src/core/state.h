@@ -204,18 +204,20 @@ struct CallBuffers {
   IdRecord QueuedID{};
 };
 
-// Report ID, then the packet of a transaction.
-using SorbaneReport = std::array<std::uint8_t, 25>;
+namespace magstripe {
+// Report ID, then the packet of an exchange.
+using PacketReport = std::array<std::uint8_t, 25>;
 // Header, the data of a track, zeros.
-using SorbaneTrack = std::array<std::uint8_t, 257>;
+using Track = std::array<std::uint8_t, 257>;
+}  // namespace magstripe
 
 // Of magnetic-stripe readers. Pointers that programs were given lead here.
 struct MagstripeBuffers {
-  SorbaneReport request{};
-  SorbaneReport reply{};
-  SorbaneTrack track{};
-  SorbaneTrack trackCopy{};  // for byte by byte reading
-  SorbaneTrack field{};
+  magstripe::PacketReport request{};
+  magstripe::PacketReport reply{};
+  magstripe::Track track{};
+  magstripe::Track trackCopy{};  // for byte by byte reading
+  magstripe::Track field{};
   std::array<std::uint8_t, 32> queuedId{};
   std::uint16_t queueCount = 0;
   std::uint8_t queueState = 0;

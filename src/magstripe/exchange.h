@@ -14,8 +14,6 @@ inline constexpr std::size_t kPacket = 24;
 using Reply = std::array<std::uint8_t, kPacket>;
 // What takes the place of the ? in a command's name.
 using Letters = std::initializer_list<char>;
-// Room for the bytes of any command.
-using Payload = std::array<std::uint8_t, 10>;
 
 // True when the reply begins with R; it is cleared first. There are no tries beyond those of the report
 // channel.

@@ -21,7 +21,7 @@ constexpr std::uint16_t kTracks = 3;
 std::uint16_t TakeId(std::span<std::uint8_t> id) {
   tsSorbaneIdSel& selection = ActiveCfg().IdSel;
   selection.Length = static_cast<std::uint16_t>(id.size());
-  const SorbaneTrack& piece = FetchPiece(
+  const Track& piece = FetchPiece(
       {selection.Track, selection.Field, selection.Offset, selection.Length, selection.Termination}, 1);
   std::ranges::fill(id, std::uint8_t{0});
   std::copy_n(piece.begin(), std::min(piece.size(), id.size()), id.begin());

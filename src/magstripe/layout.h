@@ -1,17 +1,16 @@
 // Where each setting stands in the bytes of the configuration's commands. The tables serve both directions.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <span>
+#include <tuple>
 
 #include "core/mirror.h"
 #include "magstripe/commands.h"
 
 namespace tavlyn::magstripe {
-
-// The bytes of any command of the configuration.
-using Payload = std::array<std::uint8_t, 10>;
 
 template <typename Owner>
 struct Bits {
@@ -40,6 +39,19 @@ inline constexpr std::array kSystemBits = {
     SystemBits{0, 0, 7, &tsSorbaneCfg::TrackEnables},
     SystemBits{5, 0, 255, &tsSorbaneCfg::Beeper},
 };
+
+// No bit of a command belongs to two settings.
+template <typename Table>
+consteval bool AreApart(const Table& table) {
+  std::array<unsigned, std::tuple_size_v<Payload>> taken{};
+  return std::ranges::all_of(table, [&](const auto& bits) {
+    const unsigned mask = static_cast<unsigned>(bits.mask) << bits.shift;
+    const bool isFree = mask <= 0xFF && (taken[bits.byte] & mask) == 0;
+    taken[bits.byte] |= mask;
+    return isFree;
+  });
+}
+static_assert(AreApart(kKeysLowBits) && AreApart(kSelectionBits) && AreApart(kSystemBits));
 
 // The three parts in which a user field travels.
 struct FieldPart {

@@ -87,7 +87,7 @@ constexpr std::uint8_t kTrackBits = 7;
 
 }  // namespace
 
-SorbaneTrack& FetchTrack(std::uint16_t track, std::uint16_t convert) {
+Track& FetchTrack(std::uint16_t track, std::uint16_t convert) {
   shared.magstripe.track.fill(0);
   const Coding* coding = CodingOf(track);
   if (coding == nullptr) return shared.magstripe.track;
@@ -97,7 +97,7 @@ SorbaneTrack& FetchTrack(std::uint16_t track, std::uint16_t convert) {
   return shared.magstripe.track;
 }
 
-SorbaneTrack& FetchPiece(const Piece& piece, std::uint16_t convert) {
+Track& FetchPiece(const Piece& piece, std::uint16_t convert) {
   shared.magstripe.field.fill(0);
   FetchTrack(piece.track, 0);
   const Coding* coding = CodingOf(piece.track);
@@ -132,7 +132,7 @@ std::uint32_t sorbaneGetTrackData_BYTE(std::uint16_t track, std::uint16_t conver
   if (!MagstripeIsActive()) return shared.UnsupportedValue;
   if (index >= kBeyondTrack) return 0;
   if (index == 0) {
-    const SorbaneTrack& fetched = FetchTrack(track, convert);
+    const Track& fetched = FetchTrack(track, convert);
     std::copy(fetched.begin(), fetched.end() - 1, shared.magstripe.trackCopy.begin());
   }
   return shared.magstripe.trackCopy[index];

@@ -9,7 +9,7 @@ namespace tavlyn::magstripe {
 
 // Header, then the characters of track 1, 2 or 3, as read or (convert not 0) as text. All zeros when any
 // block was lost.
-SorbaneTrack& FetchTrack(std::uint16_t track, std::uint16_t convert);
+Track& FetchTrack(std::uint16_t track, std::uint16_t convert);
 
 // A piece of a track: the field-th one, from a character offset on, up to the character term or the end of
 // the field.
@@ -20,6 +20,6 @@ struct Piece {
   std::uint16_t length;
   std::uint16_t term;
 };
-SorbaneTrack& FetchPiece(const Piece& piece, std::uint16_t convert);
+Track& FetchPiece(const Piece& piece, std::uint16_t convert);
 
 }  // namespace tavlyn::magstripe

@@ -1,25 +1,21 @@
-// Every command of the sonar sensor, once: b1 of a report.
+// The commands of the sonar sensor.
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 
 namespace tavlyn::sonar {
 
 enum class Command : std::uint8_t {
-  kPage0 = 0x80,
-  kPage1 = 0x81,
-  kPage2 = 0x82,
-  kPage3 = 0x83,
-  kPage4 = 0x84,
-  kPage5 = 0x85,
-  kIdentity = 0x8A,
-  kRange = 0x8F,
-  kCommit = 0x90,  // b2: bit n keeps page n
-  kFactoryDefaults = 0xA0,
-  kSendKeys = 0xB0,
-  kHaltKeys = 0xB1,
-  kRestoreUserDefaults = 0xD0,
-  kSaveUserDefaults = 0xE0,
+#define COMMAND(id, opcode) id = opcode,
+#include "sonar/commands.inc"
 };
+
+inline constexpr std::array kCommands = {
+#define COMMAND(id, opcode) Command::id,
+#include "sonar/commands.inc"
+};
+static_assert(std::ranges::is_sorted(kCommands));
 
 }  // namespace tavlyn::sonar
