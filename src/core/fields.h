@@ -78,14 +78,11 @@ struct Field {
   const char* comment = "";
 };
 
-inline constexpr std::array kFields = [] {
-  using enum Save;
-  return std::array{
+inline constexpr std::array kFields = {
 #define FIELD(record, word, ...) \
   Field{.id = field::record##_##word, .name = #word __VA_OPT__(, ) __VA_ARGS__},
 #include "core/fields.inc"
-  };
-}();
+};
 
 constexpr std::span<const Field, kRecordWords> FieldsOf(Record record) {
   return std::span(kFields).subspan(record * kRecordWords).first<kRecordWords>();
