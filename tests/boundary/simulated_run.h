@@ -28,6 +28,11 @@ inline bool Holds(const std::string& text, const std::string& part) {
 inline const std::string kCtl = TAVLYNCTL;
 inline const std::string kSim = TAVLYNSIM;
 
+// Exit codes of tavlynctl.
+inline constexpr int kUsage = 1;
+inline constexpr int kDeviceError = 4;
+inline constexpr int kNoCard = 5;
+
 inline std::string TextOf(const fs::path& file) {
   std::ostringstream text;
   text << std::ifstream(file).rdbuf();
@@ -56,6 +61,22 @@ inline std::string Sum(const std::string& text) {
   std::array<char, 9> hex{};
   std::snprintf(hex.data(), hex.size(), "%08X", static_cast<unsigned>(~sum));
   return hex.data();
+}
+
+// One command, or two that see the same devices.
+inline Ended Simulated(const std::string& devices, const std::string& first, const std::string& second = "") {
+  const std::string lines = kCtl + " " + first + (second.empty() ? "" : " && " + kCtl + " " + second);
+  return RunLine(kSim + " run " + devices + " -- sh -c '" + lines + "'");
+}
+
+// How many exchanges a command takes with a simulator of its own.
+inline int ExchangesOf(const std::string& devices, const std::string& words) {
+  const Ended ended = RunLine("typed=$(mktemp -u) && mkfifo $typed && " + kSim + " run " + devices +
+                              " --interactive -- sh -c \"" + TAVLYNCTL + " " + words +
+                              "; echo exchanges >$typed\" <>$typed; rm $typed");
+  const std::string prefix = "tavlynsim: ";
+  EXPECT_TRUE(ended.err.starts_with(prefix)) << ended.err;
+  return ended.err.starts_with(prefix) ? std::stoi(ended.err.substr(prefix.size())) : 0;
 }
 
 class SimulatedRun : public testing::Test {
@@ -88,6 +109,11 @@ class SimulatedRun : public testing::Test {
           {status.empty() ? -1 : std::stoi(status), TextOf(step + ".out"), TextOf(step + ".err")});
     }
     return ended;
+  }
+
+  // Steps that leave the reader's own file with one line changed as file.hwg.
+  static std::string Edited(const std::string& change) {
+    return "ctl config save own.hwg; sed '" + change + "' own.hwg >file.hwg";
   }
 
   // What went over to the reader while one command ran.

@@ -1,4 +1,4 @@
-// tavlynctl where it uses what only some simulated readers have, their queue and raw commands.
+// tavlynctl where it uses what only some simulated readers have.
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
@@ -8,16 +8,6 @@
 
 namespace tavlyn::boundary {
 namespace {
-
-constexpr int kUsage = 1;
-constexpr int kDeviceError = 4;
-constexpr int kNoCard = 5;
-
-// Commands of tavlynctl for one simulator, one after the other.
-Ended Simulated(const std::string& devices, const std::string& first, const std::string& second = "") {
-  const std::string lines = kCtl + " " + first + (second.empty() ? "" : " && " + kCtl + " " + second);
-  return RunLine(kSim + " run " + devices + " -- sh -c '" + lines + "'");
-}
 
 const std::string kPlus = "--device plus:2 ";
 const std::string kSample = "--do 'sample 0102:010203:26' --do 'sample 0001:FF:3' ";
@@ -73,16 +63,6 @@ TEST(TavlynctlExtensions, AReaderWithoutAnAnalyzer) {
   EXPECT_TRUE(Holds(start.err, "error word 0x5000001")) << start.err;
 }
 
-// How many exchanges a command takes with a simulator of its own.
-int ExchangesOf(const std::string& devices, const std::string& words) {
-  const Ended ended = RunLine("typed=$(mktemp -u) && mkfifo $typed && " + kSim + " run " + devices +
-                              " --interactive -- sh -c \"" + TAVLYNCTL + " " + words +
-                              "; echo exchanges >$typed\" <>$typed; rm $typed");
-  const std::string prefix = "tavlynsim: ";
-  EXPECT_TRUE(ended.err.starts_with(prefix)) << ended.err;
-  return ended.err.starts_with(prefix) ? std::stoi(ended.err.substr(prefix.size())) : 0;
-}
-
 // The last exchange brings the record's data.
 TEST(TavlynctlExtensions, ALostRecordIsShownAndTold) {
   const std::string sample = "--do 'sample 1:0102:16' ";
@@ -92,22 +72,6 @@ TEST(TavlynctlExtensions, ALostRecordIsShownAndTold) {
   EXPECT_TRUE(Holds(lost.out, "\"binary\": \"00000000 00000000\"")) << lost.out;
   EXPECT_TRUE(Holds(lost.err, "the last record of card reader 0")) << lost.err;
   EXPECT_TRUE(Holds(lost.err, "error word 0x5000003")) << lost.err;
-}
-
-TEST(TavlynctlExtensions, ARawCommandThatFails) {
-  const int last = ExchangesOf("", "raw 8A");
-  // The reply, and the command itself, which is tried six times.
-  const Ended reply = Simulated("--do 'refuse " + std::to_string(last) + "'", "raw 8A");
-  EXPECT_EQ(kDeviceError, reply.status);
-  EXPECT_TRUE(Holds(reply.err,
-                    "did not answer the command, error word 0x0: the library names no reason; the device "
-                    "refused, or its answer was none"))
-      << reply.err;
-  std::string refusals;
-  for (int at = 0; at < 6; ++at) refusals += "--do 'refuse " + std::to_string(last - 1 + at) + "' ";
-  const Ended command = Simulated(refusals, "raw 8A");
-  EXPECT_EQ(kDeviceError, command.status);
-  EXPECT_TRUE(Holds(command.err, "error word 0x202: a report could not be sent")) << command.err;
 }
 
 TEST(TavlynctlExtensions, ModulesAreToldAndSwitched) {
@@ -152,45 +116,6 @@ TEST(TavlynctlExtensions, TheBleRadioIsToldAndSet) {
   EXPECT_EQ(kDeviceError, refused.status);
   EXPECT_TRUE(Holds(refused.err, "keeps BLE configuration 0")) << refused.err;
   EXPECT_EQ(kUsage, Simulated(kPlus, "ble set 4").status);
-}
-
-TEST(TavlynctlExtensions, TheQueueGivesItsOldestId) {
-  const std::string queue = "--do 'queue 0A0B:0102030480000005' --do 'queue 0C' ";
-  const Json first = ParsedText(Simulated(queue, "queue --json"));
-  EXPECT_EQ(std::string(60, '0') + "0B0A", first["id"]);
-  ASSERT_EQ(32u, first["bytes"].size());
-  EXPECT_EQ(10, first["bytes"][0]);
-  EXPECT_EQ(11, first["bytes"][1]);
-  EXPECT_EQ((Json{{"32", static_cast<std::int16_t>(0x8004)}, {"33", 0x0201}, {"34", 3}, {"35", 5}}),
-            first["values"]);
-  const Ended second = Simulated(queue, "queue >/dev/null", "queue --first --second --json");
-  EXPECT_EQ(12, ParsedText(second)["bytes"][0]);
-  const Ended none = Simulated("", "queue");
-  EXPECT_EQ(kNoCard, none.status);
-  EXPECT_EQ("tavlynctl: no ID is queued\n", none.err);
-}
-
-TEST(TavlynctlExtensions, RawSendsACommand) {
-  const Ended identity = Simulated("", "raw 8a --json");
-  EXPECT_EQ("8A 00 00 00 00 00 00 00", ParsedText(identity)["sent"]);
-  EXPECT_EQ("01 00 31 74 00 00 00 00", ParsedText(identity)["reply"]);
-  EXPECT_EQ("device  0\nsent    8C 04 03 01 00 00 00 00\nreply   55 53 42 00 00 00 00 00\n",
-            Simulated("", "raw 8C 04 3 1 0 0 0 0").out);
-  for (const char* words : {"raw", "raw 100", "raw G0", "raw -1", "raw 1 2 3 4 5 6 7 8 9"}) {
-    EXPECT_EQ(kUsage, Simulated("", words).status) << words;
-  }
-}
-
-TEST(TavlynctlExtensions, TextShowsWhatTheReaderHolds) {
-  const Json text = ParsedText(Simulated("", "text --json"));
-  EXPECT_EQ("RDR-80581AKU", text["part_number"]);
-  EXPECT_EQ("0400123456", text["serial_number"]);
-  EXPECT_EQ("Desktop USB", text["platform"]);
-  EXPECT_EQ("LNC 16.07.2 build 94", text["firmware"]);
-  EXPECT_EQ("orvantis_80581_16_07_2_build_94.bin", text["firmware_file"]);
-  EXPECT_EQ("Mar  5 2024 06:07:08", text["build_date"]);
-  EXPECT_EQ("M4 at 96 MHz", text["cpu"]);
-  EXPECT_EQ("(c) Orvantis", text["copyright"]);
 }
 
 }  // namespace

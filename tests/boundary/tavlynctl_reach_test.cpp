@@ -1,11 +1,13 @@
-// What tavlynctl says of ports and adapters at which no reader is found.
+// What tavlynctl says of nodes, ports and adapters at which no reader is found.
 #include <gtest/gtest.h>
 #include <sys/socket.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include "tests/boundary/bare_port.h"
 #include "tests/boundary/far_end.h"
 #include "tests/boundary/simulated_run.h"
+#include "tools/tavlynctl/nodes_linux.h"
 
 namespace tavlyn::boundary {
 namespace {
@@ -127,6 +129,105 @@ TEST_F(TavlynctlReach, AdapterThatAnotherProgramHolds) {
   EXPECT_EQ(3, ended.status);
   EXPECT_TRUE(Holds(ended.err, " is held by tool_tests (process " + std::to_string(getpid()) + ")\n"))
       << ended.err;
+}
+
+// A folder of hidraw nodes, two of them readers'.
+class Permission : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::string name = "/tmp/tavlyn-nodes-XXXXXX";
+    ASSERT_NE(nullptr, mkdtemp(name.data()));
+    folder_ = name;
+    fs::permissions(folder_, fs::perms(0755));
+    fs::create_directories(folder_ / "dev");
+    AddNode("hidraw0", "0003:0000046D:0000C077");
+    AddNode("hidraw1", "0003:00007A31:00003BFA");
+    AddNode("hidraw2", "0003:00007A31:00003B99");
+    AddNode("hidraw3", "0003:00007A31:0000CCDA");
+  }
+
+  void TearDown() override { fs::remove_all(folder_); }
+
+  void AddNode(const std::string& name, const std::string& id) {
+    fs::create_directories(folder_ / "sys" / name / "device");
+    std::ofstream(folder_ / "sys" / name / "device" / "uevent")
+        << "DRIVER=hid-generic\nHID_ID=" << id << "\n";
+    std::ofstream(folder_ / "dev" / name) << "";
+    fs::permissions(folder_ / "dev" / name, fs::perms(0600));
+  }
+
+  // The bulk device as well, on bus 1.
+  void AddBulkNode() {
+    const fs::path device = folder_ / "usb" / "1-2";
+    fs::create_directories(device);
+    fs::create_directories(folder_ / "dev" / "001");
+    for (const auto& [name, text] : {std::pair{"idVendor", "171b"}, std::pair{"idProduct", "1004"},
+                                     std::pair{"busnum", "1"}, std::pair{"devnum", "4"}}) {
+      std::ofstream(device / name) << text << "\n";
+    }
+    std::ofstream(folder_ / "dev" / "001" / "004") << "";
+    fs::permissions(folder_ / "dev" / "001" / "004", fs::perms(0600));
+  }
+
+  std::string Problem() {
+    const std::string bulk = ctl::BulkProblem((folder_ / "usb").string(), (folder_ / "dev").string());
+    if (!bulk.empty()) return bulk;
+    return ctl::HidProblem((folder_ / "sys").string(), (folder_ / "dev").string());
+  }
+
+  // As a user who owns nothing.
+  std::string ProblemOfAStranger() {
+    int ends[2];
+    if (pipe(ends) != 0) return "no pipe";
+    const pid_t child = fork();
+    if (child == 0) {
+      constexpr uid_t kNobody = 65534;
+      std::string told = "still root";
+      if (setgid(kNobody) == 0 && setuid(kNobody) == 0) told = Problem();
+      _exit(write(ends[1], told.data(), told.size()) == static_cast<ssize_t>(told.size()) ? 0 : 1);
+    }
+    close(ends[1]);
+    char text[512];
+    const ssize_t count = read(ends[0], text, sizeof text);
+    close(ends[0]);
+    waitpid(child, nullptr, 0);
+    return {text, static_cast<std::size_t>(count > 0 ? count : 0)};
+  }
+
+  fs::path folder_;
+};
+
+TEST_F(Permission, OwnNodeIsNoProblem) { EXPECT_EQ("", Problem()); }
+
+TEST_F(Permission, ForbiddenReaderIsNamed) {
+  if (getuid() != 0) GTEST_SKIP() << "only root can become someone else";
+  const std::string problem = ProblemOfAStranger();
+  EXPECT_TRUE(Holds(problem, (folder_ / "dev" / "hidraw1").string() + " (mode 0600, owner root, group root)"))
+      << problem;
+  EXPECT_TRUE(Holds(problem, "hidraw3"));
+  EXPECT_FALSE(Holds(problem, "hidraw0") || Holds(problem, "hidraw2")) << "no rule gives a right to others";
+  EXPECT_TRUE(Holds(problem, "udev rules"));
+}
+
+TEST_F(Permission, ForbiddenBulkReaderIsNamed) {
+  if (getuid() != 0) GTEST_SKIP() << "only root can become someone else";
+  AddBulkNode();
+  const std::string problem = ProblemOfAStranger();
+  EXPECT_TRUE(
+      Holds(problem, (folder_ / "dev" / "001" / "004").string() + " (mode 0600, owner root, group root)"))
+      << problem;
+}
+
+TEST_F(Permission, BulkReaderThatAnotherProgramHoldsIsNamed) {
+  AddBulkNode();
+  EXPECT_EQ("", Problem());
+  const std::string node = (folder_ / "dev" / "001" / "004").string();
+  std::FILE* holder = popen(("read line <&0 9<" + node).c_str(), "w");
+  ASSERT_NE(nullptr, holder);
+  std::string problem;
+  while (problem.empty()) problem = Problem();
+  EXPECT_TRUE(problem.starts_with("the reader at " + node + " is held by sh (process ")) << problem;
+  pclose(holder);
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 #include <charconv>
 #include <string_view>
 
-#include "tools/word_checks.h"
+#include "tools/command_line.h"
 
 namespace tavlyn::ctl {
 namespace {

@@ -5,10 +5,9 @@
 #include <span>
 #include <string_view>
 
-#include "tools/common_words.h"
+#include "tools/command_line.h"
 #include "tools/tavlynctl/files.h"
 #include "tools/tavlynctl/process.h"
-#include "tools/wrong_words.h"
 
 namespace tavlyn::ctl {
 namespace {

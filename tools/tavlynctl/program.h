@@ -13,7 +13,7 @@
 #include "tools/tavlynctl/link.h"
 #include "tools/tavlynctl/output.h"
 #include "tools/tavlynctl/session.h"
-#include "tools/word_checks.h"
+#include "tools/command_line.h"
 
 namespace tavlyn::ctl {
 

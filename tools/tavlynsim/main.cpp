@@ -4,12 +4,10 @@
 #include <optional>
 
 #include "sim/line_place.h"
-#include "tools/common_words.h"
+#include "tools/command_line.h"
 #include "tools/printable.h"
 #include "tools/tavlynsim/run.h"
 #include "tools/terminal.h"
-#include "tools/word_checks.h"
-#include "tools/wrong_words.h"
 
 namespace {
 

@@ -12,7 +12,7 @@ namespace {
 
 constexpr const char* kTitle = "/--- Tavlyn and OEM Reader Configuration Template File ---\n";
 
-class TavlynctlFiles : public SimulatedRun {
+class TavlynctlConfigFiles : public SimulatedRun {
  protected:
   void WriteFile(const char* name, const std::string& text) {
     std::ofstream(folder_ / name, std::ios::binary) << text;
@@ -48,7 +48,131 @@ class TavlynctlFiles : public SimulatedRun {
   }
 };
 
-TEST_F(TavlynctlFiles, ASaveThatFailsLeavesTheOldFile) {
+TEST_F(TavlynctlConfigFiles, AFileThatGivesNothing) {
+  const auto ended =
+      Run("", {"ctl check none.hwg", "touch empty.hwg; ctl check empty.hwg", "ctl config load none.hwg",
+               "ctl config load empty.hwg", "ctl config diff none.hwg none.hwg", "ctl keys load none.ini"});
+  EXPECT_EQ("tavlynctl: there is no file none.hwg\n", ended[0].err);
+  EXPECT_EQ("tavlynctl: empty.hwg is empty\n", ended[1].err);
+  EXPECT_EQ("tavlynctl: there is no file none.hwg\n", ended[2].err);
+  EXPECT_EQ("tavlynctl: empty.hwg is empty\n", ended[3].err);
+  EXPECT_EQ("tavlynctl: there is no file none.hwg\n", ended[4].err);
+  EXPECT_EQ("tavlynctl: there is no file none.ini\n", ended[5].err);
+  for (const Ended& one : ended) EXPECT_EQ(6, one.status) << one.err;
+  EXPECT_EQ("tavlynctl: /proc/self/mem cannot be read: Input/output error\n",
+            RunLine(kCtl + " check /proc/self/mem").err);
+}
+
+TEST_F(TavlynctlConfigFiles, SecureFileIsRefusedOnceChanged) {
+  const auto ended =
+      Run("--device plus:2",
+          {"ctl config save a.hwg --secure --json", "ctl check a.hwg --json",
+           "sed 's/^bBeepID = 1/bBeepID = 0/' a.hwg >b.hwg; cmp a.hwg b.hwg", "ctl check b.hwg --json",
+           "ctl config load b.hwg", "ctl config load b.hwg --dry-run",
+           "sed 's/^iEndOfHwgFile/iEndofHwgFilf/' a.hwg >c.hwg; ctl config load c.hwg",
+           "ctl config get bBeepID --json"});
+  const Json saved = ParsedText(ended[0]);
+  EXPECT_EQ(2, saved["configurations"]);
+  EXPECT_EQ(true, saved["secure"]);
+  EXPECT_EQ(true, ParsedText(ended[1])["intact"]);
+  EXPECT_EQ(1, ended[2].status);
+  for (std::size_t i = 3; i <= 6; ++i) {
+    EXPECT_EQ(6, ended[i].status) << i;
+    EXPECT_TRUE(Holds(ended[i].err, "was changed since it was written")) << ended[i].err;
+  }
+  EXPECT_EQ(6, Json::parse(ended[3].out)["error"]["code"]);
+  EXPECT_EQ(1, ParsedText(ended[7])["fields"]["CfgFlags2.bBeepID"]);
+}
+
+TEST_F(TavlynctlConfigFiles, LoadRestoresWhatWasSaved) {
+  const auto ended =
+      Run("--device plus:2", {"ctl config save a.hwg --secure", "ctl config set --config 1 bDspHex=1",
+                              "ctl cards set 0 F004 low", "ctl config diff a.hwg --json",
+                              "ctl config load a.hwg --secure --json", "ctl config diff a.hwg --json",
+                              "ctl config get --config 1 bDspHex --json"});
+  const Json left = ParsedText(ended[3])["differences"];
+  const auto holdsRow = [&](const Json& row) {
+    return std::find(left.begin(), left.end(), row) != left.end();
+  };
+  EXPECT_TRUE(holdsRow({{"configuration", 1}, {"field", "CfgFlags2.bDspHex"}, {"left", 1}, {"right", 0}}))
+      << left;
+  EXPECT_TRUE(holdsRow({{"configuration", 0}, {"field", "CardType"}, {"left", "F004"}, {"right", "EF04"}}))
+      << left;
+  const Json load = ParsedText(ended[4]);
+  EXPECT_EQ(true, load["verified"]);
+  EXPECT_EQ(true, load["secure"]);
+  EXPECT_EQ(Json::array(), load["separator_data_not_loaded"]);
+  EXPECT_EQ(Json::array(), ParsedText(ended[5])["differences"]);
+  EXPECT_EQ(0, ParsedText(ended[6])["fields"]["CfgFlags2.bDspHex"]);
+}
+
+TEST_F(TavlynctlConfigFiles, FilesThatAreNotLoaded) {
+  const auto ended = Run("", {Edited("s/^iFACIDDelim = .*/iFACIDDelim = 300/"), "ctl config load file.hwg",
+                              "ctl config load own.hwg --secure", "echo hello >text; ctl config load text",
+                              "ctl config load absent", "ctl config save absent/file", "ctl check own.hwg",
+                              "ctl check own.hwg --ini"});
+  EXPECT_EQ(1, ended[1].status);
+  EXPECT_TRUE(Holds(ended[1].err, "IDDispParms.iFACIDDelim = 300: it takes 0 to 255")) << ended[1].err;
+  for (std::size_t i = 2; i < ended.size(); ++i) EXPECT_EQ(6, ended[i].status) << i << ended[i].err;
+  EXPECT_TRUE(Holds(ended[2].err, "has no integrity trailer"));
+  EXPECT_TRUE(Holds(ended[3].err, "is no configuration file"));
+}
+
+TEST_F(TavlynctlConfigFiles, DevicesAndFoldersAreNoFiles) {
+  const auto ended =
+      Run("", {"ctl config load /dev/zero", "ctl config save /dev/full", "ctl check /dev/full",
+               "ctl config diff own.hwg /dev/zero", "ctl keys load /dev/zero", "ctl ble save ."});
+  for (const Ended& one : ended) EXPECT_EQ(6, one.status) << one.err;
+  EXPECT_EQ("tavlynctl: /dev/zero is not a regular file\n", ended[0].err);
+  EXPECT_EQ("tavlynctl: . is a folder, not a file\n", ended[5].err);
+}
+
+TEST_F(TavlynctlConfigFiles, IniFileIsChecked) {
+  std::ofstream(folder_ / "keys.ini") << "[keys]\r\nslot=1\r\n[EOF]\r\niEndOfIniFile=BE686D5A\r\n";
+  const auto ended = Run("", {"ctl check keys.ini --ini --json", "ctl check keys.ini",
+                              "sed s/slot=1/slot=2/ keys.ini >b.ini; ctl check b.ini --ini"});
+  EXPECT_EQ(true, ParsedText(ended[0])["intact"]);
+  EXPECT_TRUE(Holds(ended[1].err, "has no integrity trailer")) << ended[1].err;
+  EXPECT_TRUE(Holds(ended[2].err, "was changed since it was written")) << ended[2].err;
+  EXPECT_EQ(6, ended[2].status);
+}
+
+// The reader goes away with the first report of the write.
+TEST_F(TavlynctlConfigFiles, FailedLoadIsTold) {
+  Run("", {Edited("s/^bBeepID = 1/bBeepID = 0/")});
+  const std::string untilWrite = Traffic("", "config load file.hwg --dry-run");
+  const auto exchanges = std::count(untilWrite.begin(), untilWrite.end(), '\n') - 1;
+  const std::string load =
+      "typed 'vanish " + std::to_string(exchanges + 1) + "'; ctl config load file.hwg --json";
+  const Ended ended = Run("", {load})[0];
+  EXPECT_EQ(4, ended.status) << ended.out;
+  EXPECT_TRUE(Holds(ended.err, "file.hwg could not be loaded into card reader 0")) << ended.err;
+  EXPECT_EQ(4, Json::parse(ended.out)["error"]["code"]);
+}
+
+TEST_F(TavlynctlConfigFiles, DiffOfTwoFiles) {
+  Run("--device plus:2",
+      {Edited("s/^iIDHoldTO = 1000 /iidholdto=900/;s/^bBeepID.*/:/;s/Priority: 1/Priority: 0/")});
+  const Ended diff =
+      RunLine("cd " + folder_.string() + " && " + TAVLYNCTL + " config diff own.hwg file.hwg --json");
+  const Json document = ParsedText(diff);
+  EXPECT_EQ(Json({{"name", "file.hwg"}, {"configurations", 2}}), document["right"]);
+  const Json rows = Json::parse(R"([
+    {"configuration": 0, "field": "TimeParms.iIDHoldTO", "left": 1000, "right": 900},
+    {"configuration": 0, "field": "CardPriority", "left": "high", "right": "low"},
+    {"configuration": 0, "field": "CfgFlags2.bBeepID", "left": 1, "right": null},
+    {"configuration": 1, "field": "TimeParms.iIDHoldTO", "left": 1000, "right": 900},
+    {"configuration": 1, "field": "CfgFlags2.bBeepID", "left": 1, "right": null}])");
+  EXPECT_EQ(rows, document["differences"]);
+}
+
+TEST_F(TavlynctlConfigFiles, DiffOfThreeFiles) {
+  const Ended ended = RunLine(std::string(TAVLYNCTL) + " config diff a.hwg b.hwg c.hwg");
+  EXPECT_EQ(1, ended.status);
+  EXPECT_EQ("tavlynctl: two files are compared, or a device and one file\n", ended.err);
+}
+
+TEST_F(TavlynctlConfigFiles, ASaveThatFailsLeavesTheOldFile) {
   for (const std::string words :
        {"config save good.hwg --secure", "config save good.hwg", "ble save good.hwg --keys"}) {
     WriteFile("good.hwg", "what was there");
@@ -64,7 +188,7 @@ TEST_F(TavlynctlFiles, ASaveThatFailsLeavesTheOldFile) {
   }
 }
 
-TEST_F(TavlynctlFiles, AFullDiskLeavesTheOldFile) {
+TEST_F(TavlynctlConfigFiles, AFullDiskLeavesTheOldFile) {
   const std::string limited = "ulimit -f 2; trap '' XFSZ; ctl ";
   for (const std::string device : {"plus:3", "sonar", "magstripe"}) {
     WriteFile("good.hwg", "what was there");
@@ -76,7 +200,7 @@ TEST_F(TavlynctlFiles, AFullDiskLeavesTheOldFile) {
   }
 }
 
-TEST_F(TavlynctlFiles, RightsOfAFile) {
+TEST_F(TavlynctlConfigFiles, RightsOfAFile) {
   const auto ended = Run(
       "", {"umask 000; ctl config save a.hwg; ctl config save b.hwg --secure; ctl ble save c.hwg; ctl ble "
            "save d.hwg --keys",
@@ -90,7 +214,7 @@ TEST_F(TavlynctlFiles, RightsOfAFile) {
 }
 
 // The process has no threads but this one, so that a child of it may run on.
-TEST_F(TavlynctlFiles, ASignalLeavesNothing) {
+TEST_F(TavlynctlConfigFiles, ASignalLeavesNothing) {
   const pid_t child = fork();
   ASSERT_GE(child, 0);
   if (child == 0) {
@@ -107,7 +231,7 @@ TEST_F(TavlynctlFiles, ASignalLeavesNothing) {
 }
 
 // A save whose reader vanished left these headings, whose trailer fits.
-TEST_F(TavlynctlFiles, AFileWithoutAConfigurationIsRefused) {
+TEST_F(TavlynctlConfigFiles, AFileWithoutAConfigurationIsRefused) {
   WriteSecure("wreck.hwg", std::string(kTitle) + ":Library Version: 7.9.2 \n:Device FW Version: 74.31 \n");
   WriteSecure("plus.hwg",
               std::string(kTitle) +
@@ -126,7 +250,7 @@ TEST_F(TavlynctlFiles, AFileWithoutAConfigurationIsRefused) {
   EXPECT_EQ(0, ended[8].status) << ended[8].err;
 }
 
-TEST_F(TavlynctlFiles, ACutConfigurationIsRefused) {
+TEST_F(TavlynctlConfigFiles, ACutConfigurationIsRefused) {
   const std::string plain = Saved("");
   const std::string plus = Saved("--device plus:2");
   const std::size_t next = plus.rfind("##NEXTCONFIG##");
@@ -158,7 +282,7 @@ TEST_F(TavlynctlFiles, ACutConfigurationIsRefused) {
 }
 
 // A file written by hand may hold a few lines only.
-TEST_F(TavlynctlFiles, AFewLinesAreAFile) {
+TEST_F(TavlynctlConfigFiles, AFewLinesAreAFile) {
   WriteFile("few.hwg", std::string(kTitle) + "bBeepID = 0\n");
   const auto ended = Run("", {"ctl config load few.hwg --strict --json", "ctl config get bBeepID --json"});
   EXPECT_EQ(1u, ParsedText(ended[0])["changes"].size());
@@ -166,7 +290,7 @@ TEST_F(TavlynctlFiles, AFewLinesAreAFile) {
   EXPECT_EQ(0, ParsedText(ended[1])["fields"]["CfgFlags2.bBeepID"]);
 }
 
-TEST_F(TavlynctlFiles, ALoadTellsWhatItDrops) {
+TEST_F(TavlynctlConfigFiles, ALoadTellsWhatItDrops) {
   WriteFile("file.hwg", std::string(kTitle) +
                             "\n/ mine\niIDBitCn = 40\nbBeepID = 0\nquite_another = 1\niIDHoldTO = soon\n" +
                             "iPad4 = 3\niExOutputFormat = 1\n");
@@ -190,7 +314,7 @@ TEST_F(TavlynctlFiles, ALoadTellsWhatItDrops) {
   EXPECT_EQ(true, again["verified"]);
 }
 
-TEST_F(TavlynctlFiles, ConfigurationsThatDoNotMeet) {
+TEST_F(TavlynctlConfigFiles, ConfigurationsThatDoNotMeet) {
   Saved("--device plus:3");
   const auto fewer = Run("--device plus:2",
                          {"ctl config load own.hwg --dry-run --json", "ctl config load own.hwg --strict"});
@@ -208,7 +332,7 @@ TEST_F(TavlynctlFiles, ConfigurationsThatDoNotMeet) {
             ParsedText(eleven[0])["ignored"]);
 }
 
-TEST_F(TavlynctlFiles, UnknownSettingsAreTold) {
+TEST_F(TavlynctlConfigFiles, UnknownSettingsAreTold) {
   WriteFile("own.txt",
             "/--- Sonar Configuration Template File ---\nPingRat = 300\npingrates = 300\nMaxDistS: 50\n");
   const auto ended =
@@ -223,7 +347,7 @@ TEST_F(TavlynctlFiles, UnknownSettingsAreTold) {
 }
 
 // A connect reads one configuration of a plus reader that is not the first device.
-TEST_F(TavlynctlFiles, APlusReaderBehindAnotherIsReadWhole) {
+TEST_F(TavlynctlConfigFiles, APlusReaderBehindAnotherIsReadWhole) {
   const std::string two = "--device plus:3 --device plus:3";
   const auto ended =
       Run(two, {"ctl cards --device 1 --json", "ctl cards set 2 EF04 high --device 1 --json",

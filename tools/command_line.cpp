@@ -1,12 +1,32 @@
-#include "tools/wrong_words.h"
+#include "tools/command_line.h"
 
 #include <algorithm>
-#include <vector>
+#include <charconv>
+#include <iostream>
+#include <limits>
+#include <memory>
 
 #include "tools/nearest.h"
 
 namespace tavlyn {
 namespace {
+
+// A command of every tool, whose own help tells nothing more.
+constexpr const char* kHelp = "help";
+
+constexpr int kNoEnd = std::numeric_limits<int>::max();
+
+template <typename Number>
+bool IsNumber(const std::string& word, Number least, Number most, Number& number) {
+  const char* end = word.data() + word.size();
+  const auto [stop, error] = std::from_chars(word.data(), end, number);
+  return error == std::errc() && stop == end && number >= least && number <= most;
+}
+
+std::string BoundsText(int least, int most) {
+  const std::string from = std::to_string(least);
+  return most == kNoEnd ? ", " + from + " or more" : " from " + from + " to " + std::to_string(most);
+}
 
 const CLI::App& Innermost(const CLI::App& app) {
   const CLI::App* at = &app;
@@ -31,6 +51,11 @@ std::vector<std::string> CommandsOf(const CLI::App& app) {
     names.push_back(one->get_name());
   }
   return names;
+}
+
+// "there is no command lsit; did you mean list?", of the commands below one or the program.
+std::string NoCommand(const CLI::App& app, const std::string& word) {
+  return "there is no command " + word + DidYouMean(word, CommandsOf(app));
 }
 
 // The parser has words of its own for these; they begin with the option's name, or have it behind a colon.
@@ -68,7 +93,62 @@ std::string Problem(const CLI::App& app, const CLI::ParseError& error, bool mayH
   return word + " was not expected" + DidYouMean(word, CommandsOf(app));
 }
 
+void ShowHelp(const CLI::App& app, const std::vector<std::string>& words) {
+  const CLI::App* at = &app;
+  std::string above;
+  for (const std::string& word : words) {
+    const auto below = at->get_subcommands([&](const CLI::App* one) { return one->get_name() == word; });
+    if (below.empty()) throw CLI::ValidationError(NoCommand(*at, word));
+    above += (above.empty() ? "" : " ") + at->get_name();
+    at = below.front();
+  }
+  const std::string name = above + (above.empty() ? "" : " ") + at->get_name();
+  std::cout << at->get_formatter()->make_help(at, name, CLI::AppFormatMode::Normal) << std::flush;
+}
+
 }  // namespace
+
+CLI::Validator WholeNumber(int least) { return WholeNumber(least, kNoEnd); }
+
+CLI::Validator WholeNumber(int least, int most) {
+  return {[least, most](const std::string& word) {
+            int number = 0;
+            // The parser takes a leading zero for the sign of an octal number.
+            if (IsNumber(word, least, most, number) && word == std::to_string(number)) return std::string();
+            return word + " is not a whole number" + BoundsText(least, most);
+          },
+          ""};
+}
+
+CLI::Validator Seconds(int most) {
+  return {[most](const std::string& word) {
+            double number = 0;
+            if (IsNumber<double>(word, 0, most, number)) return std::string();
+            return word + " is not a number of seconds" + BoundsText(0, most);
+          },
+          ""};
+}
+
+CLI::Validator OneOf(const std::vector<std::string>& words) {
+  return {[words](const std::string& word) {
+            if (std::ranges::find(words, word) != words.end()) return std::string();
+            std::string all;
+            for (const std::string& one : words) all += (all.empty() ? "" : ", ") + one;
+            return word + " is not one of " + all + DidYouMean(word, words);
+          },
+          ""};
+}
+
+void AddCommonWords(CLI::App& app, const std::function<std::string()>& version) {
+  app.set_version_flag("--version", version, "Print the version");
+  const auto words = std::make_shared<std::vector<std::string>>();
+  CLI::App* help = app.add_subcommand(kHelp, "What --help of a command prints");
+  help->add_option("COMMAND", *words, "Its words");
+  help->callback([&app, words] {
+    ShowHelp(app, *words);
+    throw CLI::Success();
+  });
+}
 
 std::string GivenCommand(const CLI::App& app) {
   std::string words;
@@ -76,10 +156,6 @@ std::string GivenCommand(const CLI::App& app) {
     words += (words.empty() ? "" : " ") + given.front()->get_name();
   }
   return words;
-}
-
-std::string NoCommand(const CLI::App& app, const std::string& word) {
-  return "there is no command " + word + DidYouMean(word, CommandsOf(app));
 }
 
 std::string WrongWords(const CLI::App& app, const CLI::ParseError& error, bool mayHoldKeys) {

@@ -1,0 +1,113 @@
+// The words of tavlynctl: what is refused, help, and outputs that cannot be written.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/boundary/simulated_run.h"
+
+namespace tavlyn::boundary {
+namespace {
+
+TEST(TavlynctlProgram, WrongWords) {
+  struct Case {
+    const char* words;
+    const char* problem;
+  };
+  constexpr Case kCases[] = {
+      {"", "a command is missing; tavlynctl --help"},
+      {"lisp", "there is no command lisp; did you mean list? tavlynctl --help"},
+      {"everything", "there is no command everything; tavlynctl --help"},
+      {"config", "a command is missing; tavlynctl config --help"},
+      {"config shwo", "there is no command shwo; did you mean show? tavlynctl config --help"},
+      {"config set", "FIELD=VALUE is required; tavlynctl config set --help"},
+      {"config set --dryrun",
+       "there is no option --dryrun; did you mean --dry-run? tavlynctl config set --help"},
+      {"list everything", "everything was not expected; tavlynctl list --help"},
+      {"secur read", "secur was not expected; did you mean secure? tavlynctl read --help"},
+      {"list --jsno", "there is no option --jsno; did you mean --json? tavlynctl list --help"},
+      {"list --product 2", "--product: 2 is not one of reader, magstripe, sonar; tavlynctl list --help"},
+      {"watch --count 0", "--count: 0 is not a whole number, 1 or more; tavlynctl watch --help"},
+      {"list --com 257",
+       "--com: 257 is not a port from 1 to 256, or LO-HI of such ports; tavlynctl list --help"},
+      {"read --timeout soon",
+       "--timeout: soon is not a number of seconds from 0 to 604800; tavlynctl read --help"},
+      {"read --timeout 700000",
+       "--timeout: 700000 is not a number of seconds from 0 to 604800; tavlynctl read --help"},
+      {"read --timeout", "--timeout needs a value; tavlynctl read --help"},
+      {"info --device 1 --device 2", "--device is given more than once; tavlynctl info --help"},
+      {"info --device -1", "--device: -1 is not a whole number, 0 or more; tavlynctl info --help"},
+      {"info --device 010", "--device: 010 is not a whole number, 0 or more; tavlynctl info --help"},
+      {"list --json=maybe", "--json takes no value; tavlynctl list --help"},
+      {"beep 6", "COUNT: 6 is not a whole number from 1 to 5; tavlynctl beep --help"},
+      {"led gren",
+       "COLOUR: gren is not one of red, green, off, auto; did you mean green? tavlynctl led --help"},
+      {"help lsit", "there is no command lsit; did you mean list? tavlynctl --help"},
+      {"help config st", "there is no command st; did you mean set? tavlynctl --help"},
+  };
+  for (const Case& one : kCases) {
+    const Ended ended = RunLine(kCtl + " " + one.words);
+    EXPECT_EQ(1, ended.status) << one.words;
+    EXPECT_EQ("tavlynctl: " + std::string(one.problem) + " tells more\n", ended.err);
+    EXPECT_EQ("", ended.out);
+  }
+  for (const char* words : {"read --timeout soon", "read --timeout -1", "watch --timeout 1e300"}) {
+    EXPECT_EQ(1, RunLine(kCtl + " " + words).status) << words;
+  }
+}
+
+TEST(TavlynctlProgram, WrongWordsAreJsonToo) {
+  const Ended ended = RunLine(kCtl + " config set bDspHex=1 --json --dryrun");
+  EXPECT_EQ(1, ended.status);
+  const Json document = Json::parse(ended.out);
+  EXPECT_EQ("config set", document["command"]);
+  EXPECT_EQ(1, document["error"]["code"]);
+  EXPECT_TRUE(Holds(document["error"]["text"], "there is no option --dryrun")) << ended.out;
+}
+
+TEST(TavlynctlProgram, EveryCommandHasHelp) {
+  const Ended all = RunLine(kCtl + " --help");
+  EXPECT_EQ(0, all.status);
+  EXPECT_EQ("", all.err);
+  for (const char* words : {"list", "config set", "ble save", "range", "secure write"}) {
+    const Ended help = RunLine(kCtl + " " + words + " --help");
+    EXPECT_EQ(0, help.status) << words;
+    EXPECT_TRUE(Holds(help.out, std::string("Usage: tavlynctl ") + words)) << help.out;
+    EXPECT_TRUE(Holds(help.out, "--json")) << help.out;
+  }
+}
+
+TEST(TavlynctlProgram, HelpIsACommandToo) {
+  for (const char* words : {"", "list", "config", "config set"}) {
+    const Ended help = RunLine(kCtl + " help " + words);
+    EXPECT_EQ(0, help.status) << help.err;
+    EXPECT_EQ(RunLine(kCtl + " " + words + " --help").out, help.out);
+  }
+}
+
+TEST(TavlynctlProgram, TheVersionIsThatOfToolAndLibrary) {
+  const Ended version = RunLine(kCtl + " --version");
+  EXPECT_EQ(0, version.status);
+  EXPECT_EQ("tavlynctl " TAVLYN_VERSION ", library " TAVLYN_VERSION "\n", version.out);
+}
+
+TEST(TavlynctlProgram, JsonMayStandInFront) {
+  EXPECT_EQ("list", Json::parse(Simulated("", "--json list").out)["command"]);
+  EXPECT_EQ("config get", Json::parse(Simulated("", "config --json get bDspHex").out)["command"]);
+}
+
+TEST(TavlynctlProgram, OutputThatCannotBeWrittenIsTold) {
+  for (const char* words : {"list", "list --json", "watch --count 1", "read"}) {
+    const Ended ended = Simulated("--card 0A:8", words + std::string(" >/dev/full"));
+    EXPECT_EQ(6, ended.status) << words;
+    EXPECT_TRUE(Holds(ended.err, "tavlynctl: the standard output cannot be written\n")) << ended.err;
+  }
+}
+
+TEST(TavlynctlProgram, ClosedOutputIsTold) {
+  const Ended ended = Simulated("", "list >&-");
+  EXPECT_EQ(6, ended.status);
+  EXPECT_EQ("tavlynctl: the standard output is closed; >/dev/null drops what is shown\n", ended.err);
+}
+
+}  // namespace
+}  // namespace tavlyn::boundary
