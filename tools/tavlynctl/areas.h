@@ -14,8 +14,8 @@ void AddConfigLoad(Program& program);   // config load
 void AddCheck(Program& program);        // check
 void AddOutputs(Program& program);      // beep, led, relay, volume
 void AddCardTypes(Program& program);    // cards
-void AddExtensions(Program& program);   // analyzer, module, transparent, ble, and the next
-void AddBleFiles(Program& program);     // ble save and load
+void AddExtensions(Program& program);   // analyzer, module, transparent
+void AddBle(Program& program);          // ble
 void AddRaw(Program& program);          // queue, raw
 void AddSecure(Program& program);       // keys, secure
 void AddSwipes(Program& program);       // track, swipe

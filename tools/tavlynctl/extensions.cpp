@@ -1,4 +1,4 @@
-// analyzer, module, transparent, ble status and ble set.
+// analyzer, module and transparent.
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
@@ -12,8 +12,6 @@ namespace tavlyn::ctl {
 namespace {
 
 constexpr std::uint32_t kNoStatus = 0xFFFFFFFF;
-constexpr std::uint16_t kNoRadio = 65535;
-constexpr std::uint16_t kReports = 0;
 
 enum Mode : std::uint16_t { kOff = 0, kOn = 1, kUnknownMode = 2 };
 
@@ -21,31 +19,17 @@ struct Free {
   void operator()(CardAnalyzerRecord* records) const { std::free(records); }
 };
 
-void UseReports(const Session& session, const Request& request) {
-  session.Use(request.device);
-  if (GetDevType() != kReports) {
-    throw Failure(kUsage, ActiveDeviceName() + " can be asked for this as a HID device alone");
-  }
-}
-
-Failure NoAnswer(const std::string& what) {
-  return {kDeviceError, what + " of " + ActiveDeviceName() + " failed, " + ErrorText()};
-}
-
-Failure Lacks(const std::string& what) { return {kUsage, ActiveDeviceName() + " has no " + what}; }
-
 void DescribeAnalyzer(Json& document) {
   const std::uint32_t status = GetCardAnalyzerStatus();
-  if (status == kNoStatus)
-    throw GetLastLibErr() == 0 ? Lacks("card analyzer") : NoAnswer("the card analyzer");
+  if (status == kNoStatus) throw GetLastLibErr() == 0 ? Lacks("card analyzer") : Failed("the card analyzer");
   document["status"] = status;
   document["records"] = GetCardCount();
 }
 
 Json SetAnalyzer(std::uint8_t state, const Request& request) {
   const Session session(request.link);
-  UseReports(session, request);
-  if (SetCardAnalyzerControlState(state) != 1) throw NoAnswer("the card analyzer");
+  session.UseReports(request.device);
+  if (SetCardAnalyzerControlState(state) != 1) throw Failed("the card analyzer");
   Json document = request.DeviceDocument();
   document["state"] = state;
   DescribeAnalyzer(document);
@@ -95,7 +79,7 @@ struct AnalyzerStatus {
 
   [[nodiscard]] Json Run(const Request& request) const {
     const Session session(request.link);
-    UseReports(session, request);
+    session.UseReports(request.device);
     Json document = request.DeviceDocument();
     DescribeAnalyzer(document);
     return document;
@@ -107,11 +91,11 @@ struct ListAnalyzed {
 
   [[nodiscard]] Json Run(const Request& request) const {
     const Session session(request.link);
-    UseReports(session, request);
+    session.UseReports(request.device);
     Json document = request.DeviceDocument();
     DescribeAnalyzer(document);
     const std::unique_ptr<CardAnalyzerRecord[], Free> records(GetCardAnalyzerData());
-    if (records == nullptr) throw NoAnswer("the list of the card analyzer");
+    if (records == nullptr) throw Failed("the list of the card analyzer");
     document["records"] = Json::array();
     for (std::uint32_t at = 0; at < GetCardCount(); ++at) {
       const CardAnalyzerRecord& record = records[at];
@@ -122,13 +106,13 @@ struct ListAnalyzed {
                                      {"binary", Drawing(record)}});
     }
     if (GetLastLibErr() == 0) return document;
-    throw Failure(kDeviceError, NoAnswer("the last record").what(), std::move(document));
+    throw Failure(kDeviceError, Failed("the last record").what(), std::move(document));
   }
 };
 
 Failure NoModule(int number) {
   const std::string module = "module " + std::to_string(number);
-  return GetLastLibErr() == 0 ? Lacks(module) : NoAnswer(module);
+  return GetLastLibErr() == 0 ? Lacks(module) : Failed(module);
 }
 
 Json DescribeModule(int number, const Request& request) {
@@ -150,7 +134,7 @@ struct GetModule {
 
   [[nodiscard]] Json Run(const Request& request) const {
     const Session session(request.link);
-    UseReports(session, request);
+    session.UseReports(request.device);
     return DescribeModule(number, request);
   }
 };
@@ -167,7 +151,7 @@ struct SetModule {
 
   [[nodiscard]] Json Run(const Request& request) const {
     const Session session(request.link);
-    UseReports(session, request);
+    session.UseReports(request.device);
     const std::uint16_t wanted = state == "on" ? 1 : 0;
     if (SetModuleState(static_cast<std::uint16_t>(number), wanted) == 0) throw NoModule(number);
     return DescribeModule(number, request);
@@ -178,7 +162,7 @@ constexpr const char* kMode = "transparent mode";
 
 Json DescribeMode(std::uint16_t mode, const Request& request) {
   if (mode == kUnknownMode) throw Lacks(kMode);
-  if (GetLastLibErr() != 0) throw NoAnswer(kMode);
+  if (GetLastLibErr() != 0) throw Failed(kMode);
   Json document = request.DeviceDocument();
   document["on"] = mode == kOn;
   return document;
@@ -196,59 +180,14 @@ struct TransparentMode {
 
   [[nodiscard]] Json Run(const Request& request) const {
     const Session session(request.link);
-    UseReports(session, request);
+    session.UseReports(request.device);
     if (what == "status") return DescribeMode(CheckTransparentMode(), request);
     const std::uint32_t commit = store ? 1 : 0;
     const std::uint16_t done = what == "on" ? EnableTransparentMode(commit) : DisableTransparentMode(commit);
     if (done == kUnknownMode) throw Lacks(kMode);
-    if (done == kOff) throw NoAnswer(kMode);
+    if (done == kOff) throw Failed(kMode);
     Json document = DescribeMode(CheckTransparentMode(), request);
     document["stored"] = store;
-    return document;
-  }
-};
-
-std::uint16_t BleConfiguration() {
-  const std::uint16_t configuration = GetBTLEConfiguration();
-  if (GetLastLibErr() != 0) throw NoAnswer("the BLE radio");
-  return configuration;
-}
-
-struct BleStatus {
-  void Take(Words& words) { words.Device(); }
-
-  [[nodiscard]] Json Run(const Request& request) const {
-    const Session session(request.link);
-    UseReports(session, request);
-    const std::uint16_t configuration = BleConfiguration();
-    Json document = request.DeviceDocument();
-    document["present"] = configuration != kNoRadio;
-    document["configuration"] = configuration != kNoRadio ? Json(configuration) : Json();
-    return document;
-  }
-};
-
-struct SetBle {
-  int wanted = 0;
-
-  void Take(Words& words) {
-    words.Number("CONFIGURATION", wanted, 0, 3)->required();
-    words.Device();
-  }
-
-  [[nodiscard]] Json Run(const Request& request) const {
-    const Session session(request.link);
-    UseReports(session, request);
-    if (BleConfiguration() == kNoRadio) throw Lacks("BLE radio");
-    if (SetBTLEConfiguration(static_cast<std::uint8_t>(wanted)) != 1) throw NoAnswer("the BLE radio");
-    // Whether the reader has taken it is told by reading it back alone.
-    const std::uint16_t configuration = BleConfiguration();
-    if (configuration != wanted) {
-      throw Failure(kDeviceError,
-                    ActiveDeviceName() + " keeps BLE configuration " + std::to_string(configuration));
-    }
-    Json document = request.DeviceDocument();
-    document["configuration"] = configuration;
     return document;
   }
 };
@@ -265,10 +204,6 @@ void AddExtensions(Program& program) {
   program.Add<GetModule>("module get", "Whether it is on");
   program.Add<SetModule>("module set", "Switches it, and reads it back");
   program.Add<TransparentMode>("transparent", "Tells or switches the transparent mode");
-  program.Group("ble", "The BLE radio of a reader, and what the reader keeps for it");
-  program.Add<BleStatus>("ble status", "Whether a reader has the radio, and its configuration");
-  program.Add<SetBle>("ble set", "Sets the configuration, and reads it back");
-  AddBleFiles(program);
 }
 
 }  // namespace tavlyn::ctl

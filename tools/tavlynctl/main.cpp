@@ -22,9 +22,9 @@ std::string Version() {
 }
 
 // In the order in which --help lists their commands.
-constexpr void (*kAreas[])(Program&) = {AddDevices,    AddReads, AddConfig, AddOutputs, AddCardTypes,
-                                        AddExtensions, AddRaw,   AddTexts,  AddSecure,  AddSwipes,
-                                        AddMagFields,  AddRange, AddSerial, AddFind,    AddCheck};
+constexpr void (*kAreas[])(Program&) = {
+    AddDevices, AddReads,  AddConfig, AddOutputs,   AddCardTypes, AddExtensions, AddBle,  AddRaw,
+    AddTexts,   AddSecure, AddSwipes, AddMagFields, AddRange,     AddSerial,     AddFind, AddCheck};
 
 }  // namespace
 

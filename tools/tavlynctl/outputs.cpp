@@ -15,10 +15,6 @@ constexpr int kMostBeeps = 5;
 constexpr int kMostLongBeeps = 2;
 constexpr int kLoudest = 255;
 
-Failure NoOutput(const std::string& what) {
-  return {kDeviceError, what + " of " + ActiveDeviceName() + " failed, " + ErrorText()};
-}
-
 FieldValue FlagValue(const char* field, bool on) {
   return {FindField(field), static_cast<std::int16_t>(on ? 1 : 0)};
 }
@@ -54,7 +50,7 @@ struct Beep {
     }
     const Session session(request.link, request.products & (kReaders | kMagstripes));
     session.Use(request.device);
-    if (BeepNow(static_cast<std::uint8_t>(count), isLong ? 1 : 0) != 1) throw NoOutput("the beeper");
+    if (BeepNow(static_cast<std::uint8_t>(count), isLong ? 1 : 0) != 1) throw Failed("the beeper");
     Json document = request.DeviceDocument();
     document["beeps"] = std::max(count, 1);
     document["long"] = isLong;
@@ -111,9 +107,9 @@ struct Volume {
   [[nodiscard]] Json Run(const Request& request) const {
     const Session session(request.link);
     session.Use(request.device);
-    if (wanted && SetBeeperVolume(static_cast<std::uint16_t>(*wanted)) != 1) throw NoOutput("the volume");
+    if (wanted && SetBeeperVolume(static_cast<std::uint16_t>(*wanted)) != 1) throw Failed("the volume");
     const std::uint32_t volume = GetBeeperVolume();
-    if (volume == kNoVolume) throw NoOutput("the volume");
+    if (volume == kNoVolume) throw Failed("the volume");
     if (wanted && volume != static_cast<std::uint32_t>(*wanted)) {
       throw Failure(kDeviceError, ActiveDeviceName() + " keeps the volume at " + std::to_string(volume));
     }

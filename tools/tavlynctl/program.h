@@ -10,10 +10,10 @@
 #include <string>
 #include <vector>
 
+#include "tools/command_line.h"
 #include "tools/tavlynctl/link.h"
 #include "tools/tavlynctl/output.h"
 #include "tools/tavlynctl/session.h"
-#include "tools/command_line.h"
 
 namespace tavlyn::ctl {
 

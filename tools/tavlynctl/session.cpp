@@ -13,6 +13,7 @@ namespace {
 
 constexpr std::int16_t kUsbLink = 0;
 constexpr std::int16_t kEthernetLink = 2;
+constexpr std::uint16_t kReports = 0;  // as GetDevType tells a link
 
 struct NamedProduct {
   std::uint32_t product;
@@ -182,6 +183,13 @@ void Session::UseForCards(int index) const {
   if (inText_.empty() || StateInText() == InText::kSilent) Use(index);
 }
 
+void Session::UseReports(int index) const {
+  Use(index);
+  if (GetDevType() != kReports) {
+    throw Failure(kUsage, ActiveDeviceName() + " can be asked for this as a HID device alone");
+  }
+}
+
 void CheckConfiguration(int index) {
   const int highest = GetMaxConfig();
   if (index >= 0 && index <= highest) return;
@@ -222,5 +230,15 @@ std::string ErrorText() {
   const std::uint32_t word = GetLastLibErr();
   return "error word 0x" + Hex(word, 1) + ": " + ErrorWords(word);
 }
+
+Failure Failed(const std::string& what) {
+  return {kDeviceError, what + " of " + ActiveDeviceName() + " failed, " + ErrorText()};
+}
+
+Failure NotTransferred(const std::string& what) {
+  return {kDeviceError, what + " " + ActiveDeviceName() + ", " + ErrorText()};
+}
+
+Failure Lacks(const std::string& what) { return {kUsage, ActiveDeviceName() + " has no " + what}; }
 
 }  // namespace tavlyn::ctl

@@ -44,6 +44,8 @@ class Session {
   void Use(int index) const;
   // The same, but cards are read from a reader in text whose configuration was not read, too.
   void UseForCards(int index) const;
+  // The same of a reader that is asked by reports alone; a reader on any other link is a Failure.
+  void UseReports(int index) const;
   // From now on the command waits for what happens, and not for the library.
   void Settle() { awaited_.reset(); }
 
@@ -86,5 +88,11 @@ std::string ActiveDevicePath();
 const char* ActiveProductName();
 // "error word 0x20000: a read of the configuration failed", of the active device.
 std::string ErrorText();
+// "the beeper of card reader 0 (…) failed, error word …"
+Failure Failed(const std::string& what);
+// "… could not be read from card reader 0 (…), error word …"
+Failure NotTransferred(const std::string& what);
+// "card reader 0 (…) has no BLE radio"
+Failure Lacks(const std::string& what);
 
 }  // namespace tavlyn::ctl

@@ -1,0 +1,136 @@
+// ble: the BLE radio of a reader, and what the reader keeps for it.
+#include <string>
+
+#include "api.h"
+#include "tools/tavlynctl/areas.h"
+#include "tools/tavlynctl/files.h"
+#include "tools/tavlynctl/program.h"
+#include "tools/tavlynctl/template_file.h"
+
+namespace tavlyn::ctl {
+namespace {
+
+constexpr std::uint16_t kNoRadio = 65535;
+constexpr int kHighestRadioConfiguration = 3;
+
+std::uint16_t BleConfiguration() {
+  const std::uint16_t configuration = GetBTLEConfiguration();
+  if (GetLastLibErr() != 0) throw Failed("the BLE radio");
+  return configuration;
+}
+
+struct BleStatus {
+  void Take(Words& words) { words.Device(); }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    const Session session(request.link);
+    session.UseReports(request.device);
+    const std::uint16_t configuration = BleConfiguration();
+    Json document = request.DeviceDocument();
+    document["present"] = configuration != kNoRadio;
+    document["configuration"] = configuration != kNoRadio ? Json(configuration) : Json();
+    return document;
+  }
+};
+
+struct SetBle {
+  int wanted = 0;
+
+  void Take(Words& words) {
+    words.Number("CONFIGURATION", wanted, 0, kHighestRadioConfiguration)->required();
+    words.Device();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    const Session session(request.link);
+    session.UseReports(request.device);
+    if (BleConfiguration() == kNoRadio) throw Lacks("BLE radio");
+    if (SetBTLEConfiguration(static_cast<std::uint8_t>(wanted)) != 1) throw Failed("the BLE radio");
+    // Whether the reader has taken it is told by reading it back alone.
+    const std::uint16_t configuration = BleConfiguration();
+    if (configuration != wanted) {
+      throw Failure(kDeviceError,
+                    ActiveDeviceName() + " keeps BLE configuration " + std::to_string(configuration));
+    }
+    Json document = request.DeviceDocument();
+    document["configuration"] = configuration;
+    return document;
+  }
+};
+
+struct BleKind {
+  const char* what;
+  const char* begin;  // of its block in a file
+  std::uint32_t (*save)(const char* path);
+  std::uint32_t (*load)(const char* path);
+};
+
+constexpr BleKind kBleData = {"data", "BEGIN sFldBleData1", WriteBLEDataToFile, WriteBLEDataToReader};
+constexpr BleKind kBleKeys = {"keys", "BEGIN sFldBleData2", WriteBLEKeyToFile, WriteBLEKeyToReader};
+
+// The library's word for it is the same as for a reader that fails.
+void CheckBleKind(const std::string& path, const BleKind& kind) {
+  if (HasText(path, kind.begin)) return;
+  throw Failure(kBadFile, path + " holds no BLE " + kind.what);
+}
+
+// What both ways have in common.
+struct BleFile {
+  bool keys = false;  // not the data
+  std::string path;
+
+  void Take(Words& words) {
+    words.Flag("--keys", keys, "Keys in place of data");
+    words.File(path);
+    words.Device();
+  }
+
+ protected:
+  [[nodiscard]] const BleKind& Kind() const { return keys ? kBleKeys : kBleData; }
+  [[nodiscard]] Json Document(const Request& request) const {
+    Json document = request.DeviceDocument();
+    document["file"] = path;
+    document["block"] = Kind().what;
+    return document;
+  }
+};
+
+struct SaveBle : BleFile {
+  // A save that could not be read is whole but holds zeros, and a load would take it.
+  [[nodiscard]] Json Run(const Request& request) const {
+    const NewFile file(path);
+    const Session session(request.link);
+    session.Use(request.device);
+    const std::uint32_t saved = Kind().save(file.Path().c_str());
+    if (saved == 1 && GetLastLibErr() != 0) {
+      throw NotTransferred("the BLE " + std::string(Kind().what) + " could not be read from");
+    }
+    // The library does not tell of a disk that is full.
+    if (saved != 1 || CheckTamperedFile(file.Path().c_str(), 0) != 1) throw file.NotWhole();
+    file.Keep();
+    return Document(request);
+  }
+};
+
+struct LoadBle : BleFile {
+  [[nodiscard]] Json Run(const Request& request) const {
+    CheckTrailer(path, Trailer::kHwg);
+    CheckBleKind(path, Kind());
+    const Session session(request.link);
+    session.Use(request.device);
+    if (Kind().load(path.c_str()) != 1) throw NotTransferred(path + " could not be loaded into");
+    return Document(request);
+  }
+};
+
+}  // namespace
+
+void AddBle(Program& program) {
+  program.Group("ble", "The BLE radio of a reader, and what the reader keeps for it");
+  program.Add<BleStatus>("ble status", "Whether a reader has the radio, and its configuration");
+  program.Add<SetBle>("ble set", "Sets the configuration, and reads it back");
+  program.Add<SaveBle>("ble save", "Saves what the reader keeps as a file");
+  program.Add<LoadBle>("ble load", "Loads such a file");
+}
+
+}  // namespace tavlyn::ctl
