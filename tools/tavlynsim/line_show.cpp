@@ -4,8 +4,8 @@
 
 #include "sim/carriers/ethernet.h"
 #include "tools/printable.h"
-#include "tools/tavlynsim/ports.h"
 #include "tools/tavlynsim/run.h"
+#include "tools/tavlynsim/standins.h"
 
 namespace tavlyn::sim {
 // A line of the source as a model that a carrier can lead to.

@@ -1,24 +1,46 @@
 #include "tools/tavlynsim/run.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "sim/carriers/wire.h"
+#include "sim/line_place.h"
+#include "tools/command_line.h"
 #include "tools/printable.h"
 #include "tools/tavlynsim/child.h"
 #include "tools/tavlynsim/desk.h"
 #include "tools/tavlynsim/line_show.h"
+#include "tools/tavlynsim/script.h"
 #include "tools/tavlynsim/server.h"
 #include "tools/tavlynsim/standins.h"
 #include "tools/tavlynsim/typed_lines.h"
 #include "tools/tavlynsim/uhid_show.h"
+#include "tools/terminal.h"
 
 namespace tavlyn::sim {
 namespace {
+
+enum class Carrier { kHidapi, kUhid };
+
+struct RunOptions {
+  std::vector<std::string> devices;
+  std::vector<std::string> lines;   // devices given by short words
+  std::vector<std::string> orders;  // commands of the rack, run before the command is
+  Timetable timetable;
+  Carrier carrier = Carrier::kHidapi;
+  bool exposed = false;             // to the network, beyond the loopback
+  std::optional<bool> interactive;  // on a terminal alone without it
+  std::vector<std::string> command;
+};
 
 // A kernel's question waits no longer than this for the loop to come round.
 constexpr int kUhidPollMs = 5;
@@ -50,7 +72,7 @@ class Simulation {
         server_(desk_),
         uhid_(desk_),
         lines_(desk_, options.exposed),
-        typed_(desk_, options.interactive) {}
+        typed_(desk_, *options.interactive) {}
 
   int Run() {
     if (const int status = Prepare(); status != 0) return status;
@@ -58,7 +80,7 @@ class Simulation {
     if (const int status = Show(variables); status != 0) return status;
     if (options_.command.empty() && desk_.Lines().empty()) return Fail(kBadUsage, "COMMAND is missing");
     if (!options_.command.empty() &&
-        !child_.Start(options_.command, variables, !options_.interactive, preload_)) {
+        !child_.Start(options_.command, variables, !*options_.interactive, preload_)) {
       return Fail(errno == ENOENT ? kNotFound : kCannotRun,
                   options_.command.front() + ": " + std::strerror(errno));
     }
@@ -164,8 +186,81 @@ class Simulation {
   std::vector<std::string> preload_;
 };
 
+// Short words for a plain reader on some line.
+void AddLines(CLI::App& run, std::vector<std::string>& devices) {
+  const auto add = [&](const char* name, const char* type, const char* text, LineKind kind) {
+    const char* behind = kind == LineKind::kComAscii ? ":ascii" : "";
+    run.add_option_function<std::vector<std::string>>(
+           name,
+           [&devices, behind](const std::vector<std::string>& places) {
+             for (const std::string& place : places) devices.push_back("reader@" + place + behind);
+           },
+           text)
+        ->type_name(type)
+        ->check([type, behind, kind](const std::string& place) {
+          const auto known = ParseLinePlace(place + behind);
+          return known && known->kind == kind ? std::string() : place + " is no " + type;
+        })
+        ->allow_extra_args(false);
+  };
+  add("--serial", "COMn", "A reader on a serial port: --device reader@COMn", LineKind::kCom);
+  add("--ascii", "COMn", "One that speaks text: --device reader@COMn:ascii", LineKind::kComAscii);
+  add("--ethernet", "IP:PORT", "One behind an Ethernet adapter: --device reader@IP:PORT",
+      LineKind::kEthernet);
+  run.add_flag_callback(
+      "--bulk", [&devices] { devices.emplace_back("reader@bulk"); },
+      "One behind the endpoints of a bulk device: --device reader@bulk");
+}
+
+void AddWords(CLI::App& run, RunOptions& options) {
+  run.add_option("--device", options.devices, "A device, may be given again (see tavlynsim devices)")
+      ->type_name("KIND")
+      ->allow_extra_args(false);
+  AddLines(run, options.lines);
+  run.add_flag("--expose", options.exposed, "Let Ethernet adapters listen beyond the loopback");
+  run.add_option("--card", options.timetable.cards,
+                 "A card for the first device, lowest byte first; may be given again")
+      ->type_name("HEX:BITS")
+      ->allow_extra_args(false);
+  run.add_option("--do", options.orders, "A typed command to start with; may be given again")
+      ->type_name("LINE")
+      ->allow_extra_args(false);
+  const auto addTime = [&](const char* name, std::chrono::milliseconds& time, const char* text) {
+    run.add_option_function<int>(
+           name, [&time](int ms) { time = std::chrono::milliseconds(ms); }, text)
+        ->type_name("MS")
+        ->check(WholeNumber(1, 86'400'000));
+  };
+  addTime("--on", options.timetable.on, "How long each card lies (1500)");
+  addTime("--off", options.timetable.off, "How long there is none afterwards (1000)");
+  run.add_flag("--repeat", options.timetable.repeat, "Begin again after the last card");
+  run.add_flag("--interactive,!--no-interactive", options.interactive,
+               "Take commands from standard input, or do not (default: on a terminal)");
+  run.add_option_function<std::string>(
+         "--carrier",
+         [&options](const std::string& word) {
+           options.carrier = word == "uhid" ? Carrier::kUhid : Carrier::kHidapi;
+         },
+         "hidapi (default): for the command alone. uhid: for this machine")
+      ->check(OneOf({"hidapi", "uhid"}))
+      ->option_text("WORD");
+  run.add_option("COMMAND", options.command,
+                 "What to run, behind --; without it devices on lines are there until Ctrl-C");
+}
+
+int Run(RunOptions& options) {
+  options.devices.insert(options.devices.end(), options.lines.begin(), options.lines.end());
+  if (options.devices.empty()) options.devices.emplace_back("reader");
+  options.interactive = options.interactive.value_or(InputIsTerminal());
+  return Simulation(options).Run();
+}
+
 }  // namespace
 
-int Run(const RunOptions& options) { return Simulation(options).Run(); }
+std::function<int()> AddRun(CLI::App& app) {
+  const auto options = std::make_shared<RunOptions>();
+  AddWords(*app.add_subcommand("run", "Run a command that sees simulated devices"), *options);
+  return [options] { return Run(*options); };
+}
 
 }  // namespace tavlyn::sim

@@ -1,7 +1,10 @@
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 
 #include "platform/linux/trusted_file.h"
+#include "sim/carriers/pseudo_terminal.h"
 #include "tools/tavlynsim/standins.h"
 
 namespace tavlyn::sim {
@@ -48,6 +51,17 @@ std::optional<std::string> UsbStandin(std::string& problem) {
             ": tavlynapi loads it only when it and all folders above it belong to root and nobody else may "
             "write to them; install it as root";
   return std::nullopt;
+}
+
+std::unique_ptr<Served> MakePort(ByteDevice& device, const std::string& folder, unsigned number,
+                                 std::string& problem) {
+  const std::string link = folder + "/com" + std::to_string(number);
+  auto port = std::make_unique<PseudoTerminal>(device, link);
+  if (port->IsPlugged()) return port;
+  problem = errno == EEXIST
+                ? link + " is there already; remove it, or name another folder in TAVLYNAPI_PORT_DIR"
+                : std::strerror(errno);
+  return nullptr;
 }
 
 }  // namespace tavlyn::sim

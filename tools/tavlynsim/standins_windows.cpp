@@ -64,4 +64,9 @@ std::optional<std::string> UsbStandin(std::string& problem) {
   return std::nullopt;
 }
 
+std::unique_ptr<Served> MakePort(ByteDevice&, const std::string&, unsigned, std::string& problem) {
+  problem = "serial ports are simulated on Linux only";
+  return nullptr;
+}
+
 }  // namespace tavlyn::sim
