@@ -110,7 +110,7 @@ struct tsSorbaneBlock {
 };
 
 // A sonar sensor.
-struct SonarBlock {
+struct tsSonarBlock {
   std::uint32_t SonarOpMark;    // of the last halt or reset; nothing decides on it
   std::uint32_t bOpened;        // a search opened the device
   std::uint32_t bParmsValid;    // a read filled the records

@@ -60,7 +60,7 @@ struct tsDevEntry {
   std::uint32_t bPartNumberPending;  // until a part number read fails
   std::array<tsCfgSlot, kCfgSlots> CfgSlot;
   tsSorbaneBlock SorbaneBlock;
-  tavlyn::SonarBlock SonarBlock;
+  tsSonarBlock SonarBlock;
   SerialPort* pSerialPort;  // owned
   std::uint32_t PlusState;
   std::uint16_t MaxConfig;  // highest index

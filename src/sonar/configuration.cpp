@@ -39,7 +39,7 @@ bool ReadRecords() {
   return true;
 }
 
-void ClearChanged(SonarBlock& block) {
+void ClearChanged(tsSonarBlock& block) {
   for (const Record& record : kRecords) block.*record.changed = 0;
 }
 
@@ -57,7 +57,7 @@ bool ReadIdentity() {
 
 bool ReadAll() {
   if (!ReadRecords()) return false;
-  SonarBlock& block = ActiveBlock();
+  tsSonarBlock& block = ActiveBlock();
   Sanitize(block.words);
   block.bParmsValid = 1;
   ClearChanged(block);
@@ -66,7 +66,7 @@ bool ReadAll() {
 
 // page is left as the last page sent.
 bool WriteChanged(Report& page) {
-  const SonarBlock& block = ActiveBlock();
+  const tsSonarBlock& block = ActiveBlock();
   unsigned mask = 0;
   for (const Record& record : kRecords) {
     if (block.*record.changed == 0) continue;

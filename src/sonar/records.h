@@ -14,7 +14,7 @@ struct Record {
   Word first;
   std::uint8_t words;
   std::uint32_t error;  // of a set whose first bounded word is out of its bounds
-  std::uint32_t SonarBlock::*changed;
+  std::uint32_t tsSonarBlock::*changed;
   // Its pages.
   std::uint8_t firstPage;
   std::uint8_t pages;
@@ -23,13 +23,14 @@ struct Record {
 enum RecordId : std::uint8_t { kSonarParms, kWalkAwayParms, kWalkUpParms, kIdleParms };
 
 inline constexpr std::array<Record, 4> kRecords = {{
-    {"tsSonarParms", kFirstOfSonarParms, 8, TAVLYN_ERR_SONAR_PARMS, &SonarBlock::bSonarChanged, 0, 1},
-    {"tsWalkAwayParms", kFirstOfWalkAwayParms, 16, TAVLYN_ERR_WALK_AWAY, &SonarBlock::bWalkAwayChanged, 1, 2},
-    {"tsWalkUpParms", kFirstOfWalkUpParms, 16, TAVLYN_ERR_WALK_UP, &SonarBlock::bWalkUpChanged, 3, 2},
-    {"tsIdleParms", kFirstOfIdleParms, 8, 0, &SonarBlock::bIdleChanged, 5, 1},
+    {"tsSonarParms", kFirstOfSonarParms, 8, TAVLYN_ERR_SONAR_PARMS, &tsSonarBlock::bSonarChanged, 0, 1},
+    {"tsWalkAwayParms", kFirstOfWalkAwayParms, 16, TAVLYN_ERR_WALK_AWAY, &tsSonarBlock::bWalkAwayChanged, 1,
+     2},
+    {"tsWalkUpParms", kFirstOfWalkUpParms, 16, TAVLYN_ERR_WALK_UP, &tsSonarBlock::bWalkUpChanged, 3, 2},
+    {"tsIdleParms", kFirstOfIdleParms, 8, 0, &tsSonarBlock::bIdleChanged, 5, 1},
 }};
 
-inline SonarBlock& ActiveBlock() { return EntryOfActDev().SonarBlock; }
+inline tsSonarBlock& ActiveBlock() { return EntryOfActDev().SonarBlock; }
 
 // What a read delivered, brought into the bounds that a set would accept.
 void Sanitize(SonarWords& words);

@@ -7,7 +7,7 @@ namespace {
 using Words = std::vector<std::uint16_t>;
 
 // All words of the mirror, in the order of the records.
-Words WordsOf(const SonarBlock& block) { return {block.words.begin(), block.words.end()}; }
+Words WordsOf(const tsSonarBlock& block) { return {block.words.begin(), block.words.end()}; }
 
 // What FullReplies brings.
 const Words kFullWords = {

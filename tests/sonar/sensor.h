@@ -104,9 +104,9 @@ class SonarBench : public Bench {
   }
 
   static tsDevEntry& Entry() { return EntryOfActDev(); }
-  static SonarBlock& Block() { return EntryOfActDev().SonarBlock; }
+  static tsSonarBlock& Block() { return EntryOfActDev().SonarBlock; }
   static unsigned Marks() {
-    const SonarBlock& block = Block();
+    const tsSonarBlock& block = Block();
     return (block.bSonarChanged != 0 ? 1U : 0U) | (block.bWalkAwayChanged != 0 ? 2U : 0U) |
            (block.bWalkUpChanged != 0 ? 4U : 0U) | (block.bIdleChanged != 0 ? 8U : 0U);
   }
