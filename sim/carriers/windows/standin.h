@@ -14,8 +14,8 @@
 #include <string>
 #include <vector>
 
-#include "sim/source.h"
 #include "sim/carriers/windows/node.h"
+#include "sim/source.h"
 
 namespace tavlyn::sim {
 
