@@ -46,64 +46,86 @@ void Begin(SerialPort& port) {
   port.DrainFlush();
 }
 
-using Also = void (*)(tsCfgSlot& slot, std::int16_t value);
+// The character that goes out at a place: lead characters first, then trail characters. A lead count that
+// cannot be sends none.
+std::int16_t CharacterAt(const tsCfgSlot& slot, int place) {
+  const int lead = std::max<int>(slot[IDDispParms2_iLeadChrCnt], 0);
+  if (lead > kLeadAndTrail) return 0;
+  const Record record = place < lead ? kIDDispParms2 : kIDDispParms3;
+  return slot.record[record][static_cast<std::size_t>(place < lead ? place : place - lead) + 1];
+}
 
-struct ReadKey {
-  std::string_view key;
+enum class Sent : std::uint8_t { kNever, kNumber, kCharacter };
+
+struct Key {
+  const char* name;  // as in an answer
   FieldId field;
-  Also also = nullptr;  // what else follows from the value
+  Sent sent = Sent::kNumber;
+  void (*also)(tsCfgSlot& slot,
+               std::int16_t value) = nullptr;                // what else follows from a value that was read
+  std::int16_t (*instead)(const tsCfgSlot& slot) = nullptr;  // what goes out in place of the field
 };
 
-constexpr std::array kReadKeys = {
-    ReadKey{":out.led", LEDCtrl_iRedLEDState,
-            [](tsCfgSlot& slot, std::int16_t value) {
-              slot[LEDCtrl_bAppCtrlsLED] = value != kLedsLeftAlone ? 1 : 0;
-              slot[LEDCtrl_iRedLEDState] = static_cast<std::int16_t>(value & 1);
-              slot[LEDCtrl_iGrnLEDState] = static_cast<std::int16_t>(value >> 1 & 1);
-              slot[LEDCtrl_bVolatile] = 0;
-            }},
-    ReadKey{":time.hold", TimeParms_iIDHoldTO},
-    ReadKey{":time.lo", TimeParms_iIDLockOutTm},
-    ReadKey{":out.beep", BprRlyCtrl_iBeeperState},
-    ReadKey{":out.relay", BprRlyCtrl_iRelayState},
-    ReadKey{":wieg.id.bits", IDBitCnts_iIDBitCnt,
-            [](tsCfgSlot& slot, std::int16_t value) {
-              if (value == 0 || value > 64) slot[IDBitCnts_iIDBitCnt] = 1;
-            }},
-    ReadKey{":wieg.qual.bits", IDBitCnts_iTotalBitCnt,
-            [](tsCfgSlot& slot, std::int16_t value) {
-              if (value < 26) slot[IDBitCnts_iTotalBitCnt] = 26;
-            }},
-    ReadKey{
-        ":wieg.strip.lead.bits", IDBitCnts_iLeadParityBitCnt,
+constexpr Key kLeds{
+    ":out.led", LEDCtrl_iRedLEDState, Sent::kNumber,
+    [](tsCfgSlot& slot, std::int16_t value) {
+      slot[LEDCtrl_bAppCtrlsLED] = value != kLedsLeftAlone ? 1 : 0;
+      slot[LEDCtrl_iRedLEDState] = static_cast<std::int16_t>(value & 1);
+      slot[LEDCtrl_iGrnLEDState] = static_cast<std::int16_t>(value >> 1 & 1);
+      slot[LEDCtrl_bVolatile] = 0;
+    },
+    [](const tsCfgSlot& slot) {
+      const int states = (slot[LEDCtrl_iGrnLEDState] & 1) << 1 | (slot[LEDCtrl_iRedLEDState] & 1);
+      return slot[LEDCtrl_bAppCtrlsLED] == 0 ? kLedsLeftAlone : static_cast<std::int16_t>(states);
+    }};
+
+// In the order in which they are sent. The delimiter of field and ID goes out twice, first as its flag, and
+// both are what was read.
+constexpr std::array kKeys = {
+    kLeds,
+    Key{":wieg.qual", CfgFlags_bFrcBitCntEx},
+    Key{":op.sdk", CfgFlags_bHaltKBSnd},
+    Key{":disp.fac.send", CfgFlags_bSndFac},
+    Key{":op.cont", CfgFlags_bSndOnRx},
+    Key{":disp.fac.strip", CfgFlags_bStripFac},
+    Key{":chr.fac", CfgFlags_bUseDelFac2Id, Sent::kCharacter},
+    Key{":op.beep", CfgFlags2_bBeepID},
+    Key{":disp.id.hex", CfgFlags2_bDspHex},
+    Key{":wieg.rev.bytes", CfgFlags2_bRevBytes},
+    Key{":wieg.rev.bits", CfgFlags2_bRevWiegBits},
+    Key{":wieg.inv.bits", CfgFlags2_bWiegInvData},
+    Key{":wieg.id.bits", IDBitCnts_iIDBitCnt, Sent::kNumber,
+        [](tsCfgSlot& slot, std::int16_t value) {
+          if (value == 0 || value > 64) slot[IDBitCnts_iIDBitCnt] = 1;
+        }},
+    Key{":wieg.qual.bits", IDBitCnts_iTotalBitCnt, Sent::kNumber,
+        [](tsCfgSlot& slot, std::int16_t value) {
+          if (value < 26) slot[IDBitCnts_iTotalBitCnt] = 26;
+        }},
+    Key{":wieg.strip.lead.bits", IDBitCnts_iLeadParityBitCnt, Sent::kNumber,
         [](tsCfgSlot& slot, std::int16_t value) { slot.ExtBytes[0] = static_cast<std::uint16_t>(value); }},
-    ReadKey{
-        ":wieg.strip.trail.bits", IDBitCnts_iTrailParityBitCnt,
+    Key{":wieg.strip.trail.bits", IDBitCnts_iTrailParityBitCnt, Sent::kNumber,
         [](tsCfgSlot& slot, std::int16_t value) { slot.ExtBytes[1] = static_cast<std::uint16_t>(value); }},
-    ReadKey{":chr.gone.1", IDDispParms2_iCrdGnChr0},
-    ReadKey{":chr.gone.2", IDDispParms2_iCrdGnChr1},
-    ReadKey{":chr.1", IDDispParms2_iLeadChr0},
-    ReadKey{":chr.2", IDDispParms2_iLeadChr1},
-    ReadKey{":chr.3", IDDispParms2_iLeadChr2},
-    ReadKey{":chr.count.lead", IDDispParms2_iLeadChrCnt},
-    ReadKey{":chr.count.trail", IDDispParms3_iTrailChrCnt},
-    ReadKey{":chr.eol", IDDispParms_iELDelim,
-            [](tsCfgSlot& slot, std::int16_t value) { slot[CfgFlags_bNoUseELChar] = value == 0 ? 1 : 0; }},
-    ReadKey{":disp.fac.digits", IDDispParms_iFACDispLen,
-            [](tsCfgSlot& slot, std::int16_t value) { slot[CfgFlags_bFixLenDsp] = value > 0 ? 1 : 0; }},
-    ReadKey{":chr.fac", IDDispParms_iFACIDDelim,
-            [](tsCfgSlot& slot, std::int16_t value) { slot[CfgFlags_bUseDelFac2Id] = value; }},
-    ReadKey{":disp.id.digits", IDDispParms_iIDDispLen},
-    ReadKey{":wieg.qual", CfgFlags_bFrcBitCntEx},
-    ReadKey{":op.sdk", CfgFlags_bHaltKBSnd},
-    ReadKey{":disp.fac.send", CfgFlags_bSndFac},
-    ReadKey{":op.cont", CfgFlags_bSndOnRx},
-    ReadKey{":disp.fac.strip", CfgFlags_bStripFac},
-    ReadKey{":op.beep", CfgFlags2_bBeepID},
-    ReadKey{":disp.id.hex", CfgFlags2_bDspHex},
-    ReadKey{":wieg.rev.bytes", CfgFlags2_bRevBytes},
-    ReadKey{":wieg.rev.bits", CfgFlags2_bRevWiegBits},
-    ReadKey{":wieg.inv.bits", CfgFlags2_bWiegInvData},
+    Key{":chr.eol", IDDispParms_iELDelim, Sent::kCharacter,
+        [](tsCfgSlot& slot, std::int16_t value) { slot[CfgFlags_bNoUseELChar] = value == 0 ? 1 : 0; }},
+    Key{":disp.fac.digits", IDDispParms_iFACDispLen, Sent::kNumber,
+        [](tsCfgSlot& slot, std::int16_t value) { slot[CfgFlags_bFixLenDsp] = value > 0 ? 1 : 0; }},
+    Key{":chr.fac", IDDispParms_iFACIDDelim, Sent::kCharacter},
+    Key{":disp.id.digits", IDDispParms_iIDDispLen},
+    Key{":chr.gone.1", IDDispParms2_iCrdGnChr0, Sent::kCharacter},
+    Key{":chr.gone.2", IDDispParms2_iCrdGnChr1, Sent::kCharacter},
+    Key{":chr.1", IDDispParms2_iLeadChr0, Sent::kCharacter, nullptr,
+        [](const tsCfgSlot& slot) { return CharacterAt(slot, 0); }},
+    Key{":chr.2", IDDispParms2_iLeadChr1, Sent::kCharacter, nullptr,
+        [](const tsCfgSlot& slot) { return CharacterAt(slot, 1); }},
+    Key{":chr.3", IDDispParms2_iLeadChr2, Sent::kCharacter, nullptr,
+        [](const tsCfgSlot& slot) { return CharacterAt(slot, 2); }},
+    Key{":chr.count.lead", IDDispParms2_iLeadChrCnt},
+    Key{":chr.count.trail", IDDispParms3_iTrailChrCnt},
+    Key{":time.hold", TimeParms_iIDHoldTO, Sent::kNever},
+    Key{":time.lo", TimeParms_iIDLockOutTm, Sent::kNever},
+    Key{":out.beep", BprRlyCtrl_iBeeperState, Sent::kNever},
+    Key{":out.relay", BprRlyCtrl_iRelayState, Sent::kNever},
 };
 
 // What the dialect has no key for.
@@ -130,10 +152,10 @@ void TakeTrailCharacters(tsCfgSlot& slot) {
 }
 
 void TakeVariables(std::string_view text, tsDevEntry& entry, tsCfgSlot& slot) {
-  for (const ReadKey& row : kReadKeys) {
-    const auto value = static_cast<std::int16_t>(AsciiQuery(text, row.key));
-    slot[row.field] = value;
-    if (row.also != nullptr) row.also(slot, value);
+  for (const Key& key : kKeys) {
+    const auto value = static_cast<std::int16_t>(AsciiQuery(text, key.name));
+    slot[key.field] = value;
+    if (key.also != nullptr) key.also(slot, value);
   }
   TakeTrailCharacters(slot);
   entry.LUID = static_cast<std::uint16_t>(AsciiQuery(text, ":dev.luid"));
@@ -154,58 +176,12 @@ bool TakeVersion(const Answer& answer, tsDevEntry& entry) {
   return true;
 }
 
-struct Assignment {
-  const char* text;
-  FieldId field;
-};
-
-// In this order; the field and ID delimiter goes out twice, first as its flag. Of a character the low byte
-// goes out.
-constexpr std::array kAssignments = {
-    Assignment{"wieg.qual=%d", CfgFlags_bFrcBitCntEx},
-    Assignment{"op.sdk=%d", CfgFlags_bHaltKBSnd},
-    Assignment{"disp.fac.send=%d", CfgFlags_bSndFac},
-    Assignment{"op.cont=%d", CfgFlags_bSndOnRx},
-    Assignment{"disp.fac.strip=%d", CfgFlags_bStripFac},
-    Assignment{"chr.fac='\\x%02hhX'", CfgFlags_bUseDelFac2Id},
-    Assignment{"op.beep=%d", CfgFlags2_bBeepID},
-    Assignment{"disp.id.hex=%d", CfgFlags2_bDspHex},
-    Assignment{"wieg.rev.bytes=%d", CfgFlags2_bRevBytes},
-    Assignment{"wieg.rev.bits=%d", CfgFlags2_bRevWiegBits},
-    Assignment{"wieg.inv.bits=%d", CfgFlags2_bWiegInvData},
-    Assignment{"wieg.id.bits=%d", IDBitCnts_iIDBitCnt},
-    Assignment{"wieg.qual.bits=%d", IDBitCnts_iTotalBitCnt},
-    Assignment{"wieg.strip.lead.bits=%d", IDBitCnts_iLeadParityBitCnt},
-    Assignment{"wieg.strip.trail.bits=%d", IDBitCnts_iTrailParityBitCnt},
-    Assignment{"chr.eol='\\x%02hhX'", IDDispParms_iELDelim},
-    Assignment{"disp.fac.digits=%d", IDDispParms_iFACDispLen},
-    Assignment{"chr.fac='\\x%02hhX'", IDDispParms_iFACIDDelim},
-    Assignment{"disp.id.digits=%d", IDDispParms_iIDDispLen},
-    Assignment{"chr.gone.1='\\x%02hhX'", IDDispParms2_iCrdGnChr0},
-    Assignment{"chr.gone.2='\\x%02hhX'", IDDispParms2_iCrdGnChr1},
-};
-
-void SetLeds(const tsCfgSlot& slot) {
-  const int states = (slot[LEDCtrl_iGrnLEDState] & 1) << 1 | (slot[LEDCtrl_iRedLEDState] & 1);
-  AsciiSet("out.led=%d", slot[LEDCtrl_bAppCtrlsLED] == 0 ? kLedsLeftAlone : states);
-}
-
-// The character that goes out at a place: lead characters first, trail characters behind them. A lead count
-// that cannot be sends none.
-std::int16_t CharacterAt(const tsCfgSlot& slot, int place) {
-  const int lead = std::max<int>(slot[IDDispParms2_iLeadChrCnt], 0);
-  if (lead > kLeadAndTrail) return 0;
-  const Record record = place < lead ? kIDDispParms2 : kIDDispParms3;
-  return slot.record[record][static_cast<std::size_t>(place < lead ? place : place - lead) + 1];
-}
-
-void SetCharacters(const tsCfgSlot& slot) {
-  constexpr std::array kTexts = {"chr.1='\\x%02hhX'", "chr.2='\\x%02hhX'", "chr.3='\\x%02hhX'"};
-  for (int place = 0; place < kLeadAndTrail; ++place) {
-    AsciiSet(kTexts[static_cast<std::size_t>(place)], CharacterAt(slot, place));
-  }
-  AsciiSet("chr.count.lead=%d", slot[IDDispParms2_iLeadChrCnt]);
-  AsciiSet("chr.count.trail=%d", slot[IDDispParms3_iTrailChrCnt]);
+// Of a character the low byte goes out.
+void SendValue(const Key& key, const tsCfgSlot& slot) {
+  char format[40];
+  const char* const conversion = key.sent == Sent::kCharacter ? "'\\x%02hhX'" : "%d";
+  std::snprintf(format, sizeof format, "%s=%s", key.name + 1, conversion);
+  AsciiSet(format, key.instead != nullptr ? key.instead(slot) : slot[key.field]);
 }
 
 // An answer "{age,x,y,bits;id}", collected byte by byte; empty when it does not come in full.
@@ -260,10 +236,10 @@ std::uint32_t AsciiWriteConfig() {
   if (port == nullptr) return 0;
   tsCfgSlot& slot = entry.ActiveSlot();
   Begin(*port);
-  SetLeds(slot);
-  for (const Assignment& assignment : kAssignments) AsciiSet(assignment.text, slot[assignment.field]);
+  for (const Key& key : kKeys) {
+    if (key.sent != Sent::kNever) SendValue(key, slot);
+  }
   slot[CfgFlags_bFixLenDsp] = slot[IDDispParms_iFACDispLen] > 0 ? 1 : 0;
-  SetCharacters(slot);
   port->DrainFlush();
   return 1;
 }
@@ -313,7 +289,7 @@ void AsciiBeep(std::uint8_t count, bool longBeep) {
 }
 
 void AsciiSetLeds() {
-  SetLeds(EntryOfActDev().ActiveSlot());
+  SendValue(kLeds, EntryOfActDev().ActiveSlot());
   if (SerialPort* port = EntryOfActDev().pSerialPort; port != nullptr) port->DrainFlush();
 }
 

@@ -84,6 +84,32 @@ constexpr std::array kLayout = {
     Byte(kDisplayBlock, 4, IDDispParms2_iCrdGnChr1),
 };
 
+// The counts of lead and trail characters share b5, the characters follow.
+constexpr std::size_t kCountsAt = 4;
+constexpr std::size_t kCharactersAt = 5;
+
+constexpr std::uint8_t BitsOf(const Packed& row) {
+  switch (row.as) {
+    case As::kFlag: return static_cast<std::uint8_t>(1 << row.shift);
+    case As::kNibble: return static_cast<std::uint8_t>(0x0F << row.shift);
+    case As::kByte: return row.writeMask;
+  }
+  return 0;
+}
+
+// No two fields that are written share a bit, nor does one lie among the characters.
+static_assert([] {
+  std::array<Block, 4> taken{};
+  for (std::size_t at = kCountsAt; at < taken[kDisplayBlock].size(); ++at) taken[kDisplayBlock][at] = 0xFF;
+  for (const Packed& row : kLayout) {
+    if (row.way == Way::kReadOnly) continue;
+    std::uint8_t& byte = taken[row.block][row.byte - 1U];
+    if ((byte & BitsOf(row)) != 0) return false;
+    byte |= BitsOf(row);
+  }
+  return true;
+}());
+
 std::uint8_t Pack(const Packed& row, std::int16_t value) {
   switch (row.as) {
     case As::kFlag: return static_cast<std::uint8_t>((value != 0 ? 1 : 0) << row.shift);
@@ -97,10 +123,6 @@ std::int16_t Unpack(const Packed& row, std::uint8_t byte) {
   const int mask = row.as == As::kFlag ? 1 : row.as == As::kNibble ? 0x0F : 0xFF;
   return static_cast<std::int16_t>((byte >> row.shift & mask) * FieldOf(row.field).step);
 }
-
-// The counts of lead and trail characters share b5.
-constexpr std::size_t kCountsAt = 4;
-constexpr std::size_t kCharactersAt = 5;
 
 void TakeCharacters(const Block& block, tsCfgSlot& slot) {
   RecordWords& leads = slot.record[kIDDispParms2];
@@ -153,7 +175,7 @@ constexpr std::uint8_t kOptionBit = 2;
 
 void TakeExtension(const Block& block, tsCfgSlot& slot) {
   std::copy_n(block.begin(), kExtBytes, slot.ExtBytes.begin());
-  if ((slot[TimeParms_ExFeatures01] & kExtendedSepFields) != 0) slot[IDDispParms_iExOutputFormat] = block[7];
+  if (HasExtendedFields(slot)) slot[IDDispParms_iExOutputFormat] = block[7];
   slot[IDBitCnts_iLeadParityBitCnt] = static_cast<std::int16_t>(slot[IDBitCnts_iLeadParityBitCnt] + block[0]);
   slot[IDBitCnts_iTrailParityBitCnt] =
       static_cast<std::int16_t>(slot[IDBitCnts_iTrailParityBitCnt] + block[1]);
@@ -199,6 +221,10 @@ Block BuildBlock(BlockNumber number, tsCfgSlot& slot, bool extendedFields) {
   if (number == kDisplayBlock) BuildCharacters(slot, block);
   if (number == kExtensionBlock) BuildExtension(slot, extendedFields, block);
   return block;
+}
+
+bool HasExtendedFields(const tsCfgSlot& slot) {
+  return (slot[TimeParms_ExFeatures01] & kExtendedSepFields) != 0;
 }
 
 std::int16_t Flags3Byte(const tsCfgSlot& slot) {

@@ -25,6 +25,9 @@ void TakeBlock(BlockNumber number, const Block& block, tsCfgSlot& slot, bool boo
 // the extension block.
 Block BuildBlock(BlockNumber number, tsCfgSlot& slot, bool extendedFields = false);
 
+// The reader reports a longer form of the separated fields, and iExOutputFormat with it.
+bool HasExtendedFields(const tsCfgSlot& slot);
+
 // The byte form of tsCfgFlags3.
 std::int16_t Flags3Byte(const tsCfgSlot& slot);
 

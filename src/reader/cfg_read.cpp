@@ -80,8 +80,7 @@ bool ReadSepByReports(tsDevEntry& entry, SepBuffer& buffer) {
 }
 
 void ReadSepByFa(tsDevEntry& entry, const tsCfgSlot& slot, SepBuffer& buffer) {
-  const bool extended = (slot[field::TimeParms_ExFeatures01] & kExtendedSepFields) != 0;
-  const Command& read = extended ? command::kReadExtSep : command::kReadSepFields;
+  const Command& read = HasExtendedFields(slot) ? command::kReadExtSep : command::kReadSepFields;
   FaFrame head(read, {kSepPageBytes});
   if (!FaXfer(read, head)) {
     entry.bSepFldCapable = 0;

@@ -34,12 +34,11 @@ enum CommitBit : std::uint8_t {
   kCommitLuid = 0x80,
 };
 
-// The record get is the way to the feature bits, so its error word replaces what earlier steps left and a
-// slot that was never read counts as one without features.
-bool HasExtendedFields() {
+// A write asks for this through the record get, as programs would: that replaces the error word that earlier
+// steps left, and a slot that was never read has no extended fields.
+bool WritesExtendedFields(const tsCfgSlot& slot) {
   RecordWords words;
-  return GetRecord(kTimeParms, words.data()) == 1 &&
-         (words[field::TimeParms_ExFeatures01.word] & kExtendedSepFields) != 0;
+  return GetRecord(kTimeParms, words.data()) == 1 && HasExtendedFields(slot);
 }
 
 // A failure over reports ends the write with a word and two lines, over serial without either.
@@ -81,7 +80,8 @@ bool WriteBlocks(tsDevEntry& entry, tsCfgSlot& slot, std::uint8_t& mask) {
     written(kCommitDisplay);
   }
   if (slot.bDirtyExt != 0) {
-    if (!WriteBlock(kExtensionBlock, BuildBlock(kExtensionBlock, slot, HasExtendedFields()))) return false;
+    if (!WriteBlock(kExtensionBlock, BuildBlock(kExtensionBlock, slot, WritesExtendedFields(slot))))
+      return false;
     written(kCommitExtension);
   }
   return true;
@@ -104,7 +104,7 @@ void WriteSepByFa(tsDevEntry& entry, const tsCfgSlot& slot, std::size_t length) 
   std::array<std::uint8_t, 255> bytes;
   length = std::min(length, bytes.size());
   for (std::size_t at = 0; at < length; ++at) bytes[at] = slot.SepByteAt(at);
-  const Command& write = HasExtendedFields() ? command::kWriteExtSep : command::kWriteSepFields;
+  const Command& write = WritesExtendedFields(slot) ? command::kWriteExtSep : command::kWriteSepFields;
   const auto data = std::span<const std::uint8_t>(bytes).first(length);
   if (Tell(write, data, {static_cast<std::uint8_t>(length)}) != Xfer::kDone) entry.bSepFldCapable = 0;
 }
@@ -139,7 +139,7 @@ bool WriteSepFields(tsDevEntry& entry, const tsCfgSlot& slot, std::uint8_t& mask
     WriteSepByReports(entry, slot, extent.pages);
   }
   mask = static_cast<std::uint8_t>(mask | kCommitSepFields);
-  if (HasExtendedFields()) SendHashKeys(slot);
+  if (WritesExtendedFields(slot)) SendHashKeys(slot);
   return true;
 }
 
