@@ -11,7 +11,7 @@ constexpr std::uint8_t kPresent = 0x80;
 constexpr std::uint8_t kConfiguration = 0x03;
 
 // Its reply in the pair.
-bool AskRadio(const Command& command, ReportPair& pair, std::uint32_t error, std::uint8_t x = 0) {
+bool AskRadio(const reader::Command& command, ReportPair& pair, std::uint32_t error, std::uint8_t x = 0) {
   EntryOfActDev().LastLibErr = 0;
   if (Exchange(command, pair, x)) return true;
   EntryOfActDev().LastLibErr |= error;
@@ -26,13 +26,14 @@ using namespace tavlyn;
 std::uint16_t IsBTLEPresent() {
   if (!ActiveInRange()) return kNothing;
   ReportPair pair;
-  return AskRadio(command::kReadBle, pair, TAVLYN_ERR_GET_BLE) && (pair.reply[3] & kPresent) != 0 ? 1 : 0;
+  return AskRadio(reader::command::kReadBle, pair, TAVLYN_ERR_GET_BLE) && (pair.reply[3] & kPresent) != 0 ? 1
+                                                                                                          : 0;
 }
 
 std::uint16_t GetBTLEConfiguration() {
   if (!ActiveInRange()) return kNothing;
   ReportPair pair;
-  if (!AskRadio(command::kReadBle, pair, TAVLYN_ERR_GET_BLE) || (pair.reply[3] & kPresent) == 0)
+  if (!AskRadio(reader::command::kReadBle, pair, TAVLYN_ERR_GET_BLE) || (pair.reply[3] & kPresent) == 0)
     return kNothing;
   return pair.reply[3] & kConfiguration;
 }
@@ -40,5 +41,5 @@ std::uint16_t GetBTLEConfiguration() {
 std::uint16_t SetBTLEConfiguration(std::uint8_t configuration) {
   if (!ActiveInRange()) return shared.UnsupportedValue;
   ReportPair pair;
-  return AskRadio(command::kWriteBle, pair, TAVLYN_ERR_SET_BLE, configuration) ? 1 : 0;
+  return AskRadio(reader::command::kWriteBle, pair, TAVLYN_ERR_SET_BLE, configuration) ? 1 : 0;
 }

@@ -14,6 +14,6 @@ struct ReportPair {
 };
 
 // Fills the pair anew: command out, reply in.
-bool Exchange(const Command& command, ReportPair& pair, std::uint8_t x = 0, std::uint8_t y = 0);
+bool Exchange(const reader::Command& command, ReportPair& pair, std::uint8_t x = 0, std::uint8_t y = 0);
 
 }  // namespace tavlyn

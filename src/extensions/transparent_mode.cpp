@@ -19,14 +19,14 @@ std::uint16_t Switch(const char* tag, std::uint8_t mode, std::uint32_t commit) {
   if (!ReaderIsActive()) return kModeOff;
   EntryOfActDev().LastLibErr = 0;
   ReportPair pair;
-  if (!Exchange(command::kSetMode, pair, mode)) {
+  if (!Exchange(reader::command::kSetMode, pair, mode)) {
     Fail(tag, TAVLYN_ERR_SECURE);
     return kModeOff;
   }
   if (pair.reply[1] == 0) return kModeUnsupported;
   const bool switched = pair.reply[3] == mode;
   // Goes out whether the reader has switched or not; that it was lost is told by the result alone.
-  const bool kept = commit != kForGood || SendReport(CommandReport(command::kCommit));
+  const bool kept = commit != kForGood || SendReport(reader::CommandReport(reader::command::kCommit));
   return switched && kept ? kModeOn : kModeOff;
 }
 
@@ -39,7 +39,7 @@ std::uint16_t CheckTransparentMode() {
   if (!ReaderIsActive()) return kModeOff;
   EntryOfActDev().LastLibErr = 0;
   ReportPair pair;
-  if (!Exchange(command::kAskMode, pair)) {
+  if (!Exchange(reader::command::kAskMode, pair)) {
     Fail("TransparentMode::CheckTransparentMode", TAVLYN_ERR_SECURE);
     return kModeOff;
   }

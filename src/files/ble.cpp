@@ -59,16 +59,17 @@ void Wait(std::uint32_t milliseconds) {
 // The exchanges of one command, each true when a reply came.
 class BleChannel {
  public:
-  BleChannel(const Command& command, std::int32_t reportSize) : channel_(reportSize), command_(command) {}
+  BleChannel(const reader::Command& command, std::int32_t reportSize)
+      : channel_(reportSize), command_(command) {}
 
   bool Exchange(std::uint8_t block, const BlockBytes& bytes = {}) {
-    return channel_.Exchange(command_, block, bytes) == Xfer::kDone;
+    return channel_.Exchange(command_, block, bytes) == reader::Xfer::kDone;
   }
   [[nodiscard]] auto Bytes() const { return channel_.Bytes(); }
 
  private:
   ItemChannel channel_;
-  const Command& command_;
+  const reader::Command& command_;
 };
 
 bool ReadPiece(BleChannel& channel, const BlePiece& piece, std::span<std::uint8_t> bytes) {
@@ -97,7 +98,7 @@ bool WritePiece(BleChannel& channel, const BlePiece& piece, std::span<const std:
 // Neither looks at what the reader repeats, only that something came back. What was read before a failure
 // stands in the buffer.
 void ReadBle(const BleBlock& block, std::span<std::uint8_t> bytes) {
-  BleChannel channel(command::kReadItem, kItemReport);
+  BleChannel channel(reader::command::kReadItem, kItemReport);
   for (const BlePiece& piece : block.pieces) {
     if (!ReadPiece(channel, piece, bytes.first(kBlePiece))) {
       EntryOfActDev().LastLibErr |= TAVLYN_ERR_BLE_READ;
@@ -108,7 +109,7 @@ void ReadBle(const BleBlock& block, std::span<std::uint8_t> bytes) {
 }
 
 bool WriteBle(const BleBlock& block, std::span<const std::uint8_t> bytes) {
-  BleChannel channel(command::kWriteItem, block.writeSize);
+  BleChannel channel(reader::command::kWriteItem, block.writeSize);
   for (const BlePiece& piece : block.pieces) {
     if (!WritePiece(channel, piece, bytes.first(kBlePiece), block.beforeSave)) return false;
     bytes = bytes.subspan(kBlePiece);

@@ -16,9 +16,9 @@ BlockBytes HeaderOf(std::span<const std::uint8_t> item) { return BlockAt(item, 1
 
 bool ReadHeader(ItemChannel& channel, const BlockBytes& header) {
   EntryOfActDev().LastLibErr = 0;
-  const Xfer done = channel.Exchange(command::kReadItem, kHeaderBlock, header);
-  if (done == Xfer::kNotSent) return Fail("readSecure::readSecureHeader", TAVLYN_ERR_SECURE);
-  if (done == Xfer::kNoReply) return false;
+  const reader::Xfer done = channel.Exchange(reader::command::kReadItem, kHeaderBlock, header);
+  if (done == reader::Xfer::kNotSent) return Fail("readSecure::readSecureHeader", TAVLYN_ERR_SECURE);
+  if (done == reader::Xfer::kNoReply) return false;
   if (channel.EchoedWhole()) return true;
   LogLine("readSecure::headerVerify", "Header Verifiaction failed");
   return false;
@@ -30,20 +30,20 @@ void ReadPayload(ItemChannel& channel, std::size_t length, std::uint8_t* out) {
   EntryOfActDev().LastLibErr = 0;
   std::fill_n(out, length, std::uint8_t{0});
   for (std::size_t block = 1; block <= BlockCount(length); ++block) {
-    const Xfer done = channel.Exchange(command::kReadItem, static_cast<std::uint8_t>(block));
-    if (done == Xfer::kNotSent) {
+    const reader::Xfer done = channel.Exchange(reader::command::kReadItem, static_cast<std::uint8_t>(block));
+    if (done == reader::Xfer::kNotSent) {
       Fail("readSecure::readKeyData", TAVLYN_ERR_SECURE);
       return;
     }
-    if (done == Xfer::kDone && channel.Echoed()) out = std::ranges::copy(channel.Bytes(), out).out;
+    if (done == reader::Xfer::kDone && channel.Echoed()) out = std::ranges::copy(channel.Bytes(), out).out;
   }
 }
 
 // Deliberately without a result: the payload follows a header that was lost or refused, too.
 void WriteItemHeader(ItemChannel& channel, const BlockBytes& header) {
   EntryOfActDev().LastLibErr = 0;
-  const Xfer done = channel.Exchange(command::kWriteItem, kHeaderBlock, header);
-  if (done == Xfer::kNoReply) Fail("writeSecure::WriteSecureHeader", TAVLYN_ERR_SECURE);
+  const reader::Xfer done = channel.Exchange(reader::command::kWriteItem, kHeaderBlock, header);
+  if (done == reader::Xfer::kNoReply) Fail("writeSecure::WriteSecureHeader", TAVLYN_ERR_SECURE);
 }
 
 // One block that was repeated is enough.
@@ -51,10 +51,10 @@ bool WriteItemPayload(ItemChannel& channel, std::span<const std::uint8_t> payloa
   EntryOfActDev().LastLibErr = 0;
   bool anyEchoed = false;
   for (std::size_t block = 1; block <= BlockCount(payload.size()); ++block) {
-    const Xfer done =
-        channel.Exchange(command::kWriteItem, static_cast<std::uint8_t>(block), BlockAt(payload, block));
-    if (done == Xfer::kNotSent) return Fail("writeSecure::WriteKeyData", TAVLYN_ERR_SECURE);
-    anyEchoed |= done == Xfer::kDone && channel.Echoed();
+    const reader::Xfer done = channel.Exchange(reader::command::kWriteItem, static_cast<std::uint8_t>(block),
+                                               BlockAt(payload, block));
+    if (done == reader::Xfer::kNotSent) return Fail("writeSecure::WriteKeyData", TAVLYN_ERR_SECURE);
+    anyEchoed |= done == reader::Xfer::kDone && channel.Echoed();
   }
   return anyEchoed;
 }
@@ -62,9 +62,9 @@ bool WriteItemPayload(ItemChannel& channel, std::span<const std::uint8_t> payloa
 bool SaveItem(ItemChannel& channel) {
   constexpr const char* kTag = "writeSecure::SaveKeyData";
   EntryOfActDev().LastLibErr = 0;
-  const Xfer ended = channel.Exchange(command::kWriteItem, kItemEnd);
-  if (ended == Xfer::kNotSent) return Fail(kTag, TAVLYN_ERR_SECURE);
-  if (ended == Xfer::kNoReply || !channel.Echoed()) return false;
+  const reader::Xfer ended = channel.Exchange(reader::command::kWriteItem, kItemEnd);
+  if (ended == reader::Xfer::kNotSent) return Fail(kTag, TAVLYN_ERR_SECURE);
+  if (ended == reader::Xfer::kNoReply || !channel.Echoed()) return false;
   Pause(kStoreTime);
   return CommitItems() || Fail(kTag, TAVLYN_ERR_SECURE);
 }
@@ -78,21 +78,23 @@ BlockBytes BlockAt(std::span<const std::uint8_t> bytes, std::size_t block) {
   return taken;
 }
 
-Xfer ItemChannel::Exchange(const Command& command, std::uint8_t block, const BlockBytes& bytes) {
-  const Report packet = CommandReport(command, {block});
+reader::Xfer ItemChannel::Exchange(const reader::Command& command, std::uint8_t block,
+                                   const BlockBytes& bytes) {
+  const Report packet = reader::CommandReport(command, {block});
   request_ = {};
   std::ranges::copy(packet, request_.begin());
   std::ranges::copy(bytes, request_.begin() + 5);
   reply_ = {};
-  if (!WriteFeatureReport(size_, shared.ActDev, request_.data())) return Xfer::kNotSent;
-  return ReadFeatureReport(size_, shared.ActDev, reply_.data()) ? Xfer::kDone : Xfer::kNoReply;
+  if (!WriteFeatureReport(size_, shared.ActDev, request_.data())) return reader::Xfer::kNotSent;
+  return ReadFeatureReport(size_, shared.ActDev, reply_.data()) ? reader::Xfer::kDone
+                                                                : reader::Xfer::kNoReply;
 }
 
 bool ItemChannel::SameFirst(std::size_t bytes) const {
   return std::ranges::equal(std::span(request_).subspan(1, bytes), std::span(reply_).subspan(1, bytes));
 }
 
-bool CommitItems() { return SendReport(CommandReport(command::kCommit)); }
+bool CommitItems() { return SendReport(reader::CommandReport(reader::command::kCommit)); }
 
 bool IsWholeItem(std::span<const std::uint8_t> item) {
   return item.size() >= kItemHeader && item.size() - kItemHeader == item[kLengthAt];

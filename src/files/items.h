@@ -36,7 +36,7 @@ class ItemChannel {
   // Payload bytes of a report: 8, or 9 with one more byte that carries nothing.
   explicit ItemChannel(std::int32_t reportSize = kItemReport) : size_(reportSize) {}
 
-  Xfer Exchange(const Command& command, std::uint8_t block, const BlockBytes& bytes = {});
+  reader::Xfer Exchange(const reader::Command& command, std::uint8_t block, const BlockBytes& bytes = {});
   // Of the last exchange: whether b1 to b4 of the reply are those of the request, and all eight.
   [[nodiscard]] bool Echoed() const { return SameFirst(4); }
   [[nodiscard]] bool EchoedWhole() const { return SameFirst(8); }

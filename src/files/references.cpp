@@ -6,7 +6,7 @@
 #include "api.h"
 #include "core/openings.h"
 #include "files/items.h"
-#include "reader/classify.h"
+#include "reader/configuration.h"
 
 using namespace tavlyn;
 
@@ -20,15 +20,16 @@ bool MarkFailed() {
 }
 
 bool Repeated(ItemChannel& channel, std::uint8_t block, const BlockBytes& bytes) {
-  return channel.Exchange(command::kWriteItem, block, bytes) == Xfer::kDone && channel.Echoed();
+  return channel.Exchange(reader::command::kWriteItem, block, bytes) == reader::Xfer::kDone &&
+         channel.Echoed();
 }
 
 // Only a lost reply leaves an error bit.
 bool WriteReferenceHeader(ItemChannel& channel, const BlockBytes& header) {
   EntryOfActDev().LastLibErr = 0;
-  const Xfer done = channel.Exchange(command::kWriteItem, kHeaderBlock, header);
-  if (done == Xfer::kNoReply) return MarkFailed();
-  return done == Xfer::kDone && channel.Echoed();
+  const reader::Xfer done = channel.Exchange(reader::command::kWriteItem, kHeaderBlock, header);
+  if (done == reader::Xfer::kNoReply) return MarkFailed();
+  return done == reader::Xfer::kDone && channel.Echoed();
 }
 
 bool WriteReferencePayload(ItemChannel& channel, std::span<const std::uint8_t> data) {
@@ -46,7 +47,7 @@ bool SaveReference(ItemChannel& channel) {
 std::uint32_t WriteReference(std::uint8_t h0, std::uint8_t h1, const std::uint8_t* data,
                              std::uint32_t length) {
   if (!ActiveInRange() || (data == nullptr && length != 0)) return 0;
-  SelectConfig(ActiveConfig());
+  reader::SelectConfig(ActiveConfig());
   ItemChannel channel;
   const BlockBytes header = {h0, h1, static_cast<std::uint8_t>(length)};
   const std::span bytes(data, std::min<std::size_t>(length, kMostBytes));

@@ -10,7 +10,7 @@
 #include "core/wipe.h"
 #include "files/template_file.h"
 #include "files/template_parse.h"
-#include "reader/records.h"
+#include "reader/product.h"
 
 namespace tavlyn {
 namespace {
@@ -68,7 +68,7 @@ void Push(const tsCfgSlot& from, const tsCfgSlot& to) {
     SetExtendedPrecisionMath(static_cast<std::int16_t>(from.ExtendedPrecisionMath));
   }
   for (const Record record : kPushOrder) {
-    if (from.record[record] != to.record[record]) SetRecord(record, from.record[record].data());
+    if (from.record[record] != to.record[record]) reader::SetRecord(record, from.record[record].data());
   }
   if (MayPushSepData(from, to)) SetSepFldData(from.sFldSepData.data(), kSepFldBytes);
 }

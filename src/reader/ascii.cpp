@@ -5,13 +5,15 @@
 #include <cstdio>
 #include <string_view>
 
+#include "api.h"
+#include "core/openings.h"
 #include "core/pause.h"
 #include "core/state.h"
 #include "links/serial_port.h"
 #include "reader/ascii_text.h"
-#include "reader/blocks.h"
+#include "reader/layout.h"
 
-namespace tavlyn {
+namespace tavlyn::reader {
 namespace {
 
 using namespace field;
@@ -139,7 +141,7 @@ constexpr std::array kFixedValues = {
     FixedValue{CfgFlags2_bUseInvDataF, 0},  FixedValue{CfgFlags2_bUseLeadChrs, 1},
 };
 
-// The characters behind the lead ones are the trail ones.
+// The characters after the lead ones are the trail ones.
 void TakeTrailCharacters(tsCfgSlot& slot) {
   const RecordWords& leads = slot.record[kIDDispParms2];
   RecordWords& trails = slot.record[kIDDispParms3];
@@ -293,4 +295,14 @@ void AsciiSetLeds() {
   if (SerialPort* port = EntryOfActDev().pSerialPort; port != nullptr) port->DrainFlush();
 }
 
-}  // namespace tavlyn
+}  // namespace tavlyn::reader
+
+using namespace tavlyn;
+
+using namespace tavlyn::reader;
+
+std::uint32_t UseAsciiCommandProtocol(std::uint16_t on) {
+  if (!ReaderIsActive()) return shared.UnsupportedValue;
+  shared.reader.AsciiProtocol = static_cast<std::int16_t>(on);
+  return 1;
+}

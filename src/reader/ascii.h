@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-namespace tavlyn {
+namespace tavlyn::reader {
 
 std::uint32_t AsciiReadConfig();
 // No commit and no answer is looked at: all fields go out each time.
@@ -17,4 +17,4 @@ void AsciiBeep(std::uint8_t count, bool longBeep);
 // The LED states of the slot.
 void AsciiSetLeds();
 
-}  // namespace tavlyn
+}  // namespace tavlyn::reader

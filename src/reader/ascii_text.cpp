@@ -8,7 +8,7 @@
 #include "core/text.h"
 #include "links/serial_port.h"
 
-namespace tavlyn {
+namespace tavlyn::reader {
 namespace {
 
 constexpr std::size_t kLineLength = 80;
@@ -61,4 +61,4 @@ void AsciiSet(const char* format, std::int32_t value) {
   port->Read(answer);
 }
 
-}  // namespace tavlyn
+}  // namespace tavlyn::reader

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace tavlyn {
+namespace tavlyn::reader {
 
 // The prompt that ends every answer.
 inline constexpr std::string_view kPrompt = "Orvantis>";
@@ -15,4 +15,4 @@ std::int32_t AsciiQuery(std::string_view text, std::string_view key);
 // One assignment on the active device's port; nothing when that is not open.
 void AsciiSet(const char* format, std::int32_t value);
 
-}  // namespace tavlyn
+}  // namespace tavlyn::reader

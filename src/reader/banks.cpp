@@ -1,11 +1,10 @@
-#include "reader/banks.h"
-
 #include "api.h"
 #include "core/openings.h"
 #include "core/pause.h"
 #include "reader/exchange.h"
+#include "reader/product.h"
 
-namespace tavlyn {
+namespace tavlyn::reader {
 namespace {
 
 enum Bank : std::int16_t { kWorkingSet = 1, kUserDefaults = 2, kPlusDefaults = 3 };
@@ -20,12 +19,14 @@ bool MoveBank(std::uint8_t from, std::uint8_t to) {
 
 }  // namespace
 
-std::uint32_t RestoreUserDefaults() { return PlusBlockMove(kUserDefaults, kWorkingSet); }
-std::uint32_t SaveUserDefaults() { return PlusBlockMove(kWorkingSet, kUserDefaults); }
+std::uint32_t ResetUserDflts() { return PlusBlockMove(kUserDefaults, kWorkingSet); }
+std::uint32_t SaveUserDflts() { return PlusBlockMove(kWorkingSet, kUserDefaults); }
 
-}  // namespace tavlyn
+}  // namespace tavlyn::reader
 
 using namespace tavlyn;
+
+using namespace tavlyn::reader;
 
 std::uint32_t PlusBlockMove(std::int16_t from, std::int16_t to) {
   if (!PlusReaderIsActive()) return 0;

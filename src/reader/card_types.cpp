@@ -8,7 +8,7 @@
 #include "core/pause.h"
 #include "reader/exchange.h"
 
-namespace tavlyn {
+namespace tavlyn::reader {
 namespace {
 
 constexpr int kPages = 256;
@@ -55,9 +55,11 @@ bool WriteCardType() {
   return true;
 }
 
-}  // namespace tavlyn
+}  // namespace tavlyn::reader
 
 using namespace tavlyn;
+
+using namespace tavlyn::reader;
 
 std::int32_t GetCardType() { return PlusReaderIsActive() ? EntryOfActDev().ActiveSlot().CardType : -1; }
 

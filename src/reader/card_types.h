@@ -1,11 +1,11 @@
 // Card types that a plus reader knows.
 #pragma once
 
-namespace tavlyn {
+namespace tavlyn::reader {
 
 void ReadCardTypeList();
 
 // Sends card type and priority of the active slot.
 bool WriteCardType();
 
-}  // namespace tavlyn
+}  // namespace tavlyn::reader

@@ -1,12 +1,11 @@
-#include "reader/classify.h"
-
 #include <algorithm>
 
 #include "core/state.h"
 #include "reader/exchange.h"
 #include "reader/fa_frames.h"
+#include "reader/product.h"
 
-namespace tavlyn {
+namespace tavlyn::reader {
 namespace {
 
 void TakeCardType(tsDevEntry& entry, std::uint8_t low, std::uint8_t high, std::uint8_t priority) {
@@ -60,7 +59,7 @@ bool ClassifyByFa(tsDevEntry& entry, const Outcome& query) {
 
 }  // namespace
 
-bool ClassifyReader() {
+bool Classify() {
   tsDevEntry& entry = EntryOfActDev();
   entry.MaxConfig = 0;
   if (entry.PlusState == kPlainReader) return false;
@@ -68,13 +67,4 @@ bool ClassifyReader() {
   return OnSerialPort() ? ClassifyByFa(entry, query) : ClassifyByReports(entry, query);
 }
 
-bool SelectConfig(std::uint8_t n) {
-  tsDevEntry& entry = EntryOfActDev();
-  if (entry.PlusState != kPlusReader) return false;
-  entry.ActConfig = n;
-  return Exchange(command::kSelectConfig, {n}).xfer == Xfer::kDone;
-}
-
-bool PingReader() { return Exchange(command::kPing).xfer == Xfer::kDone; }
-
-}  // namespace tavlyn
+}  // namespace tavlyn::reader

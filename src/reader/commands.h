@@ -11,7 +11,7 @@
 #include <initializer_list>
 #include <tuple>
 
-namespace tavlyn {
+namespace tavlyn::reader {
 
 // How an FA exchange goes on after its header; see fa_frames.h.
 enum class Fa : std::uint8_t { kNone, kRecvData, kSendData, kRecvBare, kRecvWhole, kSendStatus };
@@ -97,4 +97,4 @@ static_assert(std::ranges::is_sorted(kCommands, {}, [](const Command& command) {
                                    : kAfterReports + (at(command.fa, 0) << 8 | at(command.fa, 1));
 }));
 
-}  // namespace tavlyn
+}  // namespace tavlyn::reader

@@ -7,10 +7,10 @@
 #include "core/openings.h"
 #include "core/state.h"
 #include "core/trace.h"
+#include "reader/configuration.h"
 #include "reader/exchange.h"
-#include "reader/outputs.h"
 
-namespace tavlyn {
+namespace tavlyn::reader {
 namespace {
 
 constexpr std::size_t kShortText = 3 * kTextPiece;
@@ -48,9 +48,11 @@ bool FetchText(const Command& command, Text number, std::uint32_t reportError, s
   return true;
 }
 
-}  // namespace tavlyn
+}  // namespace tavlyn::reader
 
 using namespace tavlyn;
+
+using namespace tavlyn::reader;
 
 const char* GetSerialNumber() { return GetReaderText(Text::kSerialNumber); }
 const char* GetPlatformType() { return GetReaderText(Text::kPlatform); }

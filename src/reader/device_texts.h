@@ -7,11 +7,11 @@
 
 #include "reader/commands.h"
 
-namespace tavlyn {
+namespace tavlyn::reader {
 
 inline constexpr std::size_t kTextPiece = 8;
 
-// Numbers of the texts behind the device text command.
+// Numbers of the texts of the device text command.
 enum class Text : std::uint8_t {
   kModelNumber = 0,
   kSerialNumber = 2,
@@ -27,4 +27,4 @@ enum class Text : std::uint8_t {
 // reportError into the error word. The model number has a command of its own and no number.
 bool FetchText(const Command& command, Text number, std::uint32_t reportError, std::span<char> text);
 
-}  // namespace tavlyn
+}  // namespace tavlyn::reader

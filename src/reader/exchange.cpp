@@ -5,7 +5,7 @@
 #include "core/state.h"
 #include "reader/fa_frames.h"
 
-namespace tavlyn {
+namespace tavlyn::reader {
 namespace {
 
 bool IsZero(std::uint8_t byte) { return byte == 0; }
@@ -87,4 +87,4 @@ Xfer Fire(const Command& command, Args args) {
   return SendReport(CommandReport(command, args)) ? Xfer::kDone : Xfer::kNotSent;
 }
 
-}  // namespace tavlyn
+}  // namespace tavlyn::reader

@@ -9,7 +9,7 @@
 #include "hid/report_channel.h"
 #include "reader/commands.h"
 
-namespace tavlyn {
+namespace tavlyn::reader {
 
 // The active device speaks FA frames.
 bool OnSerialPort();
@@ -52,4 +52,4 @@ Xfer Tell(const Command& command, std::span<const std::uint8_t> data, Args args 
 // A command that is sent and not answered: a report alone, or a frame with a status.
 Xfer Fire(const Command& command, Args args = {});
 
-}  // namespace tavlyn
+}  // namespace tavlyn::reader

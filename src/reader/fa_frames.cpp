@@ -6,7 +6,7 @@
 #include "core/state.h"
 #include "links/serial_port.h"
 
-namespace tavlyn {
+namespace tavlyn::reader {
 namespace {
 
 constexpr std::uint32_t kPause = 50;
@@ -126,4 +126,4 @@ bool FaXfer(const Command& command, FaFrame& frame) {
   return false;
 }
 
-}  // namespace tavlyn
+}  // namespace tavlyn::reader

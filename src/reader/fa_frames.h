@@ -11,7 +11,7 @@
 #include "core/wipe.h"
 #include "reader/commands.h"
 
-namespace tavlyn {
+namespace tavlyn::reader {
 
 struct FaFrame {
   std::uint8_t cla = 0xFA;
@@ -47,4 +47,4 @@ bool FaRecvWhole(FaFrame& frame);
 // The routine of the command's row.
 bool FaXfer(const Command& command, FaFrame& frame);
 
-}  // namespace tavlyn
+}  // namespace tavlyn::reader

@@ -1,11 +1,10 @@
-#include "reader/firmware.h"
-
 #include <algorithm>
 
 #include "core/openings.h"
 #include "reader/exchange.h"
+#include "reader/product.h"
 
-namespace tavlyn {
+namespace tavlyn::reader {
 namespace {
 
 std::uint32_t HighFirst(const std::uint8_t* bytes) {
@@ -39,4 +38,4 @@ std::uint32_t FirmwareVersion(std::uint16_t cpu, std::uint16_t index) {
   return EntryOfActDev().FWVersion[cpu][index];
 }
 
-}  // namespace tavlyn
+}  // namespace tavlyn::reader

@@ -1,11 +1,11 @@
-// What a reader is made of.
+// What a reader is made of, and the speed of its serial line.
 #include <cstdlib>
 
 #include "api.h"
 #include "core/openings.h"
 #include "reader/exchange.h"
 
-namespace tavlyn {
+namespace tavlyn::reader {
 namespace {
 
 constexpr std::size_t kFlags = 8;
@@ -28,7 +28,24 @@ std::uint8_t* HardwareFlags(Mask which) {
 }
 
 }  // namespace
-}  // namespace tavlyn
+}  // namespace tavlyn::reader
 
-std::uint8_t* InstalledHardware() { return tavlyn::HardwareFlags(tavlyn::Mask::kInstalled); }
-std::uint8_t* SupportedHardware() { return tavlyn::HardwareFlags(tavlyn::Mask::kSupported); }
+using namespace tavlyn;
+
+using namespace tavlyn::reader;
+
+std::uint8_t* InstalledHardware() { return HardwareFlags(Mask::kInstalled); }
+std::uint8_t* SupportedHardware() { return HardwareFlags(Mask::kSupported); }
+
+std::uint32_t ReadBaudRate() {
+  constexpr std::uint32_t kNoDevice = 0xFFFFFFFF;
+  constexpr std::uint32_t kNoAnswer = 65535;
+  if (!ActiveInRange()) return kNoDevice;
+  const Outcome baud = Exchange(command::kReadBaud);
+  return baud.xfer == Xfer::kDone ? baud.reply[0] : kNoAnswer;
+}
+
+std::uint32_t WriteBaudRate(std::uint16_t code) {
+  if (!ActiveInRange()) return shared.UnsupportedValue;
+  return Exchange(command::kWriteBaud, {static_cast<std::uint8_t>(code)}).xfer == Xfer::kDone ? 1 : 0;
+}

@@ -7,7 +7,7 @@
 #include "core/wipe.h"
 #include "reader/exchange.h"
 
-namespace tavlyn {
+namespace tavlyn::reader {
 namespace {
 
 constexpr std::array<std::uint8_t, 2> kSelectors = {1, 17};
@@ -42,4 +42,4 @@ void SendHashKeys(const tsCfgSlot& slot) {
   }
 }
 
-}  // namespace tavlyn
+}  // namespace tavlyn::reader

@@ -3,9 +3,9 @@
 
 #include "core/mirror.h"
 
-namespace tavlyn {
+namespace tavlyn::reader {
 
 // Sends the keys that are set, or both while security is enhanced. A failure does not stop the transfer.
 void SendHashKeys(const tsCfgSlot& slot);
 
-}  // namespace tavlyn
+}  // namespace tavlyn::reader

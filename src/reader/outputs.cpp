@@ -6,10 +6,11 @@
 #include "core/openings.h"
 #include "core/trace.h"
 #include "reader/ascii.h"
-#include "reader/blocks.h"
 #include "reader/exchange.h"
+#include "reader/layout.h"
+#include "reader/product.h"
 
-namespace tavlyn {
+namespace tavlyn::reader {
 namespace {
 
 constexpr std::uint8_t kLongBeeps = 0x80;
@@ -22,16 +23,14 @@ std::uint8_t BeepCode(std::uint8_t count, bool longBeep) {
 
 constexpr std::uint16_t kNoVolume = 65535;
 
-// A blank reply comes from readers without the command. The report ID counts, so a reader with report ID 1
-// always has it.
+}  // namespace
+
 Outcome AskVolume() {
   EntryOfActDev().LastLibErr = 0;
   const Outcome volume = Exchange(command::kReadVolume);
   if (ReportLost(volume.xfer)) EntryOfActDev().LastLibErr |= TAVLYN_ERR_COMMAND;
   return volume;
 }
-
-}  // namespace
 
 bool WriteDispBlock(tsCfgSlot& slot) {
   const Xfer written = Tell(command::kWriteBlock, BuildBlock(kDisplayBlock, slot), {kDisplayBlock});
@@ -53,15 +52,11 @@ std::uint32_t Beep(std::uint8_t count, std::int16_t longBeep) {
   return Ask(command::kBeep, TAVLYN_ERR_COMMAND, reply, {code}) ? 1 : 0;
 }
 
-bool IsFastStoreReader() {
-  const bool knowsVolume = !AskVolume().blank;
-  // Readers with two or four configurations are fast whether they know the command or not.
-  return knowsVolume || HighestConfig() == 1 || HighestConfig() == 3;
-}
-
-}  // namespace tavlyn
+}  // namespace tavlyn::reader
 
 using namespace tavlyn;
+
+using namespace tavlyn::reader;
 
 std::uint32_t GetBeeperVolume() {
   if (!ActiveInRange()) return kNoVolume;

@@ -1,18 +1,16 @@
 // LEDs, beeper, relay: the display block as a whole, and the beep command.
 #pragma once
 
-#include <cstdint>
-
 #include "core/mirror.h"
+#include "reader/exchange.h"
 
-namespace tavlyn {
+namespace tavlyn::reader {
 
 // Sends block 2 at once, without a commit.
 bool WriteDispBlock(tsCfgSlot& slot);
 
-std::uint32_t Beep(std::uint8_t count, std::int16_t longBeep);
+// A blank reply comes from readers without the command. The report ID counts, so a reader with report ID 1
+// always has it.
+Outcome AskVolume();
 
-// A reader that knows the volume command stores a configuration in 20 ms instead of 1200 ms.
-bool IsFastStoreReader();
-
-}  // namespace tavlyn
+}  // namespace tavlyn::reader

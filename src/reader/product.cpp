@@ -1,51 +1,39 @@
 // What a card reader can do.
-#include "core/product.h"
+#include "reader/product.h"
 
-#include "core/state.h"
 #include "files/template_file.h"
-#include "reader/banks.h"
-#include "reader/cfg_read.h"
-#include "reader/cfg_write.h"
-#include "reader/classify.h"
-#include "reader/firmware.h"
-#include "reader/id_fetch.h"
-#include "reader/outputs.h"
-#include "reader/queued_id.h"
-#include "reader/raw_payload.h"
-#include "reader/records.h"
-#include "reader/search.h"
 
 namespace tavlyn {
 
 constexpr Product kReaderProduct = {
     .kind = kReader,
-    .usb = kReaderUsb,
+    .usb = reader::kUsbIdentity,
     .hasTunnel = true,
     .keyTimesInRecord = true,
     .portFailureTag = "tavlyn_ComConnectPort",
-    .search = SearchReaders,
-    .searchPorts = SearchReaderPorts,
-    .classify = ClassifyReader,
-    .readCfg = ReadReaderCfg,
-    .writeCfg = WriteReaderCfg,
-    .resetFactoryDflts = ResetReader,
-    .resetUserDflts = RestoreUserDefaults,
-    .saveUserDflts = SaveUserDefaults,
+    .search = reader::Search,
+    .searchPorts = reader::SearchPorts,
+    .classify = reader::Classify,
+    .readCfg = reader::ReadCfg,
+    .writeCfg = reader::WriteCfg,
+    .resetFactoryDflts = reader::ResetFactoryDflts,
+    .resetUserDflts = reader::ResetUserDflts,
+    .saveUserDflts = reader::SaveUserDflts,
     .saveFile = SaveTemplateFile,
     .loadFile = LoadTemplateFile,
-    .getActiveId = FetchId64,
-    .getActiveId32 = FetchId256,
-    .beep = Beep,
-    .answers = PingReader,
-    .queryFirmwareWord = QueryFirmwareWord,
-    .firmwareVersion = FirmwareVersion,
-    .getQueuedId = FetchQueuedId,
-    .queuedIdPart = QueuedIdPart,
-    .setRawPayload = SetRawCommand,
-    .rawReplyByte = RawReplyByte,
-    .checkArrival = CheckReaderArrival,
-    .getRecord = GetRecord,
-    .setRecord = SetRecord,
+    .getActiveId = reader::FetchId,
+    .getActiveId32 = reader::FetchId32,
+    .beep = reader::Beep,
+    .answers = reader::Ping,
+    .queryFirmwareWord = reader::QueryFirmwareWord,
+    .firmwareVersion = reader::FirmwareVersion,
+    .getQueuedId = reader::FetchQueuedId,
+    .queuedIdPart = reader::QueuedIdPart,
+    .setRawPayload = reader::SetRawByte,
+    .rawReplyByte = reader::RawReplyByte,
+    .checkArrival = reader::CheckArrival,
+    .getRecord = reader::GetRecord,
+    .setRecord = reader::SetRecord,
 };
 
 }  // namespace tavlyn

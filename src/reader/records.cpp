@@ -1,15 +1,14 @@
-#include "reader/records.h"
-
 #include <algorithm>
 #include <string_view>
 
 #include "core/state.h"
 #include "core/trace.h"
 #include "reader/ascii.h"
-#include "reader/blocks.h"
+#include "reader/layout.h"
 #include "reader/outputs.h"
+#include "reader/product.h"
 
-namespace tavlyn {
+namespace tavlyn::reader {
 namespace {
 
 using DirtyMark = std::uint32_t tsCfgSlot::*;
@@ -107,4 +106,4 @@ std::uint32_t SetRecord(Record record, const std::int16_t* words) {
   return 1;
 }
 
-}  // namespace tavlyn
+}  // namespace tavlyn::reader

@@ -5,10 +5,10 @@
 #include "api.h"
 #include "core/openings.h"
 #include "core/text.h"
-#include "reader/classify.h"
+#include "reader/configuration.h"
 #include "reader/exchange.h"
 
-namespace tavlyn {
+namespace tavlyn::reader {
 namespace {
 
 constexpr std::array<std::uint8_t, 15> kCommands = {0x80, 0x81, 0x82, 0x83, 0x84, 0x85, 0x87, 0x88,
@@ -55,10 +55,11 @@ bool Dump(std::FILE* file) {
 }
 
 }  // namespace
-}  // namespace tavlyn
+}  // namespace tavlyn::reader
 
 std::uint32_t DumpRawFeatureReports(const char* path) {
   using namespace tavlyn;
+  using namespace tavlyn::reader;
   if (!ReaderIsActive()) return 0;
   File file = OpenFile(path, "w");
   if (file == nullptr) return 0;

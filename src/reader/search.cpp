@@ -1,5 +1,3 @@
-#include "reader/search.h"
-
 #include <cstdio>
 #include <cstring>
 
@@ -13,17 +11,17 @@
 #include "links/libusb_search.h"
 #include "links/link_socket.h"
 #include "links/serial_port.h"
-#include "reader/classify.h"
-#include "reader/outputs.h"
+#include "reader/exchange.h"
+#include "reader/product.h"
 
-namespace tavlyn {
+namespace tavlyn::reader {
 namespace {
 
 constexpr const char* kSearchTag = "tavlyn_USBConnect";
 // These readers beep when they have been found.
 constexpr const char* kBeepsWhenFound = "19E5:2021 Orvantis Quill";
 
-constexpr Probe kProbe{PingReader, kReader};
+constexpr Probe kProbe{Ping, kReader};
 
 void AddReader(const char* path, std::int32_t row) {
   tsDevEntry* entry = NextHidEntry();
@@ -45,12 +43,12 @@ void NameEntry(tsDevEntry& entry, const char* name) {
 }
 
 void SearchHid(std::int16_t start) {
-  SearchHidDevices(kReaderUsb, AddReader);
+  SearchHidDevices(kUsbIdentity, AddReader);
   if (shared.DevCnt == start) LogLine(kSearchTag, "USBConnect failed to find any devices");
 }
 
 void SearchComs(std::int16_t start) {
-  if (SearchReaderPorts() && shared.DevCnt != start) {
+  if (SearchPorts() && shared.DevCnt != start) {
     Activate(0);
     return;
   }
@@ -86,26 +84,28 @@ bool SearchLinks() {
 
 }  // namespace
 
-bool SearchReaders() {
+bool Ping() { return Exchange(command::kPing).xfer == Xfer::kDone; }
+
+bool Search() {
   if (SearchLibusb(kProbe)) {
     EntryOfActDev().PlusState = kPlusReader;
     EntryOfActDev().ProductKind = kReader;
-    ClassifyReader();
+    Classify();
     return true;
   }
   LoadVidPidTable();
   if (!SearchLinks()) return false;
   LogLine("USBConnect", kSuccess);
   if (std::strcmp(GetVidPidVendorName(), kBeepsWhenFound) == 0) Beep(0, 0);
-  ClassifyReader();
+  Classify();
   return true;
 }
 
-std::uint32_t CheckReaderArrival(const char* path) {
-  return CheckArrival(path, {.path = kReaderPair, .device = kReaderUsb});
+std::uint32_t CheckArrival(const char* path) {
+  return tavlyn::CheckArrival(path, {.path = kReaderPair, .device = kUsbIdentity});
 }
 
-ComSearch ReaderPortSearch() {
+ComSearch PortSearch() {
   return {.probe = kProbe,
           .line = {shared.search.DefaultBaud, 0, 0},
           .useTimeouts = &SerialPort::UseNormalTimeouts,
@@ -113,6 +113,6 @@ ComSearch ReaderPortSearch() {
           .appends = false};
 }
 
-bool SearchReaderPorts() { return SearchComs(ReaderPortSearch()); }
+bool SearchPorts() { return tavlyn::SearchComs(PortSearch()); }
 
-}  // namespace tavlyn
+}  // namespace tavlyn::reader

@@ -7,7 +7,7 @@
 
 #include "api.h"
 #include "links/serial_port.h"
-#include "reader/search.h"
+#include "reader/product.h"
 #include "tests/support/bench.h"
 
 namespace tavlyn::test {
@@ -37,7 +37,7 @@ bool Asks() {
 
 // As for card readers, of which those answer that the test says.
 bool Search() {
-  ComSearch search = ReaderPortSearch();
+  ComSearch search = reader::PortSearch();
   search.probe.answers = Asks;
   return SearchComs(search);
 }

@@ -1,10 +1,9 @@
 // How magnetic-stripe readers are found, over HID and on COM ports.
-#include "reader/search.h"
-
 #include "links/com_search.h"
 #include "links/link_socket.h"
 #include "links/serial_port.h"
 #include "magstripe/product.h"
+#include "reader/product.h"
 #include "tests/magstripe/stripe_bench.h"
 
 namespace tavlyn::test {
@@ -186,7 +185,7 @@ TEST_F(StripeConnect, TheReaderSearchLeavesTheSocketToANewPort) {
   host.sockets.accepts = [](platform::Address) { return true; };
   ASSERT_EQ(LinkConnect({{10, 0, 0, 5}, 4001}), 0);
   SetComSrchRange(5, 5);
-  EXPECT_FALSE(Search(ReaderPortSearch(), AnswersOn5And12)) << "the port is not there";
+  EXPECT_FALSE(Search(reader::PortSearch(), AnswersOn5And12)) << "the port is not there";
   EXPECT_TRUE(LinkIsOpen());
 }
 

@@ -69,7 +69,7 @@ TEST_F(AsciiConfigWrite, EveryFieldGoesOutInItsOrder) {
   Field(IDDispParms3_iTrailChrCnt) = 2;
   Field(IDDispParms3_iTrailChr0) = 'x';
   Field(IDDispParms3_iTrailChr1) = 0xAB;
-  EXPECT_EQ(AsciiWriteConfig(), 1U);
+  EXPECT_EQ(reader::AsciiWriteConfig(), 1U);
   EXPECT_EQ(ascii.received, Assigned({"out.led=2",
                                       "wieg.qual=1",
                                       "op.sdk=2",
@@ -101,7 +101,7 @@ TEST_F(AsciiConfigWrite, EveryFieldGoesOutInItsOrder) {
 }
 
 TEST_F(AsciiConfigWrite, EachAssignmentIsPacedAndItsAnswerRead) {
-  EXPECT_EQ(AsciiWriteConfig(), 1U);
+  EXPECT_EQ(reader::AsciiWriteConfig(), 1U);
   const Lines traffic = TrafficOf(host.transcript.Events());
   const Lines begin =
       Join({TextLines(kAsciiBegin), {"sleep 10", "flush"}, TextLines("\rrfid:out.led=255\r"), {"read"}});
@@ -224,7 +224,7 @@ TEST_F(AsciiConfigWrite, NoAnswerIsLookedAt) {
     ascii.received.clear();
     Entry().LastLibErr = 5;
     const std::uint64_t before = host.clock.tick;
-    EXPECT_EQ(AsciiWriteConfig(), 1U);
+    EXPECT_EQ(reader::AsciiWriteConfig(), 1U);
     EXPECT_EQ(GetLastLibErr(), 0U);
     EXPECT_NE(ascii.received.find("rfid:chr.count.trail=0"), std::string::npos);
     EXPECT_LE(host.clock.tick - before, 27U * 400 + 1000);

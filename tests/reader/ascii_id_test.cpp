@@ -25,7 +25,7 @@ class AsciiId : public AsciiBench {
     ascii.id = answer;
     EntryOfActDev().LastLibErr = 0;
     buffer.assign(8, 0);
-    return AsciiGetId(buffer.data(), 8);
+    return reader::AsciiGetId(buffer.data(), 8);
   }
   Bytes buffer;
 };
@@ -96,18 +96,18 @@ TEST_F(AsciiId, AFloodIsGivenUpAfterTwoHundredBytes) {
 TEST_F(AsciiId, ShortBuffersAndClosedPortsHaveTheirOwnWords) {
   ascii.id = "{1F4,0,0,26;12AB}";
   buffer.assign(8, 0xEE);
-  EXPECT_EQ(AsciiGetId(buffer.data(), 7), 0);
+  EXPECT_EQ(reader::AsciiGetId(buffer.data(), 7), 0);
   EXPECT_EQ(GetLastLibErr(), 256U);
-  EXPECT_EQ(AsciiGetId(buffer.data(), -1), 0);
+  EXPECT_EQ(reader::AsciiGetId(buffer.data(), -1), 0);
   EXPECT_EQ(GetLastLibErr(), 256U);
   Port().Close();
-  EXPECT_EQ(AsciiGetId(buffer.data(), 8), 0);
+  EXPECT_EQ(reader::AsciiGetId(buffer.data(), 8), 0);
   EXPECT_EQ(GetLastLibErr(), 257U);
-  EXPECT_EQ(AsciiGetId(buffer.data(), 7), 0);
+  EXPECT_EQ(reader::AsciiGetId(buffer.data(), 7), 0);
   EXPECT_EQ(GetLastLibErr(), 256U) << "the length is tested first";
   delete Entry().pSerialPort;
   Entry().pSerialPort = nullptr;
-  EXPECT_EQ(AsciiGetId(buffer.data(), 8), 0);
+  EXPECT_EQ(reader::AsciiGetId(buffer.data(), 8), 0);
   EXPECT_EQ(GetLastLibErr(), 257U);
   EXPECT_EQ(ascii.received, "");
   EXPECT_EQ(buffer, Bytes(8, 0xEE));

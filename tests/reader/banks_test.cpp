@@ -1,11 +1,10 @@
 // The stored banks of a plus reader.
-#include "reader/banks.h"
-
 #include <functional>
 #include <string>
 #include <vector>
 
 #include "api.h"
+#include "reader/product.h"
 #include "tests/support/cfg_marks.h"
 #include "tests/support/serial_reader.h"
 

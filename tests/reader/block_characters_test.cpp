@@ -4,12 +4,16 @@
 #include <array>
 #include <memory>
 
-#include "reader/blocks.h"
+#include "reader/layout.h"
 
 namespace tavlyn::test {
 namespace {
 
 using Characters = std::array<std::int16_t, 4>;  // count, then three characters
+using reader::Block;
+using reader::BuildBlock;
+using reader::kDisplayBlock;
+using reader::TakeBlock;
 
 Characters First4(const RecordWords& words) { return {words[0], words[1], words[2], words[3]}; }
 

@@ -1,6 +1,4 @@
 // The packing of the configuration blocks: a byte of the device seen as a field, a field sent as a byte.
-#include "reader/blocks.h"
-
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -8,12 +6,21 @@
 #include <vector>
 
 #include "core/state.h"
+#include "reader/layout.h"
 #include "tests/support/bench.h"
 
 namespace tavlyn::test {
 namespace {
 
 using namespace field;
+using reader::Block;
+using reader::BlockNumber;
+using reader::BuildBlock;
+using reader::kDisplayBlock;
+using reader::kExtensionBlock;
+using reader::kFormatBlock;
+using reader::kTimeBlock;
+using reader::TakeBlock;
 
 std::unique_ptr<tsCfgSlot> EmptySlot() { return std::make_unique<tsCfgSlot>(); }
 

@@ -58,12 +58,12 @@ TEST_F(CardPriority, GoesOutAsACommandWithData) {
   Entry().LastLibErr = 5;
   EXPECT_EQ(SetCardTypePriority(0xABCD, 1), 1U);
   Entry().CfgSlot[0].CardPriority = 0x8000;
-  EXPECT_TRUE(WriteCardType());
+  EXPECT_TRUE(reader::WriteCardType());
   ExpectTraffic({"set 84", "set 00 CD AB 01", "sleep 10"});
   EXPECT_EQ(reader->state.Active().stored.cardType, 0xABCD);
   EXPECT_EQ(Entry().LastLibErr, 5U);
   Entry().CfgSlot[0].CardPriority = 0;
-  EXPECT_TRUE(WriteCardType());
+  EXPECT_TRUE(reader::WriteCardType());
   ExpectTraffic({"set 84", "set 00 CD AB", "sleep 10"});
 }
 
@@ -71,12 +71,12 @@ TEST_F(CardPriority, AFailureOfEitherReport) {
   Use(Reader::Plus(1));
   Entry().LastLibErr = 0;
   reader->faults.RefuseCommand({0x84}, 6);
-  EXPECT_FALSE(WriteCardType());
+  EXPECT_FALSE(reader::WriteCardType());
   ExpectTraffic(Refused("84"));
   EXPECT_EQ(GetLastLibErr(), 0x20202U);
   reader->faults.Restart();
   reader->faults.RefuseAt(2, 6);
-  EXPECT_FALSE(WriteCardType());
+  EXPECT_FALSE(reader::WriteCardType());
   ExpectTraffic(Join({{"set 84"}, Refused("00 04 EF 01")}));
   EXPECT_EQ(GetLastLibErr(), 0x20202U);
 }
@@ -85,7 +85,7 @@ TEST_F(CardPriority, APlainReaderIsNotTold) {
   Use(Reader::Plus(1));
   for (const std::uint32_t state : {kPlainReader, kPlusUnknown}) {
     Entry().PlusState = state;
-    EXPECT_FALSE(WriteCardType());
+    EXPECT_FALSE(reader::WriteCardType());
   }
   ExpectTraffic({});
 }
@@ -98,13 +98,13 @@ TEST_F(CardPriorityFa, GoesToAnyReaderAndIsTriedTwice) {
   Entry().CfgSlot[0].CardPriority = 7;
   const Lines sent = FrameLines("81 04 00 08", {"read 81", "write 00 CD AB 01 00 00 00 00", "read 90 00"});
   const Lines refused = FrameLines("81 04 00 08", {"read 6D", "read 00"});
-  EXPECT_TRUE(WriteCardType());
+  EXPECT_TRUE(reader::WriteCardType());
   ExpectTraffic(sent);
   line->faults.RefuseCommand({0x81, 0x04}, 1);
-  EXPECT_TRUE(WriteCardType());
+  EXPECT_TRUE(reader::WriteCardType());
   ExpectTraffic(Join({refused, sent}));
   line->faults.RefuseCommand({0x81, 0x04}, 2);
-  EXPECT_FALSE(WriteCardType());
+  EXPECT_FALSE(reader::WriteCardType());
   ExpectTraffic(Join({refused, refused}));
   EXPECT_EQ(GetLastLibErr(), 0U);
 }

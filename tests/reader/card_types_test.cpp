@@ -31,18 +31,18 @@ class CardTypes : public BesideReader {
 TEST_F(CardTypes, AListEndsAtItsFirst0) {
   Use(Reader::Plus(1));
   reader->state.cardTypes = {0xEF04, 0xF0F4, 0xF102, 0xFA01};
-  ReadCardTypeList();
+  reader::ReadCardTypeList();
   ExpectTraffic({"set 89 04", "get 04 EF F4 F0 02 F1 01 FA", "set 89 04 01", "get 00"});
   EXPECT_EQ(Listed(), (std::vector<std::uint16_t>{0xEF04, 0xF004, 0xF102, 0xFA01}));
   reader->faults.AnswerWith({0x89, 0x04}, {1, 0, 0, 0, 3, 0, 4, 0}, 1);
-  ReadCardTypeList();
+  reader::ReadCardTypeList();
   EXPECT_EQ(Listed(), (std::vector<std::uint16_t>{1})) << "what stands behind the 0 does not count";
 }
 
 TEST_F(CardTypes, AnEmptyListIsAskedOnce) {
   Use(Reader::Plus(1));
   reader->state.cardTypes.clear();
-  ReadCardTypeList();
+  reader::ReadCardTypeList();
   ExpectTraffic({"set 89 04", "get 00"});
   EXPECT_TRUE(Listed().empty());
 }
@@ -50,7 +50,7 @@ TEST_F(CardTypes, AnEmptyListIsAskedOnce) {
 TEST_F(CardTypes, ATypeOfDroppedBitsAloneIsStoredAs0) {
   Use(Reader::Plus(1));
   reader->state.cardTypes = {1, 0x0050, 3};
-  ReadCardTypeList();
+  reader::ReadCardTypeList();
   EXPECT_EQ(Entry().CardTypeList[0], 1);
   EXPECT_EQ(Entry().CardTypeList[1], 0);
   EXPECT_EQ(Entry().CardTypeList[2], 3);
@@ -86,7 +86,7 @@ TEST_F(CardTypes, AByteThatAPageLacksIs0) {
   Plug(cut, "short");
   shared.DevCnt = 1;
   Entry().hDev = host.hid.Open("short", platform::OpenMode::kShared);
-  ReadCardTypeList();
+  reader::ReadCardTypeList();
   EXPECT_EQ(Listed(), (std::vector<std::uint16_t>{0x0101, 0x0102, 0x0103, 0x0104, 0x0105, 0x0106, 0x0107, 8}))
       << "nothing of the page before";
 }
@@ -96,7 +96,7 @@ TEST_F(CardTypes, AListThatNeverEndsHas256Pages) {
   reader->state.cardTypes.resize(2000);
   std::iota(reader->state.cardTypes.begin(), reader->state.cardTypes.end(), std::uint16_t{0x0101});
   for (auto& type : reader->state.cardTypes) type |= 0x0100;
-  ReadCardTypeList();
+  reader::ReadCardTypeList();
   EXPECT_EQ(TrafficOf(host.transcript.Events()).size(), 512U);
   EXPECT_NE(Entry().CardTypeList[1023], 0);
   EXPECT_EQ(Entry().CardTypeList[1024], 0);
@@ -105,7 +105,7 @@ TEST_F(CardTypes, AListThatNeverEndsHas256Pages) {
 TEST_F(CardTypes, APageThatCannotBeSentIsSkipped) {
   Use(Reader::Plus(1));
   reader->faults.RefuseCommand({0x89, 0x04, 0}, 6);
-  ReadCardTypeList();
+  reader::ReadCardTypeList();
   ExpectTraffic(Join({Times(6, {"set 89 04 refused", "sleep 80"}), {"set 89 04 01", "get 01 7D"}}));
   EXPECT_EQ(Listed(), (std::vector<std::uint16_t>{0x7D01}));
 }
@@ -113,7 +113,7 @@ TEST_F(CardTypes, APageThatCannotBeSentIsSkipped) {
 TEST_F(CardTypes, AReaderThatTakesNoPageIsTriedForAllOfThem) {
   Use(Reader::Plus(1));
   reader->faults.RefuseCommand({0x89, 0x04});
-  ReadCardTypeList();
+  reader::ReadCardTypeList();
   EXPECT_EQ(TrafficOf(host.transcript.Events()).size(), 256U * 12U);
   EXPECT_EQ(Slept(), 256U * 480U);
   EXPECT_TRUE(Listed().empty());
@@ -123,7 +123,7 @@ TEST_F(CardTypes, ALostPageEndsTheList) {
   Use(Reader::Plus(1));
   Entry().LastLibErr = 5;
   reader->faults.RefuseReply({0x89, 0x04, 1}, 1);
-  ReadCardTypeList();
+  reader::ReadCardTypeList();
   ExpectTraffic({"set 89 04", "get", "set 89 04 01", "get refused"});
   EXPECT_EQ(Listed().size(), 4U) << "what was read stays";
   EXPECT_EQ(Entry().LastLibErr, 5U);
@@ -212,7 +212,7 @@ class CardTypesFa : public BesideLine {
     AddScript(std::move(replies), kPlusReader);
     Entry().CardTypeList.fill(0x1111);
     shared.reader.StatusWord = 0x5555;
-    ReadCardTypeList();
+    reader::ReadCardTypeList();
   }
   static Lines Page(const std::string& number, const Lines& rest) {
     return FrameLines("09 04 " + number + " 00", Join({{"sleep 10"}, rest}));
@@ -257,17 +257,17 @@ TEST_F(CardTypesFa, AShortOrStrangeReplyEndsTheList) {
 TEST_F(CardTypesFa, AShortWriteEndsTheList) {
   AddScript({kPage}, kPlusReader);
   com->writeLimit = 0;
-  ReadCardTypeList();
+  reader::ReadCardTypeList();
   ExpectTraffic({"flush", "write"});
   com->writeLimit = 3;
-  ReadCardTypeList();
+  reader::ReadCardTypeList();
   ExpectTraffic({"flush", "write FA", "sleep 50", "write 09 04 00"});
 }
 
 TEST_F(CardTypesFa, InSocketModeThereIsNoPauseBehindTheClassByte) {
   AddScript({kLastPage}, kPlusReader);
   Port().SetIpAddr({});
-  ReadCardTypeList();
+  reader::ReadCardTypeList();
   ExpectTraffic({"flush", "purge", "write FA", "write 09 04 00 00", "sleep 10", "read", "sleep 2"});
 }
 
@@ -276,7 +276,7 @@ TEST_F(CardTypesFa, WithoutAnOpenPortTheListIsEmpty) {
   Entry().CardTypeList.fill(0x1111);
   shared.reader.StatusWord = 0x5555;
   Port().Close();
-  ReadCardTypeList();
+  reader::ReadCardTypeList();
   EXPECT_EQ(Entry().CardTypeList[0], 0);
   EXPECT_EQ(shared.reader.StatusWord, 0U);
   ExpectTraffic({});

@@ -1,6 +1,4 @@
 // Writing the stored configuration over feature reports: marks, blocks, commit and the wait after it.
-#include "reader/cfg_write.h"
-
 #include <algorithm>
 #include <array>
 #include <functional>
@@ -8,6 +6,7 @@
 #include <vector>
 
 #include "api.h"
+#include "reader/product.h"
 #include "tests/support/beside.h"
 #include "tests/support/cfg_marks.h"
 

@@ -1,7 +1,7 @@
 // Telling plain readers from plus readers, and choosing a configuration.
-#include "reader/classify.h"
-
 #include "api.h"
+#include "reader/configuration.h"
+#include "reader/product.h"
 #include "tests/support/serial_reader.h"
 
 namespace tavlyn::test {
@@ -30,7 +30,7 @@ class Classify : public Bench {
 
 TEST_F(Classify, APlusReaderTellsItsConfigurationsAndCardType) {
   reader->state.active = 2;
-  EXPECT_TRUE(ClassifyReader());
+  EXPECT_TRUE(reader::Classify());
   ExpectTraffic({"set 89 01", "get 89 01 02 04", "set 84", "get 00 04 F1"});
   EXPECT_EQ(Entry().PlusState, kPlusReader);
   EXPECT_EQ(Entry().MaxConfig, 3);
@@ -43,21 +43,21 @@ TEST_F(Classify, APlusReaderTellsItsConfigurationsAndCardType) {
 
 TEST_F(Classify, OnlyTheLowestBitIsThePriority) {
   reader->faults.AnswerWith({0x84}, {0xFF, 0x34, 0x12, 0xFF, 0xFF});
-  EXPECT_TRUE(ClassifyReader());
+  EXPECT_TRUE(reader::Classify());
   EXPECT_EQ(Entry().CfgSlot[0].CardType, 0x1234);
   EXPECT_EQ(Entry().CfgSlot[0].CardPriority, 1);
 }
 
 TEST_F(Classify, AConfigurationBeyondTheCountIsLowered) {
   reader->faults.AnswerWith({0x89, 0x01}, {0x89, 0x01, 9, 4});
-  EXPECT_TRUE(ClassifyReader());
+  EXPECT_TRUE(reader::Classify());
   EXPECT_EQ(Entry().MaxConfig, 3);
   EXPECT_EQ(Entry().ActConfig, 3);
 }
 
 TEST_F(Classify, ElevenConfigurationsAreTheMost) {
   reader->faults.AnswerWith({0x89, 0x01}, {0x89, 0x01, 10, 11}, 1);
-  EXPECT_TRUE(ClassifyReader());
+  EXPECT_TRUE(reader::Classify());
   EXPECT_EQ(Entry().MaxConfig, 10);
   EXPECT_EQ(Entry().ActConfig, 10);
   for (const int count : {12, 255, 0}) {
@@ -65,7 +65,7 @@ TEST_F(Classify, ElevenConfigurationsAreTheMost) {
     Entry().ActConfig = 3;
     reader->faults.AnswerWith({0x89, 0x01}, {0x89, 0x01, 1, static_cast<std::uint8_t>(count)}, 1);
     ForgetTraffic();
-    EXPECT_FALSE(ClassifyReader()) << count;
+    EXPECT_FALSE(reader::Classify()) << count;
     ExpectTraffic({"set 89 01", "get"});
     EXPECT_EQ(Entry().PlusState, kPlusUnknown);
     EXPECT_EQ(Entry().MaxConfig, 0);
@@ -76,7 +76,7 @@ TEST_F(Classify, ElevenConfigurationsAreTheMost) {
 
 TEST_F(Classify, ALostCommandMeansPlain) {
   reader->faults.RefuseCommand({0x89, 0x01});
-  EXPECT_FALSE(ClassifyReader());
+  EXPECT_FALSE(reader::Classify());
   ExpectTraffic(Times(6, {"set 89 01 refused", "sleep 80"}));
   EXPECT_EQ(Entry().PlusState, kPlainReader);
   EXPECT_EQ(Entry().MaxConfig, 0);
@@ -87,7 +87,7 @@ TEST_F(Classify, ALostCommandMeansPlain) {
 TEST_F(Classify, ALostOrStrangeReplyMeansNotKnown) {
   reader->faults.RefuseReply({0x89, 0x01}, 1);
   Entry().PlusState = kPlusReader;
-  EXPECT_FALSE(ClassifyReader());
+  EXPECT_FALSE(reader::Classify());
   ExpectTraffic(Query("get refused"));
   EXPECT_EQ(Entry().PlusState, kPlusUnknown);
   EXPECT_EQ(Entry().MaxConfig, 0);
@@ -95,7 +95,7 @@ TEST_F(Classify, ALostOrStrangeReplyMeansNotKnown) {
 
   reader->faults.AnswerWith({0x89, 0x01}, {0x88, 0x01, 0, 4});
   Entry().PlusState = kPlusReader;
-  EXPECT_FALSE(ClassifyReader());
+  EXPECT_FALSE(reader::Classify());
   ExpectTraffic(Query("get 88 01 00 04"));
   EXPECT_EQ(Entry().PlusState, kPlusUnknown);
   EXPECT_EQ(Entry().LastLibErr, 0U);
@@ -103,7 +103,7 @@ TEST_F(Classify, ALostOrStrangeReplyMeansNotKnown) {
 
 TEST_F(Classify, APlainReaderIsNotAskedAgain) {
   Entry().PlusState = kPlainReader;
-  EXPECT_FALSE(ClassifyReader());
+  EXPECT_FALSE(reader::Classify());
   ExpectTraffic({});
   EXPECT_EQ(Entry().PlusState, kPlainReader);
   EXPECT_EQ(Entry().MaxConfig, 0);
@@ -114,7 +114,7 @@ TEST_F(Classify, AFailedCardTypeLeavesTheStateAsItWas) {
     Entry().PlusState = before;
     Entry().LastLibErr = 1;
     reader->faults.RefuseReply({0x84}, 1);
-    EXPECT_FALSE(ClassifyReader());
+    EXPECT_FALSE(reader::Classify());
     ExpectTraffic({"set 89 01", "get", "set 84", "get refused"});
     EXPECT_EQ(Entry().PlusState, before);
     EXPECT_EQ(Entry().MaxConfig, 3);
@@ -122,7 +122,7 @@ TEST_F(Classify, AFailedCardTypeLeavesTheStateAsItWas) {
 
     Entry().LastLibErr = 1;
     reader->faults.RefuseCommand({0x84}, 6);
-    EXPECT_FALSE(ClassifyReader());
+    EXPECT_FALSE(reader::Classify());
     ExpectTraffic(Join({{"set 89 01", "get"}, Times(6, {"set 84 refused", "sleep 80"})}));
     EXPECT_EQ(Entry().PlusState, before);
     EXPECT_EQ(Entry().LastLibErr, 0x20202U);
@@ -133,7 +133,7 @@ TEST_F(Classify, AFailedCardTypeLeavesTheStateAsItWas) {
 TEST_F(Classify, SelectingIsForPlusReaders) {
   for (const std::uint32_t state : {kPlusUnknown, kPlainReader}) {
     Entry().PlusState = state;
-    EXPECT_FALSE(SelectConfig(1));
+    EXPECT_FALSE(reader::SelectConfig(1));
     EXPECT_EQ(Entry().ActConfig, 3);
   }
   ExpectTraffic({});
@@ -141,7 +141,7 @@ TEST_F(Classify, SelectingIsForPlusReaders) {
 
 TEST_F(Classify, SelectingTellsTheReaderAndTheHost) {
   Entry().PlusState = kPlusReader;
-  EXPECT_TRUE(SelectConfig(2));
+  EXPECT_TRUE(reader::SelectConfig(2));
   ExpectTraffic({"set 89 81 02", "get 89 81 02"});
   EXPECT_EQ(Entry().ActConfig, 2);
   EXPECT_EQ(reader->state.active, 2U);
@@ -152,7 +152,7 @@ TEST_F(Classify, TheHostStaysOnTheNewNumberWhenTheReaderRefuses) {
   const auto expectFailure = [&](const Lines& traffic) {
     Entry().ActConfig = 0;
     Entry().LastLibErr = 0;
-    EXPECT_FALSE(SelectConfig(1));
+    EXPECT_FALSE(reader::SelectConfig(1));
     ExpectTraffic(traffic);
     EXPECT_EQ(Entry().ActConfig, 1);
   };
@@ -189,7 +189,7 @@ class ClassifyFa : public SerialBench {
 
 TEST_F(ClassifyFa, APlusReaderTellsEverythingAtOnce) {
   Ask({1, 2, 5, 0, 0x34, 0x12, 0xFF});
-  EXPECT_TRUE(ClassifyReader());
+  EXPECT_TRUE(reader::Classify());
   ExpectTraffic(Answered());
   EXPECT_EQ(Entry().PlusState, kPlusReader);
   EXPECT_EQ(Entry().MaxConfig, 4);
@@ -200,7 +200,7 @@ TEST_F(ClassifyFa, APlusReaderTellsEverythingAtOnce) {
 
 TEST_F(ClassifyFa, TheModelAnswersSo) {
   AddReader(Reader::Plus(3), kPlusUnknown);
-  EXPECT_TRUE(ClassifyReader());
+  EXPECT_TRUE(reader::Classify());
   ExpectTraffic(Query({"read 09", "read 01 00 03 00 04 EF 01", "read 90 00"}));
   EXPECT_EQ(Entry().MaxConfig, 2);
   EXPECT_EQ(Entry().CfgSlot[0].CardType, 0xEF04);
@@ -208,7 +208,7 @@ TEST_F(ClassifyFa, TheModelAnswersSo) {
 
 TEST_F(ClassifyFa, AConfigurationBeyondTheCountIsLowered) {
   Ask({1, 10, 3, 0, 4, 0, 0});
-  EXPECT_TRUE(ClassifyReader());
+  EXPECT_TRUE(reader::Classify());
   EXPECT_EQ(Entry().MaxConfig, 2);
   EXPECT_EQ(Entry().ActConfig, 2);
   EXPECT_EQ(Entry().CfgSlot[2].CardType, 4);
@@ -221,7 +221,7 @@ TEST_F(ClassifyFa, StrangeAnswersMeanPlain) {
                           {1, 0, 1, 1, 0, 0, 0},
                           {1, 0, 0, 1, 0, 0, 0}}) {
     Ask(data, kPlusReader);
-    EXPECT_FALSE(ClassifyReader());
+    EXPECT_FALSE(reader::Classify());
     ExpectTraffic(Answered());
     EXPECT_EQ(Entry().PlusState, kPlainReader);
     EXPECT_EQ(Entry().MaxConfig, 0);
@@ -233,7 +233,7 @@ TEST_F(ClassifyFa, AnImpossibleCountCountsAsAPlusReaderWithNothingLearnt) {
   for (const std::uint8_t count : {std::uint8_t{0}, std::uint8_t{12}, std::uint8_t{255}}) {
     for (const std::uint32_t state : {kPlusUnknown, kPlusReader}) {
       Ask({1, 2, count, 0, 0x34, 0x12, 1}, state);
-      EXPECT_TRUE(ClassifyReader());
+      EXPECT_TRUE(reader::Classify());
       EXPECT_EQ(Entry().PlusState, state);
       EXPECT_EQ(Entry().MaxConfig, 0) << "cleared in front";
       EXPECT_EQ(Entry().ActConfig, 3);
@@ -244,40 +244,40 @@ TEST_F(ClassifyFa, AnImpossibleCountCountsAsAPlusReaderWithNothingLearnt) {
 
 TEST_F(ClassifyFa, ElevenConfigurationsAreTheMost) {
   Ask({1, 10, 11, 0, 0, 0, 0});
-  EXPECT_TRUE(ClassifyReader());
+  EXPECT_TRUE(reader::Classify());
   EXPECT_EQ(Entry().MaxConfig, 10);
   EXPECT_EQ(Entry().ActConfig, 10);
 }
 
 TEST_F(ClassifyFa, AFailureIsTriedOnceMore) {
   AddScript({{0x6D, 0x00}, Answer({1, 0, 2, 0, 0, 0, 0})}, kPlusUnknown);
-  EXPECT_TRUE(ClassifyReader());
+  EXPECT_TRUE(reader::Classify());
   ExpectTraffic(Join({Query({"read 6D", "read 00"}), Answered()}));
   EXPECT_EQ(Entry().PlusState, kPlusReader);
 }
 
 TEST_F(ClassifyFa, TwoFailuresMeanPlain) {
   AddScript({}, kPlusUnknown);
-  EXPECT_FALSE(ClassifyReader());
+  EXPECT_FALSE(reader::Classify());
   ExpectTraffic(Times(2, Query({"read"})));
   EXPECT_EQ(Entry().PlusState, kPlainReader);
   EXPECT_EQ(Entry().LastLibErr, 0U);
-  EXPECT_FALSE(ClassifyReader());
+  EXPECT_FALSE(reader::Classify());
   ExpectTraffic({});
 }
 
 TEST_F(ClassifyFa, SelectingIsTriedOnceMore) {
   AddReader(Reader::Plus(3), kPlusReader);
-  EXPECT_TRUE(SelectConfig(1));
+  EXPECT_TRUE(reader::SelectConfig(1));
   const Lines good = FrameLines("09 81 01 00", {"read 09", "read 81 01 00 00 00 00 00", "read 90 00"});
   ExpectTraffic(good);
   EXPECT_EQ(reader->state.active, 1U);
 
   line->faults.RefuseCommand({0x09, 0x81}, 1);
-  EXPECT_TRUE(SelectConfig(1));
+  EXPECT_TRUE(reader::SelectConfig(1));
   ExpectTraffic(Join({FrameLines("09 81 01 00", {"read 6D", "read 00"}), good}));
 
-  EXPECT_FALSE(SelectConfig(7));
+  EXPECT_FALSE(reader::SelectConfig(7));
   ExpectTraffic(Times(2, FrameLines("09 81 07 00", {"read 6A", "read 86"})));
   EXPECT_EQ(Entry().ActConfig, 7) << "the host stays on the new number";
   EXPECT_EQ(Entry().LastLibErr, 0U);
@@ -286,7 +286,7 @@ TEST_F(ClassifyFa, SelectingIsTriedOnceMore) {
 
 TEST_F(ClassifyFa, SelectingIsForPlusReaders) {
   AddReader(Reader::Plus(3), kPlainReader);
-  EXPECT_FALSE(SelectConfig(1));
+  EXPECT_FALSE(reader::SelectConfig(1));
   EXPECT_EQ(Entry().ActConfig, 0);
   ExpectTraffic({});
 }

@@ -9,6 +9,13 @@
 namespace tavlyn::test {
 namespace {
 
+namespace command = reader::command;
+using reader::FaFrame;
+using reader::FaRecvBare;
+using reader::FaRecvData;
+using reader::FaRecvWhole;
+using reader::FaSendData;
+using reader::FaSendStatus;
 using sim::Bytes;
 
 class FaFrames : public SerialBench {

@@ -1,7 +1,6 @@
 // Firmware words and the stored banks of a plus reader.
-#include "reader/firmware.h"
-
 #include "api.h"
+#include "reader/product.h"
 #include "tests/support/serial_reader.h"
 
 namespace tavlyn::test {
@@ -25,7 +24,7 @@ class Firmware : public Bench {
 };
 
 TEST_F(Firmware, AWordIsAskedHighByteFirstAndKept) {
-  EXPECT_EQ(QueryFirmwareWord(0, 1), 0x10070101U);
+  EXPECT_EQ(reader::QueryFirmwareWord(0, 1), 0x10070101U);
   ExpectTraffic({"set 89 03 00 01", "get 89 03 00 01 10 07 01 01"});
   EXPECT_EQ(Entry().FWVersion[0][1], 0x10070101U);
   EXPECT_EQ(Entry().FWVersion[0][0], kOld);
@@ -33,7 +32,7 @@ TEST_F(Firmware, AWordIsAskedHighByteFirstAndKept) {
 
 TEST_F(Firmware, WordsAreKeptAtTheirNumbersModulo3And5) {
   reader->faults.AnswerWith({0x89, 0x03, 5, 8}, {0x89, 0x03, 5, 8, 1, 2, 3, 4});
-  EXPECT_EQ(QueryFirmwareWord(5, 8), 0x01020304U);
+  EXPECT_EQ(reader::QueryFirmwareWord(5, 8), 0x01020304U);
   EXPECT_EQ(Entry().FWVersion[2][3], 0x01020304U);
 }
 
@@ -44,7 +43,7 @@ TEST_F(Firmware, AReplyThatDoesNotRepeatTheRequestIsAWord0) {
                                   {0x89, 0x03, 1, 3, 9, 9, 9, 9}}) {
     Entry().FWVersion[1][2] = kOld;
     reader->faults.AnswerWith({0x89, 0x03}, reply, 1);
-    EXPECT_EQ(QueryFirmwareWord(1, 2), 0U);
+    EXPECT_EQ(reader::QueryFirmwareWord(1, 2), 0U);
     EXPECT_EQ(Entry().FWVersion[1][2], 0U);
   }
   EXPECT_EQ(Entry().LastLibErr, 0U);
@@ -52,7 +51,7 @@ TEST_F(Firmware, AReplyThatDoesNotRepeatTheRequestIsAWord0) {
 
 TEST_F(Firmware, AFailedSendStoresNothing) {
   reader->faults.RefuseCommand({0x89, 0x03}, 6);
-  EXPECT_EQ(QueryFirmwareWord(0, 0), 0U);
+  EXPECT_EQ(reader::QueryFirmwareWord(0, 0), 0U);
   ExpectTraffic(Times(6, {"set 89 03 refused", "sleep 80"}));
   EXPECT_EQ(Entry().LastLibErr, 0x202U);
   EXPECT_EQ(Entry().FWVersion[0][0], kOld);
@@ -61,7 +60,7 @@ TEST_F(Firmware, AFailedSendStoresNothing) {
 TEST_F(Firmware, AFailedFetchStoresNothingAndIsTold) {
   reader->faults.RefuseReply({0x89, 0x03}, 1);
   Entry().LastLibErr = 1;
-  EXPECT_EQ(QueryFirmwareWord(0, 0), 0U);
+  EXPECT_EQ(reader::QueryFirmwareWord(0, 0), 0U);
   EXPECT_EQ(Entry().LastLibErr, 0x1000001U);
   EXPECT_EQ(Entry().FWVersion[0][0], kOld);
 }
@@ -69,7 +68,7 @@ TEST_F(Firmware, AFailedFetchStoresNothingAndIsTold) {
 TEST_F(Firmware, APlainReaderIsNotAsked) {
   for (const std::uint32_t state : {kPlainReader, kPlusUnknown}) {
     Entry().PlusState = state;
-    EXPECT_EQ(QueryFirmwareWord(0, 0), 0U);
+    EXPECT_EQ(reader::QueryFirmwareWord(0, 0), 0U);
     EXPECT_EQ(GetFirmwareVersion(0, 0), 0U) << "even with old words";
     EXPECT_EQ(PlusBlockMove(1, 2), 0U);
   }
@@ -182,11 +181,11 @@ class FirmwareFa : public SerialBench {};
 
 TEST_F(FirmwareFa, AWordIsAskedOnceAndNotKept) {
   AddReader(Reader::Plus(2), kPlusReader);
-  EXPECT_EQ(QueryFirmwareWord(0, 1), 0x10070101U);
+  EXPECT_EQ(reader::QueryFirmwareWord(0, 1), 0x10070101U);
   ExpectTraffic(FrameLines("09 03 00 01", {"read 09", "read 03 00 01 10 07 01 01", "read 90 00"}));
   EXPECT_EQ(Entry().FWVersion[0][1], 0U);
   line->faults.RefuseCommand({0x09, 0x03}, 1);
-  EXPECT_EQ(QueryFirmwareWord(0, 1), 0U);
+  EXPECT_EQ(reader::QueryFirmwareWord(0, 1), 0U);
   ExpectTraffic(FrameLines("09 03 00 01", {"read 6D", "read 00"}));
   EXPECT_EQ(Entry().LastLibErr, 0U);
 }
@@ -196,9 +195,9 @@ TEST_F(FirmwareFa, AnAnswerToAnotherQuestionIsAWord1) {
              {0x09, 3, 0, 2, 9, 9, 9, 9, 0x90, 0},
              {0x09, 3, 1, 7, 0x80, 0, 0, 9, 0x90, 0}},
             kPlusReader);
-  EXPECT_EQ(QueryFirmwareWord(1, 2), 1U);
-  EXPECT_EQ(QueryFirmwareWord(1, 2), 1U);
-  EXPECT_EQ(QueryFirmwareWord(1, 2), 0x80000009U) << "the index is not compared";
+  EXPECT_EQ(reader::QueryFirmwareWord(1, 2), 1U);
+  EXPECT_EQ(reader::QueryFirmwareWord(1, 2), 1U);
+  EXPECT_EQ(reader::QueryFirmwareWord(1, 2), 0x80000009U) << "the index is not compared";
 }
 
 TEST_F(FirmwareFa, SendGetFWVersionKeepsTheWords) {

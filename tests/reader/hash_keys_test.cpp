@@ -111,7 +111,7 @@ TEST_F(HashKeys, AFailureAtEachReportGoesOn) {
     Entry().LastLibErr = 0;
     reader->faults.Restart();
     reader->faults.RefuseAt(static_cast<int>(report) + 1, 6);
-    SendHashKeys(Slot());
+    reader::SendHashKeys(Slot());
     const Lines before(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(report));
     const Lines behind(all.begin() + static_cast<std::ptrdiff_t>(report) + 1, all.end());
     ExpectTraffic(Join({before, Refused(all[report].substr(4)), behind}));
@@ -192,10 +192,10 @@ const Lines kSecondFrame = FrameLines(
 
 TEST_F(HashKeysFa, EachIsOneFrame) {
   Use();
-  SendHashKeys(Slot());
+  reader::SendHashKeys(Slot());
   ExpectTraffic(Join({kFirstFrame, kSecondFrame}));
   Slot().HashKeyData[0][0] = 0;
-  SendHashKeys(Slot());
+  reader::SendHashKeys(Slot());
   ExpectTraffic(kSecondFrame);
   SetMarks(Entry(), kMarkSep);
   EXPECT_EQ(WriteCfg(), 1U);
@@ -206,7 +206,7 @@ TEST_F(HashKeysFa, EachIsOneFrame) {
 TEST_F(HashKeysFa, AFailedFrameGoesOn) {
   Use();
   line->faults.RefuseCommand({0x8A, 0x00, 0x01}, 1);
-  SendHashKeys(Slot());
+  reader::SendHashKeys(Slot());
   ExpectTraffic(Join({FrameLines("8A 00 01 10", {"read 6D", "read 00"}), kSecondFrame}));
   EXPECT_EQ(Entry().bSepFldCapable, 0U);
   Entry().bSepFldCapable = 1;

@@ -2,6 +2,7 @@
 #include "reader/outputs.h"
 
 #include "api.h"
+#include "reader/configuration.h"
 #include "tests/support/beside.h"
 
 namespace tavlyn::test {
@@ -86,7 +87,7 @@ TEST_F(Outputs, AFailureOfTheVolatileSendIsDropped) {
     ExpectTrace({"WrtIDFrmtParms2 ERROR CODE 0x00040000"});
     reader->faults.Restart();
     reader->faults.RefuseAt(exchange, 6);
-    EXPECT_FALSE(WriteDispBlock(Slot()));
+    EXPECT_FALSE(reader::WriteDispBlock(Slot()));
     EXPECT_EQ(GetLastLibErr(), 0x40202U);
     ExpectTrace({"WrtIDFrmtParms2 ERROR CODE 0x00040000"});
   }
@@ -153,19 +154,19 @@ TEST_F(Outputs, ABeepWithoutADevice) {
 TEST_F(Outputs, AFastStoreIsToldByTheVolumeCommand) {
   Use(Reader::Plain());
   EntryOfActDev().LastLibErr = 5;
-  EXPECT_TRUE(IsFastStoreReader());
+  EXPECT_TRUE(reader::IsFastStoreReader());
   ExpectTraffic({"set 8C 06", "get 8C 06 02"});
   EXPECT_EQ(GetLastLibErr(), 0U);
   reader->faults.AnswerWith({0x8C, 0x06}, {0, 0, 0, 0, 0, 0, 0, 1}, 1);
-  EXPECT_TRUE(IsFastStoreReader()) << "any byte";
+  EXPECT_TRUE(reader::IsFastStoreReader()) << "any byte";
   reader->faults.AnswerWith({0x8C, 0x06}, {0}, 1);
-  EXPECT_FALSE(IsFastStoreReader());
+  EXPECT_FALSE(reader::IsFastStoreReader());
   EXPECT_EQ(GetLastLibErr(), 0U);
   reader->faults.RefuseReply({0x8C, 0x06}, 1);
-  EXPECT_FALSE(IsFastStoreReader());
+  EXPECT_FALSE(reader::IsFastStoreReader());
   EXPECT_EQ(GetLastLibErr(), 0x1000000U);
   reader->faults.RefuseCommand({0x8C, 0x06}, 6);
-  EXPECT_FALSE(IsFastStoreReader());
+  EXPECT_FALSE(reader::IsFastStoreReader());
   EXPECT_EQ(GetLastLibErr(), 0x1000202U);
 }
 
@@ -179,10 +180,10 @@ TEST_F(OutputsFa, AVolatileSetIsOneFrame) {
   const tsLEDCtrl leds{1, 0, 1, 0, 0, 0, 0, 1};
   EXPECT_EQ(SetLEDCtrl(&leds), 1U);
   ExpectTraffic(FrameLines("81 02 00 08", {"read 81", "write 02 12 00 00 00 00 00 00", "read 90 00"}));
-  EXPECT_TRUE(WriteDispBlock(Entry().ActiveSlot()));
+  EXPECT_TRUE(reader::WriteDispBlock(Entry().ActiveSlot()));
   line->faults.RefuseCommand({0x81, 0x02}, 2);
   EXPECT_EQ(SetLEDCtrl(&leds), 1U);
-  EXPECT_FALSE(WriteDispBlock(Entry().ActiveSlot()));
+  EXPECT_FALSE(reader::WriteDispBlock(Entry().ActiveSlot()));
   EXPECT_EQ(GetLastLibErr(), 0U) << "no error word over serial";
   ExpectTrace({});
 }
@@ -200,16 +201,16 @@ TEST_F(OutputsFa, ABeepIsAStatusWithoutWaits) {
 
 TEST_F(OutputsFa, AFastStoreIsToldByTheVolumeCommand) {
   AddReader(Reader::Plain());
-  EXPECT_TRUE(IsFastStoreReader());
+  EXPECT_TRUE(reader::IsFastStoreReader());
   ExpectTraffic(FrameLines("0C 06 00 00", {"read 0C", "read 02"}));
   line->faults.RefuseCommand({0x0C, 0x06}, 1);
-  EXPECT_FALSE(IsFastStoreReader());
+  EXPECT_FALSE(reader::IsFastStoreReader());
   AddReader(Reader::Plus(4), kPlusReader);
   Entry().MaxConfig = 3;
   line->faults.RefuseCommand({0x0C, 0x06});
-  EXPECT_TRUE(IsFastStoreReader());
+  EXPECT_TRUE(reader::IsFastStoreReader());
   Entry().MaxConfig = 2;
-  EXPECT_FALSE(IsFastStoreReader());
+  EXPECT_FALSE(reader::IsFastStoreReader());
 }
 
 }  // namespace

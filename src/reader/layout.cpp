@@ -1,8 +1,8 @@
-#include "reader/blocks.h"
+#include "reader/layout.h"
 
 #include <algorithm>
 
-namespace tavlyn {
+namespace tavlyn::reader {
 namespace {
 
 enum class Way : std::uint8_t { kBoth, kReadOnly };
@@ -132,7 +132,7 @@ void TakeCharacters(const Block& block, tsCfgSlot& slot) {
   const int leadCount = block[kCountsAt] & 3;
   leads[0] = static_cast<std::int16_t>(leadCount);
   trails[0] = static_cast<std::int16_t>(block[kCountsAt] >> 4 & 3);
-  // All places behind the lead characters are taken, even more than the trail count says.
+  // All places after the lead characters are taken, even more than the trail count says.
   for (int place = 0; place < kLeadAndTrail; ++place) {
     const auto at = static_cast<std::size_t>(place);
     const std::int16_t character = block[kCharactersAt + at];
@@ -237,4 +237,4 @@ std::int16_t Flags3Byte(const tsCfgSlot& slot) {
   return byte;
 }
 
-}  // namespace tavlyn
+}  // namespace tavlyn::reader

@@ -1,5 +1,5 @@
 // The reader's configuration blocks: eight bytes each, b1 to b8, the same over USB and serial. A table says
-// where every field lies; what it cannot say stands in blocks.cpp.
+// where every field lies; what it cannot say stands in layout.cpp.
 #pragma once
 
 #include <array>
@@ -7,14 +7,14 @@
 
 #include "core/mirror.h"
 
-namespace tavlyn {
+namespace tavlyn::reader {
 
 // Bytes b1 to b8 at indexes 0 to 7.
 using Block = std::array<std::uint8_t, 8>;
 
 enum BlockNumber : std::uint8_t { kFormatBlock, kTimeBlock, kDisplayBlock, kExtensionBlock };
 
-// Lead characters and behind them trail characters share as many places.
+// Lead characters, then trail characters, share this many places.
 inline constexpr int kLeadAndTrail = 3;
 
 // Puts what a block says into the slot. bootDeviceTells: the link is one over which bNotBootDev is true.
@@ -31,4 +31,4 @@ bool HasExtendedFields(const tsCfgSlot& slot);
 // The byte form of tsCfgFlags3.
 std::int16_t Flags3Byte(const tsCfgSlot& slot);
 
-}  // namespace tavlyn
+}  // namespace tavlyn::reader

@@ -5,7 +5,7 @@
 #include "api.h"
 #include "core/openings.h"
 
-namespace tavlyn {
+namespace tavlyn::reader {
 namespace {
 
 using SlotWord = std::int32_t tsCfgSlot::*;
@@ -24,9 +24,11 @@ std::uint32_t SetSlotWord(SlotWord word, std::int32_t value, std::uint32_t noRea
 }
 
 }  // namespace
-}  // namespace tavlyn
+}  // namespace tavlyn::reader
 
 using namespace tavlyn;
+
+using namespace tavlyn::reader;
 
 std::uint32_t GetSepFldData(std::uint8_t* buffer, std::uint16_t length) {
   if (!ReaderIsActive()) return shared.UnsupportedValue;

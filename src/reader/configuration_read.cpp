@@ -1,19 +1,18 @@
-#include "reader/cfg_read.h"
-
 #include <algorithm>
 #include <cstring>
 
 #include "core/openings.h"
 #include "core/trace.h"
 #include "reader/ascii.h"
-#include "reader/blocks.h"
 #include "reader/card_types.h"
-#include "reader/classify.h"
+#include "reader/configuration.h"
 #include "reader/device_texts.h"
 #include "reader/exchange.h"
 #include "reader/fa_frames.h"
+#include "reader/layout.h"
+#include "reader/product.h"
 
-namespace tavlyn {
+namespace tavlyn::reader {
 namespace {
 
 constexpr const char* kReadTag = "tavlyn_ReadCfgOneConfig";
@@ -165,7 +164,7 @@ bool ReadAllConfigs(tsDevEntry& entry) {
     SelectConfig(index);
     if (!ok) continue;
     UseConfig(index);
-    ClassifyReader();
+    Classify();
     ok = ReadOneConfig();
   }
   SelectConfig(remembered);
@@ -174,11 +173,18 @@ bool ReadAllConfigs(tsDevEntry& entry) {
 
 }  // namespace
 
-std::uint32_t ReadReaderCfg() {
+bool SelectConfig(std::uint8_t n) {
+  tsDevEntry& entry = EntryOfActDev();
+  if (entry.PlusState != kPlusReader) return false;
+  entry.ActConfig = n;
+  return Exchange(command::kSelectConfig, {n}).xfer == Xfer::kDone;
+}
+
+std::uint32_t ReadCfg() {
   tsDevEntry& entry = EntryOfActDev();
   const bool ok = entry.PlusState == kPlainReader ? ReadOneConfig() : ReadAllConfigs(entry);
   if (entry.PlusState == kPlusReader) ReadCardTypeList();
   return ok ? 1 : 0;
 }
 
-}  // namespace tavlyn
+}  // namespace tavlyn::reader

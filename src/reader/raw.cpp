@@ -1,13 +1,12 @@
-#include "reader/raw_payload.h"
-
 #include <algorithm>
 #include <array>
 
 #include "core/state.h"
 #include "reader/exchange.h"
 #include "reader/fa_frames.h"
+#include "reader/product.h"
 
-namespace tavlyn {
+namespace tavlyn::reader {
 namespace {
 
 constexpr std::int32_t kPayload = 8;
@@ -39,7 +38,7 @@ bool SendFrame() {
 
 }  // namespace
 
-std::uint32_t SetRawCommand(std::int16_t index, std::uint8_t value) {
+std::uint32_t SetRawByte(std::int16_t index, std::uint8_t value) {
   const bool stored = Store(index, value);
   const std::uint32_t result = stored ? 1 : 0;
   if (index < kSendFrom) return result;
@@ -55,4 +54,4 @@ std::uint32_t RawReplyByte(std::uint16_t index) {
   return index < shared.buffers.RawReply.size() ? shared.buffers.RawReply[index] : kNoSuchPosition;
 }
 
-}  // namespace tavlyn
+}  // namespace tavlyn::reader

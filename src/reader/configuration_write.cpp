@@ -1,21 +1,18 @@
-#include "reader/cfg_write.h"
-
 #include <algorithm>
 
 #include "core/openings.h"
 #include "core/pause.h"
 #include "core/trace.h"
 #include "reader/ascii.h"
-#include "reader/blocks.h"
 #include "reader/card_types.h"
-#include "reader/cfg_read.h"
-#include "reader/classify.h"
+#include "reader/configuration.h"
 #include "reader/exchange.h"
 #include "reader/hash_keys.h"
+#include "reader/layout.h"
 #include "reader/outputs.h"
-#include "reader/records.h"
+#include "reader/product.h"
 
-namespace tavlyn {
+namespace tavlyn::reader {
 namespace {
 
 constexpr const char* kWriteTag = "tavlyn_write_cfg";
@@ -181,12 +178,18 @@ bool WriteAllConfigs(std::uint16_t highest) {
 
 }  // namespace
 
-std::uint32_t WriteReaderCfg() {
+bool IsFastStoreReader() {
+  const bool knowsVolume = !AskVolume().blank;
+  // Readers with two or four configurations are fast whether they know the command or not.
+  return knowsVolume || HighestConfig() == 1 || HighestConfig() == 3;
+}
+
+std::uint32_t WriteCfg() {
   const std::uint16_t highest = HighestConfig();
   return (highest == 0 ? WriteAndWait() : WriteAllConfigs(highest)) ? 1 : 0;
 }
 
-std::uint32_t ResetReader() {
+std::uint32_t ResetFactoryDflts() {
   constexpr const char* kResetTag = "tavlyn_ResetFactoryDflts";
   tsDevEntry& entry = EntryOfActDev();
   entry.LastLibErr = 0;
@@ -204,9 +207,9 @@ std::uint32_t ResetReader() {
     return 0;
   }
   Pause(kSlowStore);
-  const std::uint32_t read = ReadReaderCfg();
+  const std::uint32_t read = ReadCfg();
   LogLine(kResetTag, read != 0 ? kSuccess : kFailed);
   return read;
 }
 
-}  // namespace tavlyn
+}  // namespace tavlyn::reader

@@ -1,18 +1,21 @@
-#include "reader/id_fetch.h"
-
+// IDs: of the card that lies on the reader, and those that the reader queued while nobody polled; and what
+// else the reader keeps of the card.
 #include <algorithm>
 #include <array>
 
 #include "api.h"
+#include "api/types.h"
 #include "core/openings.h"
 #include "core/pause.h"
+#include "core/state.h"
 #include "core/trace.h"
 #include "links/serial_port.h"
 #include "reader/ascii.h"
 #include "reader/exchange.h"
 #include "reader/fa_frames.h"
+#include "reader/product.h"
 
-namespace tavlyn {
+namespace tavlyn::reader {
 namespace {
 
 constexpr const char* kTag64 = "tavlyn_GetActiveID";
@@ -24,7 +27,7 @@ constexpr std::size_t kLongId = 32;
 constexpr int kFaTries = 3;
 constexpr std::uint32_t kBetweenTries = 50;
 
-// The reader's way to say that it has no ID. Only behind a data phase: in place of the echo it is a refusal.
+// The reader's way to say that it has no ID. Only after a data phase: in place of the echo it is a refusal.
 bool SaysNoId(const FaFrame& frame) { return frame.sw1 == 0x6A && frame.sw2 == 0x82; }
 
 std::span<std::uint8_t> Cleared(std::uint8_t* buffer, std::int16_t length) {
@@ -117,14 +120,92 @@ std::uint16_t FetchId(std::uint8_t* buffer, std::int16_t length, Fetch byFa, Fet
   return InputIsReady() ? byReports(id) : std::uint16_t{0};
 }
 
+constexpr std::uint8_t kIdPages = 4;  // the fifth page brings the rest
+constexpr std::uint32_t kAfterFaPage = 100;
+
+std::uint16_t Word(std::uint8_t low, std::uint8_t high) {
+  return static_cast<std::uint16_t>(low | high << 8);
+}
+
+void Keep(std::uint8_t page, const ReplyBytes& reply) {
+  shared.id.LastIDBytes = shared.buffers.QueuedID.id;
+  if (page < kIdPages) {
+    std::ranges::copy(reply,
+                      shared.buffers.QueuedID.id.begin() + static_cast<std::ptrdiff_t>(page * reply.size()));
+    return;
+  }
+  shared.buffers.QueuedID.at33 = Word(reply[0], reply[1]);
+  shared.buffers.QueuedID.at34 = reply[2];
+  shared.buffers.QueuedID.at32 = static_cast<std::int16_t>(Word(reply[3], reply[4]));
+  shared.buffers.QueuedID.at35 = reply[7];
+}
+
+constexpr std::uint8_t kPieces = 5;
+
 }  // namespace
 
-std::uint16_t FetchId64(std::uint8_t* buffer, std::int16_t length) {
+std::uint16_t FetchId(std::uint8_t* buffer, std::int16_t length) {
   return FetchId(buffer, length, Id64ByFa, Id64ByReports);
 }
 
-std::uint16_t FetchId256(std::uint8_t* buffer, std::int16_t length) {
+std::uint16_t FetchId32(std::uint8_t* buffer, std::int16_t length) {
   return FetchId(buffer, length, Id256ByFa, Id256ByReports);
 }
 
-}  // namespace tavlyn
+std::uint32_t FetchQueuedId(std::uint16_t first, std::int16_t second) {
+  EntryOfActDev().LastLibErr = 0;
+  const auto options = static_cast<std::uint8_t>((first != 0 ? 1 : 0) | (second != 0 ? 2 : 0));
+  const bool serial = OnSerialPort();
+  // Over a serial link the last record deliberately stays until its bytes are replaced.
+  if (!serial) shared.buffers.QueuedID = {};
+  for (std::uint8_t page = 0; page <= kIdPages; ++page) {
+    ReplyBytes reply;
+    if (!Ask(command::kQueuedId, 0, reply, {page, options})) {
+      EntryOfActDev().LastLibErr |= TAVLYN_ERR_COMMAND;
+      return 0;
+    }
+    Keep(page, reply);
+    if (serial) Pause(kAfterFaPage);
+  }
+  return 1;
+}
+
+std::uint32_t QueuedIdPart(std::int16_t index) {
+  if (index >= 0 && static_cast<std::size_t>(index) < kIdBytes) {
+    return shared.buffers.QueuedID.id[static_cast<std::size_t>(index)];
+  }
+  switch (index) {
+    case 32: return static_cast<std::uint32_t>(shared.buffers.QueuedID.at32);
+    case 33: return shared.buffers.QueuedID.at33;
+    case 34: return shared.buffers.QueuedID.at34;
+    case 35: return shared.buffers.QueuedID.at35;
+    default: return 0;
+  }
+}
+
+}  // namespace tavlyn::reader
+
+using namespace tavlyn;
+
+using namespace tavlyn::reader;
+
+std::uint32_t getActiveCardData() {
+  if (!ReaderIsActive()) return shared.UnsupportedValue;
+  EntryOfActDev().LastLibErr = 0;
+  if (OnSerialPort()) {
+    shared.buffers.cardData.fill(0);
+    return 0;
+  }
+  for (std::uint8_t piece = 0; piece < kPieces; ++piece) {
+    ReplyBytes reply;
+    if (!Ask(command::kCardData, TAVLYN_ERR_COMMAND, reply, {piece})) return 0;
+    std::ranges::copy(reply,
+                      shared.buffers.cardData.begin() + static_cast<std::ptrdiff_t>(piece * reply.size()));
+  }
+  return 1;
+}
+
+std::uint32_t getActiveCardData_byte(std::uint16_t index) {
+  if (!ReaderIsActive()) return shared.UnsupportedValue;
+  return index < shared.buffers.cardData.size() ? shared.buffers.cardData[index] : 0;
+}
