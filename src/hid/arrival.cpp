@@ -17,8 +17,8 @@ namespace {
 constexpr std::uint32_t kNotOurs = 10;
 constexpr std::uint32_t kNotOpened = 11;
 
-// Windows tells the pair at the start of a path; elsewhere the system is asked.
-bool PathTells(const char* path, platform::HidIds pair) {
+// On Windows a path begins with the pair; elsewhere the system is asked.
+bool PathHasPair(const char* path, platform::HidIds pair) {
   std::array<char, 32> prefix{};
   const int length = std::snprintf(prefix.data(), prefix.size(), R"(\\?\HID#Vid_%04x&Pid_%04x)",
                                    static_cast<unsigned>(pair.vid), static_cast<unsigned>(pair.pid));
@@ -51,9 +51,9 @@ bool RemoveFirstOpen() {
   return true;
 }
 
-// Each open device behind the first gap moves down by one, and the table shrinks by one. Deliberately that
-// is all: with several gaps some stay, with a device standing twice. Serial entries have no handle and count
-// as gaps.
+// Moves each open device after the first gap down by one and shrinks the table by one. Deliberately no more
+// than that: of several gaps some stay, and a device may then be in the table twice. Serial entries have no
+// handle and count as gaps.
 void CloseGaps() {
   const auto live = LiveEntries();
   const auto gap = std::ranges::find_if_not(live, IsOpen);
@@ -73,7 +73,7 @@ void CloseGaps() {
 std::uint32_t CheckArrival(const char* path, const Arrival& arrival) {
   tsDevEntry fresh{};
   if (path == nullptr || std::strlen(path) >= sizeof fresh.DevName) return 0;
-  if (!PathTells(path, arrival.path)) return 0;
+  if (!PathHasPair(path, arrival.path)) return 0;
   const platform::Handle device = OpenDevice(path);
   if (device == platform::kNoHandle) {
     shared.SearchErr = kNotOpened;

@@ -9,7 +9,7 @@ namespace tavlyn {
 namespace {
 
 constexpr int kMostInterfaces = 127;
-// A device of this product ID is ours in every search, whoever its vendor.
+// A device with this product ID is ours in every search, whoever its vendor is.
 constexpr std::uint16_t kAnyVendorPid = 0x104;
 // The collection of a report-ID-1 device that takes feature reports; its others are keyboards.
 constexpr platform::HidUsage kVendorCollection{0xFFA0, 0xA000};
@@ -71,7 +71,7 @@ bool UsbDriver_IsDevOurs(const char* path, const UsbIdentity& identity, std::int
   if (identity.byVidPidTable && !ours) {
     const TableMatch match = MatchTable(device, ids, matched);
     if (match == TableMatch::kUnreadable) {
-      // Deliberately leaves the device open, as it leaves row.
+      // Deliberately not closed here.
       if (row != nullptr) *row = matched;
       return false;
     }

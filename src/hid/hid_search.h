@@ -1,5 +1,5 @@
-// What the searches of all families share: a pass over the HID devices of an identity, each of which fills
-// entry HidFoundCnt, not entry DevCnt.
+// What the searches of all families share: a pass over the HID devices of an identity. A find fills entry
+// HidFoundCnt, not entry DevCnt.
 #pragma once
 
 #include <cstdint>

@@ -29,7 +29,7 @@ std::uint8_t ReportIdOf(const tsDevEntry& entry) { return entry.bReportId1 != 0 
 }  // namespace
 
 bool ReadFeatureReport(std::int32_t n, std::int32_t dev, std::uint8_t* buffer) {
-  // n bytes of the n + 1 are cleared, and before the index is looked at.
+  // Deliberately clears n of the n + 1 bytes, and does so before checking the index.
   if (n > 0) std::fill_n(buffer, n, std::uint8_t{0});
   if (!IndexIsGood(dev) || n < 0) return false;
   if (shared.link.TunnelLink != 0) return ReadTextFrame(n, buffer);

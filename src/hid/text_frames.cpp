@@ -22,7 +22,7 @@ constexpr std::string_view kRequest = "#Req/FR:";
 
 using Frame = Wiped<std::array<std::uint8_t, 80>>;
 
-// The adapter tells whose reply it is.
+// Whether a device with these IDs, which the adapter puts into each reply, may be reached through a tunnel.
 bool MayTunnel(platform::HidIds ids) {
   return FindVidPidRow(ids, 0) >= 0 || std::ranges::any_of(kProducts, [&](const Product* product) {
            return product->hasTunnel && SameIds(product->usb.pair, ids);
@@ -58,7 +58,7 @@ bool ReadTextFrame(std::int32_t n, std::uint8_t* buffer) {
   if (LinkRecv(std::span(reply).first(room)) != static_cast<std::int32_t>(asked)) return false;
   const Frame expected = WithHeader("#DUSB/FR/001L%02d:", n);
   if (!std::equal(expected.begin(), expected.begin() + kHeader, reply.begin())) return false;
-  // The limit stands behind the receive: a reply that is too long is taken off the socket all the same.
+  // The length is checked after the receive, so that a reply that is too long is still taken off the socket.
   if (!LengthIsGood(n)) return false;
   const auto word = [&](std::size_t at) {
     return static_cast<std::uint16_t>(reply[at] << 8 | reply[at + 1]);

@@ -9,8 +9,9 @@
 
 namespace tavlyn {
 
-// As WriteFeatureReport and ReadFeatureReport, whose buffer clearing and index test have been made. A payload
-// is at most 7 bytes on this path, although devices use 8: the adapters in the field refuse more.
+// The tunnel's half of WriteFeatureReport and ReadFeatureReport, which have cleared the buffer and checked
+// the index. A payload is at most 7 bytes on this path, although devices use 8: the adapters in the field
+// refuse more.
 bool WriteTextFrame(std::int32_t n, const std::uint8_t* buffer);
 bool ReadTextFrame(std::int32_t n, std::uint8_t* buffer);
 

@@ -18,7 +18,7 @@ constexpr std::size_t kLineLength = 256;
 constexpr std::size_t kValueLength = 81;
 constexpr const char* kFileName = "./TavlynVIDPID.txt";
 
-// As lines of the file.
+// Written as lines of the file.
 #define TAVLYN_ROW(vid, pid, vendor, filter)                                                             \
   "VID=\"" #vid "\" PID=\"" #pid "\" VENDORNAME=\"" #vid ":" #pid " " vendor "\" FILTER1MASK=\"" #filter \
   "\" FILTER1COMPARE=\"" #filter "\"",
@@ -27,7 +27,8 @@ constexpr std::array kBuiltInLines = {
 #include "hid/identities.inc"
 };
 
-// The text between the quotes behind key's first place on the line, cut to length; empty without both quotes.
+// The quoted text after the first occurrence of key on the line, cut to length; empty unless it has both
+// quotes.
 std::string_view QuotedValue(const char* line, std::string_view key, std::size_t length) {
   const char* at = std::strstr(line, key.data());
   if (at == nullptr || at[key.size()] != '"') return {};
@@ -67,7 +68,7 @@ void LoadVidPidTable() {
     for (const char* line : kBuiltInLines) ParseVidPidLine(line);
     return;
   }
-  // The lock is held, and who put the file there need not wish well: even a regular one has a bound here.
+  // The lock is held, and the file may be hostile: even a regular one is read only up to a bound.
   Lines<kLineLength + 1> lines(file.get(), kMostPieces);
   std::string_view line;
   while (shared.vidPid.VidPidCnt < kVidPidRows && lines.Next(line)) ParseVidPidLine(line.data());
@@ -110,7 +111,7 @@ using namespace tavlyn;
 
 namespace {
 
-// What has no row of its own.
+// For a device without a row of its own.
 constexpr const char* kUnlistedName = "7A31:3BFA Orvantis";
 
 bool TableCounts() {

@@ -13,7 +13,7 @@ namespace {
 SerialPort* PortFor(tsDevEntry& entry, const ComSearch& search) {
   if (!search.appends) return ClosedPort(entry);
   SerialPort* port = PortOf(entry);
-  // Also a new one, which counts as open while a socket is.
+  // Even a new one, which counts as open while the socket is.
   if (port != nullptr) port->Close();
   return port;
 }
@@ -26,13 +26,13 @@ bool Answers(const ComSearch& search) {
   return answered;
 }
 
-// One port; true when a device answered there.
+// Tries one port; true when a device answered.
 bool TryPort(std::uint16_t number, tsDevEntry& entry, SerialPort& port, const ComSearch& search) {
   entry.LinkKind = kBySerialPort;
   port.SetPortNum(number);
   port.SetLine(search.line);
   (port.*search.useTimeouts)();
-  // A port that does not open leaves its object for the next candidate.
+  // The object of a port that does not open is kept for the next candidate.
   if (!port.Open()) return false;
   if (!Answers(search)) {
     CloseAndDropPort(entry);
@@ -70,14 +70,14 @@ bool PortInUse(std::uint32_t number) {
 
 bool SearchComs(const ComSearch& search) {
   if (!search.appends) shared.DevCnt = shared.ActDev = 0;
-  // Also where what it finds deliberately changes nothing.
+  // Deliberately scans for every search, even one that does not use the result.
   ScanUnlessOff();
   bool found = false;
   for (std::uint16_t number = 1; number <= platform::kHighestCom; ++number) {
     tsDevEntry* entry = NextEntry();
     if (entry == nullptr || !IsVisited(number, search)) continue;
     SerialPort* port = PortFor(*entry, search);
-    // Without memory for it a search that appends ends without a result, whatever it has found.
+    // Without memory for a port an appending search fails, whatever it has found so far.
     if (port == nullptr && search.appends) return false;
     found = (port != nullptr && TryPort(number, *entry, *port, search)) || found;
   }

@@ -9,23 +9,23 @@
 
 namespace tavlyn {
 
-// How a family's devices are looked for on the ports of the range.
+// How to look for a family's devices on the ports of the range.
 struct ComSearch {
   Probe probe;
   platform::ComLine line;
   void (SerialPort::*useTimeouts)();
-  // What a find leaves in the table besides the link, the kind and the count; name is "COM3:" and so on.
+  // What a find writes to its entry besides link and kind; name is "COM3:" and so on.
   void (*found)(tsDevEntry& entry, const char* name);
-  // Appends to the table: leaves alone the ports that an entry has a port object for, goes to all virtual
-  // ports, too, and puts ActDev back after each test. A search that does not empties the table first, and
-  // ActDev is afterwards the entry tested last.
+  // Whether finds are appended to the table: the search then skips ports that an entry has a port object for,
+  // also visits all virtual ports, and restores ActDev after each test. Otherwise it empties the table first,
+  // and ActDev ends up as the entry tested last.
   bool appends;
 };
 bool SearchComs(const ComSearch& search);
 
 void ScanVirtualComs();
 
-// Some entry has a port object for this number.
+// Whether some entry has a port object for this number.
 bool PortInUse(std::uint32_t number);
 
 }  // namespace tavlyn

@@ -43,7 +43,8 @@ constexpr std::array<Fixed, 2> kAdapterReply = {{
 }};
 constexpr std::size_t kAdapterMacAt = 24;
 
-// The maker prefixes of adapters. FindXport deliberately does not know the last one.
+// The maker's bytes in the MAC addresses of adapters, after the leading 0. FindXport deliberately does not
+// know the last one.
 struct Prefix {
   std::uint8_t bytes[2];
 };
@@ -83,19 +84,19 @@ std::int32_t SendAdapterQuery(platform::Handle socket, IpAddress to) {
   return Sockets().SendTo(socket, kAdapterQuery, {to, kAdapterPort});
 }
 
-// Up to three receives while they fail.
-std::int32_t RecvDiscovery(platform::Handle socket, Reply& reply, std::uint32_t pauseBehindFirst) {
+// Receives up to three times, until one succeeds.
+std::int32_t RecvDiscovery(platform::Handle socket, Reply& reply, std::uint32_t pauseAfterFirst) {
   constexpr int kRecvs = 3;
   const std::span<std::uint8_t> room = std::span(reply).first(kDiscoveryBytes);
   std::int32_t got = -1;
   for (int recv = 0; recv < kRecvs && got < 0; ++recv) {
     got = Sockets().Recv(socket, room);
-    if (recv == 0 && pauseBehindFirst != 0) Pause(pauseBehindFirst);
+    if (recv == 0 && pauseAfterFirst != 0) Pause(pauseAfterFirst);
   }
   return got;
 }
 
-// One try of FindXport at one address: the fourth octet of the adapter that answered.
+// One attempt of FindXport at one address; the result is the fourth octet of the adapter that answered.
 std::optional<std::uint8_t> TryAddress(IpAddress address, std::uint32_t attempt) {
   constexpr std::uint32_t kDiscoveryPause = 100;
   constexpr std::uint32_t kAdapterPause = 50;
@@ -182,7 +183,7 @@ using namespace tavlyn;
 
 std::uint32_t FindXport(std::int16_t a, std::int16_t b, std::int16_t c, std::int16_t first,
                         std::int16_t last) {
-  // Borrows the socket of the link, whatever it held.
+  // Takes over the link's socket without closing what it held.
   shared.link.LinkSocket = platform::kNoHandle;
   if (!Sockets().Startup()) return 0;
   shared.link.LinkSocket = Sockets().OpenUdp();

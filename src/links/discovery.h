@@ -9,7 +9,7 @@ namespace tavlyn {
 using IpAddress = std::array<std::uint8_t, 4>;
 using MacAddress = std::array<std::uint8_t, 6>;
 
-// The adapter's hardware address, zeros when nothing answered. False: no socket could be had.
+// The adapter's hardware address; zeros when nothing answered. False when there is no socket to ask with.
 bool FetchMacAddr(IpAddress address, MacAddress& mac);
 
 }  // namespace tavlyn

@@ -47,7 +47,7 @@ bool TryXport(tsDevEntry& entry, const Peer& peer, const Probe& probe) {
   return true;
 }
 
-// The address is the one passed in on every pass; the running octet only counts them.
+// Every pass connects to the address passed in; the running octet shows in DevIpAddr alone.
 bool TryTunnel(tsDevEntry& entry, const Peer& peer, const Probe& probe) {
   CloseAndDropPort(entry);
   shared.link.TunnelLink = 1;

@@ -8,7 +8,7 @@
 
 namespace tavlyn {
 
-// The adapter passes the device's serial protocol.
+// The adapter passes on the device's serial protocol.
 bool XportConnect(IpAddress address, std::uint16_t port, const Probe& probe);
 
 // The adapter carries feature reports in text frames.

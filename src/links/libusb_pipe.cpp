@@ -17,12 +17,12 @@ constexpr std::int32_t kTimeoutMs = 250;
 constexpr std::int32_t kChunk = 32;
 constexpr std::size_t kDrainBytes = 25;
 constexpr int kMostReads = 5;
-// A result counts the bytes from the ring too when the device was quick.
+// With at most this many reads the result deliberately counts the bytes from the ring, too.
 constexpr int kQuickReads = 3;
 
 platform::Libusb& Usb() { return platform::TheHost().usb; }
 
-// The surplus bytes themselves were never kept: the ring hands out zeros for them.
+// The surplus bytes themselves are not kept: the ring hands out zeros for them.
 void TakeFromRing(std::span<std::uint8_t> bytes) { std::ranges::fill(bytes, std::uint8_t{0}); }
 
 }  // namespace
@@ -61,8 +61,8 @@ std::int32_t LibusbRead(platform::Handle device, std::span<std::uint8_t> bytes) 
     base = shared.link.ringCount;
     TakeFromRing(bytes.first(static_cast<std::size_t>(base)));
     n -= base;
-    // Less the bytes still wanted, not the bytes taken: the count may go below 0 and then asks for as many
-    // more.
+    // Deliberately less the bytes still wanted, not the bytes taken: the count may go below 0, and later
+    // surplus then counts for less.
     shared.link.ringCount -= n;
   }
   std::array<std::uint8_t, kMostReads * kChunk> scratch{};

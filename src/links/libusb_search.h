@@ -1,4 +1,4 @@
-// Finding what sits on the bulk USB device.
+// Finding a device behind the bulk USB pipe.
 #pragma once
 
 #include "links/probe.h"

@@ -35,8 +35,8 @@ std::int32_t LinkRecv(std::span<std::uint8_t> buffer) {
   platform::Host& host = platform::TheHost();
   std::ranges::fill(buffer, std::uint8_t{0});
   Pause(kBeforeRecv);
-  // What is wanted shrinks while what was got grows, so the loop ends at half of the request; the adapters
-  // send a reply in one piece and the callers compare the last piece with the full length.
+  // want shrinks while got grows, so the loop deliberately ends once half of the request has arrived:
+  // adapters send a reply in one piece, and callers compare the last piece with the full length.
   std::size_t want = buffer.size();
   std::size_t got = 0;
   std::int32_t last = 0;

@@ -7,7 +7,7 @@
 
 namespace tavlyn {
 
-// What a search looks for: with the candidate's entry active, one of these answers.
+// What a search looks for: answers() is called with the candidate's entry active.
 struct Probe {
   bool (*answers)();
   std::uint32_t kind;
@@ -18,20 +18,20 @@ inline tsDevEntry* NextEntry() {
   return shared.DevCnt >= 0 && shared.DevCnt < kTableEntries ? &DevTable[shared.DevCnt] : nullptr;
 }
 
-// The entry's port; made when it has none. Null without memory for one.
+// The entry's port, which is created when it has none. Null without memory for it.
 SerialPort* PortOf(tsDevEntry& entry);
 
-// The same, closed when the entry had it before. A new one is left alone although an open socket makes it
+// The same, closed if the entry already had it. A new one is left alone although an open socket makes it
 // count as open.
 SerialPort* ClosedPort(tsDevEntry& entry);
 
-// The candidate is a device of this kind.
+// Counts the candidate as a device of this kind.
 void Count(tsDevEntry& entry, std::uint32_t kind);
 
-// Ends the port of a candidate that did not answer.
+// Closes the port of a candidate that did not answer, and deletes it.
 void CloseAndDropPort(tsDevEntry& entry);
 
-// Lets go of the port that the entry may have, without closing it first: DTR and the socket stay as they are.
+// Deletes the port that the entry may have without the usual close: DTR and the socket stay as they are.
 void ReleasePort(tsDevEntry& entry);
 
 }  // namespace tavlyn

@@ -173,7 +173,7 @@ std::uint32_t ReadInto(ReadRoutine read, std::uint8_t* buffer, std::uint32_t len
   return port != nullptr ? (port->*read)({buffer, length}) : 0;
 }
 
-// Index -1 fetches, the others hand out.
+// Index -1 fetches the bytes, any other index returns one of them.
 std::uint32_t ReadChar(ReadRoutine read, CharBuffer& bytes, std::int16_t index) {
   if (index == -1) {
     bytes.fill(0);
@@ -202,7 +202,7 @@ std::uint32_t WriteSerialPort(const char* buffer, std::uint32_t length) {
 }
 
 void SetSerialTimeouts(std::uint32_t /*interval*/, std::uint32_t /*multiplier*/, std::uint32_t /*constant*/) {
-  // The quick set whatever was asked for, and it stays.
+  // Deliberately sets the quick time-outs, whatever was asked for, and they stay.
   SerialPort* port = OpenPort();
   if (port != nullptr && !port->HasUsbHandle()) port->UseQuickTimeouts();
 }

@@ -23,14 +23,14 @@ class SerialPort : public platform::Allocated {
   bool Open();
   // False when it was not open.
   bool Close();
-  // Lets go of the port before the object is deleted; DTR stays, and the socket is not looked at.
+  // Gives up the port before the object is deleted: DTR stays as it is, and the socket is left alone.
   void Release();
   [[nodiscard]] bool IsOpen() const;
 
-  // Counts of bytes moved; a socket's failure shows as 0xFFFFFFFF, and a libusb write always as what was
-  // asked.
+  // These return the number of bytes moved: 0xFFFFFFFF when the socket fails, and for a libusb write always
+  // the number asked for.
   std::uint32_t Read(std::span<std::uint8_t> bytes);
-  // With short time-outs for this one read.
+  // Uses short time-outs for this one read.
   std::uint32_t QuickRead(std::span<std::uint8_t> bytes);
   std::uint32_t Write(std::span<const std::uint8_t> bytes);
   // For slow line parsers: two characters at a time with a pause after each pair.
@@ -64,7 +64,7 @@ class SerialPort : public platform::Allocated {
 
   std::unique_ptr<platform::ComPort> port_;
   bool overTcp_ = false;
-  std::uint16_t number_ = 1;  // over TCP the port there
+  std::uint16_t number_ = 1;  // the COM number or the TCP port
   std::array<std::uint8_t, 4> address_{};
   platform::Handle usb_ = platform::kNoHandle;
   platform::ComLine line_;

@@ -27,7 +27,7 @@ constexpr const char* kResetConfig = "\rRFID:CFG.RESET\r";
 constexpr std::int16_t kLedsLeftAlone = 255;
 constexpr std::uint32_t kStoreTime = 1200;
 
-// What has come, up to its first NUL.
+// What was received: its length, and its text up to the first NUL.
 struct Answer {
   std::int32_t count;
   std::string_view text;
@@ -48,8 +48,8 @@ void Begin(SerialPort& port) {
   port.DrainFlush();
 }
 
-// The character that goes out at a place: lead characters first, then trail characters. A lead count that
-// cannot be sends none.
+// The character sent at a place: lead characters first, then trail characters. With an impossible lead count
+// every place is sent as 0.
 std::int16_t CharacterAt(const tsCfgSlot& slot, int place) {
   const int lead = std::max<int>(slot[IDDispParms2_iLeadChrCnt], 0);
   if (lead > kLeadAndTrail) return 0;
@@ -64,8 +64,8 @@ struct Key {
   FieldId field;
   Sent sent = Sent::kNumber;
   void (*also)(tsCfgSlot& slot,
-               std::int16_t value) = nullptr;                // what else follows from a value that was read
-  std::int16_t (*instead)(const tsCfgSlot& slot) = nullptr;  // what goes out in place of the field
+               std::int16_t value) = nullptr;                // what else a value that was read sets
+  std::int16_t (*instead)(const tsCfgSlot& slot) = nullptr;  // what is sent instead of the field
 };
 
 constexpr Key kLeds{
@@ -81,8 +81,8 @@ constexpr Key kLeds{
       return slot[LEDCtrl_bAppCtrlsLED] == 0 ? kLedsLeftAlone : static_cast<std::int16_t>(states);
     }};
 
-// In the order in which they are sent. The delimiter of field and ID goes out twice, first as its flag, and
-// both are what was read.
+// Sent in this order. ":chr.fac" is deliberately here twice, as the flag and as the character; both take the
+// value that was read.
 constexpr std::array kKeys = {
     kLeds,
     Key{":wieg.qual", CfgFlags_bFrcBitCntEx},
@@ -130,7 +130,7 @@ constexpr std::array kKeys = {
     Key{":out.relay", BprRlyCtrl_iRelayState, Sent::kNever},
 };
 
-// What the dialect has no key for.
+// Fields for which the dialect has no key.
 struct FixedValue {
   FieldId field;
   std::int16_t value;
@@ -141,7 +141,7 @@ constexpr std::array kFixedValues = {
     FixedValue{CfgFlags2_bUseInvDataF, 0},  FixedValue{CfgFlags2_bUseLeadChrs, 1},
 };
 
-// The characters after the lead ones are the trail ones.
+// The characters after the lead characters are the trail characters.
 void TakeTrailCharacters(tsCfgSlot& slot) {
   const RecordWords& leads = slot.record[kIDDispParms2];
   RecordWords& trails = slot.record[kIDDispParms3];
@@ -178,7 +178,7 @@ bool TakeVersion(const Answer& answer, tsDevEntry& entry) {
   return true;
 }
 
-// Of a character the low byte goes out.
+// Only the low byte of a character is sent.
 void SendValue(const Key& key, const tsCfgSlot& slot) {
   char format[40];
   const char* const conversion = key.sent == Sent::kCharacter ? "'\\x%02hhX'" : "%d";
@@ -186,7 +186,7 @@ void SendValue(const Key& key, const tsCfgSlot& slot) {
   AsciiSet(format, key.instead != nullptr ? key.instead(slot) : slot[key.field]);
 }
 
-// An answer "{age,x,y,bits;id}", collected byte by byte; empty when it does not come in full.
+// An answer "{age,x,y,bits;id}", collected byte by byte; empty unless all of it arrives.
 std::string_view CollectId(SerialPort& port) {
   auto& reply = shared.buffers.asciiReply;
   constexpr int kPasses = 300;
@@ -217,7 +217,7 @@ std::uint32_t AsciiReadConfig() {
   port->WriteText(kListVariables);
   const Answer variables = ReadAnswer(*port);
   const bool ok = variables.count > kShortest && HasPrompt(variables.text);
-  // What did come is taken all the same.
+  // An answer that is too short is used all the same.
   TakeVariables(variables.text, entry, slot);
   port->Flush();
   port->WriteText(kVersion);
@@ -272,7 +272,7 @@ std::uint16_t AsciiGetId(std::uint8_t* buffer, std::int16_t length) {
   if (answer.find(';', brace) == std::string_view::npos) return 0;
   if (std::sscanf(answer.data() + brace, "{%X,%d,%X,%d;%llX}", &age, &ignored, &alsoIgnored, &bits, &id) < 5)
     return 0;
-  // Anything shorter is no card, and an ID that has been held too long is no longer there.
+  // Fewer bits are not a card, and an ID older than the hold time counts as gone.
   if (bits < kFewestBits || static_cast<std::int64_t>(age) > entry.ActiveSlot()[TimeParms_iIDHoldTO])
     return 0;
   for (int at = 0; at < kAsciiIdBytes; ++at) buffer[at] = static_cast<std::uint8_t>(id >> 8 * at);

@@ -20,7 +20,7 @@ std::int32_t Parse(std::string_view text, const char* conversion) {
   return Scan(text, conversion, number) ? static_cast<std::int32_t>(number) : 0;
 }
 
-// Forms: 'c' and '\xHH', False and True, 0xHH, decimal.
+// A value is written 'c', '\xHH', False, True, 0xHH or in decimal.
 std::int32_t ValueOf(std::string_view line) {
   constexpr std::size_t kNone = std::string_view::npos;
   const std::size_t quoted = line.find("='");
@@ -56,7 +56,7 @@ void AsciiSet(const char* format, std::int32_t value) {
   std::snprintf(whole, sizeof whole, "\rrfid:%s\r", format);
   std::snprintf(text, sizeof text, whole, value);
   port->WriteText(text);
-  // The answer is read to be out of the way; nothing looks at it.
+  // The answer is read only to get it out of the way.
   std::array<std::uint8_t, kAnswerLength> answer;
   port->Read(answer);
 }

@@ -1,4 +1,4 @@
-// Lines of the text dialect: taking a value out of a reply, sending an assignment.
+// Lines of the text dialect: reading a value from a reply, sending an assignment.
 #pragma once
 
 #include <cstdint>
@@ -9,10 +9,10 @@ namespace tavlyn::reader {
 // The prompt that ends every answer.
 inline constexpr std::string_view kPrompt = "Orvantis>";
 
-// A key's value in the answer that lists them all; 0 when it is absent or its line does not end.
+// A key's value in the answer that lists them all; 0 when the key is absent or its line is not terminated.
 std::int32_t AsciiQuery(std::string_view text, std::string_view key);
 
-// One assignment on the active device's port; nothing when that is not open.
+// Sends one assignment to the active device; does nothing unless its port is open.
 void AsciiSet(const char* format, std::int32_t value);
 
 }  // namespace tavlyn::reader

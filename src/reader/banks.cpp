@@ -1,3 +1,4 @@
+// The stored configuration banks of a plus reader.
 #include "api.h"
 #include "core/openings.h"
 #include "core/pause.h"
@@ -37,7 +38,7 @@ std::uint32_t PlusBlockMove(std::int16_t from, std::int16_t to) {
 
 std::uint32_t tavlynPlusDefaults() {
   if (!ReaderIsActive()) return shared.UnsupportedValue;
-  // Only the second move is answered for.
+  // Only the result of the second move counts.
   PlusBlockMove(kPlusDefaults, kUserDefaults);
   return PlusBlockMove(kPlusDefaults, kWorkingSet);
 }

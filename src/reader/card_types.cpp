@@ -14,7 +14,7 @@ namespace {
 constexpr int kPages = 256;
 constexpr std::size_t kTypesOnPage = 4;
 static_assert(kPages * kTypesOnPage <= kCardTypes);
-// Bits 4 to 7 are no part of a type's identity.
+// Bits 4 to 7 do not identify the type.
 constexpr unsigned kIdentityBits = 0xFF0F;
 
 }  // namespace
@@ -31,7 +31,7 @@ void ReadCardTypeList() {
     for (std::size_t at = 0; at < kTypesOnPage; ++at) {
       const unsigned type = page.reply[2 * at] | static_cast<unsigned>(page.reply[2 * at + 1]) << 8;
       if (type == 0) return;
-      // A type that has only the bits dropped here is stored as 0 and so ends the list for its readers.
+      // A type with only the bits dropped here is stored as 0, which ends the list for whoever reads it.
       entry.CardTypeList[count++] = static_cast<std::uint16_t>(type & kIdentityBits);
     }
   }
@@ -44,7 +44,7 @@ bool WriteCardType() {
   const ReplyBytes data = {0, static_cast<std::uint8_t>(slot.CardType),
                            static_cast<std::uint8_t>(slot.CardType >> 8),
                            static_cast<std::uint8_t>(slot.CardPriority != 0 ? 1 : 0)};
-  // Serial readers are told whether they are known as plus readers or not.
+  // Serial readers get this whether or not they are known to be plus readers.
   if (OnSerialPort()) return Tell(command::kWriteCardType, data) == Xfer::kDone;
   if (entry.PlusState != kPlusReader) return false;
   if (Tell(command::kWriteCardType, data) != Xfer::kDone) {

@@ -1,4 +1,4 @@
-// Card types that a plus reader knows.
+// The card types that a plus reader knows.
 #pragma once
 
 namespace tavlyn::reader {

@@ -1,3 +1,4 @@
+// Telling plain readers from plus readers.
 #include <algorithm>
 
 #include "core/state.h"
@@ -20,7 +21,7 @@ void TakeConfigs(tsDevEntry& entry, std::uint8_t highest, std::uint8_t active) {
 }
 
 bool ClassifyByReports(tsDevEntry& entry, const Outcome& query) {
-  // A lost command means plain, a lost reply means not known: a plain reader refuses the command itself.
+  // A plain reader refuses the command itself, so a lost command means plain and a lost reply means unknown.
   if (query.xfer != Xfer::kDone) {
     entry.PlusState = query.xfer == Xfer::kNotSent ? kPlainReader : kPlusUnknown;
     return false;
@@ -49,7 +50,7 @@ bool ClassifyByFa(tsDevEntry& entry, const Outcome& query) {
     return false;
   }
   const unsigned highest = reply[1] - 1U;
-  // Deliberately counts as a plus reader with nothing learnt: serial readers report 0 while they start.
+  // Deliberately a success although nothing was learnt: serial readers report 0 while they start.
   if (highest > kHighestConfig) return true;
   TakeConfigs(entry, static_cast<std::uint8_t>(highest), reply[0]);
   TakeCardType(entry, reply[3], reply[4], reply[5]);

@@ -1,6 +1,6 @@
 // The commands of the card reader: what each sends on either wire, and where its reply begins.
 //
-//   report    b1 b2 …           b0 is the report ID, filled in below; unused bytes are 0
+//   report    b1 b2 …           b0 is the report ID, filled in by the report channel; unused bytes are 0
 //   FA frame  FA INS P1 P2 P3   P3 is the length of the data that follows or that is expected
 #pragma once
 
@@ -13,7 +13,7 @@
 
 namespace tavlyn::reader {
 
-// How an FA exchange goes on after its header; see fa_frames.h.
+// How an FA exchange continues after its header; see fa_frames.h.
 enum class Fa : std::uint8_t { kNone, kRecvData, kSendData, kRecvBare, kRecvWhole, kSendStatus };
 
 struct Args {
@@ -23,7 +23,7 @@ struct Args {
 
 namespace command {
 
-// What stands in a row for the arguments.
+// The arguments' placeholders in a row.
 inline constexpr std::int16_t x = -1;
 inline constexpr std::int16_t xBlock = -2;  // 0x80 + x
 inline constexpr std::int16_t y = -3;
@@ -32,7 +32,7 @@ inline constexpr std::int16_t y = -3;
 
 using FilledBytes = std::array<std::uint8_t, 6>;
 
-// The bytes of a command as its row lists them. None: this wire does not have the command.
+// The bytes of a command as its row lists them; none when the command does not exist on this wire.
 struct CommandBytes {
   std::array<std::int16_t, std::tuple_size_v<FilledBytes>> listed{};
   std::uint8_t count = 0;
@@ -60,16 +60,16 @@ inline constexpr std::uint8_t kFromP3 = 0xFF;
 // What a reply looks like. Members that begin with "fa" are about frames, the others about reports.
 struct Form {
   std::uint8_t replyAt = 1;       // where the reply begins, or the data that a command stores
-  std::uint8_t faAt = 0;          // the same of the data of a frame
+  std::uint8_t faAt = 0;          // the same in the data of a frame
   std::uint8_t echoed = 0;        // how many bytes of the request, from b1, a good reply repeats
   std::uint8_t faEchoed = 0;      // the same from P1
-  std::uint8_t faData = kFromP3;  // how many bytes of data come
+  std::uint8_t faData = kFromP3;  // how many data bytes to expect
   std::uint8_t faTries = 1;
 };
 
 struct Command {
   CommandBytes report;  // b1 onward
-  CommandBytes fa;      // INS P1 P2 P3, and for one command two bytes more
+  CommandBytes fa;      // INS P1 P2 P3, and two more bytes for one command
   Fa routine = Fa::kNone;
   Form form{};
 };

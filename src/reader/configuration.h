@@ -1,14 +1,14 @@
-// What reading and writing a configuration share with other rooms.
+// What other files use of reading and writing configurations.
 #pragma once
 
 #include <cstdint>
 
 namespace tavlyn::reader {
 
-// Tells a plus reader to use configuration n. ActConfig becomes n before the reader has agreed.
+// Makes a plus reader use configuration n. ActConfig becomes n whether or not the reader agrees.
 bool SelectConfig(std::uint8_t n);
 
-// A reader that knows the volume command stores a configuration in 20 ms instead of 1200 ms.
+// Whether the reader stores a configuration in 20 ms instead of 1200 ms, as those with the volume command do.
 bool IsFastStoreReader();
 
 }  // namespace tavlyn::reader

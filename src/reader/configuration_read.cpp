@@ -43,7 +43,7 @@ bool ReadBlock(BlockNumber number, tsCfgSlot& slot) {
     EntryOfActDev().LastLibErr |= TAVLYN_ERR_CONFIG_READ;
     LogFailure(kReadTag);
   } else if (number == kFormatBlock || number == kExtensionBlock) {
-    // Over a serial link the other blocks deliberately fail without a line.
+    // Over a serial link the other blocks deliberately fail without a log line.
     LogLine(kReadTag, kFailed);
   }
   return false;
@@ -90,7 +90,7 @@ void ReadSepByFa(tsDevEntry& entry, const tsCfgSlot& slot, SepBuffer& buffer) {
   if (FaXfer(read, all)) std::copy_n(all.data.begin(), length, buffer.begin());
 }
 
-// False only when the whole read has failed. A reader without such data has the field zeroed by every read.
+// False only when the whole read has failed. For a reader without such data every read zeroes the field.
 bool ReadSepFields(tsDevEntry& entry, tsCfgSlot& slot) {
   SepBuffer buffer{};
   if (entry.bSepFldCapable != 0) {
@@ -100,7 +100,7 @@ bool ReadSepFields(tsDevEntry& entry, tsCfgSlot& slot) {
       return false;
   }
   std::copy_n(buffer.begin(), kSepFldBytes, slot.sFldSepData.begin());
-  // Always that of configuration 0, whichever was read.
+  // Always taken from configuration 0, whichever was read.
   shared.reader.EnhanceSecurityOn = entry.CfgSlot[0].sFldSepData[kEnhanceSecurityAt] >> 7;
   return true;
 }
@@ -112,7 +112,7 @@ void KeepText(std::span<const char> text, char (&field)[kSize]) {
   std::copy_n(text.begin(), std::min(length, kSize - 1), field);
 }
 
-// None of these can fail the read; what they leave in the error word stays beside a result of 1.
+// None of these can fail the read; an error bit that they set stays although the read returns 1.
 void ReadTexts(tsDevEntry& entry) {
   std::array<char, 8 * kTextPiece> filename{};
   entry.LastLibErr = 0;
@@ -155,7 +155,7 @@ bool ReadOneConfig() {
 }
 
 // From the highest configuration down, so that number 0 is read last. After a failure nothing more is read,
-// but the selections go on, so that the reader ends where it was.
+// but the selections go on, so that the reader ends up where it was.
 bool ReadAllConfigs(tsDevEntry& entry) {
   const std::uint8_t remembered = entry.ActConfig;
   bool ok = true;

@@ -17,11 +17,11 @@ namespace {
 
 constexpr const char* kWriteTag = "tavlyn_write_cfg";
 
-// The reader may not be spoken to before it has stored what was committed.
+// The reader must be left alone until it has stored what was committed.
 constexpr std::uint32_t kFastStore = 20;
 constexpr std::uint32_t kSlowStore = 1200;
 
-// What was written, as the commit names it.
+// What was written, as bits of the commit command.
 enum CommitBit : std::uint8_t {
   kCommitFormat = 0x01,
   kCommitTime = 0x02,
@@ -31,14 +31,14 @@ enum CommitBit : std::uint8_t {
   kCommitLuid = 0x80,
 };
 
-// A write asks for this through the record get, as programs would: that replaces the error word that earlier
+// Deliberately asks through the record's get, as programs would: that replaces the error word that earlier
 // steps left, and a slot that was never read has no extended fields.
 bool WritesExtendedFields(const tsCfgSlot& slot) {
   RecordWords words;
   return GetRecord(kTimeParms, words.data()) == 1 && HasExtendedFields(slot);
 }
 
-// A failure over reports ends the write with a word and two lines, over serial without either.
+// A failure over reports sets an error bit and is logged; one over serial is not.
 bool Checked(Xfer sent) {
   if (sent == Xfer::kNotSent) {
     EntryOfActDev().LastLibErr |= TAVLYN_ERR_CONFIG_WRITE;
@@ -57,7 +57,7 @@ bool WriteLuid(const tsDevEntry& entry) {
   return Checked(Tell(command::kWriteLuid, luid));
 }
 
-// Steps of a write up to the separated fields; the mask grows by what was sent.
+// The steps of a write up to the separated fields; adds what was sent to the mask.
 bool WriteBlocks(tsDevEntry& entry, tsCfgSlot& slot, std::uint8_t& mask) {
   const auto written = [&](CommitBit bit) { mask = static_cast<std::uint8_t>(mask | bit); };
   if (entry.bLUIDDirty != 0) {
@@ -84,8 +84,8 @@ bool WriteBlocks(tsDevEntry& entry, tsCfgSlot& slot, std::uint8_t& mask) {
   return true;
 }
 
-// How many pages of separator data there are, as its own first bytes tell, and how many bytes a serial frame
-// carries. In the short form the frame carries none: that form does not travel over serial.
+// How many pages of separator data there are according to its own first bytes, and how many bytes of it a
+// serial frame carries: none in the short form, which is not sent over serial.
 struct SepExtent {
   std::uint8_t pages;
   std::size_t frameBytes;
@@ -124,7 +124,7 @@ void WriteSepByReports(tsDevEntry& entry, const tsCfgSlot& slot, std::uint8_t pa
   }
 }
 
-// False when the separator data claims more than fits; nothing is then committed, deliberately without a
+// False when the separator data claims more than fits; nothing is then committed, deliberately without a log
 // line.
 bool WriteSepFields(tsDevEntry& entry, const tsCfgSlot& slot, std::uint8_t& mask) {
   const SepExtent extent = ExtentOf(slot);
@@ -160,7 +160,7 @@ bool WriteAndWait() {
   return written;
 }
 
-// The selections go out after a failure too, the writes do not.
+// After a failure the selections are still sent, the writes are not.
 bool WriteAllConfigs(std::uint16_t highest) {
   const std::uint8_t remembered = EntryOfActDev().ActConfig;
   bool ok = true;

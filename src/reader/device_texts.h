@@ -24,7 +24,7 @@ enum class Text : std::uint8_t {
 };
 
 // Fills text, a multiple of eight bytes, piece by piece; ends at the first failure, which over reports ors
-// reportError into the error word. The model number has a command of its own and no number.
+// reportError into the error word. The model number has its own command, which sends no number.
 bool FetchText(const Command& command, Text number, std::uint32_t reportError, std::span<char> text);
 
 }  // namespace tavlyn::reader

@@ -10,7 +10,7 @@ namespace {
 
 bool IsZero(std::uint8_t byte) { return byte == 0; }
 
-// Sends the frame as often as its row says, each time anew: a refusal leaves its bytes where the data was.
+// Tries the frame as often as its row says, rebuilding it each time because a refusal overwrites the data.
 bool XferFrame(const Command& command, Args args, std::span<const std::uint8_t> data, FaFrame& frame) {
   for (int tries = command.form.faTries; tries > 0; --tries) {
     frame = FaFrame(command, args);

@@ -11,45 +11,45 @@
 
 namespace tavlyn::reader {
 
-// The active device speaks FA frames.
+// Whether the active device is reached over a serial port, in frames or text, instead of by reports.
 bool OnSerialPort();
 
-// The active device is spoken to in text, see ascii.h: only serial readers ever are.
+// Whether the active device is spoken to in text, as only serial readers are; see ascii.h.
 bool InAscii();
 
 // A report with a command and its arguments.
 Report CommandReport(const Command& command, Args args = {});
 
-// How an exchange ended. Of a frame only its failure is told, and by itself it leaves no error word.
+// How an exchange ended. A frame that fails has just one value, and leaves no error bit.
 enum class Xfer : std::uint8_t {
   kDone,
   kFrameFailed,
-  kNotSent,  // a report was refused, or the command has none
+  kNotSent,  // the report was refused, or the command has none
   kNoReply,  // no report came back
-  kOther,    // the reply does not repeat what it should
+  kOther,    // the reply does not echo what it should
 };
 
-// Over reports one half or the other failed.
+// Whether a report failed, the request or the reply.
 constexpr bool ReportLost(Xfer xfer) { return xfer == Xfer::kNotSent || xfer == Xfer::kNoReply; }
 
 using ReplyBytes = std::array<std::uint8_t, 8>;
 
 struct Outcome {
   Xfer xfer;
-  ReplyBytes reply;  // from where the row of the command says that it begins; the rest is 0
-  bool blank;        // nothing came, or a report of zeros alone, its ID included
+  ReplyBytes reply;  // from where the command's row says it begins; the rest is 0
+  bool blank;        // no reply, or a report of nothing but zeros, its ID included
 };
 
-// Command out, reply in. Sets no error bit; that is the caller's to say.
+// Sends a command and takes its reply. Sets no error bit, which is up to the caller.
 Outcome Exchange(const Command& command, Args args = {});
 
-// The same for the reply alone. A failure over reports ors reportError into LastLibErr.
+// The same when only the reply matters. A failure over reports ors reportError into LastLibErr.
 bool Ask(const Command& command, std::uint32_t reportError, ReplyBytes& reply, Args args = {});
 
-// A command and the data that it stores: a second report, or the data phase of the frame.
+// Sends a command and the data that it stores, as a second report or as the data phase of the frame.
 Xfer Tell(const Command& command, std::span<const std::uint8_t> data, Args args = {});
 
-// A command that is sent and not answered: a report alone, or a frame with a status.
+// Sends a command without reply data: a report alone, or a frame that only a status answers.
 Xfer Fire(const Command& command, Args args = {});
 
 }  // namespace tavlyn::reader

@@ -15,7 +15,7 @@ constexpr std::uint32_t kBeforeWhole = 10;
 constexpr std::uint32_t kAfterWhole = 2;
 constexpr std::uint32_t kAfterFailedWhole = 10;
 
-// Counts are compared signed: a failed socket read is -1, not very many bytes.
+// Counts are compared signed: a failed socket read is -1, not a huge count.
 bool Read(SerialPort& port, std::span<std::uint8_t> bytes) {
   if (bytes.empty()) return true;
   return static_cast<std::int32_t>(port.Read(bytes)) >= static_cast<std::int32_t>(bytes.size());
@@ -27,7 +27,7 @@ bool Write(SerialPort& port, std::span<const std::uint8_t> bytes) {
 
 bool WriteCla(SerialPort& port, const FaFrame& frame) { return port.Write({&frame.cla, 1}) == 1; }
 
-// Clears the status and gives the open port, or null.
+// Clears the status and returns the open port, or null.
 SerialPort* Begin(FaFrame& frame) {
   frame.sw1 = frame.sw2 = 0;
   shared.reader.StatusWord = 0;
@@ -42,13 +42,13 @@ SerialPort* SendHeader(FaFrame& frame) {
   if (port == nullptr) return nullptr;
   if (port->IsOverTcp()) port->ClearInput();
   if (!WriteCla(*port, frame)) return nullptr;
-  // The reader's receiver needs this after the class byte.
+  // The reader's receiver needs this pause after the class byte.
   if (!port->IsOverTcp()) Pause(kPause);
   return Write(*port, std::span(frame.header).first(frame.sent)) ? port : nullptr;
 }
 
-// The echo came. If another byte did, it is SW1 of a refusal and exactly one more is read, however many
-// follow.
+// Whether the echo came. Any other byte is SW1 of a refusal, after which exactly one more is read, however
+// many follow.
 bool ReadEcho(SerialPort& port, FaFrame& frame) {
   std::uint8_t echo = 0;
   if (!Read(port, {&echo, 1})) return false;

@@ -16,8 +16,8 @@ namespace tavlyn::reader {
 struct FaFrame {
   std::uint8_t cla = 0xFA;
   FilledBytes header{};                         // INS P1 P2 P3 and the two bytes that one command adds
-  std::size_t sent = 4;                         // of the header
-  std::size_t expected = 0;                     // bytes of data that come
+  std::size_t sent = 4;                         // how many bytes of the header are sent
+  std::size_t expected = 0;                     // how many data bytes the reply has
   Wiped<std::array<std::uint8_t, 256>> data{};  // to the reader, or what came from it
   std::uint8_t sw1 = 0;
   std::uint8_t sw2 = 0;
@@ -30,8 +30,8 @@ struct FaFrame {
   [[nodiscard]] std::uint8_t P3() const { return header[3]; }
 };
 
-// All speak with the active device and leave its port open; true is success. Reply data stays in the frame
-// whatever the status says, since callers look at it then. A refusal stands in data bytes 0 and 1.
+// All talk to the active device and leave its port open; true is success. Reply data stays in the frame
+// whatever the status says, because callers look at it even then. A refusal is in data bytes 0 and 1.
 
 // Status only.
 bool FaSendStatus(FaFrame& frame);
@@ -41,10 +41,10 @@ bool FaRecvData(FaFrame& frame);
 bool FaSendData(FaFrame& frame);
 // Echo and data, no status.
 bool FaRecvBare(FaFrame& frame);
-// Echo, data and status in one read, all of which count as data; the pauses are others, too.
+// Echo, data and status in one read, all of it counted as data; the pauses differ, too.
 bool FaRecvWhole(FaFrame& frame);
 
-// The routine of the command's row.
+// Runs the routine that the command's row names.
 bool FaXfer(const Command& command, FaFrame& frame);
 
 }  // namespace tavlyn::reader

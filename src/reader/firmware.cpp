@@ -1,3 +1,4 @@
+// The words of a plus reader's firmware version.
 #include <algorithm>
 
 #include "core/openings.h"
@@ -12,10 +13,10 @@ std::uint32_t HighFirst(const std::uint8_t* bytes) {
          static_cast<std::uint32_t>(bytes[2]) << 8 | bytes[3];
 }
 
-// The word in a good reply; instead of another over reports 0, over FA 1, so that a row of words goes on
-// after it.
-std::uint32_t WordIn(const Outcome& outcome, std::uint32_t instead) {
-  return outcome.xfer == Xfer::kDone ? HighFirst(outcome.reply.data()) : instead;
+// The word in a good reply. A reply that does not echo the request counts as 0 over reports, and over FA as
+// 1, which does not end a read of all words.
+std::uint32_t WordIn(const Outcome& outcome, std::uint32_t otherwise) {
+  return outcome.xfer == Xfer::kDone ? HighFirst(outcome.reply.data()) : otherwise;
 }
 
 }  // namespace

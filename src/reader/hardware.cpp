@@ -1,4 +1,4 @@
-// What a reader is made of, and the speed of its serial line.
+// The hardware parts of a reader, and the speed of its serial line.
 #include <cstdlib>
 
 #include "api.h"
@@ -10,10 +10,10 @@ namespace {
 
 constexpr std::size_t kFlags = 8;
 
-// Where the mask stands in the reply.
+// Where the mask is in the reply.
 enum class Mask : std::uint8_t { kInstalled = 0, kSupported = 4 };
 
-// From the C allocator, because the caller keeps it and may be no C++ program.
+// From the C allocator, because the caller keeps it and need not be a C++ program.
 std::uint8_t* HardwareFlags(Mask which) {
   if (!ActiveInRange()) return nullptr;
   EntryOfActDev().LastLibErr = 0;

@@ -1,4 +1,4 @@
-// Two keys of 16 bytes that travel with a commit.
+// The two keys of 16 bytes that are sent with a commit.
 #pragma once
 
 #include "core/mirror.h"

@@ -1,5 +1,5 @@
-// IDs: of the card that lies on the reader, and those that the reader queued while nobody polled; and what
-// else the reader keeps of the card.
+// Card IDs: of the card on the reader, and those that the reader queued while nobody polled; and the other
+// data that a reader has on the card.
 #include <algorithm>
 #include <array>
 
@@ -27,7 +27,8 @@ constexpr std::size_t kLongId = 32;
 constexpr int kFaTries = 3;
 constexpr std::uint32_t kBetweenTries = 50;
 
-// The reader's way to say that it has no ID. Only after a data phase: in place of the echo it is a refusal.
+// The status with which a reader says that it has no ID. It counts only after a data phase: in place of the
+// echo it is a refusal.
 bool SaysNoId(const FaFrame& frame) { return frame.sw1 == 0x6A && frame.sw2 == 0x82; }
 
 std::span<std::uint8_t> Cleared(std::uint8_t* buffer, std::int16_t length) {
@@ -120,7 +121,7 @@ std::uint16_t FetchId(std::uint8_t* buffer, std::int16_t length, Fetch byFa, Fet
   return InputIsReady() ? byReports(id) : std::uint16_t{0};
 }
 
-constexpr std::uint8_t kIdPages = 4;  // the fifth page brings the rest
+constexpr std::uint8_t kIdPages = 4;  // the fifth page has the rest
 constexpr std::uint32_t kAfterFaPage = 100;
 
 std::uint16_t Word(std::uint8_t low, std::uint8_t high) {

@@ -84,7 +84,7 @@ constexpr std::array kLayout = {
     Byte(kDisplayBlock, 4, IDDispParms2_iCrdGnChr1),
 };
 
-// The counts of lead and trail characters share b5, the characters follow.
+// The counts of lead and trail characters share b5; the characters follow.
 constexpr std::size_t kCountsAt = 4;
 constexpr std::size_t kCharactersAt = 5;
 
@@ -97,7 +97,7 @@ constexpr std::uint8_t BitsOf(const Packed& row) {
   return 0;
 }
 
-// No two fields that are written share a bit, nor does one lie among the characters.
+// No two fields that are written share a bit, and none overlaps the characters.
 static_assert([] {
   std::array<Block, 4> taken{};
   for (std::size_t at = kCountsAt; at < taken[kDisplayBlock].size(); ++at) taken[kDisplayBlock][at] = 0xFF;
@@ -132,7 +132,7 @@ void TakeCharacters(const Block& block, tsCfgSlot& slot) {
   const int leadCount = block[kCountsAt] & 3;
   leads[0] = static_cast<std::int16_t>(leadCount);
   trails[0] = static_cast<std::int16_t>(block[kCountsAt] >> 4 & 3);
-  // All places after the lead characters are taken, even more than the trail count says.
+  // All places after the lead characters are taken, even if there are more than the trail count says.
   for (int place = 0; place < kLeadAndTrail; ++place) {
     const auto at = static_cast<std::size_t>(place);
     const std::int16_t character = block[kCharactersAt + at];
@@ -196,13 +196,13 @@ void BuildExtension(const tsCfgSlot& slot, bool extendedFields, Block& block) {
 
 }  // namespace
 
-void TakeBlock(BlockNumber number, const Block& block, tsCfgSlot& slot, bool bootDeviceTells) {
+void TakeBlock(BlockNumber number, const Block& block, tsCfgSlot& slot, bool takesNotBootDev) {
   for (const Packed& row : kLayout) {
     if (row.block == number) slot[row.field] = Unpack(row, block[row.byte - 1U]);
   }
   if (number == kDisplayBlock) {
     TakeCharacters(block, slot);
-    if (!bootDeviceTells) slot[CfgFlags3_bNotBootDev] = 0;
+    if (!takesNotBootDev) slot[CfgFlags3_bNotBootDev] = 0;
     slot[LEDCtrl_bVolatile] = 0;
     slot[BprRlyCtrl_bVolatile] = 0;
   }

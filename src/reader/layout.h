@@ -1,5 +1,5 @@
-// The reader's configuration blocks: eight bytes each, b1 to b8, the same over USB and serial. A table says
-// where every field lies; what it cannot say stands in layout.cpp.
+// The reader's configuration blocks: eight bytes each, b1 to b8, the same over USB and serial. layout.cpp has
+// a table of where every field lies, and routines for what a table cannot say.
 #pragma once
 
 #include <array>
@@ -17,18 +17,19 @@ enum BlockNumber : std::uint8_t { kFormatBlock, kTimeBlock, kDisplayBlock, kExte
 // Lead characters, then trail characters, share this many places.
 inline constexpr int kLeadAndTrail = 3;
 
-// Puts what a block says into the slot. bootDeviceTells: the link is one over which bNotBootDev is true.
-void TakeBlock(BlockNumber number, const Block& block, tsCfgSlot& slot, bool bootDeviceTells);
+// Unpacks a block into the slot. takesNotBootDev: false where bNotBootDev cannot be relied on; it then
+// becomes 0.
+void TakeBlock(BlockNumber number, const Block& block, tsCfgSlot& slot, bool takesNotBootDev);
 
-// The block as the slot has it. The format block leaves the excess of its parity counts in ExtBytes, which
-// marks the extension block for sending when it changes. extendedFields: the reader keeps iExOutputFormat in
-// the extension block.
+// Packs a block from the slot. The format block puts the excess of its parity counts into ExtBytes; when that
+// changes them, the extension block becomes dirty. extendedFields: the reader keeps iExOutputFormat in the
+// extension block.
 Block BuildBlock(BlockNumber number, tsCfgSlot& slot, bool extendedFields = false);
 
-// The reader reports a longer form of the separated fields, and iExOutputFormat with it.
+// Whether the reader has the longer form of the separated fields, and with it iExOutputFormat.
 bool HasExtendedFields(const tsCfgSlot& slot);
 
-// The byte form of tsCfgFlags3.
+// tsCfgFlags3 packed into one byte, as in the time block.
 std::int16_t Flags3Byte(const tsCfgSlot& slot);
 
 }  // namespace tavlyn::reader

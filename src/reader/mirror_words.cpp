@@ -1,4 +1,4 @@
-// Exports on words of the mirror that belong to no record.
+// Exports for words of the mirror that belong to no record.
 #include <algorithm>
 #include <array>
 

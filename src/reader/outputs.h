@@ -1,4 +1,4 @@
-// LEDs, beeper, relay: the display block as a whole, and the beep command.
+// Outputs: the display block, which sets LEDs, beeper and relay, and the beeper's volume.
 #pragma once
 
 #include "core/mirror.h"
@@ -6,11 +6,11 @@
 
 namespace tavlyn::reader {
 
-// Sends block 2 at once, without a commit.
+// Sends the display block at once, without a commit.
 bool WriteDispBlock(tsCfgSlot& slot);
 
-// A blank reply comes from readers without the command. The report ID counts, so a reader with report ID 1
-// always has it.
+// Readers without the command send a blank reply. Since the report ID counts, a reader with report ID 1
+// always seems to have it.
 Outcome AskVolume();
 
 }  // namespace tavlyn::reader

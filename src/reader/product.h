@@ -1,4 +1,4 @@
-// What the family table and the floors above name of a card reader.
+// What the family table and the floors above use of the card readers.
 #pragma once
 
 #include <cstdint>
@@ -10,22 +10,22 @@ namespace tavlyn::reader {
 
 inline constexpr UsbIdentity kUsbIdentity{kReaderPair, platform::HidClass::kHid, true};
 
-// Tries the links that DevTypeSrch allows, one after the other until one has found something.
+// Tries the links that DevTypeSrch allows, one after the other, until one has found something.
 bool Search();
-// Serial ports only.
+// The same for serial ports only.
 bool SearchPorts();
 ComSearch PortSearch();
 std::uint32_t CheckArrival(const char* path);
-// The reader answers at all.
+// Whether the reader answers at all.
 bool Ping();
 
-// Whether the active device is a plain or a plus reader: true for a plus reader. Sets PlusState, MaxConfig,
+// Finds out whether the active device is a plus reader (true) or a plain one. Sets PlusState, MaxConfig,
 // ActConfig and the card type of the active slot. A reader once known as plain is not asked again until its
 // entry is rebuilt.
 bool Classify();
 
-// Every stored configuration, from the highest to the lowest. A read ends with the card type list of a plus
-// reader; of a write dirty flags decide which blocks go.
+// Every stored configuration, from the highest to the lowest. A read of a plus reader ends with its card type
+// list; a write sends the blocks whose dirty flags are set.
 std::uint32_t ReadCfg();
 std::uint32_t WriteCfg();
 // Makes the reader load its factory configuration and reads it back.
@@ -38,7 +38,8 @@ std::uint32_t SaveUserDflts();
 std::uint32_t GetRecord(Record record, std::int16_t* words);
 std::uint32_t SetRecord(Record record, const std::int16_t* words);
 
-// Bit count of the card that lies on the reader, with the ID bytes in the buffer; 0 for no card or a failure.
+// Returns the bit count of the card on the reader and puts its ID into the buffer; 0 without a card or after
+// a failure.
 std::uint16_t FetchId(std::uint8_t* buffer, std::int16_t length);
 std::uint16_t FetchId32(std::uint8_t* buffer, std::int16_t length);
 // IDs that the reader queued while nobody polled.
@@ -53,7 +54,8 @@ std::uint32_t QueryFirmwareWord(std::int16_t cpu, std::int16_t index);
 // FWVersion as read at connect.
 std::uint32_t FirmwareVersion(std::uint16_t cpu, std::uint16_t index);
 
-// Commands that an application spells out itself: stores a byte of the command; index 8 or above sends it.
+// For commands that an application spells out itself: stores a byte of the command; index 8 or above also
+// sends it.
 std::uint32_t SetRawByte(std::int16_t index, std::uint8_t value);
 std::uint32_t RawReplyByte(std::uint16_t index);
 

@@ -1,3 +1,4 @@
+// Commands that an application spells out byte by byte.
 #include <algorithm>
 #include <array>
 
@@ -23,7 +24,7 @@ bool Store(std::int16_t index, std::uint8_t value) {
   return true;
 }
 
-// The bytes are the whole header, its class byte first.
+// The application's bytes are the whole header, class byte first.
 bool SendFrame() {
   FaFrame frame;
   frame.cla = shared.buffers.RawCmd[1];
@@ -31,7 +32,7 @@ bool SendFrame() {
   shared.buffers.RawReply.fill(0);
   frame.expected = kPayload;
   if (!FaRecvBare(frame)) return false;
-  // One position lower than the same bytes of a report; programs know the link and count with it.
+  // One position lower than the same bytes of a report; programs rely on it.
   std::copy_n(frame.data.begin(), kPayload, shared.buffers.RawReply.begin());
   return true;
 }

@@ -1,3 +1,4 @@
+// Get and set of the records in the host's mirror: range checks, error words and dirty flags.
 #include <algorithm>
 #include <string_view>
 
@@ -11,13 +12,13 @@
 namespace tavlyn::reader {
 namespace {
 
-using DirtyMark = std::uint32_t tsCfgSlot::*;
+using DirtyFlag = std::uint32_t tsCfgSlot::*;
 
 struct RecordRow {
   const char* getTag;
   const char* setTag;
-  DirtyMark dirty;
-  DirtyMark alsoDirty;  // or null
+  DirtyFlag dirty;
+  DirtyFlag alsoDirty;  // or null
 };
 
 // In the order of Record.
@@ -36,9 +37,9 @@ constexpr std::array<RecordRow, kRecordCount> kRecords = {{
     {"tavlyn_GetBprRlyCtrl", "tavlyn_SetBprRlyCtrl", &tsCfgSlot::bDirtyDisp, nullptr},
 }};
 
-// The error word of the first word out of its range, or 0.
+// The error word for the first word that is out of range, or 0.
 std::uint32_t RangeError(Record record, const std::int16_t* words, const tsCfgSlot& slot) {
-  // Readers of the ASCII dialect have ranges of their own and check them themselves.
+  // Readers that speak text have other ranges and check them themselves.
   if (record == kIDBitCnts && shared.reader.AsciiProtocol != 0) return 0;
   return BoundsError(record, words, (slot[field::TimeParms_ExFeatures01] & kWideParity) != 0);
 }
@@ -60,7 +61,7 @@ std::uint32_t GetRecord(Record record, std::int16_t* words) {
   entry.LastLibErr = TAVLYN_ERR_GET;
   if (words == nullptr) {
     entry.LastLibErr = TAVLYN_ERR_GET_NULL;
-    // GetLEDCtrl alone is silent about a null pointer.
+    // GetLEDCtrl alone deliberately does not log a null pointer.
     if (record != kLEDCtrl) LogFailure(tag);
     return 0;
   }
@@ -89,13 +90,13 @@ std::uint32_t SetRecord(Record record, const std::int16_t* words) {
     return 0;
   }
   if (record == kLEDCtrl && words[field::LEDCtrl_bVolatile.word] != 0 && InAscii()) {
-    // Sends what a set that was to be stored left in the slot; the caller's record is deliberately dropped.
+    // Sends what an earlier, stored set left in the slot; the caller's record is deliberately dropped.
     AsciiSetLeds();
     entry.LastLibErr = 0;
     return 1;
   }
   Store(record, words, slot);
-  // A volatile output is sent at once and not marked; whether it arrived does not count.
+  // A volatile output is sent at once and makes nothing dirty; whether it arrived does not matter.
   if (IsOutput(record) && words[field::LEDCtrl_bVolatile.word] != 0) {
     WriteDispBlock(slot);
   } else {

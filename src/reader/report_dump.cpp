@@ -1,4 +1,4 @@
-// A text file of every report a reader can be asked for, for support.
+// Writes every report that a reader can be asked for to a text file, for support.
 #include <array>
 #include <cstdio>
 

@@ -1,3 +1,4 @@
+// The search for card readers over all links.
 #include <cstdio>
 #include <cstring>
 
@@ -72,7 +73,7 @@ bool SearchLinks() {
   shared.SearchErr = 0;
   if (SearchAllows(kUsb)) SearchHid(start);
   if (shared.DevCnt == start && SearchAllows(kCom)) SearchComs(start);
-  // A search that reaches the Ethernet stage and finds nothing ends without a line.
+  // A search that reaches the Ethernet stage and finds nothing ends without a log line.
   if (shared.DevCnt == start && SearchAllows(kEthernet) && !SearchEthernet()) return false;
   if (shared.DevCnt == start) {
     LogLine(kSearchTag, kFailed);
