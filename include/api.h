@@ -14,25 +14,26 @@
  * @endcode
  *
  * @par Results
- * Unless a comment says otherwise a call returns 1 for success and 0 for failure. "Unsupported" stands for
- * the value set by SetUnsupportedProductErrorCode(), 0 after load, which is returned when no device is
- * active or the active one has no such operation. Why a call failed is told by GetLastLibErr() in the words
- * TAVLYN_ERR_ of types.h.
+ * Unless a comment says otherwise a call returns 1 for success and 0 for failure. "Unsupported" means the
+ * value set by SetUnsupportedProductErrorCode(), 0 after load, which is returned when no device is active or
+ * the active one has no such operation. GetLastLibErr() says why a call failed, in the TAVLYN_ERR_ words of
+ * types.h.
  *
  * @par Products
- * A comment tells what a call does with a card reader, or with the product that its header is about. What it
- * does with the other products stands in one table, docs/products.md.
+ * A comment says what a call does with a card reader, or with the product that its header is about. What it
+ * does with other products is in one table, docs/products.md.
  *
  * @par Threads
  * USBConnect(), USBDisconnect(), GetActiveID(), GetActiveID32(), ReadCfg(), WriteCfg() and BeepNow() lock
  * the library for their whole run; ComConnect() and ComConnectPort() do so for each configuration that they
- * read. No other call does, unless one of these is a part of it: do not overlap them from several threads.
+ * read. No other call does, unless it includes one of these: do not make such calls from several threads at
+ * the same time.
  *
  * @par Memory
- * Texts that the library returns are its own and hold until the next call of the same kind.
+ * Texts that the library returns belong to it and are valid until the next call of the same kind.
  *
  * @par Traffic
- * The bytes that a call sends are hexadecimal and leave out the report ID. "Reports" are HID feature
+ * The bytes that a call sends are given in hexadecimal, without the report ID. "Reports" are HID feature
  * reports; a command and its reply are two of them. Over a serial link the same command travels in a frame.
  */
 #ifndef TAVLYN_API_H

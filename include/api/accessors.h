@@ -1,11 +1,10 @@
 /** @file
- * The words of the configuration records one by one, for callers that cannot pass records. Nothing is
- * scaled.
+ * The words of the configuration records one by one, for callers that cannot pass records. Nothing is scaled.
  *
- * A getter makes the record get and returns the word; when that get did not return 1, it returns what the
- * get returned, so that a failed read and a word of that value look alike. A setter makes the record get,
- * changes the one word and makes the record set; it returns what the first of the two that was not 1
- * returned, or 1. Error words and marks are those of the record calls in records.h: TAVLYN_ERR_GET_UNREAD
+ * A getter calls the record's get and returns the word; when that get did not return 1, it returns what the
+ * get returned, so that a failed read and a word of that value look alike. A setter calls the record's get,
+ * changes the one word and calls the record's set; it returns 1 when both did, else what the first that
+ * failed returned. Error words and marks are those of the record calls in records.h: TAVLYN_ERR_GET_UNREAD
  * when the configuration was not read, and the word named at a setter for a value out of range, with nothing
  * stored. WriteCfg() sends what has changed. With no device every call returns unsupported.
  *
@@ -50,27 +49,27 @@ TAVLYN_API int16_t TAVLYN_CALL getIDBitCnts_iTotalBitCnt(void);
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setIDBitCnts_iTotalBitCnt(int16_t value);
 
-/** @return The word iPad4 of tsIDBitCnts, which means nothing. */
+/** @return The word iPad4 of tsIDBitCnts, which is unused. */
 TAVLYN_API int16_t TAVLYN_CALL getIDBitCnts_iPad4(void);
-/** @param value iPad4 of tsIDBitCnts, which is kept and means nothing.
+/** @param value iPad4 of tsIDBitCnts, which is stored but unused.
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setIDBitCnts_iPad4(int16_t value);
 
-/** @return The word iPad5 of tsIDBitCnts, which means nothing. */
+/** @return The word iPad5 of tsIDBitCnts, which is unused. */
 TAVLYN_API int16_t TAVLYN_CALL getIDBitCnts_iPad5(void);
-/** @param value iPad5 of tsIDBitCnts, which is kept and means nothing.
+/** @param value iPad5 of tsIDBitCnts, which is stored but unused.
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setIDBitCnts_iPad5(int16_t value);
 
-/** @return The word iPad6 of tsIDBitCnts, which means nothing. */
+/** @return The word iPad6 of tsIDBitCnts, which is unused. */
 TAVLYN_API int16_t TAVLYN_CALL getIDBitCnts_iPad6(void);
-/** @param value iPad6 of tsIDBitCnts, which is kept and means nothing.
+/** @param value iPad6 of tsIDBitCnts, which is stored but unused.
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setIDBitCnts_iPad6(int16_t value);
 
-/** @return The word iPad7 of tsIDBitCnts, which means nothing. */
+/** @return The word iPad7 of tsIDBitCnts, which is unused. */
 TAVLYN_API int16_t TAVLYN_CALL getIDBitCnts_iPad7(void);
-/** @param value iPad7 of tsIDBitCnts, which is kept and means nothing.
+/** @param value iPad7 of tsIDBitCnts, which is stored but unused.
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setIDBitCnts_iPad7(int16_t value);
 
@@ -169,21 +168,21 @@ TAVLYN_API int16_t TAVLYN_CALL getIDDispParms_iExOutputFormat(void);
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setIDDispParms_iExOutputFormat(int16_t value);
 
-/** @return The word iPad5 of tsIDDispParms, which means nothing. */
+/** @return The word iPad5 of tsIDDispParms, which is unused. */
 TAVLYN_API int16_t TAVLYN_CALL getIDDispParms_iPad5(void);
-/** @param value iPad5 of tsIDDispParms, which is kept and means nothing.
+/** @param value iPad5 of tsIDDispParms, which is stored but unused.
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setIDDispParms_iPad5(int16_t value);
 
-/** @return The word iPad6 of tsIDDispParms, which means nothing. */
+/** @return The word iPad6 of tsIDDispParms, which is unused. */
 TAVLYN_API int16_t TAVLYN_CALL getIDDispParms_iPad6(void);
-/** @param value iPad6 of tsIDDispParms, which is kept and means nothing.
+/** @param value iPad6 of tsIDDispParms, which is stored but unused.
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setIDDispParms_iPad6(int16_t value);
 
-/** @return The word iPad7 of tsIDDispParms, which means nothing. */
+/** @return The word iPad7 of tsIDDispParms, which is unused. */
 TAVLYN_API int16_t TAVLYN_CALL getIDDispParms_iPad7(void);
-/** @param value iPad7 of tsIDDispParms, which is kept and means nothing.
+/** @param value iPad7 of tsIDDispParms, which is stored but unused.
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setIDDispParms_iPad7(int16_t value);
 
@@ -242,9 +241,9 @@ TAVLYN_API int16_t TAVLYN_CALL getTimeParms_ExFeatures01(void);
  * @return Unsupported. */
 TAVLYN_API uint16_t TAVLYN_CALL setTimeParms_ExFeatures01(int16_t value);
 
-/** @return The word iPad6 of tsTimeParms, which means nothing. */
+/** @return The word iPad6 of tsTimeParms, which is unused. */
 TAVLYN_API int16_t TAVLYN_CALL getTimeParms_iPad6(void);
-/** @param value iPad6 of tsTimeParms, which is kept and means nothing.
+/** @param value iPad6 of tsTimeParms, which is stored but unused.
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setTimeParms_iPad6(int16_t value);
 
@@ -409,15 +408,15 @@ TAVLYN_API int16_t TAVLYN_CALL getIDDispParms2_iCrdGnChr1(void);
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setIDDispParms2_iCrdGnChr1(int16_t value);
 
-/** @return The word iPad6 of tsIDDispParms2, which means nothing. */
+/** @return The word iPad6 of tsIDDispParms2, which is unused. */
 TAVLYN_API int16_t TAVLYN_CALL getIDDispParms2_iPad6(void);
-/** @param value iPad6 of tsIDDispParms2, which is kept and means nothing.
+/** @param value iPad6 of tsIDDispParms2, which is stored but unused.
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setIDDispParms2_iPad6(int16_t value);
 
-/** @return The word iPad7 of tsIDDispParms2, which means nothing. */
+/** @return The word iPad7 of tsIDDispParms2, which is unused. */
 TAVLYN_API int16_t TAVLYN_CALL getIDDispParms2_iPad7(void);
-/** @param value iPad7 of tsIDDispParms2, which is kept and means nothing.
+/** @param value iPad7 of tsIDDispParms2, which is stored but unused.
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setIDDispParms2_iPad7(int16_t value);
 
@@ -452,27 +451,27 @@ TAVLYN_API int16_t TAVLYN_CALL getIDDispParms3_iTrailChr2(void);
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setIDDispParms3_iTrailChr2(int16_t value);
 
-/** @return The word iPad4 of tsIDDispParms3, which means nothing. */
+/** @return The word iPad4 of tsIDDispParms3, which is unused. */
 TAVLYN_API int16_t TAVLYN_CALL getIDDispParms3_iPad4(void);
-/** @param value iPad4 of tsIDDispParms3, which is kept and means nothing.
+/** @param value iPad4 of tsIDDispParms3, which is stored but unused.
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setIDDispParms3_iPad4(int16_t value);
 
-/** @return The word iPad5 of tsIDDispParms3, which means nothing. */
+/** @return The word iPad5 of tsIDDispParms3, which is unused. */
 TAVLYN_API int16_t TAVLYN_CALL getIDDispParms3_iPad5(void);
-/** @param value iPad5 of tsIDDispParms3, which is kept and means nothing.
+/** @param value iPad5 of tsIDDispParms3, which is stored but unused.
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setIDDispParms3_iPad5(int16_t value);
 
-/** @return The word iPad6 of tsIDDispParms3, which means nothing. */
+/** @return The word iPad6 of tsIDDispParms3, which is unused. */
 TAVLYN_API int16_t TAVLYN_CALL getIDDispParms3_iPad6(void);
-/** @param value iPad6 of tsIDDispParms3, which is kept and means nothing.
+/** @param value iPad6 of tsIDDispParms3, which is stored but unused.
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setIDDispParms3_iPad6(int16_t value);
 
-/** @return The word iPad7 of tsIDDispParms3, which means nothing. */
+/** @return The word iPad7 of tsIDDispParms3, which is unused. */
 TAVLYN_API int16_t TAVLYN_CALL getIDDispParms3_iPad7(void);
-/** @param value iPad7 of tsIDDispParms3, which is kept and means nothing.
+/** @param value iPad7 of tsIDDispParms3, which is stored but unused.
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setIDDispParms3_iPad7(int16_t value);
 
@@ -500,27 +499,27 @@ TAVLYN_API int16_t TAVLYN_CALL getLEDCtrl_iGrnLEDState(void);
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setLEDCtrl_iGrnLEDState(int16_t value);
 
-/** @return The word iPad3 of tsLEDCtrl, which means nothing. */
+/** @return The word iPad3 of tsLEDCtrl, which is unused. */
 TAVLYN_API int16_t TAVLYN_CALL getLEDCtrl_iPad3(void);
-/** @param value iPad3 of tsLEDCtrl, which is kept and means nothing.
+/** @param value iPad3 of tsLEDCtrl, which is stored but unused.
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setLEDCtrl_iPad3(int16_t value);
 
-/** @return The word iPad4 of tsLEDCtrl, which means nothing. */
+/** @return The word iPad4 of tsLEDCtrl, which is unused. */
 TAVLYN_API int16_t TAVLYN_CALL getLEDCtrl_iPad4(void);
-/** @param value iPad4 of tsLEDCtrl, which is kept and means nothing.
+/** @param value iPad4 of tsLEDCtrl, which is stored but unused.
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setLEDCtrl_iPad4(int16_t value);
 
-/** @return The word iPad5 of tsLEDCtrl, which means nothing. */
+/** @return The word iPad5 of tsLEDCtrl, which is unused. */
 TAVLYN_API int16_t TAVLYN_CALL getLEDCtrl_iPad5(void);
-/** @param value iPad5 of tsLEDCtrl, which is kept and means nothing.
+/** @param value iPad5 of tsLEDCtrl, which is stored but unused.
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setLEDCtrl_iPad5(int16_t value);
 
-/** @return The word iPad6 of tsLEDCtrl, which means nothing. */
+/** @return The word iPad6 of tsLEDCtrl, which is unused. */
 TAVLYN_API int16_t TAVLYN_CALL getLEDCtrl_iPad6(void);
-/** @param value iPad6 of tsLEDCtrl, which is kept and means nothing.
+/** @param value iPad6 of tsLEDCtrl, which is stored but unused.
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setLEDCtrl_iPad6(int16_t value);
 
@@ -536,9 +535,9 @@ TAVLYN_API uint16_t TAVLYN_CALL setLEDCtrl_bVolatile(int16_t value);
  * By way of GetBprRlyCtrl() and SetBprRlyCtrl().
  * @{ */
 
-/** @return The word iPad0 of tsBprRlyCtrl, which means nothing. */
+/** @return The word iPad0 of tsBprRlyCtrl, which is unused. */
 TAVLYN_API int16_t TAVLYN_CALL getBprRlyCtrl_iPad0(void);
-/** @param value iPad0 of tsBprRlyCtrl, which is kept and means nothing.
+/** @param value iPad0 of tsBprRlyCtrl, which is stored but unused.
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setBprRlyCtrl_iPad0(int16_t value);
 
@@ -554,27 +553,27 @@ TAVLYN_API int16_t TAVLYN_CALL getBprRlyCtrl_iRelayState(void);
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setBprRlyCtrl_iRelayState(int16_t value);
 
-/** @return The word iPad3 of tsBprRlyCtrl, which means nothing. */
+/** @return The word iPad3 of tsBprRlyCtrl, which is unused. */
 TAVLYN_API int16_t TAVLYN_CALL getBprRlyCtrl_iPad3(void);
-/** @param value iPad3 of tsBprRlyCtrl, which is kept and means nothing.
+/** @param value iPad3 of tsBprRlyCtrl, which is stored but unused.
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setBprRlyCtrl_iPad3(int16_t value);
 
-/** @return The word iPad4 of tsBprRlyCtrl, which means nothing. */
+/** @return The word iPad4 of tsBprRlyCtrl, which is unused. */
 TAVLYN_API int16_t TAVLYN_CALL getBprRlyCtrl_iPad4(void);
-/** @param value iPad4 of tsBprRlyCtrl, which is kept and means nothing.
+/** @param value iPad4 of tsBprRlyCtrl, which is stored but unused.
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setBprRlyCtrl_iPad4(int16_t value);
 
-/** @return The word iPad5 of tsBprRlyCtrl, which means nothing. */
+/** @return The word iPad5 of tsBprRlyCtrl, which is unused. */
 TAVLYN_API int16_t TAVLYN_CALL getBprRlyCtrl_iPad5(void);
-/** @param value iPad5 of tsBprRlyCtrl, which is kept and means nothing.
+/** @param value iPad5 of tsBprRlyCtrl, which is stored but unused.
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setBprRlyCtrl_iPad5(int16_t value);
 
-/** @return The word iPad6 of tsBprRlyCtrl, which means nothing. */
+/** @return The word iPad6 of tsBprRlyCtrl, which is unused. */
 TAVLYN_API int16_t TAVLYN_CALL getBprRlyCtrl_iPad6(void);
-/** @param value iPad6 of tsBprRlyCtrl, which is kept and means nothing.
+/** @param value iPad6 of tsBprRlyCtrl, which is stored but unused.
  * @return 1, or what the record call that failed returned. */
 TAVLYN_API uint16_t TAVLYN_CALL setBprRlyCtrl_iPad6(int16_t value);
 

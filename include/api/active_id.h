@@ -5,16 +5,16 @@
 
 #include "types.h"
 
-/** Reads the ID of the card, up to 8 bytes of it. A device that was spoken to less than 235 ms ago is left
- * alone: the last ID is given again while it is younger than iIDHoldTO, then 0.
+/** Reads the ID of the card, up to 8 bytes of it. A device that was accessed less than 235 ms ago is left
+ * alone: the call then returns the last ID while that is younger than iIDHoldTO, and 0 after that.
  *
  * Traffic otherwise: 8F and 8E.
  * @param buffer receives the ID, lowest bits first; null counts as no room.
  * @param length room in buffer in bytes, of which up to 32 are used; a negative length counts as 0. Over a
  *   serial link a buffer that is shorter than the ID gets nothing.
- * @return Number of bits of the ID. 0 for no card or a failed read, which the error word tells apart: 0, or
- *   TAVLYN_ERR_COMMAND; in the ASCII dialect TAVLYN_ERR_ASCII_LENGTH, TAVLYN_ERR_ASCII_PORT or
- *   TAVLYN_ERR_ASCII_ANSWER. Unsupported with no device. */
+ * @return Number of bits of the ID. 0 for no card (error word 0) or a failed read (TAVLYN_ERR_COMMAND; in the
+ *   ASCII dialect TAVLYN_ERR_ASCII_LENGTH, TAVLYN_ERR_ASCII_PORT or TAVLYN_ERR_ASCII_ANSWER). Unsupported
+ *   with no device. */
 TAVLYN_API uint16_t TAVLYN_CALL GetActiveID(uint8_t* buffer, int16_t length);
 
 /** Reads the ID of the card, up to 32 bytes of it; otherwise the same as GetActiveID().
@@ -26,12 +26,12 @@ TAVLYN_API uint16_t TAVLYN_CALL GetActiveID(uint8_t* buffer, int16_t length);
  * @return As for GetActiveID(). */
 TAVLYN_API uint16_t TAVLYN_CALL GetActiveID32(uint8_t* buffer, int16_t length);
 
-/** GetActiveID() for callers that cannot pass a buffer: getActiveID_byte() hands out the bytes.
+/** GetActiveID() for callers that cannot pass a buffer: getActiveID_byte() returns the bytes.
  * @param bytes how many bytes to fetch; more than 32 count as 32.
  * @return What GetActiveID() returns. */
 TAVLYN_API uint16_t TAVLYN_CALL getActiveID(uint16_t bytes);
 
-/** GetActiveID32() for callers that cannot pass a buffer: getActiveID_byte() hands out the bytes.
+/** GetActiveID32() for callers that cannot pass a buffer: getActiveID_byte() returns the bytes.
  * @param bytes how many bytes to fetch; more than 32 count as 32.
  * @return What GetActiveID32() returns. */
 TAVLYN_API uint16_t TAVLYN_CALL getActiveID32(uint16_t bytes);
@@ -42,7 +42,7 @@ TAVLYN_API uint16_t TAVLYN_CALL getActiveID32(uint16_t bytes);
  * @return The byte; 0 when index is negative, above the number of bytes asked for, or above 31. */
 TAVLYN_API uint8_t TAVLYN_CALL getActiveID_byte(int16_t index);
 
-/** Fetches forty bytes of data of the card on the reader, for getActiveCardData_byte() to hand out. Over a
+/** Fetches forty bytes of data of the card on the reader, for getActiveCardData_byte() to return. Over a
  * serial link it returns 0, with the bytes cleared.
  *
  * Traffic: 88 01 i with i = 0 to 4.

@@ -10,32 +10,32 @@
  * Empties the table, searches for devices as SetConnectProduct() and SetDevTypeSrch() allow, and reads the
  * configuration and the firmware words of each one found. Handles of an earlier connect are not closed: call
  * USBDisconnect() first. On Windows a reader 7A31:3BFB is opened for this program alone. A second connect
- * without a disconnect finds it and cannot talk to it, and neither can any other until the library is
- * unloaded; while another program reads its input, a connect finds it in the same way.
+ * without a disconnect finds it but cannot talk to it, and nor can any later one until the library is
+ * unloaded. While another program reads its input, a connect finds it but cannot talk to it either.
  *
- * A disconnect and a connect leave in each entry the mirror of the device that stood there before: records,
- * marks of what is not written yet, hash keys, and the configuration in use. A read overwrites it, but for
- * the hash keys, which the next write of separated fields sends, and the mark of LEDs, beeper and relay.
- * Where the connect has not read (a read that failed, and of a plus reader at index 1 or above every
- * configuration but one), gets show the words of the earlier device, and WriteCfg() sends them to this one.
- * Call ReadCfg() for each such device first, and go on only when it returns 1.
+ * Neither a disconnect nor a connect clears the mirror in an entry. It is still that of the device that had
+ * the entry before: records, marks of what is not written yet, hash keys, and the configuration in use. A
+ * read overwrites it, except for the hash keys, which the next write of separated fields sends, and the mark
+ * of LEDs, beeper and relay. Where the connect has not read (a read that failed, and of a plus reader at
+ * index 1 or above every configuration but one), gets return the words of the earlier device, and WriteCfg()
+ * sends them to this one. Call ReadCfg() for each such device first, and go on only when it returns 1.
  *
- * Nothing proves that a device is the maker's. Of HID devices, those of the makers' pairs and of the VID/PID
- * table are taken, and every one of product 0104, whatever its vendor. A search with the settings as they
- * are after load also opens COM1 to COM8 and writes frames to whatever is connected there; SetDevTypeSrch()
- * and SetComSrchRange() narrow it. Over Ethernet everything passes in the clear, keys too, and whoever
- * answers at the address is believed.
+ * Nothing proves that a device is the maker's. A HID device is accepted when its VID/PID pair is one of the
+ * makers' or in the VID/PID table, and with product ID 0104 whatever its vendor is. A search with the
+ * settings as they are after load also opens COM1 to COM8 and writes frames to whatever is connected there;
+ * SetDevTypeSrch() and SetComSrchRange() narrow it. Over Ethernet everything, keys included, travels in the
+ * clear, and whoever answers at the address is trusted.
  *
- * Traffic for a plain reader: 89 01, then for each configuration the reports of ReadCfg(). A plus reader
- * adds its firmware words, 89 03 cpu index.
+ * Traffic for a plain reader: 89 01, then for each configuration the reports of ReadCfg(). A plus reader adds
+ * its firmware words, 89 03 cpu index.
  * @param pDID receives the device ID word of entry 0, on success only; it may be null.
- * @return 1 when a device was found and every configuration was read. 0 when nothing was found, in which
- *   case GetDevCnt() is 0 and only the trace says more; or when a configuration could not be read, in which
- *   case the table keeps what was found and the error word of that device (SetActDev(), then
- *   GetLastLibErr()) says why, usually with TAVLYN_ERR_CONFIG_READ. */
+ * @return 1 when a device was found and every configuration was read. 0 when nothing was found, in which case
+ *   GetDevCnt() is 0 and only the trace says more; or when a configuration could not be read, in which case
+ *   the table keeps what was found and the error word of that device (SetActDev(), then GetLastLibErr()) says
+ *   why, usually with TAVLYN_ERR_CONFIG_READ. */
 TAVLYN_API uint32_t TAVLYN_CALL USBConnect(uint32_t* pDID);
 
-/** USBConnect() for callers that cannot pass a pointer. The device ID word is lost; GetDID() returns it.
+/** USBConnect() for callers that cannot pass a pointer. GetDID() returns the device ID word.
  * @return What USBConnect() returns. */
 TAVLYN_API uint32_t TAVLYN_CALL usbConnect(void);
 
@@ -44,7 +44,7 @@ TAVLYN_API uint32_t TAVLYN_CALL usbConnect(void);
  * @return Always 1. */
 TAVLYN_API uint32_t TAVLYN_CALL USBDisconnect(void);
 
-/** Chooses the products that a connect searches for. After load all of them are.
+/** Chooses the products that a connect searches for. After load it is all of them.
  * @param mask bit 0 card readers, bit 1 magstripe readers, bit 2 sonar sensors; other bits mean nothing.
  * @return Always 1. */
 TAVLYN_API uint32_t TAVLYN_CALL SetConnectProduct(uint32_t mask);
@@ -69,7 +69,7 @@ TAVLYN_API uint32_t TAVLYN_CALL SetComSrchRange(uint16_t a, uint16_t b);
 TAVLYN_API uint32_t TAVLYN_CALL VirtualComSearchRange(uint32_t a, uint32_t b);
 
 /** Sets the address a.b.c.d and the TCP port of the Ethernet search, unchecked. After load they are 0.0.0.0
- * and 0, where nothing is. The link is neither encrypted nor authenticated.
+ * and 0, where nothing answers. The link is neither encrypted nor authenticated.
  * @param a first octet.
  * @param b second octet.
  * @param c third octet.
@@ -90,19 +90,19 @@ TAVLYN_API void TAVLYN_CALL SetUnsupportedProductErrorCode(uint16_t value);
 TAVLYN_API uint32_t TAVLYN_CALL GetUnsupportedProductErrorCode(void);
 
 /** Does nothing; it is kept for programs that call it.
- * @param value is not looked at.
+ * @param value is ignored.
  * @return Always 0. */
 TAVLYN_API uint32_t TAVLYN_CALL SetComLinux(uint64_t value);
 
 /** Does nothing; it is kept for programs that call it.
  * @param buffer is not touched and may be null.
- * @param length is not looked at.
+ * @param length is ignored.
  * @return Always 0. */
 TAVLYN_API uint16_t TAVLYN_CALL GetRawRepDataI(uint8_t* buffer, uint16_t length);
 
 /** Receives one line of the trace. It is called on the thread that made the traced call, at times under the
- * library's lock. An exception that leaves it ends there, on Windows an access violation too, and the traced
- * call goes on.
+ * library's lock. An exception that it throws, on Windows also an access violation, ends there, and the
+ * traced call goes on.
  * @param line the finished line, which ends in a line feed and a terminator; it is valid during the call
  *   only.
  * @param length its length in bytes, without the terminator. */
@@ -116,19 +116,19 @@ TAVLYN_API uint32_t TAVLYN_CALL SetMarkerFunction(tavlyn_marker_function functio
 
 /** Returns the error word of the active device and does not clear it.
  *
- * Without a device a call leaves no word either, but for those that use entry 0 untested: loads of a file
- * that does not pass its test (LoadIniFile(), ReadDevCfgFromSecureFile(), WriteBLEDataToReader() and
+ * With no device a call sets no word, except for those that use entry 0 unchecked: loads of a file that does
+ * not pass its test (LoadIniFile(), ReadDevCfgFromSecureFile(), WriteBLEDataToReader() and
  * WriteBLEKeyToReader(): TAVLYN_ERR_INTEGRITY), the texts from GetSerialNumber() to GetCPUInfo()
  * (TAVLYN_ERR_CONFIG_READ and TAVLYN_ERR_WRITE_REPORT) and sorbaneClearOverrun() (TAVLYN_ERR_WRITE_REPORT).
- * That word is seen as soon as entry 0 holds a device, until a call clears it; the configuration read of a
+ * Such a word shows as soon as entry 0 holds a device, until a call clears it, as the configuration read of a
  * connect does.
- * @return Words TAVLYN_ERR_ of types.h; 0 for none; unsupported, sign-extended from 16 bits, with no device.
+ * @return TAVLYN_ERR_ words of types.h; 0 for none; unsupported, sign-extended from 16 bits, with no device.
  */
 TAVLYN_API uint32_t TAVLYN_CALL GetLastLibErr(void);
 
 /** Returns the mask of a filter in the row of the VID/PID table that matched the active reader.
  * @param index 1 for the row's FILTER1, or the table's DEFAULT1 when the device has no row, is not a card
- *   reader, or none is active. 0 stands for a filter that is always 0.
+ *   reader, or none is active. 0 for a filter that is always 0.
  * @return The mask; 0 for index 0 and for any other index. */
 TAVLYN_API uint32_t TAVLYN_CALL GetVidPidFilterMask(int32_t index);
 

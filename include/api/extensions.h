@@ -14,7 +14,7 @@
 
 /** A card that the reader has seen; 40 bytes. */
 typedef struct CardAnalyzerRecord {
-  uint32_t RecType;     /**< Type of the record as the reader tells it, 16 bits. */
+  uint32_t RecType;     /**< Type of the record as the reader reports it, 16 bits. */
   uint32_t BitCount;    /**< Number of bits of the card. */
   uint8_t CardBits[32]; /**< The bits in reverse: the reader's first byte is the last one here, zeros come
                            first. */
@@ -34,18 +34,18 @@ TAVLYN_API uint32_t TAVLYN_CALL GetCardAnalyzerStatus(void);
 TAVLYN_API uint32_t TAVLYN_CALL GetCardCount(void);
 
 /** Switches the analyzer. Traffic: 8C 88 state.
- * @param state passed on to the reader as it is, 0 to 255; the low 8 bits count.
+ * @param state passed on to the reader unchanged, 0 to 255; the low 8 bits count.
  * @return 1 when the reader confirms; 0 when it does not, which adds TAVLYN_ERR_ANALYZER_CONTROL and is
  *   traced, and when the active device is not a card reader on feature reports. */
 TAVLYN_API uint32_t TAVLYN_CALL SetCardAnalyzerControlState(uint32_t state);
 
 /** Reads the records, GetCardCount() of them: the count is not asked for again. A record that could not be
- * read as a whole is there with what came of it, adds TAVLYN_ERR_ANALYZER_DATA and is traced. Each record
- * clears the error word first, so that in the end it tells of the last one alone.
+ * read completely is returned with what arrived of it, adds TAVLYN_ERR_ANALYZER_DATA and is traced. Each
+ * record clears the error word first, so that in the end it covers only the last one.
  *
  * Traffic for each record r, from 0: 8C 09 r, and 8C 09 r k for each eight bytes of its data, k from 1; also
  * for those beyond the 32 that are kept.
- * @return An array from malloc that belongs to the caller, who ends it with free; with no records it is
+ * @return An array from malloc that belongs to the caller, who releases it with free; with no records it is
  *   empty and not null. Null without memory, and when the active device is not a card reader on feature
  *   reports. */
 TAVLYN_API CardAnalyzerRecord* TAVLYN_CALL GetCardAnalyzerData(void);
@@ -83,7 +83,7 @@ TAVLYN_API uint8_t TAVLYN_CALL SetModuleState(uint16_t module, uint16_t state);
 TAVLYN_API uint16_t TAVLYN_CALL CheckTransparentMode(void);
 
 /** Switches transparent mode on. Traffic: 8C 80 01, then 90 for a commit.
- * @param commit exactly 1 for a change that outlasts a power cycle. The commit goes out whether the reader
+ * @param commit exactly 1 for a change that outlasts a power cycle. The commit is sent whether the reader
  *   has switched or not.
  * @return 1 when the reader has switched, 0 when it has not, 2 when it does not know the mode. 0 also after
  *   a failed exchange, which adds TAVLYN_ERR_SECURE and is traced; when the commit could not be sent, with
@@ -91,7 +91,7 @@ TAVLYN_API uint16_t TAVLYN_CALL CheckTransparentMode(void);
 TAVLYN_API uint16_t TAVLYN_CALL EnableTransparentMode(uint32_t commit);
 
 /** Switches transparent mode off. Traffic: 8C 80 00, then 90 for a commit.
- * @param commit exactly 1 for a change that outlasts a power cycle. The commit goes out whether the reader
+ * @param commit exactly 1 for a change that outlasts a power cycle. The commit is sent whether the reader
  *   has switched or not.
  * @return As for EnableTransparentMode(). */
 TAVLYN_API uint16_t TAVLYN_CALL DisableTransparentMode(uint32_t commit);
@@ -99,7 +99,7 @@ TAVLYN_API uint16_t TAVLYN_CALL DisableTransparentMode(uint32_t commit);
 /** @} */
 
 /** @name BLE radio
- * It stands beside the reader's card radio. Any product is asked and has its error word cleared first;
+ * It comes in addition to the card radio. Any product is asked and has its error word cleared first;
  * nothing is traced.
  * @{ */
 
@@ -114,10 +114,9 @@ TAVLYN_API uint16_t TAVLYN_CALL IsBTLEPresent(void);
 TAVLYN_API uint16_t TAVLYN_CALL GetBTLEConfiguration(void);
 
 /** Chooses in which way the radio works with the card radio. Traffic: 8C 87 configuration.
- * @param configuration handed to the reader as it is, 0 to 255; those that GetBTLEConfiguration() can tell
- *   are 0 to 3.
- * @return 1 when the reader answered, whatever it answered, so that a refusal does not show; 0 after a
- *   failed exchange, which adds TAVLYN_ERR_SET_BLE; unsupported with no device. */
+ * @param configuration passed on to the reader unchanged, 0 to 255; GetBTLEConfiguration() can return 0 to 3.
+ * @return 1 when the reader answered, whatever it answered, so that a refusal does not show; 0 after a failed
+ *   exchange, which adds TAVLYN_ERR_SET_BLE; unsupported with no device. */
 TAVLYN_API uint16_t TAVLYN_CALL SetBTLEConfiguration(uint8_t configuration);
 
 /** @} */

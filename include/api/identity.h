@@ -42,7 +42,7 @@ TAVLYN_API uint32_t TAVLYN_CALL orv_GetDevName(char* name);
  * @return The character; 0 after the end, for any other index, and with no device. */
 TAVLYN_API uint8_t TAVLYN_CALL getDevName_char(int16_t index);
 
-/** Returns the link of the active device. With no device it is that of entry 0, which is not tested.
+/** Returns the link of the active device. With no device it is that of entry 0, unchecked.
  * @return 0 for feature reports, 1 for a serial link. */
 TAVLYN_API uint16_t TAVLYN_CALL GetDevType(void);
 
@@ -55,13 +55,11 @@ TAVLYN_API uint16_t TAVLYN_CALL orv_GetDevType(void);
  *   a device that ChkAddArrival() has added. */
 TAVLYN_API uint32_t TAVLYN_CALL GetProduct(void);
 
-/** Returns the device ID word of the active device. With no device it is that of entry 0, which is not
- * tested.
+/** Returns the device ID word of the active device. With no device it is that of entry 0, unchecked.
  * @return 0 to 65535. */
 TAVLYN_API uint32_t TAVLYN_CALL GetDID(void);
 
-/** Returns the logical unit ID of the active device. With no device it is that of entry 0, which is not
- * tested.
+/** Returns the logical unit ID of the active device. With no device it is that of entry 0, unchecked.
  * @return 0 to 65535. */
 TAVLYN_API uint32_t TAVLYN_CALL GetLUID(void);
 
@@ -71,7 +69,7 @@ TAVLYN_API uint32_t TAVLYN_CALL GetLUID(void);
  * @return Always 1. */
 TAVLYN_API uint32_t TAVLYN_CALL SetLUID(uint16_t luid);
 
-/** Returns the serial word of the active device. With no device it is that of entry 0, which is not tested.
+/** Returns the serial word of the active device. With no device it is that of entry 0, unchecked.
  * @return The serial word. */
 TAVLYN_API uint32_t TAVLYN_CALL GetSN(void);
 
@@ -92,13 +90,13 @@ TAVLYN_API uint8_t* TAVLYN_CALL InstalledHardware(void);
 TAVLYN_API uint8_t* TAVLYN_CALL SupportedHardware(void);
 
 /** For an arrival notification: opens the device at a path and appends it to the table, if it is one of the
- * active device's product. What was added counts as no product until the next connect.
+ * active device's product. A device added like this has no product until the next connect.
  *
  * The path must name the product's pair: begin with `\\?\HID#Vid_7a31&Pid_3bfa` (18c8 and 2bfa for a sonar
- * sensor) in either case, or on Linux be listed with it. With a magstripe reader active it must name the
- * pair of a card reader and lead to a device that shows a magstripe reader's own; no system gives out such a
- * path, so that those readers are found by a connect only. A sonar sensor takes the place of device 0, and a
- * blank device is appended.
+ * sensor) in either case, or on Linux be listed with it. With a magstripe reader active it must name the pair
+ * of a card reader and lead to a device with a magstripe reader's own; no system has such a path, so that
+ * only a connect finds those readers. A sonar sensor takes the place of device 0, and a blank device is
+ * appended.
  *
  * Whenever a device was to be added, device 0 is active afterwards, and one serial or Ethernet device drops
  * out of the table.
@@ -116,24 +114,24 @@ TAVLYN_API uint32_t TAVLYN_CALL ChkDelRemoval(const char* path);
 
 /** ChkAddArrival() for callers that can pass only characters.
  * @param index 0 clears the path and stores the character there, 1 to 254 store it, 255 runs the check.
- * @param character the character; it is not looked at with index 255.
+ * @param character the character; ignored with index 255.
  * @return 1 for a character that was stored; what ChkAddArrival() returns for index 255; 0 for any other
  *   index. */
 TAVLYN_API uint32_t TAVLYN_CALL chkAddArrival_char(int16_t index, uint8_t character);
 
 /** ChkDelRemoval() for callers that can pass only characters.
  * @param index 0 clears the path and stores the character there, 1 to 254 store it, 255 runs the check.
- * @param character the character; it is not looked at with index 255.
+ * @param character the character; ignored with index 255.
  * @return 1 for a character that was stored; what ChkDelRemoval() returns for index 255; 0 for any other
  *   index. */
 TAVLYN_API uint32_t TAVLYN_CALL chkDelRemoval_char(int16_t index, uint8_t character);
 
-/** Copies the 16 bytes of an interface class. Despite the name it is the class of keyboards.
+/** Copies the 16 bytes of an interface class. Despite the name it is the keyboard class.
  * @param guid room for 16 bytes, or null.
  * @return Always 1. */
 TAVLYN_API uint32_t TAVLYN_CALL GetHIDGuid(uint8_t* guid);
 
-/** Tells the version of the library: 7, 9, 2.
+/** Returns the version of the library: 7, 9, 2.
  * @param major receives the first number; it may be null.
  * @param minor receives the second number; it may be null.
  * @param build receives the third number; it may be null.

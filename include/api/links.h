@@ -36,8 +36,8 @@ TAVLYN_API uint32_t TAVLYN_CALL comConnect(void);
  * @return 0; unsupported with no device or a sonar sensor. */
 TAVLYN_API uint32_t TAVLYN_CALL comConnectPort(uint16_t port);
 
-/** Closes the link of the active device, be it a serial port, a TCP connection or a bulk device. The device
- * stays in the table. There is no traffic, and the error word is left alone.
+/** Closes the link of the active device: serial port, TCP connection or bulk device. The device stays in the
+ * table. There is no traffic, and the error word is left alone.
  * @return 1 when it was closed; 0 when it was closed before or is not a serial link; unsupported with no
  *   device or a sonar sensor. */
 TAVLYN_API uint32_t TAVLYN_CALL ComDisconnect(void);
@@ -66,33 +66,32 @@ TAVLYN_API uint32_t TAVLYN_CALL QuickReadSerialPort(uint8_t* buffer, uint32_t le
 TAVLYN_API uint32_t TAVLYN_CALL WriteSerialPort(const char* buffer, uint32_t length);
 
 /** ReadSerialPort() for callers that cannot pass a buffer. The error word is left alone.
- * @param index -1 reads up to 1024 bytes; 0 to 1023 hands out one of them.
+ * @param index -1 reads up to 1024 bytes; 0 to 1023 returns one of them.
  * @return What ReadSerialPort() returns for index -1; the byte, sign-extended to 32 bits, for 0 to 1023, or
  *   0 where nothing was read; 0 for any other index. */
 TAVLYN_API uint32_t TAVLYN_CALL readSerialPort_char(int16_t index);
 
 /** QuickReadSerialPort() for callers that cannot pass a buffer; its bytes are not those of
  * readSerialPort_char(). The error word is left alone.
- * @param index -1 reads up to 1024 bytes; 0 to 1023 hands out one of them.
+ * @param index -1 reads up to 1024 bytes; 0 to 1023 returns one of them.
  * @return As for readSerialPort_char(), of what QuickReadSerialPort() reads. */
 TAVLYN_API uint32_t TAVLYN_CALL quickReadSerialPort_char(int16_t index);
 
 /** Gives the active device's port the time-outs of QuickReadSerialPort() for good, whatever the arguments
  * are. Without an open port it does nothing.
- * @param interval is not looked at.
- * @param multiplier is not looked at.
- * @param constant is not looked at. */
+ * @param interval is ignored.
+ * @param multiplier is ignored.
+ * @param constant is ignored. */
 TAVLYN_API void TAVLYN_CALL SetSerialTimeouts(uint32_t interval, uint32_t multiplier, uint32_t constant);
 
 /** Sets the speed of the next serial search for readers, 9600 baud after load. No open port changes.
  * Magstripe readers are always searched for at 9600.
- * @param baud any speed that the port's driver takes; at one that it does not take, and at 0, no port opens.
- */
+ * @param baud any speed that the port's driver supports; at any other, and at 0, no port opens. */
 TAVLYN_API void TAVLYN_CALL SetBaudRate(uint32_t baud);
 
-/** Looks for an Ethernet adapter at the addresses from a.b.c.first to a.b.c.last. Nothing goes into the
- * table: give the result to SetIpPort(). An address that stays silent takes about half a second. A link that
- * is up is lost: it is no longer used and not closed either.
+/** Looks for an Ethernet adapter at the addresses from a.b.c.first to a.b.c.last. Nothing is added to the
+ * table: pass the result to SetIpPort(). An address that stays silent takes about half a second. A link that
+ * is up is lost: it is no longer used, but not closed either.
  *
  * Traffic over UDP: RFIDDISC 01 00 to port 11000, 00 00 00 F6 to port 30718.
  * @param a first octet; its low byte counts.

@@ -1,7 +1,7 @@
 /** @file
  * Magnetic-stripe reader: tracks, user fields, counts. Every call returns unsupported when the active device
- * is not a magnetic-stripe reader, unless its comment says otherwise. What the general calls do with such a
- * reader stands in docs/products.md.
+ * is not a magnetic-stripe reader, unless its comment says otherwise. docs/products.md says what the general
+ * calls do with such a reader.
  *
  * The host keeps a mirror of the reader's configuration. The settings here change the mirror alone, for the
  * next WriteCfg(), and cause no traffic, except for sorbaneSetLED().
@@ -9,7 +9,7 @@
  * @par Traffic
  * A command is a text in a packet of 24 bytes that ends in 0D, one feature report; the reply, fetched 2 ms
  * later (202 ms after FW and FD), is a packet that begins with "R". Commands are given here as texts; bytes
- * travel as pairs of hexadecimal digits. A failed exchange leaves the error word alone, but for
+ * are sent as pairs of hexadecimal digits. A failed exchange leaves the error word alone, except for
  * TAVLYN_ERR_WRITE_REPORT, unless another word is named. Over a serial link no reply is fetched, so that
  * every exchange fails there. */
 #ifndef TAVLYN_API_MAGSTRIPE_H
@@ -19,7 +19,7 @@
 
 /** @name User fields
  * The reader's recipes for turning a piece of a swipe into keystrokes, numbered from 1 to 11. Numbers are
- * stored as they are given and cut to their width by WriteCfg(). The error word is left alone.
+ * stored as given, and WriteCfg() cuts them to their width. The error word is left alone.
  * @{ */
 
 /** Tells whether a user field is in use.
@@ -124,12 +124,12 @@ TAVLYN_API uint32_t TAVLYN_CALL sorbaneGetFieldLength(uint16_t field);
  * @return 1; 0 for any other field, which changes nothing; unsupported without a magnetic-stripe reader. */
 TAVLYN_API uint32_t TAVLYN_CALL sorbaneSetFieldLength(uint16_t field, uint8_t length);
 
-/** Returns the byte on which it stops of a user field.
+/** Returns the byte at which a user field stops.
  * @param field number of the user field, 1 to 11.
  * @return The byte, 0 to 255; 0 for any other field; unsupported without a magnetic-stripe reader. */
 TAVLYN_API uint32_t TAVLYN_CALL sorbaneGetFieldTerm(uint16_t field);
 
-/** Sets the byte on which it stops of a user field.
+/** Sets the byte at which a user field stops.
  * @param field number of the user field, 1 to 11.
  * @param term the byte, 0 to 255.
  * @return 1; 0 for any other field, which changes nothing; unsupported without a magnetic-stripe reader. */
@@ -188,7 +188,7 @@ TAVLYN_API uint32_t TAVLYN_CALL sorbaneGetBeeper(uint16_t which);
  *   reader. */
 TAVLYN_API uint32_t TAVLYN_CALL sorbaneSetBeeper(uint16_t which, int16_t count, int16_t longBeep);
 
-/** Returns one of the five colours of the LEDs, as the mirror has it.
+/** Returns one of the five colours of the LEDs from the mirror.
  * @param index number of the colour, 0 to 4.
  * @return 0 for off, 1 for red, 2 for green, 3 for amber; 0 for any other index; unsupported without a
  *   magnetic-stripe reader. */
@@ -201,14 +201,14 @@ TAVLYN_API uint32_t TAVLYN_CALL sorbaneGetLED(uint16_t index);
  *   colour, which changes nothing; unsupported without a magnetic-stripe reader. */
 TAVLYN_API uint32_t TAVLYN_CALL sorbaneSetLED(uint16_t index, uint16_t color);
 
-/** Chooses what GetActiveID(), GetActiveID32() and GetQueuedID() take of a swipe. It clears the error word.
- * The choice is the host's; neither WriteCfg() nor a file carries it.
+/** Chooses what GetActiveID(), GetActiveID32() and GetQueuedID() take from a swipe. It clears the error word.
+ * The choice exists on the host only: neither WriteCfg() nor a file includes it.
  * @param track the track, 1 to 3.
  * @param field the magnetic field on it, 1 to 50.
  * @param offset offset within that in characters, 0 to 100.
- * @param term the byte on which it stops.
- * @return 1; 0 for a value out of range, which changes nothing; unsupported without a magnetic-stripe
- *   reader. */
+ * @param term the byte at which it stops.
+ * @return 1; 0 for a value out of range, which changes nothing; unsupported without a magnetic-stripe reader.
+ */
 TAVLYN_API uint32_t TAVLYN_CALL sorbaneSetActiveID(uint16_t track, uint16_t field, uint16_t offset,
                                                    uint16_t term);
 
@@ -221,13 +221,13 @@ TAVLYN_API uint32_t TAVLYN_CALL sorbaneIsDataAvailable(void);
  * @return 1 when the reader answered, else 0; unsupported without a magnetic-stripe reader. */
 TAVLYN_API uint32_t TAVLYN_CALL sorbaneClearDataAvailable(void);
 
-/** Clears the reader's overrun state. The device is not looked at: any active one is spoken to, and with none
+/** Clears the reader's overrun state. The product is not checked: any active device is asked, and with none
  * entry 0, which leaves TAVLYN_ERR_WRITE_REPORT. Traffic: CQ.
  * @return 1 when the reader answered, else 0. */
 TAVLYN_API uint32_t TAVLYN_CALL sorbaneClearOverrun(void);
 
 /** Asks for the reader's uptime. Traffic: QUP.
- * @return The uptime in units of the reader's own; 0 after a failed exchange; unsupported without a
+ * @return The uptime in the reader's own units; 0 after a failed exchange; unsupported without a
  *   magnetic-stripe reader. */
 TAVLYN_API uint32_t TAVLYN_CALL sorbaneGetSystemUptime(void);
 
@@ -248,7 +248,7 @@ TAVLYN_API uint32_t TAVLYN_CALL sorbaneGetSystemInternalCount(uint32_t index);
  *   them; any other value for text.
  * @return 257 bytes: a header (bits 0 to 6 the number of characters), the characters from byte 1 on, zeros.
  *   All zeros for any other track and when an exchange failed; null without a magnetic-stripe reader. The
- *   bytes hold until the next track or field is fetched. */
+ *   bytes are valid until the next track or field is fetched. */
 TAVLYN_API const uint8_t* TAVLYN_CALL sorbaneGetTrackData(uint16_t track, uint16_t convert);
 
 /** sorbaneGetTrackData() for callers that cannot use a pointer.
@@ -259,17 +259,17 @@ TAVLYN_API const uint8_t* TAVLYN_CALL sorbaneGetTrackData(uint16_t track, uint16
  * @return The byte; 0 for any other index; unsupported without a magnetic-stripe reader. */
 TAVLYN_API uint32_t TAVLYN_CALL sorbaneGetTrackData_BYTE(uint16_t track, uint16_t convert, uint16_t index);
 
-/** Fetches a piece of a track, from a character of a magnetic field up to a byte or the end of the field.
- * What comes is as many bytes as the piece has, but taken from the place where it ends. Traffic: that of
+/** Fetches a piece of a track, from a character of a magnetic field up to a byte or the end of the field. As
+ * many bytes are returned as the piece has, but from the place where it ends onward. Traffic: that of
  * sorbaneGetTrackData().
  * @param track 1 to 3.
  * @param field number of the magnetic field.
  * @param offset offset of the piece within the field, in characters.
- * @param length 0 gives nothing; any other value is not looked at.
- * @param term the byte on which the piece stops.
+ * @param length 0 returns nothing; any other value is ignored.
+ * @param term the byte at which the piece stops.
  * @param convert not 0 to convert all 257 bytes to text, the zeros too.
  * @return 257 bytes, all zeros before the conversion when there is no such piece; null without a
- *   magnetic-stripe reader. The bytes hold until the next track or field is fetched. */
+ *   magnetic-stripe reader. The bytes are valid until the next track or field is fetched. */
 TAVLYN_API const uint8_t* TAVLYN_CALL sorbaneGetTrackFieldOffset(uint16_t track, uint16_t field,
                                                                  uint16_t offset, uint16_t length,
                                                                  uint16_t term, uint16_t convert);

@@ -6,7 +6,7 @@
 #include "types.h"
 
 /** Beeps now. Traffic: 8C 03 code.
- * @param count 1 to 5; 0 counts as 1 and more than 5 as 5. Of long beeps there are one or two.
+ * @param count 1 to 5; 0 counts as 1 and more than 5 as 5. There are at most two long beeps.
  * @param longBeep not 0 for long beeps.
  * @return 1, or 0 with no device or after a failed exchange, which adds TAVLYN_ERR_COMMAND. */
 TAVLYN_API uint32_t TAVLYN_CALL BeepNow(uint8_t count, int16_t longBeep);

@@ -1,14 +1,15 @@
 /** @file
- * IDs that a device has queued, and raw commands: what an application needs that the library has no name
- * for. The queued ID, the raw command and the raw reply exist once in a process, and outlive a change of the
- * active device. None of these calls takes the library's lock. */
+ * IDs that a device has queued, and raw commands, for which the library has no call of their own. The queued
+ * ID, the raw command and the raw reply exist once in a process and survive a change of the active device.
+ * None of these calls takes the library's lock. */
 #ifndef TAVLYN_API_RAW_H
 #define TAVLYN_API_RAW_H
 
 #include "types.h"
 
-/** Fetches an ID that was read while nobody polled, for GetQueuedID_index() to hand out. It clears the error
- * word first. The 32 bytes also become those that getActiveID_byte() hands out; how many it hands out stays.
+/** Fetches an ID that was read while nobody polled, for GetQueuedID_index() to return. It clears the error
+ * word first. The 32 bytes also become those that getActiveID_byte() returns; how many of them it returns
+ * does not change.
  *
  * Traffic: 8C 02 i options with i = 0 to 4; over a serial link 0C 02 i options and 100 ms after each.
  * @param first an option that is passed on to the reader; it is on when not 0.
@@ -27,7 +28,7 @@ TAVLYN_API uint32_t TAVLYN_CALL GetQueuedID_index(int16_t index);
 /** Stores a byte of the raw command, or sends it and fetches the reply. Over a serial link bytes 1 to 5 are
  * the whole header of a frame, from its class byte (FA) on, to which 8 bytes of data are expected.
  *
- * The error word is left alone, but for TAVLYN_ERR_WRITE_REPORT after a command that could not be sent.
+ * The error word is left alone, except for TAVLYN_ERR_WRITE_REPORT after a command that could not be sent.
  * @param index 1 to 8 are the bytes of the command. 0 clears command and reply first; its value is never
  *   sent. 9 is stored and not sent. An index of 8 or above, also one above 9 where nothing is stored, sends
  *   the command and fetches the reply.

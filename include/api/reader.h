@@ -1,6 +1,5 @@
 /** @file
- * What is asked of a reader besides its ID: configuration, configurations of a plus reader, texts, firmware.
- */
+ * What a reader has besides IDs: its configuration, the configurations of a plus reader, texts, firmware. */
 #ifndef TAVLYN_API_READER_H
 #define TAVLYN_API_READER_H
 
@@ -11,13 +10,13 @@
  * Traffic for each configuration of a plus reader: 89 81 n, 89 01, 84; then for every reader 8A, 80, 81, 82,
  * 83, 85 i 00 10 (1 to 18 times), 8C 04 07 i (8 times), 8C 04 04 i (3 times), 8C 01 i (3 times). A plus
  * reader ends with 89 81 n and its card type list, 89 04 i.
- * @return 1, or 0 when at least one could not be read, which adds TAVLYN_ERR_CONFIG_READ, and with no
- *   device. A text that could not be read does not fail the call: a result of 1 can stand beside
- *   TAVLYN_ERR_FW_FILENAME, TAVLYN_ERR_FULL_FW_VERSION and TAVLYN_ERR_CONFIG_READ. */
+ * @return 1, or 0 when at least one could not be read, which adds TAVLYN_ERR_CONFIG_READ, and with no device.
+ *   A text that could not be read does not fail the call: a result of 1 can come with TAVLYN_ERR_FW_FILENAME,
+ *   TAVLYN_ERR_FULL_FW_VERSION and TAVLYN_ERR_CONFIG_READ. */
 TAVLYN_API uint32_t TAVLYN_CALL ReadCfg(void);
 
 /** Sends what has changed in the mirror and commits it, for every configuration of a plus reader from the
- * highest down. Changes that were made for an earlier device and not overwritten by a read go out too, see
+ * highest down. Changes that were made for an earlier device and not overwritten by a read are sent too, see
  * USBConnect(): call ReadCfg() first. It takes 20 ms for a configuration, or 1200 ms on a reader without the
  * volume command.
  *
@@ -25,14 +24,14 @@ TAVLYN_API uint32_t TAVLYN_CALL ReadCfg(void);
  * changed and 85 i 00 10, each followed by a data report; 84 on a plus reader; 90 mask, where mask names the
  * blocks; 8C 06.
  * @return 1, or 0 after a failure and with no device. What was sent but not committed then lies in the
- *   reader's working memory only, and the next write sends it again. The error word does not tell of the
+ *   reader's working memory only, and the next write sends it again. The error word does not show the
  *   failure. */
 TAVLYN_API uint32_t TAVLYN_CALL WriteCfg(void);
 
 /** Makes the device load its factory configuration and reads it back. It takes 1200 ms. Traffic: A0, then
  * that of ReadCfg().
- * @return 1, or 0 when the command could not be sent, which adds TAVLYN_ERR_RESET, or the configuration
- *   could not be read, as ReadCfg() tells it; unsupported with no device. */
+ * @return 1, or 0 when the command could not be sent, which adds TAVLYN_ERR_RESET, or the configuration could
+ *   not be read, see ReadCfg(); unsupported with no device. */
 TAVLYN_API uint32_t TAVLYN_CALL ResetFactoryDflts(void);
 
 /** Returns the highest configuration index of the active plus reader.
@@ -43,8 +42,8 @@ TAVLYN_API uint16_t TAVLYN_CALL GetMaxConfig(void);
  * @return 0 to GetMaxConfig(); 0 for a device that is not a plus reader. */
 TAVLYN_API uint16_t TAVLYN_CALL GetActConfig(void);
 
-/** Chooses the configuration that the record calls act on. The reader is not told, and the error word is left
- * alone.
+/** Chooses the configuration that the record calls act on. Nothing is sent to the reader, and the error word
+ * is left alone.
  * @param index 0 to GetMaxConfig().
  * @return 1, or 0 when there is no such configuration or the device is not a plus reader. */
 TAVLYN_API uint32_t TAVLYN_CALL SetActConfig(uint8_t index);
@@ -63,10 +62,10 @@ TAVLYN_API int32_t TAVLYN_CALL GetCardPriority(void);
  * @return 1, or 0 when the device is not a plus reader. */
 TAVLYN_API uint32_t TAVLYN_CALL SetCardTypePriority(uint16_t type, int16_t priority);
 
-/** Tells whether the reader knows a card type, by the list that came with the configuration. A reader that
- * gave no list rejects nothing.
- * @param type code of the type. Bits 4 to 7 do not count, and a type without other bits is always known,
- *   even with no device.
+/** Tells whether the reader knows a card type, according to the list that came with the configuration.
+ * Without a list every type counts as known.
+ * @param type code of the type. Bits 4 to 7 do not count, and a type without other bits is always known, even
+ *   with no device.
  * @return 1 when it is known; 0 when it is not, or no card reader is active. */
 TAVLYN_API uint32_t TAVLYN_CALL IsCardTypeInList(int16_t type);
 
@@ -88,8 +87,8 @@ TAVLYN_API const char* TAVLYN_CALL getPartNumberString(void);
 TAVLYN_API uint8_t TAVLYN_CALL getPartNumberString_char(int16_t index);
 
 /** @name Texts that are asked for at each call
- * Up to 24 characters. Neither product nor table is looked at: with no device, entry 0 is asked in vain,
- * over reports for 480 ms, and its error word becomes TAVLYN_ERR_CONFIG_READ and TAVLYN_ERR_WRITE_REPORT.
+ * Up to 24 characters. Neither product nor table is checked: with no device, entry 0 is asked in vain, which
+ * takes 480 ms over reports, and its error word becomes TAVLYN_ERR_CONFIG_READ and TAVLYN_ERR_WRITE_REPORT.
  * The error word is not cleared first.
  * @{ */
 
@@ -131,12 +130,12 @@ TAVLYN_API const uint8_t* TAVLYN_CALL getESN(void);
 TAVLYN_API uint32_t TAVLYN_CALL GetFirmwareVersion(uint16_t cpu, uint16_t index);
 
 /** Reads the firmware words of every device again. Afterwards device 0 is active, with configuration 0.
- * Traffic: 89 03 cpu index, where a row ends at its first 0. */
+ * Traffic: 89 03 cpu index, for each processor up to its first 0. */
 TAVLYN_API void TAVLYN_CALL SendGetFWVersion(void);
 
 /** Measures how long the device takes to answer. The error word is not cleared. Traffic: 8A.
- * @return Milliseconds, 1 to 65535. With no device or no answer it is the host's tick count, which its
- *   implausible size tells apart. */
+ * @return Milliseconds, 1 to 65535. With no device or no answer it is the host's tick count, which is
+ *   implausibly large. */
 TAVLYN_API uint32_t TAVLYN_CALL Ping(void);
 
 /** Copies one stored bank of a plus reader to another: 1 is the working set, 2 the user defaults, 3 the plus

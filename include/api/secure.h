@@ -1,13 +1,13 @@
 /** @file
  * Keys and other items in the protected memory of a card reader, and files that hold them. The library moves
- * the bytes and does not look into them.
+ * the bytes and does not interpret them.
  *
  * An item has a header of four bytes, of which the third is the length of its payload, 0 to 255; the others
- * select it and are the reader's affair. Payloads travel in blocks of four bytes; the last one is filled up
- * with zeros. In the traffic below n counts blocks from 1, and each command travels as two reports.
+ * select it and mean something to the reader alone. Payloads travel in blocks of four bytes; the last one is
+ * filled up with zeros. In the traffic below n counts blocks from 1, and each command travels as two reports.
  *
- * No call here locks the library. Another thread's traffic on the same device breaks a transfer. The reader
- * is not told to drop an item that was lost half-way: it lacks its end and its commit. */
+ * No call here locks the library. Another thread's traffic on the same device breaks a transfer. An item
+ * whose transfer breaks off is not withdrawn; the reader gets neither its end nor its commit. */
 #ifndef TAVLYN_API_SECURE_H
 #define TAVLYN_API_SECURE_H
 
@@ -17,11 +17,11 @@
  * FF; after 500 ms a lone 90.
  * @param item header and payload.
  * @param length number of bytes of both, 4 to 259.
- * @return 1 when the reader was told to keep the item; it may still lack its header and blocks, of which a
- *   single one that came through is enough. 0 when length and header disagree, in which case nothing is sent
- *   and the error word stays; without a payload, in which case only the header is sent; when no block came
- *   through, or the end was not answered or repeated, with no bits in the error word; when a block, the end
- *   or the commit could not be sent, which adds TAVLYN_ERR_SECURE and is traced; for a null pointer; and
+ * @return 1 when the reader was told to keep the item; it may still lack its header and blocks, since a
+ *   single block that came through is enough. 0 when length and header disagree, in which case nothing is
+ *   sent and the error word stays; without a payload, in which case only the header is sent; when no block
+ *   came through, or the end was not answered or repeated, with no bits in the error word; when a block, the
+ *   end or the commit could not be sent, which adds TAVLYN_ERR_SECURE and is traced; for a null pointer; and
  *   when no card reader is active. */
 TAVLYN_API uint32_t TAVLYN_CALL WriteSecureData(const uint8_t* item, uint32_t length);
 
@@ -36,13 +36,13 @@ TAVLYN_API uint32_t TAVLYN_CALL WriteSecureData(const uint8_t* item, uint32_t le
  *   card reader is active. */
 TAVLYN_API uint32_t TAVLYN_CALL ReadSecureData(const uint8_t* header, uint8_t* out);
 
-/** Tests a key-load ini file as CheckTamperedFile() of kind 2 does (which finds accidents and no intent), and
+/** Tests a key-load ini file as CheckTamperedFile() of kind 2 does (which finds accidents, not intent), and
  * writes its items as WriteSecureData() does. One that fails does not stop the others.
  *
  * An item is three lines: "[Blob" any digits "]", "hdr=" and its header, "data=" and its payload, bytes in
  * hexadecimal between blanks. A line ends in CR LF, has at most 255 characters with them, and there is no
- * line between two items. The last item is followed by "[EOF]" and "iEndOfIniFile=" with the CRC-32 of all
- * that stands above "[EOF]", eight digits in upper case ("0" for a sum of 0).
+ * line between two items. The last item is followed by "[EOF]" and "iEndOfIniFile=" with the CRC-32 of
+ * everything above "[EOF]", eight digits in upper case ("0" for a sum of 0).
  * @param path path of the file.
  * @return 1 when the last item was written. 0 when the file does not pass, which adds TAVLYN_ERR_INTEGRITY
  *   and sends nothing; when a line is out of place, in which case the items before it are written; when the
@@ -50,27 +50,27 @@ TAVLYN_API uint32_t TAVLYN_CALL ReadSecureData(const uint8_t* header, uint8_t* o
  *   active. */
 TAVLYN_API uint32_t TAVLYN_CALL LoadIniFile(const char* path);
 
-/** Stores bytes as a reference to an EV1 file. Any product is asked. A plus reader is told its active
- * configuration first. Traffic: 89 81 n on a plus reader; then as WriteSecureData() with the header 02 01
- * length 00, and without the wait.
+/** Stores bytes as a reference to an EV1 file. Any product is asked. On a plus reader the
+ * active configuration is selected first. Traffic: 89 81 n on a plus reader; then as WriteSecureData() with
+ * the header 02 01 length 00, and without the wait.
  * @param data the bytes.
- * @param length their number, at most 512. It travels as its low byte.
+ * @param length their number, at most 512. Only its low byte is sent.
  * @return 1. 0 after a failed exchange or a packet that was not repeated, which adds TAVLYN_ERR_REFERENCE
  *   unless it was the header; for a null pointer; and with no device. */
 TAVLYN_API uint32_t TAVLYN_CALL WriteEV1FileRefrence(const uint8_t* data, uint32_t length);
 
-/** Stores bytes as a reference to a key of the secure element. Any product is asked. A plus reader is told
- * its active configuration first. Traffic: 89 81 n on a plus reader; then as WriteSecureData() with the
- * header 01 slot length 00, and without the wait.
+/** Stores bytes as a reference to a key of the secure element. Any product is asked. On a plus reader the
+ * active configuration is selected first. Traffic: 89 81 n on a plus reader; then as WriteSecureData() with
+ * the header 01 slot length 00, and without the wait.
  * @param data the bytes.
- * @param length their number, at most 512. It travels as its low byte.
+ * @param length their number, at most 512. Only its low byte is sent.
  * @param slot number of the slot, 0 to 255.
  * @return As for WriteEV1FileRefrence(). */
 TAVLYN_API uint32_t TAVLYN_CALL WriteSEKeyRefrence(const uint8_t* data, uint32_t length, uint8_t slot);
 
-/** Keeps two hash keys for the active configuration. They reach the reader with its next WriteCfg(), and only
- * a reader with extended separated fields: each key that does not begin with 0, or both while security is
- * enhanced. From then on, until the library is unloaded, a saved configuration can hold bytes of them (see
+/** Stores two hash keys for the active configuration. They reach the reader with its next WriteCfg(), and
+ * only a reader with extended separated fields: each key that does not begin with 0, or both while security
+ * is enhanced. From then on, until the library is unloaded, a saved configuration can hold bytes of them (see
  * files.h): save it before.
  * @param data 32 bytes, two keys of 16.
  * @return 1; 0 for a null pointer; unsupported when no card reader is active. */
@@ -87,16 +87,16 @@ TAVLYN_API uint32_t TAVLYN_CALL GetEnhanceSecurityFlag(void);
 TAVLYN_API void TAVLYN_CALL SetEnhanceSecurityFlag(uint32_t on);
 
 /** @name Memory of the BLE radio as a file
- * The file is in the clear; on Linux a new one is its owner's alone. It has a trailer, see files.h: anybody
- * can compute one.
+ * The file is in the clear; on Linux a new one is accessible to its owner alone. It has a trailer, see
+ * files.h: anybody can compute one.
  * @{ */
 
 /** Saves the 384 bytes of data that the reader keeps for its BLE radio as a text file. A read that fails
  * shows in the error word alone: the file is then whole, passes its test, and holds zeros for what did not
- * come. A file that cannot be read back is signed 00000000.
+ * arrive. A file that cannot be read back is signed 00000000.
  *
- * Traffic for each 128 bytes, parts 0 to 2: 30 ms, 89 10 00 00 10 01 00 part, 30 ms, 89 10 00 00 10 01 00
- * 80, 32 times 89 10 00 n.
+ * Traffic for each 128 bytes, parts 0 to 2: 30 ms, 89 10 00 00 10 01 00 part, 30 ms, 89 10 00 00 10 01 00 80,
+ * 32 times 89 10 00 n.
  * @param path path of the file.
  * @return 1, also when no card reader is active and nothing was saved, and when the disk was full or a read
  *   failed, which adds TAVLYN_ERR_BLE_READ. Unsupported when the file could not be opened, or its trailer
@@ -123,7 +123,7 @@ TAVLYN_API uint32_t TAVLYN_CALL WriteBLEDataToReader(const char* path);
 
 /** Loads a file of WriteBLEKeyToFile() into the reader, as WriteBLEDataToReader() does the data; part is 10,
  * and there is no wait of 100 ms. The reports are one byte longer than usual: where the system passes only
- * those of the length that the device tells, nothing of the key is sent, and the error word has
+ * reports of the length that the device declares, nothing of the key is sent, and the error word has
  * TAVLYN_ERR_BLE_WRITE and TAVLYN_ERR_WRITE_REPORT.
  * @param path path of the file.
  * @return As for WriteBLEDataToReader(). */

@@ -2,13 +2,13 @@
  * Sonar sensor: a desk presence detector that sends keystrokes when somebody walks away, walks up or stays
  * idle.
  *
- * Its four parameter records are mirrored on the host: a get copies a record out of the mirror, a set
- * changes the mirror and marks the record for the next WriteCfg(). Distances are inches, on the wire units
- * of 1/3.472222 inch, each rounded to the nearest. Words travel as bytes unless told otherwise: of what does
- * not fit, the low 8 bits reach the sensor.
+ * Its four parameter records are mirrored on the host: a get copies a record out of the mirror, a set changes
+ * the mirror and marks the record for the next WriteCfg(). Distances are inches, on the wire units of
+ * 1/3.472222 inch, each rounded to the nearest. Words are sent as bytes unless noted otherwise: only the low
+ * 8 bits of a larger value reach the sensor.
  *
  * Every call here returns unsupported, sign-extended from 16 bits, when the active device is not a sonar
- * sensor. What the general calls do with a sensor stands in docs/products.md. */
+ * sensor. docs/products.md says what the general calls do with a sensor. */
 #ifndef TAVLYN_API_SONAR_H
 #define TAVLYN_API_SONAR_H
 
@@ -16,7 +16,7 @@
 
 /** How the sensor measures. */
 typedef struct tsSonarParms {
-  uint16_t LEDFlags;  /**< Bits: 0 red on, 1 LED for the application, 2 green on; 7 bits travel. */
+  uint16_t LEDFlags;  /**< Bits: 0 red on, 1 LED for the application, 2 green on; 7 bits are sent. */
   uint16_t PingRate;  /**< Milliseconds between pings: 200 to 1020, steps of 4, rounded down. */
   uint16_t Reserved1; /**< Count of 40 kHz cycles; read only. */
   uint16_t MinDist;   /**< Nearest distance that counts, in inches: 1 to 59. */
@@ -28,7 +28,7 @@ typedef struct tsSonarParms {
 
 /** Keys sent when somebody walks away. */
 typedef struct tsWalkAwayParms {
-  uint16_t KeyCount;      /**< Number of keys: at most 6, compared signed; 4 bits travel. */
+  uint16_t KeyCount;      /**< Number of keys: at most 6, compared signed; 4 bits are sent. */
   uint16_t InterKeyDelay; /**< Milliseconds between keys: 64 to 16320, steps of 64, rounded down. */
   uint16_t Key1Mods;      /**< Modifiers of key 1. */
   uint16_t Key2Mods;      /**< Modifiers of key 2. */
@@ -36,8 +36,8 @@ typedef struct tsWalkAwayParms {
   uint16_t Key4Mods;      /**< Modifiers of key 4. */
   uint16_t Key5Mods;      /**< Modifiers of key 5. */
   uint16_t Key6Mods;      /**< Modifiers of key 6. */
-  uint16_t Flags0;        /**< The sensor's own; 4 bits travel. */
-  uint16_t MinFltRepRate; /**< The sensor's own. */
+  uint16_t Flags0;        /**< For the sensor alone; 4 bits are sent. */
+  uint16_t MinFltRepRate; /**< For the sensor alone. */
   uint16_t Key1Code;      /**< Code of key 1. */
   uint16_t Key2Code;      /**< Code of key 2. */
   uint16_t Key3Code;      /**< Code of key 3. */
@@ -48,7 +48,7 @@ typedef struct tsWalkAwayParms {
 
 /** Keys sent when somebody walks up. */
 typedef struct tsWalkUpParms {
-  uint16_t KeyCount;      /**< Number of keys: at most 6, compared signed; 4 bits travel. */
+  uint16_t KeyCount;      /**< Number of keys: at most 6, compared signed; 4 bits are sent. */
   uint16_t InterKeyDelay; /**< Milliseconds between keys: 64 to 16320, steps of 64, rounded down. */
   uint16_t Key1Mods;      /**< Modifiers of key 1. */
   uint16_t Key2Mods;      /**< Modifiers of key 2. */
@@ -56,8 +56,8 @@ typedef struct tsWalkUpParms {
   uint16_t Key4Mods;      /**< Modifiers of key 4. */
   uint16_t Key5Mods;      /**< Modifiers of key 5. */
   uint16_t Key6Mods;      /**< Modifiers of key 6. */
-  uint16_t Flags0;        /**< The sensor's own; 4 bits travel. */
-  uint16_t Reserved2;     /**< A write sends what the last read brought, not this word. */
+  uint16_t Flags0;        /**< For the sensor alone; 4 bits are sent. */
+  uint16_t Reserved2;     /**< A write sends what the last read returned, not this word. */
   uint16_t Key1Code;      /**< Code of key 1. */
   uint16_t Key2Code;      /**< Code of key 2. */
   uint16_t Key3Code;      /**< Code of key 3. */
@@ -68,11 +68,11 @@ typedef struct tsWalkUpParms {
 
 /** A key pressed while somebody stays idle. */
 typedef struct tsIdleParms {
-  uint16_t Reserved1; /**< A write sends 4 bits of what the last read brought, not this word. */
+  uint16_t Reserved1; /**< A write sends 4 bits of what the last read returned, not this word. */
   uint16_t PressRate; /**< Seconds between presses; 0 for none. */
   uint16_t Key1Mods;  /**< Modifiers of the key. */
   uint16_t Key1Code;  /**< Code of the key. */
-  uint16_t Flags;     /**< The sensor's own. */
+  uint16_t Flags;     /**< For the sensor alone. */
   uint16_t DMTODelta; /**< Dead man: a change of distance that counts, in units of 1/3.472 inch. */
   uint16_t DMTOTm;    /**< Dead man: seconds without such a change. */
   uint16_t SNBlankTm; /**< Blanking time of the drive, in units of 43 microseconds. */
@@ -139,7 +139,7 @@ TAVLYN_API uint32_t TAVLYN_CALL SetIdleParms(const tsIdleParms* record);
  *   for a null pointer, for which nothing is sent. Unsupported without a sonar sensor. */
 TAVLYN_API uint32_t TAVLYN_CALL GetObjRangeInfo(uint16_t* words);
 
-/** Halts the sensor's keystrokes or lets them go on. The error word is left alone, but for
+/** Halts the sensor's keystrokes or lets them go on. The error word is left alone, except for
  * TAVLYN_ERR_WRITE_REPORT. Traffic: B1 (halt) or B0.
  * @param halt 0 to let them go on, any other value to halt them.
  * @return 1, or 0 when the report could not be sent; unsupported without a sonar sensor. */

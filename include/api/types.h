@@ -1,9 +1,9 @@
 /** @file
- * Record types, error words and the marks that every export carries.
+ * Record types, error words, and the markers of every export.
  *
- * A configuration record is eight 16-bit words. A flag is 0 or non-zero. Words named iPad are kept and handed
- * back but mean nothing. Where only a greatest value is given, a negative word is not refused: the low bits
- * of it, or of the number of its steps, reach the reader. */
+ * A configuration record is eight 16-bit words. A flag is 0 or non-zero. Words named iPad are stored and
+ * returned but unused. Where only a maximum is given, a negative word is not refused: its low bits, or those
+ * of its number of steps, reach the reader. */
 #ifndef TAVLYN_API_TYPES_H
 #define TAVLYN_API_TYPES_H
 
@@ -28,8 +28,8 @@
 #endif
 
 /** @def TAVLYN_CALL
- * How every export, and every function handed to one, is called. On x64 there is only one way; on x86,
- * programs that are compiled for another one, and languages that assume another one, have to be told. */
+ * The calling convention of every export and of every function passed to one. On x64 there is only one; on
+ * x86 it has to be declared where the compiler or the language assumes another. */
 #if defined(_WIN32)
 #define TAVLYN_CALL __cdecl
 #else
@@ -54,10 +54,10 @@ typedef struct tsIDBitCnts {
   int16_t iTrailParityBitCnt; /**< Trailing Wiegand parity bits to strip: at most 15 (142 likewise). */
   int16_t iIDBitCnt;          /**< With bStripFac, bits of the ID; the rest is FAC: 1 to 255. */
   int16_t iTotalBitCnt;       /**< With bFrcBitCntEx, bits of a valid read including parity: 26 to 255. */
-  int16_t iPad4;              /**< Means nothing. */
-  int16_t iPad5;              /**< Means nothing. */
-  int16_t iPad6;              /**< Means nothing. */
-  int16_t iPad7;              /**< Means nothing. */
+  int16_t iPad4;              /**< Unused. */
+  int16_t iPad5;              /**< Unused. */
+  int16_t iPad6;              /**< Unused. */
+  int16_t iPad7;              /**< Unused. */
 } tsIDBitCnts;
 
 /** How an ID is shown. */
@@ -67,9 +67,9 @@ typedef struct tsIDDispParms {
   int16_t iIDDispLen;      /**< With bFixLenDsp, length to which the ID is padded with zeros: at most 25. */
   int16_t iFACDispLen;     /**< With bFixLenDsp, length to which the FAC is padded with zeros: at most 25. */
   int16_t iExOutputFormat; /**< 0 = data format mode, 1 = extended mode. */
-  int16_t iPad5;           /**< Means nothing. */
-  int16_t iPad6;           /**< Means nothing. */
-  int16_t iPad7;           /**< Means nothing. */
+  int16_t iPad5;           /**< Unused. */
+  int16_t iPad6;           /**< Unused. */
+  int16_t iPad7;           /**< Unused. */
 } tsIDDispParms;
 
 /** Times in milliseconds, and the features of the reader. A value between two steps reaches the reader
@@ -82,7 +82,7 @@ typedef struct tsTimeParms {
   int16_t iUSBKeyPrsTm; /**< How long a USB key stays pressed: at most 1020, steps of 4. */
   int16_t iUSBKeyRlsTm; /**< How long a USB key stays released: at most 1020, steps of 4. */
   int16_t ExFeatures01; /**< Features that the reader reports, see above. */
-  int16_t iPad6;        /**< Means nothing. */
+  int16_t iPad6;        /**< Unused. */
   int16_t iTPCfgFlg3;   /**< tsCfgFlags3 as one byte. The library keeps it; a set leaves it alone. */
 } tsTimeParms;
 
@@ -110,17 +110,17 @@ typedef struct tsCfgFlags3 {
   int16_t bLowerCaseHex; /**< Hexadecimal digits: 0 = upper case, 1 = lower case. */
 } tsCfgFlags3;
 
-/** Characters sent before an ID, and when it goes. Lead and trail characters (tsIDDispParms3) share three
- * places; lead characters have priority. The low byte of each character is sent. */
+/** Characters sent before an ID, and when it becomes invalid. Lead and trail characters (tsIDDispParms3)
+ * share three places; lead characters have priority. The low byte of each character is sent. */
 typedef struct tsIDDispParms2 {
   int16_t iLeadChrCnt; /**< With bUseLeadChrs, number of lead characters: at most 3. */
   int16_t iLeadChr0;   /**< First lead character. */
   int16_t iLeadChr1;   /**< Second lead character. */
   int16_t iLeadChr2;   /**< Third lead character. */
-  int16_t iCrdGnChr0;  /**< Unless 0, sent when the ID goes invalid. */
-  int16_t iCrdGnChr1;  /**< Unless this or iCrdGnChr0 is 0, sent when the ID goes invalid. */
-  int16_t iPad6;       /**< Means nothing. */
-  int16_t iPad7;       /**< Means nothing. */
+  int16_t iCrdGnChr0;  /**< Unless 0, sent when the ID becomes invalid. */
+  int16_t iCrdGnChr1;  /**< Unless this or iCrdGnChr0 is 0, sent when the ID becomes invalid. */
+  int16_t iPad6;       /**< Unused. */
+  int16_t iPad7;       /**< Unused. */
 } tsIDDispParms2;
 
 /** Characters sent after an ID. Lead characters (tsIDDispParms2) share the three places and have
@@ -130,10 +130,10 @@ typedef struct tsIDDispParms3 {
   int16_t iTrailChr0;   /**< First trail character. */
   int16_t iTrailChr1;   /**< Second trail character. */
   int16_t iTrailChr2;   /**< Third trail character. */
-  int16_t iPad4;        /**< Means nothing. */
-  int16_t iPad5;        /**< Means nothing. */
-  int16_t iPad6;        /**< Means nothing. */
-  int16_t iPad7;        /**< Means nothing. */
+  int16_t iPad4;        /**< Unused. */
+  int16_t iPad5;        /**< Unused. */
+  int16_t iPad6;        /**< Unused. */
+  int16_t iPad7;        /**< Unused. */
 } tsIDDispParms3;
 
 /** State of the LEDs. */
@@ -141,28 +141,28 @@ typedef struct tsLEDCtrl {
   int16_t bAppCtrlsLED; /**< The LEDs are controlled through this library. */
   int16_t iRedLEDState; /**< 0 = off, 1 = on. */
   int16_t iGrnLEDState; /**< 0 = off, 1 = on. */
-  int16_t iPad3;        /**< Means nothing. */
-  int16_t iPad4;        /**< Means nothing. */
-  int16_t iPad5;        /**< Means nothing. */
-  int16_t iPad6;        /**< Means nothing. */
-  int16_t bVolatile;    /**< 0 = for the reader's storage, 1 = now and not stored. */
+  int16_t iPad3;        /**< Unused. */
+  int16_t iPad4;        /**< Unused. */
+  int16_t iPad5;        /**< Unused. */
+  int16_t iPad6;        /**< Unused. */
+  int16_t bVolatile;    /**< 0 = stored by the next WriteCfg(), 1 = set now and not stored. */
 } tsLEDCtrl;
 
 /** State of beeper and relay. */
 typedef struct tsBprRlyCtrl {
-  int16_t iPad0;        /**< Means nothing. */
+  int16_t iPad0;        /**< Unused. */
   int16_t iBeeperState; /**< 0 = off, 1 = on. */
   int16_t iRelayState;  /**< 0 = off, 1 = on. */
-  int16_t iPad3;        /**< Means nothing. */
-  int16_t iPad4;        /**< Means nothing. */
-  int16_t iPad5;        /**< Means nothing. */
-  int16_t iPad6;        /**< Means nothing. */
-  int16_t bVolatile;    /**< 0 = for the reader's storage, 1 = now and not stored. */
+  int16_t iPad3;        /**< Unused. */
+  int16_t iPad4;        /**< Unused. */
+  int16_t iPad5;        /**< Unused. */
+  int16_t iPad6;        /**< Unused. */
+  int16_t bVolatile;    /**< 0 = stored by the next WriteCfg(), 1 = set now and not stored. */
 } tsBprRlyCtrl;
 
 /** @name Error words
  * The words of GetLastLibErr. Some replace what the word held, some add (or) their bits to it, so that
- * several can stand in it at once.
+ * it can hold several at once.
  * @{ */
 /* clang-format off */
 #define TAVLYN_ERR_SEP_NULL          0x1u         /**< Added: GetSepFldData or SetSepFldData got a null buffer. */
