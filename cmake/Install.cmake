@@ -17,7 +17,9 @@ write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/tavlynapi-config-ve
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/tavlynapi-config-version.cmake DESTINATION ${package_folder})
 # The pages lead to the README beside them and to files below docs/.
 install(FILES README.md CHANGELOG.md SECURITY.md LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
-install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR} PATTERN Doxyfile EXCLUDE)
+install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR}
+  PATTERN Doxyfile EXCLUDE
+  PATTERN docs/protocol EXCLUDE)
 if(WIN32)
   # Other compilers make their import library from it.
   install(FILES ${TAVLYN_DEF} DESTINATION ${CMAKE_INSTALL_LIBDIR})

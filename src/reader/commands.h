@@ -78,7 +78,7 @@ namespace command {
 
 using enum Fa;
 
-#define COMMAND(name, ...) inline constexpr Command name{__VA_ARGS__};
+#define COMMAND(name, does, carries, ...) inline constexpr Command name{__VA_ARGS__};
 #include "reader/commands.inc"
 
 }  // namespace command
