@@ -26,11 +26,11 @@ struct Usage {
 struct HidIdentity {
   std::uint16_t vid = 0;
   std::uint16_t pid = 0;
-  std::vector<Usage> usages;     // its top-level collections
+  std::vector<Usage> usages{};   // its top-level collections
   std::uint8_t reportId = 0;     // of its feature report; 0 = unnumbered
   std::size_t featureBytes = 8;  // payload of its feature report, without the ID
-  std::string product;
-  std::string serial;
+  std::string product{};
+  std::string serial{};
   std::size_t spareBytes = 0;  // a report may be longer by these; they carry nothing
 
   [[nodiscard]] bool Takes(std::size_t payloadBytes) const {
