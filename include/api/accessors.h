@@ -237,7 +237,7 @@ TAVLYN_API uint16_t TAVLYN_CALL setTimeParms_iUSBKeyRlsTm(int16_t value);
 /** @return The word ExFeatures01. Features that the reader reports: bits 5 to 7, see tsTimeParms. */
 TAVLYN_API int16_t TAVLYN_CALL getTimeParms_ExFeatures01(void);
 /** Does nothing: that word is written through SetTimeParms() only.
- * @param value is not looked at.
+ * @param value is ignored.
  * @return Unsupported. */
 TAVLYN_API uint16_t TAVLYN_CALL setTimeParms_ExFeatures01(int16_t value);
 
@@ -355,7 +355,7 @@ TAVLYN_API uint16_t TAVLYN_CALL setCfgFlags3_bUse64Bit(int16_t value);
  * @return Unsupported. */
 TAVLYN_API int16_t TAVLYN_CALL getCfgFlags3_bNotBootDev(void);
 /** Does nothing: bNotBootDev is reached through GetFlags3() and SetFlags3() only.
- * @param value is not looked at.
+ * @param value is ignored.
  * @return Unsupported. */
 TAVLYN_API uint16_t TAVLYN_CALL setCfgFlags3_bNotBootDev(int16_t value);
 

@@ -22,7 +22,7 @@ TAVLYN_API uint32_t TAVLYN_CALL SetActDev(int16_t index);
 
 /** Finds a device by its logical unit ID.
  * @param luid the logical unit ID, 0 to 65535.
- * @param start index of the first device that is looked at.
+ * @param start index of the first device to look at.
  * @return Index of the first such device; 0xFFFFFFFF when there is none or start is negative. */
 TAVLYN_API uint32_t TAVLYN_CALL GetDevByLUID(uint16_t luid, int16_t start);
 

@@ -1,5 +1,5 @@
-// Memory for objects that are made by new (std::nothrow). The runtime's own form of it throws and catches
-// inside, which takes memory too, and a program without it is then ended.
+// Memory for objects that are created by new (std::nothrow). The runtime's own version throws and catches
+// internally, which takes memory too: a program that has none left is then terminated.
 #pragma once
 
 #include <cstddef>

@@ -1,11 +1,11 @@
-// Calls into code of others: what class installers add to the system, what the application hands over.
+// Calls into foreign code: class installers in the system, functions of the application.
 #pragma once
 
 namespace tavlyn::platform {
 
-// Does the work with its argument. False: it did not come to its end, because of an exception of any kind
-// that the system knows; on Windows an access violation is one, and C++ exceptions of every compiler are.
-// What the work itself still holds then is not destroyed, so it holds nothing.
+// Calls work with its argument. False when it was left by an exception of any kind that the system knows: on
+// Windows also access violations, and C++ exceptions of every compiler. What the work itself holds is then
+// not destroyed, so it must hold nothing.
 bool Contained(void (*work)(void*), void* argument);
 
 template <typename Work>

@@ -1,26 +1,27 @@
-// Files on disk. They are not simulated: the tests have files, too. Each call gives a file of the C library,
-// or null when it could not be opened or the path is null.
+// Files on disk. They are not simulated: tests use real files. Each call returns a file of the C library, or
+// null when it could not be opened or the path is null.
 #pragma once
 
 #include <cstdio>
 
 namespace tavlyn::platform {
 
-// A folder is no file, whatever the mode.
+// Does not open folders, whatever the mode.
 std::FILE* OpenFile(const char* path, const char* mode);
 
-// For writing from its start. A new one is its owner's alone; one that is there keeps who may read it.
+// Opens a file for writing from its start. A new file is accessible to its owner alone; an existing one keeps
+// its permissions.
 std::FILE* OpenPrivateFile(const char* path);
 
-// For reading what stands at a place where anyone may have put it: only what has an end and opens at once,
-// and nothing while the process has rights that its caller has not.
+// Opens a file for reading that anyone may have put there: only one that has an end and opens at once, and
+// none while the process has rights that its caller does not have.
 std::FILE* OpenFoundFile(const char* path);
 
-// For adding lines: the owner's alone when new, not handed to other programs, and never at the far end of a
-// link.
+// Opens a file for adding lines: accessible to its owner alone when new, not inherited by other programs, and
+// never through a link.
 std::FILE* OpenTraceFile(const char* path);
 
-// Whether it has an end, as a device or a pipe need not have.
+// Whether the file is sure to have an end, unlike a device or a pipe.
 bool IsRegularFile(std::FILE* file);
 
 }  // namespace tavlyn::platform

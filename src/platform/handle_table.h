@@ -1,6 +1,6 @@
-// Numbers for the system's own handles. Systems give a freed handle's value out again; copies of a table
-// entry may outlive what they name, so the library's numbers only go up. There are as many as the system
-// gives. A table needs no construction at run time and no destruction.
+// Numbers for the system's own handles. Systems reuse the value of a closed handle, but copies of a table
+// entry may outlive what they name, so the library's numbers only go up. A table has no limit of its own and
+// needs neither construction at run time nor destruction.
 #pragma once
 
 #include <memory>
@@ -12,15 +12,15 @@
 
 namespace tavlyn::platform {
 
-// One lock for all tables, which each takes for a few steps. It is the system's own: the standard library's
-// is made and destroyed at run time on Windows.
+// One lock for all tables, held for a few steps at a time. It is the system's own, because the standard
+// library's is constructed and destroyed at run time on Windows.
 void LockTables();
 void UnlockTables();
 
 template <typename Native>
 class HandleTable {
  public:
-  // Without memory for its number the native handle is closed, and kNoHandle is the answer.
+  // Without memory for its number the native handle is closed and the result is kNoHandle.
   template <typename Close>
   Handle Add(Native native, Close close) {
     const Locked locked;
@@ -39,13 +39,13 @@ class HandleTable {
     return found != nullptr ? std::optional(found->native) : std::nullopt;
   }
 
-  // The native handle is the caller's to close; nothing when it has been removed already.
+  // The caller has to close the native handle; nothing when it has been removed already.
   std::optional<Native> Remove(Handle handle) {
     const Locked locked;
     return RemoveAt(PlaceOf(handle));
   }
 
-  // One after the other, until there is nothing left.
+  // For removing one after the other until nothing is left.
   std::optional<Native> RemoveNewest() {
     const Locked locked;
     return RemoveAt(&newest_);
@@ -65,7 +65,7 @@ class HandleTable {
     Numbered* older;
   };
 
-  // Where it hangs in the list, or the end of the list.
+  // The pointer in the list that leads to it, or the one at the end.
   Numbered** PlaceOf(Handle handle) {
     Numbered** place = &newest_;
     while (*place != nullptr && (*place)->handle != handle) place = &(*place)->older;

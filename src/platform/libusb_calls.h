@@ -1,5 +1,5 @@
-// The calls of libusb-0.1, bound by their names. The systems differ in how its file is trusted and loaded,
-// and in the length of the paths in its lists.
+// The calls of libusb-0.1, bound by name. The systems differ in how its file is verified and loaded, and in
+// the length of the paths in its lists.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +10,7 @@
 
 namespace tavlyn::platform {
 
-// The list that usb_get_busses gives, as far as it is looked at.
+// The list that usb_get_busses returns, as far as it is used.
 struct UsbDescriptor {
   std::uint8_t length, type;
   std::uint16_t usb;
@@ -93,7 +93,7 @@ class LibusbCalls : public Libusb {
  protected:
   ~LibusbCalls() = default;
 
-  // Of the library that has just been loaded. What is missing stays null.
+  // Binds the library that has just been loaded. Missing functions stay null.
   void BindAndInit(void* library) {
     Bind(library, "usb_open", call_.open);
     Bind(library, "usb_close", call_.close);
@@ -144,7 +144,7 @@ class LibusbCalls : public Libusb {
     if (call_.close != nullptr) call_.close(native);
   }
 
-  // They stay bound when the file is no longer trusted later; nothing but the refresh is then skipped.
+  // These stay bound if the file is no longer trusted later; only the refresh is then skipped.
   Calls call_{};
   HandleTable<void*> opened_;
 };

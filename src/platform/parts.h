@@ -22,7 +22,7 @@ ComPorts& TheComPorts();
 Libusb& TheLibusb();
 Places& ThePlaces();
 
-// Those that the library no longer knows of; a step of an unload.
+// Closes sockets that the library no longer knows of; a step of an unload.
 void CloseLostSockets();
 
 }  // namespace tavlyn::platform

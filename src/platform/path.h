@@ -1,5 +1,5 @@
-// A path in room of its own, so that none needs memory that might not be had. One that does not fit is empty,
-// which names nothing.
+// A path in its own buffer, so that it never needs memory that may not be available. One that does not fit is
+// empty, which names nothing.
 #pragma once
 
 #include <array>

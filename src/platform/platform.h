@@ -1,6 +1,6 @@
-// What the library asks of an operating system, in the terms of its need. Each interface has one
-// implementation per system (linux/, windows/) and a simulated one in sim/ that runs in virtual time;
-// which one is linked decides what TheHost() gives. Nothing above this folder knows the difference.
+// What the library asks of an operating system, in terms of what it needs. Each interface has one
+// implementation per system (linux/, windows/) and a simulated one in sim/ that runs in virtual time; which
+// one is linked decides what TheHost() returns. Nothing above this folder knows the difference.
 //
 // The parts of the host live as long as the process and are never destroyed, so that the library can use
 // them in its last steps; hence their destructors are neither virtual nor public.
@@ -19,20 +19,20 @@
 
 namespace tavlyn::platform {
 
-// An open device, socket or port. A value is never handed out twice, and closing one that is closed
-// already does nothing: copies of a table entry may outlive what they name.
+// An open device, socket or port. A value is never used twice, and closing one that is closed already does
+// nothing: copies of a table entry may outlive what they name.
 using Handle = std::uint64_t;
 inline constexpr Handle kNoHandle = ~Handle{0};
 
 class Clock {
  public:
-  // Milliseconds since some fixed moment. Where it starts again from 0, what was noted before is taken for
-  // long past.
+  // Milliseconds since some fixed moment. When it starts again from 0, times noted before that count as long
+  // past.
   virtual std::uint64_t Tick() = 0;
   // Blocks for that long, signals notwithstanding.
   virtual void Sleep(std::uint32_t milliseconds) = 0;
-  // Between these the calling thread makes many pauses, which are prepared once for all of them. Under the
-  // lock alone, and not nested.
+  // Enclose many pauses of the calling thread, so that they are prepared only once. To be called under the
+  // lock only, and not nested.
   virtual void BeginPauses() {}
   virtual void EndPauses() {}
   virtual std::tm LocalTime() = 0;
@@ -77,28 +77,28 @@ class HidSystem {
   virtual void Unload() = 0;
 
   // A walk over the present interfaces of a class, in a stable order: BeginWalk, Member(0), Member(1), …
-  // until kEnd, EndWalk. BeginWalk false: nothing can be listed. One walk at a time. A path is good until the
-  // next Member or EndWalk.
+  // until kEnd, EndWalk. BeginWalk returns false when nothing can be listed. One walk at a time. A path is
+  // valid until the next Member or EndWalk.
   virtual bool BeginWalk(HidClass cls) = 0;
   virtual WalkStep Member(int index, const char*& path) = 0;
   virtual void EndWalk() = 0;
 
-  // True when the system can tell, without opening the path, whose device it is.
+  // True when the system knows the IDs without opening the path.
   virtual bool ListedIds(const char* path, HidIds& ids) = 0;
 
   // kNoHandle when the path cannot be opened. kOverlapped is for the device whose input reports are drained.
   virtual Handle Open(const char* path, OpenMode mode) = 0;
   virtual void Close(Handle device) = 0;
 
-  virtual HidIds Attributes(Handle device) = 0;  // zeros when the device does not tell
+  virtual HidIds Attributes(Handle device) = 0;  // zeros when they are not known
   virtual UsageMatch TopUsage(Handle device, HidUsage wanted) = 0;
 
   // Both block until the device has answered or the system has given up on it.
   virtual bool GetFeature(Handle device, std::span<std::uint8_t> report) = 0;
   virtual bool SetFeature(Handle device, std::span<const std::uint8_t> report) = 0;
 
-  // Takes one queued input report and drops the rest of the queue; waits for nothing. A number that is not
-  // an open handle has nothing; kGone is told of a device that has left.
+  // Takes one queued input report and drops the rest of the queue, without waiting. kNothing also for a
+  // number that is not an open handle; kGone when the device has been unplugged.
   virtual Drain DrainInput(Handle device, std::span<std::uint8_t> report) = 0;
 
  protected:
@@ -118,7 +118,7 @@ constexpr bool IsNowhere(std::array<std::uint8_t, 4> ip) { return ip[0] == 0; }
 class Sockets {
  public:
   virtual bool Startup() = 0;    // before any other call; repeating it is harmless
-  virtual Handle OpenTcp() = 0;  // kNoHandle for failure
+  virtual Handle OpenTcp() = 0;  // kNoHandle on failure
   virtual Handle OpenUdp() = 0;
   virtual std::int32_t Connect(Handle socket, Address peer) = 0;  // blocks until there is an answer
   virtual void SetBroadcast(Handle socket) = 0;
@@ -146,7 +146,7 @@ struct ComTimeouts {
   std::uint32_t writeConstant = 0;
 };
 
-// Eight data bits and no flow control always. parity: 0 none, 1 odd, 2 even; stopBits: 0 one, 2 two.
+// Always eight data bits and no flow control. parity: 0 none, 1 odd, 2 even; stopBits: 0 one, 2 two.
 struct ComLine {
   std::uint32_t baud = 9600;
   std::uint8_t parity = 0;
@@ -157,8 +157,8 @@ struct ComLine {
 class ComPort {
  public:
   virtual ~ComPort() = default;
-  // Both give the count of bytes moved and wait as the time-outs say. A read that fails may give 0 although
-  // bytes were moved before it.
+  // Both return the number of bytes moved and wait as the time-outs say. A read that fails may return 0
+  // although bytes were moved before the failure.
   virtual std::uint32_t Read(std::span<std::uint8_t> bytes) = 0;
   virtual std::uint32_t Write(std::span<const std::uint8_t> bytes) = 0;
   virtual void SetTimeouts(const ComTimeouts& timeouts) = 0;
@@ -170,7 +170,7 @@ class ComPort {
 };
 
 inline constexpr std::uint16_t kHighestCom = 256;
-// One for each number; index 0 is spare.
+// One for each number; index 0 is unused.
 using PortFlags = std::span<std::uint8_t, kHighestCom + 1>;
 
 // The USB identity of the maker's virtual ports: this vendor, products 2300 to 23FF.
@@ -179,11 +179,10 @@ inline constexpr std::uint8_t kPortFamily = 0x23;
 
 class ComPorts {
  public:
-  // The port opened exclusively, with empty queues and DTR raised; null when that failed.
+  // Opens the port exclusively, with empty queues and DTR raised; null when that fails.
   virtual std::unique_ptr<ComPort> Open(std::uint16_t number, const ComLine& line,
                                         const ComTimeouts& timeouts) = 0;
-  // Numbers of the ports that belong to that USB identity or to PCMCIA cards: sets flags[number], 1 to
-  // kHighestCom.
+  // Sets flags[number], 1 to kHighestCom, for the ports that belong to that USB identity or to PCMCIA cards.
   virtual void FindVirtual(PortFlags flags) = 0;
 
  protected:
@@ -193,15 +192,15 @@ class ComPorts {
 // libusb-0.1, bound by name. What is not bound fails with -1.
 class Libusb {
  public:
-  // Tests that the library file can be trusted, loads it, binds it, calls usb_init. False: one of the first
-  // two failed.
+  // Tests that the library file can be trusted, loads it, binds it, calls usb_init. False when one of the
+  // first two failed.
   virtual bool Load() = 0;
   virtual std::int32_t FindBusses() = 0;
   virtual std::int32_t FindDevices() = 0;
-  // The first device of that identity that opens.
+  // Opens the first device with these IDs that opens.
   virtual Handle Open(HidIds ids) = 0;
   virtual void Close(Handle device) = 0;
-  // The library's error text is asked for after each claim and dropped.
+  // Deliberately asks for the library's error text after each claim and drops it.
   virtual std::int32_t ClaimInterface(Handle device, std::int32_t number) = 0;
   virtual std::int32_t ReleaseInterface(Handle device, std::int32_t number) = 0;
   virtual std::int32_t SetConfiguration(Handle device, std::int32_t configuration) = 0;
@@ -217,9 +216,9 @@ class Libusb {
 class Places {
  public:
   virtual bool EnvironmentIsSet(const char* name) = 0;
-  // Path of the trace file; its folder has been made if that was possible.
+  // Path of the trace file; its folder is created if that is possible.
   virtual Path TraceFile() = 0;
-  // The current folder with its closing separator; empty when it cannot be told.
+  // The current folder with a separator at its end; empty when it is not known.
   virtual Path CurrentFolder() = 0;
 
  protected:

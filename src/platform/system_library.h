@@ -1,14 +1,14 @@
-// Libraries of the system, bound by name at run time: this one stays loaded on a system that lacks them.
+// Libraries of the system, bound by name at run time: this library loads even on a system that lacks them.
 #pragma once
 
 namespace tavlyn::platform {
 
-// Null when it cannot be loaded. On Windows nothing but the system's own copy will do: a file of that name
-// beside the application is not looked at, nor is one for what the library needs itself.
+// Null when it cannot be loaded. On Windows only the system's own copy is loaded: a file of that name beside
+// the application is ignored, and so is one of what that library needs itself.
 void* LoadSystemLibrary(const char* file);
 void FreeSystemLibrary(void* library);
 
-// Where a name stands in a library; null when it has none of that name.
+// The address of a name in a library; null when there is no such name.
 void* AddressIn(void* library, const char* name);
 
 // False, and a null function, when the name is missing.

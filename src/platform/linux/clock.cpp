@@ -10,9 +10,9 @@
 namespace tavlyn::platform {
 namespace {
 
-// Linux lets a thread oversleep by some 50 µs, so that timers fall together. A search makes hundreds of
-// pauses of 2 ms, so the caller's thread is punctual while it sleeps here or searches. Gives the slack it
-// had.
+// Linux lets a thread oversleep by some 50 µs, so that timers can expire together. A search makes hundreds of
+// pauses of 2 ms, so the caller's thread is punctual while it sleeps here or searches. Returns the slack that
+// it had.
 int BePunctual() {
   const int slack = prctl(PR_GET_TIMERSLACK);
   prctl(PR_SET_TIMERSLACK, 1UL);
@@ -60,8 +60,9 @@ class SystemClock final : public Clock {
   }
 
  private:
-  // The thread between BeginPauses and EndPauses, and what it had before. Deliberately no variable of each
-  // thread's own: its memory would be had at a thread's first pause, and a process without it is then ended.
+  // The thread between BeginPauses and EndPauses, and the slack that it had before. Deliberately not
+  // thread-local: that memory would be allocated at a thread's first pause, and a process that has none left
+  // is then terminated.
   std::atomic<pthread_t> pausing_{};
   int slackBefore_ = 0;
 };

@@ -18,7 +18,7 @@ namespace {
 
 constexpr const char* kPortFolder = "TAVLYNAPI_PORT_DIR";
 
-// A sysfs attribute that holds four hexadecimal digits; false where there is none.
+// Reads a sysfs attribute of four hexadecimal digits; false when there is none.
 bool ReadId(const Path& path, unsigned& id) {
   std::FILE* file = std::fopen(path.c_str(), "r");
   if (file == nullptr) return false;
@@ -27,7 +27,7 @@ bool ReadId(const Path& path, unsigned& id) {
   return read;
 }
 
-// The nearest ancestor of a device that knows its USB identity, or sits on a PCMCIA bus, decides.
+// The nearest ancestor of a device that has a USB identity, or is on a PCMCIA bus, decides.
 bool IsVirtual(Path device) {
   for (; device.View().size() > std::strlen("/sys/devices"); device.Cut(device.View().rfind('/'))) {
     unsigned vendor = 0;
@@ -44,7 +44,7 @@ bool IsVirtual(Path device) {
 using ComNumbers = std::bitset<kHighestCom + 1>;
 
 // Which COM numbers have a name <prefix><number> in a folder, where number 0 is COM number ofZero. All of
-// them when it cannot be listed.
+// them when the folder is there but cannot be listed.
 ComNumbers Listed(const Path& folder, std::string_view prefix, unsigned ofZero) {
   ComNumbers numbers;
   DIR* names = opendir(folder.c_str());
@@ -61,7 +61,7 @@ ComNumbers Listed(const Path& folder, std::string_view prefix, unsigned ofZero) 
   return numbers;
 }
 
-// The folders are listed once: most of 256 names are not there, and each would be asked for in several steps.
+// Lists the folders once: most of the 256 names do not exist, and each would take several steps to look up.
 ComNumbers MayBeThere() {
   if (const char* folder = secure_getenv(kPortFolder); folder != nullptr)
     return Listed(Path("%s/", folder), "com", 0);

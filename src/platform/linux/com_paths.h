@@ -1,4 +1,4 @@
-// Where the COM numbers lie on this system. COM n is the file com<n> in the folder that TAVLYNAPI_PORT_DIR
+// Which files the COM numbers are on Linux. COM n is the file com<n> in the folder that TAVLYNAPI_PORT_DIR
 // names; without it /dev/tavlyn/com<n>, else /dev/ttyS<n-1>.
 #pragma once
 
@@ -11,7 +11,7 @@ namespace tavlyn::platform {
 
 Path ComPath(std::uint16_t number);
 
-// What ComPorts::FindVirtual says.
+// Does what ComPorts::FindVirtual promises.
 void FindVirtualPorts(PortFlags flags);
 
 }  // namespace tavlyn::platform

@@ -1,5 +1,5 @@
-// A serial port with the meaning that COM time-outs have elsewhere. It is asked in the kernel's own terms:
-// those of libc have names for a few speeds only.
+// Serial ports whose time-outs mean what they do on Windows. They are set through the kernel's own interface,
+// because that of libc has names for a few speeds only.
 #include <asm/termbits.h>
 #include <fcntl.h>
 #include <poll.h>
@@ -31,7 +31,7 @@ int Until(std::uint64_t moment) {
   return moment > now ? static_cast<int>(std::min<std::uint64_t>(moment - now, 0x7FFFFFFF)) : 0;
 }
 
-// Waits for the descriptor; a negative limit means without one. True when it is ready.
+// Waits for the descriptor; a negative time means no limit. True when it is ready.
 bool WaitFor(int descriptor, short what, int milliseconds) {
   pollfd one{descriptor, what, 0};
   int ready = poll(&one, 1, milliseconds);
@@ -41,7 +41,7 @@ bool WaitFor(int descriptor, short what, int milliseconds) {
 
 using Settings = termios2;
 
-// The flag of a speed that has one. Any other is told to the driver as a number.
+// The flag of a speed that has one. Any other speed is passed to the driver as a number.
 tcflag_t SpeedFlag(std::uint32_t baud) {
   struct Speed {
     std::uint32_t baud;
@@ -78,11 +78,11 @@ bool SetLine(int descriptor, const ComLine& line) {
   return ioctl(descriptor, TCSETS2, &settings) == 0 && RunsAt(descriptor, line.baud);
 }
 
-// A pseudo-terminal has no such lines; that is no failure.
+// A pseudo-terminal has no such lines; that is not a failure.
 void SetModemLine(int descriptor, int line, bool on) { ioctl(descriptor, on ? TIOCMBIS : TIOCMBIC, &line); }
 void SetDtr(int descriptor, bool on) { SetModemLine(descriptor, TIOCM_DTR, on); }
 
-// From now on a close drops DTR no longer.
+// After this, closing the port leaves DTR as it is.
 void KeepDtr(int descriptor) {
   Settings settings{};
   if (ioctl(descriptor, TCGETS2, &settings) != 0) return;
@@ -90,8 +90,8 @@ void KeepDtr(int descriptor) {
   ioctl(descriptor, TCSETS2, &settings);
 }
 
-// For this process alone; -1 when it cannot be had so. The exclusive mode does not keep root out; the lock
-// does, as far as others ask for one.
+// Opens the port for this process alone; -1 when that fails. The exclusive mode does not keep root out; the
+// lock does, provided that the other program asks for it.
 int OpenHeld(const Path& path) {
   const int descriptor = open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
   if (descriptor < 0) return -1;
@@ -103,7 +103,7 @@ int OpenHeld(const Path& path) {
   return descriptor;
 }
 
-// The mode belongs to the port and would outlast this opening while anyone else has it open, the lock while a
+// Closing alone would not end them: the mode lasts while anyone else has the port open, the lock while a
 // child of this process has.
 void CloseHeld(int descriptor) {
   ioctl(descriptor, TIOCNXCL);
@@ -145,7 +145,7 @@ class SystemComPort final : public ComPort, public Allocated {
     descriptor_ = -1;
   }
 
-  // What there is to wait before the next byte, -1 for no limit.
+  // How long to wait for the next byte; -1 for no limit.
   [[nodiscard]] int Wait(bool limited, std::uint64_t end, bool begun, std::uint64_t lastByte) const {
     int wait = limited ? Until(end) : -1;
     if (begun && timeouts_.readInterval != 0 && timeouts_.readInterval != kForever) {
@@ -195,7 +195,7 @@ class SystemComPorts final : public ComPorts {
  public:
   std::unique_ptr<ComPort> Open(std::uint16_t number, const ComLine& line,
                                 const ComTimeouts& timeouts) override {
-    // Before the port is opened, which would have no owner without it.
+    // Allocated before the port is opened, which would otherwise have no owner.
     std::unique_ptr<SystemComPort> port(new (std::nothrow) SystemComPort(timeouts));
     if (port == nullptr) return nullptr;
     const int descriptor = OpenHeld(ComPath(number));
@@ -206,7 +206,7 @@ class SystemComPorts final : public ComPorts {
     }
     Drop(descriptor, TCIOFLUSH);
     SetDtr(descriptor, true);
-    // Opening has raised RTS too, which is off without flow control.
+    // Opening has raised RTS too, which has to be off without flow control.
     SetModemLine(descriptor, TIOCM_RTS, false);
     port->Own(descriptor);
     return port;

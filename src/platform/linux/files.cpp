@@ -19,7 +19,7 @@ bool HasFormat(int descriptor, mode_t format) {
   return fstat(descriptor, &status) == 0 && (status.st_mode & S_IFMT) == format;
 }
 
-// Takes the descriptor.
+// Takes over the descriptor.
 std::FILE* FileOf(int descriptor, const char* mode) {
   if (descriptor < 0) return nullptr;
   std::FILE* file = fdopen(descriptor, mode);
@@ -36,7 +36,7 @@ std::FILE* RegularFileOf(int descriptor, const char* mode) {
 }  // namespace
 
 std::FILE* OpenFile(const char* path, const char* mode) {
-  // No program that the process starts meanwhile gets it.
+  // With "e", programs that the process starts do not inherit it.
   char ours[8];
   std::snprintf(ours, sizeof ours, "%.6se", mode);
   std::FILE* file = path != nullptr ? std::fopen(path, ours) : nullptr;
@@ -52,14 +52,14 @@ std::FILE* OpenPrivateFile(const char* path) {
 
 std::FILE* OpenFoundFile(const char* path) {
   struct stat status {};
-  // A device is not opened at all, because it may act on that. Should one take the place of a file between
-  // the two steps, then at least nothing waits for it.
+  // A device is not even opened, because it may act on that. Should one take the place of a file between the
+  // two steps, then at least the open does not wait.
   if (getauxval(AT_SECURE) != 0 || path == nullptr || stat(path, &status) != 0 || !S_ISREG(status.st_mode))
     return nullptr;
   return RegularFileOf(open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC), "r");
 }
 
-// The folder that holds it is looked at as well, because who may put a link there could choose any file.
+// The folder of the file may not be a link either, because whoever can put one there could choose any file.
 std::FILE* OpenTraceFile(const char* path) {
   const std::string_view whole(path);
   const std::size_t slash = whole.rfind('/');

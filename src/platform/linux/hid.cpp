@@ -12,7 +12,7 @@
 namespace tavlyn::platform {
 namespace {
 
-// What is needed of hidapi 0.10 and later.
+// The functions that are used of hidapi 0.10 and later.
 struct HidFunctions {
   decltype(&hid_init) init;
   decltype(&hid_enumerate) enumerate;
@@ -27,7 +27,7 @@ struct HidFunctions {
 struct OpenHidInterface {
   hid_device* device;
   HidIds ids;
-  // Of its top-level collections; a device has a few.
+  // Those of its top-level collections; a device has a few.
   std::array<HidUsage, 32> usages;
 };
 
@@ -51,13 +51,13 @@ bool SamePath(const hid_device_info& a, const hid_device_info& b) {
   return a.path != nullptr && b.path != nullptr && std::strcmp(a.path, b.path) == 0;
 }
 
-// The first entry of a path, or null.
+// The first entry for a path, or null.
 const hid_device_info* FirstOf(const hid_device_info* list, const char* path) {
   while (list != nullptr && (list->path == nullptr || std::strcmp(list->path, path) != 0)) list = list->next;
   return list;
 }
 
-// Each usage of a path stands in an entry of its own.
+// Each usage of a path has an entry of its own in the list.
 bool HasUsage(const hid_device_info& interface, HidUsage wanted) {
   for (const hid_device_info* at = &interface; at != nullptr; at = at->next) {
     if (SamePath(*at, interface) && at->usage_page == wanted.page && at->usage == wanted.usage) return true;
@@ -122,8 +122,7 @@ class SystemHid final : public HidSystem {
     return true;
   }
 
-  // Only what hidapi lists is opened: its 0.13 uses memory after freeing it when the node is no hidraw
-  // device.
+  // Opens only what hidapi lists: version 0.13 uses freed memory when the node is not a hidraw device.
   Handle Open(const char* path, OpenMode /*mode*/) override {
     const hid_device_info* listed = path != nullptr ? Find(path) : nullptr;
     if (listed == nullptr) return kNoHandle;
@@ -183,7 +182,7 @@ class SystemHid final : public HidSystem {
            (walked_ == HidClass::kHid || HasUsage(entry, kKeyboardUsage));
   }
 
-  // Outside a walk the system is asked anew.
+  // Outside a walk the system is asked again.
   const hid_device_info* Find(const char* path) {
     if (library_ == nullptr) return nullptr;
     if (!walking_) List();
@@ -197,7 +196,7 @@ class SystemHid final : public HidSystem {
 
   void* library_ = nullptr;  // from Load to Unload
   HidFunctions call_{};
-  hid_device_info* listed_ = nullptr;  // by the walk that is running, or when it was last asked
+  hid_device_info* listed_ = nullptr;  // by the current walk, or by the last look-up
   HidClass walked_{};
   bool walking_ = false;
   HandleTable<OpenHidInterface> devices_;

@@ -34,11 +34,10 @@ class SystemLibusb final : public LibusbCalls<PATH_MAX + 1> {
  public:
   bool Load() override {
     const Path file = LibraryFile();
-    // By the path that was tested, which is root's alone from end to end: nobody else can lead it elsewhere
-    // in between. A descriptor would give the library a name like /proc/self/fd/7, which others may bear as
-    // well.
+    // Loaded by the path that was tested, no part of which anyone but root can change in between. Through a
+    // descriptor the library would get a name like /proc/self/fd/7, which another library may have as well.
     if (!IsTrustedFile(file)) return false;
-    // Never unloaded: a second load of the same file gives the same library.
+    // Never unloaded: loading the same file again returns the same library.
     void* library = LoadSystemLibrary(file.c_str());
     if (library == nullptr) return false;
     BindAndInit(library);

@@ -19,7 +19,7 @@ Path StateFolder() {
   return IsFolder(home) ? Path("%s/.local/state", home) : Path();
 }
 
-// With its missing parents. What cannot be made shows when the file is opened.
+// Creates a folder and its missing parents. A failure shows when the file is opened.
 void MakeFolder(const Path& folder) {
   const std::string_view whole = folder.View();
   for (std::size_t end = whole.find('/', 1); end != std::string_view::npos; end = whole.find('/', end + 1)) {

@@ -22,7 +22,7 @@ sockaddr_in ToNative(Address address) {
   return native;
 }
 
-// A connect that a signal interrupted goes on by itself; its end is waited for.
+// A connect that a signal interrupts goes on in the background; this waits for its end.
 int ConnectFully(int descriptor, const sockaddr_in& native) {
   int result = connect(descriptor, reinterpret_cast<const sockaddr*>(&native), sizeof native);
   while (result != 0 && errno == EINTR) {

@@ -22,8 +22,8 @@ Path RealPath(const Path& path) {
   return realpath(path.c_str(), real) != nullptr ? Path("%s", real) : Path();
 }
 
-// From the top: what has been tested can no longer be exchanged while the rest is, nor before the file is
-// loaded by this path.
+// From the top down: what has been tested can then not be replaced while the rest is tested, nor before the
+// file is loaded by this path.
 bool IsTrustedFile(const Path& file) {
   const std::string_view whole = file.View();
   if (!whole.starts_with('/')) return false;

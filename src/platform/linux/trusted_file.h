@@ -8,10 +8,9 @@ namespace tavlyn::platform {
 // The path without links; empty when there is nothing of that name.
 Path RealPath(const Path& path);
 
-// Whether nobody but root has put it there or can exchange it afterwards: a regular file of root's, reached
-// over folders of root's, all of them writable by nobody else. Above its own folder there may be one in which
-// everybody takes away only what is his own, like /tmp: what is root's keeps its place there. The path has no
-// links in it.
+// Whether only root can have put the file there or can replace it: a regular file owned by root, in folders
+// owned by root, all of them writable by nobody else. The folders above its own may be sticky ones like /tmp,
+// in which nobody else can move what root owns. The path must not contain links.
 bool IsTrustedFile(const Path& file);
 
 }  // namespace tavlyn::platform

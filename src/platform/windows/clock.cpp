@@ -4,11 +4,11 @@
 namespace tavlyn::platform {
 namespace {
 
-constexpr std::int64_t kPerMillisecond = 10'000;  // of a timer's units
+constexpr std::int64_t kPerMillisecond = 10'000;  // in the units of a timer
 constexpr DWORD kHighResolution = 0x2;            // CREATE_WAITABLE_TIMER_…, which older headers lack
 
-// Sleep wakes at a tick of the system, up to 15.6 ms late. These timers keep their moment; Windows has them
-// from 10 1803 on.
+// Sleep wakes at a tick of the system, up to 15.6 ms late. These timers are punctual; Windows has them from
+// version 10 1803 on.
 bool SleepPunctually(std::uint32_t milliseconds) {
   HANDLE timer = CreateWaitableTimerExW(nullptr, nullptr, kHighResolution, TIMER_MODIFY_STATE | SYNCHRONIZE);
   if (timer == nullptr) return false;
@@ -22,14 +22,14 @@ bool SleepPunctually(std::uint32_t milliseconds) {
 
 class SystemClock final : public Clock {
  public:
-  // Starts again from 0 every 49.7 days, and is deliberately handed on so.
+  // Starts again from 0 every 49.7 days, which is deliberately passed on.
   std::uint64_t Tick() override { return GetTickCount(); }
 
   void Sleep(std::uint32_t milliseconds) override {
     if (!SleepPunctually(milliseconds)) ::Sleep(milliseconds);
   }
 
-  // The system's own, whatever the variable TZ says, which shells of other systems set.
+  // Asks the system, because the C library would obey TZ, which shells ported from other systems set.
   std::tm LocalTime() override {
     SYSTEMTIME now;
     GetLocalTime(&now);

@@ -89,12 +89,12 @@ class SystemComPort final : public ComPort, public Allocated {
       return false;
     }
     PurgeComm(native_, PURGE_RXCLEAR | PURGE_TXCLEAR);
-    // Not every port has such a line.
+    // May fail: not every port has such a line.
     EscapeCommFunction(native_, SETDTR);
     return true;
   }
 
-  // A line error would stop all reading until it is taken.
+  // A line error would stop all reading until it is cleared.
   std::uint32_t Read(std::span<std::uint8_t> bytes) override {
     DWORD errors = 0;
     COMSTAT status{};

@@ -66,7 +66,7 @@ std::array<char, kRoom> UpperCase(std::array<char, kRoom> text) {
   return text;
 }
 
-// "COM12" gives 12; anything else a number that is no port.
+// 12 for "COM12"; for anything else a number that is not a port.
 long PortNumber(const char* text) {
   return std::strncmp(text, "COM", 3) == 0 ? std::strtol(text + 3, nullptr, 10) : 0;
 }
@@ -78,7 +78,7 @@ void ReadPortName(HKEY key, DWORD index, PortFlags flags) {
       ERROR_SUCCESS) {
     return;
   }
-  // The registry does not promise a terminator.
+  // The registry does not guarantee a terminator.
   std::array<char, kLongestPortName + 1> text{};
   DWORD size = kLongestPortName;
   if (RegQueryValueExA(key, name.data(), nullptr, nullptr, reinterpret_cast<BYTE*>(text.data()), &size) !=
@@ -97,7 +97,7 @@ void ScanPortNames(const char* path, HKEY key, PortFlags flags) {
     if (!SubkeyName(key, i, name)) continue;
     std::array<char, kLongestPath + 1> child;
     std::snprintf(child.data(), child.size(), "%s\\%s\\Device Parameters", path, name.data());
-    // Cut back to the path that it began with, it would lead here again.
+    // A path that was cut back to the one it began with would lead here again.
     if (std::strlen(child.data()) <= std::strlen(path)) continue;
     const Key childKey(child.data());
     if (childKey.get() != nullptr) ScanPortNames(child.data(), childKey.get(), flags);

@@ -1,11 +1,11 @@
-// Which COM numbers the registry's device tree gives to the devices of this library.
+// Which COM numbers the registry's device tree assigns to this library's devices.
 #pragma once
 
 #include "platform/platform.h"
 
 namespace tavlyn::platform {
 
-// What ComPorts::FindVirtual says.
+// Does what ComPorts::FindVirtual promises.
 void FindVirtualPorts(PortFlags flags);
 
 }  // namespace tavlyn::platform

@@ -1,13 +1,13 @@
-// A catch-all of the compiler's sees the exceptions of that compiler only. So the system's own way is taken:
-// on x64 a scope table with one line, which says for everything that leaves the call: go on at 2. On x86 a
-// record on the stack, which names a handler that does the same.
+// A catch-all handler sees the exceptions of its own compiler only, so this uses the system's mechanism: on
+// x64 a scope table with one line, by which every exception that leaves the call continues at label 2; on x86
+// a record on the stack, which names a handler that does the same.
 #include "platform/contained.h"
 
 extern "C" int TavlynContained(void (*work)(void*), void* argument);
 
 #ifdef __i386__
 
-// The record is at the frame's address; what the frame holds is left by going on there.
+// The record lies in the frame, so that the handler finds the frame from the record's address. From %ebp:
 //   -24 the record before   -20 the handler   -12 -8 -4 registers of the caller's
 __asm__(R"(
   .text

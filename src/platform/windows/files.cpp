@@ -6,7 +6,7 @@
 
 namespace tavlyn::platform {
 
-// Here a folder does not open, and who may read a new file is what its folder hands on.
+// On Windows a folder does not open, and a new file inherits its permissions from its folder.
 std::FILE* OpenFile(const char* path, const char* mode) {
   return path != nullptr ? std::fopen(path, mode) : nullptr;
 }

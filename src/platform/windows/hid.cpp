@@ -11,7 +11,7 @@ static_assert(sizeof(HIDD_ATTRIBUTES) == 12);
 class SystemHid final : public HidSystem {
  public:
   bool Load() override { return BindHidLibraries(libraries_); }
-  // Connects without a disconnect between them leave handles that no entry has.
+  // Connects without a disconnect in between leave handles that no entry has.
   void Unload() override {
     while (const auto lost = devices_.RemoveNewest()) CloseHandle(*lost);
     FreeHidLibraries(libraries_);
@@ -21,7 +21,7 @@ class SystemHid final : public HidSystem {
   WalkStep Member(int index, const char*& path) override { return walk_.Member(libraries_, index, path); }
   void EndWalk() override { walk_.End(libraries_); }
 
-  // Windows lists paths only; whose device it is, an opened device tells.
+  // Windows lists paths only; the IDs have to be read from the opened device.
   bool ListedIds(const char*, HidIds&) override { return false; }
 
   Handle Open(const char* path, OpenMode mode) override {
@@ -59,7 +59,7 @@ class SystemHid final : public HidSystem {
  private:
   HANDLE Native(Handle device) { return devices_.Find(device).value_or(INVALID_HANDLE_VALUE); }
 
-  // Access 0 is enough for feature reports, and succeeds where another program reads the device's input.
+  // Access 0 is enough for feature reports, and succeeds even while another program reads the device's input.
   static HANDLE OpenShared(const char* path) {
     return CreateFileA(path, 0, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
                        FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -99,9 +99,9 @@ Drain SystemHid::DrainInput(Handle device, std::span<std::uint8_t> report) {
   const bool done = ReadFile(native, report.data(), static_cast<DWORD>(report.size()), nullptr, &overlapped);
   const DWORD error = done ? ERROR_SUCCESS : GetLastError();
   if (error == ERROR_DEVICE_NOT_CONNECTED) return Drain::kGone;
-  // Nothing waits for a report: a read that is still pending ends here.
+  // Nothing waits for a report: a read that is still pending is cancelled.
   if (!CancelIo(native) && GetLastError() == ERROR_NOT_FOUND) return Drain::kNothing;
-  // A read that never began has no end either, and waiting for it would not return.
+  // A read that never began does not end either: waiting for it would not return.
   if (!done && error != ERROR_IO_PENDING) return Drain::kNothing;
   DWORD count = 0;
   if (!GetOverlappedResult(native, &overlapped, &count, TRUE)) return Drain::kNothing;

@@ -1,4 +1,4 @@
-// HID.DLL and SETUPAPI.DLL, bound by name at run time: the library stays loaded on a system that lacks them.
+// HID.DLL and SETUPAPI.DLL, bound by name at run time: the library loads even on a system that lacks them.
 #pragma once
 
 #include "platform/windows/system.h"
@@ -27,7 +27,7 @@ struct HidLibraries {
   decltype(&SetupDiDestroyDeviceInfoList) destroyDeviceInfoList = nullptr;
 };
 
-// False: one of the two libraries or a required function is missing. HID.DLL stays bound without
+// False when one of the two libraries or a required function is missing. HID.DLL stays bound without
 // SETUPAPI.DLL.
 bool BindHidLibraries(HidLibraries& libraries);
 void FreeHidLibraries(HidLibraries& libraries);

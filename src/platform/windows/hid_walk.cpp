@@ -9,13 +9,13 @@ constexpr GUID kHidInterface = {0x4D1E55B2, 0xF16F, 0x11CF, {0x88, 0xCB, 0x00, 0
 constexpr GUID kKeyboardInterface = {
     0x884B96C3, 0x56EF, 0x11D1, {0xBC, 0x8C, 0x00, 0xA0, 0xC9, 0x14, 0x05, 0xDD}};
 
-// The sizes by which SetupAPI knows a caller for x64 and one for x86.
+// SetupAPI recognises x64 and x86 callers by these sizes.
 constexpr bool kIsX64 = sizeof(void*) == 8;
 static_assert(sizeof(SP_DEVICE_INTERFACE_DATA) == (kIsX64 ? 32 : 28));
 static_assert(sizeof(SP_DEVICE_INTERFACE_DETAIL_DATA_A) == (kIsX64 ? 8 : 5));
 
 // Third-party class installers run inside these calls. An exception there counts as the call failing, and
-// each call is contained by itself because each failure has its own consequence.
+// each call is contained separately because each failure has its own consequence.
 template <typename Call>
 bool Succeeds(Call call) {
   bool done = false;

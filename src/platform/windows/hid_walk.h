@@ -14,8 +14,8 @@ class HidWalk {
 
  private:
   const GUID* class_ = nullptr;
-  HDEVINFO set_ = nullptr;                               // of the walk that is running
-  SP_DEVICE_INTERFACE_DETAIL_DATA_A* detail_ = nullptr;  // whose path was told last
+  HDEVINFO set_ = nullptr;                               // of the current walk
+  SP_DEVICE_INTERFACE_DETAIL_DATA_A* detail_ = nullptr;  // of the path that was returned last
 };
 
 }  // namespace tavlyn::platform

@@ -1,4 +1,4 @@
-// libusb-0.1 from the driver package's DLL, bound by name when its signature has been verified.
+// libusb-0.1 from the driver package's DLL, bound by name once its signature has been verified.
 #include <cstddef>
 
 #include "platform/libusb_calls.h"
@@ -9,12 +9,12 @@
 namespace tavlyn::platform {
 namespace {
 
-// One full path for the test and the load, so that what was tested is what is loaded.
+// The full path serves both test and load, so that what was tested is what is loaded.
 constexpr char kFile[] = "C:\\Windows\\System32\\libusb0.dll";
 constexpr wchar_t kWideFile[] = L"C:\\Windows\\System32\\libusb0.dll";
 
 constexpr std::size_t kPathBytes = 512;
-// The DLL packs its structures; these fields lie where they do either way.
+// The DLL packs its structures; these fields have the same offsets either way.
 static_assert(offsetof(UsbDescriptor, vendor) == 8);
 static_assert(offsetof(UsbDevice<kPathBytes>, descriptor) == 3 * sizeof(void*) + kPathBytes);
 static_assert(offsetof(UsbBus<kPathBytes>, devices) == 2 * sizeof(void*) + kPathBytes);
@@ -23,7 +23,7 @@ class SystemLibusb final : public LibusbCalls<kPathBytes> {
  public:
   bool Load() override {
     if (!VerifyFileSignature(kWideFile)) return false;
-    // Never unloaded: a second load of the same file gives the same library.
+    // Never unloaded: loading the same file again returns the same library.
     void* library = LoadSystemLibrary(kFile);
     if (library == nullptr) return false;
     BindAndInit(library);

@@ -4,7 +4,7 @@
 namespace tavlyn::platform {
 namespace {
 
-// In some code pages the second byte of a character is that of a backslash.
+// In some code pages the second byte of a character can equal a backslash.
 bool EndsInSeparator(const char* folder) {
   const UINT page = AreFileApisANSI() != 0 ? CP_ACP : CP_OEMCP;
   bool separator = false;
@@ -17,7 +17,7 @@ bool EndsInSeparator(const char* folder) {
 
 class SystemPlaces final : public Places {
  public:
-  // An empty value counts as set, and its length is 0 like that of a missing one.
+  // An empty value counts as set, although its length is 0 like that of a missing one.
   bool EnvironmentIsSet(const char* name) override {
     SetLastError(ERROR_SUCCESS);
     return GetEnvironmentVariableA(name, nullptr, 0) != 0 || GetLastError() != ERROR_ENVVAR_NOT_FOUND;

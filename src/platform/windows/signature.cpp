@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-// They need windows.h, which does not come with them.
+// These need windows.h but do not include it.
 #include <softpub.h>
 #include <wintrust.h>
 
@@ -11,7 +11,7 @@
 namespace tavlyn::platform {
 namespace {
 
-// An import would be searched beside the application first, and who verifies must be the system itself.
+// An import would be searched for beside the application first, but the verifier must be the system's own.
 decltype(&WinVerifyTrust) SystemVerifier() {
   decltype(&WinVerifyTrust) verify = nullptr;
   void* library = LoadSystemLibrary("WINTRUST.DLL");
@@ -32,7 +32,7 @@ bool VerifyFileSignature(const wchar_t* path) {
   data.cbStruct = sizeof data;
   data.dwUIChoice = WTD_UI_NONE;
   data.fdwRevocationChecks = WTD_REVOKE_NONE;
-  // A certificate that is missing would else be fetched, for minutes where there is no way out.
+  // Otherwise a missing certificate would be fetched, which takes minutes without a network.
   data.dwProvFlags = WTD_CACHE_ONLY_URL_RETRIEVAL;
   data.dwUnionChoice = WTD_CHOICE_FILE;
   data.pFile = &file;
@@ -40,7 +40,7 @@ bool VerifyFileSignature(const wchar_t* path) {
 
   GUID action = WINTRUST_ACTION_GENERIC_VERIFY_V2;
   const LONG verdict = verify(nullptr, &action, &data);
-  // What the first call keeps of the file is given back, whatever its verdict.
+  // Releases what the first call keeps of the file, whatever its verdict.
   data.dwStateAction = WTD_STATEACTION_CLOSE;
   verify(nullptr, &action, &data);
   return verdict == ERROR_SUCCESS;

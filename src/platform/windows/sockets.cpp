@@ -23,19 +23,19 @@ int Size(std::span<const std::uint8_t> bytes) { return static_cast<int>(bytes.si
 
 constexpr DWORD kTellUnreachable = IOC_IN | IOC_VENDOR | 12;  // SIO_UDP_CONNRESET, which older headers lack
 
-// Programs that the application starts do not hold it open.
+// Not inheritable, so that programs that the application starts do not hold it open.
 SOCKET OpenOwn(int type, int protocol) {
   return WSASocketW(AF_INET, type, protocol, nullptr, 0, WSA_FLAG_OVERLAPPED | WSA_FLAG_NO_HANDLE_INHERIT);
 }
 
-// The next receive would else fail when a host that was asked tells that nobody listens there.
+// Otherwise the next receive would fail when a host answers that nothing listens on that port.
 void IgnoreUnreachable(SOCKET datagrams) {
   BOOL off = FALSE;
   DWORD none = 0;
   WSAIoctl(datagrams, kTellUnreachable, &off, sizeof off, nullptr, 0, &none, nullptr, nullptr);
 }
 
-// A datagram that is too long has been cut.
+// A datagram that is too long is cut, which is not a failure.
 int Received(int result, std::span<const std::uint8_t> room) {
   return result < 0 && WSAGetLastError() == WSAEMSGSIZE ? Size(room) : result;
 }
@@ -58,7 +58,7 @@ class SystemSockets final : public Sockets {
     return Add(native);
   }
 
-  // Windows refuses network 0 and port 0 by itself; Wine hands them to a system that takes them for the local
+  // Windows itself refuses network 0 and port 0; Wine passes them to a system that takes them for the local
   // host.
   std::int32_t Connect(Handle socket, Address peer) override {
     if (IsNowhere(peer.ip) || peer.port == 0) return SOCKET_ERROR;
@@ -66,7 +66,7 @@ class SystemSockets final : public Sockets {
     return ::connect(Native(socket), reinterpret_cast<const sockaddr*>(&native), sizeof native);
   }
 
-  // One byte is enough of a value, and the adapters' searches have always set it so.
+  // A value of one byte is enough.
   void SetBroadcast(Handle socket) override {
     const char on = 1;
     ::setsockopt(Native(socket), SOL_SOCKET, SO_BROADCAST, &on, sizeof on);

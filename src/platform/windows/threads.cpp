@@ -1,7 +1,7 @@
-// What the compiler's runtime asks of a thread library, on the system's own locks, which need no closing. The
-// thread library that comes with the compiler takes a thread-local slot, memory and handles that no unload
-// gives back: a process that loads and unloads this one a thousand times would come to its end. Should the
-// runtime ask for a function that is not here, theirs comes in beside it and the link fails.
+// What the compiler's runtime needs from a thread library, built on the system's own locks, which need no
+// closing. The compiler's thread library takes a thread-local slot, memory and handles that no unload
+// returns: a process could not load and unload this library a thousand times. If the runtime ever needs a
+// function that is missing here, the compiler's library is linked in beside this one and the link fails.
 #include "platform/windows/threads.h"
 
 #include <pthread.h>
@@ -21,7 +21,7 @@ namespace {
 static_assert(sizeof(pthread_mutex_t) == sizeof(SRWLOCK));
 static_assert(sizeof(pthread_cond_t) == sizeof(CONDITION_VARIABLE));
 
-// The initialisers in the runtime's static data are numbers below zero, which the system's never are.
+// The initialisers in the runtime's static data are negative numbers, which the system's never are.
 template <typename Native>
 Native* Begun(std::intptr_t* place) {
   const std::intptr_t before = *place;
@@ -34,7 +34,7 @@ Native* Begun(std::intptr_t* place) {
 
 enum Once : long { kNot = PTHREAD_ONCE_INIT, kRunning, kDone };
 
-// The runtime has one key, under which each thread has its exceptions.
+// The runtime has one key, under which each thread keeps its exceptions.
 DWORD slot = FLS_OUT_OF_INDEXES;
 void (*destroy)(void*) = nullptr;
 

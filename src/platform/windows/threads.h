@@ -1,9 +1,9 @@
-// What the compiler's runtime keeps of threads.
+// What the compiler's runtime keeps for threads.
 #pragma once
 
 namespace tavlyn::platform {
 
-// Gives back what exceptions took, of every thread. Of all the steps of an unload this is the last.
+// Returns the memory that exceptions took, of every thread. This is the last of all steps of an unload.
 void FreeThreads();
 
 }  // namespace tavlyn::platform
