@@ -17,5 +17,8 @@ std::string Code(const std::string& text);
 std::string Hex(unsigned byte);
 
 std::string ReaderCommands();
+std::string FormatBlock();
+std::string TimeBlock();
+std::string DisplayBlock();
 
 }  // namespace tavlyn::page

@@ -22,6 +22,9 @@ struct NamedTable {
 
 constexpr NamedTable kTables[] = {
     {"reader commands", ReaderCommands},
+    {"format block", FormatBlock},
+    {"time block", TimeBlock},
+    {"display block", DisplayBlock},
 };
 
 constexpr std::string_view kBegin = "<!-- table ";
