@@ -71,7 +71,7 @@ std::optional<DeviceWord> ParseKind(const std::string& text) {
   return word;
 }
 
-// As many as the library keeps of a device text.
+// The library keeps this many characters of a device text.
 constexpr std::size_t kLongestSerial = 24;
 
 bool IsSerial(const std::string& text) {
@@ -89,7 +89,7 @@ bool TakeOwn(const std::string& text, DeviceWord& word) {
   return name == "serial=" ? IsSerial(value) : name == "luid=" && word.luid.has_value();
 }
 
-// The serial number of device number, where this is that of the first.
+// The serial number of the device with that number, counting on from the first device's.
 std::string Counted(const std::string& first, std::size_t number) {
   const std::string last = std::to_string(ParseNumber<std::size_t>(first).value_or(0) + number - 1);
   return std::string(first.size() - std::min(first.size(), last.size()), '0') + last;

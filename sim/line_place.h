@@ -1,4 +1,4 @@
-// Where a device hangs when it is on no HID cable.
+// Where a device is connected if not to USB as a HID device.
 #pragma once
 
 #include <array>
@@ -16,18 +16,18 @@ enum class LineKind : std::uint8_t { kCom, kComAscii, kEthernet, kBulk };
 
 struct LinePlace {
   LineKind kind{};
-  std::uint16_t number = 0;          // of the COM port, or the TCP port
+  std::uint16_t number = 0;          // COM port number or TCP port
   std::array<std::uint8_t, 4> ip{};  // of an adapter
-  bool magstripe = false;            // a magnetic-stripe reader hangs there
+  bool magstripe = false;            // the device there is a magnetic-stripe reader
 };
 
 // com3, com3:ascii, 127.0.0.1:10001, bulk. Letters of either case.
 std::optional<LinePlace> ParseLinePlace(const std::string& text);
 
-// Two devices cannot hang there at once.
+// True if two devices cannot have these places at once.
 bool Collide(const LinePlace& one, const LinePlace& other);
 
-// The device's side of such a line: a reader's, or on a port a magnetic-stripe reader's.
+// The device's side of such a line, for a reader or, on a port, a magnetic-stripe reader.
 std::unique_ptr<FaultyLine> MakeLine(const LinePlace& place, const std::shared_ptr<Model>& device);
 
 }  // namespace tavlyn::sim

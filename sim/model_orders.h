@@ -1,5 +1,5 @@
-// What a person does to a simulated device (cards, swipes, walks) and what is set up in its firmware (queued
-// IDs, analyzer samples, commands it lacks).
+// What a person does with a simulated device (cards, swipes, walks) and what is set up in its firmware
+// (queued IDs, analyzer samples, commands it lacks).
 #pragma once
 
 #include <span>
@@ -12,10 +12,10 @@ namespace tavlyn::sim {
 
 struct ModelOrder {
   CommandText text;
-  std::size_t words;  // with the name
+  std::size_t words;  // including the name
   bool andMore;
   bool (*isFor)(const Model& model);
-  // False: it was not done, and the reply tells why. Only for a model that it is for.
+  // False if it was not done; the reply then says why. Called only for a model that the order is for.
   bool (*run)(Model& model, const Words& words, std::string& reply);
 };
 

@@ -5,7 +5,7 @@
 namespace tavlyn::sim {
 namespace {
 
-// Longer than a host pauses inside a command, shorter than it waits before it tries anew.
+// Longer than a host pauses within a command, shorter than it waits before it retries.
 constexpr std::chrono::milliseconds kLongSilence(300);
 
 }  // namespace

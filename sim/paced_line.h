@@ -1,5 +1,5 @@
-// The way between a device model and a stream of bytes, in time: what the device sends goes out as slowly as
-// is wanted. Knows no operating system; times are given to it.
+// Paces the bytes between a device model and a stream: what the device sends goes out as slowly as is wanted.
+// Independent of the operating system; callers pass the time in.
 #pragma once
 
 #include <chrono>
@@ -14,7 +14,7 @@
 namespace tavlyn::sim {
 
 struct LineManner {
-  std::chrono::milliseconds delay{0};         // in front of each answer
+  std::chrono::milliseconds delay{0};         // before each answer
   std::chrono::milliseconds betweenBytes{0};  // 0: an answer goes out in one piece
 };
 
@@ -26,17 +26,17 @@ class PacedLine {
 
   LineManner manner;
 
-  // Bytes of the other side. Behind a long silence they begin a new command.
+  // Bytes from the other side. After a long silence they begin a new command.
   void Receive(std::span<const std::uint8_t> bytes, Time now);
-  // What is to go out now; empty while there is nothing, or it is too early.
+  // What is due to go out now; may be empty.
   std::span<const std::uint8_t> Due(Time now);
-  // So many of these bytes did go out.
+  // This many of these bytes went out.
   void Sent(std::size_t count, Time now);
-  // When there is something to go out; none while there is nothing.
+  // When the next bytes are due; none if nothing is queued.
   [[nodiscard]] std::optional<Time> NextDue() const;
-  // True once, when the device has cut the line and all that it had sent is out.
+  // True once, when the device has cut the line and everything it sent before has gone out.
   bool TakeCut();
-  // The other side has gone: what was on its way is lost.
+  // The other side is gone: what was still queued is lost.
   void Hangup();
 
  private:

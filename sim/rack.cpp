@@ -57,8 +57,8 @@ bool Rack::DisturbLine(const Words& words, std::string& reply) {
 
 struct Rack::Verb {
   CommandText text;
-  std::size_t words;  // with the name
-  bool toDevice;      // means one device, which has to be there
+  std::size_t words;  // including the name
+  bool toDevice;      // is for one device, which has to be there
   bool (Rack::*run)(const Words&, std::string&);
 };
 

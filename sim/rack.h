@@ -21,12 +21,12 @@ namespace tavlyn::sim {
 
 class Rack {
  public:
-  // False: it was not done, and the reply tells why.
+  // False if it was not done; the reply then says why.
   bool Run(const std::string& command, std::string& reply);
 
   [[nodiscard]] bool IsEmpty() const { return slots_.empty(); }
 
-  // One HID interface that a system would list. Its number stands for it until the rack is reset.
+  // One HID interface that a system would list. Its number is valid until the rack is reset.
   struct Interface {
     int number;
     const HidIdentity& identity;
@@ -34,36 +34,36 @@ class Rack {
   // Those present now, in the order of plugging.
   [[nodiscard]] std::vector<Interface> Present() const;
   [[nodiscard]] bool IsPresent(int number) const;
-  // Null when there never was such an interface.
+  // Null if there never was such an interface.
   [[nodiscard]] const HidIdentity* Identity(int number) const;
 
-  // Reports as programs hand them over, with the report ID in byte 0. False: refused, or gone, or no report
-  // of that ID and length.
+  // Reports as programs pass them, with the report ID in byte 0. False if the device refused or is gone, or
+  // has no report of that ID and length.
   bool SetFeature(int number, std::span<const std::uint8_t> report);
   bool GetFeature(int number, std::span<std::uint8_t> report);
-  // The oldest queued input report; false when there is none.
+  // Takes the oldest queued input report; false if there is none.
   bool TakeInput(int number, std::vector<std::uint8_t>& report);
 
-  // One device that hangs on a line of bytes. Its number is the device's.
+  // One device on a byte stream. Its number is the device's.
   struct Line {
     int number;
     LinePlace place;
     LineManner manner;
   };
   [[nodiscard]] std::vector<Line> Lines() const;
-  // Null when there is no such line now.
+  // Null if there is no such line now.
   ByteDevice* LineOf(int number);
-  // As the line's own members, with a record of the bytes.
+  // Like the line's own members, but these record the bytes.
   void SendBytes(int number, std::span<const std::uint8_t> bytes);
   std::size_t TakeBytes(int number, std::span<std::uint8_t> bytes);
 
  private:
-  // A device as it hangs on its cable: the model, and what shows itself beside it.
+  // A plugged-in device: the model, and what else appears with it.
   struct Slot {
     std::string word;
     std::shared_ptr<Model> model;
     std::shared_ptr<HidDevice> keyboard;  // null for most
-    std::unique_ptr<FaultyLine> line;     // null on a HID cable
+    std::unique_ptr<FaultyLine> line;     // null for a HID device
     LinePlace place;
     LineManner manner;
     Transcript traffic;
@@ -97,19 +97,19 @@ class Rack {
   bool Help(const Words& words, std::string& reply);
 
   [[nodiscard]] bool IsTaken(const LinePlace& place) const;
-  // Takes a leading #NUMBER off the words and says whether that device exists.
+  // Removes a leading #NUMBER from the words; false if that device does not exist.
   bool Choose(Words& words);
   [[nodiscard]] const Place* Find(int number) const;
   void Note(const Place& place, EventKind kind, int number, std::span<const std::uint8_t> report,
             bool done) const;
-  // The device of a line that is there now, or null.
+  // The device on that line, if it is there now; else null.
   [[nodiscard]] Slot* SlotOfLine(int number) const;
-  // The interface's place when a feature report of this ID and length can go to it.
+  // The interface's place if it takes a feature report of this ID and length; else null.
   [[nodiscard]] const Place* Reach(int number, std::span<const std::uint8_t> report) const;
 
   std::vector<std::unique_ptr<Slot>> slots_;  // device n is entry n-1
   std::vector<Place> places_;                 // interface n is entry n-1
-  Slot* chosen_ = nullptr;                    // whom the running command means
+  Slot* chosen_ = nullptr;                    // the device that the running command is for
   bool recording_ = true;
 };
 

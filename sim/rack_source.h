@@ -1,4 +1,4 @@
-// A rack of this process as a source of devices.
+// A rack in this process as a source of devices.
 #pragma once
 
 #include <mutex>
@@ -22,14 +22,14 @@ class RackSource final : public Source {
   bool Run(const std::string& command, std::string& reply) override;
 
  private:
-  // 0 when the interface is not there.
+  // 0 if the interface is not there.
   [[nodiscard]] int Number(Key key) const;
-  // The line's number, 0 when it is not there.
+  // The line's number; 0 if it is not there.
   [[nodiscard]] int LineNumber(Key line);
 
   std::mutex mutex_;
   Rack rack_;
-  Key generation_ = 0;  // in the upper half of a key: goes up when the rack counts from 1 again
+  Key generation_ = 0;  // upper half of a key; goes up whenever the rack starts counting from 1 again
 };
 
 }  // namespace tavlyn::sim

@@ -12,7 +12,7 @@
 
 namespace tavlyn::sim {
 
-// Names an interface for as long as its source lives: never used again for another one. The low half is the
+// Identifies an interface for as long as its source lives; never reused for another one. The low half is the
 // interface's number in the rack.
 using Key = std::uint32_t;
 
@@ -23,7 +23,7 @@ struct Listed {
   HidIdentity identity;
 };
 
-// A device on a line of bytes. The low half of its key is the device's number.
+// A device on a byte stream. The low half of its key is the device's number.
 struct ListedLine {
   Key key = 0;
   LinePlace place;
@@ -33,7 +33,7 @@ struct ListedLine {
 enum class Outcome : std::uint8_t {
   kDone,
   kRefused,
-  kNothing,  // no input report is queued, no bytes are there
+  kNothing,  // no input report is queued, or no bytes are waiting
   kGone,     // the interface or line is not there any more
 };
 
@@ -45,16 +45,16 @@ class Source {
   virtual std::vector<Listed> List() = 0;
   virtual Outcome SetFeature(Key key, std::span<const std::uint8_t> report) = 0;
   virtual Outcome GetFeature(Key key, std::span<std::uint8_t> report) = 0;
-  // The oldest queued input report.
+  // Takes the oldest queued input report.
   virtual Outcome TakeInput(Key key, std::vector<std::uint8_t>& report) = 0;
 
-  // The same for lines. What is done with one acts as its device's members do.
+  // The same for lines: each does what the device's own member does.
   virtual std::vector<ListedLine> Lines() = 0;
   virtual Outcome SendBytes(Key line, std::span<const std::uint8_t> bytes) = 0;
-  // Cuts bytes to what the line had for them.
+  // Shrinks bytes to what the line had.
   virtual Outcome TakeBytes(Key line, std::vector<std::uint8_t>& bytes) = 0;
   virtual Outcome Silence(Key line) = 0;
-  // kDone when the line was cut.
+  // kDone if the line was cut.
   virtual Outcome TakeCut(Key line) = 0;
 
   // A command of sim/carriers/standin_control.h.

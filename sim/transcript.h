@@ -32,9 +32,9 @@ enum class EventKind {
   kSocket,     // text: tcp, udp; handle: the new one
   kOption,     // text: broadcast, nonblocking, timeout n
   kOpenPort,   // text: COMn
-  kClosePort,  // text: COMn, "quietly" after it when DTR stayed
-  kTimeouts,   // text: the five of the port
-  kUsb,        // text: what was asked of libusb
+  kClosePort,  // text: COMn, then "quietly" if DTR stayed on
+  kTimeouts,   // text: the port's five time-outs
+  kUsb,        // text: the libusb call
   kWrite,      // serial port, bulk device
   kRead,
   kPurge,
@@ -50,8 +50,8 @@ struct Event {
   Bytes bytes{};  // payload of a report, without its ID; bytes sent or received
   std::string text{};
 
-  // As a test or a person reads it: "sleep 80", "open reader-1 -> 1", "set 1 8C 04 07", "get 1 refused".
-  // Reports lose their trailing zeros; a report ID other than 0 shows as "[1]".
+  // As tests and people read it: "sleep 80", "open reader-1 -> 1", "set 1 8C 04 07", "get 1 refused".
+  // Trailing zeros of reports are left out; a report ID other than 0 is shown as "[1]".
   [[nodiscard]] std::string Line() const;
 };
 

@@ -1,4 +1,4 @@
-// The words of a command, the numbers in them, and why one was not done.
+// The words of a command, the numbers in them, and the reason when one fails.
 #pragma once
 
 #include <charconv>
@@ -18,7 +18,7 @@ struct CommandText {
   const char* deed;
 };
 
-// None unless the whole text is such a number.
+// None unless the whole text is a number.
 template <typename Number>
 std::optional<Number> ParseNumber(const std::string& text, int base = 10) {
   Number number{};

@@ -1,4 +1,4 @@
-// A thread that serves carriers while a test uses what they lead to:
+// A thread that serves carriers while a test uses their devices:
 //
 //   sim::ReaderFa model(sim::Reader::Plain());
 //   sim::PseudoTerminal port(model, folder + "/com3");   // TAVLYNAPI_PORT_DIR is folder
@@ -26,7 +26,7 @@ class Attendant {
   Attendant(const Attendant&) = delete;
   Attendant& operator=(const Attendant&) = delete;
 
-  // Runs a function while nothing is being served, and gives its result.
+  // Runs a function while nothing is being served, and returns its result.
   template <typename Function>
   auto With(Function&& function) {
     const Turn turn(*this);
@@ -34,7 +34,7 @@ class Attendant {
   }
 
  private:
-  // Holds the lock for its lifetime; the loop then looks at everything anew.
+  // Holds the lock for its lifetime; afterwards the loop checks everything again.
   class Turn {
    public:
     explicit Turn(Attendant& attendant) : attendant_(attendant), lock_(attendant.mutex_) {}

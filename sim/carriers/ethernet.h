@@ -1,5 +1,5 @@
-// An Ethernet adapter of this machine's loopback network: its TCP port, and the two UDP ports on which it
-// answers those who look for adapters. A network of many adapters is many addresses of 127.0.0.0/8.
+// An Ethernet adapter on this machine's loopback network: its TCP port, and the two UDP ports on which it
+// answers searches for adapters. A network of many adapters is many addresses of 127.0.0.0/8.
 #pragma once
 
 #include <array>
@@ -13,21 +13,21 @@
 
 namespace tavlyn::sim {
 
-// One connection at a time, as the adapters have it; the next one is served once that is closed. When the
-// device cuts the line the connection is closed, and the next may come.
+// Serves one connection at a time, as real adapters do, and the next one after that is closed. When the
+// device cuts the line the connection is closed.
 class EthernetCarrier final : public Served {
  public:
-  // stream: what the connection leads to, mostly an EthernetAdapter. port 0: one that is free. Plugs the
-  // adapter in; IsPlugged tells whether that worked.
+  // stream: what the connection leads to, usually an EthernetAdapter. port 0 takes a free one. Plugs the
+  // adapter in; IsPlugged says whether that worked.
   EthernetCarrier(ByteDevice& stream, AdapterIdentity identity, std::uint16_t port);
   ~EthernetCarrier() override { Unplug(); }
   EthernetCarrier(const EthernetCarrier&) = delete;
   EthernetCarrier& operator=(const EthernetCarrier&) = delete;
 
-  // False: Problem tells why.
+  // False on failure; Problem says why.
   bool Plug();
   [[nodiscard]] const std::string& Problem() const { return problem_; }
-  // Connections are refused, what is open is cut, and nothing answers datagrams.
+  // Connections are refused, open ones are cut, and datagrams are not answered.
   void Unplug();
   [[nodiscard]] bool IsPlugged() const { return listening_ != net::kNone; }
   [[nodiscard]] bool IsConnected() const { return client_ != net::kNone; }
@@ -47,7 +47,7 @@ class EthernetCarrier final : public Served {
 
   void Accept();
   void Disconnect();
-  // False: the other side has hung up.
+  // False if the other side has hung up.
   bool TakeBytes();
   bool GiveBytes();
   void AnswerOn(const Answering& answering) const;
@@ -59,7 +59,7 @@ class EthernetCarrier final : public Served {
   std::array<Answering, 2> answering_ = {{{kDiscoveryPort, net::kNone}, {kQueryPort, net::kNone}}};
   net::Socket client_ = net::kNone;
   std::string problem_;
-  bool full_ = false;  // bytes are due that the connection does not take yet
+  bool full_ = false;  // the connection does not yet accept bytes that are due
 };
 
 }  // namespace tavlyn::sim

@@ -1,4 +1,4 @@
-// What both systems do alike.
+// What is the same on both systems.
 #include "sim/carriers/net.h"
 
 #include <cstring>

@@ -1,5 +1,5 @@
-// The sockets of this machine under one set of names, as far as carriers need them. None of it waits unless
-// it says so, and none raises SIGPIPE.
+// This machine's sockets under one set of names, as far as carriers need them. Nothing here waits unless it
+// says so, and nothing raises SIGPIPE.
 #pragma once
 
 #ifdef _WIN32
@@ -26,20 +26,20 @@ inline constexpr Socket kNone = static_cast<Socket>(-1);
 
 using Ip = std::array<std::uint8_t, 4>;
 
-// As the system's own calls take it.
+// In the form that the system's own calls take.
 sockaddr_in AddressOf(const Ip& ip, std::uint16_t port);
 
 enum class Kind { kStream, kDatagram };
 
-// Bound to the address; of a stream one that listens. kNone: Problem tells why.
+// Bound to the address; a stream socket listens. kNone on failure; Problem says why.
 Socket Open(Kind kind, const Ip& ip, std::uint16_t port);
 [[nodiscard]] std::uint16_t PortOf(Socket bound);
-// kNone: nobody is there.
+// kNone if nobody is there.
 Socket Accept(Socket listening);
-// Sets it to kNone; one that is so already stays so.
+// Sets it to kNone, which it may already be.
 void Close(Socket& socket);
 
-// The count; kLater: nothing to take, or no room; kOver: the other side has hung up.
+// The count; kLater if there is nothing to take, or no room; kOver if the other side has hung up.
 inline constexpr int kLater = -1;
 inline constexpr int kOver = -2;
 int Receive(Socket socket, std::span<std::uint8_t> bytes);
@@ -48,13 +48,13 @@ int Send(Socket socket, std::span<const std::uint8_t> bytes);
 struct Datagram {
   std::vector<std::uint8_t> bytes;
   Ip ip{};
-  std::uint16_t port = 0;  // of who sent it
+  std::uint16_t port = 0;  // of the sender
 };
-// False: none is there.
+// False if none is there.
 bool ReceiveDatagram(Socket socket, Datagram& datagram);
 void SendDatagram(Socket socket, const Datagram& to);
 
-// Waits as poll() does; the times in milliseconds, below 0 without end. False: nothing can be told of any.
+// Waits as poll() does, for that many milliseconds, below 0 without end. False if it could not wait.
 bool Poll(std::vector<pollfd>& polled, int milliseconds);
 
 // Why the last Open failed.

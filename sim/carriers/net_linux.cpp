@@ -23,7 +23,7 @@ Socket Open(Kind kind, const Ip& ip, std::uint16_t port) {
   const int made = socket(AF_INET, (streams ? SOCK_STREAM : SOCK_DGRAM) | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
   if (made < 0) return kNone;
   const int on = 1;
-  // A connection of before that still lingers keeps no one from the port. Datagrams are not shared.
+  // A lingering earlier connection must not block the port. Datagram ports are not shared.
   if (streams) setsockopt(made, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
   const sockaddr_in address = AddressOf(ip, port);
   constexpr int kWaiting = 1024;

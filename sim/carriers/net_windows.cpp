@@ -5,7 +5,7 @@ namespace {
 
 constexpr int kAddressBytes = sizeof(sockaddr_in);
 
-// Before the first socket, once.
+// Once, before the first socket.
 void StartUp() {
   static const int started = [] {
     WSADATA data;

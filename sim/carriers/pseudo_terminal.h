@@ -1,5 +1,5 @@
-// A serial port of this machine with a device model at its other end: a pseudo-terminal under a name of our
-// choosing, such as com3 in the folder that TAVLYNAPI_PORT_DIR names.
+// A serial port of this machine with a device model at its other end: a pseudo-terminal under a chosen name,
+// such as com3 in the folder that TAVLYNAPI_PORT_DIR names.
 #pragma once
 
 #include <optional>
@@ -13,16 +13,16 @@ namespace tavlyn::sim {
 // it open see it gone, and a new port takes its place under the same name.
 class PseudoTerminal final : public Served {
  public:
-  // link: the symbolic link to make; its folder must be there, and nothing of that name but what an earlier
-  // carrier left. Plugs the port in; IsPlugged tells whether that worked.
+  // link: the symbolic link to make; its folder must exist, and nothing of that name except what an earlier
+  // carrier left. Plugs the port in; IsPlugged says whether that worked.
   PseudoTerminal(ByteDevice& device, std::string link);
   ~PseudoTerminal() override { Unplug(); }
   PseudoTerminal(const PseudoTerminal&) = delete;
   PseudoTerminal& operator=(const PseudoTerminal&) = delete;
 
-  // False: errno tells why; EEXIST: there is another file of the link's name.
+  // False on failure, with errno; EEXIST if another file has the link's name.
   bool Plug();
-  // The name is gone, and so is the port for those that have it open.
+  // Removes the name; programs that have the port open lose it too.
   void Unplug();
   [[nodiscard]] bool IsPlugged() const { return master_ >= 0; }
 
@@ -43,7 +43,7 @@ class PseudoTerminal final : public Served {
   std::string port_;  // where the link leads
   int master_ = -1;
   bool hungUp_ = false;  // a program had it open and none has now
-  bool full_ = false;    // bytes are due that the port does not take yet
+  bool full_ = false;    // the port does not yet accept bytes that are due
 };
 
 }  // namespace tavlyn::sim

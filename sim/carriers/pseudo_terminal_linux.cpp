@@ -13,12 +13,13 @@
 namespace tavlyn::sim {
 namespace {
 
-// The kernel tells of a port that is closed without end, but not of its opening: it is looked at so often.
+// While a port is closed the kernel reports that endlessly, but never its opening: hence this polling
+// interval.
 constexpr std::chrono::milliseconds kBetweenLooks(10);
 
 constexpr const char* kPorts = "/dev/pts/";
 
-// Empty: it is no link.
+// Empty if it is not a link.
 std::string TargetOf(const std::string& link) {
   std::array<char, 64> target;
   const ssize_t length = readlink(link.c_str(), target.data(), target.size());
@@ -59,7 +60,7 @@ bool PseudoTerminal::Plug() {
   return false;
 }
 
-// Whoever is killed leaves its link, which leads nowhere then, or to the next port of that number.
+// A killed carrier leaves its link behind, which then leads nowhere, or to the next port of that number.
 bool PseudoTerminal::MakeLink() const {
   if (symlink(port_.c_str(), link_.c_str()) == 0) return true;
   if (errno != EEXIST) return false;

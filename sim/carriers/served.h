@@ -1,5 +1,5 @@
-// A carrier of a device's line that a loop serves: polled for, called when something may have come, never
-// waiting by itself.
+// A carrier of a device's line that a loop serves: the loop polls for it and calls it when something may have
+// arrived; it never waits by itself.
 #pragma once
 
 #include <algorithm>
@@ -20,21 +20,21 @@ class Served {
   virtual ~Served() = default;
   virtual LineManner& Manner() = 0;
   virtual void AddTo(std::vector<pollfd>& polled) const = 0;
-  // When Serve has something to do even if nothing comes; none: only then.
+  // When Serve has something to do even if nothing arrives; none if never.
   [[nodiscard]] virtual std::optional<Clock::time_point> NextDue() const = 0;
-  // Does what can be done at once.
+  // Does what can be done without waiting.
   virtual void Serve() = 0;
 };
 
 using DueTime = std::optional<Served::Clock::time_point>;
 
-// The sooner of two, where there is one.
+// The earlier of the two, if any.
 inline DueTime Sooner(DueTime one, DueTime other) {
   if (!one || !other) return one ? one : other;
   return std::min(*one, *other);
 }
 
-// For poll(): 0 when it is due, -1 when nothing is.
+// The time-out for poll(): 0 if it is due, -1 if there is none.
 inline int PollTimeout(DueTime due) {
   if (!due) return -1;
   const auto left = std::chrono::ceil<std::chrono::milliseconds>(*due - Served::Clock::now());

@@ -1,4 +1,4 @@
-// The devices of a running tavlynsim process. Without one, or once it has ended, no device is there.
+// The devices of a running tavlynsim process. Without one, or once it has ended, there are no devices.
 #pragma once
 
 #include <mutex>
@@ -29,7 +29,7 @@ class SocketSource final : public Source {
   bool Run(const std::string& command, std::string& reply) override;
 
  private:
-  // Sends the message and puts the answer in its place; kGone when there is no one to ask.
+  // Sends the message and replaces it with the answer; kGone if there is no one to ask.
   Outcome Ask(wire::Op op, wire::Message& message);
 
   std::mutex mutex_;

@@ -1,4 +1,4 @@
-// Where the stand-in of this process gets its devices from, and what it answers to commands.
+// Where this process's stand-in gets its devices from, and how it answers commands.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +10,7 @@ namespace tavlyn::sim {
 // The tavlynsim process that TAVLYNSIM_SOCKET names, else a rack of the stand-in's own.
 Source& StandinSource();
 
-// As TavlynStandin of sim/carriers/standin_control.h.
+// Like TavlynStandin of sim/carriers/standin_control.h.
 int RunStandin(const char* command, char* reply, std::size_t size);
 
 }  // namespace tavlyn::sim

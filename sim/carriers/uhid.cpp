@@ -25,7 +25,7 @@ constexpr std::uint16_t kFirstVendorPage = 0xFF00;
 constexpr std::uint8_t kKeyboardInput[] = {0x05, 0x07, 0x19, 0xE0, 0x29, 0xE7, 0x15, 0x00, 0x25, 0x01,
                                            0x75, 0x01, 0x95, 0x08, 0x81, 0x02, 0x95, 0x06, 0x75, 0x08,
                                            0x25, 0x65, 0x19, 0x00, 0x29, 0x65, 0x81, 0x00};
-// Eight bytes of no told meaning.
+// Eight bytes of unspecified meaning.
 constexpr std::uint8_t kPlainInput[] = {0x15, 0x00, 0x26, 0xFF, 0x00, 0x75, 0x08,
                                         0x95, 0x08, 0x09, 0x01, 0x81, 0x02};
 
@@ -36,7 +36,7 @@ void Append(std::vector<std::uint8_t>& descriptor, const Items& items) {
 
 bool IsKeyboard(const Usage& usage) { return usage.page == kKeyboard.page && usage.usage == kKeyboard.usage; }
 
-// The collection that holds the feature report: the maker's own, or the first where there is none.
+// The collection that has the feature report: the maker's own, or the first if there is none.
 std::size_t FeatureCollection(const std::vector<Usage>& usages) {
   const auto own =
       std::find_if(usages.begin(), usages.end(), [](const Usage& u) { return u.page >= kFirstVendorPage; });

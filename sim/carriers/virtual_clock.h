@@ -1,4 +1,4 @@
-// Time that passes only by what sleeps, or as a test moves it.
+// Time that passes only in sleeps, or when a test advances it.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,7 @@ class VirtualClock final : public platform::Clock {
   explicit VirtualClock(Transcript& transcript) : transcript_(transcript) { Reset(); }
   std::uint64_t tick = 0;
   std::tm localTime{};            // stands still: 2024-03-05 06:07:08 unless set
-  std::function<void()> onSleep;  // behind each sleep: what arrives late
+  std::function<void()> onSleep;  // called after each sleep: what arrives late
 
   void Reset();
   std::uint64_t Tick() override { return tick; }

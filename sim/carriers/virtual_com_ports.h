@@ -19,7 +19,7 @@
 
 namespace tavlyn::sim {
 
-// A serial port with a device, or a script, at its other end. A test that wants its waits to pass sets clock.
+// A serial port with a device, or a script, at its other end. With clock set, its waits take time.
 class VirtualComPort final : public platform::ComPort {
  public:
   VirtualComPort(Transcript& transcript, ByteDevice& device) : transcript_(transcript), device_(&device) {}
@@ -29,13 +29,13 @@ class VirtualComPort final : public platform::ComPort {
   ~VirtualComPort() override;
 
   std::string name = "COM";
-  VirtualClock* clock = nullptr;  // moved by what a Read that comes short has waited
+  VirtualClock* clock = nullptr;  // advanced by the wait of a Read that comes up short
   std::function<void()> onClosed;
 
-  std::deque<std::uint8_t> toRead;  // comes before anything of the device
+  std::deque<std::uint8_t> toRead;  // comes before anything from the device
   Bytes written;
-  std::optional<std::uint32_t> writeLimit;  // bytes that a Write moves at most
-  std::function<void()> onTimeout;          // a Read came short
+  std::optional<std::uint32_t> writeLimit;  // the most bytes that a Write moves
+  std::function<void()> onTimeout;          // a Read came up short
 
   platform::ComTimeouts timeouts;
   bool closedQuietly = false;
@@ -54,14 +54,14 @@ class VirtualComPort final : public platform::ComPort {
   ByteDevice* device_ = nullptr;
 };
 
-// Those that have a device, or none at their other end. Each can be opened once at a time.
+// The ports that exist, with or without a device at the other end. Each can be opened only once at a time.
 class VirtualComPorts final : public platform::ComPorts {
  public:
   explicit VirtualComPorts(Transcript& transcript) : transcript_(transcript) {}
   std::map<std::uint16_t, ByteDevice*> present;  // null: opens, and nothing ever answers
   std::set<std::uint16_t> virtualNumbers;
   std::set<std::uint16_t> inUse;
-  // Of the ports opened from now on.
+  // For the ports opened from now on.
   std::function<void()> onTimeout;
   VirtualClock* clock = nullptr;
 

@@ -36,13 +36,13 @@ class VirtualHid final : public platform::HidSystem {
   bool walks = true;
   bool listsIds = true;  // as Linux does; off as on Windows
 
-  // Adds an interface at the end of the walk; the reference stays good until Reset.
+  // Adds an interface at the end of the walk; the reference stays valid until Reset.
   Interface& Plug(std::string path, std::shared_ptr<HidDevice> device);
-  // The interface is listed no more, and what is open on it fails from now on.
+  // The interface is no longer listed, and open handles on it fail from now on.
   void Unplug(const std::string& path);
   [[nodiscard]] std::size_t OpenHandles() const;
   void Reset();
-  // What a caller of the platform must not do, such as a walk inside a walk.
+  // Things that a caller of the platform must not do, such as a walk inside a walk.
   [[nodiscard]] const std::vector<std::string>& Misuses() const { return misuses_; }
 
   bool Load() override;

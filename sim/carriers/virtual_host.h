@@ -1,5 +1,5 @@
 // The simulated operating system of the unit tests: every interface of platform.h in virtual time, scripted
-// by public fields, with a transcript of all that the library did. platform::TheHost() gives this one.
+// by public fields, with a transcript of all that the library did. platform::TheHost() returns this one.
 #pragma once
 
 #include <mutex>
@@ -23,7 +23,7 @@ class VirtualMutex final : public platform::RecursiveMutex {
   explicit VirtualMutex(Transcript& transcript) : transcript_(transcript) {}
   void Reset();
   [[nodiscard]] bool Exists() const { return exists_; }
-  [[nodiscard]] int Depth() const { return depth_; }  // locks held and not yet given back
+  [[nodiscard]] int Depth() const { return depth_; }  // locks not yet released
   [[nodiscard]] const std::vector<std::string>& Misuses() const { return misuses_; }
 
   void Create() override;
@@ -55,7 +55,7 @@ class VirtualPlaces final : public platform::Places {
 
 class VirtualHost {
  public:
-  // The one that platform::TheHost() gives.
+  // The one that platform::TheHost() returns.
   static VirtualHost& Instance();
 
   Transcript transcript;

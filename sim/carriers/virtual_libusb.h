@@ -1,4 +1,4 @@
-// libusb-0.1 with at most one device. A system without the library leaves no events.
+// libusb-0.1 with at most one device. Without the library nothing appears in the transcript.
 #pragma once
 
 #include <cstdint>
@@ -21,7 +21,7 @@ class VirtualLibusb final : public platform::Libusb {
   std::int32_t busses = 1;
   bool present = false;
   std::int32_t claimResult = 0;
-  std::deque<Bytes> toRead;                 // one entry for each bulk read; an empty one fails
+  std::deque<Bytes> toRead;                 // one entry per bulk read; an empty one fails
   std::optional<std::int32_t> writeResult;  // unset: the count
   ByteDevice* device = nullptr;
   int loadsAsked = 0;

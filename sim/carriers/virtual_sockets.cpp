@@ -112,7 +112,7 @@ std::int32_t VirtualSockets::Send(platform::Handle socket, std::span<const std::
   return result;
 }
 
-// What a device or the script has next.
+// What the device or the script has next.
 bool VirtualSockets::TakeScripted(std::span<std::uint8_t> bytes, Bytes& taken) {
   if (device != nullptr) {
     const std::size_t count = device->Take(bytes);

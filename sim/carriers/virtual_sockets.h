@@ -1,5 +1,5 @@
-// One peer, scripted. Datagrams go to onDatagram, whose replies recvfrom and recv then bring to the sockets
-// of UDP; all others carry the one stream.
+// One scripted peer. Datagrams go to onDatagram, whose replies the UDP sockets then receive; all other
+// sockets carry the one stream.
 #pragma once
 
 #include <array>
@@ -34,7 +34,7 @@ class VirtualSockets final : public platform::Sockets {
   // A device at the other end of the connection; its bytes come before toReceive.
   ByteDevice* device = nullptr;
 
-  // Results of recv in turn: bytes, or none for a failure of -1. With nothing left each recv fails.
+  // Results of recv in turn: bytes, or none for a failure of -1. When they have run out each recv fails.
   std::deque<std::optional<Bytes>> toReceive;
   std::vector<Bytes> sent;
   std::optional<std::int32_t> sendResult;  // unset: the count

@@ -12,7 +12,7 @@ class Waker {
   Waker(const Waker&) = delete;
   Waker& operator=(const Waker&) = delete;
 
-  // Becomes readable with Wake, until Clear.
+  // Becomes readable by Wake, until Clear.
   [[nodiscard]] net::Socket Polled() const { return polled_; }
   void Wake() const;
   void Clear() const;

@@ -1,4 +1,4 @@
-// Only sockets can be polled here, so a datagram to oneself does it.
+// Only sockets can be polled here, so a socket sends a datagram to itself.
 #include "sim/carriers/waker.h"
 
 namespace tavlyn::sim {

@@ -12,7 +12,7 @@ struct Header {
   std::uint32_t length;
 };
 
-// Beyond any list or record of traffic; a longer one is no message of ours.
+// Longer than any list or record of traffic; anything longer is not a message of ours.
 constexpr std::uint32_t kLongestBody = 1U << 26U;
 
 bool SendAll(net::Socket socket, std::span<const std::uint8_t> bytes) {
@@ -48,7 +48,7 @@ class Packer {
   std::vector<std::uint8_t> packed;
 };
 
-// Once something was missing every further take fails too.
+// Once something is missing every further take fails too.
 class Unpacker {
  public:
   explicit Unpacker(std::span<const std::uint8_t> packed) : left_(packed) {}

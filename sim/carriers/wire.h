@@ -1,6 +1,6 @@
 // What a stand-in and the tavlynsim process that serves it say to each other over a stream: a Unix socket,
 // or on Windows a port of the loopback network. The stand-in asks, one message at a time, and gets one
-// message back. Both run on one machine: numbers stand in its byte order.
+// message back. Both run on one machine: numbers are in its byte order.
 //
 //   asked        key        body          answered   body
 //   kList        -          -             kDone      a list, as PackList makes it
@@ -9,12 +9,12 @@
 //   kTakeInput   interface  -             outcome    the report, when kDone
 //   kLines       -          -             kDone      a list, as PackLines makes it
 //   kSendBytes   line       bytes         outcome    -
-//   kTakeBytes   line       room for them outcome    the bytes, when kDone
+//   kTakeBytes   line       buffer size   outcome    the bytes, when kDone
 //   kSilence     line       -             outcome    -
 //   kTakeCut     line       -             outcome    -
 //   kRun         -          command line  outcome    the reply, or why it failed
 //
-// Reports have their report ID in byte 0; that of kGetFeature is as long as the answer shall be.
+// Reports have their report ID in byte 0; that of kGetFeature is as long as the wanted answer.
 #pragma once
 
 #include <cstdint>
@@ -27,7 +27,7 @@
 
 namespace tavlyn::sim::wire {
 
-// Holds the path of the socket; on Windows ADDRESS:PORT.
+// The variable with the path of the socket; on Windows ADDRESS:PORT.
 inline constexpr const char* kSocketVariable = "TAVLYNSIM_SOCKET";
 
 enum class Op : std::uint8_t {
@@ -49,16 +49,16 @@ struct Message {
   std::vector<std::uint8_t> body;
 };
 
-// False: the other side is gone, or what came is no message. Neither raises SIGPIPE.
+// False if the other side is gone or sent something that is not a message. Neither raises SIGPIPE.
 bool Send(net::Socket socket, const Message& message);
 bool Receive(net::Socket socket, Message& message);
 
-// net::kNone: nobody listens under that name.
+// net::kNone if nobody listens under that name.
 net::Socket Connect(const char* name);
-// Tells the name for Connect, and the folder that it made where sockets are files. net::kNone: net::Problem
-// tells why.
+// Sets the name for Connect and, where sockets are files, the folder that it made. net::kNone on failure;
+// net::Problem says why.
 net::Socket Listen(std::string& folder, std::string& name);
-// The next program that has connected. One that stops in the middle of a message fails after a second, so
+// Accepts the next program. One that stops in the middle of a message fails after a second, so
 // that it does not keep the others waiting.
 net::Socket Accept(net::Socket listening);
 

@@ -20,7 +20,7 @@ net::Socket Connect(const char* name) {
   const sockaddr_in address = net::AddressOf(kLoopback, port);
   net::Socket made = socket(AF_INET, SOCK_STREAM, 0);
   if (connect(made, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) net::Close(made);
-  // A question is one small message, and its answer is waited for.
+  // Each request is one small message whose answer is awaited, so nothing must delay it.
   const BOOL on = TRUE;
   setsockopt(made, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&on), sizeof on);
   return made;

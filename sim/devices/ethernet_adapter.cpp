@@ -10,7 +10,7 @@ namespace {
 constexpr std::array<std::uint8_t, 10> kDiscovery = {'R', 'F', 'I', 'D', 'D', 'I', 'S', 'C', 0x01, 0x00};
 constexpr std::array<std::uint8_t, 4> kQuery = {0x00, 0x00, 0x00, 0xF6};
 constexpr std::string_view kReportHeader = "#HUSB/FR/001L";
-constexpr std::size_t kReportHeaderBytes = 16;  // with two digits and a colon
+constexpr std::size_t kReportHeaderBytes = 16;  // including two digits and a colon
 constexpr std::string_view kFetch = "#Req/FR:";
 constexpr char kTextFrameStart = '#';
 
@@ -79,7 +79,7 @@ bool EthernetAdapter::TakeFrame() {
     return true;
   }
   if (!BeginsLike(frame_, kReportHeader)) {
-    ToSerial(frame_);  // no frame, but bytes of the serial line that begin like one
+    ToSerial(frame_);  // not a frame, only bytes of the serial line that begin like one
     return true;
   }
   if (frame_.size() < kReportHeaderBytes) return false;

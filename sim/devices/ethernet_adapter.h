@@ -1,5 +1,5 @@
-// The serial-to-network adapter that puts a reader on Ethernet: how it answers those who look for adapters,
-// and what it does with the bytes of its one TCP connection.
+// The serial-to-network adapter that puts a reader on Ethernet: how it answers searches for adapters, and
+// what it does with the bytes of its one TCP connection.
 #pragma once
 
 #include <array>
@@ -18,8 +18,8 @@ inline constexpr std::uint16_t kQueryPort = 30718;
 
 using MacAddress = std::array<std::uint8_t, 6>;
 
-// Makers of adapters by the first bytes of their addresses. The first one's tell of themselves on the
-// discovery port, the others' on the query port.
+// Makers of adapters, by the first bytes of their MAC addresses. The first maker's adapters answer on the
+// discovery port, the others on the query port.
 inline constexpr MacAddress kWedgeMac = {0x7C, 0x31, 0xA6, 0x01, 0x02, 0x03};
 inline constexpr MacAddress kBridgeMac = {0x00, 0x20, 0x4A, 0x04, 0x05, 0x06};
 inline constexpr MacAddress kNewBridgeMac = {0x00, 0x1D, 0x4B, 0x07, 0x08, 0x09};
@@ -30,7 +30,7 @@ struct AdapterIdentity {
   std::array<std::uint8_t, 4> ip{};
 };
 
-// The datagram that answers one received on that port; none when the adapter does not care.
+// The answer to a datagram received on that port; none if the adapter ignores it.
 std::optional<Bytes> AnswerDatagram(const AdapterIdentity& identity, std::uint16_t port,
                                     std::span<const std::uint8_t> datagram);
 
@@ -44,8 +44,8 @@ class EthernetAdapter final : public FaultyLine {
   bool takesTextFrames = true;
 
   Reader& Device() { return *reader_; }
-  // Faults by command and by byte of the serial line behind the adapter; the adapter's own are those of the
-  // network.
+  // Faults by command and by byte of the serial line behind the adapter; the network's faults are the
+  // adapter's.
   ReaderFa& SerialLine() { return serial_; }
 
   void Silence() override;
@@ -53,14 +53,14 @@ class EthernetAdapter final : public FaultyLine {
  private:
   void TakeByte(std::uint8_t byte) override;
   void ToSerial(std::span<const std::uint8_t> bytes);
-  // False while more bytes of it may come.
+  // False while more bytes of the frame may come.
   bool TakeFrame();
   void SendReport();
 
   std::shared_ptr<Reader> reader_;
   ReaderFa serial_;
-  Bytes frame_;              // of a text frame, as far as it has come
-  std::size_t payload_ = 8;  // length of the last report, which the next fetch has too
+  Bytes frame_;              // the part of a text frame received so far
+  std::size_t payload_ = 8;  // length of the last report; the next fetch has the same
 };
 
 }  // namespace tavlyn::sim

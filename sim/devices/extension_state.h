@@ -1,4 +1,4 @@
-// What only some readers have beside their card radio.
+// What only some readers have besides their card radio.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,7 @@ struct AnalyzerRecord {
 };
 
 struct ExtensionState {
-  // While its state is not 0 the analyzer records every card that is laid on the reader.
+  // While its state is not 0 the analyzer records every card placed on the reader.
   std::uint8_t analyzer = 0;
   std::vector<AnalyzerRecord> analyzed;
 
@@ -26,7 +26,7 @@ struct ExtensionState {
   std::uint8_t storedTransparent = 0;  // committed
 
   bool hasBle = false;
-  std::uint8_t ble = 0;  // how the radio works with the card radio
+  std::uint8_t ble = 0;  // how the BLE radio and the card radio work together
 };
 
 }  // namespace tavlyn::sim

@@ -1,6 +1,5 @@
-// Misbehaviour on demand. A model asks its Faults before each exchange (a feature report in either
-// direction, or one byte of a serial stream) and does as it is told. Exchanges count from 1 since the last
-// Restart.
+// Misbehaviour on demand. A model asks its Faults before each exchange (a feature report in either direction,
+// or one byte of a serial stream) how to misbehave. Exchanges count from 1 since the last Restart.
 #pragma once
 
 #include <cstdint>
@@ -16,11 +15,11 @@ using Bytes = std::vector<std::uint8_t>;
 
 enum class Fault {
   kNone,
-  kRefuse,  // a report is stalled; a byte is lost
-  kDrop,    // a command is taken and nothing comes of it; a fetch, or a byte, is lost
-  kDelay,   // the reply is not ready: the fetch brings what the one before brought; reports only
-  kGarble,  // every bit of it is turned over on its way
-  kVanish,  // the device is gone, from this exchange on
+  kRefuse,  // a report stalls; a byte is lost
+  kDrop,    // a command is accepted but not run; a fetch, or a byte, is lost
+  kDelay,   // the reply is not ready: the fetch returns the previous reply; reports only
+  kGarble,  // every bit is inverted on the way
+  kVanish,  // the device is gone from this exchange on
 };
 
 class Faults {
@@ -34,18 +33,18 @@ class Faults {
   void DropAt(int exchange, int times = 1) { Arm(Fault::kDrop, exchange, times); }
   void DelayAt(int exchange, int times = 1) { Arm(Fault::kDelay, exchange, times); }
   void VanishAt(int exchange) { ArmAt(Fault::kVanish, exchange); }
-  // Whichever it is, once; but who vanishes stays away.
+  // Any fault, once; but a device that vanishes stays away.
   void ArmAt(Fault fault, int exchange) { Arm(fault, exchange, fault == Fault::kVanish ? kAlways : 1); }
 
   // By command, matched by its leading bytes: the report's payload, or INS P1 P2 P3 of a frame. The longest
-  // and then the latest match counts.
+  // match counts; of equals, the latest.
   void RefuseCommand(std::initializer_list<std::uint8_t> prefix, int times = kAlways);
-  // The command is taken, but its fetch is refused; on a serial stream the device stays silent.
+  // The command is accepted, but its fetch is refused; on a serial stream the device stays silent.
   void RefuseReply(std::initializer_list<std::uint8_t> prefix, int times = kAlways);
   // These bytes instead of the device's own answer.
   void AnswerWith(std::initializer_list<std::uint8_t> prefix, Bytes answer, int times = kAlways);
 
-  // Forgets every fault and counts anew; a vanished device is back.
+  // Forgets every fault and starts counting again; a vanished device is back.
   void Restart() { *this = Faults{}; }
 
   [[nodiscard]] int Exchanges() const { return exchanges_; }
@@ -83,7 +82,7 @@ class Faults {
 
 bool StartsWith(std::span<const std::uint8_t> bytes, std::span<const std::uint8_t> prefix);
 
-// What a garbled exchange makes of its bytes.
+// The bytes of a garbled exchange.
 void Garble(std::span<std::uint8_t> bytes);
 
 }  // namespace tavlyn::sim

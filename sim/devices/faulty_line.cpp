@@ -25,7 +25,7 @@ void FaultyLine::Send(std::span<const std::uint8_t> bytes) {
   Piece piece;
   for (std::uint8_t byte : bytes) {
     const Fault fault = faults.Next();
-    if (fault == Fault::kVanish) return out_.clear();  // nothing of it gets through any more
+    if (fault == Fault::kVanish) return out_.clear();  // nothing gets through any more
     if (fault == Fault::kRefuse || fault == Fault::kDrop) continue;
     if (fault == Fault::kGarble) Garble({&byte, 1});
     piece.push_back(byte);

@@ -1,5 +1,5 @@
-// What the serial sides of all devices have in common: bytes out are queued until the carrier takes them, and
-// the line misbehaves as it is told.
+// What the serial sides of all devices have in common: outgoing bytes are queued until the carrier takes
+// them, and the line misbehaves on demand.
 #pragma once
 
 #include <cstddef>
@@ -15,14 +15,14 @@ namespace tavlyn::sim {
 
 class FaultyLine : public ByteDevice {
  public:
-  // Counted per byte, in both directions; a reader's own faults act on its feature reports only.
+  // Counted per byte, in both directions; a reader's own faults affect only its feature reports.
   Faults faults;
-  // Take stops where one piece of an answer ends, as transfers on USB do.
+  // Take stops at the end of one piece of an answer, as transfers on USB do.
   bool inPieces = false;
 
-  // The line is cut once so many more bytes have left the device; what was to follow them is lost.
+  // The line is cut after this many more bytes from the device; what was to follow is lost.
   void CutAfter(std::size_t bytes) { untilCut_ = bytes; }
-  // So many bytes of noise go out at once.
+  // This many bytes of noise go out at once.
   void Flood(std::size_t bytes);
 
   void Receive(std::span<const std::uint8_t> bytes) override;
@@ -33,7 +33,7 @@ class FaultyLine : public ByteDevice {
   virtual void TakeByte(std::uint8_t byte) = 0;
   // One piece of an answer.
   void Send(std::span<const std::uint8_t> bytes);
-  // All that a line behind this one has to say.
+  // Everything that the line behind this one has to send.
   void PassOn(ByteDevice& behind);
 
  private:

@@ -11,7 +11,7 @@
 
 namespace tavlyn::sim {
 
-// None when the text is empty, has an odd digit or anything else in it.
+// None if the text is empty, has an odd number of digits or contains anything else.
 std::optional<Bytes> ParseHex(std::string_view text);
 // Upper case, without blanks.
 std::string HexDigits(std::span<const std::uint8_t> bytes);

@@ -11,7 +11,7 @@ struct Layout {
   std::uint8_t characters;
   std::uint8_t startSentinel;
   std::uint8_t endSentinel;
-  std::size_t longest;  // with sentinels and check character
+  std::size_t longest;  // including sentinels and check character
 };
 
 constexpr std::array<Layout, kTracks> kLayouts{{
@@ -20,7 +20,7 @@ constexpr std::array<Layout, kTracks> kLayouts{{
     {'0', 16, ';' - '0', '?' - '0', 107},
 }};
 
-// The track that a sentinel begins, when the track before it was that number, 0 for none.
+// The track that a sentinel begins, given the number of the track before it (0 for none).
 std::size_t TrackBegun(char sentinel, std::size_t before) {
   if (sentinel == '%' && before == 0) return 1;
   if (sentinel == ';' && before < 2) return 2;
@@ -28,7 +28,7 @@ std::size_t TrackBegun(char sentinel, std::size_t before) {
   return 0;
 }
 
-// text: from behind the start sentinel to the end sentinel.
+// text: from after the start sentinel to the end sentinel.
 bool WriteTrack(const Layout& layout, std::string_view text, Bytes& track) {
   track.push_back(layout.startSentinel);
   for (const char character : text) {

@@ -1,6 +1,6 @@
 // A card's magnetic stripe as ISO/IEC 7811 lays it out: each track is a start sentinel, its characters, an
 // end sentinel and a check character (LRC) over all of them. Track 1 has characters of six bits, tracks 2 and
-// 3 of four; the parity bit of each stays with the head that reads it.
+// 3 of four; the head that reads them drops their parity bits.
 #pragma once
 
 #include <array>
@@ -20,14 +20,14 @@ struct MagCard {
   std::array<Bytes, kTracks> tracks;  // empty: nothing is written there
 };
 
-// A card of tracks as they are printed: "%B12^DOE?;12=34?+56?" is tracks 1, 2 and 3. Track 3 may also begin
-// with a second semicolon. None when a character has no place on its track, or a track is longer than its
-// stripe or lacks its end sentinel.
+// Makes a card from tracks as printed: "%B12^DOE?;12=34?+56?" is tracks 1, 2 and 3. Track 3 may also begin
+// with a second semicolon. None if a track cannot encode a character, is longer than its stripe or lacks its
+// end sentinel.
 std::optional<MagCard> ParseMagCard(std::string_view text);
 
-// Over the characters in front of it.
+// The check character over these characters.
 std::uint8_t CheckCharacter(std::span<const std::uint8_t> characters);
-// Sentinels in their places, and the check character agrees.
+// Whether the sentinels are in place and the check character matches.
 bool TrackIsGood(std::size_t track, std::span<const std::uint8_t> characters);
 
 }  // namespace tavlyn::sim

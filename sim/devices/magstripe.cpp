@@ -38,7 +38,7 @@ void Magstripe::PowerCycle() {
   SetReply({});
 }
 
-// A report without its carriage return is no packet, and is passed over.
+// A report without its carriage return is not a packet, and is ignored.
 bool Magstripe::TakeReport(Payload report) {
   if (faults.TakeCommandRefusal(report)) return false;
   SetCommand(report);

@@ -1,5 +1,5 @@
-// The magnetic-stripe reader. Commands are short texts in packets of 24 bytes that end in a carriage return,
-// and so are its answers; over USB each is a feature report.
+// The magnetic-stripe reader. Commands and answers are short texts, each ending in a carriage return, in
+// packets of 24 bytes; over USB each packet is a feature report.
 #pragma once
 
 #include <array>
@@ -33,7 +33,7 @@ class Magstripe final : public Model {
   bool TakeReport(Payload report) override;
 };
 
-// The same reader's serial side: a command is what stands in front of a carriage return, zeros aside.
+// The same reader's serial side: a command is whatever precedes a carriage return, apart from zeros.
 class MagstripeLine final : public FaultyLine {
  public:
   explicit MagstripeLine(std::shared_ptr<Magstripe> reader);

@@ -18,7 +18,7 @@ namespace {
 
 constexpr const char* kRefused = "N";
 constexpr const char* kAccepted = "R";
-constexpr std::size_t kLetters = 3;  // of a command, in front of its parameters
+constexpr std::size_t kLetters = 3;  // of a command, before its parameters
 constexpr std::size_t kTrackBlockBytes = 10;
 
 using Sent = const std::string&;
@@ -33,7 +33,7 @@ UserField& FieldOf(MagstripeState& state, Sent command) {
   return state.working.fields[static_cast<std::size_t>(command[1] - 'a')];
 }
 
-// Takes the parameters when all of them are there; what follows them is passed over.
+// Takes the parameters if all of them are there; what follows them is ignored.
 template <typename Record>
 std::string Take(MagstripeState& state, Sent command, Record& record, bool live = false) {
   const std::size_t digits = 2 * record.size();
@@ -132,7 +132,7 @@ std::string Counts(MagstripeState& state, Sent command) {
                                    Low(state.unknownCommands), High(state.unknownCommands)});
 }
 
-// A blank stands between the letters and the numbers.
+// There is a blank between the letters and the numbers.
 std::string Queue(MagstripeState& state, Sent) {
   const auto count = static_cast<std::uint32_t>(state.waiting.size());
   return "RQ0 " + HexDigits(std::array{Low(count), High(count), state.overruns, Low(state.kQueueRoom)});
@@ -158,7 +158,7 @@ std::string Beep(MagstripeState& state, Sent command) {
 }
 
 struct LetterRow {
-  // f: a user field's letter; t: a track; x: a hexadecimal digit; 9: a decimal one; others as they are.
+  // f: a user field's letter; t: a track; x: a hexadecimal digit; 9: a decimal digit; the rest is literal.
   const char* pattern;
   bool takesParameters;
   LetterAnswer answer;

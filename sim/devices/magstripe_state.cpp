@@ -9,7 +9,7 @@ namespace {
 constexpr std::uint8_t kEnabled = 0x80;
 constexpr std::uint8_t kBadRead = 0x80;
 constexpr std::uint8_t kTrackMask = 0x07;
-constexpr std::uint8_t kGoodTwoBadLong = 0x29;  // upper nibble good read, lower bad; bit 3 of each: long
+constexpr std::uint8_t kGoodTwoBadLong = 0x29;  // upper nibble: good read, lower: bad; bit 3 of each: long
 
 bool IsEnabled(const MagstripeState& state, std::size_t track) {
   return (state.working.system[0] >> track & 1U) != 0;
@@ -38,7 +38,7 @@ MagSettings FactoryMagSettings() {
   MagSettings settings;
   for (std::size_t track = 0; track < kTracks; ++track) {
     UserField& field = settings.fields[track];
-    field.first = {kEnabled | 2, 0x28, 0x00};  // behind the track comes Enter
+    field.first = {kEnabled | 2, 0x28, 0x00};  // Enter follows the track
     field.control = {static_cast<std::uint8_t>(track + 1), 1, 0, 0xFF, 0xFF};
   }
   settings.system = {kTrackMask, 2, 2, 1, 0, kGoodTwoBadLong};

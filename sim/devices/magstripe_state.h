@@ -41,8 +41,8 @@ struct MagBeep {
 
 struct MagstripeState {
   static constexpr std::size_t kQueueRoom = 4;
-  // One swipe as the reader holds it: for each track a header, then its characters. Header 0: nothing was
-  // read; bit 7: what was read is not good; else the number of characters.
+  // One swipe as the reader holds it: for each track a header, then its characters. The header is 0 if
+  // nothing was read, else the number of characters, with bit 7 set for a bad read.
   using Swipe = std::array<Bytes, kTracks>;
 
   std::string partNumber = "OMS-2100-AKU";  // at most 20 characters
@@ -51,12 +51,12 @@ struct MagstripeState {
 
   MagSettings working;
   MagSettings stored;
-  bool writing = false;  // between the commands that open and commit a configuration
+  bool writing = false;  // between the commands that begin and commit a configuration
 
-  Swipe tracks;                // read by the last swipe, also after its data-available state was cleared
+  Swipe tracks;                // read by the last swipe; kept when its data-available state is cleared
   std::uint8_t available = 0;  // bits 0 to 2: tracks with data
-  std::deque<Swipe> waiting;   // swipes behind the one that is available
-  std::uint8_t overruns = 0;   // swipes lost since it was cleared, because too many waited
+  std::deque<Swipe> waiting;   // swipes after the one that is available
+  std::uint8_t overruns = 0;   // swipes lost since this was cleared, because too many were waiting
 
   std::uint32_t cardsRead = 0;
   std::uint16_t goodTracks = 0;
@@ -64,7 +64,7 @@ struct MagstripeState {
   std::uint16_t commands = 0;
   std::uint16_t unknownCommands = 0;
   std::vector<MagBeep> beeps;
-  // Milliseconds since the reader was powered; unset: 0.
+  // Milliseconds since the reader was powered; 0 if unset.
   std::function<std::uint64_t()> uptime;
 };
 
@@ -75,7 +75,7 @@ void TakeSwipe(MagstripeState& state, const MagCard& card);
 void ClearAvailable(MagstripeState& state);
 void LoseWorkingMemory(MagstripeState& state);
 
-// What the firmware answers to a command of its language: "R" and more, or "N" when it refuses.
+// The firmware's answer to a command of its language: "R" and more, or "N" when it refuses.
 std::string AnswerMagCommand(MagstripeState& state, const std::string& command);
 
 }  // namespace tavlyn::sim

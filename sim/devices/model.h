@@ -1,5 +1,5 @@
-// What the models of USB devices share: their place on the cable, and a feature report's way past the faults
-// that are armed.
+// What the models of USB devices share: being plugged in, and passing feature reports through the armed
+// faults.
 #pragma once
 
 #include <array>
@@ -21,7 +21,7 @@ class Model : public HidDevice {
   Faults faults;
   HidIdentity identity;
 
-  // What tells it from others of its kind.
+  // What distinguishes it from others of its kind.
   virtual void SetSerial(const std::string& serial) { identity.serial = serial; }
   virtual void SetLuid(std::uint16_t luid) = 0;
 
@@ -39,12 +39,12 @@ class Model : public HidDevice {
   using Report = std::array<std::uint8_t, kLongest>;
   using Payload = std::span<const std::uint8_t>;
 
-  // A report as it arrived, filled up with zeros to the device's length. False: it was stalled.
+  // A report that has arrived, padded with zeros to the device's length. False stalls it.
   virtual bool TakeReport(Payload report) = 0;
-  // A fetch, refused or not, is on its way.
+  // Called at each fetch, refused or not.
   virtual void BeginFetch() {}
 
-  // The last command taken, and what a fetch brings.
+  // The last command accepted, and what a fetch returns.
   [[nodiscard]] Payload Command() const { return std::span(command_).first(identity.featureBytes); }
   void SetCommand(Payload command);
   void SetReply(Payload reply);
@@ -52,7 +52,7 @@ class Model : public HidDevice {
  private:
   Report command_{};
   Report reply_{};
-  Report fetched_{};  // what the last fetch brought
+  Report fetched_{};  // what the last fetch returned
   bool late_ = false;
   bool plugged_ = true;
 };

@@ -15,7 +15,7 @@ constexpr std::uint16_t kReaderPid = 0x3BFA;
 constexpr std::uint16_t kKeldaPid = 0x3BFB;
 constexpr Usage kKeyboard{1, 6};
 constexpr Usage kVendorReader{0xFFA0, 0xA000};
-constexpr std::size_t kSpareBytes = 1;  // programs write a BLE key by longer reports
+constexpr std::size_t kSpareBytes = 1;  // programs write a BLE key in longer reports
 
 HidIdentity IdentityOf(std::uint16_t pid, Usage usage, std::uint8_t reportId, std::string product) {
   return {kVid, pid, {usage}, reportId, sizeof(Block), std::move(product), "0400123456", kSpareBytes};
@@ -55,7 +55,7 @@ void Reader::PowerCycle() {
   dataMayFollow_ = false;
 }
 
-// The electronic serial number ends with its characters.
+// The electronic serial number has no padding.
 void Reader::SetSerial(const std::string& serial) {
   Model::SetSerial(serial);
   state.texts[kSerialNumber] = serial;

@@ -1,6 +1,6 @@
-// The card reader as its firmware shows itself over feature reports of 8 bytes. A command report is followed
-// by a fetch of its reply, or, for commands that store something, by a data report: the next report of any
-// kind is then taken as that data, unless a fetch comes first.
+// The card reader over feature reports of 8 bytes. A command report is followed by a fetch of its reply or,
+// for commands that store something, by a data report: the next report of any kind is then taken as that
+// data, unless a fetch comes first.
 #pragma once
 
 #include <cstdint>
@@ -23,13 +23,13 @@ class Reader final : public Model {
   static std::shared_ptr<Reader> Plain();
   // A reader of 1 to 11 configurations.
   static std::shared_ptr<Reader> Plus(int configurations = 2);
-  // The plus reader 7A31:3BFB: numbered reports, and an input report for each ID that it wants read. Its
+  // The plus reader 7A31:3BFB: numbered reports, and an input report for each ID that is to be read. Its
   // keyboard is an interface of its own, an InertInterface.
   static std::shared_ptr<Reader> Kelda(int configurations = 2);
 
   ReaderState state;
 
-  // bits 0: eight for each byte.
+  // bits 0 stands for eight per byte.
   void PutCard(Bytes id, int bits = 0);
   void TakeCard();
   void QueueInput(Bytes report);
@@ -42,15 +42,15 @@ class Reader final : public Model {
 
  private:
   bool TakeReport(Payload report) override;
-  // A fetch ends a store that got no data.
+  // A fetch cancels a store that has had no data.
   void BeginFetch() override { dataMayFollow_ = false; }
   bool TakeCommand(const Block& report);
 
   bool dataMayFollow_ = false;
 };
 
-// An interface that a device shows beside its reader one, such as a keyboard: it can be listed and opened but
-// has no feature report.
+// A second interface that a device has beside the reader's, such as a keyboard: it can be listed and opened
+// but has no feature report.
 class InertInterface final : public HidDevice {
  public:
   InertInterface(std::uint16_t vid, std::uint16_t pid, Usage usage = {1, 6});

@@ -50,7 +50,7 @@ void WriteBlock(ReaderState& state, std::size_t number, const Block& data) {
     return;
   }
   if (!state.plus) return;
-  // The card type is kept at once: no bit of the commit mask stands for it.
+  // The card type is stored at once: the commit mask has no bit for it.
   for (Settings* bank : {&active.working, &active.stored}) {
     bank->cardType = Word(data[1], data[2]);
     bank->highPriority = (data[3] & 1) != 0;
@@ -163,7 +163,7 @@ void Commit(ReaderState& state, std::uint8_t mask) {
   }
   KeepItems(state.secure);
   if ((mask & kCommitLuid) != 0) state.storedLuid = state.luid;
-  state.extensions.storedTransparent = state.extensions.transparent;  // no bit of the mask stands for it
+  state.extensions.storedTransparent = state.extensions.transparent;  // the mask has no bit for it
   ++state.counters.commits;
   state.counters.lastCommitMask = mask;
 }

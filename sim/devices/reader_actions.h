@@ -1,4 +1,4 @@
-// What the reader's firmware does with its state, whichever way a command came.
+// What the reader's firmware does with its state, over whichever wire a command came.
 #pragma once
 
 #include <array>
@@ -12,17 +12,17 @@ namespace tavlyn::sim {
 
 bool Lacks(const ReaderState& state, std::span<const std::uint8_t> featureCommand);
 
-// Block 4 carries card type and priority; a plain reader has none and keeps nothing of it.
+// Block 4 carries card type and priority; a plain reader has neither and ignores it.
 Block ReadBlock(ReaderState& state, std::size_t number);
 void WriteBlock(ReaderState& state, std::size_t number, const Block& data);
 
-// Both act on the part that lies inside the area.
+// Both act on the part that is inside the area.
 void ReadSeparated(ReaderState& state, std::size_t position, std::span<std::uint8_t> bytes);
 void WriteSeparated(ReaderState& state, std::size_t position, std::span<const std::uint8_t> bytes);
 // Keys are numbered by the place of their first byte, from 1: 1 and 17.
 void WriteHashKey(ReaderState& state, std::size_t selector, std::size_t offset,
                   std::span<const std::uint8_t> bytes);
-// Extended separated-field commands are a feature bit of the configuration in use.
+// Whether the feature bit for extended separated-field commands is set in the configuration in use.
 bool HasExtendedSeparated(ReaderState& state);
 
 std::array<std::uint8_t, 4> ReadIdentity(const ReaderState& state);
@@ -32,11 +32,11 @@ Block TextChunk(const ReaderState& state, std::uint8_t text, std::size_t chunk);
 Block ModelChunk(const ReaderState& state, std::size_t chunk);
 Block CardTypePage(const ReaderState& state, std::size_t page);
 std::uint32_t FirmwareWord(const ReaderState& state, std::size_t processor, std::size_t index);
-// Page 4 hands over the rest of the oldest queued card and removes it.
+// Page 4 returns the rest of the oldest queued card and removes it.
 Block QueuePage(ReaderState& state, std::size_t page, std::uint8_t options);
 Block CardIdPage(const ReaderState& state, std::size_t page);
 
-// False when there is no such configuration.
+// False if there is no such configuration.
 bool SelectConfiguration(ReaderState& state, std::size_t number);
 // Banks: 1 the working set, 2 the user defaults, 3 the plus defaults; of every configuration at once.
 bool MoveBank(ReaderState& state, std::uint8_t from, std::uint8_t to);
@@ -45,7 +45,7 @@ void Commit(ReaderState& state, std::uint8_t mask);
 void ResetToFactory(ReaderState& state);
 void LoseWorkingMemory(ReaderState& state);
 
-// bytes[8*number] onward, zeros behind the end.
+// bytes[8*number] onward, zeros after the end.
 Block Chunk(std::span<const std::uint8_t> bytes, std::size_t number);
 
 }  // namespace tavlyn::sim

@@ -21,7 +21,7 @@ constexpr std::size_t kLongestLine = 256;
 
 enum class Form : std::uint8_t { kFlag, kNumber, kCharacter };
 
-// Where a variable lies in the blocks of a configuration.
+// Where a variable is in the blocks of a configuration.
 struct Variable {
   std::string_view key;
   Form form;
@@ -30,7 +30,7 @@ struct Variable {
   std::uint8_t shift;
   std::uint8_t mask;
   int scale = 1;
-  // A flag of the format block that follows from the value: set when it is not 0, or when it is.
+  // A flag of the format block that follows from the value: set if the value is not 0, or if it is.
   std::uint8_t flagWhenSet = 0;
   std::uint8_t flagWhenZero = 0;
 };
@@ -47,7 +47,7 @@ constexpr Variable Character(std::string_view key, std::uint8_t block, std::uint
 
 constexpr std::size_t kFlagsByte = 7;  // of the format block
 
-// A host finds a key by its first place in the list, so one that another begins with comes before it.
+// A host takes the first match in the list, so a key that is the beginning of another comes before it.
 constexpr Variable kVariables[] = {
     Number("time.hold", 1, 2, 50),
     Number("time.lo", 1, 3, 50),
@@ -78,7 +78,7 @@ constexpr Variable kVariables[] = {
     Flag("wieg.inv.bits", 2, 1, 3),
 };
 
-// Counts of parity bits: 15 at most in the format block, the rest in the extension block.
+// Counts of parity bits: up to 15 in the format block, the rest in the extension block.
 struct Parity {
   std::string_view key;
   std::uint8_t shift;
@@ -197,7 +197,7 @@ std::string CardText(const ReaderState& state) {
                 static_cast<unsigned long long>(id));
 }
 
-// What a beep's code is over the other dialects.
+// The code of the same beep in the other dialects.
 constexpr std::uint8_t kLongBeep = 0x80;
 
 }  // namespace
@@ -262,7 +262,7 @@ void ReaderAscii::Assign(const std::string& key, const std::string& text) {
   const auto hasKey = [&](const auto& row) { return row.key == key; };
   const auto* variable = std::find_if(std::begin(kVariables), std::end(kVariables), hasKey);
   const auto* parity = std::find_if(std::begin(kParities), std::end(kParities), hasKey);
-  // There is no commit in this dialect: what is set is kept.
+  // This dialect has no commit: what is set is stored.
   for (Settings* bank : {&state.Active().working, &state.Active().stored}) {
     if (variable != std::end(kVariables)) Set(*bank, *variable, value);
     if (parity != std::end(kParities)) Set(*bank, *parity, value);

@@ -11,7 +11,7 @@ namespace {
 constexpr std::uint16_t kPlainRecord = 1;
 constexpr std::size_t kMostRecords = 255;
 
-constexpr std::uint8_t kSetBit = 0x80;  // of a command: sets what it otherwise tells
+constexpr std::uint8_t kSetBit = 0x80;  // of a command: sets what it otherwise reads
 constexpr std::uint8_t kBlePresent = 0x80;
 
 constexpr std::uint8_t kSetModule = 2;
@@ -33,7 +33,7 @@ Block AnalyzerAnswer(ReaderState& state, const Block& command) {
 }
 
 Block SwitchAnalyzer(ReaderState& state, const Block& command) {
-  // Switched on, it begins a new list.
+  // Switching it on begins a new list.
   if (state.extensions.analyzer == 0 && command[2] != 0) state.extensions.analyzed.clear();
   state.extensions.analyzer = command[2];
   return {command[0], command[1], command[2], command[3]};

@@ -1,12 +1,12 @@
-// The reader's extensions over feature reports, one function for each command. The answers to what a reader
-// does not have are zeros.
+// The reader's extensions over feature reports, one function per command. A reader answers zeros for an
+// extension that it does not have.
 #pragma once
 
 #include "sim/devices/reader_state.h"
 
 namespace tavlyn::sim {
 
-// A card was laid on the reader.
+// A card was placed on the reader.
 void AnalyzeCard(ReaderState& state);
 
 Block AnalyzerAnswer(ReaderState& state, const Block& command);

@@ -25,11 +25,11 @@ using Frame = std::span<const std::uint8_t>;
 struct FaAnswer {
   Bytes data;
   std::uint16_t status = kDone;
-  bool refused = false;  // the status comes in place of the echo
+  bool refused = false;  // the status replaces the echo
 };
 
 enum class Shape {
-  kStatus,    // status alone, without an echo
+  kStatus,    // status only, without an echo
   kData,      // echo, data, status
   kBareData,  // echo, data, no status
   kTake,      // echo, then P3 bytes from the host, then the status
@@ -41,7 +41,7 @@ struct FaRow {
   Shape shape;
   std::size_t extension;
   bool plusOnly;
-  std::array<std::uint8_t, 2> feature;  // the same command's feature report; zeros when it has none
+  std::array<std::uint8_t, 2> feature;  // the same command's feature report; zeros if it has none
   FaAnswer (*run)(ReaderState&, Frame, std::span<const std::uint8_t> taken);
 };
 
@@ -195,7 +195,7 @@ constexpr FaRow kFaRows[] = {
     {0x0D, 0x81, Shape::kData, 0, false, {}, SetBaudCode},
 };
 
-// One instruction has two meanings: readers with the extended commands read by it, the others write.
+// One instruction has two meanings: for readers with the extended commands it reads, for others it writes.
 constexpr FaRow kSeparatedOld{0x0A, 0x00, Shape::kTake, 0, false, {0x85}, WriteSeparatedFa};
 constexpr FaRow kSeparatedExtended{0x0A, 0x00, Shape::kData, 0, false, {0x85}, ReadSeparatedFa};
 
@@ -252,7 +252,7 @@ void ReaderFa::TakeFrame() {
   phase_ = Phase::kData;
   if (const auto answer = faults.TakeAnswer(frame_)) {
     Send(*answer);
-    // A host that was not shown the echo sends no data.
+    // A host that sees no echo sends no data.
     if (answer->empty() || answer->front() != frame_[0]) return Silence();
   } else {
     Send({frame_.data(), 1});

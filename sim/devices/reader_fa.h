@@ -1,6 +1,6 @@
 // The same reader's serial side: frames of class byte FA, an instruction, two parameters and a length. The
-// answer is the instruction's echo, data and a two-byte status, of which each command has its own selection;
-// a refusal is a status in place of the echo. What comes outside a frame is noise.
+// answer consists of the instruction's echo, data and a two-byte status; each command has its own selection
+// of these. A refusal is a status in place of the echo. Anything outside a frame is noise.
 #pragma once
 
 #include <cstddef>
@@ -18,7 +18,7 @@ class ReaderFa final : public FaultyLine {
   explicit ReaderFa(std::shared_ptr<Reader> reader);
 
   Reader& Device() { return *reader_; }
-  // The next byte belongs to a frame that has begun.
+  // Whether the next byte belongs to a frame that has begun.
   [[nodiscard]] bool InFrame() const { return phase_ != Phase::kIdle; }
 
   void Silence() override;

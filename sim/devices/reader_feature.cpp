@@ -15,7 +15,7 @@ using Keep = void (*)(ReaderState&, const Block& command, const Block& data);
 
 struct ReportRow {
   std::array<std::uint8_t, 2> command;
-  std::uint8_t length;  // bytes of the command that count
+  std::uint8_t length;  // of the bytes that identify the command
   bool plusOnly;        // a plain reader refuses it
   ReportAnswer answer;
   Keep keep;  // what a data report does; null: none is expected
@@ -33,7 +33,7 @@ Block SeparatedAnswer(ReaderState& state, const Block& command) {
   return page;
 }
 
-// A third byte makes it a key's half.
+// A non-zero third byte makes it half of a key.
 void KeepSeparated(ReaderState& state, const Block& command, const Block& data) {
   const std::size_t position = command[1] * data.size();
   if (command[2] != 0) {

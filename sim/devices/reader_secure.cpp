@@ -15,7 +15,7 @@ constexpr std::uint8_t kEnd = 0xFF;
 constexpr std::uint8_t kReadsBle = 0x10;
 constexpr std::uint8_t kWritesBle = 0x11;
 constexpr std::uint8_t kBleKey = 0x10;
-constexpr std::uint8_t kOpens = 0x80;  // a piece for reading; saves it for writing
+constexpr std::uint8_t kOpens = 0x80;  // opens a piece for reading, or saves it when writing
 
 std::array<std::uint8_t, 3> NameOf(const Block& header) {
   return {header[kBytesAt], header[kBytesAt + 1], header[kBytesAt + 3]};
@@ -40,7 +40,7 @@ Block BeginRead(SecureMemory& memory, const Block& command) {
     read = {command, item->second, {}};
     return command;
   }
-  // First the piece, then an opener that says only whether it is one of the data or the key.
+  // First the piece, then an opener that says only whether the piece is data or the key.
   if ((last & kOpens) != 0) {
     const bool chosen =
         read.header[kBytesAt] == kReadsBle && (read.header.back() & kBleKey) == (last & kBleKey);
@@ -63,7 +63,7 @@ Block BeginWrite(SecureMemory& memory, const Block& command) {
   return command;
 }
 
-// A block behind the end of the item is repeated like any other but goes nowhere.
+// A block past the end of the item is echoed like any other but not stored.
 Block WriteOneBlock(SecureMemory::Transfer& write, const Block& command) {
   if (write.header == Block{}) return {};
   const std::size_t block = command[kBlockAt] - std::size_t{1};

@@ -1,5 +1,5 @@
-// All that a card reader holds. Tests and demos set it up directly; the models in reader.h and reader_fa.h
-// work on it.
+// Everything that a card reader stores. Tests and demos set it up directly; the models in reader.h and
+// reader_fa.h work on it.
 #pragma once
 
 #include <array>
@@ -17,7 +17,7 @@ namespace tavlyn::sim {
 
 // One bank of one configuration.
 struct Settings {
-  std::array<Block, 4> blocks{};  // as they travel: blocks[0][0] is the first byte of block 0
+  std::array<Block, 4> blocks{};  // as on the wire: blocks[0][0] is the first byte of block 0
   std::array<std::uint8_t, 128> separated{};
   std::array<std::uint8_t, 32> hashKeys{};
   std::uint16_t cardType = 0;
@@ -27,8 +27,8 @@ struct Settings {
 };
 
 struct Configuration {
-  Settings working;  // what the reader runs on; lost with the power
-  Settings stored;   // what a commit keeps, and what the reader starts with
+  Settings working;  // what the reader uses; lost with the power
+  Settings stored;   // what a commit stores, and what the reader starts with
   Settings user;     // the user defaults, bank 2
   Settings plus;     // the plus defaults, bank 3
   Settings factory;
@@ -49,7 +49,7 @@ struct QueuedCard {
   Block trailer{};
 };
 
-// Device texts by their number in the text command.
+// Device texts, by their number in the text command.
 enum ReaderText : std::uint8_t {
   kSerialNumber = 2,
   kPlatform = 3,
@@ -60,7 +60,7 @@ enum ReaderText : std::uint8_t {
   kCpuInfo = 8,
 };
 
-// What the reader has been told to do, for tests to look at.
+// What the reader has been told to do, for tests to check.
 struct ReaderCounters {
   int commits = 0;
   std::uint8_t lastCommitMask = 0;
@@ -96,7 +96,7 @@ struct ReaderState {
 
   SecureMemory secure;
 
-  Card card;  // on the reader now; no bits: none
+  Card card;  // on the reader now; 0 bits if there is none
   std::array<std::uint8_t, 40> cardData{};
   std::deque<QueuedCard> queue;
   std::deque<Bytes> inputs;  // queued input reports, with their report ID
@@ -113,7 +113,7 @@ struct ReaderState {
   Settings& Working() { return Active().working; }
 };
 
-// Realistic contents of a reader that has just left the factory.
+// Realistic contents of a reader fresh from the factory.
 ReaderState PlainReaderState();
 ReaderState PlusReaderState(int configurations);
 

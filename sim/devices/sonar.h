@@ -1,6 +1,6 @@
-// The sonar sensor over feature reports of 8 bytes. A command report is followed by a fetch of its answer,
-// or, for the pages, by a report with the page's new content; a fetch repeats the last answer until there is
-// a new command.
+// The sonar sensor over feature reports of 8 bytes. A command report is followed by a fetch of its answer or,
+// for the pages, by a report with the page's new content; fetches repeat the last answer until the next
+// command.
 #pragma once
 
 #include <array>
@@ -18,10 +18,10 @@ namespace tavlyn::sim {
 
 using SonarPage = std::array<std::uint8_t, 8>;
 inline constexpr std::size_t kSonarPages = 6;
-// Page 0 ranging, 1 and 2 keys when somebody leaves, 3 and 4 when somebody comes, 5 when nobody moves.
+// Page 0: ranging; 1 and 2: keys when somebody leaves; 3 and 4: keys when somebody comes; 5: nobody moves.
 using SonarPages = std::array<SonarPage, kSonarPages>;
 
-// The sensor measures in steps of 1/3.472222 inch, 40 kHz and back.
+// The sensor measures in steps of 1/3.472222 inch.
 inline constexpr double kUnitsPerInch = 3.472222;
 
 enum SonarStatus : std::uint8_t {
@@ -38,7 +38,7 @@ struct SonarState {
   std::uint16_t did = 0x0400;
   std::array<std::uint8_t, 4> firmware{1, 0, 2, 3};
   bool sendsKeys = true;
-  // A second fetch of a page turns to the one behind it, and later fetches repeat that.
+  // A second fetch of a page returns the page after it, and later fetches repeat that one.
   bool repeatTurnsPage = true;
 
   Walk walk{30};
@@ -58,10 +58,10 @@ class Sonar final : public Model {
   explicit Sonar(SonarState initial = NewSonarState());
 
   SonarState state;
-  // Milliseconds, for the walk; unset: time stands still.
+  // The time in milliseconds, for the walk; stands still if unset.
   std::function<std::uint64_t()> clock;
 
-  // Somebody stands there from now on.
+  // From now on somebody stands at that distance.
   void Stand(double inches) { state.walk = Walk(inches); }
   void Go(std::vector<Leg> legs) { state.walk = Walk(std::move(legs), Now()); }
   void SetLuid(std::uint16_t luid) override { state.luid = luid; }

@@ -1,4 +1,4 @@
-// Somebody in front of a sensor: how far away, over time.
+// A person in front of a sensor: their distance over time.
 #pragma once
 
 #include <cstdint>
@@ -6,7 +6,7 @@
 
 namespace tavlyn::sim {
 
-// A straight way at even speed; from and to in inches.
+// A straight stretch at constant speed; from and to in inches.
 struct Leg {
   std::uint64_t milliseconds;
   double from;
@@ -15,18 +15,18 @@ struct Leg {
 
 class Walk {
  public:
-  // Stands at a place for good.
+  // Stands still at that distance.
   explicit Walk(double inches = 0) : Walk({{0, inches, inches}}, 0) {}
-  // Stays at the end of the last leg. now: when it begins.
+  // Walks the legs from now on and stays at the end of the last one.
   Walk(std::vector<Leg> legs, std::uint64_t now);
 
   [[nodiscard]] double At(std::uint64_t now) const;
-  // Inches per second at that time, above 0 when going away; 0 when standing.
+  // Speed at that time in inches per second, above 0 when moving away.
   [[nodiscard]] double SpeedAt(std::uint64_t now) const;
 
  private:
   struct Point {
-    const Leg* leg;         // the last one when all are over
+    const Leg* leg;         // the last one once all are over
     std::uint64_t elapsed;  // in it
   };
   [[nodiscard]] Point Locate(std::uint64_t now) const;

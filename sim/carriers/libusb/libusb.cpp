@@ -1,6 +1,6 @@
-// A stand-in for libusb-0.1 that shows simulated readers as bulk devices: the devices on @bulk of the
-// tavlynsim process that TAVLYNSIM_SOCKET names, else those of a rack of its own
-// (sim/carriers/standin_control.h). Names, structures and results are those of libusb-0.1.
+// A stand-in for libusb-0.1 that shows simulated readers as bulk devices: the @bulk devices of the tavlynsim
+// process that TAVLYNSIM_SOCKET names, else those of a rack of its own (sim/carriers/standin_control.h).
+// Names, structures and results are those of libusb-0.1.
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
@@ -48,7 +48,7 @@ struct usb_device {
   char filename[PATH_MAX + 1];
   usb_bus* bus;
   usb_device_descriptor descriptor;
-  void* config;  // descriptors of configurations: none are handed out
+  void* config;  // configuration descriptors: none are given
   void* dev;
   std::uint8_t devnum;
   unsigned char num_children;
@@ -86,7 +86,7 @@ struct Node {
 };
 
 usb_bus theBus{};
-// Their addresses stay good: programs keep them from one search to the next.
+// Their addresses stay valid: programs keep them from one search to the next.
 std::deque<Node> nodes;
 
 std::vector<ListedLine> BulkLines() {
@@ -108,7 +108,7 @@ Node& NodeOf(Key line) {
   return node;
 }
 
-// The device is gone: what is open on it fails from now on.
+// The device is gone: open handles on it fail from now on.
 int Gone(usb_dev_handle* handle) {
   handle->gone = true;
   return -ENODEV;
@@ -122,7 +122,7 @@ void usb_init() { std::snprintf(theBus.dirname, sizeof theBus.dirname, "001"); }
 void usb_set_debug(int) {}
 int usb_find_busses() { return 0; }
 
-// Count of the changes since the last search.
+// The number of changes since the last search.
 int usb_find_devices() {
   std::vector<usb_device*> before;
   for (usb_device* device = theBus.devices; device != nullptr; device = device->next)
@@ -180,7 +180,7 @@ int usb_bulk_write(usb_dev_handle* handle, int endpoint, const char* bytes, int 
   return StandinSource().SendBytes(handle->line, out) == Outcome::kDone ? size : Gone(handle);
 }
 
-// One transfer: what the device sent as one piece, as far as there is room.
+// One transfer: what the device sent as one piece, cut to the buffer's size.
 int usb_bulk_read(usb_dev_handle* handle, int endpoint, char* bytes, int size, int timeout) {
   if (endpoint != kEndpointIn || !handle->claimed || size < 0) return -EINVAL;
   const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeout);
@@ -194,7 +194,7 @@ int usb_bulk_read(usb_dev_handle* handle, int endpoint, char* bytes, int size, i
     if (outcome == Outcome::kGone || StandinSource().TakeCut(handle->line) == Outcome::kDone)
       return Gone(handle);
     if (std::chrono::steady_clock::now() >= end) {
-      // What the device still waits for does not come any more.
+      // The rest of what the device is waiting for will not come.
       StandinSource().Silence(handle->line);
       return -ETIMEDOUT;
     }

@@ -84,7 +84,7 @@ BOOLEAN WINAPI StandinSetNumInputBuffers(HANDLE device, ULONG) {
   return TheStandin().Identity(device) != nullptr ? TRUE : FALSE;
 }
 
-// Reads away what waits in the program's own end of the pipe.
+// Discards what is waiting at the program's own end of the pipe.
 BOOLEAN WINAPI StandinFlushQueue(HANDLE device) {
   if (TheStandin().Identity(device) == nullptr) return FALSE;
   DWORD waiting = 0;
@@ -107,7 +107,7 @@ int StandinRun(const char* command, char* reply, std::size_t size) {
 
 const char* StandinHidMarker() { return "HID.DLL"; }
 
-// For the stand-in SETUPAPI.DLL: the path of a class's nth interface; below 0 behind the last.
+// For the stand-in SETUPAPI.DLL: the path of a class's nth interface; below 0 after the last.
 int StandinPath(int keyboards, int index, char* path, std::size_t size) {
   const auto paths = TheStandin().Paths(keyboards != 0);
   if (index < 0 || static_cast<std::size_t>(index) >= paths.size()) return -1;

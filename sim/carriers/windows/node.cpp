@@ -39,14 +39,14 @@ std::wstring PipeOf(int serial, const wchar_t* purpose) {
   return name;
 }
 
-// The serial number in the names is never used again, so that a handle on a device that is gone does not
-// lead to the one plugged in its place.
+// The serial number in the names is never reused, so that a handle on a device that is gone does not lead to
+// the one plugged in after it.
 int NextSerial() {
   static int serial = 0;
   return ++serial;
 }
 
-// Looking into a pipe takes the right to read it.
+// Peeking into a pipe needs the right to read it.
 bool HasAccess(HANDLE handle) {
   return PeekNamedPipe(handle, nullptr, 0, nullptr, nullptr, nullptr) != FALSE;
 }
@@ -99,7 +99,7 @@ std::vector<HANDLE> Pipe::Open() const {
   return open;
 }
 
-// A program does not read what only it may write.
+// Only the duplex pipe gives programs anything to read; into an inbound one they can only write.
 Node::Node(const HidIdentity& identity)
     : serial_(NextSerial()),
       pipe_(PipeOf(serial_, L"all"), PIPE_ACCESS_DUPLEX),
@@ -124,7 +124,7 @@ void Node::LinkAll() {
   if (!keyboardPath_.empty()) Link(keyboardPath_, pipe);
 }
 
-// DefineDosDevice would leave the link behind for good.
+// DefineDosDevice would leave the link behind permanently.
 void Node::Link(const std::string& path, const Pipe& pipe) {
   const auto create = reinterpret_cast<CreateLink>(
       reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("ntdll.dll"), "NtCreateSymbolicLinkObject")));
@@ -148,7 +148,7 @@ void Node::Note(HANDLE handle) {
   if (holders_.size() == 1) LinkAll();
 }
 
-// A handle's number may by now be another one's.
+// By now the handle's number may belong to another handle.
 void Node::Tend() {
   pipe_.Tend();
   if (!holders_.empty()) withoutAccess_.Tend();
@@ -156,7 +156,7 @@ void Node::Tend() {
   if (std::erase_if(holders_, left) != 0 && holders_.empty()) LinkAll();
 }
 
-// Who never reads has a full pipe some day and misses reports, as with a real device.
+// A program that never reads will have a full pipe and miss reports, as with a real device.
 void Node::Deliver(std::span<const std::uint8_t> inputReport) {
   for (HANDLE end : pipe_.Open()) {
     DWORD written = 0;

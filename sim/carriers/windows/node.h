@@ -1,9 +1,9 @@
-// What makes a simulated HID interface a path that CreateFileA opens: a symbolic link in the kernel's device
-// names that leads to a named pipe of this process. Both end with the process. Feature reports do not travel
-// over the pipe (the stand-in HID.DLL takes them); input reports do.
+// Gives a simulated HID interface a path that CreateFileA opens: a symbolic link among the kernel's device
+// names to a named pipe of this process. Both end with the process. Input reports travel over the pipe;
+// feature reports do not (the stand-in HID.DLL takes them).
 //
-// Whoever may read or write has a device for himself, as with share mode 0, which nothing tells from others:
-// the link then leads to a pipe that only handles without access are let into.
+// A program that opens a device for reading or writing has it exclusively, as with share mode 0, because the
+// share mode cannot be seen here: the link then leads to a pipe that admits only handles without access.
 #pragma once
 
 #include <windows.h>
@@ -18,7 +18,7 @@
 
 namespace tavlyn::sim {
 
-// A named pipe, with ends ready for whoever opens it.
+// A named pipe, with ends ready to be opened.
 class Pipe {
  public:
   // The name is the one below the pipe folder, with a leading backslash.
@@ -29,7 +29,7 @@ class Pipe {
 
   [[nodiscard]] const std::wstring& Name() const { return name_; }
   [[nodiscard]] bool Owns(HANDLE handle) const;
-  // Clears away the ends whose programs have closed, and keeps some ready for the next to open.
+  // Removes the ends that programs have closed, and keeps some ready to be opened.
   void Tend();
   [[nodiscard]] std::vector<HANDLE> Open() const;
 
@@ -46,12 +46,12 @@ class Node {
   Node(const Node&) = delete;
   Node& operator=(const Node&) = delete;
 
-  // Empty when the interface is not of that class.
+  // Empty if the interface is not of that class.
   [[nodiscard]] const std::string& HidPath() const { return hidPath_; }
   [[nodiscard]] const std::string& KeyboardPath() const { return keyboardPath_; }
   // Whether an open handle leads here.
   [[nodiscard]] bool Owns(HANDLE handle) const;
-  // To be told of each handle that a program uses: one with access keeps others out until it is closed.
+  // To be called for each handle that a program uses: one with access keeps others out until it is closed.
   void Note(HANDLE handle);
 
   // To be called often: notes what programs have closed.
@@ -61,7 +61,7 @@ class Node {
   void Deliver(std::span<const std::uint8_t> inputReport);
 
  private:
-  // Leads the paths to the one pipe or the other.
+  // Points the paths at one pipe or the other.
   void LinkAll();
   void Link(const std::string& path, const Pipe& pipe);
   void Unlink();

@@ -23,7 +23,7 @@ struct DeviceSet {
 
 using PathOf = int (*)(int keyboards, int index, char* path, std::size_t size);
 
-// HID.DLL's stand-in is there before any device can be; without it nothing is listed.
+// HID.DLL's stand-in is loaded before any device can exist; without it nothing is listed.
 std::vector<std::string> PathsOf(const GUID& cls) {
   std::vector<std::string> paths;
   HMODULE hid = GetModuleHandleA("hid.dll");
@@ -36,7 +36,7 @@ std::vector<std::string> PathsOf(const GUID& cls) {
   return paths;
 }
 
-// The call, by its name, that what is installed here does not let come to its end, and how it ends that.
+// The call, by its name, that ends with a simulated exception, and which one.
 std::string troubled;
 DWORD trouble = 0;
 

@@ -12,10 +12,10 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// Input reports of another process's devices come while this one calls nothing of ours.
+// Input reports of another process's devices arrive even while this process makes no call of ours.
 constexpr std::chrono::milliseconds kLook(10);
-// Longer than the pauses of a program that sets a reader up. Then it waits for input, which it does without
-// any call of ours; what came before that would be thrown away as old.
+// Longer than the pauses of a program that is setting a reader up. After that it waits for input, without any
+// call of ours; input from before would be discarded as old.
 constexpr std::chrono::milliseconds kQuiet(500);
 
 }  // namespace

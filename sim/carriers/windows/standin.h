@@ -1,4 +1,4 @@
-// The devices of the stand-in HID.DLL with a node for each interface that is present.
+// The devices of the stand-in HID.DLL, with a node for each interface present.
 #pragma once
 
 #include <winsock2.h>
@@ -19,7 +19,8 @@
 
 namespace tavlyn::sim {
 
-// The length of a feature report with its report ID: the only one that the system hands on. 0: it has none.
+// The length of a feature report including its report ID, the only one that the system passes; 0 if it has
+// none.
 inline std::size_t FeatureReportBytes(const HidIdentity& identity) {
   return identity.featureBytes == 0 ? 0 : identity.featureBytes + 1;
 }
@@ -32,7 +33,7 @@ class Standin {
   // The paths of a class, in the order of plugging.
   std::vector<std::string> Paths(bool keyboards);
 
-  // Null when the handle leads to no device that is present. The copy stays good when the device goes.
+  // Null if the handle's device is not present. The copy stays valid when the device goes.
   std::unique_ptr<HidIdentity> Identity(HANDLE device);
   bool SetFeature(HANDLE device, std::span<const std::uint8_t> report);
   bool GetFeature(HANDLE device, std::span<std::uint8_t> report);
@@ -43,19 +44,19 @@ class Standin {
     std::unique_ptr<Node> node;
   };
 
-  // Makes the nodes match the source and hands queued input reports on.
+  // Makes the nodes match the source and passes queued input reports on.
   void Update();
-  // True: the call came back with kDone. It is made only for a device that is present and the right length.
+  // True if the call returned kDone. It is made only for a device that is present and a report of its length.
   template <typename Call>
   bool Exchange(HANDLE device, std::size_t length, Call call);
-  // Null: none that is present.
+  // Null if it is not present.
   const Present* Find(HANDLE device) const;
 
   std::mutex mutex_;
   Source& source_;
   std::vector<Present> nodes_;
   bool takesInput_ = true;
-  std::optional<std::chrono::steady_clock::time_point> exchanged_;  // a feature report, last
+  std::optional<std::chrono::steady_clock::time_point> exchanged_;  // the last feature report
 };
 
 Standin& TheStandin();
