@@ -15,11 +15,17 @@ inline const Product* ActiveProduct() {
   return ActiveInRange() ? ProductOf(EntryOfActDev().ProductKind) : nullptr;
 }
 
-// The active device's routine for an operation, or null without a device or a routine.
+// What an entry's kind does for an operation, or null when the kind is not known or has no such routine.
+template <typename Routine>
+Routine RoutineOf(const tsDevEntry& entry, Routine Product::*operation) {
+  const Product* product = ProductOf(entry.ProductKind);
+  return product != nullptr ? product->*operation : nullptr;
+}
+
+// The active device's routine; null without a device, too.
 template <typename Routine>
 Routine ActiveRoutine(Routine Product::*operation) {
-  const Product* product = ActiveProduct();
-  return product != nullptr ? product->*operation : nullptr;
+  return ActiveInRange() ? RoutineOf(EntryOfActDev(), operation) : nullptr;
 }
 
 // The usual opening: the active device's routine does it, or UnsupportedValue. The result has 16 bits,

@@ -28,7 +28,7 @@ File CreateKeyFile(const char* path) { return ThroughOwnRoom(platform::OpenPriva
 void WriteHeading(std::FILE* file, const char* title) {
   const unsigned did = EntryOfActDev().DID;
   std::fprintf(file, "%c%s\n", kCommentMark, title);
-  std::fprintf(file, "%c%s %d.%d.%d \n", kInformationMark, kVersionWord, kVersionMajor, kVersionMinor,
+  std::fprintf(file, "%c%s %d.%d.%d \n", kInformationMark, kLibraryVersion, kVersionMajor, kVersionMinor,
                kVersionBuild);
   // Each nibble in decimal, so that one above 9 takes two digits; nothing reads the line back.
   std::fprintf(file, "%cDevice FW Version%c %u%u.%u%u \n", kInformationMark, kInformationMark, did >> 12,

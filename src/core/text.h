@@ -46,7 +46,7 @@ File OpenFile(const char* path, const char* mode);
 File CreateKeyFile(const char* path);
 
 // The three lines on top: title, library version, the device's firmware version.
-inline constexpr const char* kVersionWord = "Library Version:";
+inline constexpr const char* kLibraryVersion = "Library Version:";
 void WriteHeading(std::FILE* file, const char* title);
 
 // The line above the entries of a record, and one entry.

@@ -50,7 +50,7 @@ void FetchBits(std::uint8_t number, CardAnalyzerRecord& record) {
   const std::size_t blocks = ((record.BitCount + 7) / 8 + kBlock - 1) / kBlock;
   for (std::size_t block = 1; block <= blocks; ++block) {
     ReportPair pair;
-    if (Exchange(reader::command::kAnalyzerData, pair, number, static_cast<std::uint8_t>(block))) {
+    if (ExchangePair(reader::command::kAnalyzerData, pair, number, static_cast<std::uint8_t>(block))) {
       Keep(pair.reply, (block - 1) * kBlock, record);
     } else {
       Fail(kDataTag, TAVLYN_ERR_ANALYZER_DATA);
@@ -64,7 +64,7 @@ CardAnalyzerRecord FetchRecord(std::uint8_t number) {
   EntryOfActDev().LastLibErr = 0;
   CardAnalyzerRecord record{};
   ReportPair pair;
-  if (Exchange(reader::command::kAnalyzerData, pair, number)) {
+  if (ExchangePair(reader::command::kAnalyzerData, pair, number)) {
     record.RecType = Word(pair.reply[1], pair.reply[2]);
     record.BitCount = Word(pair.reply[3], pair.reply[4]);
   } else {
@@ -83,7 +83,7 @@ std::uint32_t GetCardAnalyzerStatus() {
   if (!AnalyzerIsActive()) return kNoAnalyzer;
   shared.analyzer.AnalyzerStatus = -1;
   ReportPair pair;
-  if (!Exchange(reader::command::kAnalyzerState, pair)) {
+  if (!ExchangePair(reader::command::kAnalyzerState, pair)) {
     Fail("CardAnalyzer::getCardAnalyzerStatus", TAVLYN_ERR_ANALYZER_STATUS);
   } else if (Echoes(pair, 2)) {
     shared.analyzer.AnalyzerCount = pair.reply[4];
@@ -97,7 +97,7 @@ std::uint32_t GetCardCount() { return shared.analyzer.AnalyzerCount; }
 std::uint32_t SetCardAnalyzerControlState(std::uint32_t state) {
   if (!AnalyzerIsActive()) return 0;
   ReportPair pair;
-  if (Exchange(reader::command::kSetAnalyzer, pair, static_cast<std::uint8_t>(state)) && Echoes(pair, 4))
+  if (ExchangePair(reader::command::kSetAnalyzer, pair, static_cast<std::uint8_t>(state)) && Echoes(pair, 4))
     return 1;
   Fail("CardAnalyzer::setCardAnalyzerControlState", TAVLYN_ERR_ANALYZER_CONTROL);
   return 0;

@@ -1,6 +1,6 @@
 // The BLE radio beside the card radio. Its calls look at no product kind and leave no trace line.
 #include "api.h"
-#include "core/openings.h"
+#include "core/state.h"
 #include "extensions/exchange.h"
 
 namespace tavlyn {
@@ -13,7 +13,7 @@ constexpr std::uint8_t kConfiguration = 0x03;
 // Its reply in the pair.
 bool AskRadio(const reader::Command& command, ReportPair& pair, std::uint32_t error, std::uint8_t x = 0) {
   EntryOfActDev().LastLibErr = 0;
-  if (Exchange(command, pair, x)) return true;
+  if (ExchangePair(command, pair, x)) return true;
   EntryOfActDev().LastLibErr |= error;
   return false;
 }

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "hid/report_channel.h"
 #include "reader/exchange.h"
 
 namespace tavlyn {
@@ -14,6 +15,10 @@ struct ReportPair {
 };
 
 // Fills the pair anew: command out, reply in.
-bool Exchange(const reader::Command& command, ReportPair& pair, std::uint8_t x = 0, std::uint8_t y = 0);
+inline bool ExchangePair(const reader::Command& command, ReportPair& pair, std::uint8_t x = 0,
+                         std::uint8_t y = 0) {
+  pair = {reader::CommandReport(command, {x, y}), {}};
+  return SendReport(pair.request) && FetchReport(pair.reply);
+}
 
 }  // namespace tavlyn

@@ -20,7 +20,7 @@ std::uint8_t GetModuleState(std::uint16_t module, std::uint16_t* state) {
   if (!ReaderIsActive()) return 0;
   EntryOfActDev().LastLibErr = 0;
   ReportPair pair;
-  if (!Exchange(reader::command::kReadModule, pair, static_cast<std::uint8_t>(module))) {
+  if (!ExchangePair(reader::command::kReadModule, pair, static_cast<std::uint8_t>(module))) {
     Fail("ModuleState::getModuleState", TAVLYN_ERR_GET_MODULE);
     return 0;
   }
@@ -32,8 +32,8 @@ std::uint8_t SetModuleState(std::uint16_t module, std::uint16_t state) {
   if (!ReaderIsActive()) return 0;
   EntryOfActDev().LastLibErr = 0;
   ReportPair pair;
-  if (!Exchange(reader::command::kWriteModule, pair, static_cast<std::uint8_t>(module),
-                state != 0 ? kModuleOn : kModuleOff)) {
+  if (!ExchangePair(reader::command::kWriteModule, pair, static_cast<std::uint8_t>(module),
+                    state != 0 ? kModuleOn : kModuleOff)) {
     Fail("ModuleState::setModuleState", TAVLYN_ERR_SET_MODULE);
     return 0;
   }

@@ -19,7 +19,7 @@ std::uint16_t Switch(const char* tag, std::uint8_t mode, std::uint32_t commit) {
   if (!ReaderIsActive()) return kModeOff;
   EntryOfActDev().LastLibErr = 0;
   ReportPair pair;
-  if (!Exchange(reader::command::kSetMode, pair, mode)) {
+  if (!ExchangePair(reader::command::kSetMode, pair, mode)) {
     Fail(tag, TAVLYN_ERR_SECURE);
     return kModeOff;
   }
@@ -39,7 +39,7 @@ std::uint16_t CheckTransparentMode() {
   if (!ReaderIsActive()) return kModeOff;
   EntryOfActDev().LastLibErr = 0;
   ReportPair pair;
-  if (!Exchange(reader::command::kAskMode, pair)) {
+  if (!ExchangePair(reader::command::kAskMode, pair)) {
     Fail("TransparentMode::CheckTransparentMode", TAVLYN_ERR_SECURE);
     return kModeOff;
   }

@@ -13,7 +13,7 @@
 #include <string_view>
 
 #include "api.h"
-#include "core/openings.h"
+#include "core/state.h"
 #include "core/text.h"
 #include "core/wipe.h"
 #include "files/integrity.h"

@@ -1,7 +1,7 @@
 #include "files/integrity.h"
 
 #include "api.h"
-#include "core/openings.h"
+#include "core/state.h"
 #include "files/template_file.h"
 
 namespace tavlyn {

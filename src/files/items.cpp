@@ -5,6 +5,7 @@
 #include "api.h"
 #include "core/openings.h"
 #include "core/pause.h"
+#include "core/state.h"
 #include "core/trace.h"
 
 namespace tavlyn {

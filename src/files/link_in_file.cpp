@@ -1,9 +1,10 @@
 // The link that a magstripe reader's configuration file names.
 #include <array>
+#include <cstdio>
 #include <string_view>
 
 #include "api.h"
-#include "core/openings.h"
+#include "core/state.h"
 #include "core/text.h"
 
 using namespace tavlyn;

@@ -1,7 +1,7 @@
 // References to files and keys. Unlike other items these want every packet repeated, do not wait before the
 // commit, have an error word of their own and leave no trace.
 #include <algorithm>
-#include <array>
+#include <span>
 
 #include "api.h"
 #include "core/openings.h"

@@ -1,10 +1,9 @@
 // Loading a template file: what differs goes through the record sets and is committed.
 #include <algorithm>
 #include <array>
-#include <cstring>
+#include <cstdio>
 #include <string_view>
 
-#include "api.h"
 #include "core/openings.h"
 #include "core/text.h"
 #include "core/wipe.h"
@@ -62,15 +61,14 @@ bool MayPushSepData(const tsCfgSlot& from, const tsCfgSlot& to) {
 }
 
 void Push(const tsCfgSlot& from, const tsCfgSlot& to) {
-  if (from.AZERTYShiftlock != to.AZERTYShiftlock)
-    SetAZERTYShiftLock(static_cast<std::int16_t>(from.AZERTYShiftlock));
-  if (from.ExtendedPrecisionMath != to.ExtendedPrecisionMath) {
-    SetExtendedPrecisionMath(static_cast<std::int16_t>(from.ExtendedPrecisionMath));
+  for (const SavedOption& option : kSavedOptions) {
+    if (from.*option.word != to.*option.word)
+      reader::SetOption(option.word, static_cast<std::int16_t>(from.*option.word));
   }
   for (const Record record : kPushOrder) {
     if (from.record[record] != to.record[record]) reader::SetRecord(record, from.record[record].data());
   }
-  if (MayPushSepData(from, to)) SetSepFldData(from.sFldSepData.data(), kSepFldBytes);
+  if (MayPushSepData(from, to)) reader::SetSepData(from.sFldSepData);
 }
 
 // Fields that the file does not mention keep their values.

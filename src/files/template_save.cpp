@@ -1,5 +1,6 @@
 // Saving a reader's configurations as a template file.
 #include <algorithm>
+#include <cstdio>
 
 #include "core/openings.h"
 #include "core/text.h"

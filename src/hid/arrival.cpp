@@ -8,6 +8,7 @@
 
 #include "core/text.h"
 #include "hid/enumeration.h"
+#include "hid/vidpid_table.h"
 #include "links/probe.h"
 
 namespace tavlyn {

@@ -3,6 +3,7 @@
 #include "core/lock.h"
 #include "core/state.h"
 #include "core/trace.h"
+#include "hid/vidpid_table.h"
 #include "links/link_socket.h"
 
 namespace tavlyn {

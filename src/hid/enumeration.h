@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "hid/vidpid_table.h"
+#include "core/product.h"
 #include "platform/platform.h"
 
 namespace tavlyn {

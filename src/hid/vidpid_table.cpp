@@ -1,6 +1,7 @@
 #include "hid/vidpid_table.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstring>
 #include <string_view>

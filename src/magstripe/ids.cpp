@@ -1,5 +1,6 @@
 // IDs of a magnetic-stripe reader: the selected piece of the last swipe, as text.
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <span>
 

@@ -12,19 +12,19 @@ namespace {
 using Member = std::uint8_t tsSorbaneField::*;
 
 // User fields are numbered from 1; null for any other number.
-tsSorbaneField* FieldOf(std::uint16_t number) {
+tsSorbaneField* UserFieldOf(std::uint16_t number) {
   return number >= 1 && number <= kUserFields ? &ActiveCfg().UserField[number - 1U] : nullptr;
 }
 
 std::uint32_t GetField(std::uint16_t number, Member member) {
   if (!MagstripeIsActive()) return shared.UnsupportedValue;
-  const tsSorbaneField* field = FieldOf(number);
+  const tsSorbaneField* field = UserFieldOf(number);
   return field != nullptr ? field->*member : 0;
 }
 
 std::uint32_t SetField(std::uint16_t number, Member member, std::uint8_t value) {
   if (!MagstripeIsActive()) return shared.UnsupportedValue;
-  tsSorbaneField* field = FieldOf(number);
+  tsSorbaneField* field = UserFieldOf(number);
   if (field == nullptr) return 0;
   field->*member = value;
   return 1;
@@ -36,7 +36,7 @@ std::uint32_t SetFlag(std::uint16_t number, Member member, std::int16_t on) {
 
 // A key byte of a field, or null.
 std::uint8_t* KeyByteOf(std::uint16_t number, std::uint16_t index) {
-  tsSorbaneField* field = FieldOf(number);
+  tsSorbaneField* field = UserFieldOf(number);
   return field != nullptr && index < kFieldKeys ? &field->Keybyte[index] : nullptr;
 }
 

@@ -79,7 +79,7 @@ std::uint32_t SaveFile(const char* path) {
   const File file = OpenFile(path, "wt");
   if (file == nullptr) return 0;
   std::fprintf(file.get(), "%s%s\n", kMark, kTitle);
-  std::fprintf(file.get(), "%s%s %d.%d.%d \n", kMark, kVersionWord, kVersionMajor, kVersionMinor,
+  std::fprintf(file.get(), "%s%s %d.%d.%d \n", kMark, kLibraryVersion, kVersionMajor, kVersionMinor,
                kVersionBuild);
   LineText text{};
   tsDevEntry& entry = EntryOfActDev();

@@ -20,9 +20,9 @@ inline constexpr char kColon = ':';  // between a key and its number
 
 enum class Form : std::uint8_t {
   kNumber,
-  kFlag,      // 1 for every number but 0
-  kSigned,    // a word with its sign
-  kHostOnly,  // a number that the reader does not keep
+  kFlag,     // 1 for every number but 0
+  kSigned,   // a word with its sign
+  kKeyTime,  // milliseconds; the accessors of tsTimeParms reach them, too
 };
 
 struct Setting {

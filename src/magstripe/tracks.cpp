@@ -1,7 +1,10 @@
 #include "magstripe/tracks.h"
 
 #include <algorithm>
+#include <array>
 #include <optional>
+#include <span>
+#include <tuple>
 
 #include "api.h"
 #include "core/openings.h"

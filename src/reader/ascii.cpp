@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <span>
 #include <string_view>
 
 #include "api.h"
@@ -298,7 +299,6 @@ void AsciiSetLeds() {
 }  // namespace tavlyn::reader
 
 using namespace tavlyn;
-
 using namespace tavlyn::reader;
 
 std::uint32_t UseAsciiCommandProtocol(std::uint16_t on) {

@@ -26,7 +26,6 @@ std::uint32_t SaveUserDflts() { return PlusBlockMove(kWorkingSet, kUserDefaults)
 }  // namespace tavlyn::reader
 
 using namespace tavlyn;
-
 using namespace tavlyn::reader;
 
 std::uint32_t PlusBlockMove(std::int16_t from, std::int16_t to) {

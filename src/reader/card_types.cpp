@@ -1,11 +1,10 @@
-#include "reader/card_types.h"
-
+// The card types that a plus reader knows, and the type of each configuration.
 #include <algorithm>
-#include <array>
 
 #include "api.h"
 #include "core/openings.h"
 #include "core/pause.h"
+#include "reader/configuration.h"
 #include "reader/exchange.h"
 
 namespace tavlyn::reader {
@@ -58,7 +57,6 @@ bool WriteCardType() {
 }  // namespace tavlyn::reader
 
 using namespace tavlyn;
-
 using namespace tavlyn::reader;
 
 std::int32_t GetCardType() { return PlusReaderIsActive() ? EntryOfActDev().ActiveSlot().CardType : -1; }
@@ -69,7 +67,7 @@ std::int32_t GetCardPriority() {
 
 std::uint32_t IsCardTypeInList(std::int16_t type) {
   const auto wanted = static_cast<std::uint16_t>(static_cast<unsigned>(type) & kIdentityBits);
-  if ((static_cast<std::uint16_t>(type) & 0xFF0FU) == 0) return 1;
+  if (wanted == 0) return 1;
   if (!ReaderIsActive()) return 0;
   const auto& list = EntryOfActDev().CardTypeList;
   if (list.front() == 0) return 1;

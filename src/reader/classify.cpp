@@ -3,7 +3,6 @@
 
 #include "core/state.h"
 #include "reader/exchange.h"
-#include "reader/fa_frames.h"
 #include "reader/product.h"
 
 namespace tavlyn::reader {

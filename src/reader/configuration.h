@@ -1,7 +1,9 @@
-// What other files use of reading and writing configurations.
+// What reading and writing configurations takes from one file to the next.
 #pragma once
 
 #include <cstdint>
+
+#include "core/mirror.h"
 
 namespace tavlyn::reader {
 
@@ -10,5 +12,13 @@ bool SelectConfig(std::uint8_t n);
 
 // Whether the reader stores a configuration in 20 ms instead of 1200 ms, as those with the volume command do.
 bool IsFastStoreReader();
+
+// The card types that a plus reader knows.
+void ReadCardTypeList();
+// Sends card type and priority of the active slot.
+bool WriteCardType();
+
+// Sends the hash keys that are set, or both while security is enhanced. A failure does not stop the transfer.
+void SendHashKeys(const tsCfgSlot& slot);
 
 }  // namespace tavlyn::reader

@@ -1,10 +1,11 @@
 #include <algorithm>
+#include <array>
 #include <cstring>
+#include <span>
 
 #include "core/openings.h"
 #include "core/trace.h"
 #include "reader/ascii.h"
-#include "reader/card_types.h"
 #include "reader/configuration.h"
 #include "reader/device_texts.h"
 #include "reader/exchange.h"

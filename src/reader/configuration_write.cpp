@@ -1,13 +1,13 @@
 #include <algorithm>
+#include <array>
+#include <span>
 
 #include "core/openings.h"
 #include "core/pause.h"
 #include "core/trace.h"
 #include "reader/ascii.h"
-#include "reader/card_types.h"
 #include "reader/configuration.h"
 #include "reader/exchange.h"
-#include "reader/hash_keys.h"
 #include "reader/layout.h"
 #include "reader/outputs.h"
 #include "reader/product.h"

@@ -1,7 +1,7 @@
 #include "reader/device_texts.h"
 
 #include <algorithm>
-#include <array>
+#include <span>
 
 #include "api.h"
 #include "core/openings.h"
@@ -51,7 +51,6 @@ bool FetchText(const Command& command, Text number, std::uint32_t reportError, s
 }  // namespace tavlyn::reader
 
 using namespace tavlyn;
-
 using namespace tavlyn::reader;
 
 const char* GetSerialNumber() { return GetReaderText(Text::kSerialNumber); }

@@ -1,7 +1,6 @@
 // The words of a plus reader's firmware version.
-#include <algorithm>
 
-#include "core/openings.h"
+#include "core/state.h"
 #include "reader/exchange.h"
 #include "reader/product.h"
 

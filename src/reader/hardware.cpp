@@ -19,10 +19,10 @@ std::uint8_t* HardwareFlags(Mask which) {
   EntryOfActDev().LastLibErr = 0;
   if (!ReaderIsActive()) return nullptr;
   auto* flags = static_cast<std::uint8_t*>(std::calloc(kFlags, 1));
-  constexpr std::uint32_t kNoError = 0;
-  ReplyBytes reply;
-  if (flags == nullptr || !Ask(command::kHardware, kNoError, reply)) return flags;
-  const unsigned mask = reply[static_cast<std::size_t>(which)];
+  if (flags == nullptr) return nullptr;
+  const Outcome hardware = Exchange(command::kHardware);
+  if (hardware.xfer != Xfer::kDone) return flags;
+  const unsigned mask = hardware.reply[static_cast<std::size_t>(which)];
   for (std::size_t bit = 0; bit < kFlags; ++bit) flags[bit] = static_cast<std::uint8_t>(mask >> bit & 1);
   return flags;
 }
@@ -31,7 +31,6 @@ std::uint8_t* HardwareFlags(Mask which) {
 }  // namespace tavlyn::reader
 
 using namespace tavlyn;
-
 using namespace tavlyn::reader;
 
 std::uint8_t* InstalledHardware() { return HardwareFlags(Mask::kInstalled); }

@@ -1,10 +1,14 @@
-#include "reader/hash_keys.h"
-
+// The two keys of 16 bytes that are sent with a commit, and the flag for enhanced security, with which both
+// always are.
 #include <algorithm>
+#include <array>
 #include <span>
 
+#include "api.h"
+#include "core/openings.h"
 #include "core/state.h"
 #include "core/wipe.h"
+#include "reader/configuration.h"
 #include "reader/exchange.h"
 
 namespace tavlyn::reader {
@@ -33,6 +37,11 @@ void SendKey(std::span<const std::uint8_t, 16> key, std::uint8_t selector) {
   }
 }
 
+constexpr std::uint8_t kEnhanced = 0x80;
+
+// In slot 0, whichever configuration is active.
+std::uint8_t& EnhanceByte() { return EntryOfActDev().CfgSlot[0].sFldSepData[kEnhanceSecurityAt]; }
+
 }  // namespace
 
 void SendHashKeys(const tsCfgSlot& slot) {
@@ -43,3 +52,30 @@ void SendHashKeys(const tsCfgSlot& slot) {
 }
 
 }  // namespace tavlyn::reader
+
+using namespace tavlyn;
+using namespace tavlyn::reader;
+
+std::uint32_t SetHashKeyData(const std::uint8_t* data) {
+  if (!ReaderIsActive()) return shared.UnsupportedValue;
+  if (data == nullptr) return 0;
+  tsCfgSlot& slot = EntryOfActDev().ActiveSlot();
+  for (auto& key : slot.HashKeyData) {
+    std::copy_n(data, key.size(), key.begin());
+    data += key.size();
+  }
+  slot.bDirtySep = 1;
+  EntryOfActDev().LastLibErr = 0;
+  return 1;
+}
+
+std::uint32_t GetEnhanceSecurityFlag() {
+  if (!ReaderIsActive()) return UnsupportedSigned();
+  return EnhanceByte() & kEnhanced;
+}
+
+void SetEnhanceSecurityFlag(std::uint32_t on) {
+  if (!ReaderIsActive()) return;
+  EnhanceByte() = on != 0 ? kEnhanced : std::uint8_t{0};
+  EntryOfActDev().CfgSlot[0].bDirtySep = 1;
+}

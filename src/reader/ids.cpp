@@ -2,9 +2,9 @@
 // data that a reader has on the card.
 #include <algorithm>
 #include <array>
+#include <span>
 
 #include "api.h"
-#include "api/types.h"
 #include "core/openings.h"
 #include "core/pause.h"
 #include "core/state.h"
@@ -113,7 +113,7 @@ std::uint16_t Id256ByReports(std::span<std::uint8_t> id) {
 
 using Fetch = std::uint16_t (*)(std::span<std::uint8_t> id);
 
-std::uint16_t FetchId(std::uint8_t* buffer, std::int16_t length, Fetch byFa, Fetch byReports) {
+std::uint16_t FetchBy(Fetch byFa, Fetch byReports, std::uint8_t* buffer, std::int16_t length) {
   EntryOfActDev().LastLibErr = 0;
   const std::span<std::uint8_t> id = Cleared(buffer, length);
   if (InAscii()) return AsciiGetId(buffer, length);
@@ -141,16 +141,16 @@ void Keep(std::uint8_t page, const ReplyBytes& reply) {
   shared.buffers.QueuedID.at35 = reply[7];
 }
 
-constexpr std::uint8_t kPieces = 5;
+constexpr std::uint8_t kCardDataPieces = 5;
 
 }  // namespace
 
 std::uint16_t FetchId(std::uint8_t* buffer, std::int16_t length) {
-  return FetchId(buffer, length, Id64ByFa, Id64ByReports);
+  return FetchBy(Id64ByFa, Id64ByReports, buffer, length);
 }
 
 std::uint16_t FetchId32(std::uint8_t* buffer, std::int16_t length) {
-  return FetchId(buffer, length, Id256ByFa, Id256ByReports);
+  return FetchBy(Id256ByFa, Id256ByReports, buffer, length);
 }
 
 std::uint32_t FetchQueuedId(std::uint16_t first, std::int16_t second) {
@@ -160,12 +160,12 @@ std::uint32_t FetchQueuedId(std::uint16_t first, std::int16_t second) {
   // Over a serial link the last record deliberately stays until its bytes are replaced.
   if (!serial) shared.buffers.QueuedID = {};
   for (std::uint8_t page = 0; page <= kIdPages; ++page) {
-    ReplyBytes reply;
-    if (!Ask(command::kQueuedId, 0, reply, {page, options})) {
+    const Outcome fetched = Exchange(command::kQueuedId, {page, options});
+    if (fetched.xfer != Xfer::kDone) {
       EntryOfActDev().LastLibErr |= TAVLYN_ERR_COMMAND;
       return 0;
     }
-    Keep(page, reply);
+    Keep(page, fetched.reply);
     if (serial) Pause(kAfterFaPage);
   }
   return 1;
@@ -187,7 +187,6 @@ std::uint32_t QueuedIdPart(std::int16_t index) {
 }  // namespace tavlyn::reader
 
 using namespace tavlyn;
-
 using namespace tavlyn::reader;
 
 std::uint32_t getActiveCardData() {
@@ -197,7 +196,7 @@ std::uint32_t getActiveCardData() {
     shared.buffers.cardData.fill(0);
     return 0;
   }
-  for (std::uint8_t piece = 0; piece < kPieces; ++piece) {
+  for (std::uint8_t piece = 0; piece < kCardDataPieces; ++piece) {
     ReplyBytes reply;
     if (!Ask(command::kCardData, TAVLYN_ERR_COMMAND, reply, {piece})) return 0;
     std::ranges::copy(reply,

@@ -1,9 +1,11 @@
 // Exports for words of the mirror that belong to no record.
 #include <algorithm>
-#include <array>
+#include <span>
 
 #include "api.h"
 #include "core/openings.h"
+#include "core/state.h"
+#include "reader/product.h"
 
 namespace tavlyn::reader {
 namespace {
@@ -17,17 +19,29 @@ std::uint32_t GetSlotWord(SlotWord word, std::uint32_t noReader) {
 
 std::uint32_t SetSlotWord(SlotWord word, std::int32_t value, std::uint32_t noReader) {
   if (!ReaderIsActive()) return noReader;
-  tsCfgSlot& slot = EntryOfActDev().ActiveSlot();
-  slot.*word = value;
-  slot.bDirtyExt = 1;
+  SetOption(word, value);
   return 1;
 }
 
 }  // namespace
+
+void SetOption(std::int32_t tsCfgSlot::*option, std::int32_t value) {
+  tsCfgSlot& slot = EntryOfActDev().ActiveSlot();
+  slot.*option = value;
+  slot.bDirtyExt = 1;
+}
+
+void SetSepData(std::span<const std::uint8_t, kSepFldBytes> bytes) {
+  tsDevEntry& entry = EntryOfActDev();
+  tsCfgSlot& slot = entry.ActiveSlot();
+  std::ranges::copy(bytes, slot.sFldSepData.begin());
+  slot.bDirtySep = 1;
+  entry.LastLibErr = 0;
+}
+
 }  // namespace tavlyn::reader
 
 using namespace tavlyn;
-
 using namespace tavlyn::reader;
 
 std::uint32_t GetSepFldData(std::uint8_t* buffer, std::uint16_t length) {
@@ -47,15 +61,11 @@ std::uint32_t GetSepFldData(std::uint8_t* buffer, std::uint16_t length) {
 std::uint32_t SetSepFldData(const std::uint8_t* buffer, std::uint16_t length) {
   if (!ReaderIsActive()) return shared.UnsupportedValue;
   if (length < kSepFldBytes) return 0;
-  tsDevEntry& entry = EntryOfActDev();
   if (buffer == nullptr) {
-    entry.LastLibErr |= TAVLYN_ERR_SEP_NULL;
+    EntryOfActDev().LastLibErr |= TAVLYN_ERR_SEP_NULL;
     return 0;
   }
-  tsCfgSlot& slot = entry.ActiveSlot();
-  std::copy_n(buffer, kSepFldBytes, slot.sFldSepData.begin());
-  slot.bDirtySep = 1;
-  entry.LastLibErr = 0;
+  SetSepData(std::span<const std::uint8_t, kSepFldBytes>(buffer, kSepFldBytes));
   return 1;
 }
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "api.h"
-#include "core/openings.h"
+#include "core/state.h"
 #include "core/trace.h"
 #include "reader/ascii.h"
 #include "reader/exchange.h"
@@ -55,7 +55,6 @@ std::uint32_t Beep(std::uint8_t count, std::int16_t longBeep) {
 }  // namespace tavlyn::reader
 
 using namespace tavlyn;
-
 using namespace tavlyn::reader;
 
 std::uint32_t GetBeeperVolume() {

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 
+#include "core/mirror.h"
 #include "core/product.h"
 #include "links/com_search.h"
 
@@ -37,6 +39,9 @@ std::uint32_t SaveUserDflts();
 // The configuration records of the host's mirror.
 std::uint32_t GetRecord(Record record, std::int16_t* words);
 std::uint32_t SetRecord(Record record, const std::int16_t* words);
+// Words of the mirror that belong to no record.
+void SetOption(std::int32_t tsCfgSlot::*option, std::int32_t value);
+void SetSepData(std::span<const std::uint8_t, kSepFldBytes> bytes);
 
 // Returns the bit count of the card on the reader and puts its ID into the buffer; 0 without a card or after
 // a failure.

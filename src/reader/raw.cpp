@@ -1,6 +1,5 @@
 // Commands that an application spells out byte by byte.
 #include <algorithm>
-#include <array>
 
 #include "core/state.h"
 #include "reader/exchange.h"

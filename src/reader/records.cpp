@@ -1,6 +1,6 @@
 // Get and set of the records in the host's mirror: range checks, error words and dirty flags.
 #include <algorithm>
-#include <string_view>
+#include <array>
 
 #include "core/state.h"
 #include "core/trace.h"

@@ -4,6 +4,7 @@
 
 #include "api.h"
 #include "core/openings.h"
+#include "core/state.h"
 #include "core/text.h"
 #include "reader/configuration.h"
 #include "reader/exchange.h"

@@ -7,6 +7,7 @@
 #include "core/trace.h"
 #include "hid/arrival.h"
 #include "hid/hid_search.h"
+#include "hid/vidpid_table.h"
 #include "links/com_search.h"
 #include "links/ethernet_search.h"
 #include "links/libusb_search.h"

@@ -2,6 +2,7 @@
 #include <array>
 
 #include "api.h"
+#include "core/openings.h"
 #include "sonar/exchange.h"
 #include "sonar/layout.h"
 #include "sonar/product.h"

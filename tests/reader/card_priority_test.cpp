@@ -2,7 +2,7 @@
 #include <string>
 
 #include "api.h"
-#include "reader/card_types.h"
+#include "reader/configuration.h"
 #include "tests/support/beside.h"
 #include "tests/support/cfg_marks.h"
 

@@ -1,10 +1,9 @@
 // The configurations of a plus reader on the host, and the card types it knows.
-#include "reader/card_types.h"
-
 #include <numeric>
 #include <vector>
 
 #include "api.h"
+#include "reader/configuration.h"
 #include "tests/support/beside.h"
 
 namespace tavlyn::test {

@@ -1,11 +1,10 @@
 // The two keys that travel with a commit.
-#include "reader/hash_keys.h"
-
 #include <algorithm>
 #include <array>
 #include <numeric>
 
 #include "api.h"
+#include "reader/configuration.h"
 #include "tests/support/beside.h"
 #include "tests/support/cfg_marks.h"
 

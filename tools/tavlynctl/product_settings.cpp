@@ -31,9 +31,9 @@ constexpr TextForm kForms[] = {
     {kMagstripes, magstripe::kTitle, magstripe::kColon, magstripe::kMark, magstripe::kEnd},
     {kSensors, sonar::kTitle, '=', {&kInformationMark, 1}, sonar::kFields.back().key}};
 
-bool IsUnkept(const std::string& name) {
+bool IsKeyTime(const std::string& name) {
   return std::ranges::any_of(magstripe::kSettings, [&](const magstripe::Setting& one) {
-    return one.form == magstripe::Form::kHostOnly && name == one.key;
+    return one.form == magstripe::Form::kKeyTime && name == one.key;
   });
 }
 
@@ -52,7 +52,7 @@ std::vector<NamedSetting> AllSettings() {
   std::vector<NamedSetting> all;
   magstripe::ForEachKey([&](std::size_t row, magstripe::Indices at) {
     const std::string name = magstripe::KeyOf(magstripe::kSettings[row], at).data();
-    if (!IsUnkept(name)) all.push_back({kMagstripes, name});
+    if (!IsKeyTime(name)) all.push_back({kMagstripes, name});
   });
   for (const sonar::Field& field : sonar::kFields) all.push_back({kSensors, field.key});
   return all;
@@ -163,7 +163,7 @@ void RefuseSecure(std::uint32_t product) {
 SettingsFile ReadSettings(const std::string& path, std::uint32_t product) {
   const TextForm& form = FormOf(product);
   std::istringstream text(TextOfFile(path));
-  const std::string mark = std::string(form.information) + kVersionWord;
+  const std::string mark = std::string(form.information) + kLibraryVersion;
   SettingsFile file;
   bool written = false;
   bool ended = false;
@@ -174,7 +174,7 @@ SettingsFile ReadSettings(const std::string& path, std::uint32_t product) {
     written = written || line.starts_with(mark);
     const ReadEntry entry = EntryOf(line, product);
     ended = ended || line.starts_with(form.last) || SameText(entry.name, form.last);
-    if (entry.name.empty() || IsUnkept(entry.name)) continue;
+    if (entry.name.empty() || IsKeyTime(entry.name)) continue;
     const std::string wrong = TakeEntry(entry, product, file.settings);
     if (!wrong.empty()) file.ignored.push_back("line " + std::to_string(number) + ": " + wrong);
   }

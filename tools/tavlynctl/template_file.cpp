@@ -66,7 +66,7 @@ class Parser {
   void Take(const std::string& piece) {
     if (begins_) ++number_;
     begins_ = piece.ends_with('\n');
-    written_ = written_ || piece.starts_with(kInformationMark + std::string(kVersionWord));
+    written_ = written_ || piece.starts_with(kInformationMark + std::string(kLibraryVersion));
     const TemplateLine line = ParseLine(piece, state_ == State::kSepBytes);
     if (line.text.starts_with(kNextConfigMark)) return Close();
     if (line.kind == LineKind::kSilent) return;

@@ -1,10 +1,11 @@
 // The words of the records one by one. Nothing here has a state or a traffic of its own: a getter is a record
 // get, a setter a record get, one changed word, and a record set.
-#include <array>
 #include <type_traits>
 
 #include "api.h"
+#include "core/fields.h"
 #include "core/openings.h"
+#include "core/state.h"
 
 namespace tavlyn {
 namespace {

@@ -49,7 +49,7 @@ std::uint32_t Expire(std::uint8_t* buffer, std::int16_t length) {
 }
 
 std::uint32_t Fetch(Operation operation, std::uint8_t* buffer, std::int16_t length) {
-  const auto fetch = ActiveRoutine(operation);
+  const auto fetch = RoutineOf(EntryOfActDev(), operation);
   if (fetch == nullptr) return shared.UnsupportedValue;
   const std::uint16_t bits = fetch(buffer, length);
   const std::size_t kept = CachedLength(length);
@@ -92,7 +92,7 @@ std::uint16_t ReadIntoCache(Export read, std::uint16_t bytes) {
     ForgetId();
     return 0;
   }
-  const Product* product = ActiveProduct();
+  const Product* product = ProductOf(EntryOfActDev().ProductKind);
   if (product == nullptr) return shared.UnsupportedValue;
   if (!product->hasIdByBytes) return 0;
   shared.id.LastIDLen = std::min<std::uint16_t>(bytes, kIdBytes);

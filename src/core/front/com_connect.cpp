@@ -67,6 +67,12 @@ bool SearchFamilies(SearchFamily search) {
   return found;
 }
 
+// The active device's family if it has a search of the ports, or null.
+const Product* ActiveWithPorts() {
+  const Product* product = ActiveProduct();
+  return product != nullptr && product->searchPorts != nullptr ? product : nullptr;
+}
+
 void EmptyTableForPorts() {
   shared.ActDev = 0;
   shared.DevCnt = 0;
@@ -101,20 +107,23 @@ std::uint32_t ComConnectPort(std::uint16_t port, std::uint32_t* pDID) {
 }
 
 std::uint32_t comConnect() {
-  if (ActiveRoutine(&Product::searchPorts) == nullptr) return shared.UnsupportedValue;
-  return SearchRange(*ActiveProduct()) ? 1 : 0;
+  const Product* product = ActiveWithPorts();
+  if (product == nullptr) return shared.UnsupportedValue;
+  return SearchRange(*product) ? 1 : 0;
 }
 
 std::uint32_t comConnectPort(std::uint16_t port) {
-  if (ActiveRoutine(&Product::searchPorts) == nullptr) return shared.UnsupportedValue;
+  const Product* product = ActiveWithPorts();
+  if (product == nullptr) return shared.UnsupportedValue;
   // An active device is needed and an empty table too, so this never finds anything; programs rely on the
   // results.
-  return SearchPort(*ActiveProduct(), port) ? 1 : 0;
+  return SearchPort(*product, port) ? 1 : 0;
 }
 
 std::uint32_t ComDisconnect() {
-  if (ActiveRoutine(&Product::searchPorts) == nullptr) return shared.UnsupportedValue;
-  if (ActiveProduct()->hasTunnel) CloseTunnel();
+  const Product* product = ActiveWithPorts();
+  if (product == nullptr) return shared.UnsupportedValue;
+  if (product->hasTunnel) CloseTunnel();
   SerialPort* port = EntryOfActDev().pSerialPort;
   return port != nullptr && port->Close() ? 1 : 0;
 }

@@ -1,7 +1,10 @@
 // Exports that do nothing but hand over to the family of the active device.
+#include <algorithm>
+
 #include "api.h"
 #include "core/lock.h"
 #include "core/openings.h"
+#include "core/text.h"
 #include "core/trace.h"
 
 namespace tavlyn {
@@ -70,6 +73,16 @@ std::uint32_t writeDevCfgToFile_char(std::int16_t index, std::uint8_t character)
 
 std::uint32_t readDevCfgFmFile_char(std::int16_t index, std::uint8_t character) {
   return CollectPath(shared.buffers.loadPath, index, character, ReadDevCfgFmFile);
+}
+
+std::uint32_t GetQueuedID(std::uint16_t first, std::int16_t second) {
+  return Dispatch(&Product::getQueuedId, first, second);
+}
+
+std::uint32_t GetQueuedID_index(std::int16_t index) {
+  // The one dispatch whose value may be wider than 16 bits.
+  const auto part = ActiveRoutine(&Product::queuedIdPart);
+  return part != nullptr ? part(index) : shared.UnsupportedValue;
 }
 
 std::uint16_t GetMaxConfig() { return HighestConfig(); }

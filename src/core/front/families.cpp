@@ -1,4 +1,6 @@
 // The family table itself. It stands at the top of the house because it names every family.
+#include <span>
+
 #include "core/product.h"
 
 namespace tavlyn {

@@ -5,7 +5,6 @@
 #include <string_view>
 
 #include "api.h"
-#include "core/openings.h"
 #include "core/state.h"
 #include "core/version.h"
 #include "links/serial_port.h"

@@ -1,5 +1,4 @@
-// Queued IDs and raw commands, by the family of the active device.
-#include <array>
+// Raw commands, which the family of the active device sends.
 #include <cstdio>
 
 #include "api.h"
@@ -7,16 +6,6 @@
 #include "core/state.h"
 
 using namespace tavlyn;
-
-std::uint32_t GetQueuedID(std::uint16_t first, std::int16_t second) {
-  return Dispatch(&Product::getQueuedId, first, second);
-}
-
-std::uint32_t GetQueuedID_index(std::int16_t index) {
-  // The one dispatch whose value may be wider than 16 bits.
-  const auto part = ActiveRoutine(&Product::queuedIdPart);
-  return part != nullptr ? part(index) : shared.UnsupportedValue;
-}
 
 std::uint32_t SetRawPayload_index(std::int16_t index, std::uint8_t value) {
   return Dispatch(&Product::setRawPayload, index, value);
