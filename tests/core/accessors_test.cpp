@@ -253,17 +253,6 @@ TEST_F(Accessors, TheNextWriteSendsWhatWasSet) {
   EXPECT_EQ(reader->state.counters.commits, 1);
 }
 
-TEST_F(Accessors, ASonarSensorHasNoKeyTimes) {
-  FillRecords();
-  EntryOfActDev().ProductKind = kSonar;
-  EXPECT_EQ(getTimeParms_iUSBKeyPrsTm(), kUnsupportedWord);
-  EXPECT_EQ(getTimeParms_iUSBKeyRlsTm(), kUnsupportedWord);
-  EXPECT_EQ(setTimeParms_iUSBKeyPrsTm(4), kUnsupported);
-  EXPECT_EQ(setTimeParms_iUSBKeyRlsTm(4), kUnsupported);
-  EXPECT_EQ(getTimeParms_iBitStrmTO(), 0) << "what GetTimeParms returns for it";
-  EXPECT_EQ(setTimeParms_iBitStrmTO(4), 0U);
-}
-
 TEST_F(Accessors, AMagstripeReaderKeepsItsKeyTimesBesideTheRecord) {
   const Product* magstripe = ProductOf(kMagstripe);
   ASSERT_NE(magstripe, nullptr);

@@ -103,22 +103,6 @@ TEST_F(Hardware, ASilentOrShortSerialAnswerGivesNone) {
   EXPECT_EQ(GetLastLibErr(), 0U);
 }
 
-TEST_F(Hardware, OnlyCardReadersAreAsked) {
-  EXPECT_EQ(InstalledHardware(), nullptr);
-  EXPECT_EQ(SupportedHardware(), nullptr);
-  Connected(Model());
-  for (const std::uint32_t kind : {0U, kMagstripe, kSonar}) {
-    EntryOfActDev().ProductKind = kind;
-    EntryOfActDev().LastLibErr = 5;
-    EXPECT_EQ(InstalledHardware(), nullptr);
-    EXPECT_EQ(GetLastLibErr(), 0U) << "cleared before the kind is looked at";
-    EntryOfActDev().LastLibErr = 5;
-    EXPECT_EQ(SupportedHardware(), nullptr);
-    EXPECT_EQ(GetLastLibErr(), 0U);
-  }
-  ExpectTraffic({});
-}
-
 using SerialNames = SerialBench;
 
 TEST_F(SerialNames, AReaderAtCom3IsDevice3) {

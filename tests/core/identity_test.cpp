@@ -80,8 +80,6 @@ TEST_F(IdentityTest, DevicesAreFoundByTheirLuid) {
   EXPECT_EQ(GetDevByLUID(0x10, 32767), kNone);
 }
 
-TEST_F(IdentityTest, WithNoDeviceNoLuidIsFound) { EXPECT_EQ(GetDevByLUID(0, 0), kNone); }
-
 TEST_F(IdentityTest, TheNameIsThePath) {
   Plug(Reader::Plain(), "\\\\?\\hid#one");
   SetDevTypeSrch(0);
@@ -122,17 +120,6 @@ TEST_F(IdentityTest, ASerialNameIsCopiedInFull) {
   GetDevName(name.data());
   EXPECT_EQ(std::string(name.data(), 511), std::string(511, 'n'));
   EXPECT_EQ(name[511], '?');
-}
-
-TEST_F(IdentityTest, WithNoDeviceTheBufferIsLeftAlone) {
-  SetUnsupportedProductErrorCode(0x8001);
-  std::array<char, 511> name{};
-  name.fill('?');
-  EXPECT_EQ(GetDevName(name.data()), 0x8001U);
-  EXPECT_EQ(orv_GetDevName(name.data()), 0x8001U);
-  EXPECT_EQ(name[0], '?');
-  EXPECT_EQ(GetDevName(nullptr), 0x8001U);
-  for (const std::int16_t index : kIndexes) EXPECT_EQ(getDevName_char(index), 0);
 }
 
 TEST_F(IdentityTest, NullPointersAndWildIndexesAreHarmless) {

@@ -1,7 +1,6 @@
 // docs/products.md against the library: it names every export once, and what it says that a call returns with
 // another product comes back.
 #include <algorithm>
-#include <cstdlib>
 #include <map>
 #include <memory>
 #include <optional>
@@ -13,7 +12,7 @@
 #include "core/front/load.h"
 #include "sim/devices/magstripe.h"
 #include "sim/devices/sonar.h"
-#include "tests/support/bench.h"
+#include "tests/support/answers.h"
 #include "tests/support/every_export.h"
 
 namespace tavlyn::test {
@@ -65,26 +64,7 @@ std::vector<Cells> CellsOf(const std::multimap<std::string, Cells>& rows, std::s
   return own.empty() ? general : own;
 }
 
-constexpr Outcome kUnsupportedResult = {.value = kUnsupported};
-
-// What a cell says that every call returns; none where it tells of an operation.
-std::optional<Outcome> ResultIn(const std::string& cell) {
-  if (cell == "unsupported") return kUnsupportedResult;
-  if (cell == "unsupported, signed") return Outcome{.value = 0xFFFF0000U | kUnsupported};
-  if (cell == "null") return Outcome{.null = true};
-  if (cell == "nothing") return Outcome{.none = true};
-  char* end = nullptr;
-  const long number = std::strtol(cell.c_str(), &end, 10);
-  if (*end != '\0') return std::nullopt;
-  return Outcome{.value = static_cast<std::uint32_t>(number)};
-}
-
-bool Same(const Outcome& one, const Outcome& other) {
-  return one.none == other.none && one.null == other.null && one.other == other.other &&
-         one.value == other.value;
-}
-
-class ProductsPage : public Bench {
+class ProductsPage : public AnswersBench {
  protected:
   // As in a process that has just started, with one device of a product.
   void Begin(std::uint32_t product) {
@@ -106,12 +86,12 @@ class ProductsPage : public Bench {
     Begin(product);
     bool supported = false;
     for (const Variant& variant : VariantsOf(exported, kNumbersTried)) {
-      const Outcome outcome = CallWith(exported, variant);
-      supported = supported || !Same(outcome, kUnsupportedResult);
       if (told) {
-        EXPECT_TRUE(Same(outcome, *told)) << "gave " << std::hex << outcome.value;
+        const Outcome outcome = AnswerOfIdle(exported, variant, WordOfOtherProduct(exported.name));
+        EXPECT_EQ(outcome, *told) << TextOf(exported, variant) << " gave " << std::hex << outcome.value;
+      } else if (supported = supported || CallWith(exported, variant) != kUnsupportedResult; supported) {
+        return;
       }
-      if (!told && supported) return;
     }
     EXPECT_TRUE(told || supported) << "is unsupported";
   }

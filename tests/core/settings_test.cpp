@@ -114,18 +114,6 @@ TEST_F(SettingsTest, TwoCallsDoNothing) {
   ExpectTraffic({});
 }
 
-TEST_F(SettingsTest, NoneOfThemTakesTheLock) {
-  ForgetTraffic();
-  SetConnectProduct(1);
-  SetDevTypeSrch(0);
-  SetComSrchRange(1, 2);
-  VirtualComSearchRange(1, 2);
-  SetIpPort(1, 2, 3, 4, 5);
-  SetUnsupportedProductErrorCode(0);
-  GetLastLibErr();
-  EXPECT_EQ(host.transcript.Lines(), Lines{});
-}
-
 TEST_F(SettingsTest, ADisconnectAndAConnectLeaveThemAsTheyWere) {
   SetConnectProduct(9);
   SetDevTypeSrch(0);

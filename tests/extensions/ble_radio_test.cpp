@@ -92,24 +92,6 @@ TEST_F(BleRadio, AnyProductIsAsked) {
   EXPECT_EQ(GetLastLibErr(), 0U);
 }
 
-TEST_F(BleRadio, WithoutADevice) {
-  SetUnsupportedProductErrorCode(0x8001);
-  shared.DevCnt = 0;
-  EXPECT_EQ(IsBTLEPresent(), 65535);
-  EXPECT_EQ(GetBTLEConfiguration(), 65535);
-  EXPECT_EQ(SetBTLEConfiguration(1), 0x8001);
-  shared.DevCnt = 1;
-  EXPECT_EQ(GetLastLibErr(), 5U);
-  ExpectTraffic({});
-}
-
-TEST_F(BleRadio, TakesNoLock) {
-  IsBTLEPresent();
-  SetBTLEConfiguration(1);
-  GetBTLEConfiguration();
-  ExpectNoLock();
-}
-
 TEST_F(BleRadio, ASerialReaderCannotBeAsked) {
   AddReader(Reader::Plus(2));
   Entry().hDev = platform::kNoHandle;

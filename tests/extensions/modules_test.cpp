@@ -56,12 +56,6 @@ TEST_F(Modules, AnyStateButZeroIsOn) {
   ExpectTraffic({"set 8C 0B 02 05 81", "get 8C 0B FF 05 81"});
 }
 
-TEST_F(Modules, TakeNoLock) {
-  GetModuleState(5, &state);
-  SetModuleState(5, 1);
-  ExpectNoLock();
-}
-
 TEST_F(Modules, AreSwitched) {
   EXPECT_EQ(SetModuleState(0x206, 2), 1);
   ExpectTraffic({"set 8C 0B 02 06 81", "get 8C 0B FF 06 81"});
@@ -113,22 +107,6 @@ TEST_F(Modules, AFailureOfEitherHalf) {
   EXPECT_EQ(SetModuleState(5, 1), 0);
   EXPECT_EQ(GetLastLibErr(), 0x20000001U);
   ExpectTrace(setTrace);
-}
-
-TEST_F(Modules, OnlyACardReaderHasSome) {
-  for (const std::uint32_t kind : {0U, kMagstripe, 3U, kSonar}) {
-    DevTable[0].ProductKind = kind;
-    EXPECT_EQ(GetModuleState(5, &state), 0);
-    EXPECT_EQ(SetModuleState(5, 1), 0);
-  }
-  DevTable[0].ProductKind = kReader;
-  shared.DevCnt = 0;
-  EXPECT_EQ(GetModuleState(5, &state), 0);
-  EXPECT_EQ(SetModuleState(5, 1), 0);
-  shared.DevCnt = 1;
-  EXPECT_EQ(state, kOldState);
-  EXPECT_EQ(GetLastLibErr(), 5U) << "left alone";
-  ExpectTraffic({});
 }
 
 TEST_F(Modules, ASerialReaderCannotBeAsked) {

@@ -135,31 +135,6 @@ TEST_F(TransparentMode, ALostCommitIsToldByTheResultAlone) {
   ExpectTrace({});
 }
 
-TEST_F(TransparentMode, OnlyACardReaderHasIt) {
-  const auto expectOff = [] {
-    EXPECT_EQ(CheckTransparentMode(), kOff);
-    EXPECT_EQ(EnableTransparentMode(1), kOff);
-    EXPECT_EQ(DisableTransparentMode(1), kOff);
-  };
-  for (const std::uint32_t kind : {0U, kMagstripe, 3U, kSonar}) {
-    DevTable[0].ProductKind = kind;
-    expectOff();
-  }
-  DevTable[0].ProductKind = kReader;
-  shared.DevCnt = 0;
-  expectOff();
-  shared.DevCnt = 1;
-  EXPECT_EQ(GetLastLibErr(), 5U) << "left alone";
-  ExpectTraffic({});
-}
-
-TEST_F(TransparentMode, TakesNoLock) {
-  CheckTransparentMode();
-  EnableTransparentMode(1);
-  DisableTransparentMode(0);
-  ExpectNoLock();
-}
-
 TEST_F(TransparentMode, ASerialReaderCannotBeAsked) {
   AddReader(Reader::Plus(2));
   Entry().hDev = platform::kNoHandle;

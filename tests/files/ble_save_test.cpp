@@ -127,19 +127,5 @@ TEST_F(BleSave, ATrailerThatCannotBeAdded) {
   }
 }
 
-TEST_F(BleSave, WithoutAReaderNothingIsSaved) {
-  Entry().LastLibErr = 5;
-  Entry().ProductKind = kSonar;
-  EXPECT_EQ(SaveData(), 1U);
-  ExpectUntouched(0);
-  Entry().ProductKind = kReader;
-  shared.DevCnt = 0;
-  EXPECT_EQ(SaveData(), 1U);
-  EXPECT_EQ(SaveKey(), 1U);
-  shared.DevCnt = 1;
-  ExpectUntouched();
-  EXPECT_FALSE(std::filesystem::exists(File()));
-}
-
 }  // namespace
 }  // namespace tavlyn::test

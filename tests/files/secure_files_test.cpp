@@ -64,22 +64,6 @@ TEST_F(SecureFiles, AFileThatCannotBeOpenedForWriting) {
   ExpectTraffic({});
 }
 
-TEST_F(SecureFiles, NothingIsSavedWithoutAReader) {
-  UseDistinct();
-  Entry().LastLibErr = 5;
-  Entry().ProductKind = 3;
-  EXPECT_EQ(Write(), 1U);
-  EXPECT_EQ(GetLastLibErr(), 0U) << "cleared all the same";
-  Entry().ProductKind = kReader;
-  Entry().LastLibErr = 5;
-  shared.DevCnt = 0;
-  EXPECT_EQ(Write(), 1U);
-  shared.DevCnt = 1;
-  EXPECT_EQ(GetLastLibErr(), 5U);
-  EXPECT_FALSE(std::filesystem::exists(File()));
-  ExpectTraffic({});
-}
-
 TEST_F(SecureFiles, ALoadOfAWholeFile) {
   Use(Reader::Plain());
   Entry().LastLibErr = 5;

@@ -1,6 +1,5 @@
 // Single items of a reader's protected memory.
 #include "files/items.h"
-
 #include "tests/files/secure_bench.h"
 
 namespace tavlyn::test {
@@ -323,14 +322,6 @@ TEST_F(ReadItems, NothingToReadFromOrInto) {
   ExpectUntouched();
   EXPECT_EQ(ReadSecureData(header.data(), nullptr), 0U);
   ExpectUntouched();
-  Entry().ProductKind = kMagstripe;
-  EXPECT_EQ(Read(), 0U);
-  ExpectUntouched();
-  Entry().ProductKind = kReader;
-  shared.DevCnt = 0;
-  EXPECT_EQ(Read(), 0U);
-  ExpectUntouched();
-  shared.DevCnt = 1;
   ExpectTrace({});
 }
 

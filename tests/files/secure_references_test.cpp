@@ -109,17 +109,14 @@ TEST_F(References, EveryPacketMustBeRepeatedByItsFirstFourBytes) {
   ExpectTrace({});
 }
 
-TEST_F(References, AnyProductIsAskedButOnlyAnActiveOne) {
+TEST_F(References, AnyProductIsAsked) {
   Entry().ProductKind = kSonar;
   EXPECT_EQ(Ev1(five), 1U);
   Entry().ProductKind = kReader;
-  ForgetTraffic();
+}
+
+TEST_F(References, WithoutBytesNothingIsAsked) {
   Entry().LastLibErr = 5;
-  shared.DevCnt = 0;
-  EXPECT_EQ(Ev1(five), 0U);
-  EXPECT_EQ(WriteSEKeyRefrence(five.data(), 5, 0), 0U);
-  shared.DevCnt = 1;
-  ExpectUntouched();
   EXPECT_EQ(WriteEV1FileRefrence(nullptr, 5), 0U);
   EXPECT_EQ(WriteSEKeyRefrence(nullptr, 5, 0), 0U);
   ExpectUntouched();

@@ -41,16 +41,9 @@ TEST_F(SecuritySettings, HashKeysReachTheReaderWithTheCommit) {
   EXPECT_TRUE(std::equal(data.begin(), data.end(), kept.begin(), kept.end()));
 }
 
-TEST_F(SecuritySettings, HashKeysNeedAReaderAndBytes) {
-  const Bytes data = Counting(32);
+TEST_F(SecuritySettings, HashKeysNeedBytes) {
   Entry().LastLibErr = 5;
   EXPECT_EQ(SetHashKeyData(nullptr), 0U);
-  Entry().ProductKind = kMagstripe;
-  EXPECT_EQ(SetHashKeyData(data.data()), 0x8001U);
-  Entry().ProductKind = kReader;
-  shared.DevCnt = 0;
-  EXPECT_EQ(SetHashKeyData(data.data()), 0x8001U);
-  shared.DevCnt = 1;
   EXPECT_EQ(MarksOf(Entry(), Slot(0)), 0U);
   EXPECT_EQ(Slot().HashKeyData[0][0], 0);
   ExpectUntouched();
@@ -90,22 +83,6 @@ TEST_F(SecuritySettings, TheFlagTravelsInsideTheSeparatorData) {
   EXPECT_EQ(ReadCfg(), 1U);
   EXPECT_EQ(GetEnhanceSecurityFlag(), 0x80U);
   EXPECT_EQ(shared.reader.EnhanceSecurityOn, 1);
-}
-
-TEST_F(SecuritySettings, TheFlagNeedsAReader) {
-  Slot().sFldSepData[126] = 0x80;
-  Entry().LastLibErr = 5;
-  Entry().ProductKind = kSonar;
-  EXPECT_EQ(GetEnhanceSecurityFlag(), 0xFFFF8001U);
-  SetEnhanceSecurityFlag(0);
-  Entry().ProductKind = kReader;
-  shared.DevCnt = 0;
-  EXPECT_EQ(GetEnhanceSecurityFlag(), 0xFFFF8001U);
-  SetEnhanceSecurityFlag(0);
-  shared.DevCnt = 1;
-  EXPECT_EQ(GetEnhanceSecurityFlag(), 0x80U);
-  EXPECT_EQ(Slot().bDirtySep, 0U);
-  ExpectUntouched();
 }
 
 }  // namespace

@@ -233,17 +233,6 @@ TEST_F(TemplateRead, ALoadShowsInTheTraceAsAWrite) {
   ExpectTrace(traced);
 }
 
-TEST_F(TemplateRead, WithoutAReader) {
-  SetUnsupportedProductErrorCode(0x8001);
-  Entry().ProductKind = 3;
-  EXPECT_EQ(LoadLines("iBitStrmTO = 8\n"), 0x8001U);
-  Entry().ProductKind = kReader;
-  shared.DevCnt = 0;
-  EXPECT_EQ(LoadLines("iBitStrmTO = 8\n"), 0x8001U);
-  shared.DevCnt = 1;
-  ExpectTraffic({});
-}
-
 TEST_F(TemplateRead, ASaveLoadsBackWithoutAChange) {
   MakeDistinct(reader->state.Working());
   const std::string saved = Save();

@@ -74,19 +74,6 @@ TEST_F(TemplateWrite, AFileThatCannotBeOpenedAsksNothing) {
   ExpectTraffic({});
 }
 
-TEST_F(TemplateWrite, WithoutAReader) {
-  UseDistinct();
-  SetUnsupportedProductErrorCode(0x8001);
-  Entry().ProductKind = 3;
-  EXPECT_EQ(WriteDevCfgToFile(File().c_str()), 0x8001U);
-  Entry().ProductKind = kReader;
-  shared.DevCnt = 0;
-  EXPECT_EQ(WriteDevCfgToFile(File().c_str()), 0x8001U);
-  shared.DevCnt = 1;
-  EXPECT_FALSE(std::filesystem::exists(File()));
-  ExpectTraffic({});
-}
-
 TEST_F(TemplateWrite, ASaveIsNotTraced) {
   UseDistinct();
   StartTrace();

@@ -234,14 +234,6 @@ TEST_F(ReportChannelTest, AFullTableHasNoEntryBehindItsLast) {
   shared.DevCnt = 0;
 }
 
-TEST_F(ReportChannelTest, TheChannelTakesNoLock) {
-  Put(0);
-  WriteFeatureReport(8, 0, buffer.data());
-  ReadFeatureReport(8, 0, buffer.data());
-  const Lines lines = host.transcript.Lines();
-  EXPECT_EQ(lines.size(), 2U);
-}
-
 // Input reports.
 
 class DrainTest : public ReportChannelTest {

@@ -29,17 +29,6 @@ TEST_F(RawSerial, ReadsThroughTheActivePort) {
   EXPECT_EQ(host.mutex.Depth(), 0);
 }
 
-TEST_F(RawSerial, NoneOfThemTakesTheLock) {
-  UseLine();
-  ReadSerialPort(buffer.data(), 1);
-  QuickReadSerialPort(buffer.data(), 1);
-  WriteSerialPort("a", 1);
-  SetSerialTimeouts(1, 2, 3);
-  readSerialPort_char(-1);
-  quickReadSerialPort_char(-1);
-  ExpectNoLock();
-}
-
 TEST_F(RawSerial, TheQuickReadPutsTheTimeoutsBack) {
   UseLine();
   com->toRead = {1};

@@ -104,7 +104,6 @@ TEST_F(Banks, AFailedMoveDoesNotWait) {
 
 TEST_F(Banks, OnlyAPlusReaderHasThem) {
   Use(Reader::Plus(1));
-  SetUnsupportedProductErrorCode(0x8001);
   for (const std::uint32_t state : {kPlainReader, kPlusUnknown}) {
     Entry().PlusState = state;
     EXPECT_EQ(PlusBlockMove(1, 2), 0U);
@@ -112,28 +111,7 @@ TEST_F(Banks, OnlyAPlusReaderHasThem) {
     EXPECT_EQ(SaveUserDflts(), 0U);
     EXPECT_EQ(tavlynPlusDefaults(), 0U);
   }
-  Entry().PlusState = kPlusReader;
-  const auto unsupported = [] {
-    EXPECT_EQ(PlusBlockMove(1, 2), 0U);
-    EXPECT_EQ(ResetUserDflts(), 0x8001U);
-    EXPECT_EQ(SaveUserDflts(), 0x8001U);
-    EXPECT_EQ(tavlynPlusDefaults(), 0x8001U);
-  };
-  Entry().ProductKind = 3;
-  unsupported();
-  Entry().ProductKind = kMagstripe;
-  unsupported();
-  Entry().ProductKind = kReader;
-  shared.DevCnt = 0;
-  unsupported();
-  shared.DevCnt = 1;
   ExpectTraffic({});
-}
-
-TEST_F(Banks, TakeNoLock) {
-  Use(Reader::Plus(1));
-  EXPECT_EQ(tavlynPlusDefaults(), 1U);
-  ExpectNoLock();
 }
 
 class BanksFa : public SerialBench {};
@@ -159,6 +137,9 @@ TEST_F(BanksFa, AMoveIsTriedTwice) {
   line->faults.RefuseCommand({0x09, 0x82}, 1);
   EXPECT_EQ(PlusBlockMove(1, 2), 1U);
   ExpectTraffic(Join({refused, MovedFa("01 02"), {"sleep 100"}}));
+  line->faults.RefuseReply({0x09, 0x82}, 1);
+  EXPECT_EQ(PlusBlockMove(1, 2), 1U);
+  ExpectTraffic(Join({FrameLines("09 82 01 02 00 FF", {"read"}), MovedFa("01 02"), {"sleep 100"}}));
   line->faults.RefuseCommand({0x09, 0x82}, 2);
   EXPECT_EQ(PlusBlockMove(1, 2), 0U);
   ExpectTraffic(Join({refused, refused}));

@@ -55,22 +55,5 @@ TEST_F(CardData, ASerialReaderHasNone) {
   ExpectTraffic({});
 }
 
-TEST_F(CardData, WithoutAReaderBothAreUnsupported) {
-  Use();
-  SetUnsupportedProductErrorCode(0x8001);
-  for (const std::uint32_t kind : {0U, kMagstripe, kSonar}) {
-    EntryOfActDev().ProductKind = kind;
-    EXPECT_EQ(getActiveCardData(), 0x8001U);
-    EXPECT_EQ(getActiveCardData_byte(0), 0x8001U);
-    EXPECT_EQ(getActiveCardData_byte(300), 0x8001U);
-  }
-  EntryOfActDev().ProductKind = kReader;
-  shared.DevCnt = 0;
-  EXPECT_EQ(getActiveCardData(), 0x8001U);
-  EXPECT_EQ(getActiveCardData_byte(0), 0x8001U);
-  shared.DevCnt = 1;
-  ExpectTraffic({});
-}
-
 }  // namespace
 }  // namespace tavlyn::test

@@ -44,13 +44,6 @@ TEST_F(CardPriority, NeedsAPlusReader) {
   refused();
   Entry().PlusState = kPlusUnknown;
   refused();
-  Entry().PlusState = kPlusReader;
-  Entry().ProductKind = kMagstripe;
-  refused();
-  Entry().ProductKind = kReader;
-  shared.DevCnt = 0;
-  refused();
-  shared.DevCnt = 1;
 }
 
 TEST_F(CardPriority, GoesOutAsACommandWithData) {

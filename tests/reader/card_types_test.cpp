@@ -179,29 +179,17 @@ TEST_F(CardTypes, TheConfigurationsOfAPlusReader) {
   ExpectTraffic({});
 }
 
-TEST_F(CardTypes, WithoutAPlusReaderThereAreNone) {
-  SetUnsupportedProductErrorCode(0x8001);
-  const auto none = [] {
+TEST_F(CardTypes, OnlyAPlusReaderHasThem) {
+  Use(Reader::Plus(3));
+  EXPECT_EQ(SetActConfig(2), 1U);
+  for (const std::uint32_t state : {kPlainReader, kPlusUnknown}) {
+    Entry().PlusState = state;
     EXPECT_EQ(GetMaxConfig(), 0);
     EXPECT_EQ(GetActConfig(), 0);
     EXPECT_EQ(SetActConfig(0), 0U);
     EXPECT_EQ(GetCardType(), -1);
     EXPECT_EQ(GetCardPriority(), -1);
-  };
-  none();
-  Use(Reader::Plus(3));
-  EXPECT_EQ(SetActConfig(2), 1U);
-  Entry().PlusState = kPlainReader;
-  none();
-  Entry().PlusState = kPlusUnknown;
-  none();
-  Entry().PlusState = kPlusReader;
-  Entry().ProductKind = kSonar;
-  none();
-  Entry().ProductKind = kReader;
-  shared.DevCnt = 0;
-  none();
-  shared.DevCnt = 1;
+  }
   EXPECT_EQ(Entry().ActConfig, 2);
 }
 

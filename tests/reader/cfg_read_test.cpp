@@ -388,20 +388,5 @@ TEST_F(CfgRead, HoldsTheLockForTheWholeWalk) {
   EXPECT_EQ(std::count(lines.begin(), lines.end(), "mutex unlock"), 1);
 }
 
-TEST_F(CfgRead, WithoutAReader) {
-  Use(Reader::Plain());
-  SetUnsupportedProductErrorCode(0x8001);
-  Entry().ProductKind = 3;
-  EXPECT_EQ(ReadCfg(), 0x8001U);
-  Entry().ProductKind = kReader;
-  shared.DevCnt = 0;
-  EXPECT_EQ(ReadCfg(), 0U);
-  EXPECT_EQ(GetFWFilename(), nullptr);
-  EXPECT_EQ(GetFullFWVersion(), nullptr);
-  EXPECT_EQ(getPartNumberString(), nullptr);
-  shared.DevCnt = 1;
-  ExpectTraffic({});
-}
-
 }  // namespace
 }  // namespace tavlyn::test

@@ -154,17 +154,11 @@ TEST_F(DeviceTexts, AFaultAtEachExchangeOfTheSerialNumber) {
   EXPECT_NE(getESN(), nullptr);
 }
 
-TEST_F(DeviceTexts, WithoutAReaderOnReportsThereIsNoSerialNumber) {
+TEST_F(DeviceTexts, OnlyAReaderOnReportsHasASerialNumber) {
   Use(Reader::Plain());
-  EntryOfActDev().ProductKind = kSonar;
-  EXPECT_EQ(getESN(), nullptr);
-  EntryOfActDev().ProductKind = kReader;
   EntryOfActDev().LinkKind = kBySerialPort;
   EXPECT_EQ(getESN(), nullptr);
   EntryOfActDev().LinkKind = kByReports;
-  shared.DevCnt = 0;
-  EXPECT_EQ(getESN(), nullptr);
-  shared.DevCnt = 1;
   ExpectTraffic({});
 }
 

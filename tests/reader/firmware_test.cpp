@@ -70,7 +70,6 @@ TEST_F(Firmware, APlainReaderIsNotAsked) {
     Entry().PlusState = state;
     EXPECT_EQ(reader::QueryFirmwareWord(0, 0), 0U);
     EXPECT_EQ(GetFirmwareVersion(0, 0), 0U) << "even with old words";
-    EXPECT_EQ(PlusBlockMove(1, 2), 0U);
   }
   ExpectTraffic({});
 }
@@ -83,13 +82,6 @@ TEST_F(Firmware, GetFirmwareVersionTellsTheKeptWords) {
   EXPECT_EQ(GetFirmwareVersion(0, 5), 0U);
   EXPECT_EQ(GetFirmwareVersion(0, 65535), 0U);
   ExpectTraffic({});
-  SetUnsupportedProductErrorCode(0x8001);
-  shared.DevCnt = 0;
-  EXPECT_EQ(GetFirmwareVersion(0, 0), 0U);
-  shared.DevCnt = 1;
-  Entry().ProductKind = 3;
-  EXPECT_EQ(GetFirmwareVersion(0, 0), 0xFFFF8001U);
-  Entry().ProductKind = kReader;
 }
 
 TEST_F(Firmware, SendGetFWVersionEndsARowAtItsFirst0) {
@@ -143,40 +135,6 @@ TEST_F(Firmware, SendGetFWVersionClearsTheConfigurationOfTheDeviceActiveBefore) 
   EXPECT_EQ(DevTable[1].ActConfig, 1) << "entry 0 was the active one";
 }
 
-TEST_F(Firmware, MovingABankTakesTheLowThreeBits) {
-  reader->state.counters.bankMoves = 0;
-  Entry().LastLibErr = 1;
-  EXPECT_EQ(PlusBlockMove(9, 10), 1U);
-  ExpectTraffic({"set 89 82 01 02 00 FF", "get 89 82 01 02 00 FF", "sleep 100"});
-  EXPECT_EQ(reader->state.counters.bankMoves, 1);
-  EXPECT_EQ(Entry().LastLibErr, 1U) << "not cleared";
-  EXPECT_EQ(PlusBlockMove(-1, -6), 1U) << "whatever the reader answers";
-  ExpectTraffic({"set 89 82 07 02 00 FF", "get 00", "sleep 100"});
-}
-
-TEST_F(Firmware, AFailedMove) {
-  reader->faults.RefuseCommand({0x89, 0x82}, 6);
-  EXPECT_EQ(PlusBlockMove(1, 2), 0U);
-  ExpectTraffic(Times(6, {"set 89 82 01 02 00 FF refused", "sleep 80"}));
-  EXPECT_EQ(GetLastLibErr(), 0x202U) << "no bit of its own";
-  Entry().LastLibErr = 1;
-  reader->faults.RefuseReply({0x89, 0x82}, 1);
-  EXPECT_EQ(PlusBlockMove(1, 2), 0U);
-  ExpectTraffic({"set 89 82 01 02 00 FF", "get refused"});
-  EXPECT_EQ(GetLastLibErr(), 0x1000001U);
-}
-
-TEST_F(Firmware, MovingABankNeedsAReader) {
-  SetUnsupportedProductErrorCode(0x8001);
-  Entry().ProductKind = kSonar;
-  EXPECT_EQ(PlusBlockMove(1, 2), 0U);
-  Entry().ProductKind = kReader;
-  shared.DevCnt = 0;
-  EXPECT_EQ(PlusBlockMove(1, 2), 0U);
-  shared.DevCnt = 1;
-  ExpectTraffic({});
-}
-
 class FirmwareFa : public SerialBench {};
 
 TEST_F(FirmwareFa, AWordIsAskedOnceAndNotKept) {
@@ -205,21 +163,6 @@ TEST_F(FirmwareFa, SendGetFWVersionKeepsTheWords) {
   SendGetFWVersion();
   EXPECT_EQ(Entry().FWVersion[0], (std::array<std::uint32_t, 6>{0x10072005, 0x10070101, 0, 0, 0, 0}));
   EXPECT_EQ(GetFirmwareVersion(1, 0), 0x20010009U);
-}
-
-TEST_F(FirmwareFa, MovingABankSendsTwoBytesMore) {
-  AddReader(Reader::Plus(2), kPlusReader);
-  EXPECT_EQ(PlusBlockMove(9, 10), 1U);
-  const Lines good = Join(
-      {FrameLines("09 82 01 02 00 FF", {"read 09", "read 82 01 02 00 00", "read 90 00"}), {"sleep 100"}});
-  ExpectTraffic(good);
-  line->faults.RefuseReply({0x09, 0x82}, 1);
-  EXPECT_EQ(PlusBlockMove(1, 2), 1U) << "tried once more";
-  ExpectTraffic(Join({FrameLines("09 82 01 02 00 FF", {"read"}), good}));
-  line->faults.RefuseCommand({0x09, 0x82}, 2);
-  EXPECT_EQ(PlusBlockMove(1, 2), 0U);
-  ExpectTraffic(Times(2, FrameLines("09 82 01 02 00 FF", {"read 6D", "read 00"})));
-  EXPECT_EQ(Entry().LastLibErr, 0U);
 }
 
 }  // namespace

@@ -4,11 +4,16 @@
 #include "api.h"
 #include "reader/configuration.h"
 #include "tests/support/beside.h"
+#include "tests/support/cfg_marks.h"
 
 namespace tavlyn::test {
 namespace {
 
+using sim::Block;
 using sim::Reader;
+
+constexpr tsLEDCtrl kLeds{1, 0, 1, 0, 0, 0, 0, 1};
+constexpr tsBprRlyCtrl kOutputs{0, 1, 1, 0, 0, 0, 0, 1};
 
 class Outputs : public BesideReader {
  protected:
@@ -19,8 +24,7 @@ class Outputs : public BesideReader {
 
 TEST_F(Outputs, AVolatileSetSendsBlock2AndCommitsNothing) {
   Use(Reader::Plain());
-  const tsLEDCtrl leds{1, 0, 1, 0, 0, 0, 0, 1};
-  EXPECT_EQ(SetLEDCtrl(&leds), 1U);
+  EXPECT_EQ(SetLEDCtrl(&kLeds), 1U);
   ExpectTraffic({"set 82", "set 02 12"});
   EXPECT_EQ(Slot().bDirtyDisp, 0U);
   EXPECT_EQ(GetLastLibErr(), 0U);
@@ -33,12 +37,65 @@ TEST_F(Outputs, AVolatileSetSendsBlock2AndCommitsNothing) {
   EXPECT_EQ(Slot()[field::LEDCtrl_bVolatile], 1) << "as given, until the next read";
 }
 
-TEST_F(Outputs, ADirtyMarkStaysOverAVolatileSet) {
+TEST_F(Outputs, AVolatileSetLastsUntilTheReaderRestarts) {
   Use(Reader::Plain());
-  Slot().bDirtyDisp = 1;
-  const tsLEDCtrl leds{1, 0, 1, 0, 0, 0, 0, 1};
-  EXPECT_EQ(SetLEDCtrl(&leds), 1U);
-  EXPECT_EQ(Slot().bDirtyDisp, 1U);
+  const Block before = reader->state.Active().stored.blocks[2];
+  EXPECT_EQ(SetLEDCtrl(&kLeds), 1U);
+  EXPECT_EQ(SetBprRlyCtrl(&kOutputs), 1U);
+  EXPECT_EQ(reader->state.Working().blocks[2], (Block{0x0E, 0x12}));
+  EXPECT_EQ(reader->state.Active().stored.blocks[2], before);
+  ForgetTraffic();
+  EXPECT_EQ(WriteCfg(), 1U);
+  ExpectTraffic(Join({{"set 90"}, FastStore()}));
+  reader->PowerCycle();
+  EXPECT_EQ(reader->state.Working().blocks[2], before);
+  EXPECT_EQ(ReadCfg(), 1U);
+  EXPECT_EQ(Slot()[field::LEDCtrl_bVolatile], 0);
+  EXPECT_EQ(Slot()[field::BprRlyCtrl_bVolatile], 0);
+  EXPECT_EQ(Slot()[field::LEDCtrl_iGrnLEDState], 0);
+}
+
+TEST_F(Outputs, ACommitOfBlock2KeepsAVolatileSet) {
+  Use(Reader::Plain());
+  EXPECT_EQ(SetLEDCtrl(&kLeds), 1U);
+  const tsIDDispParms2 lead{1, 'a', 0, 0, 0, 0, 0, 0};
+  EXPECT_EQ(SetIDDispParms2(&lead), 1U);
+  EXPECT_EQ(WriteCfg(), 1U);
+  EXPECT_EQ(reader->state.Active().stored.blocks[2], (Block{0x02, 0x12, 0, 0, 0x01, 'a'}));
+}
+
+TEST_F(Outputs, AVolatileSetLeavesTheDirtyFlag) {
+  Use(Reader::Plain());
+  for (const std::uint32_t dirty : {0U, 1U}) {
+    Slot().bDirtyDisp = dirty;
+    EXPECT_EQ(SetBprRlyCtrl(&kOutputs), 1U);
+    EXPECT_EQ(SetLEDCtrl(&kLeds), 1U);
+    EXPECT_EQ(Slot().bDirtyDisp, dirty);
+  }
+}
+
+TEST_F(Outputs, ANumberedReport) {
+  Use(Reader::Kelda(1));
+  EXPECT_EQ(SetLEDCtrl(&kLeds), 1U);
+  ExpectTraffic({"set [1] 82", "set [1] 02 12"});
+  EXPECT_EQ(BeepNow(1, 0), 1U);
+  ExpectTraffic({"set [1] 8C 03 01", "get [1] 8C 03 01"});
+}
+
+TEST_F(Outputs, ReportsDoNotKnowTheAsciiDialect) {
+  Use(Reader::Plain());
+  EXPECT_EQ(UseAsciiCommandProtocol(1), 1U);
+  EXPECT_EQ(SetLEDCtrl(&kLeds), 1U);
+  ExpectTraffic({"set 82", "set 02 12"});
+  EXPECT_EQ(Slot()[field::LEDCtrl_iGrnLEDState], 1);
+  EXPECT_EQ(BeepNow(2, 0), 1U);
+  ExpectTraffic({"set 8C 03 02", "get 8C 03 02"});
+  Slot().bDirtyTime = 1;
+  EXPECT_EQ(WriteCfg(), 1U);
+  ExpectTraffic(Join({{"set 81", "set 00 19 14 28 01 01 40 20", "set 90 02"}, FastStore()}));
+  EXPECT_EQ(ResetFactoryDflts(), 1U);
+  EXPECT_EQ(reader->state.counters.factoryResets, 1);
+  EXPECT_EQ(UseAsciiCommandProtocol(0), 1U);
 }
 
 TEST_F(Outputs, AnOtherSetSendsNothing) {
@@ -78,13 +135,25 @@ TEST_F(Outputs, AnUnreadSlotCanBeSet) {
 TEST_F(Outputs, AFailureOfTheVolatileSendIsDropped) {
   Use(Reader::Plain());
   StartTrace();
-  const tsLEDCtrl leds{1, 0, 1, 0, 0, 0, 0, 1};
-  for (const int exchange : {1, 2}) {
+  const auto refuse = [this](int report) {
     reader->faults.Restart();
-    reader->faults.RefuseAt(exchange, 6);
-    EXPECT_EQ(SetLEDCtrl(&leds), 1U);
+    reader->faults.RefuseAt(report, 6);
+    EntryOfActDev().LastLibErr = 5;
+  };
+  const auto expectDropped = [this] {
     EXPECT_EQ(GetLastLibErr(), 0U);
     ExpectTrace({"WrtIDFrmtParms2 ERROR CODE 0x00040000"});
+    EXPECT_EQ(Slot().bDirtyDisp, 0U);
+  };
+  for (const int exchange : {1, 2}) {
+    refuse(exchange);
+    EXPECT_EQ(SetLEDCtrl(&kLeds), 1U);
+    expectDropped();
+    refuse(exchange);
+    EXPECT_EQ(SetBprRlyCtrl(&kOutputs), 1U);
+    expectDropped();
+    EXPECT_EQ(Slot()[field::BprRlyCtrl_iRelayState], 1) << "the record is stored";
+    EntryOfActDev().LastLibErr = 0;
     reader->faults.Restart();
     reader->faults.RefuseAt(exchange, 6);
     EXPECT_FALSE(reader::WriteDispBlock(Slot()));
@@ -139,18 +208,6 @@ TEST_F(Outputs, AFailedBeep) {
   EXPECT_EQ(BeepNow(1, 0), 1U) << "the answer is not looked at";
 }
 
-TEST_F(Outputs, ABeepWithoutADevice) {
-  Use(Reader::Plain());
-  SetUnsupportedProductErrorCode(0x8001);
-  shared.DevCnt = 0;
-  EXPECT_EQ(BeepNow(1, 0), 0U);
-  shared.DevCnt = 1;
-  EntryOfActDev().ProductKind = 3;
-  EXPECT_EQ(BeepNow(1, 0), 0U) << "nor of a kind that it does not know";
-  EntryOfActDev().ProductKind = kReader;
-  ExpectTraffic({});
-}
-
 TEST_F(Outputs, AFastStoreIsToldByTheVolumeCommand) {
   Use(Reader::Plain());
   EntryOfActDev().LastLibErr = 5;
@@ -177,12 +234,18 @@ TEST_F(OutputsFa, AVolatileSetIsOneFrame) {
   EXPECT_EQ(ReadCfg(), 1U);
   ForgetTraffic();
   StartTrace();
-  const tsLEDCtrl leds{1, 0, 1, 0, 0, 0, 0, 1};
-  EXPECT_EQ(SetLEDCtrl(&leds), 1U);
+  EXPECT_EQ(SetLEDCtrl(&kLeds), 1U);
   ExpectTraffic(FrameLines("81 02 00 08", {"read 81", "write 02 12 00 00 00 00 00 00", "read 90 00"}));
+  EXPECT_EQ(SetBprRlyCtrl(&kOutputs), 1U);
+  ExpectTraffic(FrameLines("81 02 00 08", {"read 81", "write 0E 12 00 00 00 00 00 00", "read 90 00"}));
+  EXPECT_EQ(Entry().CfgSlot[0].bDirtyDisp, 0U);
   EXPECT_TRUE(reader::WriteDispBlock(Entry().ActiveSlot()));
+  line->faults.RefuseReply({0x81, 0x02}, 1);
+  Entry().LastLibErr = 5;
+  EXPECT_EQ(SetBprRlyCtrl(&kOutputs), 1U);
+  EXPECT_EQ(GetLastLibErr(), 0U);
   line->faults.RefuseCommand({0x81, 0x02}, 2);
-  EXPECT_EQ(SetLEDCtrl(&leds), 1U);
+  EXPECT_EQ(SetLEDCtrl(&kLeds), 1U);
   EXPECT_FALSE(reader::WriteDispBlock(Entry().ActiveSlot()));
   EXPECT_EQ(GetLastLibErr(), 0U) << "no error word over serial";
   ExpectTrace({});
@@ -197,6 +260,16 @@ TEST_F(OutputsFa, ABeepIsAStatusWithoutWaits) {
   Entry().LastLibErr = 5;
   EXPECT_EQ(BeepNow(2, 1), 0U);
   EXPECT_EQ(GetLastLibErr(), 0U);
+}
+
+TEST_F(OutputsFa, ASilentBeepFails) {
+  AddReader(Reader::Plain());
+  line->faults.RefuseReply({0x0C, 0x03}, 1);
+  EXPECT_EQ(BeepNow(1, 0), 0U);
+  EXPECT_EQ(GetLastLibErr(), 0U);
+  AddScript({{0x6A, 0x80}, {0x90, 0x00}});
+  Port().Close();
+  EXPECT_EQ(BeepNow(1, 0), 0U);
 }
 
 TEST_F(OutputsFa, AFastStoreIsToldByTheVolumeCommand) {

@@ -161,42 +161,5 @@ TEST_F(QueuedId, TheRecordOutlivesTheDevice) {
   ExpectWhole(1);
 }
 
-TEST_F(QueuedId, WithoutAReaderItIsUnsupported) {
-  Use();
-  SetUnsupportedProductErrorCode(0x8001);
-  for (const std::uint32_t kind : {0U, 3U, 5U}) {
-    EntryOfActDev().ProductKind = kind;
-    EXPECT_EQ(GetQueuedID(0, 0), 0x8001U);
-    EXPECT_EQ(GetQueuedID_index(0), 0x8001U);
-  }
-  EntryOfActDev().ProductKind = kReader;
-  EXPECT_EQ(GetLastLibErr(), 5U);
-  shared.DevCnt = 0;
-  EXPECT_EQ(GetQueuedID(0, 0), 0x8001U);
-  EXPECT_EQ(GetQueuedID_index(36), 0x8001U);
-  shared.DevCnt = 1;
-  ExpectTraffic({});
-}
-
-TEST_F(QueuedId, ASonarSensorHasNone) {
-  Use();
-  GetQueuedID(0, 0);
-  ForgetTraffic();
-  EntryOfActDev().ProductKind = kSonar;
-  EntryOfActDev().LastLibErr = 5;
-  SetUnsupportedProductErrorCode(0x8001);
-  EXPECT_EQ(GetQueuedID(1, 1), 0U);
-  EXPECT_EQ(GetQueuedID_index(0), 0U);
-  EXPECT_EQ(GetQueuedID_index(33), 0U);
-  EXPECT_EQ(GetLastLibErr(), 5U);
-  ExpectTraffic({});
-}
-
-TEST_F(QueuedId, TakesNoLock) {
-  Use();
-  GetQueuedID(0, 0);
-  ExpectNoLock();
-}
-
 }  // namespace
 }  // namespace tavlyn::test

@@ -192,38 +192,19 @@ TEST_F(RawPayload, TheTextDialectDoesNotMatter) {
   EXPECT_STREQ(SetRawPayload(0xFA, 0x0C, 0x01, 0, 0, 0, 0, 0), "44.52.2D.38.30.35.38.00");
 }
 
-TEST_F(RawPayload, WithoutAReaderItIsUnsupported) {
-  SetUnsupportedProductErrorCode(0x80F1);
-  for (const std::uint32_t kind : {0U, 3U, 5U}) {
-    EntryOfActDev().ProductKind = kind;
-    EXPECT_EQ(SetRawPayload_index(8, 0), 0x80F1U);
-    EXPECT_EQ(GetRawPayload_index(10), 0xF1);
-    EXPECT_STREQ(SetRawPayload(1, 2, 3, 4, 5, 6, 7, 8), "F1.F1.F1.F1.F1.F1.F1.F1");
-  }
-  EntryOfActDev().ProductKind = kReader;
-  shared.DevCnt = 0;
-  EXPECT_EQ(SetRawPayload_index(-1, 0), 0x80F1U);
-  EXPECT_STREQ(SetRawPayload(1, 2, 3, 4, 5, 6, 7, 8), "F1.F1.F1.F1.F1.F1.F1.F1");
-  shared.DevCnt = 1;
-  ExpectTraffic({});
-}
-
-TEST_F(RawPayload, ASonarSensorTakesNone) {
+TEST_F(RawPayload, WithoutAReplyTheTextRepeatsTheAnswer) {
+  const auto text = [] { return SetRawPayload(1, 2, 3, 4, 5, 6, 7, 8); };
   SendBytes({0x8A});
   ForgetTraffic();
-  EntryOfActDev().ProductKind = kSonar;
   SetUnsupportedProductErrorCode(0x80F1);
-  EXPECT_EQ(SetRawPayload_index(3, 1), 0U);
-  EXPECT_EQ(SetRawPayload_index(8, 1), 0U);
-  EXPECT_EQ(GetRawPayload_index(1), 0);
-  EXPECT_EQ(GetRawPayload_index(10), 0);
-  EXPECT_STREQ(SetRawPayload(1, 2, 3, 4, 5, 6, 7, 8), "00.00.00.00.00.00.00.00");
-  ExpectTraffic({});
-}
-
-TEST_F(RawPayload, TakesNoLock) {
-  SendBytes({1});
-  ExpectNoLock();
+  EntryOfActDev().ProductKind = kSonar;
+  EXPECT_STREQ(text(), "00.00.00.00.00.00.00.00");
+  EntryOfActDev().ProductKind = 3;
+  EXPECT_STREQ(text(), "F1.F1.F1.F1.F1.F1.F1.F1");
+  EntryOfActDev().ProductKind = kReader;
+  shared.DevCnt = 0;
+  EXPECT_STREQ(text(), "F1.F1.F1.F1.F1.F1.F1.F1");
+  shared.DevCnt = 1;
 }
 
 }  // namespace

@@ -82,31 +82,6 @@ TEST_F(RecordScalars, TheyNeitherNeedAReadSlotNorAPlusReader) {
   }
 }
 
-TEST_F(RecordScalars, WithoutAReader) {
-  SetUnsupportedProductErrorCode(0x8001);
-  const auto all = [&] {
-    for (const WordRow& row : kWords) {
-      const std::uint32_t expected = row.zeroIfNoReader ? 0 : 0x8001;
-      EXPECT_EQ(row.get(), expected) << row.name;
-      EXPECT_EQ(row.set(1), expected) << row.name;
-    }
-    std::array<std::uint8_t, 128> buffer{};
-    EXPECT_EQ(GetSepFldData(buffer.data(), 128), 0x8001U);
-    EXPECT_EQ(SetSepFldData(buffer.data(), 128), 0x8001U);
-    EXPECT_EQ(GetSepFldData(nullptr, 0), 0x8001U);
-    EXPECT_EQ(SetSepFldData(nullptr, 0), 0x8001U);
-  };
-  for (const std::uint32_t kind : {kMagstripe, kSonar, 0U}) {
-    EntryOfActDev().ProductKind = kind;
-    all();
-  }
-  EntryOfActDev().ProductKind = kReader;
-  EXPECT_EQ(Slot().bDirtyExt, 0U);
-  shared.DevCnt = 0;
-  all();
-  shared.DevCnt = 1;
-}
-
 TEST_F(RecordScalars, SeparatorDataIsCopiedBothWays) {
   std::array<std::uint8_t, 130> buffer{};
   for (std::size_t at = 0; at < buffer.size(); ++at) buffer[at] = static_cast<std::uint8_t>(at + 1);

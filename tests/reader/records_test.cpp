@@ -140,43 +140,6 @@ TEST_F(Records, ASetWorksOnAnUnreadSlot) {
   EXPECT_EQ(Slot().record[kCfgFlags], RowOf("Flags").legal);
 }
 
-TEST_F(Records, WithoutAReaderAllAreUnsupported) {
-  SetUnsupportedProductErrorCode(0x8001);
-  EntryOfActDev().LastLibErr = 5;
-  const auto all = [&] {
-    for (const RecordRow& row : kRows) {
-      Words words = row.legal;
-      EXPECT_EQ(row.get(words.data()), 0x8001U) << row.name;
-      EXPECT_EQ(row.set(words.data()), 0x8001U) << row.name;
-      EXPECT_EQ(row.get(nullptr), 0x8001U) << row.name;
-      EXPECT_EQ(row.set(nullptr), 0x8001U) << row.name;
-    }
-  };
-  for (const std::uint32_t kind : {0U, 3U, 5U, 0xFFFFFFFFU}) {
-    EntryOfActDev().ProductKind = kind;
-    all();
-  }
-  EntryOfActDev().ProductKind = kReader;
-  EXPECT_EQ(GetLastLibErr(), 5U);
-  EXPECT_EQ(Dirty(Slot()), "");
-  shared.DevCnt = 0;
-  all();
-  shared.DevCnt = 1;
-}
-
-TEST_F(Records, WhatOnlyReadersHaveIsUnsupportedOnOtherProducts) {
-  SetUnsupportedProductErrorCode(0x8001);
-  for (const std::uint32_t kind : {kMagstripe, kSonar}) {
-    EntryOfActDev().ProductKind = kind;
-    for (const char* name : {"Flags2", "IDBitCnts", "IDDispParms", "IDDispParms2", "IDDispParms3"}) {
-      Words words = RowOf(name).legal;
-      EXPECT_EQ(RowOf(name).get(words.data()), 0x8001U) << name;
-      EXPECT_EQ(RowOf(name).set(words.data()), 0x8001U) << name;
-    }
-  }
-  EntryOfActDev().ProductKind = kReader;
-}
-
 struct RangeRow {
   const char* record;
   std::size_t word;

@@ -136,18 +136,10 @@ TEST_F(ReportDump, AFileIsOverwritten) {
   EXPECT_EQ(Content(path).find("xx"), std::string::npos);
 }
 
-TEST_F(ReportDump, WithoutAFileOrAReaderNothingIsAsked) {
+TEST_F(ReportDump, WithoutAFileNothingIsAsked) {
   Use(Reader::Plain());
   EXPECT_EQ(DumpRawFeatureReports(nullptr), 0U);
   EXPECT_EQ(DumpRawFeatureReports((Folder() / "missing" / "dump.txt").string().c_str()), 0U);
-  SetUnsupportedProductErrorCode(0x8001);
-  EntryOfActDev().ProductKind = kMagstripe;
-  EXPECT_EQ(Dump(), 0U);
-  EntryOfActDev().ProductKind = kReader;
-  shared.DevCnt = 0;
-  EXPECT_EQ(Dump(), 0U);
-  shared.DevCnt = 1;
-  EXPECT_FALSE(std::filesystem::exists(path));
   ExpectTraffic({});
 }
 

@@ -36,11 +36,6 @@ TEST_F(SerialExports, OnlyASerialLinkHasABaudCode) {
   EXPECT_EQ(ReadBaudRate(), 65535U);
   EXPECT_EQ(WriteBaudRate(5), 0U);
   EntryOfActDev().LinkKind = kBySerialPort;
-  SetUnsupportedProductErrorCode(0x8001);
-  shared.DevCnt = 0;
-  EXPECT_EQ(ReadBaudRate(), 0xFFFFFFFFU);
-  EXPECT_EQ(WriteBaudRate(5), 0x8001U);
-  shared.DevCnt = 1;
   ExpectTraffic({});
 }
 

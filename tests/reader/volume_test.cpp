@@ -97,13 +97,6 @@ TEST_F(Volume, AnyProductIsAsked) {
   EntryOfActDev().ProductKind = kReader;
 }
 
-TEST_F(Volume, WithoutADevice) {
-  SetUnsupportedProductErrorCode(0x8001);
-  EXPECT_EQ(GetBeeperVolume(), 65535U);
-  EXPECT_EQ(SetBeeperVolume(3), 0x8001U);
-  ExpectTraffic({});
-}
-
 class VolumeFa : public BesideLine {};
 
 TEST_F(VolumeFa, IsReadWithoutAStatusAndSetWithOne) {

@@ -296,56 +296,5 @@ TEST_F(SonarModelAmongOthers, OnlyTheHidStageFindsOne) {
   EXPECT_EQ(USBConnect(nullptr), 1U);
 }
 
-TEST_F(SonarModelAmongOthers, TheSonarCallsOnOtherProductsAnswerUnsupported) {
-  SetUnsupportedProductErrorCode(0x8123);
-  const auto expectUnsupported = [](std::uint32_t value) {
-    tsSonarParms ranging{};
-    tsWalkAwayParms away{};
-    tsWalkUpParms up{};
-    tsIdleParms idle{};
-    std::uint16_t range[5]{};
-    EXPECT_EQ(GetSonarParms(&ranging), value);
-    EXPECT_EQ(SetSonarParms(&ranging), value);
-    EXPECT_EQ(GetWalkAwayParms(&away), value);
-    EXPECT_EQ(SetWalkAwayParms(&away), value);
-    EXPECT_EQ(GetWalkUpParms(&up), value);
-    EXPECT_EQ(SetWalkUpParms(&up), value);
-    EXPECT_EQ(GetIdleParms(&idle), value);
-    EXPECT_EQ(SetIdleParms(&idle), value);
-    EXPECT_EQ(GetObjRangeInfo(range), value);
-    EXPECT_EQ(HaltKBSends(1), value);
-  };
-  expectUnsupported(0xFFFF8123U);
-  Plug(sim::Reader::Plain());
-  EXPECT_EQ(Connect(1), 1U);
-  ForgetTraffic();
-  expectUnsupported(0xFFFF8123U);
-  ExpectTraffic({});
-}
-
-TEST_F(SonarModelAmongOthers, ReaderCallsOnASensor) {
-  SetUnsupportedProductErrorCode(0x8123);
-  Plug(sonar);
-  EXPECT_EQ(Connect(4), 1U);
-  ForgetTraffic();
-  tsCfgFlags flags{};
-  tsTimeParms times{};
-  tsIDBitCnts counts{};
-  EXPECT_EQ(GetFlags(&flags), 0x8123U);
-  EXPECT_EQ(SetFlags(&flags), 0x8123U);
-  EXPECT_EQ(GetIDBitCnts(&counts), 0x8123U);
-  EXPECT_EQ(BeepNow(1, 0), 0x8123U);
-  EXPECT_EQ(GetTimeParms(&times), 0U) << "stubs";
-  EXPECT_EQ(SetTimeParms(&times), 0U);
-  LetTimePass();
-  EXPECT_EQ(getActiveID(4), 0U);
-  EXPECT_EQ(getActiveID32(4), 0U);
-  EXPECT_EQ(GetQueuedID(1, 1), 0U);
-  EXPECT_EQ(GetQueuedID_index(32), 0U);
-  EXPECT_EQ(SetRawPayload_index(8, 1), 0U);
-  EXPECT_EQ(GetRawPayload_index(10), 0);
-  ExpectTraffic({});
-}
-
 }  // namespace
 }  // namespace tavlyn::test

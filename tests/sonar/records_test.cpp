@@ -202,28 +202,5 @@ TEST_F(SonarRecords, WhatASensorDoesNotHave) {
   EXPECT_EQ(GetRawPayload_index(1), 0);
 }
 
-TEST_F(SonarRecords, NoSensorIsActive) {
-  SetUnsupportedProductErrorCode(0x8001);
-  tsSonarParms sonar;
-  tsWalkAwayParms away;
-  tsWalkUpParms up;
-  tsIdleParms idle;
-  std::uint16_t range[5];
-  const auto unsupported = [&] {
-    for (const std::uint32_t result :
-         {GetSonarParms(&sonar), GetWalkAwayParms(&away), GetWalkUpParms(&up), GetIdleParms(&idle),
-          SetSonarParms(&sonar), SetWalkAwayParms(&away), SetWalkUpParms(&up), SetIdleParms(&idle),
-          GetObjRangeInfo(range), HaltKBSends(1)})
-      EXPECT_EQ(result, 0xFFFF8001U);
-  };
-  for (const std::uint32_t kind : {kReader, kMagstripe, 0U}) {
-    Entry().ProductKind = kind;
-    unsupported();
-  }
-  Entry().ProductKind = kSonar;
-  shared.DevCnt = 0;
-  unsupported();
-}
-
 }  // namespace
 }  // namespace tavlyn::test

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <functional>
 #include <limits>
+#include <string>
 #include <string_view>
 #include <type_traits>
 #include <utility>
@@ -40,6 +41,12 @@ inline void Furnish(Memory memory) {
     if (memory == Memory::kFileName) std::strcpy(room.bytes.data(), "export.txt");
     if (memory == Memory::kLongText) std::fill_n(room.bytes.begin(), kRoom - 1, 'A');
   }
+}
+
+inline bool AreAsFurnished(Memory memory) {
+  const std::vector<Room> now = Rooms();
+  Furnish(memory);
+  return std::ranges::equal(now, Rooms(), {}, &Room::bytes, &Room::bytes);
 }
 
 // The numbers of a call go round this list, each argument taking the next one.
@@ -80,6 +87,8 @@ struct Outcome {
   bool null = false;   // a null pointer
   bool other = false;  // another pointer
   std::uint64_t value = 0;
+
+  bool operator==(const Outcome&) const = default;
 };
 
 template <typename Result, typename... Parameters>
@@ -144,6 +153,11 @@ inline std::vector<Variant> VariantsOf(const Export& exported, std::size_t numbe
     }
   }
   return variants;
+}
+
+inline std::string TextOf(const Export& exported, const Variant& variant) {
+  return std::string(exported.name) + ", memory " + std::to_string(static_cast<int>(variant.memory)) +
+         ", number " + std::to_string(kNumbers[variant.number]) + ", step " + std::to_string(variant.step);
 }
 
 inline Outcome CallWith(const Export& exported, const Variant& variant) {
