@@ -12,7 +12,7 @@
 
 namespace tavlyn {
 
-// In the order in which the records stand in fields.inc and in every listing of them.
+// In the order in which fields.inc and every list have the records.
 enum Record : std::uint8_t {
   kIDBitCnts,
   kCfgFlags,
@@ -50,14 +50,14 @@ namespace field {
 #include "core/fields.inc"
 }  // namespace field
 
-// A set of a word outside them, compared as a signed word, is refused. What a read brings becomes least when
-// it is below and replacement when it is above most.
+// A set refuses a word outside these, compared as a signed word. A word that a read delivers becomes least
+// when it is below least, and replacement when it is above most.
 struct Bounds {
   std::int16_t least = std::numeric_limits<std::int16_t>::min();
   std::int16_t most = std::numeric_limits<std::int16_t>::max();
   std::int16_t replacement = most;
 
-  [[nodiscard]] constexpr std::int16_t Bring(std::int16_t value) const {
+  [[nodiscard]] constexpr std::int16_t Corrected(std::int16_t value) const {
     return value < least ? least : value > most ? replacement : value;
   }
   [[nodiscard]] constexpr bool Limit() const { return *this != Bounds{}; }
@@ -74,7 +74,7 @@ struct Field {
   const char* keyword = name;  // in a template file
   Save save = Save::kUnsaved;
   Bounds bounds = {};
-  std::int16_t step = 1;  // of the byte in which the reader keeps it
+  std::int16_t step = 1;  // of the byte in which the reader stores it
   const char* comment = "";
 };
 
@@ -115,7 +115,7 @@ inline constexpr std::int16_t kAsciiConversion = 0x20;
 inline constexpr std::int16_t kExtendedSepFields = 0x40;
 inline constexpr std::int16_t kWideParity = 0x80;
 
-// The parity counts of a reader that reports kWideParity go this far.
+// The bounds of the parity counts of a reader that reports kWideParity.
 inline constexpr Bounds kWideParityBounds = UpTo(142);
 constexpr bool IsParityCount(FieldId id) {
   return id == field::IDBitCnts_iLeadParityBitCnt || id == field::IDBitCnts_iTrailParityBitCnt;
@@ -124,13 +124,12 @@ constexpr Bounds BoundsOf(const Field& each, bool wideParity) {
   return wideParity && IsParityCount(each.id) ? kWideParityBounds : each.bounds;
 }
 
-// Brings the words of a record into their bounds. The result is the error word of the first that was outside,
-// or 0.
+// Brings the words of a record into their bounds. Returns the error word of the first that was outside, or 0.
 constexpr std::uint32_t Sanitize(Record record, std::int16_t* words, bool wideParity) {
   std::uint32_t error = 0;
   for (const Field& each : FieldsOf(record)) {
     std::int16_t& word = words[each.id.word];
-    const std::int16_t within = BoundsOf(each, wideParity).Bring(word);
+    const std::int16_t within = BoundsOf(each, wideParity).Corrected(word);
     if (within != word && error == 0) error = ErrorOf(each.id);
     word = within;
   }
@@ -145,7 +144,7 @@ constexpr void Sanitize(Records& records) {
   }
 }
 
-// The error word of the first word out of its bounds, or 0.
+// The error word for the first word that is out of its bounds, or 0.
 constexpr std::uint32_t BoundsError(Record record, const std::int16_t* words, bool wideParity = false) {
   RecordWords copy{};
   std::copy_n(words, kRecordWords, copy.begin());

@@ -1,4 +1,4 @@
-// What an export holds and what it must not let out.
+// The lock that an export holds, and the exceptions that it must not let out.
 #pragma once
 
 #include "platform/platform.h"
@@ -14,7 +14,7 @@ class Locked {
   Locked& operator=(const Locked&) = delete;
 };
 
-// A call whose exception must not reach the caller.
+// Makes a call whose exceptions must not reach the caller; the fallback takes their place.
 template <typename Result, typename Call>
 Result Guarded(Result fallback, Call call) try {
   return call();

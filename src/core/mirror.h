@@ -1,5 +1,5 @@
-// What an entry of the device table keeps of its device: the stored configurations of a reader, the
-// settings of a magnetic-stripe reader, the records of a sonar sensor.
+// The mirror, which is what an entry of the device table keeps of its device: the stored configurations of a
+// reader, the settings of a magnetic-stripe reader, the records of a sonar sensor.
 #pragma once
 
 #include <array>
@@ -22,7 +22,7 @@ inline constexpr std::uint8_t kSepFldUnset = 12;
 
 // One stored configuration of a reader.
 struct tsCfgSlot {
-  std::uint32_t bCfgLoaded;  // a read filled the slot; nothing else sets it
+  std::uint32_t bCfgLoaded;  // a read filled the slot, or a file load marked it
   Records record;
 
   // What the next write must send.
@@ -32,21 +32,21 @@ struct tsCfgSlot {
   std::uint32_t bDirtyExt;   // block 3
   std::uint32_t bDirtySep;   // separated fields, hash keys
 
-  // b1 to b7 of block 3 as read. Words 0 and 1 are what the parity counts exceed 15 by.
+  // b1 to b7 of block 3 as read. Words 0 and 1 are by how much the parity counts exceed 15.
   std::array<std::uint16_t, kExtBytes> ExtBytes;
   std::array<std::uint8_t, kSepFldBytes> sFldSepData;
   std::array<std::array<std::uint8_t, kHashKeyBytes>, kHashKeys> HashKeyData;
   std::int32_t AZERTYShiftlock;
   std::int32_t ExtendedPrecisionMath;
-  // These three live on the host alone; no block carries them.
+  // These three exist on the host only; no block has them.
   std::int32_t b64BytesInPackets;
   std::int32_t bEasyReadMode;
   std::int32_t bPrependCSN;
   std::uint16_t CardType;
   std::uint16_t CardPriority;
 
-  // The separator area, behind it the hash keys, then zeros: what its first bytes announce may be longer than
-  // it is.
+  // The separator area, then the hash keys, then zeros: the first bytes of the area may announce more than it
+  // holds.
   [[nodiscard]] std::uint8_t SepByteAt(std::size_t at) const {
     if (at < kSepFldBytes) return sFldSepData[at];
     const std::size_t key = at - kSepFldBytes;
@@ -64,7 +64,7 @@ inline constexpr std::size_t kFieldKeys = 16;
 inline constexpr std::size_t kLeds = 5;
 }  // namespace magstripe
 
-// Which piece of a swipe the active ID is. Lives on the host alone.
+// Which piece of a swipe the active ID is. Exists on the host only.
 struct tsSorbaneIdSel {
   std::uint16_t Track;
   std::uint16_t Field;
@@ -99,7 +99,7 @@ struct tsSorbaneCfg {
   std::uint8_t Beeper;        // upper nibble good read, lower bad: bit 3 long, bits 0 to 2 count
   std::array<std::uint8_t, magstripe::kLeds> LedColor;
   std::array<tsSorbaneField, magstripe::kUserFields> UserField;
-  std::uint16_t KeyPressTime;  // milliseconds; travels in steps of 4
+  std::uint16_t KeyPressTime;  // milliseconds; sent in steps of 4
   std::uint16_t KeyReleaseTime;
 };
 
@@ -111,7 +111,7 @@ struct tsSorbaneBlock {
 
 // A sonar sensor.
 struct tsSonarBlock {
-  std::uint32_t SonarOpMark;    // of the last halt or reset; nothing decides on it
+  std::uint32_t SonarOpMark;    // of the last halt or reset; nothing depends on it
   std::uint32_t bOpened;        // a search opened the device
   std::uint32_t bParmsValid;    // a read filled the records
   std::uint32_t bSonarChanged;  // what the next write must send

@@ -1,4 +1,4 @@
-// How an export begins: through the family table, for readers alone, or unchecked on EntryOfActDev().
+// How an export begins: through the family table, for readers only, or unchecked on EntryOfActDev().
 #pragma once
 
 #include <cstdint>
@@ -10,26 +10,26 @@
 
 namespace tavlyn {
 
-// The active device's table, or null when no device is active or its kind is not known.
+// The active device's row of the family table, or null when no device is active or its kind is not known.
 inline const Product* ActiveProduct() {
   return ActiveInRange() ? ProductOf(EntryOfActDev().ProductKind) : nullptr;
 }
 
-// What an entry's kind does for an operation, or null when the kind is not known or has no such routine.
+// The routine of an entry's kind for an operation, or null when the kind is not known or has no such routine.
 template <typename Routine>
 Routine RoutineOf(const tsDevEntry& entry, Routine Product::*operation) {
   const Product* product = ProductOf(entry.ProductKind);
   return product != nullptr ? product->*operation : nullptr;
 }
 
-// The active device's routine; null without a device, too.
+// The same for the active device; also null without one.
 template <typename Routine>
 Routine ActiveRoutine(Routine Product::*operation) {
   return ActiveInRange() ? RoutineOf(EntryOfActDev(), operation) : nullptr;
 }
 
-// The usual opening: the active device's routine does it, or UnsupportedValue. The result has 16 bits,
-// zero-extended.
+// The usual opening: calls the active device's routine, or returns UnsupportedValue without one. The result
+// has 16 bits, zero-extended.
 template <typename Result, typename... Parameters, typename... Arguments>
 std::uint32_t Dispatch(Result (*Product::*operation)(Parameters...), Arguments... arguments) {
   const auto routine = ActiveRoutine(operation);
@@ -57,14 +57,14 @@ inline std::uint32_t SetActiveRecord(Record record, const std::int16_t* words) {
   return set != nullptr ? set(record, words) : shared.UnsupportedValue;
 }
 
-// Reading and writing a device's configuration whatever its kind, under the lock: what connects, exports and
-// files share. Both give 0 when no device is active, here deliberately not UnsupportedValue.
+// Reading and writing the configuration of a device of any kind, under the lock, for connects, exports and
+// files. Both deliberately return 0, not UnsupportedValue, when no device is active.
 inline std::uint32_t ReadCfgLocked() {
   const Locked lock;
   return ActiveInRange() ? Dispatch(&Product::readCfg) : 0;
 }
 
-// Traced, because a write changes the device: a file load shows as one.
+// Traced, because a write changes the device; a file load shows in the trace as a write.
 inline std::uint32_t WriteCfgLocked() {
   constexpr const char* kTag = "WriteCfg";
   LogLine(kTag, "ENTER");
@@ -87,7 +87,7 @@ inline std::uint8_t ActiveConfig() {
   return PlusReaderIsActive() ? EntryOfActDev().ActConfig : std::uint8_t{0};
 }
 
-// On the host alone; the reader is told by its own command.
+// On the host only; the reader switches at a command of its own.
 inline bool UseConfig(std::uint8_t index) {
   if (!PlusReaderIsActive() || index > EntryOfActDev().MaxConfig) return false;
   EntryOfActDev().ActConfig = index;

@@ -11,7 +11,7 @@
 namespace tavlyn {
 namespace sonar {
 
-// On top of the text file of the records.
+// The first line of the records' text file.
 inline constexpr const char* kTitle = "--- Sonar Configuration Template File ---";
 
 // The words of all four records by their keys: sonar::PingRateS and so on.
@@ -30,8 +30,8 @@ inline constexpr double kUnitsPerInch = 3.472222;
 struct Field {
   const char* key;
   Bounds bounds = {};
-  std::uint8_t step = 1;  // of the byte in which the sensor keeps it
-  bool inches = false;    // of which the sensor keeps kUnitsPerInch
+  std::uint8_t step = 1;  // of the byte in which the sensor stores it
+  bool inches = false;    // a distance, which the sensor stores in its own units
   bool readOnly = false;  // the sensor takes no other value
   const char* comment = "";
 };
@@ -42,7 +42,7 @@ inline constexpr std::array kFields = {
 #include "core/sonar_fields.inc"
 };
 
-// The public structs and the table are one layout.
+// The public structs and the table have the same layout.
 #define FIELD(record, name, key, ...) \
   static_assert(offsetof(ts##record, name) == 2 * (key - kFirstOf##record));
 #include "core/sonar_fields.inc"

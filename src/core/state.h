@@ -1,4 +1,4 @@
-// The state of the library: the table of devices, and every variable that they share.
+// The state of the library: the table of devices, and one object with every other variable.
 #pragma once
 
 #include <algorithm>
@@ -22,7 +22,7 @@ inline constexpr std::size_t kCfgSlots = 11;
 inline constexpr std::size_t kCardTypes = 1025;
 inline constexpr std::uint16_t kHighestConfig = 10;
 inline constexpr std::size_t kCpus = 3;
-inline constexpr std::size_t kFirmwareWords = 5;  // the sixth of a row is spare
+inline constexpr std::size_t kFirmwareWords = 5;  // the sixth of a row is unused
 
 // DevTypeSrch: the links that a search looks at.
 enum Link : std::int16_t { kAllLinks = -1, kUsb, kCom, kEthernet };
@@ -66,7 +66,7 @@ struct tsDevEntry {
   std::uint16_t MaxConfig;  // highest index
   std::uint8_t ActConfig;
   std::array<std::array<std::uint32_t, kFirmwareWords + 1>, kCpus> FWVersion;
-  std::array<std::uint16_t, kCardTypes> CardTypeList;  // ends at the first 0; 0 in front: not known
+  std::array<std::uint16_t, kCardTypes> CardTypeList;  // ends at the first 0; not known when it begins with 0
   std::array<std::uint8_t, 4> DevIpAddr;
   std::array<std::uint8_t, 6> DevMacAddr;
   std::uint64_t LastTxTick;  // tick of the last feature report, either way
@@ -76,8 +76,8 @@ struct tsDevEntry {
   tsCfgSlot& ActiveSlot() { return CfgSlot[ActConfig <= kHighestConfig ? ActConfig : 0]; }
 };
 
-// An entry gets its defaults when it is first reached: a load that wrote all 127 would cost a megabyte and
-// most of its time.
+// An entry gets its defaults when it is first reached: writing all 127 would cost a load a megabyte and most
+// of its time.
 class DeviceTable {
  public:
   tsDevEntry& operator[](std::integral auto index) {
@@ -90,9 +90,10 @@ class DeviceTable {
     if (entries > reached_) Reach(entries);
     return {entries_.data(), entries};
   }
-  // The entries behind these have their defaults.
+  // All entries after these have their defaults.
   std::span<tsDevEntry> Reached() { return {entries_.data(), reached_}; }
-  // Every entry gets its defaults again. Entry 0 is reached at once: some look at it in every situation.
+  // Gives every entry its defaults again. Entry 0 is reached at once, because some exports use it in every
+  // situation.
   void Reset();
 
  private:
@@ -104,13 +105,13 @@ class DeviceTable {
 
 inline constinit DeviceTable DevTable;
 
-// What a connect searches; it outlives disconnects and connects.
+// What a connect searches. It survives connects and disconnects.
 struct SearchSettings {
   std::uint32_t ConnectMask = ~0U;
   std::int16_t DevTypeSrch = kAllLinks;
   std::uint16_t ComSrchLo = 1;
   std::uint16_t ComSrchHi = 8;
-  // Deliberately the other way about than the setter stores them.
+  // Swapped on purpose: until VirtualComSearchRange is called, Hi holds the low end.
   std::uint16_t VComSrchHi = 1;
   std::uint16_t VComSrchLo = 256;
   std::array<std::uint8_t, 4> SrchIpAddr{};
@@ -124,7 +125,7 @@ struct LinkState {
   // While it is open every serial byte and, with TunnelLink set, every report travels over it.
   platform::Handle LinkSocket = platform::kNoHandle;
   std::uint8_t TunnelLink = 0;
-  // How many surplus bytes the ring of the bulk device is said to hold. It may fall below 0.
+  // How many surplus bytes of the bulk device the next reads deliver as zeros. It may fall below 0.
   std::int32_t ringCount = 0;
 };
 
@@ -148,7 +149,7 @@ struct VidPidState {
   std::int32_t VidPidCnt = 0;
   // DEFAULT1MASK and DEFAULT1COMPARE at index 1; no load of the table clears them.
   std::array<Filter, 2> DefaultFilter{};
-  // The file as found once, so that it stays usable when the application changes directory.
+  // Where the file was found, so that it is found again when the application has changed directory.
   std::array<char, 260> path{};
 };
 
@@ -158,7 +159,7 @@ inline constexpr std::size_t kIdBytes = 32;
 struct IdCache {
   std::array<std::uint8_t, kIdBytes> LastIDBytes{};
   std::uint32_t LastIDBits = 0;
-  std::uint16_t LastIDLen = 0;  // what the last lower-case call asked for
+  std::uint16_t LastIDLen = 0;  // the length asked for, which bounds getActiveID_byte
 };
 
 struct AnalyzerState {
@@ -169,11 +170,12 @@ struct AnalyzerState {
 struct ReaderState {
   std::int16_t AsciiProtocol = 0;
   std::uint32_t StatusWord = 0;  // SW1 SW2 of the last serial exchange that got that far
-  // Copy of the flag in the separator data of the configuration read last; the hash keys then always travel.
+  // The flag in the separator data of configuration 0, as of the last read. While it is set, both hash keys
+  // are always sent.
   std::uint8_t EnhanceSecurityOn = 0;
 };
 
-// The last four are passed on and named by their index alone: what they mean is the reader's affair.
+// The last four words are passed on by their index; what they mean is up to the reader.
 struct IdRecord {
   std::array<std::uint8_t, kIdBytes> id;
   std::int16_t at32;
@@ -182,8 +184,7 @@ struct IdRecord {
   std::uint8_t at35;
 };
 
-// What exports keep from one call to the next for callers that take or give bytes one by one, or are handed a
-// pointer.
+// What exports keep between calls, for callers that pass or fetch bytes one by one or that get a pointer.
 struct CallBuffers {
   PathBuffer savePath{};
   PathBuffer loadPath{};
@@ -211,7 +212,7 @@ using PacketReport = std::array<std::uint8_t, 25>;
 using Track = std::array<std::uint8_t, 257>;
 }  // namespace magstripe
 
-// Of magnetic-stripe readers. Pointers that programs were given lead here.
+// For magnetic-stripe readers. Pointers that programs were given point here.
 struct MagstripeBuffers {
   magstripe::PacketReport request{};
   magstripe::PacketReport reply{};
@@ -228,8 +229,8 @@ struct TraceState {
   std::FILE* LogStream = nullptr;
 };
 
-// Every variable of the process but for the table of devices, which writes its entries only when they are
-// reached. What stands here is what a load finds.
+// Every variable of the process except for the table of devices, which writes its entries only when they are
+// reached. The values given here are those after a load.
 struct Shared {
   std::int16_t ActDev = 0;
   std::int16_t DevCnt = 0;
@@ -244,15 +245,15 @@ struct Shared {
   ReaderState reader;
   CallBuffers buffers;
   MagstripeBuffers magstripe;
-  SonarWords sonarShadow{};  // the records as the sensor read last sent them, before limits
+  SonarWords sonarShadow{};  // the records as the last read delivered them, before Sanitize
   TraceState trace;
 };
 inline constinit Shared shared;
 
-// Everything as in a process that has just started.
+// Puts everything back to the state of a process that has just started.
 void ResetState();
 
-// The entry that ActDev names, in range or not: ActDev stays within the table by all its writers.
+// The entry that ActDev names, unchecked: everything that sets ActDev keeps it within the table.
 inline tsDevEntry& EntryOfActDev() { return DevTable[shared.ActDev]; }
 
 inline std::span<tsDevEntry> LiveEntries() {
@@ -265,7 +266,8 @@ inline bool SearchAllows(Link link) {
 
 inline bool ActiveInRange() { return shared.ActDev >= 0 && shared.ActDev < shared.DevCnt; }
 
-// False and without effect for an index of no device, but that ActDev is 0 in an empty table.
+// Makes a device active. False and without effect when there is no such device, except that ActDev becomes 0
+// in an empty table.
 bool Activate(std::int16_t index);
 
 }  // namespace tavlyn

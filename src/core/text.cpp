@@ -10,7 +10,7 @@ namespace tavlyn {
 
 namespace {
 
-File ThroughOwnRoom(std::FILE* opened) {
+File WithOwnBuffer(std::FILE* opened) {
   File file(opened);
   if (file == nullptr) return file;
   auto& room = file.get_deleter().room;
@@ -21,9 +21,9 @@ File ThroughOwnRoom(std::FILE* opened) {
 
 }  // namespace
 
-File OpenFile(const char* path, const char* mode) { return ThroughOwnRoom(platform::OpenFile(path, mode)); }
+File OpenFile(const char* path, const char* mode) { return WithOwnBuffer(platform::OpenFile(path, mode)); }
 
-File CreateKeyFile(const char* path) { return ThroughOwnRoom(platform::OpenPrivateFile(path)); }
+File CreateKeyFile(const char* path) { return WithOwnBuffer(platform::OpenPrivateFile(path)); }
 
 void WriteHeading(std::FILE* file, const char* title) {
   const unsigned did = EntryOfActDev().DID;

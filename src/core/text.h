@@ -1,4 +1,4 @@
-// Text files and the lines and words in them; texts compared without regard to case; paths handed over
+// Text files and the lines and words in them; texts compared without regard to case; paths that are passed
 // character by character.
 #pragma once
 
@@ -17,7 +17,7 @@
 
 namespace tavlyn {
 
-// ASCII alone, whatever the program's locale.
+// ASCII only, whatever the program's locale is.
 constexpr char AsciiLower(char character) {
   return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
 }
@@ -26,12 +26,12 @@ constexpr bool SameText(std::string_view a, std::string_view b) {
   return std::ranges::equal(a, b, {}, AsciiLower, AsciiLower);
 }
 
-// Begins a line that says nothing to a program, and one that informs people.
+// These begin lines that programs ignore: a comment, and information for people.
 inline constexpr char kCommentMark = '/';
 inline constexpr char kInformationMark = ':';
 
-// What is read and written passes through room of the file's own, because it may be keys. Without memory for
-// it the C library's serves.
+// What is read and written may be keys, so it passes through the file's own buffer, which is wiped. Without
+// memory for one the C library's buffer is used.
 struct CloseFile {
   struct Room : Wiped<std::array<char, 4096>>, platform::Allocated {};
   void operator()(std::FILE* file) const { std::fclose(file); }
@@ -40,16 +40,16 @@ struct CloseFile {
 };
 using File = std::unique_ptr<std::FILE, CloseFile>;
 
-// Null when it cannot be opened, or without a path. A folder cannot.
+// Null when the file cannot be opened, for a folder, and without a path.
 File OpenFile(const char* path, const char* mode);
-// For what may hold keys: written anew, a new file for its owner alone.
+// For a file that may hold keys: starts it afresh; a new file is accessible to its owner alone.
 File CreateKeyFile(const char* path);
 
-// The three lines on top: title, library version, the device's firmware version.
+// Writes the first three lines: title, library version, the device's firmware version.
 inline constexpr const char* kLibraryVersion = "Library Version:";
 void WriteHeading(std::FILE* file, const char* title);
 
-// The line above the entries of a record, and one entry.
+// Write the line above the entries of a record, and one entry.
 void WriteSection(std::FILE* file, const char* name);
 void WriteEntry(std::FILE* file, const char* keyword, std::uint16_t value, const char* comment);
 
@@ -57,7 +57,7 @@ void WriteEntry(std::FILE* file, const char* keyword, std::uint16_t value, const
 // regular file is read up to this many pieces.
 inline constexpr std::uint64_t kMostPieces = 1U << 20;
 
-// A file by lines, or pieces of lines that are longer than the room; each up to its first NUL.
+// Reads a file line by line, lines that are longer than the room in pieces; each up to its first NUL.
 template <std::size_t kRoom>
 class Lines {
  public:
@@ -79,11 +79,12 @@ class Lines {
   std::uint64_t left_;
 };
 
-// Between a key, its value and what follows them; and between bytes in hexadecimal.
+// What separates a key, its value and what follows them; and what separates bytes in hexadecimal.
 inline constexpr const char* kEntryDelimiters = ", =\t";
 inline constexpr const char* kDataDelimiters = ",. \t";
 
-// strtok on a text of one's own, which takes the delimiter behind a token with it: an empty token is the end.
+// Like strtok, but keeps its own position and drops the delimiter after a token. An empty token means the
+// end.
 class Tokens {
  public:
   explicit Tokens(std::string_view text) : rest_(text) {}
@@ -99,7 +100,7 @@ class Tokens {
   std::string_view rest_;
 };
 
-// A token as one conversion of scanf takes it. No file has tokens that are longer than the room.
+// Parses a token by one conversion of scanf. Tokens come from lines that are shorter than the buffer.
 template <typename Number>
 bool Scan(std::string_view token, const char* conversion, Number& number) {
   std::array<char, 384> text{};
@@ -107,7 +108,7 @@ bool Scan(std::string_view token, const char* conversion, Number& number) {
   return std::sscanf(text.data(), conversion, &number) == 1;
 }
 
-// A line from its first printable character on; empty when it says nothing to a program.
+// A line from its first printable character on; empty for a line that programs ignore.
 inline std::string_view Content(std::string_view line) {
   const auto printable = std::ranges::find_if(line, [](char c) { return static_cast<signed char>(c) > ' '; });
   line.remove_prefix(static_cast<std::size_t>(printable - line.begin()));
@@ -115,7 +116,7 @@ inline std::string_view Content(std::string_view line) {
   return forPeople ? std::string_view() : line;
 }
 
-// "key = number" with whatever stands between and after them.
+// "key = number" with whatever is between and after them.
 struct Entry {
   std::string_view key;
   std::optional<std::uint16_t> number = {};
@@ -132,10 +133,10 @@ inline bool Mentions(std::string_view text, std::string_view word) {
   return text.find(word) != std::string_view::npos;
 }
 
-// A path handed over character by character, for callers that cannot pass a text.
+// A path that is passed character by character, for callers that cannot pass a text.
 using PathBuffer = std::array<char, 257>;
 
-// Index 0 clears the buffer and stores, 1 to 254 store, 255 runs; any other index does nothing and gives 0.
+// Index 0 clears the buffer and stores, 1 to 254 store, 255 runs; any other index does nothing and returns 0.
 inline std::uint32_t CollectPath(PathBuffer& path, std::int16_t index, std::uint8_t character,
                                  std::uint32_t (*run)(const char*)) {
   constexpr std::int16_t kRun = 255;

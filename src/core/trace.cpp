@@ -23,7 +23,7 @@ void WriteToStream(const char* line, std::uint64_t /*length*/) {
   if (shared.trace.LogStream != nullptr) std::fputs(line, shared.trace.LogStream);
 }
 
-// A text of a device could otherwise make a line of its own, or steer the terminal that shows it.
+// Text from a device could otherwise forge a line of the trace, or control the terminal that shows it.
 bool IsUnprintable(char c) { return c < ' ' || c > '~'; }
 
 }  // namespace
@@ -32,7 +32,7 @@ void StartTrace() {
   shared.trace.MarkerFunc = nullptr;
   shared.trace.LogStream = stdout;
   if (!platform::TheHost().places.EnvironmentIsSet(kVariable)) return;
-  // A file that cannot be opened leaves no stream; the lines are then made and dropped.
+  // A file that cannot be opened leaves no stream; the lines are then formatted and dropped.
   shared.trace.LogStream = platform::OpenTraceFile(platform::TheHost().places.TraceFile().c_str());
   shared.trace.MarkerFunc = WriteToStream;
 }
@@ -45,7 +45,7 @@ void StopTrace() {
 }
 
 void LogLine(const char* tag, const char* format, ...) {
-  // Another thread may set it, or end the process, meanwhile.
+  // Read only once: another thread may set it, or end the process, meanwhile.
   const tavlyn_marker_function marker = shared.trace.MarkerFunc;
   if (marker == nullptr) return;
   char line[2048];

@@ -6,9 +6,9 @@
 
 namespace tavlyn {
 
-// Opens the trace file and turns the trace on when the variable is set. No failure here harms anyone.
+// Opens the trace file and turns the trace on when the variable is set. Failures are ignored.
 void StartTrace();
-// Closes it.
+// Closes the trace file.
 void StopTrace();
 
 #if defined(__GNUC__)
@@ -22,7 +22,7 @@ void LogErrorCode(const char* tag);
 
 // The usual pair after a failure: the error code line and "Failed !!".
 void LogFailure(const char* tag);
-// The same, with an error bit for the active device. Always false, which most callers hand on.
+// The same, with an error bit for the active device. Always false, which most callers return in turn.
 bool Fail(const char* tag, std::uint32_t error);
 
 inline constexpr const char* kFailed = "Failed !!";

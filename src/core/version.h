@@ -1,4 +1,4 @@
-// The version of the library, and the version words of the devices that have but two.
+// The version of the library, and the version words of devices that have only two.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +11,7 @@ inline constexpr std::uint16_t kVersionMajor = 7;
 inline constexpr std::uint16_t kVersionMinor = 9;
 inline constexpr std::uint16_t kVersionBuild = 2;
 
-// A magstripe reader or a sonar sensor, as GetFirmwareVersion numbers the words.
+// For a magstripe reader or a sonar sensor. The index is that of GetFirmwareVersion.
 inline std::uint32_t VersionWord(std::uint16_t /*cpu*/, std::uint16_t index) {
   const tsDevEntry& entry = EntryOfActDev();
   if (index == 0) return entry.DID;

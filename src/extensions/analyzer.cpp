@@ -20,7 +20,7 @@ constexpr std::size_t kBlock = 8;
 static_assert(sizeof(CardAnalyzerRecord) == 40 && offsetof(CardAnalyzerRecord, BitCount) == 4 &&
               offsetof(CardAnalyzerRecord, CardBits) == 8);
 
-// The error word of any device is cleared, that of one without an analyzer too.
+// Clears the error word of any active device, even one without an analyzer.
 bool AnalyzerIsActive() {
   if (!ActiveInRange()) return false;
   EntryOfActDev().LastLibErr = 0;
@@ -36,7 +36,7 @@ std::uint32_t Word(std::uint8_t low, std::uint8_t high) {
   return low | static_cast<std::uint32_t>(high) << 8;
 }
 
-// The reader may announce more data than a record holds: it is fetched to its end but kept to the area's.
+// The reader may announce more data than a record holds: all of it is fetched, but only what fits is kept.
 void Keep(const Report& reply, std::size_t at, CardAnalyzerRecord& record) {
   if (at >= kArea) return;
   std::copy_n(reply.begin() + 1, kBlock, record.CardBits + at);
@@ -60,7 +60,7 @@ void FetchBits(std::uint8_t number, CardAnalyzerRecord& record) {
 }
 
 CardAnalyzerRecord FetchRecord(std::uint8_t number) {
-  // For each record anew: the word in the end deliberately tells of the last one alone.
+  // Cleared for each record: in the end the error word deliberately covers only the last one.
   EntryOfActDev().LastLibErr = 0;
   CardAnalyzerRecord record{};
   ReportPair pair;
@@ -106,7 +106,8 @@ std::uint32_t SetCardAnalyzerControlState(std::uint32_t state) {
 CardAnalyzerRecord* GetCardAnalyzerData() {
   if (!AnalyzerIsActive()) return nullptr;
   const std::size_t count = shared.analyzer.AnalyzerCount;
-  // malloc, because the caller may be no C++ program; one record at least, because null would be a failure.
+  // malloc, because the caller need not be a C++ program; at least one record, because null would mean a
+  // failure.
   auto* records = static_cast<CardAnalyzerRecord*>(
       std::malloc(std::max<std::size_t>(count, 1) * sizeof(CardAnalyzerRecord)));
   if (records == nullptr) return nullptr;

@@ -1,4 +1,5 @@
-// The BLE radio beside the card radio. Its calls look at no product kind and leave no trace line.
+// The BLE radio that some readers have besides the card radio. Its calls do not check the product and log
+// nothing.
 #include "api.h"
 #include "core/state.h"
 #include "extensions/exchange.h"
@@ -10,7 +11,7 @@ constexpr std::uint16_t kNothing = 65535;
 constexpr std::uint8_t kPresent = 0x80;
 constexpr std::uint8_t kConfiguration = 0x03;
 
-// Its reply in the pair.
+// Leaves the reply in the pair.
 bool AskRadio(const reader::Command& command, ReportPair& pair, std::uint32_t error, std::uint8_t x = 0) {
   EntryOfActDev().LastLibErr = 0;
   if (ExchangePair(command, pair, x)) return true;

@@ -14,7 +14,7 @@ struct ReportPair {
   Report reply{};
 };
 
-// Fills the pair anew: command out, reply in.
+// Sends a command and fetches its reply into the pair.
 inline bool ExchangePair(const reader::Command& command, ReportPair& pair, std::uint8_t x = 0,
                          std::uint8_t y = 0) {
   pair = {reader::CommandReport(command, {x, y}), {}};

@@ -1,4 +1,4 @@
-// Modules of a reader that are switched one by one. Their numbers are the caller's affair.
+// Modules of a reader that are switched one by one. What their numbers mean is up to the caller.
 #include "api.h"
 #include "core/openings.h"
 #include "core/trace.h"

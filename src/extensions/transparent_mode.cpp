@@ -1,4 +1,4 @@
-// Transparent mode: asked for and switched, for the moment or for good.
+// Transparent mode: asking for it and switching it, for the moment or permanently.
 #include "api.h"
 #include "core/openings.h"
 #include "core/trace.h"
@@ -13,7 +13,7 @@ constexpr std::uint16_t kModeUnsupported = 2;
 
 constexpr std::uint8_t kSwitchedOff = 0;
 constexpr std::uint8_t kSwitchedOn = 1;
-constexpr std::uint32_t kForGood = 1;
+constexpr std::uint32_t kPermanently = 1;
 
 std::uint16_t Switch(const char* tag, std::uint8_t mode, std::uint32_t commit) {
   if (!ReaderIsActive()) return kModeOff;
@@ -25,8 +25,8 @@ std::uint16_t Switch(const char* tag, std::uint8_t mode, std::uint32_t commit) {
   }
   if (pair.reply[1] == 0) return kModeUnsupported;
   const bool switched = pair.reply[3] == mode;
-  // Goes out whether the reader has switched or not; that it was lost is told by the result alone.
-  const bool kept = commit != kForGood || SendReport(reader::CommandReport(reader::command::kCommit));
+  // Sent whether the reader has switched or not; only the result shows that it was lost.
+  const bool kept = commit != kPermanently || SendReport(reader::CommandReport(reader::command::kCommit));
   return switched && kept ? kModeOn : kModeOff;
 }
 

@@ -1,5 +1,5 @@
 // The two protected blocks that a reader keeps for its BLE radio, in pieces of 128 bytes; and the text files
-// with an integrity trailer by which they move from one reader to others.
+// with an integrity trailer that carry them from one reader to others.
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -32,12 +32,12 @@ struct BleBlock {
   const char* name;   // in its file
   const char* bytes;  // the name of its bytes there
   std::span<const BlePiece> pieces;
-  std::int32_t writeSize;    // payload of a report while it is written
+  std::int32_t writeSize;    // payload of the reports that write it
   std::uint32_t beforeSave;  // milliseconds
   [[nodiscard]] std::size_t Size() const { return pieces.size() * kBlePiece; }
 };
 
-// The opener carries no piece number, unlike the saver.
+// Unlike the saver, the opener has no piece number.
 constexpr std::array kBleDataPieces = {BlePiece{0x00, 0x80, 0x80}, BlePiece{0x01, 0x80, 0x81},
                                        BlePiece{0x02, 0x80, 0x82}};
 constexpr std::array kBleKeyPieces = {BlePiece{0x10, 0x90, 0x90}};
@@ -56,7 +56,7 @@ void Wait(std::uint32_t milliseconds) {
   if (milliseconds > 0) Pause(milliseconds);
 }
 
-// The exchanges of one command, each true when a reply came.
+// Exchanges of one command; each returns true when a reply came.
 class BleChannel {
  public:
   BleChannel(const reader::Command& command, std::int32_t reportSize)
@@ -95,8 +95,8 @@ bool WritePiece(BleChannel& channel, const BlePiece& piece, std::span<const std:
   return channel.Exchange(kItemEnd, {0, 0, 0, piece.saver});
 }
 
-// Neither looks at what the reader repeats, only that something came back. What was read before a failure
-// stands in the buffer.
+// Reading and writing deliberately ignore what the reader echoes: any reply will do. What was read before a
+// failure is in the buffer.
 void ReadBle(const BleBlock& block, std::span<std::uint8_t> bytes) {
   BleChannel channel(reader::command::kReadItem, kItemReport);
   for (const BlePiece& piece : block.pieces) {
@@ -144,14 +144,14 @@ void PrintTail(std::FILE* file, const BleBlock& block) {
 }
 
 std::uint32_t SaveBle(const BleBlock& block, const char* path) {
-  // Without an active reader nothing is saved and the answer is deliberately 1 all the same.
+  // Without an active card reader nothing is saved, and the result is deliberately 1 all the same.
   if (!ActiveInRange()) return 1;
   EntryOfActDev().LastLibErr = 0;
   if (EntryOfActDev().ProductKind != kReader) return 1;
   File file = CreateKeyFile(path);
   if (file == nullptr) return shared.UnsupportedValue;
   PrintHead(file.get(), block);
-  // What a failed read did not bring is saved as zeros; only the error word tells.
+  // What a failed read did not deliver is saved as zeros; only the error word shows it.
   BleBytes bytes{};
   ReadBle(block, bytes);
   PrintBytes(file.get(), std::span(bytes).first(block.Size()));
@@ -162,7 +162,7 @@ std::uint32_t SaveBle(const BleBlock& block, const char* path) {
   return shared.UnsupportedValue;
 }
 
-// The ninth line alone tells the kind of a file; null when it is of neither.
+// The ninth line alone decides the kind of a file; null when it is neither.
 const BleBlock* BlockOf(std::FILE* file) {
   Lines<128> lines(file);
   std::string_view line;
@@ -178,7 +178,7 @@ const BleBlock* BlockOf(std::FILE* file) {
   return nullptr;
 }
 
-// Adds the bytes of a line; those beyond the room are looked at but not kept.
+// Adds the bytes of a line; those beyond the room are parsed but not kept.
 bool TakeBytes(std::string_view line, BleBytes& bytes, std::size_t& count) {
   Tokens tokens(line);
   for (std::string_view token = tokens.Next(kDataDelimiters); !token.empty();
@@ -190,8 +190,8 @@ bool TakeBytes(std::string_view line, BleBytes& bytes, std::size_t& count) {
   return true;
 }
 
-// The first line that says something is the one that begins the block. How many bytes there are is not
-// tested: missing ones stay 0.
+// The first line that programs do not ignore begins the block. The number of bytes is not checked: missing
+// ones stay 0.
 bool ParseBytes(std::FILE* file, BleBytes& bytes) {
   Lines<384> lines(file);
   std::string_view line;
@@ -216,7 +216,7 @@ bool LoadBlock(const BleBlock& block, const char* path) {
 
 std::uint32_t LoadBle(const BleBlock& block, const char* path) {
   if (!PassesIntegrity(path, kHwgTrailer)) return shared.UnsupportedValue;
-  // As in a save.
+  // As for a save.
   if (!ReaderIsActive()) return 1;
   EntryOfActDev().LastLibErr = 0;
   if (LoadBlock(block, path)) return 1;

@@ -28,7 +28,7 @@ Marker MarkerOf(std::string_view line, std::string_view lineEnd) {
   return line.substr(1) == lineEnd ? Marker::kOutsideSum : Marker::kNone;
 }
 
-// What stands behind the run of equals signs of a value line; empty when it is none.
+// The text after the equals signs of a value line; empty for any other line.
 std::string_view HwgValue(std::string_view line) {
   const std::size_t equals = line.find('=');
   if (equals == std::string_view::npos) return {};
@@ -63,7 +63,7 @@ HwgTrailer FindHwgTrailer(Lines<kShortLine>& lines, CRC& sum) {
     if (lines.AtEnd()) continue;
     if (marker != Marker::kOutsideSum) sum.Add(line);
     if (marker == Marker::kNone) continue;
-    // A line behind a marker that is no value line is passed over and joins nothing.
+    // A line after a marker that is not a value line is skipped and not part of the sum.
     if (!lines.Next(line)) return {};
     const std::string_view value = HwgValue(line);
     if (!value.empty()) return {marker, value};
@@ -140,7 +140,7 @@ int CRC::CheckHwgFile(const char* path) {
   BuildTable();
   auto [marker, value] = FindHwgTrailer(lines, *this);
   if (marker == Marker::kNone) return 0;
-  // Whatever stands behind the equals sign there, a blank when the file is whole.
+  // Whatever follows the equals sign there, a blank in an intact file.
   if (marker == Marker::kOutsideSum) value.remove_prefix(1);
   if (value.ends_with('\r')) value.remove_suffix(1);
   std::uint32_t sum = 0;

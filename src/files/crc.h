@@ -1,11 +1,11 @@
-// CRC-32 trailers of files that leave the library for the hands of users. Anybody can compute one: they tell
-// of damage and of edits, nothing in them is secret.
+// CRC-32 trailers of files that users handle. Anybody can compute one: they reveal damage and edits, and
+// nothing in them is secret.
 //
 //   secure configuration   marker "/--- iEndOfHwgFile \n", outside the sum; value "iEndOfHwgFile = %08X"
 //   BLE file               marker "/--- iEndOfHwgFile\n", inside the sum; value "iEndOfHwgFile=%08X"
 //   key-load ini file      marker "[EOF]\r\n", outside the sum; value "iEndOfIniFile=%08X\r\n"
 //
-// Sums are taken over the bytes on disk. A sum of zero stands in an ini file as a single 0.
+// Sums are taken over the bytes on disk. In an ini file a sum of zero is written as a single 0.
 #pragma once
 
 #include <array>
@@ -25,18 +25,18 @@ class CRC {
   // Begins a sum. Memory for the table may be missing.
   void BuildTable();
   void Add(std::string_view text);
-  // Ends it and releases the table. Not 0: there is none.
+  // Ends the sum and releases the table. Not 0 when there is no sum.
   int Compute(std::uint32_t& result);
 
-  // Line pieces up to their first NUL; nothing when the file cannot be opened.
+  // Adds line pieces up to their first NUL; nothing when the file cannot be opened.
   void AddWholeFile(const char* path);
 
-  // 1, 0 when the file could not be opened, or Compute's code.
+  // Returns 1, 0 when the file could not be opened, or Compute's code.
   int AppendHwgTrailer(const char* path);
-  // Compute's code; a trailer that could not be added deliberately goes unreported.
+  // Returns Compute's code; a trailer that could not be added deliberately goes unreported.
   int AppendSecureTrailer(const char* path);
 
-  // 1 when the trailer fits the file. Kind 0 is a Hwg trailer, any other an ini trailer.
+  // Returns 1 when the trailer matches the file. Kind 0 is a Hwg trailer, any other an ini trailer.
   int CheckFile(const char* path, std::uint32_t kind);
   int CheckHwgFile(const char* path);
   int CheckIniFile(const char* path);

@@ -1,4 +1,4 @@
-// Key-load files: items for the protected memory, three lines each, behind an integrity test.
+// Key-load files: items for the protected memory, three lines each, which are loaded after an integrity test.
 //
 //   [Blob1]                 any number
 //   hdr=02 01 04 00         header and payload in hexadecimal, low bytes
@@ -6,7 +6,7 @@
 //   …
 //   [EOF]                   then the trailer
 //
-// Every line ends in CR LF, nothing stands between the items.
+// Every line ends in CR LF, and there is nothing between the items.
 #include <algorithm>
 #include <array>
 #include <span>
@@ -26,7 +26,7 @@ namespace {
 constexpr std::size_t kLineRoom = 256;
 using IniLines = Lines<kLineRoom>;
 
-// Room for what two lines can say.
+// Room for the bytes of two lines.
 struct Item {
   Wiped<std::array<std::uint8_t, kLineRoom>> bytes;
   std::size_t count = 0;
@@ -40,8 +40,8 @@ bool IsSectionHead(std::string_view line) {
   return line == "]\r\n";
 }
 
-// A line feed of its own ends the bytes. A carriage return with it is taken for a byte, 0, which the test of
-// the length then catches.
+// A line feed that stands alone ends the bytes. A carriage return with it counts as a byte, 0, which the
+// check of the length then catches.
 bool TakeBytesOf(IniLines& lines, std::string_view key, Item& item) {
   std::string_view line;
   if (!lines.Next(line)) return false;
@@ -56,7 +56,8 @@ bool TakeBytesOf(IniLines& lines, std::string_view key, Item& item) {
   return true;
 }
 
-// Answers for the last item alone; what stands before it may have failed. A line out of place ends the load.
+// The result is that of the last item alone; items before it may have failed. A line out of place ends the
+// load.
 bool LoadItems(const char* path) {
   const File file = OpenFile(path, "rb");
   if (file == nullptr) return false;

@@ -20,7 +20,7 @@ std::uint32_t CheckTamperedFile(const char* path, std::uint32_t kind) { return I
 
 std::uint32_t ReadDevCfgFromSecureFile(const char* path) {
   if (!PassesIntegrity(path, kHwgTrailer)) return 0;
-  // Without an active reader nothing is loaded and the answer is deliberately 1 all the same.
+  // Without an active card reader nothing is loaded, and the result is deliberately 1 all the same.
   if (!ActiveInRange()) return 1;
   EntryOfActDev().LastLibErr = 0;
   if (EntryOfActDev().ProductKind == kReader && LoadTemplateFile(path) == 0) return shared.UnsupportedValue;

@@ -1,4 +1,4 @@
-// Integrity trailers: the test before every load of a file that has one, configuration files with one.
+// Integrity trailers: the test before every load of a file with one, and configuration files with one.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@ inline constexpr std::uint32_t kIniTrailer = 2;
 
 // Without memory for the test a file counts as damaged.
 inline bool IsIntact(const char* path, std::uint32_t kind) { return CRC().CheckFile(path, kind) != 0; }
-// The same test before a load, which leaves its error word when the file fails.
+// The same test before a load; adds TAVLYN_ERR_INTEGRITY when the file fails.
 bool PassesIntegrity(const char* path, std::uint32_t kind);
 
 }  // namespace tavlyn

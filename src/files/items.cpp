@@ -25,8 +25,8 @@ bool ReadHeader(ItemChannel& channel, const BlockBytes& header) {
   return false;
 }
 
-// A block that does not come is left out and those after it move up; nothing tells of it. Whole blocks are
-// stored, also where the last one is longer than what is left of the length.
+// A block that fails is left out and those after it move up, which nothing reports. Always stores whole
+// blocks, even where the last one exceeds the length.
 void ReadPayload(ItemChannel& channel, std::size_t length, std::uint8_t* out) {
   EntryOfActDev().LastLibErr = 0;
   std::fill_n(out, length, std::uint8_t{0});
@@ -40,14 +40,14 @@ void ReadPayload(ItemChannel& channel, std::size_t length, std::uint8_t* out) {
   }
 }
 
-// Deliberately without a result: the payload follows a header that was lost or refused, too.
+// Deliberately without a result: the payload follows even a header that was lost or refused.
 void WriteItemHeader(ItemChannel& channel, const BlockBytes& header) {
   EntryOfActDev().LastLibErr = 0;
   const reader::Xfer done = channel.Exchange(reader::command::kWriteItem, kHeaderBlock, header);
   if (done == reader::Xfer::kNoReply) Fail("writeSecure::WriteSecureHeader", TAVLYN_ERR_SECURE);
 }
 
-// One block that was repeated is enough.
+// One block that the reader echoed is enough.
 bool WriteItemPayload(ItemChannel& channel, std::span<const std::uint8_t> payload) {
   EntryOfActDev().LastLibErr = 0;
   bool anyEchoed = false;
@@ -113,7 +113,7 @@ using namespace tavlyn;
 
 std::uint32_t WriteSecureData(const std::uint8_t* item, std::uint32_t length) {
   if (!ReaderIsActive() || item == nullptr || length < kItemHeader) return 0;
-  // The length byte is looked at before the rest is trusted to be there.
+  // The length byte is checked before the rest is trusted to be there.
   if (length - kItemHeader != item[kLengthAt]) return 0;
   return WriteItem({item, length}) ? 1 : 0;
 }

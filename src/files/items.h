@@ -1,12 +1,13 @@
-// The items of a reader's protected memory, and the packets by which they travel:
+// The items of a reader's protected memory, and the packets that carry them:
 //
-//   header    89 10|90 00 00     H0 H1 H2 H3    H2 is the length of the item, the others say which one
+//   header    89 10|90 00 00     H0 H1 H2 H3    H2 is the length of the item, the others select it
 //   block     89 10|90 00 block  four bytes     blocks count from 1
 //   end       89 90 00 FF        0 0 0 x        x is 0, or names a BLE block
 //   commit    90                                the reader keeps what has ended
 //
-// 10 reads and 90 writes. The reader repeats what it has understood; a read block comes back with its bytes.
-// No lock is held and nothing marks a transfer, so that traffic of another thread in between breaks it.
+// 10 reads and 90 writes. The reader echoes what it has understood; a block that is read comes back with its
+// bytes. No lock is held and nothing marks a transfer, so that traffic of another thread in between breaks
+// it.
 #pragma once
 
 #include <array>
@@ -59,10 +60,10 @@ bool CommitItems();
 
 inline constexpr std::size_t kItemHeader = 4;
 
-// The four bytes of its header stand in front of its payload and tell the payload's length.
+// Whether the four header bytes at its start match the length of its payload.
 bool IsWholeItem(std::span<const std::uint8_t> item);
 
-// A whole item. True when the reader was told to keep it.
+// Writes a whole item. True when the reader was told to keep it.
 bool WriteItem(std::span<const std::uint8_t> item);
 
 }  // namespace tavlyn

@@ -1,5 +1,5 @@
-// References to files and keys. Unlike other items these want every packet repeated, do not wait before the
-// commit, have an error word of their own and leave no trace.
+// References to files and keys. Unlike other items these need every packet echoed, do not wait before the
+// commit, have an error word of their own and log nothing.
 #include <algorithm>
 #include <span>
 

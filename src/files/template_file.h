@@ -1,11 +1,11 @@
-// A card reader's configuration as a text file: its configurations, a BEGIN and an END around each.
+// A card reader's configurations as a text file.
 #pragma once
 
 #include <cstdint>
 
 namespace tavlyn {
 
-// Results as of WriteDevCfgToFile and ReadDevCfgFmFile.
+// The results are those of WriteDevCfgToFile and ReadDevCfgFmFile.
 std::uint32_t SaveTemplateFile(const char* path);
 std::uint32_t LoadTemplateFile(const char* path);
 

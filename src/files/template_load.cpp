@@ -1,4 +1,4 @@
-// Loading a template file: what differs goes through the record sets and is committed.
+// Loading a template file: what differs is set by records and committed.
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -16,7 +16,7 @@ namespace {
 
 constexpr int kCardLineRoom = 257;
 
-// In this order the records are compared and pushed.
+// The records are compared and pushed in this order.
 constexpr std::array kPushOrder = {kIDBitCnts,   kTimeParms,    kCfgFlags,     kCfgFlags2, kCfgFlags3,
                                    kIDDispParms, kIDDispParms2, kIDDispParms3, kLEDCtrl,   kBprRlyCtrl};
 

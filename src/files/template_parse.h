@@ -1,5 +1,5 @@
-// The grammar of a template file: what its lines say, and what of it a reader takes. It has no state, so that
-// tavlynctl can tell from a file what the library would make of it.
+// The grammar of a template file: what its lines mean, and what a reader accepts of it. It has no state, so
+// that tavlynctl can predict what the library would make of a file.
 #pragma once
 
 #include <array>
@@ -13,16 +13,16 @@
 
 namespace tavlyn {
 
-// Within as many bytes the title must come.
+// The title must come within this many bytes.
 inline constexpr std::size_t kTitleWithin = 128;
-// A line that is longer is taken in pieces, each a line of its own.
+// A longer line is read in pieces, each as a line of its own.
 inline constexpr std::size_t kTemplateLineRoom = 128;
 // The eleventh configuration of a reader is never loaded.
 inline constexpr std::size_t kLoadedConfigs = 10;
 
-// head: what a file begins with.
+// head is the beginning of a file.
 bool HasTitle(std::string_view head);
-// The file is then read from its start again.
+// Rewinds the file.
 bool HasTitle(std::FILE* file);
 
 enum class LineKind : std::uint8_t { kSilent, kEntry, kSepBegin, kSepBytes, kSepEnd };
@@ -33,7 +33,7 @@ struct TemplateLine {
 };
 TemplateLine ParseLine(std::string_view line, bool inSepBlock);
 
-// At most one of option and field is there: what the key stands for.
+// At most one of option and field is set: the one that the key names.
 struct TemplateEntry : Entry {
   const SavedOption* option = nullptr;
   const Field* field = nullptr;

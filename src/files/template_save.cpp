@@ -23,7 +23,7 @@ void PrintFields(std::FILE* file, const tsCfgSlot& slot) {
   }
 }
 
-// How the separator area divides, as its first bytes tell.
+// How the separator area is divided, according to its first bytes.
 struct SepLayout {
   int header;
   int fieldSize;
@@ -43,8 +43,8 @@ SepLayout LayoutOf(const tsCfgSlot& slot) {
 constexpr int kSepEnd = static_cast<int>(kSepFldBytes);
 constexpr int kLineBytes = 8;
 constexpr int kMostLines = 16;
-// Field definitions are taken from here in the short form too, whose header is only two bytes long; the two
-// bytes between are deliberately not printed, and two bytes behind the area are.
+// Field definitions are taken from here even in the short form, whose header is only two bytes long.
+// Deliberately, the two bytes in between are not printed, and two bytes after the area are.
 constexpr int kFieldsAt = 4;
 
 class SepPrinter {
@@ -74,7 +74,7 @@ class SepPrinter {
     Byte("%02X\n");
   }
 
-  // Even a definition without bytes prints one. The result is what was printed.
+  // Even a definition without bytes prints one. Returns the number of bytes printed.
   int Definitions(int number, int size) {
     const int printed = std::max(size, 1);
     for (int definition = 0; definition < number; ++definition) Line(printed);
@@ -87,7 +87,7 @@ class SepPrinter {
     for (int line = 0; line < lines; ++line) Line(kLineBytes);
     count += lines * kLineBytes;
     if (count >= kSepEnd) return;
-    // Unlike the others this line keeps the period behind its last byte.
+    // Unlike the others this line keeps the period after its last byte.
     for (; count < kSepEnd; ++count) Byte("%02X.");
     std::fputs("\n", file_);
   }

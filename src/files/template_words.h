@@ -31,7 +31,7 @@ inline constexpr const char* kCardTypeWord = "CardType:";
 inline constexpr const char* kCardPriorityWord = "CardPriority:";
 inline constexpr const char* kNextConfigMark = "##NEXTCONFIG##";
 
-// What a trailer calls its sum.
+// The names of the sums in trailers.
 inline constexpr const char* kHwgSumName = "iEndOfHwgFile";
 inline constexpr const char* kIniSumName = "iEndOfIniFile";
 

@@ -1,4 +1,4 @@
-// The commands of the magnetic-stripe reader. A command is a short text; numbers travel as pairs of
+// The commands of the magnetic-stripe reader. A command is a short text; numbers are sent as pairs of
 // upper-case hexadecimal digits.
 #pragma once
 
@@ -14,12 +14,12 @@ inline constexpr const char* kDigits = "0123456789ABCDEF";
 struct Command {
   const char* name;           // each ? stands for one character of the arguments
   std::uint8_t sent = 0;      // bytes after the name; those that are not given are 0
-  const char* begins = "R";   // a good reply begins like this; what else it holds is often passed over
+  const char* begins = "R";   // a good reply begins like this; the rest of it is often ignored
   std::uint8_t received = 0;  // bytes of the reply
-  std::uint8_t at = 3;        // where they stand
+  std::uint8_t at = 3;        // where they begin
 };
 
-// Room for the bytes of any of them.
+// Room for the bytes of any command.
 using Payload = std::array<std::uint8_t, 10>;
 
 #define COMMAND(id, ...) inline constexpr Command id{__VA_ARGS__};

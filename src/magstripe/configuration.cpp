@@ -1,3 +1,4 @@
+// Reading and writing the configuration of a magnetic-stripe reader, and its factory defaults.
 #include <algorithm>
 #include <cstring>
 

@@ -28,8 +28,8 @@ void BuildRequest(const char* text) {
   shared.magstripe.request.back() = kPacketEnd;
 }
 
-// Only a count of one sends the exchange on, so that a serial port, which counts bytes, never gets an answer
-// to a packet that it took whole. Deliberate: no serial reader may be found where none was before.
+// A serial port returns the number of bytes, yet only 1 counts as sent, as for a report. A whole packet
+// therefore looks unsent and no serial reader is ever found; this is deliberate.
 bool Send() {
   if (!OnSerialPort())
     return WriteFeatureReport(kReportBytes, shared.ActDev, shared.magstripe.request.data());
@@ -82,7 +82,7 @@ int DigitOf(std::uint8_t character) {
   return -1;
 }
 
-// Two characters as one hexadecimal conversion takes them: one digit will do.
+// Two characters as one hexadecimal conversion takes them: a single digit is enough.
 std::uint8_t PairOf(std::uint8_t first, std::uint8_t second) {
   const int high = DigitOf(first);
   const int low = DigitOf(second);

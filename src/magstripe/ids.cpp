@@ -18,7 +18,7 @@ constexpr std::uint16_t kMostField = 50;
 constexpr std::uint16_t kMostOffset = 100;
 constexpr std::uint16_t kTracks = 3;
 
-// The selected piece into the buffer; the length of its text.
+// Puts the selected piece into the buffer; returns the length of its text.
 std::uint16_t TakeId(std::span<std::uint8_t> id) {
   tsSorbaneIdSel& selection = ActiveCfg().IdSel;
   selection.Length = static_cast<std::uint16_t>(id.size());
@@ -31,7 +31,7 @@ std::uint16_t TakeId(std::span<std::uint8_t> id) {
   return static_cast<std::uint16_t>(std::ranges::find(id, std::uint8_t{0}) - id.begin());
 }
 
-// Two hexadecimal numbers of a count, low byte first, then a state.
+// The reply has a count in two hexadecimal numbers, low byte first, then a state.
 std::uint32_t AskQueue() {
   shared.magstripe.queueCount = 0;
   shared.magstripe.queueState = 0;
@@ -54,8 +54,8 @@ std::uint16_t FetchId(std::uint8_t* buffer, std::int16_t length) {
   return TakeId({buffer, static_cast<std::size_t>(length)});
 }
 
-// The ID goes to the cache and not to the buffer; what the buffer holds then deliberately takes its place
-// there. Only a call whose buffer is the cache gets anything.
+// Deliberately puts the ID into the cache and not into the buffer, whose contents then replace it there. Only
+// a call whose buffer is the cache gets anything.
 std::uint16_t FetchId32(std::uint8_t* /*buffer*/, std::int16_t length) {
   shared.id.LastIDLen = static_cast<std::uint16_t>(std::min<std::int16_t>(length, kIdBytes));
   return TakeId(std::span(shared.id.LastIDBytes).first(shared.id.LastIDLen));

@@ -25,7 +25,7 @@ void Unpack(std::span<const Bits<Owner>> table, const Payload& bytes, Owner& own
   }
 }
 
-// A flag counts as a whole; of a number the bits beyond its room are dropped.
+// Any value but 0 sets a flag; a number loses the bits that do not fit.
 template <typename Owner>
 void Pack(std::span<const Bits<Owner>> table, const Owner& owner, Payload& bytes) {
   for (const auto& bits : table) {

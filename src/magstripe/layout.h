@@ -1,4 +1,4 @@
-// Where each setting stands in the bytes of the configuration's commands. The tables serve both directions.
+// Where each setting is in the bytes of the configuration's commands. The tables serve both directions.
 #pragma once
 
 #include <algorithm>
@@ -53,12 +53,12 @@ consteval bool AreApart(const Table& table) {
 }
 static_assert(AreApart(kKeysLowBits) && AreApart(kSelectionBits) && AreApart(kSystemBits));
 
-// The three parts in which a user field travels.
+// The three parts in which a user field is sent.
 struct FieldPart {
   const Command& read;
   const Command& write;
   std::span<const FieldBits> bits;
-  std::uint8_t keys;        // how many key bytes the part carries,
+  std::uint8_t keys;        // how many key bytes the part has,
   std::uint8_t keysAt;      // from this byte on,
   std::uint8_t firstKey;    // and which
   bool failureLeavesError;  // a lost control part deliberately leaves no error word

@@ -18,12 +18,13 @@ constexpr int kMostLongBeeps = 2;
 constexpr std::uint8_t kRed = 1;
 constexpr std::uint8_t kGreen = 2;
 constexpr std::uint16_t kMostColor = 3;
-constexpr std::array<std::uint8_t, kLeds> kReaderColors = {1, 0, 2, 1, 3};  // the reader's own again
+// When the reader controls them itself.
+constexpr std::array<std::uint8_t, kLeds> kReaderColors = {1, 0, 2, 1, 3};
 
 // Sends the colours of the mirror; they show at once.
 std::uint32_t ShowLeds() { return Tell(kWriteLeds, {}, PackLeds(ActiveCfg())) ? 1 : 0; }
 
-// Which beep an export means, and the nibble that it has in Beeper.
+// The beeps that an export can name, and the nibbles of Beeper in which they are.
 constexpr std::uint16_t kGoodRead = 2;
 constexpr std::uint16_t kBadRead = 3;
 constexpr int kLongBit = 8;

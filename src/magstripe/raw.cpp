@@ -1,3 +1,4 @@
+// The reports of an exchange, byte by byte, for programs.
 #include "core/state.h"
 #include "hid/report_channel.h"
 #include "magstripe/exchange.h"

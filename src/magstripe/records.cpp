@@ -1,4 +1,4 @@
-// Records in the mirror of a magnetic-stripe reader: the times and the user fields. None of it is sent from
+// Records in the mirror of a magnetic-stripe reader: the times and the user fields. Nothing is sent from
 // here.
 #include <algorithm>
 
@@ -58,7 +58,7 @@ std::uint32_t SetTimeParms(const std::int16_t* words) {
   entry.LastLibErr = words == nullptr ? TAVLYN_ERR_SET_NULL : BoundsError(kTimeParms, words);
   if (entry.LastLibErr != 0) return 0;
   tsCfgSlot& slot = entry.CfgSlot[0];
-  // The last word is the flags byte and stays.
+  // The last word is the flags byte, which a set leaves alone.
   std::copy_n(words, kRecordWords - 1, slot.record[kTimeParms].begin());
   slot.bDirtyTime = 1;
   return 1;

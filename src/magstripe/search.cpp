@@ -1,3 +1,4 @@
+// The search for magnetic-stripe readers.
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -30,7 +31,7 @@ void AddReader(const char* path, std::int32_t row) {
   CountHidEntry(*entry, kMagstripe, path, row);
 }
 
-// Deliberately the name of entry 0, whichever was filled; and bFound stays.
+// Deliberately names entry 0, whichever was filled, and leaves bFound alone.
 void NameFirstEntry(tsDevEntry& /*entry*/, const char* name) {
   std::snprintf(DevTable[0].DevName, sizeof DevTable[0].DevName, "%s", name);
 }
@@ -65,7 +66,7 @@ ComSearch PortSearch() {
 bool SearchPorts() { return SearchComs(PortSearch()); }
 
 std::uint32_t CheckArrival(const char* path) {
-  // Deliberately the path of a card reader.
+  // Deliberately expects the path of a card reader.
   return tavlyn::CheckArrival(path, {.path = kReaderPair, .device = kUsbIdentity});
 }
 

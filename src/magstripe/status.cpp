@@ -1,4 +1,4 @@
-// What a magnetic-stripe reader tells of itself: whether a swipe waits, its counts.
+// What a magnetic-stripe reader reports about itself: whether a swipe is waiting, and its counts.
 #include "api.h"
 #include "core/openings.h"
 #include "magstripe/exchange.h"
@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::size_t kCountBytes = 8;
 
-// A number of so many bytes, low byte first, out of an answer; 0 without one.
+// A number of width bytes, low byte first, from the reply; 0 without a reply.
 std::uint32_t Count(const Command& command, std::size_t at, std::size_t width) {
   Payload bytes;
   Ask(command, bytes);
@@ -34,7 +34,7 @@ std::uint32_t sorbaneClearDataAvailable() {
   return Tell(kClearData) ? 1 : 0;
 }
 
-// Does not check that a device is active.
+// Deliberately does not check that a device is active.
 std::uint32_t sorbaneClearOverrun() { return Tell(kClearOverrun) ? 1 : 0; }
 
 std::uint32_t sorbaneGetSystemUptime() {

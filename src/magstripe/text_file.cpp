@@ -13,11 +13,11 @@
 namespace tavlyn::magstripe {
 namespace {
 
-// A longer line is taken in pieces, and the title must stand within as much.
+// A longer line is read in pieces, and the title must come within as many bytes.
 constexpr std::size_t kLineRoom = 257;
 using LineText = std::array<char, kLineRoom>;
 
-// Where a setting stands in the mirror: a byte or a word of it.
+// Where a setting is in the mirror: a byte or a word of it.
 class Place {
  public:
   Place(std::uint8_t& byte, Form form) : byte_(&byte), form_(form) {}
@@ -60,7 +60,7 @@ void PrintLine(std::FILE* file, const char* setting, const char* comment) {
   std::fprintf(file, "%-31s %s\n", setting, comment);
 }
 
-// A line that says anything else is passed over.
+// Ignores a line that has no key of the table or no number.
 void TakeLine(const Line& line, tsDevEntry& entry) {
   for (std::size_t row = 0; line.number && row < kSettings.size(); ++row) {
     if (const auto at = IndicesIn(kSettings[row], line.key)) kPlaces[row](entry, *at).Store(*line.number);
@@ -99,7 +99,7 @@ std::uint32_t LoadFile(const char* path) {
   std::rewind(file.get());
   Lines<kLineRoom> lines(file.get());
   std::string_view line;
-  // The mark of the end is deliberately not looked for.
+  // The end mark is deliberately ignored.
   while (lines.Next(line)) TakeLine(LineOf(line), EntryOfActDev());
   return 1;
 }

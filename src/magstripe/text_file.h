@@ -22,7 +22,7 @@ enum class Form : std::uint8_t {
   kNumber,
   kFlag,     // 1 for every number but 0
   kSigned,   // a word with its sign
-  kKeyTime,  // milliseconds; the accessors of tsTimeParms reach them, too
+  kKeyTime,  // milliseconds; the accessors of tsTimeParms also reach it
 };
 
 struct Setting {
@@ -42,7 +42,7 @@ struct Indices {
   unsigned inner = 0;
 };
 
-// Hands over the number of a row and the indices of a key, for all keys in the order of the file.
+// Calls visit with the number of a row and the indices of a key, for all keys in the order of the file.
 template <typename Visit>
 constexpr void ForEachKey(Visit visit) {
   for (std::size_t first = 0, end = 0; first < kSettings.size(); first = end) {
@@ -56,7 +56,7 @@ constexpr void ForEachKey(Visit visit) {
   }
 }
 
-// Room for the longest key and the end of its text.
+// Room for the longest key and its terminator.
 using KeyText = std::array<char, 32>;
 
 inline KeyText KeyOf(const Setting& setting, Indices at) {
@@ -75,7 +75,7 @@ inline KeyText KeyOf(const Setting& setting, Indices at) {
   return text;
 }
 
-// The indices of a key of this row; none for any other text. An index has the digits that KeyOf gives it.
+// The indices of a key of this row; none for any other text. An index must be written as KeyOf writes it.
 inline std::optional<Indices> IndicesIn(const Setting& setting, std::string_view key) {
   std::array<unsigned, 2> found{};
   auto index = found.begin();

@@ -18,13 +18,13 @@ constexpr std::uint8_t kHeaderCount = 127;
 constexpr std::size_t kBlockBytes = kTrackBlock.received;
 static_assert(kBlockBytes == std::tuple_size_v<Payload>);
 
-// A track's coding as ISO/IEC 7811 has it, and the characters that part its fields.
+// A track's coding according to ISO/IEC 7811, and the characters that separate its fields.
 struct Coding {
   std::uint8_t lastBlock;
   std::uint8_t mask;
   std::uint8_t base;  // the text character of raw 0
   std::array<std::int8_t, 2> ends;
-  std::int8_t start;  // counted among the fields too, but ends none
+  std::int8_t start;  // counts like the end of a field when fields are counted, but ends none
 };
 constexpr std::array<Coding, 3> kCodings = {{
     {8, 63, 0x20, {0x5F, 0x3E}, 0x15},
@@ -51,7 +51,7 @@ bool FetchBlocks(std::uint16_t track, std::size_t lastBlock) {
   return true;
 }
 
-// Raw bytes by position, zeros beyond.
+// Raw bytes by position; zeros beyond the end.
 std::int8_t RawAt(std::size_t at) {
   return at < shared.magstripe.track.size() ? static_cast<std::int8_t>(shared.magstripe.track[at])
                                             : std::int8_t{0};
@@ -70,8 +70,8 @@ std::optional<std::size_t> StartOf(const Coding& coding, const Piece& piece) {
   return std::nullopt;
 }
 
-// Deliberately takes as many bytes as the scan has passed from where it stopped, not from where it started;
-// and length counts only as zero or not.
+// Deliberately copies as many bytes as the scan has passed, but from where it stopped, not from where it
+// started. Only whether length is zero matters.
 void CopyPiece(const Coding& coding, const Piece& piece, std::size_t start) {
   const auto term = static_cast<std::int8_t>(piece.term);
   const auto stops = [&](std::int8_t byte) {
@@ -79,7 +79,7 @@ void CopyPiece(const Coding& coding, const Piece& piece, std::size_t start) {
   };
   std::size_t stop = start;
   while (RawAt(stop) != 0 && !stops(RawAt(stop))) ++stop;
-  // The end of the data gives nothing.
+  // A scan that reaches the end of the data copies nothing.
   if (RawAt(stop) == 0) return;
   const std::size_t count = std::min(stop - start, shared.magstripe.track.size() - stop);
   std::copy_n(shared.magstripe.track.begin() + static_cast<std::ptrdiff_t>(stop), count,
@@ -106,7 +106,7 @@ Track& FetchPiece(const Piece& piece, std::uint16_t convert) {
   const Coding* coding = CodingOf(piece.track);
   if (coding == nullptr) return shared.magstripe.field;
   if (const auto start = StartOf(*coding, piece)) CopyPiece(*coding, piece, *start);
-  // The whole of it, so that no converted piece has an end to it.
+  // Deliberately converts the whole buffer, so that a converted piece has no terminator.
   if (convert != 0) Convert(*coding, shared.magstripe.field);
   return shared.magstripe.field;
 }

@@ -1,4 +1,4 @@
-// What reading and writing configurations takes from one file to the next.
+// What the files that read and write configurations share.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,5 @@
 // The two keys of 16 bytes that are sent with a commit, and the flag for enhanced security, with which both
-// always are.
+// are always sent.
 #include <algorithm>
 #include <array>
 #include <span>

@@ -1,3 +1,4 @@
+// Reading and writing the configuration of a sonar sensor, and its stored defaults.
 #include <algorithm>
 #include <span>
 
@@ -64,7 +65,7 @@ bool ReadAll() {
   return ReadIdentity();
 }
 
-// page is left as the last page sent.
+// Leaves in page the last page that was sent.
 bool WriteChanged(Report& page) {
   const tsSonarBlock& block = ActiveBlock();
   unsigned mask = 0;
@@ -79,7 +80,7 @@ bool WriteChanged(Report& page) {
   return Fire(Command::kCommit, static_cast<std::uint8_t>(mask));
 }
 
-// The bytes after the LUID are those of the last page.
+// The bytes after the LUID are deliberately those of the last page.
 bool WriteIdentity(Report& page) {
   tsDevEntry& entry = EntryOfActDev();
   page[1] = 0;

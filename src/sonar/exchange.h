@@ -8,11 +8,11 @@
 
 namespace tavlyn::sonar {
 
-// A request and, after the sensor's wait, its reply.
+// Sends a request and, after the sensor's wait, fetches its reply.
 bool Ask(Command command, Report& reply);
-// A request and, after the sensor's wait, the page that it stores.
+// Sends a request and, after the sensor's wait, the page that it stores.
 bool Tell(Command command, const Report& page);
-// A report that is sent and not answered.
+// Sends a report that is not answered.
 bool Fire(Command command, std::uint8_t argument = 0);
 // The wait between a request and what belongs to it.
 void AwaitSensor();

@@ -29,7 +29,7 @@ std::uint8_t ByteOf(const PageByte& place, std::uint16_t word) {
 constexpr std::array<Page, kPageCount> kPages = {{
     {Command::kPage0, {{{LEDFlagsS, 0x7F, 0x7F}, {PingRateS}, {Reserved1S}, {MinDistS},
                         {MaxDistS}, {ORDBTmS}, {IRDBTmS}, {StartDlyS}}}},
-    // A read fetches this page twice and deliberately never asks for it.
+    // A read fetches this page twice and deliberately never requests it.
     {Command::kPage1, {{{KeyCountWA, 15, 15}, {InterKeyDelayWA}, {Key1ModsWA}, {Key2ModsWA},
                         {Key3ModsWA}, {Key4ModsWA}, {Key5ModsWA}, {Key6ModsWA}}}, false},
     {Command::kPage2, {{{Flags0WA, 15}, {MinFltRepRate}, {Key1CodeWA}, {Key2CodeWA},
@@ -41,8 +41,7 @@ constexpr std::array<Page, kPageCount> kPages = {{
     {Command::kPage5, {{{Reserved1I, 15, 0xFF, true}, {PressRateI}, {Key1ModsI}, {Key1CodeI},
                         {FlagsI}, {DMTODeltaI}, {DMTOTmI}, {SNBlankTmI}}}},
 }};
-// clang-format on
-// A commit names the pages by these numbers.
+// clang-format on A commit names the pages by their index.
 static_assert(std::ranges::is_sorted(kPages, {}, &Page::command));
 
 void Unpack(const Page& page, const Report& reply, SonarWords& words) {

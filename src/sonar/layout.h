@@ -1,4 +1,4 @@
-// The sensor's parameter pages: which word stands in which byte, and how.
+// The sensor's parameter pages: which word is in which byte, and how.
 #pragma once
 
 #include <array>
@@ -15,7 +15,7 @@ struct PageByte {
   Word word;
   std::uint8_t writeMask = 0xFF;
   std::uint8_t readMask = 0xFF;
-  bool asRead = false;  // a write sends what the last read brought, whatever the record holds
+  bool asRead = false;  // a write sends what the last read delivered, whatever the record holds
 };
 
 inline constexpr std::size_t kPageBytes = 8;

@@ -35,7 +35,7 @@ std::uint32_t GetLedCtrl(std::int16_t* words) {
   return known ? 1 : flags;
 }
 
-// Deliberately leaves the record unmarked: the flags go out with its next write.
+// Deliberately does not mark the record as changed: the flags are sent with its next write.
 std::uint32_t SetLedCtrl(const std::int16_t* words) {
   if (words == nullptr) return 0;
   std::uint16_t& flags = ActiveBlock().words[LEDFlagsS];

@@ -8,13 +8,13 @@
 namespace tavlyn {
 namespace {
 
-// Answers 0 in place of UnsupportedValue.
+// Returns 0 instead of UnsupportedValue.
 template <typename... Parameters>
 std::uint32_t Nothing(Parameters... /*parameters*/) {
   return 0;
 }
 
-// Other kinds without a beeper answer 0.
+// Without this routine BeepNow would return 0.
 std::uint32_t HasNoBeeper(std::uint8_t /*count*/, std::int16_t /*longBeep*/) {
   return shared.UnsupportedValue;
 }

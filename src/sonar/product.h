@@ -1,4 +1,4 @@
-// What the family table names of a sonar sensor.
+// What the family table uses of the sonar sensors.
 #pragma once
 
 #include <cstdint>
@@ -14,14 +14,14 @@ std::uint32_t CheckArrival(const char* path);
 
 // Configuration: the four records and the identity, from and to the device, and its stored defaults.
 std::uint32_t ReadCfg();
-// What has changed; a commit in any case.
+// Sends what has changed, and a commit in any case.
 std::uint32_t WriteCfg();
 std::uint32_t ResetFactoryDflts();
 std::uint32_t ResetUserDflts();
 std::uint32_t SaveUserDflts();
 
-// The records as a text file of "key = value" lines. A load goes through the record sets and is 1 for any
-// file that opens.
+// The records as a text file of "key = value" lines. A load calls the record sets and returns 1 for any file
+// that opens.
 std::uint32_t SaveFile(const char* path);
 std::uint32_t LoadFile(const char* path);
 

@@ -1,3 +1,4 @@
+// The range of the nearest object, as words and in the form of an ID.
 #include <algorithm>
 #include <array>
 
@@ -35,7 +36,7 @@ std::uint32_t QueryRange(std::uint16_t* words) {
 std::uint16_t FetchId(std::uint8_t* buffer, std::int16_t length) {
   constexpr std::int16_t kIdLength = 4;
   std::array<std::uint16_t, kRangeWords> range{};
-  // A failed query deliberately gives an ID all the same.
+  // Deliberately returns an ID even after a failed query.
   QueryRange(range.data());
   const std::uint16_t luid = EntryOfActDev().LUID;
   if (length >= 1) buffer[0] = static_cast<std::uint8_t>(range[kStatusBit0]);

@@ -7,8 +7,8 @@
 namespace tavlyn::sonar {
 namespace {
 
-// Brings the words of a record into their bounds. The result is the error word of the first that was outside,
-// or 0: the bounded words of a record have error words in a row.
+// Brings the words of a record into their bounds. Returns the error word of the first that was outside, or 0.
+// The bounded words of a record have consecutive error words.
 std::uint32_t Sanitize(const Record& record, std::uint16_t* words) {
   std::uint32_t first = 0;
   std::uint32_t error = record.error;
@@ -16,7 +16,7 @@ std::uint32_t Sanitize(const Record& record, std::uint16_t* words) {
     const Bounds& bounds = kFields[record.first + at].bounds;
     if (!bounds.Limit()) continue;
     const auto value = static_cast<std::int16_t>(words[at]);
-    const std::int16_t within = bounds.Bring(value);
+    const std::int16_t within = bounds.Corrected(value);
     if (within != value && first == 0) first = error;
     words[at] = static_cast<std::uint16_t>(within);
     ++error;
@@ -24,7 +24,7 @@ std::uint32_t Sanitize(const Record& record, std::uint16_t* words) {
   return first;
 }
 
-// The error word of the record's first word out of its bounds, or 0.
+// The error word for the record's first word that is out of its bounds, or 0.
 std::uint32_t BoundsError(const Record& record, const std::uint16_t* words) {
   SonarWords copy{};
   std::copy_n(words, record.words, copy.begin());
@@ -74,7 +74,7 @@ std::uint32_t SetRecord(RecordId id, const std::uint16_t* words) {
 
 namespace {
 
-// Every record type is words and nothing else.
+// Every record type consists of words only.
 template <typename Parms>
 std::uint32_t Get(RecordId id, Parms* record) {
   return SonarIsActive() ? GetRecord(id, reinterpret_cast<std::uint16_t*>(record)) : UnsupportedSigned();

@@ -1,3 +1,4 @@
+// The search for sonar sensors.
 #include "api.h"
 #include "hid/arrival.h"
 #include "hid/hid_search.h"

@@ -1,3 +1,4 @@
+// The text file of a sonar sensor's records.
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -9,10 +10,10 @@
 namespace tavlyn::sonar {
 namespace {
 
-// A longer line is taken in pieces, each a line of its own.
+// A longer line is read in pieces, each as a line of its own.
 constexpr std::size_t kLineRoom = 128;
 
-// In this order; the error word is that of the last.
+// The records are set in this order, and the error word is that of the last.
 constexpr std::array kLoadOrder = {kWalkAwayParms, kWalkUpParms, kSonarParms, kIdleParms};
 
 void TakeLine(std::string_view line, SonarWords& words) {
@@ -47,7 +48,7 @@ std::uint32_t LoadFile(const char* path) {
   Lines<kLineRoom> lines(file.get());
   std::string_view line;
   while (lines.Next(line)) TakeLine(line, words);
-  // A record with a value out of its range is dropped as a whole, the others are taken.
+  // A record with a value out of its range is dropped as a whole; the others are stored.
   for (const RecordId id : kLoadOrder) SetRecord(id, words.data() + kRecords[id].first);
   return 1;
 }

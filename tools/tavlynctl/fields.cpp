@@ -179,7 +179,7 @@ void CheckRanges(const Json& values) {
     if (!field.bounds.Limit() || !values.contains(name)) continue;
     const auto value = values[name].get<std::int16_t>();
     const Bounds bounds = ActiveBounds(field);
-    if (bounds.Bring(value) == value) continue;
+    if (bounds.Corrected(value) == value) continue;
     throw Failure(kUsage, name + " = " + std::to_string(value) + ": it " + RangeText(bounds));
   }
 }

@@ -1,5 +1,5 @@
-// The words of the records one by one. Nothing here has a state or a traffic of its own: a getter is a record
-// get, a setter a record get, one changed word, and a record set.
+// The words of the records one by one. Nothing here has state or traffic of its own: a getter is a record
+// get; a setter is a record get, one changed word, and a record set.
 #include <type_traits>
 
 #include "api.h"
@@ -10,7 +10,7 @@
 namespace tavlyn {
 namespace {
 
-// Words that deliberately have no way in, or none either way.
+// Words that deliberately cannot be read, or cannot be written.
 constexpr bool IsNeverRead(FieldId id) { return id == field::CfgFlags3_bNotBootDev; }
 constexpr bool IsNeverWritten(FieldId id) { return IsNeverRead(id) || id == field::TimeParms_ExFeatures01; }
 
@@ -25,15 +25,15 @@ std::uint16_t* KeyTimeWord(FieldId id) {
   return keyTime(id == field::TimeParms_iUSBKeyPrsTm ? KeyTime::kPress : KeyTime::kRelease);
 }
 
-// A key time goes through the record only where it is one of its words.
-bool BesideTheRecord(FieldId id) {
+// A key time is accessed through the record only where it is one of its words.
+bool IsOutsideRecord(FieldId id) {
   const Product* product = ActiveProduct();
   return IsKeyTime(id) && (product == nullptr || !product->keyTimesInRecord);
 }
 
 std::int16_t GetWord(FieldId id) {
   if (IsNeverRead(id)) return static_cast<std::int16_t>(shared.UnsupportedValue);
-  if (BesideTheRecord(id)) {
+  if (IsOutsideRecord(id)) {
     const std::uint16_t* word = KeyTimeWord(id);
     return static_cast<std::int16_t>(word != nullptr ? *word : shared.UnsupportedValue);
   }
@@ -45,7 +45,7 @@ std::int16_t GetWord(FieldId id) {
 
 std::uint16_t SetWord(FieldId id, std::int16_t value) {
   if (IsNeverWritten(id)) return shared.UnsupportedValue;
-  if (BesideTheRecord(id)) {
+  if (IsOutsideRecord(id)) {
     std::uint16_t* word = KeyTimeWord(id);
     if (word == nullptr) return shared.UnsupportedValue;
     *word = static_cast<std::uint16_t>(value);

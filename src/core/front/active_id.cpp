@@ -11,7 +11,7 @@
 namespace tavlyn {
 namespace {
 
-// A device spoken to less than this ago is left alone.
+// A device that was accessed less than this ago is left alone.
 constexpr std::uint64_t kGateMs = 235;
 
 using Operation = std::uint16_t (*Product::*)(std::uint8_t*, std::int16_t);
@@ -32,7 +32,7 @@ void ForgetId() {
   shared.id.LastIDBits = 0;
 }
 
-// How much of the caller's buffer takes part in the cache.
+// How much of the caller's buffer the cache holds.
 std::size_t CachedLength(std::int16_t length) {
   return static_cast<std::size_t>(std::min<std::int16_t>(length, kIdBytes));
 }
@@ -117,7 +117,7 @@ std::uint16_t getActiveID(std::uint16_t bytes) { return ReadIntoCache(GetActiveI
 std::uint16_t getActiveID32(std::uint16_t bytes) { return ReadIntoCache(GetActiveID32, bytes); }
 
 std::uint8_t getActiveID_byte(std::int16_t index) {
-  // Admits the byte behind the length asked for.
+  // Deliberately allows index LastIDLen, one byte past the length asked for.
   if (index < 0 || index > static_cast<std::int32_t>(shared.id.LastIDLen) ||
       index >= static_cast<std::int32_t>(kIdBytes))
     return 0;

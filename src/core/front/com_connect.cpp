@@ -87,7 +87,7 @@ using namespace tavlyn;
 std::uint32_t ComConnect(std::uint32_t* pDID) {
   EmptyTableForPorts();
   const bool found = SearchFamilies(SearchRange);
-  // Asked in all cases, also when nothing was found.
+  // Always asked, even when nothing was found.
   for (const Product* product : kProducts) {
     if (product->classify != nullptr) product->classify();
   }
@@ -115,8 +115,8 @@ std::uint32_t comConnect() {
 std::uint32_t comConnectPort(std::uint16_t port) {
   const Product* product = ActiveWithPorts();
   if (product == nullptr) return shared.UnsupportedValue;
-  // An active device is needed and an empty table too, so this never finds anything; programs rely on the
-  // results.
+  // Deliberately never finds anything, because it needs both an active device and an empty table; programs
+  // rely on the results.
   return SearchPort(*product, port) ? 1 : 0;
 }
 

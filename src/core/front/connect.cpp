@@ -63,7 +63,7 @@ bool ReadDevices(std::size_t firmwareRows) {
   return true;
 }
 
-// A sweep over a network pauses at each of hundreds of addresses; what makes a pause punctual is asked for
+// A sweep over a network pauses at each of hundreds of addresses; what makes the pauses punctual is set up
 // once.
 class Pausing {
  public:
@@ -82,12 +82,13 @@ std::uint32_t Connect(std::uint32_t* did) {
   const Locked lock;
   RefreshLibusb();
   CloseTunnel();
-  // Handles of an earlier connect stay open and are lost; serial ports stay in their entries for reuse.
+  // Handles of an earlier connect deliberately stay open and are lost; serial ports stay in their entries for
+  // reuse.
   EmptyTableForSearch();
   shared.HidFoundCnt = 0;
   for (tsDevEntry& entry : DevTable.Reached()) ResetSearchMarks(entry);
   const bool found = SearchPausing();
-  // Looked at once, for the device now active, and used for all of them.
+  // Asked once, of the device that is now active, and applied to all of them.
   const SerialPort* port = EntryOfActDev().pSerialPort;
   const bool onLibusb = port != nullptr && port->HasUsbHandle();
   if (!ReadDevices(onLibusb ? kCpus - 1 : kCpus) || !found) return 0;

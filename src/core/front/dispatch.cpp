@@ -1,4 +1,4 @@
-// Exports that do nothing but hand over to the family of the active device.
+// Exports that only call the family of the active device.
 #include <algorithm>
 
 #include "api.h"
@@ -80,7 +80,7 @@ std::uint32_t GetQueuedID(std::uint16_t first, std::int16_t second) {
 }
 
 std::uint32_t GetQueuedID_index(std::int16_t index) {
-  // The one dispatch whose value may be wider than 16 bits.
+  // Not by Dispatch: this is the one value that may be wider than 16 bits.
   const auto part = ActiveRoutine(&Product::queuedIdPart);
   return part != nullptr ? part(index) : shared.UnsupportedValue;
 }
@@ -91,7 +91,7 @@ std::uint32_t SetActConfig(std::uint8_t index) { return UseConfig(index) ? 1 : 0
 
 std::uint32_t BeepNow(std::uint8_t count, std::int16_t longBeep) {
   const Locked lock;
-  // Unlike other dispatches this one answers 0 for no device or no routine.
+  // Unlike other dispatches this one returns 0 without a device or a routine.
   const auto beep = ActiveRoutine(&Product::beep);
   return beep != nullptr ? beep(count, longBeep) : 0;
 }

@@ -1,4 +1,4 @@
-// The family table itself. It stands at the top of the house because it names every family.
+// The family table itself. It is at the top of the house because it names every family.
 #include <span>
 
 #include "core/product.h"

@@ -42,7 +42,7 @@ std::uint32_t GetDevName(char* name) {
   const bool serial = entry.LinkKind == kBySerialPort;
   if (name != nullptr) {
     std::memset(name, 0, kNameRoom);
-    // A serial name may fill the room to its last character, without a terminator.
+    // A serial name may fill the buffer to its last character, without a terminator.
     std::memcpy(name, entry.DevName,
                 std::min(std::strlen(entry.DevName), serial ? kNameRoom : kNameRoom - 1));
   }

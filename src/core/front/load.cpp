@@ -26,7 +26,7 @@ void WipeKeys() {
 void Unload() {
   USBDisconnect();
   USBDisconnect();
-  // The process may go on without the library, and keep its memory.
+  // The process may go on without the library, and with this memory.
   WipeKeys();
   platform::TheHost().hid.Unload();
   platform::TheHost().mutex.Close();

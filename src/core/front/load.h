@@ -1,4 +1,4 @@
-// What happens once when the library comes into a process and once when it leaves.
+// What happens when the library is loaded into a process, and when it is unloaded.
 #pragma once
 
 namespace tavlyn {
@@ -6,8 +6,8 @@ namespace tavlyn {
 void Load();
 void Unload();
 
-// All of an unload that an ending process may still do: nothing is asked of the system and no lock waited
-// for.
+// The part of an unload that is left for a process that ends: it asks nothing of the system and waits for no
+// lock.
 void WipeKeys();
 
 }  // namespace tavlyn

@@ -4,7 +4,7 @@
 
 #ifdef TAVLYN_STATIC_RUNTIME
 namespace __gnu_cxx {
-// NOLINTNEXTLINE(bugprone-reserved-identifier): so the runtime calls it.
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the runtime's own name
 __attribute__((weak)) void __freeres();
 }  // namespace __gnu_cxx
 #endif
@@ -19,8 +19,8 @@ __attribute__((destructor)) void Detach() {
 }
 
 #ifdef TAVLYN_STATIC_RUNTIME
-// A C++ runtime of the library's own keeps memory for exceptions that no unload would give back. Of all the
-// steps of an unload this is the last.
+// A statically linked C++ runtime keeps memory for exceptions that no unload would release. This is the last
+// of all steps of an unload.
 __attribute__((destructor(101))) void FreeRuntime() {
   if (__gnu_cxx::__freeres != nullptr) __gnu_cxx::__freeres();
 }

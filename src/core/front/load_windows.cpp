@@ -4,9 +4,9 @@
 #include "platform/windows/system.h"
 #include "platform/windows/threads.h"
 
-// Of a process that ends the system takes everything back. Nothing is closed here then: the other threads
-// were stopped wherever they stood, so that a lock which one of them had is never released, and other
-// libraries may have gone before this one.
+// The system reclaims everything from a process that ends, so nothing is closed then: the other threads were
+// stopped wherever they were, a lock that one of them held is never released, and other libraries may be gone
+// already.
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID processEnds) {
   if (reason == DLL_PROCESS_ATTACH) tavlyn::Load();
   if (reason == DLL_PROCESS_DETACH && processEnds != nullptr) tavlyn::WipeKeys();
