@@ -11,7 +11,7 @@
 namespace tavlyn {
 namespace {
 
-// A command of every tool, whose own help tells nothing more.
+// A command that every tool has; its own --help would add nothing.
 constexpr const char* kHelp = "help";
 
 constexpr int kNoEnd = std::numeric_limits<int>::max();
@@ -34,7 +34,7 @@ const CLI::App& Innermost(const CLI::App& app) {
   return *at;
 }
 
-// Of a command, and of those above it whose options it takes too.
+// For a command, and for those above it whose options it takes too.
 std::vector<std::string> OptionsOf(const CLI::App& app) {
   std::vector<std::string> names;
   for (const CLI::App* at = &app; at != nullptr; at = at->get_fallthrough() ? at->get_parent() : nullptr) {
@@ -53,12 +53,12 @@ std::vector<std::string> CommandsOf(const CLI::App& app) {
   return names;
 }
 
-// "there is no command lsit; did you mean list?", of the commands below one or the program.
+// "there is no command lsit; did you mean list?", among the subcommands of a command or of the program.
 std::string NoCommand(const CLI::App& app, const std::string& word) {
   return "there is no command " + word + DidYouMean(word, CommandsOf(app));
 }
 
-// The parser has words of its own for these; they begin with the option's name, or have it behind a colon.
+// The parser words these errors itself; they begin with the option's name, or have it after a colon.
 std::string ParserProblem(const CLI::ParseError& error) {
   std::string told = error.what();
   if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
@@ -89,7 +89,7 @@ std::string Problem(const CLI::App& app, const CLI::ParseError& error, bool mayH
   }
   const std::string& word = rest.front();
   if (commandIsMissing) return NoCommand(Innermost(app), word);
-  // It may stand before the command that was found: "secur read".
+  // The wrong word may come before the command that was found: "secur read".
   return word + " was not expected" + DidYouMean(word, CommandsOf(app));
 }
 
@@ -113,7 +113,7 @@ CLI::Validator WholeNumber(int least) { return WholeNumber(least, kNoEnd); }
 CLI::Validator WholeNumber(int least, int most) {
   return {[least, most](const std::string& word) {
             int number = 0;
-            // The parser takes a leading zero for the sign of an octal number.
+            // The parser takes a leading zero as the mark of an octal number.
             if (IsNumber(word, least, most, number) && word == std::to_string(number)) return std::string();
             return word + " is not a whole number" + BoundsText(least, most);
           },

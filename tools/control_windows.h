@@ -5,14 +5,14 @@
 
 namespace tavlyn {
 
-// At once: an ordinary end would wait for what the library is doing.
+// At once: a normal exit would wait for what the library is doing.
 inline void EndAsInterrupted() {
   constexpr UINT kEndedByCtrlC = 0xC000013A;  // STATUS_CONTROL_C_EXIT
   TerminateProcess(GetCurrentProcess(), kEndedByCtrlC);
 }
 
-// The handler's result where the program ends by itself. When a console is closed or a session ends, the
-// system ends the program as soon as its handler returns, and in any case after some seconds.
+// The handler's result if the program ends by itself. When a console is closed or a session ends, the system
+// ends the program as soon as its handler returns, and in any case after some seconds.
 inline BOOL LetEnd(DWORD kind) {
   if (kind != CTRL_C_EVENT && kind != CTRL_BREAK_EVENT) Sleep(INFINITE);
   return TRUE;

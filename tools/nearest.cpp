@@ -8,7 +8,7 @@
 namespace tavlyn {
 namespace {
 
-// How many letters have to be put in, left out or changed.
+// How many letters have to be inserted, removed or changed.
 std::size_t Distance(std::string_view a, std::string_view b) {
   std::vector<std::size_t> row(b.size() + 1);
   std::iota(row.begin(), row.end(), std::size_t{0});

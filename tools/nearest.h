@@ -1,4 +1,4 @@
-// What was probably meant by a name that does not exist.
+// What a name that does not exist was probably meant to be.
 #pragma once
 
 #include <cstddef>
@@ -9,7 +9,7 @@
 
 namespace tavlyn {
 
-// Which of the names is nearest to the word, in whatever case; none where all are too far.
+// The name nearest to the word, whatever the case; none if all are too far.
 std::optional<std::size_t> Nearest(std::string_view word, const std::vector<std::string>& names);
 
 // "; did you mean NAME?", or an empty text.

@@ -1,5 +1,5 @@
-// Paths from the names that people give, and back. What stands for a character in such a name is the system's
-// matter; paths made of it without a word would take it by rules of their own.
+// Paths from the names that people give, and back. How such a name encodes characters depends on the system;
+// a path that is made from one directly would decode it by rules of its own.
 #pragma once
 
 #include <filesystem>
@@ -7,7 +7,7 @@
 
 namespace tavlyn {
 
-// Empty when the name means nothing.
+// Empty if the name cannot be decoded.
 std::filesystem::path PathOf(const std::string& name);
 std::string NameOfPath(const std::filesystem::path& path);
 

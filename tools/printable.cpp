@@ -13,17 +13,16 @@ struct Span {
 };
 
 constexpr Span kUnprintable[] = {
-    {0x00, 0x1F},    // C0
-    {0x7F, 0x9F},    // delete, C1
-    {0x61C, 0x61C},  // marks of direction, here and below
-    {0x200E, 0x200F},
-    {0x2028, 0x202E},  // separators of lines and paragraphs; embeddings and overrides of direction
-    {0x2066, 0x2069},  // isolates
-    {0xD800, 0xDFFF},  // halves of pairs, which stand in no UTF-8
+    {0x00, 0x1F},                        // C0
+    {0x7F, 0x9F},                        // delete, C1
+    {0x61C, 0x61C},                      // direction marks, here and below
+    {0x200E, 0x200F}, {0x2028, 0x202E},  // line and paragraph separators; direction embeddings and overrides
+    {0x2066, 0x2069},                    // isolates
+    {0xD800, 0xDFFF},                    // surrogates, which UTF-8 does not contain
 };
 
-// Of sequences by their first byte: what is its mark, what it holds of the character, and the least character
-// that needs so many bytes.
+// Sequences by their first byte: its mark, its bits of the character, and the lowest character that needs
+// this many bytes.
 struct Form {
   std::uint8_t mark;
   std::uint8_t held;
@@ -43,7 +42,7 @@ struct Decoded {
   bool printable;
 };
 
-// The character at the front of a text that is not empty; a byte alone where there is none.
+// The first character of a non-empty text; a single byte if there is no valid one.
 Decoded Front(std::string_view text) {
   constexpr unsigned kBitsBehind = 6;
   const auto byteAt = [&](std::size_t at) { return static_cast<std::uint8_t>(text[at]); };
@@ -73,7 +72,7 @@ std::string Printable(std::string_view text) {
 }
 
 void PrintLine(std::FILE* stream, std::string_view text) {
-  // In one piece: a console takes no character in parts.
+  // In one piece: a console does not accept a character in parts.
   std::fputs((Printable(text) + "\n").c_str(), stream);
   std::fflush(stream);
 }

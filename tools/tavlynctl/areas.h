@@ -1,4 +1,4 @@
-// The areas of the program. Each adds its commands.
+// The areas of the program; each adds its commands.
 #pragma once
 
 namespace tavlyn::ctl {
@@ -8,8 +8,8 @@ class Program;
 void AddDevices(Program& program);      // list, info
 void AddTexts(Program& program);        // text
 void AddReads(Program& program);        // read, watch
-void AddConfig(Program& program);       // config show, get, set, reset and defaults, and the next
-void AddConfigFiles(Program& program);  // config save, diff, and the next
+void AddConfig(Program& program);       // config show, get, set, reset and defaults, and calls the next
+void AddConfigFiles(Program& program);  // config save, diff, and calls the next
 void AddConfigLoad(Program& program);   // config load
 void AddCheck(Program& program);        // check
 void AddOutputs(Program& program);      // beep, led, relay, volume

@@ -20,7 +20,7 @@ std::string Rounded(Awaited::Seconds seconds) {
 }  // namespace
 
 Awaited::Awaited(const std::string& what, Seconds usual, Seconds most) {
-  // A list searches for one product after the other.
+  // list searches for one product after the other.
   static bool said = false;
   if (usual > kNothingToSpeakOf && !std::exchange(said, true)) {
     PrintLine(stderr, what + " takes up to " + Rounded(usual) + " seconds");
@@ -37,8 +37,8 @@ Awaited::~Awaited() {
   watching_.join();
 }
 
-// The library waits by the steady clock, which may be one that only its waits move on: this thread looks at
-// it and waits by the other.
+// The library waits by the steady clock, which in tests only its waits advance: so this thread reads that
+// clock but waits by the other.
 void Awaited::Watch(Seconds usual, Seconds most) {
   using std::chrono::steady_clock;
   using std::chrono::system_clock;

@@ -1,4 +1,4 @@
-// The library answers when it is done and cannot be hurried. People are told how long that may take.
+// A library call cannot be interrupted. This tells people how long it may take.
 #pragma once
 
 #include <chrono>
@@ -13,8 +13,8 @@ class Awaited {
  public:
   using Seconds = std::chrono::duration<double>;
 
-  // Says at once how long what happens usually takes, unless that is nothing to speak of; and when it takes
-  // longer, how long it may go on.
+  // Says at once how long the operation usually takes, unless that is negligible; and when it takes longer,
+  // how long it may go on.
   Awaited(const std::string& what, Seconds usual, Seconds most);
   ~Awaited();
   Awaited(const Awaited&) = delete;

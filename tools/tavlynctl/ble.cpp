@@ -1,4 +1,4 @@
-// ble: the BLE radio of a reader, and what the reader keeps for it.
+// ble: a reader's BLE radio, and what the reader stores for it.
 #include <string>
 
 #include "api.h"
@@ -46,7 +46,7 @@ struct SetBle {
     session.UseReports(request.device);
     if (BleConfiguration() == kNoRadio) throw Lacks("BLE radio");
     if (SetBTLEConfiguration(static_cast<std::uint8_t>(wanted)) != 1) throw Failed("the BLE radio");
-    // Whether the reader has taken it is told by reading it back alone.
+    // Only reading it back shows whether the reader accepted it.
     const std::uint16_t configuration = BleConfiguration();
     if (configuration != wanted) {
       throw Failure(kDeviceError,
@@ -68,15 +68,15 @@ struct BleKind {
 constexpr BleKind kBleData = {"data", "BEGIN sFldBleData1", WriteBLEDataToFile, WriteBLEDataToReader};
 constexpr BleKind kBleKeys = {"keys", "BEGIN sFldBleData2", WriteBLEKeyToFile, WriteBLEKeyToReader};
 
-// The library's word for it is the same as for a reader that fails.
+// The library's error word for it is the same as for a reader that fails.
 void CheckBleKind(const std::string& path, const BleKind& kind) {
   if (HasText(path, kind.begin)) return;
   throw Failure(kBadFile, path + " holds no BLE " + kind.what);
 }
 
-// What both ways have in common.
+// What save and load have in common.
 struct BleFile {
-  bool keys = false;  // not the data
+  bool keys = false;  // instead of the data
   std::string path;
 
   void Take(Words& words) {
@@ -96,7 +96,7 @@ struct BleFile {
 };
 
 struct SaveBle : BleFile {
-  // A save that could not be read is whole but holds zeros, and a load would take it.
+  // If the reader could not be read, the file is complete but full of zeros, and a load would accept it.
   [[nodiscard]] Json Run(const Request& request) const {
     const NewFile file(path);
     const Session session(request.link);
@@ -105,7 +105,7 @@ struct SaveBle : BleFile {
     if (saved == 1 && GetLastLibErr() != 0) {
       throw NotTransferred("the BLE " + std::string(Kind().what) + " could not be read from");
     }
-    // The library does not tell of a disk that is full.
+    // The library does not report a full disk.
     if (saved != 1 || CheckTamperedFile(file.Path().c_str(), 0) != 1) throw file.NotWhole();
     file.Keep();
     return Document(request);

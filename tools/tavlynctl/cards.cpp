@@ -31,7 +31,7 @@ class Poll {
  public:
   explicit Poll(const Link& link) : link_(link) {}
 
-  // The card on the reader; nothing when it could not be asked. Throws Failure when it is lost.
+  // The card on the reader; nothing if the reader could not be asked. Throws Failure when the reader is lost.
   std::optional<Card> Next() {
     std::this_thread::sleep_for(kCardPause);
     if (link_.ascii && !ShortenTextRead(link_)) {
@@ -40,7 +40,7 @@ class Poll {
     }
     Card card;
     card.bits = GetActiveID32(card.id.data(), kLongestId);
-    // A serial reader's failed answer may hold what looks like a card.
+    // A failed answer from a serial reader may contain what looks like a card.
     if (!answers_.Came(GetLastLibErr() == 0)) return std::nullopt;
     return card.bits != 0 ? card : Card{};
   }
@@ -50,7 +50,8 @@ class Poll {
   Answers answers_;
 };
 
-// The bytes that hold the bits, as the reader sends them: lowest first. The number has the highest first.
+// The bytes that hold the bits, as the reader sends them: lowest first. The printed number has the highest
+// first.
 void Describe(const Card& card, Json& into) {
   const auto count = std::min<std::size_t>((static_cast<std::size_t>(card.bits) + 7) / 8, card.id.size());
   std::string number;
@@ -64,7 +65,7 @@ void Describe(const Card& card, Json& into) {
   into["bytes"] = std::move(bytes);
 }
 
-// Shows what has changed, and counts it.
+// Shows what has changed and counts it.
 int ShowChange(const Card& before, const Card& now, const Request& request) {
   if (before == now) return 0;
   int events = 0;
@@ -104,7 +105,7 @@ struct ReadCard {
   }
 };
 
-// It shows its events itself and gives no document.
+// Shows its events itself and returns no document.
 struct WatchCards {
   int count = 0;  // 0: any number of lines
   std::optional<double> timeout;

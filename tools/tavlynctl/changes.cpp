@@ -10,7 +10,7 @@
 namespace tavlyn::ctl {
 namespace {
 
-// Devices keep times as counts of steps, rounded down.
+// Devices store times as counts of steps, rounded down.
 bool IsRounded(const Json& wanted, const Json& stored, int step) {
   return stored == wanted.get<int>() / step * step;
 }
@@ -40,7 +40,7 @@ Json PlannedRows(const std::vector<Change>& changes) {
   return rows;
 }
 
-// A value that the reader did not take is a row even when it was to stay as it is.
+// A value that the reader did not accept gets a row even if it was not to change.
 Json WrittenRows(const std::vector<Change>& changes, std::string& refused) {
   Json rows = Json::array();
   for (const Change& change : changes) {
@@ -60,7 +60,8 @@ Json WrittenRows(const std::vector<Change>& changes, std::string& refused) {
   return rows;
 }
 
-// A reader without extended fields tells nothing of this one, and a read back would find what was set.
+// A reader without extended fields does not report this one, and reading it back would only give what was
+// set.
 void ForgetUntold(const std::vector<Change>& changes) {
   for (const Change& change : changes) {
     const SelectedConfiguration selected(change.configuration);
@@ -81,14 +82,14 @@ Json Verified(Json document, Json rows, const std::string& refused) {
                 std::move(document));
 }
 
-// What is not sent because the device has it all is verified too.
+// If nothing is sent because the device has it all, that counts as verified too.
 Json Unsent(Json document, Json rows, Sending sending) {
   if (sending != Sending::kNothing) document["verified"] = true;
   document["changes"] = std::move(rows);
   return document;
 }
 
-// A magnetic-stripe reader keeps every setting as it is, or not at all.
+// A magnetic-stripe reader stores a setting exactly or not at all.
 const char* SettingOutcome(const std::string& name, const Json& row) {
   const Json& stored = row["stored"];
   if (stored == row["new"]) return "stored";

@@ -1,4 +1,4 @@
-// Changes of a configuration: what would change, and whether the reader has taken it.
+// Changes to a configuration: what would change, and whether the reader accepted it.
 #pragma once
 
 #include <functional>
@@ -10,27 +10,27 @@ namespace tavlyn::ctl {
 
 struct Change {
   int configuration;
-  Json wanted;  // by the names of Settings
+  Json wanted;  // keyed as Settings are
   Json before;  // all settings
 };
 
-// With the settings of that configuration as they are.
+// With the current settings of that configuration.
 Change ChangeOf(int configuration, Json wanted);
 
 enum class Sending {
   kNothing,      // a dry run
-  kDifferences,  // nothing where the device has it all already
+  kDifferences,  // nothing if the device has it all already
   kAll,
 };
 inline Sending SendingOf(bool dryRun) { return dryRun ? Sending::kNothing : Sending::kDifferences; }
 
 // Adds what would change to the document. What is sent is written, read back and compared, and the outcome
-// added; when the reader did not take a value Failure is thrown with the document.
+// added; throws Failure with the document if the reader did not accept a value.
 Json ApplyAndVerify(Json document, const std::vector<Change>& changes, Sending sending,
                     const std::function<void()>& write);
 
-// The same for the settings of another product, which has one configuration; read gives them from the
-// library's mirror. WriteCfg writes them.
+// The same for the settings of another product, which has one configuration. read returns them from the
+// library's mirror; WriteCfg writes them.
 struct SettingsPlan {
   Json before;
   Json wanted;
@@ -38,7 +38,7 @@ struct SettingsPlan {
 };
 Json ApplyAndVerifySettings(Json document, const SettingsPlan& plan, bool dryRun);
 
-// WriteCfg; throws Failure when it fails.
+// Calls WriteCfg; throws Failure if it fails.
 void Commit();
 
 }  // namespace tavlyn::ctl

@@ -12,7 +12,7 @@
 namespace tavlyn::ctl {
 namespace {
 
-// Adds card type and priority of the selected configuration; nothing for a plain reader.
+// Adds the selected configuration's card type and priority; nothing for a plain reader.
 void DescribeCardType(Json& configuration) {
   const std::int32_t type = GetCardType();
   if (type < 0) return;
@@ -20,7 +20,7 @@ void DescribeCardType(Json& configuration) {
   configuration["priority"] = PriorityText(GetCardPriority() != 0);
 }
 
-// Of the configuration that is selected.
+// Of the selected configuration.
 Json Configuration(int index) {
   Json configuration{{"index", index}};
   DescribeCardType(configuration);

@@ -15,8 +15,8 @@
 namespace tavlyn::ctl {
 namespace {
 
-// Every configuration must have arrived in the file: the library passes over one that it could not read, and
-// does not tell of a disk that is full.
+// Every configuration must be in the file: the library skips one that it could not read, and does not report
+// a full disk.
 void CheckSaved(const NewFile& file, std::size_t configurations, bool secure) {
   std::error_code unknown;
   if (std::filesystem::file_size(PathOf(file.Path()), unknown) == 0) throw file.NotWhole();
@@ -68,7 +68,7 @@ Side FileSide(const std::string& path) {
   return {path, product, {ReadSettings(path, product).settings}, false};
 }
 
-// A file says nothing of what it does not mention, so a device's further values are no difference.
+// A file leaves open what it does not mention, so other values of the device are not differences.
 Json Differences(std::size_t index, const Side& left, const Side& right) {
   const Json mine = left.Of(index);
   const Json theirs = right.Of(index);
@@ -88,7 +88,7 @@ Json Differences(std::size_t index, const Side& left, const Side& right) {
   return rows;
 }
 
-// The library does not tell of a disk that is full here either.
+// The library does not report a full disk here either.
 void CheckSettingsSaved(const NewFile& file) {
   const Json mirror = MirrorSettings();
   if (SettingsIn(file.Path(), file.NotWhole()) != mirror) throw file.NotWhole();

@@ -30,7 +30,7 @@ std::uint8_t SepFormat(const Json& settings) {
   return static_cast<std::uint8_t>(std::stoi(settings[SepByteName(0)].get<std::string>(), nullptr, 16));
 }
 
-// What the file does not mention stays as the reader has it.
+// What the file does not mention stays as it is in the reader.
 bool TakesSepBytes(const Json& file, const Json& reader) {
   const std::uint8_t format = SepFormat(reader);
   return MayLoadSepData(file.contains(SepByteName(0)) ? SepFormat(file) : format, format);
@@ -44,7 +44,7 @@ bool SepBytesDiffer(const Json& file, const Json& reader) {
 
 std::string Numbered(std::size_t configuration) { return "configuration " + std::to_string(configuration); }
 
-// Configurations that only one of the two has, or that the library passes over.
+// Configurations that only one of the two has, or that the library skips.
 void TellUnmatched(std::size_t inFile, std::size_t inReader, std::vector<std::string>& ignored) {
   for (std::size_t index = inReader; index < inFile; ++index) {
     ignored.push_back(Numbered(index) + " of the file: the reader does not have it");
@@ -55,14 +55,14 @@ void TellUnmatched(std::size_t inFile, std::size_t inReader, std::vector<std::st
   }
 }
 
-// What a load of a file would make of each configuration.
+// What loading a file would make of each configuration.
 struct LoadPlan {
   std::vector<Change> changes;
   std::vector<std::string> ignored;
   Json sepBytesDropped = Json::array();  // of these configurations
 };
 
-// Takes out what the reader would not be given.
+// Removes what would not be sent to the reader.
 void DropUntaken(Change& change, bool plus, LoadPlan& plan) {
   Json& wanted = change.wanted;
   const std::string of = " of " + Numbered(static_cast<std::size_t>(change.configuration)) + ": ";
@@ -119,7 +119,7 @@ struct LoadConfig {
   }
 
  private:
-  // With --strict a file is loaded as a whole or not at all.
+  // With --strict a file is loaded completely or not at all.
   void CheckIgnored(const std::vector<std::string>& ignored) const {
     if (!strict || ignored.empty()) return;
     std::string all;
@@ -149,7 +149,7 @@ struct LoadConfig {
     });
   }
 
-  // A load changes the library's mirror alone, which then tells what the device would be sent.
+  // A load changes only the library's mirror, which then shows what would be sent to the device.
   [[nodiscard]] Json LoadSettings(std::uint32_t product, const Request& request) const {
     if (secure) RefuseSecure(product);
     const SettingsFile file = ReadSettings(path, product);

@@ -32,7 +32,7 @@ bool IsAnswer(std::uint32_t milliseconds) { return milliseconds <= kLongestAnswe
 
 std::string NoAnswer() { return ActiveDeviceName() + " does not answer, " + ErrorText(); }
 
-// The library gives 0 for what a device did not tell, too: it is asked again, and for a sign of life.
+// The library also returns 0 if the device did not answer: so it is asked again, and pinged.
 template <typename Get>
 std::optional<unsigned> AnswerOf(Get get) {
   for (int tries = 0; tries < 2; ++tries) {
@@ -43,13 +43,13 @@ std::optional<unsigned> AnswerOf(Get get) {
 
 Json NumberOrNull(const std::optional<unsigned>& number) { return number ? Json(*number) : Json(); }
 
-// An empty text is what the library has of one that was not told.
+// The library has an empty text if the device did not report one.
 Json TextOrNull(const char* text) { return text != nullptr && *text != '\0' ? Json(text) : Json(); }
 
-// A place of the library's table keeps the texts of a device of another product that was there before.
+// An entry of the library's table keeps the texts of an earlier device of another product.
 Json PartNumber() { return GetProduct() == kSensors ? Json() : TextOrNull(getPartNumberString()); }
 
-// Of the active device. Of one that was not read the library tells zeros, and of a reader one configuration,
+// Of the active device. If it was not read the library reports zeros, and for a reader one configuration
 // unless it was found to be a plus reader.
 Json Description(bool wasRead = true) {
   const bool identified = wasRead || GetDID() != 0;
@@ -85,7 +85,7 @@ Json Esn() {
   return text;
 }
 
-// Flag k becomes bit k again, as in the reader's own mask.
+// Flag k becomes bit k again, as in the reader's mask.
 unsigned HardwareMask(std::uint8_t* (*get)()) {
   constexpr std::size_t kFlags = 8;
   const std::unique_ptr<std::uint8_t, decltype(&std::free)> flags(get(), &std::free);
@@ -120,7 +120,7 @@ void ListProduct(std::uint32_t product, const Link& link, Json& devices, std::st
   }
 }
 
-// What readers alone tell.
+// What only readers report.
 void DescribeReader(Json& device) {
   DescribeTexts(device);
   device["esn"] = Esn();
@@ -161,7 +161,7 @@ struct Info {
   [[nodiscard]] Json Run(const Request& request) const {
     const Session session(request.link, request.products);
     session.Select(request.device);
-    // A search of serial ports alone does not ask for the firmware words.
+    // A search of serial ports only does not ask for the firmware words.
     if (request.link.kind == LinkKind::kSerial && DeviceIsReader()) SendGetFWVersion();
     session.Use(request.device);
     Json document = request.Document();

@@ -11,7 +11,7 @@ struct ErrorWord {
   const char* text;
 };
 
-// The four highest bits are one number. Small numbers join what the last report left.
+// The four highest bits are one number. Small numbers are added to what the last report left.
 constexpr std::uint32_t kNumber = 0xF0000000;
 constexpr std::uint32_t kJoined = 0xFFC;
 constexpr std::uint32_t kSmall = 0xFFF;
@@ -33,7 +33,7 @@ constexpr ErrorWord kErrorWords[] = {
     {kRecord, TAVLYN_ERR_GET_UNREAD, "the configuration has not been read"},
     {kRecord, TAVLYN_ERR_SET, "a record was not set"},
     {kRecord, TAVLYN_ERR_SET_NULL, "no record was given"},
-    {0xFFFF00, TAVLYN_ERR_SONAR_PARMS, "a value is out of its range"},  // that of all records
+    {0xFFFF00, TAVLYN_ERR_SONAR_PARMS, "a value is out of its range"},  // shared by all records
     {TAVLYN_ERR_CONNECT, TAVLYN_ERR_CONNECT, "a search failed"},
     {TAVLYN_ERR_CONFIG_READ, TAVLYN_ERR_CONFIG_READ, "a read of the configuration failed"},
     {TAVLYN_ERR_CONFIG_WRITE, TAVLYN_ERR_CONFIG_WRITE, "a write of the configuration failed"},

@@ -1,4 +1,4 @@
-// What the library's error word says, in words.
+// The library's error word, explained in words.
 #pragma once
 
 #include <cstdint>

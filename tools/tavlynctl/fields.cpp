@@ -13,7 +13,7 @@
 namespace tavlyn::ctl {
 namespace {
 
-// By its own name or by the full one; the first has to be told with its record. Or a record.
+// Compares with full names, names alone (suggested with their record), records and the other settings.
 std::string Suggestion(const std::string& name) {
   const auto& fields = Fields();
   std::vector<std::string> names;
@@ -28,7 +28,7 @@ std::string Suggestion(const std::string& name) {
   return "; did you mean " + names[*found - (isShort ? fields.size() : 0)] + "?";
 }
 
-// "iLeadParityBitCnt, iTrailParityBitCnt, …" of a record; empty when there is none of that name.
+// "iLeadParityBitCnt, iTrailParityBitCnt, …" of a record; empty if there is no such record.
 std::string FieldNames(const std::string& record) {
   std::string names;
   for (const Field& field : Fields()) {
@@ -43,7 +43,7 @@ Bounds ActiveBounds(const Field& field) {
   return BoundsOf(field, wide);
 }
 
-// Two records share an error word, so the record counts too.
+// Two records share an error word, so the record matters too.
 [[noreturn]] void RefuseRecord(Record record) {
   const std::uint32_t word = GetLastLibErr();
   const std::string told = ErrorText();
@@ -100,7 +100,7 @@ void StoreRecords(const std::vector<FieldValue>& values, bool now) {
     }
     if (now) words[field::LEDCtrl_bVolatile.word] = 1;
     StoreRecord(record, words);
-    // bNotBootDev travels in a block that only other records mark for the write.
+    // bNotBootDev is in a block that only other records mark as dirty.
     if (record == kCfgFlags3) StoreRecord(kCfgFlags2, ReadRecord(kCfgFlags2));
   }
 }

@@ -1,5 +1,5 @@
-// The fields of a configuration by name, and their values in the selected configuration of the active reader,
-// as the library mirrors it. Nothing here causes traffic, but for StoreNow.
+// The fields of a configuration by name, and their values in the library's mirror of the active reader's
+// selected configuration. Nothing here causes traffic except StoreNow.
 #pragma once
 
 #include <string>
@@ -12,7 +12,7 @@
 
 namespace tavlyn::ctl {
 
-// Every word but the padding.
+// Every word except the padding.
 const std::vector<Field>& Fields();
 // "CfgFlags2", without the prefix that it has as a type
 std::string_view RecordOf(const Field& field);
@@ -20,7 +20,7 @@ std::string_view RecordOf(const Field& field);
 std::string FullName(const Field& field);
 // "takes 0 to 15"
 std::string RangeText(const Bounds& bounds);
-// By its full name, or by the name alone where only one record has it; else throws Failure, which names the
+// By its full name, or by the name alone if only one record has it; otherwise throws Failure, which names the
 // nearest.
 const Field& FindField(const std::string& name);
 
@@ -29,26 +29,26 @@ struct FieldValue {
   Field field;
   std::int16_t value;
 };
-// From "FIELD=VALUE". Throws Failure for what no reader keeps.
+// From "FIELD=VALUE". Throws Failure for a field or value that no reader has.
 FieldValue ParseFieldValue(const std::string& text);
-// By full names.
+// Keyed by full name.
 Json Values(const std::vector<FieldValue>& values);
 
 // Throws Failure for a value outside the range of its field: {"IDBitCnts.iIDBitCnt": 300, …}.
 void CheckRanges(const Json& values);
 
-// Throws Failure when the configuration was not read.
+// Throws Failure if the configuration was not read.
 RecordWords ReadRecord(Record record);
-// Puts the values into the mirror. Throws Failure with the range that the library's error word names.
+// Puts the values into the mirror. Throws Failure with the range that the library's error word refers to.
 void Store(const std::vector<FieldValue>& values);
-// The same for LEDs and relay, sent at once and not for the reader's storage.
+// The same for LEDs and relay, sent at once and not stored by the reader.
 void StoreNow(const std::vector<FieldValue>& values);
 
-// Everything of a configuration that a template file holds, by full name, in its order; a plus reader's card
-// type too.
+// Everything that a template file contains of a configuration, by full name, in the file's order; a plus
+// reader's card type too.
 Json Settings();
 
-// How settings name what stands in no record.
+// The names in Settings of what is in no record.
 inline constexpr const char* kCardTypeName = "CardType";
 inline constexpr const char* kCardPriorityName = "CardPriority";
 std::string SepByteName(std::size_t at);

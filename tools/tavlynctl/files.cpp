@@ -17,7 +17,7 @@ void Succeed(const std::error_code& error, const std::string& what) {
   if (error) throw Failure(kBadFile, what + " cannot be written: " + error.message());
 }
 
-// A link stays a link to the file that it leads to.
+// A link is kept, and the file that it leads to is replaced.
 std::string Place(const std::string& path) {
   std::error_code absent;
   const fs::path place = fs::canonical(PathOf(path), absent);

@@ -1,5 +1,5 @@
-// Files that people name: why one cannot be read, and new ones. Those are written beside their place and take
-// it when they are whole, so that a save that fails leaves the file that was there.
+// Files that people name: why one cannot be read, and new ones. New files are written under a temporary name
+// and renamed when complete, so that a save that fails leaves the old file.
 #pragma once
 
 #include <string>
@@ -9,12 +9,12 @@
 
 namespace tavlyn::ctl {
 
-// Throws Failure for what is there but no regular file: a device in a file's place may never end.
+// Throws Failure if it exists but is not a regular file: reading a device might never end.
 void RequireFile(const std::string& path);
-// Why nothing could be read from it: missing, not to be opened by this user, or empty.
+// Why nothing could be read from it: missing, not allowed to this user, or empty.
 Failure NothingIn(const std::string& path);
 
-// Empty, under a name that nobody had before, readable for its owner alone; gone with the object.
+// An empty file under a new name, readable by its owner alone; removed with the object.
 class TemporaryFile {
  public:
   // Where the system keeps such files. Throws Failure.
@@ -38,21 +38,21 @@ class NewFile {
 
   // Where to write.
   [[nodiscard]] const std::string& Path() const { return beside_.Path(); }
-  // For what was written and did not arrive.
+  // For what was written but did not reach the file.
   [[nodiscard]] Failure NotWhole() const;
-  // Brings it to the disk and puts it in its place, with the rights of the file that was there. Throws
-  // Failure, and that file stays.
+  // Flushes it to disk and renames it into place, with the mode of the file that was there. Throws Failure,
+  // and then the old file stays.
   void Keep() const;
 
  private:
   std::string path_;
-  std::string place_;  // where the path leads to
+  std::string place_;  // where the path leads
   TemporaryFile beside_;
 };
 
-// Of each system. An error when a file that is there may not be written.
+// One for each system. An error if an existing file may not be written.
 std::error_code TestWritable(const std::string& path);
-// Adds a name of its own to the path, and creates that file. On Linux it goes away with a Ctrl-C too.
+// Adds a unique name to the path and creates that file. On Linux a Ctrl-C removes it too.
 std::error_code CreateOwnFile(std::string& path);
 void RemoveOwnFile(const std::string& path);
 std::error_code MoveOnto(const std::string& path, const std::string& place);

@@ -30,19 +30,19 @@ std::string RangeName(const IpRange& range) {
   return Dotted(range.ip) + (range.last == range.ip[3] ? "" : " to " + std::to_string(range.last));
 }
 
-// How long so many addresses take, where that is worth a word.
+// How long this many addresses take, if that is worth mentioning.
 std::string AskingTime(int count) {
   constexpr int kFew = 6;
   return count <= kFew ? "" : " takes up to " + std::to_string((count + 1) / 2) + " seconds";
 }
 
-// The fourth octet of the adapter that answered under an address; 0 for none.
+// The fourth octet of the adapter that answered at an address; 0 for none.
 std::uint8_t Ask(const Ip& ip) {
   const auto fourth = static_cast<std::int16_t>(ip[3]);
   return static_cast<std::uint8_t>(FindXport(ip[0], ip[1], ip[2], fourth, fourth));
 }
 
-// One address at a time, so that every adapter is found and not the first alone. An adapter may answer for an
+// One address at a time, so that every adapter is found and not only the first. An adapter may answer for an
 // address that is not its own.
 std::vector<Ip> Search(const IpRange& range) {
   std::vector<Ip> found;

@@ -9,7 +9,7 @@ namespace tavlyn::ctl {
 
 using Bytes = std::vector<std::uint8_t>;
 
-// With so many digits at least.
+// With at least this many digits.
 std::string Hex(unsigned value, int digits);
 
 // From pairs of digits. Throws Failure, which names what but does not repeat the text: it may be a key.

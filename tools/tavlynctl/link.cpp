@@ -46,7 +46,7 @@ class AddressScan {
   std::string_view left_;
 };
 
-// "3" or "3-8". False: neither, or not within 1 to 256.
+// "3" or "3-8"; false for anything else, or outside 1 to 256.
 bool TakePorts(const std::string& text, Link& link) {
   AddressScan scan(text);
   unsigned first = 0;

@@ -32,7 +32,7 @@ struct IpRange {
   std::uint8_t last = 0;
 };
 
-// Options of the program that choose the link, also taken after a command.
+// The program's options that choose the link; they may also follow a command.
 void AddLinkWords(CLI::App& app, Link& link);
 // "10.0.0.5" or "10.0.0.5-20".
 std::optional<IpRange> ParseRange(const std::string& text);

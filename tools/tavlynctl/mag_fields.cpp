@@ -46,7 +46,7 @@ constexpr Part kParts[] = {
     {"ignore_lrc", &tsSorbaneField::IgnoreLRC, sorbaneGetFieldIgnoreLRC, SetFlag<sorbaneSetFieldIgnoreLRC>},
 };
 
-// As many bits as travel.
+// The largest value that its bits on the wire can hold.
 int MostOf(const Part& part) {
   for (const magstripe::FieldPart& travelling : magstripe::kFieldParts) {
     for (const magstripe::FieldBits& bits : travelling.bits) {
@@ -56,7 +56,7 @@ int MostOf(const Part& part) {
   return 0;
 }
 
-// The key bytes that are in use.
+// The key bytes in use.
 std::string KeysOf(std::uint16_t field) {
   std::string text;
   const std::uint32_t count = std::min<std::uint32_t>(sorbaneGetFieldKeyCount(field), magstripe::kFieldKeys);

@@ -11,7 +11,7 @@ namespace {
 
 using namespace tavlyn::ctl;
 
-// The library may be another than the one that came with the program.
+// The library may not be the one that came with the program.
 std::string Version() {
   std::uint16_t major = 0;
   std::uint16_t minor = 0;

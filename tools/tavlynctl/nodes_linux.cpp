@@ -63,14 +63,14 @@ bool IsKnownNode(const fs::path& node) {
   return false;
 }
 
-// A sysfs attribute that is a number; -1 for none.
+// A numeric sysfs attribute; -1 for none.
 int Attribute(const fs::path& file, int base) {
   std::string text;
   std::getline(std::ifstream(file), text);
   return text.empty() ? -1 : static_cast<int>(std::strtol(text.c_str(), nullptr, base));
 }
 
-// "/dev/bus/usb/001/004", of the reader that libusb finds; empty for any other device.
+// "/dev/bus/usb/001/004", for the reader that libusb finds; empty for any other device.
 std::string BulkNode(const fs::path& device, const std::string& nodes) {
   if (Attribute(device / "idVendor", 16) != kBulk.vid || Attribute(device / "idProduct", 16) != kBulk.pid) {
     return {};

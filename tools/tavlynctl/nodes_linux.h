@@ -1,20 +1,20 @@
-// Files of devices: who may open them, who has, and which of them hide a reader.
+// Device files: who may open them, who has them open, and which of them hide a reader.
 #pragma once
 
 #include <string>
 
 namespace tavlyn::ctl {
 
-// It is there, and this user may not open it.
+// True if it exists and this user may not open it.
 bool IsForbidden(const std::string& node);
 // "mode 0660, owner root, group dialout".
 std::string ModeOf(const std::string& node);
-// "minicom (process 123)": the other programs that have it open, as far as this user may know.
+// "minicom (process 123)": the other programs that have it open, as far as this user can see.
 std::string HoldersOf(const std::string& node);
-// The same of what a descriptor's link names, such as "socket:[123]".
+// The same for what a descriptor's link names, such as "socket:[123]".
 std::string HoldersOfLink(const std::string& target);
 
-// PermissionProblem of any two folders, of HID devices and of the bulk device.
+// PermissionProblem for any two folders, of HID devices and of the bulk device.
 std::string HidProblem(const std::string& hidrawClass, const std::string& nodes);
 std::string BulkProblem(const std::string& usbDevices, const std::string& nodes);
 

@@ -63,13 +63,13 @@ std::string Padded(std::string text, std::size_t width) {
   return text + "  ";
 }
 
-// Texts come from a device: bytes that are no UTF-8 must not end the program. What is no ASCII is escaped, so
-// that a terminal shows JSON as it stands.
+// Texts come from a device: bytes that are not UTF-8 must not end the program. Characters that are not ASCII
+// are escaped, so that a terminal shows JSON unchanged.
 void PrintJson(const Json& value, int indent = -1) {
   std::printf("%s\n", value.dump(indent, ' ', true, Json::error_handler_t::replace).c_str());
 }
 
-// A card, and what it does if that is told.
+// A card, and the event if there is one.
 std::string CardLine(const Json& card) {
   return card.value("event", "card") + " " + Cell(card["bits"]) + " bits " + Cell(card["id"]);
 }

@@ -28,20 +28,20 @@ class Failure : public std::runtime_error {
   Failure(ExitCode exitCode, const std::string& text, Json found = {})
       : std::runtime_error(text), code(exitCode), document(std::move(found)) {}
   ExitCode code;
-  Json document;  // as far as it goes; null for none
+  Json document;  // what there is of it; null for none
 };
 
 // A document of this command, to be filled.
 Json NewDocument(const std::string& command);
 
-// Null shows nothing. A standard output that takes nothing any more is a Failure, here and below.
+// Null shows nothing. Here and below, throws Failure if standard output cannot be written.
 void Show(const Json& document, bool asJson);
-// A card that came or went: one line, out at once.
+// A card that came or went: one line, flushed at once.
 void ShowEvent(const Json& event, bool asJson);
 // Any other event, with its line for people.
 void ShowEvent(const Json& event, const std::string& line, bool asJson);
 void FlushOutput();
-// What was found, and why it ended; in JSON both in one document. Gives the exit code.
+// What was found, and why it failed; in JSON both in one document. Returns the exit code.
 ExitCode ShowFailure(const Failure& failure, const std::string& command, bool asJson);
 
 }  // namespace tavlyn::ctl

@@ -19,7 +19,7 @@ FieldValue FlagValue(const char* field, bool on) {
   return {FindField(field), static_cast<std::int16_t>(on ? 1 : 0)};
 }
 
-// In the configuration that the reader is on.
+// In the reader's current configuration.
 Json SetOutputs(const std::vector<FieldValue>& values, bool store, const Request& request) {
   const Session session(request.link);
   session.Use(request.device);

@@ -4,21 +4,21 @@
 
 namespace tavlyn::ctl {
 
-// A device opened under the number of a closed one would get what is printed. On Linux the null device takes
-// their numbers before anything else is opened.
+// A device opened under the number of a closed standard stream would get what is printed. On Linux the null
+// device takes these numbers before anything else is opened.
 bool OutputIsMissing();
 
 // From now on the first Ctrl-C, SIGTERM, Ctrl-Break or closing of the console is only noted: the library may
 // be in the middle of a call. The second one ends the program at once.
 void NoteStop();
 bool IsStopped();
-// The end of a program that was stopped, as its caller would see it without NoteStop().
+// Ends a stopped program the way its caller would see it without NoteStop().
 void EndStopped();
 
-// An end by a fault does not leave the memory on a disk.
+// From now on a crash does not write the memory to disk.
 void ForbidCoreImage();
 
-// What is typed is not shown as long as the object lasts, nor after a Ctrl-C within it.
+// Typing is not echoed while the object lasts; echo comes back even after a Ctrl-C.
 class HiddenInput {
  public:
   HiddenInput();
@@ -26,7 +26,7 @@ class HiddenInput {
   HiddenInput(const HiddenInput&) = delete;
   HiddenInput& operator=(const HiddenInput&) = delete;
 
-  // False where the standard input is no terminal.
+  // False if standard input is not a terminal.
   [[nodiscard]] bool IsTyped() const { return typed_; }
 
  private:

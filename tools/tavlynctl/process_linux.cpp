@@ -13,7 +13,7 @@ namespace {
 
 bool missing[STDERR_FILENO + 1];
 
-// The lowest free number is the closed one's, as those below it have been filled.
+// The lowest free number is the closed one's, because those below it are in use.
 void FillClosedOnes() {
   for (int file = STDIN_FILENO; file <= STDERR_FILENO; ++file) {
     if (fcntl(file, F_GETFD) < 0) missing[file] = open("/dev/null", O_RDWR) == file;
@@ -54,7 +54,7 @@ bool IsStopped() { return stopped != 0; }
 
 void EndStopped() { std::raise(stopped); }
 
-// The limit alone does not hold where the core pattern is a program: that is handed the image all the same.
+// The limit alone is not enough if the core pattern is a program, which is given the image all the same.
 void ForbidCoreImage() {
   prctl(PR_SET_DUMPABLE, 0, 0, 0, 0);
   const rlimit none{0, 0};
@@ -69,7 +69,7 @@ HiddenInput::HiddenInput() : typed_(tcgetattr(STDIN_FILENO, &shown) == 0) {
   for (const int signal : kEnds) sigaction(signal, &action, nullptr);
   termios hidden = shown;
   hidden.c_lflag &= ~static_cast<tcflag_t>(ECHO | ECHONL);
-  // What was typed before is dropped: it has been shown.
+  // What was typed before is dropped: it has been echoed.
   tcsetattr(STDIN_FILENO, TCSAFLUSH, &hidden);
 }
 

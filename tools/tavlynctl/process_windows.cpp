@@ -34,7 +34,7 @@ LONG WINAPI EndAtOnce(EXCEPTION_POINTERS*) {
 
 }  // namespace
 
-// Handles are no small numbers here: none takes the place of another.
+// Handles are not small numbers here: none takes the place of another.
 bool OutputIsMissing() { return _fileno(stdout) < 0; }
 
 void NoteStop() { SetConsoleCtrlHandler(TakeStop, TRUE); }
@@ -43,7 +43,7 @@ bool IsStopped() { return noted; }
 
 void EndStopped() { EndAsInterrupted(); }
 
-// A fault that nobody handles is what makes error reporting write the memory to a file.
+// An unhandled fault makes error reporting write the memory to a file.
 void ForbidCoreImage() {
   SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
   SetUnhandledExceptionFilter(EndAtOnce);

@@ -24,7 +24,7 @@ struct TextForm {
   std::uint32_t product;
   const char* title;
   char equals;                   // between a name and its number
-  std::string_view information;  // before the version in a file that a library has written,
+  std::string_view information;  // before the version in a file that the library has written,
   const char* last;              // which then ends with this
 };
 constexpr TextForm kForms[] = {
@@ -67,7 +67,7 @@ std::string SuggestedSetting(const std::string& name, std::uint32_t product) {
 }
 
 struct ReadEntry {
-  std::string name;  // empty where a line says nothing
+  std::string name;  // empty if the line says nothing
   std::optional<int> number;
 };
 
@@ -82,7 +82,7 @@ ReadEntry EntryOf(std::string_view line, std::uint32_t product) {
   return {std::string(entry.key), entry.number};
 }
 
-// What is wrong with an entry; else it is among the settings.
+// What is wrong with an entry; if nothing, it has been added to the settings.
 std::string TakeEntry(const ReadEntry& entry, std::uint32_t product, Json& settings) {
   const auto known = FindSetting(entry.name);
   if (!known || known->product != product)
@@ -122,7 +122,7 @@ std::uint32_t ProductOfWords(const std::vector<std::string>& words) {
   for (const std::string& word : words) {
     NamedSetting one = FindSetting(NameIn(word)).value_or(NamedSetting{kReaders, NameIn(word)});
     if (first && first->product != one.product) {
-      // What is no setting must at least be a field.
+      // If it is not a setting it must at least be a field.
       for (const NamedSetting* each : {&*first, &one}) {
         if (each->product == kReaders) FindField(each->name);
       }
@@ -206,7 +206,7 @@ void LoadMirror(const std::string& path, const Json& wanted, const std::string& 
   if (!refused.empty()) throw Failure(kUsage, ActiveDeviceName() + " does not take " + what + refused);
 }
 
-// The library has calls for some settings alone; a file may name any.
+// The library has calls only for some settings; a file may name any.
 void StoreSettings(const Json& wanted) {
   const TextForm& form = FormOf(GetProduct());
   const TemporaryFile file;

@@ -15,19 +15,19 @@ struct NamedSetting {
   std::uint32_t product;
   std::string name;
 };
-// All that a device keeps.
+// Everything that a device stores.
 const std::vector<NamedSetting>& SettingNames();
-// Nothing for a name that no product has.
+// None for a name that no product has.
 std::optional<NamedSetting> FindSetting(const std::string& name);
 
 // Whose fields or settings these words are, "NAME" or "NAME=VALUE"; readers for names that nothing has.
-// Throws Failure for words of several products.
+// Throws Failure if the words are for several products.
 std::uint32_t ProductOfWords(const std::vector<std::string>& words);
-// From words "NAME=VALUE" of one of the other products.
+// From words "NAME=VALUE" for one of the other products.
 Json ParseSettings(const std::vector<std::string>& words);
 
-// Whose configuration file it is, by its title; readers for a file that has none of the others'. Throws
-// Failure when it cannot be read.
+// The product that a configuration file is for, by its title; readers if it has no other product's title.
+// Throws Failure if it cannot be read.
 std::uint32_t ProductOfFile(const std::string& path);
 
 // Throws Failure: their files have no integrity trailer.
@@ -35,17 +35,18 @@ std::uint32_t ProductOfFile(const std::string& path);
 
 struct SettingsFile {
   Json settings = Json::object();    // what it mentions
-  std::vector<std::string> ignored;  // lines that the device is not told of
+  std::vector<std::string> ignored;  // lines that the device does not get
 };
-// Throws Failure for a file that cannot be read, has no setting, or ends in the middle.
+// Throws Failure for a file that cannot be read, has no setting, or is cut short.
 SettingsFile ReadSettings(const std::string& path, std::uint32_t product);
 
-// What the library has written of the active device; throws that Failure where it has not arrived.
+// The settings in the file that the library wrote for the active device; throws that Failure if they did not
+// arrive.
 Json SettingsIn(const std::string& path, const Failure& otherwise);
-// Those of the active device as the library mirrors them, without the two that the device itself does not
-// keep.
+// The active device's settings in the library's mirror, without the two that the device itself does not
+// store.
 Json MirrorSettings();
-// Changes the mirror. Throws Failure, with what, for those that it does not take.
+// Changes the mirror. Throws Failure, naming what, for settings that it does not accept.
 void LoadMirror(const std::string& path, const Json& wanted, const std::string& what);
 void StoreSettings(const Json& wanted);
 

@@ -14,12 +14,12 @@ namespace {
 
 constexpr int kWeek = 604'800;  // seconds
 
-// First words of the commands that have to do with keys, whose memory an end by a fault must not leave on a
-// disk; and of those whose own words may be keys, which no message repeats.
+// First words of the commands that handle keys, whose memory a crash must not write to disk; and of those
+// whose arguments may be keys, which no message repeats.
 constexpr std::string_view kWithKeys[] = {"secure", "keys", "ble", "raw", "serial"};
 constexpr std::string_view kWordsMayBeKeys[] = {"secure", "raw", "serial write"};
 
-// Whether a command is one of these, or stands below it.
+// Whether a command is one of these, or below one.
 bool IsAmong(std::string_view command, std::span<const std::string_view> all) {
   return std::ranges::any_of(all, [&](std::string_view words) {
     return command.starts_with(words) && (command.size() == words.size() || command[words.size()] == ' ');
@@ -34,7 +34,7 @@ Json Request::DeviceDocument() const {
   return document;
 }
 
-// As a list of one: a second word is then told to be one file too many.
+// As a list of one, so that a second word is reported as one file too many.
 void Words::File(std::string& path) {
   const auto take = [&path, &files = request_.files](const std::vector<std::string>& given) {
     files = given;
@@ -120,7 +120,7 @@ int Program::Run(int argc, char** argv) {
     app_.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) return app_.exit(error);  // help
-    // Whether JSON is wanted is told by the words themselves, as not all of them were understood.
+    // Looks for --json in the words themselves, because not all of them were understood.
     const std::span words(argv, static_cast<std::size_t>(argc));
     return Refuse(error, std::ranges::find(words, std::string_view("--json")) != words.end());
   }

@@ -1,5 +1,5 @@
 // The program's commands. A command is a record: its members are its options, Take names the words that set
-// them, Run does what was asked and gives a document or throws Failure.
+// them, Run executes it and returns a document or throws Failure.
 #pragma once
 
 #include <CLI/CLI.hpp>
@@ -17,13 +17,13 @@
 
 namespace tavlyn::ctl {
 
-// What a command is given beside its own options.
+// What a command is given besides its own options.
 struct Request {
   std::string command;  // "config show"
   Link link;
   bool json = false;
   int device = 0;
-  std::uint32_t products = kAllProducts;  // those that a command of several may be about
+  std::uint32_t products = kAllProducts;  // for a command of several products: those that it may use
   std::vector<std::string> files;         // every FILE
 
   [[nodiscard]] Json Document() const { return NewDocument(command); }
@@ -51,10 +51,10 @@ class Words {
   void Choice(const char* name, std::string& word, const std::vector<std::string>& words) {
     Text(name, word)->check(OneOf(words));
   }
-  // What names a file is tested before the command begins.
+  // File names are checked before the command begins.
   void File(std::string& path);
   void Files(std::vector<std::string>& paths, const char* text);
-  // A word that the command takes apart itself.
+  // A word that the command parses itself.
   CLI::Option* Parsed(const char* name, const std::function<void(const std::string&)>& take,
                       const char* text) {
     return command_.add_option_function<std::string>(name, take, text);
@@ -77,9 +77,9 @@ class Program {
  public:
   Program(const char* text, const std::function<std::string()>& version);
 
-  // A word that only leads to the commands below it.
+  // A word that only introduces the commands below it.
   void Group(const char* words, const char* text);
-  // By its words: "list", "config show" below a group, "cards set" below a command.
+  // Adds a command by its words: "list", "config show" below a group, "cards set" below a command.
   template <typename Command>
   void Add(const char* words, const char* text) {
     const auto command = std::make_shared<Command>();
@@ -88,7 +88,7 @@ class Program {
     commands_[words] = [command](const Request& request) { return command->Run(request); };
   }
 
-  // Gives the exit code.
+  // Returns the exit code.
   int Run(int argc, char** argv);
 
  private:

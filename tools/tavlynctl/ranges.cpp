@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::size_t kRangeWords = 5;
 constexpr int kInchesPerMark = 2;
-// For the longest distance that the sensor's byte can tell.
+// For the longest distance that fits the sensor's byte.
 constexpr int kMarks = static_cast<int>(0xFF / sonar::kUnitsPerInch) / kInchesPerMark + 1;
 
 struct Measurement {
@@ -42,7 +42,7 @@ std::string Line(const Measurement& measured) {
   return text;
 }
 
-// Over the line that stands there.
+// Over the current line.
 void ShowBar(const Measurement& measured) {
   const auto full = static_cast<std::size_t>(std::clamp(measured.inches / kInchesPerMark, 0, kMarks));
   const std::string bar(full, '#');
@@ -58,7 +58,7 @@ void ShowLine(const Measurement& measured, const Request& request) {
   ShowEvent(event, Line(measured), request.json);
 }
 
-// A live line that is left as it is when the watching ends.
+// A live line, which stays on the screen when the watching ends.
 class LiveLine {
  public:
   explicit LiveLine(bool live) : live_(live) {}

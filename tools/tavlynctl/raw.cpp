@@ -15,7 +15,7 @@ constexpr std::int16_t kLastPart = 35;
 constexpr std::size_t kRawBytes = 8;
 constexpr std::uint16_t kSerialLink = 1;
 
-// What was given is not repeated: it may be a key.
+// The argument is not repeated: it may be a key.
 std::uint8_t ParseByte(const std::string& text) {
   std::uint8_t byte = 0;
   const char* end = text.data() + text.size();
@@ -48,7 +48,7 @@ std::vector<std::uint8_t> Exchange(const std::vector<std::uint8_t>& command) {
     answered = SetRawPayload_index(static_cast<std::int16_t>(at + 1), command[at]);
   }
   if (answered != 1 || GetLastLibErr() != 0) throw NotAnswered();
-  // Over a serial link the reply begins where over reports the report ID stands.
+  // Over a serial link the reply begins where reports have the report ID.
   const std::size_t first = GetDevType() == kSerialLink ? 0 : 1;
   std::vector<std::uint8_t> reply;
   for (std::size_t at = 0; at < kRawBytes; ++at) {

@@ -23,7 +23,7 @@ const char* ProblemOf(Peer peer) {
 
 bool IsWholeNetwork(const Link& link) { return link.ip[3] == 0; }
 
-// Those that may hide a reader; where not a single port is there, the first that is missing.
+// The ports that may hide a reader; if none exists, the first missing one.
 std::optional<Failure> PortProblem(const Link& link) {
   std::string hidden;
   std::string missing;

@@ -9,17 +9,17 @@
 
 namespace tavlyn::ctl {
 
-// Throws Failure when nothing takes a connection at the address: the library would wait for it for minutes. A
-// whole network is left to the library.
+// Throws Failure if nothing accepts a connection at the address: the library would wait for minutes. A whole
+// network is left to the library.
 void RequirePeer(const Link& link);
 
-// What hides a reader of a port or an address where none was found.
+// Why no reader was found on a port or at an address.
 std::optional<Failure> ReachProblem(const Link& link);
 
 // What the system knows.
 
-// Which known USB devices the user may not open, or which one another program holds, and what helps; empty
-// when there is none.
+// Which known USB devices the user may not open, or which one another program holds, and what to do about it;
+// empty if there is none.
 std::string PermissionProblem();
 
 enum class PortState { kMissing, kForbidden, kHeld, kFree };
@@ -34,7 +34,7 @@ enum class Peer { kTakes, kRefuses, kSilent, kUnreachable };
 
 // Connects, and closes the connection.
 Peer TryPeer(const Ip& ip, std::uint16_t port);
-// Which programs of this machine have a connection there: "name (process 12)"; empty for none.
+// The programs on this machine that have a connection there: "name (process 12)"; empty if none.
 std::string HoldersOfPeer(const Ip& ip, std::uint16_t port);
 
 }  // namespace tavlyn::ctl

@@ -21,7 +21,7 @@ namespace {
 
 constexpr int kConnectLimit = 4000;  // milliseconds; a lost first packet is sent again after one second
 
-// Against everyone, or against root by the lock that this library takes too.
+// Held against everyone, or against root by the lock that this library takes too.
 bool IsHeld(const std::string& node) {
   const Descriptor port(open(node.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
   if (port.Number() < 0) return errno == EBUSY;
@@ -68,7 +68,7 @@ Peer TryPeer(const Ip& ip, std::uint16_t port) {
   return Outcome(error);
 }
 
-// "0: 0100007F:0016 0500007F:2711 01 …": local and remote end, the state, and at the tenth place the inode.
+// "0: 0100007F:0016 0500007F:2711 01 …": local and remote end, the state, and in the tenth column the inode.
 std::string HoldersOfPeer(const Ip& ip, std::uint16_t port) {
   constexpr unsigned kEstablished = 1;
   std::uint32_t wanted = 0;

@@ -57,7 +57,7 @@ Peer Connect(SOCKET tried, const sockaddr_in& peer) {
 // On Windows every user may open these devices.
 std::string PermissionProblem() { return {}; }
 
-// A port that is open cannot be opened again; who has it open is not told.
+// A port that is open cannot be opened again; Windows does not say who has it open.
 Port LookAtPort(unsigned number) {
   const std::string name = "COM" + std::to_string(number);
   HANDLE port = CreateFileA(("\\\\.\\" + name).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,

@@ -1,4 +1,4 @@
-// keys load, secure read and secure write. Key material is shown only where it was asked for.
+// keys load, secure read and secure write. Key material is shown only on request.
 #include <cstdio>
 #include <iostream>
 #include <string>
@@ -23,8 +23,8 @@ Bytes ParseHeader(const std::string& text) {
   return header;
 }
 
-// In place of a -, a line of the standard input, so that a key is not seen in a list of processes; nor does a
-// terminal show it.
+// Replaces a - by a line of standard input, so that a key is not seen in a process list; a terminal does not
+// echo it either.
 std::string GivenData(const std::string& word) {
   if (word != "-") return word;
   const HiddenInput hidden;

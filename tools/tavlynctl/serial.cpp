@@ -23,7 +23,7 @@ Bytes BytesOf(const std::vector<std::string>& words) {
   return ParseHex(digits, "HEX");
 }
 
-// A socket tells the size of the last piece alone, so that one byte at a time is asked of it.
+// A socket reports only the size of the last piece, so it is asked for one byte at a time.
 Bytes ReadBytes(const Link& link, int most) {
   const auto length = static_cast<std::uint32_t>(most);
   Bytes bytes(length);

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::int16_t kUsbLink = 0;
 constexpr std::int16_t kEthernetLink = 2;
-constexpr std::uint16_t kReports = 0;  // as GetDevType tells a link
+constexpr std::uint16_t kReports = 0;  // as GetDevType returns a link
 
 struct NamedProduct {
   std::uint32_t product;
@@ -24,7 +24,7 @@ struct NamedProduct {
 constexpr NamedProduct kProducts[] = {
     {kReaders, "card reader"}, {kMagstripes, "magstripe reader"}, {kSensors, "sonar sensor"}};
 
-// A connect reads every configuration of the first plus reader, and one of each after it.
+// A connect reads every configuration of the first plus reader, but only one of each later reader.
 bool AllConfigurationsRead() {
   for (int index = 0; index <= GetMaxConfig(); ++index) {
     const SelectedConfiguration selected(index);
@@ -38,10 +38,10 @@ std::string Unread() {
   return "the configuration of " + ActiveDeviceName() + " could not be read, " + ErrorText();
 }
 
-// A plus reader that goes away is asked for each of its configurations, several times.
+// A plus reader that has gone away is still asked for each of its configurations, several times.
 constexpr Awaited::Seconds kMostOfGoneDevice(180);
 
-// What a search takes where nobody answers, or where somebody answers in another dialect.
+// How long a search takes if nobody answers, or if somebody answers in another dialect.
 Awaited::Seconds SearchTime(const Link& link) {
   constexpr Awaited::Seconds kPort(1.5);
   constexpr Awaited::Seconds kAdapter(10);
@@ -51,7 +51,7 @@ Awaited::Seconds SearchTime(const Link& link) {
   return (link.lastPort - link.firstPort + 1) * port;
 }
 
-// Whether all that was found could be read, too.
+// Whether everything that was found could be read, too.
 bool Connect(const Link& link) {
   if (link.kind == LinkKind::kSerial) {
     SetBaudRate(link.baud);
@@ -67,7 +67,7 @@ bool Connect(const Link& link) {
   return USBConnect(nullptr) == 1;
 }
 
-// True when something was found; then allRead tells whether all of it could be read, too.
+// True if something was found; allRead then says whether all of it could be read.
 bool Search(const Link& link, std::uint32_t products, bool& allRead) {
   for (const NamedProduct& one : kProducts) {
     if ((products & one.product) == 0) continue;
@@ -87,7 +87,7 @@ std::string Names(std::uint32_t products) {
   return names;
 }
 
-// The same where nothing at all was found.
+// The same if nothing at all was found.
 std::string Wanted(std::uint32_t products) {
   if (products == kMagstripes || products == kSensors) return Names(products);
   return (products & kSensors) == 0 ? "reader" : "device";
@@ -122,7 +122,7 @@ Failure NotFound(const Link& link, std::uint32_t products) {
   const bool onUsb = link.kind == LinkKind::kUsb;
   const std::string problem = onUsb ? PermissionProblem() : std::string();
   if (!problem.empty()) return {kNoPermission, problem};
-  // Behind Ethernet adapters there are card readers alone.
+  // Ethernet adapters only have card readers.
   const bool mayBeThere = link.kind != LinkKind::kEthernet || (products & kReaders) != 0;
   if (auto unreached = mayBeThere ? ReachProblem(link) : std::nullopt) return *unreached;
   bool read = false;
@@ -132,7 +132,7 @@ Failure NotFound(const Link& link, std::uint32_t products) {
     return other;
   }
   if (onUsb) return {kNoDevice, "no " + Wanted(products) + " is plugged in"};
-  // Sensors are on USB alone.
+  // Sensors are on USB only.
   const std::uint32_t meant = products == kSensors ? products : products & ~kSensors;
   const bool isHopeless = meant == kMagstripes && link.kind == LinkKind::kSerial;
   return {kNoDevice, "no " + Wanted(meant) + " answered " + Where(link) +
@@ -158,8 +158,8 @@ std::string Session::ReadProblem() const {
   if (!DeviceIsReader()) return ReadCfg() == 1 ? std::string() : Unread();
   const bool tried = (GetLastLibErr() & TAVLYN_ERR_CONFIG_READ) != 0;
   const std::string problem = Unread();
-  // Configuration 0 is read last, and a record get works only on one that was read; an error word alone may
-  // tell of a text.
+  // Configuration 0 is read last, and a record get works only if it was read; the error word by itself may be
+  // about a text.
   tsCfgFlags flags{};
   if (GetActConfig() == 0 && GetFlags(&flags) == 1) return {};
   if (!tried && ReadCfg() == 1) return {};

@@ -13,7 +13,7 @@
 
 namespace tavlyn::ctl {
 
-// As GetProduct tells them; a sum of them is a choice.
+// As GetProduct returns them; a sum of them is a choice.
 inline constexpr std::uint32_t kReaders = 1;
 inline constexpr std::uint32_t kMagstripes = 2;
 inline constexpr std::uint32_t kSensors = 4;
@@ -22,7 +22,7 @@ inline constexpr std::uint32_t kAllProducts = kReaders | kMagstripes | kSensors;
 // "card reader".
 const char* ProductName(std::uint32_t product);
 
-// Why there is no such device: searches for one of another product.
+// Why there is no such device: searches for one of another product to say so.
 Failure NotFound(const Link& link, std::uint32_t products);
 
 class Session {
@@ -34,43 +34,43 @@ class Session {
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
-  // Makes the device active; throws Failure when there is none of that index, none at all, none that may be
+  // Makes the device active; throws Failure if there is none of that index, none at all, none that may be
   // opened, or only another product.
   void Select(int index) const;
-  // Why the active device's configuration could not be read; empty when it was. A connect stops at the first
-  // device that fails; those after it are read here.
+  // Why the active device's configuration could not be read; empty if it was read. A connect stops at the
+  // first device that fails; those after it are read here.
   [[nodiscard]] std::string ReadProblem() const;
-  // Selects; a configuration that was not read is a Failure too.
+  // Selects, and throws Failure also if the configuration was not read.
   void Use(int index) const;
-  // The same, but cards are read from a reader in text whose configuration was not read, too.
+  // The same, but accepts a reader in text whose configuration was not read: its cards can be read.
   void UseForCards(int index) const;
-  // The same of a reader that is asked by reports alone; a reader on any other link is a Failure.
+  // The same for commands that exist only over reports; throws Failure for a reader on any other link.
   void UseReports(int index) const;
-  // From now on the command waits for what happens, and not for the library.
+  // From now on the command waits for events, not for the library.
   void Settle() { awaited_.reset(); }
 
  private:
-  // Of the active device, where text is wanted.
+  // For the active device, if the text dialect is wanted.
   [[nodiscard]] InText StateInText() const;
 
   std::optional<Awaited> awaited_;
   Link link_;
   std::uint32_t products_;
   bool allRead_ = true;
-  std::vector<InText> inText_;  // empty when the dialect is not wanted
+  std::vector<InText> inText_;  // empty if the dialect is not wanted
 };
 
 // Of any device.
 inline constexpr int kHighestConfiguration = 10;
-// Throws Failure when the active device has no configuration of that index.
+// Throws Failure if the active device has no configuration with that index.
 void CheckConfiguration(int index);
 
-// Throws Failure when the active device is no plus reader.
+// Throws Failure if the active device is not a plus reader.
 void RequirePlusReader();
 bool DeviceIsReader();
 
-// Makes one configuration the one that the record calls act on, as long as the object lasts. The reader is
-// not told: it stays on the configuration that it is on.
+// Makes the record calls act on one configuration as long as the object lasts. The reader is not told and
+// stays on its current configuration.
 class SelectedConfiguration {
  public:
   explicit SelectedConfiguration(int index);
@@ -82,11 +82,11 @@ class SelectedConfiguration {
   std::uint8_t before_;
 };
 
-// "card reader 0 (7A31:3BFA Orvantis, /dev/hidraw0)", "card reader 0 (COM3:)", of the active device.
+// "card reader 0 (7A31:3BFA Orvantis, /dev/hidraw0)", "card reader 0 (COM3:)", for the active device.
 std::string ActiveDeviceName();
 std::string ActiveDevicePath();
 const char* ActiveProductName();
-// "error word 0x20000: a read of the configuration failed", of the active device.
+// "error word 0x20000: a read of the configuration failed", for the active device.
 std::string ErrorText();
 // "the beeper of card reader 0 (…) failed, error word …"
 Failure Failed(const std::string& what);

@@ -15,10 +15,10 @@ constexpr int kTracks = 3;
 constexpr std::uint8_t kHeaderCount = 127;
 constexpr std::chrono::milliseconds kSwipePause(100);
 
-// Calls that fetch leave the error word alone; this one is refused and clears it.
+// Calls that fetch leave the error word alone; this call is refused, which clears it.
 void ClearMagstripeErrorWord() { sorbaneSetActiveID(0, 0, 0, 0); }
 
-// Byte 0 is the header; those behind it up to its count.
+// Byte 0 is the header; the track's bytes follow, up to its count.
 std::string RawText(const std::uint8_t* bytes) {
   std::string text;
   for (int at = 1; at <= (bytes[0] & kHeaderCount); ++at) text += Hex(bytes[at], 2);
@@ -29,7 +29,7 @@ std::string PlainText(const std::uint8_t* bytes) {
   return {reinterpret_cast<const char*>(bytes) + 1, std::size_t{bytes[0]} & kHeaderCount};
 }
 
-// A track of the last swipe, or null when it is empty. Throws Failure when it could not be fetched.
+// A track of the last swipe, or null if it is empty. Throws Failure if it could not be fetched.
 Json TrackOf(int number) {
   const auto track = static_cast<std::uint16_t>(number);
   ClearMagstripeErrorWord();
@@ -43,7 +43,7 @@ Json TrackOf(int number) {
   return {{"track", number}, {"characters", text.size()}, {"raw", raw}, {"text", text}};
 }
 
-// All of them, or the one of that number.
+// All tracks, or the one with that number.
 Json TracksOf(int which) {
   Json tracks = Json::array();
   for (int number = 1; number <= kTracks; ++number) {
@@ -84,7 +84,7 @@ struct ShowTracks {
   }
 };
 
-// It shows its events itself and gives no document.
+// Shows its events itself and returns no document.
 struct WatchSwipes {
   int count = 0;  // 0: any number of lines
   std::optional<double> timeout;

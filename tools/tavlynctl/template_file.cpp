@@ -33,13 +33,13 @@ void EachLine(const std::string& path, const std::function<void(const std::strin
 
 bool SameLetter(char a, char b) { return AsciiLower(a) == AsciiLower(b); }
 
-// Among Settings; empty for what no reader keeps.
+// The name in Settings; empty for what no reader has.
 std::string NameOf(const TemplateEntry& entry) {
   if (entry.option != nullptr) return entry.option->keyword;
   return entry.field->save == Save::kUnsaved ? "" : FullName(*entry.field);
 }
 
-// For a reader every value of a flag but 0 is one.
+// To a reader every flag value other than 0 is 1.
 bool IsFlag(const TemplateEntry& entry) {
   return entry.option != nullptr || entry.field->save == Save::kFlag;
 }
@@ -95,7 +95,7 @@ class Parser {
  private:
   enum class State { kEntries, kSepBytes, kCard };
 
-  // The library writes the card lines of a configuration that it could not read, and nothing else of it.
+  // Of a configuration that it could not read, the library writes only the card lines.
   void Close() {
     if (!entries_) Complain("lacks configuration ");
     if (state_ != State::kCard) Complain(kCut);
@@ -137,7 +137,7 @@ class Parser {
     Ignore("the separator data holds something that is not a byte");
   }
 
-  // A card type without a priority of its own has a low one.
+  // A card type without a priority has a low one.
   void TakeCard(std::string_view line) {
     if (const auto type = NumberAfter(kCardTypeWord, line)) {
       now_[kCardTypeName] = Hex(static_cast<unsigned>(*type) & 0xFFFFU, 4);
@@ -154,10 +154,10 @@ class Parser {
   State state_ = State::kEntries;
   std::size_t sepBytes_ = 0;
   int number_ = 0;
-  bool begins_ = true;    // the next piece begins a line
-  bool entries_ = false;  // of the configuration that is being read
-  bool closed_ = false;   // a configuration before it
-  bool written_ = false;  // by a library; a file written by hand may hold a few lines only
+  bool begins_ = true;    // the next piece is the beginning of a line
+  bool entries_ = false;  // the configuration being read has some
+  bool closed_ = false;   // a configuration has ended
+  bool written_ = false;  // by the library; a file written by hand may be incomplete
 };
 
 }  // namespace

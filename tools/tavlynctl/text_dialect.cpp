@@ -12,16 +12,16 @@ namespace {
 constexpr std::uint16_t kSerialLine = 1;
 constexpr std::uint32_t kUsualBaud = 9600;
 
-// At a lower speed a whole list of variables does not come in the time of a quick read.
+// At a lower speed a full list of variables does not arrive within the time of a quick read.
 bool MayHurry(const Link& link) { return link.kind == LinkKind::kSerial && link.baud >= kUsualBaud; }
 
-// The time-outs of a quick read, until the port is searched again: whatever is asked for makes no difference.
+// Sets the time-outs of a quick read, which last until the next search; the number of bytes does not matter.
 void HurryPort() { SetSerialTimeouts(0, 0, 0); }
 
-// A socket gives an answer piece by piece, and nobody drops what is left of it: all of it is taken.
+// A socket delivers an answer in pieces, and nobody drops the rest of it: so all of it is read here.
 bool AnswersOverSocket() {
   constexpr std::string_view kVersion = "\rRFID:DEV.VER\r";
-  constexpr int kLooks = 10;  // of an eighth of a second
+  constexpr int kLooks = 10;  // each an eighth of a second
   WriteSerialPort(kVersion.data(), static_cast<std::uint32_t>(kVersion.size()));
   bool answered = false;
   bool came = true;
@@ -34,8 +34,8 @@ bool AnswersOverSocket() {
   return answered;
 }
 
-// Of the active reader. A version in text clears the error word; the rest of the configuration leaves it.
-// Over a socket the library takes no answer as long as a configuration's for whole.
+// For the active reader. A version in text clears the error word; the rest of the configuration leaves it
+// alone. Over a socket the library never takes an answer as long as a configuration's as complete.
 InText ReadOne(const Link& link) {
   GetFlags(nullptr);
   if (ReadCfg() == 1) return InText::kRead;

@@ -1,4 +1,4 @@
-// Readers that are spoken to in text.
+// Talking to readers in the text dialect.
 #pragma once
 
 #include <chrono>
@@ -10,19 +10,19 @@ namespace tavlyn::ctl {
 
 enum class InText {
   kSilent,  // it does not speak text, or has gone
-  kUnread,  // it answers, but not with all of its configuration
+  kUnread,  // it answers, but its configuration could not be read completely
   kRead,
 };
 
-// How long a reader on a port is waited for that does not speak text.
+// How long it takes to notice that a reader on a port does not speak text.
 std::chrono::seconds SilenceInText(const Link& link);
 
-// Chooses the dialect for all readers that were found, and reads their configurations in it. Device 0 is
-// active afterwards.
+// Chooses the dialect for all readers that were found, and reads their configurations in it. Afterwards
+// device 0 is active.
 std::vector<InText> ReadInText(const Link& link);
 
-// Sees to it that an ID read in text ends within seconds when no answer comes; with the usual time-outs of a
-// serial port it takes minutes. False: nobody answers, and a read is not worth its time.
+// Makes an ID read in text end within seconds if no answer comes; with a serial port's usual time-outs it
+// takes minutes. False if nobody answers, so that a read is pointless.
 bool ShortenTextRead(const Link& link);
 
 }  // namespace tavlyn::ctl

@@ -1,4 +1,4 @@
-// Commands that show what happens until something ends them.
+// Commands that show events until something ends them.
 #pragma once
 
 #include <chrono>
@@ -18,7 +18,7 @@ class Watching {
   // most 0: any number of events.
   Watching(std::optional<double> seconds, int most);
 
-  // Throws Failure when the time is over and nothing has happened.
+  // Throws Failure if the time is over and nothing has happened.
   [[nodiscard]] bool GoesOn() const;
   void Count(int events) { events_ += events; }
 
@@ -28,18 +28,18 @@ class Watching {
   int events_ = 0;
 };
 
-// Whether a device that is asked again and again is still there.
+// Whether a device that is polled is still there.
 class Answers {
  public:
-  // Gives came. Throws Failure when the active device has failed so often in a row that it must be lost.
+  // Returns came. Throws Failure when the active device has failed so often in a row that it must be lost.
   bool Came(bool came);
 
  private:
   int failed_ = 0;
 };
 
-// Tells people, on the standard error, what the active device is. Once that is read, Ctrl-C has to count: the
-// Watching comes first.
+// Tells people on standard error what the active device is. Make the Watching object first: as soon as people
+// see this, Ctrl-C has to work.
 void TellWatched(bool asJson);
 
 }  // namespace tavlyn::ctl

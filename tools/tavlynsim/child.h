@@ -1,4 +1,4 @@
-// The command that tavlynsim runs, and the signals that concern it.
+// The command that tavlynsim runs, and its signals.
 #pragma once
 
 #include <memory>
@@ -20,19 +20,19 @@ class Child {
   Child(const Child&) = delete;
   Child& operator=(const Child&) = delete;
 
-  // Takes over what would end tavlynsim from now on.
+  // From now on handles the signals that would end tavlynsim.
   bool HoldSignals();
-  // False: errno tells why. keepInput: the command reads the standard input, else it finds it empty.
-  // preload: DLLs that a Windows program loads before its own.
+  // False on failure, with errno. keepInput: the command gets tavlynsim's standard input, otherwise an empty
+  // one. preload: DLLs that a Windows program loads before its own.
   bool Start(const std::vector<std::string>& command, const Variables& variables, bool keepInput,
              const std::vector<std::string>& preload);
 
-  // For the owner's loop: what to poll, and within how many milliseconds to come round in any case; below 0
-  // without limit.
+  // For the owner's loop: what to poll, and after how many milliseconds to return in any case; below 0 means
+  // no limit.
   void AddTo(std::vector<pollfd>& polled) const;
   [[nodiscard]] static int TurnMs();
-  // Hands on what asks the command to end, and gives its exit status once it has. Without a command that was
-  // started, what asks to end does so.
+  // Passes on requests to end the command, and returns its exit status once it has ended. Without a command
+  // such a request ends tavlynsim.
   std::optional<int> TakeSignals();
 
  private:

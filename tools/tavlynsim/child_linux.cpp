@@ -26,7 +26,7 @@ void EmptyInput() {
   if (nothing >= 0) dup2(nothing, STDIN_FILENO);
 }
 
-// The exec's failure reaches the parent through the pipe, which a successful exec closes.
+// A failed exec is reported to the parent through the pipe, which a successful exec closes.
 [[noreturn]] void Become(const std::vector<std::string>& command, const Child::Variables& variables,
                          bool keepInput, int failure) {
   for (const auto& [name, value] : variables) setenv(name.c_str(), value.c_str(), 1);
@@ -87,7 +87,7 @@ std::optional<int> Child::TakeSignals() {
   signalfd_siginfo signal;
   const pid_t pid = system_->pid;
   while (read(system_->signals, &signal, sizeof signal) == sizeof signal) {
-    // What the terminal sends reaches the command by itself.
+    // Signals from the terminal reach the command directly.
     const bool byTerminal = signal.ssi_code == SI_KERNEL;
     if (pid < 0 && signal.ssi_signo != SIGCHLD) return kSignalled + static_cast<int>(signal.ssi_signo);
     if (signal.ssi_signo != SIGCHLD && !byTerminal) kill(pid, static_cast<int>(signal.ssi_signo));

@@ -1,6 +1,6 @@
 #include "tools/tavlynsim/child.h"
 
-// windows.h has to come behind winsock2.h, which child.h brings.
+// windows.h has to come after winsock2.h, which child.h includes.
 #include <windows.h>
 
 #include <atomic>
@@ -12,7 +12,7 @@
 namespace tavlyn::sim {
 namespace {
 
-constexpr int kInterrupted = 130;  // as shells have it after Ctrl-C
+constexpr int kInterrupted = 130;  // as shells report Ctrl-C
 constexpr int kTurnMs = 20;        // neither a process nor a console can be polled for with sockets
 constexpr const char* kMarker = "tavlyn_standin_marker";
 
@@ -20,15 +20,15 @@ constexpr ULONGLONG kSecondMs = 2000;
 
 std::atomic<ULONGLONG> stopAsked{0};  // when
 
-// Ctrl-C reaches the command by itself, and tavlynsim ends with it. A second one soon behind the first is for
-// tavlynsim, whatever the command does; others may mean no more than a line in the command.
+// Ctrl-C reaches the command directly, and tavlynsim ends with it. A second one soon after the first ends
+// tavlynsim, whatever the command does; later ones may only be meant to cancel something in the command.
 BOOL WINAPI TakeControl(DWORD kind) {
   const ULONGLONG now = GetTickCount64();
   if (now - stopAsked.exchange(now) < kSecondMs) EndAsInterrupted();
   return LetEnd(kind);
 }
 
-// As the C runtime of the other side takes it apart again.
+// Quoted so that the other program's C runtime splits it again.
 std::string Quoted(const std::string& word) {
   if (!word.empty() && word.find_first_of(" \t\"") == std::string::npos) return word;
   std::string text = "\"";
@@ -53,7 +53,7 @@ HANDLE EmptyInput() {
                      nullptr);
 }
 
-// A command must not outlive tavlynsim, however that ends: its devices would be gone.
+// The command must not outlive tavlynsim, however that ends: its devices would be gone.
 HANDLE NewJob() {
   HANDLE job = CreateJobObjectA(nullptr, nullptr);
   JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};

@@ -1,4 +1,4 @@
-// The simulated devices on their way to a program, watched for its first question about a card.
+// Passes the simulated devices on to a program, and notices when it first asks for a card.
 #pragma once
 
 #include <functional>
@@ -13,8 +13,8 @@ namespace tavlyn::sim {
 
 class Desk final : public Source {
  public:
-  std::function<void()> onAsked;  // called before each question for a card reaches its reader
-  bool announces = false;         // the reader is asked for a card only after an input report told of one
+  std::function<void()> onAsked;  // called before each request for a card reaches its reader
+  bool announces = false;         // the reader is asked for a card only after an input report announced one
 
   std::vector<Listed> List() override { return rack_.List(); }
   Outcome SetFeature(Key key, std::span<const std::uint8_t> report) override {
@@ -43,7 +43,7 @@ class Desk final : public Source {
  private:
   static constexpr bool AsksForId(std::uint8_t command) { return command == 0x8F || command == 0x8D; }
 
-  // The question comes in pieces, as a frame or as text.
+  // The request arrives in pieces, as a frame or as text.
   bool AsksForId(Key line, std::span<const std::uint8_t> bytes) {
     using namespace std::string_view_literals;
     constexpr std::size_t kLongest = 16;
@@ -56,7 +56,7 @@ class Desk final : public Source {
   }
 
   RackSource rack_;
-  std::map<Key, std::string> last_;  // that came on each line
+  std::map<Key, std::string> last_;  // the bytes that last arrived on each line
 };
 
 }  // namespace tavlyn::sim

@@ -8,7 +8,7 @@
 #include "tools/tavlynsim/standins.h"
 
 namespace tavlyn::sim {
-// A line of the source as a model that a carrier can lead to.
+// A line of the source as a model that a carrier can serve.
 class SourceLine final : public ByteDevice {
  public:
   SourceLine(Source& source, Key key) : source_(source), key_(key) {}
@@ -58,7 +58,7 @@ std::unique_ptr<Served> MakeAdapter(ByteDevice& device, const LinePlace& place, 
 struct LineShow::Shown {
   Shown(Source& source, Key key) : model(source, key) {}
 
-  // False: problem tells why.
+  // False on an error, which problem then describes.
   bool Plug(const LinePlace& place, const std::string& portFolder, bool exposed, std::string& problem) {
     if (place.kind == LineKind::kBulk) return true;
     carrier = place.kind == LineKind::kEthernet ? MakeAdapter(model, place, exposed, problem)
@@ -67,7 +67,7 @@ struct LineShow::Shown {
   }
 
   SourceLine model;
-  std::unique_ptr<Served> carrier;  // null for a bulk device, and when it failed
+  std::unique_ptr<Served> carrier;  // null for a bulk device, or if it failed
 };
 
 std::string ReachedBy(const LinePlace& place) {

@@ -1,5 +1,5 @@
-// Shows the simulated devices that are on lines to the programs of this machine: as serial ports and as
-// Ethernet adapters. Bulk devices are served to the stand-in that asks for them.
+// Makes the simulated devices on lines visible to this machine's programs, as serial ports and as Ethernet
+// adapters. Bulk devices are served to the stand-in that asks for them.
 #pragma once
 
 #include <memory>
@@ -16,13 +16,13 @@ class LineShow {
   // exposed: Ethernet adapters may listen beyond the loopback.
   LineShow(Source& source, bool exposed) : source_(source), exposed_(exposed) {}
 
-  // portFolder: where the names of the serial ports come. False: problem tells why.
+  // portFolder: where to put the names of the serial ports. False on an error, which problem then describes.
   bool Start(const std::string& portFolder, std::string& problem);
 
   void AddTo(std::vector<pollfd>& polled) const;
-  // When Serve has something to do even if nothing comes.
+  // When Serve has something to do even if nothing arrives.
   [[nodiscard]] DueTime NextDue() const;
-  // Carries what has come, and plugs in and unplugs as the source does.
+  // Carries what has arrived, and follows the source's plugging and unplugging.
   void Serve();
 
  private:
@@ -36,7 +36,7 @@ class LineShow {
   std::vector<std::shared_ptr<Shown>> shown_;
 };
 
-// How a program reaches a line: "tavlynctl --com 3 read"; or that a search does not.
+// How a program reaches a line: "tavlynctl --com 3 read"; or that no search finds it.
 std::string ReachedBy(const LinePlace& place);
 
 }  // namespace tavlyn::sim

@@ -1,6 +1,6 @@
 #include "tools/tavlynsim/preload_windows.h"
 
-// windows.h comes first by way of preload_windows.h.
+// preload_windows.h includes windows.h first.
 #include <winternl.h>
 
 #include <cstdint>
@@ -10,7 +10,7 @@
 namespace tavlyn::sim {
 namespace {
 
-// Structures are those of this program, and so are those of any that it serves: for x64, or for x86.
+// The structures fit programs of the same width as this one, x64 or x86; only those are served.
 constexpr WORD kMachine = sizeof(void*) == 8 ? IMAGE_FILE_MACHINE_AMD64 : IMAGE_FILE_MACHINE_I386;
 constexpr std::uintptr_t kPebImageBase = 2 * sizeof(void*);
 constexpr std::uintptr_t kAllocationStep = 0x10000;
@@ -58,7 +58,7 @@ std::vector<IMAGE_IMPORT_DESCRIPTOR> ImportsOf(HANDLE process, const Image& imag
   return imports;
 }
 
-// Memory behind the image, where its relative addresses reach. 0: none is free.
+// Memory after the image, within reach of its relative addresses. 0 if none is free.
 std::uintptr_t Allocate(HANDLE process, const Image& image, std::size_t size) {
   const std::uintptr_t behind = image.base + image.nt.OptionalHeader.SizeOfImage + kAllocationStep;
   for (std::uintptr_t at = behind & ~(kAllocationStep - 1); at < image.base + kReach; at += kAllocationStep) {
@@ -69,7 +69,7 @@ std::uintptr_t Allocate(HANDLE process, const Image& image, std::size_t size) {
   return 0;
 }
 
-// The new import table with all that its first entries lead to.
+// The new import table with everything that its first entries refer to.
 class ImportBlock {
  public:
   ImportBlock(const std::vector<Preloaded>& libraries, std::vector<IMAGE_IMPORT_DESCRIPTOR> imports)
@@ -82,7 +82,7 @@ class ImportBlock {
     return static_cast<DWORD>(table_.size() * sizeof(IMAGE_IMPORT_DESCRIPTOR));
   }
 
-  // As it lies at that distance from the image's beginning.
+  // The data as it will be at that distance from the image's beginning.
   std::vector<std::uint8_t> At(DWORD offset) {
     bytes_.assign(Aligned(TableBytes()), 0);
     for (std::size_t i = 0; i < libraries_.size(); ++i) {
@@ -142,7 +142,7 @@ bool Preload(HANDLE process, const std::vector<Preloaded>& libraries) {
   if (!Write(process, at, bytes.data(), bytes.size())) return false;
   IMAGE_DATA_DIRECTORY* places = image->nt.OptionalHeader.DataDirectory;
   places[IMAGE_DIRECTORY_ENTRY_IMPORT] = {offset, block.TableBytes()};
-  // Addresses that were looked up beforehand would count only for the old table.
+  // Bound addresses would be valid only for the old table.
   places[IMAGE_DIRECTORY_ENTRY_BOUND_IMPORT] = {0, 0};
   return WriteHeaders(process, *image);
 }

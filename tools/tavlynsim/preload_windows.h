@@ -1,5 +1,5 @@
-// Makes a program that has not begun yet load further DLLs, before those that it is linked with: they are put
-// in front of its import table.
+// Makes a suspended new program load further DLLs before those that it is linked with, by putting them at the
+// front of its import table.
 #pragma once
 
 #include <windows.h>
@@ -14,7 +14,7 @@ struct Preloaded {
   std::string symbol;  // one of its exports, so that the entry imports something
 };
 
-// False: the program is none of this kind of processor, or its memory cannot be changed.
+// False if the program is for another processor, or its memory cannot be changed.
 bool Preload(HANDLE process, const std::vector<Preloaded>& libraries);
 
 }  // namespace tavlyn::sim

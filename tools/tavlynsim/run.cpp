@@ -33,16 +33,16 @@ enum class Carrier { kHidapi, kUhid };
 
 struct RunOptions {
   std::vector<std::string> devices;
-  std::vector<std::string> lines;   // devices given by short words
+  std::vector<std::string> lines;   // devices given by the short options
   std::vector<std::string> orders;  // commands of the rack, run before the command is
   Timetable timetable;
   Carrier carrier = Carrier::kHidapi;
   bool exposed = false;             // to the network, beyond the loopback
-  std::optional<bool> interactive;  // on a terminal alone without it
+  std::optional<bool> interactive;  // if unset, only on a terminal
   std::vector<std::string> command;
 };
 
-// A kernel's question waits no longer than this for the loop to come round.
+// A request from the kernel waits no longer than this for the loop.
 constexpr int kUhidPollMs = 5;
 constexpr std::size_t kAnnouncementBytes = 8;
 
@@ -51,10 +51,10 @@ int Fail(int status, const std::string& problem) {
   return status;
 }
 
-// Of two times to wait; below 0 is without end.
+// The shorter of two waits; below 0 means no limit.
 int Shorter(int one, int other) { return one < 0 || other < 0 ? std::max(one, other) : std::min(one, other); }
 
-// The input report with which the first device tells of a card; empty for the most, which do not.
+// The input report with which the first device announces a card; empty for most, which do not.
 std::string Announcement(Source& source) {
   const std::vector<Listed> all = source.List();
   const auto numbered =
@@ -90,7 +90,7 @@ class Simulation {
   }
 
  private:
-  // Plugs the devices in and looks at the cards.
+  // Plugs the devices in and checks the cards.
   int Prepare() {
     std::string reply;
     desk_.Run("record off", reply);  // a long run would fill the memory
@@ -109,7 +109,7 @@ class Simulation {
     return 0;
   }
 
-  // Makes the devices visible, and gives the variables by which the command sees them.
+  // Makes the devices visible, and sets the variables by which the command sees them.
   int Show(Child::Variables& variables) {
     std::string problem;
     const bool onUhid = options_.carrier == Carrier::kUhid;
@@ -124,7 +124,7 @@ class Simulation {
     return options_.command.empty() || AddHidStandin(variables, preload_, problem);
   }
 
-  // A user's own port folder is used where one is set, so that programs started elsewhere see the ports too.
+  // If the user has set a port folder it is used, so that programs started elsewhere see the ports too.
   bool ShowLines(Child::Variables& variables, std::string& problem) {
     const char* chosen = std::getenv(kPortFolderVariable);
     const std::string ports = chosen != nullptr ? chosen : server_.Folder();
@@ -140,7 +140,7 @@ class Simulation {
     return true;
   }
 
-  // The variables by which programs reach a line; none, with the problem, when they cannot.
+  // The variables by which programs reach a line; none, with the problem, if they cannot.
   std::optional<Child::Variables> NeededFor(const LinePlace& place, const std::string& ports,
                                             std::string& problem) const {
     if (place.kind == LineKind::kEthernet) return Child::Variables{};
@@ -164,7 +164,7 @@ class Simulation {
     if (const auto next = script_->UntilNext()) timeout = Shorter(timeout, static_cast<int>(next->count()));
     if (!net::Poll(polled, timeout)) return std::nullopt;
     const auto status = child_.TakeSignals();
-    // What was typed until the command ended is done still.
+    // What was typed before the command ended is still run.
     if (status && !net::Poll(polled, 0)) return status;
     script_->Step();
     typed_.Serve(polled);
@@ -176,7 +176,7 @@ class Simulation {
 
   const RunOptions& options_;
   Desk desk_;
-  std::optional<std::string> announcement_;  // once the first device is there
+  std::optional<std::string> announcement_;  // set once the first device is there
   std::optional<Script> script_;
   Server server_;
   UhidShow uhid_;
@@ -186,7 +186,7 @@ class Simulation {
   std::vector<std::string> preload_;
 };
 
-// Short words for a plain reader on some line.
+// Short options for a plain reader on a line.
 void AddLines(CLI::App& run, std::vector<std::string>& devices) {
   const auto add = [&](const char* name, const char* type, const char* text, LineKind kind) {
     const char* behind = kind == LineKind::kComAscii ? ":ascii" : "";

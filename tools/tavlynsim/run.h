@@ -11,13 +11,13 @@ namespace tavlyn::sim {
 
 inline constexpr const char* kProgram = "tavlynsim";
 
-// Exit statuses of tavlynsim's own; otherwise that of the command.
+// tavlynsim's own exit statuses; otherwise the status is the command's.
 inline constexpr int kBadUsage = 1;
 inline constexpr int kCannotSimulate = 125;
 inline constexpr int kCannotRun = 126;
 inline constexpr int kNotFound = 127;
 
-// Adds the command run. What it gives runs it with the words that the program was then given.
+// Adds the command run. The result executes it once the command line has been parsed.
 std::function<int()> AddRun(CLI::App& app);
 
 }  // namespace tavlyn::sim

@@ -1,4 +1,4 @@
-// Cards that come and go by the clock: each lies on the reader for a while, then none does.
+// Cards that come and go by the clock: each is on the reader for a while, followed by a gap.
 #pragma once
 
 #include <chrono>
@@ -17,7 +17,7 @@ struct Timetable {
   bool repeat = false;
 };
 
-// Acts on the device plugged first. It begins when a program first asks for a card, so that a program that
+// Acts on the device plugged in first. It begins when a program first asks for a card, so that a program that
 // is slow to start misses none.
 class Script {
  public:
@@ -26,11 +26,11 @@ class Script {
   // announce: an input report to queue with each card, for readers that announce their cards; may be empty.
   Script(Source& source, Timetable timetable, std::string announce);
 
-  // False, with the reason, when some card is none.
+  // False, with the reason, if one of the cards is not valid.
   bool Check(std::string& reason);
 
   void Begin();
-  // Time until the next step; none while there is nothing to wait for.
+  // Time until the next step; none if there is nothing to wait for.
   [[nodiscard]] std::optional<std::chrono::milliseconds> UntilNext() const;
   // Does what is due.
   void Step();

@@ -16,10 +16,10 @@ class Server {
   Server(const Server&) = delete;
   Server& operator=(const Server&) = delete;
 
-  // False: net::Problem tells why.
+  // False on failure; net::Problem says why.
   bool Open();
   [[nodiscard]] const std::string& SocketName() const { return name_; }
-  // Of this run, where sockets are files; goes with the server.
+  // The folder of this run, if sockets are files; removed with the server.
   [[nodiscard]] const std::string& Folder() const { return folder_; }
 
   // For the owner's loop: what to poll, and what to do with the outcome.
@@ -27,7 +27,7 @@ class Server {
   void Serve(const std::vector<pollfd>& polled);
 
  private:
-  // False: the program has hung up.
+  // False if the program has hung up.
   bool Answer(net::Socket client);
 
   Source& source_;

@@ -1,5 +1,5 @@
-// How programs come to see the simulated devices: by the stand-ins for system libraries that lie beside
-// tavlynsim, built or installed, and by serial ports.
+// How programs see the simulated devices: through the stand-ins for system libraries, which are beside
+// tavlynsim both built and installed, and through serial ports.
 #pragma once
 
 #include <memory>
@@ -12,15 +12,16 @@
 
 namespace tavlyn::sim {
 
-// What the library looks at.
+// The variables that the library reads.
 inline constexpr const char* kPortFolderVariable = "TAVLYNAPI_PORT_DIR";
 inline constexpr const char* kLibusbVariable = "TAVLYNAPI_LIBUSB";
 
-// What a command needs to see HID devices: variables, or DLLs to load. False: problem tells why.
+// What a command needs to see HID devices: variables, or DLLs to load. False on an error, described by
+// problem.
 bool AddHidStandin(Child::Variables& variables, std::vector<std::string>& preload, std::string& problem);
-// The file of the stand-in for libusb-0.1, when it is one that the library trusts.
+// The file of the stand-in for libusb-0.1, if the library trusts it.
 std::optional<std::string> UsbStandin(std::string& problem);
-// Port COM number, its name in the folder. Null: problem tells why.
+// Port COM number, under its name in the folder. Null on an error, which problem then describes.
 std::unique_ptr<Served> MakePort(ByteDevice& device, const std::string& folder, unsigned number,
                                  std::string& problem);
 

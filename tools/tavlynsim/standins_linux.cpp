@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 constexpr const char* kHidStandin = "libhidapi-hidraw.so.0";
 constexpr const char* kUsbStandin = "libtavlyn-standin-usb.so";
 
-// The folder lies at the same place beside the program when built and when installed.
+// Relative to the program the folder is in the same place when built and when installed.
 std::optional<fs::path> HidStandinFolder(std::string& problem) {
   std::error_code none;
   const fs::path beside = fs::read_symlink("/proc/self/exe", none).parent_path().parent_path();
@@ -26,7 +26,7 @@ std::optional<fs::path> HidStandinFolder(std::string& problem) {
   return std::nullopt;
 }
 
-// A search path with the folder in front of the rest, which may be null.
+// A search path with the folder before the rest, which may be null.
 std::string WithFolderFirst(const fs::path& folder, const char* rest) {
   return rest != nullptr && *rest != '\0' ? folder.string() + ":" + rest : folder.string();
 }

@@ -5,16 +5,16 @@
 #include "tools/path_names.h"
 #include "tools/tavlynsim/standins.h"
 
-// windows.h has to come behind winsock2.h, which standins.h brings.
+// windows.h has to come after winsock2.h, which standins.h includes.
 #include <windows.h>
 
 namespace tavlyn::sim {
 namespace {
 
-// HID.DLL first: the other one asks it for the devices.
+// HID.DLL first: the other one gets the devices from it.
 constexpr const wchar_t* kStandins[] = {L"hid.dll", L"setupapi.dll"};
 
-// All that a path can have.
+// The longest path.
 constexpr DWORD kPathRoom = 32768;
 
 std::filesystem::path OwnFolder() {
@@ -23,8 +23,8 @@ std::filesystem::path OwnFolder() {
   return std::filesystem::path(file).parent_path();
 }
 
-// The loader takes the names in an import table as bytes, by rules that are not everywhere the same: only
-// ASCII means the same to all of them. Empty when there is no such name.
+// The loader decodes the names in an import table by rules that differ between systems: only ASCII is the
+// same everywhere. Empty if there is no such name.
 std::string LoadersName(const std::wstring& file) {
   const auto isAscii = [](wchar_t c) { return c < 0x80; };
   std::wstring name = file;
@@ -38,7 +38,7 @@ std::string LoadersName(const std::wstring& file) {
 
 }  // namespace
 
-// Installed they have a folder of their own, so that no program is given them that did not ask.
+// When installed they have a folder of their own, so that no other program loads them by accident.
 bool AddHidStandin(Child::Variables&, std::vector<std::string>& preload, std::string& problem) {
   std::error_code none;
   const std::filesystem::path own = OwnFolder();

@@ -23,7 +23,7 @@ class TypedLines {
  private:
   struct Input;
 
-  // Runs each whole line of what has come; replies go to the standard error.
+  // Runs each complete line that has arrived; replies go to standard error.
   void Take(const std::string& text);
   void RunLine(const std::string& line);
 

@@ -8,7 +8,7 @@
 namespace tavlyn::sim {
 
 struct TypedLines::Input {
-  int fd;  // -1 once there is nothing more to come; poll() leaves such a number out by itself
+  int fd;  // -1 at the end of the input; poll() ignores negative descriptors
 };
 
 TypedLines::TypedLines(Source& source, bool wanted)

@@ -3,12 +3,12 @@
 
 #include "tools/tavlynsim/typed_lines.h"
 
-// windows.h has to come behind winsock2.h, which typed_lines.h brings.
+// windows.h has to come after winsock2.h, which typed_lines.h includes.
 #include <windows.h>
 
 namespace tavlyn::sim {
 
-// A console or a pipe can only be waited for by a thread of its own.
+// Waiting for a console or a pipe takes a thread of its own.
 struct TypedLines::Input {
   std::mutex mutex;
   std::string came;
@@ -26,7 +26,7 @@ TypedLines::TypedLines(Source& source, bool wanted) : source_(source), input_(st
   }).detach();
 }
 
-// The thread may still wait for its input, and ends with the process.
+// The thread may still be waiting for input; it ends with the process.
 TypedLines::~TypedLines() { static_cast<void>(input_.release()); }
 
 void TypedLines::AddTo(std::vector<pollfd>&) const {}

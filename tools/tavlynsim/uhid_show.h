@@ -1,4 +1,4 @@
-// Shows the simulated devices to this very machine through /dev/uhid.
+// Shows the simulated devices to this machine through /dev/uhid.
 #pragma once
 
 #include <memory>
@@ -17,11 +17,12 @@ class UhidShow {
   UhidShow(const UhidShow&) = delete;
   UhidShow& operator=(const UhidShow&) = delete;
 
-  // Plugs in what is new, and waits until the kernel has made its nodes. False: problem tells why.
+  // Plugs in what is new, and waits for the kernel to make its nodes. False on an error, described by
+  // problem.
   bool Start(std::string& problem);
 
   void AddTo(std::vector<pollfd>& polled) const;
-  // Answers the kernel, and plugs in and unplugs as the source does.
+  // Answers the kernel, and follows the source's plugging and unplugging.
   void Serve();
 
  private:

@@ -99,7 +99,7 @@ void UhidShow::AddTo(std::vector<pollfd>& polled) const {
   for (const auto& one : shown_) polled.push_back({one->carrier.Fd(), POLLIN, 0});
 }
 
-// A device that cannot be plugged in later on shows in no list; what is there goes on.
+// A later device that cannot be plugged in is missing from the list; the others continue.
 void UhidShow::Serve() {
   for (const auto& one : shown_) one->carrier.Serve();
   PlugNew();

@@ -2,7 +2,7 @@
 
 namespace tavlyn::sim {
 
-// Windows has no such way: nothing is ever shown.
+// Windows has no equivalent: nothing is ever shown.
 struct UhidShow::Shown {};
 
 UhidShow::UhidShow(Source& source) : source_(source) {}
