@@ -74,14 +74,14 @@ void LibraryExchange(benchmark::State& state) {
     if (Ping() > 65535) return state.SkipWithError("the exchange failed");
   }
   USBDisconnect();
-  // The others begin with nothing plugged in.
+  // The other benchmarks begin with nothing plugged in.
   char reply[64];
   TheStandIn().run("reset", reply, sizeof reply);
 }
 BENCHMARK(LibraryExchange);
 
-// dlopen as a C program meets it that has loaded nothing of C++ yet: a process of its own for each load. The
-// library loads the system's hidapi, which is shown beside it.
+// dlopen as in a C program that has loaded nothing of C++ yet, so that each load has its own process. The
+// library loads the system's hidapi, which is measured for comparison.
 void LoadLibrary(benchmark::State& state, const char* library) {
   long memory = 0;
   for (auto _ : state) {

@@ -1,5 +1,5 @@
-// What the library adds to the pauses that its readers need on lines, and what a poll costs: a thousandth of
-// the microseconds that the processor takes for one is the percentage of a processor that ten a second take.
+// What the library adds to the pauses that its readers need on lines, and what a poll costs: its microseconds
+// of processor time, divided by a thousand, are the percentage of a processor that ten polls a second take.
 #include <benchmark/benchmark.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -27,7 +27,7 @@ Clock::duration slept{};
 
 }  // namespace
 
-// The library's pauses, as this machine makes them.
+// Measures how long the pauses of the library really are on this machine.
 extern "C" __attribute__((visibility("default"))) int nanosleep(const timespec* wanted, timespec* left) {
   const auto start = Clock::now();
   const auto result = static_cast<int>(syscall(SYS_nanosleep, wanted, left));
@@ -65,7 +65,7 @@ class PortWithAReader {
   sim::Attendant attendant_{{&port_}};
 };
 
-// over: how many times as long as its pauses a call takes.
+// The counter "over" is how many times as long as its pauses a call takes.
 template <typename Call>
 void AgainstItsPauses(benchmark::State& state, std::uint32_t expected, Call call) {
   Clock::duration whole{};

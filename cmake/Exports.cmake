@@ -1,6 +1,6 @@
-# The one list of exports: every prototype marked TAVLYN_API in the public headers. The version script and the
-# .def file are written from it, so that a name cannot be declared without being exported, nor the reverse. The
-# third file has a line EXPORT(name) for each, for those who go through all of them.
+# The one list of exports: every prototype marked TAVLYN_API in the public headers. The version script and the .def
+# file are written from it, so that a name cannot be declared without being exported, nor the reverse. The third file
+# has a line EXPORT(name) for each, for code that goes through all of them.
 function(tavlyn_write_export_lists map_file def_file inc_file)
   file(GLOB headers CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/include/api/*.h)
   set(names)
@@ -22,8 +22,8 @@ function(tavlyn_write_export_lists map_file def_file inc_file)
   file(CONFIGURE OUTPUT ${inc_file} CONTENT "${calls}")
 endfunction()
 
-# The import library for Visual C++ from the .def file. LLVM's tool makes it as Visual C++ itself does; where there is
-# none the package goes without: what binutils make is an archive of objects in their own way.
+# The import library for Visual C++ from the .def file. LLVM's tool makes it as Visual C++ itself does. Without that
+# tool the package goes without: binutils make an archive in a format of their own.
 function(tavlyn_visual_c_library def_file library)
   find_program(LLVM_DLLTOOL llvm-dlltool)
   if(NOT LLVM_DLLTOOL)

@@ -1,4 +1,5 @@
-# tavlyn_harden(TARGET...): what makes a mistake in memory hard to use for an attack, for whatever runs at users'.
+# tavlyn_harden(TARGET...): compiler and linker options that make memory errors hard to exploit, for everything that
+# users run.
 include(CheckCXXCompilerFlag)
 
 set(tavlyn_hardening)
@@ -11,7 +12,7 @@ if(WIN32)
   endif()
 else()
   set(tavlyn_link_hardening -Wl,-z,relro -Wl,-z,now)
-  # The last one exists for x86 alone.
+  # The last one exists only for x86.
   foreach(flag -fstack-protector-strong -fstack-clash-protection -fcf-protection)
     string(MAKE_C_IDENTIFIER "TAVLYN_HAS${flag}" known)
     check_cxx_compiler_flag(${flag} ${known})

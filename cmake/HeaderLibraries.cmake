@@ -1,6 +1,6 @@
-# Libraries of the tools that are headers alone. They serve every system, but for another system than the one that
-# builds they may not bring this one's header folder along: they are copied out of it. Where they are missing the
-# tools are left out, with a warning: the library needs neither.
+# Header-only libraries of the tools. They serve every system, but a cross build must not see the build machine's
+# whole header folder, so they are copied out of it. Where they are missing the tools are left out with a warning; the
+# library needs none of them.
 function(tavlyn_header_library target folder probe)
   find_path(${folder}_HEADERS ${folder}/${probe} PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH)
   if(${folder}_HEADERS)

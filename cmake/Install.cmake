@@ -1,4 +1,4 @@
-# What an installation and a package hold: library, headers, CMake package, pages; the tools install themselves.
+# What an installation and a package contain: library, headers, CMake package, pages; the tools install themselves.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -15,13 +15,13 @@ install(EXPORT tavlynapi NAMESPACE tavlynapi:: FILE tavlynapi-config.cmake DESTI
 write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/tavlynapi-config-version.cmake
   COMPATIBILITY SameMajorVersion)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/tavlynapi-config-version.cmake DESTINATION ${package_folder})
-# The pages lead to the README beside them and to files below docs/.
+# The pages link to the README beside them and to files below docs/.
 install(FILES README.md CHANGELOG.md SECURITY.md LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR}
   PATTERN Doxyfile EXCLUDE
   PATTERN docs/protocol EXCLUDE)
 if(WIN32)
-  # Other compilers make their import library from it.
+  # Other compilers can make their import library from it.
   install(FILES ${TAVLYN_DEF} DESTINATION ${CMAKE_INSTALL_LIBDIR})
   if(TARGET tavlyn_visual_c_library)
     install(FILES ${TAVLYN_LIB} DESTINATION ${CMAKE_INSTALL_LIBDIR})
@@ -38,8 +38,8 @@ set(CPACK_STRIP_FILES ON)
 if(WIN32)
   set(CPACK_GENERATOR ZIP)
   set(CPACK_SYSTEM_NAME windows-x64)
-  # The simulator is a zip of its own, for the same folder: not everyone is to have a program that antivirus software
-  # may object to.
+  # The simulator is a zip of its own, for the same folder: not everyone should have to take a program that antivirus
+  # software may object to.
   set(CPACK_PACKAGE_FILE_NAME ${CPACK_PACKAGE_NAME}-${CPACK_PACKAGE_VERSION}-${CPACK_SYSTEM_NAME})
   set(CPACK_ARCHIVE_COMPONENT_INSTALL ON)
   set(CPACK_COMPONENT_INCLUDE_TOPLEVEL_DIRECTORY ON)

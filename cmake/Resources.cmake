@@ -26,7 +26,7 @@ function(tavlyn_resources target description)
   set(script ${CMAKE_CURRENT_BINARY_DIR}/${target}.rc)
   configure_file(${PROJECT_SOURCE_DIR}/packaging/windows/version.rc.in ${script} @ONLY)
   set_source_files_properties(${script} PROPERTIES OBJECT_DEPENDS ${PROJECT_SOURCE_DIR}/packaging/windows/tool.manifest)
-  # By itself, because the compiler's options mean other things to windres.
+  # Compiled separately, because the compiler's options mean other things to windres.
   add_library(${target}_resources OBJECT ${script})
   set_target_properties(${target}_resources PROPERTIES COMPILE_OPTIONS "")
   target_sources(${target} PRIVATE $<TARGET_OBJECTS:${target}_resources>)

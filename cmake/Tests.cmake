@@ -1,5 +1,5 @@
-# tavlyn_add_tests(PROGRAM [SHARDS N] [PROPERTIES ...]): a GoogleTest program, run whole or as so many shards that go
-# side by side. A process for each test would cost more than most tests do.
+# tavlyn_add_tests(PROGRAM [SHARDS N] [PROPERTIES ...]): a GoogleTest program, run as a whole or as N shards in
+# parallel. A process for each test would cost more than most tests do.
 function(tavlyn_add_tests program)
   cmake_parse_arguments(PARSE_ARGV 1 wanted "" SHARDS PROPERTIES)
   if(NOT wanted_SHARDS)

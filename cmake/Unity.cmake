@@ -1,9 +1,10 @@
 # Compiles the files of a folder as one, which takes a fifth of the time: most of it goes into the standard headers.
-# So names in unnamed namespaces are unique within a folder. Without it (-DTAVLYN_UNITY=OFF) each file is compiled
-# alone, which shows whether it includes what it uses.
+# Names in unnamed namespaces must therefore be unique within a folder. Without it (-DTAVLYN_UNITY=OFF) each file is
+# compiled alone, which shows whether it includes what it uses.
 option(TAVLYN_UNITY "Compile each folder as one file" ON)
 
-# tavlyn_unity(TARGET [PIECES]): each folder of the target's sources as one file; with PIECES all of them, as so many.
+# tavlyn_unity(TARGET [PIECES]): compiles each folder of the target's sources as one file, or all of them as that many
+# files.
 function(tavlyn_unity target)
   if(NOT TAVLYN_UNITY)
     return()

@@ -1,4 +1,4 @@
-// A device whose answers are bytes of the fuzzer's, one after the other; behind them it refuses everything.
+// A device whose answers are the fuzzer's bytes, one after the other; after the last it refuses everything.
 #pragma once
 
 #include <algorithm>
@@ -13,7 +13,7 @@ namespace tavlyn::fuzz {
 
 class AnyDevice : public sim::HidDevice {
  public:
-  // refusals: how often it refuses, in 16 exchanges or more; with bit 7 not at all.
+  // refusals: it refuses once in 16 + refusals exchanges, and never with bit 7.
   AnyDevice(sim::HidIdentity identity, std::uint8_t refusals, std::span<const std::uint8_t> answers)
       : identity_(std::move(identity)), refusals_(refusals), answers_(answers) {}
 

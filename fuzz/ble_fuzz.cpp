@@ -1,5 +1,5 @@
-// Any BLE file, loaded into a reader. The first byte says what is put round the rest, which is the file: the
-// title, the lines up to the block of one kind, the end of the block, a trailer.
+// Loads any BLE file into a reader. The rest of the input is the file; the first byte says what is put around
+// it: the title, the lines up to the block of one kind, the end of the block, a trailer.
 #include <string>
 
 #include "files/crc.h"

@@ -1,4 +1,4 @@
-// A library that has just been loaded and has searched for one simulated device, as long as the object lasts.
+// A freshly loaded library that has searched for one simulated device, for the life of the object.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +14,7 @@ namespace tavlyn::fuzz {
 
 class Connected {
  public:
-  // product: the bit of SetConnectProduct.
+  // product is a bit of SetConnectProduct.
   Connected(std::uint32_t product, std::shared_ptr<sim::HidDevice> device) {
     host.Reset();
     Load();

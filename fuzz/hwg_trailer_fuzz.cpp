@@ -1,4 +1,4 @@
-// Any file before the check of template and BLE files; a file with a fresh trailer must pass it.
+// Checks any file as a template or BLE file; a file with a fresh trailer must pass.
 #include <algorithm>
 #include <cctype>
 #include <fstream>
@@ -13,7 +13,7 @@ namespace tavlyn::fuzz {
 namespace {
 
 // Bytes that change where the covered text ends. A NUL ends a piece, and the pieces of the check and of the
-// sum differ; a carriage return may change the mode; a marker's own name may stand anywhere in a piece.
+// sum differ; a carriage return may change the mode; the name of a marker may be anywhere in a piece.
 bool IsOrdinary(std::string text) {
   if (text.empty() || text.back() != '\n' || text.find('\0') != std::string::npos) return false;
   if (text.find('\r') != std::string::npos) return false;

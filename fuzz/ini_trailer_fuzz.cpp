@@ -1,5 +1,5 @@
-// Any file before the check and the load of key-load files; a file with the right trailer must pass, and only
-// that one reaches the reader.
+// Checks and loads any file as a key-load file; a file with the right trailer must pass, and only such a file
+// reaches the reader.
 #include <array>
 #include <cstdio>
 #include <string>
@@ -23,7 +23,7 @@ std::string ValueOf(std::string_view text) {
   return value.data();
 }
 
-// Exchanges that the load of the file led to.
+// Loads the file; returns the number of exchanges that it caused.
 int LoadFile(const char* path) {
   PluggedReader plugged(sim::Reader::Plain());
   const int before = plugged.Exchanges();

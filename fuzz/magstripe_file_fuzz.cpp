@@ -1,5 +1,5 @@
-// Any file, loaded into a magnetic-stripe reader's mirror: nothing may be touched beyond it, and what a save
-// then writes must load as the same.
+// Loads any file into a magnetic-stripe reader's mirror: nothing beyond the mirror may change, and what a
+// save then writes must load as the same.
 #include <cstring>
 
 #include "api.h"

@@ -1,6 +1,6 @@
 // A magnetic-stripe reader that answers as it likes. Two bytes set it up (how often it refuses, which calls
-// are made); the others are its answers: behind the letters of the command, or, where the first is 255, all
-// of a packet.
+// are made); the others are its answers: what follows the letters of the command or, where the first is 255,
+// a whole packet.
 #include <algorithm>
 #include <array>
 #include <memory>

@@ -1,4 +1,4 @@
-// A library that is connected to one simulated reader, as long as the object lasts.
+// A library that is connected to one simulated reader, for the life of the object.
 #pragma once
 
 #include <memory>
@@ -16,7 +16,7 @@ class PluggedReader {
     Require(connected_.read);
   }
 
-  // Feature reports so far.
+  // The number of feature reports so far.
   [[nodiscard]] int Exchanges() const { return reader->faults.Exchanges(); }
 
   std::shared_ptr<sim::Reader> reader;

@@ -50,7 +50,7 @@ void UseFiles() {
   Require(ReadDevCfgFmFile(kFile.Path()) <= 1);
 }
 
-// Every record of the analyzer's list is looked at as a whole.
+// Reads every record of the analyzer's list in full.
 void UseExtensions() {
   GetQueuedID(1, 1);
   for (std::int16_t index = -1; index <= 36; ++index) GetQueuedID_index(index);

@@ -1,5 +1,5 @@
-// Any file, loaded into a reader: nothing may be touched beyond the configuration, and a save must follow.
-// The first byte chooses the number of configurations; the rest is the file.
+// Loads any file into a reader: nothing beyond the configuration may change, and a save must succeed. The
+// first byte chooses the number of configurations; the rest is the file.
 #include <algorithm>
 #include <array>
 #include <memory>
@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::array kConfigurations = {0, 1, 2, 11};  // 0: a plain reader
 
-// Of every configuration; no file may change one.
+// The format bytes of all configurations; no file may change one.
 std::array<std::uint8_t, kCfgSlots> FormatBytes() {
   std::array<std::uint8_t, kCfgSlots> bytes{};
   std::ranges::transform(DevTable[0].CfgSlot, bytes.begin(),

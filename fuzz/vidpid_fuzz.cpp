@@ -1,4 +1,5 @@
-// Any line of the identity file. Lines are split at line feeds; each stands in memory of its exact size.
+// Parses any lines of the identity file. Lines are split at line feeds, and each is in memory of its exact
+// size.
 #include <algorithm>
 #include <cstring>
 #include <memory>
