@@ -12,7 +12,7 @@
 
 namespace tavlyn {
 
-// In the order in which fields.inc and every list have the records.
+// The records, in the order of fields.inc and of every list of them.
 enum Record : std::uint8_t {
   kIDBitCnts,
   kCfgFlags,

@@ -87,7 +87,7 @@ inline std::uint8_t ActiveConfig() {
   return PlusReaderIsActive() ? EntryOfActDev().ActConfig : std::uint8_t{0};
 }
 
-// On the host only; the reader switches at a command of its own.
+// Switches on the host only; a separate command switches the reader.
 inline bool UseConfig(std::uint8_t index) {
   if (!PlusReaderIsActive() || index > EntryOfActDev().MaxConfig) return false;
   EntryOfActDev().ActConfig = index;

@@ -1,5 +1,5 @@
-// The BLE radio that some readers have besides the card radio. Its calls do not check the product and log
-// nothing.
+// The BLE radio that some readers have besides the card radio. Its calls neither check the product nor log
+// anything.
 #include "api.h"
 #include "core/state.h"
 #include "extensions/exchange.h"

@@ -10,7 +10,7 @@ namespace tavlyn {
 namespace {
 
 constexpr int kMostInterfaces = 127;
-// A device with this product ID is ours in every search, whoever its vendor is.
+// A device with this product ID is ours in every search, whatever its vendor.
 constexpr std::uint16_t kAnyVendorPid = 0x104;
 // The collection of a report-ID-1 device that takes feature reports; its others are keyboards.
 constexpr platform::HidUsage kVendorCollection{0xFFA0, 0xA000};

@@ -13,7 +13,7 @@ namespace {
 SerialPort* PortFor(tsDevEntry& entry, const ComSearch& search) {
   if (!search.appends) return ClosedPort(entry);
   SerialPort* port = PortOf(entry);
-  // Even a new one, which counts as open while the socket is.
+  // Closes even a new one, which counts as open while the socket is.
   if (port != nullptr) port->Close();
   return port;
 }

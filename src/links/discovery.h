@@ -1,4 +1,4 @@
-// Finding the Ethernet adapters that devices sit behind, by UDP.
+// Finding the Ethernet adapters of devices, by UDP.
 #pragma once
 
 #include <array>

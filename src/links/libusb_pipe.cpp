@@ -61,7 +61,7 @@ std::int32_t LibusbRead(platform::Handle device, std::span<std::uint8_t> bytes) 
     base = shared.link.ringCount;
     TakeFromRing(bytes.first(static_cast<std::size_t>(base)));
     n -= base;
-    // Deliberately less the bytes still wanted, not the bytes taken: the count may go below 0, and later
+    // Deliberately subtracts the bytes still wanted, not the bytes taken: the count may go below 0, and later
     // surplus then counts for less.
     shared.link.ringCount -= n;
   }

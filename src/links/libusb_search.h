@@ -1,4 +1,4 @@
-// Finding a device behind the bulk USB pipe.
+// Finding the device on the bulk USB pipe.
 #pragma once
 
 #include "links/probe.h"

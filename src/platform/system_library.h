@@ -4,7 +4,7 @@
 namespace tavlyn::platform {
 
 // Null when it cannot be loaded. On Windows only the system's own copy is loaded: a file of that name beside
-// the application is ignored, and so is one of what that library needs itself.
+// the application is ignored, and so is one of a library that it needs itself.
 void* LoadSystemLibrary(const char* file);
 void FreeSystemLibrary(void* library);
 

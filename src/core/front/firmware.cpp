@@ -23,7 +23,7 @@ using namespace tavlyn;
 
 void SendGetFWVersion() {
   for (std::int16_t index = 0; index < shared.DevCnt; ++index) {
-    // Deliberately clears that of the device active so far, as a connect does.
+    // Deliberately resets the device that was active so far, as a connect does.
     EntryOfActDev().ActConfig = 0;
     shared.ActDev = index;
     ReadFirmwareWords(kCpus);

@@ -1,4 +1,4 @@
-// The moments of load and unload on Linux.
+// Load and unload on Linux.
 #include "core/front/load.h"
 #include "platform/parts.h"
 

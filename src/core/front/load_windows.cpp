@@ -1,4 +1,4 @@
-// The moments of load and unload on Windows.
+// Load and unload on Windows.
 #include "core/front/load.h"
 #include "platform/parts.h"
 #include "platform/windows/system.h"
