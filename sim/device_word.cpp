@@ -81,9 +81,9 @@ bool IsSerial(const std::string& text) {
 
 // What follows a comma.
 bool TakeOwn(const std::string& text, DeviceWord& word) {
-  const std::size_t behind = text.find('=') + 1;
-  const std::string name = text.substr(0, behind);
-  const std::string value = text.substr(behind);
+  const std::size_t valueAt = text.find('=') + 1;
+  const std::string name = text.substr(0, valueAt);
+  const std::string value = text.substr(valueAt);
   if (name == "serial=") word.serial = value;
   if (name == "luid=") word.luid = ParseNumber<std::uint16_t>(value);
   return name == "serial=" ? IsSerial(value) : name == "luid=" && word.luid.has_value();

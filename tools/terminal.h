@@ -1,16 +1,16 @@
-// What the standard streams lead to.
+// What the standard streams are connected to.
 #pragma once
 
 namespace tavlyn {
 
-// Whether people type the standard input.
+// Whether standard input is typed by people.
 bool InputIsTerminal();
-// Whether people see the standard output as it comes.
+// Whether people see standard output as it is written.
 bool OutputIsTerminal();
-// The same of the standard error.
+// The same for standard error.
 bool ErrorsAreOnTerminal();
 
-// From now on a console shows names in all languages. An ordinary end brings back what it was set to.
+// From now on a console shows names in all languages. A normal exit restores its settings.
 void ShowAllLanguages();
 
 }  // namespace tavlyn

@@ -11,7 +11,7 @@
 namespace tavlyn {
 namespace {
 
-// The terminals of MSYS2, Git Bash and Cygwin are pipes to a program; their names tell:
+// The terminals of MSYS2, Git Bash and Cygwin are pipes to a program, recognised by their names:
 // \msys-1888ae32e00d56aa-pty0-to-master.
 bool IsTerminalsPipe(HANDLE stream) {
   constexpr DWORD kNameAt = offsetof(FILE_NAME_INFO, FileName);
@@ -21,14 +21,14 @@ bool IsTerminalsPipe(HANDLE stream) {
       GetFileInformationByHandleEx(stream, FileNameInfo, room.data(), static_cast<DWORD>(room.size())) == 0) {
     return false;
   }
-  // The room behind the name is zeros.
+  // The buffer after the name is zeros.
   std::memcpy(name.data(), room.data() + kNameAt, sizeof name - sizeof name.back());
   const std::wstring_view text(name.data());
   return (text.starts_with(L"\\msys-") || text.starts_with(L"\\cygwin-")) &&
          text.find(L"-pty") != std::wstring_view::npos;
 }
 
-// NUL is a character device too, but none that has a mode.
+// NUL is a character device too, but has no mode.
 bool IsTerminal(DWORD which) {
   HANDLE stream = GetStdHandle(which);
   DWORD mode = 0;

@@ -19,7 +19,7 @@ namespace {
 
 std::error_code LastError() { return {errno, std::generic_category()}; }
 
-// What a signal would leave behind: a save, and what it is compared with.
+// The files that a signal would leave behind: a save, and the file that it is compared with.
 std::array<std::array<char, PATH_MAX>, 2> pending{};
 
 // The handler is gone when it runs, so that the signal then ends the program.
@@ -46,7 +46,7 @@ void RemoveAtSignals(const std::string& path) {
 
 Descriptor Opened(const std::string& path) { return Descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC)); }
 
-// The rights of a group are kept only for the same group.
+// Group permissions are kept only for the same group.
 bool TakeRights(int file, const std::string& place) {
   struct stat old {};
   if (stat(place.c_str(), &old) != 0) return errno == ENOENT;

@@ -1,6 +1,6 @@
 #include <windows.h>
 
-// It needs windows.h, which does not come with it.
+// It needs windows.h, which it does not include.
 #include <sddl.h>
 
 #include <memory>
@@ -56,7 +56,7 @@ std::error_code MoveOnto(const std::string& path, const std::string& place) {
   Handle file = Opened(path, OPEN_EXISTING, nullptr);
   if (file == nullptr || FlushFileBuffers(file.get()) == 0) return LastError();
   file.reset();
-  // A file that is replaced hands on its rights.
+  // A file that is replaced passes on its permissions.
   const BOOL moved = GetFileAttributesA(place.c_str()) != INVALID_FILE_ATTRIBUTES
                          ? ReplaceFileA(place.c_str(), path.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS,
                                         nullptr, nullptr)

@@ -60,8 +60,8 @@ std::vector<IMAGE_IMPORT_DESCRIPTOR> ImportsOf(HANDLE process, const Image& imag
 
 // Memory after the image, within reach of its relative addresses. 0 if none is free.
 std::uintptr_t Allocate(HANDLE process, const Image& image, std::size_t size) {
-  const std::uintptr_t behind = image.base + image.nt.OptionalHeader.SizeOfImage + kAllocationStep;
-  for (std::uintptr_t at = behind & ~(kAllocationStep - 1); at < image.base + kReach; at += kAllocationStep) {
+  const std::uintptr_t end = image.base + image.nt.OptionalHeader.SizeOfImage + kAllocationStep;
+  for (std::uintptr_t at = end & ~(kAllocationStep - 1); at < image.base + kReach; at += kAllocationStep) {
     void* got =
         VirtualAllocEx(process, reinterpret_cast<void*>(at), size, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE);
     if (got != nullptr) return reinterpret_cast<std::uintptr_t>(got);

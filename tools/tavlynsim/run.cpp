@@ -189,16 +189,16 @@ class Simulation {
 // Short options for a plain reader on a line.
 void AddLines(CLI::App& run, std::vector<std::string>& devices) {
   const auto add = [&](const char* name, const char* type, const char* text, LineKind kind) {
-    const char* behind = kind == LineKind::kComAscii ? ":ascii" : "";
+    const char* suffix = kind == LineKind::kComAscii ? ":ascii" : "";
     run.add_option_function<std::vector<std::string>>(
            name,
-           [&devices, behind](const std::vector<std::string>& places) {
-             for (const std::string& place : places) devices.push_back("reader@" + place + behind);
+           [&devices, suffix](const std::vector<std::string>& places) {
+             for (const std::string& place : places) devices.push_back("reader@" + place + suffix);
            },
            text)
         ->type_name(type)
-        ->check([type, behind, kind](const std::string& place) {
-          const auto known = ParseLinePlace(place + behind);
+        ->check([type, suffix, kind](const std::string& place) {
+          const auto known = ParseLinePlace(place + suffix);
           return known && known->kind == kind ? std::string() : place + " is no " + type;
         })
         ->allow_extra_args(false);
