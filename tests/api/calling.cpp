@@ -1,5 +1,5 @@
-// What every export and the marker function is called like, whatever a program's compiler takes for the usual
-// way. Compiled alone; nothing runs.
+// The calling convention of every export and of the marker function, whatever the default of a program's
+// compiler. Only compiled, never run.
 #include "api.h"
 
 template <typename Result, typename... Arguments>

@@ -143,7 +143,7 @@ TEST_F(Accessors, ASetterChangesOneWord) {
     const std::int16_t value = static_cast<std::int16_t>(before[accessor.field.word] - 1);
     EXPECT_EQ(accessor.set(value), 1U) << accessor.name;
     RecordWords expected = before;
-    // This byte stands for the flags of another record and stays as it is.
+    // This byte belongs to the flags of another record and does not change.
     if (accessor.field != field::TimeParms_iTPCfgFlg3) expected[accessor.field.word] = value;
     EXPECT_EQ(Slot().record[accessor.field.record], expected) << accessor.name;
   }
@@ -208,7 +208,7 @@ TEST_F(Accessors, ARangeErrorIsThatOfTheRecordSet) {
     for (const Accessor& accessor : kAccessors) {
       if (accessor.field != each.id) continue;
       const std::int16_t before = accessor.get();
-      // The parity counts' wider limit is on here.
+      // Here the wider limit of the parity counts applies.
       const std::int16_t most = BoundsOf(each, true).most;
       EXPECT_EQ(accessor.set(static_cast<std::int16_t>(most + 1)), 0U) << accessor.name;
       EXPECT_EQ(GetLastLibErr(), ErrorOf(each.id)) << accessor.name;

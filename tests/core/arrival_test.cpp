@@ -195,7 +195,7 @@ TEST_F(Arrival, ASonarSensorTakesEntryZeroAndABlankOneIsAdded) {
   const platform::Handle before = DevTable[0].hDev;
   DevTable[0].LinkKind = 7;
   DevTable[0].DID = 0x1234;
-  std::fill_n(DevTable[0].DevName, 511, 'n');  // nothing of it may stay behind the new one
+  std::fill_n(DevTable[0].DevName, 511, 'n');  // none of it may remain after the new one
   PlugOther(kSonarPath, 0x18C8, 0x2BFA);
   EXPECT_EQ(kSonarProduct.checkArrival(kReaderPath), 0U);
   EXPECT_EQ(kSonarProduct.checkArrival(kSonarPath), 1U);

@@ -1,4 +1,4 @@
-// Connecting over serial ports alone: what is searched and read, the results, the words and the trace.
+// Connecting over serial ports only: what is searched and read, the results, the words and the trace.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -41,7 +41,7 @@ class ComConnectTest : public Bench {
     const Lines lines = host.transcript.Lines();
     return std::count(lines.begin(), lines.end(), line);
   }
-  // Answers the ping, and nothing of the configuration.
+  // Answers the ping, but nothing about the configuration.
   static void HideConfiguration(sim::ReaderFa& line) { line.faults.RefuseCommand({0x04, 0x00}); }
 
   std::uint32_t did = kUntouched;
@@ -65,7 +65,7 @@ TEST_F(ComConnectTest, FindsAndReadsTheReadersOfTheRange) {
   EXPECT_EQ(ComConnect(nullptr), 1U) << "the argument may be left out";
 }
 
-// Its filters count for devices without a row too.
+// Its filters apply to devices without a row too.
 TEST_F(ComConnectTest, TheVidPidTableIsLoadedWhenReadersAreSearched) {
   EnterFolder();
   SetConnectProduct(2);

@@ -10,7 +10,7 @@
 namespace tavlyn::test {
 namespace {
 
-// A table of up to five entries, open ones and gaps in every order, against the pass written out over plain
+// A table of up to five entries, open ones and gaps in every order, compared with the same pass over plain
 // numbers.
 class Compaction : public Bench {
  protected:
@@ -58,7 +58,7 @@ class Compaction : public Bench {
     shared.ActDev = static_cast<std::int16_t>(entries - 1);
   }
 
-  // The model's entries, those beyond its count too.
+  // The model's entries, including those beyond its count.
   static void ExpectTable(const Model& model) {
     EXPECT_EQ(shared.DevCnt, model.count);
     EXPECT_EQ(shared.ActDev, 0);

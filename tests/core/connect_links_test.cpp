@@ -18,8 +18,8 @@ using sim::Reader;
 
 const std::string kNoUsbReader = "tavlyn_USBConnect USBConnect failed to find any devices";
 
-// A far end that hands its answers out as the device's firmware packs them: the echo, the data and the status
-// each in a packet of its own.
+// A far end that sends its answers as the device's firmware does: echo, data and status each in a packet of
+// its own.
 class InPackets final : public sim::ByteDevice {
  public:
   explicit InPackets(sim::ByteDevice& device) : device_(device) {}
@@ -295,7 +295,7 @@ TEST_F(ConnectLinksTest, WithoutTheReaderBitTheBulkDeviceIsNotOpened) {
             (Lines{"mutex lock", "usb load", "usb busses", "usb devices", "mutex unlock"}));
 }
 
-// One byte of the adapter's answers lost, turned over, or the last there is.
+// One byte of the adapter's answers is lost, inverted, or the last one.
 class EthernetFaults : public ConnectLinksTest, public ::testing::WithParamInterface<int> {};
 
 TEST_P(EthernetFaults, EndInBoundedTime) {

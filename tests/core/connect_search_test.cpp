@@ -1,4 +1,4 @@
-// What a connect searches, and what it tells when it finds nothing.
+// What a connect searches, and what it reports when it finds nothing.
 #include <gtest/gtest.h>
 
 #include <algorithm>

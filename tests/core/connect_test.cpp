@@ -1,4 +1,4 @@
-// Connect: what is searched in which order, what the table holds afterwards, and what the trace tells.
+// Connect: what is searched in which order, what the table contains afterwards, and what the trace says.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -28,7 +28,7 @@ const Lines kModelLine = {kReadModel};
 
 class ConnectTest : public Bench {
  protected:
-  // What was asked of the system beside the traffic with devices.
+  // What was asked of the system besides the traffic with devices.
   Lines SystemCalls() {
     Lines lines;
     for (const sim::Event& event : host.transcript.Events()) {
@@ -173,7 +173,7 @@ TEST_F(ConnectTest, ALaterEntryKeepsTheConfigurationItHad) {
   DevTable[1].ActConfig = 3;
   Plug(Reader::Plain());
   Connected(Reader::Plain());
-  // What is set to 0 before each read is the entry of the device before.
+  // Before each read it is the previous device's entry that is set to 0.
   EXPECT_EQ(DevTable[1].ActConfig, 3);
   EXPECT_EQ(DevTable[1].CfgSlot[3].bCfgLoaded, 1U);
   EXPECT_EQ(DevTable[1].CfgSlot[0].bCfgLoaded, 0U);

@@ -41,7 +41,7 @@ Lines FirmwareWords() {
                Ask("89 03 01 01"), Ask("89 03 02")});
 }
 
-// Of a reader with five card types.
+// For a reader with five card types.
 Lines CardTypes() { return AskEach("89 04", 2); }
 
 class ConnectTrafficTest : public Bench {

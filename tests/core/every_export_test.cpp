@@ -1,5 +1,5 @@
 // Every export that the public headers declare, called with plain, null and extreme arguments in several
-// situations: none of them does harm, takes the lock or leaves an error word that is not to.
+// situations: none does harm, and none takes the lock or leaves an error word that it should not.
 #include "tests/support/every_export.h"
 
 #include <map>
@@ -124,7 +124,7 @@ INSTANTIATE_TEST_SUITE_P(Situations, EveryExport, ::testing::ValuesIn(kSituation
 
 using WithNoDevice = Bench;
 
-// They use entry 0 untested.
+// They use entry 0 unchecked.
 const std::map<std::string_view, std::uint32_t> kLeftWords = {
     {"GetBuildDate", 0x20202},
     {"GetCPUInfo", 0x20202},

@@ -1,4 +1,4 @@
-// What a reader is made of, the interface class, names of serial readers.
+// A reader's hardware, the interface class, names of serial readers.
 #include <algorithm>
 #include <array>
 #include <cstdlib>

@@ -1,4 +1,4 @@
-// What happens once when the library comes into a process and once when it leaves.
+// What happens once when the library is loaded into a process and once when it is unloaded.
 #include "core/front/load.h"
 
 #include <gtest/gtest.h>
@@ -117,7 +117,7 @@ TEST_F(LoadTest, EveryEntryIsBlankWithNoHandle) {
 TEST_F(LoadTest, EntriesAreWrittenWhenTheyAreReached) {
   EXPECT_EQ(DevTable.Reached().size(), 1U);
   Connected(Reader::Plain());
-  // The entry behind the first one found gets the word of the search.
+  // The entry after the first one found gets the error word of the search.
   EXPECT_EQ(DevTable.Reached().size(), 2U);
   USBDisconnect();
   EXPECT_EQ(DevTable.Reached().size(), 2U);
@@ -205,7 +205,7 @@ TEST_F(LoadTest, AReloadPutsEverySettingBack) {
   EXPECT_EQ(shared.search.SrchIpPort, 0);
 }
 
-// Whatever the variables hold, a load leaves what a process begins with.
+// Whatever the variables contain, a load restores what a process begins with.
 TEST_F(LoadTest, ALoadPutsEveryVariableBack) {
   static const Shared first;
   Unload();

@@ -134,7 +134,7 @@ TEST_F(Locks, OfASonarSensor) {
   Expect({{"ResetFactoryDflts", [] { EXPECT_EQ(ResetFactoryDflts(), 1U); }, Under::kNotAtAll}});
 }
 
-// A beep is asked for under the lock also where it is none of the product's.
+// A beep takes the lock even for a product that has no beep.
 TEST_F(Locks, OfABeepThatASensorDoesNotHave) {
   Connect(std::make_shared<sim::Sonar>(), kSonar);
   ForgetTraffic();

@@ -1,5 +1,5 @@
-// Where there is nobody to ask, because no device is active or only one of a kind that no family has: what
-// each export answers. It asks and changes nothing then.
+// What each export returns when there is nobody to ask, because no device is active or only one of a kind
+// that no family has. It then asks and changes nothing.
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -23,8 +23,8 @@ struct Answers {
   const char* exports;
 };
 
-// All others are unsupported in both cases. "any" tells of the process or of the table of devices, which is
-// as it was; "own" asks a device, or stores something, all the same.
+// All others are unsupported in both cases. "any" reports on the process or on the table of devices, which
+// has not changed; "own" asks a device or stores something all the same.
 const Answers kAnswers[] = {
     {"0", "0",
      "BeepNow CheckTamperedFile CheckTransparentMode ChkDelRemoval DisableTransparentMode "
@@ -107,7 +107,7 @@ class Nobody : public AnswersBench {
     }
   }
 
-  // For each export, after the step that leaves nobody.
+  // For each export, after the step that leaves nobody to ask.
   template <typename Leave>
   void ExpectAnswers(std::string Pair::*cell, std::uint32_t (*wordOf)(std::string_view), Leave leave) {
     EnterFolder();

@@ -1,5 +1,5 @@
-// docs/products.md against the library: it names every export once, and what it says that a call returns with
-// another product comes back.
+// docs/products.md against the library: it names every export once, and with each product a call returns what
+// the page says.
 #include <algorithm>
 #include <map>
 #include <memory>
@@ -53,7 +53,7 @@ bool Means(const std::string& pattern, std::string_view name) {
   return pattern.back() == '*' && name.starts_with(std::string_view(pattern).substr(0, pattern.size() - 1));
 }
 
-// The cells of a call in the rows that mean it: its own, or that of the only pattern that it fits.
+// The cells of a call: from its own row, or from that of the only pattern that it matches.
 std::vector<Cells> CellsOf(const std::multimap<std::string, Cells>& rows, std::string_view name) {
   std::vector<Cells> own;
   std::vector<Cells> general;
@@ -122,7 +122,7 @@ TEST_F(ProductsPage, TellsWhatACallReturnsWithAnotherProduct) {
   EnterFolder();
   const auto rows = RowsOfThePage();
   for (const Export& exported : Exports()) {
-    // Returns the value for "unsupported" because that is what it is asked for.
+    // Returns the value for "unsupported" because that is its job.
     if (exported.name == "GetUnsupportedProductErrorCode") continue;
     const std::vector<Cells> cells = CellsOf(rows, exported.name);
     ASSERT_FALSE(cells.empty()) << exported.name;

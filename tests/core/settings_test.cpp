@@ -1,4 +1,4 @@
-// The plain stores that steer a connect, their checks, and what leaves them alone.
+// The settings that control a connect: their checks, and what leaves them alone.
 #include <gtest/gtest.h>
 
 #include <limits>

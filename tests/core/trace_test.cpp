@@ -20,7 +20,7 @@ namespace {
 
 constexpr const char* kVariable = "TAVLYNAPI_LOGGING";
 
-// As the marker function was handed them.
+// As they were passed to the marker function.
 struct Marked {
   std::string text;
   std::uint64_t length;

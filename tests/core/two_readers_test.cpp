@@ -1,5 +1,5 @@
-// One reader after another in the same entry: what a search makes new, what stays of the first, and what a
-// read makes of that.
+// One reader after another in the same entry: what a search resets, what remains of the first reader, and
+// what a read then does with it.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -16,8 +16,7 @@ namespace {
 
 using sim::Reader;
 
-// Values of iIDHoldTO, by which they are told apart: what was set for the first reader, and what the second
-// has.
+// Values of iIDHoldTO that distinguish them: what was set for the first reader, and what the second one has.
 constexpr std::int16_t kSet = 450;
 constexpr std::int16_t kOwn = 800;
 constexpr std::int16_t kHoldUnit = 50;
@@ -49,7 +48,7 @@ class TwoReaders : public Bench {
     parms.iIDHoldTO = kSet;
     EXPECT_EQ(SetTimeParms(&parms), 1U);
   }
-  // A value is set and not written; the reader goes, and another takes its entry, whose read fails.
+  // A value is set but not written; the reader goes, and another takes its entry, but cannot be read.
   std::shared_ptr<Reader> SecondWithAFailedRead() {
     const auto first = Connected(Reader::Plain());
     SetHold();
@@ -120,7 +119,7 @@ TEST_F(TwoReaders, AReadOfAllConfigurationsLeavesNothingOfTheOneBefore) {
   EXPECT_EQ(HoldOn(*second, 1), kOwn / kHoldUnit);
 }
 
-// The mark of the outputs outlives a read. What it sends is what was read.
+// The dirty mark of the outputs survives a read; what it then sends is what was read.
 TEST_F(TwoReaders, OutputsThatWereSetForOneReaderGoToTheNextAsItHasThem) {
   const auto first = Connected(Reader::Plain());
   tsLEDCtrl leds{};

@@ -26,7 +26,7 @@ Bytes Counted(std::size_t count) {
   return bytes;
 }
 
-// The first bytes of the reader's data as they stand in a record, zeros in front.
+// The first bytes of the reader's data as they are in a record, after zeros.
 Bytes Reversed(Bytes data) {
   data.resize(32);
   std::ranges::reverse(data);
@@ -58,14 +58,14 @@ class Analyzer : public SerialBench {
 
   std::vector<sim::AnalyzerRecord>& List() { return model->state.extensions.analyzed; }
 
-  // What it hands out of a list, with the count fresh from a query.
+  // What it returns of a list, with the count fresh from a query.
   Records Fetch() {
     EXPECT_EQ(GetCardAnalyzerStatus(), 0U);
     ForgetTraffic();
     return Records(GetCardAnalyzerData());
   }
 
-  // Of one record.
+  // For one record.
   CardAnalyzerRecord FetchOne(std::uint16_t bits, Bytes data) {
     List() = {{0x1234, bits, std::move(data)}};
     const Records records = Fetch();

@@ -37,7 +37,7 @@ std::shared_ptr<InertInterface> Device(std::uint16_t vid, std::uint16_t pid) {
   return std::make_shared<InertInterface>(vid, pid);
 }
 
-// Every case runs on a system that tells whose a path is without opening it, and on one that does not.
+// Every case runs on a system that identifies paths without opening them, and on one that does not.
 class EnumerationTest : public Bench, public ::testing::WithParamInterface<bool> {
  protected:
   void SetUp() override {

@@ -96,7 +96,7 @@ TEST_F(VidPidFileTest, AValueWithoutAClosingQuoteIsNone) {
 }
 
 TEST_F(VidPidFileTest, AKeyIsFoundInsideAnother) {
-  // The first "VID=" is the one inside the name, which has no quote behind it.
+  // The first "VID=" is the one inside the name, which has no quote after it.
   EXPECT_EQ(RowsOf("VENDORNAME=\"VID=7\" VID=\"1\" PID=\"2\"\n"), Lines{});
   EXPECT_EQ(RowsOf("MYVID=\"1\" XPID=\"2\" THEVENDORNAME=\"X\"\n"), Lines{"1:2 0 0 X"});
 }
@@ -165,7 +165,7 @@ TEST_F(VidPidFileTest, AnOverlongLineArrivesAsSeveral) {
   EXPECT_EQ(RowsOf(row1 + std::string(100, ' ') + row2 + '\n'), Lines{"1:2 0 0 X"}) << "one line";
 }
 
-// The library is locked while it reads what anyone may have put there.
+// The library is locked while it reads a file that anyone may have put there.
 TEST_F(VidPidFileTest, MoreThanAMillionLinesAreNotReadToTheirEnd) {
   const std::string row = "VID=\"1\" PID=\"2\" VENDORNAME=\"X\"\n";
   EXPECT_EQ(RowsOf(std::string((1U << 20) - 1, '\n') + row), Lines{"1:2 0 0 X"});

@@ -121,7 +121,7 @@ TEST_F(VidPidTest, AnEmptyFileIsAFile) {
 TEST_F(VidPidTest, TheLibraryLooksForThatVeryNameInTheCurrentFolder) {
   std::ofstream(Folder() / "tavlynvidpid.txt") << "VID=\"1234\" PID=\"5678\" VENDORNAME=\"X\"\n";
   USBConnect(nullptr);
-  // Where a disk minds no case it is the same name.
+  // On a case-insensitive disk it is the same name.
   const bool found = std::filesystem::exists(Folder() / "TavlynVIDPID.txt");
   EXPECT_EQ(RowCount(), found ? 1 : 9);
 }

@@ -14,7 +14,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr int kServeEvery = 5;      // milliseconds; input that a model queues by itself waits no longer
+constexpr int kServeEvery = 5;  // milliseconds; input that a model queues by itself waits at most this long
 constexpr int kNodeAttempts = 500;  // of ten milliseconds each
 
 }  // namespace

@@ -1,5 +1,5 @@
-// The devices that are plugged into the guest's kernel, served by a thread of their own: a program that asks
-// a device waits inside the kernel until someone has answered for it.
+// The devices plugged into the guest's kernel, served by a thread of their own: a program that queries a
+// device waits inside the kernel until someone has answered for it.
 #pragma once
 
 #include <mutex>
@@ -39,7 +39,7 @@ class Bus {
 // A model on the bus, as long as this object lives. The model and the bus must outlive it.
 class Plugged {
  public:
-  // Waits until the device's node is there; a failed check when none comes in five seconds.
+  // Waits until the device's node is there; a failed check if none appears within five seconds.
   Plugged(Bus& bus, sim::HidDevice& model);
   // Waits until the node has gone again.
   ~Plugged();

@@ -15,7 +15,7 @@ inline void Check(bool held, const std::string& what) {
   std::fflush(stdout);
 }
 
-// The same with what came instead of what was wanted.
+// The same, showing what came instead of what was wanted.
 inline void CheckEqual(long long got, long long wanted, const std::string& what) {
   const bool held = got == wanted;
   Check(held, held ? what : what + ": " + std::to_string(got) + ", not " + std::to_string(wanted));

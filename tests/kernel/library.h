@@ -30,7 +30,7 @@ struct Library {
   decltype(&::GetObjRangeInfo) range;
 };
 
-// A failed check when the library does not load or lacks a name. Searches are limited to HID devices: the
+// A failed check if the library does not load or lacks a name. Searches are limited to HID devices: the
 // machine's one serial port is its console.
 bool LoadLibrary(const char* path, Library& library);
 
@@ -39,7 +39,7 @@ struct CardRead {
   std::vector<std::uint8_t> id;
 };
 
-// Asks the active reader for its card, behind the pause during which the library would not ask it.
+// Asks the active reader for its card, after the pause during which the library would not ask it.
 CardRead ReadCard(const Library& library);
 
 }  // namespace tavlyn::kernel

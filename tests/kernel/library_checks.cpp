@@ -1,4 +1,4 @@
-// The built library on the kernel's own HID stack, through its exports alone.
+// The built library on the kernel's own HID stack, through its exports only.
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -31,7 +31,7 @@ void CheckCard(const Library& library, long long bits, const sim::Bytes& id, con
   Check(read.id == whole, what + ", its bytes");
 }
 
-// Configuration and texts that differ from those of every factory.
+// Configuration and texts that differ from the factory's.
 void MarkReader(sim::Reader& reader) {
   reader.state.did = 0x4D21;
   reader.state.model = "KERNEL-MODEL-1";
@@ -58,7 +58,7 @@ void CheckMirror(const Library& library) {
   CheckEqual(library.maxConfig(), 0, "a plain reader has one configuration");
 }
 
-// A user's process with the library in it; the failures it counted, as its status.
+// A user's process with the library in it; its status is the number of failures.
 int RunAsNobody(const char* libraryPath, const char* expectation) {
   const pid_t child = fork();
   if (child == 0) {

@@ -1,4 +1,4 @@
-// A device that is no product of ours: it gives back what it was last sent, each byte inverted.
+// A device that is not a product of ours: it returns what it was last sent, each byte inverted.
 #pragma once
 
 #include <cstddef>

@@ -63,7 +63,7 @@ bool ReadFor(int output, milliseconds time, std::string& text) {
   return true;
 }
 
-// The digits of a text however they are grouped.
+// The digits of a text, however they are grouped.
 std::string Digits(const std::string& text) {
   std::string digits;
   for (const char c : text) {

@@ -35,7 +35,7 @@ bool Asks() {
   return Answering().contains(number);
 }
 
-// As for card readers, of which those answer that the test says.
+// As for card readers; the test says which of them answer.
 bool Search() {
   ComSearch search = reader::PortSearch();
   search.probe.answers = Asks;

@@ -21,7 +21,7 @@ constexpr std::uint16_t kAdapterPort = 30718;
 const std::string kAsk = "sendto 10.0.0.5:11000 52 46 49 44 44 49 53 43 01 00";
 const std::string kQuery = "sendto 10.0.0.5:30718 00 00 00 F6";
 
-// Every byte that nobody looks at is 0x55.
+// Every byte that is not checked is 0x55.
 Bytes DiscoveryReply(std::size_t size = 128) {
   Bytes reply(128, 0x55);
   const auto put = [&](std::size_t at, const Bytes& bytes) {

@@ -75,7 +75,7 @@ TEST_F(LibusbPipeTest, BytesBehindTheRingsAreAddedToThem) {
   FillRing(7);
   EXPECT_EQ(Read(10, {{1, 2, 3}}), 10);
   EXPECT_EQ(buffer, (Bytes{0, 0, 0, 0, 0, 0, 0, 1, 2, 3}));
-  // 7 less the 3 still wanted: the ring counts 4 on.
+  // 7 less the 3 still wanted: the ring's count goes up by 4.
   EXPECT_EQ(Read(4, {{9, 9, 9, 9}}), 4);
   EXPECT_EQ(buffer, Bytes(4));
   EXPECT_EQ(BulkReads(), 0U);
@@ -85,7 +85,7 @@ TEST_F(LibusbPipeTest, TheCountMayFallBelowZero) {
   FillRing(3);
   EXPECT_EQ(Read(10, {Count(1, 7)}), 10);
   EXPECT_EQ(buffer, (Bytes{0, 0, 0, 1, 2, 3, 4, 5, 6, 7}));
-  // 3 less 7 is -4; a surplus of 6 then makes 2 of it.
+  // 3 less 7 is -4; a surplus of 6 then makes that 2.
   EXPECT_EQ(Read(4, {Count(1, 10)}), 4);
   EXPECT_EQ(buffer, Count(1, 4));
   EXPECT_EQ(Read(2, {{9, 9}}), 2);

@@ -1,4 +1,4 @@
-// The byte carrier: which of its three ways carries, and what each call does on each of them.
+// The byte carrier: which of its three links is used, and what each call does on each of them.
 #include "links/serial_port.h"
 
 #include <gtest/gtest.h>

@@ -31,7 +31,7 @@ class MagModelConfiguration : public MagModelBench {
     EXPECT_EQ(sorbaneGetLED(0), 2U);
     for (std::uint16_t led = 1; led <= 4; ++led) EXPECT_EQ(sorbaneGetLED(led), led - 1U);
   }
-  // A reader as made, and its marked settings in memory.
+  // A reader fresh from the factory, and distinctive settings in the mirror.
   void Begin() {
     magstripe->faults.Restart();
     magstripe->state.working = Marked();

@@ -16,7 +16,7 @@ class MagModelBench : public Bench {
  protected:
   static constexpr int kTransactions = 37;  // of a whole read, or write
 
-  // Active, after another reader, which stays as it is.
+  // Active, after another reader, which does not change.
   void Connect() {
     Plug(other_, "other");
     Plug(magstripe, "magstripe");
@@ -61,7 +61,7 @@ class MagModelBench : public Bench {
     magstripe->Swipe(*card);
   }
 
-  // The traffic with packets as texts: "QRZ", "sleep 2", "get"; failed ones with "refused" behind them.
+  // The traffic with packets as texts: "QRZ", "sleep 2", "get"; failed ones followed by "refused".
   Lines Told() {
     Lines lines;
     for (const sim::Event& event : host.transcript.Events()) {
@@ -111,7 +111,7 @@ class MagModelBench : public Bench {
     return Join({commands, {"GS0", "GL0"}});
   }
 
-  // Settings of which no byte is like another, as the reader holds them.
+  // Settings in which every byte is different, as the reader holds them.
   static sim::MagSettings Marked() {
     sim::MagSettings settings;
     for (std::size_t n = 0; n < sim::kUserFields; ++n) {

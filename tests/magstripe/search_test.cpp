@@ -105,7 +105,7 @@ std::vector<std::uint32_t>& Asked() {
   return numbers;
 }
 
-// A family's search, with an answer of the test's.
+// A family's search whose probe the test answers.
 bool Search(ComSearch search, bool (*answers)()) {
   search.probe.answers = answers;
   return SearchComs(search);

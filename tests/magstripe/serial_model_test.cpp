@@ -1,4 +1,4 @@
-// On a serial line a packet that goes out whole is not followed by a read.
+// On a serial line a packet that is sent completely is not followed by a read.
 #include "core/state.h"
 #include "links/serial_port.h"
 #include "tests/magstripe/model_bench.h"

@@ -1,4 +1,5 @@
-// Settings in memory, status, beeps and LEDs of a magnetic-stripe reader, and reports of a caller's own.
+// Settings in memory, status, beeps and LEDs of a magnetic-stripe reader, and reports that a caller puts
+// together.
 #include <limits>
 
 #include "tests/magstripe/model_bench.h"
@@ -295,7 +296,7 @@ TEST_F(MagModelSettings, ReportsOfOnesOwn) {
   }
   for (std::int16_t i = 4; i < 8; ++i) EXPECT_EQ(SetRawPayload_index(i, 0), 0U);
   ExpectTraffic({});
-  // The carriage return of the last command still stands in the report.
+  // The carriage return of the last command is still in the report.
   EXPECT_NE(Ping(), 0U);
   for (std::int16_t i = 1; i <= 3; ++i) {
     SetRawPayload_index(i, static_cast<std::uint8_t>(command.at(static_cast<std::size_t>(i - 1))));

@@ -87,7 +87,7 @@ class StripeBench : public Bench {
   static tsSorbaneCfg& Cfg() { return EntryOfActDev().SorbaneBlock.Cfg; }
 
  private:
-  // In entry 0; it stays as it is.
+  // In entry 0; it does not change.
   std::shared_ptr<StripeScript> other_ = std::make_shared<StripeScript>();
   Entry0 entry0_;
 };

@@ -29,7 +29,7 @@ class MagModelFile : public MagModelBench {
     std::ofstream(Path(), std::ios::binary) << text;
     return ReadDevCfgFmFile(Path().c_str());
   }
-  // Lines behind a title.
+  // Lines after a title.
   void LoadLines(const std::string& lines) {
     EXPECT_EQ(LoadText(std::string("//") + kHeadingLine + '\n' + lines), 1U);
   }

@@ -1,4 +1,4 @@
-// The text file, byte for byte, and what a load takes of it.
+// The text file, byte for byte, and what a load accepts of it.
 #include <cstring>
 #include <fstream>
 #include <sstream>

@@ -1,4 +1,4 @@
-// Swipes: tracks, fields of tracks, and what is taken of them as an ID.
+// Swipes: tracks, fields of tracks, and what becomes an ID.
 #include <algorithm>
 #include <optional>
 #include <random>
@@ -22,7 +22,7 @@ class MagModelTracks : public MagModelBench {
     MagModelBench::SetUp();
     Connect();
   }
-  // The track as the reader holds it: a header and what is behind it.
+  // The track as the reader holds it: a header and what follows it.
   void Hold(std::size_t track, Bytes bytes) { magstripe->state.tracks.at(track - 1) = std::move(bytes); }
   static Bytes Track(std::uint16_t track, std::uint16_t convert) {
     const std::uint8_t* bytes = sorbaneGetTrackData(track, convert);
@@ -208,9 +208,9 @@ TEST_F(MagModelTracks, AFieldIsTakenFromThePlaceWhereItEnds) {
   EXPECT_EQ(Field(4, 1, 0, 8, 0xFF, 1), Filled(Bytes{}));
 }
 
-// A field of a raw track by the letter of its rules: markers are counted from the first character on; the
-// field begins behind the last of them, offset characters on, where that is no zero; it ends at term or at a
-// marker that separates, and as many bytes as it has come from there.
+// A field of a raw track, strictly by its rules: markers are counted from the first character on; the field
+// begins offset characters after the last of them, unless that is a zero; it ends at term or at a marker that
+// separates, and has that many bytes from there.
 Bytes FieldByTheRules(const Bytes& track, bool first, int field, std::size_t offset, int length, int term) {
   const auto at = [&](std::size_t i) { return i < track.size() ? static_cast<std::int8_t>(track[i]) : 0; };
   const int a = first ? 0x15 : 0x0B;

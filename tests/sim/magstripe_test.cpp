@@ -17,7 +17,7 @@ using sim::MagCard;
 using sim::Magstripe;
 using sim::MagstripeLine;
 
-// A packet as the reader takes it.
+// A packet as the reader accepts it.
 Bytes Packet(const std::string& text) {
   Bytes packet(text.begin(), text.end());
   packet.resize(sim::kMagPacketBytes);

@@ -18,7 +18,7 @@ class RackTest : public testing::Test {
     return reply;
   }
 
-  // What a command is refused with.
+  // The reply of a command that fails.
   std::string Refused(const std::string& command) {
     std::string reply;
     EXPECT_FALSE(rack_.Run(command, reply)) << command;
@@ -37,7 +37,7 @@ class RackTest : public testing::Test {
     return identity[1] | identity[2] << 8;
   }
 
-  // In the answer to "GS0": hexadecimal digits, behind its three letters and three other bytes.
+  // In the answer to "GS0": hexadecimal digits, after its three letters and three other bytes.
   int MagstripeLuid(int number) {
     std::vector<std::uint8_t> report{0, 'G', 'S', '0'};
     report.resize(25);

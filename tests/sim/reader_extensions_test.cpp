@@ -1,4 +1,4 @@
-// What only some readers have, as their firmware answers it.
+// What only some readers have, as their firmware answers.
 #include "sim/devices/reader_extensions.h"
 
 #include <gtest/gtest.h>

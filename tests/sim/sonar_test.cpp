@@ -1,4 +1,4 @@
-// The sonar sensor model, command by command, and who walks in front of it.
+// The sonar sensor model, command by command, with somebody walking in front of it.
 #include "sim/devices/sonar.h"
 
 #include <gtest/gtest.h>

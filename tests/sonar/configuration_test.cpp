@@ -9,7 +9,7 @@ using Words = std::vector<std::uint16_t>;
 // All words of the mirror, in the order of the records.
 Words WordsOf(const tsSonarBlock& block) { return {block.words.begin(), block.words.end()}; }
 
-// What FullReplies brings.
+// The contents of FullReplies.
 const Words kFullWords = {
     5,    300,   16, 14, 36,   5,  6,  7,                                       //
     2,    192,   11, 12, 13,   14, 15, 16, 0xA1, 22,   23, 24, 25, 26, 27, 28,  //
@@ -205,7 +205,7 @@ TEST_F(SonarDefaults, AFactoryResetReadsBack) {
   EXPECT_EQ(Block().words[sonar::FlagsI], 0xF4);
 }
 
-// Answers to two full reads by a sensor of that device ID.
+// Answers to two full reads by a sensor with that device ID.
 std::deque<sim::Bytes> TwiceFrom(std::uint16_t did) {
   std::deque<sim::Bytes> replies = FullReplies();
   replies.back()[2] = static_cast<std::uint8_t>(did);

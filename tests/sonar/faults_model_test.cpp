@@ -15,7 +15,7 @@ constexpr int kFirstIdentityExchange = 13;
 
 class SonarModelFaults : public SonarModelBench {
  protected:
-  // The sensor as the factory made it, the mirror with every record and the LUID changed.
+  // The sensor fresh from the factory, the mirror with every record and the LUID changed.
   void Begin() {
     sonar->faults.Restart();
     sonar->state = factory_;
@@ -65,7 +65,7 @@ TEST_F(SonarModelFaults, ASensorThatVanishesInARead) {
     sonar->faults.VanishAt(exchange);
     EXPECT_EQ(ReadCfg(), 0U);
     EXPECT_EQ(GetLastLibErr(), IsFetchOfRead(exchange) ? 0x20000U : 0x20202U);
-    // Marks go when the last page is there, the LUID's when the identity is.
+    // Dirty marks go when the last page has arrived, the LUID's when the identity has.
     sonar->faults.Restart();
     sonar->PowerCycle();
     ForgetTraffic();
@@ -130,7 +130,7 @@ TEST_F(SonarModelFaults, AWriteThatLosesItsSensorAtEachExchange) {
     sonar->PowerCycle();
     EXPECT_EQ(sonar->state.stored, exchange > kCommit ? ChangedAsKept() : sim::FactorySonarPages());
     EXPECT_EQ(sonar->state.luid, 1);
-    // Marks stay until the commit is out.
+    // Dirty marks stay until the commit has been sent.
     sonar->faults.Restart();
     ForgetTraffic();
     EXPECT_EQ(WriteCfg(), 1U);

@@ -25,7 +25,7 @@ class SonarModelBench : public Bench {
     sonar->faults.Restart();
   }
 
-  // What a complete read puts on the line. The second page is fetched without having been asked for.
+  // The traffic of a complete read. The second page is fetched without having been asked for.
   static Lines ReadLines() {
     Lines lines = {"set 80", "sleep 250", "get", "get", "sleep 250", "get"};
     for (const char* command : {"set 82", "set 83", "set 84", "set 85", "set 8A"}) {
@@ -59,7 +59,7 @@ class SonarModelBench : public Bench {
     return record;
   }
 
-  // All four records with other values than the factory's, marked for the next write.
+  // All four records with values other than the factory's, marked dirty for the next write.
   static void ChangeAll() {
     const tsSonarParms ranging{5, 1001, 99, 20, 70, 11, 12, 13};
     const tsWalkAwayParms away{6, 16320, 1, 2, 3, 4, 5, 6, 0xF7, 77, 21, 22, 23, 24, 25, 26};
@@ -71,7 +71,7 @@ class SonarModelBench : public Bench {
     EXPECT_EQ(SetIdleParms(&idle), 1U);
   }
   // The same as pages: 1001 ms are 250 steps of 4, 20 inches 69.44 units, 70 inches 243.06, 130 ms two steps
-  // of 64; the keys' flags have four bits; what is reserved goes back as the factory's pages brought it.
+  // of 64; the keys' flags have four bits; reserved bytes go back as they were in the factory's pages.
   static constexpr sim::SonarPages kChanged = {{
       {0x05, 250, 99, 69, 243, 11, 12, 13},
       {6, 255, 1, 2, 3, 4, 5, 6},
@@ -87,7 +87,7 @@ class SonarModelBench : public Bench {
     }
     return Join({lines, {"set 90 3F"}});
   }
-  // As the sensor then keeps them: the cycle count is its own.
+  // As the sensor then has them: the cycle count stays its own.
   static sim::SonarPages ChangedAsKept() {
     sim::SonarPages pages = kChanged;
     pages[0][2] = sim::FactorySonarPages()[0][2];

@@ -40,7 +40,7 @@ TEST_F(SonarModelRange, FollowsSomebodyWhoLeaves) {
     inches.push_back(words[0]);
     status.push_back(words[4]);
   }
-  // The sensor measures when it is asked; the answer is fetched 250 ms later.
+  // The sensor measures when asked; the answer is fetched 250 ms later.
   EXPECT_EQ(inches, (std::vector<std::uint16_t>{20, 25, 30, 35, 40, 70, 73, 73}));
   EXPECT_EQ(status, (std::vector<std::uint16_t>{3, 3, 3, 3, 3, 0, 0, 0}));
 }

@@ -26,7 +26,7 @@ class ScriptedSensor final : public sim::HidDevice {
   }
 
   sim::HidIdentity identity;
-  std::deque<sim::Bytes> replies;  // with none left a fetch brings zeros
+  std::deque<sim::Bytes> replies;  // with none left a fetch returns zeros
   std::optional<int> refusesFrom;  // the exchange from which on it refuses everything, counted from 0
 
   [[nodiscard]] const sim::HidIdentity& Identity() const override { return identity; }
@@ -54,7 +54,7 @@ class ScriptedSensor final : public sim::HidDevice {
   int exchanges_ = 0;
 };
 
-// What a full read fetches: a page of its own in every byte, the one thrown away before page 1 too.
+// What a full read fetches: pages that differ in every byte, including the discarded one before page 1.
 inline std::deque<sim::Bytes> FullReplies() {
   return {{0x85, 75, 16, 49, 125, 5, 6, 7},     {0xEE, 0xEE, 0xEE, 0xEE, 0xEE, 0xEE, 0xEE, 0xEE},
           {0xF2, 3, 11, 12, 13, 14, 15, 16},    {0xA1, 22, 23, 24, 25, 26, 27, 28},
@@ -78,7 +78,7 @@ inline Lines FullRead() {
 
 class SonarBench : public Bench {
  protected:
-  // An entry that is open and active but was never read, behind that of another sensor, which stays as it is.
+  // An open and active entry that was never read, after that of another sensor, which does not change.
   void SetUp() override {
     Bench::SetUp();
     Add(other_, "other");

@@ -20,7 +20,7 @@ class SonarFile : public SonarBench {
     std::ofstream(Path(), std::ios::binary | std::ios::trunc) << text;
     return ReadDevCfgFmFile(Path().c_str());
   }
-  // In range everywhere, so that every set takes.
+  // In range everywhere, so that every set accepts it.
   void MakeGood() {
     Read();
     Mark(0);
@@ -180,7 +180,7 @@ TEST_F(SonarFile, IsReadToItsEndHoweverManyLinesItHas) {
   EXPECT_TRUE(Save().find("PressRateI = 9 ") != std::string::npos);
 }
 
-// A set would mark what stays in the sensor for its next write.
+// A set would mark the sensor's values dirty for the next write.
 TEST_F(SonarFile, AFolderIsNoFile) {
   MakeGood();
   const std::string before = Save();

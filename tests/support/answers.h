@@ -1,4 +1,4 @@
-// What an export answers where it has nothing to do, in the words of docs/products.md.
+// What an export returns when it has nothing to do, in the words of docs/products.md.
 #pragma once
 
 #include <algorithm>
@@ -19,7 +19,7 @@ namespace tavlyn::test {
 
 inline constexpr Outcome kUnsupportedResult = {.value = kUnsupported};
 
-// What a cell says that every call returns; none where it tells of an operation.
+// The result that a cell gives for every call; none if the cell describes an operation.
 inline std::optional<Outcome> ResultIn(const std::string& cell) {
   if (cell == "unsupported") return kUnsupportedResult;
   if (cell == "unsupported, signed") return Outcome{.value = 0xFFFF0000U | kUnsupported};
@@ -33,8 +33,8 @@ inline std::optional<Outcome> ResultIn(const std::string& cell) {
 
 class AnswersBench : public Bench {
  protected:
-  // The call asks no device, waits for nothing, stores nothing where its pointers lead, and leaves entry 0
-  // and its error word as they were; or it leaves this word.
+  // The call asks no device, waits for nothing, stores nothing through its pointers, and leaves entry 0 and
+  // its error word as they were, or leaves this word.
   Outcome AnswerOfIdle(const Export& exported, const Variant& variant, std::uint32_t word) {
     SCOPED_TRACE(TextOf(exported, variant));
     ForgetTraffic();
@@ -49,7 +49,7 @@ class AnswersBench : public Bench {
     return outcome;
   }
 
-  // Some look at their file first, which has no trailer that fits.
+  // Some check their file first, whose trailer does not match.
   static std::uint32_t WordOfNoDevice(std::string_view name) {
     return IsOneOf(name,
                    {"LoadIniFile", "ReadDevCfgFromSecureFile", "WriteBLEDataToReader", "WriteBLEKeyToReader"})
@@ -57,7 +57,7 @@ class AnswersBench : public Bench {
                : kWordBefore;
   }
 
-  // Others clear the word before they see that the active device is no card reader.
+  // Others clear the word before they notice that the active device is not a card reader.
   static std::uint32_t WordOfOtherProduct(std::string_view name) {
     return IsOneOf(name, {"GetCardAnalyzerData", "GetCardAnalyzerStatus", "InstalledHardware",
                           "SetCardAnalyzerControlState", "SupportedHardware", "WriteBLEDataToFile",

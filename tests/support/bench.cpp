@@ -106,7 +106,7 @@ void Bench::ExpectTrace(const Lines& expected, const char* file, int line) {
 
 std::filesystem::path Bench::Folder() {
   if (folder_.empty()) {
-    // Another run of the tests may be at the same one.
+    // Another run of the tests may be using the same name.
     std::random_device any;
     do {
       folder_ = std::filesystem::path(::testing::TempDir()) / ("tavlyn-" + std::to_string(any()));

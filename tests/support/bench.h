@@ -15,17 +15,17 @@
 
 namespace tavlyn::test {
 
-// Trace lines of a configuration read: the two of a failure, the one of a plain reader from the factory.
+// Trace lines of a configuration read: the two of a failure, the one of a factory-fresh plain reader.
 inline constexpr const char* kReadCode = "tavlyn_ReadCfgOneConfig ERROR CODE: 0";
 inline constexpr const char* kReadFailed = "tavlyn_ReadCfgOneConfig Failed !!";
 inline constexpr const char* kReadModel = "tavlyn_ReadCfgOneConfig Model Number of Device is : RDR-80581AKU";
 
-// The longest ID that a card has.
+// The longest ID that a card can have.
 sim::Bytes LongCard();
 
-// What a variable holds that a call is not to write.
+// Put in variables that a call must not write.
 inline constexpr std::uint32_t kUntouched = 0xDEADBEEF;
-// Given to SetUnsupportedProductErrorCode.
+// Passed to SetUnsupportedProductErrorCode.
 inline constexpr std::uint16_t kUnsupported = 0x8A5C;
 
 class Bench : public ::testing::Test {
@@ -33,10 +33,10 @@ class Bench : public ::testing::Test {
   // Resets the simulated system, then loads the library. Derived fixtures that need another system at load
   // change it and call Reload.
   void SetUp() override;
-  // Unloads the library; fails the test when the platform was misused or a lock was left held.
+  // Unloads the library; fails the test if the platform was misused or a lock is still held.
   void TearDown() override;
 
-  // Unload and load steps in between, for what is only looked at while loading.
+  // Unloads and loads again, for what is only checked during a load.
   void Reload();
 
   sim::VirtualHost& host = sim::VirtualHost::Instance();
@@ -47,13 +47,13 @@ class Bench : public ::testing::Test {
   // open.
   std::shared_ptr<sim::Reader> Connected(std::shared_ptr<sim::Reader> reader);
 
-  // Compares with all traffic since the last call of either, and forgets it.
+  // Compares all traffic since the last call of either, and forgets it.
   void ExpectTraffic(const Lines& expected, const char* file = __builtin_FILE(), int line = __builtin_LINE());
-  // Something has happened since the traffic was last forgotten, and none of it took the library's lock.
+  // There has been traffic since it was last forgotten, none of it under the library's lock.
   void ExpectNoLock(const char* file = __builtin_FILE(), int line = __builtin_LINE());
   void ForgetTraffic() { host.transcript.Clear(); }
   [[nodiscard]] std::uint64_t Slept() const { return TotalSleep(host.transcript.Events()); }
-  // Past the time within which an ID is served without asking the reader.
+  // Moves past the time within which an ID is served without asking the reader.
   void LetTimePass(std::uint64_t milliseconds = 1000) { host.clock.tick += milliseconds; }
 
   // Sets the variable and takes the trace lines; they are compared without time stamp and line feed.

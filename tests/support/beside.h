@@ -1,4 +1,4 @@
-// Benches whose devices stand behind another card reader, in entry 0: whatever a test does, neither that
+// Benches whose devices come after another card reader, which has entry 0: whatever a test does, neither that
 // reader nor its entry is touched.
 #pragma once
 
@@ -18,7 +18,7 @@ class BesideReader : public Bench {
     other_.reset();
     Bench::TearDown();
   }
-  // As the bench's own; its entry is the active one, and all of it has been read.
+  // As on the bench itself; its entry is the active one, and everything has been read.
   std::shared_ptr<sim::Reader> Connected(std::shared_ptr<sim::Reader> reader) {
     if (other_ == nullptr) Plug(other_ = sim::Reader::Plus(3), "other");
     Bench::Connected(reader);

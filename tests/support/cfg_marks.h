@@ -1,4 +1,4 @@
-// The marks by which a configuration write goes, and what the write puts on the line behind its commit.
+// The marks by which a configuration write goes, and what the write sends after its commit.
 #pragma once
 
 #include <cstdint>
@@ -41,7 +41,7 @@ inline unsigned MarksOf(const tsDevEntry& entry, const tsCfgSlot& slot) {
 inline Lines FastStore() { return {"set 8C 06", "get", "sleep 20"}; }
 inline Lines SlowStore() { return {"set 8C 06", "get", "sleep 1200"}; }
 
-// A report that fails for good.
+// A report that keeps failing.
 inline Lines Refused(const std::string& report) {
   return Times(6, {"set " + report + " refused", "sleep 80"});
 }

@@ -18,10 +18,10 @@
 
 namespace tavlyn::test {
 
-// What stands behind the pointers of a call.
+// What the pointers of a call point to.
 enum class Memory { kNull, kZeros, kFileName, kLongText };
 
-// Room for any 16-bit length, and for a text that is longer.
+// Large enough for any 16-bit length, and for a longer text.
 inline constexpr std::size_t kRoom = 70000;
 inline constexpr std::size_t kRooms = 3;
 
@@ -29,7 +29,7 @@ struct alignas(16) Room {
   std::array<char, kRoom> bytes;
 };
 
-// Where the pointers of one call point to, each to a room of its own.
+// The targets of one call's pointers, each a buffer of its own.
 inline std::vector<Room>& Rooms() {
   static std::vector<Room> rooms(kRooms);
   return rooms;
@@ -49,7 +49,7 @@ inline bool AreAsFurnished(Memory memory) {
   return std::ranges::equal(now, Rooms(), {}, &Room::bytes, &Room::bytes);
 }
 
-// The numbers of a call go round this list, each argument taking the next one.
+// A call's numbers cycle through this list, each argument taking the next one.
 inline constexpr std::int64_t kNumbers[] = {0,   1,   -1,     2,      3,     5,      8,         32,
                                             127, 128, 255,    256,    32767, -32768, 65535,     -2147483648LL,
                                             10,  126, 0x8000, 0x1000, 511,   512,    2147483647};
@@ -73,7 +73,7 @@ Type Argument(const Variant& variant, std::size_t at) {
   } else {
     const std::int64_t number = kNumbers[(variant.number + at * variant.step) % kNumberCount];
     const Type value = static_cast<Type>(number);
-    // No caller may tell of more room than there is.
+    // No caller may claim more room than there is.
     if constexpr (sizeof(Type) > 2) {
       if (variant.memory != Memory::kNull)
         return std::min<Type>(value, std::numeric_limits<std::int16_t>::max());
@@ -106,7 +106,7 @@ struct Caller {
       Result result = function(Argument<Parameters>(variant, kAt)...);
       if constexpr (std::is_pointer_v<Result>) {
         const bool null = result == nullptr;
-        // What is handed out to be written belongs to the caller.
+        // A result that is not const belongs to the caller.
         if constexpr (!std::is_const_v<std::remove_pointer_t<Result>>) std::free(result);
         return {.null = null, .other = !null};
       } else {
@@ -141,7 +141,7 @@ inline const std::vector<Export>& Exports() {
 }
 
 inline std::vector<Variant> VariantsOf(const Export& exported, std::size_t numbers) {
-  // Searches all the addresses from its one number to the other, so that it gets them alike.
+  // Searches all addresses from one number to the other, so both are the same here.
   const bool alike = !exported.hasNumbers || exported.name == "FindXport";
   if (!exported.hasNumbers) numbers = 1;
   std::vector<Variant> variants;

@@ -1,4 +1,4 @@
-// One exchange with a device model, without a library in between.
+// One exchange with a device model, without the library in between.
 #pragma once
 
 #include <cstdint>
@@ -10,11 +10,11 @@
 
 namespace tavlyn::test {
 
-// Payloads are filled up with zeros to the report's length.
+// Payloads are padded with zeros to the report's length.
 bool Set(sim::HidDevice& device, std::initializer_list<std::uint8_t> payload);
 // The reply as trimmed text ("8C 06 03"), or "refused".
 std::string Get(sim::HidDevice& device);
-// Command and fetch; "refused" when either was.
+// Command and fetch; "refused" if either was.
 std::string Ask(sim::HidDevice& device, std::initializer_list<std::uint8_t> command);
 // Command and data report.
 bool Store(sim::HidDevice& device, std::initializer_list<std::uint8_t> command,

@@ -1,4 +1,4 @@
-// Text files as they lie on the disk of the system that the tests run on.
+// Text files as they are on the disk of the system that the tests run on.
 #pragma once
 
 #include <string>
@@ -12,7 +12,7 @@ inline constexpr std::string_view kLineEnd = "\r\n";
 inline constexpr std::string_view kLineEnd = "\n";
 #endif
 
-// What a text becomes that the library writes.
+// A text written by the library, as it is on disk.
 inline std::string OnDisk(std::string_view text) {
   std::string bytes;
   for (const char c : text) {

@@ -17,7 +17,7 @@ void FaScript::Receive(std::span<const std::uint8_t> bytes) {
     classSeen_ = true;
     return;
   }
-  if (!classSeen_) return;  // data behind a frame that has been answered
+  if (!classSeen_) return;  // data after a frame that has been answered
   classSeen_ = false;
   if (replies.empty()) return;
   out_.insert(out_.end(), replies.front().begin(), replies.front().end());

@@ -17,7 +17,7 @@ constexpr std::array kWithAnyBytes = {"get", "recv", "read", "drain"};
 
 constexpr std::array kWithHandle = {"set ", "get ", "drain "};
 
-// Tests speak to one device at a time; its handle says nothing.
+// Tests talk to one device at a time, so its handle does not matter.
 std::string WithoutHandle(const std::string& line) {
   for (const std::string verb : kWithHandle) {
     if (!line.starts_with(verb)) continue;

@@ -1,4 +1,4 @@
-// A family as small as one can be. It shows what another product takes: a folder like this and a row of
+// The smallest possible family. It shows what another product needs: a folder like this and a row of
 // core/products.inc.
 #include "core/product.h"
 

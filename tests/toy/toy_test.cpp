@@ -1,4 +1,4 @@
-// The library with one family more: it is searched after the others and dispatched to, and no file of src/
+// The library with one more family: it is searched after the others and dispatched to, and no file of src/
 // knows it.
 #include <gtest/gtest.h>
 

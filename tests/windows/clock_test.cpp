@@ -1,4 +1,4 @@
-// The tick of Windows has 32 bits and is handed on as it is; the time of day is the system's.
+// Windows' tick count has 32 bits and is passed on unchanged; the time of day is the system's.
 #include <gtest/gtest.h>
 
 #include <cstdlib>

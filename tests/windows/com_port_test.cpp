@@ -1,6 +1,6 @@
-// Serial ports: COM9 and COM12 are the two ends of one cable, which another process carries the bytes through
-// in its own time. Reads therefore wait for their bytes as long as it takes; that they end in time is the
-// system's work, and what it is asked for is noted here.
+// Serial ports: COM9 and COM12 are the two ends of one cable; another process carries the bytes, in its own
+// time. Reads therefore wait for their bytes as long as it takes; ending them in time is the system's job,
+// and what is requested of it is recorded here.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -37,7 +37,7 @@ HANDLE OpenRight() {
   return CreateFileA("\\\\.\\COM12", GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
 }
 
-// Until all that was written at the left end lies at the right one.
+// Waits until everything written at the left end has arrived at the right one.
 void AwaitArrival(std::size_t count) {
   HANDLE right = OpenRight();
   ASSERT_NE(INVALID_HANDLE_VALUE, right);
@@ -85,7 +85,7 @@ TEST(ComPortTest, FromCom10OnTheNameHasItsLongForm) {
   EXPECT_EQ((std::vector<std::string>{"COM1", "COM9", "\\\\.\\COM10", "\\\\.\\COM256"}), askedNames);
 }
 
-// All but the parity, which a pseudo-terminal does not keep.
+// All but the parity, which a pseudo-terminal does not store.
 TEST(ComPortTest, LineIsSetWithoutFlowControl) {
   const auto port = TheHost().ports.Open(kRight, {19200, 2, 2}, kPatient);
   ASSERT_NE(nullptr, port);

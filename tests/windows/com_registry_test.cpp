@@ -1,4 +1,4 @@
-// The registry's device tree, with devices of this test's own.
+// The registry's device tree, with this test's own devices.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -20,7 +20,7 @@ const std::string kPcmcia = "SYSTEM\\CurrentControlSet\\Enum\\PCMCIA\\";
 const std::string kPort = kUsb + "VID_7A31&PID_2301";
 const std::string kParameters = "\\Device Parameters";
 
-// The byte calls take no path as long as some of these.
+// The byte calls do not accept paths as long as some of these.
 std::wstring Wide(const std::string& text) { return {text.begin(), text.end()}; }
 
 class ComRegistryTest : public testing::Test {
@@ -48,7 +48,7 @@ class ComRegistryTest : public testing::Test {
     Put(device, below, name, REG_SZ, {text.c_str(), text.size() + 1});
   }
 
-  // One more instance of the port, with that text for its name.
+  // Another instance of the port, with that text as its name.
   void PutPort(const std::string& text) {
     PutText(kPort, "\\SER" + std::to_string(++instances_) + kParameters, "PortName", text);
   }
@@ -120,7 +120,7 @@ TEST_F(ComRegistryTest, OnlyParametersAreLookedInto) {
   EXPECT_EQ((std::vector{40, 43}), Found());
 }
 
-// Names that are cut to their buffer must not lead the search round in a circle.
+// Names that are cut to their buffer must not make the search loop.
 TEST_F(ComRegistryTest, LongNamesComeToAnEnd) {
   const std::size_t room = 256 - kPort.size() - 1 - kParameters.size();
   const std::string longName = std::string(1, '\\').append(room, 'L');

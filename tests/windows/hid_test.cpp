@@ -65,7 +65,7 @@ TEST_F(HidTest, QueuedReportIsTaken) {
   EXPECT_EQ(Drain::kNothing, DrainAnew());
 }
 
-// A read that was called off must not take a later report.
+// A cancelled read must not take a later report.
 TEST_F(HidTest, ReportBehindACalledOffReadIsKept) {
   Open();
   EXPECT_EQ(Drain::kNothing, DrainAnew());
@@ -104,7 +104,7 @@ class HidOpenTest : public testing::Test {
     return device != kNoHandle;
   }
 
-  // Another program's handle, as long as the test closes it.
+  // Another program's handle, which the test closes.
   HANDLE Other(DWORD access, DWORD sharing) {
     return CreateFileA(file_, access, sharing, nullptr, OPEN_ALWAYS, 0, nullptr);
   }

@@ -12,7 +12,7 @@
 #include "platform/windows/system.h"
 #include "tests/boundary/imports_windows.h"
 
-// They need windows.h, which does not come with them.
+// They need windows.h, which they do not include.
 #include <softpub.h>
 #include <wintrust.h>
 
@@ -27,7 +27,7 @@ decltype(&WinVerifyTrust) systemVerify = nullptr;
 int verified = 0;
 int onTheNetwork = 0;
 
-// Counts what is not asked to stay away from it.
+// Counts the calls that do not ask it to stay off the network.
 LONG WINAPI NotedVerify(HWND window, GUID* action, void* about) {
   const auto* data = static_cast<const WINTRUST_DATA*>(about);
   ++verified;
@@ -44,7 +44,7 @@ FARPROC WINAPI NotedAddress(HMODULE library, const char* name) {
 
 class LibusbTest : public testing::Test {
  protected:
-  // Who verifies is looked for once.
+  // The verifier is looked up once.
   static void SetUpTestSuite() {
     systemAddress = GetProcAddress;
     ASSERT_TRUE(boundary::Replace(GetModuleHandleA(nullptr),
@@ -155,7 +155,7 @@ void LibusbTest::OpenMany() {
   for (const Handle device : open) usb_.Close(device);
 }
 
-// In a process of its own: what is bound stays bound.
+// In a process of its own, because what is bound stays bound.
 TEST_F(LibusbTest, SignedFileIsLoadedAndItsReaderOpens) {
   const auto use = [this] {
     UseSigned();

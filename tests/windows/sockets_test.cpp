@@ -1,4 +1,4 @@
-// Sockets against a peer of the same program on the loopback network.
+// Sockets with a peer in the same program, over the loopback network.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -38,7 +38,8 @@ class Peer {
   [[nodiscard]] SOCKET get() const { return socket_; }
   [[nodiscard]] std::uint16_t Port() const { return port_; }
 
-  // Whether something has come. The loopback network is quick: what does not come in this time was not sent.
+  // Whether something has arrived. The loopback network is quick: what does not arrive in this time was not
+  // sent.
   [[nodiscard]] bool IsReached(long milliseconds = 200) const {
     fd_set set;
     FD_ZERO(&set);
@@ -208,7 +209,7 @@ int WSAAPI NotedMode(SOCKET one, DWORD code, void* in, DWORD inSize, void* out, 
                                                                       count, overlapped, done);
 }
 
-// Else a host on which nobody listens would end the next receive with an error.
+// Otherwise a host on which nobody listens would end the next receive with an error.
 TEST_F(SocketsTest, NobodyListeningThereIsNoErrorOfDatagrams) {
   constexpr DWORD kConnectionReset = 0x9800000C;
   ASSERT_TRUE(boundary::Replace(GetModuleHandleA(nullptr), {"WSAIoctl", reinterpret_cast<void*>(NotedMode)}));
@@ -230,7 +231,7 @@ int WSAAPI NotedOption(SOCKET one, int level, int name, const char* value, int s
   return boundary::Original<decltype(setsockopt)>("ws2_32", "setsockopt")(one, level, name, value, size);
 }
 
-// The error tells which of the two ended it.
+// The error says which of the two ended it.
 TEST_F(SocketsTest, ReceivingEndsAfterItsLimitOrAtOnce) {
   ASSERT_TRUE(
       boundary::Replace(GetModuleHandleA(nullptr), {"setsockopt", reinterpret_cast<void*>(NotedOption)}));

@@ -1,4 +1,4 @@
-// As a file of src/links that calls an export of the front door would be.
+// Like a file of src/links that calls an export of the top floor.
 extern "C" int Upper();
 
 int Lower() { return Upper(); }

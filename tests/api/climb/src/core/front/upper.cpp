@@ -3,5 +3,5 @@ int Lower();
 extern "C" int Upper();
 int Upper() { return 1; }
 
-// The way down, which is allowed.
+// A call downwards, which is allowed.
 int Down() { return Lower(); }
