@@ -264,6 +264,9 @@ inline bool SearchAllows(Link link) {
   return shared.search.DevTypeSrch == link || shared.search.DevTypeSrch == kAllLinks;
 }
 
+// Whether the active device is reached over a serial port, in frames or text, instead of by reports.
+inline bool OnSerialPort() { return EntryOfActDev().LinkKind == kBySerialPort; }
+
 inline bool ActiveInRange() { return shared.ActDev >= 0 && shared.ActDev < shared.DevCnt; }
 
 // Makes a device active. False and without effect when there is no such device, except that ActDev becomes 0

@@ -77,7 +77,7 @@ void LoadVidPidTable() {
 
 void ParseVidPidLine(const char* text) {
   if (shared.vidPid.VidPidCnt >= kVidPidRows) return;
-  tsVidPidRow& row = shared.vidPid.VidPidTable[static_cast<std::size_t>(shared.vidPid.VidPidCnt)];
+  tsVidPidRow& row = VidPidRowAt(shared.vidPid.VidPidCnt);
   std::uint16_t vid = 0;
   std::uint16_t pid = 0;
   TakeHex(text, "DEFAULT1MASK=", shared.vidPid.DefaultFilter[1].mask);
@@ -99,7 +99,7 @@ void ParseVidPidLine(const char* text) {
 std::int32_t FindVidPidRow(platform::HidIds ids, std::int32_t start) {
   if (ids.pid == 0) return -1;
   for (std::int32_t row = start; row < kVidPidRows; ++row) {
-    const tsVidPidRow& candidate = shared.vidPid.VidPidTable[static_cast<std::size_t>(row)];
+    const tsVidPidRow& candidate = VidPidRowAt(row);
     if (candidate.VID == 0) return -1;
     if (candidate.VID == ids.vid && candidate.PID == ids.pid) return row;
   }
@@ -123,7 +123,7 @@ bool TableCounts() {
 // The active device's row of the table, or null.
 const tsVidPidRow* ActiveRow() {
   const std::int32_t row = EntryOfActDev().VidPidRow;
-  return row >= 0 && row < kVidPidRows ? &shared.vidPid.VidPidTable[static_cast<std::size_t>(row)] : nullptr;
+  return row >= 0 && row < kVidPidRows ? &VidPidRowAt(row) : nullptr;
 }
 
 std::uint32_t FilterValue(std::int32_t index, std::uint32_t Filter::*value) {

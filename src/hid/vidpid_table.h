@@ -23,6 +23,10 @@ inline constexpr platform::HidIds kReportId1Pair{0x7A31, 0x3BFB};
 
 constexpr bool SameIds(platform::HidIds a, platform::HidIds b) { return a.vid == b.vid && a.pid == b.pid; }
 
+inline tsVidPidRow& VidPidRowAt(std::int32_t row) {
+  return shared.vidPid.VidPidTable[static_cast<std::size_t>(row)];
+}
+
 // The first row from start on that holds the pair, or -1. A PID of 0 matches no row.
 std::int32_t FindVidPidRow(platform::HidIds ids, std::int32_t start);
 

@@ -55,8 +55,7 @@ using Reply = std::array<std::uint8_t, 256>;
 
 bool Matches(std::span<const Fixed> fixed, const Reply& reply) {
   return std::ranges::all_of(fixed, [&](const Fixed& part) {
-    return std::equal(part.bytes, part.bytes + part.count,
-                      reply.begin() + static_cast<std::ptrdiff_t>(part.at));
+    return std::equal(part.bytes, part.bytes + part.count, std::span(reply).subspan(part.at).begin());
   });
 }
 
@@ -67,11 +66,9 @@ bool IsDiscoveryReply(const Reply& reply, IpAddress asked) {
 
 bool IsAdapterReply(const Reply& reply, std::size_t prefixes) {
   return Matches(kAdapterReply, reply) &&
-         std::any_of(kPrefixes.begin(), kPrefixes.begin() + static_cast<std::ptrdiff_t>(prefixes),
-                     [&](const Prefix& prefix) {
-                       return reply[kAdapterMacAt + 1] == prefix.bytes[0] &&
-                              reply[kAdapterMacAt + 2] == prefix.bytes[1];
-                     });
+         std::ranges::any_of(std::span(kPrefixes).first(prefixes), [&](const Prefix& prefix) {
+           return reply[kAdapterMacAt + 1] == prefix.bytes[0] && reply[kAdapterMacAt + 2] == prefix.bytes[1];
+         });
 }
 
 platform::Sockets& Sockets() { return platform::TheHost().sockets; }

@@ -92,8 +92,6 @@ std::uint8_t PairOf(std::uint8_t first, std::uint8_t second) {
 
 }  // namespace
 
-bool OnSerialPort() { return EntryOfActDev().LinkKind == kBySerialPort; }
-
 bool Exchange(const char* text, Reply& reply) {
   reply.fill(0);
   if (SendAndFetch(text, reply) && reply[0] == 'R') return true;

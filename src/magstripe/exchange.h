@@ -34,6 +34,4 @@ bool Identify(Reply& reply);
 // pair is 0, and so are bytes for which there is no pair.
 void ParseHexPairs(std::span<const std::uint8_t> text, std::span<std::uint8_t> bytes);
 
-bool OnSerialPort();
-
 }  // namespace tavlyn::magstripe

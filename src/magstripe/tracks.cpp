@@ -44,8 +44,7 @@ bool FetchBlocks(std::uint16_t track, std::size_t lastBlock) {
   Payload bytes;
   for (std::size_t block = 0; block <= lastBlock; ++block) {
     if (!Ask(kTrackBlock, bytes, {kDigits[track], kDigits[block]})) return false;
-    std::ranges::copy(bytes,
-                      shared.magstripe.track.begin() + static_cast<std::ptrdiff_t>(kBlockBytes * block));
+    std::ranges::copy(bytes, std::span(shared.magstripe.track).subspan(kBlockBytes * block).begin());
     if (block == 0) lastBlock = std::min(lastBlock, (shared.magstripe.track[0] & kHeaderCount) / kBlockBytes);
   }
   return true;
@@ -81,9 +80,8 @@ void CopyPiece(const Coding& coding, const Piece& piece, std::size_t start) {
   while (RawAt(stop) != 0 && !stops(RawAt(stop))) ++stop;
   // A scan that reaches the end of the data copies nothing.
   if (RawAt(stop) == 0) return;
-  const std::size_t count = std::min(stop - start, shared.magstripe.track.size() - stop);
-  std::copy_n(shared.magstripe.track.begin() + static_cast<std::ptrdiff_t>(stop), count,
-              shared.magstripe.field.begin());
+  const auto rest = std::span(shared.magstripe.track).subspan(stop);
+  std::copy_n(rest.begin(), std::min(stop - start, rest.size()), shared.magstripe.field.begin());
 }
 
 constexpr std::uint8_t kTrackBits = 7;

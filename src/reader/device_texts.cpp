@@ -43,7 +43,7 @@ bool FetchText(const Command& command, Text number, std::uint32_t reportError, s
     ReplyBytes reply;
     const auto index = static_cast<std::uint8_t>(piece);
     if (!Ask(command, reportError, reply, {static_cast<std::uint8_t>(number), index})) return false;
-    std::ranges::copy(reply, text.begin() + static_cast<std::ptrdiff_t>(piece * kTextPiece));
+    std::ranges::copy(reply, text.subspan(piece * kTextPiece).begin());
   }
   return true;
 }

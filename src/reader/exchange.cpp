@@ -53,8 +53,6 @@ Outcome ExchangeReports(const Command& command, Args args) {
 
 }  // namespace
 
-bool OnSerialPort() { return EntryOfActDev().LinkKind == kBySerialPort; }
-
 bool InAscii() { return OnSerialPort() && shared.reader.AsciiProtocol != 0; }
 
 Report CommandReport(const Command& command, Args args) {

@@ -11,9 +11,6 @@
 
 namespace tavlyn::reader {
 
-// Whether the active device is reached over a serial port, in frames or text, instead of by reports.
-bool OnSerialPort();
-
 // Whether the active device is spoken to in text, as only serial readers are; see ascii.h.
 bool InAscii();
 

@@ -101,7 +101,7 @@ std::uint16_t Id256ByReports(std::span<std::uint8_t> id) {
   bool fetched = true;
   for (std::uint8_t page = 0; fetched && page < kLongId / reply.size(); ++page) {
     fetched = Ask(command::kId256, TAVLYN_ERR_COMMAND, reply, {page});
-    std::ranges::copy(reply, bytes.begin() + static_cast<std::ptrdiff_t>(page * reply.size()));
+    std::ranges::copy(reply, std::span(bytes).subspan(page * reply.size()).begin());
   }
   if (!fetched || !Ask(command::kBitCount, TAVLYN_ERR_COMMAND, reply)) {
     LogErrorCode(kTag256);
@@ -131,8 +131,7 @@ std::uint16_t Word(std::uint8_t low, std::uint8_t high) {
 void Keep(std::uint8_t page, const ReplyBytes& reply) {
   shared.id.LastIDBytes = shared.buffers.QueuedID.id;
   if (page < kIdPages) {
-    std::ranges::copy(reply,
-                      shared.buffers.QueuedID.id.begin() + static_cast<std::ptrdiff_t>(page * reply.size()));
+    std::ranges::copy(reply, std::span(shared.buffers.QueuedID.id).subspan(page * reply.size()).begin());
     return;
   }
   shared.buffers.QueuedID.at33 = Word(reply[0], reply[1]);
@@ -199,8 +198,7 @@ std::uint32_t getActiveCardData() {
   for (std::uint8_t piece = 0; piece < kCardDataPieces; ++piece) {
     ReplyBytes reply;
     if (!Ask(command::kCardData, TAVLYN_ERR_COMMAND, reply, {piece})) return 0;
-    std::ranges::copy(reply,
-                      shared.buffers.cardData.begin() + static_cast<std::ptrdiff_t>(piece * reply.size()));
+    std::ranges::copy(reply, std::span(shared.buffers.cardData).subspan(piece * reply.size()).begin());
   }
   return 1;
 }

@@ -29,7 +29,7 @@ void AddReader(const char* path, std::int32_t row) {
   tsDevEntry* entry = NextHidEntry();
   if (entry == nullptr) return;
   entry->bFound = 1;
-  const tsVidPidRow* matched = row >= 0 ? &shared.vidPid.VidPidTable[static_cast<std::size_t>(row)] : nullptr;
+  const tsVidPidRow* matched = row >= 0 ? &VidPidRowAt(row) : nullptr;
   if (matched != nullptr && SameIds({matched->VID, matched->PID}, kReportId1Pair)) {
     entry->bReportId1 = 1;
     entry->hDev = OpenDeviceOverlapped(path);
@@ -49,7 +49,7 @@ void SearchHid(std::int16_t start) {
   if (shared.DevCnt == start) LogLine(kSearchTag, "USBConnect failed to find any devices");
 }
 
-void SearchComs(std::int16_t start) {
+void SearchSerialPorts(std::int16_t start) {
   if (SearchPorts() && shared.DevCnt != start) {
     Activate(0);
     return;
@@ -73,7 +73,7 @@ bool SearchLinks() {
   const std::int16_t start = shared.DevCnt;
   shared.SearchErr = 0;
   if (SearchAllows(kUsb)) SearchHid(start);
-  if (shared.DevCnt == start && SearchAllows(kCom)) SearchComs(start);
+  if (shared.DevCnt == start && SearchAllows(kCom)) SearchSerialPorts(start);
   // A search that reaches the Ethernet stage and finds nothing ends without a log line.
   if (shared.DevCnt == start && SearchAllows(kEthernet) && !SearchEthernet()) return false;
   if (shared.DevCnt == start) {
