@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "core/fields.h"
+
 namespace tavlyn::page {
 
 using Row = std::vector<std::string>;
@@ -15,10 +17,18 @@ using Row = std::vector<std::string>;
 std::string Table(const Row& heads, const std::vector<Row>& rows);
 std::string Code(const std::string& text);
 std::string Hex(unsigned byte);
+// A word of a reader's record.
+std::string FieldName(FieldId id);
 
 std::string ReaderCommands();
 std::string FormatBlock();
 std::string TimeBlock();
 std::string DisplayBlock();
+std::string TextRequests();
+std::string TextKeys();
+std::string MagstripeCommands();
+std::string MagstripeSettings();
+std::string SonarCommands();
+std::string SonarPages();
 
 }  // namespace tavlyn::page

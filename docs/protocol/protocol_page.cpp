@@ -25,6 +25,12 @@ constexpr NamedTable kTables[] = {
     {"format block", FormatBlock},
     {"time block", TimeBlock},
     {"display block", DisplayBlock},
+    {"text requests", TextRequests},
+    {"text keys", TextKeys},
+    {"magstripe commands", MagstripeCommands},
+    {"magstripe settings", MagstripeSettings},
+    {"sonar commands", SonarCommands},
+    {"sonar pages", SonarPages},
 };
 
 constexpr std::string_view kBegin = "<!-- table ";
@@ -91,6 +97,10 @@ std::string Hex(unsigned byte) {
   char text[8];
   std::snprintf(text, sizeof text, "%02X", byte);
   return text;
+}
+
+std::string FieldName(FieldId id) {
+  return Code(std::string(kRecordNames[id.record]) + "." + FieldOf(id).name);
 }
 
 }  // namespace tavlyn::page

@@ -13,7 +13,7 @@ using reader::layout::As;
 using reader::layout::Packed;
 using reader::layout::Way;
 
-std::string BitsText(const Packed& packed) {
+std::string PackedBits(const Packed& packed) {
   switch (packed.as) {
     case As::kFlag: return std::to_string(packed.shift);
     case As::kNibble: return std::to_string(packed.shift) + " to " + std::to_string(packed.shift + 3);
@@ -24,11 +24,10 @@ std::string BitsText(const Packed& packed) {
 
 Row RowOf(const Packed& packed) {
   const Field& field = FieldOf(packed.field);
-  std::string bits = BitsText(packed);
+  std::string bits = PackedBits(packed);
   if (packed.way == Way::kReadOnly) bits += ", read only";
   if (field.step > 1) bits += ", in steps of " + std::to_string(field.step);
-  return {"b" + std::to_string(packed.byte), bits,
-          Code(std::string(kRecordNames[packed.field.record]) + "." + field.name)};
+  return {"b" + std::to_string(packed.byte), bits, FieldName(packed.field)};
 }
 
 std::string BlockTable(BlockNumber number) {

@@ -22,11 +22,11 @@ struct Command {
 // Room for the bytes of any command.
 using Payload = std::array<std::uint8_t, 10>;
 
-#define COMMAND(id, ...) inline constexpr Command id{__VA_ARGS__};
+#define COMMAND(id, does, ...) inline constexpr Command id{__VA_ARGS__};
 #include "magstripe/commands.inc"
 
 inline constexpr std::array kCommands = {
-#define COMMAND(id, ...) id,
+#define COMMAND(id, does, ...) id,
 #include "magstripe/commands.inc"
 };
 static_assert(std::ranges::is_sorted(kCommands, {},

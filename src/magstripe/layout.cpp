@@ -5,17 +5,7 @@
 namespace tavlyn::magstripe {
 namespace {
 
-constexpr std::size_t kKeyPressAt = 1;
-constexpr std::size_t kKeyReleaseAt = 2;
-constexpr std::size_t kLuidAt = 3;
 constexpr int kTimeStepShift = 2;  // steps of 4 ms
-
-struct LedPlace {
-  std::uint8_t byte;
-  std::uint8_t shift;
-};
-// In the order of LedColor.
-constexpr std::array<LedPlace, kLeds> kLedPlaces = {{{1, 0}, {0, 6}, {0, 4}, {0, 2}, {0, 0}}};
 constexpr std::uint8_t kColorMask = 3;
 
 template <typename Owner>

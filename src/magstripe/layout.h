@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <tuple>
@@ -39,6 +40,17 @@ inline constexpr std::array kSystemBits = {
     SystemBits{0, 0, 7, &tsSorbaneCfg::TrackEnables},
     SystemBits{5, 0, 255, &tsSorbaneCfg::Beeper},
 };
+
+inline constexpr std::size_t kKeyPressAt = 1;  // times in steps of 4 ms
+inline constexpr std::size_t kKeyReleaseAt = 2;
+inline constexpr std::size_t kLuidAt = 3;  // low byte first
+
+// Two bits each, in the order of LedColor.
+struct LedPlace {
+  std::uint8_t byte;
+  std::uint8_t shift;
+};
+inline constexpr std::array<LedPlace, kLeds> kLedPlaces = {{{1, 0}, {0, 6}, {0, 4}, {0, 2}, {0, 0}}};
 
 // No bit of a command belongs to two settings.
 template <typename Table>

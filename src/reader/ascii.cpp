@@ -19,11 +19,8 @@ namespace {
 
 using namespace field;
 
-constexpr const char* kEchoOffPromptOn = "\rRFID:cmd.echo=0\rRFID:cmd.prompt=1\r";
-constexpr const char* kListVariables = "RFID:VAR\r";
-constexpr const char* kVersion = "\rRFID:DEV.VER\r";
-constexpr const char* kId = "\rRFID:QID.ID\r";
-constexpr const char* kResetConfig = "\rRFID:CFG.RESET\r";
+#define REQUEST(name, text, does) constexpr const char* name = text;
+#include "reader/ascii_words.inc"
 
 constexpr std::int16_t kLedsLeftAlone = 255;
 constexpr std::uint32_t kStoreTime = 1200;
@@ -49,87 +46,61 @@ void Begin(SerialPort& port) {
   port.DrainFlush();
 }
 
+enum class Sent : std::uint8_t { kNever, kNumber, kCharacter };
+
+struct Key {
+  const char* name;  // as in an answer
+  FieldId field;
+  Sent sent;
+  void (*also)(tsCfgSlot& slot,
+               std::int16_t value) = nullptr;                // what else a value that was read sets
+  std::int16_t (*instead)(const tsCfgSlot& slot) = nullptr;  // what is sent instead of the field
+};
+
+void TakeLeds(tsCfgSlot& slot, std::int16_t value) {
+  slot[LEDCtrl_bAppCtrlsLED] = value != kLedsLeftAlone ? 1 : 0;
+  slot[LEDCtrl_iRedLEDState] = static_cast<std::int16_t>(value & 1);
+  slot[LEDCtrl_iGrnLEDState] = static_cast<std::int16_t>(value >> 1 & 1);
+  slot[LEDCtrl_bVolatile] = 0;
+}
+
+void TakeIdBits(tsCfgSlot& slot, std::int16_t value) {
+  if (value == 0 || value > 64) slot[IDBitCnts_iIDBitCnt] = 1;
+}
+
+void TakeTotalBits(tsCfgSlot& slot, std::int16_t value) {
+  if (value < 26) slot[IDBitCnts_iTotalBitCnt] = 26;
+}
+
+template <std::size_t word>
+void TakeParityBits(tsCfgSlot& slot, std::int16_t value) {
+  slot.ExtBytes[word] = static_cast<std::uint16_t>(value);
+}
+
+void TakeEndOfLine(tsCfgSlot& slot, std::int16_t value) { slot[CfgFlags_bNoUseELChar] = value == 0 ? 1 : 0; }
+
+void TakeFacDigits(tsCfgSlot& slot, std::int16_t value) { slot[CfgFlags_bFixLenDsp] = value > 0 ? 1 : 0; }
+
+std::int16_t LedStates(const tsCfgSlot& slot) {
+  const int states = (slot[LEDCtrl_iGrnLEDState] & 1) << 1 | (slot[LEDCtrl_iRedLEDState] & 1);
+  return slot[LEDCtrl_bAppCtrlsLED] == 0 ? kLedsLeftAlone : static_cast<std::int16_t>(states);
+}
+
 // The character sent at a place: lead characters first, then trail characters. With an impossible lead count
 // every place is sent as 0.
-std::int16_t CharacterAt(const tsCfgSlot& slot, int place) {
+template <int place>
+std::int16_t CharacterAt(const tsCfgSlot& slot) {
   const int lead = std::max<int>(slot[IDDispParms2_iLeadChrCnt], 0);
   if (lead > kLeadAndTrail) return 0;
   const Record record = place < lead ? kIDDispParms2 : kIDDispParms3;
   return slot.record[record][static_cast<std::size_t>(place < lead ? place : place - lead) + 1];
 }
 
-enum class Sent : std::uint8_t { kNever, kNumber, kCharacter };
-
-struct Key {
-  const char* name;  // as in an answer
-  FieldId field;
-  Sent sent = Sent::kNumber;
-  void (*also)(tsCfgSlot& slot,
-               std::int16_t value) = nullptr;                // what else a value that was read sets
-  std::int16_t (*instead)(const tsCfgSlot& slot) = nullptr;  // what is sent instead of the field
-};
-
-constexpr Key kLeds{
-    ":out.led", LEDCtrl_iRedLEDState, Sent::kNumber,
-    [](tsCfgSlot& slot, std::int16_t value) {
-      slot[LEDCtrl_bAppCtrlsLED] = value != kLedsLeftAlone ? 1 : 0;
-      slot[LEDCtrl_iRedLEDState] = static_cast<std::int16_t>(value & 1);
-      slot[LEDCtrl_iGrnLEDState] = static_cast<std::int16_t>(value >> 1 & 1);
-      slot[LEDCtrl_bVolatile] = 0;
-    },
-    [](const tsCfgSlot& slot) {
-      const int states = (slot[LEDCtrl_iGrnLEDState] & 1) << 1 | (slot[LEDCtrl_iRedLEDState] & 1);
-      return slot[LEDCtrl_bAppCtrlsLED] == 0 ? kLedsLeftAlone : static_cast<std::int16_t>(states);
-    }};
-
-// Sent in this order. ":chr.fac" is deliberately here twice, as the flag and as the character; both take the
-// value that was read.
 constexpr std::array kKeys = {
-    kLeds,
-    Key{":wieg.qual", CfgFlags_bFrcBitCntEx},
-    Key{":op.sdk", CfgFlags_bHaltKBSnd},
-    Key{":disp.fac.send", CfgFlags_bSndFac},
-    Key{":op.cont", CfgFlags_bSndOnRx},
-    Key{":disp.fac.strip", CfgFlags_bStripFac},
-    Key{":chr.fac", CfgFlags_bUseDelFac2Id, Sent::kCharacter},
-    Key{":op.beep", CfgFlags2_bBeepID},
-    Key{":disp.id.hex", CfgFlags2_bDspHex},
-    Key{":wieg.rev.bytes", CfgFlags2_bRevBytes},
-    Key{":wieg.rev.bits", CfgFlags2_bRevWiegBits},
-    Key{":wieg.inv.bits", CfgFlags2_bWiegInvData},
-    Key{":wieg.id.bits", IDBitCnts_iIDBitCnt, Sent::kNumber,
-        [](tsCfgSlot& slot, std::int16_t value) {
-          if (value == 0 || value > 64) slot[IDBitCnts_iIDBitCnt] = 1;
-        }},
-    Key{":wieg.qual.bits", IDBitCnts_iTotalBitCnt, Sent::kNumber,
-        [](tsCfgSlot& slot, std::int16_t value) {
-          if (value < 26) slot[IDBitCnts_iTotalBitCnt] = 26;
-        }},
-    Key{":wieg.strip.lead.bits", IDBitCnts_iLeadParityBitCnt, Sent::kNumber,
-        [](tsCfgSlot& slot, std::int16_t value) { slot.ExtBytes[0] = static_cast<std::uint16_t>(value); }},
-    Key{":wieg.strip.trail.bits", IDBitCnts_iTrailParityBitCnt, Sent::kNumber,
-        [](tsCfgSlot& slot, std::int16_t value) { slot.ExtBytes[1] = static_cast<std::uint16_t>(value); }},
-    Key{":chr.eol", IDDispParms_iELDelim, Sent::kCharacter,
-        [](tsCfgSlot& slot, std::int16_t value) { slot[CfgFlags_bNoUseELChar] = value == 0 ? 1 : 0; }},
-    Key{":disp.fac.digits", IDDispParms_iFACDispLen, Sent::kNumber,
-        [](tsCfgSlot& slot, std::int16_t value) { slot[CfgFlags_bFixLenDsp] = value > 0 ? 1 : 0; }},
-    Key{":chr.fac", IDDispParms_iFACIDDelim, Sent::kCharacter},
-    Key{":disp.id.digits", IDDispParms_iIDDispLen},
-    Key{":chr.gone.1", IDDispParms2_iCrdGnChr0, Sent::kCharacter},
-    Key{":chr.gone.2", IDDispParms2_iCrdGnChr1, Sent::kCharacter},
-    Key{":chr.1", IDDispParms2_iLeadChr0, Sent::kCharacter, nullptr,
-        [](const tsCfgSlot& slot) { return CharacterAt(slot, 0); }},
-    Key{":chr.2", IDDispParms2_iLeadChr1, Sent::kCharacter, nullptr,
-        [](const tsCfgSlot& slot) { return CharacterAt(slot, 1); }},
-    Key{":chr.3", IDDispParms2_iLeadChr2, Sent::kCharacter, nullptr,
-        [](const tsCfgSlot& slot) { return CharacterAt(slot, 2); }},
-    Key{":chr.count.lead", IDDispParms2_iLeadChrCnt},
-    Key{":chr.count.trail", IDDispParms3_iTrailChrCnt},
-    Key{":time.hold", TimeParms_iIDHoldTO, Sent::kNever},
-    Key{":time.lo", TimeParms_iIDLockOutTm, Sent::kNever},
-    Key{":out.beep", BprRlyCtrl_iBeeperState, Sent::kNever},
-    Key{":out.relay", BprRlyCtrl_iRelayState, Sent::kNever},
+#define KEY(key, id, form, ...) Key{.name = key, .field = id, .sent = Sent::form __VA_OPT__(, ) __VA_ARGS__},
+#include "reader/ascii_words.inc"
 };
+constexpr const Key& kLeds = kKeys.front();
 
 // Fields for which the dialect has no key.
 struct FixedValue {

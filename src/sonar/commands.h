@@ -8,12 +8,12 @@
 namespace tavlyn::sonar {
 
 enum class Command : std::uint8_t {
-#define COMMAND(id, opcode) id = opcode,
+#define COMMAND(id, opcode, does) id = opcode,
 #include "sonar/commands.inc"
 };
 
 inline constexpr std::array kCommands = {
-#define COMMAND(id, opcode) Command::id,
+#define COMMAND(id, opcode, does) Command::id,
 #include "sonar/commands.inc"
 };
 static_assert(std::ranges::is_sorted(kCommands));
