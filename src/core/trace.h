@@ -11,10 +11,7 @@ void StartTrace();
 // Closes the trace file.
 void StopTrace();
 
-#if defined(__GNUC__)
-__attribute__((format(printf, 2, 3)))
-#endif
-void LogLine(const char* tag, const char* format, ...);
+[[gnu::format(printf, 2, 3)]] void LogLine(const char* tag, const char* format, ...);
 
 // "ERROR CODE: %ld". It prints SearchErr whichever word the failure set; programs that parse traces rely on
 // it.
