@@ -1,4 +1,4 @@
-// Nothing on the way of a poll allocates: neither an exchange nor an ID read, with the trace off.
+// Nothing in a poll allocates: neither an exchange nor an ID read, with the trace off.
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -23,7 +23,7 @@ std::atomic<int> allocations{0};
 }  // namespace
 
 #if TAVLYN_COUNTS_ALLOCATIONS
-// These take the place of the C library's own in the whole process, the library and the stand-in included.
+// These replace the C library's own in the whole process, including the library and the stand-in.
 extern "C" {
 
 void* __libc_malloc(std::size_t size);

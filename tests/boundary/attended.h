@@ -1,4 +1,4 @@
-// Far ends in service until it is destroyed. How they are served is the program's choice: by a thread
+// Serves far ends until it is destroyed. How they are served is the program's choice: by a thread
 // (attended_by_thread.cpp) where another process talks to them, or in this process's own waits (passing.cpp).
 #pragma once
 

@@ -10,10 +10,10 @@
 
 namespace tavlyn::boundary {
 
-// Throws std::runtime_error when the result of a system call is negative.
+// Throws std::runtime_error if the result of a system call is negative.
 int Checked(int result, const char* what);
 
-// A descriptor that is closed with its owner.
+// A descriptor that its owner closes.
 class Descriptor {
  public:
   explicit Descriptor(int number = -1) : number_(number) {}
@@ -27,18 +27,18 @@ class Descriptor {
   int number_;
 };
 
-// COM n of the folder, without echo. The near end can be opened time and again.
+// COM n of the folder, without echo. The near end can be opened again and again.
 struct BarePort {
   Descriptor far;
   Descriptor near;  // without any open near end the far end reads as hung up
 };
 BarePort AddPort(PortFolder& folder, int number);
 
-// What is there to read.
+// What is waiting to be read.
 std::string ReadAll(int descriptor);
 void Send(int descriptor, const std::string& text);
 
-// What a far end does at its moments, in milliseconds from its making.
+// A far end's schedule, in milliseconds since it was made.
 class Script final : private sim::Served {
  public:
   struct Step {

@@ -20,14 +20,14 @@ class Taken;
 
 class Begun {
  public:
-  // The line is one program with its words: there is no shell.
+  // The line is one program with its arguments: there is no shell.
   explicit Begun(const std::string& line);
   ~Begun();
   Begun(const Begun&) = delete;
   Begun& operator=(const Begun&) = delete;
 
   [[nodiscard]] DWORD Pid() const { return GetProcessId(process_); }
-  // Returns once it has written the text to the standard error; false: it ended before.
+  // Returns once it has written the text to standard error; false if it ended before.
   [[nodiscard]] bool Tells(const std::string& text) const;
   // False: it goes on.
   [[nodiscard]] bool EndsWithin(DWORD ms) const;

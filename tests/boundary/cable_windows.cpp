@@ -9,7 +9,7 @@
 namespace tavlyn::boundary {
 namespace {
 
-// In real time, with room for a machine that has much else to do.
+// In real time, with allowance for a busy machine.
 class Patience {
  public:
   void Rest() {

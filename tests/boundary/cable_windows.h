@@ -1,6 +1,6 @@
 // The cable between COM9, which the library opens, and COM12, the far end's. Another process carries its
-// bytes (tests/windows/run) in its own time, so what is on its way is counted and waited for: to the library
-// it is there at once.
+// bytes (tests/windows/run) in its own time, so bytes in transit are counted and waited for: the library sees
+// them at once.
 #pragma once
 
 #include <winsock2.h>
@@ -20,10 +20,9 @@ struct Cable {
 };
 extern Cable cable;
 
-// Waits until so many bytes lie at that end.
+// Waits until this many bytes have arrived at that end.
 void AwaitArrival(HANDLE end, DWORD count);
-// Takes bytes that are on their way to that end, as many as there is room for; both of its reads return at
-// once.
+// Takes bytes in transit to that end, as many as there is room for; both of its reads return at once.
 DWORD TakeArriving(HANDLE end, DWORD& onTheWay, std::span<std::uint8_t> bytes);
 
 }  // namespace tavlyn::boundary

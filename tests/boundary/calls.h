@@ -1,27 +1,27 @@
-// What the library asks of the system. On Linux the program that links calls_linux.cpp defines the functions
-// of libc anew and exports them, so that the whole process is counted; on Windows the library's imports are
-// led elsewhere. Sleeps and waits take no time (passing.h).
+// What the library asks of the system. On Linux the program that links calls_linux.cpp redefines libc's
+// functions and exports them, so that the whole process is counted; on Windows the library's imports are
+// redirected. Sleeps and waits take no time (passing.h).
 #pragma once
 
 #include <chrono>
 
 namespace tavlyn::boundary {
 
-// Begins to count for a library that has just been loaded.
+// Starts counting for a library that has just been loaded.
 void WatchCalls();
 
 // The sum of all sleeps asked for since the start.
 std::chrono::milliseconds Slept();
 int SleepsOf(std::chrono::milliseconds length);
 
-// TCP connects and datagrams that were handed to the system.
+// TCP connects and datagrams passed to the system.
 int Connects();
 int Datagrams();
 
-// A moment of the real clock, for what other processes do.
+// A short pause by the real clock, for what other processes do.
 void ReallyRest();
 
-// As long as it lives, time is the system's.
+// While it lives, time is the system's.
 class RealTime {
  public:
   RealTime();

@@ -57,7 +57,7 @@ int clock_gettime(clockid_t clock, timespec* now) {
   return 0;
 }
 
-// Small pieces would otherwise wait for an acknowledgement, which takes its time.
+// Small pieces would otherwise wait for an acknowledgement, which takes time.
 int connect(int descriptor, const sockaddr* peer, socklen_t size) {
   ++connects;
   const int on = 1;

@@ -38,7 +38,7 @@ BOOL WINAPI PassingCounter(LARGE_INTEGER* counter) {
   return TRUE;
 }
 
-// The system's reads never wait; how long the library's do is seen to below.
+// The system's reads never wait; the waits of the library's reads are simulated below.
 BOOL WINAPI KeptTimeouts(HANDLE port, COMMTIMEOUTS* timeouts) {
   asked[port] = *timeouts;
   COMMTIMEOUTS atOnce = *timeouts;
@@ -84,7 +84,7 @@ BOOL WINAPI WholePurge(HANDLE port, DWORD what) {
   return PurgeComm(port, what);
 }
 
-// Small pieces would otherwise wait for an acknowledgement, which takes its time.
+// Small pieces would otherwise wait for an acknowledgement, which takes time.
 int WSAAPI CountedConnect(SOCKET one, const sockaddr* peer, int size) {
   ++connects;
   const BOOL on = TRUE;

@@ -1,4 +1,4 @@
-// What is in the folder of COM ports: readers on several of them, files that are none, a line that hangs up.
+// The folder of COM ports: readers on several of them, files that are not ports, a line that hangs up.
 #include <array>
 
 #include "tests/boundary/wire.h"

@@ -63,7 +63,7 @@ TEST_F(ComWire, RefusalIsNoReader) {
   EXPECT_EQ(2 * 50, TimeOf([&] { EXPECT_EQ(0u, ConnectToPort(kDevicePort)); }));
 }
 
-// 40 ms to a byte: slower than 300 baud, and still within the time-outs.
+// 40 ms per byte: slower than 300 baud, and still within the time-outs.
 TEST_F(ComWire, SlowReaderIsAReader) {
   Answering slow(kPingAnswer);
   PortDevice device(ports_, kDevicePort, slow, {.betweenBytes = Milliseconds(40)});
@@ -95,7 +95,7 @@ TEST_F(ComWire, EveryTimeoutSetIsInForce) {
 TEST_F(ComWire, SilenceBehindAByteEndsARead) {
   PortDevice device(ports_, kDevicePort, line_);
   ASSERT_EQ(1u, ConnectToPort(kDevicePort));
-  // The reader's echo of a command, and nothing behind it: 750 ms of silence come before the whole 1100 ms.
+  // The reader's echo of a command, and nothing after it: 750 ms of silence precede the full 1100 ms.
   line_.faults.AnswerWith({0x0C, 0x06}, {0x0C, 0x07});
   ASSERT_EQ(5u, CALL(library_, WriteSerialPort)("\xFA\x0C\x06\x00\x00", 5));
   EXPECT_EQ(750, TimeOfRead(200, 2));
@@ -178,8 +178,8 @@ TEST_F(AsciiWire, AnswerThatBreaksOff) {
   CALL(library_, SetSerialTimeouts)(0, 0, 0);
   std::array<std::uint8_t, 8> id{};
   Pause(Milliseconds(270));
-  // 300 reads of a byte with 10 ms after each; all but the echo of thirteen characters and these four are in
-  // vain for 11 ms. In front of them seven pairs go out, and 10 ms later what has come is dropped.
+  // 300 reads of a byte with 10 ms after each; all but the echo of thirteen characters and these four wait 11
+  // ms in vain. Before them seven pairs are sent, and 10 ms later what has arrived is dropped.
   EXPECT_EQ(7 + 10 + 300 * 10 + (300 - 13 - 4) * 11,
             TimeOf([&] { EXPECT_EQ(0, CALL(library_, GetActiveID)(id.data(), 8)); }));
   EXPECT_EQ(TAVLYN_ERR_ASCII_ANSWER, CALL(library_, GetLastLibErr)());

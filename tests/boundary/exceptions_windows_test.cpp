@@ -1,5 +1,5 @@
-// Exceptions that do not stem from this compiler, in code of others that the library calls. The process goes
-// on, and nobody finds the library locked.
+// Exceptions from other compilers, in foreign code that the library calls. The process continues, and the
+// library does not stay locked.
 #include <winsock2.h>
 
 // winsock2.h has to come first.
@@ -24,7 +24,7 @@ class SystemExceptions : public ReaderUsb {
     ReaderUsb::TearDown();
   }
 
-  // What the installers of the system do from now on in the call of that name.
+  // From now on the system's installers do this in the call of that name.
   static void Raise(const char* call, DWORD code) {
     void* setup = GetModuleHandleA("setupapi.dll");
     reinterpret_cast<void (*)(const char*, unsigned)>(FindSymbol(setup, "tavlyn_standin_raise"))(call, code);

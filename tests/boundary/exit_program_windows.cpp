@@ -1,6 +1,6 @@
-// A program that ends without unloading the library: exit_program polling COUNT, exit_program watched
-// It ends with status 0, in the first case while another thread of it polls a reader and has done so COUNT
-// times, in the second with 1 as soon as the library still asks the system for anything.
+// A program that ends without unloading the library: exit_program polling COUNT, exit_program watched It ends
+// with status 0: in the first case while another thread polls a reader, after COUNT polls; in the second,
+// with 1 if the library still asks anything of the system.
 #include <array>
 #include <atomic>
 #include <cstdlib>
@@ -23,7 +23,7 @@ void Poll(const Library& library) {
 
 void EndWithOne() { TerminateProcess(GetCurrentProcess(), 1); }
 
-// What waits for a lock, closes what other libraries have, or leads into one of them.
+// Functions that wait for a lock, close something of other libraries, or lead into one of them.
 constexpr const char* kNoLongerAsked[] = {
     "AcquireSRWLockExclusive", "WaitForSingleObject", "CloseHandle", "FreeLibrary", "closesocket", "fputs"};
 

@@ -7,7 +7,7 @@
 namespace tavlyn::boundary {
 namespace {
 
-// As many as take some 20 seconds.
+// This many take some 20 seconds.
 constexpr int kExits = 150;
 constexpr DWORD kHangs = 60'000;
 

@@ -27,7 +27,7 @@ using Milliseconds = std::chrono::milliseconds;
 // A sleep that is not counted as one of the library's.
 void Pause(Milliseconds length);
 
-// Bytes that no device made: the same answer to every frame, which is five bytes.
+// Bytes from no device model: the same answer to every frame of five bytes.
 class Answering final : public sim::FaultyLine {
  public:
   explicit Answering(Bytes answer) : answer_(std::move(answer)) {}
@@ -48,11 +48,11 @@ class Flooding final : public sim::FaultyLine {
   bool spoken_ = false;
 };
 
-// Where a device can hang on either system.
+// Where a device can be connected on either system.
 extern const std::uint16_t kDevicePort;
 
-// Where COM ports are, as long as it lives. On Windows they are the system's own: the device's is one end of
-// a cable whose other end is COM12.
+// Where COM ports are, while it lives. On Windows they are the system's own: the device's is one end of a
+// cable whose other end is COM12.
 class PortFolder {
  public:
   PortFolder();
@@ -60,7 +60,7 @@ class PortFolder {
   PortFolder(const PortFolder&) = delete;
   PortFolder& operator=(const PortFolder&) = delete;
 
-  // Not on Windows.
+  // Does not exist on Windows.
   void AddFile(int number, const std::string& target);
   [[nodiscard]] std::string PathOf(int number) const;
 
@@ -78,20 +78,20 @@ class PortDevice {
 
  private:
   std::unique_ptr<sim::Served> port_;
-  std::shared_ptr<void> kept_;  // what has to stay open beside it
+  std::shared_ptr<void> kept_;  // what has to stay open with it
   Attended attended_;
 };
 
-// Of this process and its children alone. False: it stays in the machine's.
+// Moves this process and its children to a network of their own. False if they stay in the machine's.
 bool LeaveForOwnNetwork();
 
 using Ip = std::array<std::uint8_t, 4>;
 
-// Whoever answers an adapter's query is known by its address. Datagrams of Wine's other loopback addresses go
-// out under this one.
+// Whoever answers an adapter's query is identified by its address. Under Wine, datagrams from other loopback
+// addresses are sent from this one.
 inline constexpr Ip kTrueSender{127, 0, 0, 1};
 
-// A device behind an Ethernet adapter of the loopback network.
+// A device behind an Ethernet adapter on the loopback network.
 class TcpDevice {
  public:
   TcpDevice(Ip ip, sim::ByteDevice& device, sim::LineManner manner = {},
@@ -105,7 +105,7 @@ class TcpDevice {
   Attended attended_;
 };
 
-// A TCP port whose connections nobody answers; they come one after the other.
+// A TCP port that accepts connections, one after the other, but never answers.
 class DeafPort final : private sim::Served {
  public:
   explicit DeafPort(Ip ip);
@@ -126,13 +126,13 @@ class DeafPort final : private sim::Served {
   std::unique_ptr<Attended> attended_;
 };
 
-// A TCP port at which nobody listens.
+// A TCP port on which nobody listens.
 std::uint16_t ClosedTcpPort(Ip ip);
 
 // Answers datagrams at one address and port.
 class UdpPeer final : private sim::Served {
  public:
-  // Gives the datagrams that answer one; they go out after a while.
+  // Returns the datagrams that answer one; they are sent after a while.
   using Answer = std::function<std::vector<Bytes>(const Bytes& datagram)>;
   UdpPeer(Ip ip, std::uint16_t port, Answer answer, Milliseconds after = Milliseconds(0));
   ~UdpPeer() override;

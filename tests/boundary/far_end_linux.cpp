@@ -19,7 +19,7 @@ const std::uint16_t kDevicePort = 3;
 
 namespace {
 
-// Before the program has any thread.
+// Runs before the program has any threads.
 [[maybe_unused]] const bool inOwnNetwork = [] {
   const bool left = LeaveForOwnNetwork();
   if (!left) std::fputs("no network of its own: fixed ports may meet another run's\n", stderr);

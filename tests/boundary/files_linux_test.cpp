@@ -1,4 +1,4 @@
-// What the library reads, writes and leaves on disk, as far as it concerns others than its caller.
+// What the library reads, writes and leaves on disk, where it concerns anyone other than its caller.
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/auxv.h>
@@ -18,7 +18,7 @@
 
 namespace {
 
-// Whether this process counts as one with rights that its caller has not.
+// Whether this process counts as having rights that its caller does not have.
 bool hasOthersRights = false;
 
 template <typename Function>
@@ -28,7 +28,7 @@ Function* Next(const char* name) {
 
 }  // namespace
 
-// In place of libc's: what a set-user-ID program gets of them.
+// Replaces libc's: what a set-user-ID program gets.
 extern "C" unsigned long getauxval(unsigned long type) noexcept {
   static const auto next = Next<unsigned long(unsigned long)>("getauxval");
   return type == AT_SECURE && hasOthersRights ? 1 : next(type);
@@ -55,7 +55,7 @@ std::string TextOf(const fs::path& file) {
 
 unsigned ModeOf(const fs::path& file) { return static_cast<unsigned>(fs::status(file).permissions()); }
 
-// In a folder of its own, which is the current one.
+// In its own folder, which is the current one.
 class Files : public ReaderUsb {
  protected:
   void SetUp() override {
@@ -127,7 +127,7 @@ TEST_F(Files, VidPidTableIsARegularFile) {
   EXPECT_EQ(0x4321u, DefaultMaskOfAConnect());
 }
 
-// Its other end would wait for whoever opens it, and write a row.
+// Its other end would wait for somebody to open it, and then write a row.
 TEST_F(Files, VidPidTableIsNoPipe) {
   ASSERT_EQ(0, mkfifo("TavlynVIDPID.txt", 0600));
   const pid_t writer = fork();
@@ -150,14 +150,14 @@ TEST_F(Files, WithRightsOfOthersNoVidPidTableIsRead) {
   EXPECT_EQ(kBuiltInMask, DefaultMaskOfAConnect());
 }
 
-// Searches the memory of this process, when it has one of its own: a sanitizer keeps what was given back.
+// Searches the memory of this process; not with a sanitizer, which keeps freed memory.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 constexpr bool kMayBeSearched = false;
 #else
 constexpr bool kMayBeSearched = true;
 #endif
 
-// Some bytes of a file, read one by one and kept in another form, so that the search does not find itself.
+// Some bytes of a file, read one by one and stored in another form, so that the search does not find itself.
 class Needle {
  public:
   Needle(const char* path, const char* behind, std::size_t length) {
@@ -255,7 +255,7 @@ class TraceFiles : public Files {
     fs::remove_all(file_.parent_path());
   }
 
-  // A library that is loaded now, and does something that it would trace.
+  // Loads a library now and makes it do something that it would trace.
   void LoadAndTrace() {
     Load();
     PlugAndConnect();
@@ -296,7 +296,7 @@ TEST_F(TraceFiles, NoLinkIsFollowed) {
   EXPECT_TRUE(fs::is_empty("inner"));
 }
 
-// A pipe would stop the program as soon as it is full.
+// A pipe would block the program as soon as it is full.
 TEST_F(TraceFiles, APipeIsNoTraceFile) {
   fs::create_directories(file_.parent_path());
   ASSERT_EQ(0, mkfifo(file_.c_str(), 0600));

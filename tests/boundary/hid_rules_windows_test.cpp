@@ -1,4 +1,4 @@
-// What Windows holds a program to that talks to a HID device, and what others do to one that it has open.
+// The rules of Windows for talking to a HID device, and what other programs can do to one that is open.
 #include <winsock2.h>
 
 // winsock2.h has to come before it.
@@ -27,7 +27,7 @@ Function* OfHid(const char* name) {
   return Original<Function>("hid.dll", name);
 }
 
-// Another program's handle on a device. It asks at once whose device it is, as programs do.
+// Another program's handle on a device. It asks for the device's identity at once, as programs do.
 class Other {
  public:
   Other(const std::string& path, DWORD access)
@@ -50,7 +50,7 @@ class Other {
   bool knows_ = false;
 };
 
-// What happens when the library calls a read off, behind its beginning. The result is CancelIo's.
+// What happens when the library cancels a read, after its beginning. The result is CancelIo's.
 std::function<BOOL(HANDLE)> callOff;
 
 BOOL WINAPI CallOff(HANDLE device) { return callOff(device); }
@@ -97,7 +97,8 @@ class HidRules : public ReaderUsb {
   }
 };
 
-// The first connect's handle is in no entry any more, and keeps out all others until the library goes.
+// The first connect's handle is no longer in any entry, and keeps out all others until the library is
+// unloaded.
 TEST_F(HidRules, ASecondConnectLosesAReaderThatIsReadAlone) {
   void* rack = LoadLibraryA("hid.dll");
   Do(kKelda);
@@ -155,7 +156,7 @@ TEST_F(HidRules, FeatureReportsPassWhileAnotherProgramReads) {
   EXPECT_EQ(1u, Connect()) << "again";
 }
 
-// The error of a call with a report of that length.
+// The error from a call with a report of that length.
 DWORD ErrorOf(const char* call, HANDLE device, ULONG length) {
   std::array<std::uint8_t, 32> report{0, 0x80};
   const auto pass = OfHid<decltype(HidD_SetFeature)>(call);
@@ -178,7 +179,7 @@ TEST_F(HidRules, OnlyReportsOfTheDevicesLengthPass) {
   }
 }
 
-// The only reports of another length than the device's.
+// The only reports whose length is not the device's.
 TEST_F(HidRules, BleKeysAreNotWrittenByReportsThatAreTooLong) {
   Do("plug plus:2");
   ASSERT_EQ(1u, Connect());
@@ -191,7 +192,7 @@ TEST_F(HidRules, BleKeysAreNotWrittenByReportsThatAreTooLong) {
   DeleteFileA("key.ble");
 }
 
-// Entry 0 tells it, whichever reader has left.
+// Entry 0 gets the error word, whichever reader has gone.
 TEST_F(HidRules, AReadOnAReaderThatIsGoneIsToldByAnErrorWord) {
   Do("plug reader");
   Do(kKelda);
@@ -223,7 +224,7 @@ TEST_F(HidRules, AReadThatEndsBeforeItIsCalledOffIsAReport) {
   EXPECT_EQ(0, ActiveId()) << "the second report went with the first";
 }
 
-// Windows tells of nothing to call off; the report is gone, and the next one is taken as ever.
+// Windows reports nothing to cancel; the report is lost, and the next one is read as usual.
 TEST_F(HidRules, NothingToCallOffIsNoReport) {
   Do(kKelda);
   Do("card AABB:16");

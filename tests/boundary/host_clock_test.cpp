@@ -1,4 +1,4 @@
-// The pauses of Linux: never short, and the program's thread is afterwards as it was.
+// The pauses of Linux: never too short, and the program's thread is unchanged afterwards.
 #include <gtest/gtest.h>
 #include <sys/prctl.h>
 

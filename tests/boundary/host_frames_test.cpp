@@ -1,4 +1,4 @@
-// Reports in text frames over a real TCP connection. No search gets so far as to use them, so the routines
+// Reports in text frames over a real TCP connection. No search gets far enough to use them, so the routines
 // are called as the report channel calls them.
 #include <gtest/gtest.h>
 
@@ -33,7 +33,7 @@ class HostFrames : public testing::Test {
  protected:
   void TearDown() override { LinkClose(); }
 
-  // True when the connection stands.
+  // True once it is connected.
   bool Connect(const TcpDevice& device) { return LinkConnect({ip_, device.Port()}) == 0; }
   static std::string Reply(const std::string& payload) {
     return "#DUSB/FR/001L0" + std::to_string(payload.size()) + ":\x7A\x31\x3B\xFA" + payload;

@@ -1,4 +1,4 @@
-// libusb-0.1 on Linux: which file is trusted, and what is made of its devices.
+// libusb-0.1 on Linux: which file is trusted, and what becomes of its devices.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -103,7 +103,7 @@ TEST_F(HostLibusb, LinkIsFollowedBeforeTheTest) {
   EXPECT_TRUE(IsLoaded(file_));
 }
 
-// Who may write any of them can put another folder, with another file, into that place.
+// Whoever may write to any of them can replace what is below it with another folder and file.
 TEST_F(HostLibusb, OnlyRootMayWriteTheFoldersAbove) {
   const fs::path inner = folder_ / "above" / "inner";
   fs::create_directories(inner);
@@ -120,12 +120,12 @@ TEST_F(HostLibusb, OnlyRootMayWriteTheFoldersAbove) {
     ExpectRefused();
     ASSERT_EQ(0, chown(above.c_str(), 0, 0));
   }
-  // As the system's folder for temporary files, which this one lies in.
+  // Like the system's folder for temporary files, which this one is in.
   fs::permissions(inner.parent_path(), fs::perms(01777));
   EXPECT_TRUE(usb_.Load());
 }
 
-// Whatever it says of those who may write it.
+// Whatever its mode says about who may write it.
 TEST_F(HostLibusb, TheOwnerOfASharedFolderMayExchangeWhatIsInIt) {
   const fs::path inner = folder_ / "inner";
   fs::create_directory(inner);
@@ -193,7 +193,7 @@ TEST_F(HostLibusb, DeviceThatOpensOnALaterBusIsUsed) {
       "0;close;busy;open;close;",
       calls());
   dlclose(library);
-  // They stay bound when the file may not be trusted any more.
+  // They stay bound even if the file can no longer be trusted.
   fs::permissions(file_, fs::perms(0666));
   EXPECT_FALSE(usb_.Load());
   EXPECT_EQ(2, usb_.FindBusses());

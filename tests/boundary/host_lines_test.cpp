@@ -1,6 +1,6 @@
-// The control lines of a serial port, its exclusive mode and a driver that has not every speed. A
-// pseudo-terminal has no lines, so what is asked of them is noted on its way to the kernel; and it takes
-// every speed, so that there the driver's own is put in.
+// The control lines of a serial port, its exclusive mode, and a driver that does not have every speed. A
+// pseudo-terminal has no lines, so requests for them are recorded on their way to the kernel; and it accepts
+// every speed, so the driver's own is substituted there.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/ioctl.h>
@@ -59,7 +59,7 @@ namespace {
 using Calls = std::vector<std::string>;
 
 constexpr std::uint16_t kLineNumber = 3;
-constexpr std::uint32_t kNoSpeed = 0;  // it would hang up
+constexpr std::uint32_t kNoSpeed = 0;  // the port would hang up
 
 class HostLines : public testing::Test {
  protected:
@@ -121,7 +121,7 @@ TEST_F(HostLines, PortThatCannotBeSetUpIsLeftToOthers) {
   EXPECT_EQ(Calls{}, TakeCalls());
 }
 
-// A driver that cannot do what it is told answers that all is well.
+// A driver that cannot do what is asked still reports success.
 TEST_F(HostLines, ASpeedOfTheDriversOwnHasToBeNearTheOneAskedFor) {
   struct Answer {
     std::uint32_t asked, taken;

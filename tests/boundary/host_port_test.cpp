@@ -86,7 +86,7 @@ TEST_F(HostPort, TimeoutsOfAnOpenPortCanBeChanged) {
   EXPECT_EQ(100, TimeOf([&] { EXPECT_EQ("", Read(*port, 4)); }));
 }
 
-// Far more than a pseudo-terminal holds, and a far end that does not read.
+// Far more than fits into a pseudo-terminal, and a far end that does not read.
 TEST_F(HostPort, WriteEndsAfterItsTime) {
   const std::string much(100'000, 'y');
   struct WriteCase {
@@ -215,7 +215,7 @@ TEST_F(HostPort, ClosedPortMovesNothingAndOpensAgain) {
   EXPECT_EQ("back", Read(*port, 4));
 }
 
-// Also root, who may open what is opened exclusively, and this very program.
+// Not even root, who may open exclusively opened files, or this program itself.
 TEST_F(HostPort, APortHasOneHolder) {
   auto port = Open();
   ASSERT_NE(nullptr, port);
@@ -231,7 +231,7 @@ TEST_F(HostPort, APortHasOneHolder) {
   EXPECT_NE(nullptr, Open());
 }
 
-// A child has what its parent has open.
+// A child inherits its parent's open files.
 TEST_F(HostPort, AChildKeepsNoPortHeld) {
   auto port = Open();
   ASSERT_NE(nullptr, port);
@@ -246,7 +246,7 @@ TEST_F(HostPort, AChildKeepsNoPortHeld) {
   waitpid(child, nullptr, 0);
 }
 
-// Root may open what is opened exclusively; anyone else may not.
+// Root may open exclusively opened files; nobody else may.
 TEST_F(HostPort, OpenPortIsExclusive) {
   if (getuid() != 0) GTEST_SKIP() << "only root can become someone else";
   std::filesystem::permissions(ports_.PathOf(kNumber), std::filesystem::perms(0666));
@@ -268,7 +268,7 @@ TEST_F(HostPort, OpenPortIsExclusive) {
   EXPECT_EQ(0, errorOfAStranger());
 }
 
-// Two, two, one, with a pause of a millisecond behind each, in which the far end looks.
+// Two, two, one, with a pause of a millisecond after each, in which the far end checks.
 TEST_F(HostPort, TextIsPaced) {
   SerialPort port;
   port.SetPortNum(kNumber);

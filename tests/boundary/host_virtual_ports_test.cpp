@@ -1,4 +1,4 @@
-// Which COM numbers Linux takes for the maker's virtual ports and for PCMCIA cards, as a made-up sysfs tells.
+// Which COM numbers count as the maker's virtual ports and as PCMCIA cards on Linux, with a made-up sysfs.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
@@ -14,7 +14,7 @@
 
 namespace {
 
-// Stands before every path below /sys.
+// Prepended to every path below /sys.
 std::string sysRoot;
 
 }  // namespace
@@ -48,7 +48,7 @@ class HostVirtualPorts : public testing::Test {
     fs::remove_all(root_);
   }
 
-  // COM n is the node of that name, whose device lies there in the tree of devices.
+  // COM n is the node of that name, with its device at that place in the device tree.
   void AddPort(int number, const std::string& node, const std::string& device) {
     std::ofstream(root_ / node) << "";
     ports_.AddFile(number, (root_ / node).string());
@@ -96,7 +96,7 @@ TEST_F(HostVirtualPorts, FamilyOfProductsCounts) {
   EXPECT_EQ((Numbers{1, 256}), Found());
 }
 
-// The hub that a device hangs on says nothing about the device.
+// The hub that a device is connected to says nothing about the device.
 TEST_F(HostVirtualPorts, NearestIdentityDecides) {
   Identify("usb1/1-1", "7a31", "2301");
   AddPort(2, "ttyACM0", "usb1/1-1/1-1.1/1-1.1:1.0");

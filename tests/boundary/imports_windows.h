@@ -1,4 +1,4 @@
-// Leads what a loaded library imports to functions of the program that has loaded it.
+// Redirects a loaded library's imports to functions of the program that loaded it.
 #pragma once
 
 #include <winsock2.h>
@@ -20,7 +20,7 @@ struct Import {
   void* replacement;
 };
 
-// Puts another function in the place of one that the image imports. False: it imports none of that name.
+// Replaces a function that the image imports by another. False if it imports none of that name.
 inline bool Replace(HMODULE image, const Import& import) {
   const auto* dos = At<IMAGE_DOS_HEADER>(image, 0);
   const auto* nt = At<IMAGE_NT_HEADERS64>(image, static_cast<DWORD>(dos->e_lfanew));
@@ -41,11 +41,11 @@ inline bool Replace(HMODULE image, const Import& import) {
   return false;
 }
 
-// For an image whose pauses shall all be Sleep's, as on a Windows that has no punctual timers.
+// Makes an image use Sleep for all pauses, as on a Windows without high-resolution timers.
 inline HANDLE WINAPI NoTimer(SECURITY_ATTRIBUTES*, const wchar_t*, DWORD, DWORD) { return nullptr; }
 inline const Import kNoTimers{"CreateWaitableTimerExW", reinterpret_cast<void*>(NoTimer)};
 
-// The function itself, where this program's own import of it leads elsewhere.
+// The function itself, even if this program's own import of it is redirected.
 template <typename Function>
 Function* Original(const char* library, const char* name) {
   return reinterpret_cast<Function*>(

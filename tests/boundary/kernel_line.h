@@ -1,5 +1,5 @@
-// The settings of a serial line as the kernel has them, which tell every speed. Its own header for them
-// cannot stand beside <termios.h>.
+// The settings of a serial line as the kernel has them, which can express every speed. The kernel's own
+// header for them cannot be included with <termios.h>.
 #pragma once
 
 #include <sys/ioctl.h>
@@ -18,7 +18,7 @@ struct KernelLine {
 inline constexpr unsigned long kGetLine = _IOR('T', 0x2A, KernelLine);
 inline constexpr unsigned long kSetLine = _IOW('T', 0x2B, KernelLine);
 
-// 0 when the descriptor is no serial line.
+// 0 if the descriptor is not a serial line.
 inline std::uint32_t SpeedOf(int descriptor) {
   KernelLine line{};
   return ioctl(descriptor, kGetLine, &line) == 0 ? line.outputSpeed : 0;

@@ -8,7 +8,7 @@ constexpr int kConnects = 1000;
 
 class LeakWire : public Wire {
  protected:
-  // What the system opens for the first sockets and keeps is no leak.
+  // What the system opens for the first sockets and keeps open is not a leak.
   LeakWire() {
     CALL(library_, FindXport)(127, 2, 0, 1, 1);
     ConnectTo({127, 3, 3, 3}, 1);
@@ -75,7 +75,7 @@ TEST_F(LeakWire, NobodyListens) {
   ExpectOpenAsBefore(before);
 }
 
-// A search for adapters loses the link that is up, deliberately. There is no number of these that ends it.
+// A search for adapters deliberately loses an existing link. No number of lost links makes it fail.
 TEST_F(LeakWire, LinksLostToASearchForAdapters) {
   const Ip ip{127, 4, 0, 1};
   for (int time = 0; time < kConnects / 10; ++time) {

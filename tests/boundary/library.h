@@ -1,5 +1,5 @@
 // The built library, loaded into this process as an application would, and the stand-in for the system's HID
-// library behind it. Tests speak through the exports and the stand-in's commands alone.
+// library below it. Tests use only the exports and the stand-in's commands.
 #pragma once
 
 #include <string>
@@ -23,7 +23,7 @@ class Library {
     return reinterpret_cast<Function*>(Symbol(name));
   }
 
-  // Runs a command of sim/carriers/standin_control.h and gives its reply; throws when it fails.
+  // Runs a command of sim/carriers/standin_control.h and returns its reply; throws if it fails.
   std::string Standin(const std::string& command) const;
 
  private:
@@ -33,7 +33,7 @@ class Library {
   void* library_ = nullptr;
 };
 
-// A null value takes the variable away.
+// A null value removes the variable.
 void SetVariable(const char* name, const char* value);
 
 // Where a library that is loaded from now on puts its trace.

@@ -12,7 +12,7 @@
 
 namespace {
 
-// Longer than a reader is left alone after each exchange.
+// Longer than the library leaves a reader alone after each exchange.
 constexpr std::chrono::milliseconds kGate(270);
 
 void ChooseLine(std::span<char*> words) {

@@ -1,5 +1,5 @@
-// What the library takes of a process: memory when it is loaded, what is left when it has gone again, and
-// what a connect with nothing attached asks of the system.
+// What the library costs a process: memory when it is loaded, what is left after it is unloaded, and the
+// system calls of a connect with nothing attached.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <malloc.h>
@@ -27,7 +27,7 @@ std::set<int> slackOfPauses;
 
 }  // namespace
 
-// The library's pauses, in place of libc's: they take no time and are no system call.
+// Replaces libc's pauses for the library: they take no time and make no system call.
 extern "C" int nanosleep(const timespec* /*wanted*/, timespec* /*left*/) {
   ++pauses;
   if (notesSlack) slackOfPauses.insert(prctl(PR_GET_TIMERSLACK));
@@ -51,7 +51,7 @@ std::size_t Allocated() {
   return info.uordblks + info.hblkhd;
 }
 
-// The calls that a process makes which does this and nothing else; -1 when it did not come to its end.
+// The system calls of a process that does only this; -1 if it did not finish.
 int SystemCallsOf(const std::function<void()>& work) {
   const pid_t child = fork();
   if (child == 0) {
@@ -72,8 +72,8 @@ int SystemCallsOf(const std::function<void()>& work) {
   return WIFEXITED(status) && WEXITSTATUS(status) == 0 ? stops / 2 : -1;
 }
 
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)  // which take memory of their own
-// kB of this process that no file stands behind.
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)  // these need memory of their own
+// kB of this process that are not backed by a file.
 long OwnMemory() {
   std::ifstream rollup("/proc/self/smaps_rollup");
   std::string word;
@@ -121,7 +121,7 @@ TEST(Load, AThousandTimesLeaveNothing) {
   const std::size_t memory = Allocated();
   for (int time = 0; time < kLoads; ++time) once();
   EXPECT_FALSE(isLoaded()) << "it would leave nothing because it was never unloaded";
-  // malloc counts what lies in its caches as taken; anything lost by each load would be more than this.
+  // malloc counts its caches as used; a leak in every load would be more than this.
   EXPECT_LT(Allocated(), memory + std::size_t{16} * kLoads);
   EXPECT_EQ(Mappings(), mappings);
   EXPECT_EQ(OpenHandles(), handles);

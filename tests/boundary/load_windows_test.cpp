@@ -1,4 +1,4 @@
-// What is left in a process when the library has gone again.
+// What is left in a process after the library is unloaded.
 #include <gtest/gtest.h>
 #include <winsock2.h>
 
@@ -54,7 +54,7 @@ TEST(Load, TwelveHundredTimesLeaveNothing) {
     library.Standin("plug reader");
     CALL(library, SetDevTypeSrch)(0);
     EXPECT_EQ(CALL(library, USBConnect)(nullptr), 1U);
-    // From now on nothing knows of the first handle.
+    // From now on nothing refers to the first handle.
     EXPECT_EQ(CALL(library, USBConnect)(nullptr), 1U);
     library.Standin("reset");
   };

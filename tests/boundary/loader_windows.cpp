@@ -13,7 +13,7 @@ void* FindSymbol(void* library, const char* name) {
   return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(library), name));
 }
 
-// The library looks in the system folder alone; a name that is loaded already is not looked for at all.
+// The library looks only in the system folder; a name that is already loaded is not searched for at all.
 void* LoadStandin() {
   void* setup = LoadByName("setupapi.dll");
   void* hid = LoadByName("hid.dll");

@@ -1,5 +1,5 @@
-// Files with the names of system libraries that lie where Windows would look: beside the program, and in the
-// current folder. A process of its own, because what is loaded once is not looked for again.
+// Files with the names of system libraries in places where Windows would look: beside the program, and in the
+// current folder. A process of its own, because what is loaded once is not searched for again.
 #include <gtest/gtest.h>
 #include <windows.h>
 

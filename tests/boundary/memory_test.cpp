@@ -1,5 +1,5 @@
-// Memory that runs out: every allocation of the library is denied in turn, alone and with all behind it. Each
-// call then fails as it is told to, leaves nothing behind, and the next one works.
+// Running out of memory: every allocation of the library is denied in turn, alone and with all those after
+// it. Each call then fails as documented, leaves nothing behind, and the next one works.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -23,7 +23,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A call's result, and a word that it leaves.
+// A call's result, and the error word that it leaves.
 struct Outcome {
   std::uint32_t result;
   std::uint32_t word;
@@ -37,7 +37,7 @@ void PrintTo(const Outcome& outcome, std::ostream* out) {
 struct Work {
   std::function<Outcome()> run;
   Outcome good;
-  // How it may end when memory was denied; some denials change nothing.
+  // How it may end if memory was denied; some denials change nothing.
   std::vector<Outcome> told;
   // Puts back what a run has changed.
   std::function<void()> end = [] {};
@@ -77,7 +77,7 @@ int DenyEach(const Work& work, Denial denial) {
   int failed = 0;
   for (int number = 1; !testing::Test::HasFailure(); ++number) {
     SCOPED_TRACE("allocation " + std::to_string(number));
-    // What the system and the simulator make once for such a failure is not left by the library.
+    // What the system and the simulator allocate once for such a failure is not the library's leak.
     DenyOne(work, number, denial);
     const Held before;
     const End end = DenyOne(work, number, denial);
@@ -319,7 +319,7 @@ TEST_F(Memory, ReaderThatComesAndGoes) {
   DenyAll({comeAndGo, {1, 1}, {{0, 0}}, begin});
 }
 
-// They belong to the caller.
+// Results that belong to the caller.
 TEST_F(Memory, MemoryForTheCaller) {
   Plug("reader", 1);
   library_.Standin("sample 0001:0102:16");

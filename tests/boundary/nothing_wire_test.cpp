@@ -31,7 +31,7 @@ TEST_F(NothingAttached, DefaultConnectAsksNobody) {
   EXPECT_EQ(kNotWritten, did_);
   EXPECT_EQ(0, NewConnects());
   EXPECT_EQ(0, NewDatagrams());
-  // What is not asked is counted where it is asked.
+  // Questions that must not be asked are counted where they would arrive.
   const Ip ip{127, 3, 2, 1};
   EXPECT_EQ(0u, ConnectTo(ip, ClosedTcpPort(ip)));
   EXPECT_EQ(2, NewConnects());

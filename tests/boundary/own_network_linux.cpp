@@ -1,5 +1,5 @@
-// A network of this process and its children alone, so that no other program has its addresses and ports.
-// Where that is not allowed, it runs in the machine's.
+// A network for this process and its children only, so that no other program has its addresses and ports. If
+// that is not allowed, they run in the machine's.
 #include <fcntl.h>
 #include <net/if.h>
 #include <sched.h>
@@ -15,7 +15,7 @@
 namespace tavlyn::boundary {
 namespace {
 
-// This network knows no name server, so the host has the one name that needs none.
+// This network has no name server, so the host gets the one name that needs none.
 constexpr char kHostName[] = "localhost";
 constexpr int kOwn = CLONE_NEWNET | CLONE_NEWUTS;
 
@@ -26,7 +26,7 @@ bool WriteText(const char* file, const std::string& text) {
   return written;
 }
 
-// A user who may not have a network of his own may have one among users of his own, where he is himself.
+// A user who may not create a network may create one in a user namespace, under the same user ID.
 bool LeaveAsOwnUser() {
   const auto itself = [](unsigned id) { return std::to_string(id) + ' ' + std::to_string(id) + " 1"; };
   const std::string user = itself(geteuid());

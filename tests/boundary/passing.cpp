@@ -15,12 +15,12 @@ struct Attended::Service {
 
 namespace {
 
-// Not 0, which carriers take for never.
+// Not 0, which carriers take as never.
 Moment now{std::chrono::hours(1)};
 std::vector<sim::Served*> inService;
 bool atWork = false;
 
-// Until none of them has anything left to take.
+// Until none of them has anything left to read.
 void ServeAll() {
   atWork = true;
   std::vector<pollfd> polled;

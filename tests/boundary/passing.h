@@ -1,7 +1,7 @@
-// Time that passes in waits alone. The program that links this takes the place of the system's clock, sleeps
-// and waits (calls_linux.cpp, calls_windows.cpp). Far ends do what they have to do while somebody waits, each
-// thing at its moment, and nobody really waits: so every wait is as long as it was asked to be, on the
-// busiest machine. All of it is for one thread.
+// Time that passes only in waits. The program that links this replaces the system's clock, sleeps and waits
+// (calls_linux.cpp, calls_windows.cpp). Far ends act on schedule while somebody waits, and nobody really
+// waits: so every wait takes exactly as long as requested, even on the busiest machine. All of it is for one
+// thread.
 #pragma once
 
 #include <chrono>
@@ -13,14 +13,14 @@ namespace tavlyn::boundary {
 
 using Moment = std::chrono::steady_clock::time_point;
 
-// What the clock of this program shows.
+// The time on this program's clock.
 Moment Now();
 
-// Serves the far ends until something is ready or the moment has come, true: it is ready. Without a moment
-// only another process can end it, so it then really waits.
+// Serves the far ends until something is ready (true) or the moment has come. Without a moment only another
+// process can end the wait, so it is then a real one.
 bool PassUntil(sim::DueTime end, const std::function<bool()>& ready);
 
-// Meanwhile far ends are at work, whose own waits are the system's.
+// While it lives, far ends are working, whose own waits are real.
 bool FarEndsAreAtWork();
 
 // How long something takes, in milliseconds.

@@ -1,5 +1,5 @@
-// The library adds nothing to the pauses that its readers need: whatever time a call takes, it sleeps. A
-// configuration is read in 21 exchanges.
+// The library adds nothing to the pauses that its readers need: all the time that a call takes it spends
+// sleeping. A configuration is read in 21 exchanges.
 #include "tests/boundary/wire.h"
 
 namespace tavlyn::boundary {
@@ -25,7 +25,7 @@ TEST_F(PausesWire, ConfigurationReadOverTcp) {
   const Ip ip{127, 3, 1, 1};
   const TcpDevice device(ip, line_);
   ASSERT_EQ(1u, ConnectTo(ip, device.Port()));
-  // Seven of the exchanges end with a status of their own, two reads behind the echo instead of one.
+  // Seven of the exchanges end with a status of their own: two reads after the echo instead of one.
   ExpectPauses(21 * 270 + 7 * 100, [&] { EXPECT_EQ(1u, CALL(library_, ReadCfg)()); });
 }
 

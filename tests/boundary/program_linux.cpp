@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 
 constexpr int kSignalled = 128;
 
-// A folder that is there until the line has ended.
+// A folder that exists until the line has ended.
 class LineFolder {
  public:
   LineFolder() {
@@ -31,13 +31,13 @@ class LineFolder {
 
   [[nodiscard]] std::string Errors() const { return folder_ / "errors"; }
 
-  // Gives a line's programs the clock that their waiting moves on.
+  // Gives a line's programs the clock that their waiting advances.
   [[nodiscard]] std::string QuickTime() const {
     const fs::path clock = folder_ / "clock";
     const std::int64_t passed = 0;
     std::ofstream(clock).write(reinterpret_cast<const char*>(&passed), sizeof passed);
-    // A sanitizer's library stands behind the clock's; its search for leaks runs a thread that the clock
-    // cannot serve.
+    // A sanitizer's library is loaded after the clock's; its leak check runs a thread that the clock cannot
+    // serve.
     return "export LD_PRELOAD=" TAVLYN_QUICK_TIME " TAVLYN_QUICK_CLOCK=" + clock.string() +
            " ASAN_OPTIONS=verify_asan_link_order=0:detect_leaks=0\n";
   }

@@ -6,7 +6,7 @@
 
 namespace tavlyn::boundary {
 
-// A file that takes what a program writes.
+// A file for a program's output.
 class Taken {
  public:
   Taken() {

@@ -1,5 +1,5 @@
-// Time that passes by sleeping alone takes none: what this process sleeps is added to its clock instead, and
-// pauses of up to a minute cost nothing.
+// Sleeps that take no time: what this process sleeps is added to its clock instead, and pauses of up to a
+// minute cost nothing.
 #pragma once
 
 #include <chrono>
@@ -9,7 +9,7 @@ namespace tavlyn::boundary {
 // For a library that has just been loaded.
 void TakeItsTime();
 
-// A sleep of this program's own.
+// This program's own sleep.
 void PassQuickly(std::chrono::milliseconds length);
 
 }  // namespace tavlyn::boundary

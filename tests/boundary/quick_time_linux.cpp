@@ -1,11 +1,11 @@
-// Time that only waiting moves on: a sleep costs nothing and is added to the clock, a poll that runs out has
-// lasted as long as it was to, and while programs work the clock stands still, however busy the machine is.
+// Time that only waiting advances: a sleep costs nothing and is added to the clock, a poll that times out has
+// taken exactly its time-out, and while programs work the clock stands still, however busy the machine is.
 // Linked into a test program or preloaded into others. Processes that find the file named by
 // TAVLYN_QUICK_CLOCK share its clock; what a simulator does by the clock then happens while the program that
 // it serves sleeps.
 //
-// Who sleeps so that another process can answer looks for the answer next: if there is none yet, that look
-// really waits for as long as was slept.
+// A program that sleeps so that another process can answer checks for the answer next: if there is none yet,
+// that check really waits for as long as the program slept.
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/mman.h>
@@ -27,7 +27,7 @@ namespace {
 
 constexpr std::int64_t kSecond = 1'000'000'000;
 constexpr std::int64_t kMillisecond = 1'000'000;
-constexpr std::int64_t kStart = 1000 * kSecond;  // not 0, which programs take for never
+constexpr std::int64_t kStart = 1000 * kSecond;  // not 0, which programs take as never
 
 using Time = std::atomic<std::int64_t>;
 static_assert(Time::is_always_lock_free && sizeof(Time) == sizeof(std::int64_t));
@@ -36,7 +36,7 @@ Time own{0};
 Time* passed = &own;
 
 constexpr std::int64_t kMostOwed = 250 * kMillisecond;
-thread_local std::int64_t owed = 0;  // to who was to have time for an answer
+thread_local std::int64_t owed = 0;  // real time owed to the process that is to answer
 
 std::int64_t Nanoseconds(const timespec& time) { return time.tv_sec * kSecond + time.tv_nsec; }
 
@@ -62,10 +62,10 @@ int ReallyPoll(pollfd* polled, nfds_t count, const timespec* limit) {
   return static_cast<int>(syscall(SYS_ppoll, polled, count, limit, nullptr, 0));
 }
 
-// What a look may take longer.
+// How much longer a check may take.
 std::int64_t TakeOwed() { return std::exchange(owed, 0); }
 
-// A receive that does not wait, but for what is owed.
+// A receive that does not wait, except for the time owed.
 template <typename Receive>
 ssize_t ReceiveOwed(int socket, Receive receive) {
   const ssize_t count = receive();

@@ -19,7 +19,7 @@ namespace tavlyn::boundary {
 inline constexpr std::uint32_t kDid = 0x7431;
 inline constexpr std::uint32_t kNotWritten = 0xDEADBEEF;
 
-// Longer than a reader is left alone after each exchange (235 ms), by a step of a coarse tick.
+// Longer by a coarse tick than the library leaves a reader alone after each exchange (235 ms).
 inline void WaitForGate() { PassQuickly(std::chrono::milliseconds(270)); }
 
 inline std::vector<std::string> Lines(const std::string& text) {
@@ -42,7 +42,7 @@ class ReaderUsb : public testing::Test {
     Do("reset");
   }
 
-  // Loads the library anew; searches then stay on USB.
+  // Loads the library again; searches then stay on USB.
   void Load() {
     library_.reset();
     library_ = std::make_unique<Library>();
@@ -62,7 +62,7 @@ class ReaderUsb : public testing::Test {
 
   bool TrafficHolds(const std::string& part) { return Do("traffic").find(part) != std::string::npos; }
 
-  // What every reader of the rack comes with.
+  // What every reader of the rack has.
   void ExpectMirror(std::int16_t features) {
     tsCfgFlags flags{};
     EXPECT_EQ(1u, CALL(*library_, GetFlags)(&flags));

@@ -37,7 +37,7 @@ TEST_F(ReaderUsb, PlainReaderConnects) {
   EXPECT_STREQ("RDR-80581AKU", CALL(*library_, getPartNumberString)());
 }
 
-// The only test of this program that asks for these characters, so that nothing was copied before.
+// The only test in this program that asks for these characters, so nothing has been copied before.
 TEST_F(ReaderUsb, PartNumberCharactersNeedTheFirstOne) {
   Do("plug reader");
   ASSERT_EQ(1u, Connect());
@@ -234,8 +234,8 @@ TEST_F(ReaderUsb, UnpluggedReaderFailsAndTheNextConnectFindsTheOther) {
   EXPECT_EQ(1, CALL(*library_, GetMaxConfig)());
 }
 
-// A refused command is sent again, so only a refused reply can make a connect fail; and whatever happened,
-// a reader that has recovered connects as if nothing had been.
+// A refused command is sent again, so only a refused reply can make a connect fail; and whatever happened, a
+// reader that has recovered connects as if nothing had happened.
 TEST_F(ReaderUsb, RefusalAtEachExchange) {
   Do("plug plus:2");
   ASSERT_EQ(1u, Connect());
@@ -267,7 +267,7 @@ TEST_F(ReaderUsb, RefusalAtEachExchange) {
   EXPECT_GT(failed, 0);
 }
 
-// Gone in the middle of its configuration: each command that is still sent takes its six attempts.
+// Gone in the middle of its configuration: each further command takes its six attempts.
 TEST_F(ReaderUsb, ReaderThatVanishesDuringConnect) {
   Do("plug reader");
   ASSERT_EQ(1u, Connect());

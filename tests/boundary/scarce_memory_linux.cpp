@@ -43,7 +43,7 @@ struct Walk {
   Place caller = Place::kElsewhere;
 };
 
-// In front stand this file's own frames.
+// The first frames are this file's own.
 _Unwind_Reason_Code Visit(_Unwind_Context* frame, void* walk) {
   auto& [inSystem, caller] = *static_cast<Walk*>(walk);
   caller = PlaceOf(reinterpret_cast<const void*>(_Unwind_GetIP(frame)));
@@ -51,7 +51,7 @@ _Unwind_Reason_Code Visit(_Unwind_Context* frame, void* walk) {
   return inSystem && caller != Place::kSystem ? _URC_NORMAL_STOP : _URC_NO_REASON;
 }
 
-// Who called the function of the system that allocates.
+// The caller of the system function that allocates.
 Place CallerOfSystem() {
   Walk walk;
   _Unwind_Backtrace(Visit, &walk);

@@ -56,7 +56,7 @@ class Lines : public testing::Test {
 
   // Bit count and the first two bytes of the card's ID.
   std::array<int, 3> Card() {
-    Pause(milliseconds(270));  // longer than a reader is left alone after each exchange
+    Pause(milliseconds(270));  // longer than the library leaves a reader alone after each exchange
     std::array<std::uint8_t, 8> id{};
     const int bits = CALL(*library_, GetActiveID)(id.data(), 8);
     return {bits, id[0], id[1]};
@@ -124,7 +124,7 @@ TEST_F(Lines, FloodedPortIsLeftInTime) {
   ASSERT_EQ(1u, ConnectCom(3));
   EXPECT_EQ(26, Card()[0]);
   attended.With([&] { model.Flood(1'000'000); });
-  // Behind the pause six attempts at the first command, with 50 ms in each.
+  // After the pause, six attempts at the first command, with 50 ms in each.
   EXPECT_EQ(270 + 6 * 50, TimeOf([&] { EXPECT_EQ(0, Card()[0]); }));
 }
 

@@ -1,4 +1,4 @@
-// tavlynctl on simulated readers, in a folder of the test's own.
+// tavlynctl on simulated readers, in the test's own folder.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -51,7 +51,7 @@ inline std::vector<Json> JsonLines(const std::string& text) {
   return lines;
 }
 
-// The sum of a trailer, bit by bit, so that it shares nothing with the library.
+// The CRC of a trailer, bit by bit, so that it shares nothing with the library.
 inline std::string Sum(const std::string& text) {
   std::uint32_t sum = 0xFFFFFFFF;
   for (const char c : text) {
@@ -90,7 +90,7 @@ class SimulatedRun : public testing::Test {
   void TearDown() override { fs::remove_all(folder_); }
 
   // Lines for a shell in the folder, all with the same simulated devices, where ctl is the program and typed
-  // gives a line to the simulator. They have upon, too.
+  // passes a line to the simulator. upon (program.h) is available too.
   std::vector<Ended> Run(const std::string& devices, const std::vector<std::string>& steps) {
     std::ofstream script(folder_ / "script");
     script << kUpon << "ctl() { " << TAVLYNCTL << " \"$@\"; }\ntyped() { echo \"$1\" >typed; }\n";
@@ -116,7 +116,7 @@ class SimulatedRun : public testing::Test {
     return "ctl config save own.hwg; sed '" + change + "' own.hwg >file.hwg";
   }
 
-  // What went over to the reader while one command ran.
+  // The traffic with the reader while one command ran.
   std::string Traffic(const std::string& devices, const std::string& command) {
     Run(devices, {"typed clear; ctl " + command + "; typed traffic"});
     return simulatorTold_;

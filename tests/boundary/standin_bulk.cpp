@@ -1,5 +1,5 @@
-// Stands in for libusb-0.1: three devices on two buses, of which one opens and gives back what was written to
-// it. Its structures are laid out as that library's header lays them out on this system.
+// Stands in for libusb-0.1: three devices on two buses, one of which opens and returns what was written to
+// it. Its structures are laid out as in that library's header on this system.
 #include <array>
 #include <cstdint>
 #include <cstring>
@@ -36,7 +36,7 @@ struct Bus {
 };
 #pragma pack(pop)
 
-// Each begins where a pointer may stand, as what that library allocates does.
+// Each is aligned for a pointer, as that library's allocations are.
 struct Devices {
   alignas(void*) Bus first{};
   alignas(void*) Bus second{};

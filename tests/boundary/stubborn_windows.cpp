@@ -1,4 +1,4 @@
-// A program that takes no Ctrl-C. It says so, and never ends.
+// A program that ignores Ctrl-C. It says so, and never ends.
 #include <windows.h>
 
 #include <cstdio>

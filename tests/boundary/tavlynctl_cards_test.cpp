@@ -1,4 +1,4 @@
-// tavlynctl where it reads and watches cards on simulated readers.
+// tavlynctl reading and watching cards on simulated readers.
 #include <string>
 #include <vector>
 
@@ -65,7 +65,7 @@ TEST_F(TavlynctlCards, ItEndsInTime) {
   EXPECT_EQ(5, Run("", {"ctl watch --timeout 0.3"})[0].status);
 }
 
-// What the program prints goes where upon looks, and the signal to the simulator.
+// The program's output goes where upon looks, and the signal goes to the simulator.
 TEST_F(TavlynctlCards, ASignalEndsIt) {
   const Ended stopped =
       RunLine("upon 'kill -INT $pid' sh -c 'exec " TAVLYNSIM
@@ -74,7 +74,7 @@ TEST_F(TavlynctlCards, ASignalEndsIt) {
   EXPECT_EQ("card 8 bits 0A\n", stopped.err);
 }
 
-// By the machine's own clock, on which a plus reader that has gone is waited for for minutes.
+// By the machine's own clock; on it the wait for a plus reader that has gone takes minutes.
 TEST_F(TavlynctlCards, ALongWaitIsTold) {
   const Ended list = Run("--device plus:3 --do 'vanish 40'",
                          {"unset LD_PRELOAD; upon 'kill -TERM $pid' " TAVLYNCTL " list"})[0];

@@ -1,4 +1,4 @@
-// tavlynctl where it writes files, and what it makes of files that are not whole.
+// tavlynctl writing files, and how it treats incomplete files.
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -18,7 +18,7 @@ class TavlynctlConfigFiles : public SimulatedRun {
     std::ofstream(folder_ / name, std::ios::binary) << text;
   }
 
-  // With a trailer that fits, which anybody can make.
+  // With a matching trailer, which anybody can make.
   void WriteSecure(const char* name, std::string body) {
     if (!body.ends_with('\n')) body += '\n';
     WriteFile(name, body + "/--- iEndOfHwgFile \niEndOfHwgFile = " + Sum(body));
@@ -213,7 +213,7 @@ TEST_F(TavlynctlConfigFiles, RightsOfAFile) {
   EXPECT_EQ(0, Leftovers());
 }
 
-// The process has no threads but this one, so that a child of it may run on.
+// This is the process's only thread, so a child of it may run on.
 TEST_F(TavlynctlConfigFiles, ASignalLeavesNothing) {
   const pid_t child = fork();
   ASSERT_GE(child, 0);
@@ -230,7 +230,7 @@ TEST_F(TavlynctlConfigFiles, ASignalLeavesNothing) {
   EXPECT_EQ(0, Leftovers());
 }
 
-// A save whose reader vanished left these headings, whose trailer fits.
+// A save whose reader vanished left these headings, with a matching trailer.
 TEST_F(TavlynctlConfigFiles, AFileWithoutAConfigurationIsRefused) {
   WriteSecure("wreck.hwg", std::string(kTitle) + ":Library Version: 7.9.2 \n:Device FW Version: 74.31 \n");
   WriteSecure("plus.hwg",
@@ -281,7 +281,7 @@ TEST_F(TavlynctlConfigFiles, ACutConfigurationIsRefused) {
             Run("--device magstripe", {"ctl config load cut.txt"})[0].err);
 }
 
-// A file written by hand may hold a few lines only.
+// A file written by hand may have only a few lines.
 TEST_F(TavlynctlConfigFiles, AFewLinesAreAFile) {
   WriteFile("few.hwg", std::string(kTitle) + "bBeepID = 0\n");
   const auto ended = Run("", {"ctl config load few.hwg --strict --json", "ctl config get bBeepID --json"});
@@ -346,7 +346,7 @@ TEST_F(TavlynctlConfigFiles, UnknownSettingsAreTold) {
   EXPECT_EQ(false, ParsedText(ended[2])["written"]);
 }
 
-// A connect reads one configuration of a plus reader that is not the first device.
+// Of a plus reader that is not the first device a connect reads only one configuration.
 TEST_F(TavlynctlConfigFiles, APlusReaderBehindAnotherIsReadWhole) {
   const std::string two = "--device plus:3 --device plus:3";
   const auto ended =
@@ -363,7 +363,7 @@ TEST_F(TavlynctlConfigFiles, APlusReaderBehindAnotherIsReadWhole) {
   EXPECT_EQ(1, ParsedText(ended[3])["fields"]["CfgFlags2.bDspHex"]);
   EXPECT_EQ(3u, ParsedText(ended[4])["configurations"].size());
   EXPECT_EQ(0, ended[5].status) << ended[5].err;
-  // The file does not hold byte 3 of separator data that was never set.
+  // The file does not contain byte 3 of separator data that was never set.
   const Json differences = ParsedText(ended[6])["differences"];
   for (const Json& row : differences) EXPECT_EQ("sFldSepData[3]", row["field"]);
   EXPECT_EQ(true, ParsedText(ended[7])["verified"]);

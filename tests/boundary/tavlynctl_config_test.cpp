@@ -1,4 +1,4 @@
-// tavlynctl where it shows and changes the configuration of simulated readers.
+// tavlynctl showing and changing the configuration of simulated readers.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -81,7 +81,7 @@ TEST_F(TavlynctlConfig, ValueBetweenStepsIsRounded) {
   EXPECT_EQ(100, ParsedText(ended[1])["fields"]["TimeParms.iIDHoldTO"]);
 }
 
-// The reader keeps seven bits of the one, and the other only with extended fields.
+// The reader stores seven bits of the one, and the other only with extended fields.
 TEST_F(TavlynctlConfig, ValueThatIsNotKept) {
   const auto ended = Run("", {"ctl config set iIDBitCnt=200 --json", "ctl config set iExOutputFormat=1"});
   EXPECT_EQ(4, ended[0].status);
@@ -94,7 +94,7 @@ TEST_F(TavlynctlConfig, ValueThatIsNotKept) {
   EXPECT_EQ(4, ended[1].status) << ended[1].out;
 }
 
-// It travels in a block that it does not mark for the write.
+// It is sent in a block that it does not mark dirty.
 TEST_F(TavlynctlConfig, NotBootDeviceArrives) {
   const auto ended = Run("", {"ctl config set bNotBootDev=1", "ctl config get bNotBootDev --json"});
   EXPECT_EQ(0, ended[0].status) << ended[0].err;

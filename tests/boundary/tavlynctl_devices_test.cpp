@@ -1,4 +1,4 @@
-// What tavlynctl shows of the devices that it finds.
+// What tavlynctl shows about the devices that it finds.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -58,7 +58,7 @@ TEST(TavlynctlDevices, InfoTellsWhatTheReaderTells) {
   EXPECT_EQ(words, device["firmware_words"]);
 }
 
-// The serial number arrives with its bits turned over, and so is no UTF-8.
+// The serial number arrives with its bits inverted, and so is not UTF-8.
 TEST(TavlynctlDevices, BrokenTextIsStillJson) {
   const Ended info = Simulated("--do 'garble 70'", "info --json");
   ASSERT_EQ(0, info.status) << info.err;
@@ -84,7 +84,7 @@ TEST(TavlynctlDevices, FailedConfigurationRead) {
   EXPECT_EQ(0, Simulated(devices, "config show --device 1").status);
 }
 
-// Its texts are lost without an error of the library's.
+// Its texts are lost without an error from the library.
 TEST(TavlynctlDevices, AReaderThatGoesAwayIsTold) {
   const Json list = Json::parse(Simulated("--do 'vanish 40'", "list --json").out);
   EXPECT_EQ(4, list["error"]["code"]);
@@ -101,7 +101,7 @@ TEST(TavlynctlDevices, AReaderThatGoesAwayIsTold) {
   }
 }
 
-// What a device did not tell is not shown as zeros, nor as one configuration.
+// What a device did not report is not shown as zeros, nor as one configuration.
 TEST(TavlynctlDevices, WhatIsNotKnownIsNull) {
   const Json unread = Json::parse(Simulated("--do 'vanish 3'", "list --json").out)["devices"][0];
   for (const char* key : {"part_number", "did", "luid", "configurations"}) {

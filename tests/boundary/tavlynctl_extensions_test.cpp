@@ -1,4 +1,4 @@
-// tavlynctl where it uses what only some simulated readers have.
+// tavlynctl using what only some simulated readers have.
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
@@ -63,7 +63,7 @@ TEST(TavlynctlExtensions, AReaderWithoutAnAnalyzer) {
   EXPECT_TRUE(Holds(start.err, "error word 0x5000001")) << start.err;
 }
 
-// The last exchange brings the record's data.
+// The last exchange returns the record's data.
 TEST(TavlynctlExtensions, ALostRecordIsShownAndTold) {
   const std::string sample = "--do 'sample 1:0102:16' ";
   const int last = ExchangesOf(sample, "analyzer list");

@@ -1,4 +1,4 @@
-// tavlynctl where it looks for Ethernet adapters, on the loopback network.
+// tavlynctl looking for Ethernet adapters on the loopback network.
 #include <gtest/gtest.h>
 #include <pty.h>
 #include <sys/wait.h>
@@ -33,7 +33,7 @@ TEST(TavlynctlFind, FindTellsATerminalWhereItIs) {
   EXPECT_TRUE(Holds(none.out, "\rasking 127.5.3.2       (2 of 2, found 0)\r\n")) << none.out;
 }
 
-// A key on the terminal where it runs.
+// A key typed on the terminal where it runs.
 TEST(TavlynctlFind, CtrlCLeavesTheCursorOnANewLine) {
   int terminal = -1;
   const pid_t pid = forkpty(&terminal, nullptr, nullptr, nullptr);

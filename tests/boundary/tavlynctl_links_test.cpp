@@ -14,7 +14,7 @@
 namespace tavlyn::boundary {
 namespace {
 
-// Notes what comes to a reader, and makes a file when a text has come.
+// Records what a reader receives, and creates a file once a text has arrived.
 class Noting final : public sim::FaultyLine {
  public:
   explicit Noting(sim::ByteDevice& reader) : reader_(reader) {}
@@ -94,7 +94,7 @@ TEST_F(TavlynctlLinks, ConfigurationOnAPort) {
   EXPECT_EQ(150, Document("--com 3 config get iIDHoldTO")["fields"]["TimeParms.iIDHoldTO"]);
 }
 
-// Else the port would get the number of the closed one, and the reader what is printed.
+// Otherwise the port would get the number of the closed stream, and the reader would get what is printed.
 TEST_F(TavlynctlLinks, ClosedDescriptorsAreNoPorts) {
   reader_->PutCard({1, 2}, 16);
   Noting noted(line_);
@@ -140,7 +140,7 @@ TEST_F(TavlynctlLinks, AsciiReader) {
   device.With([&] { EXPECT_FALSE(text.echoes) << "the dialect was not spoken"; });
 }
 
-// Nothing that a reader did not say is shown.
+// Nothing is shown that a reader did not report.
 TEST_F(TavlynctlLinks, ReaderThatDoesNotSpeakText) {
   const PortDevice device(ports_, 3, line_);
   const Ended read = Ctl("--com 3 --ascii read --timeout 1");
@@ -168,7 +168,7 @@ TEST_F(TavlynctlLinks, TextBehindAnAdapter) {
 // Seconds that a line's programs have waited.
 double WaitedSeconds(const std::string& clock) { return std::stod(clock) * 1e-9; }
 
-// An ID read in text waits for 300 bytes, each as long as the port's time-outs let it.
+// An ID read in text waits for 300 bytes, for each as long as the port's time-outs allow.
 TEST_F(TavlynctlLinks, ADeadlineIsHeardWhereTextIsNotAnswered) {
   sim::ReaderAscii text(reader_);
   text.faults.RefuseCommand({'Q', 'I', 'D', '.', 'I', 'D'});
@@ -179,8 +179,8 @@ TEST_F(TavlynctlLinks, ADeadlineIsHeardWhereTextIsNotAnswered) {
   EXPECT_GT(20, WaitedSeconds(read.out));
 }
 
-// The first one comes while the library waits for an ID that does not come; it has been handled when the
-// process does not catch the signal any more.
+// The first one comes while the library waits for an ID that never arrives; it has been handled once the
+// process no longer catches the signal.
 TEST_F(TavlynctlLinks, ASecondCtrlCEndsAtOnce) {
   sim::ReaderAscii text(reader_);
   text.faults.RefuseCommand({'Q', 'I', 'D', '.', 'I', 'D'});
@@ -228,7 +228,7 @@ TEST_F(TavlynctlLinks, WatchBehindAnAdapter) {
 
 TEST_F(TavlynctlLinks, SerialBytesBehindAnAdapter) {
   const Ip ip{127, 5, 0, 3};
-  // Raw bytes need no reader that can be read.
+  // Raw bytes do not need a reader that can be read.
   line_.faults.RefuseCommand({0x04, 0x00, 0x00, 0x04});
   const TcpDevice device(ip, line_);
   const Json answered = Document(Peer(ip, device) + "serial write FA04EDED04 --read 20");

@@ -1,4 +1,4 @@
-// tavlynctl where it switches beeper, LEDs and relay of simulated readers.
+// tavlynctl switching beeper, LEDs and relay of simulated readers.
 #include <gtest/gtest.h>
 
 #include <string>

@@ -11,7 +11,7 @@ const std::string kSwipe = "typed 'swipe %B12^DOE/JOHN^?;4000001234567899=3012?'
 
 class TavlynctlProducts : public SimulatedRun {
  protected:
-  // The two tracks of the swipe. Behind its last sentinel each has its LRC.
+  // The two tracks of the swipe. Each has its LRC after the end sentinel.
   static Json Tracks() {
     return Json::parse(R"([
       {"track": 1, "characters": 16, "raw": "052211123E242F250F2A2F282E3E1F19", "text": "%B12^DOE/JOHN^?9"},
@@ -111,7 +111,7 @@ TEST_F(TavlynctlProducts, TracksOfTheLastSwipe) {
 }
 
 TEST_F(TavlynctlProducts, ATrackThatCannotBeFetched) {
-  // Found out from a good run: the last exchange is the track's.
+  // Determined from a good run: the last exchange is the track's.
   Run(kMagstripe, {kSwipe + "typed exchanges; ctl track 1; typed exchanges"});
   int before = 0;
   int behind = 0;
@@ -301,7 +301,7 @@ TEST_F(TavlynctlProducts, FactoryConfiguration) {
   EXPECT_EQ(0, ended[6].status) << ended[6].err;
 }
 
-// The names tell which product is meant.
+// The names say which product is meant.
 TEST_F(TavlynctlProducts, SettingsByName) {
   const auto ended =
       Run(kAll, {"ctl config get PingRateS maxdists --json",

@@ -1,4 +1,4 @@
-// The words of tavlynctl: what is refused, help, and outputs that cannot be written.
+// The command line of tavlynctl: what is refused, help, and outputs that cannot be written.
 #include <gtest/gtest.h>
 
 #include <string>

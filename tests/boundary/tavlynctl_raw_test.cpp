@@ -1,4 +1,4 @@
-// tavlynctl where it takes the queue of simulated readers, and sends them raw commands.
+// tavlynctl reading the queue of simulated readers and sending them raw commands.
 #include <gtest/gtest.h>
 
 #include <string>

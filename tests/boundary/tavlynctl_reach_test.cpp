@@ -1,4 +1,4 @@
-// What tavlynctl says of nodes, ports and adapters at which no reader is found.
+// What tavlynctl says about nodes, ports and adapters where no reader is found.
 #include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
@@ -12,7 +12,7 @@
 namespace tavlyn::boundary {
 namespace {
 
-// A connection of this program's.
+// A connection from this program.
 class Client {
  public:
   Client(const Ip& ip, std::uint16_t port)
@@ -25,7 +25,7 @@ class Client {
   Descriptor socket_;
 };
 
-// A TCP port that has as many connections as it takes.
+// A TCP port whose connection queue is full.
 class FullPort {
  public:
   explicit FullPort(const Ip& ip)
@@ -34,7 +34,7 @@ class FullPort {
     Checked(bind(socket_.get(), reinterpret_cast<const sockaddr*>(&own), sizeof own), "bind");
     Checked(listen(socket_.get(), 0), "listen");
     port_ = sim::net::PortOf(socket_.get());
-    const Client gone(ip, port_);  // which nobody has taken yet
+    const Client gone(ip, port_);  // which nobody has accepted yet
   }
   [[nodiscard]] std::uint16_t Port() const { return port_; }
 
@@ -85,7 +85,7 @@ TEST_F(TavlynctlReach, PortThatMayNotBeOpened) {
             one.err);
 }
 
-// Against root too, whom the terminal's own lock does not keep off.
+// Against root too, whom the terminal's own lock does not keep out.
 TEST_F(TavlynctlReach, PortThatAnotherProgramHolds) {
   const PortDevice device(ports_, 3, line_);
   const Ended list = RunLine("exec 8<" + ports_.PathOf(3) + "; flock 8; " + kCtl + " list --com 2-3 8<&-");
@@ -102,7 +102,7 @@ TEST_F(TavlynctlReach, AdapterThatRefuses) {
   EXPECT_EQ("tavlynctl: " + peer + " refuses the connection; is the TCP port right?\n", ended.err);
 }
 
-// Its queue of connections is full, so that it takes no notice of another.
+// Its queue of connections is full, so it ignores another one.
 TEST_F(TavlynctlReach, AdapterThatDoesNotAnswer) {
   const FullPort full({127, 5, 0, 6});
   const std::string peer = "127.5.0.6:" + std::to_string(full.Port());

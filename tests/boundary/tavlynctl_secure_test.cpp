@@ -1,4 +1,4 @@
-// tavlynctl where it handles keys and other protected memory.
+// tavlynctl handling keys and other protected memory.
 #include <fcntl.h>
 #include <stdlib.h>
 #include <sys/stat.h>
@@ -92,7 +92,7 @@ TEST_F(TavlynctlSecure, WrongWordsSendNothing) {
   }
 }
 
-// The lines behind "$ " of one part of a page, as a script.
+// The lines that begin with "$ " in one section of a page, as a script.
 std::string LinesOfPage(const std::string& part) {
   const std::string page = TextOf(TAVLYN_PAGES "/tavlynctl.md");
   std::istringstream lines(page.substr(std::min(page.find(part), page.size())));
@@ -156,7 +156,7 @@ TEST_F(TavlynctlSecure, ALoadedBlockComesBack) {
 }
 
 TEST_F(TavlynctlSecure, AReadThatFailsLeavesNoFile) {
-  // Found out from a good run, so that the connect may take as many exchanges as it likes.
+  // Determined from a good run, so that the connect may take any number of exchanges.
   const auto ended = Run("", {"typed exchanges; ctl ble save good.hwg; typed exchanges", "true"});
   ASSERT_EQ(0, ended[0].status) << ended[0].err;
   int before = 0;
@@ -186,7 +186,7 @@ TEST_F(TavlynctlSecure, NoMessageRepeatsAWordThatMayBeAKey) {
   }
 }
 
-// A terminal of its own, of which the program sees one side.
+// A terminal of its own; the program has one side of it.
 class OwnTerminal {
  public:
   OwnTerminal() : other_(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
@@ -201,7 +201,7 @@ class OwnTerminal {
   void Type(const std::string& text) const {
     EXPECT_EQ(static_cast<ssize_t>(text.size()), write(other_, text.data(), text.size()));
   }
-  // What the person sees; to be asked while the other side is open.
+  // What the person sees; call it while the other side is open.
   [[nodiscard]] std::string Seen() const {
     EXPECT_EQ(0, fcntl(other_, F_SETFL, O_NONBLOCK));
     char text[256];

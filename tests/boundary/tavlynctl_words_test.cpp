@@ -1,4 +1,4 @@
-// What the tools say: error words in words, and nothing that a terminal obeys.
+// What the tools print: error words in words, and nothing that a terminal obeys.
 #include <algorithm>
 #include <fstream>
 #include <string>

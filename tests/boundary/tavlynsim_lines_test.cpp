@@ -44,7 +44,7 @@ TEST(TavlynsimLines, ReaderBehindAnEthernetAdapter) {
   EXPECT_EQ("tavlynsim: tavlynctl --ip 127.78.0.1:10001 watch\n", ended.err);
 }
 
-// The library loads a stand-in only when root alone can have put it there.
+// The library loads a stand-in only if root alone can have put it there.
 TEST(TavlynsimLines, BulkReader) {
   const Ended ended = RunLine(kRun + "--bulk --card 34120000:26" + kReader + " usb");
   if (Holds(ended.err, "belong to root")) {
@@ -85,7 +85,7 @@ TEST(TavlynsimLines, PortFolderOfTheUserIsUsed) {
   EXPECT_EQ(1, std::count(ended.out.begin(), ended.out.end(), '\n'));
 }
 
-// A folder of the user's with a port that has a name already.
+// A user's folder in which a port's name is already taken.
 Ended RunOver(const std::string& made, const std::string& command) {
   return RunLine("folder=$(mktemp -d); cd $folder; " + made + "; export TAVLYNAPI_PORT_DIR=$folder; " + kRun +
                  "--serial COM3 -- " + command +

@@ -1,4 +1,4 @@
-// tavlynsim and the stand-in as a program of another make sees them.
+// tavlynsim and the stand-in as an independent program sees them.
 #include <sys/stat.h>
 
 #include <cstdio>
@@ -144,11 +144,11 @@ TEST(Tavlynsim, CardsComeAgain) {
 
 class TavlynsimSocket : public SimulatedRun {};
 
-// The connections of programs that misbehave, beside that of one that does not.
+// The connections of programs that misbehave, alongside that of one that does not.
 TEST_F(TavlynsimSocket, OneProgramDoesNotHinderAnother) {
   const std::string told = folder_ / "told";
   ASSERT_EQ(0, mkfifo(told.c_str(), 0600));
-  // There until its input ends.
+  // Stays until its input ends.
   std::FILE* running = popen(
       (kSim + " run --device plus:2 -- sh -c 'echo $TAVLYNSIM_SOCKET >" + told + "; cat'").c_str(), "w");
   ASSERT_NE(nullptr, running);

@@ -1,11 +1,11 @@
-// Readers behind an Ethernet adapter, which is a TCP port of the loopback network.
+// Readers behind an Ethernet adapter, which is a TCP port on the loopback network.
 #include "tests/boundary/wire.h"
 
 namespace tavlyn::boundary {
 namespace {
 
-// Where nobody tells a MAC address: 2 ms, 50 ms for the first question, ten times 50 ms for the second. It is
-// asked for by each of the two ways to connect.
+// When nobody reports a MAC address: 2 ms, 50 ms for the first question, ten times 50 ms for the second. Each
+// of the two ways to connect asks for it.
 constexpr int kNoMac = 2 + 50 + 500;
 constexpr int kMac = 2 + 50;
 // Clearing the input, class byte, header, the wait for an answer: a read of nothing has five passes.
@@ -76,7 +76,7 @@ TEST_F(TcpWire, PeerThatClosesAtOnce) {
   EXPECT_EQ(0, CALL(library_, GetDevCnt)());
 }
 
-// Some commands into the configuration.
+// A few commands into the configuration.
 TEST_F(TcpWire, PeerThatClosesInTheMiddle) {
   const Ip ip{127, 3, 0, 6};
   line_.CutAfter(60);
@@ -89,7 +89,7 @@ TEST_F(TcpWire, PeerThatClosesInTheMiddle) {
   EXPECT_NE(0u, CALL(library_, GetLastLibErr)() & TAVLYN_ERR_COMMAND);
 }
 
-// A packet for each byte is no matter while the whole answer is there when it is read.
+// One packet per byte does not matter if the whole answer is there when it is read.
 TEST_F(TcpWire, PeerThatSendsByteByByte) {
   const Ip ip{127, 3, 0, 7};
   Answering slow(kPingAnswer);
@@ -98,7 +98,7 @@ TEST_F(TcpWire, PeerThatSendsByteByByte) {
   EXPECT_EQ(1, CALL(library_, GetDevCnt)());
 }
 
-// A read ends when half has come and counts the last piece alone, so an answer in pieces is none.
+// A read ends when half has arrived and counts only the last piece, so an answer in pieces does not count.
 TEST_F(TcpWire, PeerWhoseBytesTrickle) {
   const Ip ip{127, 3, 0, 8};
   Answering slow(kPingAnswer);

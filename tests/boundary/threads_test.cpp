@@ -21,7 +21,7 @@ constexpr int kRounds = 20;
 
 using Id = std::array<std::uint8_t, 32>;
 
-// What lies on each of the two readers.
+// The card on each of the two readers.
 struct Card {
   const char* laid;
   std::uint16_t bits;
@@ -29,13 +29,13 @@ struct Card {
 };
 constexpr std::array<Card, 2> kCards = {{{"1111111111:40", 40, 0x11}, {"22222222222222:56", 56, 0x22}}};
 
-// Past the time within which a reader is left alone; takes none (quick_time_linux.cpp).
+// Moves past the time within which a reader is left alone; takes no real time (quick_time_linux.cpp).
 void LetTimePass() {
   const timespec pause{0, 300'000'000};
   nanosleep(&pause, nullptr);
 }
 
-// The trace: every line comes whole, with its length.
+// The trace: every line arrives whole, with its length.
 std::atomic<int> lines = 0;
 void TakeLine(const char* line, std::uint64_t length) {
   const std::string_view text(line);
@@ -83,8 +83,8 @@ class Threads : public testing::Test {
     for (std::thread& thread : threads_) thread.join();
   }
 
-  // What comes is one reader's ID and no other byte. Without bits nothing comes, or what a reader told before
-  // it was taken away.
+  // The bytes are one reader's ID and nothing else. With no bits there is nothing, or what a reader reported
+  // before its card was taken away.
   template <typename Read>
   void Poll(Read read, std::int16_t room) {
     LetTimePass();
@@ -128,7 +128,7 @@ TEST_F(Threads, EveryGuardedExportAtOnce) {
   EXPECT_EQ(seen_[1], 0);
 }
 
-// Now the one is there and now the other, and in between none.
+// Now one is there and now the other, and neither in between.
 TEST_F(Threads, ReadersComeAndGo) {
   PollAllTheTime();
   Start([this] { EXPECT_LE(CALL(library_, ReadCfg)(), 1U); });

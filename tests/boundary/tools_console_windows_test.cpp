@@ -1,4 +1,4 @@
-// What a console asks of tavlynctl and tavlynsim, and what they take for one.
+// How tavlynctl and tavlynsim react to their console, and what they recognise as one.
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -13,7 +13,7 @@ namespace {
 
 constexpr int kEndedByCtrlC = static_cast<int>(0xC000013A);
 
-// A console of this test, which the programs that it starts then have too.
+// This test's own console, which the programs that it starts share.
 class ToolsOnConsole : public testing::Test {
  protected:
   void SetUp() override {
@@ -28,7 +28,7 @@ class ToolsOnConsole : public testing::Test {
 
   static void PressCtrlC() { EXPECT_TRUE(GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0)); }
 
-  // Begins in a program what the system does there when its console has an event. The result is the thread's.
+  // Does in a program what the system does when its console has an event. The result is the thread's.
   static HANDLE Happen(DWORD pid, DWORD event) {
     HANDLE process = OpenProcess(PROCESS_ALL_ACCESS, FALSE, pid);
     const auto routine = reinterpret_cast<LPTHREAD_START_ROUTINE>(
@@ -67,8 +67,8 @@ TEST_F(ToolsOnConsole, CtrlBreakEndsASimulation) {
   EXPECT_EQ(130, simulator.End().status);
 }
 
-// Windows ends a program whose console is closed as soon as its handler returns, before it has put its things
-// in order: the handler's thread is ended by the program.
+// Windows ends a program whose console is closed as soon as its handler returns, before the program has
+// cleaned up: so the program ends the handler's thread.
 TEST_F(ToolsOnConsole, AClosedConsoleLeavesTimeForAnOrderlyEnd) {
   const Begun simulator(kSim + " run --ethernet 127.0.0.75:10001");
   ASSERT_TRUE(simulator.Tells("127.0.0.75"));
@@ -93,7 +93,7 @@ TEST_F(ToolsOnConsole, ASecondCtrlCEndsTheSimulatorWhateverItsCommandDoes) {
   EXPECT_EQ(kEndedByCtrlC, simulator.End().status);
 }
 
-// A handle in the place of this program's standard output.
+// Replaces this program's standard output by a handle.
 bool IsTerminal(HANDLE stream) {
   HANDLE before = GetStdHandle(STD_OUTPUT_HANDLE);
   SetStdHandle(STD_OUTPUT_HANDLE, stream);

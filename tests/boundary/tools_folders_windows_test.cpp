@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 
 class ToolsInFolders : public testing::Test {
  protected:
-  // In no single code page but UTF-8.
+  // These characters share no code page but UTF-8.
   void SetUp() override {
     ASSERT_EQ(UINT{CP_UTF8}, GetACP());
     fs::create_directories(folder_);

@@ -45,7 +45,7 @@ TEST(ToolsOnWindows, CardIsRead) {
   EXPECT_EQ(5, Simulated("--device plus:2", "read --timeout 1").status);
 }
 
-// The cards come again until a busy machine has seen them, and stay until they have been read.
+// The cards repeat until a busy machine has seen them, and stay until they have been read.
 TEST(ToolsOnWindows, InputReportsTellOfCards) {
   const Ended ended = Simulated(
       "--device plus:2@7A31:3BFB --card 0A:8 --card 0B0C:16 --on 4000 --off 900 --repeat", "watch --count 4");
@@ -70,7 +70,7 @@ TEST(ToolsOnWindows, ReaderBehindAnAdapterIsRead) {
   EXPECT_TRUE(Holds(ended.err, "tavlynctl --ip 127.0.0.73:10001 watch")) << ended.err;
 }
 
-// Wine opens a port that is open, so that one that is held cannot be shown here.
+// Wine opens a port that is already open, so a port held by another program cannot be tested here.
 TEST(ToolsOnWindows, PortsAndAdaptersWithoutAReaderAreToldApart) {
   const Ended missing = RunLine(kCtl + " --com 77 list");
   EXPECT_EQ(2, missing.status);
@@ -115,7 +115,7 @@ TEST(ToolsOnWindows, AddressOfAnotherMachineIsRefused) {
   EXPECT_EQ(125, RunLine(kSim + " run --ethernet 192.0.2.1:10001 -- cmd /c exit 0").status);
 }
 
-// Beside its place first, which is then taken over from the file that was there.
+// Written under a temporary name first, then moved over the old file.
 TEST(ToolsOnWindows, ASavedFileTakesItsPlace) {
   const std::filesystem::path folder = std::filesystem::temp_directory_path() / "tavlyn-saved";
   std::filesystem::create_directories(folder);

@@ -1,4 +1,4 @@
-// The udev rules give rights for what the library takes for its own by default, and for nothing else.
+// The udev rules give access to what the library accepts as its own by default, and to nothing else.
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -21,8 +21,7 @@ std::string Named(unsigned vid, unsigned pid) {
   return text;
 }
 
-// A rule names identities and gives the right to them, nothing else; a line of another form is not
-// understood.
+// A rule names identities and gives access to them, nothing else; a line of another form is not understood.
 Identities OfRule(const std::string& line) {
   static const std::regex form(
       R"re(KERNEL=="hidraw\*", ATTRS\{idVendor\}=="(\w{4})", ATTRS\{idProduct\}=="([\w|]+)", TAG\+="uaccess")re");

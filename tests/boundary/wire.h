@@ -53,7 +53,7 @@ class Wire : public testing::Test {
     EXPECT_EQ(before, OpenHandles());
   }
 
-  // Since the test has begun, in the whole process.
+  // Since the test began, in the whole process.
   [[nodiscard]] int NewConnects() const { return Connects() - connectsBefore_; }
   [[nodiscard]] int NewDatagrams() const { return Datagrams() - datagramsBefore_; }
 
@@ -68,10 +68,10 @@ class Wire : public testing::Test {
   int datagramsBefore_ = 0;
 };
 
-// To a ping, and to every other frame.
+// The answers to a ping and to every other frame.
 inline const Bytes kPingAnswer{0x04, 1, 2, 3, 4, 0x90, 0x00};
 
-// What an adapter at this address answers when it is asked for its kind.
+// An adapter's answer at this address when it is asked for its kind.
 inline Bytes DiscoveryReply(Ip ip) {
   Bytes reply(128);
   const std::string head = std::string("RFIDDISC\x02\x00\xF4\xF0\xF2\xF0", 14) + "-Kestrin/Wedge";

@@ -1,4 +1,4 @@
-// Paths and contents that no sensible caller hands over.
+// Paths and contents that no sensible caller passes.
 #include <chrono>
 #include <random>
 #include <string>
@@ -34,7 +34,7 @@ class BadFiles : public FileBench {
     EXPECT_EQ(WriteDevCfgToSecureFile(path), 0x8001U);
     ExpectTraffic({});
   }
-  // Root may do everything, so that nothing would be refused.
+  // Root may do everything, so nothing would be refused.
   static bool MayEverything(const fs::path& folder) {
     const fs::path probe = folder / "probe";
     Store(probe, "x");
@@ -42,7 +42,7 @@ class BadFiles : public FileBench {
     return std::ifstream(probe).is_open();
   }
 
-  // Long contents must not take longer than they are: nothing here is quadratic.
+  // Long contents must not take disproportionately long: nothing here is quadratic.
   template <typename Call>
   void ExpectQuick(Call call) {
     const auto start = std::chrono::steady_clock::now();
@@ -141,7 +141,7 @@ TEST_F(BadFiles, ALineOfAMegabyte) {
   });
 }
 
-// Only what is no regular file need not end.
+// Only a file that is not regular may never end.
 TEST_F(BadFiles, MoreThanAMillionLines) {
   std::string lines;
   for (int line = 0; line < (1 << 20) + 5; ++line) lines += "x\n";
@@ -169,13 +169,13 @@ TEST_F(BadFiles, FiftyMegabytesOfGarbage) {
 }
 
 #if defined(__linux__)
-// A device in a file's place never ends; the calls do.
+// A device in place of a file never ends; the calls do.
 TEST_F(BadFiles, DevicesThatNeverEnd) {
   ExpectQuick([] {
     EXPECT_EQ(CheckTamperedFile("/dev/zero", 0), 0U);
     EXPECT_EQ(CheckTamperedFile("/dev/zero", 2), 0U);
     EXPECT_EQ(ReadDevCfgFmFile("/dev/zero"), 0U);
-    // The save itself is told by its open alone, and a trailer that cannot be added goes unreported.
+    // The save reports only a failed open, and a trailer that cannot be added goes unreported.
     EXPECT_EQ(WriteDevCfgToSecureFile("/dev/full"), 1U);
   });
 }

@@ -39,7 +39,7 @@ inline std::string BleFile(const BleKind& kind, const std::string& lines) {
   return BleOf(BleHead(kind) + lines + BleTail(kind));
 }
 
-// The same as a save leaves it on the disk: the sum is that of the bytes there.
+// The same as a save leaves it on disk: the CRC is that of the bytes there.
 inline std::string SavedBleFile(const BleKind& kind, const std::string& lines) {
   const std::string body = OnDisk(BleHead(kind) + lines + BleTail(kind) + kPlainMarker);
   return body + "iEndOfHwgFile=" + SumText(body);

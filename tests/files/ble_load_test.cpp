@@ -17,20 +17,20 @@ class BleLoad : public BleBench {
     Store(File(), text);
     return WriteBLEKeyToReader(File().c_str());
   }
-  // Refused behind the test of the trailer.
+  // Refused after the check of the trailer.
   void ExpectRefused(const std::string& text, const BleKind& kind = kKeyKind) {
     Entry().LastLibErr = 5;
     EXPECT_EQ(kind.number == kKeyKind.number ? LoadKey(text) : LoadData(text), 0x8001U) << text;
     ExpectUntouched(0x30000001);
   }
-  // A key block as it is stored when a load has been given these lines.
+  // The key block that is stored when these lines are loaded.
   void ExpectKey(const std::string& lines, Bytes wanted) {
     wanted.resize(128);
     EXPECT_EQ(LoadKey(BleFile(kKeyKind, lines)), 1U) << lines;
     EXPECT_EQ(KeyOf(Memory().storedBle), wanted) << lines;
     ForgetTraffic();
   }
-  // With a file that is there: nothing is sent after the exchange that failed, and no wait follows it.
+  // With an existing file: nothing is sent after the exchange that failed, and no wait follows it.
   void ExpectAFaultToEndIt(std::uint32_t (*load)(const char*)) {
     WithAFaultAtEach([&] { return load(File().c_str()); },
                      [&](std::size_t, const std::string& line, std::uint32_t result) {
@@ -106,7 +106,7 @@ TEST_F(BleLoad, EveryFlippedBitOfTheCoveredPartIsRefused) {
   const std::size_t value = whole.rfind('\n') + 1;
   Entry().LastLibErr = 5;
   for (std::size_t at = 0; at < whole.size(); ++at) {
-    if (at >= value && at < value + std::string("iEndOfHwgFile").size()) continue;  // its case is free
+    if (at >= value && at < value + std::string("iEndOfHwgFile").size()) continue;  // ignores case
     for (int bit = 0; bit < 8; ++bit) {
       std::string changed = whole;
       changed[at] = static_cast<char>(changed[at] ^ 1 << bit);
@@ -139,7 +139,7 @@ TEST_F(BleLoad, TheTitleStandsWithinTheFirst128Bytes) {
       BleHead(kKeyKind).substr(std::string(kTitleLine).size()) + HexLines(key) + BleTail(kKeyKind);
   ExpectRefused(BleOf(rest));
   ExpectRefused(BleOf("\n" + rest));
-  // As far back as it may stand, and one byte further; in place of the first version line.
+  // As far back as it may be, and one byte further; in place of the first version line.
   const std::string title = kTitleLine;
   rest.erase(0, rest.find('\n') + 1);
   const std::size_t before = 128 - (title.size() - 2) - std::string("/\n/").size();
@@ -169,11 +169,11 @@ TEST_F(BleLoad, TheNinthLineBeginsTheBlock) {
   EXPECT_EQ(load("BEGIN  sFldBleData2"), 0x8001U);
   EXPECT_EQ(load("BEGIN sFldBleData2 BEGIN sFldBleData1"), 0x8001U) << "the data's name goes first";
   EXPECT_EQ(WriteBLEDataToReader(File().c_str()), 1U);
-  // A line that is longer than its room counts as several.
+  // A line that is longer than its buffer counts as several.
   const std::string wide =
       title + std::string(130, ' ') + "\n" + std::string(5, '\n') + "BEGIN sFldBleData2\n";
   EXPECT_EQ(LoadKey(BleOf(wide + "END\n")), 1U);
-  // The room is for 127 characters and a terminator.
+  // The buffer holds 127 characters and a terminator.
   const std::string full =
       title + std::string(126, ' ') + "\n" + std::string(6, '\n') + "BEGIN sFldBleData2\n";
   EXPECT_EQ(LoadKey(BleOf(full + "END\n")), 1U);
@@ -205,12 +205,12 @@ TEST_F(BleLoad, TheEndOfTheBlock) {
   ExpectKey("1\nthe ENDING\nx\n", {1});
   ExpectKey("1\n/ END\n2\n", {1, 2});
   ExpectKey("", {});
-  // Also where it stands on the line that begins the block.
+  // Also on the line that begins the block.
   EXPECT_EQ(LoadKey(BleOf(kTitleLine + std::string(7, '\n') + "BEGIN sFldBleData2 END\n1\nx\n")), 1U);
   EXPECT_EQ(KeyOf(Memory().storedBle), Bytes(128));
 }
 
-// Any line that is not for people begins the block, and the ninth is then one of data.
+// Any line that is not a comment begins the block, and the ninth is then data.
 TEST_F(BleLoad, ALineInFrontOfTheBlock) {
   const std::string begin = "BEGIN sFldBleData2\n1\nEND\n";
   EXPECT_EQ(LoadKey(BleOf(kTitleLine + std::string(6, '\n') + "/ a comment\n" + begin)), 1U);
@@ -218,7 +218,7 @@ TEST_F(BleLoad, ALineInFrontOfTheBlock) {
   ExpectRefused(BleOf(kTitleLine + std::string(6, '\n') + "1\n" + begin));
 }
 
-// Without one the trailer's value is taken for data, unless there is no room for any.
+// Without one the trailer's value is taken as data, unless there is no room for any.
 TEST_F(BleLoad, ABlockWithoutAnEnd) {
   ExpectRefused(BleOf(BleHead(kKeyKind) + HexLines(key)));
   EXPECT_EQ(LoadData(BleOf(BleHead(kDataKind) + HexLines(data))), 1U);
@@ -233,7 +233,7 @@ TEST_F(BleLoad, MissingBytesGoOutAsZeros) {
 }
 
 TEST_F(BleLoad, MoreBytesThanTheBlockHas) {
-  // The bound is looked at where a line begins: what stands behind it there is scanned all the same.
+  // The bound is checked where a line begins: what follows on that line is scanned all the same.
   std::string lines = HexLines(data);
   EXPECT_EQ(LoadData(BleFile(kDataKind, lines + "no number\n")), 1U);
   ForgetTraffic();
@@ -266,8 +266,8 @@ TEST_F(BleLoad, AChangedByteOfADataFileReachesNoReader) {
   ExpectUntouched(0x91000005);
 }
 
-// A comment more moves the line that tells the kind; a comment in place of another does not, once the file is
-// sealed anew.
+// An additional comment moves the line that gives the kind; a comment in place of another does not, once the
+// file is sealed again.
 TEST_F(BleLoad, ACommentInFrontOfTheBlock) {
   const std::string rest = HexLines(data) + BleTail(kDataKind);
   const std::string comment = "/ of the front door\n";

@@ -55,7 +55,7 @@ TEST_F(BleSave, ASaveReplacesWhatWasThere) {
   EXPECT_EQ(Fetch(File()), SavedBleFile(kKeyKind, HexLines(KeyOf(Memory().ble))));
 }
 
-// A reply is taken for what it holds, whatever stands in front of it.
+// A reply's contents are used, whatever comes before them.
 TEST_F(BleSave, NothingThatIsRepeatedIsLookedAt) {
   reader->faults.AnswerWith({0x89, 0x10}, {1, 2, 3, 4, 5, 6, 7, 8});
   EXPECT_EQ(SaveKey(), 1U);
@@ -65,7 +65,7 @@ TEST_F(BleSave, NothingThatIsRepeatedIsLookedAt) {
   EXPECT_EQ(Fetch(File()), SavedBleFile(kKeyKind, HexLines(bytes)));
 }
 
-// The file is whole all the same, with zeros for what did not come.
+// The file is complete all the same, with zeros for what did not arrive.
 TEST_F(BleSave, AFaultAtEachExchangeOfAKey) {
   WithAFaultAtEach([&] { return SaveKey(); },
                    [&](std::size_t number, const std::string& line, std::uint32_t result) {
@@ -110,7 +110,7 @@ TEST_F(BleSave, FilesThatCannotBeOpened) {
   ExpectUntouched(0);
 }
 
-// While the reader is asked the current folder becomes one in which a folder has the file's name.
+// While the reader is asked, the current folder changes to one in which a folder has the file's name.
 TEST_F(BleSave, ATrailerThatCannotBeAdded) {
   const auto here = std::filesystem::absolute(Folder());
   const auto elsewhere = here / "elsewhere";

@@ -1,4 +1,4 @@
-// The sum itself, whole files, and the trailers that are added.
+// The CRC itself, whole files, and the trailers that are added.
 #include "files/crc.h"
 
 #include <memory>

@@ -1,4 +1,4 @@
-// Files on the bench: a folder of the test's own, readers with distinct contents, and an independent sum.
+// Files on the bench: the test's own folder, readers with distinct contents, and an independent CRC.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -58,7 +58,7 @@ inline const std::string kIniMarker = "[EOF]\r\n";
 inline std::string SecureOf(const std::string& body) {
   return body + kBlankMarker + "iEndOfHwgFile = " + SumText(body);
 }
-// What a secure save leaves on the disk: the sum is that of the bytes there.
+// What a secure save leaves on disk: the CRC is that of the bytes there.
 inline std::string SavedSecureOf(const std::string& text) {
   const std::string body = OnDisk(text);
   return body + OnDisk(kBlankMarker) + "iEndOfHwgFile = " + SumText(body);
@@ -103,7 +103,7 @@ class FileBench : public Bench {
     Store(At("load.txt"), text);
     return ReadDevCfgFmFile(File("load.txt").c_str());
   }
-  // Behind a title line.
+  // After a title line.
   std::uint32_t LoadLines(const std::string& lines) { return Load(kTitleLine + lines); }
 
   std::string Save() {

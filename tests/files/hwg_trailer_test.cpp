@@ -1,4 +1,4 @@
-// The trailer of template files and BLE files: what passes, and that nothing else does.
+// The trailer of template files and BLE files: what passes, and nothing else does.
 #include <functional>
 #include <string>
 
@@ -14,7 +14,7 @@ bool IsLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
 
 class HwgTrailer : public FileBench {
  protected:
-  // Turns over bits of every byte in turn; `passes` tells for which place and new byte a file stays good.
+  // Flips bits of every byte in turn; `passes` says for which place and new byte a file stays valid.
   void FlipEveryByte(const std::string& text, const std::function<bool(std::size_t, char)>& passes) {
     ASSERT_TRUE(Intact(text));
     for (std::size_t at = 0; at < text.size(); ++at) {
@@ -154,7 +154,7 @@ TEST_F(HwgTrailer, NameAndValueDecideNotTheForm) {
 }
 
 TEST_F(HwgTrailer, DigitsAreUpperCaseAndEight) {
-  // This body's sum has letters and begins with a zero.
+  // This body's CRC has letters and begins with a zero.
   std::string body;
   for (int number = 0;
        !SumText(body).starts_with("0") || SumText(body).find_first_of("ABCDEF") == std::string::npos;

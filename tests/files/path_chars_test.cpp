@@ -1,4 +1,4 @@
-// Saving and loading for callers that hand over the path character by character.
+// Saving and loading for callers that pass the path character by character.
 #include <string>
 
 #include "tests/files/file_bench.h"

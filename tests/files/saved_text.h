@@ -1,4 +1,4 @@
-// What a save of DistinctReader() must hold, letter by letter.
+// What a save of DistinctReader() must contain, letter by letter.
 #pragma once
 
 namespace tavlyn::test {

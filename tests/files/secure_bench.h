@@ -14,7 +14,7 @@ inline std::string PacketText(sim::Bytes packet) {
   return sim::TrimmedHexText(packet);
 }
 
-// A packet that the reader repeats.
+// A packet that the reader echoes.
 inline Lines Echoed(const sim::Bytes& packet) {
   const std::string text = PacketText(packet);
   return {"set " + text, "get " + text};
@@ -22,7 +22,7 @@ inline Lines Echoed(const sim::Bytes& packet) {
 
 inline const Lines kStored = {"set 89 90 00 FF", "get 89 90 00 FF", "sleep 500", "set 90"};
 
-// The blocks of a payload, each repeated.
+// The blocks of a payload, each echoed.
 inline Lines Blocks(const sim::Bytes& payload) {
   Lines lines;
   for (std::size_t at = 0; at < payload.size(); at += 4) {
@@ -51,13 +51,13 @@ class SecureBench : public FileBench {
   }
   sim::SecureMemory& Memory() { return reader->state.secure; }
 
-  // Lets one exchange of the next call fail for good, given as a line of its good traffic.
+  // Makes one exchange of the next call fail permanently, given as a line of its good traffic.
   void RefuseExchange(int number, const std::string& line) {
     reader->faults.Restart();
     reader->faults.RefuseAt(number, line.starts_with("set") ? 6 : 1);
   }
-  // Runs a call with a fault at each exchange in turn; check is handed the number, from 0, and what was to
-  // be exchanged.
+  // Runs a call with a fault at each exchange in turn; check gets its number, from 0, and what should have
+  // been exchanged.
   template <typename Call, typename Check>
   void WithAFaultAtEach(Call call, Check check) {
     ForgetTraffic();

@@ -9,7 +9,7 @@ using sim::Reader;
 
 const std::string kHead = "[Blob1]\r\n";
 
-// An item of three lines, in the way another tool writes them.
+// An item of three lines, as another tool writes them.
 std::string ItemText(const std::string& header, const std::string& data) {
   return kHead + "hdr=" + header + "\r\ndata=" + data + "\r\n";
 }
@@ -19,7 +19,7 @@ const std::string kBad = ItemText("21 7 5 9", "1 2 3 4");
 
 class IniFiles : public SecureBench {
  protected:
-  // As it stands, and sealed.
+  // As it is, and sealed.
   std::uint32_t LoadRaw(const std::string& text) {
     Store(At("keys.ini"), text);
     return LoadIniFile(File("keys.ini").c_str());
@@ -116,7 +116,7 @@ TEST_F(IniFiles, BytesThatDoNotAddUp) {
   }
 }
 
-// What stands behind a blank at the end of a line is a byte, and so is nothing before a carriage return.
+// A blank before the carriage return, or nothing at all before it, counts as one more byte.
 TEST_F(IniFiles, StrayBytes) {
   EXPECT_EQ(Load(ItemText("20 7 6 9", "1 2 3 4 5 ")), 1U);
   ExpectTraffic(Written({0x20, 7, 6, 9, 1, 2, 3, 4, 5, 0}));
@@ -157,7 +157,7 @@ TEST_F(IniFiles, TheLongestLine) {
   EXPECT_EQ(Load(ItemText("20 7 53 9", data)), 1U);
   EXPECT_EQ(Memory().storedItems.at({0x20, 7, 9}), Bytes(83, 0xAA));
   ForgetTraffic();
-  // The rest is a line of its own, out of place; half a number is one too.
+  // The rest is a line of its own, out of place; half a number counts as a number.
   Bytes cut(88, 0xAA);
   std::copy_n(Bytes{0x20, 7, 0x54, 9}.begin(), 4, cut.begin());
   cut.back() = 0x0A;
@@ -211,7 +211,7 @@ TEST_F(IniFiles, FilesThatAreNone) {
   ExpectUntouched(0x91000005);
 }
 
-// The check and the load cut a long line differently: what a NUL hides from the sum is never taken for a
+// The check and the load cut a long line differently: what a NUL hides from the CRC is never taken for a
 // line.
 TEST_F(IniFiles, ANulEndsALine) {
   const std::string covered = kGood + kHead + "hdr=20 7 1 9";

@@ -80,13 +80,13 @@ TEST_F(WriteItems, OnlyIntoACardReader) {
   shared.DevCnt = 1;
 }
 
-// A lost header does not stop the blocks. This reader then repeats none of them, so that nothing is saved.
+// A lost header does not stop the blocks. This reader then echoes none of them, so nothing is saved.
 TEST_F(WriteItems, AFaultAtEachExchange) {
   struct Expected {
     std::uint32_t result;
     std::uint32_t error;
     Lines trace;
-    int sends;  // of packets that went over
+    int sends;  // of packets that were sent
   };
   const std::vector<Expected> expected = {
       {0, 0, {}, 2},                               // header not sent
@@ -196,7 +196,7 @@ class ReadItems : public SecureBench {
     out.assign(24, 0xEE);
   }
   std::uint32_t Read() { return ReadSecureData(header.data(), out.data()); }
-  // What stands in front of the bytes that nobody touched.
+  // What comes before the bytes that nobody touched.
   void ExpectOut(const Bytes& wanted) {
     EXPECT_EQ(Bytes(out.begin(), out.begin() + static_cast<std::ptrdiff_t>(wanted.size())), wanted);
     for (std::size_t at = wanted.size(); at < out.size(); ++at) EXPECT_EQ(out[at], 0xEE) << at;
@@ -264,7 +264,7 @@ TEST_F(ReadItems, AnItemThatIsNotThere) {
   ExpectOut({});
 }
 
-// Blocks behind one that failed move up, and the end is zeros.
+// Blocks after one that failed move up, and the end is zeros.
 TEST_F(ReadItems, ABlockThatDoesNotCome) {
   reader->faults.RefuseReply({0x89, 0x10, 0, 2}, 1);
   EXPECT_EQ(Read(), 1U);

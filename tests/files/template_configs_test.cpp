@@ -89,7 +89,7 @@ TEST_F(TemplateConfigs, CardLinesOfEveryKind) {
   }
 }
 
-// The reader counts as a plain one by now, so that no configuration can be made the active one.
+// By now the reader counts as a plain one, so no configuration can be made active.
 TEST_F(TemplateConfigs, CardLinesBelongToTheirConfigurationAlsoWhenItCannotBeSelected) {
   UsePlus(3);
   ASSERT_EQ(SetActConfig(1), 1U);
@@ -114,7 +114,7 @@ TEST_F(TemplateConfigs, TheLineBehindTheCardLinesIsTheSeparatorWhateverItSays) {
 
 TEST_F(TemplateConfigs, ALongCardLineEndsWhereItsBufferDoes) {
   UsePlus(2);
-  // 256 characters of the rest are passed over; the 257th begins the next line.
+  // 256 characters of the rest are skipped; the 257th begins the next line.
   const std::string rest(256, 'x');
   EXPECT_EQ(
       LoadLines(std::string(kBlockEnd) + "CardType: 1" + rest + "CardPriority: 7\n##\niTotalBitCnt = 41\n"),

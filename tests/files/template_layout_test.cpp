@@ -1,4 +1,4 @@
-// The separator data in the file: how its first bytes divide it, and what is printed from behind it.
+// The separator data in the file: how its first bytes divide it, and what is printed from after it.
 #include <string>
 
 #include "tests/files/file_bench.h"
@@ -165,7 +165,7 @@ TEST_F(TemplateLayout, LessThanOneLineTooManyPrintsNone) {
 }
 
 TEST_F(TemplateLayout, OneLineTooManyPrintsSixteen) {
-  // 4 + 31 * 4 + 8: a remainder of -1 line counts as very many. What is behind the hash keys shows as zeros.
+  // 4 + 31 * 4 + 8: a remainder of -1 line counts as very many. What follows the hash keys shows as zeros.
   std::string fields;
   for (int definition = 0; definition < 31; ++definition) fields += Row(4, 4 + 4 * definition);
   std::string seps;
@@ -179,7 +179,7 @@ TEST_F(TemplateLayout, EveryDivisionSavesWithoutLeavingTheSlot) {
   for (int b0 = 0; b0 < 16; ++b0) {
     for (int b1 = 0; b1 < 256; b1 += 23) {
       for (const int b2 : {0x00, 0x1F, 0x3E, 0xF1, 0xFF}) {
-        // The first byte must not be 0 or 12, which a reader's read takes otherwise.
+        // The first byte must not be 0 or 12, which a read interprets differently.
         const auto first = static_cast<std::uint8_t>(0x10 + b0);
         const std::string text =
             Saved(Counting({first, static_cast<std::uint8_t>(b1), static_cast<std::uint8_t>(b2), 0x10}));

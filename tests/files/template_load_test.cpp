@@ -1,4 +1,4 @@
-// Loading a template: which lines count, and which blocks are then written.
+// Loading a template: which lines have an effect, and which blocks are then written.
 #include <string>
 
 #include "tests/files/file_bench.h"
@@ -179,7 +179,7 @@ TEST_F(TemplateRead, LongLinesArriveInPieces) {
   ExpectBitStrmTO(100, comment.substr(1) + "iBitStrmTO = 8\n");
   const std::string blanks(113, ' ');
   ExpectBitStrmTO(8, blanks + "iBitStrmTO = 8\n");
-  // The piece ends behind the first digit of 12.
+  // The piece ends after the first digit of 12.
   ExpectBitStrmTO(1, blanks + "iBitStrmTO = 12\n");
   const std::string twice = comment + "/" + std::string(126, 'c');
   ExpectBitStrmTO(8, twice + "iBitStrmTO = 8\n");

@@ -43,7 +43,7 @@ TEST_F(TemplateWrite, ReplacesALongerFile) {
 TEST_F(TemplateWrite, NibblesAboveNineTakeTwoDigits) {
   UseDistinct();
   reader->state.did = 0xF0A9;
-  // The heading stands in the file before the reader is asked, and so shows the number known until then.
+  // The heading is written before the reader is asked, and so has the number known by then.
   EXPECT_EQ(ReadCfg(), 1U);
   EXPECT_NE(Save().find(OnDisk("\n:Device FW Version: 150.109 \n")), std::string::npos);
   reader->state.did = 0x0000;

@@ -15,7 +15,7 @@ class TemplateSep : public FileBench {
     Use(Reader::Plain());
     ResetArea();
   }
-  // Each byte of the area is its own place, but for the format byte and the number of pages.
+  // Each byte of the area is its own position, except for the format byte and the number of pages.
   static std::uint8_t Original(std::size_t at) {
     return static_cast<std::uint8_t>(at == 0 ? 0x24 : at == 3 ? 0x10 : at);
   }
@@ -27,7 +27,7 @@ class TemplateSep : public FileBench {
   void LoadBlock(const std::string& data) {
     EXPECT_EQ(LoadLines("BEGIN sFldSepData\n" + data + "END sFldSepData\n"), 1U);
   }
-  // The first bytes of the slot's area behind a load of this block.
+  // The first bytes of the slot's area after a load of this block.
   void ExpectArea(const std::string& data, std::initializer_list<int> bytes) {
     ResetArea();
     LoadBlock(data);

@@ -18,7 +18,7 @@ class Buffer {
   explicit Buffer(std::size_t size) : bytes_(new std::uint8_t[size]), size_(size) { Fill(); }
   void Fill() { std::fill_n(bytes_.get(), size_, std::uint8_t{0xEE}); }
   std::uint8_t* get() { return bytes_.get(); }
-  // The first bytes of the card and zeros behind them.
+  // The first bytes of the card, then zeros.
   [[nodiscard]] bool Holds(const Bytes& card, std::size_t count) const {
     for (std::size_t at = 0; at < size_; ++at) {
       const std::uint8_t expected = at < count && at < card.size() ? card[at] : std::uint8_t{0};

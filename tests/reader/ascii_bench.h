@@ -17,13 +17,13 @@ inline const std::string kAsciiList = "RFID:VAR\r";
 inline const std::string kAsciiVersion = "\rRFID:DEV.VER\r";
 inline const std::string kAsciiId = "\rRFID:QID.ID\r";
 
-// Keeps what it is sent and answers each query once its line is complete.
+// Records what it is sent and answers each query once its line is complete.
 class AsciiReader final : public sim::ByteDevice {
  public:
   std::string variables;
   std::string version;
   std::string id;
-  std::string acknowledge = kAsciiPrompt;  // behind each assignment
+  std::string acknowledge = kAsciiPrompt;  // after each assignment
   std::string received;
 
   void Receive(std::span<const std::uint8_t> bytes) override {
@@ -55,7 +55,7 @@ class AsciiReader final : public sim::ByteDevice {
   std::deque<std::uint8_t> out_;
 };
 
-// The writes of a text as it is paced.
+// The writes of a paced text.
 inline Lines TextLines(const std::string& text) {
   Lines lines;
   for (std::size_t at = 0; at < text.size();) {
@@ -70,7 +70,7 @@ inline Lines TextLines(const std::string& text) {
   return lines;
 }
 
-// A listing of variables, filled up to that size; the prompt is at its end.
+// A listing of variables, padded to that size; the prompt is at its end.
 inline std::string Listing(const std::string& lines, std::size_t size = 1000) {
   std::string text = lines;
   const std::size_t filled = size - kAsciiPrompt.size();

@@ -1,4 +1,4 @@
-// Reading the configuration in the text dialect: the exchange, every key, and what bad answers leave.
+// Reading the configuration in the text dialect: the exchange, every key, and what bad answers change.
 #include <gtest/gtest.h>
 
 #include "api.h"

@@ -1,4 +1,4 @@
-// Writing the configuration in the text dialect: every line in its order, and what does not count.
+// Writing the configuration in the text dialect: every line in order, and what has no effect.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -27,7 +27,7 @@ class AsciiConfigWrite : public AsciiBench {
     Slot().record = {};
     ForgetTraffic();
   }
-  // The values behind chr.1, chr.2 and chr.3 of a write.
+  // The values after chr.1, chr.2 and chr.3 in a write.
   Lines WrittenCharacters() {
     ascii.received.clear();
     EXPECT_EQ(WriteCfg(), 1U);

@@ -1,4 +1,4 @@
-// Beep, LEDs and factory reset in the text dialect; everything else goes on in frames.
+// Beep, LEDs and factory reset in the text dialect; everything else still uses frames.
 #include <gtest/gtest.h>
 
 #include "links/serial_port.h"

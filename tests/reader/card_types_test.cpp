@@ -56,7 +56,7 @@ TEST_F(CardTypes, ATypeOfDroppedBitsAloneIsStoredAs0) {
   EXPECT_EQ(IsCardTypeInList(3), 1U) << "all entries are compared";
 }
 
-// Its fetches are a byte short, which is left as the caller has it.
+// Its fetches are a byte short; that byte of the caller's buffer does not change.
 class ShortOfAByte final : public sim::HidDevice {
  public:
   explicit ShortOfAByte(std::shared_ptr<Reader> whole) : whole_(std::move(whole)) {}

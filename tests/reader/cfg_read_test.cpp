@@ -106,7 +106,7 @@ TEST_F(CfgRead, ASuccessCleansTheSlotButForBlock2) {
   EXPECT_EQ(slot.bDirtyDisp, 0U);
 }
 
-// Exchanges of one configuration of a plain reader by the pair of reports that they belong to.
+// Exchanges of one configuration of a plain reader, by the pair of reports that they belong to.
 enum PairOf {
   kIdentityPair = 1,
   kLastBlock = 5,
@@ -273,7 +273,7 @@ TEST_F(CfgRead, AFailureSkipsTheReadsButNotTheSelections) {
 TEST_F(CfgRead, ConfigurationsReadBeforeAFailureStay) {
   Use(Reader::Plus(2));
   for (tsCfgSlot& slot : Entry().CfgSlot) slot.bCfgLoaded = 0;
-  // The second identity: behind 2 + 2 + 2 + 62 reports of configuration 1 and the selection of 0.
+  // The second identity: after 2 + 2 + 2 + 62 reports of configuration 1 and the selection of 0.
   reader->faults.Restart();
   reader->faults.RefuseAt(6 + 62 + 6 + 2);
   EXPECT_EQ(ReadCfg(), 0U);
@@ -307,10 +307,10 @@ TEST_F(CfgRead, AReaderThatBecomesUnknownOnTheWayGetsNoCardTypes) {
   EXPECT_EQ(Entry().PlusState, kPlusUnknown);
 }
 
-// Of one configuration of a plus reader: selection, query, card type, the reports of a plain reader.
+// For one configuration of a plus reader: selection, query, card type, the reports of a plain reader.
 constexpr int kOnePass = 6 + 62;
 
-// It is plain when the query cannot be sent. What is left of the walk reads the same slot over again, and
+// If the query cannot be sent the reader counts as plain. The rest of the walk reads the same slot again and
 // selects nothing.
 TEST_F(CfgRead, AReaderThatTurnsPlainInTheMiddle) {
   Use(Reader::Plus(3));
@@ -335,7 +335,7 @@ TEST_F(CfgRead, AReaderThatTurnsPlainInTheMiddle) {
   EXPECT_EQ(GetActConfig(), 0);
 }
 
-// It is not known when the reply is lost, and is asked again for the next configuration.
+// If the reply is lost it is not known, and is asked for again with the next configuration.
 TEST_F(CfgRead, AReaderThatIsUnknownInTheMiddle) {
   Use(Reader::Plus(3));
   Entry().ActConfig = 2;
@@ -370,7 +370,7 @@ TEST_F(CfgRead, AFailureAtAnyExchangePutsTheSelectionBack) {
     reader->faults.Restart();
     reader->faults.RefuseAt(exchange, exchange % 2 == 1 ? 6 : 1);
     ReadCfg();
-    // A reader that is no longer taken for a plus reader is not told to select; its second walk is then one
+    // A reader that no longer counts as a plus reader is not told to select; its second walk is then one
     // pass, and the number stays as the walk left it.
     if (Entry().PlusState != kPlusReader) continue;
     EXPECT_EQ(Entry().ActConfig, 1) << exchange;

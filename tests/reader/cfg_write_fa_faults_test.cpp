@@ -22,7 +22,7 @@ class CfgWriteFaFaults : public BesideLine {
     bytes = line->faults.Exchanges();
     written_ = reader->state;
   }
-  // The reader as it came from the factory, the mirror of both configurations changed.
+  // The reader fresh from the factory, the mirror of both configurations changed.
   void Begin() {
     Heal();
     reader->state = factory_;
@@ -53,7 +53,7 @@ class CfgWriteFaFaults : public BesideLine {
     Entry().ActConfig = 0;
     Entry().bSepFldCapable = Entry().bPartNumberPending = 1;
   }
-  // The line works again and what the reader kept can be read.
+  // The line works again and what the reader has stored can be read.
   void ExpectReadable() {
     Heal();
     EXPECT_EQ(ReadCfg(), 1U);
@@ -73,7 +73,7 @@ class CfgWriteFaFaults : public BesideLine {
       }
       EXPECT_TRUE(kept.separated == old.separated || kept.separated == fresh.separated);
       EXPECT_TRUE(kept.hashKeys == old.hashKeys || kept.hashKeys == fresh.hashKeys);
-      // The first block of a configuration does not come without the others of its commit.
+      // The first block of a configuration never arrives without the others of its commit.
       if (kept.blocks[0] == old.blocks[0]) {
         EXPECT_EQ(kept.blocks, old.blocks);
       } else {

@@ -15,7 +15,7 @@ using sim::Reader;
 Lines Sent(const std::string& header, const std::string& data) {
   return FrameLines(header, {"read " + header.substr(0, 2), "write " + data, "read 90 00"});
 }
-// Answered with a status alone; such frames have no pause after the class byte.
+// Answered with a status only; such frames have no pause after the class byte.
 Lines Told(const std::string& header) { return {"flush", "write FA", "write " + header, "read 90 00"}; }
 Lines Store(unsigned wait) {
   return FrameLines("0C 06 00 00", {"read 0C", "read 02", "sleep " + std::to_string(wait)});
@@ -168,7 +168,7 @@ TEST_F(CfgWriteFa, ALostCardTypeIsSentOnceMore) {
 
 TEST_F(CfgWriteFa, AnotherStatusOfABlockIsAFailure) {
   Use(Reader::Plain());
-  // The echo and no more: the reader then takes the data and tells its status, so a far end of our own.
+  // Only the echo: a reader would then take the data and send its status, so the test has its own far end.
   AddScript({{0x81, 0x6A, 0x80}});
   Slot().bDirtyFmt = 1;
   EXPECT_EQ(WriteCfg(), 0U);

@@ -1,5 +1,5 @@
-// A fault at each exchange of a write, a reset and a bank move over feature reports: what the library says,
-// what the reader holds after a restart, and that it can be read again.
+// A fault at each exchange of a write, a reset and a bank move over feature reports: what the library
+// reports, what the reader has after a restart, and that it can be read again.
 #include <algorithm>
 #include <array>
 #include <string>
@@ -76,7 +76,7 @@ class CfgWriteFaults : public BesideReader {
     }
     ForgetTraffic();
   }
-  // The reader as it came from the factory, the mirror with all of it changed.
+  // The reader fresh from the factory, everything in the mirror changed.
   void Begin() {
     Restore();
     for (std::size_t number = 0; number < Configurations(); ++number)
@@ -92,7 +92,7 @@ class CfgWriteFaults : public BesideReader {
     reader->faults.Restart();
     ForgetTraffic();
   }
-  // Power comes back, the library connects anew: the mirror is what the reader kept.
+  // Power comes back and the library connects again: the mirror is what the reader has stored.
   void Recover() {
     reader->faults.Restart();
     reader->PowerCycle();
@@ -104,7 +104,7 @@ class CfgWriteFaults : public BesideReader {
     }
     EXPECT_EQ(GetLUID(), reader->state.storedLuid);
   }
-  // Where the card type stands the reader keeps it at once, committed or not.
+  // If the write sends the card type, the reader stores it at once, committed or not.
   static void ExpectSame(const Settings& kept, const Settings& expected, const char* which) {
     EXPECT_EQ(kept.blocks, expected.blocks) << which;
     EXPECT_EQ(kept.separated, expected.separated) << which;
@@ -119,7 +119,7 @@ class CfgWriteFaults : public BesideReader {
 
   std::shared_ptr<Reader> reader;
   Lines exchanges;           // of the write without a fault
-  std::vector<int> commits;  // their numbers in it, of the highest configuration first
+  std::vector<int> commits;  // their numbers in it, from the highest configuration down
 
  private:
   sim::ReaderState factory_;
@@ -229,7 +229,7 @@ TEST_F(CfgWriteFaults, AReportThatFailsForGoodAtEachPlace) {
     reader->faults.RefuseAt(report, 6);
     const bool inArea = report > kLastExt && report <= kLastSepReport;
     EXPECT_EQ(WriteCfg(), inArea ? 1U : 0U);
-    // A reader that misses data takes the next report for it; the store query behind a failure can be that.
+    // A reader that misses data takes the next report for it, which can be the store query after a failure.
     EXPECT_EQ(GetLastLibErr(), 0U);
     EXPECT_EQ(MarksOf(Entry(), Slot(0)), inArea ? 0U : unsigned{kAllMarks});
     EXPECT_EQ(Entry().bSepFldCapable, inArea ? 0U : 1U);
@@ -257,8 +257,8 @@ TEST_F(CfgWriteFaults, AResetAtEachExchange) {
   changed();
   EXPECT_EQ(ResetFactoryDflts(), 1U);
   NoteExchanges();
-  // Of the last configuration the texts can be lost, and so can a fetch of its area that is the only one or
-  // the last one: it counts as zeros.
+  // For the last configuration the texts can be lost, and so can a fetch of its area that is the only or the
+  // last one: it counts as zeros.
   const auto lastOf = [this](const char* line) {
     return static_cast<int>(exchanges.rend() - std::find(exchanges.rbegin(), exchanges.rend(), line));
   };

@@ -1,5 +1,5 @@
-// The separated-field data of a configuration write: how much goes out, in which form, and what its loss
-// does.
+// The separated-field data of a configuration write: how much is sent, in which form, and what happens if it
+// is lost.
 #include <algorithm>
 #include <numeric>
 #include <string>
@@ -14,7 +14,7 @@ namespace {
 using sim::Bytes;
 using sim::Reader;
 
-// The area counting from 0x21, no byte of it a command; the keys behind it all 0xE1 and 0xE2.
+// The area counts from 0x21, no byte of it a command; the keys after it are all 0xE1 and 0xE2.
 void FillArea(tsCfgSlot& slot, std::uint8_t first, std::uint8_t fourth) {
   for (std::size_t i = 0; i < slot.sFldSepData.size(); ++i) {
     slot.sFldSepData[i] = static_cast<std::uint8_t>(0x21 + i % 64);
@@ -164,7 +164,7 @@ class CfgWriteSepFa : public BesideLine {
     ForgetTraffic();
   }
   static tsCfgSlot& Slot() { return Entry().CfgSlot[0]; }
-  // What a write puts on the line for the area, without class bytes; an empty data phase may or may not show.
+  // The traffic of a write for the area, without class bytes; an empty data phase may or may not show.
   Lines Frames() {
     Lines frames;
     bool inArea = false;

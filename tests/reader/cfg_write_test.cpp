@@ -30,7 +30,7 @@ struct ReportPart {
   Lines lines;
 };
 
-// A plain reader from the factory, in the order in which the parts travel.
+// A factory-fresh plain reader, in the order in which the parts are sent.
 const std::vector<ReportPart> kReportParts = {
     {kMarkLuid, {"set 8A", "set 00 01"}},
     {kMarkFmt, {"set 80", "set 03 05 11 10 1A 3A 28 1C"}},
@@ -252,7 +252,7 @@ TEST_F(CfgWrite, TheWaitGoesByTheVolumeCommand) {
   EXPECT_EQ(GetLastLibErr(), 0x1000000U) << "of the query";
   reader->faults.RefuseCommand({0x8C, 0x06}, 6);
   EXPECT_EQ(WriteCfg(), 1U);
-  // What the fetch behind a failed send would bring is not asked for.
+  // After a failed send its reply is not fetched.
   ExpectTraffic(Join({Commit(0), Refused("8C 06"), {"sleep 1200"}}));
   EXPECT_EQ(GetLastLibErr(), 0x1000202U);
 }

@@ -1,4 +1,4 @@
-// Writing every configuration of a plus reader, and what comes back of it after a restart.
+// Writing every configuration of a plus reader, and what is read back after a restart.
 #include <array>
 #include <numeric>
 
@@ -183,7 +183,7 @@ TEST_F(CfgWriteWalk, AReaderNotKnownToBePlusIsWrittenOnce) {
   ExpectTraffic(Join({{"set 81", "set 00 19 14 28 01 01 40 E0", "set 90 02"}, FastStore()}));
 }
 
-// What each record is set to, and what of it comes back.
+// What each record is set to, and what is read back.
 struct Values {
   tsCfgFlags flags;
   tsCfgFlags2 flags2;

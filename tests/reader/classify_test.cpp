@@ -14,7 +14,7 @@ class Classify : public Bench {
  protected:
   std::shared_ptr<Reader> reader = Reader::Plus(4);
 
-  // As right behind a search: opened, nothing known.
+  // As right after a search: opened, nothing known.
   void SetUp() override {
     Bench::SetUp();
     Connected(reader);

@@ -1,4 +1,4 @@
-// Texts asked of the reader at each call, and its electronic serial number.
+// Texts that each call reads from the reader, and its electronic serial number.
 #include <functional>
 #include <vector>
 

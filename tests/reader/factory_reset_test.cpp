@@ -51,7 +51,7 @@ TEST_F(FactoryReset, IsReadBackAsAReadWouldBe) {
     EXPECT_EQ(reset[0], "set A0");
     EXPECT_EQ(reset[1], "sleep 1200");
     reset.erase(reset.begin(), reset.begin() + 2);
-    // The answers differ in what the reset has changed.
+    // The answers differ by what the reset has changed.
     for (Lines* lines : {&reset, const_cast<Lines*>(&read)}) {
       for (std::string& line : *lines) line = line.starts_with("get") ? "get" : line;
     }

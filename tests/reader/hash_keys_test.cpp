@@ -1,4 +1,4 @@
-// The two keys that travel with a commit.
+// The two keys that are sent with a commit.
 #include <algorithm>
 #include <array>
 #include <numeric>
@@ -31,11 +31,11 @@ class HashKeys : public BesideReader {
   void Use(std::shared_ptr<Reader> model) {
     reader = Connected(std::move(model));
     Slot().HashKeyData = {KeyFrom(0x11), KeyFrom(0x41)};
-    // An area of no page, so that the keys stand alone.
+    // An area without pages, so that only the keys are sent.
     Slot().sFldSepData.fill(0);
   }
   static tsCfgSlot& Slot() { return EntryOfActDev().CfgSlot[0]; }
-  // The whole of a write whose keys are as given.
+  // The complete traffic of a write with these keys.
   void ExpectWritten(const Lines& keys) {
     SetMarks(Entry(), kMarkSep);
     EXPECT_EQ(WriteCfg(), 1U);
@@ -131,7 +131,7 @@ TEST_F(HashKeys, ALostKeyDoesNotFailTheWrite) {
   EXPECT_EQ(Slot().bDirtySep, 0U);
 }
 
-// The flag of enhanced security is one for all readers, that of the reader read last.
+// All readers share one flag for enhanced security: that of the reader read last.
 class HashKeysOfTwo : public Bench {
  protected:
   void SetUp() override {

@@ -37,7 +37,7 @@ class QueuedId : public SerialBench {
     return parts;
   }
 
-  // Of the card numbered from first as far as its first bytes go, then zeros.
+  // The given bytes count up from first, then zeros.
   static std::vector<std::uint32_t> FirstBytes(std::size_t count, std::uint8_t first = 1) {
     std::vector<std::uint32_t> parts(36);
     std::iota(parts.begin(), parts.begin() + static_cast<std::ptrdiff_t>(count), first);
@@ -101,7 +101,7 @@ TEST_F(QueuedId, AFaultAtEachExchange) {
     EXPECT_EQ(GetQueuedID(0, 0), 0U) << exchange;
     EXPECT_EQ(GetLastLibErr(), sendFails ? 0x1000202U : 0x1000000U) << exchange;
     EXPECT_EQ(Record(), FirstBytes(8 * page)) << exchange;
-    // Each page shows what the record held before it.
+    // Each page shows what the record contained before it.
     EXPECT_EQ(shared.id.LastIDBytes[0], page == 0 ? kOldByte : page == 1 ? 0 : 1) << exchange;
     EXPECT_EQ(shared.id.LastIDBytes[23], page == 0 ? kOldByte : page == 4 ? 24 : 0) << exchange;
   }

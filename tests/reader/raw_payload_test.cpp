@@ -1,4 +1,4 @@
-// Commands that an application spells out itself.
+// Commands that an application puts together itself.
 #include <string>
 
 #include "api.h"
@@ -17,7 +17,7 @@ class RawPayload : public SerialBench {
   void SetUp() override {
     SerialBench::SetUp();
     model = Connected(Reader::Plain());
-    SetRawPayload_index(0, 0);  // the command outlives a load in place
+    SetRawPayload_index(0, 0);  // the command survives a load in place
     EntryOfActDev().LastLibErr = 5;
   }
 

@@ -38,7 +38,7 @@ TEST_F(ReportDump, APlainReaderByteForByte) {
   model->state.raw87 = {0x87, 1};
   model->state.raw8B = {0, 0, 0, 0, 0, 0, 0, 0xAB};
   model->PutCard({0x11, 0x22}, 16);
-  // A plain reader refuses the query of several configurations by its two bytes; the bare command is unknown
+  // A plain reader refuses the query for several configurations by its two bytes; the bare command is unknown
   // to it and answered with zeros.
   Use(std::move(model));
   EXPECT_EQ(Dump(), 1U);

@@ -11,7 +11,7 @@ namespace {
 using sim::Bytes;
 using sim::Reader;
 
-// The reader's area: 5, 1, 2, b4, then counting on; never a zero behind the first byte.
+// The reader's area: 5, 1, 2, b4, then counting up; never a zero after the first byte.
 std::array<std::uint8_t, 128> Area(std::uint8_t first, std::uint8_t b4) {
   std::array<std::uint8_t, 128> area{};
   std::iota(area.begin(), area.end(), std::uint8_t{0x40});
@@ -32,7 +32,7 @@ class SepFields : public Bench {
     reader = Connected(Reader::Plain());
     DevTable[0].CfgSlot[0].sFldSepData.fill(0xEE);
   }
-  // Reads and tells how many pages were asked for.
+  // Reads, and returns how many pages were asked for.
   std::size_t PagesRead() {
     EXPECT_EQ(ReadCfg(), 1U);
     std::size_t pages = 0;
@@ -118,7 +118,7 @@ class SepFieldsFa : public SerialBench {
     reader->state.Working().blocks[1][7] = features;
     Entry().CfgSlot[0].sFldSepData.fill(0xEE);
   }
-  // The frames of the area alone.
+  // Only the frames of the area.
   Lines SepFrames() {
     Lines frames;
     for (const std::string& written : TrafficOf(host.transcript.Events())) {

@@ -1,4 +1,4 @@
-// The baud code that a serial reader keeps, and the dialect switch.
+// The baud code that a serial reader stores, and the switch of dialects.
 #include "api.h"
 #include "tests/support/serial_reader.h"
 
