@@ -1,4 +1,4 @@
-# Makes the package, unpacks it, looks for what it must hold, builds and runs the consumer with it.
+# Makes the package, unpacks it, checks its contents, builds and runs the consumer with it.
 function(run)
   execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
   if(NOT result EQUAL 0)
@@ -7,7 +7,7 @@ function(run)
   set(output "${output}" PARENT_SCOPE)
 endfunction()
 
-# A folder of this run's own; what failed stays to be looked at.
+# This run's own folder; after a failure it stays for inspection.
 string(RANDOM LENGTH 12 run)
 set(WORK ${WORK}/${run})
 file(MAKE_DIRECTORY ${WORK})
@@ -65,7 +65,7 @@ if(NOT output MATCHES "^tavlynapi ${VERSION}, connect [01]")
 endif()
 message(STATUS "${name}: ${output}")
 
-# A program as Visual C++ makes one, by its import library: its name, its headers' way to call, its linker.
+# A program as Visual C++ builds it, with its kind of import library, calling convention and linker.
 if(WINDOWS)
   run(${CLANG} --target=x86_64-pc-windows-msvc -ffreestanding -Wall -Wextra -Werror -I${root}/include/tavlynapi
     -c ${CONSUMER}/visual_c.c -o ${WORK}/consumer/visual_c.obj)
@@ -84,8 +84,8 @@ if(NOT output MATCHES "7A31:3BFA")
   message(FATAL_ERROR "tavlynctl said: ${output}")
 endif()
 
-# Whoever packages the library alone needs none of the tools' header libraries, and is told what is left out. One run
-# shows it; those with a sanitizer's flags need not.
+# Packaging only the library needs none of the tools' header libraries, and the configuration says what is left out.
+# One run checks this; those with a sanitizer's flags need not.
 if(NOT WINDOWS AND C_FLAGS STREQUAL "")
   run(${CMAKE_COMMAND} -S ${SOURCE} -B ${WORK}/alone -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG=-O0
     -DCMAKE_DISABLE_FIND_PACKAGE_CLI11=ON -DCMAKE_DISABLE_FIND_PACKAGE_nlohmann_json=ON)
