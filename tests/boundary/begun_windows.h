@@ -1,4 +1,4 @@
-// A program that runs beside the test.
+// A program that runs alongside the test.
 #pragma once
 
 #include <winsock2.h>

@@ -1,4 +1,4 @@
-// A connect with nothing attached, its pauses counted: they lead here and take no time.
+// A connect with nothing attached, its pauses counted: they are redirected here and take no time.
 #include <gtest/gtest.h>
 
 #include <cmath>

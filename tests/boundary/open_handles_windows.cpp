@@ -28,7 +28,7 @@ struct HandleList {
 
 }  // namespace
 
-// GetProcessHandleCount gives 0 under Wine; the list of every process's handles is whole.
+// GetProcessHandleCount gives 0 under Wine; the list of every process's handles is complete.
 int OpenHandles() {
   std::vector<std::byte> list(std::size_t{1} << 16);
   while (NtQuerySystemInformation(kHandlesOfAll, list.data(), static_cast<ULONG>(list.size()), nullptr) < 0) {

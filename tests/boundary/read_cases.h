@@ -1,4 +1,4 @@
-// How long a read from a serial port takes, and what it brings, under every combination of its time-outs.
+// How long a read from a serial port takes, and what it returns, under every combination of its time-outs.
 #pragma once
 
 #include <cstddef>

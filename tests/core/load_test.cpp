@@ -43,7 +43,7 @@ TEST_F(LoadTest, UnloadClosesWhatAConnectOpened) {
   EXPECT_EQ(GetDevCnt(), 0);
 }
 
-// The process may go on, and keep the memory that the library had.
+// The process may continue, and keep the memory that the library had.
 TEST_F(LoadTest, UnloadLeavesNoKeys) {
   Connected(Reader::Plus(2));
   ASSERT_EQ(SetActConfig(1), 1U);

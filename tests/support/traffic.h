@@ -1,6 +1,6 @@
 // Traffic as tests write it down, one text per exchange:
 //   "set 8C 04 07"     a feature report sent, without its trailing zeros
-//   "get 8C 04", "get" one fetched; without bytes: whatever it brought
+//   "get 8C 04", "get" one fetched; without bytes: whatever it returned
 //   "set 80 refused"   one that failed; "get refused" likewise
 //   "set [1] 8F"       with a report ID other than 0
 //   "sleep 80", "drain nothing", "drain 01 05", "send 23 48", "recv 41", "recv refused", "write FA", "read
