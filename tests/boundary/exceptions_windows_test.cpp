@@ -34,7 +34,7 @@ class SystemExceptions : public ReaderUsb {
     auto disconnect = CALL(*library_, USBDisconnect);
     const auto other = [](void* call) -> DWORD { return reinterpret_cast<decltype(disconnect)>(call)(); };
     HANDLE thread = CreateThread(nullptr, 0, other, reinterpret_cast<void*>(disconnect), 0, nullptr);
-    EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(thread, 60'000)) << "the library is locked";
+    EXPECT_EQ(WaitForSingleObject(thread, 60'000), WAIT_OBJECT_0) << "the library is locked";
     CloseHandle(thread);
   }
 };
@@ -45,14 +45,14 @@ TEST_F(SystemExceptions, ACallThatAnInstallerEndsHasFailed) {
     for (const char* call : {"class", "interface", "length", "detail"}) {
       SCOPED_TRACE(std::string(call) + " " + std::to_string(code));
       Raise(call, code);
-      EXPECT_EQ(0u, Connect());
+      EXPECT_EQ(Connect(), 0u);
       ExpectUnlocked();
     }
     Raise("destroy", code);
-    EXPECT_EQ(1u, Connect());
+    EXPECT_EQ(Connect(), 1u);
     ExpectUnlocked();
     Raise("", 0);
-    EXPECT_EQ(1u, Connect());
+    EXPECT_EQ(Connect(), 1u);
   }
 }
 
@@ -67,13 +67,13 @@ void EndingMarker(const char* /*line*/, std::uint64_t /*length*/) {
 
 TEST_F(SystemExceptions, AMarkerFunctionMayEndInOne) {
   SetVariable("TAVLYNAPI_LOGGING", "1");
-  ASSERT_EQ(1u, CALL(*library_, SetMarkerFunction)(EndingMarker));
+  ASSERT_EQ(CALL(*library_, SetMarkerFunction)(EndingMarker), 1u);
   Do("plug reader");
   for (const DWORD code : kExceptions) {
     markersEnd = code;
     marks = 0;
-    EXPECT_EQ(1u, Connect());
-    EXPECT_EQ(7, marks);
+    EXPECT_EQ(Connect(), 1u);
+    EXPECT_EQ(marks, 7);
     ExpectUnlocked();
   }
 }

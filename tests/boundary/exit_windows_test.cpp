@@ -33,11 +33,11 @@ DWORD StatusOf(std::string words) {
   return status;
 }
 
-TEST(Exit, NothingIsAskedOfTheSystemAnyMore) { EXPECT_EQ(0U, StatusOf("watched")); }
+TEST(Exit, NothingIsAskedOfTheSystemAnyMore) { EXPECT_EQ(StatusOf("watched"), 0U); }
 
 TEST(Exit, EndsWhileAnotherThreadPolls) {
   for (int time = 0; time < kExits && !HasFailure(); ++time) {
-    EXPECT_EQ(0U, StatusOf("polling " + std::to_string(time)));
+    EXPECT_EQ(StatusOf("polling " + std::to_string(time)), 0U);
   }
 }
 

@@ -60,7 +60,7 @@ class Files : public ReaderUsb {
  protected:
   void SetUp() override {
     std::string folder = (fs::temp_directory_path() / "tavlyn-files-XXXXXX").string();
-    ASSERT_NE(nullptr, mkdtemp(folder.data()));
+    ASSERT_NE(mkdtemp(folder.data()), nullptr);
     folder_ = folder;
     cameFrom_ = fs::current_path();
     fs::current_path(folder_);
@@ -78,7 +78,7 @@ class Files : public ReaderUsb {
 
   void PlugAndConnect() {
     Do("plug reader");
-    ASSERT_EQ(1u, Connect());
+    ASSERT_EQ(Connect(), 1u);
   }
 
   std::uint32_t DefaultMaskOfAConnect() {
@@ -95,13 +95,13 @@ TEST_F(Files, WhatMayHoldKeysIsItsOwnersAlone) {
   PlugAndConnect();
   const auto save = [&](auto* call, const char* name) {
     const std::string old = std::string("old-") + name;
-    EXPECT_EQ(1u, call(name)) << name;
-    EXPECT_EQ(0600u, ModeOf(name)) << name;
+    EXPECT_EQ(call(name), 1u) << name;
+    EXPECT_EQ(ModeOf(name), 0600u) << name;
     WriteText(old, "before");
     fs::permissions(old, fs::perms(0640));
-    EXPECT_EQ(1u, call(old.c_str())) << name;
-    EXPECT_EQ(0640u, ModeOf(old)) << "a file that is there keeps who may read it";
-    EXPECT_EQ(fs::file_size(name), fs::file_size(old));
+    EXPECT_EQ(call(old.c_str()), 1u) << name;
+    EXPECT_EQ(ModeOf(old), 0640u) << "a file that is there keeps who may read it";
+    EXPECT_EQ(fs::file_size(old), fs::file_size(name));
   };
   save(CALL(*library_, WriteDevCfgToFile), "plain.hwg");
   save(CALL(*library_, WriteDevCfgToSecureFile), "secure.hwg");
@@ -111,25 +111,25 @@ TEST_F(Files, WhatMayHoldKeysIsItsOwnersAlone) {
 
 TEST_F(Files, VidPidTableOfTheCurrentFolderIsRead) {
   WriteText("TavlynVIDPID.txt", kRow);
-  EXPECT_EQ(0x4321u, DefaultMaskOfAConnect());
+  EXPECT_EQ(DefaultMaskOfAConnect(), 0x4321u);
 }
 
 TEST_F(Files, VidPidTableIsARegularFile) {
   fs::create_directory("TavlynVIDPID.txt");
-  EXPECT_EQ(kBuiltInMask, DefaultMaskOfAConnect());
+  EXPECT_EQ(DefaultMaskOfAConnect(), kBuiltInMask);
   fs::remove("TavlynVIDPID.txt");
   fs::create_symlink("/dev/null", "TavlynVIDPID.txt");
   Load();
-  EXPECT_EQ(kBuiltInMask, DefaultMaskOfAConnect());
+  EXPECT_EQ(DefaultMaskOfAConnect(), kBuiltInMask);
   fs::remove("TavlynVIDPID.txt");
   WriteText("elsewhere", kRow);
   fs::create_symlink("elsewhere", "TavlynVIDPID.txt");
-  EXPECT_EQ(0x4321u, DefaultMaskOfAConnect());
+  EXPECT_EQ(DefaultMaskOfAConnect(), 0x4321u);
 }
 
 // Its other end would wait for somebody to open it, and then write a row.
 TEST_F(Files, VidPidTableIsNoPipe) {
-  ASSERT_EQ(0, mkfifo("TavlynVIDPID.txt", 0600));
+  ASSERT_EQ(mkfifo("TavlynVIDPID.txt", 0600), 0);
   const pid_t writer = fork();
   if (writer == 0) {
     const int pipe = open("TavlynVIDPID.txt", O_WRONLY);
@@ -137,17 +137,17 @@ TEST_F(Files, VidPidTableIsNoPipe) {
     _exit(written ? 0 : 1);
   }
   ASSERT_LT(0, writer);
-  EXPECT_EQ(kBuiltInMask, DefaultMaskOfAConnect());
+  EXPECT_EQ(DefaultMaskOfAConnect(), kBuiltInMask);
   kill(writer, SIGKILL);
   int status = 0;
-  EXPECT_EQ(writer, waitpid(writer, &status, 0));
+  EXPECT_EQ(waitpid(writer, &status, 0), writer);
   EXPECT_TRUE(WIFSIGNALED(status)) << "nobody opened the pipe";
 }
 
 TEST_F(Files, WithRightsOfOthersNoVidPidTableIsRead) {
   WriteText("TavlynVIDPID.txt", kRow);
   hasOthersRights = true;
-  EXPECT_EQ(kBuiltInMask, DefaultMaskOfAConnect());
+  EXPECT_EQ(DefaultMaskOfAConnect(), kBuiltInMask);
 }
 
 // Searches the memory of this process; not with a sanitizer, which keeps freed memory.
@@ -172,7 +172,7 @@ class Needle {
         matched = byte == behind[matched] ? matched + 1 : 0;
     }
     close(file);
-    EXPECT_EQ(length, masked_.size()) << path;
+    EXPECT_EQ(masked_.size(), length) << path;
   }
 
   [[nodiscard]] bool InMemory() const {
@@ -181,7 +181,7 @@ class Needle {
       std::uintptr_t begin = 0;
       std::uintptr_t end = 0;
       if (line.find(" rw-p ") == std::string::npos) continue;
-      EXPECT_EQ(2, std::sscanf(line.c_str(), "%lx-%lx", &begin, &end));
+      EXPECT_EQ(std::sscanf(line.c_str(), "%lx-%lx", &begin, &end), 2);
       if (StandsIn(reinterpret_cast<const char*>(begin), reinterpret_cast<const char*>(end))) return true;
     }
     return false;
@@ -224,17 +224,17 @@ void WriteKeyFile(const char* path) {
     _exit(0);
   }
   int status = 0;
-  ASSERT_EQ(writer, waitpid(writer, &status, 0));
+  ASSERT_EQ(waitpid(writer, &status, 0), writer);
 }
 
 TEST_F(Files, KeysOfFilesDoNotStayInMemory) {
   if (!kMayBeSearched) GTEST_SKIP() << "a sanitizer keeps memory that was given back";
   PlugAndConnect();
   WriteKeyFile("keys.ini");
-  EXPECT_EQ(1u, CALL(*library_, LoadIniFile)("keys.ini"));
-  EXPECT_EQ(1u, CALL(*library_, WriteBLEKeyToFile)("key.ble"));
-  EXPECT_EQ(1u, CALL(*library_, CheckTamperedFile)("key.ble", 0));
-  EXPECT_EQ(1u, CALL(*library_, WriteBLEKeyToReader)("key.ble"));
+  EXPECT_EQ(CALL(*library_, LoadIniFile)("keys.ini"), 1u);
+  EXPECT_EQ(CALL(*library_, WriteBLEKeyToFile)("key.ble"), 1u);
+  EXPECT_EQ(CALL(*library_, CheckTamperedFile)("key.ble", 0), 1u);
+  EXPECT_EQ(CALL(*library_, WriteBLEKeyToReader)("key.ble"), 1u);
   library_.reset();
   EXPECT_FALSE(Needle("keys.ini", "data=", 30).InMemory());
   EXPECT_FALSE(Needle("key.ble", "[] =\n", 40).InMemory());
@@ -267,8 +267,8 @@ class TraceFiles : public Files {
 
 TEST_F(TraceFiles, IsItsOwnersAlone) {
   LoadAndTrace();
-  EXPECT_EQ(0600u, ModeOf(file_));
-  EXPECT_NE("", TextOf(file_));
+  EXPECT_EQ(ModeOf(file_), 0600u);
+  EXPECT_NE(TextOf(file_), "");
 }
 
 TEST_F(TraceFiles, IsNotHandedToOtherPrograms) {
@@ -278,9 +278,9 @@ TEST_F(TraceFiles, IsNotHandedToOtherPrograms) {
     std::error_code gone;
     if (fs::read_symlink(entry.path(), gone) != file_) continue;
     ++found;
-    EXPECT_NE(0, fcntl(std::stoi(entry.path().filename().string()), F_GETFD) & FD_CLOEXEC);
+    EXPECT_NE(fcntl(std::stoi(entry.path().filename().string()), F_GETFD) & FD_CLOEXEC, 0);
   }
-  EXPECT_EQ(1, found);
+  EXPECT_EQ(found, 1);
 }
 
 TEST_F(TraceFiles, NoLinkIsFollowed) {
@@ -288,7 +288,7 @@ TEST_F(TraceFiles, NoLinkIsFollowed) {
   fs::create_directories(file_.parent_path());
   fs::create_symlink(folder_ / "precious", file_);
   LoadAndTrace();
-  EXPECT_EQ("untouched", TextOf("precious"));
+  EXPECT_EQ(TextOf("precious"), "untouched");
   fs::remove_all(file_.parent_path());
   fs::create_directory("inner");
   fs::create_symlink(folder_ / "inner", file_.parent_path());
@@ -299,7 +299,7 @@ TEST_F(TraceFiles, NoLinkIsFollowed) {
 // A pipe would block the program as soon as it is full.
 TEST_F(TraceFiles, APipeIsNoTraceFile) {
   fs::create_directories(file_.parent_path());
-  ASSERT_EQ(0, mkfifo(file_.c_str(), 0600));
+  ASSERT_EQ(mkfifo(file_.c_str(), 0600), 0);
   const int reader = open(file_.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
   ASSERT_LE(0, reader);
   LoadAndTrace();
@@ -314,7 +314,7 @@ TEST_F(TraceFiles, WithRightsOfOthersThereIsNoTrace) {
   hasOthersRights = true;
   LoadAndTrace();
   EXPECT_FALSE(fs::exists(file_));
-  EXPECT_EQ(0u, CALL(*library_, SetMarkerFunction)(Ignore));
+  EXPECT_EQ(CALL(*library_, SetMarkerFunction)(Ignore), 0u);
 }
 
 }  // namespace

@@ -37,10 +37,10 @@ TEST_F(FindWire, DiscoveryIsAnswered) {
     asked = datagram;
     return std::vector<Bytes>{DiscoveryReply(ip)};
   });
-  EXPECT_EQ(5u, Find(1, 5, 254));
-  EXPECT_EQ(50 + 100, took_) << "the answer comes while the first try waits for the other kind";
-  EXPECT_EQ((Bytes{'R', 'F', 'I', 'D', 'D', 'I', 'S', 'C', 1, 0}), asked);
-  EXPECT_EQ(5u, Find(1, 4, 254)) << "behind an address where nobody is";
+  EXPECT_EQ(Find(1, 5, 254), 5u);
+  EXPECT_EQ(took_, 50 + 100) << "the answer comes while the first try waits for the other kind";
+  EXPECT_EQ(asked, (Bytes{'R', 'F', 'I', 'D', 'D', 'I', 'S', 'C', 1, 0}));
+  EXPECT_EQ(Find(1, 4, 254), 5u) << "behind an address where nobody is";
 }
 
 TEST_F(FindWire, ShortDiscoveryReplyIsEnough) {
@@ -48,7 +48,7 @@ TEST_F(FindWire, ShortDiscoveryReplyIsEnough) {
   Bytes reply = DiscoveryReply(ip);
   reply.resize(100);
   const UdpPeer adapter(ip, kDiscoveryPort, Always(reply));
-  EXPECT_EQ(5u, Find(2, 5, 5));
+  EXPECT_EQ(Find(2, 5, 5), 5u);
 }
 
 TEST_F(FindWire, AdapterQueryIsAnswered) {
@@ -57,33 +57,33 @@ TEST_F(FindWire, AdapterQueryIsAnswered) {
     asked = datagram;
     return std::vector<Bytes>{AdapterReply(0x20, 0x4A)};
   });
-  EXPECT_EQ(50, TimeOf([&] { EXPECT_EQ(1u, CALL(library_, FindXport)(127, 0, 0, 1, 1)); }));
-  EXPECT_EQ((Bytes{0, 0, 0, 0xF6}), asked);
+  EXPECT_EQ(TimeOf([&] { EXPECT_EQ(CALL(library_, FindXport)(127, 0, 0, 1, 1), 1u); }), 50);
+  EXPECT_EQ(asked, (Bytes{0, 0, 0, 0xF6}));
 }
 
 TEST_F(FindWire, AdapterOfAnotherMakerIsPassedOver) {
   const UdpPeer adapter({127, 1, 4, 9}, kAdapterPort, Always(AdapterReply(0x80, 0xA3)));
-  EXPECT_EQ(0u, Find(4, 9, 9));
-  EXPECT_EQ(kSilentAddress, took_);
+  EXPECT_EQ(Find(4, 9, 9), 0u);
+  EXPECT_EQ(took_, kSilentAddress);
 }
 
 TEST_F(FindWire, SilenceCostsTheSameForEachAddress) {
-  EXPECT_EQ(0u, Find(5, 1, 3));
-  EXPECT_EQ(3 * kSilentAddress, took_);
-  EXPECT_EQ(3 * 3 * 3, NewDatagrams()) << "two of the first kind and one of the second in each try";
+  EXPECT_EQ(Find(5, 1, 3), 0u);
+  EXPECT_EQ(took_, 3 * kSilentAddress);
+  EXPECT_EQ(NewDatagrams(), 3 * 3 * 3) << "two of the first kind and one of the second in each try";
 }
 
 TEST_F(FindWire, EmptyRangeAsksNobody) {
-  EXPECT_EQ(0u, Find(6, 5, 4));
-  EXPECT_EQ(0, NewDatagrams());
-  EXPECT_EQ(0, took_);
+  EXPECT_EQ(Find(6, 5, 4), 0u);
+  EXPECT_EQ(NewDatagrams(), 0);
+  EXPECT_EQ(took_, 0);
 }
 
 TEST_F(FindWire, SlowAnswerCountsInALaterTry) {
   const Ip ip{127, 1, 7, 5};
   const UdpPeer adapter(ip, kDiscoveryPort, Always(DiscoveryReply(ip)), Milliseconds(120));
-  EXPECT_EQ(5u, Find(7, 5, 5));
-  EXPECT_EQ(50 + 100, took_);
+  EXPECT_EQ(Find(7, 5, 5), 5u);
+  EXPECT_EQ(took_, 50 + 100);
 }
 
 TEST_F(FindWire, WrongBytesAreNoAnswer) {
@@ -93,7 +93,7 @@ TEST_F(FindWire, WrongBytesAreNoAnswer) {
     Bytes reply = DiscoveryReply(ip);
     reply[at] ^= 1U;
     const UdpPeer adapter(ip, kDiscoveryPort, Always(reply));
-    EXPECT_EQ(0u, Find(8, 5, 5)) << at;
+    EXPECT_EQ(Find(8, 5, 5), 0u) << at;
   }
 }
 
@@ -107,14 +107,14 @@ TEST_F(FindWire, NoiseIsNoAnswer) {
   };
   const UdpPeer first({127, 1, 9, 5}, kDiscoveryPort, noise);
   const UdpPeer second({127, 1, 9, 5}, kAdapterPort, noise);
-  EXPECT_EQ(0u, Find(9, 5, 5));
-  EXPECT_EQ(kSilentAddress, took_);
+  EXPECT_EQ(Find(9, 5, 5), 0u);
+  EXPECT_EQ(took_, kSilentAddress);
 }
 
 TEST_F(FindWire, ThisHostHasAnAddress) {
   const std::uint32_t own = CALL(library_, GetMyIpAddress)();
-  EXPECT_NE(0u, own);
-  EXPECT_NE(0u, own & 0xFF);
+  EXPECT_NE(own, 0u);
+  EXPECT_NE(own & 0xFF, 0u);
 }
 
 }  // namespace

@@ -102,27 +102,27 @@ class HidRules : public ReaderUsb {
 TEST_F(HidRules, ASecondConnectLosesAReaderThatIsReadAlone) {
   void* rack = LoadLibraryA("hid.dll");
   Do(kKelda);
-  ASSERT_EQ(1u, Connect());
+  ASSERT_EQ(Connect(), 1u);
   Do("clear");
-  EXPECT_EQ(0u, Connect());
-  EXPECT_EQ(kNotWritten, did_);
-  EXPECT_EQ(1, CALL(*library_, GetDevCnt)()) << "it is found, and cannot be opened";
-  EXPECT_EQ("", Do("traffic"));
+  EXPECT_EQ(Connect(), 0u);
+  EXPECT_EQ(did_, kNotWritten);
+  EXPECT_EQ(CALL(*library_, GetDevCnt)(), 1) << "it is found, and cannot be opened";
+  EXPECT_EQ(Do("traffic"), "");
   CALL(*library_, USBDisconnect)();
-  EXPECT_EQ(0u, Connect()) << "a disconnect closes what is in the table";
+  EXPECT_EQ(Connect(), 0u) << "a disconnect closes what is in the table";
 
   library_.reset();
   library_ = std::make_unique<Library>();
   TakeItsTime();
   CALL(*library_, SetDevTypeSrch)(0);
-  EXPECT_EQ(1u, Connect());
+  EXPECT_EQ(Connect(), 1u);
   FreeLibrary(static_cast<HMODULE>(rack));
 }
 
 TEST_F(HidRules, ADisconnectGivesAReaderBack) {
   Do(kKelda);
   for (int i = 0; i < 3; ++i) {
-    ASSERT_EQ(1u, Connect());
+    ASSERT_EQ(Connect(), 1u);
     EXPECT_FALSE(Other(KeldaPath(), kBoth).IsOpen());
     EXPECT_TRUE(Other(KeldaPath(), 0).IsOpen());
     CALL(*library_, USBDisconnect)();
@@ -135,13 +135,13 @@ TEST_F(HidRules, AReaderThatAnotherProgramReadsIsFoundButNotRead) {
   {
     const Other other(KeldaPath(), kBoth);
     ASSERT_TRUE(other.IsOpen());
-    EXPECT_EQ(0u, Connect());
-    EXPECT_EQ(1, CALL(*library_, GetDevCnt)());
-    EXPECT_EQ("", Do("traffic"));
-    EXPECT_EQ(0, ActiveId());
+    EXPECT_EQ(Connect(), 0u);
+    EXPECT_EQ(CALL(*library_, GetDevCnt)(), 1);
+    EXPECT_EQ(Do("traffic"), "");
+    EXPECT_EQ(ActiveId(), 0);
   }
   CALL(*library_, USBDisconnect)();
-  EXPECT_EQ(1u, Connect());
+  EXPECT_EQ(Connect(), 1u);
 }
 
 TEST_F(HidRules, FeatureReportsPassWhileAnotherProgramReads) {
@@ -149,11 +149,11 @@ TEST_F(HidRules, FeatureReportsPassWhileAnotherProgramReads) {
   Do("card 0102:13");
   const Other other(Path(0), kBoth);
   ASSERT_TRUE(other.IsOpen());
-  ASSERT_EQ(1u, Connect());
-  EXPECT_EQ(kDid, did_);
-  EXPECT_EQ(13, ActiveId());
+  ASSERT_EQ(Connect(), 1u);
+  EXPECT_EQ(did_, kDid);
+  EXPECT_EQ(ActiveId(), 13);
   CALL(*library_, USBDisconnect)();
-  EXPECT_EQ(1u, Connect()) << "again";
+  EXPECT_EQ(Connect(), 1u) << "again";
 }
 
 // The error from a call with a report of that length.
@@ -173,8 +173,8 @@ TEST_F(HidRules, OnlyReportsOfTheDevicesLengthPass) {
       SCOPED_TRACE(std::to_string(index) + " " + std::to_string(length));
       const bool fits = length == whole[static_cast<std::size_t>(index)];
       const DWORD error = fits ? ERROR_SUCCESS : ERROR_INVALID_PARAMETER;
-      EXPECT_EQ(error, ErrorOf("HidD_SetFeature", other.Native(), length));
-      EXPECT_EQ(error, ErrorOf("HidD_GetFeature", other.Native(), length));
+      EXPECT_EQ(ErrorOf("HidD_SetFeature", other.Native(), length), error);
+      EXPECT_EQ(ErrorOf("HidD_GetFeature", other.Native(), length), error);
     }
   }
 }
@@ -182,13 +182,13 @@ TEST_F(HidRules, OnlyReportsOfTheDevicesLengthPass) {
 // The only reports whose length is not the device's.
 TEST_F(HidRules, BleKeysAreNotWrittenByReportsThatAreTooLong) {
   Do("plug plus:2");
-  ASSERT_EQ(1u, Connect());
-  ASSERT_EQ(1u, CALL(*library_, WriteBLEKeyToFile)("key.ble"));
+  ASSERT_EQ(Connect(), 1u);
+  ASSERT_EQ(CALL(*library_, WriteBLEKeyToFile)("key.ble"), 1u);
   const int before = Exchanges();
-  EXPECT_EQ(0u, CALL(*library_, WriteBLEKeyToReader)("key.ble"));
-  EXPECT_EQ(0x30000203u, CALL(*library_, GetLastLibErr)());
-  EXPECT_EQ(before, Exchanges());
-  EXPECT_EQ(1u, CALL(*library_, ReadCfg)());
+  EXPECT_EQ(CALL(*library_, WriteBLEKeyToReader)("key.ble"), 0u);
+  EXPECT_EQ(CALL(*library_, GetLastLibErr)(), 0x30000203u);
+  EXPECT_EQ(Exchanges(), before);
+  EXPECT_EQ(CALL(*library_, ReadCfg)(), 1u);
   DeleteFileA("key.ble");
 }
 
@@ -196,65 +196,65 @@ TEST_F(HidRules, BleKeysAreNotWrittenByReportsThatAreTooLong) {
 TEST_F(HidRules, AReadOnAReaderThatIsGoneIsToldByAnErrorWord) {
   Do("plug reader");
   Do(kKelda);
-  ASSERT_EQ(1u, Connect());
-  ASSERT_EQ(2, CALL(*library_, GetDevCnt)());
+  ASSERT_EQ(Connect(), 1u);
+  ASSERT_EQ(CALL(*library_, GetDevCnt)(), 2);
   ASSERT_TRUE(Replace(GetModuleHandleA(TAVLYN_LIBRARY), {"ReadFile", reinterpret_cast<void*>(ReadDevice)}));
-  ASSERT_EQ(1u, CALL(*library_, SetActDev)(1));
-  EXPECT_EQ(0, ActiveId());
-  EXPECT_EQ(0u, CALL(*library_, GetLastLibErr)());
+  ASSERT_EQ(CALL(*library_, SetActDev)(1), 1u);
+  EXPECT_EQ(ActiveId(), 0);
+  EXPECT_EQ(CALL(*library_, GetLastLibErr)(), 0u);
   Do("unplug");
-  EXPECT_EQ(0, ActiveId());
-  EXPECT_EQ(0u, CALL(*library_, GetLastLibErr)());
-  ASSERT_EQ(1u, CALL(*library_, SetActDev)(0));
-  EXPECT_EQ(0x60000000u, CALL(*library_, GetLastLibErr)());
-  EXPECT_EQ(1u, CALL(*library_, ReadCfg)()) << "the other reader is still there";
+  EXPECT_EQ(ActiveId(), 0);
+  EXPECT_EQ(CALL(*library_, GetLastLibErr)(), 0u);
+  ASSERT_EQ(CALL(*library_, SetActDev)(0), 1u);
+  EXPECT_EQ(CALL(*library_, GetLastLibErr)(), 0x60000000u);
+  EXPECT_EQ(CALL(*library_, ReadCfg)(), 1u) << "the other reader is still there";
 }
 
 TEST_F(HidRules, AReadThatEndsBeforeItIsCalledOffIsAReport) {
   Do(kKelda);
   Do("card AABB:16");
-  ASSERT_EQ(1u, Connect());
+  ASSERT_EQ(Connect(), 1u);
   WhenCalledOff([this](HANDLE device) {
     Do(kInput);
     Do(kInput);
     return CancelIo(device);
   });
-  EXPECT_EQ(16, ActiveId());
+  EXPECT_EQ(ActiveId(), 16);
   WhenCalledOff(CancelIo);
-  EXPECT_EQ(0, ActiveId()) << "the second report went with the first";
+  EXPECT_EQ(ActiveId(), 0) << "the second report went with the first";
 }
 
 // Windows reports nothing to cancel; the report is lost, and the next one is read as usual.
 TEST_F(HidRules, NothingToCallOffIsNoReport) {
   Do(kKelda);
   Do("card AABB:16");
-  ASSERT_EQ(1u, Connect());
+  ASSERT_EQ(Connect(), 1u);
   WhenCalledOff([this](HANDLE) {
     Do(kInput);
     SetLastError(ERROR_NOT_FOUND);
     return FALSE;
   });
   const int before = Exchanges();
-  EXPECT_EQ(0, ActiveId());
-  EXPECT_EQ(before, Exchanges());
-  EXPECT_EQ(0u, CALL(*library_, GetLastLibErr)());
+  EXPECT_EQ(ActiveId(), 0);
+  EXPECT_EQ(Exchanges(), before);
+  EXPECT_EQ(CALL(*library_, GetLastLibErr)(), 0u);
   WhenCalledOff(CancelIo);
-  EXPECT_EQ(0, ActiveId());
+  EXPECT_EQ(ActiveId(), 0);
   Do(kInput);
-  EXPECT_EQ(16, ActiveId());
+  EXPECT_EQ(ActiveId(), 16);
 }
 
 TEST_F(HidRules, AReaderMayLeaveBeforeTheReadIsCalledOff) {
   Do(kKelda);
-  ASSERT_EQ(1u, Connect());
+  ASSERT_EQ(Connect(), 1u);
   WhenCalledOff([this](HANDLE device) {
     Do("unplug");
     return CancelIo(device);
   });
   const int before = Exchanges();
-  EXPECT_EQ(0, ActiveId());
-  EXPECT_EQ(0u, CALL(*library_, GetLastLibErr)());
-  EXPECT_EQ(before, Exchanges());
+  EXPECT_EQ(ActiveId(), 0);
+  EXPECT_EQ(CALL(*library_, GetLastLibErr)(), 0u);
+  EXPECT_EQ(Exchanges(), before);
 }
 
 }  // namespace

@@ -25,7 +25,7 @@ TEST(HostClock, ASleepIsNeverShort) {
 
 TEST(HostClock, TheThreadKeepsItsOwnTimerSlack) {
   constexpr unsigned long kSlack = 70'000;
-  ASSERT_EQ(0, prctl(PR_SET_TIMERSLACK, kSlack));
+  ASSERT_EQ(prctl(PR_SET_TIMERSLACK, kSlack), 0);
   TheHost().clock.Sleep(1);
   EXPECT_EQ(static_cast<int>(kSlack), prctl(PR_GET_TIMERSLACK));
 }
@@ -33,7 +33,7 @@ TEST(HostClock, TheThreadKeepsItsOwnTimerSlack) {
 TEST(HostClock, TicksAreMilliseconds) {
   const std::uint64_t tick = TheHost().clock.Tick();
   TheHost().clock.Sleep(1234);
-  EXPECT_EQ(1234U, TheHost().clock.Tick() - tick);
+  EXPECT_EQ(TheHost().clock.Tick() - tick, 1234U);
 }
 
 }  // namespace

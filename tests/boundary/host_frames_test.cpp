@@ -39,7 +39,7 @@ class HostFrames : public testing::Test {
     return "#DUSB/FR/001L0" + std::to_string(payload.size()) + ":\x7A\x31\x3B\xFA" + payload;
   }
   int TimeOfRead(std::int32_t n, bool expected) {
-    return TimeOf([&] { EXPECT_EQ(expected, ReadTextFrame(n, report_.data())); });
+    return TimeOf([&] { EXPECT_EQ(ReadTextFrame(n, report_.data()), expected); });
   }
 
   Ip ip_{127, 4, 0, 1};
@@ -53,9 +53,9 @@ TEST_F(HostFrames, ReportGoesOutAndComesBack) {
   ASSERT_TRUE(Connect(device));
   report_ = {0, '1', '2', '3', '4', '5', '6', '7'};
   EXPECT_TRUE(WriteTextFrame(7, report_.data()));
-  EXPECT_EQ(20 + 50, TimeOfRead(7, true));
-  EXPECT_EQ((std::array<std::uint8_t, 9>{0, 'a', 'b', 'c', 'd', 'e', 'f', 'g', 0}), report_);
-  device.With([&] { EXPECT_EQ("#HUSB/FR/001L07:1234567" + kRequest, script_.taken); });
+  EXPECT_EQ(TimeOfRead(7, true), 20 + 50);
+  EXPECT_EQ(report_, (std::array<std::uint8_t, 9>{0, 'a', 'b', 'c', 'd', 'e', 'f', 'g', 0}));
+  device.With([&] { EXPECT_EQ(script_.taken, "#HUSB/FR/001L07:1234567" + kRequest); });
 }
 
 TEST_F(HostFrames, LongReportIsNotSent) {
@@ -63,7 +63,7 @@ TEST_F(HostFrames, LongReportIsNotSent) {
   ASSERT_TRUE(Connect(device));
   EXPECT_FALSE(WriteTextFrame(8, report_.data()));
   Pause(Milliseconds(50));
-  device.With([&] { EXPECT_EQ("", script_.taken); });
+  device.With([&] { EXPECT_EQ(script_.taken, ""); });
 }
 
 TEST_F(HostFrames, WrongRepliesAreNone) {
@@ -74,15 +74,15 @@ TEST_F(HostFrames, WrongRepliesAreNone) {
   script_.replies = {wrongHead, wrongIds, Reply("abc"), Reply("abcdefghi")};
   const TcpDevice device(ip_, script_);
   ASSERT_TRUE(Connect(device));
-  for (int reply = 0; reply < 4; ++reply) EXPECT_EQ(20 + 50, TimeOfRead(7, false)) << reply;
+  for (int reply = 0; reply < 4; ++reply) EXPECT_EQ(TimeOfRead(7, false), 20 + 50) << reply;
 }
 
 TEST_F(HostFrames, SilenceAndTrickleEndInTime) {
   const TcpDevice device(ip_, script_, {.betweenBytes = Milliseconds(15)});
   ASSERT_TRUE(Connect(device));
-  EXPECT_EQ(20 + kEmptyRead, TimeOfRead(7, false));
+  EXPECT_EQ(TimeOfRead(7, false), 20 + kEmptyRead);
   script_.replies = {Reply("abcdefg")};
-  EXPECT_EQ(20 + kEmptyRead, TimeOfRead(7, false));
+  EXPECT_EQ(TimeOfRead(7, false), 20 + kEmptyRead);
 }
 
 TEST_F(HostFrames, PeerThatHangsUp) {
@@ -90,16 +90,16 @@ TEST_F(HostFrames, PeerThatHangsUp) {
   script_.CutAfter(10);
   const TcpDevice device(ip_, script_);
   ASSERT_TRUE(Connect(device));
-  for (int read = 0; read < 3; ++read) EXPECT_EQ(20 + kEmptyRead, TimeOfRead(7, false));
+  for (int read = 0; read < 3; ++read) EXPECT_EQ(TimeOfRead(7, false), 20 + kEmptyRead);
   EXPECT_TRUE(WriteTextFrame(7, report_.data())) << "whether it arrives is not asked";
   EXPECT_TRUE(LinkIsOpen());
 }
 
 TEST_F(HostFrames, NobodyListens) {
-  EXPECT_EQ(-3, LinkConnect({ip_, ClosedTcpPort(ip_)}));
+  EXPECT_EQ(LinkConnect({ip_, ClosedTcpPort(ip_)}), -3);
   EXPECT_FALSE(LinkIsOpen());
-  EXPECT_EQ(-3, LinkConnect({ip_, 0}));
-  EXPECT_EQ(-3, LinkConnect({{0, 0, 0, 1}, 10001}));
+  EXPECT_EQ(LinkConnect({ip_, 0}), -3);
+  EXPECT_EQ(LinkConnect({{0, 0, 0, 1}, 10001}), -3);
 }
 
 }  // namespace

@@ -29,7 +29,7 @@ class HostLibusb : public testing::Test {
   void SetUp() override {
     if (getuid() != 0) GTEST_SKIP() << "only root can make a file that is trusted";
     std::string folder = (fs::temp_directory_path() / "tavlyn-usb-XXXXXX").string();
-    ASSERT_NE(nullptr, mkdtemp(folder.data()));
+    ASSERT_NE(mkdtemp(folder.data()), nullptr);
     folder_ = folder;
     fs::permissions(folder_, fs::perms(0755));
     file_ = folder_ / "libusb-0.1.so.4";
@@ -63,7 +63,7 @@ TEST_F(HostLibusb, OnlyRootMayWriteTheFile) {
     ExpectRefused();
   }
   fs::permissions(file_, fs::perms(0644));
-  ASSERT_EQ(0, chown(file_.c_str(), kNobody, 0));
+  ASSERT_EQ(chown(file_.c_str(), kNobody, 0), 0);
   ExpectRefused();
 }
 
@@ -73,7 +73,7 @@ TEST_F(HostLibusb, OnlyRootMayWriteTheFolder) {
     ExpectRefused();
   }
   fs::permissions(folder_, fs::perms(0755));
-  ASSERT_EQ(0, chown(folder_.c_str(), kNobody, 0));
+  ASSERT_EQ(chown(folder_.c_str(), kNobody, 0), 0);
   ExpectRefused();
 }
 
@@ -116,9 +116,9 @@ TEST_F(HostLibusb, OnlyRootMayWriteTheFoldersAbove) {
       ExpectRefused();
     }
     fs::permissions(above, fs::perms(0755));
-    ASSERT_EQ(0, chown(above.c_str(), kNobody, 0));
+    ASSERT_EQ(chown(above.c_str(), kNobody, 0), 0);
     ExpectRefused();
-    ASSERT_EQ(0, chown(above.c_str(), 0, 0));
+    ASSERT_EQ(chown(above.c_str(), 0, 0), 0);
   }
   // Like the system's folder for temporary files, which this one is in.
   fs::permissions(inner.parent_path(), fs::perms(01777));
@@ -133,70 +133,69 @@ TEST_F(HostLibusb, TheOwnerOfASharedFolderMayExchangeWhatIsInIt) {
   file_ = inner / "libusb.so";
   SetVariable("TAVLYNAPI_LIBUSB", file_.c_str());
   fs::permissions(folder_, fs::perms(01777));
-  ASSERT_EQ(0, chown(folder_.c_str(), kNobody, 0));
+  ASSERT_EQ(chown(folder_.c_str(), kNobody, 0), 0);
   ExpectRefused();
 }
 
 TEST_F(HostLibusb, NamesThatAreMissingFail) {
   Dl_info own{};
-  ASSERT_NE(0, dladdr(reinterpret_cast<void*>(&dlopen), &own));
+  ASSERT_NE(dladdr(reinterpret_cast<void*>(&dlopen), &own), 0);
   SetVariable("TAVLYNAPI_LIBUSB", own.dli_fname);
   ASSERT_TRUE(usb_.Load()) << own.dli_fname << " has none of them";
-  EXPECT_EQ(-1, usb_.FindBusses());
-  EXPECT_EQ(-1, usb_.FindDevices());
-  EXPECT_EQ(kNoHandle, usb_.Open(kReader));
-  EXPECT_EQ(-1, usb_.ClaimInterface(1, 0));
+  EXPECT_EQ(usb_.FindBusses(), -1);
+  EXPECT_EQ(usb_.FindDevices(), -1);
+  EXPECT_EQ(usb_.Open(kReader), kNoHandle);
+  EXPECT_EQ(usb_.ClaimInterface(1, 0), -1);
 }
 
 TEST_F(HostLibusb, ThereIsNoLimitOfOurOwn) {
   ASSERT_TRUE(usb_.Load());
-  EXPECT_EQ(3, usb_.FindDevices());
+  EXPECT_EQ(usb_.FindDevices(), 3);
   std::set<Handle> open;
   for (int at = 0; at < 100; ++at) open.insert(usb_.Open(kReader));
-  EXPECT_EQ(100U, open.size());
-  EXPECT_EQ(0U, open.count(kNoHandle));
+  EXPECT_EQ(open.size(), 100U);
+  EXPECT_EQ(open.count(kNoHandle), 0U);
   for (const Handle device : open) {
-    EXPECT_EQ(0, usb_.ClaimInterface(device, 0));
+    EXPECT_EQ(usb_.ClaimInterface(device, 0), 0);
     usb_.Close(device);
-    EXPECT_EQ(-1, usb_.ClaimInterface(device, 0));
+    EXPECT_EQ(usb_.ClaimInterface(device, 0), -1);
   }
 }
 
 TEST_F(HostLibusb, DeviceThatOpensOnALaterBusIsUsed) {
   ASSERT_TRUE(usb_.Load());
-  EXPECT_EQ(2, usb_.FindBusses());
-  EXPECT_EQ(3, usb_.FindDevices());
-  EXPECT_EQ(kNoHandle, usb_.Open({0x171B, 0x1005}));
+  EXPECT_EQ(usb_.FindBusses(), 2);
+  EXPECT_EQ(usb_.FindDevices(), 3);
+  EXPECT_EQ(usb_.Open({0x171B, 0x1005}), kNoHandle);
   const Handle device = usb_.Open(kReader);
-  ASSERT_NE(kNoHandle, device);
-  EXPECT_EQ(0, usb_.ClaimInterface(device, 0));
-  EXPECT_EQ(0, usb_.SetConfiguration(device, 1));
+  ASSERT_NE(device, kNoHandle);
+  EXPECT_EQ(usb_.ClaimInterface(device, 0), 0);
+  EXPECT_EQ(usb_.SetConfiguration(device, 1), 0);
   const std::array<std::uint8_t, 3> sent{0xFA, 0x04, 0xED};
-  EXPECT_EQ(3, usb_.BulkWrite(device, 0x03, sent, 250));
+  EXPECT_EQ(usb_.BulkWrite(device, 0x03, sent, 250), 3);
   std::array<std::uint8_t, 3> got{};
-  EXPECT_EQ(3, usb_.BulkRead(device, 0x83, got, 250));
-  EXPECT_EQ(sent, got);
-  EXPECT_EQ(0, usb_.ReleaseInterface(device, 0));
+  EXPECT_EQ(usb_.BulkRead(device, 0x83, got, 250), 3);
+  EXPECT_EQ(got, sent);
+  EXPECT_EQ(usb_.ReleaseInterface(device, 0), 0);
   usb_.Close(device);
   usb_.Close(device);
-  EXPECT_EQ(-1, usb_.BulkRead(device, 0x83, got, 250));
+  EXPECT_EQ(usb_.BulkRead(device, 0x83, got, 250), -1);
   const Handle again = usb_.Open(kReader);
   EXPECT_NE(device, again) << "a number is never given out twice";
   usb_.Close(again);
 
   void* library = dlopen(file_.c_str(), RTLD_NOW | RTLD_NOLOAD);
-  ASSERT_NE(nullptr, library);
+  ASSERT_NE(library, nullptr);
   const auto calls = reinterpret_cast<const char* (*)()>(dlsym(library, "standin_calls"));
-  ASSERT_NE(nullptr, calls);
-  EXPECT_STREQ(
-      "init;busy;open;claim 0;strerror;configuration 1;write 3 250;read 131 250;release "
-      "0;close;busy;open;close;",
-      calls());
+  ASSERT_NE(calls, nullptr);
+  EXPECT_STREQ(calls(),
+               "init;busy;open;claim 0;strerror;configuration 1;write 3 250;read 131 250;release "
+               "0;close;busy;open;close;");
   dlclose(library);
   // They stay bound even if the file can no longer be trusted.
   fs::permissions(file_, fs::perms(0666));
   EXPECT_FALSE(usb_.Load());
-  EXPECT_EQ(2, usb_.FindBusses());
+  EXPECT_EQ(usb_.FindBusses(), 2);
 }
 
 }  // namespace

@@ -70,12 +70,12 @@ class HostLines : public testing::Test {
   // Whether the last close of the port drops its lines.
   [[nodiscard]] bool DropsAtClose() const {
     termios settings{};
-    EXPECT_EQ(0, tcgetattr(near_.get(), &settings));
+    EXPECT_EQ(tcgetattr(near_.get(), &settings), 0);
     return (settings.c_cflag & HUPCL) != 0;
   }
   [[nodiscard]] bool IsExclusive() const {
     int exclusive = -1;
-    EXPECT_EQ(0, ioctl(near_.get(), TIOCGEXCL, &exclusive));
+    EXPECT_EQ(ioctl(near_.get(), TIOCGEXCL, &exclusive), 0);
     return exclusive != 0;
   }
   void SetUp() override { TakeCalls(); }
@@ -87,38 +87,38 @@ class HostLines : public testing::Test {
 
 TEST_F(HostLines, OpeningRaisesDtrAlone) {
   const auto port = Open();
-  ASSERT_NE(nullptr, port);
-  EXPECT_EQ((Calls{"DTR up", "RTS down"}), TakeCalls());
+  ASSERT_NE(port, nullptr);
+  EXPECT_EQ(TakeCalls(), (Calls{"DTR up", "RTS down"}));
   EXPECT_TRUE(IsExclusive());
 }
 
 TEST_F(HostLines, ClosingDropsDtr) {
   auto port = Open();
-  ASSERT_NE(nullptr, port);
+  ASSERT_NE(port, nullptr);
   TakeCalls();
   port.reset();
-  EXPECT_EQ(Calls{"DTR down"}, TakeCalls());
+  EXPECT_EQ(TakeCalls(), Calls{"DTR down"});
   EXPECT_FALSE(IsExclusive());
 }
 
 TEST_F(HostLines, ReleasedPortKeepsDtr) {
   auto port = Open();
-  ASSERT_NE(nullptr, port);
+  ASSERT_NE(port, nullptr);
   EXPECT_TRUE(DropsAtClose()) << "a program that dies leaves no line up";
   TakeCalls();
   port->CloseQuietly();
   port.reset();
-  EXPECT_EQ(Calls{}, TakeCalls());
+  EXPECT_EQ(TakeCalls(), Calls{});
   EXPECT_FALSE(DropsAtClose());
   EXPECT_FALSE(IsExclusive());
-  ASSERT_NE(nullptr, Open());
+  ASSERT_NE(Open(), nullptr);
   EXPECT_TRUE(DropsAtClose());
 }
 
 TEST_F(HostLines, PortThatCannotBeSetUpIsLeftToOthers) {
-  EXPECT_EQ(nullptr, Open(kNoSpeed));
+  EXPECT_EQ(Open(kNoSpeed), nullptr);
   EXPECT_FALSE(IsExclusive());
-  EXPECT_EQ(Calls{}, TakeCalls());
+  EXPECT_EQ(TakeCalls(), Calls{});
 }
 
 // A driver that cannot do what is asked still reports success.
@@ -136,7 +136,7 @@ TEST_F(HostLines, ASpeedOfTheDriversOwnHasToBeNearTheOneAskedFor) {
     EXPECT_FALSE(IsExclusive());
   }
   driverSpeed.reset();
-  EXPECT_NE(nullptr, Open());
+  EXPECT_NE(Open(), nullptr);
 }
 
 }  // namespace

@@ -59,13 +59,13 @@ class HostPortRead : public HostPort, public testing::WithParamInterface<ReadCas
 TEST_P(HostPortRead, TakesItsTime) {
   const ReadCase& one = GetParam();
   const auto port = Open({one.interval, one.multiplier, one.constant, 50, 500});
-  ASSERT_NE(nullptr, port);
+  ASSERT_NE(port, nullptr);
   std::vector<Script::Step> steps;
   for (const int at : one.arrivals) steps.push_back({at, [&] { Send(far_.get(), "x"); }});
   const Script sender(steps);
   std::string got;
-  EXPECT_EQ(one.took, TimeOf([&] { got = Read(*port, one.length); }));
-  EXPECT_EQ(std::string(one.count, 'x'), got);
+  EXPECT_EQ(TimeOf([&] { got = Read(*port, one.length); }), one.took);
+  EXPECT_EQ(got, std::string(one.count, 'x'));
 }
 
 INSTANTIATE_TEST_SUITE_P(Timeouts, HostPortRead, testing::ValuesIn(kReadCases),
@@ -73,17 +73,17 @@ INSTANTIATE_TEST_SUITE_P(Timeouts, HostPortRead, testing::ValuesIn(kReadCases),
 
 TEST_F(HostPort, AtOnceTakesAllThatIsThere) {
   const auto port = Open(kAtOnce);
-  ASSERT_NE(nullptr, port);
+  ASSERT_NE(port, nullptr);
   Send(far_.get(), "abcdef");
-  EXPECT_EQ("abcd", Read(*port, 4));
-  EXPECT_EQ("ef", Read(*port, 4));
+  EXPECT_EQ(Read(*port, 4), "abcd");
+  EXPECT_EQ(Read(*port, 4), "ef");
 }
 
 TEST_F(HostPort, TimeoutsOfAnOpenPortCanBeChanged) {
   const auto port = Open({0, 0, 30000, 50, 500});
-  ASSERT_NE(nullptr, port);
+  ASSERT_NE(port, nullptr);
   port->SetTimeouts({0, 0, 100, 50, 500});
-  EXPECT_EQ(100, TimeOf([&] { EXPECT_EQ("", Read(*port, 4)); }));
+  EXPECT_EQ(TimeOf([&] { EXPECT_EQ(Read(*port, 4), ""); }), 100);
 }
 
 // Far more than fits into a pseudo-terminal, and a far end that does not read.
@@ -95,9 +95,9 @@ TEST_F(HostPort, WriteEndsAfterItsTime) {
   };
   for (const WriteCase& one : {WriteCase{0, 200, 200}, WriteCase{0, 1, 1}}) {
     const auto port = Open({0, 0, 0, one.multiplier, one.constant});
-    ASSERT_NE(nullptr, port);
+    ASSERT_NE(port, nullptr);
     std::uint32_t count = 0;
-    EXPECT_EQ(one.took, TimeOf([&] { count = Write(*port, much); }));
+    EXPECT_EQ(TimeOf([&] { count = Write(*port, much); }), one.took);
     EXPECT_LT(count, much.size());
     tcflush(far_.get(), TCIOFLUSH);
   }
@@ -107,141 +107,141 @@ TEST_F(HostPort, WriteEndsAfterItsTime) {
 TEST_F(HostPort, WriteWithoutALimitWaits) {
   const std::string much(50'000, 'y');
   const auto port = Open({0, 0, 0, 0, 0});
-  ASSERT_NE(nullptr, port);
+  ASSERT_NE(port, nullptr);
   std::string got;
   std::vector<Script::Step> steps;
   for (int at = 300; at < 400; ++at) steps.push_back({at, [&] { got += ReadAll(far_.get()); }});
   const Script reader(steps);
-  EXPECT_GE(TimeOf([&] { EXPECT_EQ(much.size(), Write(*port, much)); }), 300);
-  EXPECT_EQ(much, got + ReadAll(far_.get()));
+  EXPECT_GE(TimeOf([&] { EXPECT_EQ(Write(*port, much), much.size()); }), 300);
+  EXPECT_EQ(got + ReadAll(far_.get()), much);
 }
 
 TEST_F(HostPort, EveryByteValuePasses) {
   std::string all;
   for (int value = 0; value < 256; ++value) all += static_cast<char>(value);
   const auto port = Open();
-  ASSERT_NE(nullptr, port);
+  ASSERT_NE(port, nullptr);
   Send(far_.get(), all);
-  EXPECT_EQ(all, Read(*port, all.size()));
-  EXPECT_EQ(all.size(), Write(*port, all));
-  EXPECT_EQ(all, ReadAll(far_.get()));
+  EXPECT_EQ(Read(*port, all.size()), all);
+  EXPECT_EQ(Write(*port, all), all.size());
+  EXPECT_EQ(ReadAll(far_.get()), all);
 }
 
 TEST_F(HostPort, QueuesHoldAThousandBytes) {
   const std::string much(1024, 'z');
   const auto port = Open();
-  ASSERT_NE(nullptr, port);
-  EXPECT_EQ(much.size(), Write(*port, much));
+  ASSERT_NE(port, nullptr);
+  EXPECT_EQ(Write(*port, much), much.size());
   Send(far_.get(), much);
-  EXPECT_EQ(much, Read(*port, much.size()));
-  EXPECT_EQ(much, ReadAll(far_.get()));
+  EXPECT_EQ(Read(*port, much.size()), much);
+  EXPECT_EQ(ReadAll(far_.get()), much);
 }
 
 TEST_F(HostPort, OpeningEmptiesTheQueue) {
   Send(far_.get(), "for nobody");
   const auto port = Open(kAtOnce);
-  ASSERT_NE(nullptr, port);
-  EXPECT_EQ("", Read(*port, 16));
+  ASSERT_NE(port, nullptr);
+  EXPECT_EQ(Read(*port, 16), "");
 }
 
 TEST_F(HostPort, PurgeDropsWhatHasArrivedAlone) {
   const auto port = Open(kAtOnce);
-  ASSERT_NE(nullptr, port);
-  EXPECT_EQ(3u, Write(*port, "out"));
+  ASSERT_NE(port, nullptr);
+  EXPECT_EQ(Write(*port, "out"), 3u);
   Send(far_.get(), "in");
   port->PurgeInput();
-  EXPECT_EQ("", Read(*port, 16));
-  EXPECT_EQ("out", ReadAll(far_.get()));
+  EXPECT_EQ(Read(*port, 16), "");
+  EXPECT_EQ(ReadAll(far_.get()), "out");
 }
 
 // Bytes that the other side has not read yet must not be lost.
 TEST_F(HostPort, FlushKeepsWhatWasWritten) {
   const auto port = Open(kAtOnce);
-  ASSERT_NE(nullptr, port);
-  EXPECT_EQ(3u, Write(*port, "out"));
+  ASSERT_NE(port, nullptr);
+  EXPECT_EQ(Write(*port, "out"), 3u);
   Send(far_.get(), "in");
   port->Flush();
-  EXPECT_EQ("", Read(*port, 16));
-  EXPECT_EQ("out", ReadAll(far_.get()));
+  EXPECT_EQ(Read(*port, 16), "");
+  EXPECT_EQ(ReadAll(far_.get()), "out");
   Send(far_.get(), "later");
-  EXPECT_EQ("later", Read(*port, 16));
+  EXPECT_EQ(Read(*port, 16), "later");
 }
 
 TEST_F(HostPort, LineIsRawAtItsSpeed) {
   const auto port = TheHost().ports.Open(kNumber, {19200, 2, 2}, kUsual);
-  ASSERT_NE(nullptr, port);
+  ASSERT_NE(port, nullptr);
   termios line{};
-  ASSERT_EQ(0, tcgetattr(far_.get(), &line));
-  EXPECT_EQ(static_cast<speed_t>(B19200), cfgetospeed(&line));
-  EXPECT_EQ(static_cast<tcflag_t>(CSTOPB), line.c_cflag & CSTOPB);
-  EXPECT_EQ(0u, line.c_lflag & (ICANON | ECHO | ISIG));
-  EXPECT_EQ(0u, line.c_iflag & (IXON | IXOFF | ICRNL));
-  EXPECT_EQ(0u, line.c_oflag & OPOST);
+  ASSERT_EQ(tcgetattr(far_.get(), &line), 0);
+  EXPECT_EQ(cfgetospeed(&line), static_cast<speed_t>(B19200));
+  EXPECT_EQ(line.c_cflag & CSTOPB, static_cast<tcflag_t>(CSTOPB));
+  EXPECT_EQ(line.c_lflag & (ICANON | ECHO | ISIG), 0u);
+  EXPECT_EQ(line.c_iflag & (IXON | IXOFF | ICRNL), 0u);
+  EXPECT_EQ(line.c_oflag & OPOST, 0u);
 }
 
 TEST_F(HostPort, EverySpeedOpensThatTheDriverTakes) {
   for (const std::uint32_t baud :
        {110U,   300U,    600U,    1200U,   2400U,   4800U,   9600U,   14400U,  19200U,  38400U,   56000U,
         57600U, 115200U, 128000U, 230400U, 250000U, 256000U, 460800U, 500000U, 921600U, 1000000U, 12345U}) {
-    EXPECT_NE(nullptr, TheHost().ports.Open(kNumber, {baud, 0, 0}, kUsual)) << baud;
-    EXPECT_EQ(baud, SpeedOf(far_.get()));
+    EXPECT_NE(TheHost().ports.Open(kNumber, {baud, 0, 0}, kUsual), nullptr) << baud;
+    EXPECT_EQ(SpeedOf(far_.get()), baud);
   }
-  EXPECT_EQ(nullptr, TheHost().ports.Open(kNumber, {0, 0, 0}, kUsual)) << "0 would hang up";
+  EXPECT_EQ(TheHost().ports.Open(kNumber, {0, 0, 0}, kUsual), nullptr) << "0 would hang up";
 }
 
 TEST_F(HostPort, WhatIsMissingOrNoPortDoesNotOpen) {
-  EXPECT_EQ(nullptr, TheHost().ports.Open(4, {}, kUsual));
+  EXPECT_EQ(TheHost().ports.Open(4, {}, kUsual), nullptr);
   ports_.AddFile(4, "/dev/null");
-  EXPECT_EQ(nullptr, TheHost().ports.Open(4, {}, kUsual));
+  EXPECT_EQ(TheHost().ports.Open(4, {}, kUsual), nullptr);
 }
 
 TEST_F(HostPort, HangUpEndsAReadAtOnce) {
   const auto port = Open({0, 0, 5000, 50, 500});
-  ASSERT_NE(nullptr, port);
+  ASSERT_NE(port, nullptr);
   far_.Close();
-  EXPECT_EQ(0, TimeOf([&] { EXPECT_EQ("", Read(*port, 4)); }));
-  EXPECT_EQ(0u, Write(*port, "x"));
+  EXPECT_EQ(TimeOf([&] { EXPECT_EQ(Read(*port, 4), ""); }), 0);
+  EXPECT_EQ(Write(*port, "x"), 0u);
 }
 
 TEST_F(HostPort, ClosedPortMovesNothingAndOpensAgain) {
   auto port = Open();
-  ASSERT_NE(nullptr, port);
+  ASSERT_NE(port, nullptr);
   port->CloseQuietly();
-  EXPECT_EQ("", Read(*port, 4));
-  EXPECT_EQ(0u, Write(*port, "x"));
+  EXPECT_EQ(Read(*port, 4), "");
+  EXPECT_EQ(Write(*port, "x"), 0u);
   port = Open();
-  ASSERT_NE(nullptr, port);
+  ASSERT_NE(port, nullptr);
   Send(far_.get(), "back");
-  EXPECT_EQ("back", Read(*port, 4));
+  EXPECT_EQ(Read(*port, 4), "back");
 }
 
 // Not even root, who may open exclusively opened files, or this program itself.
 TEST_F(HostPort, APortHasOneHolder) {
   auto port = Open();
-  ASSERT_NE(nullptr, port);
-  EXPECT_EQ(nullptr, Open());
+  ASSERT_NE(port, nullptr);
+  EXPECT_EQ(Open(), nullptr);
   const int other = open(ports_.PathOf(kNumber).c_str(), O_RDWR | O_NOCTTY);
   if (other >= 0) {
-    EXPECT_NE(0, flock(other, LOCK_EX | LOCK_NB)) << "told to whoever asks";
+    EXPECT_NE(flock(other, LOCK_EX | LOCK_NB), 0) << "told to whoever asks";
     close(other);
   }
-  EXPECT_EQ(3u, Write(*port, "out")) << "the one that was refused has changed nothing";
-  EXPECT_EQ("out", ReadAll(far_.get()));
+  EXPECT_EQ(Write(*port, "out"), 3u) << "the one that was refused has changed nothing";
+  EXPECT_EQ(ReadAll(far_.get()), "out");
   port.reset();
-  EXPECT_NE(nullptr, Open());
+  EXPECT_NE(Open(), nullptr);
 }
 
 // A child inherits its parent's open files.
 TEST_F(HostPort, AChildKeepsNoPortHeld) {
   auto port = Open();
-  ASSERT_NE(nullptr, port);
+  ASSERT_NE(port, nullptr);
   const pid_t child = fork();
   if (child == 0) {
     pause();
     _exit(0);
   }
   port.reset();
-  EXPECT_NE(nullptr, Open());
+  EXPECT_NE(Open(), nullptr);
   kill(child, SIGKILL);
   waitpid(child, nullptr, 0);
 }
@@ -262,10 +262,10 @@ TEST_F(HostPort, OpenPortIsExclusive) {
     return WEXITSTATUS(status);
   };
   auto port = Open();
-  ASSERT_NE(nullptr, port);
-  EXPECT_EQ(EBUSY, errorOfAStranger());
+  ASSERT_NE(port, nullptr);
+  EXPECT_EQ(errorOfAStranger(), EBUSY);
   port.reset();
-  EXPECT_EQ(0, errorOfAStranger());
+  EXPECT_EQ(errorOfAStranger(), 0);
 }
 
 // Two, two, one, with a pause of a millisecond after each, in which the far end checks.
@@ -276,8 +276,8 @@ TEST_F(HostPort, TextIsPaced) {
   std::vector<std::string> pieces;
   const auto look = [&] { pieces.push_back(ReadAll(far_.get())); };
   const Script reader({{1, look}, {2, look}, {3, look}});
-  EXPECT_EQ(3, TimeOf([&] { port.WriteText("ABCDE"); }));
-  EXPECT_EQ((std::vector<std::string>{"AB", "CD", "E"}), pieces);
+  EXPECT_EQ(TimeOf([&] { port.WriteText("ABCDE"); }), 3);
+  EXPECT_EQ(pieces, (std::vector<std::string>{"AB", "CD", "E"}));
 }
 
 }  // namespace

@@ -37,7 +37,7 @@ class HostVirtualPorts : public testing::Test {
  protected:
   void SetUp() override {
     std::string folder = (fs::temp_directory_path() / "tavlyn-sys-XXXXXX").string();
-    ASSERT_NE(nullptr, mkdtemp(folder.data()));
+    ASSERT_NE(mkdtemp(folder.data()), nullptr);
     root_ = folder;
     sysRoot = folder;
     fs::create_directories(root_ / "sys/bus/pcmcia");
@@ -93,7 +93,7 @@ TEST_F(HostVirtualPorts, FamilyOfProductsCounts) {
   Identify("usb1/1-4", "7a32", "2301");
   AddPort(5, "ttyACM5", "usb1/1-5/1-5:1.0");
   Identify("usb1/1-5", "7a31", "1230");
-  EXPECT_EQ((Numbers{1, 256}), Found());
+  EXPECT_EQ(Found(), (Numbers{1, 256}));
 }
 
 // The hub that a device is connected to says nothing about the device.
@@ -101,20 +101,20 @@ TEST_F(HostVirtualPorts, NearestIdentityDecides) {
   Identify("usb1/1-1", "7a31", "2301");
   AddPort(2, "ttyACM0", "usb1/1-1/1-1.1/1-1.1:1.0");
   Identify("usb1/1-1/1-1.1", "0403", "6001");
-  EXPECT_EQ(Numbers{}, Found());
+  EXPECT_EQ(Found(), Numbers{});
 }
 
 TEST_F(HostVirtualPorts, EveryCardCounts) {
   AddPort(7, "ttyS4", "pci0/pcmcia_socket0/0.0");
   PutOnBus("pci0/pcmcia_socket0/0.0", "pcmcia");
-  EXPECT_EQ(Numbers{7}, Found());
+  EXPECT_EQ(Found(), Numbers{7});
 }
 
 TEST_F(HostVirtualPorts, PortsWithoutADeviceAreNone) {
   AddPort(8, "ttyS0", "platform/serial8250");
   AddPort(9, "ttyACM9", "usb1/1-9/1-9:1.0");
   Identify("usb1/1-9", "not a number", "2301");
-  EXPECT_EQ(Numbers{}, Found());
+  EXPECT_EQ(Found(), Numbers{});
 }
 
 }  // namespace

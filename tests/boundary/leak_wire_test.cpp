@@ -19,7 +19,7 @@ TEST_F(LeakWire, ReaderOnAPort) {
   PortDevice device(ports_, kDevicePort, line_);
   const int before = OpenHandles();
   for (int time = 0; time < kConnects / 10; ++time) {
-    ASSERT_EQ(1u, ConnectToPort(kDevicePort)) << time;
+    ASSERT_EQ(ConnectToPort(kDevicePort), 1u) << time;
     CALL(library_, USBDisconnect)();
   }
   ExpectOpenAsBefore(before);
@@ -29,7 +29,7 @@ TEST_F(LeakWire, PortWithoutAReader) {
   Answering refusing({0x6D, 0x00});
   PortDevice device(ports_, kDevicePort, refusing);
   const int before = OpenHandles();
-  for (int time = 0; time < kConnects; ++time) ASSERT_EQ(0u, ConnectToPort(kDevicePort));
+  for (int time = 0; time < kConnects; ++time) ASSERT_EQ(ConnectToPort(kDevicePort), 0u);
   ExpectOpenAsBefore(before);
 }
 
@@ -38,8 +38,8 @@ TEST_F(LeakWire, ReaderWhoseConfigurationCannotBeRead) {
   PortDevice device(ports_, kDevicePort, reader);
   const int before = OpenHandles();
   for (int time = 0; time < kConnects; ++time) {
-    ASSERT_EQ(0u, ConnectToPort(kDevicePort));
-    ASSERT_EQ(1, CALL(library_, GetDevCnt)()) << time;
+    ASSERT_EQ(ConnectToPort(kDevicePort), 0u);
+    ASSERT_EQ(CALL(library_, GetDevCnt)(), 1) << time;
     CALL(library_, USBDisconnect)();
   }
   ExpectOpenAsBefore(before);
@@ -50,10 +50,10 @@ TEST_F(LeakWire, ConnectsWithoutDisconnects) {
   PortDevice device(ports_, kDevicePort, line_);
   CALL(library_, SetDevTypeSrch)(1);
   CALL(library_, SetComSrchRange)(kDevicePort, kDevicePort);
-  ASSERT_EQ(1u, CALL(library_, USBConnect)(nullptr));
+  ASSERT_EQ(CALL(library_, USBConnect)(nullptr), 1u);
   const int before = OpenHandles();
   for (int time = 0; time < kConnects / 10; ++time)
-    ASSERT_EQ(1u, CALL(library_, USBConnect)(nullptr)) << time;
+    ASSERT_EQ(CALL(library_, USBConnect)(nullptr), 1u) << time;
   ExpectOpenAsBefore(before);
 }
 
@@ -62,16 +62,16 @@ TEST_F(LeakWire, PeerThatNeverAnswers) {
   const Ip ip{127, 3, 3, 1};
   const DeafPort device(ip);
   const int before = OpenHandles();
-  for (int time = 0; time < kConnects; ++time) ASSERT_EQ(0u, ConnectTo(ip, device.Port()));
+  for (int time = 0; time < kConnects; ++time) ASSERT_EQ(ConnectTo(ip, device.Port()), 0u);
   ExpectOpenAsBefore(before);
-  EXPECT_EQ(2 * kConnects, NewConnects());
+  EXPECT_EQ(NewConnects(), 2 * kConnects);
 }
 
 TEST_F(LeakWire, NobodyListens) {
   const Ip ip{127, 3, 3, 2};
   const std::uint16_t port = ClosedTcpPort(ip);
   const int before = OpenHandles();
-  for (int time = 0; time < kConnects; ++time) ASSERT_EQ(0u, ConnectTo(ip, port));
+  for (int time = 0; time < kConnects; ++time) ASSERT_EQ(ConnectTo(ip, port), 0u);
   ExpectOpenAsBefore(before);
 }
 
@@ -80,14 +80,14 @@ TEST_F(LeakWire, LinksLostToASearchForAdapters) {
   const Ip ip{127, 4, 0, 1};
   for (int time = 0; time < kConnects / 10; ++time) {
     const TcpDevice device(ip, line_);
-    ASSERT_EQ(1u, ConnectTo(ip, device.Port())) << time;
-    ASSERT_EQ(0u, CALL(library_, FindXport)(127, 2, 0, 1, 1));
+    ASSERT_EQ(ConnectTo(ip, device.Port()), 1u) << time;
+    ASSERT_EQ(CALL(library_, FindXport)(127, 2, 0, 1, 1), 0u);
   }
 }
 
 TEST_F(LeakWire, AdaptersThatAreNotThere) {
   const int before = OpenHandles();
-  for (int time = 0; time < kConnects; ++time) ASSERT_EQ(0u, CALL(library_, FindXport)(127, 2, 0, 1, 1));
+  for (int time = 0; time < kConnects; ++time) ASSERT_EQ(CALL(library_, FindXport)(127, 2, 0, 1, 1), 0u);
   ExpectOpenAsBefore(before);
 }
 

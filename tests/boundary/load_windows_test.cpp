@@ -59,7 +59,7 @@ TEST(Load, TwelveHundredTimesLeaveNothing) {
     library.Standin("reset");
   };
   for (int time = 0; time < 10; ++time) once();
-  ASSERT_EQ(nullptr, GetModuleHandleA(TAVLYN_LIBRARY)) << "it would leave nothing because it stays";
+  ASSERT_EQ(GetModuleHandleA(TAVLYN_LIBRARY), nullptr) << "it would leave nothing because it stays";
   const Taken before = OfThisProcess();
   for (int time = 0; time < kLoads && !testing::Test::HasFailure(); ++time) once();
   const Taken after = OfThisProcess();

@@ -24,20 +24,20 @@ TEST(Loading, PlantedSystemLibrariesAreNotLoaded) {
   ASSERT_TRUE(SetCurrentDirectoryA(OwnFolder().c_str()));
   for (const char* name : kPlanted) {
     ASSERT_NE(INVALID_FILE_ATTRIBUTES, GetFileAttributesA(name)) << name << " lies in both places";
-    ASSERT_EQ(nullptr, GetModuleHandleA(name));
+    ASSERT_EQ(GetModuleHandleA(name), nullptr);
   }
   void* library = LoadByName(TAVLYN_LIBRARY);
-  ASSERT_NE(nullptr, library);
+  ASSERT_NE(library, nullptr);
   for (const char* name : kPlanted) {
     void* loaded = GetModuleHandleA(name);
-    ASSERT_NE(nullptr, loaded) << name;
-    EXPECT_EQ(nullptr, FindSymbol(loaded, kMarker)) << name;
+    ASSERT_NE(loaded, nullptr) << name;
+    EXPECT_EQ(FindSymbol(loaded, kMarker), nullptr) << name;
   }
   Unload(library);
   // A search by the bare name would have found the planted file.
   void* planted = LoadByName("hid.dll");
-  ASSERT_NE(nullptr, planted);
-  EXPECT_NE(nullptr, FindSymbol(planted, kMarker));
+  ASSERT_NE(planted, nullptr);
+  EXPECT_NE(FindSymbol(planted, kMarker), nullptr);
   Unload(planted);
 }
 

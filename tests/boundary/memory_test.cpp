@@ -44,7 +44,7 @@ struct Work {
 };
 
 void ExpectGood(const Work& work) {
-  EXPECT_EQ(work.good, work.run());
+  EXPECT_EQ(work.run(), work.good);
   work.end();
 }
 
@@ -81,7 +81,7 @@ int DenyEach(const Work& work, Denial denial) {
     DenyOne(work, number, denial);
     const Held before;
     const End end = DenyOne(work, number, denial);
-    EXPECT_EQ(before, Held());
+    EXPECT_EQ(Held(), before);
     if (end == End::kNotDenied) break;
     if (end == End::kFailed) ++failed;
   }
@@ -93,7 +93,7 @@ void DenyAll(const Work& work) {
   ExpectGood(work);
   for (const Denial denial : {Denial::kOnce, Denial::kFromThereOn}) {
     SCOPED_TRACE(denial == Denial::kOnce ? "once" : "from there on");
-    EXPECT_EQ(!work.told.empty(), DenyEach(work, denial) > 0);
+    EXPECT_EQ(DenyEach(work, denial) > 0, !work.told.empty());
   }
 }
 
@@ -125,7 +125,7 @@ class Memory : public Wire {
     const std::uint32_t did = Connect().word;
     Disconnect();
     DenyAll({[&] { return Connect(); }, {1, did}, {{0, kNotWritten}}, [&] { Disconnect(); }});
-    ASSERT_EQ(1U, Connect().result);
+    ASSERT_EQ(Connect().result, 1U);
   }
 
   // A call on the active device, and the error word that it leaves.
@@ -235,7 +235,7 @@ TEST_F(Memory, OwnAddress) {
 
 TEST_F(Memory, ReaderOnABulkDevice) {
   void* standin = LoadByName(TAVLYN_STANDIN_USB);
-  ASSERT_NE(nullptr, standin);
+  ASSERT_NE(standin, nullptr);
   const auto run = reinterpret_cast<TavlynStandin>(FindSymbol(standin, TAVLYN_STANDIN));
   SetVariable("TAVLYNAPI_LIBUSB", TAVLYN_STANDIN_USB);
   run("plug reader@bulk", nullptr, 0);
@@ -256,7 +256,7 @@ TEST_F(Memory, ReaderOnABulkDevice) {
 
 TEST_F(Memory, FilesOfAReader) {
   Plug("reader", 1);
-  ASSERT_EQ(1U, Connect().result);
+  ASSERT_EQ(Connect().result, 1U);
   ExpectFile(CALL(library_, WriteDevCfgToFile), {{0, 0}});
   ExpectFile(CALL(library_, ReadDevCfgFmFile), {{0, 0}});
   ExpectFile(CALL(library_, WriteDevCfgToSecureFile),
@@ -267,7 +267,7 @@ TEST_F(Memory, FilesOfAReader) {
 
 TEST_F(Memory, FilesOfABleRadio) {
   Plug("reader", 1);
-  ASSERT_EQ(1U, Connect().result);
+  ASSERT_EQ(Connect().result, 1U);
   const std::vector<Outcome> notSaved = {{kUnsupported, 0}, {kUnsupported, TAVLYN_ERR_BLE_READ}};
   const std::vector<Outcome> notLoaded = {{kUnsupported, TAVLYN_ERR_INTEGRITY},
                                           {kUnsupported, TAVLYN_ERR_BLE_WRITE}};
@@ -279,7 +279,7 @@ TEST_F(Memory, FilesOfABleRadio) {
 
 TEST_F(Memory, FileOfKeys) {
   Plug("reader", 1);
-  ASSERT_EQ(1U, Connect().result);
+  ASSERT_EQ(Connect().result, 1U);
   std::ofstream(file_, std::ios::binary) << "[Blob1]\r\nhdr=20 7 5 9\r\ndata=1 2 3 4 5\r\n"
                                             "[EOF]\r\niEndOfIniFile=041C75B2\r\n";
   ExpectFile(CALL(library_, LoadIniFile), {{0, TAVLYN_ERR_INTEGRITY}, {0, 0}});
@@ -288,7 +288,7 @@ TEST_F(Memory, FileOfKeys) {
 TEST_F(Memory, FilesOfOtherProducts) {
   for (const auto& [device, product] : {std::pair("magstripe", 2U), std::pair("sonar", 4U)}) {
     Plug(device, product);
-    ASSERT_EQ(1U, Connect().result);
+    ASSERT_EQ(Connect().result, 1U);
     ExpectFile(CALL(library_, WriteDevCfgToFile), {{0, 0}});
     ExpectFile(CALL(library_, ReadDevCfgFmFile), {{0, 0}});
     Disconnect();
@@ -299,8 +299,8 @@ TEST_F(Memory, FilesOfOtherProducts) {
 TEST_F(Memory, ReaderThatComesAndGoes) {
   Plug("reader", 1);
   Plug("reader", 1);
-  ASSERT_EQ(1U, Connect().result);
-  ASSERT_EQ(2, CALL(library_, GetDevCnt)());
+  ASSERT_EQ(Connect().result, 1U);
+  ASSERT_EQ(CALL(library_, GetDevCnt)(), 2);
   CALL(library_, SetActDev)(1);
   const std::string path = Name();
   const auto comeAndGo = [&] {
@@ -323,7 +323,7 @@ TEST_F(Memory, ReaderThatComesAndGoes) {
 TEST_F(Memory, MemoryForTheCaller) {
   Plug("reader", 1);
   library_.Standin("sample 0001:0102:16");
-  ASSERT_EQ(1U, Connect().result);
+  ASSERT_EQ(Connect().result, 1U);
   CALL(library_, GetCardAnalyzerStatus)();
   const auto given = [](void* memory) {
     std::free(memory);

@@ -24,14 +24,14 @@ void WINAPI SleepOfTicks(DWORD milliseconds) { paused += std::ceil(milliseconds 
 void WINAPI CountedSleep(DWORD milliseconds) { paused += milliseconds; }
 
 HANDLE WINAPI NotedTimer(SECURITY_ATTRIBUTES* security, const wchar_t* name, DWORD flags, DWORD access) {
-  EXPECT_EQ(kHighResolution, flags);
+  EXPECT_EQ(flags, kHighResolution);
   return timer = CreateWaitableTimerExW(security, name, flags, access);
 }
 
 BOOL WINAPI NotedDue(HANDLE set, const LARGE_INTEGER* when, LONG period, PTIMERAPCROUTINE, void*,
                      BOOL resumes) {
-  EXPECT_EQ(timer, set);
-  EXPECT_EQ(0, period);
+  EXPECT_EQ(set, timer);
+  EXPECT_EQ(period, 0);
   due = *when;
   LARGE_INTEGER atOnce{};
   return SetWaitableTimer(set, &atOnce, 0, nullptr, nullptr, resumes);
@@ -55,7 +55,7 @@ class NothingAttached : public testing::Test {
     CALL(library_, SetConnectProduct)(7);
     paused = 0;
     std::uint32_t did = 0;
-    EXPECT_EQ(0u, CALL(library_, USBConnect)(&did));
+    EXPECT_EQ(CALL(library_, USBConnect)(&did), 0u);
     return paused;
   }
 
@@ -67,13 +67,13 @@ TEST_F(NothingAttached, DefaultConnectTakesItsPausesAndNoMore) {
   Lead({"CreateWaitableTimerExW", reinterpret_cast<void*>(NotedTimer)});
   Lead({"SetWaitableTimer", reinterpret_cast<void*>(NotedDue)});
   Lead({"WaitForSingleObject", reinterpret_cast<void*>(CountedWait)});
-  EXPECT_EQ(kDefaultPauses, PausesOfAConnect());
+  EXPECT_EQ(PausesOfAConnect(), kDefaultPauses);
 }
 
 TEST_F(NothingAttached, ASystemWithoutPunctualTimersSleeps) {
   Lead(kNoTimers);
   Lead({"Sleep", reinterpret_cast<void*>(CountedSleep)});
-  EXPECT_EQ(kDefaultPauses, PausesOfAConnect());
+  EXPECT_EQ(PausesOfAConnect(), kDefaultPauses);
 }
 
 }  // namespace

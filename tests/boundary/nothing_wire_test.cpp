@@ -22,20 +22,20 @@ class NothingAttached : public Wire {
 
 TEST_F(NothingAttached, DefaultConnectTakesItsPausesAndNoMore) {
   const auto before = Slept();
-  EXPECT_EQ(kDefaultPauses, TimeOf([&] { EXPECT_EQ(0u, CALL(library_, USBConnect)(&did_)); }));
-  EXPECT_EQ(Milliseconds(kDefaultPauses), Slept() - before);
+  EXPECT_EQ(TimeOf([&] { EXPECT_EQ(0u, CALL(library_, USBConnect)(&did_)); }), kDefaultPauses);
+  EXPECT_EQ(Slept() - before, Milliseconds(kDefaultPauses));
 }
 
 TEST_F(NothingAttached, DefaultConnectAsksNobody) {
-  EXPECT_EQ(0u, CALL(library_, USBConnect)(&did_));
-  EXPECT_EQ(kNotWritten, did_);
-  EXPECT_EQ(0, NewConnects());
-  EXPECT_EQ(0, NewDatagrams());
+  EXPECT_EQ(CALL(library_, USBConnect)(&did_), 0u);
+  EXPECT_EQ(did_, kNotWritten);
+  EXPECT_EQ(NewConnects(), 0);
+  EXPECT_EQ(NewDatagrams(), 0);
   // Questions that must not be asked are counted where they would arrive.
   const Ip ip{127, 3, 2, 1};
-  EXPECT_EQ(0u, ConnectTo(ip, ClosedTcpPort(ip)));
-  EXPECT_EQ(2, NewConnects());
-  EXPECT_EQ(8, NewDatagrams());
+  EXPECT_EQ(ConnectTo(ip, ClosedTcpPort(ip)), 0u);
+  EXPECT_EQ(NewConnects(), 2);
+  EXPECT_EQ(NewDatagrams(), 8);
 }
 
 // Debian's own, on a machine whose bus is empty or holds other devices.
@@ -61,14 +61,14 @@ TEST_F(RealLibusb, LoadsAndFindsNothing) {
   const std::string file = File();
   if (file.empty()) GTEST_SKIP() << "libusb-0.1 is not installed";
   struct stat status {};
-  ASSERT_EQ(0, stat(file.c_str(), &status));
+  ASSERT_EQ(stat(file.c_str(), &status), 0);
   if (status.st_uid != 0) GTEST_SKIP() << file << " does not belong to root as seen here, and is not trusted";
   PortDevice device(ports_, 3, line_);
   CALL(library_, SetDevTypeSrch)(1);
   for (int time = 0; time < 3; ++time) {
-    EXPECT_EQ(1u, CALL(library_, USBConnect)(&did_)) << "the reader on a port is still found";
+    EXPECT_EQ(CALL(library_, USBConnect)(&did_), 1u) << "the reader on a port is still found";
     EXPECT_TRUE(IsLoaded(file));
-    EXPECT_EQ("COM3:", Name());
+    EXPECT_EQ(Name(), "COM3:");
     CALL(library_, USBDisconnect)();
   }
 }
@@ -82,7 +82,7 @@ TEST_F(RealLibusb, UntrustedCopyIsNotLoaded) {
   std::filesystem::permissions(copy, std::filesystem::perms(0666));
   SetVariable("TAVLYNAPI_LIBUSB", copy.c_str());
   CALL(library_, SetDevTypeSrch)(1);
-  EXPECT_EQ(0u, CALL(library_, USBConnect)(&did_));
+  EXPECT_EQ(CALL(library_, USBConnect)(&did_), 0u);
   EXPECT_FALSE(IsLoaded(copy));
   SetVariable("TAVLYNAPI_LIBUSB", nullptr);
 }

@@ -10,30 +10,30 @@ class PausesWire : public Wire {
   template <typename Call>
   static void ExpectPauses(int expected, Call call) {
     const auto before = Slept();
-    EXPECT_EQ(expected, TimeOf(call));
-    EXPECT_EQ(Milliseconds(expected), Slept() - before);
+    EXPECT_EQ(TimeOf(call), expected);
+    EXPECT_EQ(Slept() - before, Milliseconds(expected));
   }
 };
 
 TEST_F(PausesWire, ConfigurationReadOverAPort) {
   PortDevice device(ports_, 3, line_);
-  ASSERT_EQ(1u, ConnectToPort(3));
-  ExpectPauses(21 * 50, [&] { EXPECT_EQ(1u, CALL(library_, ReadCfg)()); });
+  ASSERT_EQ(ConnectToPort(3), 1u);
+  ExpectPauses(21 * 50, [&] { EXPECT_EQ(CALL(library_, ReadCfg)(), 1u); });
 }
 
 TEST_F(PausesWire, ConfigurationReadOverTcp) {
   const Ip ip{127, 3, 1, 1};
   const TcpDevice device(ip, line_);
-  ASSERT_EQ(1u, ConnectTo(ip, device.Port()));
+  ASSERT_EQ(ConnectTo(ip, device.Port()), 1u);
   // Seven of the exchanges end with a status of their own: two reads after the echo instead of one.
-  ExpectPauses(21 * 270 + 7 * 100, [&] { EXPECT_EQ(1u, CALL(library_, ReadCfg)()); });
+  ExpectPauses(21 * 270 + 7 * 100, [&] { EXPECT_EQ(CALL(library_, ReadCfg)(), 1u); });
 }
 
 TEST_F(PausesWire, PollOfAReaderWithoutACard) {
   PortDevice device(ports_, 3, line_);
-  ASSERT_EQ(1u, ConnectToPort(3));
+  ASSERT_EQ(ConnectToPort(3), 1u);
   std::array<std::uint8_t, 8> id{};
-  const auto poll = [&] { EXPECT_EQ(0, CALL(library_, GetActiveID)(id.data(), 8)); };
+  const auto poll = [&] { EXPECT_EQ(CALL(library_, GetActiveID)(id.data(), 8), 0); };
   ExpectPauses(50, poll);
   ExpectPauses(50, poll);
 }

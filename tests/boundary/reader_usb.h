@@ -65,13 +65,13 @@ class ReaderUsb : public testing::Test {
   // What every reader of the rack has.
   void ExpectMirror(std::int16_t features) {
     tsCfgFlags flags{};
-    EXPECT_EQ(1u, CALL(*library_, GetFlags)(&flags));
+    EXPECT_EQ(CALL(*library_, GetFlags)(&flags), 1u);
     EXPECT_EQ(
         (std::array{0, 0, 1, 1, 1, 0, 0, 0}),
         (std::array<int, 8>{flags.bFixLenDsp, flags.bFrcBitCntEx, flags.bStripFac, flags.bSndFac,
                             flags.bUseDelFac2Id, flags.bNoUseELChar, flags.bSndOnRx, flags.bHaltKBSnd}));
     tsTimeParms times{};
-    EXPECT_EQ(1u, CALL(*library_, GetTimeParms)(&times));
+    EXPECT_EQ(CALL(*library_, GetTimeParms)(&times), 1u);
     EXPECT_EQ((std::array<int, 7>{100, 1000, 2000, 4, 4, features, 0x40}),
               (std::array<int, 7>{times.iBitStrmTO, times.iIDHoldTO, times.iIDLockOutTm, times.iUSBKeyPrsTm,
                                   times.iUSBKeyRlsTm, times.ExFeatures01, times.iTPCfgFlg3}));

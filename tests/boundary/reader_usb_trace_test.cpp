@@ -35,15 +35,15 @@ class ReaderUsbTrace : public ReaderUsb {
 TEST_F(ReaderUsbTrace, FileHoldsOneStampedLineForEachEvent) {
   const std::size_t before = TraceLines().size();
   Do("plug reader");
-  ASSERT_EQ(1u, Connect());
+  ASSERT_EQ(Connect(), 1u);
   CALL(*library_, USBDisconnect)();
   const std::vector<std::string> all = TraceLines();
   std::vector<std::string> events;
   for (std::size_t i = before; i < all.size(); ++i) {
     ASSERT_GT(all[i].size(), 18u);
-    EXPECT_EQ(' ', all[i][8]);
-    EXPECT_EQ(':', all[i][11]);
-    EXPECT_EQ(' ', all[i][17]);
+    EXPECT_EQ(all[i][8], ' ');
+    EXPECT_EQ(all[i][11], ':');
+    EXPECT_EQ(all[i][17], ' ');
     events.push_back(all[i].substr(18));
   }
   const std::vector<std::string> expected{
@@ -60,7 +60,7 @@ TEST_F(ReaderUsbTrace, FileHoldsOneStampedLineForEachEvent) {
       "USBDisconnect Handle closed successfully",
       "USBDisconnect EXIT",
   };
-  EXPECT_EQ(expected, events);
+  EXPECT_EQ(events, expected);
 }
 
 std::vector<std::string> marked;
@@ -70,17 +70,17 @@ void Mark(const char* line, std::uint64_t length) { marked.emplace_back(line, le
 TEST_F(ReaderUsbTrace, MarkerFunctionTakesTheLines) {
   marked.clear();
   const std::size_t before = TraceLines().size();
-  EXPECT_EQ(1u, CALL(*library_, SetMarkerFunction)(Mark));
+  EXPECT_EQ(CALL(*library_, SetMarkerFunction)(Mark), 1u);
   CALL(*library_, USBDisconnect)();
   CALL(*library_, SetMarkerFunction)(nullptr);
   CALL(*library_, USBDisconnect)();
-  ASSERT_EQ(2u, marked.size());
-  EXPECT_EQ("USBDisconnect ENTER\n", marked[0].substr(18));
-  EXPECT_EQ("USBDisconnect EXIT\n", marked[1].substr(18));
-  EXPECT_EQ(before, TraceLines().size());
+  ASSERT_EQ(marked.size(), 2u);
+  EXPECT_EQ(marked[0].substr(18), "USBDisconnect ENTER\n");
+  EXPECT_EQ(marked[1].substr(18), "USBDisconnect EXIT\n");
+  EXPECT_EQ(TraceLines().size(), before);
 }
 
-TEST_F(ReaderUsb, NoMarkerWithoutTheVariable) { EXPECT_EQ(0u, CALL(*library_, SetMarkerFunction)(Mark)); }
+TEST_F(ReaderUsb, NoMarkerWithoutTheVariable) { EXPECT_EQ(CALL(*library_, SetMarkerFunction)(Mark), 0u); }
 
 }  // namespace
 }  // namespace tavlyn::boundary

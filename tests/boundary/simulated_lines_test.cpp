@@ -25,7 +25,7 @@ class Lines : public testing::Test {
  protected:
   void SetUp() override {
     std::string folder = (fs::temp_directory_path() / "tavlyn-lines-XXXXXX").string();
-    ASSERT_NE(nullptr, mkdtemp(folder.data()));
+    ASSERT_NE(mkdtemp(folder.data()), nullptr);
     folder_ = folder;
     SetVariable("TAVLYNAPI_PORT_DIR", folder.c_str());
     library_ = std::make_unique<Library>();
@@ -72,11 +72,11 @@ TEST_F(Lines, PortLeadsToItsReaderAgainAndAgain) {
   Attended attended({&port});
   ASSERT_TRUE(port.IsPlugged());
   for (std::uint8_t round = 1; round <= 3; ++round) {
-    ASSERT_EQ(1u, ConnectCom(3)) << int{round};
+    ASSERT_EQ(ConnectCom(3), 1u) << int{round};
     attended.With([&] { model.Device().PutCard({round, 0x12}, 26); });
-    EXPECT_EQ((std::array<int, 3>{26, round, 0x12}), Card());
+    EXPECT_EQ(Card(), (std::array<int, 3>{26, round, 0x12}));
     attended.With([&] { model.Device().TakeCard(); });
-    EXPECT_EQ((std::array<int, 3>{0, 0, 0}), Card());
+    EXPECT_EQ(Card(), (std::array<int, 3>{0, 0, 0}));
     CALL(*library_, USBDisconnect)();
   }
 }
@@ -88,7 +88,7 @@ TEST_F(Lines, PortGoesWithItsCarrier) {
     EXPECT_TRUE(fs::is_symlink(Link("com3")));
   }
   EXPECT_FALSE(fs::is_symlink(Link("com3")));
-  EXPECT_EQ(0u, ConnectCom(3));
+  EXPECT_EQ(ConnectCom(3), 0u);
   const sim::PseudoTerminal nowhere(model, Link("none/com3"));
   EXPECT_FALSE(nowhere.IsPlugged());
 }
@@ -99,8 +99,8 @@ TEST_F(Lines, SlowReaderIsRead) {
   sim::PseudoTerminal port(model, Link("com7"));
   port.Manner() = {milliseconds(40), milliseconds(3)};
   const Attended attended({&port});
-  ASSERT_EQ(1u, ConnectCom(7));
-  EXPECT_EQ((std::array<int, 3>{26, 0x34, 0x12}), Card());
+  ASSERT_EQ(ConnectCom(7), 1u);
+  EXPECT_EQ(Card(), (std::array<int, 3>{26, 0x34, 0x12}));
 }
 
 TEST_F(Lines, CutPortComesBackUnderItsName) {
@@ -108,12 +108,12 @@ TEST_F(Lines, CutPortComesBackUnderItsName) {
   model.Device().PutCard({0x34, 0x12}, 26);
   sim::PseudoTerminal port(model, Link("com3"));
   Attended attended({&port});
-  ASSERT_EQ(1u, ConnectCom(3));
+  ASSERT_EQ(ConnectCom(3), 1u);
   attended.With([&] { model.CutAfter(5); });
-  EXPECT_EQ(0, Card()[0]);
-  EXPECT_EQ(0, Card()[0]);
-  ASSERT_EQ(1u, ConnectCom(3));
-  EXPECT_EQ((std::array<int, 3>{26, 0x34, 0x12}), Card());
+  EXPECT_EQ(Card()[0], 0);
+  EXPECT_EQ(Card()[0], 0);
+  ASSERT_EQ(ConnectCom(3), 1u);
+  EXPECT_EQ(Card(), (std::array<int, 3>{26, 0x34, 0x12}));
 }
 
 TEST_F(Lines, FloodedPortIsLeftInTime) {
@@ -121,11 +121,11 @@ TEST_F(Lines, FloodedPortIsLeftInTime) {
   model.Device().PutCard({0x34, 0x12}, 26);
   sim::PseudoTerminal port(model, Link("com3"));
   Attended attended({&port});
-  ASSERT_EQ(1u, ConnectCom(3));
-  EXPECT_EQ(26, Card()[0]);
+  ASSERT_EQ(ConnectCom(3), 1u);
+  EXPECT_EQ(Card()[0], 26);
   attended.With([&] { model.Flood(1'000'000); });
   // After the pause, six attempts at the first command, with 50 ms in each.
-  EXPECT_EQ(270 + 6 * 50, TimeOf([&] { EXPECT_EQ(0, Card()[0]); }));
+  EXPECT_EQ(TimeOf([&] { EXPECT_EQ(0, Card()[0]); }), 270 + 6 * 50);
 }
 
 TEST_F(Lines, AdapterLeadsToItsReader) {
@@ -134,13 +134,13 @@ TEST_F(Lines, AdapterLeadsToItsReader) {
   sim::EthernetCarrier adapter(model, {sim::kBridgeMac, {127, 77, 0, 5}}, 0);
   const Attended attended({&adapter});
   ASSERT_TRUE(adapter.IsPlugged());
-  ASSERT_EQ(1u, ConnectTcp({127, 77, 0, 5}, adapter.Port()));
-  EXPECT_EQ((std::array<int, 3>{26, 0x34, 0x12}), Card());
+  ASSERT_EQ(ConnectTcp({127, 77, 0, 5}, adapter.Port()), 1u);
+  EXPECT_EQ(Card(), (std::array<int, 3>{26, 0x34, 0x12}));
   std::array<char, 512> name{};
   CALL(*library_, GetDevName)(name.data());
-  EXPECT_EQ("MAC:00:20:4A:04:05:06 TCP/IP:127.77.0.5;Port:" + std::to_string(adapter.Port()),
-            std::string(name.data()));
-  EXPECT_EQ(5u, CALL(*library_, FindXport)(127, 77, 0, 4, 6));
+  EXPECT_EQ(std::string(name.data()),
+            "MAC:00:20:4A:04:05:06 TCP/IP:127.77.0.5;Port:" + std::to_string(adapter.Port()));
+  EXPECT_EQ(CALL(*library_, FindXport)(127, 77, 0, 4, 6), 5u);
 }
 
 TEST_F(Lines, AdapterThatCutsServesTheNextConnection) {
@@ -148,11 +148,11 @@ TEST_F(Lines, AdapterThatCutsServesTheNextConnection) {
   model.Device().PutCard({0x34, 0x12}, 26);
   sim::EthernetCarrier adapter(model, {sim::kWedgeMac, {127, 77, 0, 6}}, 0);
   Attended attended({&adapter});
-  ASSERT_EQ(1u, ConnectTcp({127, 77, 0, 6}, adapter.Port()));
+  ASSERT_EQ(ConnectTcp({127, 77, 0, 6}, adapter.Port()), 1u);
   attended.With([&] { model.CutAfter(3); });
-  EXPECT_EQ(0, Card()[0]);
-  ASSERT_EQ(1u, ConnectTcp({127, 77, 0, 6}, adapter.Port()));
-  EXPECT_EQ((std::array<int, 3>{26, 0x34, 0x12}), Card());
+  EXPECT_EQ(Card()[0], 0);
+  ASSERT_EQ(ConnectTcp({127, 77, 0, 6}, adapter.Port()), 1u);
+  EXPECT_EQ(Card(), (std::array<int, 3>{26, 0x34, 0x12}));
 }
 
 }  // namespace

@@ -40,7 +40,7 @@ inline std::string TextOf(const fs::path& file) {
 }
 
 inline Json ParsedText(const Ended& ended) {
-  EXPECT_EQ(0, ended.status) << ended.err;
+  EXPECT_EQ(ended.status, 0) << ended.err;
   return Json::parse(ended.out, nullptr, false);
 }
 
@@ -83,7 +83,7 @@ class SimulatedRun : public testing::Test {
  protected:
   void SetUp() override {
     std::string name = "/tmp/tavlyn-ctl-XXXXXX";
-    ASSERT_NE(nullptr, mkdtemp(name.data()));
+    ASSERT_NE(mkdtemp(name.data()), nullptr);
     folder_ = name;
   }
 

@@ -26,7 +26,7 @@ class TavlynctlConfigFiles : public SimulatedRun {
 
   // A file as the device saves it.
   std::string Saved(const std::string& device) {
-    EXPECT_EQ(0, Run(device, {"ctl config save own.hwg"})[0].status);
+    EXPECT_EQ(Run(device, {"ctl config save own.hwg"})[0].status, 0);
     return TextOf(folder_ / "own.hwg");
   }
 
@@ -43,7 +43,7 @@ class TavlynctlConfigFiles : public SimulatedRun {
     Run(device, {"typed exchanges; " + command + "; typed exchanges"});
     int before = 0;
     int behind = 0;
-    EXPECT_EQ(2, std::sscanf(simulatorTold_.c_str(), "tavlynsim: %d tavlynsim: %d", &before, &behind));
+    EXPECT_EQ(std::sscanf(simulatorTold_.c_str(), "tavlynsim: %d tavlynsim: %d", &before, &behind), 2);
     return behind - before;
   }
 };
@@ -52,15 +52,15 @@ TEST_F(TavlynctlConfigFiles, AFileThatGivesNothing) {
   const auto ended =
       Run("", {"ctl check none.hwg", "touch empty.hwg; ctl check empty.hwg", "ctl config load none.hwg",
                "ctl config load empty.hwg", "ctl config diff none.hwg none.hwg", "ctl keys load none.ini"});
-  EXPECT_EQ("tavlynctl: there is no file none.hwg\n", ended[0].err);
-  EXPECT_EQ("tavlynctl: empty.hwg is empty\n", ended[1].err);
-  EXPECT_EQ("tavlynctl: there is no file none.hwg\n", ended[2].err);
-  EXPECT_EQ("tavlynctl: empty.hwg is empty\n", ended[3].err);
-  EXPECT_EQ("tavlynctl: there is no file none.hwg\n", ended[4].err);
-  EXPECT_EQ("tavlynctl: there is no file none.ini\n", ended[5].err);
-  for (const Ended& one : ended) EXPECT_EQ(6, one.status) << one.err;
-  EXPECT_EQ("tavlynctl: /proc/self/mem cannot be read: Input/output error\n",
-            RunLine(kCtl + " check /proc/self/mem").err);
+  EXPECT_EQ(ended[0].err, "tavlynctl: there is no file none.hwg\n");
+  EXPECT_EQ(ended[1].err, "tavlynctl: empty.hwg is empty\n");
+  EXPECT_EQ(ended[2].err, "tavlynctl: there is no file none.hwg\n");
+  EXPECT_EQ(ended[3].err, "tavlynctl: empty.hwg is empty\n");
+  EXPECT_EQ(ended[4].err, "tavlynctl: there is no file none.hwg\n");
+  EXPECT_EQ(ended[5].err, "tavlynctl: there is no file none.ini\n");
+  for (const Ended& one : ended) EXPECT_EQ(one.status, 6) << one.err;
+  EXPECT_EQ(RunLine(kCtl + " check /proc/self/mem").err,
+            "tavlynctl: /proc/self/mem cannot be read: Input/output error\n");
 }
 
 TEST_F(TavlynctlConfigFiles, SecureFileIsRefusedOnceChanged) {
@@ -72,16 +72,16 @@ TEST_F(TavlynctlConfigFiles, SecureFileIsRefusedOnceChanged) {
            "sed 's/^iEndOfHwgFile/iEndofHwgFilf/' a.hwg >c.hwg; ctl config load c.hwg",
            "ctl config get bBeepID --json"});
   const Json saved = ParsedText(ended[0]);
-  EXPECT_EQ(2, saved["configurations"]);
-  EXPECT_EQ(true, saved["secure"]);
-  EXPECT_EQ(true, ParsedText(ended[1])["intact"]);
-  EXPECT_EQ(1, ended[2].status);
+  EXPECT_EQ(saved["configurations"], 2);
+  EXPECT_EQ(saved["secure"], true);
+  EXPECT_EQ(ParsedText(ended[1])["intact"], true);
+  EXPECT_EQ(ended[2].status, 1);
   for (std::size_t i = 3; i <= 6; ++i) {
-    EXPECT_EQ(6, ended[i].status) << i;
+    EXPECT_EQ(ended[i].status, 6) << i;
     EXPECT_TRUE(Holds(ended[i].err, "was changed since it was written")) << ended[i].err;
   }
-  EXPECT_EQ(6, Json::parse(ended[3].out)["error"]["code"]);
-  EXPECT_EQ(1, ParsedText(ended[7])["fields"]["CfgFlags2.bBeepID"]);
+  EXPECT_EQ(Json::parse(ended[3].out)["error"]["code"], 6);
+  EXPECT_EQ(ParsedText(ended[7])["fields"]["CfgFlags2.bBeepID"], 1);
 }
 
 TEST_F(TavlynctlConfigFiles, LoadRestoresWhatWasSaved) {
@@ -99,11 +99,11 @@ TEST_F(TavlynctlConfigFiles, LoadRestoresWhatWasSaved) {
   EXPECT_TRUE(holdsRow({{"configuration", 0}, {"field", "CardType"}, {"left", "F004"}, {"right", "EF04"}}))
       << left;
   const Json load = ParsedText(ended[4]);
-  EXPECT_EQ(true, load["verified"]);
-  EXPECT_EQ(true, load["secure"]);
-  EXPECT_EQ(Json::array(), load["separator_data_not_loaded"]);
-  EXPECT_EQ(Json::array(), ParsedText(ended[5])["differences"]);
-  EXPECT_EQ(0, ParsedText(ended[6])["fields"]["CfgFlags2.bDspHex"]);
+  EXPECT_EQ(load["verified"], true);
+  EXPECT_EQ(load["secure"], true);
+  EXPECT_EQ(load["separator_data_not_loaded"], Json::array());
+  EXPECT_EQ(ParsedText(ended[5])["differences"], Json::array());
+  EXPECT_EQ(ParsedText(ended[6])["fields"]["CfgFlags2.bDspHex"], 0);
 }
 
 TEST_F(TavlynctlConfigFiles, FilesThatAreNotLoaded) {
@@ -111,9 +111,9 @@ TEST_F(TavlynctlConfigFiles, FilesThatAreNotLoaded) {
                               "ctl config load own.hwg --secure", "echo hello >text; ctl config load text",
                               "ctl config load absent", "ctl config save absent/file", "ctl check own.hwg",
                               "ctl check own.hwg --ini"});
-  EXPECT_EQ(1, ended[1].status);
+  EXPECT_EQ(ended[1].status, 1);
   EXPECT_TRUE(Holds(ended[1].err, "IDDispParms.iFACIDDelim = 300: it takes 0 to 255")) << ended[1].err;
-  for (std::size_t i = 2; i < ended.size(); ++i) EXPECT_EQ(6, ended[i].status) << i << ended[i].err;
+  for (std::size_t i = 2; i < ended.size(); ++i) EXPECT_EQ(ended[i].status, 6) << i << ended[i].err;
   EXPECT_TRUE(Holds(ended[2].err, "has no integrity trailer"));
   EXPECT_TRUE(Holds(ended[3].err, "is no configuration file"));
 }
@@ -122,19 +122,19 @@ TEST_F(TavlynctlConfigFiles, DevicesAndFoldersAreNoFiles) {
   const auto ended =
       Run("", {"ctl config load /dev/zero", "ctl config save /dev/full", "ctl check /dev/full",
                "ctl config diff own.hwg /dev/zero", "ctl keys load /dev/zero", "ctl ble save ."});
-  for (const Ended& one : ended) EXPECT_EQ(6, one.status) << one.err;
-  EXPECT_EQ("tavlynctl: /dev/zero is not a regular file\n", ended[0].err);
-  EXPECT_EQ("tavlynctl: . is a folder, not a file\n", ended[5].err);
+  for (const Ended& one : ended) EXPECT_EQ(one.status, 6) << one.err;
+  EXPECT_EQ(ended[0].err, "tavlynctl: /dev/zero is not a regular file\n");
+  EXPECT_EQ(ended[5].err, "tavlynctl: . is a folder, not a file\n");
 }
 
 TEST_F(TavlynctlConfigFiles, IniFileIsChecked) {
   std::ofstream(folder_ / "keys.ini") << "[keys]\r\nslot=1\r\n[EOF]\r\niEndOfIniFile=BE686D5A\r\n";
   const auto ended = Run("", {"ctl check keys.ini --ini --json", "ctl check keys.ini",
                               "sed s/slot=1/slot=2/ keys.ini >b.ini; ctl check b.ini --ini"});
-  EXPECT_EQ(true, ParsedText(ended[0])["intact"]);
+  EXPECT_EQ(ParsedText(ended[0])["intact"], true);
   EXPECT_TRUE(Holds(ended[1].err, "has no integrity trailer")) << ended[1].err;
   EXPECT_TRUE(Holds(ended[2].err, "was changed since it was written")) << ended[2].err;
-  EXPECT_EQ(6, ended[2].status);
+  EXPECT_EQ(ended[2].status, 6);
 }
 
 // The reader goes away with the first report of the write.
@@ -145,9 +145,9 @@ TEST_F(TavlynctlConfigFiles, FailedLoadIsTold) {
   const std::string load =
       "typed 'vanish " + std::to_string(exchanges + 1) + "'; ctl config load file.hwg --json";
   const Ended ended = Run("", {load})[0];
-  EXPECT_EQ(4, ended.status) << ended.out;
+  EXPECT_EQ(ended.status, 4) << ended.out;
   EXPECT_TRUE(Holds(ended.err, "file.hwg could not be loaded into card reader 0")) << ended.err;
-  EXPECT_EQ(4, Json::parse(ended.out)["error"]["code"]);
+  EXPECT_EQ(Json::parse(ended.out)["error"]["code"], 4);
 }
 
 TEST_F(TavlynctlConfigFiles, DiffOfTwoFiles) {
@@ -156,20 +156,20 @@ TEST_F(TavlynctlConfigFiles, DiffOfTwoFiles) {
   const Ended diff =
       RunLine("cd " + folder_.string() + " && " + TAVLYNCTL + " config diff own.hwg file.hwg --json");
   const Json document = ParsedText(diff);
-  EXPECT_EQ(Json({{"name", "file.hwg"}, {"configurations", 2}}), document["right"]);
+  EXPECT_EQ(document["right"], Json({{"name", "file.hwg"}, {"configurations", 2}}));
   const Json rows = Json::parse(R"([
     {"configuration": 0, "field": "TimeParms.iIDHoldTO", "left": 1000, "right": 900},
     {"configuration": 0, "field": "CardPriority", "left": "high", "right": "low"},
     {"configuration": 0, "field": "CfgFlags2.bBeepID", "left": 1, "right": null},
     {"configuration": 1, "field": "TimeParms.iIDHoldTO", "left": 1000, "right": 900},
     {"configuration": 1, "field": "CfgFlags2.bBeepID", "left": 1, "right": null}])");
-  EXPECT_EQ(rows, document["differences"]);
+  EXPECT_EQ(document["differences"], rows);
 }
 
 TEST_F(TavlynctlConfigFiles, DiffOfThreeFiles) {
   const Ended ended = RunLine(std::string(TAVLYNCTL) + " config diff a.hwg b.hwg c.hwg");
-  EXPECT_EQ(1, ended.status);
-  EXPECT_EQ("tavlynctl: two files are compared, or a device and one file\n", ended.err);
+  EXPECT_EQ(ended.status, 1);
+  EXPECT_EQ(ended.err, "tavlynctl: two files are compared, or a device and one file\n");
 }
 
 TEST_F(TavlynctlConfigFiles, ASaveThatFailsLeavesTheOldFile) {
@@ -181,9 +181,9 @@ TEST_F(TavlynctlConfigFiles, ASaveThatFailsLeavesTheOldFile) {
     for (const int before : {whole / 2, whole * 2 / 3, whole * 4 / 5}) {
       const Ended ended =
           Run("--device plus:2", {"typed 'vanish " + std::to_string(before) + "'; ctl " + words})[0];
-      EXPECT_EQ(4, ended.status) << words << " vanish " << before << ": " << ended.err;
-      EXPECT_EQ("what was there\n", TextOf(folder_ / "good.hwg")) << words << " vanish " << before;
-      EXPECT_EQ(0, Leftovers());
+      EXPECT_EQ(ended.status, 4) << words << " vanish " << before << ": " << ended.err;
+      EXPECT_EQ(TextOf(folder_ / "good.hwg"), "what was there\n") << words << " vanish " << before;
+      EXPECT_EQ(Leftovers(), 0);
     }
   }
 }
@@ -193,10 +193,10 @@ TEST_F(TavlynctlConfigFiles, AFullDiskLeavesTheOldFile) {
   for (const std::string device : {"plus:3", "sonar", "magstripe"}) {
     WriteFile("good.hwg", "what was there");
     const auto ended = Run("--device " + device, {limited + "config save good.hwg"});
-    EXPECT_EQ(6, ended[0].status) << device << ended[0].err;
+    EXPECT_EQ(ended[0].status, 6) << device << ended[0].err;
     EXPECT_TRUE(Holds(ended[0].err, "; is the disk full?")) << ended[0].err;
-    EXPECT_EQ("what was there", TextOf(folder_ / "good.hwg")) << device;
-    EXPECT_EQ(0, Leftovers());
+    EXPECT_EQ(TextOf(folder_ / "good.hwg"), "what was there") << device;
+    EXPECT_EQ(Leftovers(), 0);
   }
 }
 
@@ -207,10 +207,10 @@ TEST_F(TavlynctlConfigFiles, RightsOfAFile) {
            "stat -c %a a.hwg b.hwg c.hwg d.hwg", "chmod 640 a.hwg; chmod 606 d.hwg; umask 077",
            "ctl config save a.hwg; ctl ble save d.hwg --keys", "stat -c %a a.hwg d.hwg",
            "ln -s a.hwg link.hwg; rm b.hwg; ctl config save link.hwg; readlink link.hwg; stat -c %a a.hwg"});
-  EXPECT_EQ("600\n600\n600\n600\n", ended[1].out);
-  EXPECT_EQ("640\n606\n", ended[4].out);
+  EXPECT_EQ(ended[1].out, "600\n600\n600\n600\n");
+  EXPECT_EQ(ended[4].out, "640\n606\n");
   EXPECT_TRUE(Holds(ended[5].out, "a.hwg\n640\n")) << ended[5].out << ended[5].err;
-  EXPECT_EQ(0, Leftovers());
+  EXPECT_EQ(Leftovers(), 0);
 }
 
 // This is the process's only thread, so a child of it may run on.
@@ -224,10 +224,10 @@ TEST_F(TavlynctlConfigFiles, ASignalLeavesNothing) {
     _exit(0);
   }
   int status = 0;
-  ASSERT_EQ(child, waitpid(child, &status, 0));
+  ASSERT_EQ(waitpid(child, &status, 0), child);
   EXPECT_TRUE(WIFSIGNALED(status));
-  EXPECT_EQ(SIGTERM, WTERMSIG(status));
-  EXPECT_EQ(0, Leftovers());
+  EXPECT_EQ(WTERMSIG(status), SIGTERM);
+  EXPECT_EQ(Leftovers(), 0);
 }
 
 // A save whose reader vanished left these headings, with a matching trailer.
@@ -242,12 +242,12 @@ TEST_F(TavlynctlConfigFiles, AFileWithoutAConfigurationIsRefused) {
                               "ctl check plus.hwg", "ctl config load plus.hwg --dry-run",
                               "ctl config diff plus.hwg", "ctl config load sonar.txt",
                               "ctl ble save ble.hwg; ctl config load ble.hwg", "ctl check ble.hwg"});
-  for (std::size_t i = 0; i + 1 < ended.size(); ++i) EXPECT_EQ(6, ended[i].status) << i << ended[i].err;
-  EXPECT_EQ("tavlynctl: wreck.hwg holds no configuration\n", ended[0].err);
-  EXPECT_EQ("tavlynctl: plus.hwg lacks configuration 0\n", ended[3].err);
-  EXPECT_EQ("tavlynctl: sonar.txt holds no configuration\n", ended[6].err);
-  EXPECT_EQ("tavlynctl: ble.hwg holds no configuration\n", ended[7].err);
-  EXPECT_EQ(0, ended[8].status) << ended[8].err;
+  for (std::size_t i = 0; i + 1 < ended.size(); ++i) EXPECT_EQ(ended[i].status, 6) << i << ended[i].err;
+  EXPECT_EQ(ended[0].err, "tavlynctl: wreck.hwg holds no configuration\n");
+  EXPECT_EQ(ended[3].err, "tavlynctl: plus.hwg lacks configuration 0\n");
+  EXPECT_EQ(ended[6].err, "tavlynctl: sonar.txt holds no configuration\n");
+  EXPECT_EQ(ended[7].err, "tavlynctl: ble.hwg holds no configuration\n");
+  EXPECT_EQ(ended[8].status, 0) << ended[8].err;
 }
 
 TEST_F(TavlynctlConfigFiles, ACutConfigurationIsRefused) {
@@ -265,29 +265,29 @@ TEST_F(TavlynctlConfigFiles, ACutConfigurationIsRefused) {
     WriteSecure("cut.hwg", text);
     for (const Ended& ended :
          Run("", {"ctl check cut.hwg", "ctl config load cut.hwg", "ctl config diff cut.hwg"})) {
-      EXPECT_EQ(6, ended.status) << text.size() << ended.err;
+      EXPECT_EQ(ended.status, 6) << text.size() << ended.err;
       EXPECT_TRUE(Holds(ended.err, "cut.hwg ends in the middle of configuration ")) << ended.err;
     }
   }
   WriteSecure("lacks.hwg", plus.substr(0, plus.find("##NEXTCONFIG##")) + plus.substr(plus.rfind("CardType")));
-  EXPECT_EQ(0, Run("", {"ctl check lacks.hwg"})[0].status) << "each of what is there is whole";
+  EXPECT_EQ(Run("", {"ctl check lacks.hwg"})[0].status, 0) << "each of what is there is whole";
   const std::size_t second = plus.find("##NEXTCONFIG##") + 15;
   WriteSecure("lacks.hwg", plus.substr(0, second) + plus.substr(plus.rfind("CardType")));
-  EXPECT_EQ("tavlynctl: lacks.hwg lacks configuration 1\n", Run("", {"ctl check lacks.hwg"})[0].err);
+  EXPECT_EQ(Run("", {"ctl check lacks.hwg"})[0].err, "tavlynctl: lacks.hwg lacks configuration 1\n");
   const std::string swipes =
       (Run("--device magstripe", {"ctl config save own.txt"}), TextOf(folder_ / "own.txt"));
   WriteFile("cut.txt", swipes.substr(0, swipes.size() / 2));
-  EXPECT_EQ("tavlynctl: cut.txt ends in the middle of its configuration\n",
-            Run("--device magstripe", {"ctl config load cut.txt"})[0].err);
+  EXPECT_EQ(Run("--device magstripe", {"ctl config load cut.txt"})[0].err,
+            "tavlynctl: cut.txt ends in the middle of its configuration\n");
 }
 
 // A file written by hand may have only a few lines.
 TEST_F(TavlynctlConfigFiles, AFewLinesAreAFile) {
   WriteFile("few.hwg", std::string(kTitle) + "bBeepID = 0\n");
   const auto ended = Run("", {"ctl config load few.hwg --strict --json", "ctl config get bBeepID --json"});
-  EXPECT_EQ(1u, ParsedText(ended[0])["changes"].size());
-  EXPECT_EQ(Json::array(), ParsedText(ended[0])["ignored"]);
-  EXPECT_EQ(0, ParsedText(ended[1])["fields"]["CfgFlags2.bBeepID"]);
+  EXPECT_EQ(ParsedText(ended[0])["changes"].size(), 1u);
+  EXPECT_EQ(ParsedText(ended[0])["ignored"], Json::array());
+  EXPECT_EQ(ParsedText(ended[1])["fields"]["CfgFlags2.bBeepID"], 0);
 }
 
 TEST_F(TavlynctlConfigFiles, ALoadTellsWhatItDrops) {
@@ -296,7 +296,7 @@ TEST_F(TavlynctlConfigFiles, ALoadTellsWhatItDrops) {
                             "iPad4 = 3\niExOutputFormat = 1\n");
   const auto ended = Run("", {"ctl config load file.hwg --strict", "ctl config load file.hwg --dry-run",
                               "ctl config load file.hwg --json", "ctl config load file.hwg --json"});
-  EXPECT_EQ(6, ended[0].status);
+  EXPECT_EQ(ended[0].status, 6);
   EXPECT_TRUE(Holds(ended[0].err,
                     "would not be loaded as a whole: line 4: unknown name iIDBitCn; did you mean iIDBitCnt?"))
       << ended[0].err;
@@ -306,30 +306,30 @@ TEST_F(TavlynctlConfigFiles, ALoadTellsWhatItDrops) {
                      "line 6: unknown name quite_another", "line 7: iIDHoldTO has no number",
                      "line 8: no reader keeps iPad4",
                      "IDDispParms.iExOutputFormat of configuration 0: the reader does not have it"};
-  EXPECT_EQ(ignored, ParsedText(ended[2])["ignored"]);
-  EXPECT_EQ(true, ParsedText(ended[2])["written"]);
+  EXPECT_EQ(ParsedText(ended[2])["ignored"], ignored);
+  EXPECT_EQ(ParsedText(ended[2])["written"], true);
   const Json again = ParsedText(ended[3]);
-  EXPECT_EQ(Json::array(), again["changes"]);
-  EXPECT_EQ(false, again["written"]) << "the reader has it all already";
-  EXPECT_EQ(true, again["verified"]);
+  EXPECT_EQ(again["changes"], Json::array());
+  EXPECT_EQ(again["written"], false) << "the reader has it all already";
+  EXPECT_EQ(again["verified"], true);
 }
 
 TEST_F(TavlynctlConfigFiles, ConfigurationsThatDoNotMeet) {
   Saved("--device plus:3");
   const auto fewer = Run("--device plus:2",
                          {"ctl config load own.hwg --dry-run --json", "ctl config load own.hwg --strict"});
-  EXPECT_EQ(Json({"configuration 2 of the file: the reader does not have it"}),
-            ParsedText(fewer[0])["ignored"]);
-  EXPECT_EQ(6, fewer[1].status);
+  EXPECT_EQ(ParsedText(fewer[0])["ignored"],
+            Json({"configuration 2 of the file: the reader does not have it"}));
+  EXPECT_EQ(fewer[1].status, 6);
   const Json plain = ParsedText(Run("", {"ctl config load own.hwg --dry-run --json"})[0]);
-  EXPECT_EQ("card type of configuration 0: only a plus reader has one", plain["ignored"][2]);
+  EXPECT_EQ(plain["ignored"][2], "card type of configuration 0: only a plus reader has one");
   const auto more = Run("--device plus:4", {"ctl config load own.hwg --json"});
-  EXPECT_EQ(Json({"configuration 3 of the reader: the file does not hold it"}),
-            ParsedText(more[0])["ignored"]);
+  EXPECT_EQ(ParsedText(more[0])["ignored"],
+            Json({"configuration 3 of the reader: the file does not hold it"}));
   Saved("--device plus:11");
   const auto eleven = Run("--device plus:11", {"ctl config load own.hwg --dry-run --json"});
-  EXPECT_EQ(Json({"configuration 10 of the reader: only the first ten are loaded"}),
-            ParsedText(eleven[0])["ignored"]);
+  EXPECT_EQ(ParsedText(eleven[0])["ignored"],
+            Json({"configuration 10 of the reader: only the first ten are loaded"}));
 }
 
 TEST_F(TavlynctlConfigFiles, UnknownSettingsAreTold) {
@@ -338,12 +338,12 @@ TEST_F(TavlynctlConfigFiles, UnknownSettingsAreTold) {
   const auto ended =
       Run("--device sonar", {"ctl config load own.txt --strict", "ctl config load own.txt --json",
                              "ctl config load own.txt --json"});
-  EXPECT_EQ(6, ended[0].status) << ended[0].err;
+  EXPECT_EQ(ended[0].status, 6) << ended[0].err;
   const Json ignored{"line 2: unknown name PingRat; did you mean PingRateS?",
                      "line 4: unknown name MaxDistS:; did you mean MaxDistS?"};
-  EXPECT_EQ(ignored, ParsedText(ended[1])["ignored"]);
-  EXPECT_EQ(true, ParsedText(ended[1])["written"]);
-  EXPECT_EQ(false, ParsedText(ended[2])["written"]);
+  EXPECT_EQ(ParsedText(ended[1])["ignored"], ignored);
+  EXPECT_EQ(ParsedText(ended[1])["written"], true);
+  EXPECT_EQ(ParsedText(ended[2])["written"], false);
 }
 
 // Of a plus reader that is not the first device a connect reads only one configuration.
@@ -357,18 +357,18 @@ TEST_F(TavlynctlConfigFiles, APlusReaderBehindAnotherIsReadWhole) {
                 "ctl config load one.hwg --device 1 --json",
                 "ctl config get --device 0 --config 1 bDspHex --json", "ctl cards --device 0 --json"});
   const Json all = ParsedText(ended[0])["configurations"];
-  EXPECT_EQ(Json({{"index", 2}, {"card_type", "F104"}, {"priority", "low"}}), all[2]);
-  EXPECT_EQ(true, ParsedText(ended[1])["verified"]);
-  EXPECT_EQ(true, ParsedText(ended[2])["verified"]);
-  EXPECT_EQ(1, ParsedText(ended[3])["fields"]["CfgFlags2.bDspHex"]);
-  EXPECT_EQ(3u, ParsedText(ended[4])["configurations"].size());
-  EXPECT_EQ(0, ended[5].status) << ended[5].err;
+  EXPECT_EQ(all[2], Json({{"index", 2}, {"card_type", "F104"}, {"priority", "low"}}));
+  EXPECT_EQ(ParsedText(ended[1])["verified"], true);
+  EXPECT_EQ(ParsedText(ended[2])["verified"], true);
+  EXPECT_EQ(ParsedText(ended[3])["fields"]["CfgFlags2.bDspHex"], 1);
+  EXPECT_EQ(ParsedText(ended[4])["configurations"].size(), 3u);
+  EXPECT_EQ(ended[5].status, 0) << ended[5].err;
   // The file does not contain byte 3 of separator data that was never set.
   const Json differences = ParsedText(ended[6])["differences"];
-  for (const Json& row : differences) EXPECT_EQ("sFldSepData[3]", row["field"]);
-  EXPECT_EQ(true, ParsedText(ended[7])["verified"]);
-  EXPECT_EQ(0, ParsedText(ended[8])["fields"]["CfgFlags2.bDspHex"]);
-  EXPECT_EQ("F104", ParsedText(ended[9])["configurations"][2]["card_type"]);
+  for (const Json& row : differences) EXPECT_EQ(row["field"], "sFldSepData[3]");
+  EXPECT_EQ(ParsedText(ended[7])["verified"], true);
+  EXPECT_EQ(ParsedText(ended[8])["fields"]["CfgFlags2.bDspHex"], 0);
+  EXPECT_EQ(ParsedText(ended[9])["configurations"][2]["card_type"], "F104");
 }
 
 }  // namespace

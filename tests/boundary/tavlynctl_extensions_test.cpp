@@ -14,17 +14,16 @@ const std::string kSample = "--do 'sample 0102:010203:26' --do 'sample 0001:FF:3
 
 TEST(TavlynctlExtensions, TheAnalyzerListsItsCards) {
   const Json list = ParsedText(Simulated(kSample, "analyzer list --json"));
-  EXPECT_EQ("analyzer list", list["command"]);
-  EXPECT_EQ(0, list["status"]);
-  ASSERT_EQ(2u, list["records"].size());
-  EXPECT_EQ((Json{{"number", 0},
-                  {"type", "0102"},
-                  {"bits", 26},
-                  {"id", "00030201"},
-                  {"binary", "00 00000011 00000010 00000001"}}),
-            list["records"][0]);
-  EXPECT_EQ("111", list["records"][1]["binary"]);
-  EXPECT_EQ("FF", list["records"][1]["id"]);
+  EXPECT_EQ(list["command"], "analyzer list");
+  EXPECT_EQ(list["status"], 0);
+  ASSERT_EQ(list["records"].size(), 2u);
+  EXPECT_EQ(list["records"][0], (Json{{"number", 0},
+                                      {"type", "0102"},
+                                      {"bits", 26},
+                                      {"id", "00030201"},
+                                      {"binary", "00 00000011 00000010 00000001"}}));
+  EXPECT_EQ(list["records"][1]["binary"], "111");
+  EXPECT_EQ(list["records"][1]["id"], "FF");
 
   const Ended text = Simulated(kSample, "analyzer list");
   EXPECT_TRUE(Holds(text.out, "  0       0102  26    00030201  00 00000011 00000010 00000001\n")) << text.out;
@@ -33,33 +32,32 @@ TEST(TavlynctlExtensions, TheAnalyzerListsItsCards) {
 TEST(TavlynctlExtensions, ACardOfMoreBitsThanARecordHolds) {
   const Json list = ParsedText(Simulated("--do 'sample 1:80:300'", "analyzer list --json"));
   const std::string binary = list["records"][0]["binary"];
-  EXPECT_EQ(256u + 31u, binary.size());
+  EXPECT_EQ(binary.size(), 256u + 31u);
   EXPECT_TRUE(binary.ends_with(" 00000000 10000000")) << binary;
-  EXPECT_EQ(300, list["records"][0]["bits"]);
+  EXPECT_EQ(list["records"][0]["bits"], 300);
 }
 
 TEST(TavlynctlExtensions, TheAnalyzerIsSwitched) {
   const Json started = ParsedText(Simulated("", "analyzer start --json"));
-  EXPECT_EQ((Json{{"schema", 1},
-                  {"command", "analyzer start"},
-                  {"device", 0},
-                  {"state", 1},
-                  {"status", 1},
-                  {"records", 0}}),
-            started);
-  EXPECT_EQ(7, ParsedText(Simulated("", "analyzer start 7 --json"))["status"]);
+  EXPECT_EQ(started, (Json{{"schema", 1},
+                           {"command", "analyzer start"},
+                           {"device", 0},
+                           {"state", 1},
+                           {"status", 1},
+                           {"records", 0}}));
+  EXPECT_EQ(ParsedText(Simulated("", "analyzer start 7 --json"))["status"], 7);
   const Ended stopped = Simulated("", "analyzer start >/dev/null", "analyzer stop --json");
-  EXPECT_EQ(0, ParsedText(stopped)["status"]);
+  EXPECT_EQ(ParsedText(stopped)["status"], 0);
   const Ended status = Simulated(kSample, "analyzer status");
-  EXPECT_EQ("device   0\nstatus   0\nrecords  2\n", status.out);
+  EXPECT_EQ(status.out, "device   0\nstatus   0\nrecords  2\n");
 }
 
 TEST(TavlynctlExtensions, AReaderWithoutAnAnalyzer) {
   const Ended status = Simulated("--do 'lack 8C08'", "analyzer status");
-  EXPECT_EQ(kUsage, status.status);
+  EXPECT_EQ(status.status, kUsage);
   EXPECT_TRUE(Holds(status.err, "has no card analyzer")) << status.err;
   const Ended start = Simulated("--do 'lack 8C88'", "analyzer start");
-  EXPECT_EQ(kDeviceError, start.status);
+  EXPECT_EQ(start.status, kDeviceError);
   EXPECT_TRUE(Holds(start.err, "error word 0x5000001")) << start.err;
 }
 
@@ -68,54 +66,54 @@ TEST(TavlynctlExtensions, ALostRecordIsShownAndTold) {
   const std::string sample = "--do 'sample 1:0102:16' ";
   const int last = ExchangesOf(sample, "analyzer list");
   const Ended lost = Simulated(sample + "--do 'refuse " + std::to_string(last) + "'", "analyzer list --json");
-  EXPECT_EQ(kDeviceError, lost.status);
+  EXPECT_EQ(lost.status, kDeviceError);
   EXPECT_TRUE(Holds(lost.out, "\"binary\": \"00000000 00000000\"")) << lost.out;
   EXPECT_TRUE(Holds(lost.err, "the last record of card reader 0")) << lost.err;
   EXPECT_TRUE(Holds(lost.err, "error word 0x5000003")) << lost.err;
 }
 
 TEST(TavlynctlExtensions, ModulesAreToldAndSwitched) {
-  EXPECT_EQ((Json{{"schema", 1}, {"command", "module get"}, {"device", 0}, {"module", 1}, {"on", true}}),
-            ParsedText(Simulated("", "module get 1 --json")));
+  EXPECT_EQ(ParsedText(Simulated("", "module get 1 --json")),
+            (Json{{"schema", 1}, {"command", "module get"}, {"device", 0}, {"module", 1}, {"on", true}}));
   const Ended set = Simulated("", "module set 2 on --json");
-  EXPECT_EQ("module set", ParsedText(set)["command"]);
-  EXPECT_EQ(true, ParsedText(set)["on"]);
-  EXPECT_EQ("device  0\nmodule  1\non      no\n", Simulated("", "module set 1 off").out);
+  EXPECT_EQ(ParsedText(set)["command"], "module set");
+  EXPECT_EQ(ParsedText(set)["on"], true);
+  EXPECT_EQ(Simulated("", "module set 1 off").out, "device  0\nmodule  1\non      no\n");
   const Ended none = Simulated("", "module get 9");
-  EXPECT_EQ(kUsage, none.status);
+  EXPECT_EQ(none.status, kUsage);
   EXPECT_TRUE(Holds(none.err, "has no module 9")) << none.err;
-  EXPECT_EQ(kUsage, Simulated("", "module set 9 on").status);
-  EXPECT_EQ(kUsage, Simulated("", "module set 1 maybe").status);
-  EXPECT_EQ(kUsage, Simulated("", "module get 256").status);
+  EXPECT_EQ(Simulated("", "module set 9 on").status, kUsage);
+  EXPECT_EQ(Simulated("", "module set 1 maybe").status, kUsage);
+  EXPECT_EQ(Simulated("", "module get 256").status, kUsage);
 }
 
 TEST(TavlynctlExtensions, TheTransparentModeIsToldAndSwitched) {
-  EXPECT_EQ(false, ParsedText(Simulated(kPlus, "transparent status --json"))["on"]);
+  EXPECT_EQ(ParsedText(Simulated(kPlus, "transparent status --json"))["on"], false);
   const Json on = ParsedText(Simulated(kPlus, "transparent on --json"));
-  EXPECT_EQ(true, on["on"]);
-  EXPECT_EQ(false, on["stored"]);
+  EXPECT_EQ(on["on"], true);
+  EXPECT_EQ(on["stored"], false);
   const Ended off = Simulated(kPlus, "transparent on >/dev/null", "transparent off --store --json");
-  EXPECT_EQ(false, ParsedText(off)["on"]);
-  EXPECT_EQ(true, ParsedText(off)["stored"]);
+  EXPECT_EQ(ParsedText(off)["on"], false);
+  EXPECT_EQ(ParsedText(off)["stored"], true);
   const Ended unknown = Simulated("", "transparent on");
-  EXPECT_EQ(kUsage, unknown.status);
+  EXPECT_EQ(unknown.status, kUsage);
   EXPECT_TRUE(Holds(unknown.err, "has no transparent mode")) << unknown.err;
-  EXPECT_EQ(kUsage, Simulated("", "transparent status").status);
+  EXPECT_EQ(Simulated("", "transparent status").status, kUsage);
 }
 
 TEST(TavlynctlExtensions, TheBleRadioIsToldAndSet) {
   const Json status = ParsedText(Simulated(kPlus, "ble status --json"));
-  EXPECT_EQ(true, status["present"]);
-  EXPECT_EQ(0, status["configuration"]);
-  EXPECT_EQ(3, ParsedText(Simulated(kPlus, "ble set 3 --json"))["configuration"]);
-  EXPECT_EQ("device         0\npresent        no\nconfiguration  -\n", Simulated("", "ble status").out);
+  EXPECT_EQ(status["present"], true);
+  EXPECT_EQ(status["configuration"], 0);
+  EXPECT_EQ(ParsedText(Simulated(kPlus, "ble set 3 --json"))["configuration"], 3);
+  EXPECT_EQ(Simulated("", "ble status").out, "device         0\npresent        no\nconfiguration  -\n");
   const Ended none = Simulated("", "ble set 1");
-  EXPECT_EQ(kUsage, none.status);
+  EXPECT_EQ(none.status, kUsage);
   EXPECT_TRUE(Holds(none.err, "has no BLE radio")) << none.err;
   const Ended refused = Simulated(kPlus + "--do 'lack 8C87'", "ble set 2");
-  EXPECT_EQ(kDeviceError, refused.status);
+  EXPECT_EQ(refused.status, kDeviceError);
   EXPECT_TRUE(Holds(refused.err, "keeps BLE configuration 0")) << refused.err;
-  EXPECT_EQ(kUsage, Simulated(kPlus, "ble set 4").status);
+  EXPECT_EQ(Simulated(kPlus, "ble set 4").status, kUsage);
 }
 
 }  // namespace

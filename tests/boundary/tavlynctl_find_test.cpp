@@ -18,18 +18,18 @@ TEST(TavlynctlFind, FindShowsEveryAdapter) {
   const TcpDevice first({127, 5, 1, 3}, nobody);
   const TcpDevice second({127, 5, 1, 5}, nobody, {}, sim::kBridgeMac);
   const Ended found = RunLine(kCtl + " find 127.5.1.2-5");
-  EXPECT_EQ(0, found.status);
-  EXPECT_EQ("adapters\n  address\n  127.5.1.3\n  127.5.1.5\n", found.out);
-  EXPECT_EQ("asking 127.5.1.2 to 5\n", found.err);
+  EXPECT_EQ(found.status, 0);
+  EXPECT_EQ(found.out, "adapters\n  address\n  127.5.1.3\n  127.5.1.5\n");
+  EXPECT_EQ(found.err, "asking 127.5.1.2 to 5\n");
   const Ended one = RunLine(kCtl + " find 127.5.1.3");
-  EXPECT_EQ("adapters\n  address\n  127.5.1.3\n", one.out);
-  EXPECT_EQ("asking 127.5.1.3\n", one.err);
+  EXPECT_EQ(one.out, "adapters\n  address\n  127.5.1.3\n");
+  EXPECT_EQ(one.err, "asking 127.5.1.3\n");
 }
 
 TEST(TavlynctlFind, FindTellsATerminalWhereItIs) {
   if (RunLine("command -v script").status != 0) GTEST_SKIP() << "no program that makes a terminal";
   const Ended none = RunLine("script -qec '" + std::string(TAVLYNCTL) + " find 127.5.3.1-2' /dev/null");
-  EXPECT_EQ(2, none.status);
+  EXPECT_EQ(none.status, 2);
   EXPECT_TRUE(Holds(none.out, "\rasking 127.5.3.2       (2 of 2, found 0)\r\n")) << none.out;
 }
 
@@ -49,7 +49,7 @@ TEST(TavlynctlFind, CtrlCLeavesTheCursorOnANewLine) {
   }
   close(terminal);
   int status = 0;
-  EXPECT_EQ(pid, waitpid(pid, &status, 0));
+  EXPECT_EQ(waitpid(pid, &status, 0), pid);
   EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGINT) << status;
   EXPECT_TRUE(shown.ends_with("\r\n")) << shown;
 }
@@ -62,9 +62,9 @@ TEST(TavlynctlFind, FindTellsHowLongItTakes) {
 
 TEST(TavlynctlFind, FindWithoutAdapters) {
   const Ended none = RunLine(kCtl + " find 127.5.2.1-2 --json");
-  EXPECT_EQ(2, none.status);
+  EXPECT_EQ(none.status, 2);
   EXPECT_TRUE(Holds(none.err, "tavlynctl: no adapter answered\n"));
-  EXPECT_EQ(2, Json::parse(none.out)["error"]["code"]);
+  EXPECT_EQ(Json::parse(none.out)["error"]["code"], 2);
 }
 
 }  // namespace

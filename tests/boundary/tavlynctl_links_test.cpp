@@ -54,10 +54,10 @@ class TavlynctlLinks : public testing::Test {
 TEST_F(TavlynctlLinks, ListOfAPort) {
   const PortDevice device(ports_, 3, line_);
   const Json list = Document("--com 3 list");
-  ASSERT_EQ(1u, list["devices"].size());
-  EXPECT_EQ("COM3:", list["devices"][0]["path"]);
-  EXPECT_EQ("", list["devices"][0]["identity"]);
-  EXPECT_EQ("7431", list["devices"][0]["did"]);
+  ASSERT_EQ(list["devices"].size(), 1u);
+  EXPECT_EQ(list["devices"][0]["path"], "COM3:");
+  EXPECT_EQ(list["devices"][0]["identity"], "");
+  EXPECT_EQ(list["devices"][0]["did"], "7431");
 }
 
 TEST_F(TavlynctlLinks, ListOfSeveralPorts) {
@@ -66,8 +66,8 @@ TEST_F(TavlynctlLinks, ListOfSeveralPorts) {
   const PortDevice device(ports_, 3, line_);
   const PortDevice other(ports_, 12, secondLine);
   const Json list = Document("list --com 2-12");
-  ASSERT_EQ(2u, list["devices"].size());
-  EXPECT_EQ("COM12:", list["devices"][1]["path"]);
+  ASSERT_EQ(list["devices"].size(), 2u);
+  EXPECT_EQ(list["devices"][1]["path"], "COM12:");
 }
 
 TEST_F(TavlynctlLinks, InfoAsksForTheFirmwareWords) {
@@ -75,23 +75,23 @@ TEST_F(TavlynctlLinks, InfoAsksForTheFirmwareWords) {
   sim::ReaderFa line(plus);
   const PortDevice device(ports_, 3, line);
   const Json info = Document("info --com 3");
-  EXPECT_EQ(2, info["device"]["configurations"]);
-  EXPECT_EQ("10072005", info["device"]["firmware_words"][0]["words"][0]);
+  EXPECT_EQ(info["device"]["configurations"], 2);
+  EXPECT_EQ(info["device"]["firmware_words"][0]["words"][0], "10072005");
 }
 
 TEST_F(TavlynctlLinks, ReadOnAPort) {
   reader_->PutCard({1, 2, 3, 3}, 26);
   const PortDevice device(ports_, 3, line_);
   const Ended read = Ctl("read --com 3");
-  EXPECT_EQ(0, read.status) << read.err;
-  EXPECT_EQ("card 26 bits 03030201\n", read.out);
+  EXPECT_EQ(read.status, 0) << read.err;
+  EXPECT_EQ(read.out, "card 26 bits 03030201\n");
 }
 
 TEST_F(TavlynctlLinks, ConfigurationOnAPort) {
   const PortDevice device(ports_, 3, line_);
   const Json set = Document("--com 3 config set iIDHoldTO=150");
-  EXPECT_EQ("stored", set["changes"][0]["result"]);
-  EXPECT_EQ(150, Document("--com 3 config get iIDHoldTO")["fields"]["TimeParms.iIDHoldTO"]);
+  EXPECT_EQ(set["changes"][0]["result"], "stored");
+  EXPECT_EQ(Document("--com 3 config get iIDHoldTO")["fields"]["TimeParms.iIDHoldTO"], 150);
 }
 
 // Otherwise the port would get the number of the closed stream, and the reader would get what is printed.
@@ -101,10 +101,10 @@ TEST_F(TavlynctlLinks, ClosedDescriptorsAreNoPorts) {
   PortDevice device(ports_, 3, noted);
   for (const char* closed : {"<&-", "2>&-", "<&- 2>&-"}) {
     const Ended watch = Ctl(std::string("watch --com 3 --count 1 ") + closed);
-    EXPECT_EQ(0, watch.status) << closed << watch.err;
-    EXPECT_EQ("card 16 bits 0201\n", watch.out) << closed;
+    EXPECT_EQ(watch.status, 0) << closed << watch.err;
+    EXPECT_EQ(watch.out, "card 16 bits 0201\n") << closed;
   }
-  EXPECT_EQ(6, Ctl("watch --com 3 --count 1 <&- >&- 2>&-").status);
+  EXPECT_EQ(Ctl("watch --com 3 --count 1 <&- >&- 2>&-").status, 6);
   device.With([&] { EXPECT_FALSE(Holds(noted.came, "card")); });
 }
 
@@ -113,7 +113,7 @@ TEST_F(TavlynctlLinks, WatchNoticesALostPort) {
   line_.faults.VanishAt(800);
   const PortDevice device(ports_, 3, line_);
   const Ended watch = Ctl("watch --com 3");
-  EXPECT_EQ(4, watch.status) << watch.out;
+  EXPECT_EQ(watch.status, 4) << watch.out;
   EXPECT_TRUE(watch.out.starts_with("card 8 bits 01\n")) << watch.out;
   EXPECT_TRUE(Holds(watch.err, "card reader 0 (COM3:) does not answer")) << watch.err;
 }
@@ -125,7 +125,7 @@ TEST_F(TavlynctlLinks, WrongWords) {
         "list --com 3 --ip 10.0.0.5:1", "list --baud 9600", "list --ascii", "serial baud",
         "serial write FA --com 3 --read 0", "serial read 0 --com 3", "serial write FAx --com 3",
         "find 10.0.0", "find 10.0.0.9-3", "find 10.0.0.1-256"}) {
-    EXPECT_EQ(1, Ctl(words).status) << words;
+    EXPECT_EQ(Ctl(words).status, 1) << words;
   }
 }
 
@@ -135,8 +135,8 @@ TEST_F(TavlynctlLinks, AsciiReader) {
   sim::ReaderAscii text(reader_);
   PortDevice device(ports_, 3, text);
   const Ended read = Ctl("--com 3 --ascii read");
-  EXPECT_EQ(0, read.status) << read.err;
-  EXPECT_EQ("card 26 bits 000112AB\n", read.out);
+  EXPECT_EQ(read.status, 0) << read.err;
+  EXPECT_EQ(read.out, "card 26 bits 000112AB\n");
   device.With([&] { EXPECT_FALSE(text.echoes) << "the dialect was not spoken"; });
 }
 
@@ -144,14 +144,14 @@ TEST_F(TavlynctlLinks, AsciiReader) {
 TEST_F(TavlynctlLinks, ReaderThatDoesNotSpeakText) {
   const PortDevice device(ports_, 3, line_);
   const Ended read = Ctl("--com 3 --ascii read --timeout 1");
-  EXPECT_EQ(4, read.status);
+  EXPECT_EQ(read.status, 4);
   EXPECT_TRUE(read.err.starts_with("searching on COM3 takes up to 9 seconds\n")) << read.err;
   EXPECT_TRUE(read.err.ends_with("tavlynctl: card reader 0 (COM3:) does not speak the text dialect\n"))
       << read.err;
   const Ip ip{127, 5, 0, 4};
   const TcpDevice adapter(ip, line_);
   const Ended get = Ctl(Peer(ip, adapter) + "--ascii config get iIDBitCnt --json");
-  EXPECT_EQ(4, get.status);
+  EXPECT_EQ(get.status, 4);
   EXPECT_TRUE(Holds(get.err, "does not speak the text dialect")) << get.err;
   EXPECT_FALSE(Json::parse(get.out).contains("fields"));
 }
@@ -162,7 +162,7 @@ TEST_F(TavlynctlLinks, TextBehindAnAdapter) {
   const Ip ip{127, 5, 0, 5};
   const TcpDevice device(ip, text);
   const Ended read = Ctl(Peer(ip, device) + "--ascii read");
-  EXPECT_EQ("card 26 bits 000012AB\n", read.out) << read.err;
+  EXPECT_EQ(read.out, "card 26 bits 000012AB\n") << read.err;
 }
 
 // Seconds that a line's programs have waited.
@@ -175,7 +175,7 @@ TEST_F(TavlynctlLinks, ADeadlineIsHeardWhereTextIsNotAnswered) {
   const PortDevice device(ports_, 3, text);
   const Ended read =
       RunLine(kCtl + " --com 3 --ascii read --timeout 1; s=$?; od -An -td8 $TAVLYN_QUICK_CLOCK; exit $s");
-  EXPECT_EQ(5, read.status) << read.err;
+  EXPECT_EQ(read.status, 5) << read.err;
   EXPECT_GT(20, WaitedSeconds(read.out));
 }
 
@@ -192,28 +192,28 @@ TEST_F(TavlynctlLinks, ASecondCtrlCEndsAtOnce) {
                               "; do :; done; kill -INT $pid;"
                               " while grep -q SigCgt.*4002 /proc/$pid/status; do :; done; kill -INT $pid' " +
                               kCtl + " --com 3 --ascii watch");
-  EXPECT_EQ(130, watch.status) << watch.err;
+  EXPECT_EQ(watch.status, 130) << watch.err;
 }
 
 // A raw write ends with a flush, which drops an answer that is there already.
 TEST_F(TavlynctlLinks, SerialBytes) {
   const PortDevice device(ports_, 3, line_, {.delay = Milliseconds(250)});
   const Json answered = Document("--com 3 serial write FA04 000004 --read 7");
-  EXPECT_EQ(5, answered["written"]);
-  EXPECT_EQ("04010031749000", answered["read"]);
-  EXPECT_EQ("", Document("--com 3 serial read 4")["read"]);
+  EXPECT_EQ(answered["written"], 5);
+  EXPECT_EQ(answered["read"], "04010031749000");
+  EXPECT_EQ(Document("--com 3 serial read 4")["read"], "");
 }
 
 TEST_F(TavlynctlLinks, RawFrame) {
   const PortDevice device(ports_, 3, line_);
-  EXPECT_EQ("03 05 11 10 1A 3A 28 1C", Document("--com 3 raw FA 01 00 00 08")["reply"]);
-  EXPECT_EQ(1, Ctl("--com 3 analyzer list").status) << "for HID devices alone";
+  EXPECT_EQ(Document("--com 3 raw FA 01 00 00 08")["reply"], "03 05 11 10 1A 3A 28 1C");
+  EXPECT_EQ(Ctl("--com 3 analyzer list").status, 1) << "for HID devices alone";
 }
 
 TEST_F(TavlynctlLinks, SerialBaudCode) {
   const PortDevice device(ports_, 3, line_);
-  EXPECT_EQ(4, Document("--com 3 serial baud 4")["code"]);
-  EXPECT_EQ(4, Document("--com 3 --baud 19200 serial baud")["code"]);
+  EXPECT_EQ(Document("--com 3 serial baud 4")["code"], 4);
+  EXPECT_EQ(Document("--com 3 --baud 19200 serial baud")["code"], 4);
 }
 
 TEST_F(TavlynctlLinks, WatchBehindAnAdapter) {
@@ -221,8 +221,8 @@ TEST_F(TavlynctlLinks, WatchBehindAnAdapter) {
   reader_->PutCard({0x0A, 0x0B}, 16);
   const TcpDevice device(ip, line_);
   const Ended watch = Ctl(Peer(ip, device) + "watch --count 1");
-  EXPECT_EQ(0, watch.status) << watch.err;
-  EXPECT_EQ("card 16 bits 0B0A\n", watch.out);
+  EXPECT_EQ(watch.status, 0) << watch.err;
+  EXPECT_EQ(watch.out, "card 16 bits 0B0A\n");
   EXPECT_TRUE(Holds(watch.err, "card reader 0 (MAC:7C:31:A6:01:02:03 TCP/IP:127.5.0.2;Port:")) << watch.err;
 }
 
@@ -232,7 +232,7 @@ TEST_F(TavlynctlLinks, SerialBytesBehindAnAdapter) {
   line_.faults.RefuseCommand({0x04, 0x00, 0x00, 0x04});
   const TcpDevice device(ip, line_);
   const Json answered = Document(Peer(ip, device) + "serial write FA04EDED04 --read 20");
-  EXPECT_EQ("04010031749000", answered["read"]);
+  EXPECT_EQ(answered["read"], "04010031749000");
 }
 
 }  // namespace

@@ -23,15 +23,15 @@ TEST_F(TavlynctlOutputs, LedsAndRelay) {
                "ctl led auto", "ctl config get bAppCtrlsLED --json", "ctl led red off", "ctl relay on --json",
                "ctl relay middle", "ctl led blue"});
   const Json led = ParsedText(ended[0]);
-  EXPECT_EQ(false, led["stored"]);
-  EXPECT_EQ(true, led["verified"]);
-  EXPECT_EQ(3u, led["changes"].size());
-  EXPECT_EQ(Json({{"LEDCtrl.iRedLEDState", 0}, {"LEDCtrl.iGrnLEDState", 0}}), ParsedText(ended[2])["fields"]);
-  EXPECT_EQ(Json({{"LEDCtrl.bAppCtrlsLED", 0}}), ParsedText(ended[4])["fields"]);
-  EXPECT_EQ(1, ended[5].status);
-  EXPECT_EQ("BprRlyCtrl.iRelayState", ParsedText(ended[6])["changes"][0]["field"]);
-  EXPECT_EQ(1, ended[7].status);
-  EXPECT_EQ(1, ended[8].status);
+  EXPECT_EQ(led["stored"], false);
+  EXPECT_EQ(led["verified"], true);
+  EXPECT_EQ(led["changes"].size(), 3u);
+  EXPECT_EQ(ParsedText(ended[2])["fields"], Json({{"LEDCtrl.iRedLEDState", 0}, {"LEDCtrl.iGrnLEDState", 0}}));
+  EXPECT_EQ(ParsedText(ended[4])["fields"], Json({{"LEDCtrl.bAppCtrlsLED", 0}}));
+  EXPECT_EQ(ended[5].status, 1);
+  EXPECT_EQ(ParsedText(ended[6])["changes"][0]["field"], "BprRlyCtrl.iRelayState");
+  EXPECT_EQ(ended[7].status, 1);
+  EXPECT_EQ(ended[8].status, 1);
 }
 
 TEST_F(TavlynctlOutputs, BeepAndVolume) {
@@ -41,20 +41,20 @@ TEST_F(TavlynctlOutputs, BeepAndVolume) {
   const auto ended = Run("", {"ctl beep 2 --json", "ctl volume --json", "ctl volume 1 --json",
                               "ctl volume --json", "ctl volume 256"});
   const Json beep = ParsedText(ended[0]);
-  EXPECT_EQ(2, beep["beeps"]);
-  EXPECT_EQ(false, beep["long"]);
-  EXPECT_EQ(2, ParsedText(ended[1])["volume"]);
-  EXPECT_EQ(1, ParsedText(ended[2])["volume"]);
-  EXPECT_EQ(1, ParsedText(ended[3])["volume"]);
-  EXPECT_EQ(1, ended[4].status);
+  EXPECT_EQ(beep["beeps"], 2);
+  EXPECT_EQ(beep["long"], false);
+  EXPECT_EQ(ParsedText(ended[1])["volume"], 2);
+  EXPECT_EQ(ParsedText(ended[2])["volume"], 1);
+  EXPECT_EQ(ParsedText(ended[3])["volume"], 1);
+  EXPECT_EQ(ended[4].status, 1);
 }
 
 TEST_F(TavlynctlOutputs, FiveLongBeepsAreRefused) {
-  EXPECT_EQ(0, Simulated("", "beep 2 --long").status);
+  EXPECT_EQ(Simulated("", "beep 2 --long").status, 0);
   for (const char* words : {"beep 3 --long", "beep 5 --long"}) {
     const Ended beep = Simulated("", words);
-    EXPECT_EQ(1, beep.status);
-    EXPECT_EQ("tavlynctl: a device makes 1 or 2 long beeps, or 1 to 5 short ones\n", beep.err);
+    EXPECT_EQ(beep.status, 1);
+    EXPECT_EQ(beep.err, "tavlynctl: a device makes 1 or 2 long beeps, or 1 to 5 short ones\n");
   }
 }
 

@@ -24,8 +24,8 @@ TEST_F(TavlynctlProducts, ListShowsAllThree) {
   const auto ended =
       Run(kAll, {"ctl list --json", "ctl list --product sonar --json", "ctl list --product x"});
   const Json devices = ParsedText(ended[0])["devices"];
-  ASSERT_EQ(3u, devices.size());
-  EXPECT_EQ("card reader", devices[0]["product"]);
+  ASSERT_EQ(devices.size(), 3u);
+  EXPECT_EQ(devices[0]["product"], "card reader");
   const Json magstripe{{"index", 0},
                        {"product", "magstripe reader"},
                        {"part_number", "OMS-2100-AKU"},
@@ -34,38 +34,38 @@ TEST_F(TavlynctlProducts, ListShowsAllThree) {
                        {"luid", 2},
                        {"configurations", 1},
                        {"path", "/dev/hidraw-sim2"}};
-  EXPECT_EQ(magstripe, devices[1]);
-  EXPECT_EQ("sonar sensor", devices[2]["product"]);
-  EXPECT_EQ(Json(), devices[2]["part_number"]) << "not that of the device before it";
-  EXPECT_EQ("0400", devices[2]["did"]);
-  ASSERT_EQ(1u, ParsedText(ended[1])["devices"].size());
-  EXPECT_EQ("sonar sensor", ParsedText(ended[1])["devices"][0]["product"]);
-  EXPECT_EQ(1, ended[2].status);
+  EXPECT_EQ(devices[1], magstripe);
+  EXPECT_EQ(devices[2]["product"], "sonar sensor");
+  EXPECT_EQ(devices[2]["part_number"], Json()) << "not that of the device before it";
+  EXPECT_EQ(devices[2]["did"], "0400");
+  ASSERT_EQ(ParsedText(ended[1])["devices"].size(), 1u);
+  EXPECT_EQ(ParsedText(ended[1])["devices"][0]["product"], "sonar sensor");
+  EXPECT_EQ(ended[2].status, 1);
 }
 
 TEST_F(TavlynctlProducts, IndicesCountOneProduct) {
   const auto ended = Run("--device sonar --device reader --device sonar --do '#3 range 44'",
                          {"ctl range --device 1 --json", "ctl range --device 2"});
-  EXPECT_EQ(44, ParsedText(ended[0])["inches"]);
-  EXPECT_EQ(1, ParsedText(ended[0])["device"]);
-  EXPECT_EQ(2, ended[1].status);
-  EXPECT_EQ("tavlynctl: devices 0 and 1 were found, there is no device 2\n", ended[1].err);
+  EXPECT_EQ(ParsedText(ended[0])["inches"], 44);
+  EXPECT_EQ(ParsedText(ended[0])["device"], 1);
+  EXPECT_EQ(ended[1].status, 2);
+  EXPECT_EQ(ended[1].err, "tavlynctl: devices 0 and 1 were found, there is no device 2\n");
 }
 
 TEST_F(TavlynctlProducts, InfoOfEach) {
   const auto ended = Run(kAll, {"typed '#2 " + kSwipe.substr(7) + "ctl info --product magstripe --json",
                                 "ctl info --product sonar --json", "ctl info --json"});
   const Json magstripe = ParsedText(ended[0])["device"];
-  EXPECT_EQ("magstripe reader", magstripe["product"]);
-  EXPECT_EQ("0304", magstripe["version"]);
-  EXPECT_EQ(1, magstripe["cards_read"]);
+  EXPECT_EQ(magstripe["product"], "magstripe reader");
+  EXPECT_EQ(magstripe["version"], "0304");
+  EXPECT_EQ(magstripe["cards_read"], 1);
   EXPECT_TRUE(magstripe["answer_ms"].is_number()) << magstripe;
   EXPECT_FALSE(magstripe.contains("esn"));
   const Json sonar = ParsedText(ended[1])["device"];
-  EXPECT_EQ("sonar sensor", sonar["product"]);
-  EXPECT_EQ("1023", sonar["version"]);
+  EXPECT_EQ(sonar["product"], "sonar sensor");
+  EXPECT_EQ(sonar["version"], "1023");
   EXPECT_FALSE(sonar.contains("answer_ms"));
-  EXPECT_EQ("card reader", ParsedText(ended[2])["device"]["product"]);
+  EXPECT_EQ(ParsedText(ended[2])["device"]["product"], "card reader");
 }
 
 TEST_F(TavlynctlProducts, WhatAProductDoesNotHave) {
@@ -79,35 +79,34 @@ TEST_F(TavlynctlProducts, WhatAProductDoesNotHave) {
       std::ofstream(folder_ / "keys.ini", std::ios::binary)
           << "[keys]\r\nslot=1\r\n[EOF]\r\niEndOfIniFile=BE686D5A\r\n";
       const Ended ended = Run("--device " + device, {"ctl " + words})[0];
-      EXPECT_EQ(1, ended.status) << words;
-      EXPECT_EQ("tavlynctl: " + name + " is no card reader\n", ended.err) << words;
+      EXPECT_EQ(ended.status, 1) << words;
+      EXPECT_EQ(ended.err, "tavlynctl: " + name + " is no card reader\n") << words;
     }
     const std::string others = device == "sonar" ? "magstripe reader" : "sonar sensor";
     const std::string words = device == "sonar" ? "track" : "range";
     const Ended ended = Run("--device " + device, {"ctl " + words})[0];
-    EXPECT_EQ(1, ended.status);
-    EXPECT_EQ("tavlynctl: " + name + " is no " + others + "\n", ended.err);
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_EQ(ended.err, "tavlynctl: " + name + " is no " + others + "\n");
   }
-  EXPECT_EQ(1, Run(kSonar, {"ctl beep"})[0].status);
-  EXPECT_EQ(0, Run(kMagstripe, {"ctl beep 2"})[0].status);
+  EXPECT_EQ(Run(kSonar, {"ctl beep"})[0].status, 1);
+  EXPECT_EQ(Run(kMagstripe, {"ctl beep 2"})[0].status, 0);
   const auto none = Run("--do unplug", {"ctl track", "ctl range", "ctl magfield", "ctl swipe watch"});
-  for (const Ended& ended : none) EXPECT_EQ(2, ended.status) << ended.err;
-  EXPECT_EQ("tavlynctl: no magstripe reader is plugged in\n", none[0].err);
-  EXPECT_EQ("tavlynctl: no sonar sensor is plugged in\n", none[1].err);
+  for (const Ended& ended : none) EXPECT_EQ(ended.status, 2) << ended.err;
+  EXPECT_EQ(none[0].err, "tavlynctl: no magstripe reader is plugged in\n");
+  EXPECT_EQ(none[1].err, "tavlynctl: no sonar sensor is plugged in\n");
 }
 
 TEST_F(TavlynctlProducts, TracksOfTheLastSwipe) {
   const auto ended = Run(kMagstripe, {"ctl track", kSwipe + "ctl track --json", "ctl track 2 --json",
                                       "ctl track 3", "ctl track 4", "ctl track 1"});
-  EXPECT_EQ(5, ended[0].status);
-  EXPECT_EQ(Tracks(), ParsedText(ended[1])["tracks"]);
-  EXPECT_EQ(Json::array({Tracks()[1]}), ParsedText(ended[2])["tracks"]);
-  EXPECT_EQ(5, ended[3].status);
-  EXPECT_EQ(1, ended[4].status);
-  EXPECT_EQ(
-      "device  0\ntracks\n  track  characters  raw                               text\n"
-      "  1      16          052211123E242F250F2A2F282E3E1F19  %B12^DOE/JOHN^?9\n",
-      ended[5].out);
+  EXPECT_EQ(ended[0].status, 5);
+  EXPECT_EQ(ParsedText(ended[1])["tracks"], Tracks());
+  EXPECT_EQ(ParsedText(ended[2])["tracks"], Json::array({Tracks()[1]}));
+  EXPECT_EQ(ended[3].status, 5);
+  EXPECT_EQ(ended[4].status, 1);
+  EXPECT_EQ(ended[5].out,
+            "device  0\ntracks\n  track  characters  raw                               text\n"
+            "  1      16          052211123E242F250F2A2F282E3E1F19  %B12^DOE/JOHN^?9\n");
 }
 
 TEST_F(TavlynctlProducts, ATrackThatCannotBeFetched) {
@@ -116,11 +115,11 @@ TEST_F(TavlynctlProducts, ATrackThatCannotBeFetched) {
   int before = 0;
   int behind = 0;
   ASSERT_EQ(
-      2, std::sscanf(simulatorTold_.c_str(), "tavlynsim: ok tavlynsim: %d tavlynsim: %d", &before, &behind))
+      std::sscanf(simulatorTold_.c_str(), "tavlynsim: ok tavlynsim: %d tavlynsim: %d", &before, &behind), 2)
       << simulatorTold_;
   const std::string last = std::to_string(behind - before);
   const auto ended = Run(kMagstripe, {kSwipe + "typed 'vanish " + last + "'; ctl track 1"});
-  EXPECT_EQ(4, ended[0].status) << ended[0].out;
+  EXPECT_EQ(ended[0].status, 4) << ended[0].out;
   EXPECT_TRUE(Holds(ended[0].err, "track 1 of magstripe reader 0")) << ended[0].err;
 }
 
@@ -130,16 +129,16 @@ TEST_F(TavlynctlProducts, SwipesAreWatched) {
                        kSwipe + "ctl swipe watch --count 1 --json", "ctl swipe watch --timeout 0.5",
                        "upon 'kill -INT $pid' " TAVLYNCTL " swipe watch",
                        "upon 'typed unplug' " TAVLYNCTL " swipe watch"});
-  EXPECT_EQ(0, ended[0].status) << ended[0].err;
-  EXPECT_EQ("swipe 1 %B12^DOE/JOHN^?9 2 ;4000001234567899=3012?5\nswipe 2 ;77=1?8\n", ended[0].out);
-  EXPECT_EQ("watching magstripe reader 0 (/dev/hidraw-sim1)\n", ended[0].err);
+  EXPECT_EQ(ended[0].status, 0) << ended[0].err;
+  EXPECT_EQ(ended[0].out, "swipe 1 %B12^DOE/JOHN^?9 2 ;4000001234567899=3012?5\nswipe 2 ;77=1?8\n");
+  EXPECT_EQ(ended[0].err, "watching magstripe reader 0 (/dev/hidraw-sim1)\n");
   const std::vector<Json> lines = JsonLines(ended[1].out);
-  ASSERT_EQ(1u, lines.size());
-  EXPECT_EQ(Json({{"schema", 1}, {"command", "swipe watch"}, {"event", "swipe"}, {"tracks", Tracks()}}),
-            lines[0]);
-  EXPECT_EQ(5, ended[2].status) << "both were taken";
-  EXPECT_EQ(0, ended[3].status) << ended[3].err;
-  EXPECT_EQ(4, ended[4].status);
+  ASSERT_EQ(lines.size(), 1u);
+  EXPECT_EQ(lines[0],
+            Json({{"schema", 1}, {"command", "swipe watch"}, {"event", "swipe"}, {"tracks", Tracks()}}));
+  EXPECT_EQ(ended[2].status, 5) << "both were taken";
+  EXPECT_EQ(ended[3].status, 0) << ended[3].err;
+  EXPECT_EQ(ended[4].status, 4);
   EXPECT_TRUE(Holds(ended[4].err, "does not answer")) << ended[4].err;
 }
 
@@ -152,25 +151,25 @@ TEST_F(TavlynctlProducts, UserFields) {
                    "ctl magfield set 11 keys=280", "ctl magfield set 11"});
   EXPECT_TRUE(Holds(ended[6].err, "a user field has no part lenght; its parts are enable, skip, track"))
       << ended[6].err;
-  ASSERT_EQ(11u, ParsedText(ended[0])["fields"].size());
+  ASSERT_EQ(ParsedText(ended[0])["fields"].size(), 11u);
   const Json first = Json::parse(R"({"number": 1, "enable": 1, "skip": 0, "track": 1, "field": 1, "offset": 0,
     "length": 255, "term": 255, "separators": 0, "lrc": 0, "ignore_lrc": 0, "keys": "2800"})");
-  EXPECT_EQ(first, ParsedText(ended[0])["fields"][0]);
+  EXPECT_EQ(ParsedText(ended[0])["fields"][0], first);
   const Json dry = ParsedText(ended[1]);
-  EXPECT_EQ(false, dry["written"]);
-  ASSERT_EQ(3u, dry["changes"].size());
-  EXPECT_EQ(Json({{"setting", "length"}, {"old", 0}, {"new", 77}}), dry["changes"][1]);
-  EXPECT_EQ(0, ParsedText(ended[2])["fields"][0]["length"]);
+  EXPECT_EQ(dry["written"], false);
+  ASSERT_EQ(dry["changes"].size(), 3u);
+  EXPECT_EQ(dry["changes"][1], Json({{"setting", "length"}, {"old", 0}, {"new", 77}}));
+  EXPECT_EQ(ParsedText(ended[2])["fields"][0]["length"], 0);
   const Json set = ParsedText(ended[3]);
-  EXPECT_EQ(true, set["verified"]);
+  EXPECT_EQ(set["verified"], true);
   EXPECT_EQ(
-      Json({{"setting", "keys"}, {"old", ""}, {"new", "2800"}, {"stored", "2800"}, {"result", "stored"}}),
-      set["changes"][2]);
+      set["changes"][2],
+      Json({{"setting", "keys"}, {"old", ""}, {"new", "2800"}, {"stored", "2800"}, {"result", "stored"}}));
   const Json after = ParsedText(ended[4])["fields"];
-  ASSERT_EQ(1u, after.size());
-  EXPECT_EQ(77, after[0]["length"]);
-  EXPECT_EQ("2800", after[0]["keys"]);
-  for (std::size_t i = 5; i < ended.size(); ++i) EXPECT_EQ(1, ended[i].status) << i;
+  ASSERT_EQ(after.size(), 1u);
+  EXPECT_EQ(after[0]["length"], 77);
+  EXPECT_EQ(after[0]["keys"], "2800");
+  for (std::size_t i = 5; i < ended.size(); ++i) EXPECT_EQ(ended[i].status, 1) << i;
 }
 
 TEST_F(TavlynctlProducts, ADryRunWritesNothing) {
@@ -187,36 +186,36 @@ TEST_F(TavlynctlProducts, ARangeIsMeasured) {
                                   "ctl range --count 2", "upon 'kill -INT $pid' " TAVLYNCTL " range --watch",
                                   "upon 'typed unplug' " TAVLYNCTL " range --watch", "ctl range"});
   EXPECT_EQ(
-      Json::parse(R"({"schema": 1, "command": "range", "device": 0, "inches": 30, "status": [1, 0, 0]})"),
-      ParsedText(ended[0]));
-  EXPECT_EQ("device  0\ninches  25\nstatus  1 0 0\n", ended[1].out);
-  EXPECT_EQ("25 in  1 0 0\n25 in  1 0 0\n", ended[2].out);
-  EXPECT_EQ("watching sonar sensor 0 (/dev/hidraw-sim1)\n", ended[2].err);
+      ParsedText(ended[0]),
+      Json::parse(R"({"schema": 1, "command": "range", "device": 0, "inches": 30, "status": [1, 0, 0]})"));
+  EXPECT_EQ(ended[1].out, "device  0\ninches  25\nstatus  1 0 0\n");
+  EXPECT_EQ(ended[2].out, "25 in  1 0 0\n25 in  1 0 0\n");
+  EXPECT_EQ(ended[2].err, "watching sonar sensor 0 (/dev/hidraw-sim1)\n");
   const std::vector<Json> lines = JsonLines(ended[3].out);
-  ASSERT_EQ(2u, lines.size());
-  EXPECT_EQ(Json::parse(
-                R"({"schema": 1, "command": "range", "event": "range", "inches": 25, "status": [1, 0, 0]})"),
-            lines[1]);
-  EXPECT_EQ(1, ended[4].status);
-  EXPECT_EQ(0, ended[5].status) << ended[5].err;
-  EXPECT_EQ(4, ended[6].status);
+  ASSERT_EQ(lines.size(), 2u);
+  EXPECT_EQ(lines[1],
+            Json::parse(
+                R"({"schema": 1, "command": "range", "event": "range", "inches": 25, "status": [1, 0, 0]})"));
+  EXPECT_EQ(ended[4].status, 1);
+  EXPECT_EQ(ended[5].status, 0) << ended[5].err;
+  EXPECT_EQ(ended[6].status, 4);
   EXPECT_TRUE(Holds(ended[6].err, "does not answer")) << ended[6].err;
-  EXPECT_EQ(2, ended[7].status);
+  EXPECT_EQ(ended[7].status, 2);
 }
 
 TEST_F(TavlynctlProducts, AWalkMovesTheRange) {
   const auto ended = Run(kSonar, {"typed 'walk 20:50:60000'; ctl range --watch --count 8 --json"});
   const std::vector<Json> lines = JsonLines(ended[0].out);
-  ASSERT_EQ(8u, lines.size());
+  ASSERT_EQ(lines.size(), 8u);
   EXPECT_LT(lines.front()["inches"], lines.back()["inches"]);
-  EXPECT_EQ(Json({1, 1, 0}), lines.back()["status"]) << "and going away";
+  EXPECT_EQ(lines.back()["status"], Json({1, 1, 0})) << "and going away";
 }
 
 TEST_F(TavlynctlProducts, OnATerminalThereIsABar) {
   if (RunLine("command -v script").status != 0) GTEST_SKIP() << "no program that makes a terminal";
   const auto ended =
       Run(kSonar, {"typed 'range 20'; script -qec '" TAVLYNCTL " range --watch --count 2' /dev/null"});
-  EXPECT_EQ(0, ended[0].status) << ended[0].err;
+  EXPECT_EQ(ended[0].status, 0) << ended[0].err;
   const std::string bar = "\r" + std::string(10, '#') + std::string(27, '.') + " 20 in  1 0 0";
   EXPECT_TRUE(Holds(ended[0].out, bar + bar + "\r\n")) << ended[0].out;
 }
@@ -230,29 +229,28 @@ TEST_F(TavlynctlProducts, ConfigurationFilesOfASensor) {
                  "sed 's/^MaxDistS.*/MaxDistS = 99/' own.txt >bad.txt; ctl config load bad.txt",
                  "ctl config load new.txt --secure", "ctl config save x.txt --product sonar --secure",
                  "ctl config show --product sonar --config 1", "ctl config diff own.txt bad.txt --json"});
-  EXPECT_EQ(1, ParsedText(ended[0])["configurations"]);
-  EXPECT_EQ(Json::array(), ParsedText(ended[1])["differences"]);
+  EXPECT_EQ(ParsedText(ended[0])["configurations"], 1);
+  EXPECT_EQ(ParsedText(ended[1])["differences"], Json::array());
   const Json rows = Json::parse(R"([{"configuration": 0, "field": "PingRateS", "left": 248, "right": 301},
                                     {"configuration": 0, "field": "MaxDistS", "left": 60, "right": 50}])");
-  EXPECT_EQ(rows, ParsedText(ended[3])["differences"]);
+  EXPECT_EQ(ParsedText(ended[3])["differences"], rows);
   const Json dry = ParsedText(ended[4]);
-  EXPECT_EQ(false, dry["written"]);
-  EXPECT_EQ(Json({{"setting", "PingRateS"}, {"old", 248}, {"new", 301}}), dry["changes"][0]);
+  EXPECT_EQ(dry["written"], false);
+  EXPECT_EQ(dry["changes"][0], Json({{"setting", "PingRateS"}, {"old", 248}, {"new", 301}}));
   const Json load = ParsedText(ended[5]);
-  EXPECT_EQ(true, load["verified"]);
-  EXPECT_EQ(Json::parse(R"([
+  EXPECT_EQ(load["verified"], true);
+  EXPECT_EQ(load["changes"], Json::parse(R"([
       {"setting": "PingRateS", "old": 248, "new": 301, "stored": 300, "result": "rounded"},
-      {"setting": "MaxDistS", "old": 60, "new": 50, "stored": 50, "result": "stored"}])"),
-            load["changes"]);
+      {"setting": "MaxDistS", "old": 60, "new": 50, "stored": 50, "result": "stored"}])"));
   const Json show = ParsedText(ended[6]);
-  EXPECT_EQ("sonar sensor", show["product"]);
-  EXPECT_EQ(48u, show["settings"].size());
-  EXPECT_EQ(300, show["settings"]["PingRateS"]);
-  EXPECT_EQ(1, ended[7].status);
+  EXPECT_EQ(show["product"], "sonar sensor");
+  EXPECT_EQ(show["settings"].size(), 48u);
+  EXPECT_EQ(show["settings"]["PingRateS"], 300);
+  EXPECT_EQ(ended[7].status, 1);
   EXPECT_TRUE(Holds(ended[7].err, "does not take all of bad.txt: ")) << ended[7].err;
   EXPECT_TRUE(Holds(ended[7].err, "MaxDistS = 99")) << ended[7].err;
-  for (std::size_t i = 8; i < 11; ++i) EXPECT_EQ(1, ended[i].status) << i;
-  EXPECT_EQ(1u, ParsedText(ended[11])["differences"].size());
+  for (std::size_t i = 8; i < 11; ++i) EXPECT_EQ(ended[i].status, 1) << i;
+  EXPECT_EQ(ParsedText(ended[11])["differences"].size(), 1u);
 }
 
 TEST_F(TavlynctlProducts, ConfigurationFilesOfAMagstripeReader) {
@@ -264,27 +262,27 @@ TEST_F(TavlynctlProducts, ConfigurationFilesOfAMagstripeReader) {
              "sed 's/^UserField.3..Track.*/UserField[3].Track: 7/' own.txt >bad.txt; ctl config load bad.txt "
              "--json",
              "ctl config save reader.hwg; ctl config diff reader.hwg new.txt"});
-  EXPECT_EQ(Json::array(), ParsedText(ended[1])["differences"]);
-  EXPECT_EQ(Json::parse(R"([{"setting": "LedColor[0]", "old": 1, "new": 2}])"),
-            ParsedText(ended[3])["changes"]);
-  EXPECT_EQ("stored", ParsedText(ended[4])["changes"][0]["result"]);
-  EXPECT_EQ(Json::array(), ParsedText(ended[5])["differences"]);
+  EXPECT_EQ(ParsedText(ended[1])["differences"], Json::array());
+  EXPECT_EQ(ParsedText(ended[3])["changes"],
+            Json::parse(R"([{"setting": "LedColor[0]", "old": 1, "new": 2}])"));
+  EXPECT_EQ(ParsedText(ended[4])["changes"][0]["result"], "stored");
+  EXPECT_EQ(ParsedText(ended[5])["differences"], Json::array());
   const Json show = ParsedText(ended[6])["settings"];
-  EXPECT_EQ(307u, show.size());
-  EXPECT_EQ(2, show["LedColor[0]"]);
+  EXPECT_EQ(show.size(), 307u);
+  EXPECT_EQ(show["LedColor[0]"], 2);
   EXPECT_FALSE(show.contains("KeyPressTime"));
-  EXPECT_EQ(4, ended[7].status) << "the reader has two bits for it";
+  EXPECT_EQ(ended[7].status, 4) << "the reader has two bits for it";
   EXPECT_TRUE(Holds(ended[7].err, "does not keep what was written of UserField[3].Track")) << ended[7].err;
-  EXPECT_EQ(1, ended[8].status);
-  EXPECT_EQ("tavlynctl: reader.hwg is for a card reader, new.txt for a magstripe reader\n", ended[8].err);
+  EXPECT_EQ(ended[8].status, 1);
+  EXPECT_EQ(ended[8].err, "tavlynctl: reader.hwg is for a card reader, new.txt for a magstripe reader\n");
 }
 
 TEST_F(TavlynctlProducts, FilesNeedTheirProduct) {
   Run(kSonar, {"ctl config save own.txt"});
   const auto ended = Run(kMagstripe, {"ctl config load own.txt", "ctl config diff own.txt"});
   for (const Ended& one : ended) {
-    EXPECT_EQ(1, one.status);
-    EXPECT_EQ("tavlynctl: magstripe reader 0 (/dev/hidraw-sim1) is no sonar sensor\n", one.err);
+    EXPECT_EQ(one.status, 1);
+    EXPECT_EQ(one.err, "tavlynctl: magstripe reader 0 (/dev/hidraw-sim1) is no sonar sensor\n");
   }
 }
 
@@ -293,12 +291,12 @@ TEST_F(TavlynctlProducts, FactoryConfiguration) {
                                 "ctl config reset --product magstripe --dry-run --json",
                                 "ctl magfield 11 --json", "ctl config reset --product magstripe --yes --json",
                                 "ctl magfield 11 --json", "ctl config reset --product sonar --yes"});
-  EXPECT_EQ(1, ended[1].status);
-  EXPECT_EQ(false, ParsedText(ended[2])["reset"]);
-  EXPECT_EQ(77, ParsedText(ended[3])["fields"][0]["length"]);
-  EXPECT_EQ(true, ParsedText(ended[4])["reset"]);
-  EXPECT_EQ(0, ParsedText(ended[5])["fields"][0]["length"]);
-  EXPECT_EQ(0, ended[6].status) << ended[6].err;
+  EXPECT_EQ(ended[1].status, 1);
+  EXPECT_EQ(ParsedText(ended[2])["reset"], false);
+  EXPECT_EQ(ParsedText(ended[3])["fields"][0]["length"], 77);
+  EXPECT_EQ(ParsedText(ended[4])["reset"], true);
+  EXPECT_EQ(ParsedText(ended[5])["fields"][0]["length"], 0);
+  EXPECT_EQ(ended[6].status, 0) << ended[6].err;
 }
 
 // The names say which product is meant.
@@ -311,20 +309,19 @@ TEST_F(TavlynctlProducts, SettingsByName) {
                  "ctl config set LedColor[0]=2 UserField[3].Keybyte[15]=7 LUID=9 --json",
                  "ctl config get LedColor[0] UserField[3].Keybyte[15] LUID --json",
                  "ctl config get bBeepID --json"});
-  EXPECT_EQ(Json({{"PingRateS", 248}, {"MaxDistS", 60}}), ParsedText(ended[0])["settings"]);
-  EXPECT_EQ(false, ParsedText(ended[1])["written"]);
-  EXPECT_EQ(2u, ParsedText(ended[1])["changes"].size());
-  EXPECT_EQ(Json::parse(R"([
+  EXPECT_EQ(ParsedText(ended[0])["settings"], Json({{"PingRateS", 248}, {"MaxDistS", 60}}));
+  EXPECT_EQ(ParsedText(ended[1])["written"], false);
+  EXPECT_EQ(ParsedText(ended[1])["changes"].size(), 2u);
+  EXPECT_EQ(ParsedText(ended[2])["changes"], Json::parse(R"([
     {"setting": "PingRateS", "old": 248, "new": 301, "stored": 300, "result": "rounded"},
-    {"setting": "MaxDistS", "old": 60, "new": 50, "stored": 50, "result": "stored"}])"),
-            ParsedText(ended[2])["changes"]);
-  EXPECT_EQ("device    0\nwritten   no\nverified  yes\nchanges   none\n", ended[3].out);
-  EXPECT_EQ("device  0\nsettings\n  PingRateS  300\n", ended[4].out);
-  EXPECT_EQ(Json({{"LedColor[0]", 1}, {"UserField[3].Track", 0}}), ParsedText(ended[5])["settings"]);
-  EXPECT_EQ(true, ParsedText(ended[6])["verified"]);
-  EXPECT_EQ(Json({{"LedColor[0]", 2}, {"UserField[3].Keybyte[15]", 7}, {"LUID", 9}}),
-            ParsedText(ended[7])["settings"]);
-  EXPECT_EQ(Json({{"CfgFlags2.bBeepID", 1}}), ParsedText(ended[8])["fields"]);
+    {"setting": "MaxDistS", "old": 60, "new": 50, "stored": 50, "result": "stored"}])"));
+  EXPECT_EQ(ended[3].out, "device    0\nwritten   no\nverified  yes\nchanges   none\n");
+  EXPECT_EQ(ended[4].out, "device  0\nsettings\n  PingRateS  300\n");
+  EXPECT_EQ(ParsedText(ended[5])["settings"], Json({{"LedColor[0]", 1}, {"UserField[3].Track", 0}}));
+  EXPECT_EQ(ParsedText(ended[6])["verified"], true);
+  EXPECT_EQ(ParsedText(ended[7])["settings"],
+            Json({{"LedColor[0]", 2}, {"UserField[3].Keybyte[15]", 7}, {"LUID", 9}}));
+  EXPECT_EQ(ParsedText(ended[8])["fields"], Json({{"CfgFlags2.bBeepID", 1}}));
 }
 
 TEST_F(TavlynctlProducts, WrongSettings) {
@@ -334,14 +331,14 @@ TEST_F(TavlynctlProducts, WrongSettings) {
                  "ctl config get PingRateS --config 1", "ctl config set PingRateS",
                  "ctl config set PingRateS=fast", "ctl config set LedColor[0]=300",
                  "ctl config set PingRateS=300 MaxDist=60", "ctl config get PingRateS --json"});
-  for (std::size_t i = 0; i + 1 < ended.size(); ++i) EXPECT_EQ(1, ended[i].status) << i << ended[i].err;
+  for (std::size_t i = 0; i + 1 < ended.size(); ++i) EXPECT_EQ(ended[i].status, 1) << i << ended[i].err;
   EXPECT_TRUE(Holds(ended[0].err, "does not take PingRateS = 100 (it takes 200 to 1020)")) << ended[0].err;
-  EXPECT_EQ("tavlynctl: there is no field PingRat; did you mean PingRateS?\n", ended[1].err);
-  EXPECT_EQ("tavlynctl: there is no field ledcolor[0]; did you mean LedColor[0]?\n", ended[2].err);
-  EXPECT_EQ("tavlynctl: PingRateS is for a sonar sensor, bBeepID for a card reader\n", ended[3].err);
+  EXPECT_EQ(ended[1].err, "tavlynctl: there is no field PingRat; did you mean PingRateS?\n");
+  EXPECT_EQ(ended[2].err, "tavlynctl: there is no field ledcolor[0]; did you mean LedColor[0]?\n");
+  EXPECT_EQ(ended[3].err, "tavlynctl: PingRateS is for a sonar sensor, bBeepID for a card reader\n");
   EXPECT_TRUE(Holds(ended[7].err, "does not take LedColor[0] = 300")) << ended[7].err;
-  EXPECT_EQ("tavlynctl: there is no field MaxDist; did you mean MaxDistS?\n", ended[8].err);
-  EXPECT_EQ(Json({{"PingRateS", 248}}), ParsedText(ended[9])["settings"]);
+  EXPECT_EQ(ended[8].err, "tavlynctl: there is no field MaxDist; did you mean MaxDistS?\n");
+  EXPECT_EQ(ParsedText(ended[9])["settings"], Json({{"PingRateS", 248}}));
 }
 
 }  // namespace

@@ -46,31 +46,31 @@ TEST(TavlynctlProgram, WrongWords) {
   };
   for (const Case& one : kCases) {
     const Ended ended = RunLine(kCtl + " " + one.words);
-    EXPECT_EQ(1, ended.status) << one.words;
-    EXPECT_EQ("tavlynctl: " + std::string(one.problem) + " tells more\n", ended.err);
-    EXPECT_EQ("", ended.out);
+    EXPECT_EQ(ended.status, 1) << one.words;
+    EXPECT_EQ(ended.err, "tavlynctl: " + std::string(one.problem) + " tells more\n");
+    EXPECT_EQ(ended.out, "");
   }
   for (const char* words : {"read --timeout soon", "read --timeout -1", "watch --timeout 1e300"}) {
-    EXPECT_EQ(1, RunLine(kCtl + " " + words).status) << words;
+    EXPECT_EQ(RunLine(kCtl + " " + words).status, 1) << words;
   }
 }
 
 TEST(TavlynctlProgram, WrongWordsAreJsonToo) {
   const Ended ended = RunLine(kCtl + " config set bDspHex=1 --json --dryrun");
-  EXPECT_EQ(1, ended.status);
+  EXPECT_EQ(ended.status, 1);
   const Json document = Json::parse(ended.out);
-  EXPECT_EQ("config set", document["command"]);
-  EXPECT_EQ(1, document["error"]["code"]);
+  EXPECT_EQ(document["command"], "config set");
+  EXPECT_EQ(document["error"]["code"], 1);
   EXPECT_TRUE(Holds(document["error"]["text"], "there is no option --dryrun")) << ended.out;
 }
 
 TEST(TavlynctlProgram, EveryCommandHasHelp) {
   const Ended all = RunLine(kCtl + " --help");
-  EXPECT_EQ(0, all.status);
-  EXPECT_EQ("", all.err);
+  EXPECT_EQ(all.status, 0);
+  EXPECT_EQ(all.err, "");
   for (const char* words : {"list", "config set", "ble save", "range", "secure write"}) {
     const Ended help = RunLine(kCtl + " " + words + " --help");
-    EXPECT_EQ(0, help.status) << words;
+    EXPECT_EQ(help.status, 0) << words;
     EXPECT_TRUE(Holds(help.out, std::string("Usage: tavlynctl ") + words)) << help.out;
     EXPECT_TRUE(Holds(help.out, "--json")) << help.out;
   }
@@ -79,34 +79,34 @@ TEST(TavlynctlProgram, EveryCommandHasHelp) {
 TEST(TavlynctlProgram, HelpIsACommandToo) {
   for (const char* words : {"", "list", "config", "config set"}) {
     const Ended help = RunLine(kCtl + " help " + words);
-    EXPECT_EQ(0, help.status) << help.err;
-    EXPECT_EQ(RunLine(kCtl + " " + words + " --help").out, help.out);
+    EXPECT_EQ(help.status, 0) << help.err;
+    EXPECT_EQ(help.out, RunLine(kCtl + " " + words + " --help").out);
   }
 }
 
 TEST(TavlynctlProgram, TheVersionIsThatOfToolAndLibrary) {
   const Ended version = RunLine(kCtl + " --version");
-  EXPECT_EQ(0, version.status);
-  EXPECT_EQ("tavlynctl " TAVLYN_VERSION ", library " TAVLYN_VERSION "\n", version.out);
+  EXPECT_EQ(version.status, 0);
+  EXPECT_EQ(version.out, "tavlynctl " TAVLYN_VERSION ", library " TAVLYN_VERSION "\n");
 }
 
 TEST(TavlynctlProgram, JsonMayStandInFront) {
-  EXPECT_EQ("list", Json::parse(Simulated("", "--json list").out)["command"]);
-  EXPECT_EQ("config get", Json::parse(Simulated("", "config --json get bDspHex").out)["command"]);
+  EXPECT_EQ(Json::parse(Simulated("", "--json list").out)["command"], "list");
+  EXPECT_EQ(Json::parse(Simulated("", "config --json get bDspHex").out)["command"], "config get");
 }
 
 TEST(TavlynctlProgram, OutputThatCannotBeWrittenIsTold) {
   for (const char* words : {"list", "list --json", "watch --count 1", "read"}) {
     const Ended ended = Simulated("--card 0A:8", words + std::string(" >/dev/full"));
-    EXPECT_EQ(6, ended.status) << words;
+    EXPECT_EQ(ended.status, 6) << words;
     EXPECT_TRUE(Holds(ended.err, "tavlynctl: the standard output cannot be written\n")) << ended.err;
   }
 }
 
 TEST(TavlynctlProgram, ClosedOutputIsTold) {
   const Ended ended = Simulated("", "list >&-");
-  EXPECT_EQ(6, ended.status);
-  EXPECT_EQ("tavlynctl: the standard output is closed; >/dev/null drops what is shown\n", ended.err);
+  EXPECT_EQ(ended.status, 6);
+  EXPECT_EQ(ended.err, "tavlynctl: the standard output is closed; >/dev/null drops what is shown\n");
 }
 
 }  // namespace

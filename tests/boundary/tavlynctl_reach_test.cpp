@@ -54,22 +54,20 @@ class TavlynctlReach : public testing::Test {
 TEST_F(TavlynctlReach, NobodyAnswersOnAPort) {
   const BarePort silent = AddPort(ports_, 3);
   const Ended one = Ctl("list --com 3");
-  EXPECT_EQ(2, one.status);
-  EXPECT_EQ("tavlynctl: no reader answered on COM3\n", one.err);
-  EXPECT_EQ(
-      "searching on COM3 to COM5 takes up to 5 seconds\n"
-      "tavlynctl: no reader answered on COM3 to COM5\n",
-      Ctl("list --com 3-5").err);
+  EXPECT_EQ(one.status, 2);
+  EXPECT_EQ(one.err, "tavlynctl: no reader answered on COM3\n");
+  EXPECT_EQ(Ctl("list --com 3-5").err,
+            "searching on COM3 to COM5 takes up to 5 seconds\n"
+            "tavlynctl: no reader answered on COM3 to COM5\n");
 }
 
 TEST_F(TavlynctlReach, PortThatIsNotThere) {
   const Ended one = Ctl("read --com 3");
-  EXPECT_EQ(2, one.status);
-  EXPECT_EQ(
-      "tavlynctl: COM3 (" + ports_.PathOf(3) + ") does not exist; docs/linux.md tells which file a port is\n",
-      one.err);
+  EXPECT_EQ(one.status, 2);
+  EXPECT_EQ(one.err, "tavlynctl: COM3 (" + ports_.PathOf(3) +
+                         ") does not exist; docs/linux.md tells which file a port is\n");
   const Ended several = Ctl("list --com 3-4");
-  EXPECT_EQ(2, several.status);
+  EXPECT_EQ(several.status, 2);
   EXPECT_TRUE(several.err.starts_with("tavlynctl: there is no port on COM3 to COM4: COM3 (")) << several.err;
 }
 
@@ -79,17 +77,17 @@ TEST_F(TavlynctlReach, PortThatMayNotBeOpened) {
   fs::permissions(ports_.PathOf(3), fs::perms(0600));
   const Ended one =
       RunLine("env -u LD_PRELOAD setpriv --reuid 65534 --clear-groups " + kCtl + " list --com 3");
-  EXPECT_EQ(3, one.status);
-  EXPECT_EQ("tavlynctl: this user may not open COM3 (" + ports_.PathOf(3) +
-                "), mode 0600, owner root, group root; join that group, or ask the owner for the right\n",
-            one.err);
+  EXPECT_EQ(one.status, 3);
+  EXPECT_EQ(one.err,
+            "tavlynctl: this user may not open COM3 (" + ports_.PathOf(3) +
+                "), mode 0600, owner root, group root; join that group, or ask the owner for the right\n");
 }
 
 // Against root too, whom the terminal's own lock does not keep out.
 TEST_F(TavlynctlReach, PortThatAnotherProgramHolds) {
   const PortDevice device(ports_, 3, line_);
   const Ended list = RunLine("exec 8<" + ports_.PathOf(3) + "; flock 8; " + kCtl + " list --com 2-3 8<&-");
-  EXPECT_EQ(3, list.status);
+  EXPECT_EQ(list.status, 3);
   EXPECT_TRUE(Holds(list.err, "tavlynctl: COM3 (" + ports_.PathOf(3) + ") is held by ")) << list.err;
   EXPECT_TRUE(Holds(list.err, "sh (process ")) << list.err;
 }
@@ -98,8 +96,8 @@ TEST_F(TavlynctlReach, AdapterThatRefuses) {
   const Ip ip{127, 5, 0, 1};
   const std::string peer = "127.5.0.1:" + std::to_string(ClosedTcpPort(ip));
   const Ended ended = Ctl("list --ip " + peer);
-  EXPECT_EQ(2, ended.status);
-  EXPECT_EQ("tavlynctl: " + peer + " refuses the connection; is the TCP port right?\n", ended.err);
+  EXPECT_EQ(ended.status, 2);
+  EXPECT_EQ(ended.err, "tavlynctl: " + peer + " refuses the connection; is the TCP port right?\n");
 }
 
 // Its queue of connections is full, so it ignores another one.
@@ -107,16 +105,16 @@ TEST_F(TavlynctlReach, AdapterThatDoesNotAnswer) {
   const FullPort full({127, 5, 0, 6});
   const std::string peer = "127.5.0.6:" + std::to_string(full.Port());
   const Ended ended = Ctl("read --ip " + peer);
-  EXPECT_EQ(2, ended.status);
-  EXPECT_EQ("tavlynctl: " + peer + " does not answer; is the address right, and the adapter on?\n",
-            ended.err);
+  EXPECT_EQ(ended.status, 2);
+  EXPECT_EQ(ended.err,
+            "tavlynctl: " + peer + " does not answer; is the address right, and the adapter on?\n");
 }
 
 TEST_F(TavlynctlReach, AdapterWithoutAReader) {
   const DeafPort deaf({127, 5, 0, 7});
   const std::string peer = "127.5.0.7:" + std::to_string(deaf.Port());
   const Ended ended = Ctl("list --ip " + peer);
-  EXPECT_EQ(2, ended.status);
+  EXPECT_EQ(ended.status, 2);
   EXPECT_TRUE(Holds(ended.err, "tavlynctl: " + peer + " takes the connection, but no reader answers; "))
       << ended.err;
 }
@@ -126,7 +124,7 @@ TEST_F(TavlynctlReach, AdapterThatAnotherProgramHolds) {
   const TcpDevice device(ip, line_);
   const Client client(ip, device.Port());
   const Ended ended = Ctl("list --ip 127.5.0.8:" + std::to_string(device.Port()));
-  EXPECT_EQ(3, ended.status);
+  EXPECT_EQ(ended.status, 3);
   EXPECT_TRUE(Holds(ended.err, " is held by tool_tests (process " + std::to_string(getpid()) + ")\n"))
       << ended.err;
 }
@@ -136,7 +134,7 @@ class Permission : public testing::Test {
  protected:
   void SetUp() override {
     std::string name = "/tmp/tavlyn-nodes-XXXXXX";
-    ASSERT_NE(nullptr, mkdtemp(name.data()));
+    ASSERT_NE(mkdtemp(name.data()), nullptr);
     folder_ = name;
     fs::permissions(folder_, fs::perms(0755));
     fs::create_directories(folder_ / "dev");
@@ -197,7 +195,7 @@ class Permission : public testing::Test {
   fs::path folder_;
 };
 
-TEST_F(Permission, OwnNodeIsNoProblem) { EXPECT_EQ("", Problem()); }
+TEST_F(Permission, OwnNodeIsNoProblem) { EXPECT_EQ(Problem(), ""); }
 
 TEST_F(Permission, ForbiddenReaderIsNamed) {
   if (getuid() != 0) GTEST_SKIP() << "only root can become someone else";
@@ -220,10 +218,10 @@ TEST_F(Permission, ForbiddenBulkReaderIsNamed) {
 
 TEST_F(Permission, BulkReaderThatAnotherProgramHoldsIsNamed) {
   AddBulkNode();
-  EXPECT_EQ("", Problem());
+  EXPECT_EQ(Problem(), "");
   const std::string node = (folder_ / "dev" / "001" / "004").string();
   std::FILE* holder = popen(("read line <&0 9<" + node).c_str(), "w");
-  ASSERT_NE(nullptr, holder);
+  ASSERT_NE(holder, nullptr);
   std::string problem;
   while (problem.empty()) problem = Problem();
   EXPECT_TRUE(problem.starts_with("the reader at " + node + " is held by sh (process ")) << problem;

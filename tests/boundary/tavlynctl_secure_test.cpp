@@ -26,13 +26,15 @@ TEST_F(TavlynctlSecure, KeysAreLoadedAndNotShown) {
   const auto ended = Run("", {"ctl keys load keys.ini --json", "ctl secure read 20070509 --json",
                               "ctl secure read 20070509 --show-keys --json", "ctl secure read 20070509"});
   EXPECT_EQ(
-      Json({{"schema", 1}, {"command", "keys load"}, {"device", 0}, {"file", "keys.ini"}, {"written", true}}),
-      ParsedText(ended[0]));
+      ParsedText(ended[0]),
+      Json(
+          {{"schema", 1}, {"command", "keys load"}, {"device", 0}, {"file", "keys.ini"}, {"written", true}}));
   EXPECT_EQ(
-      Json({{"schema", 1}, {"command", "secure read"}, {"device", 0}, {"header", "20070509"}, {"length", 5}}),
-      ParsedText(ended[1]));
-  EXPECT_EQ("C1C2C3C4C5", ParsedText(ended[2])["data"]);
-  EXPECT_EQ("device  0\nheader  20070509\nlength  5\n", ended[3].out);
+      ParsedText(ended[1]),
+      Json(
+          {{"schema", 1}, {"command", "secure read"}, {"device", 0}, {"header", "20070509"}, {"length", 5}}));
+  EXPECT_EQ(ParsedText(ended[2])["data"], "C1C2C3C4C5");
+  EXPECT_EQ(ended[3].out, "device  0\nheader  20070509\nlength  5\n");
   for (const std::size_t step : {0U, 1U, 3U}) {
     EXPECT_FALSE(Holds(ended[step].out + ended[step].err, "C1")) << step;
   }
@@ -44,11 +46,11 @@ TEST_F(TavlynctlSecure, ADryRunNeedsNoReader) {
   const auto ended =
       Run("--do unplug", {"ctl keys load keys.ini --dry-run --json", "ctl keys load keys.ini",
                           "ctl keys load bad.ini --dry-run", "ctl keys load none.ini --dry-run"});
-  EXPECT_EQ(false, ParsedText(ended[0])["written"]);
-  EXPECT_EQ(2, ended[1].status);
-  EXPECT_EQ(6, ended[2].status);
-  EXPECT_EQ("tavlynctl: bad.ini was changed since it was written\n", ended[2].err);
-  EXPECT_EQ(6, ended[3].status);
+  EXPECT_EQ(ParsedText(ended[0])["written"], false);
+  EXPECT_EQ(ended[1].status, 2);
+  EXPECT_EQ(ended[2].status, 6);
+  EXPECT_EQ(ended[2].err, "tavlynctl: bad.ini was changed since it was written\n");
+  EXPECT_EQ(ended[3].status, 6);
   const std::string dry = Traffic("", "keys load keys.ini --dry-run");
   EXPECT_FALSE(Holds(dry, "set 1")) << dry;
 }
@@ -56,7 +58,7 @@ TEST_F(TavlynctlSecure, ADryRunNeedsNoReader) {
 TEST_F(TavlynctlSecure, ItemsThatDoNotAddUp) {
   WriteKeys("[Blob1]\r\nhdr=20 7 6 9\r\ndata=C1 C2 C3 C4 C5\r\n");
   const Ended ended = Run("", {"ctl keys load keys.ini"})[0];
-  EXPECT_EQ(4, ended.status);
+  EXPECT_EQ(ended.status, 4);
   EXPECT_TRUE(Holds(ended.err, "the last item of keys.ini was not written")) << ended.err;
   EXPECT_FALSE(Holds(ended.err, "C1"));
 }
@@ -65,13 +67,14 @@ TEST_F(TavlynctlSecure, AnItemIsWrittenAndReadBack) {
   const auto ended =
       Run("", {"ctl secure write 02010300 A1B2c3 --json", "ctl secure read 02010300 --show-keys",
                "echo A4B5 | ctl secure write 02010200 -", "ctl secure read 02010200 --show-keys --json"});
-  EXPECT_EQ(
-      Json(
-          {{"schema", 1}, {"command", "secure write"}, {"device", 0}, {"header", "02010300"}, {"length", 3}}),
-      ParsedText(ended[0]));
-  EXPECT_EQ("device  0\nheader  02010300\nlength  3\ndata    A1B2C3\n", ended[1].out);
-  EXPECT_EQ(0, ended[2].status) << ended[2].err;
-  EXPECT_EQ("A4B5", ParsedText(ended[3])["data"]);
+  EXPECT_EQ(ParsedText(ended[0]), Json({{"schema", 1},
+                                        {"command", "secure write"},
+                                        {"device", 0},
+                                        {"header", "02010300"},
+                                        {"length", 3}}));
+  EXPECT_EQ(ended[1].out, "device  0\nheader  02010300\nlength  3\ndata    A1B2C3\n");
+  EXPECT_EQ(ended[2].status, 0) << ended[2].err;
+  EXPECT_EQ(ParsedText(ended[3])["data"], "A4B5");
   const std::string traffic = Traffic("", "secure write 02010300 A1B2C3");
   EXPECT_TRUE(Holds(traffic, "set 1 89 90 00 00 02 01 03\n")) << traffic;
   EXPECT_TRUE(Holds(traffic, "set 1 89 90 00 01 A1 B2 C3\n")) << traffic;
@@ -87,7 +90,7 @@ TEST_F(TavlynctlSecure, WrongWordsSendNothing) {
                "ctl secure write 02010300 A1B2C3 A1B2", "ctl secure write 02010300 --data=A1B2C3 --json",
                "ctl secure write 02010300 A1 --device A1B2", "ctl secure write A1B2C3"});
   for (std::size_t i = 0; i < ended.size(); ++i) {
-    EXPECT_EQ(1, ended[i].status) << i;
+    EXPECT_EQ(ended[i].status, 1) << i;
     EXPECT_FALSE(Holds(ended[i].out + ended[i].err, "A1B2")) << ended[i].err;
   }
 }
@@ -109,15 +112,15 @@ TEST_F(TavlynctlSecure, TheKeyFileOfThePageIsWholeAndLoads) {
   ASSERT_TRUE(Holds(script, "tavlynctl keys load items.ini --dry-run")) << script;
   const auto ended = Run("", {"tavlynctl() { ctl \"$@\"; }\n" + script, "ctl keys load items.ini",
                               "ctl secure read 20070509 --show-keys --json", "stat -c %a items.ini"});
-  EXPECT_EQ("file     items.ini\nwritten  no\n", ended[0].out) << ended[0].err;
-  EXPECT_EQ(0, ended[1].status) << ended[1].err;
-  EXPECT_EQ("C1C2C3C4C5", ParsedText(ended[2])["data"]);
-  EXPECT_EQ("600\n", ended[3].out);
+  EXPECT_EQ(ended[0].out, "file     items.ini\nwritten  no\n") << ended[0].err;
+  EXPECT_EQ(ended[1].status, 0) << ended[1].err;
+  EXPECT_EQ(ParsedText(ended[2])["data"], "C1C2C3C4C5");
+  EXPECT_EQ(ended[3].out, "600\n");
 }
 
 TEST_F(TavlynctlSecure, AnItemThatIsNotThere) {
   const Ended ended = Run("", {"ctl secure read 7F010300"})[0];
-  EXPECT_EQ(4, ended.status);
+  EXPECT_EQ(ended.status, 4);
   EXPECT_TRUE(Holds(ended.err, "the item 7F010300 could not be read from card reader 0")) << ended.err;
 }
 
@@ -130,46 +133,46 @@ TEST_F(TavlynctlSecure, BleBlocksMoveToAnotherReader) {
            "ctl ble load data.hwg --keys", "ctl ble load keys.hwg",
            "sed 's/^00\\./01./' data.hwg >bad.hwg; ctl ble load bad.hwg", "ctl ble save none/data.hwg"});
   EXPECT_EQ(
-      Json({{"schema", 1}, {"command", "ble save"}, {"device", 0}, {"file", "data.hwg"}, {"block", "data"}}),
-      ParsedText(ended[0]));
-  EXPECT_EQ(1, ParsedText(ended[1])["device"]);
-  EXPECT_EQ(0, ended[2].status) << ended[2].err;
-  EXPECT_EQ("keys", ParsedText(ended[3])["block"]);
-  for (std::size_t i = 4; i < 7; ++i) EXPECT_EQ(0, ended[i].status) << i << ended[i].err;
-  EXPECT_EQ("tavlynctl: data.hwg holds no BLE keys\n", ended[7].err);
-  EXPECT_EQ("tavlynctl: keys.hwg holds no BLE data\n", ended[8].err);
-  EXPECT_EQ("tavlynctl: bad.hwg was changed since it was written\n", ended[9].err);
-  EXPECT_EQ("tavlynctl: none/data.hwg cannot be written: No such file or directory\n", ended[10].err);
-  for (std::size_t i = 7; i < 11; ++i) EXPECT_EQ(6, ended[i].status) << i;
+      ParsedText(ended[0]),
+      Json({{"schema", 1}, {"command", "ble save"}, {"device", 0}, {"file", "data.hwg"}, {"block", "data"}}));
+  EXPECT_EQ(ParsedText(ended[1])["device"], 1);
+  EXPECT_EQ(ended[2].status, 0) << ended[2].err;
+  EXPECT_EQ(ParsedText(ended[3])["block"], "keys");
+  for (std::size_t i = 4; i < 7; ++i) EXPECT_EQ(ended[i].status, 0) << i << ended[i].err;
+  EXPECT_EQ(ended[7].err, "tavlynctl: data.hwg holds no BLE keys\n");
+  EXPECT_EQ(ended[8].err, "tavlynctl: keys.hwg holds no BLE data\n");
+  EXPECT_EQ(ended[9].err, "tavlynctl: bad.hwg was changed since it was written\n");
+  EXPECT_EQ(ended[10].err, "tavlynctl: none/data.hwg cannot be written: No such file or directory\n");
+  for (std::size_t i = 7; i < 11; ++i) EXPECT_EQ(ended[i].status, 6) << i;
 }
 
 TEST_F(TavlynctlSecure, ALoadedBlockComesBack) {
   const auto ended = Run(
       "", {"ctl ble save own.hwg", "sed -e '/iEndOfHwgFile=/d' -e 's/^00\\.00/A5.5A/' own.hwg >body.hwg"});
-  ASSERT_EQ(0, ended[1].status);
+  ASSERT_EQ(ended[1].status, 0);
   const std::string body = TextOf(folder_ / "body.hwg");
   std::ofstream(folder_ / "new.hwg", std::ios::binary) << body << "iEndOfHwgFile=" << Sum(body);
   const auto again = Run("", {"ctl ble load new.hwg", "ctl ble save back.hwg", "cmp new.hwg back.hwg",
                               "grep -c '^A5.5A.00' back.hwg"});
-  for (const Ended& one : again) EXPECT_EQ(0, one.status) << one.err;
-  EXPECT_EQ("48\n", again[3].out);
+  for (const Ended& one : again) EXPECT_EQ(one.status, 0) << one.err;
+  EXPECT_EQ(again[3].out, "48\n");
 }
 
 TEST_F(TavlynctlSecure, AReadThatFailsLeavesNoFile) {
   // Determined from a good run, so that the connect may take any number of exchanges.
   const auto ended = Run("", {"typed exchanges; ctl ble save good.hwg; typed exchanges", "true"});
-  ASSERT_EQ(0, ended[0].status) << ended[0].err;
+  ASSERT_EQ(ended[0].status, 0) << ended[0].err;
   int before = 0;
   int behind = 0;
-  ASSERT_EQ(2, std::sscanf(simulatorTold_.c_str(), "tavlynsim: %d tavlynsim: %d", &before, &behind))
+  ASSERT_EQ(std::sscanf(simulatorTold_.c_str(), "tavlynsim: %d tavlynsim: %d", &before, &behind), 2)
       << simulatorTold_;
   ASSERT_GT(behind, before + 100) << simulatorTold_;
   const auto failed = Run("", {"typed 'refuse " + std::to_string(behind - before - 50) +
                                    "'; typed exchanges; " + "ctl ble save bad.hwg",
                                "ls bad.hwg"});
-  EXPECT_EQ(4, failed[0].status) << failed[0].err;
+  EXPECT_EQ(failed[0].status, 4) << failed[0].err;
   EXPECT_TRUE(Holds(failed[0].err, "the BLE data could not be read from")) << failed[0].err;
-  EXPECT_NE(0, failed[1].status);
+  EXPECT_NE(failed[1].status, 0);
 }
 
 TEST_F(TavlynctlSecure, NoMessageRepeatsAWordThatMayBeAKey) {
@@ -180,7 +183,7 @@ TEST_F(TavlynctlSecure, NoMessageRepeatsAWordThatMayBeAKey) {
                "ctl serial write A1B2C3D", "ctl --com 3 serial write 01 --rad A1B2C3",
                "ctl raw A1 B2 C3 A1 B2 C3 A1 B2C3 09"});
   for (std::size_t i = 0; i < ended.size(); ++i) {
-    EXPECT_EQ(1, ended[i].status) << i;
+    EXPECT_EQ(ended[i].status, 1) << i;
     EXPECT_FALSE(Holds(ended[i].out + ended[i].err, "1B2C3")) << ended[i].err;
     EXPECT_FALSE(Holds(ended[i].out + ended[i].err, "B2C3")) << ended[i].err;
   }
@@ -190,8 +193,8 @@ TEST_F(TavlynctlSecure, NoMessageRepeatsAWordThatMayBeAKey) {
 class OwnTerminal {
  public:
   OwnTerminal() : other_(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
-    EXPECT_EQ(0, grantpt(other_));
-    EXPECT_EQ(0, unlockpt(other_));
+    EXPECT_EQ(grantpt(other_), 0);
+    EXPECT_EQ(unlockpt(other_), 0);
   }
   ~OwnTerminal() { close(other_); }
   OwnTerminal(const OwnTerminal&) = delete;
@@ -199,11 +202,11 @@ class OwnTerminal {
 
   [[nodiscard]] std::string Name() const { return ptsname(other_); }
   void Type(const std::string& text) const {
-    EXPECT_EQ(static_cast<ssize_t>(text.size()), write(other_, text.data(), text.size()));
+    EXPECT_EQ(write(other_, text.data(), text.size()), static_cast<ssize_t>(text.size()));
   }
   // What the person sees; call it while the other side is open.
   [[nodiscard]] std::string Seen() const {
-    EXPECT_EQ(0, fcntl(other_, F_SETFL, O_NONBLOCK));
+    EXPECT_EQ(fcntl(other_, F_SETFL, O_NONBLOCK), 0);
     char text[256];
     const ssize_t count = read(other_, text, sizeof text);
     return {text, count > 0 ? static_cast<std::size_t>(count) : 0};
@@ -215,7 +218,7 @@ class OwnTerminal {
 
 TEST_F(TavlynctlSecure, AKeyIsTypedUnseenAndLeavesNoCoreImage) {
   const OwnTerminal terminal;
-  ASSERT_EQ(0, mkfifo((folder_ / "asked").c_str(), 0600));
+  ASSERT_EQ(mkfifo((folder_ / "asked").c_str(), 0600), 0);
   std::thread person([&] {
     std::ifstream asked(folder_ / "asked");
     for (std::string line; std::getline(asked, line);) {
@@ -228,13 +231,13 @@ TEST_F(TavlynctlSecure, AKeyIsTypedUnseenAndLeavesNoCoreImage) {
                    typed + "; stty -a <" + terminal.Name() + " >after",
                "ctl secure read 20070509 --show-keys --json"});
   person.join();
-  EXPECT_EQ(0, ended[0].status) << ended[0].err;
-  EXPECT_EQ("DATA is not shown while it is typed\n", ended[0].err);
-  EXPECT_EQ("C1C2C3C4C5", ParsedText(ended[1])["data"]);
+  EXPECT_EQ(ended[0].status, 0) << ended[0].err;
+  EXPECT_EQ(ended[0].err, "DATA is not shown while it is typed\n");
+  EXPECT_EQ(ParsedText(ended[1])["data"], "C1C2C3C4C5");
   EXPECT_FALSE(Holds(terminal.Seen(), "C1"));
   std::string limit = TextOf(folder_ / "limits");
   limit.erase(std::unique(limit.begin(), limit.end()), limit.end());
-  EXPECT_EQ("Max core file size 0 0 bytes \n", limit);
+  EXPECT_EQ(limit, "Max core file size 0 0 bytes \n");
   EXPECT_TRUE(Holds(TextOf(folder_ / "after"), " echo ")) << "shown again";
 }
 

@@ -15,14 +15,14 @@ const std::string kCard = "7431 26 bits 1234\n";
 
 TEST(TavlynsimLines, ReaderOnASerialPort) {
   const Ended ended = RunLine(kRun + "--serial COM3 --card 34120000:26" + kReader + " com 3");
-  EXPECT_EQ(kCard + kCard, ended.out) << ended.err;
+  EXPECT_EQ(ended.out, kCard + kCard) << ended.err;
   EXPECT_TRUE(Holds(ended.err, "tavlynsim: TAVLYNAPI_PORT_DIR=/")) << ended.err;
   EXPECT_TRUE(Holds(ended.err, " tavlynctl --com 3 read\n")) << ended.err;
 }
 
 TEST(TavlynsimLines, AMagneticStripeReaderOnAPortIsNotPromised) {
   const Ended ended = RunLine(kRun + "--device magstripe@com3 -- " TAVLYNCTL " --com 3 track");
-  EXPECT_EQ(2, ended.status);
+  EXPECT_EQ(ended.status, 2);
   EXPECT_TRUE(Holds(ended.err, "(a magnetic-stripe reader on COM3, where no search finds one)\n"))
       << ended.err;
   EXPECT_TRUE(Holds(ended.err,
@@ -33,48 +33,48 @@ TEST(TavlynsimLines, AMagneticStripeReaderOnAPortIsNotPromised) {
 
 TEST(TavlynsimLines, ReaderThatSpeaksText) {
   const Ended ended = RunLine(kRun + "--ascii COM4 --card 34120000:26" + kReader + " ascii 4");
-  EXPECT_EQ(kCard + kCard, ended.out) << ended.err;
+  EXPECT_EQ(ended.out, kCard + kCard) << ended.err;
   EXPECT_TRUE(Holds(ended.err, " tavlynctl --com 4 --ascii read\n")) << ended.err;
 }
 
 TEST(TavlynsimLines, ReaderBehindAnEthernetAdapter) {
   const Ended ended =
       RunLine(kRun + "--ethernet 127.78.0.1:10001 --card 34120000:26" + kReader + " ip 127.78.0.1 10001");
-  EXPECT_EQ(kCard + kCard, ended.out) << ended.err;
-  EXPECT_EQ("tavlynsim: tavlynctl --ip 127.78.0.1:10001 watch\n", ended.err);
+  EXPECT_EQ(ended.out, kCard + kCard) << ended.err;
+  EXPECT_EQ(ended.err, "tavlynsim: tavlynctl --ip 127.78.0.1:10001 watch\n");
 }
 
 // The library loads a stand-in only if root alone can have put it there.
 TEST(TavlynsimLines, BulkReader) {
   const Ended ended = RunLine(kRun + "--bulk --card 34120000:26" + kReader + " usb");
   if (Holds(ended.err, "belong to root")) {
-    EXPECT_EQ(125, ended.status);
+    EXPECT_EQ(ended.status, 125);
     return;
   }
-  EXPECT_EQ(kCard + kCard, ended.out) << ended.err;
+  EXPECT_EQ(ended.out, kCard + kCard) << ended.err;
   EXPECT_TRUE(Holds(ended.err, "tavlynsim: TAVLYNAPI_LIBUSB=/")) << ended.err;
 }
 
 TEST(TavlynsimLines, CardsComeByTheClock) {
   const Ended ended =
       RunLine(kRun + "--serial COM3 --card 34120000:26 --on 100 --off 5000" + kReader + " com 3");
-  EXPECT_EQ(kCard + "7431 0 bits 0000\n", ended.out) << ended.err;
+  EXPECT_EQ(ended.out, kCard + "7431 0 bits 0000\n") << ended.err;
 }
 
 TEST(TavlynsimLines, OrdersActOnTheLine) {
   const Ended vanished = RunLine(kRun + "--serial COM3 --do 'vanish 1'" + kReader + " com 3");
-  EXPECT_EQ(2, vanished.status);
+  EXPECT_EQ(vanished.status, 2);
   const Ended plugged =
       RunLine(kRun + "--serial COM3 --do 'plug plus:2@com5' --do 'card 34120000:26'" + kReader + " com 5");
-  EXPECT_EQ(kCard + kCard, plugged.out) << plugged.err;
+  EXPECT_EQ(plugged.out, kCard + kCard) << plugged.err;
   const Ended slow = RunLine(kRun + "--serial COM3 --do 'card 34120000:26' --do 'delay 20' --do 'slow 2'" +
                              kReader + " com 3");
-  EXPECT_EQ(kCard + kCard, slow.out) << slow.err;
+  EXPECT_EQ(slow.out, kCard + kCard) << slow.err;
   const Ended later =
       RunLine("echo plug reader@com5 | " + kRun +
               "--interactive -- sh -c 'cd ${TAVLYNSIM_SOCKET%/socket}; until test -e com5; do :; done; ls'");
-  EXPECT_EQ("com5\nsocket\n", later.out) << later.err;
-  EXPECT_EQ(1, RunLine(kRun + "--do 'slow 2' -- true").status);
+  EXPECT_EQ(later.out, "com5\nsocket\n") << later.err;
+  EXPECT_EQ(RunLine(kRun + "--do 'slow 2' -- true").status, 1);
 }
 
 TEST(TavlynsimLines, PortFolderOfTheUserIsUsed) {
@@ -82,7 +82,7 @@ TEST(TavlynsimLines, PortFolderOfTheUserIsUsed) {
       RunLine("folder=$(mktemp -d); TAVLYNAPI_PORT_DIR=$folder " + kRun +
               "--serial COM3 -- sh -c 'readlink $TAVLYNAPI_PORT_DIR/com3'; ls $folder; rmdir $folder");
   EXPECT_TRUE(ended.out.starts_with("/dev/pts/")) << ended.out;
-  EXPECT_EQ(1, std::count(ended.out.begin(), ended.out.end(), '\n'));
+  EXPECT_EQ(std::count(ended.out.begin(), ended.out.end(), '\n'), 1);
 }
 
 // A user's folder in which a port's name is already taken.
@@ -96,22 +96,22 @@ TEST(TavlynsimLines, NoFileOfTheUserGivesWayToAPort) {
   for (const char* made :
        {"echo mine >com3", "echo mine >other; ln -s other com3", "mkdir com3", "ln -s /dev/null com3"}) {
     const Ended ended = RunOver(std::string(made) + "; echo mine >com3.new", "true");
-    EXPECT_EQ(125, ended.status) << made;
+    EXPECT_EQ(ended.status, 125) << made;
     EXPECT_TRUE(Holds(ended.out, "com3\ncom3.new\n")) << ended.out;
     EXPECT_TRUE(Holds(ended.err, "/com3 is there already; remove it")) << ended.err;
   }
   const Ended kept = RunOver("echo mine >com3", "true");
-  EXPECT_EQ("com3\nmine\n", kept.out);
+  EXPECT_EQ(kept.out, "com3\nmine\n");
   const Ended replaced = RunOver("true", "sh -c 'rm com3; echo mine >com3'");
-  EXPECT_EQ(0, replaced.status) << replaced.err;
-  EXPECT_EQ("com3\nmine\n", replaced.out);
+  EXPECT_EQ(replaced.status, 0) << replaced.err;
+  EXPECT_EQ(replaced.out, "com3\nmine\n");
 }
 
 TEST(TavlynsimLines, LinkOfOneThatWasKilledGivesWay) {
   for (const char* made :
        {"ln -s /dev/pts/999999 com3", "(" TAVLYNSIM " run --serial COM3 -- sh -c 'kill -9 $PPID')"}) {
     const Ended ended = RunOver(std::string("export TAVLYNAPI_PORT_DIR=$PWD; ") + made, "readlink com3");
-    EXPECT_EQ(0, ended.status) << made << ended.err;
+    EXPECT_EQ(ended.status, 0) << made << ended.err;
     EXPECT_TRUE(ended.out.starts_with("/dev/pts/")) << ended.out;
     EXPECT_FALSE(Holds(ended.out, "com3")) << ended.out;
   }
@@ -120,7 +120,7 @@ TEST(TavlynsimLines, LinkOfOneThatWasKilledGivesWay) {
 TEST(TavlynsimLines, NothingListensBeyondTheLoopbackUntold) {
   for (const char* words : {"--ethernet 0.0.0.0:10001", "--serial COM3 --do 'plug reader@0.0.0.0:10001'"}) {
     const Ended ended = RunLine(kRun + words + " -- true");
-    EXPECT_EQ(125, ended.status) << words;
+    EXPECT_EQ(ended.status, 125) << words;
     EXPECT_TRUE(
         Holds(ended.err, "0.0.0.0 is beyond the loopback, others could use the device; --expose permits it"))
         << ended.err;
@@ -132,23 +132,23 @@ TEST(TavlynsimLines, NothingListensBeyondTheLoopbackUntold) {
 
 TEST(TavlynsimLines, StayWithoutACommandUntilTold) {
   const Ended ended = RunLine("upon 'kill -INT $pid' " + kRun + "--serial COM3");
-  EXPECT_EQ(130, ended.status);
+  EXPECT_EQ(ended.status, 130);
   EXPECT_TRUE(Holds(ended.err, "tavlynctl --com 3 read\n")) << ended.err;
-  EXPECT_EQ(1, RunLine(kRun + "--device reader").status);
+  EXPECT_EQ(RunLine(kRun + "--device reader").status, 1);
 }
 
 TEST(TavlynsimLines, WrongPlacesAreRefused) {
   for (const char* words : {"--serial 3", "--serial COM0", "--ascii COM4:ascii", "--ethernet 127.0.0.1",
                             "--serial COM3 --ascii COM3", "--bulk --device reader@bulk"}) {
-    EXPECT_EQ(1, RunLine(kRun + words + " -- true").status) << words;
+    EXPECT_EQ(RunLine(kRun + words + " -- true").status, 1) << words;
   }
-  EXPECT_EQ("tavlynsim: --serial: 3 is no COMn; tavlynsim run --help tells more\n",
-            RunLine(kRun + "--serial 3 -- true").err);
+  EXPECT_EQ(RunLine(kRun + "--serial 3 -- true").err,
+            "tavlynsim: --serial: 3 is no COMn; tavlynsim run --help tells more\n");
 }
 
 TEST(TavlynsimLines, PlaceThatCannotBeHadIsTold) {
   const Ended ended = RunLine(kRun + "--expose --ethernet 192.0.2.1:10001 -- true");
-  EXPECT_EQ(125, ended.status);
+  EXPECT_EQ(ended.status, 125);
   EXPECT_TRUE(Holds(ended.err, "tavlynctl --ip 192.0.2.1:10001 watch")) << ended.err;
 }
 

@@ -14,18 +14,18 @@ namespace tavlyn::boundary {
 namespace {
 
 TEST(Tavlynsim, ExitStatusIsTheCommands) {
-  EXPECT_EQ(0, RunLine(kSim + " run -- true").status);
-  EXPECT_EQ(7, RunLine(kSim + " run -- sh -c 'exit 7'").status);
-  EXPECT_EQ(137, RunLine(kSim + " run -- sh -c 'kill -9 $$'").status);
-  EXPECT_EQ(127, RunLine(kSim + " run -- ./there-is-none").status);
-  EXPECT_EQ(126, RunLine(kSim + " run -- /etc/passwd").status);
+  EXPECT_EQ(RunLine(kSim + " run -- true").status, 0);
+  EXPECT_EQ(RunLine(kSim + " run -- sh -c 'exit 7'").status, 7);
+  EXPECT_EQ(RunLine(kSim + " run -- sh -c 'kill -9 $$'").status, 137);
+  EXPECT_EQ(RunLine(kSim + " run -- ./there-is-none").status, 127);
+  EXPECT_EQ(RunLine(kSim + " run -- /etc/passwd").status, 126);
 }
 
 TEST(Tavlynsim, SignalsReachTheCommand) {
   const std::string openPipe = "pipe=$(mktemp -u); mkfifo $pipe; exec 3<>$pipe; rm $pipe; ";
   const std::string waitForEver = "read line <&3";
-  EXPECT_EQ(143,
-            RunLine(kSim + " run -- sh -c '" + openPipe + "kill -TERM $PPID; " + waitForEver + "'").status);
+  EXPECT_EQ(RunLine(kSim + " run -- sh -c '" + openPipe + "kill -TERM $PPID; " + waitForEver + "'").status,
+            143);
 }
 
 TEST(Tavlynsim, WrongWordsAreRefused) {
@@ -33,28 +33,28 @@ TEST(Tavlynsim, WrongWordsAreRefused) {
        {"", "run", "run --device plus:12 -- true", "run --card 01 -- true", "run --do nothing -- true",
         "run --device sonar --card 01:8 -- true", "run --device magstripe --do 'range 3' -- true",
         "run --on 0 -- true", "run --carrier usb -- true", "run --carrier 1 -- true"}) {
-    EXPECT_EQ(1, RunLine(kSim + " " + words).status) << words;
+    EXPECT_EQ(RunLine(kSim + " " + words).status, 1) << words;
   }
-  EXPECT_EQ("tavlynsim: there is no command ruin; did you mean run? tavlynsim --help tells more\n",
-            RunLine(kSim + " ruin").err);
+  EXPECT_EQ(RunLine(kSim + " ruin").err,
+            "tavlynsim: there is no command ruin; did you mean run? tavlynsim --help tells more\n");
   EXPECT_EQ(
-      "tavlynsim: there is no option --divice; did you mean --device? tavlynsim run --help tells more\n",
-      RunLine(kSim + " run --divice sonar -- true").err);
-  EXPECT_EQ("tavlynsim: there is no option --version; tavlynsim run --help tells more\n",
-            RunLine(kSim + " run --version").err);
-  EXPECT_EQ("tavlynsim: redaer: no such kind of device; tavlynsim devices shows the kinds\n",
-            RunLine(kSim + " run --device redaer -- true").err);
+      RunLine(kSim + " run --divice sonar -- true").err,
+      "tavlynsim: there is no option --divice; did you mean --device? tavlynsim run --help tells more\n");
+  EXPECT_EQ(RunLine(kSim + " run --version").err,
+            "tavlynsim: there is no option --version; tavlynsim run --help tells more\n");
+  EXPECT_EQ(RunLine(kSim + " run --device redaer -- true").err,
+            "tavlynsim: redaer: no such kind of device; tavlynsim devices shows the kinds\n");
 }
 
 TEST(Tavlynsim, HelpAndVersion) {
-  EXPECT_EQ("tavlynsim " TAVLYN_VERSION "\n", RunLine(kSim + " --version").out);
+  EXPECT_EQ(RunLine(kSim + " --version").out, "tavlynsim " TAVLYN_VERSION "\n");
   for (const char* words : {"", "run", "devices"}) {
     const Ended help = RunLine(kSim + " help " + words);
-    EXPECT_EQ(0, help.status) << help.err;
-    EXPECT_EQ(RunLine(kSim + " " + words + " --help").out, help.out);
+    EXPECT_EQ(help.status, 0) << help.err;
+    EXPECT_EQ(help.out, RunLine(kSim + " " + words + " --help").out);
   }
-  EXPECT_EQ("tavlynsim: --on: x is not a whole number from 1 to 86400000; tavlynsim run --help tells more\n",
-            RunLine(kSim + " run --on x -- true").err);
+  EXPECT_EQ(RunLine(kSim + " run --on x -- true").err,
+            "tavlynsim: --on: x is not a whole number from 1 to 86400000; tavlynsim run --help tells more\n");
 }
 
 TEST(Tavlynsim, HelpIsTypedToo) {
@@ -65,13 +65,13 @@ TEST(Tavlynsim, HelpIsTypedToo) {
 
 TEST(Tavlynsim, ACardWithMoreBitsThanBytesIsRefused) {
   const Ended ended = RunLine(kSim + " run --card 0102:99 -- true");
-  EXPECT_EQ(1, ended.status);
-  EXPECT_EQ("tavlynsim: 0102:99: the bytes hold 16 bits\n", ended.err);
+  EXPECT_EQ(ended.status, 1);
+  EXPECT_EQ(ended.err, "tavlynsim: 0102:99: the bytes hold 16 bits\n");
 }
 
 TEST(Tavlynsim, DevicesAreListed) {
   const Ended devices = RunLine(kSim + " devices");
-  EXPECT_EQ(0, devices.status);
+  EXPECT_EQ(devices.status, 0);
   EXPECT_TRUE(Holds(devices.out, "reader "));
   EXPECT_TRUE(Holds(devices.out, "plus:N "));
   EXPECT_TRUE(Holds(devices.out, "magstripe "));
@@ -82,25 +82,25 @@ TEST(Tavlynsim, DevicesAreToldApartBySerialNumberAndLuid) {
   const std::string three =
       kSim + " run --device reader --device plus:2,luid=7,serial=SN-7 --device reader@com3 -- ";
   const Json all = ParsedText(RunLine(three + kCtl + " list --json"));
-  ASSERT_EQ(2u, all["devices"].size());
-  EXPECT_EQ(1, all["devices"][0]["luid"]);
-  EXPECT_EQ(7, all["devices"][1]["luid"]);
+  ASSERT_EQ(all["devices"].size(), 2u);
+  EXPECT_EQ(all["devices"][0]["luid"], 1);
+  EXPECT_EQ(all["devices"][1]["luid"], 7);
   const Json chosen = ParsedText(RunLine(three + kCtl + " info --device 1 --json"))["device"];
-  EXPECT_EQ("SN-7", chosen["serial_number"]);
+  EXPECT_EQ(chosen["serial_number"], "SN-7");
   const Json onLine = ParsedText(RunLine(three + kCtl + " --com 3 info --json"))["device"];
-  EXPECT_EQ("0400123458", onLine["serial_number"]);
-  EXPECT_EQ(3, onLine["luid"]);
+  EXPECT_EQ(onLine["serial_number"], "0400123458");
+  EXPECT_EQ(onLine["luid"], 3);
 }
 
 TEST(Tavlynsim, EveryDeviceTakesItsOwnCommands) {
-  EXPECT_EQ(0, RunLine(kSim + " run --device magstripe --do 'swipe ;12=34?' -- true").status);
-  EXPECT_EQ(0,
-            RunLine(kSim + " run --device sonar --do 'walk 20:40:9 40:9:9' --do 'range 3' -- true").status);
+  EXPECT_EQ(RunLine(kSim + " run --device magstripe --do 'swipe ;12=34?' -- true").status, 0);
+  EXPECT_EQ(RunLine(kSim + " run --device sonar --do 'walk 20:40:9 40:9:9' --do 'range 3' -- true").status,
+            0);
 }
 
 TEST(Tavlynsim, NothingIsLeftBehind) {
   const Ended ended = RunLine(kSim + " run -- sh -c 'echo $TAVLYNSIM_SOCKET; test -S $TAVLYNSIM_SOCKET'");
-  EXPECT_EQ(0, ended.status);
+  EXPECT_EQ(ended.status, 0);
   const std::string socket = ended.out.substr(0, ended.out.size() - 1);
   EXPECT_TRUE(socket.starts_with("/"));
   EXPECT_FALSE(std::filesystem::exists(socket));
@@ -124,22 +124,21 @@ TEST(Tavlynsim, TypedLinesActOnTheDevices) {
   // Waiting in the input when the command begins.
   const Ended ended = RunLine(kSim + " run --interactive -- " + kCtl +
                               " read --device 1 <<END\nplug plus:2\ncard 0102:13\nlist\nbogus\nEND\n");
-  EXPECT_EQ(0, ended.status) << ended.err;
-  EXPECT_EQ("card 13 bits 0201\n", ended.out);
-  EXPECT_EQ(
-      "tavlynsim: 2\n"
-      "tavlynsim: ok\n"
-      "tavlynsim: 1 7A31:3BFA reader\n"
-      "2 7A31:3BFA plus:2\n"
-      "tavlynsim: bogus: no such command; help tells them\n",
-      ended.err);
+  EXPECT_EQ(ended.status, 0) << ended.err;
+  EXPECT_EQ(ended.out, "card 13 bits 0201\n");
+  EXPECT_EQ(ended.err,
+            "tavlynsim: 2\n"
+            "tavlynsim: ok\n"
+            "tavlynsim: 1 7A31:3BFA reader\n"
+            "2 7A31:3BFA plus:2\n"
+            "tavlynsim: bogus: no such command; help tells them\n");
 }
 
 TEST(Tavlynsim, CardsComeAgain) {
   const Ended ended = RunLine(kSim + " run --device plus:2 --card 0A:8 --on 600 --off 600 --repeat -- " +
                               kCtl + " watch --count 4");
-  EXPECT_EQ(0, ended.status) << ended.err;
-  EXPECT_EQ("card 8 bits 0A\ngone 8 bits 0A\ncard 8 bits 0A\ngone 8 bits 0A\n", ended.out);
+  EXPECT_EQ(ended.status, 0) << ended.err;
+  EXPECT_EQ(ended.out, "card 8 bits 0A\ngone 8 bits 0A\ncard 8 bits 0A\ngone 8 bits 0A\n");
 }
 
 class TavlynsimSocket : public SimulatedRun {};
@@ -147,11 +146,11 @@ class TavlynsimSocket : public SimulatedRun {};
 // The connections of programs that misbehave, alongside that of one that does not.
 TEST_F(TavlynsimSocket, OneProgramDoesNotHinderAnother) {
   const std::string told = folder_ / "told";
-  ASSERT_EQ(0, mkfifo(told.c_str(), 0600));
+  ASSERT_EQ(mkfifo(told.c_str(), 0600), 0);
   // Stays until its input ends.
   std::FILE* running = popen(
       (kSim + " run --device plus:2 -- sh -c 'echo $TAVLYNSIM_SOCKET >" + told + "; cat'").c_str(), "w");
-  ASSERT_NE(nullptr, running);
+  ASSERT_NE(running, nullptr);
   std::string path;
   std::ifstream stream(told);
   std::getline(stream, path);
@@ -160,8 +159,8 @@ TEST_F(TavlynsimSocket, OneProgramDoesNotHinderAnother) {
   const int rubbish = sim::wire::Connect(path.c_str());
   const int unfinished = sim::wire::Connect(path.c_str());
   EXPECT_TRUE(good >= 0 && silent >= 0 && rubbish >= 0 && unfinished >= 0);
-  EXPECT_EQ(64, write(rubbish, std::string(64, '\xFF').c_str(), 64));
-  EXPECT_EQ(3, write(unfinished, "abc", 3));
+  EXPECT_EQ(write(rubbish, std::string(64, '\xFF').c_str(), 64), 64);
+  EXPECT_EQ(write(unfinished, "abc", 3), 3);
 
   std::vector<sim::Listed> list;
   for (int times = 0; times < 3; ++times) {
@@ -169,15 +168,15 @@ TEST_F(TavlynsimSocket, OneProgramDoesNotHinderAnother) {
     message.code = static_cast<std::uint8_t>(sim::wire::Op::kList);
     ASSERT_TRUE(sim::wire::Send(good, message) && sim::wire::Receive(good, message));
     ASSERT_TRUE(sim::wire::UnpackList(message.body, list));
-    ASSERT_EQ(1u, list.size());
-    EXPECT_EQ(0x3BFA, list[0].identity.pid);
+    ASSERT_EQ(list.size(), 1u);
+    EXPECT_EQ(list[0].identity.pid, 0x3BFA);
   }
   sim::wire::Message unknown;
   unknown.code = 200;
   ASSERT_TRUE(sim::wire::Send(good, unknown) && sim::wire::Receive(good, unknown));
-  EXPECT_EQ(static_cast<std::uint8_t>(sim::Outcome::kRefused), unknown.code);
+  EXPECT_EQ(unknown.code, static_cast<std::uint8_t>(sim::Outcome::kRefused));
   for (const int socket : {good, silent, rubbish, unfinished}) close(socket);
-  EXPECT_EQ(0, pclose(running));
+  EXPECT_EQ(pclose(running), 0);
 }
 
 TEST(Tavlynsim, CutListIsRefused) {
@@ -194,7 +193,7 @@ TEST(Tavlynsim, CutListIsRefused) {
 TEST(Tavlynsim, MissingKernelModuleIsTold) {
   if (std::filesystem::exists("/dev/uhid")) GTEST_SKIP() << "/dev/uhid is there";
   const Ended ended = RunLine(kSim + " run --carrier uhid -- true");
-  EXPECT_EQ(125, ended.status);
+  EXPECT_EQ(ended.status, 125);
   EXPECT_TRUE(Holds(ended.err, "modprobe uhid")) << ended.err;
 }
 

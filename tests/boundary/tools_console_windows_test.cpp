@@ -57,14 +57,14 @@ TEST_F(ToolsOnConsole, CtrlCEndsAWatchInOrder) {
   const Begun watch(kSim + " run --device sonar -- " + kCtl + " range --watch");
   ASSERT_TRUE(watch.Tells(kWaits));
   PressCtrlC();
-  EXPECT_EQ(0, watch.End().status);
+  EXPECT_EQ(watch.End().status, 0);
 }
 
 TEST_F(ToolsOnConsole, CtrlBreakEndsASimulation) {
   const Begun simulator(kSim + " run --ethernet 127.0.0.74:10001");
   ASSERT_TRUE(simulator.Tells("127.0.0.74"));
   ResultOf(Happen(simulator.Pid(), CTRL_BREAK_EVENT));
-  EXPECT_EQ(130, simulator.End().status);
+  EXPECT_EQ(simulator.End().status, 130);
 }
 
 // Windows ends a program whose console is closed as soon as its handler returns, before the program has
@@ -74,10 +74,10 @@ TEST_F(ToolsOnConsole, AClosedConsoleLeavesTimeForAnOrderlyEnd) {
   ASSERT_TRUE(simulator.Tells("127.0.0.75"));
   const Begun watch(kCtl + " --ip 127.0.0.75:10001 watch");
   ASSERT_TRUE(watch.Tells(kWaits));
-  EXPECT_EQ(0u, ResultOf(Happen(watch.Pid(), CTRL_CLOSE_EVENT)));
-  EXPECT_EQ(0, watch.End().status);
-  EXPECT_EQ(130u, ResultOf(Happen(simulator.Pid(), CTRL_CLOSE_EVENT)));
-  EXPECT_EQ(130, simulator.End().status);
+  EXPECT_EQ(ResultOf(Happen(watch.Pid(), CTRL_CLOSE_EVENT)), 0u);
+  EXPECT_EQ(watch.End().status, 0);
+  EXPECT_EQ(ResultOf(Happen(simulator.Pid(), CTRL_CLOSE_EVENT)), 130u);
+  EXPECT_EQ(simulator.End().status, 130);
 }
 
 TEST_F(ToolsOnConsole, ASecondCtrlCEndsTheSimulatorWhateverItsCommandDoes) {
@@ -90,7 +90,7 @@ TEST_F(ToolsOnConsole, ASecondCtrlCEndsTheSimulatorWhateverItsCommandDoes) {
   } while (!simulator.EndsWithin(100) && pressed < 600);
   EXPECT_LE(2, pressed);
   EXPECT_TRUE(simulator.EndsWithin(0));
-  EXPECT_EQ(kEndedByCtrlC, simulator.End().status);
+  EXPECT_EQ(simulator.End().status, kEndedByCtrlC);
 }
 
 // Replaces this program's standard output by a handle.
@@ -140,7 +140,7 @@ TEST(ToolsAndStreams, AConsoleShowsAllLanguages) {
   ASSERT_TRUE(Replace(program, {"GetConsoleOutputCP", reinterpret_cast<void*>(ShownAs)}));
   ASSERT_TRUE(Replace(program, {"SetConsoleOutputCP", reinterpret_cast<void*>(ShowAs)}));
   ShowAllLanguages();
-  EXPECT_EQ(UINT{CP_UTF8}, shownAs);
+  EXPECT_EQ(shownAs, UINT{CP_UTF8});
 }
 
 }  // namespace

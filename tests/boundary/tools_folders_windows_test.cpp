@@ -16,7 +16,7 @@ class ToolsInFolders : public testing::Test {
  protected:
   // These characters share no code page but UTF-8.
   void SetUp() override {
-    ASSERT_EQ(UINT{CP_UTF8}, GetACP());
+    ASSERT_EQ(GetACP(), UINT{CP_UTF8});
     fs::create_directories(folder_);
     const fs::path built = fs::path(TAVLYNSIM).parent_path();
     for (const char* name : {"tavlynsim.exe", "tavlynctl.exe", "tavlynapi.dll", "hid.dll", "setupapi.dll"}) {
@@ -37,22 +37,22 @@ class ToolsInFolders : public testing::Test {
 
 TEST_F(ToolsInFolders, AreSimulatedAnywhere) {
   const Ended listed = Simulated("list");
-  EXPECT_EQ(0, listed.status) << listed.err;
+  EXPECT_EQ(listed.status, 0) << listed.err;
 }
 
 TEST_F(ToolsInFolders, FilesKeepTheirNames) {
   const std::string file = At("l\u00F6sung-\u8868.hwg");
-  EXPECT_EQ(0, Simulated("config save " + file + " --secure").status);
+  EXPECT_EQ(Simulated("config save " + file + " --secure").status, 0);
   EXPECT_TRUE(fs::exists(PathOf(file)));
   const Ended checked = RunLine(At("tavlynctl.exe") + " check " + file);
-  EXPECT_EQ(0, checked.status) << checked.err;
+  EXPECT_EQ(checked.status, 0) << checked.err;
   EXPECT_NE(std::string::npos, checked.out.find(file)) << checked.out;
 }
 
 TEST_F(ToolsInFolders, MessagesShowNamesAsTheyAre) {
   const std::string file = At("fehlt-\u00FC\u8868.hwg");
   const Ended missing = RunLine(At("tavlynctl.exe") + " check " + file);
-  EXPECT_EQ(6, missing.status);
+  EXPECT_EQ(missing.status, 6);
   EXPECT_NE(std::string::npos, missing.err.find("there is no file " + file)) << missing.err;
 }
 

@@ -49,7 +49,7 @@ TEST(UdevRules, NodesOfTheLibrarysIdentitiesAndNoOthers) {
     known.insert(Named(shared.vidPid.VidPidTable[row].VID, shared.vidPid.VidPidTable[row].PID));
   }
   shared.vidPid = {};
-  EXPECT_EQ(12U, known.size());
+  EXPECT_EQ(known.size(), 12U);
   EXPECT_EQ(known, permitted);
 }
 

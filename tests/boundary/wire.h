@@ -50,7 +50,7 @@ class Wire : public testing::Test {
   // Far ends close what they have open a moment later.
   static void ExpectOpenAsBefore(int before) {
     for (int wait = 0; wait < 100 && OpenHandles() != before; ++wait) Pause(Milliseconds(10));
-    EXPECT_EQ(before, OpenHandles());
+    EXPECT_EQ(OpenHandles(), before);
   }
 
   // Since the test began, in the whole process.

@@ -50,7 +50,7 @@ TEST(BlockCharacters, LeadCharactersHavePriorityOnSending) {
       {3, 3, {0, 0, 0, 0, 0x03, 'a', 'b', 'c'}},
   }};
   for (const CountRow& row : rows) {
-    EXPECT_EQ(Sent({row.lead, 'a', 'b', 'c'}, {row.trail, 'x', 'y', 'z'}), row.sent)
+    EXPECT_EQ(row.sent, Sent({row.lead, 'a', 'b', 'c'}, {row.trail, 'x', 'y', 'z'}))
         << row.lead << " and " << row.trail;
   }
 }

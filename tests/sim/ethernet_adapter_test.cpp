@@ -37,11 +37,11 @@ TEST(EthernetAdapter, WedgeTellsOfItselfOnTheDiscoveryPort) {
   const sim::AdapterIdentity wedge{sim::kWedgeMac, {10, 0, 0, 5}};
   const auto reply = AnswerDatagram(wedge, sim::kDiscoveryPort, kDiscovery);
   ASSERT_TRUE(reply.has_value());
-  ASSERT_EQ(128U, reply->size());
-  EXPECT_EQ("RFIDDISC\x02", std::string(reply->begin(), reply->begin() + 9));
-  EXPECT_EQ("-Kestrin/Wedge", std::string(reply->begin() + 14, reply->begin() + 28));
-  EXPECT_EQ((Bytes{0x7C, 0x31, 0xA6, 1, 2, 3}), Bytes(reply->begin() + 29, reply->begin() + 35));
-  EXPECT_EQ((Bytes{10, 0, 0, 5}), Bytes(reply->begin() + 36, reply->begin() + 40));
+  ASSERT_EQ(reply->size(), 128U);
+  EXPECT_EQ(std::string(reply->begin(), reply->begin() + 9), "RFIDDISC\x02");
+  EXPECT_EQ(std::string(reply->begin() + 14, reply->begin() + 28), "-Kestrin/Wedge");
+  EXPECT_EQ(Bytes(reply->begin() + 29, reply->begin() + 35), (Bytes{0x7C, 0x31, 0xA6, 1, 2, 3}));
+  EXPECT_EQ(Bytes(reply->begin() + 36, reply->begin() + 40), (Bytes{10, 0, 0, 5}));
   EXPECT_FALSE(AnswerDatagram(wedge, sim::kQueryPort, kQuery).has_value());
 }
 
@@ -50,7 +50,7 @@ TEST(EthernetAdapter, OtherMakersAnswerTheQuery) {
     const sim::AdapterIdentity bridge{mac, {10, 0, 0, 5}};
     const auto reply = AnswerDatagram(bridge, sim::kQueryPort, kQuery);
     ASSERT_TRUE(reply.has_value());
-    EXPECT_EQ((Bytes{0, 0, 0, 0xF7}), Bytes(reply->begin(), reply->begin() + 4));
+    EXPECT_EQ(Bytes(reply->begin(), reply->begin() + 4), (Bytes{0, 0, 0, 0xF7}));
     EXPECT_TRUE(std::equal(mac.begin(), mac.end(), reply->begin() + 24));
     EXPECT_FALSE(AnswerDatagram(bridge, sim::kDiscoveryPort, kDiscovery).has_value());
   }
@@ -72,23 +72,23 @@ TEST(EthernetAdapter, PassesTheSerialLineThrough) {
 
 TEST(EthernetAdapter, CarriesReportsInTextFrames) {
   EthernetAdapter adapter(Reader::Plain());
-  EXPECT_EQ("", Say(adapter, "#HUSB/FR/001L07:" + std::string("\x8A\0\0\0\0\0\0", 7)));
+  EXPECT_EQ(Say(adapter, "#HUSB/FR/001L07:" + std::string("\x8A\0\0\0\0\0\0", 7)), "");
   EXPECT_EQ("#DUSB/FR/001L07:" + std::string("\x7A\x31\x3B\xFA\x01\0\x31\x74\0\0\0", 11),
             Say(adapter, "#Req/FR:"));
-  EXPECT_EQ("", Say(adapter, "#HUSB/FR/001L08:" + std::string("\x8A\0\0\0\0\0\0\0", 8)));
-  EXPECT_EQ(28U, Say(adapter, "#Req/FR:").size());
+  EXPECT_EQ(Say(adapter, "#HUSB/FR/001L08:" + std::string("\x8A\0\0\0\0\0\0\0", 8)), "");
+  EXPECT_EQ(Say(adapter, "#Req/FR:").size(), 28U);
 }
 
 TEST(EthernetAdapter, RefusedReportIsNotAnswered) {
   EthernetAdapter adapter(Reader::Plain());
   adapter.Device().Unplug();
-  EXPECT_EQ("", Say(adapter, "#Req/FR:"));
+  EXPECT_EQ(Say(adapter, "#Req/FR:"), "");
 }
 
 TEST(EthernetAdapter, WhatIsNoFrameIsTheSerialLines) {
   EthernetAdapter adapter(Reader::Plain());
-  EXPECT_EQ("", Say(adapter, "#Re#Hx"));
-  EXPECT_EQ(28U, Say(adapter, "#Req/FR:").size());
+  EXPECT_EQ(Say(adapter, "#Re#Hx"), "");
+  EXPECT_EQ(Say(adapter, "#Req/FR:").size(), 28U);
   EXPECT_EQ(Talk(adapter, {'#', 0xFA, 0x04, 0xED, 0xED, 4}), "04 01 00 31 74 90 00");
 }
 
@@ -97,8 +97,8 @@ TEST(EthernetAdapter, SilenceDropsAnUnfinishedFrame) {
   Say(adapter, "#Req/");
   Talk(adapter, {});
   adapter.Silence();
-  EXPECT_EQ("", Say(adapter, "FR:"));
-  EXPECT_EQ(28U, Say(adapter, "#Req/FR:").size());
+  EXPECT_EQ(Say(adapter, "FR:"), "");
+  EXPECT_EQ(Say(adapter, "#Req/FR:").size(), 28U);
 }
 
 TEST(FaultyLine, CutsBehindSoManyBytes) {
@@ -114,7 +114,7 @@ TEST(FaultyLine, CutsBehindSoManyBytes) {
 TEST(FaultyLine, FloodsTheOtherSide) {
   EthernetAdapter adapter(Reader::Plain());
   adapter.Flood(4);
-  EXPECT_EQ("ZZZZ", TakeAll(adapter));
+  EXPECT_EQ(TakeAll(adapter), "ZZZZ");
 }
 
 TEST(FaultyLine, LosesAndTurnsBytesInBothDirections) {

@@ -51,16 +51,16 @@ class RackTest : public testing::Test {
 };
 
 TEST_F(RackTest, DevicesAreNumberedAndListed) {
-  EXPECT_EQ("", Do("list"));
-  EXPECT_EQ("1", Do("plug reader"));
-  EXPECT_EQ("2", Do("plug plus:3@19E5:2021"));
-  EXPECT_EQ("1 7A31:3BFA reader\n2 19E5:2021 plus:3@19E5:2021\n", Do("list"));
+  EXPECT_EQ(Do("list"), "");
+  EXPECT_EQ(Do("plug reader"), "1");
+  EXPECT_EQ(Do("plug plus:3@19E5:2021"), "2");
+  EXPECT_EQ(Do("list"), "1 7A31:3BFA reader\n2 19E5:2021 plus:3@19E5:2021\n");
   Do("#1 unplug");
-  EXPECT_EQ("2 19E5:2021 plus:3@19E5:2021\n", Do("list"));
-  EXPECT_EQ("3", Do("plug reader"));
+  EXPECT_EQ(Do("list"), "2 19E5:2021 plus:3@19E5:2021\n");
+  EXPECT_EQ(Do("plug reader"), "3");
   Do("reset");
-  EXPECT_EQ("", Do("list"));
-  EXPECT_EQ("1", Do("plug reader"));
+  EXPECT_EQ(Do("list"), "");
+  EXPECT_EQ(Do("plug reader"), "1");
 }
 
 TEST_F(RackTest, EveryDeviceHasASerialNumberAndALuidOfItsOwn) {
@@ -81,26 +81,26 @@ TEST_F(RackTest, EveryDeviceHasASerialNumberAndALuidOfItsOwn) {
   };
   for (const Own& own : kOwn) {
     const int number = std::stoi(Do(std::string("plug ") + own.word));
-    EXPECT_EQ(own.serial, rack_.Identity(number)->serial);
-    EXPECT_EQ(own.luid, own.word[0] == 'm' ? MagstripeLuid(number) : Luid(number)) << own.word;
+    EXPECT_EQ(rack_.Identity(number)->serial, own.serial);
+    EXPECT_EQ(own.word[0] == 'm' ? MagstripeLuid(number) : Luid(number), own.luid) << own.word;
   }
 }
 
 TEST_F(RackTest, SerialNumbersAndLuidsThatAreNoneAreRefused) {
   for (const char* own : {"serial=", "serial=1234567890123456789012345", "luid=", "luid=65536", "luid=-1",
                           "luid=x", "colour=red", "luid", ""}) {
-    EXPECT_EQ(std::string(own) + ": serial= takes 1 to 24 characters, luid= a number from 0 to 65535",
-              Refused("plug reader,luid=1," + std::string(own) + ",luid=2"));
+    EXPECT_EQ(Refused("plug reader,luid=1," + std::string(own) + ",luid=2"),
+              std::string(own) + ": serial= takes 1 to 24 characters, luid= a number from 0 to 65535");
   }
 }
 
 TEST_F(RackTest, ReaderWithNumberedReportsHasAKeyboardBesideIt) {
   Do("plug reader@7a31:3bfb");
   const auto present = rack_.Present();
-  ASSERT_EQ(2U, present.size());
-  EXPECT_EQ(1, present[0].identity.usages.front().page);
-  EXPECT_EQ(6, present[0].identity.usages.front().usage);
-  EXPECT_EQ(0xFFA0, present[1].identity.usages.front().page);
+  ASSERT_EQ(present.size(), 2U);
+  EXPECT_EQ(present[0].identity.usages.front().page, 1);
+  EXPECT_EQ(present[0].identity.usages.front().usage, 6);
+  EXPECT_EQ(present[1].identity.usages.front().page, 0xFFA0);
   EXPECT_TRUE(Ask(1, 0, 0x8E).empty());
   EXPECT_TRUE(Ask(2, 0, 0x8E).empty());
   EXPECT_FALSE(Ask(2, 1, 0x8E).empty());
@@ -108,7 +108,7 @@ TEST_F(RackTest, ReaderWithNumberedReportsHasAKeyboardBesideIt) {
   std::vector<std::uint8_t> report;
   EXPECT_FALSE(rack_.TakeInput(1, report));
   EXPECT_TRUE(rack_.TakeInput(2, report));
-  EXPECT_EQ((std::vector<std::uint8_t>{0x01, 0xAA}), report);
+  EXPECT_EQ(report, (std::vector<std::uint8_t>{0x01, 0xAA}));
   EXPECT_FALSE(rack_.TakeInput(2, report));
   Do("unplug");
   EXPECT_TRUE(rack_.Present().empty());
@@ -118,11 +118,11 @@ TEST_F(RackTest, CardsComeAndGoOnTheDeviceMeant) {
   Do("plug reader");
   Do("plug reader");
   Do("#1 card 0102:13");
-  EXPECT_EQ(13, Ask(1, 0, 0x8E).at(1));
-  EXPECT_EQ(0x02, Ask(1, 0, 0x8F).at(2));
-  EXPECT_EQ(0, Ask(2, 0, 0x8E).at(1));
+  EXPECT_EQ(Ask(1, 0, 0x8E).at(1), 13);
+  EXPECT_EQ(Ask(1, 0, 0x8F).at(2), 0x02);
+  EXPECT_EQ(Ask(2, 0, 0x8E).at(1), 0);
   Do("#1 take");
-  EXPECT_EQ(0, Ask(1, 0, 0x8E).at(1));
+  EXPECT_EQ(Ask(1, 0, 0x8E).at(1), 0);
 }
 
 TEST_F(RackTest, TrafficAndCount) {
@@ -131,11 +131,11 @@ TEST_F(RackTest, TrafficAndCount) {
   Ask(1, 0, 0x8E);
   Do("refuse 2");
   Ask(1, 0, 0x8E);
-  EXPECT_EQ("set 1 8E\nget 1 08\nset 1 8E\nget 1 refused\n", Do("traffic"));
-  EXPECT_EQ("4", Do("exchanges"));
+  EXPECT_EQ(Do("traffic"), "set 1 8E\nget 1 08\nset 1 8E\nget 1 refused\n");
+  EXPECT_EQ(Do("exchanges"), "4");
   Do("clear");
-  EXPECT_EQ("", Do("traffic"));
-  EXPECT_EQ("4", Do("exchanges"));
+  EXPECT_EQ(Do("traffic"), "");
+  EXPECT_EQ(Do("exchanges"), "4");
 }
 
 TEST_F(RackTest, FaultsCountFromTheCommandAndHeal) {
@@ -143,15 +143,15 @@ TEST_F(RackTest, FaultsCountFromTheCommandAndHeal) {
   Do("card 05:8");
   Ask(1, 0, 0x8E);
   Do("garble 2");
-  EXPECT_EQ(0xF7, Ask(1, 0, 0x8E).at(1));
-  EXPECT_EQ(8, Ask(1, 0, 0x8E).at(1));
+  EXPECT_EQ(Ask(1, 0, 0x8E).at(1), 0xF7);
+  EXPECT_EQ(Ask(1, 0, 0x8E).at(1), 8);
   Do("vanish 1");
   EXPECT_TRUE(Ask(1, 0, 0x8E).empty());
   EXPECT_FALSE(rack_.IsPresent(1));
   Do("heal");
   EXPECT_TRUE(rack_.IsPresent(1));
-  EXPECT_EQ("0", Do("exchanges"));
-  EXPECT_EQ(8, Ask(1, 0, 0x8E).at(1));
+  EXPECT_EQ(Do("exchanges"), "0");
+  EXPECT_EQ(Ask(1, 0, 0x8E).at(1), 8);
 }
 
 TEST_F(RackTest, ReportsOfAnotherLengthOrDeviceAreRefused) {
@@ -163,31 +163,31 @@ TEST_F(RackTest, ReportsOfAnotherLengthOrDeviceAreRefused) {
   EXPECT_FALSE(rack_.SetFeature(1, std::span(report).first(0)));
   EXPECT_FALSE(rack_.GetFeature(2, std::span(report).first(9)));
   EXPECT_FALSE(rack_.GetFeature(0, std::span(report).first(9)));
-  EXPECT_EQ(nullptr, rack_.Identity(2));
+  EXPECT_EQ(rack_.Identity(2), nullptr);
   EXPECT_TRUE(rack_.SetFeature(1, std::span(report).first(9)));
 }
 
 TEST_F(RackTest, MagneticStripeReadersAndSonarSensorsAreDevicesToo) {
-  EXPECT_EQ("1", Do("plug magstripe"));
-  EXPECT_EQ("2", Do("plug sonar@1234:0104"));
-  EXPECT_EQ("1 7A31:1000 magstripe\n2 1234:0104 sonar@1234:0104\n", Do("list"));
-  ASSERT_EQ(2U, rack_.Present().size());
-  EXPECT_EQ(24U, rack_.Present()[0].identity.featureBytes);
+  EXPECT_EQ(Do("plug magstripe"), "1");
+  EXPECT_EQ(Do("plug sonar@1234:0104"), "2");
+  EXPECT_EQ(Do("list"), "1 7A31:1000 magstripe\n2 1234:0104 sonar@1234:0104\n");
+  ASSERT_EQ(rack_.Present().size(), 2U);
+  EXPECT_EQ(rack_.Present()[0].identity.featureBytes, 24U);
   Do("#1 swipe %B1^DOE JOHN?;12?");
   std::vector<std::uint8_t> packet(25);
   packet[1] = 'Q', packet[2] = 'S', packet[3] = '0', packet[24] = '\r';
   ASSERT_TRUE(rack_.SetFeature(1, packet));
   ASSERT_TRUE(rack_.GetFeature(1, packet));
-  EXPECT_EQ('3', packet[5]);
+  EXPECT_EQ(packet[5], '3');
   Do("range 14");
-  EXPECT_EQ(0x31, Ask(2, 0, 0x8F).at(2));
+  EXPECT_EQ(Ask(2, 0, 0x8F).at(2), 0x31);
   Do("walk 20:20:60000 20:30:1");
-  EXPECT_EQ(0x45, Ask(2, 0, 0x8F).at(2));
+  EXPECT_EQ(Ask(2, 0, 0x8F).at(2), 0x45);
   Do("drop 1");
-  EXPECT_EQ(0x45, Ask(2, 0, 0x8F).at(2));
+  EXPECT_EQ(Ask(2, 0, 0x8F).at(2), 0x45);
   Do("late 2");
   Do("range 14");
-  EXPECT_EQ(0x45, Ask(2, 0, 0x8F).at(2));
+  EXPECT_EQ(Ask(2, 0, 0x8F).at(2), 0x45);
 }
 
 TEST_F(RackTest, CommandsForAnotherKindOfDeviceAreRefused) {
@@ -199,40 +199,40 @@ TEST_F(RackTest, CommandsForAnotherKindOfDeviceAreRefused) {
     const std::string reply = Refused(command);
     EXPECT_NE(std::string::npos, reply.find(": not for a ")) << command << ": " << reply;
   }
-  EXPECT_EQ("x: a stripe is %TRACK1?;TRACK2?+TRACK3?", Refused("#2 swipe x"));
+  EXPECT_EQ(Refused("#2 swipe x"), "x: a stripe is %TRACK1?;TRACK2?+TRACK3?");
   for (const char* inches : {"-1", "x", "1001", "1x", "nan"}) {
-    EXPECT_EQ(std::string(inches) + ": a range is in inches", Refused(std::string("range ") + inches));
+    EXPECT_EQ(Refused(std::string("range ") + inches), std::string(inches) + ": a range is in inches");
   }
   for (const char* leg : {"1", "1:2", "1:2:-3", "1:x:3", "::", "1:2:3:4"}) {
-    EXPECT_EQ(std::string(leg) + ": a leg is FROM:TO:MS", Refused(std::string("walk 1:2:3 ") + leg));
+    EXPECT_EQ(Refused(std::string("walk 1:2:3 ") + leg), std::string(leg) + ": a leg is FROM:TO:MS");
   }
 }
 
 TEST_F(RackTest, WhatIsNotUnderstoodIsRefusedWithAReason) {
-  EXPECT_EQ("no command", Refused(""));
-  EXPECT_EQ("no command", Refused("#1"));
-  EXPECT_EQ("dance: no such command; help tells them", Refused("dance"));
-  EXPECT_EQ("take: no such device", Refused("take"));
-  EXPECT_EQ("plug: wrong number of words", Refused("plug"));
+  EXPECT_EQ(Refused(""), "no command");
+  EXPECT_EQ(Refused("#1"), "no command");
+  EXPECT_EQ(Refused("dance"), "dance: no such command; help tells them");
+  EXPECT_EQ(Refused("take"), "take: no such device");
+  EXPECT_EQ(Refused("plug"), "plug: wrong number of words");
   for (const char* device : {"toaster", "plus:1", "plus:12", "plus:", "magstripe:2", "sonar@1", "reader@7A31",
                              "reader@7A31:XYZ", "reader@:", "reader@0000:0001", "reader@17A31:0001"}) {
-    EXPECT_EQ(std::string(device) + ": no such kind of device; tavlynsim devices shows the kinds",
-              Refused(std::string("plug ") + device));
+    EXPECT_EQ(Refused(std::string("plug ") + device),
+              std::string(device) + ": no such kind of device; tavlynsim devices shows the kinds");
   }
   Do("plug reader");
-  EXPECT_EQ("take: no such device", Refused("#2 take"));
-  EXPECT_EQ("take: no such device", Refused("#x take"));
+  EXPECT_EQ(Refused("#2 take"), "take: no such device");
+  EXPECT_EQ(Refused("#x take"), "take: no such device");
   for (const char* card : {"0102", "012:8", "01G2:8", ":8", "01:0", "01:256", "01:"}) {
-    EXPECT_EQ(std::string(card) + ": a card is HEX:BITS", Refused(std::string("card ") + card));
+    EXPECT_EQ(Refused(std::string("card ") + card), std::string(card) + ": a card is HEX:BITS");
   }
-  EXPECT_EQ("0: exchanges count from 1", Refused("refuse 0"));
-  EXPECT_EQ("x: a report is hexadecimal", Refused("input x"));
+  EXPECT_EQ(Refused("refuse 0"), "0: exchanges count from 1");
+  EXPECT_EQ(Refused("input x"), "x: a report is hexadecimal");
 }
 
 TEST_F(RackTest, ACardHasNoMoreBitsThanBytes) {
   Do("plug reader");
-  EXPECT_EQ("0102:99: the bytes hold 16 bits", Refused("card 0102:99"));
-  EXPECT_EQ("0102:17: the bytes hold 16 bits", Refused("card 0102:17"));
+  EXPECT_EQ(Refused("card 0102:99"), "0102:99: the bytes hold 16 bits");
+  EXPECT_EQ(Refused("card 0102:17"), "0102:17: the bytes hold 16 bits");
   Do("card 0102:16");
 }
 
@@ -245,7 +245,7 @@ TEST_F(RackTest, HelpTellsEveryCommand) {
         "flood ",         "heal ",   "exchanges ",   "traffic ", "clear ", "record ", "help "}) {
     EXPECT_NE(std::string::npos, help.find("\n" + std::string(command))) << command;
   }
-  EXPECT_EQ(29, std::count(help.begin(), help.end(), '\n'));
+  EXPECT_EQ(std::count(help.begin(), help.end(), '\n'), 29);
 }
 
 TEST_F(RackTest, WhatTheReaderKeepsIsLaidIn) {
@@ -253,18 +253,18 @@ TEST_F(RackTest, WhatTheReaderKeepsIsLaidIn) {
   Do("queue 0102:A0A1");
   Do("queue 03");
   Do("sample 0102:0A0B0C:20");
-  EXPECT_EQ((std::vector<std::uint8_t>{0, 1, 2, 0, 0, 0, 0, 0, 0}), Ask(1, 0, 0x8C, 0x02));
-  EXPECT_EQ((std::vector<std::uint8_t>{0, 0xA0, 0xA1, 0, 0, 0, 0, 0, 0}), Ask(1, 0, 0x8C, 0x02, 4));
-  EXPECT_EQ((std::vector<std::uint8_t>{0, 3, 0, 0, 0, 0, 0, 0, 0}), Ask(1, 0, 0x8C, 0x02));
-  EXPECT_EQ((std::vector<std::uint8_t>{0, 2, 1, 20, 0, 0, 0, 0, 0}), Ask(1, 0, 0x8C, 0x09));
+  EXPECT_EQ(Ask(1, 0, 0x8C, 0x02), (std::vector<std::uint8_t>{0, 1, 2, 0, 0, 0, 0, 0, 0}));
+  EXPECT_EQ(Ask(1, 0, 0x8C, 0x02, 4), (std::vector<std::uint8_t>{0, 0xA0, 0xA1, 0, 0, 0, 0, 0, 0}));
+  EXPECT_EQ(Ask(1, 0, 0x8C, 0x02), (std::vector<std::uint8_t>{0, 3, 0, 0, 0, 0, 0, 0, 0}));
+  EXPECT_EQ(Ask(1, 0, 0x8C, 0x09), (std::vector<std::uint8_t>{0, 2, 1, 20, 0, 0, 0, 0, 0}));
   Do("lack 8C09");
-  EXPECT_EQ(std::vector<std::uint8_t>(9), Ask(1, 0, 0x8C, 0x09));
+  EXPECT_EQ(Ask(1, 0, 0x8C, 0x09), std::vector<std::uint8_t>(9));
   for (const char* word : {"queue", "queue 1", "queue 01:", "queue 01:0", "sample 1:02",
                            "sample 1:02:", "sample 1::8", "sample x:02:8", "lack 8", "lack"}) {
-    EXPECT_NE("", Refused(word)) << word;
+    EXPECT_NE(Refused(word), "") << word;
   }
-  EXPECT_NE("", Refused("queue " + std::string(66, '0')));
-  EXPECT_NE("", Refused("queue 00:" + std::string(18, '0')));
+  EXPECT_NE(Refused("queue " + std::string(66, '0')), "");
+  EXPECT_NE(Refused("queue 00:" + std::string(18, '0')), "");
 }
 
 TEST_F(RackTest, LinesAreListedByTheirPlace) {
@@ -273,34 +273,33 @@ TEST_F(RackTest, LinesAreListedByTheirPlace) {
   Do("plug reader@com4:ascii,luid=7");
   Do("plug reader@127.0.0.1:10001");
   Do("plug reader@bulk");
-  EXPECT_EQ(
-      "1 7A31:3BFA reader\n2 COM3 plus:2@COM3\n3 com4:ascii reader@com4:ascii,luid=7\n"
-      "4 127.0.0.1:10001 reader@127.0.0.1:10001\n5 bulk reader@bulk\n",
-      Do("list"));
-  EXPECT_EQ(1U, rack_.Present().size());
+  EXPECT_EQ(Do("list"),
+            "1 7A31:3BFA reader\n2 COM3 plus:2@COM3\n3 com4:ascii reader@com4:ascii,luid=7\n"
+            "4 127.0.0.1:10001 reader@127.0.0.1:10001\n5 bulk reader@bulk\n");
+  EXPECT_EQ(rack_.Present().size(), 1U);
   const auto lines = rack_.Lines();
-  ASSERT_EQ(4U, lines.size());
-  EXPECT_EQ(2, lines[0].number);
-  EXPECT_EQ(LineKind::kCom, lines[0].place.kind);
-  EXPECT_EQ(3, lines[0].place.number);
-  EXPECT_EQ(LineKind::kComAscii, lines[1].place.kind);
-  EXPECT_EQ(LineKind::kEthernet, lines[2].place.kind);
-  EXPECT_EQ(10001, lines[2].place.number);
-  EXPECT_EQ((std::array<std::uint8_t, 4>{127, 0, 0, 1}), lines[2].place.ip);
-  EXPECT_EQ(LineKind::kBulk, lines[3].place.kind);
+  ASSERT_EQ(lines.size(), 4U);
+  EXPECT_EQ(lines[0].number, 2);
+  EXPECT_EQ(lines[0].place.kind, LineKind::kCom);
+  EXPECT_EQ(lines[0].place.number, 3);
+  EXPECT_EQ(lines[1].place.kind, LineKind::kComAscii);
+  EXPECT_EQ(lines[2].place.kind, LineKind::kEthernet);
+  EXPECT_EQ(lines[2].place.number, 10001);
+  EXPECT_EQ(lines[2].place.ip, (std::array<std::uint8_t, 4>{127, 0, 0, 1}));
+  EXPECT_EQ(lines[3].place.kind, LineKind::kBulk);
 }
 
 TEST_F(RackTest, PlacesThatCannotBeAreRefused) {
   for (const char* place : {"", "com", "com0", "com257", "com3x", "com3:text", "127.0.0.1", "127.0.0:1",
                             "127.0.0.256:1", "127.0.0.1:0", "127.0.0.1:65536", "1.2.3.4.5:6", "bulk2"}) {
-    EXPECT_EQ("reader@" + std::string(place) + ": no such kind of device; tavlynsim devices shows the kinds",
-              Refused("plug reader@" + std::string(place)));
+    EXPECT_EQ(Refused("plug reader@" + std::string(place)),
+              "reader@" + std::string(place) + ": no such kind of device; tavlynsim devices shows the kinds");
   }
 }
 
 TEST_F(RackTest, OnePlaceHoldsOneDevice) {
   Do("plug reader@com3");
-  EXPECT_EQ("reader@com3:ascii: there is one already", Refused("plug reader@com3:ascii"));
+  EXPECT_EQ(Refused("plug reader@com3:ascii"), "reader@com3:ascii: there is one already");
   Do("plug reader@com4");
   Do("plug reader@127.0.0.1:10001");
   Refused("plug reader@127.0.0.1:10002");
@@ -316,14 +315,14 @@ TEST_F(RackTest, LinesCarryBytesWithARecord) {
   const std::vector<std::uint8_t> ping{0xFA, 0x04, 0xED, 0xED, 4};
   rack_.SendBytes(1, ping);
   std::vector<std::uint8_t> answer(16);
-  EXPECT_EQ(7U, rack_.TakeBytes(1, answer));
-  EXPECT_EQ("write FA 04 ED ED 04\nread 04 01 00 31 74 90 00\n", Do("traffic"));
-  EXPECT_EQ("12", Do("exchanges"));
+  EXPECT_EQ(rack_.TakeBytes(1, answer), 7U);
+  EXPECT_EQ(Do("traffic"), "write FA 04 ED ED 04\nread 04 01 00 31 74 90 00\n");
+  EXPECT_EQ(Do("exchanges"), "12");
   Do("refuse 1");
   rack_.SendBytes(1, ping);
-  EXPECT_EQ(0U, rack_.TakeBytes(1, answer));
-  EXPECT_EQ(nullptr, rack_.LineOf(0));
-  EXPECT_EQ(nullptr, rack_.LineOf(2));
+  EXPECT_EQ(rack_.TakeBytes(1, answer), 0U);
+  EXPECT_EQ(rack_.LineOf(0), nullptr);
+  EXPECT_EQ(rack_.LineOf(2), nullptr);
 }
 
 TEST_F(RackTest, LinesMisbehave) {
@@ -332,21 +331,21 @@ TEST_F(RackTest, LinesMisbehave) {
   Do("plug reader@com3");
   Do("delay 40");
   Do("slow 3");
-  EXPECT_EQ(std::chrono::milliseconds(40), rack_.Lines().at(0).manner.delay);
-  EXPECT_EQ(std::chrono::milliseconds(3), rack_.Lines().at(0).manner.betweenBytes);
+  EXPECT_EQ(rack_.Lines().at(0).manner.delay, std::chrono::milliseconds(40));
+  EXPECT_EQ(rack_.Lines().at(0).manner.betweenBytes, std::chrono::milliseconds(3));
   for (const char* command : {"delay x", "delay 60001", "slow -1", "cut x", "flood 99999999999"})
     Refused(command);
   Do("flood 9");
   std::vector<std::uint8_t> noise(16);
-  EXPECT_EQ(9U, rack_.TakeBytes(2, noise));
+  EXPECT_EQ(rack_.TakeBytes(2, noise), 9U);
   Do("cut 0");
   EXPECT_TRUE(rack_.LineOf(2)->TakeCut());
   Do("vanish 1");
   rack_.SendBytes(2, noise);
   EXPECT_TRUE(rack_.Lines().empty());
   Do("heal");
-  ASSERT_EQ(1U, rack_.Lines().size());
-  EXPECT_EQ(std::chrono::milliseconds(0), rack_.Lines().at(0).manner.delay);
+  ASSERT_EQ(rack_.Lines().size(), 1U);
+  EXPECT_EQ(rack_.Lines().at(0).manner.delay, std::chrono::milliseconds(0));
 }
 
 }  // namespace

@@ -35,10 +35,10 @@ class ReaderAsciiTest : public testing::Test {
 
 TEST(ReaderAscii, EchoesAndPromptsAsItIsTold) {
   ReaderAscii reader(Reader::Plain());
-  EXPECT_EQ("\rRFID:x\rOK\rOrvantis>", Say(reader, "\rRFID:x\r"));
-  EXPECT_EQ("RFID:cmd.echo=0\r" + kDone, Say(reader, "RFID:cmd.echo=0\r"));
-  EXPECT_EQ(kDone, Say(reader, "rfid:x\r"));
-  EXPECT_EQ("OK\r", Say(reader, "RFID:cmd.prompt=0\r"));
+  EXPECT_EQ(Say(reader, "\rRFID:x\r"), "\rRFID:x\rOK\rOrvantis>");
+  EXPECT_EQ(Say(reader, "RFID:cmd.echo=0\r"), "RFID:cmd.echo=0\r" + kDone);
+  EXPECT_EQ(Say(reader, "rfid:x\r"), kDone);
+  EXPECT_EQ(Say(reader, "RFID:cmd.prompt=0\r"), "OK\r");
 }
 
 TEST_F(ReaderAsciiTest, ListsItsVariables) {
@@ -58,7 +58,7 @@ TEST_F(ReaderAsciiTest, ListsItsVariables) {
 TEST_F(ReaderAsciiTest, KeepsWhatIsAssigned) {
   for (const char* line : {"out.led=2", "wieg.id.bits=24", "wieg.strip.trail.bits=20", "chr.eol='\\x0D'",
                            "chr.1='A'", "disp.id.hex=1", "op.sdk=True", "chr.count.lead=1"}) {
-    EXPECT_EQ(kDone, Say(reader, "\rrfid:" + std::string(line) + "\r"));
+    EXPECT_EQ(Say(reader, "\rrfid:" + std::string(line) + "\r"), kDone);
   }
   const std::string list = Say(reader, "RFID:VAR\r");
   for (const char* line :
@@ -66,51 +66,51 @@ TEST_F(ReaderAsciiTest, KeepsWhatIsAssigned) {
         ":chr.1='A'\r", ":disp.id.hex=True\r", ":op.sdk=True\r", ":chr.count.lead=1\r"}) {
     EXPECT_TRUE(Holds(list, line)) << line;
   }
-  EXPECT_EQ(reader.Device().state.Working(), reader.Device().state.Active().stored);
+  EXPECT_EQ(reader.Device().state.Active().stored, reader.Device().state.Working());
   Say(reader, "RFID:CFG.RESET\r");
   EXPECT_TRUE(Holds(Say(reader, "RFID:VAR\r"), ":wieg.id.bits=16\r"));
 }
 
 TEST_F(ReaderAsciiTest, TellsVersionAndCard) {
-  EXPECT_EQ("{0074.3.1}\r\nOrvantis>", Say(reader, "\rRFID:DEV.VER\r"));
-  EXPECT_EQ("{0000,1,0001,0;0}\r\nOrvantis>", Say(reader, "\rRFID:QID.ID\r"));
+  EXPECT_EQ(Say(reader, "\rRFID:DEV.VER\r"), "{0074.3.1}\r\nOrvantis>");
+  EXPECT_EQ(Say(reader, "\rRFID:QID.ID\r"), "{0000,1,0001,0;0}\r\nOrvantis>");
   reader.Device().PutCard({0xAB, 0x12}, 26);
-  EXPECT_EQ("{0000,1,0001,26;12AB}\r\nOrvantis>", Say(reader, "\rRFID:QID.ID\r"));
+  EXPECT_EQ(Say(reader, "\rRFID:QID.ID\r"), "{0000,1,0001,26;12AB}\r\nOrvantis>");
 }
 
 TEST_F(ReaderAsciiTest, Beeps) {
   Say(reader, "\rrfid:out.beep.short=3\r");
-  EXPECT_EQ(3, reader.Device().state.counters.lastBeep);
+  EXPECT_EQ(reader.Device().state.counters.lastBeep, 3);
   Say(reader, "\rrfid:out.beep.long=2\r");
-  EXPECT_EQ(0x82, reader.Device().state.counters.lastBeep);
+  EXPECT_EQ(reader.Device().state.counters.lastBeep, 0x82);
 }
 
 TEST_F(ReaderAsciiTest, IgnoresWhatIsNotForIt) {
-  EXPECT_EQ("", Say(reader, "hello\r\r\rRFID\r" + std::string(1000, 'x') + "\r"));
-  EXPECT_EQ(kDone, Say(reader, "RFID:BOGUS\r"));
-  EXPECT_EQ(1, reader.Device().state.counters.unknownCommands);
-  EXPECT_EQ(kDone, Say(reader, "rfid:there.is.none=1\r"));
+  EXPECT_EQ(Say(reader, "hello\r\r\rRFID\r" + std::string(1000, 'x') + "\r"), "");
+  EXPECT_EQ(Say(reader, "RFID:BOGUS\r"), kDone);
+  EXPECT_EQ(reader.Device().state.counters.unknownCommands, 1);
+  EXPECT_EQ(Say(reader, "rfid:there.is.none=1\r"), kDone);
   Say(reader, "RFID:QID");
   reader.Silence();
-  EXPECT_EQ("", Say(reader, ".ID\r"));
+  EXPECT_EQ(Say(reader, ".ID\r"), "");
 }
 
 TEST_F(ReaderAsciiTest, AnswersFramesBetweenItsLines) {
   const std::string ping("\xFA\x04\xED\xED\x04", 5);
-  EXPECT_EQ(std::string("\x04\x01\0\x31\x74\x90\0", 7), Say(reader, "\r" + ping));
-  EXPECT_EQ(kDone, Say(reader, "RFID:x\r"));
+  EXPECT_EQ(Say(reader, "\r" + ping), std::string("\x04\x01\0\x31\x74\x90\0", 7));
+  EXPECT_EQ(Say(reader, "RFID:x\r"), kDone);
   reader.speaksFrames = false;
-  EXPECT_EQ("", Say(reader, ping));
+  EXPECT_EQ(Say(reader, ping), "");
 }
 
 TEST_F(ReaderAsciiTest, MisbehavesByCommand) {
   reader.faults.RefuseReply({'V', 'A', 'R'}, 1);
-  EXPECT_EQ("", Say(reader, "RFID:VAR\r"));
+  EXPECT_EQ(Say(reader, "RFID:VAR\r"), "");
   reader.faults.AnswerWith({'Q', 'I', 'D'}, {'{'}, 1);
-  EXPECT_EQ("{", Say(reader, "RFID:QID.ID\r"));
+  EXPECT_EQ(Say(reader, "RFID:QID.ID\r"), "{");
   reader.faults.RefuseCommand({'c', 'h', 'r', '.', '1'}, 1);
-  EXPECT_EQ("", Say(reader, "rfid:chr.1='A'\r"));
-  EXPECT_EQ(0, reader.Device().state.Working().blocks[2][5]);
+  EXPECT_EQ(Say(reader, "rfid:chr.1='A'\r"), "");
+  EXPECT_EQ(reader.Device().state.Working().blocks[2][5], 0);
 }
 
 class AsciiExports : public SerialBench {
@@ -126,43 +126,43 @@ class AsciiExports : public SerialBench {
 };
 
 TEST_F(AsciiExports, ReadTheConfiguration) {
-  ASSERT_EQ(1U, ReadCfg());
-  EXPECT_EQ(0x7431, Entry().DID);
-  EXPECT_EQ(1, Entry().LUID);
+  ASSERT_EQ(ReadCfg(), 1U);
+  EXPECT_EQ(Entry().DID, 0x7431);
+  EXPECT_EQ(Entry().LUID, 1);
   tsIDBitCnts counts{};
-  ASSERT_EQ(1U, GetIDBitCnts(&counts));
-  EXPECT_EQ(16, counts.iIDBitCnt);
-  EXPECT_EQ(26, counts.iTotalBitCnt);
+  ASSERT_EQ(GetIDBitCnts(&counts), 1U);
+  EXPECT_EQ(counts.iIDBitCnt, 16);
+  EXPECT_EQ(counts.iTotalBitCnt, 26);
   tsTimeParms times{};
-  ASSERT_EQ(1U, GetTimeParms(&times));
-  EXPECT_EQ(1000, times.iIDHoldTO);
+  ASSERT_EQ(GetTimeParms(&times), 1U);
+  EXPECT_EQ(times.iIDHoldTO, 1000);
 }
 
 TEST_F(AsciiExports, WriteWhatTheModelThenTells) {
-  ASSERT_EQ(1U, ReadCfg());
+  ASSERT_EQ(ReadCfg(), 1U);
   tsIDBitCnts counts{};
-  ASSERT_EQ(1U, GetIDBitCnts(&counts));
+  ASSERT_EQ(GetIDBitCnts(&counts), 1U);
   counts.iIDBitCnt = 24;
-  ASSERT_EQ(1U, SetIDBitCnts(&counts));
-  ASSERT_EQ(1U, WriteCfg());
-  EXPECT_EQ(24, model.Device().state.Working().blocks[0][3]);
-  EXPECT_EQ(0, model.Device().state.counters.unknownCommands);
+  ASSERT_EQ(SetIDBitCnts(&counts), 1U);
+  ASSERT_EQ(WriteCfg(), 1U);
+  EXPECT_EQ(model.Device().state.Working().blocks[0][3], 24);
+  EXPECT_EQ(model.Device().state.counters.unknownCommands, 0);
   const sim::Settings written = model.Device().state.Working();
-  ASSERT_EQ(1U, ReadCfg());
-  ASSERT_EQ(1U, WriteCfg());
-  EXPECT_EQ(written, model.Device().state.Working());
+  ASSERT_EQ(ReadCfg(), 1U);
+  ASSERT_EQ(WriteCfg(), 1U);
+  EXPECT_EQ(model.Device().state.Working(), written);
 }
 
 TEST_F(AsciiExports, ReadCards) {
-  ASSERT_EQ(1U, ReadCfg());
+  ASSERT_EQ(ReadCfg(), 1U);
   std::array<std::uint8_t, 8> id{};
   LetTimePass();
-  EXPECT_EQ(0, GetActiveID(id.data(), 8));
+  EXPECT_EQ(GetActiveID(id.data(), 8), 0);
   model.Device().PutCard({0xAB, 0x12}, 26);
   LetTimePass();
-  EXPECT_EQ(26, GetActiveID(id.data(), 8));
-  EXPECT_EQ(0xAB, id[0]);
-  EXPECT_EQ(0x12, id[1]);
+  EXPECT_EQ(GetActiveID(id.data(), 8), 26);
+  EXPECT_EQ(id[0], 0xAB);
+  EXPECT_EQ(id[1], 0x12);
 }
 
 }  // namespace

@@ -35,7 +35,7 @@ TEST(ClockTest, TheTimeIsTheSystemsWhateverTZSays) {
   const std::tm local = TheHost().clock.LocalTime();
   char text[32] = "";
   std::strftime(text, sizeof text, "%a %Y%m%d %H:%M:%S", &local);
-  EXPECT_STREQ("Sat 20260228 23:59:58", text);
+  EXPECT_STREQ(text, "Sat 20260228 23:59:58");
   _putenv("TZ=");
   _tzset();
 }

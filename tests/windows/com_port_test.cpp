@@ -24,7 +24,7 @@ std::unique_ptr<ComPort> Open(std::uint16_t number, const ComTimeouts& timeouts 
 }
 
 void Write(ComPort& port, const std::string& text) {
-  ASSERT_EQ(text.size(), port.Write({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}));
+  ASSERT_EQ(port.Write({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}), text.size());
 }
 
 std::string Read(ComPort& port, std::size_t length) {
@@ -48,23 +48,23 @@ void AwaitArrival(std::size_t count) {
     ASSERT_TRUE(ClearCommError(right, nullptr, &status));
   }
   CloseHandle(right);
-  EXPECT_EQ(count, status.cbInQue);
+  EXPECT_EQ(status.cbInQue, count);
 }
 
 TEST(ComPortTest, BytesPassBetweenShortAndLongName) {
   const auto left = Open(kLeft);
   const auto right = Open(kRight);
-  ASSERT_NE(nullptr, left);
-  ASSERT_NE(nullptr, right);
+  ASSERT_NE(left, nullptr);
+  ASSERT_NE(right, nullptr);
   Write(*left, "to the other end");
-  EXPECT_EQ("to the other end", Read(*right, 16));
+  EXPECT_EQ(Read(*right, 16), "to the other end");
   Write(*right, std::string("\0\r\n\x11\x13\xFF", 6));
-  EXPECT_EQ(std::string("\0\r\n\x11\x13\xFF", 6), Read(*left, 6));
+  EXPECT_EQ(Read(*left, 6), std::string("\0\r\n\x11\x13\xFF", 6));
 }
 
 TEST(ComPortTest, WhatIsMissingOrNoSerialPortDoesNotOpen) {
-  EXPECT_EQ(nullptr, Open(kMissing));
-  EXPECT_EQ(nullptr, Open(kNoSerialPort));
+  EXPECT_EQ(Open(kMissing), nullptr);
+  EXPECT_EQ(Open(kNoSerialPort), nullptr);
 }
 
 // What the system is asked to open, which then opens nothing.
@@ -79,41 +79,41 @@ TEST(ComPortTest, FromCom10OnTheNameHasItsLongForm) {
   HMODULE program = GetModuleHandleA(nullptr);
   ASSERT_TRUE(boundary::Replace(program, {"CreateFileA", reinterpret_cast<void*>(NotedName)}));
   for (const std::uint16_t number : std::initializer_list<std::uint16_t>{1, 9, 10, 256})
-    EXPECT_EQ(nullptr, Open(number));
+    EXPECT_EQ(Open(number), nullptr);
   const auto original = boundary::Original<decltype(CreateFileA)>("kernel32", "CreateFileA");
   boundary::Replace(program, {"CreateFileA", reinterpret_cast<void*>(original)});
-  EXPECT_EQ((std::vector<std::string>{"COM1", "COM9", "\\\\.\\COM10", "\\\\.\\COM256"}), askedNames);
+  EXPECT_EQ(askedNames, (std::vector<std::string>{"COM1", "COM9", "\\\\.\\COM10", "\\\\.\\COM256"}));
 }
 
 // All but the parity, which a pseudo-terminal does not store.
 TEST(ComPortTest, LineIsSetWithoutFlowControl) {
   const auto port = TheHost().ports.Open(kRight, {19200, 2, 2}, kPatient);
-  ASSERT_NE(nullptr, port);
+  ASSERT_NE(port, nullptr);
   HANDLE other = OpenRight();
   ASSERT_NE(INVALID_HANDLE_VALUE, other);
   DCB line{};
   line.DCBlength = sizeof line;
   EXPECT_TRUE(GetCommState(other, &line));
   CloseHandle(other);
-  EXPECT_EQ(19200u, line.BaudRate);
-  EXPECT_EQ(TWOSTOPBITS, line.StopBits);
-  EXPECT_EQ(8, line.ByteSize);
+  EXPECT_EQ(line.BaudRate, 19200u);
+  EXPECT_EQ(line.StopBits, TWOSTOPBITS);
+  EXPECT_EQ(line.ByteSize, 8);
   EXPECT_FALSE(line.fOutxCtsFlow || line.fOutxDsrFlow || line.fOutX || line.fInX);
 }
 
 TEST(ComPortTest, SilenceEndsARead) {
   const auto port = Open(kLeft, {250, 5, 300, 50, 500});
-  ASSERT_NE(nullptr, port);
-  EXPECT_EQ("", Read(*port, 10));
+  ASSERT_NE(port, nullptr);
+  EXPECT_EQ(Read(*port, 10), "");
 }
 
 TEST(ComPortTest, SilenceBehindAByteEndsARead) {
   const auto left = Open(kLeft);
   const auto right = Open(kRight, {200, 0, 0, 50, 500});
-  ASSERT_NE(nullptr, left);
-  ASSERT_NE(nullptr, right);
+  ASSERT_NE(left, nullptr);
+  ASSERT_NE(right, nullptr);
   Write(*left, "a");
-  EXPECT_EQ("a", Read(*right, 4));
+  EXPECT_EQ(Read(*right, 4), "a");
 }
 
 // What the system is asked for, on its way there.
@@ -133,11 +133,11 @@ BOOL WINAPI NotedRead(HANDLE port, void* bytes, DWORD size, DWORD* count, OVERLA
 }
 
 void ExpectAsked(const ComTimeouts& expected, const ComTimeouts& asked) {
-  EXPECT_EQ(expected.readInterval, asked.readInterval);
-  EXPECT_EQ(expected.readMultiplier, asked.readMultiplier);
-  EXPECT_EQ(expected.readConstant, asked.readConstant);
-  EXPECT_EQ(expected.writeMultiplier, asked.writeMultiplier);
-  EXPECT_EQ(expected.writeConstant, asked.writeConstant);
+  EXPECT_EQ(asked.readInterval, expected.readInterval);
+  EXPECT_EQ(asked.readMultiplier, expected.readMultiplier);
+  EXPECT_EQ(asked.readConstant, expected.readConstant);
+  EXPECT_EQ(asked.writeMultiplier, expected.writeMultiplier);
+  EXPECT_EQ(asked.writeConstant, expected.writeConstant);
 }
 
 // This program holds the backend and has its imports.
@@ -149,60 +149,60 @@ TEST(ComPortTest, SystemIsAskedForTheTimeouts) {
   askedTimeouts.clear();
   askedReads.clear();
   const auto port = Open(kLeft, kFirst);
-  ASSERT_NE(nullptr, port);
+  ASSERT_NE(port, nullptr);
   port->SetTimeouts(kAtOnce);
-  EXPECT_EQ("", Read(*port, 40));
-  ASSERT_EQ(2u, askedTimeouts.size());
+  EXPECT_EQ(Read(*port, 40), "");
+  ASSERT_EQ(askedTimeouts.size(), 2u);
   ExpectAsked(kFirst, askedTimeouts[0]);
   ExpectAsked(kAtOnce, askedTimeouts[1]);
-  EXPECT_EQ(std::vector<DWORD>{40}, askedReads) << "the multiplier goes by the bytes asked for";
+  EXPECT_EQ(askedReads, std::vector<DWORD>{40}) << "the multiplier goes by the bytes asked for";
 }
 
 TEST(ComPortTest, PurgeAndFlushDropWhatHasArrived) {
   const auto left = Open(kLeft);
   const auto right = Open(kRight, kAtOnce);
-  ASSERT_NE(nullptr, left);
-  ASSERT_NE(nullptr, right);
+  ASSERT_NE(left, nullptr);
+  ASSERT_NE(right, nullptr);
   Write(*left, "first");
   AwaitArrival(5);
   right->PurgeInput();
-  EXPECT_EQ("", Read(*right, 8));
+  EXPECT_EQ(Read(*right, 8), "");
   Write(*left, "second");
   AwaitArrival(6);
   right->Flush();
-  EXPECT_EQ("", Read(*right, 8));
+  EXPECT_EQ(Read(*right, 8), "");
   Write(*left, "third");
   AwaitArrival(5);
-  EXPECT_EQ("third", Read(*right, 8));
+  EXPECT_EQ(Read(*right, 8), "third");
 }
 
 TEST(ComPortTest, OpeningEmptiesTheQueue) {
   const auto left = Open(kLeft);
-  ASSERT_NE(nullptr, left);
-  ASSERT_NE(nullptr, Open(kRight));
+  ASSERT_NE(left, nullptr);
+  ASSERT_NE(Open(kRight), nullptr);
   Write(*left, "for nobody");
   AwaitArrival(10);
   const auto right = Open(kRight, kAtOnce);
-  ASSERT_NE(nullptr, right);
-  EXPECT_EQ("", Read(*right, 16));
+  ASSERT_NE(right, nullptr);
+  EXPECT_EQ(Read(*right, 16), "");
 }
 
 TEST(ComPortTest, AClosedPortMovesNothingAndOpensAgain) {
   const auto left = Open(kLeft);
   auto right = Open(kRight);
-  ASSERT_NE(nullptr, left);
-  ASSERT_NE(nullptr, right);
+  ASSERT_NE(left, nullptr);
+  ASSERT_NE(right, nullptr);
   left->CloseQuietly();
   std::array<std::uint8_t, 4> bytes{};
-  EXPECT_EQ(0u, left->Read(bytes));
-  EXPECT_EQ(0u, left->Write(bytes));
+  EXPECT_EQ(left->Read(bytes), 0u);
+  EXPECT_EQ(left->Write(bytes), 0u);
   right.reset();
   const auto leftAgain = Open(kLeft);
   right = Open(kRight);
-  ASSERT_NE(nullptr, leftAgain);
-  ASSERT_NE(nullptr, right);
+  ASSERT_NE(leftAgain, nullptr);
+  ASSERT_NE(right, nullptr);
   Write(*right, "back");
-  EXPECT_EQ("back", Read(*leftAgain, 4));
+  EXPECT_EQ(Read(*leftAgain, 4), "back");
 }
 
 }  // namespace

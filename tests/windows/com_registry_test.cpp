@@ -74,12 +74,12 @@ TEST_F(ComRegistryTest, PortsOfTheFamilyAreFoundInAnyCase) {
   PutText(kUsb + "vid_7a31&pid_23ff&mi_00", "\\B" + kParameters, "pORTnAME", "COM256");
   PutText(kUsb + "VID_7A31&PID_3BFA", "\\C" + kParameters, "PortName", "COM20");
   PutText(kUsb + "VID_7A32&PID_2301", "\\D" + kParameters, "PortName", "COM21");
-  EXPECT_EQ((std::vector{12, 256}), Found());
+  EXPECT_EQ(Found(), (std::vector{12, 256}));
 }
 
 TEST_F(ComRegistryTest, EveryCardIsFound) {
   PutText(kPcmcia + "SOME_CARD-1234", "\\1" + kParameters, "PortName", "COM30");
-  EXPECT_EQ(std::vector{30}, Found());
+  EXPECT_EQ(Found(), std::vector{30});
 }
 
 TEST_F(ComRegistryTest, OnlyNumbersOfPortsCount) {
@@ -90,13 +90,13 @@ TEST_F(ComRegistryTest, OnlyNumbersOfPortsCount) {
   EXPECT_EQ(std::vector<int>(), Found());
   PutPort("COM1");
   PutPort("COM14 (spare)");
-  EXPECT_EQ((std::vector{1, 14}), Found());
+  EXPECT_EQ(Found(), (std::vector{1, 14}));
 }
 
 TEST_F(ComRegistryTest, TextLongerThanItsBufferIsPassedOver) {
   PutPort("COM5" + std::string(27, ' '));
   PutPort("COM6" + std::string(28, ' '));
-  EXPECT_EQ(std::vector{5}, Found());
+  EXPECT_EQ(Found(), std::vector{5});
 }
 
 TEST_F(ComRegistryTest, ValuesOfOtherKindsAreReadAsTheyLie) {
@@ -109,7 +109,7 @@ TEST_F(ComRegistryTest, ValuesOfOtherKindsAreReadAsTheyLie) {
   PutText(kPort, instance, "PortNames", "COM19");
   PutText(kPort, instance, "FriendlyName", "COM20");
   PutText(kPort, instance, std::string(900, 'n'), "COM21");
-  EXPECT_EQ((std::vector{15, 16}), Found());
+  EXPECT_EQ(Found(), (std::vector{15, 16}));
 }
 
 TEST_F(ComRegistryTest, OnlyParametersAreLookedInto) {
@@ -117,7 +117,7 @@ TEST_F(ComRegistryTest, OnlyParametersAreLookedInto) {
   PutText(kPort, "\\A", "PortName", "COM41");
   PutText(kPort, "\\B\\Other Parameters", "PortName", "COM42");
   PutText(kPort, "\\C" + kParameters + "\\Deeper" + kParameters, "PortName", "COM43");
-  EXPECT_EQ((std::vector{40, 43}), Found());
+  EXPECT_EQ(Found(), (std::vector{40, 43}));
 }
 
 // Names that are cut to their buffer must not make the search loop.
@@ -127,7 +127,7 @@ TEST_F(ComRegistryTest, LongNamesComeToAnEnd) {
   PutText(kPort, longName + kParameters + longName + kParameters, "PortName", "COM50");
   PutText(kPort, longName + kParameters, "PortName", "COM51");
   PutText(kUsb + "VID_7A31&PID_2302" + std::string(230, 'x'), "\\A" + kParameters, "PortName", "COM52");
-  EXPECT_EQ(std::vector{51}, Found());
+  EXPECT_EQ(Found(), std::vector{51});
 }
 
 }  // namespace

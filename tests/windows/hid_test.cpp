@@ -29,7 +29,7 @@ class HidTest : public testing::Test {
 
   void Open() {
     device_ = hid_.Open(kPipe, OpenMode::kOverlapped);
-    ASSERT_NE(kNoHandle, device_);
+    ASSERT_NE(device_, kNoHandle);
   }
 
   void Queue(const std::string& report) {
@@ -50,9 +50,9 @@ class HidTest : public testing::Test {
 
 TEST_F(HidTest, PendingReadIsCalledOff) {
   Open();
-  EXPECT_EQ(Drain::kNothing, DrainAnew());
-  EXPECT_EQ(Drain::kNothing, DrainAnew());
-  EXPECT_EQ((std::array<std::uint8_t, 9>{1}), report_);
+  EXPECT_EQ(DrainAnew(), Drain::kNothing);
+  EXPECT_EQ(DrainAnew(), Drain::kNothing);
+  EXPECT_EQ(report_, (std::array<std::uint8_t, 9>{1}));
 }
 
 TEST_F(HidTest, QueuedReportIsTaken) {
@@ -60,38 +60,38 @@ TEST_F(HidTest, QueuedReportIsTaken) {
   Queue(
       "\x01"
       "ABCDEFGH");
-  EXPECT_EQ(Drain::kDrained, DrainAnew());
-  EXPECT_EQ((std::array<std::uint8_t, 9>{1, 'A', 'B', 'C', 'D', 'E', 'F', 'G', 'H'}), report_);
-  EXPECT_EQ(Drain::kNothing, DrainAnew());
+  EXPECT_EQ(DrainAnew(), Drain::kDrained);
+  EXPECT_EQ(report_, (std::array<std::uint8_t, 9>{1, 'A', 'B', 'C', 'D', 'E', 'F', 'G', 'H'}));
+  EXPECT_EQ(DrainAnew(), Drain::kNothing);
 }
 
 // A cancelled read must not take a later report.
 TEST_F(HidTest, ReportBehindACalledOffReadIsKept) {
   Open();
-  EXPECT_EQ(Drain::kNothing, DrainAnew());
+  EXPECT_EQ(DrainAnew(), Drain::kNothing);
   Queue(
       "\x01"
       "ijklmnop");
-  EXPECT_EQ(Drain::kDrained, DrainAnew());
-  EXPECT_EQ('i', report_[1]);
+  EXPECT_EQ(DrainAnew(), Drain::kDrained);
+  EXPECT_EQ(report_[1], 'i');
 }
 
 TEST_F(HidTest, ReadThatCannotBeginFindsNothing) {
   Open();
   CloseHandle(pipe_);
   pipe_ = INVALID_HANDLE_VALUE;
-  EXPECT_EQ(Drain::kNothing, DrainAnew());
+  EXPECT_EQ(DrainAnew(), Drain::kNothing);
   hid_.Close(device_);
-  EXPECT_EQ(Drain::kNothing, DrainAnew());
-  EXPECT_EQ(kNoHandle, hid_.Open("\\\\.\\pipe\\tavlyn-there-is-none", OpenMode::kOverlapped));
+  EXPECT_EQ(DrainAnew(), Drain::kNothing);
+  EXPECT_EQ(hid_.Open("\\\\.\\pipe\\tavlyn-there-is-none", OpenMode::kOverlapped), kNoHandle);
 }
 
 class HidOpenTest : public testing::Test {
  protected:
   void SetUp() override {
     char folder[MAX_PATH];
-    ASSERT_NE(0u, GetTempPathA(sizeof folder, folder));
-    ASSERT_NE(0u, GetTempFileNameA(folder, "hid", 0, file_));
+    ASSERT_NE(GetTempPathA(sizeof folder, folder), 0u);
+    ASSERT_NE(GetTempFileNameA(folder, "hid", 0, file_), 0u);
   }
   void TearDown() override {
     for (const Handle one : opened_) hid_.Close(one);

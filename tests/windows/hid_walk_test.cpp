@@ -90,21 +90,21 @@ class HidWalkTest : public testing::Test {
 using Calls = std::vector<std::string>;
 
 TEST_F(HidWalkTest, PathIsTold) {
-  EXPECT_EQ(WalkStep::kPath, Step(126));
-  EXPECT_STREQ(kPath, path_);
-  EXPECT_EQ((Calls{"interface 126 32", "length", "detail 8 " + std::to_string(kRequired)}), setup.calls);
+  EXPECT_EQ(Step(126), WalkStep::kPath);
+  EXPECT_STREQ(path_, kPath);
+  EXPECT_EQ(setup.calls, (Calls{"interface 126 32", "length", "detail 8 " + std::to_string(kRequired)}));
   walk_.End(libraries_);
   walk_.End(libraries_);
-  EXPECT_EQ("destroy", setup.calls.back());
-  EXPECT_EQ(4u, setup.calls.size()) << "a set is given back once";
+  EXPECT_EQ(setup.calls.back(), "destroy");
+  EXPECT_EQ(setup.calls.size(), 4u) << "a set is given back once";
 }
 
 TEST_F(HidWalkTest, EachClassHasItsOwnSet) {
   EXPECT_TRUE(walk_.Begin(libraries_, HidClass::kHid));
-  EXPECT_EQ(0x4D1E55B2u, setup.cls.Data1);
+  EXPECT_EQ(setup.cls.Data1, 0x4D1E55B2u);
   EXPECT_TRUE(walk_.Begin(libraries_, HidClass::kKeyboard));
-  EXPECT_EQ(0x884B96C3u, setup.cls.Data1);
-  EXPECT_EQ((Calls{"class 18", "class 18"}), setup.calls);
+  EXPECT_EQ(setup.cls.Data1, 0x884B96C3u);
+  EXPECT_EQ(setup.calls, (Calls{"class 18", "class 18"}));
 }
 
 TEST_F(HidWalkTest, WithoutASetThereIsNoWalk) {
@@ -113,7 +113,7 @@ TEST_F(HidWalkTest, WithoutASetThereIsNoWalk) {
     setup.calls.clear();
     EXPECT_FALSE(walk_.Begin(libraries_, HidClass::kHid));
     walk_.End(libraries_);
-    EXPECT_EQ(Calls{"class 18"}, setup.calls) << "nothing to give back";
+    EXPECT_EQ(setup.calls, Calls{"class 18"}) << "nothing to give back";
   }
   EXPECT_FALSE(HidWalk().Begin({}, HidClass::kHid)) << "the library is missing";
 }
@@ -121,35 +121,35 @@ TEST_F(HidWalkTest, WithoutASetThereIsNoWalk) {
 TEST_F(HidWalkTest, FailedEnumerationEndsTheWalk) {
   for (const Answer& answer : {Answer{ERROR_NO_MORE_ITEMS}, Answer{ERROR_ACCESS_DENIED}, Answer{0, true}}) {
     setup.interfaces = answer;
-    EXPECT_EQ(WalkStep::kEnd, Step());
-    EXPECT_EQ(Calls{"interface 0 32"}, setup.calls);
+    EXPECT_EQ(Step(), WalkStep::kEnd);
+    EXPECT_EQ(setup.calls, Calls{"interface 0 32"});
   }
 }
 
 TEST_F(HidWalkTest, LengthThatIsNotToldEndsTheWalk) {
   for (const Answer& answer : {Answer{ERROR_INVALID_DATA}, Answer{ERROR_SUCCESS}}) {
     setup.length = answer;
-    EXPECT_EQ(WalkStep::kEnd, Step());
-    EXPECT_EQ((Calls{"interface 0 32", "length"}), setup.calls);
+    EXPECT_EQ(Step(), WalkStep::kEnd);
+    EXPECT_EQ(setup.calls, (Calls{"interface 0 32", "length"}));
   }
 }
 
 TEST_F(HidWalkTest, ErrorWordDecidesWhenTheLengthCallThrows) {
   setup.length = {ERROR_SUCCESS, true};
-  EXPECT_EQ(WalkStep::kEnd, Step());
-  EXPECT_EQ((Calls{"interface 0 32", "length"}), setup.calls);
+  EXPECT_EQ(Step(), WalkStep::kEnd);
+  EXPECT_EQ(setup.calls, (Calls{"interface 0 32", "length"}));
   setup.length = {ERROR_INSUFFICIENT_BUFFER, true};
-  EXPECT_EQ(WalkStep::kPath, Step());
+  EXPECT_EQ(Step(), WalkStep::kPath);
 }
 
 TEST_F(HidWalkTest, DetailThatIsNotToldIsPassedOver) {
   for (const Answer& answer : {Answer{ERROR_ACCESS_DENIED}, Answer{0, true}}) {
     setup.detail = answer;
-    EXPECT_EQ(WalkStep::kSkip, Step());
-    EXPECT_STREQ("", path_);
+    EXPECT_EQ(Step(), WalkStep::kSkip);
+    EXPECT_STREQ(path_, "");
   }
   setup.detail = {};
-  EXPECT_EQ(WalkStep::kPath, Step(1));
+  EXPECT_EQ(Step(1), WalkStep::kPath);
 }
 
 }  // namespace

@@ -56,21 +56,21 @@ class LibusbTest : public testing::Test {
 
   void SetUp() override {
     verified = onTheNetwork = 0;
-    ASSERT_EQ(nullptr, GetModuleHandleA("libusb0.dll"));
+    ASSERT_EQ(GetModuleHandleA("libusb0.dll"), nullptr);
   }
   void TearDown() override {
     DeleteFileA(kPlace);
-    EXPECT_EQ(0, onTheNetwork);
+    EXPECT_EQ(onTheNetwork, 0);
   }
 
   void ExpectRefused() {
     EXPECT_FALSE(usb_.Load());
-    EXPECT_EQ(nullptr, GetModuleHandleA("libusb0.dll"));
-    EXPECT_EQ(-1, usb_.FindBusses());
-    EXPECT_EQ(-1, usb_.FindDevices());
-    EXPECT_EQ(kNoHandle, usb_.Open(kReader));
-    EXPECT_EQ(-1, usb_.ClaimInterface(1, 0));
-    EXPECT_NE(0, verified);
+    EXPECT_EQ(GetModuleHandleA("libusb0.dll"), nullptr);
+    EXPECT_EQ(usb_.FindBusses(), -1);
+    EXPECT_EQ(usb_.FindDevices(), -1);
+    EXPECT_EQ(usb_.Open(kReader), kNoHandle);
+    EXPECT_EQ(usb_.ClaimInterface(1, 0), -1);
+    EXPECT_NE(verified, 0);
   }
 
   void UseSigned();
@@ -86,8 +86,8 @@ TEST_F(LibusbTest, AbsentFileIsRefused) { ExpectRefused(); }
 TEST_F(LibusbTest, FileInTheCurrentFolderIsRefused) {
   char before[MAX_PATH];
   char own[MAX_PATH];
-  ASSERT_NE(0u, GetCurrentDirectoryA(sizeof before, before));
-  ASSERT_NE(0u, GetTempPathA(sizeof own, own));
+  ASSERT_NE(GetCurrentDirectoryA(sizeof before, before), 0u);
+  ASSERT_NE(GetTempPathA(sizeof own, own), 0u);
   ASSERT_TRUE(SetCurrentDirectoryA(own));
   EXPECT_TRUE(CopyFileA(TAVLYN_SIGNED, "libusb0.dll", FALSE));
   ExpectRefused();
@@ -118,40 +118,40 @@ TEST_F(LibusbTest, SignedFileThatWasChangedIsRefused) {
 void LibusbTest::UseSigned() {
   ASSERT_TRUE(CopyFileA(TAVLYN_SIGNED, kPlace, FALSE));
   ASSERT_TRUE(usb_.Load());
-  EXPECT_EQ(2, usb_.FindBusses());
-  EXPECT_EQ(3, usb_.FindDevices());
-  EXPECT_EQ(kNoHandle, usb_.Open({0x171B, 0x1005}));
+  EXPECT_EQ(usb_.FindBusses(), 2);
+  EXPECT_EQ(usb_.FindDevices(), 3);
+  EXPECT_EQ(usb_.Open({0x171B, 0x1005}), kNoHandle);
   const Handle device = usb_.Open(kReader);
-  ASSERT_NE(kNoHandle, device);
-  EXPECT_EQ(0, usb_.ClaimInterface(device, 0));
-  EXPECT_EQ(0, usb_.SetConfiguration(device, 1));
+  ASSERT_NE(device, kNoHandle);
+  EXPECT_EQ(usb_.ClaimInterface(device, 0), 0);
+  EXPECT_EQ(usb_.SetConfiguration(device, 1), 0);
   const std::array<std::uint8_t, 3> sent{0xFA, 0x04, 0xED};
-  EXPECT_EQ(3, usb_.BulkWrite(device, 0x03, sent, 250));
+  EXPECT_EQ(usb_.BulkWrite(device, 0x03, sent, 250), 3);
   std::array<std::uint8_t, 8> got{};
-  EXPECT_EQ(3, usb_.BulkRead(device, 0x83, got, 250));
-  EXPECT_EQ(0, std::memcmp(sent.data(), got.data(), sent.size()));
-  EXPECT_EQ(0, usb_.ReleaseInterface(device, 0));
+  EXPECT_EQ(usb_.BulkRead(device, 0x83, got, 250), 3);
+  EXPECT_EQ(std::memcmp(sent.data(), got.data(), sent.size()), 0);
+  EXPECT_EQ(usb_.ReleaseInterface(device, 0), 0);
   usb_.Close(device);
   usb_.Close(device);
-  EXPECT_EQ(-1, usb_.BulkRead(device, 0x83, got, 250));
+  EXPECT_EQ(usb_.BulkRead(device, 0x83, got, 250), -1);
   CheckCalls();
 }
 
 void LibusbTest::CheckCalls() {
   const auto calls = reinterpret_cast<const char* (*)()>(
       reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("libusb0.dll"), "standin_calls")));
-  ASSERT_NE(nullptr, calls);
-  EXPECT_STREQ("init;busy;open;claim 0;strerror;configuration 1;write 3 250;read 131 250;release 0;close;",
-               calls());
+  ASSERT_NE(calls, nullptr);
+  EXPECT_STREQ(calls(),
+               "init;busy;open;claim 0;strerror;configuration 1;write 3 250;read 131 250;release 0;close;");
   ASSERT_TRUE(usb_.Load());
-  EXPECT_STREQ("init;", std::strstr(calls(), "close;") + std::strlen("close;"));
+  EXPECT_STREQ(std::strstr(calls(), "close;") + std::strlen("close;"), "init;");
 }
 
 void LibusbTest::OpenMany() {
   std::set<Handle> open;
   for (int at = 0; at < 100; ++at) open.insert(usb_.Open(kReader));
-  EXPECT_EQ(100U, open.size());
-  EXPECT_EQ(0U, open.count(kNoHandle));
+  EXPECT_EQ(open.size(), 100U);
+  EXPECT_EQ(open.count(kNoHandle), 0U);
   for (const Handle device : open) usb_.Close(device);
 }
 

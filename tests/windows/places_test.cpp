@@ -12,7 +12,7 @@ namespace {
 class PlacesTest : public testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_EQ(932u, GetACP()) << "this program's manifest asks for a Japanese code page";
+    ASSERT_EQ(GetACP(), 932u) << "this program's manifest asks for a Japanese code page";
   }
 
   static std::string FolderIn(const std::wstring& folder) {
@@ -25,12 +25,12 @@ class PlacesTest : public testing::Test {
 };
 
 TEST_F(PlacesTest, ACharacterMayEndInABackslashsByte) {
-  EXPECT_EQ("C:\\\x95\x5C\\", FolderIn(L"C:\\\x8868"));
-  EXPECT_EQ("C:\\\x95\x5C\x95\x5C\\", FolderIn(L"C:\\\x8868\x8868"));
-  EXPECT_EQ("C:\\\x95\x5CX\\", FolderIn(L"C:\\\x8868X"));
+  EXPECT_EQ(FolderIn(L"C:\\\x8868"), "C:\\\x95\x5C\\");
+  EXPECT_EQ(FolderIn(L"C:\\\x8868\x8868"), "C:\\\x95\x5C\x95\x5C\\");
+  EXPECT_EQ(FolderIn(L"C:\\\x8868X"), "C:\\\x95\x5CX\\");
 }
 
-TEST_F(PlacesTest, ARootHasItsSeparator) { EXPECT_EQ("C:\\", FolderIn(L"C:\\")); }
+TEST_F(PlacesTest, ARootHasItsSeparator) { EXPECT_EQ(FolderIn(L"C:\\"), "C:\\"); }
 
 }  // namespace
 }  // namespace tavlyn::platform

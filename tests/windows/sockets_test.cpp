@@ -26,10 +26,10 @@ class Peer {
     sockaddr_in any{};
     any.sin_family = AF_INET;
     int size = sizeof any;
-    EXPECT_EQ(0, bind(socket_, reinterpret_cast<const sockaddr*>(&any), sizeof any));
-    EXPECT_EQ(0, getsockname(socket_, reinterpret_cast<sockaddr*>(&any), &size));
+    EXPECT_EQ(bind(socket_, reinterpret_cast<const sockaddr*>(&any), sizeof any), 0);
+    EXPECT_EQ(getsockname(socket_, reinterpret_cast<sockaddr*>(&any), &size), 0);
     port_ = ntohs(any.sin_port);
-    EXPECT_EQ(type == SOCK_STREAM ? 0 : SOCKET_ERROR, listen(socket_, 4));
+    EXPECT_EQ(listen(socket_, 4), type == SOCK_STREAM ? 0 : SOCKET_ERROR);
   }
   ~Peer() { closesocket(socket_); }
   Peer(const Peer&) = delete;
@@ -72,7 +72,7 @@ class SocketsTest : public testing::Test {
   Handle Udp() { return Keep(sockets_.OpenUdp()); }
 
   Handle Keep(Handle socket) {
-    EXPECT_NE(kNoHandle, socket);
+    EXPECT_NE(socket, kNoHandle);
     opened_.push_back(socket);
     return socket;
   }
@@ -89,38 +89,38 @@ class SocketsTest : public testing::Test {
 TEST_F(SocketsTest, BytesPassOverTcp) {
   const Peer peer(SOCK_STREAM);
   const Handle socket = Tcp();
-  ASSERT_EQ(0, sockets_.Connect(socket, {kLoopback, peer.Port()}));
+  ASSERT_EQ(sockets_.Connect(socket, {kLoopback, peer.Port()}), 0);
   const SOCKET accepted = accept(peer.get(), nullptr, nullptr);
   ASSERT_NE(INVALID_SOCKET, accepted);
-  EXPECT_EQ(5, sockets_.Send(socket, Bytes("hello")));
+  EXPECT_EQ(sockets_.Send(socket, Bytes("hello")), 5);
   std::array<char, 16> got{};
-  EXPECT_EQ(5, recv(accepted, got.data(), static_cast<int>(got.size()), 0));
-  EXPECT_STREQ("hello", got.data());
-  EXPECT_EQ(3, send(accepted, "abc", 3, 0));
+  EXPECT_EQ(recv(accepted, got.data(), static_cast<int>(got.size()), 0), 5);
+  EXPECT_STREQ(got.data(), "hello");
+  EXPECT_EQ(send(accepted, "abc", 3, 0), 3);
   std::array<std::uint8_t, 16> answer{};
-  EXPECT_EQ(3, sockets_.Recv(socket, answer));
-  EXPECT_EQ(0, std::memcmp("abc", answer.data(), 4));
+  EXPECT_EQ(sockets_.Recv(socket, answer), 3);
+  EXPECT_EQ(std::memcmp("abc", answer.data(), 4), 0);
   closesocket(accepted);
-  EXPECT_EQ(0, RecvLength(socket));
+  EXPECT_EQ(RecvLength(socket), 0);
 }
 
 TEST_F(SocketsTest, PeerOfAnotherSystemAnswers) {
   const Handle tcp = Tcp();
-  ASSERT_EQ(0, sockets_.Connect(tcp, kOtherSystem));
+  ASSERT_EQ(sockets_.Connect(tcp, kOtherSystem), 0);
   sockets_.SetReceiveTimeout(tcp, 60'000);
-  EXPECT_EQ(5, sockets_.Send(tcp, Bytes("there")));
+  EXPECT_EQ(sockets_.Send(tcp, Bytes("there")), 5);
   std::array<std::uint8_t, 16> answer{};
-  EXPECT_EQ(5, sockets_.Recv(tcp, answer));
-  EXPECT_EQ(0, std::memcmp("there", answer.data(), 6));
+  EXPECT_EQ(sockets_.Recv(tcp, answer), 5);
+  EXPECT_EQ(std::memcmp("there", answer.data(), 6), 0);
 
   const Handle udp = Udp();
   sockets_.SetReceiveTimeout(udp, 60'000);
-  EXPECT_EQ(4, sockets_.SendTo(udp, Bytes("back"), kOtherSystem));
+  EXPECT_EQ(sockets_.SendTo(udp, Bytes("back"), kOtherSystem), 4);
   Address sender;
-  EXPECT_EQ(4, sockets_.RecvFrom(udp, answer, sender));
-  EXPECT_EQ(0, std::memcmp("back", answer.data(), 4));
-  EXPECT_EQ(kOtherSystem.ip, sender.ip);
-  EXPECT_EQ(kOtherSystem.port, sender.port);
+  EXPECT_EQ(sockets_.RecvFrom(udp, answer, sender), 4);
+  EXPECT_EQ(std::memcmp("back", answer.data(), 4), 0);
+  EXPECT_EQ(sender.ip, kOtherSystem.ip);
+  EXPECT_EQ(sender.port, kOtherSystem.port);
 }
 
 TEST_F(SocketsTest, NobodyListeningIsAFailedConnect) {
@@ -148,20 +148,21 @@ TEST_F(SocketsTest, NetworkZeroAndPortZeroAreNotAsked) {
 TEST_F(SocketsTest, DatagramsTellTheirSender) {
   const Peer peer(SOCK_DGRAM);
   const Handle socket = Udp();
-  EXPECT_EQ(4, sockets_.SendTo(socket, Bytes("ping"), {kLoopback, peer.Port()}));
+  EXPECT_EQ(sockets_.SendTo(socket, Bytes("ping"), {kLoopback, peer.Port()}), 4);
   std::array<char, 16> got{};
   sockaddr_in from{};
   int size = sizeof from;
-  EXPECT_EQ(4, recvfrom(peer.get(), got.data(), static_cast<int>(got.size()), 0,
-                        reinterpret_cast<sockaddr*>(&from), &size));
-  EXPECT_STREQ("ping", got.data());
-  EXPECT_EQ(2, sendto(peer.get(), "ok", 2, 0, reinterpret_cast<const sockaddr*>(&from), size));
+  EXPECT_EQ(recvfrom(peer.get(), got.data(), static_cast<int>(got.size()), 0,
+                     reinterpret_cast<sockaddr*>(&from), &size),
+            4);
+  EXPECT_STREQ(got.data(), "ping");
+  EXPECT_EQ(sendto(peer.get(), "ok", 2, 0, reinterpret_cast<const sockaddr*>(&from), size), 2);
   std::array<std::uint8_t, 16> answer{};
   Address sender;
-  EXPECT_EQ(2, sockets_.RecvFrom(socket, answer, sender));
-  EXPECT_EQ(0, std::memcmp("ok", answer.data(), 3));
-  EXPECT_EQ(kLoopback, sender.ip);
-  EXPECT_EQ(peer.Port(), sender.port);
+  EXPECT_EQ(sockets_.RecvFrom(socket, answer, sender), 2);
+  EXPECT_EQ(std::memcmp("ok", answer.data(), 3), 0);
+  EXPECT_EQ(sender.ip, kLoopback);
+  EXPECT_EQ(sender.port, peer.Port());
 }
 
 TEST_F(SocketsTest, BroadcastHasToBeAllowed) {
@@ -170,29 +171,29 @@ TEST_F(SocketsTest, BroadcastHasToBeAllowed) {
   EXPECT_LT(sockets_.SendTo(socket, Bytes("all"), {kLoopbackBroadcast, peer.Port()}), 0);
   EXPECT_FALSE(peer.IsReached());
   sockets_.SetBroadcast(socket);
-  EXPECT_EQ(3, sockets_.SendTo(socket, Bytes("all"), {kLoopbackBroadcast, peer.Port()}));
+  EXPECT_EQ(sockets_.SendTo(socket, Bytes("all"), {kLoopbackBroadcast, peer.Port()}), 3);
   EXPECT_TRUE(peer.IsReached(60'000));
 }
 
 TEST_F(SocketsTest, ADatagramThatIsTooLongIsCut) {
   const Peer peer(SOCK_DGRAM);
   const Handle socket = Udp();
-  ASSERT_EQ(1, sockets_.SendTo(socket, Bytes("x"), {kLoopback, peer.Port()}));
+  ASSERT_EQ(sockets_.SendTo(socket, Bytes("x"), {kLoopback, peer.Port()}), 1);
   sockaddr_in from{};
   int size = sizeof from;
   char asked = 0;
-  ASSERT_EQ(1, recvfrom(peer.get(), &asked, 1, 0, reinterpret_cast<sockaddr*>(&from), &size));
+  ASSERT_EQ(recvfrom(peer.get(), &asked, 1, 0, reinterpret_cast<sockaddr*>(&from), &size), 1);
   for (int time = 0; time < 2; ++time) {
-    ASSERT_EQ(10, sendto(peer.get(), "0123456789", 10, 0, reinterpret_cast<const sockaddr*>(&from), size));
+    ASSERT_EQ(sendto(peer.get(), "0123456789", 10, 0, reinterpret_cast<const sockaddr*>(&from), size), 10);
   }
   std::array<std::uint8_t, 4> room{};
   Address sender;
-  EXPECT_EQ(4, sockets_.RecvFrom(socket, room, sender));
-  EXPECT_EQ(0, std::memcmp("0123", room.data(), room.size()));
-  EXPECT_EQ(peer.Port(), sender.port);
+  EXPECT_EQ(sockets_.RecvFrom(socket, room, sender), 4);
+  EXPECT_EQ(std::memcmp("0123", room.data(), room.size()), 0);
+  EXPECT_EQ(sender.port, peer.Port());
   room = {};
-  EXPECT_EQ(4, sockets_.Recv(socket, room));
-  EXPECT_EQ(0, std::memcmp("0123", room.data(), room.size()));
+  EXPECT_EQ(sockets_.Recv(socket, room), 4);
+  EXPECT_EQ(std::memcmp("0123", room.data(), room.size()), 0);
 }
 
 struct Asked {
@@ -203,7 +204,7 @@ std::vector<Asked> askedModes;
 
 int WSAAPI NotedMode(SOCKET one, DWORD code, void* in, DWORD inSize, void* out, DWORD outSize, DWORD* count,
                      OVERLAPPED* overlapped, LPWSAOVERLAPPED_COMPLETION_ROUTINE done) {
-  EXPECT_EQ(sizeof(BOOL), inSize);
+  EXPECT_EQ(inSize, sizeof(BOOL));
   askedModes.push_back({code, *static_cast<const BOOL*>(in)});
   return boundary::Original<decltype(WSAIoctl)>("ws2_32", "WSAIoctl")(one, code, in, inSize, out, outSize,
                                                                       count, overlapped, done);
@@ -216,9 +217,9 @@ TEST_F(SocketsTest, NobodyListeningThereIsNoErrorOfDatagrams) {
   Tcp();
   EXPECT_TRUE(askedModes.empty());
   Udp();
-  ASSERT_EQ(1u, askedModes.size());
-  EXPECT_EQ(kConnectionReset, askedModes[0].code);
-  EXPECT_EQ(FALSE, askedModes[0].value);
+  ASSERT_EQ(askedModes.size(), 1u);
+  EXPECT_EQ(askedModes[0].code, kConnectionReset);
+  EXPECT_EQ(askedModes[0].value, FALSE);
 }
 
 // What the system is asked for, on its way there.
@@ -237,14 +238,14 @@ TEST_F(SocketsTest, ReceivingEndsAfterItsLimitOrAtOnce) {
       boundary::Replace(GetModuleHandleA(nullptr), {"setsockopt", reinterpret_cast<void*>(NotedOption)}));
   const Peer peer(SOCK_DGRAM);
   const Handle socket = Udp();
-  ASSERT_EQ(1, sockets_.SendTo(socket, Bytes("x"), {kLoopback, peer.Port()}));
+  ASSERT_EQ(sockets_.SendTo(socket, Bytes("x"), {kLoopback, peer.Port()}), 1);
   sockets_.SetReceiveTimeout(socket, 300);
-  EXPECT_EQ(300u, askedLimit);
+  EXPECT_EQ(askedLimit, 300u);
   EXPECT_LT(RecvLength(socket), 0);
-  EXPECT_EQ(WSAETIMEDOUT, WSAGetLastError());
+  EXPECT_EQ(WSAGetLastError(), WSAETIMEDOUT);
   sockets_.SetNonBlocking(socket);
   EXPECT_LT(RecvLength(socket), 0);
-  EXPECT_EQ(WSAEWOULDBLOCK, WSAGetLastError());
+  EXPECT_EQ(WSAGetLastError(), WSAEWOULDBLOCK);
 }
 
 TEST_F(SocketsTest, ProgramsThatAreStartedDoNotInheritIt) {
@@ -254,14 +255,14 @@ TEST_F(SocketsTest, ProgramsThatAreStartedDoNotInheritIt) {
     sockets_.SetReceiveTimeout(socket, 1);
     DWORD flags = 0;
     ASSERT_TRUE(GetHandleInformation(reinterpret_cast<HANDLE>(askedFor), &flags));
-    EXPECT_EQ(0u, flags & HANDLE_FLAG_INHERIT);
+    EXPECT_EQ(flags & HANDLE_FLAG_INHERIT, 0u);
   }
 }
 
 TEST_F(SocketsTest, AClosedSocketFailsAndItsHandleIsNotGivenAgain) {
   const Handle first = sockets_.OpenUdp();
-  EXPECT_EQ(0, sockets_.Close(first));
-  EXPECT_EQ(0, sockets_.Close(first));
+  EXPECT_EQ(sockets_.Close(first), 0);
+  EXPECT_EQ(sockets_.Close(first), 0);
   EXPECT_LT(sockets_.Send(first, Bytes("x")), 0);
   EXPECT_LT(RecvLength(first), 0);
   EXPECT_NE(first, Udp());
@@ -270,25 +271,25 @@ TEST_F(SocketsTest, AClosedSocketFailsAndItsHandleIsNotGivenAgain) {
 TEST_F(SocketsTest, LostOnesAreClosedWhenTheLibraryLeaves) {
   const Peer peer(SOCK_STREAM);
   const Handle lost = Tcp();
-  ASSERT_EQ(0, sockets_.Connect(lost, {kLoopback, peer.Port()}));
+  ASSERT_EQ(sockets_.Connect(lost, {kLoopback, peer.Port()}), 0);
   const SOCKET accepted = accept(peer.get(), nullptr, nullptr);
   CloseLostSockets();
   char none = 0;
-  EXPECT_EQ(0, recv(accepted, &none, 1, 0)) << "the other end sees it closed";
+  EXPECT_EQ(recv(accepted, &none, 1, 0), 0) << "the other end sees it closed";
   closesocket(accepted);
 }
 
 TEST_F(SocketsTest, ThereIsNoLimitOfOurOwn) {
   const Peer peer(SOCK_DGRAM);
-  for (int at = 0; at < 200; ++at) EXPECT_EQ(1, sockets_.SendTo(Udp(), Bytes("x"), {kLoopback, peer.Port()}));
-  EXPECT_EQ(200u, std::set<Handle>(opened_.begin(), opened_.end()).size());
+  for (int at = 0; at < 200; ++at) EXPECT_EQ(sockets_.SendTo(Udp(), Bytes("x"), {kLoopback, peer.Port()}), 1);
+  EXPECT_EQ(std::set<Handle>(opened_.begin(), opened_.end()).size(), 200u);
 }
 
 TEST_F(SocketsTest, ThisHostHasAnAddress) {
   std::array<std::uint8_t, 4> ip{};
   ASSERT_TRUE(sockets_.HostAddress(ip));
   const Peer peer(SOCK_STREAM);
-  EXPECT_EQ(0, sockets_.Connect(Tcp(), {ip, peer.Port()}));
+  EXPECT_EQ(sockets_.Connect(Tcp(), {ip, peer.Port()}), 0);
 }
 
 }  // namespace
