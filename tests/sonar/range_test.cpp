@@ -1,6 +1,7 @@
 // The range, as a record and as an ID, and the keystroke halt.
 #include <array>
 
+#include "tests/sonar/model_bench.h"
 #include "tests/sonar/sensor.h"
 
 namespace tavlyn::test {
@@ -85,7 +86,7 @@ TEST_F(SonarRange, PollsThatComeTooFastGetNothing) {
 
 TEST_F(SonarRange, KeystrokesAreHaltedAndGoOn) {
   shared.SearchErr = 5;
-  EXPECT_EQ(HaltKBSends(1), 1U);
+  EXPECT_EQ(HaltKBSends(0x10000), 1U);
   ExpectTraffic({"set B1"});
   EXPECT_EQ(Block().SonarOpMark, 0xB1U);
   EXPECT_EQ(shared.SearchErr, 0U);
@@ -97,6 +98,49 @@ TEST_F(SonarRange, KeystrokesAreHaltedAndGoOn) {
   EXPECT_EQ(shared.SearchErr, 0x2000000U);
   EXPECT_EQ(GetLastLibErr(), 0x202U);
   EXPECT_EQ(Block().SonarOpMark, 0xB1U);
+}
+
+using RangeWords = std::array<std::uint16_t, 5>;
+
+class SonarModelRange : public SonarModelBench {
+ protected:
+  void SetUp() override {
+    SonarModelBench::SetUp();
+    ConnectSonar();
+  }
+};
+
+TEST_F(SonarModelRange, FollowsSomebodyWhoLeaves) {
+  sonar->Go({{1000, 20, 40}, {500, 40, 100}});
+  RangeWords words{};
+  std::vector<std::uint16_t> inches;
+  std::vector<std::uint16_t> status;
+  for (int poll = 0; poll < 8; ++poll) {
+    EXPECT_EQ(GetObjRangeInfo(words.data()), 1U);
+    inches.push_back(words[0]);
+    status.push_back(words[4]);
+  }
+  // The sensor measures when asked; the answer is fetched 250 ms later.
+  EXPECT_EQ(inches, (std::vector<std::uint16_t>{20, 25, 30, 35, 40, 70, 73, 73}));
+  EXPECT_EQ(status, (std::vector<std::uint16_t>{3, 3, 3, 3, 3, 0, 0, 0}));
+}
+
+TEST_F(SonarModelRange, SetLedsGoOutWithTheNextWriteOfTheirPage) {
+  const tsLEDCtrl leds{-1, 5, 1, 0, 0, 0, 0, 0};
+  EXPECT_EQ(SetLEDCtrl(&leds), 7U);
+  EXPECT_EQ(WriteCfg(), 1U);
+  ExpectTraffic({"set 90"});
+  EXPECT_EQ(Ranging().LEDFlags, 7);
+  const tsLEDCtrl off{};
+  EXPECT_EQ(SetLEDCtrl(&off), 0U);
+  const tsLEDCtrl red{0, 1, 0, 0, 0, 0, 0, 0};
+  EXPECT_EQ(SetLEDCtrl(&red), 1U);
+  const tsLEDCtrl green{0, 0, 1, 0, 0, 0, 0, 0};
+  EXPECT_EQ(SetLEDCtrl(&green), 4U);
+  const tsSonarParms ranging = Ranging();
+  EXPECT_EQ(SetSonarParms(&ranging), 1U);
+  EXPECT_EQ(WriteCfg(), 1U);
+  EXPECT_EQ(sonar->state.stored[0][0], 4);
 }
 
 }  // namespace

@@ -91,8 +91,10 @@ TEST_F(SonarSearch, OnlyTheUsbSearchLooksForSensors) {
     EXPECT_EQ(GetDevCnt(), 0);
   }
   EXPECT_FALSE(Called("walk keyboard"));
-  SetDevTypeSrch(0);
-  EXPECT_EQ(USBConnect(nullptr), 1U);
+  for (const std::int16_t link : {std::int16_t{0}, std::int16_t{-1}}) {
+    SetDevTypeSrch(link);
+    EXPECT_EQ(USBConnect(nullptr), 1U);
+  }
 }
 
 TEST_F(SonarSearch, ProductId104IsOursWhoeverTheVendor) {

@@ -1,4 +1,6 @@
 // The packing of the configuration blocks: a byte of the device seen as a field, a field sent as a byte.
+#include "reader/layout.h"
+
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -6,7 +8,6 @@
 #include <vector>
 
 #include "core/state.h"
-#include "reader/layout.h"
 #include "tests/support/bench.h"
 
 namespace tavlyn::test {

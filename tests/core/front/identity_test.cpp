@@ -1,12 +1,13 @@
 // Which device is which, and which one is active.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 
 #include "api.h"
 #include "core/state.h"
-#include "tests/support/bench.h"
+#include "tests/support/serial_reader.h"
 
 namespace tavlyn::test {
 namespace {
@@ -279,6 +280,39 @@ TEST_F(IdentityTest, AReaderTextHasAtMost24Characters) {
   reader->state.texts[sim::kSerialNumber] = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ";
   Connected(reader);
   EXPECT_STREQ(GetSerialNumber(), "0123456789ABCDEFGHIJKLMN");
+}
+
+TEST(HidGuid, IsThatOfKeyboards) {
+  constexpr std::array<std::uint8_t, 16> kExpected = {0xC3, 0x96, 0x4B, 0x88, 0xEF, 0x56, 0xD1, 0x11,
+                                                      0xBC, 0x8C, 0x00, 0xA0, 0xC9, 0x14, 0x05, 0xDD};
+  std::array<std::uint8_t, 17> guid{};
+  guid.fill('?');
+  EXPECT_EQ(GetHIDGuid(guid.data()), 1U);
+  EXPECT_TRUE(std::equal(kExpected.begin(), kExpected.end(), guid.begin()));
+  EXPECT_EQ(guid[16], '?');
+  EXPECT_EQ(GetHIDGuid(nullptr), 1U);
+}
+
+using SerialNames = SerialBench;
+
+TEST_F(SerialNames, AReaderAtCom3IsDevice3) {
+  AddReader(Reader::Plain());
+  Port().SetPortNum(3);
+  std::strcpy(Entry().DevName, "COM3:");
+  std::array<char, 511> name{};
+  EXPECT_EQ(GetDevName(name.data()), 3U);
+  EXPECT_STREQ(name.data(), "COM3:");
+  EXPECT_EQ(GetDevName(nullptr), 3U);
+  EXPECT_EQ(orv_GetDevName(name.data()), 3U);
+}
+
+TEST_F(SerialNames, TheTextsComeOverASerialLinkWithoutAnErrorWord) {
+  AddReader(Reader::Plain());
+  Entry().LastLibErr = 5;
+  EXPECT_STREQ(GetSerialNumber(), "0400123456");
+  reader->state.lacks.push_back({0x8C, 0x04});
+  EXPECT_STREQ(GetSerialNumber(), "");
+  EXPECT_EQ(GetLastLibErr(), 5U);
 }
 
 }  // namespace

@@ -17,7 +17,7 @@ using reader::TakeBlock;
 
 Characters First4(const RecordWords& words) { return {words[0], words[1], words[2], words[3]}; }
 
-Block Sent(const Characters& lead, const Characters& trail) {
+Block SentAs(const Characters& lead, const Characters& trail) {
   const auto slot = std::make_unique<tsCfgSlot>();
   std::copy(lead.begin(), lead.end(), slot->record[kIDDispParms2].begin());
   std::copy(trail.begin(), trail.end(), slot->record[kIDDispParms3].begin());
@@ -50,18 +50,18 @@ TEST(BlockCharacters, LeadCharactersHavePriorityOnSending) {
       {3, 3, {0, 0, 0, 0, 0x03, 'a', 'b', 'c'}},
   }};
   for (const CountRow& row : rows) {
-    EXPECT_EQ(row.sent, Sent({row.lead, 'a', 'b', 'c'}, {row.trail, 'x', 'y', 'z'}))
+    EXPECT_EQ(SentAs({row.lead, 'a', 'b', 'c'}, {row.trail, 'x', 'y', 'z'}), row.sent)
         << row.lead << " and " << row.trail;
   }
 }
 
 TEST(BlockCharacters, ALeadCountAbove3IsCutOnSending) {
-  EXPECT_EQ(Sent({9, 'a', 'b', 'c'}, {2, 'x', 'y', 'z'}), (Block{0, 0, 0, 0, 0x03, 'a', 'b', 'c'}));
-  EXPECT_EQ(Sent({0, 'a', 'b', 'c'}, {9, 'x', 'y', 'z'}), (Block{0, 0, 0, 0, 0x30, 'x', 'y', 'z'}));
+  EXPECT_EQ(SentAs({9, 'a', 'b', 'c'}, {2, 'x', 'y', 'z'}), (Block{0, 0, 0, 0, 0x03, 'a', 'b', 'c'}));
+  EXPECT_EQ(SentAs({0, 'a', 'b', 'c'}, {9, 'x', 'y', 'z'}), (Block{0, 0, 0, 0, 0x30, 'x', 'y', 'z'}));
 }
 
 TEST(BlockCharacters, CharactersSendTheirLowByte) {
-  EXPECT_EQ(Sent({1, 0x141, 0, 0}, {1, -1, 0, 0}), (Block{0, 0, 0, 0, 0x11, 0x41, 0xFF}));
+  EXPECT_EQ(SentAs({1, 0x141, 0, 0}, {1, -1, 0, 0}), (Block{0, 0, 0, 0, 0x11, 0x41, 0xFF}));
 }
 
 TEST(BlockCharacters, AllPlacesBehindTheLeadCountAreTrailCharactersOnReading) {

@@ -1,5 +1,6 @@
 // Single items of a reader's protected memory.
 #include "files/items.h"
+
 #include "tests/files/secure_bench.h"
 
 namespace tavlyn::test {

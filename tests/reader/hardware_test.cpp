@@ -1,10 +1,6 @@
-// A reader's hardware, the interface class, names of serial readers.
-#include <algorithm>
-#include <array>
+// A reader's hardware, and the baud code that a serial reader stores.
 #include <cstdlib>
-#include <cstring>
 #include <memory>
-#include <string>
 #include <vector>
 
 #include "api.h"
@@ -16,17 +12,6 @@ namespace tavlyn::test {
 namespace {
 
 using sim::Reader;
-
-TEST(HidGuid, IsThatOfKeyboards) {
-  constexpr std::array<std::uint8_t, 16> kExpected = {0xC3, 0x96, 0x4B, 0x88, 0xEF, 0x56, 0xD1, 0x11,
-                                                      0xBC, 0x8C, 0x00, 0xA0, 0xC9, 0x14, 0x05, 0xDD};
-  std::array<std::uint8_t, 17> guid{};
-  guid.fill('?');
-  EXPECT_EQ(GetHIDGuid(guid.data()), 1U);
-  EXPECT_TRUE(std::equal(kExpected.begin(), kExpected.end(), guid.begin()));
-  EXPECT_EQ(guid[16], '?');
-  EXPECT_EQ(GetHIDGuid(nullptr), 1U);
-}
 
 using Flags = std::vector<int>;
 
@@ -103,26 +88,43 @@ TEST_F(Hardware, ASilentOrShortSerialAnswerGivesNone) {
   EXPECT_EQ(GetLastLibErr(), 0U);
 }
 
-using SerialNames = SerialBench;
+using BaudCode = SerialBench;
 
-TEST_F(SerialNames, AReaderAtCom3IsDevice3) {
+TEST_F(BaudCode, IsReadWithoutAStatus) {
   AddReader(Reader::Plain());
-  Port().SetPortNum(3);
-  std::strcpy(Entry().DevName, "COM3:");
-  std::array<char, 511> name{};
-  EXPECT_EQ(GetDevName(name.data()), 3U);
-  EXPECT_STREQ(name.data(), "COM3:");
-  EXPECT_EQ(GetDevName(nullptr), 3U);
-  EXPECT_EQ(orv_GetDevName(name.data()), 3U);
+  EntryOfActDev().LastLibErr = 5;
+  EXPECT_EQ(ReadBaudRate(), 3U);
+  ExpectTraffic(FrameLines("0D 01 00 00", {"read 0D", "read 03"}));
+  line->faults.RefuseCommand({0x0D, 0x01}, 1);
+  EXPECT_EQ(ReadBaudRate(), 65535U);
+  ExpectTraffic(FrameLines("0D 01 00 00", {"read 6D", "read 00"}));
+  EXPECT_EQ(GetLastLibErr(), 5U);
 }
 
-TEST_F(SerialNames, TheTextsComeOverASerialLinkWithoutAnErrorWord) {
+TEST_F(BaudCode, IsWrittenOnceByItsLowByte) {
   AddReader(Reader::Plain());
-  Entry().LastLibErr = 5;
-  EXPECT_STREQ(GetSerialNumber(), "0400123456");
-  reader->state.lacks.push_back({0x8C, 0x04});
-  EXPECT_STREQ(GetSerialNumber(), "");
-  EXPECT_EQ(GetLastLibErr(), 5U);
+  EXPECT_EQ(WriteBaudRate(0x1205), 1U);
+  ExpectTraffic(FrameLines("0D 81 05 00", {"read 0D", "read 90 00"}));
+  EXPECT_EQ(reader->state.baudCode, 5);
+  line->faults.RefuseCommand({0x0D, 0x81}, 1);
+  EXPECT_EQ(WriteBaudRate(6), 0U);
+  ExpectTraffic(FrameLines("0D 81 06 00", {"read 6D", "read 00"}));
+}
+
+TEST_F(BaudCode, OnlyASerialLinkHasOne) {
+  AddReader(Reader::Plain());
+  EntryOfActDev().LinkKind = kByReports;
+  EXPECT_EQ(ReadBaudRate(), 65535U);
+  EXPECT_EQ(WriteBaudRate(5), 0U);
+  EntryOfActDev().LinkKind = kBySerialPort;
+  ExpectTraffic({});
+}
+
+TEST_F(BaudCode, TheKindOfProductIsNotTested) {
+  AddReader(Reader::Plain());
+  EntryOfActDev().ProductKind = kMagstripe;
+  EXPECT_EQ(ReadBaudRate(), 3U);
+  EXPECT_EQ(WriteBaudRate(4), 1U);
 }
 
 }  // namespace

@@ -267,14 +267,6 @@ TEST_F(SonarModelAmongOthers, EachProductIsFoundByItsOwnSearch) {
   EXPECT_EQ(GetDevCnt(), 1);
 }
 
-TEST_F(SonarModelAmongOthers, AnyVendorsProduct0104IsOurs) {
-  sonar->identity.vid = 0x1234;
-  sonar->identity.pid = 0x0104;
-  Plug(sonar);
-  EXPECT_EQ(Connect(4), 1U);
-  EXPECT_EQ(GetProduct(), 4U);
-}
-
 TEST_F(SonarModelAmongOthers, OtherIdentitiesAreNot) {
   sonar->identity.pid = 0x2BFB;
   Plug(sonar);
@@ -282,18 +274,6 @@ TEST_F(SonarModelAmongOthers, OtherIdentitiesAreNot) {
   EXPECT_EQ(Connect(4), 0U);
   EXPECT_EQ(GetDevCnt(), 0);
   EXPECT_EQ(GetProduct(), 0U);
-}
-
-TEST_F(SonarModelAmongOthers, OnlyTheHidStageFindsOne) {
-  Plug(sonar);
-  SetConnectProduct(4);
-  for (const std::int16_t link : {std::int16_t{1}, std::int16_t{2}}) {
-    SetDevTypeSrch(link);
-    EXPECT_EQ(USBConnect(nullptr), 0U);
-    EXPECT_EQ(GetDevCnt(), 0);
-  }
-  SetDevTypeSrch(-1);
-  EXPECT_EQ(USBConnect(nullptr), 1U);
 }
 
 }  // namespace

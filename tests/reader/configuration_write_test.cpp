@@ -44,6 +44,13 @@ Lines Commit(unsigned mask) {
   return {mask == 0 ? "set 90" : "set 90 " + sim::HexText({static_cast<std::uint8_t>(mask)})};
 }
 
+using EightWords = std::array<std::int16_t, 8>;
+
+template <typename Record>
+std::uint32_t Call(std::uint32_t (*set)(const Record*), const EightWords& words) {
+  return set(reinterpret_cast<const Record*>(words.data()));
+}
+
 class CfgWrite : public BesideReader {
  protected:
   void Use(std::shared_ptr<Reader> model) { reader = Connected(std::move(model)); }
@@ -108,20 +115,19 @@ TEST_F(CfgWrite, EachSetMarksItsBlocks) {
   Use(Reader::Plain());
   std::array<std::uint8_t, 128> area{12};
   // Within the limits of every record.
-  const std::array<std::int16_t, 8> words = {0, 0, 1, 0, 0, 0, 0, 0};
+  const EightWords words = {0, 0, 1, 0, 0, 0, 0, 0};
   const tsIDBitCnts counts{0, 0, 1, 26, 0, 0, 0, 0};
-  const auto as = [&words](const auto* record) { return reinterpret_cast<decltype(record)>(words.data()); };
   const std::vector<std::pair<int, std::function<std::uint32_t()>>> rows = {
-      {0x01, [&] { return SetFlags(as(static_cast<const tsCfgFlags*>(nullptr))); }},
-      {0x04, [&] { return SetFlags2(as(static_cast<const tsCfgFlags2*>(nullptr))); }},
-      {0x02, [&] { return SetFlags3(as(static_cast<const tsCfgFlags3*>(nullptr))); }},
+      {0x01, [&] { return Call(SetFlags, words); }},
+      {0x04, [&] { return Call(SetFlags2, words); }},
+      {0x02, [&] { return Call(SetFlags3, words); }},
       {0x01, [&] { return SetIDBitCnts(&counts); }},
-      {0x09, [&] { return SetIDDispParms(as(static_cast<const tsIDDispParms*>(nullptr))); }},
-      {0x04, [&] { return SetIDDispParms2(as(static_cast<const tsIDDispParms2*>(nullptr))); }},
-      {0x04, [&] { return SetIDDispParms3(as(static_cast<const tsIDDispParms3*>(nullptr))); }},
-      {0x02, [&] { return SetTimeParms(as(static_cast<const tsTimeParms*>(nullptr))); }},
-      {0x04, [&] { return SetLEDCtrl(as(static_cast<const tsLEDCtrl*>(nullptr))); }},
-      {0x04, [&] { return SetBprRlyCtrl(as(static_cast<const tsBprRlyCtrl*>(nullptr))); }},
+      {0x09, [&] { return Call(SetIDDispParms, words); }},
+      {0x04, [&] { return Call(SetIDDispParms2, words); }},
+      {0x04, [&] { return Call(SetIDDispParms3, words); }},
+      {0x02, [&] { return Call(SetTimeParms, words); }},
+      {0x04, [&] { return Call(SetLEDCtrl, words); }},
+      {0x04, [&] { return Call(SetBprRlyCtrl, words); }},
       {0x20, [&] { return SetSepFldData(area.data(), 128); }},
       {0x08, [] { return SetAZERTYShiftLock(1); }},
       {0x08, [] { return SetExtendedPrecisionMath(1); }},
