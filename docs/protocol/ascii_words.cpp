@@ -11,7 +11,7 @@ namespace {
 
 using namespace field;
 
-// A text with its line ends as they are written in C.
+// A text with its line ends written as in C.
 std::string Printable(std::string_view text) {
   std::string printable;
   for (const char character : text) printable += character == '\r' ? "\\r" : std::string(1, character);

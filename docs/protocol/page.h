@@ -1,4 +1,4 @@
-// The tables of docs/protocol.md, each made from the library's own. They stand in the page between two lines:
+// The tables of docs/protocol.md, each made from the library's own. In the page they are between two lines:
 //
 //   <!-- table NAME -->
 //   <!-- end -->
@@ -13,7 +13,7 @@ namespace tavlyn::page {
 
 using Row = std::vector<std::string>;
 
-// Lines of Markdown; a code of none is an empty cell.
+// Lines of Markdown; an empty code makes an empty cell.
 std::string Table(const Row& heads, const std::vector<Row>& rows);
 std::string Code(const std::string& text);
 std::string Hex(unsigned byte);

@@ -1,4 +1,4 @@
-// Holds the tables of docs/protocol.md against the library's own, or renews them:
+// Compares the tables of docs/protocol.md with the library's own, or renews them:
 //
 //   protocol_page PAGE
 //   protocol_page --renew PAGE
@@ -44,7 +44,7 @@ std::optional<std::string> TableNamed(std::string_view name) {
   return std::nullopt;
 }
 
-// The page with all its tables made anew; none when it names a table that there is not.
+// The page with all its tables made again; none if it names a table that does not exist.
 std::optional<std::string> Renewed(const std::string& page) {
   std::istringstream lines(page);
   std::ostringstream renewed;
