@@ -15,7 +15,6 @@ namespace {
 using sim::Reader;
 
 constexpr std::uint32_t kNone = 0xFFFFFFFF;
-constexpr std::int16_t kIndexes[] = {-32768, -1, 0, 1, 2, 126, 127, 128, 32767};
 
 class IdentityTest : public Bench {
  protected:
