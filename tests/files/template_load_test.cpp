@@ -74,6 +74,11 @@ TEST_F(TemplateRead, CaseOfKeywordsDoesNotMatter) {
   EXPECT_EQ(Slot().AZERTYShiftlock, 1);
 }
 
+TEST_F(TemplateRead, AnOptionIsASignedWord) {
+  EXPECT_EQ(LoadLines("AZERTYShiftlock = 65535\n"), 1U);
+  EXPECT_EQ(Slot().AZERTYShiftlock, -1);
+}
+
 TEST_F(TemplateRead, SeparatorsOfAnEntry) {
   ExpectBitStrmTO(8, "iBitStrmTO,8\n");
   ExpectBitStrmTO(8, "iBitStrmTO=8\n");

@@ -201,6 +201,12 @@ TEST_F(TextFramesTest, AnUnknownPairIsRefused) {
   ExpectRefused(7, Reply(7, 0x1234, 0x0104));
 }
 
+// Adapters carry reports of card readers alone.
+TEST_F(TextFramesTest, APairOfAnotherFamilyIsRefused) {
+  ExpectRefused(7, Reply(7, 0x7A31, 0x1000));
+  ExpectRefused(7, Reply(7, 0x18C8, 0x2BFA));
+}
+
 TEST_F(TextFramesTest, APairOfTheTableIsTaken) {
   ParseVidPidLine(R"(VID="1234" PID="5678" VENDORNAME="first")");
   ParseVidPidLine(R"(VID="9ABC" PID="DEF0" VENDORNAME="second")");

@@ -318,6 +318,17 @@ TEST_F(ComConnectTest, DisconnectEndsTheTunnelFirst) {
   EXPECT_FALSE(LinkIsOpen());
 }
 
+TEST_F(ComConnectTest, DisconnectOfAProductWithoutATunnelLeavesTheLinkOpen) {
+  shared.DevCnt = 1;
+  DevTable[0].ProductKind = kMagstripe;
+  shared.link.TunnelLink = 1;
+  shared.link.LinkSocket = 7;
+  EXPECT_EQ(ComDisconnect(), 0U) << "without an object";
+  EXPECT_EQ(shared.link.TunnelLink, 1);
+  EXPECT_TRUE(LinkIsOpen());
+  shared.link = {};
+}
+
 // One fault at each byte of a whole connect in turn.
 class ComConnectFaults : public ComConnectTest, public ::testing::WithParamInterface<sim::Fault> {};
 
