@@ -1,6 +1,6 @@
 // The BLE radio beside the card radio.
 #include "api.h"
-#include "tests/support/cfg_marks.h"
+#include "tests/support/dirty.h"
 #include "tests/support/serial_reader.h"
 
 namespace tavlyn::test {

@@ -1,6 +1,6 @@
 // Modules of a reader.
 #include "api.h"
-#include "tests/support/cfg_marks.h"
+#include "tests/support/dirty.h"
 #include "tests/support/serial_reader.h"
 
 namespace tavlyn::test {

@@ -4,7 +4,7 @@
 #include "api.h"
 #include "reader/configuration.h"
 #include "tests/support/beside.h"
-#include "tests/support/cfg_marks.h"
+#include "tests/support/dirty.h"
 
 namespace tavlyn::test {
 namespace {
@@ -29,7 +29,7 @@ TEST_F(CardPriority, IsSetOnTheHostAlone) {
   EXPECT_EQ(GetCardType(), 0xFFFF);
   EXPECT_EQ(GetCardPriority(), 0);
   EXPECT_EQ(Entry().CfgSlot[1].CardType, 0xF004) << "of the active configuration alone";
-  EXPECT_EQ(MarksOf(Entry(), Entry().CfgSlot[0]), 0U);
+  EXPECT_EQ(DirtyOf(Entry(), Entry().CfgSlot[0]), 0U);
   ExpectTraffic({});
 }
 

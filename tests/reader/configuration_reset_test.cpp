@@ -4,7 +4,7 @@
 
 #include "api.h"
 #include "tests/support/beside.h"
-#include "tests/support/cfg_marks.h"
+#include "tests/support/dirty.h"
 
 namespace tavlyn::test {
 namespace {
@@ -25,7 +25,7 @@ class FactoryReset : public BesideReader {
       configuration.working.blocks[0][4] = configuration.stored.blocks[0][4] = 77;
     }
     EXPECT_EQ(ReadCfg(), 1U);
-    SetMarks(Entry(), kAllMarks);
+    SetDirty(Entry(), kAllDirty);
     ForgetTraffic();
   }
   static tsCfgSlot& Slot(std::size_t number = 0) { return Entry().CfgSlot[number]; }
@@ -72,7 +72,7 @@ TEST_F(FactoryReset, IsReadBackAsAReadWouldBe) {
 TEST_F(FactoryReset, LeavesTheSlotClean) {
   Use(Reader::Plain());
   EXPECT_EQ(ResetFactoryDflts(), 1U);
-  EXPECT_EQ(MarksOf(Entry(), Slot()), unsigned{kMarkDisp}) << "which a read does not clear";
+  EXPECT_EQ(DirtyOf(Entry(), Slot()), unsigned{kDirtyDisp}) << "which a read does not clear";
 }
 
 TEST_F(FactoryReset, TheTraceOfASuccess) {
@@ -91,7 +91,7 @@ TEST_F(FactoryReset, ARefusedCommand) {
   EXPECT_EQ(GetLastLibErr(), 0x80202U);
   ExpectTraffic(Refused("A0"));
   ExpectTrace({kEnter, kResetCode, kResetFailed, kExit});
-  EXPECT_EQ(MarksOf(Entry(), Slot()), kAllMarks);
+  EXPECT_EQ(DirtyOf(Entry(), Slot()), kAllDirty);
   EXPECT_EQ(Slot()[field::IDBitCnts_iTotalBitCnt], 77);
 }
 

@@ -194,16 +194,16 @@ TEST_F(AsciiConfigWrite, TheFixedLengthFlagFollowsTheDigits) {
   EXPECT_EQ(Field(CfgFlags_bFixLenDsp), 0);
 }
 
-TEST_F(AsciiConfigWrite, NoDirtyMarkIsTestedOrCleared) {
-  for (const std::uint32_t mark : {0U, 1U}) {
-    Slot().bDirtyFmt = Slot().bDirtyDisp = Slot().bDirtySep = Slot().bDirtyTime = Slot().bDirtyExt = mark;
-    Entry().bLUIDDirty = mark;
+TEST_F(AsciiConfigWrite, NoDirtyFlagIsTestedOrCleared) {
+  for (const std::uint32_t dirty : {0U, 1U}) {
+    Slot().bDirtyFmt = Slot().bDirtyDisp = Slot().bDirtySep = Slot().bDirtyTime = Slot().bDirtyExt = dirty;
+    Entry().bLUIDDirty = dirty;
     ascii.received.clear();
     EXPECT_EQ(WriteCfg(), 1U);
     EXPECT_NE(ascii.received.find("rfid:chr.count.trail=0"), std::string::npos);
     EXPECT_EQ(Slot().bDirtyFmt & Slot().bDirtyDisp & Slot().bDirtySep & Slot().bDirtyTime & Slot().bDirtyExt,
-              mark);
-    EXPECT_EQ(Entry().bLUIDDirty, mark);
+              dirty);
+    EXPECT_EQ(Entry().bLUIDDirty, dirty);
   }
 }
 

@@ -5,7 +5,7 @@
 
 #include "api.h"
 #include "tests/support/beside.h"
-#include "tests/support/cfg_marks.h"
+#include "tests/support/dirty.h"
 
 namespace tavlyn::test {
 namespace {
@@ -34,38 +34,25 @@ class CfgWriteFa : public BesideLine {
   static tsCfgSlot& Slot(std::size_t number = 0) { return Entry().CfgSlot[number]; }
 };
 
-struct FramePart {
-  unsigned mark;
-  Lines lines;
+const std::vector<DirtyPart> kFrameParts = {
+    {kDirtyLuid, Sent("06 00 00 02", "01 00")},
+    {kDirtyFmt, Sent("81 00 00 08", "03 05 11 10 1A 3A 28 1C")},
+    {kDirtyTime, Sent("81 01 00 08", "00 19 14 28 01 01 40 20")},
+    {kDirtyDisp, Sent("81 02 00 08", "01 10 00 00 00 00 00 00")},
+    {kDirtyExt, Sent("81 03 00 08", "00 00 00 00 00 00 00 00")},
 };
 
-const std::vector<FramePart> kFrameParts = {
-    {kMarkLuid, Sent("06 00 00 02", "01 00")},
-    {kMarkFmt, Sent("81 00 00 08", "03 05 11 10 1A 3A 28 1C")},
-    {kMarkTime, Sent("81 01 00 08", "00 19 14 28 01 01 40 20")},
-    {kMarkDisp, Sent("81 02 00 08", "01 10 00 00 00 00 00 00")},
-    {kMarkExt, Sent("81 03 00 08", "00 00 00 00 00 00 00 00")},
-};
-
-TEST_F(CfgWriteFa, EveryCombinationOfMarksSendsItsBlocksAndNamesThem) {
+TEST_F(CfgWriteFa, EveryCombinationOfDirtyPartsSendsItsBlocksAndNamesThem) {
   Use(Reader::Plain());
-  for (unsigned chosen = 0; chosen < 1U << kFrameParts.size(); ++chosen) {
-    unsigned mask = 0;
-    Lines expected;
-    for (std::size_t i = 0; i < kFrameParts.size(); ++i) {
-      if ((chosen >> i & 1) == 0) continue;
-      mask |= kFrameParts[i].mark;
-      expected = Join({expected, kFrameParts[i].lines});
-    }
-    SCOPED_TRACE(mask);
-    SetMarks(Entry(), mask);
+  ForEachCombination(kFrameParts, [this](unsigned mask, const Lines& expected) {
+    SetDirty(Entry(), mask);
     EXPECT_EQ(WriteCfg(), 1U);
     const std::string commit = "02 " + sim::HexText({static_cast<std::uint8_t>(mask)}) + " 00 00";
     // The card type goes to a plain reader too.
     ExpectTraffic(Join({expected, CardType("00 00 00"), Told(commit), Store(20)}));
-    EXPECT_EQ(MarksOf(Entry(), Slot()), 0U);
+    EXPECT_EQ(DirtyOf(Entry(), Slot()), 0U);
     EXPECT_EQ(GetLastLibErr(), 0U);
-  }
+  });
 }
 
 TEST_F(CfgWriteFa, AReaderOfTwoConfigurations) {
@@ -122,24 +109,24 @@ TEST_F(CfgWriteFa, AFaultAtEachFrame) {
       } else {
         line->faults.RefuseReply(row.frame, 2);
       }
-      SetMarks(Entry(), kAllMarks);
+      SetDirty(Entry(), kAllDirty);
       Entry().bSepFldCapable = Entry().bPartNumberPending = 1;
       const int commits = reader->state.counters.commits;
       EXPECT_EQ(WriteCfg(), row.result);
       EXPECT_EQ(GetLastLibErr(), 0U);
-      EXPECT_EQ(MarksOf(Entry(), Slot()), row.result == 0 ? kAllMarks : 0U);
+      EXPECT_EQ(DirtyOf(Entry(), Slot()), row.result == 0 ? kAllDirty : 0U);
       EXPECT_EQ(Entry().bSepFldCapable, std::string(row.what) == "area" ? 0U : 1U);
       EXPECT_EQ(Entry().bPartNumberPending, 1U);
       EXPECT_EQ(reader->state.counters.commits, commits + static_cast<int>(row.result));
       if (row.result == 1) {
-        EXPECT_EQ(reader->state.counters.lastCommitMask, kAllMarks);
+        EXPECT_EQ(reader->state.counters.lastCommitMask, kAllDirty);
         ExpectTrace({"WriteCfg ENTER", "WriteCfg Success !!", "WriteCfg EXIT"});
       } else {
         ExpectTrace({"WriteCfg ENTER", "WriteCfg EXIT"});
       }
       line->faults.Restart();
       line->Silence();
-      SetMarks(Entry(), kAllMarks);
+      SetDirty(Entry(), kAllDirty);
       EXPECT_EQ(WriteCfg(), 1U) << "the same again works";
       ExpectTrace({"WriteCfg ENTER", "WriteCfg Success !!", "WriteCfg EXIT"});
     }
@@ -148,7 +135,7 @@ TEST_F(CfgWriteFa, AFaultAtEachFrame) {
 
 TEST_F(CfgWriteFa, AFailedFrameEndsTheWrite) {
   Use(Reader::Plain());
-  SetMarks(Entry(), kAllMarks);
+  SetDirty(Entry(), kAllDirty);
   line->faults.RefuseCommand({0x81, 0x01}, 1);
   EXPECT_EQ(WriteCfg(), 0U);
   ExpectTraffic(Join({kFrameParts[0].lines, kFrameParts[1].lines,
@@ -179,13 +166,13 @@ TEST_F(CfgWriteFa, AClosedPortFailsAtTheFirstFrame) {
   Use(Reader::Plain());
   Port().Close();
   ForgetTraffic();
-  SetMarks(Entry(), kMarkFmt);
+  SetDirty(Entry(), kDirtyFmt);
   EXPECT_EQ(WriteCfg(), 0U);
   EXPECT_EQ(Slept(), 1200U);
-  EXPECT_EQ(MarksOf(Entry(), Slot()), kMarkFmt);
+  EXPECT_EQ(DirtyOf(Entry(), Slot()), kDirtyFmt);
 }
 
-TEST_F(CfgWriteFa, AnExcessMarksBlock3) {
+TEST_F(CfgWriteFa, AnExcessMakesBlock3Dirty) {
   Use(Reader::Plus(1), kPlusReader);
   const tsIDBitCnts counts{20, 16, 16, 26, 0, 0, 0, 0};
   EXPECT_EQ(SetIDBitCnts(&counts), 1U);

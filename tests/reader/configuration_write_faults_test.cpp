@@ -6,7 +6,7 @@
 
 #include "api.h"
 #include "tests/support/beside.h"
-#include "tests/support/cfg_marks.h"
+#include "tests/support/dirty.h"
 
 namespace tavlyn::test {
 namespace {
@@ -133,8 +133,8 @@ TEST_F(CfgWriteFaults, PowerLostAtEachExchangeLeavesEachConfigurationOldOrNew) {
     Begin();
     reader->faults.VanishAt(exchange);
     EXPECT_EQ(WriteCfg(), exchange > commits.back() ? 1U : 0U);
-    EXPECT_EQ(MarksOf(Entry(), Slot(1)) & 0x7FU, exchange > commits[0] ? 0U : unsigned{kAllMarks & 0x7F});
-    EXPECT_EQ(MarksOf(Entry(), Slot(0)) & 0x7FU, exchange > commits[1] ? 0U : unsigned{kAllMarks & 0x7F});
+    EXPECT_EQ(DirtyOf(Entry(), Slot(1)) & 0x7FU, exchange > commits[0] ? 0U : unsigned{kAllDirty & 0x7F});
+    EXPECT_EQ(DirtyOf(Entry(), Slot(0)) & 0x7FU, exchange > commits[1] ? 0U : unsigned{kAllDirty & 0x7F});
     EXPECT_EQ(Entry().bLUIDDirty, exchange > commits[0] ? 0U : 1U);
     reader->PowerCycle();
     ExpectSame(Kept(1), exchange > commits[0] ? New(1) : Old(1), "the higher");
@@ -209,7 +209,7 @@ TEST_F(CfgWriteFaults, ARepeatedWriteMendsWhatAnyFaultLeft) {
     reader->PowerCycle();
     for (const std::size_t number : {std::size_t{0}, std::size_t{1}}) {
       EXPECT_EQ(Kept(number), New(number));
-      EXPECT_EQ(MarksOf(Entry(), Slot(number)), 0U);
+      EXPECT_EQ(DirtyOf(Entry(), Slot(number)), 0U);
     }
     EXPECT_EQ(reader->state.storedLuid, kNewLuid);
   }
@@ -231,7 +231,7 @@ TEST_F(CfgWriteFaults, AReportThatFailsForGoodAtEachPlace) {
     EXPECT_EQ(WriteCfg(), inArea ? 1U : 0U);
     // A reader that misses data takes the next report for it, which can be the store query after a failure.
     EXPECT_EQ(GetLastLibErr(), 0U);
-    EXPECT_EQ(MarksOf(Entry(), Slot(0)), inArea ? 0U : unsigned{kAllMarks});
+    EXPECT_EQ(DirtyOf(Entry(), Slot(0)), inArea ? 0U : unsigned{kAllDirty});
     EXPECT_EQ(Entry().bSepFldCapable, inArea ? 0U : 1U);
     EXPECT_EQ(Entry().bPartNumberPending, inArea && report % 2 == 0 ? 0U : 1U);
     Lines trace = {"tavlyn_write_cfg ERROR CODE: 0", "tavlyn_write_cfg Failed !!"};

@@ -6,7 +6,7 @@
 
 #include "api.h"
 #include "tests/support/beside.h"
-#include "tests/support/cfg_marks.h"
+#include "tests/support/dirty.h"
 
 namespace tavlyn::test {
 namespace {
@@ -75,7 +75,7 @@ TEST_F(CfgWriteSep, TheFirstBytesSayHowManyPagesGo) {
                                {0xFF, 4, 4}}) {
     SCOPED_TRACE(std::to_string(row.first) + ' ' + std::to_string(row.fourth));
     FillArea(Slot(), row.first, row.fourth);
-    SetMarks(Entry(), kMarkSep);
+    SetDirty(Entry(), kDirtySep);
     EXPECT_EQ(WriteCfg(), 1U);
     ExpectTraffic(Join({Pages(Slot(), row.pages), {"set 90 20"}, FastStore()}));
     EXPECT_EQ(Entry().bSepFldCapable, 1U);
@@ -87,19 +87,19 @@ TEST_F(CfgWriteSep, ALengthBeyondTheAreaFailsBehindTheBlocks) {
   StartTrace();
   FillArea(Slot(), 5, 17);
   Slot()[field::IDBitCnts_iTotalBitCnt] = 99;
-  SetMarks(Entry(), kMarkFmt | kMarkExt | kMarkSep);
+  SetDirty(Entry(), kDirtyFmt | kDirtyExt | kDirtySep);
   EXPECT_EQ(WriteCfg(), 0U);
   ExpectTraffic(Join({{"set 80", "set 03 05 11 10 63 3A 28 1C", "set 83", "set 00"}, FastStore()}));
   ExpectTrace({"WriteCfg ENTER", "WriteCfg EXIT"});
   EXPECT_EQ(GetLastLibErr(), 0U);
-  EXPECT_EQ(MarksOf(Entry(), Slot()), unsigned{kMarkFmt | kMarkExt | kMarkSep});
+  EXPECT_EQ(DirtyOf(Entry(), Slot()), unsigned{kDirtyFmt | kDirtyExt | kDirtySep});
   EXPECT_EQ(reader->state.Working().blocks[0][4], 99);
   EXPECT_EQ(reader->state.Active().stored.blocks[0][4], 26) << "nothing is committed";
   reader->PowerCycle();
   EXPECT_EQ(reader->state.Working().blocks[0][4], 26);
 }
 
-TEST_F(CfgWriteSep, ALengthBeyondTheAreaFailsUnmarkedToo) {
+TEST_F(CfgWriteSep, ALengthBeyondTheAreaFailsWhenCleanToo) {
   for (const std::uint8_t fourth : {std::uint8_t{17}, std::uint8_t{18}, std::uint8_t{255}}) {
     FillArea(Slot(), 5, fourth);
     EXPECT_EQ(WriteCfg(), 0U) << int{fourth};
@@ -112,7 +112,7 @@ TEST_F(CfgWriteSep, AnIncapableReaderIsSentAllThatIsAnnounced) {
     SCOPED_TRACE(pages);
     FillArea(Slot(), 5, static_cast<std::uint8_t>(pages));
     Entry().bSepFldCapable = 0;
-    SetMarks(Entry(), kMarkSep);
+    SetDirty(Entry(), kDirtySep);
     EXPECT_EQ(WriteCfg(), 1U);
     ExpectTraffic(Join({Pages(Slot(), pages), {"set 90 20"}, FastStore()}));
     EXPECT_EQ(Entry().bSepFldCapable, 0U) << "does not rise again";
@@ -121,7 +121,7 @@ TEST_F(CfgWriteSep, AnIncapableReaderIsSentAllThatIsAnnounced) {
 
 TEST_F(CfgWriteSep, AFailedCommandLeavesTheRestAndTheCommit) {
   FillArea(Slot(), 5, 3);
-  SetMarks(Entry(), kMarkSep);
+  SetDirty(Entry(), kDirtySep);
   StartTrace();
   reader->faults.RefuseCommand({0x85, 1}, 6);
   EXPECT_EQ(WriteCfg(), 1U);
@@ -138,7 +138,7 @@ TEST_F(CfgWriteSep, AFailedCommandLeavesTheRestAndTheCommit) {
 
 TEST_F(CfgWriteSep, AFailedDataReportAlsoEndsTheAskingForTheModel) {
   FillArea(Slot(), 5, 3);
-  SetMarks(Entry(), kMarkSep);
+  SetDirty(Entry(), kDirtySep);
   StartTrace();
   reader->faults.Restart();
   reader->faults.RefuseAt(2, 6);
@@ -187,7 +187,7 @@ TEST_F(CfgWriteSepFa, TheFourthByteIsTheLength) {
   Use(0x20);
   for (const std::uint8_t pages : {std::uint8_t{1}, std::uint8_t{3}, std::uint8_t{16}}) {
     FillArea(Slot(), 5, pages);
-    SetMarks(Entry(), kMarkSep);
+    SetDirty(Entry(), kDirtySep);
     EXPECT_EQ(WriteCfg(), 1U);
     const std::size_t length = std::size_t{pages} * 8;
     EXPECT_EQ(Frames(),
@@ -204,7 +204,7 @@ TEST_F(CfgWriteSepFa, TheShortFormIsAHeaderAlone) {
     Use(features);
     FillArea(Slot(), 12, 12);
     Slot().HashKeyData = {};
-    SetMarks(Entry(), kMarkSep);
+    SetDirty(Entry(), kDirtySep);
     EXPECT_EQ(WriteCfg(), 1U);
     EXPECT_EQ(Frames(), (Lines{features == 0x20 ? "write 0A 00 00 00" : "write 8A 00 00 00"}));
     EXPECT_EQ(Entry().bSepFldCapable, 1U);
@@ -215,7 +215,7 @@ TEST_F(CfgWriteSepFa, TheShortFormIsAHeaderAlone) {
 TEST_F(CfgWriteSepFa, AnEmptyAreaIsAHeaderAlone) {
   Use(0x20);
   FillArea(Slot(), 5, 0);
-  SetMarks(Entry(), kMarkSep);
+  SetDirty(Entry(), kDirtySep);
   EXPECT_EQ(WriteCfg(), 1U);
   EXPECT_EQ(Frames(), (Lines{"write 0A 00 00 00"}));
 }
@@ -224,7 +224,7 @@ TEST_F(CfgWriteSepFa, AnExtendedReaderHasItsOwnInstruction) {
   Use(0x60);
   FillArea(Slot(), 5, 3);
   Slot().HashKeyData = {};
-  SetMarks(Entry(), kMarkSep);
+  SetDirty(Entry(), kDirtySep);
   EXPECT_EQ(WriteCfg(), 1U);
   EXPECT_EQ(Frames(), (Lines{"write 8A 00 00 18", Data(24)}));
 }
@@ -233,7 +233,7 @@ TEST_F(CfgWriteSepFa, AnUnreadSlotHasNoFeatures) {
   Use(0x60);
   FillArea(Slot(), 5, 2);
   Slot().bCfgLoaded = 0;
-  SetMarks(Entry(), kMarkSep);
+  SetDirty(Entry(), kDirtySep);
   StartTrace();
   line->faults.AnswerWith({0x0A}, {0x0A, 0x90, 0x00});
   EXPECT_EQ(WriteCfg(), 1U);
@@ -246,7 +246,7 @@ TEST_F(CfgWriteSepFa, AnUnreadSlotHasNoFeatures) {
 TEST_F(CfgWriteSepFa, ALengthBeyondTheAreaFails) {
   Use(0x20);
   FillArea(Slot(), 5, 17);
-  SetMarks(Entry(), kMarkFmt | kMarkSep);
+  SetDirty(Entry(), kDirtyFmt | kDirtySep);
   EXPECT_EQ(WriteCfg(), 0U);
   EXPECT_EQ(Frames(), Lines{});
   EXPECT_EQ(reader->state.counters.commits, 0);
@@ -258,7 +258,7 @@ TEST_F(CfgWriteSepFa, OneFrameCarries255BytesAtMost) {
     SCOPED_TRACE(pages);
     FillArea(Slot(), 5, static_cast<std::uint8_t>(pages));
     Entry().bSepFldCapable = 0;
-    SetMarks(Entry(), kMarkSep);
+    SetDirty(Entry(), kDirtySep);
     EXPECT_EQ(WriteCfg(), 1U);
     const std::size_t length = std::min<std::size_t>(255, pages * 8);
     EXPECT_EQ(Frames(),
@@ -269,7 +269,7 @@ TEST_F(CfgWriteSepFa, OneFrameCarries255BytesAtMost) {
 TEST_F(CfgWriteSepFa, ARefusedAreaLeavesTheCommit) {
   Use(0x20);
   FillArea(Slot(), 5, 3);
-  SetMarks(Entry(), kMarkSep);
+  SetDirty(Entry(), kDirtySep);
   line->faults.RefuseCommand({0x0A}, 1);
   EXPECT_EQ(WriteCfg(), 1U);
   EXPECT_EQ(Frames(), (Lines{"write 0A 00 00 18"})) << "once";

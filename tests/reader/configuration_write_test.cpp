@@ -1,4 +1,4 @@
-// Writing the stored configuration over feature reports: marks, blocks, commit and the wait after it.
+// Writing the stored configuration over feature reports: dirty, blocks, commit and the wait after it.
 #include <algorithm>
 #include <array>
 #include <functional>
@@ -8,7 +8,7 @@
 #include "api.h"
 #include "reader/product.h"
 #include "tests/support/beside.h"
-#include "tests/support/cfg_marks.h"
+#include "tests/support/dirty.h"
 
 namespace tavlyn::test {
 namespace {
@@ -25,19 +25,14 @@ Lines SepPages() {
   return lines;
 }
 
-struct ReportPart {
-  Mark mark;
-  Lines lines;
-};
-
 // A factory-fresh plain reader, in the order in which the parts are sent.
-const std::vector<ReportPart> kReportParts = {
-    {kMarkLuid, {"set 8A", "set 00 01"}},
-    {kMarkFmt, {"set 80", "set 03 05 11 10 1A 3A 28 1C"}},
-    {kMarkTime, {"set 81", "set 00 19 14 28 01 01 40 20"}},
-    {kMarkDisp, {"set 82", "set 01 10"}},
-    {kMarkExt, {"set 83", "set 00"}},
-    {kMarkSep, SepPages()},
+const std::vector<DirtyPart> kReportParts = {
+    {kDirtyLuid, {"set 8A", "set 00 01"}},
+    {kDirtyFmt, {"set 80", "set 03 05 11 10 1A 3A 28 1C"}},
+    {kDirtyTime, {"set 81", "set 00 19 14 28 01 01 40 20"}},
+    {kDirtyDisp, {"set 82", "set 01 10"}},
+    {kDirtyExt, {"set 83", "set 00"}},
+    {kDirtySep, SepPages()},
 };
 
 Lines Commit(unsigned mask) {
@@ -68,24 +63,16 @@ class CfgWrite : public BesideReader {
   std::shared_ptr<Reader> reader;
 };
 
-TEST_F(CfgWrite, EveryCombinationOfMarksSendsItsBlocksAndNamesThem) {
+TEST_F(CfgWrite, EveryCombinationOfDirtyPartsSendsItsBlocksAndNamesThem) {
   Use(Reader::Plain());
-  for (unsigned chosen = 0; chosen < 1U << kReportParts.size(); ++chosen) {
-    unsigned mask = 0;
-    Lines expected;
-    for (std::size_t i = 0; i < kReportParts.size(); ++i) {
-      if ((chosen >> i & 1) == 0) continue;
-      mask |= kReportParts[i].mark;
-      expected = Join({expected, kReportParts[i].lines});
-    }
-    SCOPED_TRACE(mask);
-    SetMarks(Entry(), mask);
+  ForEachCombination(kReportParts, [this](unsigned mask, const Lines& expected) {
+    SetDirty(Entry(), mask);
     Entry().LastLibErr = 5;
     EXPECT_EQ(WriteCfg(), 1U);
     ExpectTraffic(Join({expected, Commit(mask), FastStore()}));
-    EXPECT_EQ(MarksOf(Entry(), Slot()), 0U);
+    EXPECT_EQ(DirtyOf(Entry(), Slot()), 0U);
     EXPECT_EQ(GetLastLibErr(), 0U);
-  }
+  });
   EXPECT_EQ(reader->state.counters.commits, 64);
 }
 
@@ -96,7 +83,7 @@ TEST_F(CfgWrite, TheCardTypeAlwaysGoesOutOnAPlusReader) {
   EXPECT_EQ(SetCardTypePriority(0xABCD, 0), 1U);
   EXPECT_EQ(WriteCfg(), 1U);
   ExpectTraffic(Join({{"set 84", "set 00 CD AB", "sleep 10"}, Commit(0), FastStore()}));
-  SetMarks(Entry(), kMarkFmt | kMarkSep);
+  SetDirty(Entry(), kDirtyFmt | kDirtySep);
   EXPECT_EQ(WriteCfg(), 1U);
   const Lines traffic = TrafficOf(host.transcript.Events());
   const Lines tail(traffic.end() - 7, traffic.end());
@@ -111,7 +98,7 @@ TEST_F(CfgWrite, ALostCardTypeDoesNotFailTheWrite) {
   EXPECT_EQ(GetLastLibErr(), 0U) << "the store query clears it";
 }
 
-TEST_F(CfgWrite, EachSetMarksItsBlocks) {
+TEST_F(CfgWrite, EachSetMakesItsBlocksDirty) {
   Use(Reader::Plain());
   std::array<std::uint8_t, 128> area{12};
   // Within the limits of every record.
@@ -193,7 +180,7 @@ TEST_F(CfgWrite, AnExcessCutByTheReadIsWrittenBackWithBlock0) {
   EXPECT_EQ(Slot()[field::IDBitCnts_iLeadParityBitCnt], 15) << "no more without the feature";
   EXPECT_EQ(WrittenMask(), 0);
   EXPECT_EQ(Kept(3)[0], 7);
-  SetMarks(Entry(), kMarkFmt);
+  SetDirty(Entry(), kDirtyFmt);
   EXPECT_EQ(WrittenMask(), 0x09);
   EXPECT_EQ(Kept(3)[0], 0);
 }
@@ -273,18 +260,18 @@ TEST_F(CfgWrite, ANumberedReportAlwaysCountsAsAnAnswer) {
 TEST_F(CfgWrite, AFailedWriteWaitsToo) {
   Use(Reader::Plain());
   reader->state.lacks = {{0x8C, 0x06}};
-  SetMarks(Entry(), kMarkTime);
+  SetDirty(Entry(), kDirtyTime);
   reader->faults.RefuseCommand({0x81}, 6);
   EXPECT_EQ(WriteCfg(), 0U);
   ExpectTraffic(Join({Refused("81"), SlowStore()}));
   EXPECT_EQ(GetLastLibErr(), 0U) << "the result alone tells of the failure";
-  EXPECT_EQ(MarksOf(Entry(), Slot()), kMarkTime);
+  EXPECT_EQ(DirtyOf(Entry(), Slot()), kDirtyTime);
 }
 
 TEST_F(CfgWrite, TheTraceOfAWrite) {
   Use(Reader::Plain());
   StartTrace();
-  SetMarks(Entry(), kAllMarks);
+  SetDirty(Entry(), kAllDirty);
   EXPECT_EQ(WriteCfg(), 1U);
   ExpectTrace({"WriteCfg ENTER", "WriteCfg Success !!", "WriteCfg EXIT"});
   shared.SearchErr = 77;
@@ -325,17 +312,17 @@ TEST_F(CfgWrite, TheFeatureBitsAreAskedOfTheRecord) {
   Slot()[field::IDDispParms_iExOutputFormat] = 9;
   Slot().HashKeyData[0].fill(0x31);
   StartTrace();
-  SetMarks(Entry(), kMarkSep);
+  SetDirty(Entry(), kDirtySep);
   EXPECT_EQ(WrittenMask(), 0x20);
   const Lines pair = {"tavlyn_GetTimeParms ERROR CODE: 0", "tavlyn_GetTimeParms Failed !!"};
   ExpectTrace(Join({{"WriteCfg ENTER"}, pair, {"WriteCfg Success !!", "WriteCfg EXIT"}}));
   EXPECT_EQ(reader->state.Active().stored.hashKeys[0], 0) << "an unread record has no features";
-  SetMarks(Entry(), kMarkExt);
+  SetDirty(Entry(), kDirtyExt);
   EXPECT_EQ(WrittenMask(), 0x08);
   ExpectTrace(Join({{"WriteCfg ENTER"}, pair, {"WriteCfg Success !!", "WriteCfg EXIT"}}));
   EXPECT_EQ(Kept(3)[7], 0);
   Slot().bCfgLoaded = 1;
-  SetMarks(Entry(), kMarkExt | kMarkSep);
+  SetDirty(Entry(), kDirtyExt | kDirtySep);
   EXPECT_EQ(WrittenMask(), 0x28);
   ExpectTrace({"WriteCfg ENTER", "WriteCfg Success !!", "WriteCfg EXIT"});
   EXPECT_EQ(Kept(3)[7], 9);

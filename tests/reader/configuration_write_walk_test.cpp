@@ -4,7 +4,7 @@
 
 #include "api.h"
 #include "tests/support/beside.h"
-#include "tests/support/cfg_marks.h"
+#include "tests/support/dirty.h"
 
 namespace tavlyn::test {
 namespace {
@@ -46,13 +46,13 @@ TEST_F(CfgWriteWalk, AReaderOfTwoConfigurations) {
   EXPECT_EQ(reader->state.active, 1U);
 }
 
-TEST_F(CfgWriteWalk, EachConfigurationGoesByItsOwnMarks) {
+TEST_F(CfgWriteWalk, EachConfigurationGoesByItsOwnDirtyFlags) {
   Use(Reader::Plus(3));
   Slot(2)[field::IDBitCnts_iTotalBitCnt] = 102;
   Slot(2).bDirtyFmt = 1;
   Slot(1)[field::IDDispParms2_iCrdGnChr0] = 'g';
   Slot(1).bDirtyDisp = 1;
-  Slot(0)[field::IDBitCnts_iTotalBitCnt] = 100;  // not marked
+  Slot(0)[field::IDBitCnts_iTotalBitCnt] = 100;  // not dirty
   EXPECT_EQ(SetLUID(0x0708), 1U);
   EXPECT_EQ(WriteCfg(), 1U);
   EXPECT_EQ(Kept(2).blocks[0][4], 102);
@@ -65,7 +65,7 @@ TEST_F(CfgWriteWalk, EachConfigurationGoesByItsOwnMarks) {
     if (line.starts_with("set 90")) commits.push_back(line);
   }
   EXPECT_EQ(commits, (Lines{"set 90 81", "set 90 04", "set 90"})) << "the LUID goes with the first";
-  for (std::size_t number = 0; number < 3; ++number) EXPECT_EQ(MarksOf(Entry(), Slot(number)), 0U);
+  for (std::size_t number = 0; number < 3; ++number) EXPECT_EQ(DirtyOf(Entry(), Slot(number)), 0U);
 }
 
 TEST_F(CfgWriteWalk, EachConfigurationHasItsCardType) {

@@ -1,6 +1,6 @@
 // Hash keys and the flag for enhanced security, as they wait for a commit.
 #include "tests/files/secure_bench.h"
-#include "tests/support/cfg_marks.h"
+#include "tests/support/dirty.h"
 
 namespace tavlyn::test {
 namespace {
@@ -26,8 +26,8 @@ TEST_F(SecuritySettings, HashKeysBelongToTheActiveConfiguration) {
   EXPECT_EQ(GetLastLibErr(), 0U);
   EXPECT_TRUE(std::equal(data.begin(), data.begin() + 16, Slot(1).HashKeyData[0].begin()));
   EXPECT_TRUE(std::equal(data.begin() + 16, data.end(), Slot(1).HashKeyData[1].begin()));
-  EXPECT_EQ(MarksOf(Entry(), Slot(1)), unsigned{kMarkSep});
-  EXPECT_EQ(MarksOf(Entry(), Slot(0)), 0U);
+  EXPECT_EQ(DirtyOf(Entry(), Slot(1)), unsigned{kDirtySep});
+  EXPECT_EQ(DirtyOf(Entry(), Slot(0)), 0U);
   EXPECT_EQ(Slot(0).HashKeyData[0][0], 0);
   ExpectTraffic({});
   ExpectTrace({});
@@ -44,7 +44,7 @@ TEST_F(SecuritySettings, HashKeysReachTheReaderWithTheCommit) {
 TEST_F(SecuritySettings, HashKeysNeedBytes) {
   Entry().LastLibErr = 5;
   EXPECT_EQ(SetHashKeyData(nullptr), 0U);
-  EXPECT_EQ(MarksOf(Entry(), Slot(0)), 0U);
+  EXPECT_EQ(DirtyOf(Entry(), Slot(0)), 0U);
   EXPECT_EQ(Slot().HashKeyData[0][0], 0);
   ExpectUntouched();
 }

@@ -6,7 +6,7 @@
 #include "api.h"
 #include "reader/configuration.h"
 #include "tests/support/beside.h"
-#include "tests/support/cfg_marks.h"
+#include "tests/support/dirty.h"
 
 namespace tavlyn::test {
 namespace {
@@ -37,7 +37,7 @@ class HashKeys : public BesideReader {
   static tsCfgSlot& Slot() { return EntryOfActDev().CfgSlot[0]; }
   // The complete traffic of a write with these keys.
   void ExpectWritten(const Lines& keys) {
-    SetMarks(Entry(), kMarkSep);
+    SetDirty(Entry(), kDirtySep);
     EXPECT_EQ(WriteCfg(), 1U);
     ExpectTraffic(Join({keys, {"set 84", "set 00 04 EF 01", "sleep 10", "set 90 20"}, FastStore()}));
   }
@@ -89,7 +89,7 @@ TEST_F(HashKeys, BothTravelWhileSecurityIsEnhanced) {
 
 TEST_F(HashKeys, TheyNeedTheMarkAndTheFeature) {
   Use(Reader::Plus(1));
-  SetMarks(Entry(), kMarkFmt);
+  SetDirty(Entry(), kDirtyFmt);
   EXPECT_EQ(WriteCfg(), 1U);
   for (const std::string& line : TrafficOf(host.transcript.Events()))
     EXPECT_FALSE(line.starts_with("set 85")) << line;
@@ -124,7 +124,7 @@ TEST_F(HashKeys, AFailureAtEachReportGoesOn) {
 TEST_F(HashKeys, ALostKeyDoesNotFailTheWrite) {
   Use(Reader::Plus(1));
   reader->faults.RefuseCommand({0x85, 0x01, 0x01}, 6);
-  SetMarks(Entry(), kMarkSep);
+  SetDirty(Entry(), kDirtySep);
   EXPECT_EQ(WriteCfg(), 1U);
   EXPECT_EQ(reader->state.counters.lastCommitMask, 0x20);
   EXPECT_EQ(Entry().bSepFldCapable, 0U);
@@ -152,7 +152,7 @@ class HashKeysOfTwo : public Bench {
   // Whether a write sends keys that are empty.
   bool SendsEmptyKeys() {
     EntryOfActDev().CfgSlot[0].sFldSepData.fill(0);
-    SetMarks(EntryOfActDev(), kMarkSep);
+    SetDirty(EntryOfActDev(), kDirtySep);
     ForgetTraffic();
     EXPECT_EQ(WriteCfg(), 1U);
     const Lines traffic = TrafficOf(host.transcript.Events());
@@ -196,7 +196,7 @@ TEST_F(HashKeysFa, EachIsOneFrame) {
   Slot().HashKeyData[0][0] = 0;
   reader::SendHashKeys(Slot());
   ExpectTraffic(kSecondFrame);
-  SetMarks(Entry(), kMarkSep);
+  SetDirty(Entry(), kDirtySep);
   EXPECT_EQ(WriteCfg(), 1U);
   const auto& kept = reader->state.Active().stored.hashKeys;
   EXPECT_TRUE(std::equal(kept.begin() + 16, kept.end(), Slot().HashKeyData[1].begin()));
@@ -210,7 +210,7 @@ TEST_F(HashKeysFa, AFailedFrameGoesOn) {
   EXPECT_EQ(Entry().bSepFldCapable, 0U);
   Entry().bSepFldCapable = 1;
   line->faults.RefuseCommand({0x8A, 0x00, 0x11}, 1);
-  SetMarks(Entry(), kMarkSep);
+  SetDirty(Entry(), kDirtySep);
   EXPECT_EQ(WriteCfg(), 1U);
   EXPECT_EQ(reader->state.counters.lastCommitMask, 0x20);
   EXPECT_EQ(Entry().bSepFldCapable, 0U);

@@ -249,7 +249,7 @@ TEST(Blocks, ParityAbove15TravelsAsAnExcess) {
 
   slot->bDirtyExt = 0;
   BuildBlock(kFormatBlock, *slot);
-  EXPECT_EQ(slot->bDirtyExt, 0U) << "an excess that is the same marks nothing";
+  EXPECT_EQ(slot->bDirtyExt, 0U) << "an excess that is the same makes nothing dirty";
 
   (*slot)[IDBitCnts_iLeadParityBitCnt] = 15;
   (*slot)[IDBitCnts_iTrailParityBitCnt] = -1;

@@ -41,7 +41,7 @@ class RecordScalars : public BesideReader {
   static tsCfgSlot& Slot() { return EntryOfActDev().ActiveSlot(); }
 };
 
-TEST_F(RecordScalars, AWordIsHandedBackAndMarksBlock3) {
+TEST_F(RecordScalars, AWordIsHandedBackAndMakesBlock3Dirty) {
   for (const WordRow& row : kWords) {
     for (const std::uint32_t value : {1U, 0U, 2U, 32767U}) {
       Slot().bDirtyExt = 0;

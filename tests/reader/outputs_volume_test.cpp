@@ -4,7 +4,7 @@
 #include "api.h"
 #include "core/state.h"
 #include "tests/support/beside.h"
-#include "tests/support/cfg_marks.h"
+#include "tests/support/dirty.h"
 
 namespace tavlyn::test {
 namespace {

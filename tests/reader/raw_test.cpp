@@ -3,7 +3,7 @@
 
 #include "api.h"
 #include "core/state.h"
-#include "tests/support/cfg_marks.h"
+#include "tests/support/dirty.h"
 #include "tests/support/serial_reader.h"
 
 namespace tavlyn::test {

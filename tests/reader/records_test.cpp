@@ -1,4 +1,4 @@
-// The record gets and sets: the host's mirror, its range tests and its dirty marks.
+// The record gets and sets: the host's mirror, its range tests and its dirty flags.
 #include <array>
 #include <stdexcept>
 #include <string>
@@ -73,7 +73,7 @@ class Records : public BesideReader {
   }
 };
 
-TEST_F(Records, ASetIsHandedBackAndMarksItsBlocksWithoutTraffic) {
+TEST_F(Records, ASetIsHandedBackAndMakesItsBlocksDirtyWithoutTraffic) {
   for (const RecordRow& row : kRows) {
     Slot().bDirtyFmt = Slot().bDirtyTime = Slot().bDirtyDisp = Slot().bDirtyExt = Slot().bDirtySep = 0;
     Slot()[field::TimeParms_iTPCfgFlg3] = 0x40;

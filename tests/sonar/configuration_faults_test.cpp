@@ -65,7 +65,7 @@ TEST_F(SonarModelFaults, ASensorThatVanishesInARead) {
     sonar->faults.VanishAt(exchange);
     EXPECT_EQ(ReadCfg(), 0U);
     EXPECT_EQ(GetLastLibErr(), IsFetchOfRead(exchange) ? 0x20000U : 0x20202U);
-    // Dirty marks go when the last page has arrived, the LUID's when the identity has.
+    // Dirty flags go when the last page has arrived, the LUID's when the identity has.
     sonar->faults.Restart();
     sonar->PowerCycle();
     ForgetTraffic();
@@ -130,7 +130,7 @@ TEST_F(SonarModelFaults, AWriteThatLosesItsSensorAtEachExchange) {
     sonar->PowerCycle();
     EXPECT_EQ(sonar->state.stored, exchange > kCommit ? ChangedAsKept() : sim::FactorySonarPages());
     EXPECT_EQ(sonar->state.luid, 1);
-    // Dirty marks stay until the commit has been sent.
+    // Dirty flags stay until the commit has been sent.
     sonar->faults.Restart();
     ForgetTraffic();
     EXPECT_EQ(WriteCfg(), 1U);

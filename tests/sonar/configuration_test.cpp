@@ -24,12 +24,12 @@ TEST_F(SonarParameters, AReadBringsEveryWord) {
   sensor->replies = FullReplies();
   Entry().LastLibErr = 4;
   Entry().bLUIDDirty = 1;
-  Mark(15);
+  SetDirty(15);
   EXPECT_EQ(ReadCfg(), 1U);
   ExpectTraffic(FullRead());
   EXPECT_EQ(WordsOf(Block()), kFullWords);
   EXPECT_EQ(Block().bParmsValid, 1U);
-  EXPECT_EQ(Marks(), 0U);
+  EXPECT_EQ(Dirty(), 0U);
   EXPECT_EQ(GetLastLibErr(), 0U);
   EXPECT_EQ(GetLUID(), 0x1234U);
   EXPECT_EQ(GetDID(), 0x5678U);
@@ -82,12 +82,12 @@ TEST_F(SonarParameters, AReadThatFailsAnywhereIsToldAndKeepsWhatCame) {
 
 TEST_F(SonarParameters, APartialReadLeavesValidityAndLimitsAlone) {
   Read();
-  Mark(1);
+  SetDirty(1);
   sensor->replies = {{0, 10}};
   sensor->Restart(2);
   EXPECT_EQ(ReadCfg(), 0U);
   EXPECT_EQ(Block().bParmsValid, 1U);
-  EXPECT_EQ(Marks(), 1U);
+  EXPECT_EQ(Dirty(), 1U);
   EXPECT_EQ(Block().words[sonar::PingRateS], 40);
 }
 
@@ -99,7 +99,7 @@ TEST_F(SonarParameters, AWriteOfNothingStillCommits) {
   EXPECT_EQ(GetLastLibErr(), 0U);
 }
 
-TEST_F(SonarParameters, MarkedRecordsAreWrittenAndCommitted) {
+TEST_F(SonarParameters, DirtyRecordsAreWrittenAndCommitted) {
   Read();
   const std::vector<Lines> groups = {
       Stored("80", "05 4B 10 31 7D 05 06 07"),
@@ -108,18 +108,18 @@ TEST_F(SonarParameters, MarkedRecordsAreWrittenAndCommitted) {
       Stored("85", "07 33 34 35 F4 37 38 39"),
   };
   const std::vector<unsigned> masks = {0x01, 0x06, 0x18, 0x20};
-  for (unsigned marks = 1; marks < 16; ++marks) {
-    Mark(marks);
+  for (unsigned dirty = 1; dirty < 16; ++dirty) {
+    SetDirty(dirty);
     Lines expected;
     unsigned mask = 0;
     for (std::size_t group = 0; group < groups.size(); ++group) {
-      if ((marks >> group & 1) == 0) continue;
+      if ((dirty >> group & 1) == 0) continue;
       expected = Join({expected, groups[group]});
       mask |= masks[group];
     }
     EXPECT_EQ(WriteCfg(), 1U);
     ExpectTraffic(Join({expected, {"set 90 " + sim::HexText({static_cast<std::uint8_t>(mask)})}}));
-    EXPECT_EQ(Marks(), 0U);
+    EXPECT_EQ(Dirty(), 0U);
   }
 }
 
@@ -131,7 +131,7 @@ TEST_F(SonarParameters, WordsLeaveAsLowBytesWithinTheirMasks) {
   Block().words[sonar::InterKeyDelayWA] = 16319;
   Block().words[sonar::InterKeyDelayWU] = 127;
   shared.sonarShadow.fill(0x2E);
-  Mark(15);
+  SetDirty(15);
   EXPECT_EQ(WriteCfg(), 1U);
   ExpectTraffic(Join({Stored("80", "7F FE FF CD FA FF FF FF"),
                       Stored("81", "0F FE FF FF FF FF FF FF"),
@@ -167,22 +167,22 @@ TEST_F(SonarParameters, AChangedLuidGoesOutBehindTheCommit) {
   EXPECT_EQ(Entry().bLUIDDirty, 0U);
 
   SetLUID(0x0102);
-  Mark(1);
+  SetDirty(1);
   EXPECT_EQ(WriteCfg(), 1U);
   ExpectTraffic(Join(
       {Stored("80", "05 4B 10 31 7D 05 06 07"), {"set 90 01"}, Stored("8A", "00 02 01 31 7D 05 06 07")}));
 }
 
-TEST_F(SonarParameters, AWriteThatFailsAnywhereKeepsTheMarks) {
+TEST_F(SonarParameters, AWriteThatFailsAnywhereStaysDirty) {
   Read();
   for (int at = 0; at < 15; ++at) {
-    Mark(15);
+    SetDirty(15);
     SetLUID(1);
     Entry().LastLibErr = 4;
     sensor->Restart(at);
     EXPECT_EQ(WriteCfg(), 0U) << at;
     EXPECT_EQ(GetLastLibErr(), 0x40202U) << at;
-    EXPECT_EQ(Marks(), at < 13 ? 15U : 0U) << at;
+    EXPECT_EQ(Dirty(), at < 13 ? 15U : 0U) << at;
     EXPECT_EQ(Entry().bLUIDDirty, 1U) << at;
   }
   sensor->Restart(15);

@@ -59,7 +59,7 @@ class SonarModelBench : public Bench {
     return record;
   }
 
-  // All four records with values other than the factory's, marked dirty for the next write.
+  // All four records with values other than the factory's, dirty for the next write.
   static void ChangeAll() {
     const tsSonarParms ranging{5, 1001, 99, 20, 70, 11, 12, 13};
     const tsWalkAwayParms away{6, 16320, 1, 2, 3, 4, 5, 6, 0xF7, 77, 21, 22, 23, 24, 25, 26};

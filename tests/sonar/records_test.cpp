@@ -55,20 +55,20 @@ TEST_F(SonarRecords, GetsNeedAReadAndAPlace) {
   EXPECT_EQ(idle.SNBlankTm, 57);
 }
 
-TEST_F(SonarRecords, SetsStoreAndMark) {
+TEST_F(SonarRecords, SetsStoreAndMakeDirty) {
   const tsSonarParms sonar = {1, 200, 3, 1, 15, 6, 7, 8};
   const tsWalkAwayParms away = {6, 64, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16};
   const tsWalkUpParms up = {0, 16320, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16};
   const tsIdleParms idle = {0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF};
   Block().bParmsValid = 1;
   EXPECT_EQ(SetSonarParms(&sonar), 1U);
-  EXPECT_EQ(Marks(), 1U);
+  EXPECT_EQ(Dirty(), 1U);
   EXPECT_EQ(SetWalkAwayParms(&away), 1U);
-  EXPECT_EQ(Marks(), 3U);
+  EXPECT_EQ(Dirty(), 3U);
   EXPECT_EQ(SetWalkUpParms(&up), 1U);
-  EXPECT_EQ(Marks(), 7U);
+  EXPECT_EQ(Dirty(), 7U);
   EXPECT_EQ(SetIdleParms(&idle), 1U);
-  EXPECT_EQ(Marks(), 15U);
+  EXPECT_EQ(Dirty(), 15U);
   EXPECT_EQ(GetLastLibErr(), 0U);
   tsWalkUpParms got;
   EXPECT_EQ(GetWalkUpParms(&got), 1U);
@@ -86,7 +86,7 @@ TEST_F(SonarRecords, NullSets) {
     EXPECT_EQ(set(), 0U);
     EXPECT_EQ(GetLastLibErr(), 0x200001U);
   }
-  EXPECT_EQ(Marks(), 0U);
+  EXPECT_EQ(Dirty(), 0U);
 }
 
 struct WordRange {
@@ -105,7 +105,7 @@ TEST_F(SonarRecords, TheRangesOfTheSonarRecord) {
       record.*range.word = value;
       EXPECT_EQ(SetSonarParms(&record), 1U) << value;
     }
-    Mark(0);
+    SetDirty(0);
     const SonarWords before = Block().words;
     for (const int value : {range.least - 1, range.most + 1, 0x8000, 0xFFFF}) {
       tsSonarParms record = good;
@@ -114,7 +114,7 @@ TEST_F(SonarRecords, TheRangesOfTheSonarRecord) {
       EXPECT_EQ(GetLastLibErr(), range.error) << value;
     }
     EXPECT_EQ(Block().words, before);
-    EXPECT_EQ(Marks(), 0U);
+    EXPECT_EQ(Dirty(), 0U);
   }
   tsSonarParms bad = {0, 0, 0, 0, 0, 0, 0, 0};
   EXPECT_EQ(SetSonarParms(&bad), 0U);
@@ -176,7 +176,7 @@ TEST_F(SonarRecords, LedFlagsAsARecord) {
   }
   const tsLEDCtrl anyBits = {-1, 2, 4, 0, 0, 0, 0, 1};
   EXPECT_EQ(SetLEDCtrl(&anyBits), 7U);
-  EXPECT_EQ(Marks(), 0U);
+  EXPECT_EQ(Dirty(), 0U);
   EXPECT_EQ(GetLEDCtrl(nullptr), 0U);
   EXPECT_EQ(SetLEDCtrl(nullptr), 0U);
 }

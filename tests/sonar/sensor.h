@@ -105,16 +105,16 @@ class SonarBench : public Bench {
 
   static tsDevEntry& Entry() { return EntryOfActDev(); }
   static tsSonarBlock& Block() { return EntryOfActDev().SonarBlock; }
-  static unsigned Marks() {
+  static unsigned Dirty() {
     const tsSonarBlock& block = Block();
     return (block.bSonarChanged != 0 ? 1U : 0U) | (block.bWalkAwayChanged != 0 ? 2U : 0U) |
            (block.bWalkUpChanged != 0 ? 4U : 0U) | (block.bIdleChanged != 0 ? 8U : 0U);
   }
-  static void Mark(unsigned marks) {
-    Block().bSonarChanged = marks & 1;
-    Block().bWalkAwayChanged = marks >> 1 & 1;
-    Block().bWalkUpChanged = marks >> 2 & 1;
-    Block().bIdleChanged = marks >> 3 & 1;
+  static void SetDirty(unsigned dirty) {
+    Block().bSonarChanged = dirty & 1;
+    Block().bWalkAwayChanged = dirty >> 1 & 1;
+    Block().bWalkUpChanged = dirty >> 2 & 1;
+    Block().bIdleChanged = dirty >> 3 & 1;
   }
 
   std::shared_ptr<ScriptedSensor> sensor;

@@ -25,7 +25,7 @@ class SonarFile : public SonarBench {
   // In range everywhere, so that every set accepts it.
   void MakeGood() {
     Read();
-    Mark(0);
+    SetDirty(0);
   }
 };
 
@@ -104,16 +104,16 @@ TEST_F(SonarFile, IsSavedFromASensorThatWasNeverRead) {
             std::string::npos);
 }
 
-TEST_F(SonarFile, AnEmptyFileMarksWhatIsInRange) {
+TEST_F(SonarFile, AnEmptyFileMakesDirtyWhatIsInRange) {
   MakeGood();
   const SonarWords before = Block().words;
   EXPECT_EQ(Load(""), 1U);
   EXPECT_EQ(Block().words, before);
-  EXPECT_EQ(Marks(), 15U);
+  EXPECT_EQ(Dirty(), 15U);
   Block().words = {};
-  Mark(0);
+  SetDirty(0);
   EXPECT_EQ(Load(""), 1U);
-  EXPECT_EQ(Marks(), 8U) << "a mirror of zeros is out of range but for the idle record";
+  EXPECT_EQ(Dirty(), 8U) << "a mirror of zeros is out of range but for the idle record";
   EXPECT_EQ(GetLastLibErr(), 0U);
 }
 
@@ -166,14 +166,14 @@ TEST_F(SonarFile, ABadValueDropsItsRecordAlone) {
   expected[sonar::Key1CodeWA] = 1;
   expected[sonar::SNBlankTmI] = 1;
   EXPECT_EQ(Block().words, expected);
-  EXPECT_EQ(Marks(), 2U | 8U);
+  EXPECT_EQ(Dirty(), 2U | 8U);
   EXPECT_EQ(GetLastLibErr(), 0U);
 
-  Mark(0);
+  SetDirty(0);
   EXPECT_EQ(Load("KeyCountWA = 7\nMaxDistS = 73\nInterKeyDelayWU = 63\nSNBlankTmI = 2"), 1U);
   expected[sonar::SNBlankTmI] = 2;
   EXPECT_EQ(Block().words, expected);
-  EXPECT_EQ(Marks(), 8U);
+  EXPECT_EQ(Dirty(), 8U);
 }
 
 TEST_F(SonarFile, IsReadToItsEndHoweverManyLinesItHas) {
@@ -182,7 +182,7 @@ TEST_F(SonarFile, IsReadToItsEndHoweverManyLinesItHas) {
   EXPECT_TRUE(Save().find("PressRateI = 9 ") != std::string::npos);
 }
 
-// A set would mark the sensor's values dirty for the next write.
+// A set would make the sensor's values dirty for the next write.
 TEST_F(SonarFile, AFolderIsNoFile) {
   MakeGood();
   const std::string before = Save();
@@ -199,7 +199,7 @@ TEST_F(SonarFile, CannotBeOpened) {
   EXPECT_EQ(ReadDevCfgFmFile(nowhere.c_str()), 0U);
   EXPECT_EQ(WriteDevCfgToFile(nullptr), 0U);
   EXPECT_EQ(ReadDevCfgFmFile(nullptr), 0U);
-  EXPECT_EQ(Marks(), 0U);
+  EXPECT_EQ(Dirty(), 0U);
 }
 
 TEST_F(SonarFile, ByCharacters) {
@@ -215,7 +215,7 @@ TEST_F(SonarFile, ByCharacters) {
   }
   EXPECT_EQ(writeDevCfgToFile_char(255, 0), 1U);
   EXPECT_EQ(readDevCfgFmFile_char(255, 0), 1U);
-  EXPECT_EQ(Marks(), 15U);
+  EXPECT_EQ(Dirty(), 15U);
 }
 
 class SonarModelFile : public SonarModelBench {

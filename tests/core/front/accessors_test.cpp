@@ -9,7 +9,7 @@
 #include "core/product.h"
 #include "core/state.h"
 #include "tests/support/beside.h"
-#include "tests/support/cfg_marks.h"
+#include "tests/support/dirty.h"
 
 namespace tavlyn::test {
 namespace {
@@ -83,7 +83,7 @@ class Accessors : public BesideReader {
     Slot()[field::IDDispParms3_iTrailChrCnt] = 2;
     Slot()[field::LEDCtrl_bVolatile] = 0;
     Slot()[field::BprRlyCtrl_bVolatile] = 0;
-    SetMarks(EntryOfActDev(), 0);
+    SetDirty(EntryOfActDev(), 0);
   }
 };
 
@@ -123,13 +123,13 @@ TEST_F(Accessors, ASetterDoesWhatTheRecordSetDoes) {
     words[accessor.field.word] = static_cast<std::int16_t>(words[accessor.field.word] - 1);
     ASSERT_EQ(SetThrough(accessor.field.record, words), 1U) << accessor.name;
     const auto expected = Slot().record;
-    const unsigned marks = MarksOf(EntryOfActDev(), Slot());
-    EXPECT_NE(marks, 0U) << accessor.name;
+    const unsigned dirty = DirtyOf(EntryOfActDev(), Slot());
+    EXPECT_NE(dirty, 0U) << accessor.name;
 
     FillRecords();
     EXPECT_EQ(accessor.set(words[accessor.field.word]), 1U) << accessor.name;
     EXPECT_EQ(Slot().record, expected) << accessor.name;
-    EXPECT_EQ(MarksOf(EntryOfActDev(), Slot()), marks) << accessor.name;
+    EXPECT_EQ(DirtyOf(EntryOfActDev(), Slot()), dirty) << accessor.name;
     EXPECT_EQ(GetLastLibErr(), 0U) << accessor.name;
     ExpectTraffic({});
   }
@@ -157,7 +157,7 @@ TEST_F(Accessors, AVolatileOutputIsSentAtOnceAndFromThenOn) {
   ForgetTraffic();
   EXPECT_EQ(setLEDCtrl_iRedLEDState(1), 1U);
   EXPECT_EQ(TrafficOf(host.transcript.Events()).size(), 2U);
-  EXPECT_EQ(MarksOf(EntryOfActDev(), Slot()), 0U);
+  EXPECT_EQ(DirtyOf(EntryOfActDev(), Slot()), 0U);
   ForgetTraffic();
   EXPECT_EQ(setBprRlyCtrl_bVolatile(1), 1U);
   EXPECT_EQ(TrafficOf(host.transcript.Events()).size(), 2U);
@@ -198,7 +198,7 @@ TEST_F(Accessors, AnUnreadConfigurationGivesZero) {
     }
   }
   EXPECT_EQ(Slot().record, before);
-  EXPECT_EQ(MarksOf(EntryOfActDev(), Slot()), 0U);
+  EXPECT_EQ(DirtyOf(EntryOfActDev(), Slot()), 0U);
 }
 
 TEST_F(Accessors, ARangeErrorIsThatOfTheRecordSet) {
@@ -225,7 +225,7 @@ TEST_F(Accessors, ThreeCallsDoNothing) {
   EXPECT_EQ(setCfgFlags3_bNotBootDev(1), kUnsupported);
   EXPECT_EQ(setTimeParms_ExFeatures01(0x40), kUnsupported);
   EXPECT_EQ(Slot().record, before);
-  EXPECT_EQ(MarksOf(EntryOfActDev(), Slot()), 0U);
+  EXPECT_EQ(DirtyOf(EntryOfActDev(), Slot()), 0U);
   EXPECT_EQ(GetLastLibErr(), 5U) << "not even a record get";
   EXPECT_EQ(getTimeParms_ExFeatures01(), Slot()[field::TimeParms_ExFeatures01]);
 }

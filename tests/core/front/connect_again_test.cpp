@@ -9,7 +9,7 @@
 #include "api.h"
 #include "core/state.h"
 #include "tests/support/bench.h"
-#include "tests/support/cfg_marks.h"
+#include "tests/support/dirty.h"
 
 namespace tavlyn::test {
 namespace {
@@ -87,7 +87,7 @@ TEST_F(TwoReaders, AFailedReadShowsTheOneBeforeAndAWriteSendsIt) {
   EXPECT_EQ(Hold(), kSet);
   EXPECT_EQ(WriteCfg(), 1U);
   EXPECT_EQ(HoldOn(*second, 0), kSet / kHoldUnit);
-  EXPECT_EQ(second->state.counters.lastCommitMask, kMarkTime);
+  EXPECT_EQ(second->state.counters.lastCommitMask, kDirtyTime);
 }
 
 TEST_F(TwoReaders, AReadBeforeTheWriteMakesTheEntryItsOwn) {
@@ -119,7 +119,7 @@ TEST_F(TwoReaders, AReadOfAllConfigurationsLeavesNothingOfTheOneBefore) {
   EXPECT_EQ(HoldOn(*second, 1), kOwn / kHoldUnit);
 }
 
-// The dirty mark of the outputs survives a read; what it then sends is what was read.
+// The dirty flag of the outputs survives a read; what it then sends is what was read.
 TEST_F(TwoReaders, OutputsThatWereSetForOneReaderGoToTheNextAsItHasThem) {
   const auto first = Connected(Reader::Plain());
   tsLEDCtrl leds{};
@@ -131,7 +131,7 @@ TEST_F(TwoReaders, OutputsThatWereSetForOneReaderGoToTheNextAsItHasThem) {
   const sim::Block before = second->state.Working().blocks[2];
   ASSERT_EQ(USBConnect(nullptr), 1U);
   EXPECT_EQ(WriteCfg(), 1U);
-  EXPECT_EQ(second->state.counters.lastCommitMask, kMarkDisp);
+  EXPECT_EQ(second->state.counters.lastCommitMask, kDirtyDisp);
   EXPECT_EQ(second->state.Working().blocks[2], before);
 }
 
@@ -145,7 +145,7 @@ TEST_F(TwoReaders, HashKeysGoToTheNextWithItsSeparatedFields) {
   const auto second = PlugSecond(Reader::Plus(1));
   ASSERT_EQ(USBConnect(nullptr), 1U);
   EXPECT_EQ(WriteCfg(), 1U);
-  EXPECT_NE(second->state.Working().hashKeys, keys) << "a read takes their mark";
+  EXPECT_NE(second->state.Working().hashKeys, keys) << "a read clears their dirty flag";
   std::array<std::uint8_t, 128> fields{};
   EXPECT_EQ(GetSepFldData(fields.data(), 128), 1U);
   EXPECT_EQ(SetSepFldData(fields.data(), 128), 1U);
