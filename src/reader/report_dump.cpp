@@ -12,8 +12,8 @@
 namespace tavlyn::reader {
 namespace {
 
-constexpr std::array<std::uint8_t, 15> kCommands = {0x80, 0x81, 0x82, 0x83, 0x84, 0x85, 0x87, 0x88,
-                                                    0x89, 0x8A, 0x8B, 0x8C, 0x8D, 0x8E, 0x8F};
+constexpr std::array<std::uint8_t, 15> kDumped = {0x80, 0x81, 0x82, 0x83, 0x84, 0x85, 0x87, 0x88,
+                                                  0x89, 0x8A, 0x8B, 0x8C, 0x8D, 0x8E, 0x8F};
 
 void PrintBytes(std::FILE* file, const Report& report) {
   for (std::size_t at = 1; at < report.size(); ++at) std::fprintf(file, "%02X ", report[at]);
@@ -36,7 +36,7 @@ bool DumpConfigs(std::FILE* file, const tsDevEntry& entry) {
     SelectConfig(static_cast<std::uint8_t>(config));
     UseConfig(static_cast<std::uint8_t>(config));
     if (entry.MaxConfig != 0) std::fprintf(file, "# Configuration %u\n", config + 1);
-    for (const std::uint8_t opcode : kCommands) {
+    for (const std::uint8_t opcode : kDumped) {
       if (!DumpCommand(file, opcode)) return false;
     }
   }
