@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core/state.h"
@@ -27,62 +28,81 @@ std::unique_ptr<tsCfgSlot> EmptySlot() { return std::make_unique<tsCfgSlot>(); }
 
 void Read(tsCfgSlot& slot, BlockNumber number, const Block& block) { TakeBlock(number, block, slot, true); }
 
-struct ByteRow {
-  const char* name;
-  BlockNumber block;
-  std::size_t byte;  // b1 is 1
-  FieldId field;
-  int scale;
-  int writeMask;
+struct ToldBlock {
+  BlockNumber number;
+  Block bytes;
+  std::vector<std::pair<FieldId, int>> words;
+  Block sent;  // of these words alone
 };
 
-const std::vector<ByteRow> kBytes = {
-    {"iFACDispLen", kFormatBlock, 1, IDDispParms_iFACDispLen, 1, 0x7F},
-    {"iIDDispLen", kFormatBlock, 2, IDDispParms_iIDDispLen, 1, 0x7F},
-    {"iIDBitCnt", kFormatBlock, 4, IDBitCnts_iIDBitCnt, 1, 0x7F},
-    {"iTotalBitCnt", kFormatBlock, 5, IDBitCnts_iTotalBitCnt, 1, 0xFF},
-    {"iFACIDDelim", kFormatBlock, 6, IDDispParms_iFACIDDelim, 1, 0xFF},
-    {"iELDelim", kFormatBlock, 7, IDDispParms_iELDelim, 1, 0xFF},
-    {"iBitStrmTO", kTimeBlock, 2, TimeParms_iBitStrmTO, 4, 0xFF},
-    {"iIDHoldTO", kTimeBlock, 3, TimeParms_iIDHoldTO, 50, 0xFF},
-    {"iIDLockOutTm", kTimeBlock, 4, TimeParms_iIDLockOutTm, 50, 0xFF},
-    {"iUSBKeyPrsTm", kTimeBlock, 5, TimeParms_iUSBKeyPrsTm, 4, 0xFF},
-    {"iUSBKeyRlsTm", kTimeBlock, 6, TimeParms_iUSBKeyRlsTm, 4, 0xFF},
-    {"iTPCfgFlg3", kTimeBlock, 7, TimeParms_iTPCfgFlg3, 1, 0xFF},
-    {"ExFeatures01", kTimeBlock, 8, TimeParms_ExFeatures01, 1, 0xFF},
-    {"iCrdGnChr0", kDisplayBlock, 3, IDDispParms2_iCrdGnChr0, 1, 0xFF},
-    {"iCrdGnChr1", kDisplayBlock, 4, IDDispParms2_iCrdGnChr1, 1, 0xFF},
+const std::vector<ToldBlock> kTold = {
+    {kFormatBlock,
+     {0x03, 0x05, 0, 0x10, 0x1A, 0x3A, 0x28, 0},
+     {{IDDispParms_iFACDispLen, 3},
+      {IDDispParms_iIDDispLen, 5},
+      {IDBitCnts_iIDBitCnt, 16},
+      {IDBitCnts_iTotalBitCnt, 26},
+      {IDDispParms_iFACIDDelim, ':'},
+      {IDDispParms_iELDelim, '('}},
+     {0x03, 0x05, 0, 0x10, 0x1A, 0x3A, 0x28, 0}},
+    {kFormatBlock,
+     {0xFC, 0xFA, 0, 0xEF, 0xE5, 0xC5, 0xD7, 0},
+     {{IDDispParms_iFACDispLen, 252},
+      {IDDispParms_iIDDispLen, 250},
+      {IDBitCnts_iIDBitCnt, 239},
+      {IDBitCnts_iTotalBitCnt, 229},
+      {IDDispParms_iFACIDDelim, 197},
+      {IDDispParms_iELDelim, 215}},
+     {0x7C, 0x7A, 0, 0x6F, 0xE5, 0xC5, 0xD7, 0}},
+    {kTimeBlock,
+     {0, 0x19, 0x14, 0x28, 0x01, 0x02, 0x40, 0x20},
+     {{TimeParms_iBitStrmTO, 100},
+      {TimeParms_iIDHoldTO, 1000},
+      {TimeParms_iIDLockOutTm, 2000},
+      {TimeParms_iUSBKeyPrsTm, 4},
+      {TimeParms_iUSBKeyRlsTm, 8},
+      {TimeParms_iTPCfgFlg3, 0x40},
+      {TimeParms_ExFeatures01, 0x20}},
+     {0, 0x19, 0x14, 0x28, 0x01, 0x02, 0x40, 0x20}},
+    {kTimeBlock,
+     {0, 0xFF, 0xFE, 0xFD, 0xFC, 0xFB, 0xBF, 0xDF},
+     {{TimeParms_iBitStrmTO, 1020},
+      {TimeParms_iIDHoldTO, 12700},
+      {TimeParms_iIDLockOutTm, 12650},
+      {TimeParms_iUSBKeyPrsTm, 1008},
+      {TimeParms_iUSBKeyRlsTm, 1004},
+      {TimeParms_iTPCfgFlg3, 0xBF},
+      {TimeParms_ExFeatures01, 0xDF}},
+     {0, 0xFF, 0xFE, 0xFD, 0xFC, 0xFB, 0xBF, 0xDF}},
+    {kDisplayBlock,
+     {0, 0, 'a', 0xE2},
+     {{IDDispParms2_iCrdGnChr0, 'a'}, {IDDispParms2_iCrdGnChr1, 0xE2}},
+     {0, 0, 'a', 0xE2}},
 };
 
-TEST(Blocks, EachByteIsReadIntoItsField) {
-  for (const ByteRow& row : kBytes) {
-    for (const int value : {0, 1, 0x7F, 0x80, 0xFF}) {
-      const auto slot = EmptySlot();
-      Block block{};
-      block[row.byte - 1] = static_cast<std::uint8_t>(value);
-      Read(*slot, row.block, block);
-      EXPECT_EQ((*slot)[row.field], value * row.scale) << row.name << ' ' << value;
+TEST(Blocks, BytesAreReadIntoTheirFields) {
+  for (const ToldBlock& told : kTold) {
+    const auto slot = EmptySlot();
+    Read(*slot, told.number, told.bytes);
+    for (const auto& [field, value] : told.words) {
+      EXPECT_EQ((*slot)[field], value) << field.record << ' ' << int{field.word};
     }
   }
 }
 
-TEST(Blocks, EachFieldIsSentInItsByte) {
-  for (const ByteRow& row : kBytes) {
-    for (int value = 0; value <= 255; ++value) {
-      for (const int rest : {0, row.scale - 1}) {
-        const auto slot = EmptySlot();
-        (*slot)[row.field] = static_cast<std::int16_t>(value * row.scale + rest);
-        Block expected{};
-        expected[row.byte - 1] = static_cast<std::uint8_t>(value & row.writeMask);
-        ASSERT_EQ(BuildBlock(row.block, *slot), expected) << row.name << ' ' << value;
-      }
-    }
+TEST(Blocks, FieldsAreSentInTheirBytes) {
+  for (const ToldBlock& told : kTold) {
+    const auto slot = EmptySlot();
+    for (const auto& [field, value] : told.words) (*slot)[field] = static_cast<std::int16_t>(value);
+    EXPECT_EQ(BuildBlock(told.number, *slot), told.sent);
   }
 }
 
 TEST(Blocks, NegativeWordsAreDividedWithTheirSign) {
   const auto slot = EmptySlot();
-  for (const ByteRow& row : kBytes) (*slot)[row.field] = -130;
+  for (const ToldBlock& told : kTold) {
+    for (const auto& word : told.words) (*slot)[word.first] = -130;
+  }
   EXPECT_EQ(BuildBlock(kFormatBlock, *slot), (Block{0x7E, 0x7E, 0x00, 0x7E, 0x7E, 0x7E, 0x7E, 0x00}));
   // -130 / 4 = -32, -130 / 50 = -2
   EXPECT_EQ(BuildBlock(kTimeBlock, *slot), (Block{0x00, 0xE0, 0xFE, 0xFE, 0xE0, 0xE0, 0x7E, 0x7E}));
