@@ -2,32 +2,19 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
 
 #include "api.h"
 #include "hid/vidpid_table.h"
-#include "tests/support/bench.h"
+#include "tests/hid/vidpid_bench.h"
 
 namespace tavlyn::test {
 namespace {
 
-class VidPidFileTest : public Bench {
+class VidPidFileTest : public VidPidBench {
  protected:
-  void SetUp() override {
-    Bench::SetUp();
-    EnterFolder();
-    SetConnectProduct(1);
-    SetDevTypeSrch(0);
-  }
-
-  void Load(const std::string& text) {
-    std::ofstream(Folder() / "TavlynVIDPID.txt", std::ios::binary) << text;
-    USBConnect(nullptr);
-  }
-
   // The rows that a file of that text makes, as "VID:PID mask compare name".
   Lines RowsOf(const std::string& text) {
-    Load(text);
+    LoadFile(text);
     Lines rows;
     for (std::int32_t i = 0; i < shared.vidPid.VidPidCnt; ++i) {
       const tsVidPidRow& row = shared.vidPid.VidPidTable[static_cast<std::size_t>(i)];
@@ -118,7 +105,7 @@ TEST_F(VidPidFileTest, AValueIsScannedUpToWhatIsNoDigit) {
 }
 
 TEST_F(VidPidFileTest, AValueThatDoesNotParseLeavesItsTarget) {
-  Load(
+  LoadFile(
       "DEFAULT1MASK=\"1234\" DEFAULT1COMPARE=\"5678\"\n"
       "DEFAULT1MASK=\"zz\" DEFAULT1COMPARE=\"\"\n");
   EXPECT_EQ(GetVidPidFilterMask(1), 0x1234U);
@@ -152,7 +139,8 @@ TEST_F(VidPidFileTest, FiltersOfALineWithoutARowStayInTheFreeRow) {
 }
 
 TEST_F(VidPidFileTest, TheFirstFilterIsNeverWritten) {
-  Load("VID=\"1\" PID=\"2\" VENDORNAME=\"X\" FILTER0MASK=\"11\" FILTER0COMPARE=\"22\" DEFAULT0MASK=\"33\"\n");
+  LoadFile(
+      "VID=\"1\" PID=\"2\" VENDORNAME=\"X\" FILTER0MASK=\"11\" FILTER0COMPARE=\"22\" DEFAULT0MASK=\"33\"\n");
   EXPECT_EQ(shared.vidPid.VidPidTable[0].filter[0].mask, 0U);
   EXPECT_EQ(shared.vidPid.VidPidTable[0].filter[0].compare, 0U);
   EXPECT_EQ(shared.vidPid.DefaultFilter[0].mask, 0U);

@@ -8,7 +8,7 @@
 
 #include "api.h"
 #include "core/state.h"
-#include "tests/support/bench.h"
+#include "tests/hid/vidpid_bench.h"
 
 namespace tavlyn::test {
 namespace {
@@ -36,25 +36,8 @@ Row RowAt(std::size_t index) {
   return {row.VID, row.PID, row.VendorName, row.filter[1].mask, row.filter[1].compare};
 }
 
-class VidPidTest : public Bench {
+class VidPidTest : public VidPidBench {
  protected:
-  void SetUp() override {
-    Bench::SetUp();
-    EnterFolder();
-    SetConnectProduct(1);
-    SetDevTypeSrch(0);
-  }
-
-  void WriteTable(const std::string& text) {
-    std::ofstream(Folder() / "TavlynVIDPID.txt", std::ios::binary) << text;
-  }
-
-  // What a connect makes of a file with that text.
-  void LoadFile(const std::string& text) {
-    WriteTable(text);
-    USBConnect(nullptr);
-  }
-
   std::shared_ptr<Reader> ConnectAs(std::uint16_t vid, std::uint16_t pid) {
     auto reader = Reader::Plain();
     reader->identity.vid = vid;
