@@ -137,13 +137,13 @@ constexpr ModelOrder kOrders[] = {
     Order<Reader, TakeCard>({"take", "", "takes the card away"}, 1),
     Order<Reader, QueueInput>({"input", "HEX", "queues an input report, its report ID first"}, 2),
     Order<Magstripe, Swipe>(
-        {"swipe", "TRACKS", "draws a card with these tracks: swipe %B12^DOE/JOHN^?;12=34?"}, 2, true),
-    Order<Sonar, Stand>({"range", "INCHES", "somebody stands so far from the sensor"}, 2),
+        {"swipe", "TRACKS", "swipes a card with these tracks: swipe %B12^DOE/JOHN^?;12=34?"}, 2, true),
+    Order<Sonar, Stand>({"range", "INCHES", "somebody stands that far from the sensor"}, 2),
     Order<Sonar, Walk>({"walk", "FROM:TO:MS...", "somebody walks in front of it, leg by leg, and stays"}, 2,
                        true),
-    Order<Reader, QueueId>({"queue", "HEX[:HEX]", "queues an ID that was read while nobody asked"}, 2),
+    Order<Reader, QueueId>({"queue", "HEX[:HEX]", "queues an ID that was read while nobody polled"}, 2),
     Order<Reader, AddSample>({"sample", "TYPE:HEX:BITS", "a record of the card analyzer"}, 2),
-    Order<Reader, Lack>({"lack", "HEX", "the reader has no commands that begin so"}, 2),
+    Order<Reader, Lack>({"lack", "HEX", "the reader has no commands that begin with this"}, 2),
 };
 
 }  // namespace

@@ -90,7 +90,7 @@ const Rack::Verb Rack::kVerbs[] = {
     {{"traffic", "", "what went over, while it is recorded"}, 1, true, &Rack::ShowTraffic},
     {{"clear", "", "forgets the traffic"}, 1, true, &Rack::ClearTraffic},
     {{"record", "on|off", "whether the traffic of every device is kept"}, 2, false, &Rack::Record},
-    {{"help", "", "tells these commands; #2 in front of one means device 2, else it is the last"},
+    {{"help", "", "lists these commands; #2 before one means device 2, else it is the last"},
      1,
      false,
      &Rack::Help},
@@ -111,7 +111,7 @@ bool Rack::Run(const std::string& command, std::string& reply) {
   }
   const auto orders = ModelOrders();
   const auto order = std::ranges::find_if(orders, [&](const auto& one) { return words[0] == one.text.name; });
-  if (order == orders.end()) return Fail(reply, words[0] + ": no such command; help tells them");
+  if (order == orders.end()) return Fail(reply, words[0] + ": no such command; help lists them");
   if (words.size() < order->words || (words.size() > order->words && !order->andMore)) {
     return Fail(reply, words[0] + ": wrong number of words");
   }

@@ -78,7 +78,7 @@ std::string Problem(const CLI::App& app, const CLI::ParseError& error, bool mayH
   const bool isMissing = dynamic_cast<const CLI::RequiredError*>(&error) != nullptr;
   const bool isTooMuch = dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr;
   if (isMissing && rest.empty()) return commandIsMissing ? "a command is missing" : error.what();
-  if (mayHoldKeys) return "the words do not fit; they are not repeated here, as they may hold a key";
+  if (mayHoldKeys) return "wrong arguments; they are not repeated here, as they may hold a key";
   if (rest.empty() || !(isMissing || isTooMuch)) return ParserProblem(error);
   const auto option =
       std::ranges::find_if(rest, [](const std::string& one) { return one.starts_with('-') && one != "--"; });
@@ -163,7 +163,7 @@ std::string WrongWords(const CLI::App& app, const CLI::ParseError& error, bool m
   if (command == kHelp) command.clear();
   const std::string problem = Problem(app, error, mayHoldKeys);
   return problem + (problem.ends_with('?') ? " " : "; ") + app.get_name() + (command.empty() ? "" : " ") +
-         command + " --help tells more";
+         command + " --help says more";
 }
 
 }  // namespace tavlyn

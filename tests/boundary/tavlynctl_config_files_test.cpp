@@ -115,7 +115,7 @@ TEST_F(TavlynctlConfigFiles, FilesThatAreNotLoaded) {
   EXPECT_TRUE(Holds(ended[1].err, "IDDispParms.iFACIDDelim = 300: it takes 0 to 255")) << ended[1].err;
   for (std::size_t i = 2; i < ended.size(); ++i) EXPECT_EQ(ended[i].status, 6) << i << ended[i].err;
   EXPECT_TRUE(Holds(ended[2].err, "has no integrity trailer"));
-  EXPECT_TRUE(Holds(ended[3].err, "is no configuration file"));
+  EXPECT_TRUE(Holds(ended[3].err, "is not a configuration file"));
 }
 
 TEST_F(TavlynctlConfigFiles, DevicesAndFoldersAreNoFiles) {
@@ -298,7 +298,7 @@ TEST_F(TavlynctlConfigFiles, ALoadTellsWhatItDrops) {
                               "ctl config load file.hwg --json", "ctl config load file.hwg --json"});
   EXPECT_EQ(ended[0].status, 6);
   EXPECT_TRUE(Holds(ended[0].err,
-                    "would not be loaded as a whole: line 4: unknown name iIDBitCn; did you mean iIDBitCnt?"))
+                    "would not be loaded completely: line 4: unknown name iIDBitCn; did you mean iIDBitCnt?"))
       << ended[0].err;
   EXPECT_TRUE(Holds(ended[1].out, "ignored\n  line 4: unknown name iIDBitCn; did you mean iIDBitCnt?\n"))
       << ended[1].out;

@@ -80,13 +80,13 @@ TEST_F(TavlynctlProducts, WhatAProductDoesNotHave) {
           << "[keys]\r\nslot=1\r\n[EOF]\r\niEndOfIniFile=BE686D5A\r\n";
       const Ended ended = Run("--device " + device, {"ctl " + words})[0];
       EXPECT_EQ(ended.status, 1) << words;
-      EXPECT_EQ(ended.err, "tavlynctl: " + name + " is no card reader\n") << words;
+      EXPECT_EQ(ended.err, "tavlynctl: " + name + " is not a card reader\n") << words;
     }
     const std::string others = device == "sonar" ? "magstripe reader" : "sonar sensor";
     const std::string words = device == "sonar" ? "track" : "range";
     const Ended ended = Run("--device " + device, {"ctl " + words})[0];
     EXPECT_EQ(ended.status, 1);
-    EXPECT_EQ(ended.err, "tavlynctl: " + name + " is no " + others + "\n");
+    EXPECT_EQ(ended.err, "tavlynctl: " + name + " is not a " + others + "\n");
   }
   EXPECT_EQ(Run(kSonar, {"ctl beep"})[0].status, 1);
   EXPECT_EQ(Run(kMagstripe, {"ctl beep 2"})[0].status, 0);
@@ -247,7 +247,7 @@ TEST_F(TavlynctlProducts, ConfigurationFilesOfASensor) {
   EXPECT_EQ(show["settings"].size(), 48u);
   EXPECT_EQ(show["settings"]["PingRateS"], 300);
   EXPECT_EQ(ended[7].status, 1);
-  EXPECT_TRUE(Holds(ended[7].err, "does not take all of bad.txt: ")) << ended[7].err;
+  EXPECT_TRUE(Holds(ended[7].err, "does not accept all of bad.txt: ")) << ended[7].err;
   EXPECT_TRUE(Holds(ended[7].err, "MaxDistS = 99")) << ended[7].err;
   for (std::size_t i = 8; i < 11; ++i) EXPECT_EQ(ended[i].status, 1) << i;
   EXPECT_EQ(ParsedText(ended[11])["differences"].size(), 1u);
@@ -282,7 +282,7 @@ TEST_F(TavlynctlProducts, FilesNeedTheirProduct) {
   const auto ended = Run(kMagstripe, {"ctl config load own.txt", "ctl config diff own.txt"});
   for (const Ended& one : ended) {
     EXPECT_EQ(one.status, 1);
-    EXPECT_EQ(one.err, "tavlynctl: magstripe reader 0 (/dev/hidraw-sim1) is no sonar sensor\n");
+    EXPECT_EQ(one.err, "tavlynctl: magstripe reader 0 (/dev/hidraw-sim1) is not a sonar sensor\n");
   }
 }
 
@@ -332,11 +332,11 @@ TEST_F(TavlynctlProducts, WrongSettings) {
                  "ctl config set PingRateS=fast", "ctl config set LedColor[0]=300",
                  "ctl config set PingRateS=300 MaxDist=60", "ctl config get PingRateS --json"});
   for (std::size_t i = 0; i + 1 < ended.size(); ++i) EXPECT_EQ(ended[i].status, 1) << i << ended[i].err;
-  EXPECT_TRUE(Holds(ended[0].err, "does not take PingRateS = 100 (it takes 200 to 1020)")) << ended[0].err;
+  EXPECT_TRUE(Holds(ended[0].err, "does not accept PingRateS = 100 (it takes 200 to 1020)")) << ended[0].err;
   EXPECT_EQ(ended[1].err, "tavlynctl: there is no field PingRat; did you mean PingRateS?\n");
   EXPECT_EQ(ended[2].err, "tavlynctl: there is no field ledcolor[0]; did you mean LedColor[0]?\n");
   EXPECT_EQ(ended[3].err, "tavlynctl: PingRateS is for a sonar sensor, bBeepID for a card reader\n");
-  EXPECT_TRUE(Holds(ended[7].err, "does not take LedColor[0] = 300")) << ended[7].err;
+  EXPECT_TRUE(Holds(ended[7].err, "does not accept LedColor[0] = 300")) << ended[7].err;
   EXPECT_EQ(ended[8].err, "tavlynctl: there is no field MaxDist; did you mean MaxDistS?\n");
   EXPECT_EQ(ParsedText(ended[9])["settings"], Json({{"PingRateS", 248}}));
 }

@@ -47,7 +47,7 @@ TEST(TavlynctlProgram, WrongWords) {
   for (const Case& one : kCases) {
     const Ended ended = RunLine(kCtl + " " + one.words);
     EXPECT_EQ(ended.status, 1) << one.words;
-    EXPECT_EQ(ended.err, "tavlynctl: " + std::string(one.problem) + " tells more\n");
+    EXPECT_EQ(ended.err, "tavlynctl: " + std::string(one.problem) + " says more\n");
     EXPECT_EQ(ended.out, "");
   }
   for (const char* words : {"read --timeout soon", "read --timeout -1", "watch --timeout 1e300"}) {

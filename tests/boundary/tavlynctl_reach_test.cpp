@@ -65,7 +65,7 @@ TEST_F(TavlynctlReach, PortThatIsNotThere) {
   const Ended one = Ctl("read --com 3");
   EXPECT_EQ(one.status, 2);
   EXPECT_EQ(one.err, "tavlynctl: COM3 (" + ports_.PathOf(3) +
-                         ") does not exist; docs/linux.md tells which file a port is\n");
+                         ") does not exist; docs/linux.md says which file a port is\n");
   const Ended several = Ctl("list --com 3-4");
   EXPECT_EQ(several.status, 2);
   EXPECT_TRUE(several.err.starts_with("tavlynctl: there is no port on COM3 to COM4: COM3 (")) << several.err;

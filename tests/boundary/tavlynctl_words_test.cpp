@@ -101,7 +101,7 @@ TEST_F(ToolWords, NamesOfFilesAndVendorsAreFiltered) {
 
 TEST_F(ToolWords, TheSimulatorFiltersToo) {
   const Ended ended = RunLine(kSim + " run --interactive -- true <<END\nbo\x1Bgus\xC2\x9B\nEND");
-  EXPECT_EQ(ended.err, "tavlynsim: bo?gus?: no such command; help tells them\n");
+  EXPECT_EQ(ended.err, "tavlynsim: bo?gus?: no such command; help lists them\n");
   EXPECT_EQ(RunLine(kSim + " run --card \"$(printf 'x\\302\\233')\" -- true").err,
             "tavlynsim: x?: a card is HEX:BITS\n");
   EXPECT_TRUE(IsAscii(RunLine(kSim + " \"$(printf '\\033]0;x')\"").err));

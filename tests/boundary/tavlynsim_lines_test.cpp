@@ -143,7 +143,7 @@ TEST(TavlynsimLines, WrongPlacesAreRefused) {
     EXPECT_EQ(RunLine(kRun + words + " -- true").status, 1) << words;
   }
   EXPECT_EQ(RunLine(kRun + "--serial 3 -- true").err,
-            "tavlynsim: --serial: 3 is no COMn; tavlynsim run --help tells more\n");
+            "tavlynsim: --serial: 3 is not of the form COMn; tavlynsim run --help says more\n");
 }
 
 TEST(TavlynsimLines, PlaceThatCannotBeHadIsTold) {

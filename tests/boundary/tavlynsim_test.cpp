@@ -36,12 +36,12 @@ TEST(Tavlynsim, WrongWordsAreRefused) {
     EXPECT_EQ(RunLine(kSim + " " + words).status, 1) << words;
   }
   EXPECT_EQ(RunLine(kSim + " ruin").err,
-            "tavlynsim: there is no command ruin; did you mean run? tavlynsim --help tells more\n");
+            "tavlynsim: there is no command ruin; did you mean run? tavlynsim --help says more\n");
   EXPECT_EQ(
       RunLine(kSim + " run --divice sonar -- true").err,
-      "tavlynsim: there is no option --divice; did you mean --device? tavlynsim run --help tells more\n");
+      "tavlynsim: there is no option --divice; did you mean --device? tavlynsim run --help says more\n");
   EXPECT_EQ(RunLine(kSim + " run --version").err,
-            "tavlynsim: there is no option --version; tavlynsim run --help tells more\n");
+            "tavlynsim: there is no option --version; tavlynsim run --help says more\n");
   EXPECT_EQ(RunLine(kSim + " run --device redaer -- true").err,
             "tavlynsim: redaer: no such kind of device; tavlynsim devices shows the kinds\n");
 }
@@ -54,7 +54,7 @@ TEST(Tavlynsim, HelpAndVersion) {
     EXPECT_EQ(help.out, RunLine(kSim + " " + words + " --help").out);
   }
   EXPECT_EQ(RunLine(kSim + " run --on x -- true").err,
-            "tavlynsim: --on: x is not a whole number from 1 to 86400000; tavlynsim run --help tells more\n");
+            "tavlynsim: --on: x is not a whole number from 1 to 86400000; tavlynsim run --help says more\n");
 }
 
 TEST(Tavlynsim, HelpIsTypedToo) {
@@ -131,7 +131,7 @@ TEST(Tavlynsim, TypedLinesActOnTheDevices) {
             "tavlynsim: ok\n"
             "tavlynsim: 1 7A31:3BFA reader\n"
             "2 7A31:3BFA plus:2\n"
-            "tavlynsim: bogus: no such command; help tells them\n");
+            "tavlynsim: bogus: no such command; help lists them\n");
 }
 
 TEST(Tavlynsim, CardsComeAgain) {

@@ -211,7 +211,7 @@ TEST_F(RackTest, CommandsForAnotherKindOfDeviceAreRefused) {
 TEST_F(RackTest, WhatIsNotUnderstoodIsRefusedWithAReason) {
   EXPECT_EQ(Refused(""), "no command");
   EXPECT_EQ(Refused("#1"), "no command");
-  EXPECT_EQ(Refused("dance"), "dance: no such command; help tells them");
+  EXPECT_EQ(Refused("dance"), "dance: no such command; help lists them");
   EXPECT_EQ(Refused("take"), "take: no such device");
   EXPECT_EQ(Refused("plug"), "plug: wrong number of words");
   for (const char* device : {"toaster", "plus:1", "plus:12", "plus:", "magstripe:2", "sonar@1", "reader@7A31",

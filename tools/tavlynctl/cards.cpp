@@ -111,8 +111,8 @@ struct WatchCards {
   std::optional<double> timeout;
 
   void Take(Words& words) {
-    words.Count(count, "End after so many lines");
-    words.Timeout(timeout, "End after so many seconds");
+    words.Count(count, "End after this many lines");
+    words.Timeout(timeout, "End after this many seconds");
     words.Device();
   }
 
@@ -137,7 +137,7 @@ struct WatchCards {
 }  // namespace
 
 void AddReads(Program& program) {
-  program.Add<ReadCard>("read", "The card that lies on a reader, or the next that comes");
+  program.Add<ReadCard>("read", "The card on a reader, or the next one");
   program.Add<WatchCards>("watch", "A line for each card that comes or goes, until Ctrl-C");
 }
 

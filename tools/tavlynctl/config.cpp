@@ -199,7 +199,7 @@ std::uint16_t ParseType(const std::string& text) {
   const char* end = text.data() + text.size();
   const auto [stop, error] = std::from_chars(text.data(), end, type, 16);
   if (error == std::errc() && stop == end) return type;
-  throw Failure(kUsage, text + " is no card type: up to four hexadecimal digits");
+  throw Failure(kUsage, text + " is not a card type: up to four hexadecimal digits");
 }
 
 struct ShowCardTypes {

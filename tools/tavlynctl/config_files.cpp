@@ -100,7 +100,7 @@ struct SaveConfig {
 
   void Take(Words& words) {
     words.File(path);
-    words.Flag("--secure", secure, "With a trailer that finds damage, but no intent");
+    words.Flag("--secure", secure, "With a trailer that detects damage, not tampering");
     words.Product();
     words.Device();
   }
@@ -190,7 +190,8 @@ void AddConfigFiles(Program& program) {
 }
 
 void AddCheck(Program& program) {
-  program.Add<CheckFile>("check", "Whether a file was damaged since it was written; no proof against intent");
+  program.Add<CheckFile>("check",
+                         "Whether a file was damaged since it was written; does not detect tampering");
 }
 
 }  // namespace tavlyn::ctl

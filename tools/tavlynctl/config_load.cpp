@@ -124,7 +124,7 @@ struct LoadConfig {
     if (!strict || ignored.empty()) return;
     std::string all;
     for (const std::string& one : ignored) all += (all.empty() ? "" : "; ") + one;
-    throw Failure(kBadFile, path + " would not be loaded as a whole: " + all);
+    throw Failure(kBadFile, path + " would not be loaded completely: " + all);
   }
 
   [[nodiscard]] Json LoadReader(const Request& request) const {

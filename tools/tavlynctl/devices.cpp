@@ -203,9 +203,9 @@ struct Texts {
 
 void AddDevices(Program& program) {
   program.Add<List>("list", "The devices that are found");
-  program.Add<Info>("info", "What a device tells of itself");
+  program.Add<Info>("info", "What a device says about itself");
 }
 
-void AddTexts(Program& program) { program.Add<Texts>("text", "The texts that a reader holds"); }
+void AddTexts(Program& program) { program.Add<Texts>("text", "The texts stored in a reader"); }
 
 }  // namespace tavlyn::ctl

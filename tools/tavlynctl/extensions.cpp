@@ -59,7 +59,7 @@ struct StartAnalyzer {
   int state = 1;
 
   void Take(Words& words) {
-    words.Number("STATE", state, 0, 255, "What the reader is told (1)");
+    words.Number("STATE", state, 0, 255, "State to set (1)");
     words.Device();
   }
 
@@ -203,7 +203,7 @@ void AddExtensions(Program& program) {
   program.Group("module", "A module of a reader, by its number");
   program.Add<GetModule>("module get", "Whether it is on");
   program.Add<SetModule>("module set", "Switches it, and reads it back");
-  program.Add<TransparentMode>("transparent", "Tells or switches the transparent mode");
+  program.Add<TransparentMode>("transparent", "Shows or switches the transparent mode");
 }
 
 }  // namespace tavlyn::ctl

@@ -66,7 +66,7 @@ NewFile::NewFile(const std::string& path)
     : path_(path), place_(Place(path)), beside_(NameOfPath(PathOf(place_).parent_path()), path) {}
 
 Failure NewFile::NotWhole() const {
-  return {kBadFile, path_ + " cannot be written as a whole; is the disk full?"};
+  return {kBadFile, path_ + " cannot be written completely; is the disk full?"};
 }
 
 void NewFile::Keep() const { Succeed(MoveOnto(Path(), place_), path_); }

@@ -101,7 +101,7 @@ Json ParseWords(const std::vector<std::string>& words) {
   Json wanted = Json::object();
   for (const std::string& word : words) {
     const std::size_t sign = word.find('=');
-    if (sign == std::string::npos) throw Failure(kUsage, word + " is no NAME=VALUE");
+    if (sign == std::string::npos) throw Failure(kUsage, word + " is not of the form NAME=VALUE");
     const std::string name = word.substr(0, sign);
     const std::string value = word.substr(sign + 1);
     if (name != kKeys) {

@@ -63,7 +63,7 @@ struct Led {
   bool store = false;
 
   void Take(Words& words) {
-    words.Text("COLOUR", colours, "red, green or both words; off; auto: as the reader itself does")
+    words.Text("COLOUR", colours, "red, green or both; off; auto: as the reader itself does")
         ->check(OneOf({"red", "green", "off", "auto"}));
     words.Flag("--store", store, "For good");
     words.Device();
@@ -71,7 +71,9 @@ struct Led {
 
   [[nodiscard]] Json Run(const Request& request) const {
     const auto has = [&](const char* word) { return std::ranges::find(colours, word) != colours.end(); };
-    if (colours.size() > 1 && (has("off") || has("auto"))) throw Failure(kUsage, "off and auto stand alone");
+    if (colours.size() > 1 && (has("off") || has("auto"))) {
+      throw Failure(kUsage, "off and auto take no other word");
+    }
     std::vector<FieldValue> values{FlagValue("bAppCtrlsLED", !has("auto"))};
     if (!has("auto")) {
       values.push_back(FlagValue("iRedLEDState", has("red")));
@@ -125,7 +127,7 @@ void AddOutputs(Program& program) {
   program.Add<Beep>("beep", "Beeps now");
   program.Add<Led>("led", "Switches the LEDs");
   program.Add<Relay>("relay", "Switches the relay");
-  program.Add<Volume>("volume", "Tells or sets the volume of the beeper");
+  program.Add<Volume>("volume", "Shows or sets the volume of the beeper");
 }
 
 }  // namespace tavlyn::ctl

@@ -203,7 +203,7 @@ void LoadMirror(const std::string& path, const Json& wanted, const std::string& 
     if (loaded[name] == value) continue;
     refused += (refused.empty() ? "" : ", ") + name + " = " + value.dump() + FormatBounds(name);
   }
-  if (!refused.empty()) throw Failure(kUsage, ActiveDeviceName() + " does not take " + what + refused);
+  if (!refused.empty()) throw Failure(kUsage, ActiveDeviceName() + " does not accept " + what + refused);
 }
 
 // The library has calls only for some settings; a file may name any.

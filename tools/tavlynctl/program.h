@@ -60,7 +60,7 @@ class Words {
     return command_.add_option_function<std::string>(name, take, text);
   }
 
-  void DryRun(bool& dryRun) { Flag("--dry-run", dryRun, "Only tell what would change"); }
+  void DryRun(bool& dryRun) { Flag("--dry-run", dryRun, "Only show what would change"); }
   // What ends a command that waits or watches.
   CLI::Option* Count(int& count, const char* text);
   void Timeout(std::optional<double>& seconds, const char* text);

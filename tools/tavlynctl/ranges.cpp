@@ -102,7 +102,7 @@ struct ShowRange {
 
   void Take(Words& words) {
     CLI::Option* live = words.Flag("--watch", watch, "Again and again, until Ctrl-C");
-    words.Count(count, "End after so many measurements")->needs(live);
+    words.Count(count, "End after this many measurements")->needs(live);
     words.Device();
   }
 

@@ -122,7 +122,7 @@ struct Raw {
 }  // namespace
 
 void AddRaw(Program& program) {
-  program.Add<Queue>("queue", "The oldest ID that was read while nobody asked");
+  program.Add<Queue>("queue", "The oldest ID that was read while nobody polled");
   program.Add<Raw>("raw", "Sends a command of eight bytes and shows the reply");
 }
 

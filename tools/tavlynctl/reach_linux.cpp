@@ -40,7 +40,7 @@ Port LookAtPort(unsigned number) {
   const std::string node = platform::ComPath(static_cast<std::uint16_t>(number)).c_str();
   const std::string name = "COM" + std::to_string(number) + " (" + node + ")";
   if (access(node.c_str(), F_OK) != 0 && errno != EACCES) {
-    return {PortState::kMissing, name + " does not exist; docs/linux.md tells which file a port is"};
+    return {PortState::kMissing, name + " does not exist; docs/linux.md says which file a port is"};
   }
   if (IsForbidden(node)) {
     return {PortState::kForbidden, "this user may not open " + name + ", " + ModeOf(node) +

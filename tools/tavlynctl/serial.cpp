@@ -52,14 +52,14 @@ struct SerialBaud {
     Json document = request.DeviceDocument();
     if (wanted) {
       if (WriteBaudRate(static_cast<std::uint16_t>(*wanted)) != 1) {
-        throw Failure(kDeviceError, ActiveDeviceName() + " does not take the code");
+        throw Failure(kDeviceError, ActiveDeviceName() + " does not accept the code");
       }
       document["code"] = *wanted;
       document["set"] = true;
       return document;
     }
     const std::uint32_t code = ReadBaudRate();
-    if (code > kHighestCode) throw Failure(kDeviceError, ActiveDeviceName() + " does not tell its code");
+    if (code > kHighestCode) throw Failure(kDeviceError, ActiveDeviceName() + " does not report its code");
     document["code"] = code;
     return document;
   }
@@ -112,7 +112,7 @@ struct SerialRead {
 
 void AddSerial(Program& program) {
   program.Group("serial", "The serial side of a reader");
-  program.Add<SerialBaud>("serial baud", "Tells or sets the code of the reader's baud rate");
+  program.Add<SerialBaud>("serial baud", "Shows or sets the code of the reader's baud rate");
   program.Add<SerialWrite>("serial write", "Sends raw bytes");
   program.Add<SerialRead>("serial read", "Reads raw bytes");
 }

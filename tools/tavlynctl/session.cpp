@@ -127,7 +127,7 @@ Failure NotFound(const Link& link, std::uint32_t products) {
   if (auto unreached = mayBeThere ? ReachProblem(link) : std::nullopt) return *unreached;
   bool read = false;
   if (link.kind != LinkKind::kEthernet && Search(link, kAllProducts & ~products, read)) {
-    Failure other(kUsage, ActiveDeviceName() + " is no " + Names(products));
+    Failure other(kUsage, ActiveDeviceName() + " is not a " + Names(products));
     USBDisconnect();
     return other;
   }
@@ -186,7 +186,7 @@ void Session::UseForCards(int index) const {
 void Session::UseReports(int index) const {
   Use(index);
   if (GetDevType() != kReports) {
-    throw Failure(kUsage, ActiveDeviceName() + " can be asked for this as a HID device alone");
+    throw Failure(kUsage, ActiveDeviceName() + " can be asked for this only as a HID device");
   }
 }
 
@@ -199,7 +199,7 @@ void CheckConfiguration(int index) {
 }
 
 void RequirePlusReader() {
-  if (GetCardType() < 0) throw Failure(kUsage, ActiveDeviceName() + " is no plus reader");
+  if (GetCardType() < 0) throw Failure(kUsage, ActiveDeviceName() + " is not a plus reader");
 }
 
 SelectedConfiguration::SelectedConfiguration(int index) : before_(static_cast<std::uint8_t>(GetActConfig())) {

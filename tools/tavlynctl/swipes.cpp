@@ -90,8 +90,8 @@ struct WatchSwipes {
   std::optional<double> timeout;
 
   void Take(Words& words) {
-    words.Count(count, "End after so many lines");
-    words.Timeout(timeout, "End after so many seconds");
+    words.Count(count, "End after this many lines");
+    words.Timeout(timeout, "End after this many seconds");
     words.Device();
   }
 

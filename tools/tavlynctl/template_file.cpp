@@ -169,7 +169,7 @@ Template ParseTemplate(const std::string& path) {
     if (head.size() < kTitleWithin) head += line;
     parser.Take(line);
   });
-  if (!HasTitle(head)) throw Failure(kBadFile, path + " is no configuration file");
+  if (!HasTitle(head)) throw Failure(kBadFile, path + " is not a configuration file");
   return parser.Result();
 }
 

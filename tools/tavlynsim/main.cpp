@@ -22,7 +22,7 @@ constexpr Kind kKinds[] = {
     {"sonar", "a sonar sensor, 18C8:2BFA"},
     {"KIND@VID:PID", "any one under another USB identity, such as reader@19E5:2021"},
     {"KIND@7A31:3BFB",
-     "a reader that numbers its reports, tells of cards by input reports, has a keyboard beside it"},
+     "a reader that numbers its reports, announces cards by input reports, has a keyboard beside it"},
     {"KIND@com3", "on serial port COM3, also com3:ascii for one that speaks text"},
     {"KIND@IP:PORT", "behind an Ethernet adapter at an address of this machine, such as 127.0.0.1:10001"},
     {"KIND@bulk", "a bulk device, 171B:1004, for programs that use libusb-0.1"},

@@ -199,7 +199,7 @@ void AddLines(CLI::App& run, std::vector<std::string>& devices) {
         ->type_name(type)
         ->check([type, suffix, kind](const std::string& place) {
           const auto known = ParseLinePlace(place + suffix);
-          return known && known->kind == kind ? std::string() : place + " is no " + type;
+          return known && known->kind == kind ? std::string() : place + " is not of the form " + type;
         })
         ->allow_extra_args(false);
   };
@@ -213,16 +213,16 @@ void AddLines(CLI::App& run, std::vector<std::string>& devices) {
 }
 
 void AddWords(CLI::App& run, RunOptions& options) {
-  run.add_option("--device", options.devices, "A device, may be given again (see tavlynsim devices)")
+  run.add_option("--device", options.devices, "A device, may be repeated (see tavlynsim devices)")
       ->type_name("KIND")
       ->allow_extra_args(false);
   AddLines(run, options.lines);
   run.add_flag("--expose", options.exposed, "Let Ethernet adapters listen beyond the loopback");
   run.add_option("--card", options.timetable.cards,
-                 "A card for the first device, lowest byte first; may be given again")
+                 "A card for the first device, lowest byte first; may be repeated")
       ->type_name("HEX:BITS")
       ->allow_extra_args(false);
-  run.add_option("--do", options.orders, "A typed command to start with; may be given again")
+  run.add_option("--do", options.orders, "A typed command to start with; may be repeated")
       ->type_name("LINE")
       ->allow_extra_args(false);
   const auto addTime = [&](const char* name, std::chrono::milliseconds& time, const char* text) {
@@ -231,8 +231,8 @@ void AddWords(CLI::App& run, RunOptions& options) {
         ->type_name("MS")
         ->check(WholeNumber(1, 86'400'000));
   };
-  addTime("--on", options.timetable.on, "How long each card lies (1500)");
-  addTime("--off", options.timetable.off, "How long there is none afterwards (1000)");
+  addTime("--on", options.timetable.on, "How long each card stays (1500)");
+  addTime("--off", options.timetable.off, "How long until the next card (1000)");
   run.add_flag("--repeat", options.timetable.repeat, "Begin again after the last card");
   run.add_flag("--interactive,!--no-interactive", options.interactive,
                "Take commands from standard input, or do not (default: on a terminal)");
@@ -245,7 +245,7 @@ void AddWords(CLI::App& run, RunOptions& options) {
       ->check(OneOf({"hidapi", "uhid"}))
       ->option_text("WORD");
   run.add_option("COMMAND", options.command,
-                 "What to run, behind --; without it devices on lines are there until Ctrl-C");
+                 "What to run, after --; without it devices on lines stay until Ctrl-C");
 }
 
 int Run(RunOptions& options) {
