@@ -5,7 +5,7 @@
 
 namespace tavlyn {
 
-// LibMutex, held for the life of the object.
+// The library's lock, held for the life of the object.
 class Locked {
  public:
   Locked() { platform::TheHost().mutex.Lock(); }

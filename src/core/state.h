@@ -105,7 +105,7 @@ class DeviceTable {
 
 inline constinit DeviceTable DevTable;
 
-// What a connect searches. It survives connects and disconnects.
+// Where a connect looks. It survives connects and disconnects.
 struct SearchSettings {
   std::uint32_t ConnectMask = ~0U;
   std::int16_t DevTypeSrch = kAllLinks;
@@ -122,7 +122,8 @@ struct SearchSettings {
 };
 
 struct LinkState {
-  // While it is open every serial byte and, with TunnelLink set, every report travels over it.
+  // While it is open every serial byte that no libusb device takes and, with TunnelLink set, every report
+  // travels over it.
   platform::Handle LinkSocket = platform::kNoHandle;
   std::uint8_t TunnelLink = 0;
   // How many surplus bytes of the bulk device the next reads deliver as zeros. It may fall below 0.

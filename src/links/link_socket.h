@@ -1,5 +1,5 @@
-// The one TCP socket of the process. While it is open every serial byte and, with TunnelLink set, every
-// report travels over it.
+// The one TCP socket of the process. While it is open every serial byte that no libusb device takes and, with
+// TunnelLink set, every report travels over it.
 #pragma once
 
 #include <cstdint>

@@ -73,7 +73,7 @@ struct FieldPart {
   std::uint8_t keys;        // how many key bytes the part has,
   std::uint8_t keysAt;      // from this byte on,
   std::uint8_t firstKey;    // and which
-  bool failureLeavesError;  // a lost control part deliberately leaves no error word
+  bool failureLeavesError;  // a lost selection part deliberately leaves no error word
 };
 inline constexpr std::array kFieldParts = {
     FieldPart{kReadKeysLow, kWriteKeysLow, kKeysLowBits, 8, 1, 0, true},

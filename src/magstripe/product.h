@@ -48,7 +48,8 @@ std::uint32_t GetTimeParms(std::int16_t* words);
 std::uint32_t SetTimeParms(const std::int16_t* words);
 std::uint16_t* GetKeyTime(KeyTime which);
 
-// The reports of an exchange, for programs: sets a byte of the request, which index 8 and above also send.
+// The reports of an exchange, for programs: stores a byte of the request; an index of 8
+// or above also sends it.
 std::uint32_t SetRawByte(std::int16_t index, std::uint8_t value);
 std::uint32_t RawReplyByte(std::uint16_t index);
 

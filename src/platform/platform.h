@@ -1,6 +1,7 @@
 // What the library asks of an operating system, in terms of what it needs. Each interface has one
 // implementation per system (linux/, windows/) and a simulated one in sim/ that runs in virtual time; which
-// one is linked decides what TheHost() returns. Nothing above this folder knows the difference.
+// one is linked decides what TheHost() returns. Nothing above this folder knows the
+// difference but the entry points of each system (core/front/load_*.cpp).
 //
 // The parts of the host live as long as the process and are never destroyed, so that the library can use
 // them in its last steps; hence their destructors are neither virtual nor public.

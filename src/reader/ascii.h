@@ -1,5 +1,5 @@
-// The text dialect of serial readers without FA frames. Keys and assignments are lines of text; a character
-// is written as '\xHH'.
+// The text dialect of serial readers, for what it covers; everything else is still a frame. Keys and
+// assignments are lines of text; a character is written as '\xHH'.
 #pragma once
 
 #include <cstdint>

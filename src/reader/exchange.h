@@ -1,5 +1,5 @@
-// One exchange with the active card reader in the dialect of its link: a command of the table and what comes
-// back.
+// One exchange with the active card reader, by reports or frames as its link wants: a command of the table
+// and what comes back. The text dialect has no commands of its own here; see ascii.h.
 #pragma once
 
 #include <array>
@@ -37,7 +37,8 @@ struct Outcome {
   bool blank;        // no reply, or a report of nothing but zeros, its ID included
 };
 
-// Sends a command and takes its reply. Sets no error bit, which is up to the caller.
+// Sends a command and takes its reply. A lost reply sets no error bit, which is up to the
+// caller.
 Outcome Exchange(const Command& command, Args args = {});
 
 // The same when only the reply matters. A failure over reports ors reportError into LastLibErr.

@@ -1,5 +1,5 @@
-// The two keys of 16 bytes that are sent with a commit, and the flag for enhanced security, with which both
-// are always sent.
+// The two keys of 16 bytes, which a write sends to readers with extended fields when separated fields have
+// changed, and the flag for enhanced security, with which it sends both in any case.
 #include <algorithm>
 #include <array>
 #include <span>

@@ -28,7 +28,7 @@ std::uint32_t LoadFile(const char* path);
 // The range of the nearest object in the form of an ID.
 std::uint16_t FetchId(std::uint8_t* buffer, std::int16_t length);
 
-// LEDFlags as a tsLEDCtrl of three words.
+// The first three words of a tsLEDCtrl, which LEDFlags holds as bits.
 std::uint32_t GetLedCtrl(std::int16_t* words);
 std::uint32_t SetLedCtrl(const std::int16_t* words);
 

@@ -1,4 +1,4 @@
-// What a connect searches and how failures are reported: plain variables that survive every connect.
+// Where a connect looks and how failures are reported: plain variables that survive every connect.
 #include <algorithm>
 
 #include "api.h"
