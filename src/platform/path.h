@@ -19,6 +19,7 @@ class Path {
   explicit Path(const char* format, ...) {
     std::va_list parts;
     va_start(parts, format);
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): va_start above does initialise it
     const int length = std::vsnprintf(text_.data(), text_.size(), format, parts);
     va_end(parts);
     if (length < 0 || static_cast<std::size_t>(length) >= text_.size()) Cut(0);
