@@ -169,6 +169,7 @@ bool WriteAllConfigs(std::uint16_t highest) {
     ok = SelectConfig(index) && ok;
     if (!ok) continue;
     UseConfig(index);
+    // Deliberately sent here and once more before the commit.
     WriteCardType();
     ok = WriteAndWait();
   }

@@ -40,7 +40,7 @@ bool ReadRecords() {
   return true;
 }
 
-void ClearChanged(tsSonarBlock& block) {
+void ClearDirty(tsSonarBlock& block) {
   for (const Record& record : kRecords) block.*record.changed = 0;
 }
 
@@ -61,12 +61,12 @@ bool ReadAll() {
   tsSonarBlock& block = ActiveBlock();
   Sanitize(block.words);
   block.bParmsValid = 1;
-  ClearChanged(block);
+  ClearDirty(block);
   return ReadIdentity();
 }
 
 // Leaves in page the last page that was sent.
-bool WriteChanged(Report& page) {
+bool WriteDirty(Report& page) {
   const tsSonarBlock& block = ActiveBlock();
   unsigned mask = 0;
   for (const Record& record : kRecords) {
@@ -93,8 +93,8 @@ bool WriteIdentity(Report& page) {
 
 bool WriteAll() {
   Report page{};
-  if (!WriteChanged(page)) return false;
-  ClearChanged(ActiveBlock());
+  if (!WriteDirty(page)) return false;
+  ClearDirty(ActiveBlock());
   return EntryOfActDev().bLUIDDirty == 0 || WriteIdentity(page);
 }
 
