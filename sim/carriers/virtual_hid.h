@@ -41,6 +41,8 @@ class VirtualHid final : public platform::HidSystem {
   // The interface is no longer listed, and open handles on it fail from now on.
   void Unplug(const std::string& path);
   [[nodiscard]] std::size_t OpenHandles() const;
+  // Null if no interface of this path is listed now.
+  [[nodiscard]] Interface* Find(const char* path) const;
   void Reset();
   // Things that a caller of the platform must not do, such as a walk inside a walk.
   [[nodiscard]] const std::vector<std::string>& Misuses() const { return misuses_; }
@@ -62,7 +64,6 @@ class VirtualHid final : public platform::HidSystem {
  private:
   using Shared = std::shared_ptr<Interface>;
 
-  [[nodiscard]] Interface* Find(const char* path) const;
   [[nodiscard]] bool IsOpen(platform::Handle device) const;
   // Null when the handle is not open or its interface is gone.
   [[nodiscard]] Interface* Reach(platform::Handle device) const;

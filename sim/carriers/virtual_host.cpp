@@ -84,14 +84,3 @@ std::vector<std::string> VirtualHost::Misuses() const {
 }
 
 }  // namespace tavlyn::sim
-
-namespace tavlyn::platform {
-
-Host& TheHost() {
-  auto& simulated = sim::VirtualHost::Instance();
-  static Host host{simulated.clock, simulated.mutex, simulated.hid,   simulated.sockets,
-                   simulated.ports, simulated.usb,   simulated.places};
-  return host;
-}
-
-}  // namespace tavlyn::platform
