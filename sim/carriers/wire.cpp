@@ -82,12 +82,20 @@ class Unpacker {
 
 }  // namespace
 
+void Overwrite(std::vector<std::uint8_t>& bytes) {
+  volatile std::uint8_t* at = bytes.data();
+  for (std::size_t left = bytes.size(); left > 0; --left) *at++ = 0;
+}
+
 bool Send(net::Socket socket, const Message& message) {
   const Header header{message.code, message.key, static_cast<std::uint32_t>(message.body.size())};
   Packer packer;
+  packer.packed.reserve(sizeof header + message.body.size());
   packer.Put(header);
   packer.packed.insert(packer.packed.end(), message.body.begin(), message.body.end());
-  return SendAll(socket, packer.packed);
+  const bool sent = SendAll(socket, packer.packed);
+  Overwrite(packer.packed);
+  return sent;
 }
 
 bool Receive(net::Socket socket, Message& message) {
@@ -96,6 +104,7 @@ bool Receive(net::Socket socket, Message& message) {
   if (header.code > 0xFF || header.length > kLongestBody) return false;
   message.code = static_cast<std::uint8_t>(header.code);
   message.key = header.key;
+  Overwrite(message.body);
   message.body.resize(header.length);
   return ReceiveAll(socket, message.body);
 }

@@ -30,6 +30,8 @@ namespace tavlyn::sim::wire {
 // The variable with the path of the socket; on Windows ADDRESS:PORT.
 inline constexpr const char* kSocketVariable = "TAVLYNSIM_SOCKET";
 
+void Overwrite(std::vector<std::uint8_t>& bytes);
+
 enum class Op : std::uint8_t {
   kList,
   kSetFeature,
@@ -43,7 +45,11 @@ enum class Op : std::uint8_t {
   kTakeCut,
 };
 
+// A body is overwritten when the message is gone, so that a search of a program's memory for keys finds only
+// what others have left there.
 struct Message {
+  ~Message() { Overwrite(body); }
+
   std::uint8_t code = 0;  // an Op, or an Outcome
   Key key = 0;
   std::vector<std::uint8_t> body;

@@ -1,6 +1,7 @@
 #include "core/text.h"
 
 #include <new>
+#include <utility>
 
 #include "core/state.h"
 #include "core/version.h"
@@ -10,20 +11,26 @@ namespace tavlyn {
 
 namespace {
 
-File WithOwnBuffer(std::FILE* opened) {
-  File file(opened);
-  if (file == nullptr) return file;
-  auto& room = file.get_deleter().room;
-  room.reset(new (std::nothrow) CloseFile::Room);
-  if (room != nullptr) std::setvbuf(opened, room->data(), _IOFBF, room->size());
+// Without memory for a buffer no file is opened: the C library's own would keep what has passed through it.
+template <typename Open>
+File WithOwnBuffer(Open open) {
+  CloseFile close{.room = std::unique_ptr<CloseFile::Room>(new (std::nothrow) CloseFile::Room)};
+  if (close.room == nullptr) return File();
+  File file(open(), std::move(close));
+  const auto& room = file.get_deleter().room;
+  if (file != nullptr) std::setvbuf(file.get(), room->data(), _IOFBF, room->size());
   return file;
 }
 
 }  // namespace
 
-File OpenFile(const char* path, const char* mode) { return WithOwnBuffer(platform::OpenFile(path, mode)); }
+File OpenFile(const char* path, const char* mode) {
+  return WithOwnBuffer([&] { return platform::OpenFile(path, mode); });
+}
 
-File CreateKeyFile(const char* path) { return WithOwnBuffer(platform::OpenPrivateFile(path)); }
+File CreateKeyFile(const char* path) {
+  return WithOwnBuffer([&] { return platform::OpenPrivateFile(path); });
+}
 
 void WriteHeading(std::FILE* file, const char* title) {
   const unsigned did = EntryOfActDev().DID;

@@ -30,8 +30,7 @@ constexpr bool SameText(std::string_view a, std::string_view b) {
 inline constexpr char kCommentMark = '/';
 inline constexpr char kInformationMark = ':';
 
-// What is read and written may be keys, so it passes through the file's own buffer, which is wiped. Without
-// memory for one the C library's buffer is used.
+// What is read and written may be keys, so it passes through the file's own buffer, which is wiped.
 struct CloseFile {
   struct Room : Wiped<std::array<char, 4096>>, platform::Allocated {};
   void operator()(std::FILE* file) const { std::fclose(file); }

@@ -5,6 +5,7 @@
 #include "core/openings.h"
 #include "core/pause.h"
 #include "core/trace.h"
+#include "core/wipe.h"
 #include "reader/ascii.h"
 #include "reader/configuration.h"
 #include "reader/exchange.h"
@@ -98,7 +99,8 @@ SepExtent ExtentOf(const tsCfgSlot& slot) {
 }
 
 void WriteSepByFa(tsDevEntry& entry, const tsCfgSlot& slot, std::size_t length) {
-  std::array<std::uint8_t, 255> bytes;
+  // What the area does not hold comes from the keys.
+  Wiped<std::array<std::uint8_t, 255>> bytes;
   length = std::min(length, bytes.size());
   for (std::size_t at = 0; at < length; ++at) bytes[at] = slot.SepByteAt(at);
   const Command& write = WritesExtendedFields(slot) ? command::kWriteExtSep : command::kWriteSepFields;
@@ -108,7 +110,7 @@ void WriteSepByFa(tsDevEntry& entry, const tsCfgSlot& slot, std::size_t length) 
 
 void WriteSepByReports(tsDevEntry& entry, const tsCfgSlot& slot, std::uint8_t pages) {
   for (std::uint8_t page = 0; page < pages; ++page) {
-    Report data{};
+    Wiped<Report> data{};
     for (std::size_t at = 0; at < kSepPageBytes; ++at)
       data[at + 1] = slot.SepByteAt(page * kSepPageBytes + at);
     // A page whose command was lost still gets its data report.

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/state.h"
+#include "core/wipe.h"
 #include "reader/fa_frames.h"
 
 namespace tavlyn::reader {
@@ -74,7 +75,7 @@ bool Ask(const Command& command, std::uint32_t reportError, ReplyBytes& reply, A
 
 Xfer Tell(const Command& command, std::span<const std::uint8_t> data, Args args) {
   if (OnSerialPort()) return StoreByFrame(command, args, data);
-  Report report{};
+  Wiped<Report> report{};
   const auto room = std::span(report).subspan(command.form.replyAt);
   std::copy_n(data.begin(), std::min(data.size(), room.size()), room.begin());
   return SendReport(CommandReport(command, args)) && SendReport(report) ? Xfer::kDone : Xfer::kNotSent;

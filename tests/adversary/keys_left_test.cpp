@@ -1,0 +1,83 @@
+// Where a key stands in a program's memory after each deed with keys, on each way to a reader: in the mirror
+// if the mirror keeps it, and nowhere else.
+#include <algorithm>
+
+#include "tests/adversary/marker.h"
+#include "tests/boundary/simulated_run.h"
+#include "tests/files/saved_text.h"
+
+namespace tavlyn::adversary {
+namespace {
+
+using boundary::Holds;
+
+const std::string kUsb = "";
+const std::string kMirror = "libtavlynapi.so." TAVLYN_VERSION " 32 1\n";
+
+struct Case {
+  const char* name;
+  std::string devices;
+  std::string words;
+  std::string left;  // what stays in the program's memory
+  bool sent = true;  // a reader that is spoken to in text is not sent its keys
+};
+
+void PrintTo(const Case& tested, std::ostream* out) { *out << tested.words; }
+
+const std::vector<Case> kCases = {
+    {"HashKeysByReports", kUsb, "usb hash-keys", kMirror},
+    {"HashKeysOverAPort", "--device reader@com3", "com hash-keys", kMirror},
+    {"HashKeysOverTcp", "--device reader@127.0.0.1:10001", "tcp hash-keys", kMirror},
+    {"HashKeysToABulkDevice", "--device reader@bulk", "usb hash-keys", kMirror},
+    {"HashKeysInText", "--device reader@com3:ascii", "text hash-keys", kMirror, false},
+    {"HashKeysBesideATemplate", kUsb, "usb template", kMirror},
+    {"HashKeysAfterAnUnload", kUsb, "usb unload", ""},
+    {"WrittenItem", kUsb, "usb write-item", ""},
+    {"ReadItem", kUsb, "usb read-item", ""},
+    {"References", kUsb, "usb references", ""},
+    {"KeyFile", kUsb, "usb key-file keys", ""},
+    {"LoadedBleKey", kUsb, "usb ble-load ble", ""},
+    {"SavedBleKey", kUsb, "usb ble-save ble", ""},
+};
+
+class KeysLeft : public boundary::SimulatedRun, public testing::WithParamInterface<Case> {
+ protected:
+  void SetUp() override {
+    SimulatedRun::SetUp();
+    for (const auto& [marker, number] : {std::pair(Marker::kFirst, ".1"), std::pair(Marker::kSecond, ".2")}) {
+      const std::string items = "[Blob1]\r\nhdr=02 01 20 00\r\ndata=" + MarkerText(marker, 32, " ") + "\r\n";
+      std::ofstream(folder_ / (std::string("keys") + number), std::ios::binary)
+          << items << "[EOF]\r\niEndOfIniFile=" << boundary::Sum(items) << "\r\n";
+      const std::string ble = BleText(MarkerText(marker, kMarkerBytes, "."));
+      std::ofstream(folder_ / (std::string("ble") + number))
+          << ble << "iEndOfHwgFile=" << boundary::Sum(ble) << "\n";
+    }
+  }
+
+  static std::string BleText(std::string bytes) {
+    for (std::size_t at = 23; at < bytes.size(); at += 24) bytes[at] = '\n';
+    return test::kTitleLine + ("\n\n\n\n\n\n\nBEGIN sFldBleData2\n\n/ BleData2[] =\n" + bytes) +
+           "\n\nEND sFldBleData2\n/--- iEndOfHwgFile\n";
+  }
+};
+
+INSTANTIATE_TEST_SUITE_P(Deeds, KeysLeft, testing::ValuesIn(kCases),
+                         [](const auto& info) { return info.param.name; });
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool kKeepsFreedMemory = true;
+#else
+constexpr bool kKeepsFreedMemory = false;
+#endif
+
+TEST_P(KeysLeft, NowhereElse) {
+  if (kKeepsFreedMemory) GTEST_SKIP() << "a sanitizer keeps memory that was given back";
+  const Case& tested = GetParam();
+  const auto ended = Run(tested.devices, {KEY_CLIENT " " + tested.words, "typed traffic"});
+  EXPECT_EQ(ended[0].status, 0) << ended[0].err;
+  EXPECT_EQ(ended[0].out, tested.left);
+  EXPECT_EQ(Holds(simulatorTold_, MarkerText(Marker::kFirst, 4, " ")), tested.sent) << simulatorTold_;
+}
+
+}  // namespace
+}  // namespace tavlyn::adversary
