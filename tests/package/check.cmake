@@ -46,9 +46,8 @@ foreach(file IN LISTS wanted)
   endif()
 endforeach()
 
-if(NOT WINDOWS)
-  run(${SOURCE}/scripts/check-hardening run-paths ${root}/bin ${root}/lib)
-endif()
+run(python3 ${SOURCE}/scripts/check-hardening files --objdump ${OBJDUMP} --version ${VERSION} ${FORTIFIED}
+  ${root}/bin ${root}/lib)
 
 run(${CMAKE_COMMAND} -S ${CONSUMER} -B ${WORK}/consumer -DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN}
   -Dtavlynapi_DIR=${root}/lib/cmake/tavlynapi "-DCMAKE_C_FLAGS=${C_FLAGS}")
