@@ -63,7 +63,7 @@ struct Bounds {
   [[nodiscard]] constexpr bool Limit() const { return *this != Bounds{}; }
   bool operator==(const Bounds&) const = default;
 };
-constexpr Bounds UpTo(std::int16_t most) { return {.most = most}; }
+consteval Bounds UpTo(std::int16_t most) { return {.most = most}; }
 
 // How a template file shows a word.
 enum class Save : std::uint8_t { kUnsaved, kNumber, kFlag };

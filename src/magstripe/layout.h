@@ -1,7 +1,6 @@
 // Where each setting is in the bytes of the configuration's commands. The tables serve both directions.
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -56,12 +55,12 @@ inline constexpr std::array<LedPlace, kLeds> kLedPlaces = {{{1, 0}, {0, 6}, {0, 
 template <typename Table>
 consteval bool AreApart(const Table& table) {
   std::array<unsigned, std::tuple_size_v<Payload>> taken{};
-  return std::ranges::all_of(table, [&](const auto& bits) {
+  for (const auto& bits : table) {
     const unsigned mask = static_cast<unsigned>(bits.mask) << bits.shift;
-    const bool isFree = mask <= 0xFF && (taken[bits.byte] & mask) == 0;
+    if (mask > 0xFF || (taken[bits.byte] & mask) != 0) return false;
     taken[bits.byte] |= mask;
-    return isFree;
-  });
+  }
+  return true;
 }
 static_assert(AreApart(kKeysLowBits) && AreApart(kSelectionBits) && AreApart(kSystemBits));
 

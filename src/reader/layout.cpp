@@ -15,7 +15,7 @@ using namespace field;
 constexpr std::size_t kCountsAt = 4;
 constexpr std::size_t kCharactersAt = 5;
 
-constexpr std::uint8_t BitsOf(const Packed& row) {
+consteval std::uint8_t BitsOf(const Packed& row) {
   switch (row.as) {
     case As::kFlag: return static_cast<std::uint8_t>(1 << row.shift);
     case As::kNibble: return static_cast<std::uint8_t>(0x0F << row.shift);
@@ -25,7 +25,7 @@ constexpr std::uint8_t BitsOf(const Packed& row) {
 }
 
 // No two fields that are written share a bit, and none overlaps the characters.
-static_assert([] {
+static_assert([]() consteval {
   std::array<Block, 4> taken{};
   for (std::size_t at = kCountsAt; at < taken[kDisplayBlock].size(); ++at) taken[kDisplayBlock][at] = 0xFF;
   for (const Packed& row : kLayout) {

@@ -32,14 +32,14 @@ struct Packed {
   Way way = Way::kBoth;
 };
 
-constexpr Packed Flag(BlockNumber block, std::uint8_t byte, std::uint8_t bit, FieldId field,
+consteval Packed Flag(BlockNumber block, std::uint8_t byte, std::uint8_t bit, FieldId field,
                       Way way = Way::kBoth) {
   return {block, byte, bit, As::kFlag, field, 1, way};
 }
-constexpr Packed Byte(BlockNumber block, std::uint8_t byte, FieldId field, std::uint8_t writeMask = 0xFF) {
+consteval Packed Byte(BlockNumber block, std::uint8_t byte, FieldId field, std::uint8_t writeMask = 0xFF) {
   return {block, byte, 0, As::kByte, field, writeMask, Way::kBoth};
 }
-constexpr Packed Nibble(BlockNumber block, std::uint8_t byte, std::uint8_t shift, FieldId field) {
+consteval Packed Nibble(BlockNumber block, std::uint8_t byte, std::uint8_t shift, FieldId field) {
   return {block, byte, shift, As::kNibble, field, 0x0F, Way::kBoth};
 }
 
