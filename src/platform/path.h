@@ -22,7 +22,8 @@ class Path {
     // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): va_start above does initialise it
     const int length = std::vsnprintf(text_.data(), text_.size(), format, parts);
     va_end(parts);
-    if (length < 0 || static_cast<std::size_t>(length) >= text_.size()) Cut(0);
+    // A negative length, which stands for a failure, is a huge one here.
+    if (static_cast<std::size_t>(length) >= text_.size()) Cut(0);
   }
 
   [[nodiscard]] const char* c_str() const { return text_.data(); }

@@ -36,8 +36,8 @@ class SystemPlaces final : public Places {
 
   Path TraceFile() override {
     const Path state = StateFolder();
-    if (state.IsEmpty()) return {};
-    const Path folder("%s/TavlynLogs", state.c_str());
+    const Path folder = state.IsEmpty() ? Path() : Path("%s/TavlynLogs", state.c_str());
+    if (folder.IsEmpty()) return {};
     MakeFolder(folder);
     return Path("%s/TavlynApiSdk.log", folder.c_str());
   }

@@ -102,7 +102,7 @@ class SystemSockets final : public Sockets {
     addrinfo wanted{};
     wanted.ai_family = AF_INET;
     addrinfo* found = nullptr;
-    if (getaddrinfo(name, nullptr, &wanted, &found) != 0 || found == nullptr) return false;
+    if (getaddrinfo(name, nullptr, &wanted, &found) != 0) return false;
     std::memcpy(ip.data(), &reinterpret_cast<const sockaddr_in*>(found->ai_addr)->sin_addr, ip.size());
     freeaddrinfo(found);
     return true;
