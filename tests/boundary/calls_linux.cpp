@@ -5,11 +5,14 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <chrono>
 #include <ctime>
 #include <map>
+#include <string_view>
 
 #include "tests/boundary/calls.h"
+#include "tests/boundary/failing_calls.h"
 #include "tests/boundary/passing.h"
 
 namespace {
@@ -24,6 +27,11 @@ int connects = 0;
 int datagrams = 0;
 std::map<nanoseconds, int> sleeps;
 
+struct Failure {
+  std::string_view call;
+  int error, left;
+} failure;
+
 int ReallyPoll(pollfd* polled, nfds_t count, int milliseconds) {
   return static_cast<int>(syscall(SYS_poll, polled, count, milliseconds));
 }
@@ -33,6 +41,10 @@ int ReallyPoll(pollfd* polled, nfds_t count, int milliseconds) {
 extern "C" {
 
 int nanosleep(const timespec* wanted, timespec* left) {
+  if (tavlyn::boundary::FailsNow("nanosleep")) {
+    *left = *wanted;
+    return -1;
+  }
   if (timeIsReal) return static_cast<int>(syscall(SYS_nanosleep, wanted, left));
   const nanoseconds length = wanted->tv_sec * kSecond + nanoseconds(wanted->tv_nsec);
   slept += length;
@@ -42,6 +54,7 @@ int nanosleep(const timespec* wanted, timespec* left) {
 }
 
 int poll(pollfd* polled, nfds_t count, int milliseconds) {
+  if (!tavlyn::boundary::FarEndsAreAtWork() && tavlyn::boundary::FailsNow("poll")) return -1;
   if (timeIsReal || tavlyn::boundary::FarEndsAreAtWork()) return ReallyPoll(polled, count, milliseconds);
   tavlyn::sim::DueTime end;
   if (milliseconds >= 0) end = tavlyn::boundary::Now() + std::chrono::milliseconds(milliseconds);
@@ -57,12 +70,24 @@ int clock_gettime(clockid_t clock, timespec* now) {
   return 0;
 }
 
+ssize_t read(int descriptor, void* bytes, size_t count) {
+  if (!tavlyn::boundary::FarEndsAreAtWork() && tavlyn::boundary::FailsNow("read")) return -1;
+  return syscall(SYS_read, descriptor, bytes, count);
+}
+
+ssize_t write(int descriptor, const void* bytes, size_t count) {
+  if (!tavlyn::boundary::FarEndsAreAtWork() && tavlyn::boundary::FailsNow("write")) return -1;
+  return syscall(SYS_write, descriptor, bytes, count);
+}
+
 // Small pieces would otherwise wait for an acknowledgement, which takes time.
 int connect(int descriptor, const sockaddr* peer, socklen_t size) {
   ++connects;
   const int on = 1;
   setsockopt(descriptor, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
-  return static_cast<int>(syscall(SYS_connect, descriptor, peer, size));
+  if (tavlyn::boundary::FailsNow("connect")) return -1;
+  const int result = static_cast<int>(syscall(SYS_connect, descriptor, peer, size));
+  return tavlyn::boundary::FailsNow("connected") ? -1 : result;
 }
 
 ssize_t sendto(int descriptor, const void* bytes, size_t count, int flags, const sockaddr* peer,
@@ -73,6 +98,17 @@ ssize_t sendto(int descriptor, const void* bytes, size_t count, int flags, const
 }
 
 namespace tavlyn::boundary {
+
+Failing::Failing(const char* call, int error, int times) { failure = {call, error, times}; }
+Failing::~Failing() { failure = {}; }
+int Failing::Left() { return failure.left; }
+
+bool FailsNow(const char* call) {
+  if (failure.left == 0 || failure.call != call) return false;
+  --failure.left;
+  errno = failure.error;
+  return true;
+}
 
 void WatchCalls() {}
 

@@ -6,11 +6,15 @@
 
 #include <array>
 #include <filesystem>
+#include <fstream>
 #include <set>
 #include <string>
 
+#include "platform/linux/trusted_file.h"
 #include "platform/platform.h"
-#include "tests/boundary/library.h"
+#include "tests/boundary/missing_name.h"
+#include "tests/boundary/own_root.h"
+#include "tests/boundary/variable.h"
 
 namespace tavlyn::boundary {
 namespace {
@@ -137,9 +141,89 @@ TEST_F(HostLibusb, TheOwnerOfASharedFolderMayExchangeWhatIsInIt) {
   ExpectRefused();
 }
 
+// It may be gone by the time that it is tested.
+TEST(TrustedFile, IsThereByAWholePath) {
+  const auto isTrusted = [](const char* path) { return platform::IsTrustedFile(platform::Path("%s", path)); };
+  EXPECT_FALSE(isTrusted(""));
+  EXPECT_FALSE(isTrusted("libusb-0.1.so.4"));
+  EXPECT_FALSE(isTrusted("/there/is/no/such/file"));
+  EXPECT_FALSE(isTrusted("/"));
+}
+
+TEST_F(HostLibusb, ATrustedFileThatIsNoLibraryIsNotLoaded) {
+  std::ofstream(file_, std::ios::trunc) << "no library";
+  ExpectRefused();
+}
+
+// In their order, as long as there is one.
+TEST_F(HostLibusb, WithoutTheVariableTheSystemsFoldersAreSearched) {
+  SetVariable("TAVLYNAPI_LIBUSB", nullptr);
+  const OwnRoot root;
+  ExpectRefused();
+  for (const char* folder :
+       {"lib", "usr/lib", "lib64", "usr/lib64", "lib/aarch64-linux-gnu", "usr/lib/aarch64-linux-gnu",
+        "lib/x86_64-linux-gnu", "usr/lib/x86_64-linux-gnu"}) {
+    fs::create_directories(root.Of(folder));
+    const fs::path found = root.Of(folder) / "libusb-0.1.so.4";
+    fs::copy_file(file_, found);
+    EXPECT_TRUE(usb_.Load());
+    EXPECT_TRUE(IsLoaded(found)) << folder;
+  }
+}
+
+TEST_F(HostLibusb, EachFunctionThatIsMissingFailsAlone) {
+  struct Missing {
+    const char* name;
+    bool opens;
+    std::array<std::int32_t, 5> results;  // of claim, configuration, write, read, release
+  };
+  constexpr std::array<Missing, 8> kCases = {{{"usb_get_busses", false, {-1, -1, -1, -1, -1}},
+                                              {"usb_open", false, {-1, -1, -1, -1, -1}},
+                                              {"usb_claim_interface", true, {-1, 0, 1, 1, 0}},
+                                              {"usb_set_configuration", true, {0, -1, 1, 1, 0}},
+                                              {"usb_bulk_write", true, {0, 0, -1, 0, 0}},
+                                              {"usb_bulk_read", true, {0, 0, 1, -1, 0}},
+                                              {"usb_release_interface", true, {0, 0, 1, 1, -1}},
+                                              {"usb_close", true, {0, 0, 1, 1, 0}}}};
+  for (const Missing& one : kCases) {
+    const WithoutName file(TAVLYN_STANDIN_BULK, one.name);
+    const Variable chosen("TAVLYNAPI_LIBUSB", file.Path().c_str());
+    ASSERT_TRUE(usb_.Load()) << one.name;
+    EXPECT_EQ(usb_.FindDevices(), 3);
+    const Handle device = usb_.Open(kReader);
+    EXPECT_EQ(device != kNoHandle, one.opens) << one.name;
+    std::array<std::uint8_t, 1> byte{};
+    const std::int32_t claimed = usb_.ClaimInterface(device, 0);
+    const std::int32_t configured = usb_.SetConfiguration(device, 1);
+    const std::int32_t written = usb_.BulkWrite(device, 3, byte, 250);
+    const std::int32_t read = usb_.BulkRead(device, 0x83, byte, 250);
+    const std::int32_t released = usb_.ReleaseInterface(device, 0);
+    EXPECT_EQ((std::array{claimed, configured, written, read, released}), one.results) << one.name;
+    usb_.Close(device);
+    EXPECT_EQ(usb_.ClaimInterface(device, 0), -1) << one.name;
+  }
+}
+
+TEST_F(HostLibusb, ClosedDevicesMoveNothing) {
+  ASSERT_TRUE(usb_.Load());
+  std::array<std::uint8_t, 1> byte{};
+  EXPECT_EQ(usb_.ClaimInterface(kNoHandle, 0), -1);
+  EXPECT_EQ(usb_.SetConfiguration(kNoHandle, 1), -1);
+  EXPECT_EQ(usb_.BulkWrite(kNoHandle, 3, byte, 250), -1);
+  EXPECT_EQ(usb_.BulkRead(kNoHandle, 0x83, byte, 250), -1);
+  EXPECT_EQ(usb_.ReleaseInterface(kNoHandle, 0), -1);
+}
+
+TEST_F(HostLibusb, BothPartsOfAnIdentityCount) {
+  ASSERT_TRUE(usb_.Load());
+  EXPECT_EQ(usb_.FindDevices(), 3);
+  EXPECT_EQ(usb_.Open({0x171C, 0x1004}), kNoHandle);
+  EXPECT_EQ(usb_.Open({0x171B, 0x1006}), kNoHandle);
+}
+
 TEST_F(HostLibusb, NamesThatAreMissingFail) {
   Dl_info own{};
-  ASSERT_NE(dladdr(reinterpret_cast<void*>(&dlopen), &own), 0);
+  ASSERT_NE(dladdr(dlsym(RTLD_DEFAULT, "getuid"), &own), 0);
   SetVariable("TAVLYNAPI_LIBUSB", own.dli_fname);
   ASSERT_TRUE(usb_.Load()) << own.dli_fname << " has none of them";
   EXPECT_EQ(usb_.FindBusses(), -1);

@@ -8,6 +8,7 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdarg>
 #include <optional>
 #include <string>
@@ -16,6 +17,7 @@
 
 #include "platform/platform.h"
 #include "tests/boundary/bare_port.h"
+#include "tests/boundary/failing_calls.h"
 #include "tests/boundary/kernel_line.h"
 
 namespace {
@@ -24,10 +26,12 @@ using tavlyn::boundary::KernelLine;
 
 std::vector<std::string> lineCalls;
 std::optional<std::uint32_t> driverSpeed;  // it has no other
+std::uint32_t askedOfDriver = 0;           // as control flags
 
 int SetOnDriver(int descriptor, KernelLine line) {
   constexpr std::uint32_t kSpeedFlags = 0x100F;
   constexpr std::uint32_t kAsNumber = 0x1000;
+  askedOfDriver = line.control;
   if (driverSpeed) {
     line.control = (line.control & ~kSpeedFlags) | kAsNumber;
     line.inputSpeed = line.outputSpeed = *driverSpeed;
@@ -48,6 +52,8 @@ extern "C" int ioctl(int descriptor, unsigned long request, ...) noexcept {
     const std::string name = lines == TIOCM_DTR ? "DTR" : lines == TIOCM_RTS ? "RTS" : "other";
     lineCalls.push_back(name + (request == TIOCMBIS ? " up" : " down"));
   }
+  if (request == tavlyn::boundary::kGetLine && tavlyn::boundary::FailsNow("get line")) return -1;
+  if (request == TCSBRK && tavlyn::boundary::FailsNow("await output")) return -1;
   if (request == tavlyn::boundary::kSetLine)
     return SetOnDriver(descriptor, *static_cast<const KernelLine*>(argument));
   return static_cast<int>(syscall(SYS_ioctl, descriptor, request, argument));
@@ -137,6 +143,48 @@ TEST_F(HostLines, ASpeedOfTheDriversOwnHasToBeNearTheOneAskedFor) {
   }
   driverSpeed.reset();
   EXPECT_NE(Open(), nullptr);
+}
+
+TEST_F(HostLines, ADriverThatDoesNotTellItsSpeedIsNone) {
+  const Failing failing("get line", EIO);
+  EXPECT_EQ(Open(), nullptr);
+  EXPECT_FALSE(IsExclusive());
+}
+
+TEST_F(HostLines, APortThatDoesNotTellItsSettingsIsReleasedAllTheSame) {
+  const auto port = Open();
+  ASSERT_NE(port, nullptr);
+  const Failing failing("get line", EIO);
+  port->CloseQuietly();
+  EXPECT_TRUE(DropsAtClose()) << "nothing was set";
+  EXPECT_FALSE(IsExclusive());
+}
+
+TEST_F(HostLines, ASignalDoesNotEndAFlush) {
+  const auto port = Open();
+  ASSERT_NE(port, nullptr);
+  {
+    const Failing interrupted("await output", EINTR, 3);
+    port->Flush();
+    EXPECT_EQ(Failing::Left(), 0);
+  }
+  const Failing failing("await output", EIO, 2);
+  port->Flush();
+  EXPECT_EQ(Failing::Left(), 1);
+}
+
+TEST_F(HostLines, ParityIsAskedForAsOddOrEven) {
+  struct Parity {
+    std::uint8_t number;
+    bool odd;
+  };
+  for (const Parity& one : {Parity{0, false}, {1, true}, {2, false}}) {
+    const auto port =
+        platform::TheHost().ports.Open(kLineNumber, {9600, one.number, 0}, {250, 5, 300, 50, 500});
+    ASSERT_NE(port, nullptr);
+    EXPECT_EQ(one.odd, (askedOfDriver & PARODD) != 0);
+    EXPECT_EQ(one.number != 0, (askedOfDriver & PARENB) != 0);
+  }
 }
 
 }  // namespace

@@ -18,6 +18,7 @@
 #include "platform/platform.h"
 #include "tests/boundary/bare_port.h"
 #include "tests/boundary/calls.h"
+#include "tests/boundary/failing_calls.h"
 #include "tests/boundary/kernel_line.h"
 #include "tests/boundary/passing.h"
 #include "tests/boundary/read_cases.h"
@@ -278,6 +279,45 @@ TEST_F(HostPort, TextIsPaced) {
   const Script reader({{1, look}, {2, look}, {3, look}});
   EXPECT_EQ(TimeOf([&] { port.WriteText("ABCDE"); }), 3);
   EXPECT_EQ(pieces, (std::vector<std::string>{"AB", "CD", "E"}));
+}
+
+// Signals, and somebody else who was quicker after the wait: it goes on.
+TEST_F(HostPort, WhatInterruptsEndsNothing) {
+  struct Interruption {
+    const char* call;
+    int error;
+  };
+  const auto port = Open({0, 0, 1000, 0, 1000});
+  ASSERT_NE(port, nullptr);
+  for (const Interruption& one : {Interruption{"poll", EINTR}, {"read", EINTR}, {"read", EAGAIN}}) {
+    Send(far_.get(), "abcd");
+    const Failing interrupted(one.call, one.error, 3);
+    EXPECT_EQ(Read(*port, 4), "abcd") << one.call << one.error;
+    EXPECT_EQ(Failing::Left(), 0);
+  }
+  for (const Interruption& one : {Interruption{"poll", EINTR}, {"write", EINTR}, {"write", EAGAIN}}) {
+    const Failing interrupted(one.call, one.error, 3);
+    EXPECT_EQ(Write(*port, "abcd"), 4u) << one.call << one.error;
+    EXPECT_EQ(Failing::Left(), 0);
+    EXPECT_EQ(ReadAll(far_.get()), "abcd");
+  }
+}
+
+TEST_F(HostPort, WhatFailsEndsWithWhatThereWas) {
+  const auto port = Open({0, 0, 1000, 0, 1000});
+  ASSERT_NE(port, nullptr);
+  Send(far_.get(), "ab");
+  for (const char* call : {"poll", "read"}) {
+    const Failing failing(call, EIO, 2);
+    EXPECT_EQ(TimeOf([&] { EXPECT_EQ(Read(*port, 4), ""); }), 0) << call;
+    EXPECT_EQ(Failing::Left(), 1);
+  }
+  EXPECT_EQ(Read(*port, 2), "ab");
+  for (const char* call : {"poll", "write"}) {
+    const Failing failing(call, EIO, 2);
+    EXPECT_EQ(TimeOf([&] { EXPECT_EQ(Write(*port, "abcd"), 0u); }), 0) << call;
+    EXPECT_EQ(Failing::Left(), 1);
+  }
 }
 
 }  // namespace

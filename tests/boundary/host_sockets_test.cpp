@@ -1,14 +1,34 @@
 // The sockets of Linux: a handle for each, as many as the system has descriptors.
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
+#include <cstring>
 #include <set>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/platform.h"
+#include "tests/boundary/calls.h"
+#include "tests/boundary/failing_calls.h"
 #include "tests/boundary/far_end.h"
+
+namespace {
+
+const char* hostName = "localhost";
+
+}  // namespace
+
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
+extern "C" int gethostname(char* name, std::size_t room) noexcept {
+  if (tavlyn::boundary::FailsNow("gethostname")) return -1;
+  std::strncpy(name, hostName, room);
+  return 0;
+}
 
 namespace tavlyn::boundary {
 namespace {
@@ -75,6 +95,82 @@ TEST(HostSockets, AllMayBeAskedAtOnceOnceThatIsAllowed) {
   TheHost().sockets.SetBroadcast(allowedLater);
   EXPECT_EQ(TheHost().sockets.SendTo(allowedLater, kDatagram, all), 3);
   for (const Handle handle : {allowedBefore, allowedLater}) TheHost().sockets.Close(handle);
+}
+
+TEST(HostSockets, WithoutADescriptorThereIsNoSocket) {
+  rlimit before{};
+  ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+  const rlimit none{0, before.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+  EXPECT_EQ(TheHost().sockets.OpenTcp(), platform::kNoHandle);
+  EXPECT_EQ(TheHost().sockets.OpenUdp(), platform::kNoHandle);
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
+}
+
+// Somebody who accepts connections, or did.
+class Acceptor {
+ public:
+  Acceptor() : descriptor_(socket(AF_INET, SOCK_STREAM, 0)) {
+    const sockaddr_in own = sim::net::AddressOf({127, 0, 0, 1}, 0);
+    bind(descriptor_, reinterpret_cast<const sockaddr*>(&own), sizeof own);
+    listen(descriptor_, 8);
+    address_.port = sim::net::PortOf(descriptor_);
+  }
+  ~Acceptor() { Leave(); }
+  Acceptor(const Acceptor&) = delete;
+  Acceptor& operator=(const Acceptor&) = delete;
+
+  void Leave() {
+    if (descriptor_ >= 0) close(descriptor_);
+    descriptor_ = -1;
+  }
+  [[nodiscard]] Address At() const { return address_; }
+
+ private:
+  int descriptor_;
+  Address address_{{127, 0, 0, 1}, 0};
+};
+
+// The first three end the call before the connection is there, the last after that.
+TEST(HostSockets, ASignalDoesNotEndAConnect) {
+  const Acceptor peer;
+  for (const auto& [call, times] :
+       {std::pair("connect", 0), {"connect", 1}, {"connect", 3}, {"connected", 1}}) {
+    const Handle handle = TheHost().sockets.OpenTcp();
+    const int before = Connects();
+    {
+      const Failing interrupted(call, EINTR, times);
+      EXPECT_EQ(TheHost().sockets.Connect(handle, peer.At()), 0) << call << times;
+    }
+    EXPECT_EQ(Connects() - before, times + 1);
+    EXPECT_EQ(TheHost().sockets.Send(handle, kDatagram), 3);
+    TheHost().sockets.Close(handle);
+  }
+}
+
+TEST(HostSockets, AConnectThatFailsAfterASignalHasFailed) {
+  Acceptor peer;
+  peer.Leave();
+  for (const int times : {0, 1, 2}) {
+    const Handle handle = TheHost().sockets.OpenTcp();
+    const Failing interrupted("connect", EINTR, times);
+    EXPECT_LT(TheHost().sockets.Connect(handle, peer.At()), 0);
+    EXPECT_EQ(Failing::Left(), 0);
+    TheHost().sockets.Close(handle);
+  }
+}
+
+TEST(HostSockets, TheAddressOfThisHostIsThatOfItsName) {
+  std::array<std::uint8_t, 4> ip{};
+  EXPECT_TRUE(TheHost().sockets.HostAddress(ip));
+  EXPECT_EQ(ip, (std::array<std::uint8_t, 4>{127, 0, 0, 1}));
+  // Longer than any label of a name; no server is asked for it.
+  const std::string endless(200, 'x');
+  hostName = endless.c_str();
+  EXPECT_FALSE(TheHost().sockets.HostAddress(ip));
+  hostName = "localhost";
+  const Failing nameless("gethostname", ENAMETOOLONG);
+  EXPECT_FALSE(TheHost().sockets.HostAddress(ip));
 }
 
 }  // namespace

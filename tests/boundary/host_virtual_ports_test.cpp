@@ -1,9 +1,8 @@
 // Which COM numbers count as the maker's virtual ports and as PCMCIA cards on Linux, with a made-up sysfs.
-#include <dlfcn.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <array>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -11,20 +10,8 @@
 
 #include "platform/platform.h"
 #include "tests/boundary/far_end.h"
-
-namespace {
-
-// Prepended to every path below /sys.
-std::string sysRoot;
-
-}  // namespace
-
-// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
-extern "C" char* realpath(const char* path, char* resolved) noexcept {
-  static const auto real = reinterpret_cast<char* (*)(const char*, char*)>(dlsym(RTLD_NEXT, "realpath"));
-  const std::string asked = path != nullptr ? path : "";
-  return real(asked.starts_with("/sys/") ? (sysRoot + asked).c_str() : path, resolved);
-}
+#include "tests/boundary/own_root.h"
+#include "tests/boundary/variable.h"
 
 namespace tavlyn::boundary {
 namespace {
@@ -36,25 +23,22 @@ using Numbers = std::vector<int>;
 class HostVirtualPorts : public testing::Test {
  protected:
   void SetUp() override {
-    std::string folder = (fs::temp_directory_path() / "tavlyn-sys-XXXXXX").string();
-    ASSERT_NE(mkdtemp(folder.data()), nullptr);
-    root_ = folder;
-    sysRoot = folder;
-    fs::create_directories(root_ / "sys/bus/pcmcia");
-    fs::create_directories(root_ / "sys/bus/usb");
-  }
-  void TearDown() override {
-    sysRoot.clear();
-    fs::remove_all(root_);
+    fs::create_directories(root_.Of("sys/bus/pcmcia"));
+    fs::create_directories(root_.Of("sys/bus/usb"));
   }
 
   // COM n is the node of that name, with its device at that place in the device tree.
   void AddPort(int number, const std::string& node, const std::string& device) {
-    std::ofstream(root_ / node) << "";
-    ports_.AddFile(number, (root_ / node).string());
+    AddNode(root_.Of(node), device);
+    ports_.AddFile(number, root_.Of(node).string());
+  }
+  void AddNode(const fs::path& node, const std::string& device) {
+    fs::create_directories(node.parent_path());
+    std::ofstream(node) << "";
     fs::create_directories(Device(device));
-    fs::create_directories(root_ / "sys/class/tty" / node);
-    fs::create_directory_symlink(Device(device), root_ / "sys/class/tty" / node / "device");
+    const fs::path of = root_.Of("sys/class/tty") / node.filename();
+    fs::create_directories(of);
+    fs::create_directory_symlink(Device(device), of / "device");
   }
   void Identify(const std::string& device, const std::string& vendor, const std::string& product) {
     fs::create_directories(Device(device));
@@ -62,7 +46,7 @@ class HostVirtualPorts : public testing::Test {
     std::ofstream(Device(device) / "idProduct") << product << '\n';
   }
   void PutOnBus(const std::string& device, const std::string& bus) {
-    fs::create_directory_symlink(root_ / "sys/bus" / bus, Device(device) / "subsystem");
+    fs::create_directory_symlink(root_.Of("sys/bus") / bus, Device(device) / "subsystem");
   }
   static Numbers Found() {
     std::array<std::uint8_t, 257> flags{};
@@ -75,10 +59,11 @@ class HostVirtualPorts : public testing::Test {
   }
 
  private:
-  [[nodiscard]] fs::path Device(const std::string& device) const { return root_ / "sys/devices" / device; }
+  [[nodiscard]] fs::path Device(const std::string& device) const { return root_.Of("sys/devices") / device; }
 
+ protected:
   PortFolder ports_;
-  fs::path root_;
+  OwnRoot root_;
 };
 
 TEST_F(HostVirtualPorts, FamilyOfProductsCounts) {
@@ -115,6 +100,55 @@ TEST_F(HostVirtualPorts, PortsWithoutADeviceAreNone) {
   AddPort(9, "ttyACM9", "usb1/1-9/1-9:1.0");
   Identify("usb1/1-9", "not a number", "2301");
   EXPECT_EQ(Found(), Numbers{});
+}
+
+TEST_F(HostVirtualPorts, HalfAnIdentityIsNone) {
+  AddPort(5, "ttyACM5", "usb1/1-5/1-5:1.0");
+  Identify("usb1/1-5", "7a31", "2301");
+  fs::remove(root_.Of("sys/devices/usb1/1-5/idProduct"));
+  Identify("usb1", "7a31", "2302");
+  EXPECT_EQ(Found(), Numbers{5}) << "the hub decides";
+}
+
+TEST_F(HostVirtualPorts, OnlyNumbersUpTo256ArePorts) {
+  Identify("usb1/1-1", "7a31", "2301");
+  for (const int number : {0, 256, 257, 65536 + 4})
+    AddPort(number, "tty" + std::to_string(number), "usb1/1-1");
+  for (const char* name : {"com", "comma", "Com7", "lpt7"}) {
+    fs::create_symlink(root_.Of("tty256"), fs::path(ports_.PathOf(7)).replace_filename(name));
+  }
+  EXPECT_EQ(Found(), Numbers{256});
+}
+
+TEST_F(HostVirtualPorts, AFolderThatCannotBeListedIsTriedNameByName) {
+  if (getuid() != 0) GTEST_SKIP() << "only root can become someone else";
+  AddPort(9, "ttyACM9", "usb1/1-9/1-9:1.0");
+  Identify("usb1/1-9", "7a31", "2301");
+  fs::permissions(root_.Of(""), fs::perms(0755));
+  fs::permissions(fs::path(ports_.PathOf(9)).parent_path(), fs::perms(0711));
+  constexpr uid_t kAnyUser = 65534;
+  ASSERT_EQ(seteuid(kAnyUser), 0);
+  const Numbers found = Found();
+  ASSERT_EQ(seteuid(0), 0);
+  EXPECT_EQ(found, Numbers{9});
+}
+
+TEST_F(HostVirtualPorts, WithoutAFolderOfItsOwnTheSystemsNodesArePorts) {
+  Identify("usb1/1-1", "7a31", "2301");
+  AddNode(root_.Of("dev/ttyS0"), "usb1/1-1");
+  AddNode(root_.Of("dev/ttyS4"), "usb1/1-1");
+  AddNode(root_.Of("dev/ttyS255"), "usb1/1-1");
+  AddNode(root_.Of("dev/ttyS256"), "usb1/1-1");
+  AddNode(root_.Of("dev/ttyACM6"), "usb1/1-1");
+  const Variable none("TAVLYNAPI_PORT_DIR", nullptr);
+  EXPECT_EQ(Found(), (Numbers{1, 5, 256}));
+  fs::create_directories(root_.Of("dev/tavlyn"));
+  fs::create_symlink(root_.Of("dev/ttyACM6"), root_.Of("dev/tavlyn/com7"));
+  EXPECT_EQ(Found(), (Numbers{1, 5, 7, 256}));
+  // A node of the library's own comes before the system's.
+  AddNode(root_.Of("dev/ttyUSB1"), "platform/serial8250");
+  fs::create_symlink(root_.Of("dev/ttyUSB1"), root_.Of("dev/tavlyn/com5"));
+  EXPECT_EQ(Found(), (Numbers{1, 7, 256}));
 }
 
 }  // namespace
