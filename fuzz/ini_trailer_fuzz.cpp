@@ -15,7 +15,7 @@ constexpr const char* kEndLine = "[EOF]\r\n";
 std::string ValueOf(std::string_view text) {
   CRC crc;
   std::uint32_t sum = 0;
-  crc.BuildTable();
+  crc.Begin();
   crc.Add(text);
   Require(crc.Compute(sum) == 0);
   std::array<char, 9> value{};

@@ -1,8 +1,9 @@
 #include "files/crc.h"
 
 #include <algorithm>
-#include <new>
+#include <array>
 #include <string_view>
+#include <utility>
 
 #include "core/text.h"
 #include "files/template_words.h"
@@ -11,7 +12,43 @@ namespace tavlyn {
 namespace {
 
 constexpr std::uint32_t kPolynomial = 0xEDB88320;
-constexpr int kNoTable = 23;
+
+// Row r has what a byte becomes after r more bytes of zeros, so that as many bytes as there are rows are
+// looked up independently of one another.
+constexpr std::size_t kRows = 8;
+using Rows = std::array<std::array<std::uint32_t, 256>, kRows>;
+
+constexpr Rows MakeRows() {
+  Rows rows{};
+  for (std::uint32_t index = 0; index < rows[0].size(); ++index) {
+    std::uint32_t entry = index;
+    for (int round = 0; round < 8; ++round) entry = (entry & 1) != 0 ? entry >> 1 ^ kPolynomial : entry >> 1;
+    rows[0][index] = entry;
+  }
+  for (std::size_t row = 1; row < kRows; ++row) {
+    for (std::size_t index = 0; index < rows[0].size(); ++index) {
+      const std::uint32_t entry = rows[row - 1][index];
+      rows[row][index] = entry >> 8 ^ rows[0][entry & 0xFF];
+    }
+  }
+  return rows;
+}
+
+constexpr Rows kTable = MakeRows();
+
+std::uint32_t Byte(std::string_view text, std::size_t at) { return static_cast<std::uint8_t>(text[at]); }
+
+// A sum after as many more bytes as there are rows.
+std::uint32_t After(std::uint32_t sum, std::string_view bytes) {
+  std::uint32_t next = 0;
+  for (std::size_t at = 0; at < kRows; ++at) {
+    const std::uint32_t before = at < sizeof sum ? sum >> 8 * at & 0xFF : 0;
+    next ^= kTable[kRows - 1 - at][Byte(bytes, at) ^ before];
+  }
+  return next;
+}
+
+constexpr int kNotBegun = 23;
 
 constexpr std::size_t kLongLine = 4096;
 constexpr std::size_t kShortLine = 128;
@@ -73,28 +110,21 @@ HwgTrailer FindHwgTrailer(Lines<kShortLine>& lines, CRC& sum) {
 
 }  // namespace
 
-void CRC::BuildTable() {
+void CRC::Begin() {
   running_ = 0xFFFFFFFF;
-  table_.reset(new (std::nothrow) Table);
-  if (table_ == nullptr) return;
-  for (std::uint32_t index = 0; index < table_->words.size(); ++index) {
-    std::uint32_t entry = index;
-    for (int round = 0; round < 8; ++round) entry = (entry & 1) != 0 ? entry >> 1 ^ kPolynomial : entry >> 1;
-    table_->words[index] = entry;
-  }
+  begun_ = true;
 }
 
 void CRC::Add(std::string_view text) {
-  if (table_ == nullptr) return;
-  for (const char c : text)
-    running_ = running_ >> 8 ^ table_->words[(running_ ^ static_cast<std::uint8_t>(c)) & 0xFF];
+  if (!begun_) return;
+  for (; text.size() >= kRows; text.remove_prefix(kRows)) running_ = After(running_, text);
+  for (std::size_t at = 0; at < text.size(); ++at)
+    running_ = running_ >> 8 ^ kTable[0][(running_ ^ Byte(text, at)) & 0xFF];
 }
 
 int CRC::Compute(std::uint32_t& result) {
-  const bool done = table_ != nullptr;
-  result = done ? ~running_ : 0;
-  table_.reset();
-  return done ? 0 : kNoTable;
+  result = begun_ ? ~running_ : 0;
+  return std::exchange(begun_, false) ? 0 : kNotBegun;
 }
 
 void CRC::AddWholeFile(const char* path) {
@@ -105,7 +135,7 @@ void CRC::AddWholeFile(const char* path) {
 }
 
 int CRC::SumOfFile(const char* path, std::uint32_t& sum) {
-  BuildTable();
+  Begin();
   AddWholeFile(path);
   return Compute(sum);
 }
@@ -137,7 +167,7 @@ int CRC::CheckHwgFile(const char* path) {
   const File file = OpenFile(path, "rb");
   if (file == nullptr) return 0;
   Lines<kShortLine> lines(file.get());
-  BuildTable();
+  Begin();
   auto [marker, value] = FindHwgTrailer(lines, *this);
   if (marker == Marker::kNone) return 0;
   // Whatever follows the equals sign there, a blank in an intact file.
@@ -151,7 +181,7 @@ int CRC::CheckIniFile(const char* path) {
   const File file = OpenFile(path, "rb");
   Lines<kLongLine> lines(file.get());
   std::string_view line;
-  BuildTable();
+  Begin();
   while (file != nullptr && lines.Next(line)) {
     if (line == "[EOF]\r\n") return CheckIniTrailer(file.get());
     Add(line);

@@ -8,13 +8,9 @@
 // Sums are taken over the bytes on disk. In an ini file a sum of zero is written as a single 0.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <cstdio>
-#include <memory>
 #include <string_view>
-
-#include "platform/allocated.h"
 
 namespace tavlyn {
 
@@ -22,10 +18,9 @@ class CRC {
  public:
   virtual ~CRC() = default;
 
-  // Begins a sum. Memory for the table may be missing.
-  void BuildTable();
+  void Begin();
   void Add(std::string_view text);
-  // Ends the sum and releases the table. Not 0 when there is no sum.
+  // Ends the sum. Not 0 when none was begun.
   int Compute(std::uint32_t& result);
 
   // Adds line pieces up to their first NUL; nothing when the file cannot be opened.
@@ -42,14 +37,10 @@ class CRC {
   int CheckIniFile(const char* path);
 
  private:
-  struct Table : platform::Allocated {
-    std::array<std::uint32_t, 256> words;
-  };
-
   int SumOfFile(const char* path, std::uint32_t& sum);
   int CheckIniTrailer(std::FILE* file);
 
-  std::unique_ptr<Table> table_;  // only during a calculation
+  bool begun_ = false;
   std::uint32_t running_ = 0;
 };
 

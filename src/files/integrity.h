@@ -10,7 +10,6 @@ namespace tavlyn {
 inline constexpr std::uint32_t kHwgTrailer = 0;
 inline constexpr std::uint32_t kIniTrailer = 2;
 
-// Without memory for the test a file counts as damaged.
 inline bool IsIntact(const char* path, std::uint32_t kind) { return CRC().CheckFile(path, kind) != 0; }
 // The same test before a load; adds TAVLYN_ERR_INTEGRITY when the file fails.
 bool PassesIntegrity(const char* path, std::uint32_t kind);
