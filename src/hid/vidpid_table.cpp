@@ -42,8 +42,10 @@ std::string_view QuotedValue(const char* line, std::string_view key, std::size_t
 // At most four hexadecimal digits; a value that does not parse leaves target as it was.
 template <typename Word>
 void TakeHex(const char* line, std::string_view key, Word& target) {
+  const std::string_view quoted = QuotedValue(line, key, kValueLength);
+  if (quoted.empty()) return;
   char value[kValueLength + 1] = {};
-  QuotedValue(line, key, kValueLength).copy(value, kValueLength);
+  quoted.copy(value, kValueLength);
   unsigned long number = 0;
   if (std::sscanf(value, "%4lX", &number) == 1) target = static_cast<Word>(number);
 }

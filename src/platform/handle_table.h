@@ -3,6 +3,9 @@
 // needs neither construction at run time nor destruction.
 #pragma once
 
+#include <algorithm>
+#include <array>
+#include <cstddef>
 #include <memory>
 #include <new>
 #include <optional>
@@ -24,12 +27,13 @@ class HandleTable {
   template <typename Close>
   Handle Add(Native native, Close close) {
     const Locked locked;
-    auto* added = new (std::nothrow) Numbered{{}, last_ + 1, native, newest_};
+    Numbered*& newest = newest_[(last_ + 1) % kLists];
+    auto* added = new (std::nothrow) Numbered{{}, last_ + 1, native, newest};
     if (added == nullptr) {
       close(native);
       return kNoHandle;
     }
-    newest_ = added;
+    newest = added;
     return ++last_;
   }
 
@@ -48,10 +52,14 @@ class HandleTable {
   // For removing one after the other until nothing is left.
   std::optional<Native> RemoveNewest() {
     const Locked locked;
-    return RemoveAt(&newest_);
+    return RemoveAt(&*std::ranges::max_element(
+        newest_, {}, [](const Numbered* one) { return one != nullptr ? one->handle : 0; }));
   }
 
  private:
+  // Numbers go to the lists in turn, so that each is short.
+  static constexpr std::size_t kLists = 64;
+
   struct Locked {
     Locked() { LockTables(); }
     ~Locked() { UnlockTables(); }
@@ -67,7 +75,7 @@ class HandleTable {
 
   // The pointer in the list that leads to it, or the one at the end.
   Numbered** PlaceOf(Handle handle) {
-    Numbered** place = &newest_;
+    Numbered** place = &newest_[handle % kLists];
     while (*place != nullptr && (*place)->handle != handle) place = &(*place)->older;
     return place;
   }
@@ -79,7 +87,7 @@ class HandleTable {
     return removed->native;
   }
 
-  Numbered* newest_ = nullptr;
+  std::array<Numbered*, kLists> newest_{};  // each the beginning of a list
   Handle last_ = 0;
 };
 

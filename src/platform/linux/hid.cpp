@@ -57,21 +57,43 @@ const hid_device_info* FirstOf(const hid_device_info* list, const char* path) {
   return list;
 }
 
-// Each usage of a path has an entry of its own in the list.
-bool HasUsage(const hid_device_info& interface, HidUsage wanted) {
-  for (const hid_device_info* at = &interface; at != nullptr; at = at->next) {
-    if (SamePath(*at, interface) && at->usage_page == wanted.page && at->usage == wanted.usage) return true;
+// The interface listed after this one, or null. The entries of an interface, one for each of its usages, are
+// together.
+const hid_device_info* InterfaceAfter(const hid_device_info& interface) {
+  const hid_device_info* at = interface.next;
+  while (at != nullptr && (at->path == nullptr || SamePath(*at, interface))) at = at->next;
+  return at;
+}
+
+const hid_device_info* FirstInterface(const hid_device_info* list) {
+  return list == nullptr || list->path != nullptr ? list : InterfaceAfter(*list);
+}
+
+// Calls a function with each usage of an interface until it returns false.
+template <typename Function>
+void ForEachUsage(const hid_device_info& interface, Function function) {
+  const hid_device_info* end = InterfaceAfter(interface);
+  for (const hid_device_info* at = &interface; at != end; at = at->next) {
+    if (SamePath(*at, interface) && !function(HidUsage{at->usage_page, at->usage})) return;
   }
-  return false;
+}
+
+bool IsKeyboard(const hid_device_info& interface) {
+  bool found = false;
+  ForEachUsage(interface, [&](HidUsage usage) {
+    found = usage.page == kKeyboardUsage.page && usage.usage == kKeyboardUsage.usage;
+    return !found;
+  });
+  return found;
 }
 
 OpenHidInterface Described(const hid_device_info& interface) {
   OpenHidInterface described{nullptr, {interface.vendor_id, interface.product_id}, {}};
   auto next = described.usages.begin();
-  for (const hid_device_info* at = &interface; at != nullptr && next != described.usages.end();
-       at = at->next) {
-    if (SamePath(*at, interface)) *next++ = {at->usage_page, at->usage};
-  }
+  ForEachUsage(interface, [&](HidUsage usage) {
+    *next++ = usage;
+    return next != described.usages.end();
+  });
   return described;
 }
 
@@ -93,7 +115,7 @@ class SystemHid final : public HidSystem {
     call_.freeEnumeration(listed_);
     FreeSystemLibrary(library_);
     listed_ = nullptr;
-    walking_ = false;
+    EndWalk();
     library_ = nullptr;
   }
 
@@ -102,19 +124,31 @@ class SystemHid final : public HidSystem {
     List();
     walked_ = cls;
     walking_ = true;
+    Rewind();
     return true;
   }
 
+  // Goes on from the member asked for before, so that a walk takes time in proportion to its length.
   WalkStep Member(int index, const char*& path) override {
-    for (const hid_device_info* at = walking_ ? listed_ : nullptr; at != nullptr; at = at->next) {
-      if (!IsMember(*at) || index-- > 0) continue;
-      path = at->path;
+    if (index < members_) Rewind();
+    while (next_ != nullptr) {
+      const hid_device_info& interface = *next_;
+      next_ = InterfaceAfter(interface);
+      if (walked_ == HidClass::kKeyboard && !IsKeyboard(interface)) continue;
+      if (members_++ < index) continue;
+      member_ = &interface;
+      path = interface.path;
       return WalkStep::kPath;
     }
     return WalkStep::kEnd;
   }
 
-  void EndWalk() override { walking_ = false; }
+  void EndWalk() override {
+    walking_ = false;
+    next_ = nullptr;
+    member_ = nullptr;
+    members_ = 0;
+  }
 
   bool ListedIds(const char* path, HidIds& ids) override {
     const hid_device_info* listed = Find(path);
@@ -177,16 +211,17 @@ class SystemHid final : public HidSystem {
     listed_ = call_.enumerate(0, 0);
   }
 
-  [[nodiscard]] bool IsMember(const hid_device_info& entry) const {
-    return entry.path != nullptr && FirstOf(listed_, entry.path) == &entry &&
-           (walked_ == HidClass::kHid || HasUsage(entry, kKeyboardUsage));
+  void Rewind() {
+    next_ = FirstInterface(listed_);
+    member_ = nullptr;
+    members_ = 0;
   }
 
-  // Outside a walk the system is asked again.
+  // Outside a walk the system is asked again; in a walk the path is nearly always that of the last member.
   const hid_device_info* Find(const char* path) {
     if (library_ == nullptr) return nullptr;
     if (!walking_) List();
-    return FirstOf(listed_, path);
+    return FirstOf(member_ != nullptr && std::strcmp(member_->path, path) == 0 ? member_ : listed_, path);
   }
 
   hid_device* Native(Handle device) {
@@ -199,6 +234,9 @@ class SystemHid final : public HidSystem {
   hid_device_info* listed_ = nullptr;  // by the current walk, or by the last look-up
   HidClass walked_{};
   bool walking_ = false;
+  const hid_device_info* next_ = nullptr;    // interface to be looked at by a walk
+  const hid_device_info* member_ = nullptr;  // that a walk handed out last
+  int members_ = 0;                          // how many there were before next_
   HandleTable<OpenHidInterface> devices_;
 };
 
