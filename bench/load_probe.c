@@ -1,5 +1,5 @@
-/* Prints the nanoseconds that one dlopen of the library named takes, and the kB that the process then has for itself
-   alone. */
+/* Prints the nanoseconds of processor time that one dlopen of the library named takes, and the kB that the
+   process then has for itself alone. */
 #include <dlfcn.h>
 #include <stdio.h>
 #include <time.h>
@@ -20,9 +20,9 @@ int main(int argc, char** argv) {
   if (argc != 2) return 2;
   OwnMemory();
   const long memory = OwnMemory();
-  clock_gettime(CLOCK_MONOTONIC, &before);
+  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &before);
   void* library = dlopen(argv[1], RTLD_NOW);
-  clock_gettime(CLOCK_MONOTONIC, &after);
+  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &after);
   if (library == NULL) return 1;
   printf("%ld %ld\n", (after.tv_sec - before.tv_sec) * 1000000000L + (after.tv_nsec - before.tv_nsec),
          OwnMemory() - memory);
