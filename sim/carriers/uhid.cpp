@@ -188,7 +188,7 @@ void UhidCarrier::AnswerGet(std::uint32_t id, std::uint8_t reportNumber, std::ui
   } else {
     reply.err = EIO;
   }
-  SendEvent(fd_, event);
+  Answer(event);
 }
 
 void UhidCarrier::AnswerSet(std::uint32_t id, std::uint8_t reportType, std::span<const std::uint8_t> report) {
@@ -198,7 +198,12 @@ void UhidCarrier::AnswerSet(std::uint32_t id, std::uint8_t reportType, std::span
   const bool accepted = reportType == UHID_FEATURE_REPORT && !report.empty() &&
                         report[0] == model_.Identity().reportId && model_.SetFeature(report.subspan(1));
   event.u.set_report_reply.err = accepted ? 0 : EIO;
-  SendEvent(fd_, event);
+  Answer(event);
+}
+
+// A cable that is pulled in the middle of an exchange leaves the kernel without an answer.
+void UhidCarrier::Answer(const uhid_event& event) const {
+  if (model_.Present()) SendEvent(fd_, event);
 }
 
 // Like a USB host, the kernel asks for input only while someone listens; until then the model keeps it.

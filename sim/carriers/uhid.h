@@ -9,6 +9,8 @@
 
 #include "sim/devices/device.h"
 
+struct uhid_event;
+
 namespace tavlyn::sim {
 
 // The report descriptor that a device of this identity has.
@@ -41,6 +43,7 @@ class UhidCarrier {
  private:
   void AnswerGet(std::uint32_t id, std::uint8_t reportNumber, std::uint8_t reportType);
   void AnswerSet(std::uint32_t id, std::uint8_t reportType, std::span<const std::uint8_t> report);
+  void Answer(const uhid_event& event) const;
   void SendInput();
 
   HidDevice& model_;

@@ -14,7 +14,6 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr int kServeEvery = 5;  // milliseconds; input that a model queues by itself waits at most this long
 constexpr int kNodeAttempts = 500;  // of ten milliseconds each
 
 }  // namespace
@@ -28,16 +27,17 @@ Bus::~Bus() {
 
 void Bus::Run() {
   for (;;) {
-    std::vector<pollfd> polled;
-    const bool stop = Locked([&] {
-      for (const sim::UhidCarrier* carrier : carriers_) polled.push_back({carrier->Fd(), POLLIN, 0});
-      return stopping_;
-    });
-    if (stop) return;
-    (void)poll(polled.data(), polled.size(), kServeEvery);
-    Locked([&] {
-      for (sim::UhidCarrier* carrier : carriers_) carrier->Serve();
-    });
+    std::vector<pollfd> polled{{waker_.Polled(), POLLIN, 0}};
+    {
+      const std::lock_guard<std::mutex> lock(mutex_);
+      if (stopping_) return;
+      for (sim::UhidCarrier* carrier : carriers_) {
+        carrier->Serve();
+        polled.push_back({carrier->Fd(), POLLIN, 0});
+      }
+    }
+    (void)poll(polled.data(), polled.size(), -1);
+    waker_.Clear();
   }
 }
 

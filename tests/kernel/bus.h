@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "sim/carriers/uhid.h"
+#include "sim/carriers/waker.h"
 #include "sim/devices/device.h"
 
 namespace tavlyn::kernel {
@@ -22,15 +23,29 @@ class Bus {
   // Runs a change of a model while no exchange is going on.
   template <typename Change>
   auto Locked(Change change) {
-    const std::lock_guard<std::mutex> lock(mutex_);
+    const Turn turn(*this);
     return change();
   }
 
  private:
   friend class Plugged;
+  // Holds the lock for its lifetime; afterwards every device is served again.
+  class Turn {
+   public:
+    explicit Turn(Bus& bus) : bus_(bus), lock_(bus.mutex_) {}
+    ~Turn() { bus_.waker_.Wake(); }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+
+   private:
+    Bus& bus_;
+    std::lock_guard<std::mutex> lock_;
+  };
+
   void Run();
 
   std::mutex mutex_;
+  sim::Waker waker_;
   std::vector<sim::UhidCarrier*> carriers_;
   bool stopping_ = false;
   std::thread thread_;

@@ -14,6 +14,8 @@ int main(int argc, char** argv) {
     ReaderChecks(argv[2]);
   } else if (section == "devices" && argc == 3) {
     DeviceChecks(argv[2]);
+  } else if (section == "families" && argc == 3) {
+    FamilyChecks(argv[2]);
   } else if (section == "permission" && argc == 3) {
     PermissionChecks(argv[2]);
   } else if (section == "unprivileged" && argc == 4) {
@@ -23,7 +25,7 @@ int main(int argc, char** argv) {
   } else {
     (void)std::fprintf(stderr,
                        "usage: guest carrier\n"
-                       "       guest reader|devices|permission LIBRARY\n"
+                       "       guest reader|devices|families|permission LIBRARY\n"
                        "       guest watch TOOL\n");
     return 2;
   }

@@ -14,17 +14,10 @@ bool LoadLibrary(const char* path, Library& library) {
     Check(false, std::string("the library loads: ") + dlerror());
     return false;
   }
-  const bool bound =
-      Bind(file, "USBConnect", library.connect) && Bind(file, "USBDisconnect", library.disconnect) &&
-      Bind(file, "SetDevTypeSrch", library.searchLink) &&
-      Bind(file, "SetConnectProduct", library.searchProducts) && Bind(file, "GetDevCnt", library.count) &&
-      Bind(file, "SetActDev", library.select) && Bind(file, "GetDevName", library.name) &&
-      Bind(file, "GetDID", library.did) && Bind(file, "GetLastLibErr", library.error) &&
-      Bind(file, "GetFlags", library.flags) && Bind(file, "GetTimeParms", library.times) &&
-      Bind(file, "GetMaxConfig", library.maxConfig) && Bind(file, "GetSerialNumber", library.serialNumber) &&
-      Bind(file, "getPartNumberString", library.partNumber) &&
-      Bind(file, "GetVidPidVendorName", library.vendor) && Bind(file, "GetActiveID", library.activeId) &&
-      Bind(file, "sorbaneGetTrackData", library.track) && Bind(file, "GetObjRangeInfo", library.range);
+  bool bound = true;
+#define CALL(member, name) bound = Bind(file, #name, library.member) && bound;
+#include "tests/kernel/calls.inc"
+#undef CALL
   Check(bound, "the library has every function that is called here");
   if (bound) library.searchLink(0);
   return bound;

@@ -10,24 +10,9 @@
 namespace tavlyn::kernel {
 
 struct Library {
-  decltype(&::USBConnect) connect;
-  decltype(&::USBDisconnect) disconnect;
-  decltype(&::SetDevTypeSrch) searchLink;
-  decltype(&::SetConnectProduct) searchProducts;
-  decltype(&::GetDevCnt) count;
-  decltype(&::SetActDev) select;
-  decltype(&::GetDevName) name;
-  decltype(&::GetDID) did;
-  decltype(&::GetLastLibErr) error;
-  decltype(&::GetFlags) flags;
-  decltype(&::GetTimeParms) times;
-  decltype(&::GetMaxConfig) maxConfig;
-  decltype(&::GetSerialNumber) serialNumber;
-  decltype(&::getPartNumberString) partNumber;
-  decltype(&::GetVidPidVendorName) vendor;
-  decltype(&::GetActiveID) activeId;
-  decltype(&::sorbaneGetTrackData) track;
-  decltype(&::GetObjRangeInfo) range;
+#define CALL(member, name) decltype(&::name) member;
+#include "tests/kernel/calls.inc"
+#undef CALL
 };
 
 // A failed check if the library does not load or lacks a name. Searches are limited to HID devices: the

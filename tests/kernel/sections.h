@@ -10,6 +10,9 @@ void CarrierChecks();
 void ReaderChecks(const char* libraryPath);
 void DeviceChecks(const char* libraryPath);
 
+// Each family's life, and its cable pulled in the middle.
+void FamilyChecks(const char* libraryPath);
+
 // A user who may not open the node, and then may; Unprivileged is that user's process.
 void PermissionChecks(const char* libraryPath);
 void UnprivilegedChecks(const char* libraryPath, bool mayOpen);
