@@ -87,14 +87,14 @@ int StoredDelay(const sim::Model& model) { return static_cast<const sim::Sonar&>
 
 const std::vector<Family>& Families() {
   static const std::vector<Family> families = {
-      {"plain reader", 1, [] { return std::shared_ptr<sim::Model>(sim::Reader::Plain()); }, PutCard,
+      {"plain reader", 1, false, [] { return std::shared_ptr<sim::Model>(sim::Reader::Plain()); }, PutCard,
        FindsCard, ChangeHold, MirroredHold, StoredHold},
-      {"report-ID-1 reader", 1, [] { return std::shared_ptr<sim::Model>(sim::Reader::Kelda()); },
+      {"report-ID-1 reader", 1, false, [] { return std::shared_ptr<sim::Model>(sim::Reader::Kelda()); },
        AnnounceCard, FindsCard, ChangeHold, MirroredHold, StoredHold},
-      {"magnetic-stripe reader", 2, [] { return std::shared_ptr<sim::Model>(new sim::Magstripe); }, Swipe,
-       FindsTrack, ChangeKeyCount, MirroredKeyCount, StoredKeyCount},
-      {"sonar sensor", 4, [] { return std::shared_ptr<sim::Model>(new sim::Sonar); }, Stand, FindsPerson,
-       ChangeDelay, MirroredDelay, StoredDelay},
+      {"magnetic-stripe reader", 2, true, [] { return std::shared_ptr<sim::Model>(new sim::Magstripe); },
+       Swipe, FindsTrack, ChangeKeyCount, MirroredKeyCount, StoredKeyCount},
+      {"sonar sensor", 4, true, [] { return std::shared_ptr<sim::Model>(new sim::Sonar); }, Stand,
+       FindsPerson, ChangeDelay, MirroredDelay, StoredDelay},
   };
   return families;
 }

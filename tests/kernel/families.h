@@ -14,6 +14,7 @@ namespace tavlyn::kernel {
 struct Family {
   const char* who;
   std::uint16_t product;  // what a connect searches for
+  bool rests;             // the library waits between a report and its reply
   std::shared_ptr<sim::Model> (*make)();
   // A card, a swipe or a person; the next reading is to find it.
   void (*put)(sim::Model& model);

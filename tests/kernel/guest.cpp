@@ -16,6 +16,8 @@ int main(int argc, char** argv) {
     DeviceChecks(argv[2]);
   } else if (section == "families" && argc == 3) {
     FamilyChecks(argv[2]);
+  } else if (section == "suspend" && argc == 3) {
+    SuspendChecks(argv[2]);
   } else if (section == "permission" && argc == 3) {
     PermissionChecks(argv[2]);
   } else if (section == "unprivileged" && argc == 4) {
@@ -25,7 +27,7 @@ int main(int argc, char** argv) {
   } else {
     (void)std::fprintf(stderr,
                        "usage: guest carrier\n"
-                       "       guest reader|devices|families|permission LIBRARY\n"
+                       "       guest reader|devices|families|suspend|permission LIBRARY\n"
                        "       guest watch TOOL\n");
     return 2;
   }

@@ -13,6 +13,9 @@ void DeviceChecks(const char* libraryPath);
 // Each family's life, and its cable pulled in the middle.
 void FamilyChecks(const char* libraryPath);
 
+// The machine suspended and resumed while devices are connected, and in the middle of each operation.
+void SuspendChecks(const char* libraryPath);
+
 // A user who may not open the node, and then may; Unprivileged is that user's process.
 void PermissionChecks(const char* libraryPath);
 void UnprivilegedChecks(const char* libraryPath, bool mayOpen);
