@@ -18,6 +18,10 @@ int main(int argc, char** argv) {
     FamilyChecks(argv[2]);
   } else if (section == "suspend" && argc == 3) {
     SuspendChecks(argv[2]);
+  } else if (section == "sharing" && argc == 3) {
+    SharingChecks(argv[2]);
+  } else if (section == "partner" && argc == 3) {
+    PartnerChecks(argv[2]);
   } else if (section == "permission" && argc == 3) {
     PermissionChecks(argv[2]);
   } else if (section == "unprivileged" && argc == 4) {
@@ -27,7 +31,7 @@ int main(int argc, char** argv) {
   } else {
     (void)std::fprintf(stderr,
                        "usage: guest carrier\n"
-                       "       guest reader|devices|families|suspend|permission LIBRARY\n"
+                       "       guest reader|devices|families|suspend|sharing|permission LIBRARY\n"
                        "       guest watch TOOL\n");
     return 2;
   }

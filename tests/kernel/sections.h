@@ -16,6 +16,10 @@ void FamilyChecks(const char* libraryPath);
 // The machine suspended and resumed while devices are connected, and in the middle of each operation.
 void SuspendChecks(const char* libraryPath);
 
+// Two programs on one node, and on one port; Partner is the second one's process.
+void SharingChecks(const char* libraryPath);
+void PartnerChecks(const char* libraryPath);
+
 // A user who may not open the node, and then may; Unprivileged is that user's process.
 void PermissionChecks(const char* libraryPath);
 void UnprivilegedChecks(const char* libraryPath, bool mayOpen);
