@@ -89,7 +89,7 @@ const std::vector<Family>& Families() {
   static const std::vector<Family> families = {
       {"plain reader", 1, false, [] { return std::shared_ptr<sim::Model>(sim::Reader::Plain()); }, PutCard,
        FindsCard, ChangeHold, MirroredHold, StoredHold},
-      {"report-ID-1 reader", 1, false, [] { return std::shared_ptr<sim::Model>(sim::Reader::Kelda()); },
+      {"report-ID-1 reader", 1, false, [] { return std::shared_ptr<sim::Model>(sim::Reader::Kelda(1)); },
        AnnounceCard, FindsCard, ChangeHold, MirroredHold, StoredHold},
       {"magnetic-stripe reader", 2, true, [] { return std::shared_ptr<sim::Model>(new sim::Magstripe); },
        Swipe, FindsTrack, ChangeKeyCount, MirroredKeyCount, StoredKeyCount},

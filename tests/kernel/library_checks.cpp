@@ -9,9 +9,7 @@
 #include <string>
 #include <tuple>
 
-#include "sim/devices/magstripe.h"
 #include "sim/devices/reader.h"
-#include "sim/devices/sonar.h"
 #include "tests/kernel/bus.h"
 #include "tests/kernel/checks.h"
 #include "tests/kernel/library.h"
@@ -171,32 +169,6 @@ void FailingReader(const Library& library, Bus& bus) {
   library.disconnect();
 }
 
-// Reports of 24 bytes, unlike those of readers.
-void MagstripeReader(const Library& library, Bus& bus) {
-  sim::Magstripe magstripe;
-  const Plugged plugged(bus, magstripe);
-  library.searchProducts(2);
-  CheckEqual(library.connect(nullptr), 1, "a magnetic-stripe reader connects");
-  CheckEqual(library.partNumber(), "OMS-2100-AKU", "with its part number");
-  bus.Locked([&] { magstripe.Swipe(*sim::ParseMagCard(";12=34?")); });
-  const std::uint8_t* track = library.track(2, 1);
-  Check(track != nullptr && std::string(reinterpret_cast<const char*>(track) + 1, 7) == ";12=34?",
-        "the track of a swiped card");
-  library.disconnect();
-}
-
-void SonarSensor(const Library& library, Bus& bus) {
-  sim::Sonar sonar;
-  const Plugged plugged(bus, sonar);
-  library.searchProducts(4);
-  CheckEqual(library.connect(nullptr), 1, "a sonar sensor connects");
-  bus.Locked([&] { sonar.Stand(25); });
-  std::array<std::uint16_t, 5> range{};
-  CheckEqual(library.range(range.data()), 1, "it measures");
-  CheckEqual(range[0], 25, "the distance in inches");
-  library.disconnect();
-}
-
 }  // namespace
 
 void ReaderChecks(const char* libraryPath) {
@@ -246,8 +218,6 @@ void DeviceChecks(const char* libraryPath) {
   DividedKelda(library, bus);
   ReadersTogether(library, bus);
   FailingReader(library, bus);
-  MagstripeReader(library, bus);
-  SonarSensor(library, bus);
 }
 
 void PermissionChecks(const char* libraryPath) {

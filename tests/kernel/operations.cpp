@@ -5,7 +5,7 @@
 namespace tavlyn::kernel {
 namespace {
 
-constexpr int kMostPlaces = 4;
+constexpr int kMostPlaces = 3;
 
 bool Reads(const Library& library, const Family& family) { return family.finds(library); }
 
@@ -38,15 +38,6 @@ bool Prepare(const Library& library, Bus& bus, const Family& family, const Opera
     model.faults.Restart();
   });
   return connected;
-}
-
-int CountExchanges(const Library& library, Bus& bus, const Family& family, const Operation& operation) {
-  const auto model = family.make();
-  const Plugged plugged(bus, *model);
-  Prepare(library, bus, family, operation, *model);
-  const bool good = operation.run(library, family);
-  library.disconnect();
-  return good ? bus.Locked([&] { return model->faults.Exchanges(); }) : 0;
 }
 
 std::vector<int> Places(int exchanges) {

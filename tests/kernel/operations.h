@@ -24,10 +24,7 @@ const std::vector<Operation>& Operations();
 bool Prepare(const Library& library, Bus& bus, const Family& family, const Operation& operation,
              sim::Model& model);
 
-// How many exchanges an undisturbed operation has; 0 if it fails.
-int CountExchanges(const Library& library, Bus& bus, const Family& family, const Operation& operation);
-
-// A few of that many exchanges, spread evenly with the first and the last.
+// A few of so many exchanges, spread evenly with the first and the last.
 std::vector<int> Places(int exchanges);
 
 }  // namespace tavlyn::kernel
