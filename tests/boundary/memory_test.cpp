@@ -12,8 +12,9 @@
 #include <string>
 #include <vector>
 
-#include "sim/carriers/standin_control.h"
 #include "sim/devices/reader_ascii.h"
+#include "tests/boundary/bulk_standin.h"
+#include "tests/boundary/held.h"
 #include "tests/boundary/loader.h"
 #include "tests/boundary/scarce_memory.h"
 #include "tests/boundary/wire.h"
@@ -46,16 +47,6 @@ struct Work {
 void ExpectGood(const Work& work) {
   EXPECT_EQ(work.run(), work.good);
   work.end();
-}
-
-struct Held {
-  long blocks = LiveBlocks();
-  int handles = OpenHandles();
-  bool operator==(const Held&) const = default;
-};
-
-void PrintTo(const Held& held, std::ostream* out) {
-  *out << held.blocks << " blocks, " << held.handles << " handles";
 }
 
 enum class End { kFailed, kWentWell, kNotDenied };
@@ -234,24 +225,14 @@ TEST_F(Memory, OwnAddress) {
 }
 
 TEST_F(Memory, ReaderOnABulkDevice) {
-  void* standin = LoadByName(TAVLYN_STANDIN_USB);
-  ASSERT_NE(standin, nullptr);
-  const auto run = reinterpret_cast<TavlynStandin>(FindSymbol(standin, TAVLYN_STANDIN));
-  SetVariable("TAVLYNAPI_LIBUSB", TAVLYN_STANDIN_USB);
-  run("plug reader@bulk", nullptr, 0);
-  run("record off", nullptr, 0);
+  const BulkStandin standin;
+  standin.Do("plug reader@bulk");
   CALL(library_, SetDevTypeSrch)(0);
-  if (Connect().result == 0) {
-    run("reset", nullptr, 0);
-    GTEST_SKIP() << TAVLYN_STANDIN_USB " is not trusted: only root may be able to write to it";
-  }
+  if (Connect().result == 0) GTEST_SKIP() << kNotTrusted;
   Disconnect();
   ExpectConnects();
   ExpectReadsAndWrites(0);
   Disconnect();
-  run("reset", nullptr, 0);
-  SetVariable("TAVLYNAPI_LIBUSB", nullptr);
-  Unload(standin);
 }
 
 TEST_F(Memory, FilesOfAReader) {
