@@ -19,7 +19,8 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/tavlynapi-config-version.cmake DESTINA
 install(FILES README.md CHANGELOG.md SECURITY.md LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR}
   PATTERN Doxyfile EXCLUDE
-  PATTERN docs/protocol EXCLUDE)
+  PATTERN docs/protocol EXCLUDE
+  PATTERN docs/threads EXCLUDE)
 if(WIN32)
   # Other compilers can make their import library from it.
   install(FILES ${TAVLYN_DEF} DESTINATION ${CMAKE_INSTALL_LIBDIR})

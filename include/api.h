@@ -27,7 +27,7 @@
  * USBConnect(), USBDisconnect(), GetActiveID(), GetActiveID32(), ReadCfg(), WriteCfg() and BeepNow() lock
  * the library for their whole run; ComConnect() and ComConnectPort() do so for each configuration that they
  * read. No other call does, unless it includes one of these: do not make such calls from several threads at
- * the same time.
+ * the same time. docs/threads.md lists what may overlap.
  *
  * @par Memory
  * Texts that the library returns belong to it and are valid until the next call of the same kind.

@@ -17,6 +17,7 @@ void VirtualMutex::Reset() {
   }
   exists_ = false;
   misuses_.clear();
+  onEdge = nullptr;
 }
 
 void VirtualMutex::Create() {
@@ -30,6 +31,7 @@ void VirtualMutex::Lock() {
   if (!exists_) misuses_.emplace_back("a lock taken without a mutex");
   ++depth_;
   Note("lock");
+  if (depth_ == 1 && onEdge) onEdge();
 }
 
 void VirtualMutex::Unlock() {
@@ -37,6 +39,7 @@ void VirtualMutex::Unlock() {
     misuses_.emplace_back("a lock given back that was not held");
     return;
   }
+  if (depth_ == 1 && onEdge) onEdge();
   --depth_;
   Note("unlock");
   mutex_.unlock();

@@ -2,6 +2,7 @@
 // by public fields, with a transcript of all that the library did. platform::TheHost() returns this one.
 #pragma once
 
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <set>
@@ -30,6 +31,9 @@ class VirtualMutex final : public platform::RecursiveMutex {
   void Lock() override;
   void Unlock() override;
   void Close() override;
+
+  // Called with the outermost lock just taken, and when it is about to be given back.
+  std::function<void()> onEdge;
 
  private:
   void Note(const char* what);

@@ -6,6 +6,7 @@
 
 #include "tests/boundary/attended.h"
 #include "tests/boundary/calls.h"
+#include "tests/boundary/served_in_turn.h"
 
 namespace tavlyn::boundary {
 
@@ -20,18 +21,9 @@ Moment now{std::chrono::hours(1)};
 std::vector<sim::Served*> inService;
 bool atWork = false;
 
-// Until none of them has anything left to read.
 void ServeAll() {
   atWork = true;
-  std::vector<pollfd> polled;
-  const auto isReady = [](const pollfd& one) { return one.revents != 0; };
-  do {
-    polled.clear();
-    for (sim::Served* one : inService) {
-      one->Serve();
-      one->AddTo(polled);
-    }
-  } while (!polled.empty() && sim::net::Poll(polled, 0) && std::ranges::any_of(polled, isReady));
+  ServeInTurn(inService);
   atWork = false;
 }
 

@@ -9,6 +9,9 @@ namespace tavlyn::boundary {
 // For a library that has just been loaded.
 void TakeItsTime();
 
+// On Linux: from now on no wait is real, because this lets everybody answer who is to. Null ends it.
+void AnswerInWaits(void (*answer)());
+
 // This program's own sleep.
 void PassQuickly(std::chrono::milliseconds length);
 

@@ -1,4 +1,4 @@
-// The exports that take the library's lock, from several threads at once.
+// The exports that take the library's lock, from several threads at once, over each carrier.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -7,11 +7,16 @@
 #include <cstdint>
 #include <ctime>
 #include <functional>
+#include <list>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <thread>
 #include <vector>
 
+#include "sim/devices/reader_fa.h"
+#include "tests/boundary/bulk_standin.h"
+#include "tests/boundary/far_end.h"
 #include "tests/boundary/library.h"
 
 namespace tavlyn::boundary {
@@ -146,6 +151,76 @@ TEST_F(Threads, ReadersComeAndGo) {
     PollFor(there);
   }
   Stop();
+}
+
+// One reader on a line of bytes, whose far end answers while the library waits.
+class ThreadsOnALine : public Threads {
+ protected:
+  // Until each call has succeeded as often as this.
+  static constexpr int kSuccesses = 20;
+
+  void PutCard() const {
+    const Id id = IdOf(kCards[0]);
+    reader_->PutCard({id.begin(), id.begin() + kCards[0].bits / 8}, kCards[0].bits);
+  }
+  template <typename Call>
+  void Repeat(Call call) {
+    std::atomic<int>& successes = successes_.emplace_back(0);
+    Start([call, &successes] {
+      const auto result = static_cast<std::uint32_t>(call());
+      EXPECT_LE(result, 1U);
+      if (result == 1) ++successes;
+    });
+  }
+  void EverythingAtOnce() {
+    while (CALL(library_, USBConnect)(nullptr) != 1) continue;
+    PollAllTheTime();
+    Repeat([this] { return CALL(library_, ReadCfg)(); });
+    Repeat([this] { return CALL(library_, WriteCfg)(); });
+    Repeat([this] { return CALL(library_, BeepNow)(1, 0); });
+    Repeat([this] {
+      CALL(library_, USBDisconnect)();
+      return CALL(library_, USBConnect)(nullptr);
+    });
+    const auto enough = [](const std::atomic<int>& count) { return count >= kSuccesses; };
+    while (!HasFailure() && !(enough(seen_[0]) && std::ranges::all_of(successes_, enough))) {
+      std::this_thread::yield();
+    }
+    Stop();
+    EXPECT_EQ(seen_[1], 0);
+  }
+
+  PortFolder ports_;
+  std::shared_ptr<sim::Reader> reader_ = sim::Reader::Plain();
+  sim::ReaderFa line_{reader_};
+
+ private:
+  std::list<std::atomic<int>> successes_;
+};
+
+TEST_F(ThreadsOnALine, SerialPort) {
+  PutCard();
+  const PortDevice device(ports_, kDevicePort, line_);
+  CALL(library_, SetDevTypeSrch)(1);
+  CALL(library_, SetComSrchRange)(kDevicePort, kDevicePort);
+  EverythingAtOnce();
+}
+
+TEST_F(ThreadsOnALine, Adapter) {
+  PutCard();
+  const Ip ip{127, 3, 8, 1};
+  const TcpDevice device(ip, line_);
+  CALL(library_, SetDevTypeSrch)(2);
+  CALL(library_, SetIpPort)(ip[0], ip[1], ip[2], ip[3], device.Port());
+  EverythingAtOnce();
+}
+
+TEST_F(ThreadsOnALine, BulkDevice) {
+  const BulkStandin standin;
+  standin.Do("plug reader@bulk");
+  standin.Do(std::string("card ") + kCards[0].laid);
+  if (CALL(library_, USBConnect)(nullptr) != 1) GTEST_SKIP() << kNotTrusted;
+  EverythingAtOnce();
 }
 
 }  // namespace

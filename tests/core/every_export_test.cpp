@@ -3,58 +3,17 @@
 #include "tests/support/every_export.h"
 
 #include <map>
-#include <memory>
 #include <set>
 #include <string>
 #include <string_view>
 
-#include "api.h"
-#include "core/front/load.h"
 #include "core/state.h"
-#include "sim/devices/magstripe.h"
-#include "sim/devices/sonar.h"
-#include "tests/support/serial_reader.h"
+#include "tests/support/situations.h"
 
 namespace tavlyn::test {
 namespace {
 
-using sim::Reader;
-
-struct Situation {
-  const char* name;
-  void (*prepare)(class EveryExport&);
-};
-
-class EveryExport : public SerialBench, public ::testing::WithParamInterface<Situation> {
- public:
-  void ConnectTo(std::shared_ptr<Reader> model) {
-    model->PutCard({1, 2, 3, 4});
-    model->QueueInput({1, 5});
-    Connected(std::move(model));
-  }
-  void ConnectOther(std::shared_ptr<sim::HidDevice> model, std::uint32_t kind) {
-    Plug(std::move(model));
-    SetDevTypeSrch(0);
-    SetConnectProduct(kind);
-    EXPECT_EQ(USBConnect(nullptr), 1U);
-    EXPECT_EQ(GetProduct(), kind);
-    LetTimePass();
-  }
-  void ConnectSerially(std::shared_ptr<Reader> model, bool ascii) {
-    AddReader(std::move(model));
-    ReadCfg();
-    shared.reader.AsciiProtocol = ascii ? 1 : 0;
-  }
-
- protected:
-  // As in a process that has just started, on a system of its own.
-  void Begin(const Situation& situation) {
-    Unload();
-    host.Reset();
-    Load();
-    situation.prepare(*this);
-  }
-};
+class EveryExport : public InSituation, public ::testing::WithParamInterface<Situation> {};
 
 TEST_P(EveryExport, DoesNoHarm) {
   EnterFolder();
@@ -106,18 +65,6 @@ TEST_P(EveryExport, TakesTheLockOnlyIfItIsOneOfAFew) {
     }
   }
 }
-
-const Situation kSituations[] = {
-    {"NoDevice", [](EveryExport&) {}},
-    {"PlainReader", [](EveryExport& test) { test.ConnectTo(Reader::Plain()); }},
-    {"PlusReader", [](EveryExport& test) { test.ConnectTo(Reader::Plus(11)); }},
-    {"NumberedReports", [](EveryExport& test) { test.ConnectTo(Reader::Kelda()); }},
-    {"SerialReader", [](EveryExport& test) { test.ConnectSerially(Reader::Plain(), false); }},
-    {"AsciiReader", [](EveryExport& test) { test.ConnectSerially(Reader::Plain(), true); }},
-    {"Magstripe",
-     [](EveryExport& test) { test.ConnectOther(std::make_shared<sim::Magstripe>(), kMagstripe); }},
-    {"Sonar", [](EveryExport& test) { test.ConnectOther(std::make_shared<sim::Sonar>(), kSonar); }},
-};
 
 INSTANTIATE_TEST_SUITE_P(Situations, EveryExport, ::testing::ValuesIn(kSituations),
                          [](const auto& instance) { return instance.param.name; });

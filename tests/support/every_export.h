@@ -29,9 +29,9 @@ struct alignas(16) Room {
   std::array<char, kRoom> bytes;
 };
 
-// The targets of one call's pointers, each a buffer of its own.
+// The targets of one call's pointers, each a buffer of its own, and each thread's.
 inline std::vector<Room>& Rooms() {
-  static std::vector<Room> rooms(kRooms);
+  static thread_local std::vector<Room> rooms(kRooms);
   return rooms;
 }
 
@@ -49,10 +49,12 @@ inline bool AreAsFurnished(Memory memory) {
   return std::ranges::equal(now, Rooms(), {}, &Room::bytes, &Room::bytes);
 }
 
-// A call's numbers cycle through this list, each argument taking the next one.
-inline constexpr std::int64_t kNumbers[] = {0,   1,   -1,     2,      3,     5,      8,         32,
-                                            127, 128, 255,    256,    32767, -32768, 65535,     -2147483648LL,
-                                            10,  126, 0x8000, 0x1000, 511,   512,    2147483647};
+// A call's numbers cycle through this list, each argument taking the next one. The last is the length of an
+// item whose header is the beginning of a long text.
+inline constexpr std::int64_t kNumbers[] = {
+    0,   1,   -1,     2,      3,     5,      8,          32,
+    127, 128, 255,    256,    32767, -32768, 65535,      -2147483648LL,
+    10,  126, 0x8000, 0x1000, 511,   512,    2147483647, 'A' + 4};
 inline constexpr std::size_t kNumberCount = std::size(kNumbers);
 
 struct Variant {

@@ -1,0 +1,59 @@
+// Far ends that answer in the waits of this process, whichever of its threads waits (quick_time.h).
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <mutex>
+#include <utility>
+#include <vector>
+
+#include "tests/boundary/attended.h"
+#include "tests/boundary/quick_time.h"
+#include "tests/boundary/served_in_turn.h"
+
+// Small pieces would otherwise wait for an acknowledgement, which takes real time.
+extern "C" int connect(int descriptor, const sockaddr* peer, socklen_t size) {
+  const int on = 1;
+  setsockopt(descriptor, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+  return static_cast<int>(syscall(SYS_connect, descriptor, peer, size));
+}
+
+namespace tavlyn::boundary {
+
+struct Attended::Service {
+  std::vector<sim::Served*> served;
+};
+
+namespace {
+
+std::mutex inServiceMutex;
+std::vector<sim::Served*> inService;
+
+void Answer() {
+  const std::scoped_lock lock(inServiceMutex);
+  ServeInTurn(inService);
+}
+
+}  // namespace
+
+Attended::Attended(std::vector<sim::Served*> served) : service_(new Service{std::move(served)}) {
+  const std::scoped_lock lock(inServiceMutex);
+  inService.insert(inService.end(), service_->served.begin(), service_->served.end());
+  AnswerInWaits(Answer);
+}
+
+Attended::~Attended() {
+  const std::scoped_lock lock(inServiceMutex);
+  std::erase_if(inService, [&](sim::Served* one) { return std::ranges::count(service_->served, one) > 0; });
+  if (inService.empty()) AnswerInWaits(nullptr);
+}
+
+void Attended::With(const std::function<void()>& function) {
+  const std::scoped_lock lock(inServiceMutex);
+  function();
+}
+
+}  // namespace tavlyn::boundary
