@@ -107,6 +107,9 @@ TEST_F(HostPlaces, ANullPathOpensNothing) {
 
 // A cancelled thread unwinds as if by an exception, which may not be caught.
 TEST(HostContained, ACancelledThreadEnds) {
+#if defined(__SANITIZE_ADDRESS__)
+  GTEST_SKIP() << "the runtime hands over no object, which a sanitizer reports";
+#endif
   static bool wentOn;
   wentOn = false;
   pthread_t thread{};

@@ -216,6 +216,18 @@ TEST_F(VidPidTest, TheLastRowOfAFullTableServesItsDevice) {
   EXPECT_EQ(GetVidPidFilterMask(1), 0x77U);
 }
 
+TEST_F(VidPidTest, AFullTableHasNoRowAfterItsLast) {
+  std::string text;
+  for (int i = 0; i < 51; ++i) text += "VID=\"1234\" PID=\"1\" VENDORNAME=\"X\"\n";
+  WriteTable(text);
+  auto reader = Reader::Plain();
+  reader->identity.vid = 0x1234;
+  reader->identity.pid = 2;
+  Plug(reader);
+  EXPECT_EQ(USBConnect(nullptr), 0U);
+  ExpectTraffic({});
+}
+
 // What applications ask.
 
 TEST_F(VidPidTest, WithNoDeviceTheMainPairIsNamed) {

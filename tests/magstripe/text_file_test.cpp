@@ -145,12 +145,20 @@ TEST_F(StripeFile, ALineIsMatchedFromItsFirstCharacter) {
                                    {"LUID: +7x\r", 7U},
                                    {"LUID: -32768", 0x8000U},
                                    {"LUID: 7\nLUID: 8\n//##END##:\nLUID: 9", 9U},
-                                   {"UserField[00].Track: 7", 1U}}) {
+                                   {"UserField[00].Track: 7", 1U},
+                                   {"UserField[].Track: 7", 1U},
+                                   {"UserField[x].Track: 7", 1U},
+                                   {"UserField[99999999999].Track: 7", 1U},
+                                   {"UserField[11].Track: 7", 1U},
+                                   {"UserField[0].Keybyte[16]: 7", 1U},
+                                   {"UserField[0].Track[0]: 7", 1U}}) {
     Entry().LUID = 1;
     EXPECT_EQ(LoadText(kTitle + line + "\n"), 1U);
     EXPECT_EQ(GetLUID(), luid) << line;
   }
   EXPECT_EQ(Cfg().UserField[0].Track, 0);
+  for (const auto& field : Cfg().UserField)
+    EXPECT_EQ(std::memcmp(&field, &Cfg().UserField[0], sizeof field), 0);
 }
 
 TEST_F(StripeFile, TheTitleMustLieInTheFirst257Bytes) {

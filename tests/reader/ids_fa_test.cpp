@@ -126,6 +126,16 @@ TEST_F(ActiveIdFa, NoIdInPlaceOfTheEchoIsARefusal) {
   EXPECT_EQ(GetLastLibErr(), 0x1000000U);
 }
 
+// It differs from the status that says so in one byte.
+TEST_F(ActiveIdFa, AnotherStatusIsNotThatThereIsNoId) {
+  for (const std::uint8_t status : {0x81, 0x83}) {
+    AddScript({Reply(8, 3, 0x6A, status), Reply(8, 3, 0x6A, status), Reply(8, 5, 0x90, 0x00)});
+    std::vector<std::uint8_t> buffer(8);
+    EXPECT_EQ(GetActiveID(buffer.data(), 8), 5);
+    EXPECT_TRUE(script.replies.empty());
+  }
+}
+
 TEST_F(ActiveIdFa, TheLongReadGoesOnAfterItsOneFailure) {
   StartTrace();
   std::vector<std::uint8_t> buffer(32, 0xEE);
