@@ -187,18 +187,33 @@ TEST_F(HostHid, ALibraryThatLacksAFunctionIsNotUsed) {
   }
 }
 
+// hidapi lists a path once for each of its usages, one after the other.
 TEST_F(HostHid, APathIsOneInterfaceHoweverOftenItIsListed) {
-  hidapi.list = {{"one", 1, 2}, {nullptr, 1, 6}, {"two", 0xFF00, 1}, {"one", 12, 1}};
+  hidapi.list = {{nullptr, 1, 6}, {"one", 1, 2}, {nullptr, 1, 6}, {"one", 12, 1}, {"two", 0xFF00, 1}};
   EXPECT_EQ(Walk(HidClass::kHid), (Paths{"one", "two"}));
+  EXPECT_EQ(Walk(HidClass::kKeyboard), Paths{});
 }
 
-// A usage counts with its page, and only where it is listed: the second line of a path does not stand for its
-// first.
+// A usage counts with its page.
 TEST_F(HostHid, OnlyAKeyboardIsAKeyboard) {
-  hidapi.list = {{"mouse", 1, 2}, {"leds", 8, 6}, {"both", 12, 1},
-                 {"other", 1, 0}, {"both", 1, 6}, {"keys", 1, 6}};
+  hidapi.list = {{"mouse", 1, 2}, {"leds", 8, 6},  {"both", 12, 1},
+                 {"both", 1, 6},  {"other", 1, 0}, {"keys", 1, 6}};
   EXPECT_EQ(Walk(HidClass::kKeyboard), (Paths{"both", "keys"}));
   EXPECT_EQ(Walk(HidClass::kHid), (Paths{"mouse", "leds", "both", "other", "keys"}));
+}
+
+TEST_F(HostHid, AWalkMayGoBack) {
+  hidapi.list = {{"one"}, {"two"}, {"three"}};
+  ASSERT_TRUE(hid_.BeginWalk(HidClass::kHid));
+  for (const auto& [index, path] :
+       {std::pair(1, "two"), {0, "one"}, {2, "three"}, {2, "three"}, {1, "two"}}) {
+    const char* found = nullptr;
+    ASSERT_EQ(hid_.Member(index, found), WalkStep::kPath);
+    EXPECT_STREQ(found, path);
+    EXPECT_EQ(IdsOf("one").vid, 0x7A31);
+    EXPECT_EQ(IdsOf(path).vid, 0x7A31);
+  }
+  hid_.EndWalk();
 }
 
 TEST_F(HostHid, ThereIsNoMemberOutsideAWalk) {
@@ -236,7 +251,7 @@ TEST_F(HostHid, OnlyWhatIsListedIsOpened) {
 }
 
 TEST_F(HostHid, AnInterfaceHasTheUsagesOfItsLines) {
-  hidapi.list = {{"one", 12, 1}, {"two", 1, 6}, {"one", 1, 2}, {nullptr, 1, 6}};
+  hidapi.list = {{"one", 12, 1}, {nullptr, 1, 6}, {"one", 1, 2}, {"two", 1, 6}};
   const Handle device = hid_.Open("one", OpenMode::kShared);
   EXPECT_EQ(hid_.TopUsage(device, {12, 1}), UsageMatch::kYes);
   EXPECT_EQ(hid_.TopUsage(device, {1, 2}), UsageMatch::kYes);
