@@ -1,6 +1,6 @@
 // An application that uses a key and then searches its own memory for it.
 //
-//   key_client usb|com|text|tcp DEED [FILE]
+//   key_client usb|com|text DEED [FILE]
 //
 // For each place where the key stands a line tells what the memory belongs to, how many bytes stand there and
 // how many such places there are; the application's own copy is left out. With a file the deed uses FILE.1
@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <ctime>
 #include <limits>
 #include <memory>
 #include <stdexcept>
@@ -104,6 +105,18 @@ void SaveTemplate(Application& application) {
   Check(CALL(*application.library, ReadDevCfgFromSecureFile)(path.c_str()) == 1, "ReadDevCfgFromSecureFile");
 }
 
+void ReadIds(Application& application) {
+  const Library& library = *application.library;
+  const timespec gate{0, 300'000'000};
+  std::array<std::uint8_t, 32> id{};
+  nanosleep(&gate, nullptr);
+  Check(CALL(library, GetActiveID)(id.data(), 8) > 0, "GetActiveID");
+  nanosleep(&gate, nullptr);
+  Check(CALL(library, GetActiveID32)(id.data(), 32) > 0, "GetActiveID32");
+  CALL(library, GetQueuedID)(0, 0);
+  CALL(library, SetRawPayload)(0x8F, 0, 0, 0, 0, 0, 0, 0);
+}
+
 struct Deed {
   const char* name;
   void (*run)(Application&);
@@ -113,12 +126,11 @@ constexpr std::array kDeeds = {Deed{"hash-keys", HashKeys},         Deed{"unload
                                Deed{"write-item", WriteItem},       Deed{"read-item", ReadItem},
                                Deed{"references", WriteReferences}, Deed{"key-file", LoadKeyFile},
                                Deed{"ble-load", LoadBleKey},        Deed{"ble-save", SaveBleKey},
-                               Deed{"template", SaveTemplate}};
+                               Deed{"template", SaveTemplate},      Deed{"read-ids", ReadIds}};
 
 void Connect(const Library& library, const std::string& link) {
   CALL(library, SetConnectProduct)(1);
-  CALL(library, SetDevTypeSrch)(static_cast<std::int16_t>(link == "usb" ? 0 : link == "tcp" ? 2 : 1));
-  if (link == "tcp") CALL(library, SetIpPort)(127, 0, 0, 1, 10001);
+  CALL(library, SetDevTypeSrch)(static_cast<std::int16_t>(link == "usb" ? 0 : 1));
   Check(CALL(library, USBConnect)(nullptr) == 1, "USBConnect");
   CALL(library, UseAsciiCommandProtocol)(link == "text");
 }

@@ -1,6 +1,6 @@
-// Where a key stands in a program's memory after each deed with keys, on each way to a reader: in the mirror
-// if the mirror keeps it, and nowhere else.
-#include <algorithm>
+// Where a key stands after each deed with keys, on each way to a reader: in the program's mirror if the
+// mirror keeps it, and nowhere else in its memory; and never in the trace, nor does an ID.
+#include <regex>
 
 #include "tests/adversary/marker.h"
 #include "tests/boundary/simulated_run.h"
@@ -9,6 +9,7 @@
 namespace tavlyn::adversary {
 namespace {
 
+namespace fs = std::filesystem;
 using boundary::Holds;
 
 const std::string kUsb = "";
@@ -27,7 +28,6 @@ void PrintTo(const Case& tested, std::ostream* out) { *out << tested.words; }
 const std::vector<Case> kCases = {
     {"HashKeysByReports", kUsb, "usb hash-keys", kMirror},
     {"HashKeysOverAPort", "--device reader@com3", "com hash-keys", kMirror},
-    {"HashKeysOverTcp", "--device reader@127.0.0.1:10001", "tcp hash-keys", kMirror},
     {"HashKeysToABulkDevice", "--device reader@bulk", "usb hash-keys", kMirror},
     {"HashKeysInText", "--device reader@com3:ascii", "text hash-keys", kMirror, false},
     {"HashKeysBesideATemplate", kUsb, "usb template", kMirror},
@@ -40,7 +40,7 @@ const std::vector<Case> kCases = {
     {"SavedBleKey", kUsb, "usb ble-save ble", ""},
 };
 
-class KeysLeft : public boundary::SimulatedRun, public testing::WithParamInterface<Case> {
+class WithKeyFiles : public boundary::SimulatedRun {
  protected:
   void SetUp() override {
     SimulatedRun::SetUp();
@@ -61,6 +61,8 @@ class KeysLeft : public boundary::SimulatedRun, public testing::WithParamInterfa
   }
 };
 
+class KeysLeft : public WithKeyFiles, public testing::WithParamInterface<Case> {};
+
 INSTANTIATE_TEST_SUITE_P(Deeds, KeysLeft, testing::ValuesIn(kCases),
                          [](const auto& info) { return info.param.name; });
 
@@ -70,13 +72,53 @@ constexpr bool kKeepsFreedMemory = true;
 constexpr bool kKeepsFreedMemory = false;
 #endif
 
+// Everything that a trace may say.
+const std::regex kTraced(
+    "\\d{8} \\d\\d:\\d\\d:\\d\\d [\\w:]+ (ENTER|EXIT|Success !!|Failed !!|ERROR CODE: -?\\d+|ERROR CODE "
+    "0x00040000|"
+    "Handle closed successfully|(USBConnect|CommCnct) failed to find any devices|Header Verifiaction failed|"
+    "Card BitCount: \\d{1,3}|Connected Device (Vendor|Product) ID: \\d+|"
+    "Firmware: CPU[01] Application in hex is  [0-9a-f]+|TavlynAPI Library version is [\\d.]+|"
+    "Model Number of Device is : RDR-80581AKU)");
+
+void ExpectNoSecret(const fs::path& file) {
+  std::ifstream trace(file);
+  std::size_t lines = 0;
+  for (std::string line; std::getline(trace, line); ++lines)
+    EXPECT_TRUE(std::regex_match(line, kTraced)) << line;
+  EXPECT_GT(lines, 1U);
+}
+
+const std::string kTrace = "export TAVLYNAPI_LOGGING=1 XDG_STATE_HOME=$PWD; ";
+constexpr const char* kTraceFile = "TavlynLogs/TavlynApiSdk.log";
+
 TEST_P(KeysLeft, NowhereElse) {
   if (kKeepsFreedMemory) GTEST_SKIP() << "a sanitizer keeps memory that was given back";
   const Case& tested = GetParam();
-  const auto ended = Run(tested.devices, {KEY_CLIENT " " + tested.words, "typed traffic"});
+  const auto ended = Run(tested.devices, {kTrace + KEY_CLIENT " " + tested.words, "typed traffic"});
   EXPECT_EQ(ended[0].status, 0) << ended[0].err;
   EXPECT_EQ(ended[0].out, tested.left);
   EXPECT_EQ(Holds(simulatorTold_, MarkerText(Marker::kFirst, 4, " ")), tested.sent) << simulatorTold_;
+  ExpectNoSecret(folder_ / kTraceFile);
+}
+
+using TraceTells = WithKeyFiles;
+
+TEST_F(TraceTells, NoId) {
+  const auto ended = Run("--do 'card " + MarkerText(Marker::kFirst, 8, "") + ":64' --do 'queue " +
+                             MarkerText(Marker::kFirst, 8, "") + "'",
+                         {kTrace + KEY_CLIENT " usb read-ids"});
+  EXPECT_EQ(ended[0].status, 0) << ended[0].out;
+  EXPECT_TRUE(Holds(boundary::TextOf(folder_ / kTraceFile), "Card BitCount: 64\n"));
+  ExpectNoSecret(folder_ / kTraceFile);
+}
+
+TEST_F(TraceTells, NoKeyOfADeedThatFails) {
+  const auto ended = Run("--do 'lack 89' --do 'lack 84'",
+                         {kTrace + KEY_CLIENT " usb write-item", kTrace + KEY_CLIENT " usb references",
+                          kTrace + KEY_CLIENT " usb key-file keys"});
+  for (const boundary::Ended& one : ended) EXPECT_TRUE(Holds(one.out, "failed")) << one.out;
+  ExpectNoSecret(folder_ / kTraceFile);
 }
 
 }  // namespace

@@ -296,6 +296,23 @@ TEST_F(TraceFiles, NoLinkIsFollowed) {
   EXPECT_TRUE(fs::is_empty("inner"));
 }
 
+TEST_F(TraceFiles, AFileWithAnotherNameIsNoTraceFile) {
+  WriteText("precious", "untouched");
+  fs::create_directories(file_.parent_path());
+  fs::create_hard_link("precious", file_);
+  LoadAndTrace();
+  EXPECT_EQ(TextOf("precious"), "untouched");
+}
+
+TEST_F(TraceFiles, AFileOfSomebodyElseIsNoTraceFile) {
+  if (geteuid() != 0) GTEST_SKIP() << "NOT TESTED: only root can give files away";
+  fs::create_directories(file_.parent_path());
+  WriteText(file_, "theirs");
+  ASSERT_EQ(chown(file_.c_str(), 65534, 65534), 0);
+  LoadAndTrace();
+  EXPECT_EQ(TextOf(file_), "theirs");
+}
+
 // A pipe would block the program as soon as it is full.
 TEST_F(TraceFiles, APipeIsNoTraceFile) {
   fs::create_directories(file_.parent_path());

@@ -19,6 +19,7 @@ void Succeed(const std::error_code& error, const std::string& what) {
 
 // A link is kept, and the file that it leads to is replaced.
 std::string Place(const std::string& path) {
+  Succeed(TestWritable(path), path);
   std::error_code absent;
   const fs::path place = fs::canonical(PathOf(path), absent);
   std::string found = absent ? path : NameOfPath(place);

@@ -50,7 +50,8 @@ class NewFile {
   TemporaryFile beside_;
 };
 
-// One for each system. An error if an existing file may not be written.
+// One for each system. An error if an existing file may not be written, on Linux also if a stranger's link
+// leads to it.
 std::error_code TestWritable(const std::string& path);
 // Adds a unique name to the path and creates that file. On Linux a Ctrl-C removes it too.
 std::error_code CreateOwnFile(std::string& path);

@@ -57,9 +57,21 @@ bool TakeRights(int file, const std::string& place) {
   return fchmod(file, mode) == 0;
 }
 
+// Whoever may write to a folder could put a link there that leads to a file of the user's. Many kernels
+// follow no such link; reading it, as is done to keep links, would go around that.
+bool IsStrangersLink(const std::string& path) {
+  struct stat link {};
+  struct stat folder {};
+  if (lstat(path.c_str(), &link) != 0 || !S_ISLNK(link.st_mode) || link.st_uid == geteuid()) return false;
+  const std::string above = std::filesystem::path(path).parent_path().string();
+  return stat(above.empty() ? "." : above.c_str(), &folder) == 0 && (folder.st_mode & S_IWOTH) != 0 &&
+         link.st_uid != folder.st_uid;
+}
+
 }  // namespace
 
 std::error_code TestWritable(const std::string& path) {
+  if (IsStrangersLink(path)) return {EACCES, std::generic_category()};
   if (access(path.c_str(), W_OK) == 0 || errno == ENOENT) return {};
   return LastError();
 }

@@ -27,6 +27,12 @@ std::FILE* FileOf(int descriptor, const char* mode) {
   return file;
 }
 
+// Under another name too it could be any file of the user's.
+bool IsOursAlone(int descriptor) {
+  struct stat status {};
+  return fstat(descriptor, &status) == 0 && status.st_uid == geteuid() && status.st_nlink == 1;
+}
+
 std::FILE* RegularFileOf(int descriptor, const char* mode) {
   if (descriptor < 0 || HasFormat(descriptor, S_IFREG)) return FileOf(descriptor, mode);
   close(descriptor);
@@ -59,7 +65,8 @@ std::FILE* OpenFoundFile(const char* path) {
   return RegularFileOf(open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC), "r");
 }
 
-// The folder of the file may not be a link either, because whoever can put one there could choose any file.
+// Neither the file nor its folder may be a link, because whoever can put one there could choose any file; and
+// what somebody else has put there they could read.
 std::FILE* OpenTraceFile(const char* path) {
   const std::string_view whole(path);
   const std::size_t slash = whole.rfind('/');
@@ -71,7 +78,9 @@ std::FILE* OpenTraceFile(const char* path) {
   constexpr int kHow = O_RDWR | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
   const int descriptor = openat(folder, path + slash + 1, kHow, kOwnerAlone);
   close(folder);
-  return RegularFileOf(descriptor, "a+");
+  if (descriptor < 0 || IsOursAlone(descriptor)) return RegularFileOf(descriptor, "a+");
+  close(descriptor);
+  return nullptr;
 }
 
 bool IsRegularFile(std::FILE* file) { return file != nullptr && HasFormat(fileno(file), S_IFREG); }
