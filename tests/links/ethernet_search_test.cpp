@@ -14,8 +14,8 @@ namespace {
 using sim::Bytes;
 using Datagrams = std::vector<sim::VirtualSockets::Datagram>;
 
-constexpr IpAddress kPeerAddress = {10, 0, 0, 5};
-constexpr IpAddress kNet = {10, 0, 0, 0};
+constexpr IpAddress kPeerAddress = {10, 20, 30, 5};
+constexpr IpAddress kNet = {10, 20, 30, 0};
 constexpr std::uint16_t kPort = 4001;
 
 int& Counted() {
@@ -65,8 +65,9 @@ TEST_F(EthernetSearchTest, TheHardwareAddressIsFetchedBeforeTheConnection) {
   const Lines lines = host.transcript.Lines();
   ASSERT_GE(lines.size(), 4U);
   EXPECT_EQ(lines.front(), "socket udp -> 1001");
-  EXPECT_EQ(Lines(lines.end() - 4, lines.end()), (Lines{"close socket 1001", "socket tcp -> 1002",
-                                                        "connect 10.0.0.5:4001", "option 1002 nonblocking"}));
+  EXPECT_EQ(Lines(lines.end() - 4, lines.end()),
+            (Lines{"close socket 1001", "socket tcp -> 1002", "connect 10.20.30.5:4001",
+                   "option 1002 nonblocking"}));
 }
 
 TEST_F(EthernetSearchTest, FillsTheEntryOfASerialReader) {
@@ -81,7 +82,7 @@ TEST_F(EthernetSearchTest, FillsTheEntryOfASerialReader) {
   EXPECT_EQ(entry.ProductKind, kReader);
   EXPECT_EQ(entry.DevIpAddr, kPeerAddress);
   EXPECT_EQ(entry.DevMacAddr, (MacAddress{0, 0x20, 0x4A, 0, 0, 0xBC}));
-  EXPECT_STREQ(entry.DevName, "MAC:00:20:4A:00:00:BC TCP/IP:10.0.0.5;Port:4001");
+  EXPECT_STREQ(entry.DevName, "MAC:00:20:4A:00:00:BC TCP/IP:10.20.30.5;Port:4001");
   ASSERT_NE(entry.pSerialPort, nullptr);
   EXPECT_TRUE(entry.pSerialPort->IsOverTcp());
   EXPECT_EQ(entry.pSerialPort->PortNum(), kPort);
@@ -128,18 +129,18 @@ TEST_F(EthernetSearchTest, AFourthOctetOfZeroSweepsTheNetwork) {
   GiveMac();
   EXPECT_TRUE(XportConnect(kNet, kPort, kCountedYes));
   Lines all;
-  for (int e = 1; e <= 254; ++e) all.push_back("10.0.0." + std::to_string(e) + ":4001");
+  for (int e = 1; e <= 254; ++e) all.push_back("10.20.30." + std::to_string(e) + ":4001");
   EXPECT_EQ(ConnectsTo(), all) << "also behind the find";
   EXPECT_EQ(shared.DevCnt, 1);
-  EXPECT_EQ(DevTable[0].DevIpAddr, (IpAddress{10, 0, 0, 7}));
-  EXPECT_STREQ(DevTable[0].DevName, "MAC:00:20:4A:00:00:BC TCP/IP:10.0.0.0;Port:4001");
+  EXPECT_EQ(DevTable[0].DevIpAddr, (IpAddress{10, 20, 30, 7}));
+  EXPECT_STREQ(DevTable[0].DevName, "MAC:00:20:4A:00:00:BC TCP/IP:10.20.30.0;Port:4001");
 }
 
 TEST_F(EthernetSearchTest, TheHardwareAddressIsAlwaysAskedOfTheAddressPassedIn) {
   XportConnect(kNet, kPort, kCountedYes);
   for (const sim::Event& event : host.transcript.Events()) {
     if (event.kind != sim::EventKind::kSendTo) continue;
-    EXPECT_TRUE(event.text == "10.0.0.0:11000" || event.text == "10.0.0.0:30718") << event.text;
+    EXPECT_TRUE(event.text == "10.20.30.0:11000" || event.text == "10.20.30.0:30718") << event.text;
   }
   EXPECT_EQ(Slept(), 254U * 552);
 }
@@ -162,7 +163,7 @@ TEST_F(EthernetSearchTest, FillsTheEntryOfATunnelledReader) {
   EXPECT_EQ(entry.bFound, 1);
   EXPECT_EQ(entry.ProductKind, kReader);
   EXPECT_EQ(entry.DevIpAddr, kPeerAddress);
-  EXPECT_STREQ(entry.DevName, "MAC:00:20:4A:00:00:BC TCP/IP:10.0.0.5;Port:4001");
+  EXPECT_STREQ(entry.DevName, "MAC:00:20:4A:00:00:BC TCP/IP:10.20.30.5;Port:4001");
   EXPECT_EQ(entry.pSerialPort, nullptr);
   EXPECT_TRUE(LinkIsOpen());
 }
@@ -198,10 +199,10 @@ TEST_F(EthernetSearchTest, ASilentTunnelIsTakenDown) {
 TEST_F(EthernetSearchTest, TheTunnelsSweepOnlyCountsItsPasses) {
   host.sockets.accepts = [passes = 0](platform::Address) mutable { return ++passes == 9; };
   EXPECT_TRUE(TunnelConnect(kNet, kPort, kCountedYes));
-  EXPECT_EQ(ConnectsTo(), Times(254, {"10.0.0.0:4001"}));
+  EXPECT_EQ(ConnectsTo(), Times(254, {"10.20.30.0:4001"}));
   EXPECT_EQ(shared.DevCnt, 1);
-  EXPECT_EQ(DevTable[0].DevIpAddr, (IpAddress{10, 0, 0, 9}));
-  EXPECT_STREQ(DevTable[0].DevName, "MAC:00:00:00:00:00:00 TCP/IP:10.0.0.0;Port:4001");
+  EXPECT_EQ(DevTable[0].DevIpAddr, (IpAddress{10, 20, 30, 9}));
+  EXPECT_STREQ(DevTable[0].DevName, "MAC:00:00:00:00:00:00 TCP/IP:10.20.30.0;Port:4001");
 }
 
 }  // namespace

@@ -84,6 +84,20 @@ TEST_F(IdCache, AnIdExpiresByItsHoldTime) {
   EXPECT_EQ(Poll(), 0) << "what expired is not served again";
 }
 
+TEST_F(IdCache, ALoadForgetsTheId) {
+  EXPECT_EQ(Poll(), 26);
+  host.hid.Unplug("device-1");
+  Reload();
+  Plug(reader);
+  SetDevTypeSrch(0);
+  EXPECT_EQ(USBConnect(nullptr), 1U);
+  Hold(1000);
+  ForgetTraffic();
+  EXPECT_EQ(Poll(), 0) << "the connect has closed the gate";
+  EXPECT_EQ(id, Id{});
+  EXPECT_FALSE(Asked());
+}
+
 TEST_F(IdCache, AShortHoldTimeEndsBeforeTheGateOpens) {
   Hold(50);
   EXPECT_EQ(Poll(), 26);

@@ -250,6 +250,7 @@ TEST_F(ConnectLinksTest, TheDefaultSearchWithNothingAttachedSendsNothing) {
 
 TEST_F(ConnectLinksTest, AReaderOnTheBulkDeviceGetsTwoRowsOfFirmwareWords) {
   Use(Reader::Plus(2));
+  reader->state.configurations.at(1).working.cardType = 0x1234;
   InPackets packets(*line);
   host.usb.loads = host.usb.present = true;
   host.usb.device = &packets;
@@ -258,6 +259,8 @@ TEST_F(ConnectLinksTest, AReaderOnTheBulkDeviceGetsTwoRowsOfFirmwareWords) {
   EXPECT_EQ(did, reader->state.did);
   EXPECT_STREQ(DevTable[0].DevName, "/USB/Velmar/Corvane");
   EXPECT_EQ(DevTable[0].PlusState, kPlusReader);
+  EXPECT_EQ(DevTable[0].CfgSlot[1].CardType, 0x1234)
+      << "its number of configurations is asked before they are read";
   EXPECT_EQ(GetProduct(), 1U);
   EXPECT_EQ(GetFirmwareVersion(0, 0), 0x100U);
   EXPECT_EQ(GetFirmwareVersion(1, 0), 0x101U);
