@@ -138,7 +138,7 @@ def changes(tokens, index, others, text):
         if number is not None:
             yield token.end, number
     elif token.kind == "string":
-        yield token.end, '"x"' if word == '""' else word[:-1] + 'x"'
+        yield token.end, '"x' + word[1:]
     elif token.kind == "char":
         yield token.end, f"char({word} + 1)"
     elif token.kind == "word" and re.fullmatch(r"[\dA-F]{4}", word) and others is not None:

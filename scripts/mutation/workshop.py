@@ -9,7 +9,7 @@ import subprocess
 
 # The tests, cheap ones first. Those after the first begin when a mutant has survived the one before.
 PROGRAMS = ("unit_tests", "toy_tests", "protocol_page", "host_tests", "boundary_tests", "line_tests", "allocation_tests",
-            "load_tests", "memory_tests", "wire_tests")
+            "load_tests", "memory_tests", "wire_tests", "fault_tests")
 LIBRARY = "tavlynapi"
 ARGUMENTS = {"protocol_page": ["{tree}/docs/protocol.md"]}
 
