@@ -7,9 +7,10 @@ import shutil
 import signal
 import subprocess
 
-# The tests, cheap ones first. Those after the first begin when a mutant has survived the one before.
-PROGRAMS = ("unit_tests", "toy_tests", "protocol_page", "host_tests", "boundary_tests", "line_tests", "allocation_tests",
-            "load_tests", "memory_tests", "wire_tests", "fault_tests")
+# The tests, cheap ones first: those that the library's code is compiled into, and those that load the library.
+BUILT_OF_IT = ("unit_tests", "toy_tests", "protocol_page", "host_tests", "fault_tests")
+LOADING_IT = ("boundary_tests", "line_tests", "allocation_tests", "load_tests", "memory_tests", "wire_tests")
+PROGRAMS = BUILT_OF_IT + LOADING_IT
 LIBRARY = "tavlynapi"
 ARGUMENTS = {"protocol_page": ["{tree}/docs/protocol.md"]}
 
@@ -146,7 +147,7 @@ class Worker:
             if path.parent.name == "bin" or path.suffix == ".so" or ".so." in path.name:
                 self.copy(path)
         self.overlay, self.scratch = self.folder / "overlay", self.folder / "scratch"
-        self.durations = {}
+        self.durations, self.left = {}, set()
 
     def copy(self, path):
         target = self.folder / path.relative_to(self.shop.base)
@@ -212,14 +213,18 @@ class Worker:
         return run(words, self.shop.base)[0] == 0
 
     def run_program(self, program):
-        if self.affected.isdisjoint(program.compiles) and self.affected.isdisjoint(self.shop.library.compiles):
+        built = not self.affected.isdisjoint(program.compiles)
+        loaded = program.name in LOADING_IT and not self.affected.isdisjoint(self.shop.library.compiles)
+        if not built and not loaded:
             return "survived", ""
-        if not self.affected.isdisjoint(program.compiles) and not self.relink(program):
+        if loaded and not self.library_is_new and not self.relink(self.shop.library):
             return "not compiled", ""
+        self.library_is_new |= loaded
+        # One that is not built of the file may still be what an earlier mutant has left.
+        if (built or program.name in self.left) and not self.relink(program):
+            return "not compiled", ""
+        self.left = self.left | {program.name} if built else self.left - {program.name}
         if program.name != "unit_tests":
-            if not self.library_is_new and not self.relink(self.shop.library):
-                return "not compiled", ""
-            self.library_is_new = True
             return self.run_tests(program, "*")
         room = os.path.dirname(self.name).removeprefix("src/")
         near = [suite for suite, folder in self.shop.suites.items() if folder == room]
