@@ -3,7 +3,8 @@
 #include <string>
 
 #include "files/crc.h"
-#include "fuzz/plugged_reader.h"
+#include "fuzz/kept_readers.h"
+#include "fuzz/memory_file.h"
 
 namespace tavlyn::fuzz {
 namespace {
@@ -21,30 +22,31 @@ std::string FileAround(std::uint8_t around, std::string_view text) {
 }
 
 // What a load stored must come back from a save of the same reader.
-void CheckSaved(PluggedReader& plugged, bool key, const ScratchFile& file) {
-  const sim::BleMemory stored = plugged.reader->state.secure.storedBle;
-  Require((key ? WriteBLEKeyToFile(file.Path()) : WriteBLEDataToFile(file.Path())) == 1);
-  Require(CheckTamperedFile(file.Path(), 0) == 1);
-  plugged.reader->state.secure.ble = plugged.reader->state.secure.storedBle = {};
-  Require((key ? WriteBLEKeyToReader(file.Path()) : WriteBLEDataToReader(file.Path())) == 1);
-  Require(plugged.reader->state.secure.storedBle == stored);
+void CheckSaved(sim::Reader& reader, bool key) {
+  const sim::BleMemory stored = reader.state.secure.storedBle;
+  Require((key ? WriteBLEKeyToFile(MemoryFile::Path()) : WriteBLEDataToFile(MemoryFile::Path())) == 1);
+  Require(CheckTamperedFile(MemoryFile::Path(), 0) == 1);
+  reader.state.secure.ble = reader.state.secure.storedBle = {};
+  Require((key ? WriteBLEKeyToReader(MemoryFile::Path()) : WriteBLEDataToReader(MemoryFile::Path())) == 1);
+  Require(reader.state.secure.storedBle == stored);
 }
 
 void LoadBle(std::uint8_t around, std::string_view text) {
-  static const ScratchFile kFile;
-  PluggedReader plugged(sim::Reader::Plain());
+  static KeptReaders kept({sim::Reader::Plain()});
+  sim::Reader& reader = kept.Use(0);
   for (const bool key : {false, true}) {
-    kFile.Fill(FileAround(around, text));
-    if ((around & kNoTrailer) == 0) Require(CRC().AppendHwgTrailer(kFile.Path()) == 1);
-    const bool intact = CheckTamperedFile(kFile.Path(), 0) == 1;
-    const int before = plugged.Exchanges();
-    const std::uint32_t loaded = key ? WriteBLEKeyToReader(kFile.Path()) : WriteBLEDataToReader(kFile.Path());
+    MemoryFile::Fill(FileAround(around, text));
+    if ((around & kNoTrailer) == 0) Require(CRC().AppendHwgTrailer(MemoryFile::Path()) == 1);
+    const bool intact = CheckTamperedFile(MemoryFile::Path(), 0) == 1;
+    const int before = reader.faults.Exchanges();
+    const std::uint32_t loaded =
+        key ? WriteBLEKeyToReader(MemoryFile::Path()) : WriteBLEDataToReader(MemoryFile::Path());
     Require(loaded == 0 || loaded == 1);
-    Require(plugged.Exchanges() == before + (loaded == 0 ? 0 : key ? 70 : 210));
+    Require(reader.faults.Exchanges() == before + (loaded == 0 ? 0 : key ? 70 : 210));
     Require(intact || loaded == 0);
     Require(loaded == 1 || GetLastLibErr() == (intact ? TAVLYN_ERR_BLE_WRITE : TAVLYN_ERR_INTEGRITY) ||
             GetLastLibErr() == (TAVLYN_ERR_BLE_WRITE | TAVLYN_ERR_INTEGRITY));
-    if (loaded == 1) CheckSaved(plugged, key, kFile);
+    if (loaded == 1) CheckSaved(reader, key);
   }
 }
 

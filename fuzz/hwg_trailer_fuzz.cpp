@@ -1,13 +1,11 @@
 // Checks any file as a template or BLE file; a file with a fresh trailer must pass.
 #include <algorithm>
 #include <cctype>
-#include <fstream>
-#include <iterator>
 #include <string>
 
 #include "api.h"
 #include "files/crc.h"
-#include "fuzz/scratch_file.h"
+#include "fuzz/memory_file.h"
 
 namespace tavlyn::fuzz {
 namespace {
@@ -23,23 +21,21 @@ bool IsOrdinary(std::string text) {
 }
 
 void Check(std::string_view text) {
-  static const ScratchFile kFile;
-  kFile.Fill(text);
-  Require(CheckTamperedFile(kFile.Path(), 0) <= 1);
+  MemoryFile::Fill(text);
+  Require(CheckTamperedFile(MemoryFile::Path(), 0) <= 1);
   CRC crc;
-  Require(crc.AppendSecureTrailer(kFile.Path()) == 0);
-  const std::uint32_t intact = CheckTamperedFile(kFile.Path(), 0);
+  Require(crc.AppendSecureTrailer(MemoryFile::Path()) == 0);
+  const std::uint32_t intact = CheckTamperedFile(MemoryFile::Path(), 0);
   const bool ordinary = IsOrdinary(std::string(text));
   Require(!ordinary || intact == 1);
   if (!ordinary) return;
-  std::ifstream file(kFile.Path(), std::ios::binary);
-  std::string changed{std::istreambuf_iterator<char>(file), {}};
+  std::string changed = MemoryFile::Text();
   changed.front() = static_cast<char>(changed.front() ^ 1);
-  kFile.Fill(changed);
-  Require(CheckTamperedFile(kFile.Path(), 0) == 0);
-  kFile.Fill(std::string(text) + "/--- iEndOfHwgFile\n");
-  Require(crc.AppendHwgTrailer(kFile.Path()) == 1);
-  Require(CheckTamperedFile(kFile.Path(), 0) == 1);
+  MemoryFile::Fill(changed);
+  Require(CheckTamperedFile(MemoryFile::Path(), 0) == 0);
+  MemoryFile::Fill(std::string(text) + "/--- iEndOfHwgFile\n");
+  Require(crc.AppendHwgTrailer(MemoryFile::Path()) == 1);
+  Require(CheckTamperedFile(MemoryFile::Path(), 0) == 1);
 }
 
 }  // namespace

@@ -2,10 +2,8 @@
 // save then writes must load as the same.
 #include <cstring>
 
-#include "api.h"
-#include "core/front/load.h"
-#include "core/state.h"
-#include "fuzz/scratch_file.h"
+#include "fuzz/connected.h"
+#include "fuzz/memory_file.h"
 
 namespace tavlyn::fuzz {
 namespace {
@@ -14,8 +12,7 @@ namespace {
 constexpr std::uint32_t kGuard = 0xA5A5A5A5;
 
 void LoadInto(std::string_view text) {
-  static const ScratchFile kFile;
-  Load();
+  const Loaded library;
   shared.DevCnt = 1;
   tsDevEntry& entry = DevTable[0];
   entry.ProductKind = kMagstripe;
@@ -23,20 +20,19 @@ void LoadInto(std::string_view text) {
   entry.DID = 0x1234;
   entry.DID2 = 0x5678;
 
-  kFile.Fill(text);
-  Require(ReadDevCfgFmFile(kFile.Path()) <= 1);
+  MemoryFile::Fill(text);
+  Require(ReadDevCfgFmFile(MemoryFile::Path()) <= 1);
   Require(entry.SorbaneBlock.bOpened == kGuard && entry.DID == 0x1234 && entry.DID2 == 0x5678);
   const tsSorbaneCfg loaded = entry.SorbaneBlock.Cfg;
   const std::uint16_t luid = entry.LUID;
   Require(loaded.IdSel.Track == kIdSelAtLoad.Track && loaded.LUID == 0);
   for (const tsSorbaneField& field : loaded.UserField) Require(field.Enable <= 1 && field.IgnoreLRC <= 1);
 
-  Require(WriteDevCfgToFile(kFile.Path()) == 1);
+  Require(WriteDevCfgToFile(MemoryFile::Path()) == 1);
   entry.SorbaneBlock.Cfg.UserField = {};
   entry.LUID = 0;
-  Require(ReadDevCfgFmFile(kFile.Path()) == 1);
+  Require(ReadDevCfgFmFile(MemoryFile::Path()) == 1);
   Require(std::memcmp(&loaded, &entry.SorbaneBlock.Cfg, sizeof loaded) == 0 && entry.LUID == luid);
-  Unload();
 }
 
 }  // namespace

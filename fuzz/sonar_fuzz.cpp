@@ -7,6 +7,7 @@
 #include "core/state.h"
 #include "fuzz/any_device.h"
 #include "fuzz/connected.h"
+#include "fuzz/memory_file.h"
 
 namespace tavlyn::fuzz {
 namespace {
@@ -38,14 +39,13 @@ void Talk(std::uint8_t calls) {
 }
 
 void UseFile(std::string_view text) {
-  static const ScratchFile kFile;
-  kFile.Fill(text);
-  Require(ReadDevCfgFmFile(kFile.Path()) == 1);
+  MemoryFile::Fill(text);
+  Require(ReadDevCfgFmFile(MemoryFile::Path()) == 1);
   Require(DevTable[0].LastLibErr == 0);
   CheckRanges();
   const SonarWords loaded = DevTable[0].SonarBlock.words;
-  Require(WriteDevCfgToFile(kFile.Path()) == 1);
-  Require(ReadDevCfgFmFile(kFile.Path()) == 1);
+  Require(WriteDevCfgToFile(MemoryFile::Path()) == 1);
+  Require(ReadDevCfgFmFile(MemoryFile::Path()) == 1);
   Require(DevTable[0].SonarBlock.words == loaded);
 }
 

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <memory>
 
-#include "fuzz/scratch_file.h"
+#include "fuzz/require.h"
 #include "hid/vidpid_table.h"
 
 namespace tavlyn::fuzz {

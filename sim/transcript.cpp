@@ -95,6 +95,7 @@ std::string TrimmedHexText(Bytes bytes) {
 }
 
 void Transcript::Add(Event event) {
+  if (!keeps) return;
   const std::lock_guard lock(mutex_);
   events_.push_back(std::move(event));
 }

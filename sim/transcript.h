@@ -66,6 +66,8 @@ std::string TrimmedHexText(Bytes bytes);
 
 class Transcript {
  public:
+  bool keeps = true;  // off: what is added is dropped, for runs of which nobody reads it
+
   void Add(Event event);
   void Clear();
   [[nodiscard]] std::vector<Event> Events() const;

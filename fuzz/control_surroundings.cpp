@@ -1,0 +1,45 @@
+// What tavlynctl asks of its process and of the machine, for a fuzzer: nobody presses Ctrl-C, no time passes,
+// and nothing outside the process is looked at.
+#include <ctime>
+
+#include "tools/tavlynctl/awaited.h"
+#include "tools/tavlynctl/process.h"
+#include "tools/tavlynctl/reach.h"
+#include "tools/tavlynctl/session.h"
+#include "tools/tavlynctl/watching.h"
+
+extern "C" int nanosleep(const timespec*, timespec*) { return 0; }
+extern "C" int clock_nanosleep(clockid_t, int, const timespec*, timespec*) { return 0; }
+
+namespace tavlyn::ctl {
+namespace {
+
+int looks = 0;  // of the watch that goes on
+
+}  // namespace
+
+bool OutputIsMissing() { return false; }
+void NoteStop() {}
+bool IsStopped() { return false; }
+void EndStopped() {}
+void ForbidCoreImage() {}
+HiddenInput::HiddenInput() : typed_(false) {}
+HiddenInput::~HiddenInput() = default;
+
+Awaited::Awaited(const std::string&, Seconds, Seconds) {}
+Awaited::~Awaited() = default;
+
+// Every time is over at once, and every watch after two looks.
+Clock::time_point After(double) { return Clock::now(); }
+Failure NoCard() { return {kNoCard, "no card came in time"}; }
+Watching::Watching(std::optional<double>, int) : most_(0) { looks = 0; }
+bool Watching::GoesOn() const { return looks++ < 2; }
+bool Answers::Came(bool came) { return came; }
+void TellWatched(bool) {}
+
+std::string PermissionProblem() { return {}; }
+Port LookAtPort(unsigned) { return {PortState::kFree, ""}; }
+Peer TryPeer(const Ip&, std::uint16_t) { return Peer::kSilent; }
+std::string HoldersOfPeer(const Ip&, std::uint16_t) { return {}; }
+
+}  // namespace tavlyn::ctl
