@@ -11,6 +11,8 @@ namespace tavlyn::ctl {
 namespace {
 
 constexpr Awaited::Seconds kNothingToSpeakOf(3);
+// A reader answers within milliseconds; one that has gone costs half a second at the first report.
+constexpr Awaited::Seconds kPatience(1);
 constexpr std::chrono::milliseconds kBetweenLooks(200);
 
 std::string Rounded(Awaited::Seconds seconds) {
@@ -19,13 +21,14 @@ std::string Rounded(Awaited::Seconds seconds) {
 
 }  // namespace
 
-Awaited::Awaited(const std::string& what, Seconds usual, Seconds most) {
+Awaited::Awaited(const std::string& where, Seconds usual, Seconds most) : where_(where) {
   // list searches for one product after the other.
   static bool said = false;
   if (usual > kNothingToSpeakOf && !std::exchange(said, true)) {
-    PrintLine(stderr, what + " takes up to " + Rounded(usual) + " seconds");
+    PrintLine(stderr, "searching " + where_ + " takes up to " + Rounded(usual) + " seconds");
   }
-  watching_ = std::thread([this, usual, most] { Watch(usual, most); });
+  WaitFor(usual + kPatience);
+  watching_ = std::thread([this, most] { Watch(most); });
 }
 
 Awaited::~Awaited() {
@@ -37,20 +40,28 @@ Awaited::~Awaited() {
   watching_.join();
 }
 
+void Awaited::Connected() {
+  const std::scoped_lock lock(mutex_);
+  WaitFor(kNothingToSpeakOf);
+}
+
+void Awaited::WaitFor(Seconds patience) {
+  const auto length = std::chrono::ceil<std::chrono::milliseconds>(patience);
+  end_ = std::chrono::steady_clock::now() + length;
+  look_ = std::chrono::system_clock::now() + length;
+}
+
 // The library waits by the steady clock, which in tests only its waits advance: so this thread reads that
 // clock but waits by the other.
-void Awaited::Watch(Seconds usual, Seconds most) {
-  using std::chrono::steady_clock;
-  using std::chrono::system_clock;
-  const auto patience = std::chrono::ceil<std::chrono::milliseconds>(usual + kNothingToSpeakOf);
-  const auto end = steady_clock::now() + patience;
-  auto look = system_clock::now() + patience;
+void Awaited::Watch(Seconds most) {
   std::unique_lock lock(mutex_);
-  while (!changed_.wait_until(lock, look, [this] { return over_; })) {
-    look = system_clock::now() + kBetweenLooks;
-    if (steady_clock::now() < end) continue;
-    Tell(kProgram, "still waiting for the device; if it has gone, this can take " + Rounded(most) +
-                       " seconds; Ctrl-C ends it");
+  while (!changed_.wait_until(lock, look_, [this] { return over_; })) {
+    const auto now = std::chrono::system_clock::now();
+    if (now < look_) continue;
+    look_ = now + kBetweenLooks;
+    if (std::chrono::steady_clock::now() < end_) continue;
+    Tell(kProgram, "still waiting for a device " + where_ + " to answer; if it has gone, this can take " +
+                       Rounded(most) + " seconds; Ctrl-C ends it");
     return;
   }
 }

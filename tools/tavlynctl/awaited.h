@@ -13,19 +13,26 @@ class Awaited {
  public:
   using Seconds = std::chrono::duration<double>;
 
-  // Says at once how long the operation usually takes, unless that is negligible; and when it takes longer,
-  // how long it may go on.
-  Awaited(const std::string& what, Seconds usual, Seconds most);
+  // A connect begins. Says at once how long it usually takes, unless that is negligible; and a second after
+  // that what it waits for, and how long it may go on.
+  Awaited(const std::string& where, Seconds usual, Seconds most);
   ~Awaited();
   Awaited(const Awaited&) = delete;
   Awaited& operator=(const Awaited&) = delete;
 
- private:
-  void Watch(Seconds usual, Seconds most);
+  // What follows may pause for longer, as a write does.
+  void Connected();
 
+ private:
+  void WaitFor(Seconds patience);
+  void Watch(Seconds most);
+
+  const std::string where_;
   std::mutex mutex_;
   std::condition_variable changed_;
   bool over_ = false;
+  std::chrono::steady_clock::time_point end_;   // of the patience
+  std::chrono::system_clock::time_point look_;  // when that is looked at
   std::thread watching_;
 };
 

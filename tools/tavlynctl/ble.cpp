@@ -114,11 +114,12 @@ struct SaveBle : BleFile {
 
 struct LoadBle : BleFile {
   [[nodiscard]] Json Run(const Request& request) const {
+    const TestedFile file(path);
     CheckTrailer(path, Trailer::kHwg);
     CheckBleKind(path, Kind());
     const Session session(request.link);
     session.Use(request.device);
-    if (Kind().load(path.c_str()) != 1) throw NotTransferred(path + " could not be loaded into");
+    if (Kind().load(file.ToLoad()) != 1) throw NotTransferred(path + " could not be loaded into");
     return Document(request);
   }
 };

@@ -7,6 +7,7 @@
 #include "tools/tavlynctl/areas.h"
 #include "tools/tavlynctl/changes.h"
 #include "tools/tavlynctl/fields.h"
+#include "tools/tavlynctl/files.h"
 #include "tools/tavlynctl/product_settings.h"
 #include "tools/tavlynctl/program.h"
 #include "tools/tavlynctl/template_file.h"
@@ -114,8 +115,9 @@ struct LoadConfig {
   }
 
   [[nodiscard]] Json Run(const Request& request) const {
+    const TestedFile tested(path);
     const std::uint32_t product = ProductOfFile(path);
-    return product == kReaders ? LoadReader(request) : LoadSettings(product, request);
+    return product == kReaders ? LoadReader(tested, request) : LoadSettings(tested, product, request);
   }
 
  private:
@@ -127,7 +129,7 @@ struct LoadConfig {
     throw Failure(kBadFile, path + " would not be loaded completely: " + all);
   }
 
-  [[nodiscard]] Json LoadReader(const Request& request) const {
+  [[nodiscard]] Json LoadReader(const TestedFile& tested, const Request& request) const {
     const bool checked = secure || HasTrailer(path, Trailer::kHwg);
     if (checked) CheckTrailer(path, Trailer::kHwg);
     Template file = ReadTemplate(path);
@@ -141,8 +143,8 @@ struct LoadConfig {
     document["separator_data_not_loaded"] = plan.sepBytesDropped;
     document["ignored"] = plan.ignored;
     return ApplyAndVerify(std::move(document), plan.changes, SendingOf(dryRun), [&] {
-      const std::uint32_t loaded =
-          checked ? ReadDevCfgFromSecureFile(path.c_str()) : ReadDevCfgFmFile(path.c_str());
+      const char* toLoad = tested.ToLoad();
+      const std::uint32_t loaded = checked ? ReadDevCfgFromSecureFile(toLoad) : ReadDevCfgFmFile(toLoad);
       if (loaded == 1) return;
       throw Failure(kDeviceError,
                     path + " could not be loaded into " + ActiveDeviceName() + ", " + ErrorText());
@@ -150,14 +152,15 @@ struct LoadConfig {
   }
 
   // A load changes only the library's mirror, which then shows what would be sent to the device.
-  [[nodiscard]] Json LoadSettings(std::uint32_t product, const Request& request) const {
+  [[nodiscard]] Json LoadSettings(const TestedFile& tested, std::uint32_t product,
+                                  const Request& request) const {
     if (secure) RefuseSecure(product);
     const SettingsFile file = ReadSettings(path, product);
     CheckIgnored(file.ignored);
     const Session session(request.link, product);
     session.Use(request.device);
     const SettingsPlan plan{MirrorSettings(), file.settings, MirrorSettings};
-    LoadMirror(path, plan.wanted, "all of " + path + ": ");
+    LoadMirror(tested.ToLoad(), plan.wanted, "all of " + path + ": ");
     Json document = request.DeviceDocument();
     document["file"] = path;
     document["ignored"] = file.ignored;

@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 
 #include "core/text.h"
 #include "tools/path_names.h"
@@ -34,6 +36,11 @@ std::string TemporaryFolder() {
   return NameOfPath(folder);
 }
 
+std::string ContentsOf(const std::string& path) {
+  std::ifstream file(PathOf(path), std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
 }  // namespace
 
 void RequireFile(const std::string& path) {
@@ -54,6 +61,14 @@ Failure NothingIn(const std::string& path) {
   return {kBadFile, path + " cannot be read: " + std::strerror(errno)};
 }
 
+TestedFile::TestedFile(const std::string& path)
+    : name_(path), contents_(ContentsOf(path)), held_(path, contents_) {}
+
+const char* TestedFile::ToLoad() const {
+  if (ContentsOf(name_) == contents_) return held_.Path().c_str();
+  throw Failure(kBadFile, name_ + " was changed while it was to be loaded; nothing was written, try again");
+}
+
 TemporaryFile::TemporaryFile() : TemporaryFile(TemporaryFolder(), "a temporary file") {}
 
 TemporaryFile::TemporaryFile(const std::string& folder, const std::string& what)
@@ -67,7 +82,7 @@ NewFile::NewFile(const std::string& path)
     : path_(path), place_(Place(path)), beside_(NameOfPath(PathOf(place_).parent_path()), path) {}
 
 Failure NewFile::NotWhole() const {
-  return {kBadFile, path_ + " cannot be written completely; is the disk full?"};
+  return {kBadFile, path_ + " cannot be written completely and stays as it was; is the disk full?"};
 }
 
 void NewFile::Keep() const { Succeed(MoveOnto(Path(), place_), path_); }

@@ -14,6 +14,36 @@ void RequireFile(const std::string& path);
 // Why nothing could be read from it: missing, not allowed to this user, or empty.
 Failure NothingIn(const std::string& path);
 
+// Bytes of a file that stay as they are while the object lasts: a copy in memory on Linux, on Windows the
+// file itself, which nobody may write to meanwhile.
+class HeldFile {
+ public:
+  HeldFile(const std::string& path, const std::string& contents);
+  ~HeldFile();
+  HeldFile(const HeldFile&) = delete;
+  HeldFile& operator=(const HeldFile&) = delete;
+
+  [[nodiscard]] const std::string& Path() const { return path_; }
+
+ private:
+  std::string path_;
+  int file_;
+};
+
+// A file that is tested and then loaded by the library, which reads it anew: somebody may have replaced it.
+class TestedFile {
+ public:
+  // Before the tests. That a file cannot be read is for them to say.
+  explicit TestedFile(const std::string& path);
+  // Where to load what was tested from. Throws Failure if the file has changed meanwhile.
+  [[nodiscard]] const char* ToLoad() const;
+
+ private:
+  std::string name_;
+  std::string contents_;
+  HeldFile held_;
+};
+
 // An empty file under a new name, readable by its owner alone; removed with the object.
 class TemporaryFile {
  public:

@@ -1,4 +1,5 @@
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -74,6 +75,17 @@ std::error_code TestWritable(const std::string& path) {
   if (IsStrangersLink(path)) return {EACCES, std::generic_category()};
   if (access(path.c_str(), W_OK) == 0 || errno == ENOENT) return {};
   return LastError();
+}
+
+HeldFile::HeldFile(const std::string& path, const std::string& contents)
+    : path_(path), file_(memfd_create("tavlynctl", MFD_CLOEXEC)) {
+  const auto size = static_cast<ssize_t>(contents.size());
+  if (file_ >= 0 && write(file_, contents.data(), contents.size()) == size)
+    path_ = "/proc/self/fd/" + std::to_string(file_);
+}
+
+HeldFile::~HeldFile() {
+  if (file_ >= 0) close(file_);
 }
 
 std::error_code CreateOwnFile(std::string& path) {

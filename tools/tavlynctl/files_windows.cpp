@@ -1,7 +1,10 @@
 #include <windows.h>
 
 // It needs windows.h, which it does not include.
+#include <fcntl.h>
+#include <io.h>
 #include <sddl.h>
+#include <share.h>
 
 #include <memory>
 #include <random>
@@ -29,6 +32,13 @@ struct FreeIt {
 };
 
 }  // namespace
+
+HeldFile::HeldFile(const std::string& path, const std::string& /*contents*/)
+    : path_(path), file_(_sopen(path.c_str(), _O_RDONLY | _O_BINARY | _O_NOINHERIT, _SH_DENYWR)) {}
+
+HeldFile::~HeldFile() {
+  if (file_ >= 0) _close(file_);
+}
 
 std::error_code TestWritable(const std::string& path) {
   const DWORD attributes = GetFileAttributesA(path.c_str());

@@ -30,6 +30,7 @@ constexpr void (*kAreas[])(Program&) = {
 
 int main(int argc, char** argv) {
   tavlyn::ShowAllLanguages();
+  LetWritesFail();
   if (OutputIsMissing()) {
     const Failure closed(kBadFile, "the standard output is closed; >/dev/null drops what is shown");
     return ShowFailure(closed, "", false);

@@ -8,6 +8,10 @@ namespace tavlyn::ctl {
 // device takes these numbers before anything else is opened.
 bool OutputIsMissing();
 
+// From now on a write beyond a limit of the process fails like one to a full disk and does not end the
+// program.
+void LetWritesFail();
+
 // From now on the first Ctrl-C, SIGTERM, Ctrl-Break or closing of the console is only noted: the library may
 // be in the middle of a call. The second one ends the program at once.
 void NoteStop();

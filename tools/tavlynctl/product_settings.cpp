@@ -196,7 +196,7 @@ Json MirrorSettings() {
 }
 
 void LoadMirror(const std::string& path, const Json& wanted, const std::string& what) {
-  if (ReadDevCfgFmFile(path.c_str()) != 1) throw Failure(kBadFile, path + " could not be loaded");
+  if (ReadDevCfgFmFile(path.c_str()) != 1) throw Failure(kBadFile, "the settings could not be loaded");
   const Json loaded = MirrorSettings();
   std::string refused;
   for (const auto& [name, value] : wanted.items()) {

@@ -5,6 +5,7 @@
 
 #include "api.h"
 #include "tools/tavlynctl/areas.h"
+#include "tools/tavlynctl/files.h"
 #include "tools/tavlynctl/hex.h"
 #include "tools/tavlynctl/process.h"
 #include "tools/tavlynctl/program.h"
@@ -46,6 +47,7 @@ struct LoadKeys {
   }
 
   [[nodiscard]] Json Run(const Request& request) const {
+    const TestedFile file(path);
     CheckTrailer(path, Trailer::kIni);
     Json document = dryRun ? request.Document() : request.DeviceDocument();
     document["file"] = path;
@@ -53,7 +55,7 @@ struct LoadKeys {
     if (dryRun) return document;
     const Session session(request.link);
     session.Use(request.device);
-    if (LoadIniFile(path.c_str()) != 1)
+    if (LoadIniFile(file.ToLoad()) != 1)
       throw NotTransferred("the last item of " + path + " was not written to");
     return document;
   }

@@ -112,8 +112,10 @@ const char* ProductName(std::uint32_t product) {
 Session::Session(const Link& link, std::uint32_t products) : link_(link), products_(products) {
   if ((products & kReaders) != 0) RequirePeer(link);
   const Awaited::Seconds usual = SearchTime(link);
-  awaited_.emplace("searching " + Where(link), usual, usual + kMostOfGoneDevice);
-  if (!Search(link, products, allRead_) || !link.ascii || !DeviceIsReader()) return;
+  awaited_.emplace(Where(link), usual, usual + kMostOfGoneDevice);
+  const bool found = Search(link, products, allRead_);
+  awaited_->Connected();
+  if (!found || !link.ascii || !DeviceIsReader()) return;
   inText_ = ReadInText(link);
   allRead_ = std::ranges::count(inText_, InText::kRead) == GetDevCnt();
 }
