@@ -18,7 +18,7 @@ constexpr std::uint32_t kPolynomial = 0xEDB88320;
 constexpr std::size_t kRows = 8;
 using Rows = std::array<std::array<std::uint32_t, 256>, kRows>;
 
-constexpr Rows MakeRows() {
+consteval Rows MakeRows() {
   Rows rows{};
   for (std::uint32_t index = 0; index < rows[0].size(); ++index) {
     std::uint32_t entry = index;
