@@ -159,7 +159,7 @@ Places LeftBy(const Deed& deed, Marker marker, const std::string& link, const st
   for (std::size_t at = 0; file.empty() && at < kItemBytes; ++at) own[at] = MarkerByte(marker, at);
   RunDeed(RunUse, &use);
   Check(use.problem.empty(), use.problem.c_str());
-  return Find(marker, own);
+  return kMayBeSearched ? Find(marker, own) : Places();
 }
 
 }  // namespace

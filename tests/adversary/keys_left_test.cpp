@@ -2,7 +2,7 @@
 // mirror keeps it, and nowhere else in its memory; and never in the trace, nor does an ID.
 #include <regex>
 
-#include "tests/adversary/marker.h"
+#include "tests/adversary/own_memory.h"
 #include "tests/boundary/simulated_run.h"
 #include "tests/files/saved_text.h"
 
@@ -66,12 +66,6 @@ class KeysLeft : public WithKeyFiles, public testing::WithParamInterface<Case> {
 INSTANTIATE_TEST_SUITE_P(Deeds, KeysLeft, testing::ValuesIn(kCases),
                          [](const auto& info) { return info.param.name; });
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool kKeepsFreedMemory = true;
-#else
-constexpr bool kKeepsFreedMemory = false;
-#endif
-
 // Everything that a trace may say.
 const std::regex kTraced(
     "\\d{8} \\d\\d:\\d\\d:\\d\\d [\\w:]+ (ENTER|EXIT|Success !!|Failed !!|ERROR CODE: -?\\d+|ERROR CODE "
@@ -93,7 +87,7 @@ const std::string kTrace = "export TAVLYNAPI_LOGGING=1 XDG_STATE_HOME=$PWD; ";
 constexpr const char* kTraceFile = "TavlynLogs/TavlynApiSdk.log";
 
 TEST_P(KeysLeft, NowhereElse) {
-  if (kKeepsFreedMemory) GTEST_SKIP() << "a sanitizer keeps memory that was given back";
+  if (!kMayBeSearched) GTEST_SKIP() << "a sanitizer keeps memory that was given back";
   const Case& tested = GetParam();
   const auto ended = Run(tested.devices, {kTrace + KEY_CLIENT " " + tested.words, "typed traffic"});
   EXPECT_EQ(ended[0].status, 0) << ended[0].err;

@@ -10,6 +10,13 @@
 
 namespace tavlyn::adversary {
 
+// A sanitizer keeps memory that was given back, and guards it against a search.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+inline constexpr bool kMayBeSearched = false;
+#else
+inline constexpr bool kMayBeSearched = true;
+#endif
+
 // Where pieces of a marker stand, by what the memory belongs to and how many bytes stand there.
 using Places = std::map<std::pair<std::string, std::size_t>, int>;
 
