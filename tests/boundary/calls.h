@@ -18,6 +18,9 @@ int SleepsOf(std::chrono::milliseconds length);
 int Connects();
 int Datagrams();
 
+// Asked before each wait for a descriptor, if set: the error number with which it fails, or 0. On Linux only.
+extern int (*waitFailure)();
+
 // A short pause by the real clock, for what other processes do.
 void ReallyRest();
 

@@ -56,6 +56,10 @@ int nanosleep(const timespec* wanted, timespec* left) {
 int poll(pollfd* polled, nfds_t count, int milliseconds) {
   if (!tavlyn::boundary::FarEndsAreAtWork() && tavlyn::boundary::FailsNow("poll")) return -1;
   if (timeIsReal || tavlyn::boundary::FarEndsAreAtWork()) return ReallyPoll(polled, count, milliseconds);
+  if (const int failure = tavlyn::boundary::waitFailure != nullptr ? tavlyn::boundary::waitFailure() : 0) {
+    errno = failure;
+    return -1;
+  }
   tavlyn::sim::DueTime end;
   if (milliseconds >= 0) end = tavlyn::boundary::Now() + std::chrono::milliseconds(milliseconds);
   int ready = 0;
@@ -109,6 +113,8 @@ bool FailsNow(const char* call) {
   errno = failure.error;
   return true;
 }
+
+int (*waitFailure)() = nullptr;
 
 void WatchCalls() {}
 

@@ -18,6 +18,9 @@ using platform::kNoHandle;
 using Room = std::span<std::uint8_t>;
 using Bytes = std::span<const std::uint8_t>;
 
+// So often the library sends a report that is refused.
+constexpr int kAttempts = 6;
+
 // More than any operation needs: one that makes so many calls does not end.
 constexpr std::size_t kMostCalls = 100'000;
 
@@ -79,7 +82,7 @@ class FaultyHid final : public platform::HidSystem {
     return true;
   }
   bool SetFeature(Handle device, Bytes report) override {
-    if (!Fails("set", kRefused | kLost | kGone)) return good_.SetFeature(device, report);
+    if (!Fails("set", kRefused | kLost | kGone | kStuck)) return good_.SetFeature(device, report);
     return How() == kLost;
   }
   Drain DrainInput(Handle device, Room report) override {
@@ -252,6 +255,7 @@ void Trouble::Begin() {
   calls_.clear();
   at_ = 0;
   gone_ = false;
+  stuck_ = 0;
 }
 
 void Trouble::Begin(std::size_t call, Way way) {
@@ -270,9 +274,14 @@ bool Trouble::Fails(const char* name, unsigned ways) {
     way_ = kGone;
     return true;
   }
+  if (stuck_ > 0 && (ways & kStuck) != 0) {
+    --stuck_;
+    return true;
+  }
   if (calls_.size() != at_ || (ways & armed_) == 0) return false;
   way_ = armed_;
   gone_ = way_ == kGone;
+  stuck_ = way_ == kStuck ? kAttempts - 1 : 0;
   return true;
 }
 

@@ -20,8 +20,9 @@ enum Way : unsigned {
   kLong = 1U << 5,     // the answer is one byte too long
   kGarbled = 1U << 6,  // every bit of the answer is inverted
   kGone = 1U << 7,     // the device is away from this call on
+  kStuck = 1U << 8,    // the system reports failures until the library gives up
 };
-inline constexpr unsigned kWays = 8;
+inline constexpr unsigned kWays = 9;
 
 // The numbered calls, and what is armed. A program has one.
 class Trouble {
@@ -54,6 +55,7 @@ class Trouble {
   Way way_ = kRefused;
   Way armed_ = kRefused;
   bool gone_ = false;
+  int stuck_ = 0;  // how many more calls fail
 };
 
 }  // namespace tavlyn::faults

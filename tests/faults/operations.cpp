@@ -46,11 +46,6 @@ struct Told : std::string {
   }
 };
 
-std::string Content(const char* path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 template <auto kCall>
 std::string Call() {
   return Told{kCall()};
@@ -63,9 +58,7 @@ std::string TextOf() {
 
 template <auto kSave>
 std::string Save() {
-  std::remove(kSaved);
-  const std::string told = Told{kSave(kSaved)};
-  return told + Content(kSaved);
+  return Told{kSave(kSaved)};
 }
 
 template <auto kLoad, auto& kPath>
@@ -93,7 +86,9 @@ std::string ConnectPort() {
   return Told{connected, did, GetDevCnt()};
 }
 
-std::string FindAdapter() { return Told{FindXport(10, 0, 0, 4, 5)}; }
+std::string FindAdapter() {
+  return Told{FindXport(kAdapter[0], kAdapter[1], kAdapter[2], kAdapter[3] - 1, kAdapter[3])};
+}
 
 // A configuration in which every part is to be written.
 std::string Write() {
@@ -212,11 +207,6 @@ std::string SerialBytes() {
 
 std::string Baud() { return Told{ReadBaudRate(), WriteBaudRate(4)}; }
 
-std::string Packets() {
-  return Told{Get64BytesInPackets(), Set64BytesInPackets(1), GetEasyReadMode(),
-              SetEasyReadMode(1),    GetPrependCSN(),        SetPrependCSN(1)};
-}
-
 std::string WriteItem() {
   constexpr std::array<std::uint8_t, 9> kItem = {0x20, 7, 5, 9, 1, 2, 3, 4, 5};
   return Told{WriteSecureData(kItem.data(), kItem.size())};
@@ -324,7 +314,6 @@ constexpr Operation kOperations[] = {
     {"raw", kReaders | kMagstripe | kSonar, Begin::kConnected, TAVLYN_ERR_COMMAND, Raw},
     {"serial bytes", kFrames, Begin::kConnected, 0, SerialBytes},
     {"baud rate", kFrames, Begin::kConnected, 0, Baud},
-    {"packets", kReaders, Begin::kConnected, TAVLYN_ERR_COMMAND, Packets},
 
     {"write item", kReports, Begin::kConnected, TAVLYN_ERR_SECURE, WriteItem},
     {"read item", kReports, Begin::kConnected, TAVLYN_ERR_SECURE, ReadItem},
@@ -360,6 +349,13 @@ constexpr Operation kOperations[] = {
 }  // namespace
 
 std::span<const Operation> Operations() { return kOperations; }
+
+void ForgetSaved() { std::remove(kSaved); }
+
+std::string Saved() {
+  std::ifstream file(kSaved, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
 
 void PrepareFiles() {
   WriteDevCfgToFile(kTemplate);

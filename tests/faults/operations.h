@@ -42,8 +42,12 @@ std::span<const Operation> Operations();
 
 // Where the device is.
 inline constexpr std::uint16_t kComNumber = 3;
-inline constexpr std::array<std::uint8_t, 4> kAdapter = {10, 0, 0, 5};
+inline constexpr std::array<std::uint8_t, 4> kAdapter = {127, 3, 9, 5};
 inline constexpr std::uint16_t kAdapterPort = 4001;
+
+// What the last one saved as a file; removed before the next.
+std::string Saved();
+void ForgetSaved();
 
 // Writes the files that some of them load, by the device that is connected now, into the current folder.
 void PrepareFiles();

@@ -298,30 +298,5 @@ TEST_F(ConnectLinksTest, WithoutTheReaderBitTheBulkDeviceIsNotOpened) {
             (Lines{"mutex lock", "usb load", "usb busses", "usb devices", "mutex unlock"}));
 }
 
-// One byte of the adapter's answers is lost, inverted, or the last one.
-class EthernetFaults : public ConnectLinksTest, public ::testing::WithParamInterface<int> {};
-
-TEST_P(EthernetFaults, EndInBoundedTime) {
-  Use(Reader::Plain());
-  host.sockets.device = line.get();
-  AcceptAdapter();
-  for (const int kind : {0, 1, 2}) {
-    line->faults.Restart();
-    if (kind == 0) line->faults.RefuseAt(GetParam());
-    if (kind == 1) line->faults.GarbleAt(GetParam());
-    if (kind == 2) line->faults.VanishAt(GetParam());
-    const std::uint64_t before = host.clock.tick;
-    USBConnect(nullptr);
-    EXPECT_LE(host.clock.tick - before, 60'000U);
-    EXPECT_LE(GetDevCnt(), 1);
-    USBDisconnect();
-    EXPECT_FALSE(LinkIsOpen());
-    line->Silence();
-    ForgetTraffic();
-  }
-}
-
-INSTANTIATE_TEST_SUITE_P(Bytes, EthernetFaults, ::testing::Range(1, 120, 3));
-
 }  // namespace
 }  // namespace tavlyn::test
