@@ -2,6 +2,7 @@
 
 namespace tavlyn::sim {
 
+// cppcheck-suppress passedByValue ; it is a few bytes long
 EthernetCarrier::EthernetCarrier(ByteDevice& stream, AdapterIdentity identity, std::uint16_t port)
     : line_(stream), identity_(identity), port_(port) {
   Plug();

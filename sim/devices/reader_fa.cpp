@@ -122,7 +122,7 @@ FaAnswer Hardware(ReaderState& state, Frame, Taken) {
 
 FaAnswer Identity(ReaderState& state, Frame, Taken) {
   const auto identity = ReadIdentity(state);
-  return {{identity.begin(), identity.end()}};
+  return {Bytes(identity.begin(), identity.end())};
 }
 
 FaAnswer TakeLuid(ReaderState& state, Frame, Taken taken) {

@@ -79,8 +79,7 @@ struct Field {
 };
 
 inline constexpr std::array kFields = {
-#define FIELD(record, word, ...) \
-  Field{.id = field::record##_##word, .name = #word __VA_OPT__(, ) __VA_ARGS__},
+#define FIELD(record, word, ...) Field{.id = field::record##_##word, .name = #word, __VA_ARGS__},
 #include "core/fields.inc"
 };
 

@@ -38,7 +38,7 @@ struct Field {
 
 // Indexed by Word.
 inline constexpr std::array kFields = {
-#define FIELD(record, name, word, ...) Field{.key = #word __VA_OPT__(, ) __VA_ARGS__},
+#define FIELD(record, name, word, ...) Field{.key = #word, __VA_ARGS__},
 #include "core/sonar_fields.inc"
 };
 

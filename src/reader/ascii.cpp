@@ -97,7 +97,7 @@ std::int16_t CharacterAt(const tsCfgSlot& slot) {
 }
 
 constexpr std::array kKeys = {
-#define KEY(key, id, form, ...) Key{.name = key, .field = id, .sent = Sent::form __VA_OPT__(, ) __VA_ARGS__},
+#define KEY(key, id, form, ...) Key{.name = key, .field = id, .sent = Sent::form, __VA_ARGS__},
 #include "reader/ascii_words.inc"
 };
 constexpr const Key& kLeds = kKeys.front();

@@ -25,7 +25,7 @@ consteval std::uint8_t BitsOf(const Packed& row) {
 }
 
 // No two fields that are written share a bit, and none overlaps the characters.
-static_assert([]() consteval {
+consteval bool EachBitIsWrittenOnce() {
   std::array<Block, 4> taken{};
   for (std::size_t at = kCountsAt; at < taken[kDisplayBlock].size(); ++at) taken[kDisplayBlock][at] = 0xFF;
   for (const Packed& row : kLayout) {
@@ -35,7 +35,8 @@ static_assert([]() consteval {
     byte |= BitsOf(row);
   }
   return true;
-}());
+}
+static_assert(EachBitIsWrittenOnce());
 
 std::uint8_t Pack(const Packed& row, std::int16_t value) {
   switch (row.as) {

@@ -42,6 +42,7 @@ DWORD trouble = 0;
 
 void Installer(const char* call) {
   if (troubled != call) return;
+  // cppcheck-suppress nullPointer ; this is the exception
   if (trouble == EXCEPTION_ACCESS_VIOLATION) *static_cast<volatile int*>(nullptr) = 0;
   RaiseException(trouble, EXCEPTION_NONCONTINUABLE, 0, nullptr);
 }

@@ -49,6 +49,7 @@ ComNumbers Listed(const Path& folder, std::string_view prefix, unsigned ofZero) 
   ComNumbers numbers;
   DIR* names = opendir(folder.c_str());
   if (names == nullptr) return errno == ENOENT ? numbers : numbers.set();
+  // cppcheck-suppress readdirCalled ; no other thread has this folder stream
   while (const dirent* entry = readdir(names)) {
     const std::string_view name = entry->d_name;
     unsigned short number = 0;

@@ -100,6 +100,7 @@ OpenHidInterface Described(const hid_device_info& interface) {
 class SystemHid final : public HidSystem {
  public:
   bool Load() override {
+    // cppcheck-suppress publicAllocationError ; an Unload comes before the next Load
     library_ = LoadSystemLibrary(kLibrary);
     if (library_ == nullptr) return false;
     if (BindAll(library_, call_) && call_.init() == 0) return true;
