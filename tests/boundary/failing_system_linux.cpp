@@ -110,9 +110,10 @@ bool IsTheOne(long call) {
 
 #ifdef __x86_64__
 
-// A descriptor is closed all the same; a connect that is interrupted goes on.
+// A descriptor is closed all the same; a connect that is interrupted goes on; and a socket that stayed
+// blocking, which no system leaves so, would wait forever.
 bool TakesPlaceAllTheSame(long call) {
-  return call == SYS_close || (call == SYS_connect && how->error == EINTR);
+  return call == SYS_close || call == SYS_fcntl || (call == SYS_connect && how->error == EINTR);
 }
 
 void Catch(int /*signal*/, siginfo_t* caught, void* context) {
