@@ -128,7 +128,7 @@ TEST_F(ActiveIdFa, NoIdInPlaceOfTheEchoIsARefusal) {
 
 // It differs from the status that says so in one byte.
 TEST_F(ActiveIdFa, AnotherStatusIsNotThatThereIsNoId) {
-  for (const std::uint8_t status : {0x81, 0x83}) {
+  for (const std::uint8_t status : {std::uint8_t{0x81}, std::uint8_t{0x83}}) {
     AddScript({Reply(8, 3, 0x6A, status), Reply(8, 3, 0x6A, status), Reply(8, 5, 0x90, 0x00)});
     std::vector<std::uint8_t> buffer(8);
     EXPECT_EQ(GetActiveID(buffer.data(), 8), 5);
