@@ -64,7 +64,7 @@ class WithKeyFiles : public boundary::SimulatedRun {
 class KeysLeft : public WithKeyFiles, public testing::WithParamInterface<Case> {};
 
 INSTANTIATE_TEST_SUITE_P(Deeds, KeysLeft, testing::ValuesIn(kCases),
-                         [](const auto& info) { return info.param.name; });
+                         [](const auto& one) { return std::string(one.param.name); });
 
 // Everything that a trace may say.
 const std::regex kTraced(
