@@ -22,12 +22,14 @@ bool OutputIsMissing() { return false; }
 void NoteStop() {}
 bool IsStopped() { return false; }
 void EndStopped() {}
+void LetWritesFail() {}
 void ForbidCoreImage() {}
 HiddenInput::HiddenInput() : typed_(false) {}
 HiddenInput::~HiddenInput() = default;
 
-Awaited::Awaited(const std::string&, Seconds, Seconds) {}
+Awaited::Awaited(const std::string& where, Seconds, Seconds) : where_(where) {}
 Awaited::~Awaited() = default;
+void Awaited::Connected() {}
 
 // Every time is over at once, and every watch after two looks.
 Clock::time_point After(double) { return Clock::now(); }

@@ -47,7 +47,7 @@ void Set(Input& input) {
 void CheckPlaces() {
   const platform::Path trace = platform::ThePlaces().TraceFile();
   Require(trace.IsEmpty() || (trace.View().starts_with('/') && trace.View().ends_with("/TavlynApiSdk.log")));
-  for (const std::uint16_t number : {1, 3, 256}) platform::ComPath(number);
+  for (const std::uint16_t number : std::array<std::uint16_t, 3>{1, 3, 256}) platform::ComPath(number);
   std::array<std::uint8_t, platform::kHighestCom + 1> flags{};
   platform::TheComPorts().FindVirtual(flags);
   Require(flags[0] == 0);
