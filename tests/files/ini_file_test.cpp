@@ -46,6 +46,11 @@ TEST_F(IniFiles, SeveralItemsOneAfterTheOther) {
   ExpectTraffic(Join({good, Written({1, 2, 3, 4, 0xAA, 0xBB, 0xCC}), good}));
 }
 
+TEST_F(IniFiles, BytesWithAPrefix) {
+  EXPECT_EQ(Load(ItemText("0x20 7 0x5 0X9", "0x1 2 3 4 0x5")), 1U);
+  ExpectTraffic(good);
+}
+
 TEST_F(IniFiles, SectionHeads) {
   const std::string rest = kGood.substr(kHead.size());
   for (const char* head : {"[Blob]\r\n", "[Blob0]\r\n", "[Blob12345678901234567890]\r\n"}) {
@@ -97,6 +102,7 @@ TEST_F(IniFiles, MalformedLines) {
         kHead + "hdr =20 7 1 9\r\ndata=1\r\n", kHead + " hdr=20 7 1 9\r\ndata=1\r\n",
         kHead + "hdr:20 7 1 9\r\ndata=1\r\n", kHead + "hdr=20 7 1 9\r\nData=1\r\n",
         kHead + "hdr=20 7 1 9\r\n\r\ndata=1\r\n", kHead + "hdr=20 7 1 9\r\ndat=1\r\n",
+        kHead + "xhdr=20 7 1 9\r\ndata=1\r\n", kHead + "hdr=20 7 1 9\r\ndatax=1\r\n",
         kHead + "hdr\r\ndata=1\r\n", kHead + "=\r\ndata=1\r\n", kHead + "\r\n\r\n"}) {
     Entry().LastLibErr = 5;
     EXPECT_EQ(Load(items), 0U) << items;
