@@ -189,6 +189,7 @@ def mutants_of(name, text):
                 index += 1
         for end, replacement in changes(tokens, index, others, text):
             mutant = Mutant(name, text, tokens[index].at, end, replacement, 1)
-            mutant.nth = seen[mutant.identity] = seen.get(mutant.identity, 0) + 1
+            alike = mutant.identity
+            mutant.nth = seen[alike] = seen.get(alike, 0) + 1
             yield mutant
         index += 1

@@ -14,7 +14,7 @@ PROGRAMS = BUILT_OF_IT + LOADING_IT
 LIBRARY = "tavlynapi"
 ARGUMENTS = {"protocol_page": ["{tree}/docs/protocol.md"]}
 
-CPU_SECONDS = 40
+CPU_SECONDS = 30
 WALL_SECONDS = 400  # for what waits for ever
 MEMORY = 4 << 30
 FILE_SIZE = 64 << 20
