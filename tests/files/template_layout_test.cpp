@@ -109,6 +109,11 @@ TEST_F(TemplateLayout, AHeaderLongerThanFourBytesOverlapsTheDefinitions) {
             Layout("07.41.00.10.04.05.06\n", Row(4, 4), "", Rows(14, 8) + "78.79.7A.7B.7C.\n"));
 }
 
+TEST_F(TemplateLayout, AHeaderOfThirteenBytesIsNotTheShortForm) {
+  EXPECT_EQ(Saved(Counting({0x1D, 0x00, 0x00, 0x10})),
+            Layout("1D.00.00.10.04.05.06.07.08.09.0A.0B.0C\n", "", "", Rows(14, 4) + "74.75.76.\n"));
+}
+
 TEST_F(TemplateLayout, AHeaderOfOneByte) {
   // 127 bytes remain: fifteen lines and seven bytes.
   EXPECT_EQ(Saved(Counting({0x31, 0x00, 0x00, 0x10})),
