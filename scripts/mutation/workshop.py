@@ -14,7 +14,7 @@ PROGRAMS = BUILT_OF_IT + LOADING_IT
 LIBRARY = "tavlynapi"
 ARGUMENTS = {"protocol_page": ["{tree}/docs/protocol.md"]}
 
-CPU_SECONDS = 30
+CPU_SECONDS = 20
 WALL_SECONDS = 400  # for what waits for ever
 MEMORY = 4 << 30
 FILE_SIZE = 64 << 20
@@ -120,7 +120,7 @@ class Workshop:
         self.deps = dependencies(self.base)
         self.library = Program(self.base, LIBRARY)
         self.programs = [Program(self.base, name) for name in PROGRAMS]
-        self.suites, self.slow = self.find_suites(), []
+        self.suites, self.slow, self.killers = self.find_suites(), [], {}
 
     def sources(self):
         """The files of src/ that what is tested is compiled from."""
@@ -229,10 +229,12 @@ class Worker:
         room = os.path.dirname(self.name).removeprefix("src/")
         near = [suite for suite, folder in self.shop.suites.items() if folder == room]
         patterns = ":".join(f"{suite}.*:*/{suite}.*" for suite in near)
+        # What has killed another mutant of the file may well kill this one.
+        first = ":".join(f"*{suite}.*" for suite in sorted(self.shop.killers.get(self.name, ())))
         slow = ":".join(self.shop.slow)
         # The slow tests tell nothing about other folders than theirs.
         slow_near = ":".join(test for test in self.shop.slow if suite_of(test) in near)
-        for pattern in [*([f"{patterns}-{slow}", f"-{patterns}:{slow}"] if near else [f"-{slow}"]), slow_near or "-*"]:
+        for pattern in [f"{first}-{slow}" if first else "-*", *([f"{patterns}-{slow}", f"-{patterns}:{slow}"] if near else [f"-{slow}"]), slow_near or "-*"]:
             word, by = self.run_unit_tests(program, pattern)
             if word != "survived":
                 return word, by
