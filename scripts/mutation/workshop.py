@@ -227,18 +227,23 @@ class Worker:
         if program.name != "unit_tests":
             return self.run_tests(program, "*")
         room = os.path.dirname(self.name).removeprefix("src/")
-        near = [suite for suite, folder in self.shop.suites.items() if folder == room]
-        patterns = ":".join(f"{suite}.*:*/{suite}.*" for suite in near)
-        # What has killed another mutant of the file may well kill this one.
-        first = ":".join(f"*{suite}.*" for suite in sorted(self.shop.killers.get(self.name, ())))
-        slow = ":".join(self.shop.slow)
-        # The slow tests tell nothing about other folders than theirs.
-        slow_near = ":".join(test for test in self.shop.slow if suite_of(test) in near)
-        for pattern in [f"{first}-{slow}" if first else "-*", *([f"{patterns}-{slow}", f"-{patterns}:{slow}"] if near else [f"-{slow}"]), slow_near or "-*"]:
+        for pattern in self.patterns(room):
             word, by = self.run_unit_tests(program, pattern)
             if word != "survived":
                 return word, by
         return "survived", ""
+
+    def patterns(self, room):
+        """Filters for one run of the unit tests after the other, the most promising first."""
+        near = [suite for suite, folder in self.shop.suites.items() if folder == room]
+        suites = ":".join(f"{suite}.*:*/{suite}.*" for suite in near)
+        slow = ":".join(self.shop.slow)
+        # What has killed another mutant of the file may well kill this one.
+        killers = ":".join(f"*{suite}.*" for suite in sorted(self.shop.killers.get(self.name, ())))
+        # The slow tests tell nothing about other folders than theirs.
+        slow_near = ":".join(test for test in self.shop.slow if suite_of(test) in near)
+        return [*([f"{killers}-{slow}"] if killers else []), *([f"{suites}-{slow}"] if near else []),
+                f"-{suites}:{slow}", *([slow_near] if slow_near else [])]
 
     def run_unit_tests(self, program, pattern):
         """A test that was compiled with the file as it was counts only if it also fails with the changed one."""
