@@ -5,9 +5,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 
 #include "sim/devices/device.h"
+#include "tests/boundary/bulk_standin.h"
 #include "tests/boundary/far_end.h"
 #include "tests/boundary/library.h"
 #include "tests/faults/operations.h"
@@ -44,7 +46,7 @@ class BuiltStage {
   Renewed line_;
   std::unique_ptr<PortDevice> port_;
   std::unique_ptr<TcpDevice> adapter_;
-  void* usb_ = nullptr;  // the stand-in of the bulk device
+  std::optional<BulkStandin> usb_;
   bool exists_ = true;
 };
 

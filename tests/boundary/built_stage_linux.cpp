@@ -1,11 +1,9 @@
 #include <string>
 
 #include "api.h"
-#include "sim/carriers/standin_control.h"
 #include "sim/devices/reader_ascii.h"
 #include "sim/devices/reader_fa.h"
 #include "tests/boundary/built_stage.h"
-#include "tests/boundary/loader.h"
 
 namespace tavlyn::boundary {
 namespace {
@@ -47,10 +45,7 @@ BuiltStage::BuiltStage(faults::Stage stage, const Library& library) : stage_(sta
   SetComSrchRange(faults::kComNumber, faults::kComNumber);
   VirtualComSearchRange(1, 256);
   UseAsciiCommandProtocol(stage == faults::kText ? 1 : 0);
-  if (stage == faults::kBulk) {
-    usb_ = LoadByName(TAVLYN_STANDIN_USB);
-    SetVariable("TAVLYNAPI_LIBUSB", TAVLYN_STANDIN_USB);
-  }
+  if (stage == faults::kBulk) usb_.emplace();
   if (stage == faults::kCom || stage == faults::kText) {
     port_ = std::make_unique<PortDevice>(ports_, faults::kComNumber, line_);
   }
@@ -67,9 +62,6 @@ BuiltStage::BuiltStage(faults::Stage stage, const Library& library) : stage_(sta
 BuiltStage::~BuiltStage() {
   USBDisconnect();
   library_.Standin("reset");
-  if (usb_ == nullptr) return;
-  SetVariable("TAVLYNAPI_LIBUSB", nullptr);
-  Unload(usb_);
 }
 
 void BuiltStage::Refresh() {
@@ -77,9 +69,8 @@ void BuiltStage::Refresh() {
   library_.Standin("reset");
   library_.Standin("record off");
   if (const char* word = WordOf(stage_)) library_.Standin(word);
-  if (stage_ != faults::kBulk) return;
-  const auto run = reinterpret_cast<TavlynStandin>(FindSymbol(usb_, TAVLYN_STANDIN));
-  for (const char* command : {"reset", "plug plus:2@bulk", "record off"}) run(command, nullptr, 0);
+  if (!usb_) return;
+  for (const char* command : {"reset", "plug plus:2@bulk", "record off"}) usb_->Do(command);
 }
 
 }  // namespace tavlyn::boundary

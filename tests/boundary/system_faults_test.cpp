@@ -14,29 +14,24 @@
 
 #include "api.h"
 #include "tests/boundary/built_stage.h"
+#include "tests/boundary/bulk_standin.h"
 #include "tests/boundary/failing_system_linux.h"
+#include "tests/boundary/held.h"
 #include "tests/boundary/passing.h"
 #include "tests/boundary/scarce_memory.h"
+#include "tests/faults/links.h"
 #include "tests/faults/operations.h"
 
 namespace tavlyn::boundary {
 namespace {
 
 namespace fs = std::filesystem;
+using faults::Link;
 using faults::Operation;
+using faults::Row;
 
-// Whatever fails, an operation takes no more time than this.
-constexpr Milliseconds kPatience{300'000};
-
-// A quick run tries one fault of so many; with TAVLYN_EVERY_FAULT set all are tried (scripts/faults).
 constexpr std::size_t kOneOf = 197;
 
-// How many faults there are, at least; see tests/faults/transport_test.cpp.
-struct Link {
-  faults::Stage stage;
-  const char* name;
-  int points;
-};
 constexpr Link kLinks[] = {
     {faults::kPlain, "files of a plain reader", 338},
     {faults::kPlus, "files of a plus reader", 347},
@@ -57,16 +52,6 @@ struct Ran {
 
 void PrintTo(const Ran& ran, std::ostream* out) { *out << ran.told << std::hex << ", 0x" << ran.word; }
 
-struct Held {
-  long blocks = LiveBlocks();
-  int handles = OpenHandles();
-  bool operator==(const Held&) const = default;
-};
-
-void PrintTo(const Held& held, std::ostream* out) {
-  *out << held.blocks << " blocks, " << held.handles << " handles";
-}
-
 class Faults : public testing::Test {
  protected:
   void SetUp() override {
@@ -85,7 +70,7 @@ class Faults : public testing::Test {
   void Begin(faults::Stage stage) {
     stage_ = std::make_unique<BuiltStage>(stage, library_);
     remembers_ = stage == faults::kBulk;
-    if (!stage_->Exists()) GTEST_SKIP() << "its library is not trusted: only root may be able to write to it";
+    if (!stage_->Exists()) GTEST_SKIP() << kNotTrusted;
     if (stage == faults::kUdp) return;
     ASSERT_EQ(USBConnect(nullptr), 1U);
     faults::PrepareFiles();
@@ -108,7 +93,7 @@ class Faults : public testing::Test {
       ran.word = GetLastLibErr();
     });
     mend();
-    EXPECT_LE(Milliseconds(time), kPatience);
+    EXPECT_LE(static_cast<std::uint64_t>(time), faults::kPatience);
     ran.told += faults::Saved();
     EXPECT_EQ(USBDisconnect(), 1U);
     return ran;
@@ -173,8 +158,6 @@ class Faults : public testing::Test {
   bool remembers_ = false;  // the stand-in for libusb keeps every device that it has had
 };
 
-using Row = std::tuple<Link, Operation>;
-
 class OperationFaults : public Faults, public testing::WithParamInterface<Row> {
  protected:
   void SetUp() override {
@@ -193,7 +176,7 @@ TEST_P(OperationFaults, EachSystemCallInEachWay) {
   if (!SystemCanFail()) GTEST_SKIP() << "this system does not let a program catch its own calls";
   const Ran clean = RunWell(TheOperation());
   const std::vector<long> calls = CallsOf(TheOperation());
-  const std::size_t stride = std::getenv("TAVLYN_EVERY_FAULT") != nullptr ? 1 : kOneOf;
+  const std::size_t stride = faults::OneOf(kOneOf);
   std::size_t point = std::string_view(TheOperation().name).size();
   for (std::size_t call = 1; call <= calls.size(); ++call) {
     for (const SystemWay& way : SystemWays()) {
@@ -244,28 +227,10 @@ TEST_P(FaultPoints, AreAsManyAsEver) {
   EXPECT_GE(points, GetParam().points) << "see kLinks";
 }
 
-std::string Squeezed(std::string name) {
-  std::erase_if(name, [](char c) { return c == ' ' || c == ','; });
-  return name;
-}
-
-std::vector<Row> Rows() {
-  std::vector<Row> rows;
-  for (const Link& link : kLinks) {
-    for (const Operation& operation : faults::Operations()) {
-      if ((operation.stages & link.stage) != 0) rows.emplace_back(link, operation);
-    }
-  }
-  return rows;
-}
-
-INSTANTIATE_TEST_SUITE_P(Link, FaultPoints, testing::ValuesIn(kLinks),
-                         [](const auto& row) { return Squeezed(row.param.name); });
-INSTANTIATE_TEST_SUITE_P(Link, AllocationFaults, testing::ValuesIn(kLinks),
-                         [](const auto& row) { return Squeezed(row.param.name); });
-INSTANTIATE_TEST_SUITE_P(Row, OperationFaults, testing::ValuesIn(Rows()), [](const auto& row) {
-  return Squeezed(std::get<Link>(row.param).name) + '_' + Squeezed(std::get<Operation>(row.param).name);
-});
+constexpr auto kNamed = [](const auto& test) { return faults::NameOf(test.param); };
+INSTANTIATE_TEST_SUITE_P(Link, FaultPoints, testing::ValuesIn(kLinks), kNamed);
+INSTANTIATE_TEST_SUITE_P(Link, AllocationFaults, testing::ValuesIn(kLinks), kNamed);
+INSTANTIATE_TEST_SUITE_P(Row, OperationFaults, testing::ValuesIn(faults::RowsOf(kLinks)), kNamed);
 
 }  // namespace
 }  // namespace tavlyn::boundary

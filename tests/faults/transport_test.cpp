@@ -5,7 +5,6 @@
 
 #include <bit>
 #include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -14,6 +13,7 @@
 
 #include "api.h"
 #include "tests/faults/faulty_host.h"
+#include "tests/faults/links.h"
 #include "tests/faults/operations.h"
 #include "tests/faults/simulated_stage.h"
 #include "tests/support/bench.h"
@@ -23,17 +23,7 @@ namespace {
 
 using test::Lines;
 
-// Whatever fails, an operation takes no more time than this, in milliseconds. The most is taken by a plus
-// reader that goes away while its card types are asked for: six attempts for each of 257 reports.
-constexpr std::uint64_t kPatience = 300'000;
-
-// How many faults are tried, at least: a call is a point for each way in which it can fail. A number that has
-// grown may be entered here; one that has shrunk means that an operation or a way is no longer tried.
-struct Link {
-  Stage stage;
-  const char* name;
-  int points;
-};
+// A call is a point for each way in which it can fail.
 constexpr Link kLinks[] = {
     {kPlain, "HID, plain reader", 5753},
     {kPlus, "HID, plus reader", 10535},
@@ -47,11 +37,7 @@ constexpr Link kLinks[] = {
     {kBulk, "bulk", 7571},
 };
 
-// A quick run tries one fault of so many, not the same ones for each operation; with TAVLYN_EVERY_FAULT set
-// all are tried (scripts/faults).
 constexpr std::size_t kOneOf = 13;
-
-std::size_t Stride() { return std::getenv("TAVLYN_EVERY_FAULT") != nullptr ? 1 : kOneOf; }
 
 // After so many the ring of the bulk device is empty.
 constexpr int kMostConnects = 40;
@@ -61,8 +47,6 @@ struct Ran {
   std::uint32_t word = 0;
   Lines traffic;
 };
-
-using Row = std::tuple<Link, Operation>;
 
 class Faults : public test::Bench {
  protected:
@@ -152,7 +136,7 @@ class TransportFaults : public Faults, public testing::WithParamInterface<Row> {
   }
 
  private:
-  std::size_t stride_ = Stride();
+  std::size_t stride_ = OneOf(kOneOf);
   std::size_t points_ = std::string_view(std::get<Operation>(GetParam()).name).size() % stride_;
 };
 
@@ -184,26 +168,9 @@ TEST_P(FaultPoints, AreAsManyAsEver) {
   EXPECT_GE(points, GetParam().points) << "see kLinks";
 }
 
-std::string Squeezed(std::string name) {
-  std::erase_if(name, [](char c) { return c == ' ' || c == ','; });
-  return name;
-}
-
-std::vector<Row> Rows() {
-  std::vector<Row> rows;
-  for (const Link& link : kLinks) {
-    for (const Operation& operation : Operations()) {
-      if ((operation.stages & link.stage) != 0) rows.emplace_back(link, operation);
-    }
-  }
-  return rows;
-}
-
-INSTANTIATE_TEST_SUITE_P(Link, FaultPoints, testing::ValuesIn(kLinks),
-                         [](const auto& row) { return Squeezed(row.param.name); });
-INSTANTIATE_TEST_SUITE_P(Row, TransportFaults, testing::ValuesIn(Rows()), [](const auto& row) {
-  return Squeezed(std::get<Link>(row.param).name) + '_' + Squeezed(std::get<Operation>(row.param).name);
-});
+constexpr auto kNamed = [](const auto& test) { return NameOf(test.param); };
+INSTANTIATE_TEST_SUITE_P(Link, FaultPoints, testing::ValuesIn(kLinks), kNamed);
+INSTANTIATE_TEST_SUITE_P(Row, TransportFaults, testing::ValuesIn(RowsOf(kLinks)), kNamed);
 
 }  // namespace
 }  // namespace tavlyn::faults
