@@ -56,8 +56,8 @@ int nanosleep(const timespec* wanted, timespec* left) {
 int poll(pollfd* polled, nfds_t count, int milliseconds) {
   if (!tavlyn::boundary::FarEndsAreAtWork() && tavlyn::boundary::FailsNow("poll")) return -1;
   if (timeIsReal || tavlyn::boundary::FarEndsAreAtWork()) return ReallyPoll(polled, count, milliseconds);
-  if (const int failure = tavlyn::boundary::waitFailure != nullptr ? tavlyn::boundary::waitFailure() : 0) {
-    errno = failure;
+  if (const int error = tavlyn::boundary::waitFailure != nullptr ? tavlyn::boundary::waitFailure() : 0) {
+    errno = error;
     return -1;
   }
   tavlyn::sim::DueTime end;

@@ -22,7 +22,7 @@ using tavlyn::boundary::Denial;
 
 bool denying = false;
 bool denied = false;
-int left = 0;
+int toDenial = 0;  // allocations until the first that is denied
 Denial denial{};
 long blocks = 0;
 
@@ -64,7 +64,7 @@ Place CallerOfSystem() {
   Place caller = PlaceOf(returnsTo);
   if (caller == Place::kSystem) caller = CallerOfSystem();
   if (caller != Place::kLibrary) return false;
-  const bool hit = --left == 0 || (left < 0 && denial == Denial::kFromThereOn);
+  const bool hit = --toDenial == 0 || (toDenial < 0 && denial == Denial::kFromThereOn);
   denied = denied || hit;
   if (hit) errno = ENOMEM;
   return hit;
@@ -124,7 +124,7 @@ namespace tavlyn::boundary {
 bool MemoryCanBeScarce() { return TAVLYN_DENIES_MEMORY != 0; }
 
 void Deny(int number, Denial how) {
-  left = number;
+  toDenial = number;
   denial = how;
   denied = false;
   denying = true;
