@@ -95,9 +95,9 @@ bool IsForbidden(const std::string& node) {
 std::string ModeOf(const std::string& node) {
   struct stat status {};
   if (stat(node.c_str(), &status) != 0) return "unknown mode";
-  // cppcheck-suppress getpwuidCalled ; the tool has one thread
+  // cppcheck-suppress getpwuidCalled ; no other thread calls it
   const passwd* owner = getpwuid(status.st_uid);
-  // cppcheck-suppress getgrgidCalled ; the tool has one thread
+  // cppcheck-suppress getgrgidCalled ; no other thread calls it
   const group* members = getgrgid(status.st_gid);
   char mode[8];
   std::snprintf(mode, sizeof mode, "%04o", static_cast<unsigned>(status.st_mode & 07777U));
