@@ -9,7 +9,7 @@
 
 namespace tavlyn::faults {
 
-// Which device, on which link. An operation that is asked where it does not apply has to end as told, too.
+// Which device, on which link. An operation that is asked where it does not apply has to end well, too.
 enum Stage : unsigned {
   kPlain = 1U << 0,     // card readers on feature reports
   kPlus = 1U << 1,      // of two configurations
