@@ -78,7 +78,9 @@ def statement_end(tokens, index):
         return None
     while at < len(tokens) and tokens[at].text != ";":
         at = closing(tokens, at) + 1 if tokens[at].text in "([{" else at + 1
-    return at if at < len(tokens) and at > index + 1 else None
+    if at >= len(tokens) or tokens[at - 1].text in ("delete", "default"):
+        return None
+    return at if at > index + 1 else None
 
 
 def another_number(text, at):
