@@ -23,7 +23,6 @@ void LetWritesFail() {}
 void NoteStop() {}
 bool IsStopped() { return false; }
 void EndStopped() {}
-void LetWritesFail() {}
 void ForbidCoreImage() {}
 HiddenInput::HiddenInput() : typed_(false) {}
 HiddenInput::~HiddenInput() = default;
@@ -35,9 +34,12 @@ void Awaited::Connected() {}
 // Every time is over at once, and every watch after two looks.
 Clock::time_point After(double) { return Clock::now(); }
 Failure NoCard() { return {kNoCard, "no card came in time"}; }
-Watching::Watching(std::optional<double>, int) : most_(0) { looks = 0; }
-bool Watching::GoesOn() const { return looks++ < 2; }
-bool Answers::Came(bool came) { return came; }
+Watching::Watching(std::optional<double>, int most) : most_(most) { looks = 0; }
+bool Watching::GoesOn() const { return looks++ < 2 && (most_ == 0 || events_ < most_); }
+bool Answers::Came(bool came) {
+  failed_ = came ? 0 : failed_ + 1;
+  return came;
+}
 void TellWatched(bool) {}
 
 std::string PermissionProblem() { return {}; }
