@@ -80,8 +80,8 @@ TEST_F(TavlynctlCards, ALongWaitIsTold) {
                          {"unset LD_PRELOAD; upon 'kill -TERM $pid' " TAVLYNCTL " list"})[0];
   EXPECT_EQ(list.status, 143);
   EXPECT_TRUE(
-      list.err.starts_with("tavlynctl: still waiting for a device on USB to answer; if it has gone, this can "
-                           "take 180 seconds; Ctrl-C ends it\n"))
+      list.err.starts_with("tavlynctl: still waiting for a device on USB; if one has gone, this can take 180 "
+                           "seconds; Ctrl-C ends it\n"))
       << list.err;
 }
 

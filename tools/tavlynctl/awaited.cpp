@@ -6,14 +6,16 @@
 
 #include "tools/printable.h"
 #include "tools/tavlynctl/output.h"
+#include "tools/terminal.h"
 
 namespace tavlyn::ctl {
 namespace {
 
 constexpr Awaited::Seconds kNothingToSpeakOf(3);
-// A reader answers within milliseconds; one that has gone costs half a second at the first report.
-constexpr Awaited::Seconds kPatience(1);
 constexpr std::chrono::milliseconds kBetweenLooks(200);
+
+// Three readers, or one on a bulk device, need more than a second: then only somebody who sits there is told.
+Awaited::Seconds Patience() { return ErrorsAreOnTerminal() ? Awaited::Seconds(1) : kNothingToSpeakOf; }
 
 std::string Rounded(Awaited::Seconds seconds) {
   return std::to_string(static_cast<int>(std::ceil(seconds.count())));
@@ -27,7 +29,7 @@ Awaited::Awaited(const std::string& where, Seconds usual, Seconds most) : where_
   if (usual > kNothingToSpeakOf && !std::exchange(said, true)) {
     PrintLine(stderr, "searching " + where_ + " takes up to " + Rounded(usual) + " seconds");
   }
-  WaitFor(usual + kPatience);
+  WaitFor(usual + Patience());
   watching_ = std::thread([this, most] { Watch(most); });
 }
 
@@ -60,7 +62,7 @@ void Awaited::Watch(Seconds most) {
     if (now < look_) continue;
     look_ = now + kBetweenLooks;
     if (std::chrono::steady_clock::now() < end_) continue;
-    Tell(kProgram, "still waiting for a device " + where_ + " to answer; if it has gone, this can take " +
+    Tell(kProgram, "still waiting for a device " + where_ + "; if one has gone, this can take " +
                        Rounded(most) + " seconds; Ctrl-C ends it");
     return;
   }

@@ -13,8 +13,8 @@ class Awaited {
  public:
   using Seconds = std::chrono::duration<double>;
 
-  // A connect begins. Says at once how long it usually takes, unless that is negligible; and a second after
-  // that what it waits for, and how long it may go on.
+  // A connect begins. Says at once how long it usually takes, unless that is negligible; and some
+  // seconds after that, on a terminal after one, what it waits for and how long it may go on.
   Awaited(const std::string& where, Seconds usual, Seconds most);
   ~Awaited();
   Awaited(const Awaited&) = delete;
