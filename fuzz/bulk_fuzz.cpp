@@ -1,29 +1,17 @@
-// A reader behind the endpoints of a bulk device: unless bit 7 of the first byte is set its connect succeeds,
-// and then it answers as it likes. The second byte leaves calls out; the third is the most bytes that arrive
-// at once.
-#include "fuzz/any_line.h"
-#include "fuzz/reader_calls.h"
+// A reader behind the endpoints of a bulk device.
+#include "fuzz/framed_reader.h"
 #include "sim/devices/reader_fa.h"
 
 namespace tavlyn::fuzz {
 namespace {
 
 void Meet(Input input) {
-  const std::uint8_t kind = input.Byte();
-  const std::uint8_t calls = input.Byte();
-  const std::uint8_t piece = input.Byte();
-  sim::ReaderFa model((kind & 1) == 0 ? sim::Reader::Plain() : sim::Reader::Plus(3));
-  model.inPieces = true;
-  AnyFrameLine line(model, input);
+  FramedReader<sim::ReaderFa> reader(input);
+  reader.model.inPieces = true;
   const Loaded loaded;
   loaded.host.usb.loads = loaded.host.usb.present = true;
-  loaded.host.usb.device = &line;
-  SetConnectProduct(1);
-  if ((kind & 0x80) != 0) line.Turn(piece);
-  const bool connected = USBConnect(nullptr) == 1;
-  Require(connected || (kind & 0x80) != 0);
-  line.Turn(piece);
-  if (GetDevCnt() > 0) TalkToReader(calls);
+  loaded.host.usb.device = &reader.line;
+  reader.Meet([] { return USBConnect(nullptr); });
 }
 
 }  // namespace

@@ -1,10 +1,7 @@
-// A reader on a serial port that speaks frames: its connect succeeds unless bit 7 of the first byte is set,
-// and then it answers as it likes. The second byte leaves calls out; the third is the most bytes that arrive
-// at once.
+// A reader on a serial port that speaks frames; and the port is read as it is.
 #include <array>
 
-#include "fuzz/any_line.h"
-#include "fuzz/reader_calls.h"
+#include "fuzz/framed_reader.h"
 #include "sim/devices/reader_fa.h"
 
 namespace tavlyn::fuzz {
@@ -22,20 +19,11 @@ void ReadPort() {
 }
 
 void Meet(Input input) {
-  const std::uint8_t kind = input.Byte();
-  const std::uint8_t calls = input.Byte();
-  const std::uint8_t piece = input.Byte();
-  sim::ReaderFa model((kind & 1) == 0 ? sim::Reader::Plain() : sim::Reader::Plus(3));
-  AnyFrameLine line(model, input);
+  FramedReader<sim::ReaderFa> reader(input);
   const Loaded loaded;
-  loaded.host.ports.present[kPort] = &line;
+  loaded.host.ports.present[kPort] = &reader.line;
   loaded.host.ports.clock = &loaded.host.clock;
-  SetConnectProduct(1);
-  if ((kind & 0x80) != 0) line.Turn(piece);
-  const bool connected = ComConnectPort(kPort, nullptr) == 1;
-  Require(connected || (kind & 0x80) != 0);
-  line.Turn(piece);
-  if (GetDevCnt() > 0) TalkToReader(calls);
+  reader.Meet([] { return ComConnectPort(kPort, nullptr); });
   ReadPort();
 }
 

@@ -1,8 +1,5 @@
-// A reader behind an Ethernet adapter that passes its frames on: unless bit 7 of the first byte is set its
-// connect succeeds, and then it answers as it likes. The second byte leaves calls out; the third is the most
-// bytes that arrive at once.
-#include "fuzz/any_line.h"
-#include "fuzz/reader_calls.h"
+// A reader behind an Ethernet adapter that passes its frames on.
+#include "fuzz/framed_reader.h"
 #include "sim/devices/ethernet_adapter.h"
 
 namespace tavlyn::fuzz {
@@ -11,22 +8,13 @@ namespace {
 constexpr std::int16_t kEthernet = 2;
 
 void Meet(Input input) {
-  const std::uint8_t kind = input.Byte();
-  const std::uint8_t calls = input.Byte();
-  const std::uint8_t piece = input.Byte();
-  sim::EthernetAdapter model((kind & 1) == 0 ? sim::Reader::Plain() : sim::Reader::Plus(3));
-  AnyFrameLine line(model, input);
+  FramedReader<sim::EthernetAdapter> reader(input);
   const Loaded loaded;
   loaded.host.sockets.accepts = [](platform::Address) { return true; };
-  loaded.host.sockets.device = &line;
-  SetConnectProduct(1);
+  loaded.host.sockets.device = &reader.line;
   SetDevTypeSrch(kEthernet);
   SetIpPort(10, 0, 0, 5, 10001);
-  if ((kind & 0x80) != 0) line.Turn(piece);
-  const bool connected = USBConnect(nullptr) == 1;
-  Require(connected || (kind & 0x80) != 0);
-  line.Turn(piece);
-  if (GetDevCnt() > 0) TalkToReader(calls);
+  reader.Meet([] { return USBConnect(nullptr); });
 }
 
 }  // namespace
