@@ -14,6 +14,7 @@
 #include "platform/platform.h"
 #include "tests/boundary/missing_name.h"
 #include "tests/boundary/own_root.h"
+#include "tests/boundary/scratch_folder.h"
 #include "tests/boundary/variable.h"
 
 namespace tavlyn::boundary {
@@ -32,19 +33,13 @@ class HostLibusb : public testing::Test {
  protected:
   void SetUp() override {
     if (getuid() != 0) GTEST_SKIP() << "only root can make a file that is trusted";
-    std::string folder = (fs::temp_directory_path() / "tavlyn-usb-XXXXXX").string();
-    ASSERT_NE(mkdtemp(folder.data()), nullptr);
-    folder_ = folder;
     fs::permissions(folder_, fs::perms(0755));
     file_ = folder_ / "libusb-0.1.so.4";
     fs::copy_file(TAVLYN_STANDIN_BULK, file_);
     fs::permissions(file_, fs::perms(0644));
     SetVariable("TAVLYNAPI_LIBUSB", file_.c_str());
   }
-  void TearDown() override {
-    SetVariable("TAVLYNAPI_LIBUSB", nullptr);
-    if (!folder_.empty()) fs::remove_all(folder_);
-  }
+  void TearDown() override { SetVariable("TAVLYNAPI_LIBUSB", nullptr); }
 
   static bool IsLoaded(const fs::path& file) {
     void* library = dlopen(file.c_str(), RTLD_NOW | RTLD_NOLOAD);
@@ -56,7 +51,8 @@ class HostLibusb : public testing::Test {
     EXPECT_FALSE(IsLoaded(file_)) << "from line " << line;
   }
 
-  fs::path folder_;
+  const ScratchFolder own_;
+  const fs::path& folder_ = own_.Path();
   fs::path file_;
   platform::Libusb& usb_ = platform::TheHost().usb;
 };

@@ -4,13 +4,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <string>
 
 #include "platform/contained.h"
 #include "platform/files.h"
 #include "platform/platform.h"
+#include "tests/boundary/scratch_folder.h"
 #include "tests/boundary/variable.h"
 
 namespace tavlyn::boundary {
@@ -23,22 +23,11 @@ using platform::TheHost;
 // In a folder of its own, which is the current one.
 class HostPlaces : public testing::Test {
  protected:
-  void SetUp() override {
-    std::string folder = (fs::temp_directory_path() / "tavlyn-places-XXXXXX").string();
-    ASSERT_NE(mkdtemp(folder.data()), nullptr);
-    folder_ = folder;
-    fs::current_path(folder_);
-  }
-  void TearDown() override {
-    fs::current_path(cameFrom_);
-    fs::remove_all(folder_);
-  }
-
   static std::string TraceFile() { return TheHost().places.TraceFile().c_str(); }
   static std::string CurrentFolder() { return TheHost().places.CurrentFolder().c_str(); }
 
-  fs::path folder_;
-  const fs::path cameFrom_ = fs::current_path();
+  const CurrentScratchFolder own_;
+  const fs::path& folder_ = own_.Path();
 };
 
 TEST_F(HostPlaces, TheTraceIsWhereStateIsKept) {

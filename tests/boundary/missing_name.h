@@ -1,12 +1,13 @@
 // A copy of a shared library that lacks one of its functions.
 #pragma once
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
 #include <string>
+
+#include "tests/boundary/scratch_folder.h"
 
 namespace tavlyn::boundary {
 
@@ -14,9 +15,6 @@ namespace tavlyn::boundary {
 class WithoutName {
  public:
   WithoutName(const std::filesystem::path& library, const std::string& name) {
-    std::string folder = (std::filesystem::temp_directory_path() / "tavlyn-lacks-XXXXXX").string();
-    if (mkdtemp(folder.data()) == nullptr) throw std::runtime_error("no folder for " + library.string());
-    folder_ = folder;
     std::ifstream from(library, std::ios::binary);
     std::string bytes(std::istreambuf_iterator<char>(from), {});
     const std::string listed = '\0' + name + '\0';
@@ -25,14 +23,11 @@ class WithoutName {
     bytes[at + 1] = '-';  // the rest may be the end of another name, too
     std::ofstream(Path(), std::ios::binary) << bytes;
   }
-  ~WithoutName() { std::filesystem::remove_all(folder_); }
-  WithoutName(const WithoutName&) = delete;
-  WithoutName& operator=(const WithoutName&) = delete;
 
-  [[nodiscard]] std::string Path() const { return folder_ / "library.so"; }
+  [[nodiscard]] std::string Path() const { return folder_.Path() / "library.so"; }
 
  private:
-  std::filesystem::path folder_;
+  ScratchFolder folder_;
 };
 
 }  // namespace tavlyn::boundary

@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <string>
 
+#include "tests/boundary/scratch_folder.h"
+
 namespace tavlyn::boundary {
 
 // For paths below /sys, /dev, /lib and /usr/lib.
@@ -15,10 +17,10 @@ class OwnRoot {
   OwnRoot(const OwnRoot&) = delete;
   OwnRoot& operator=(const OwnRoot&) = delete;
 
-  [[nodiscard]] std::filesystem::path Of(const std::string& path) const { return folder_ / path; }
+  [[nodiscard]] std::filesystem::path Of(const std::string& path) const { return folder_.Path() / path; }
 
  private:
-  std::filesystem::path folder_;
+  ScratchFolder folder_;
 };
 
 }  // namespace tavlyn::boundary

@@ -6,8 +6,7 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
-#include <stdexcept>
+#include <string>
 
 #include "tests/boundary/own_root.h"
 
@@ -48,15 +47,8 @@ int access(const char* path, int mode) noexcept {
 
 namespace tavlyn::boundary {
 
-OwnRoot::OwnRoot() {
-  std::string folder = (std::filesystem::temp_directory_path() / "tavlyn-root-XXXXXX").string();
-  if (mkdtemp(folder.data()) == nullptr) throw std::runtime_error("no folder for a root");
-  folder_ = ownRoot = folder;
-}
+OwnRoot::OwnRoot() { ownRoot = folder_.Path().string(); }
 
-OwnRoot::~OwnRoot() {
-  ownRoot.clear();
-  std::filesystem::remove_all(folder_);
-}
+OwnRoot::~OwnRoot() { ownRoot.clear(); }
 
 }  // namespace tavlyn::boundary

@@ -5,7 +5,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -19,13 +18,13 @@
 #include "tests/boundary/held.h"
 #include "tests/boundary/passing.h"
 #include "tests/boundary/scarce_memory.h"
+#include "tests/boundary/scratch_folder.h"
 #include "tests/faults/links.h"
 #include "tests/faults/operations.h"
 
 namespace tavlyn::boundary {
 namespace {
 
-namespace fs = std::filesystem;
 using faults::Link;
 using faults::Operation;
 using faults::Row;
@@ -54,19 +53,7 @@ void PrintTo(const Ran& ran, std::ostream* out) { *out << ran.told << std::hex <
 
 class Faults : public testing::Test {
  protected:
-  void SetUp() override {
-    std::string name = "/tmp/tavlyn-faults-XXXXXX";
-    ASSERT_NE(mkdtemp(name.data()), nullptr);
-    folder_ = name;
-    cameFrom_ = fs::current_path();
-    fs::current_path(folder_);
-    ChooseTraceFile();
-  }
-  void TearDown() override {
-    stage_.reset();
-    fs::current_path(cameFrom_);
-    fs::remove_all(folder_);
-  }
+  void SetUp() override { ChooseTraceFile(); }
   void Begin(faults::Stage stage) {
     stage_ = std::make_unique<BuiltStage>(stage, library_);
     remembers_ = stage == faults::kBulk;
@@ -151,8 +138,7 @@ class Faults : public testing::Test {
     PassUntil(Now() + time, [] { return false; });
   }
 
-  fs::path folder_;
-  fs::path cameFrom_;
+  const CurrentScratchFolder folder_;
   Library library_;
   std::unique_ptr<BuiltStage> stage_;
   bool remembers_ = false;  // the stand-in for libusb keeps every device that it has had
