@@ -1,8 +1,6 @@
 // Far ends that are served by whoever waits for them, not by a thread of their own.
 #pragma once
 
-#include <poll.h>
-
 #include <algorithm>
 #include <vector>
 
