@@ -1,5 +1,6 @@
-// Connects, reads and disconnects over each carrier: every one works, and afterwards the process holds what
-// it held before.
+// Connects, reads and disconnects over each carrier, and a table that is full: every one works, and afterwards
+// the process holds what it held before.
+#include <cstdint>
 #include <cstdio>
 #include <string>
 
@@ -61,6 +62,22 @@ TEST_F(Connects, BulkDevice) {
   if (CALL(library_, USBConnect)(nullptr) != 1) GTEST_SKIP() << kNotTrusted;
   CALL(library_, USBDisconnect)();
   Repeat([&] { return CALL(library_, USBConnect)(nullptr); });
+}
+
+TEST_F(Connects, EveryReaderOfAFullTableIsReachedInItsTurn) {
+  constexpr std::int16_t kMost = 127;
+  for (int number = 1; number <= kMost; ++number)
+    library_.Standin("plug reader@7A31:3BFA,luid=" + std::to_string(number));
+  CALL(library_, SetDevTypeSrch)(0);
+  // The handles of the first connect stay open.
+  ASSERT_EQ(CALL(library_, USBConnect)(nullptr), 1U);
+  ASSERT_EQ(CALL(library_, USBConnect)(nullptr), 1U);
+  ASSERT_EQ(CALL(library_, GetDevCnt)(), kMost);
+  for (std::int16_t index = 0; index < kMost; ++index) {
+    ASSERT_EQ(CALL(library_, SetActDev)(index), 1U);
+    EXPECT_EQ(CALL(library_, ReadCfg)(), 1U);
+    EXPECT_EQ(CALL(library_, GetLUID)(), 1U + static_cast<unsigned>(index));
+  }
 }
 
 }  // namespace

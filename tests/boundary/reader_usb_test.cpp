@@ -193,20 +193,6 @@ TEST_F(ReaderUsb, SeveralReadersKeepTheirOrder) {
   EXPECT_EQ(CALL(*library_, SetActDev)(3), 0u);
 }
 
-TEST_F(ReaderUsb, EveryReaderOfAFullTableIsReachedInItsTurn) {
-  constexpr std::int16_t kMost = 127;
-  for (int number = 1; number <= kMost; ++number) Do("plug reader@7A31:3BFA,luid=" + std::to_string(number));
-  // The handles of the first connect stay open.
-  ASSERT_EQ(Connect(), 1u);
-  ASSERT_EQ(Connect(), 1u);
-  ASSERT_EQ(CALL(*library_, GetDevCnt)(), kMost);
-  for (std::int16_t index = 0; index < kMost; ++index) {
-    ASSERT_EQ(CALL(*library_, SetActDev)(index), 1u);
-    EXPECT_EQ(CALL(*library_, ReadCfg)(), 1u);
-    EXPECT_EQ(CALL(*library_, GetLUID)(), 1u + static_cast<unsigned>(index));
-  }
-}
-
 // Two interfaces under one identity: the keyboard fails the usage test, the reader's own passes.
 TEST_F(ReaderUsb, NumberedReportsAndInputReports) {
   Do("plug plus:2@7A31:3BFB");
