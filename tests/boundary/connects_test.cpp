@@ -1,5 +1,5 @@
-// Connects, reads and disconnects over each carrier, and a table that is full: every one works, and afterwards
-// the process holds what it held before.
+// Connects, reads and disconnects over each carrier, and a table that is full: every one works, and
+// afterwards the process holds what it held before.
 #include <cstdint>
 #include <cstdio>
 #include <string>
