@@ -32,8 +32,8 @@ struct BleBlock {
   const char* name;   // in its file
   const char* bytes;  // the name of its bytes there
   std::span<const BlePiece> pieces;
-  std::int32_t writeSize;    // payload of the reports that write it
-  std::uint32_t beforeSave;  // milliseconds
+  std::int32_t writeSize;  // payload of the reports that write it
+  bool pausesBeforeSave;
   [[nodiscard]] std::size_t Size() const { return pieces.size() * kBlePiece; }
 };
 
@@ -42,19 +42,16 @@ constexpr std::array kBleDataPieces = {BlePiece{0x00, 0x80, 0x80}, BlePiece{0x01
                                        BlePiece{0x02, 0x80, 0x82}};
 constexpr std::array kBleKeyPieces = {BlePiece{0x10, 0x90, 0x90}};
 
-constexpr BleBlock kBleData = {"sFldBleData1", "BleData1", kBleDataPieces, 8, 100};
+constexpr BleBlock kBleData = {"sFldBleData1", "BleData1", kBleDataPieces, 8, true};
 // Readers expect their key in reports that are one byte longer.
-constexpr BleBlock kBleKey = {"sFldBleData2", "BleData2", kBleKeyPieces, 9, 0};
+constexpr BleBlock kBleKey = {"sFldBleData2", "BleData2", kBleKeyPieces, 9, false};
 
 constexpr std::uint32_t kBeforeRead = 30;
+constexpr std::uint32_t kBeforeSave = 100;
 constexpr std::uint8_t kSubBlocks = kBlePiece / kBlockBytes;
 
 constexpr BlockBytes HeaderToRead(std::uint8_t selector) { return {0x10, 0x01, 0x00, selector}; }
 constexpr BlockBytes HeaderToWrite(std::uint8_t selector) { return {0x11, 0x01, kBlePiece, selector}; }
-
-void Wait(std::uint32_t milliseconds) {
-  if (milliseconds > 0) Pause(milliseconds);
-}
 
 // Exchanges of one command; each returns true when a reply came.
 class BleChannel {
@@ -74,7 +71,7 @@ class BleChannel {
 
 bool ReadPiece(BleChannel& channel, const BlePiece& piece, std::span<std::uint8_t> bytes) {
   for (const std::uint8_t header : {piece.selector, piece.opener}) {
-    Wait(kBeforeRead);
+    Pause(kBeforeRead);
     if (!channel.Exchange(kHeaderBlock, HeaderToRead(header))) return false;
   }
   for (std::uint8_t block = 1; block <= kSubBlocks; ++block) {
@@ -85,13 +82,13 @@ bool ReadPiece(BleChannel& channel, const BlePiece& piece, std::span<std::uint8_
 }
 
 bool WritePiece(BleChannel& channel, const BlePiece& piece, std::span<const std::uint8_t> bytes,
-                std::uint32_t beforeSave) {
+                bool pausesBeforeSave) {
   if (!channel.Exchange(kHeaderBlock, HeaderToWrite(piece.selector))) return false;
   for (std::uint8_t block = 1; block <= kSubBlocks; ++block) {
     if (!channel.Exchange(block, BlockAt(bytes, block))) return false;
   }
   if (!channel.Exchange(kItemEnd, {0, 0, 0, piece.selector})) return false;
-  Wait(beforeSave);
+  if (pausesBeforeSave) Pause(kBeforeSave);
   return channel.Exchange(kItemEnd, {0, 0, 0, piece.saver});
 }
 
@@ -111,7 +108,7 @@ void ReadBle(const BleBlock& block, std::span<std::uint8_t> bytes) {
 bool WriteBle(const BleBlock& block, std::span<const std::uint8_t> bytes) {
   BleChannel channel(reader::command::kWriteItem, block.writeSize);
   for (const BlePiece& piece : block.pieces) {
-    if (!WritePiece(channel, piece, bytes.first(kBlePiece), block.beforeSave)) return false;
+    if (!WritePiece(channel, piece, bytes.first(kBlePiece), block.pausesBeforeSave)) return false;
     bytes = bytes.subspan(kBlePiece);
   }
   return true;

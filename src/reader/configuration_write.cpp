@@ -113,13 +113,10 @@ void WriteSepByReports(tsDevEntry& entry, const tsCfgSlot& slot, std::uint8_t pa
     Wiped<Report> data{};
     for (std::size_t at = 0; at < kSepPageBytes; ++at)
       data[at + 1] = slot.SepByteAt(page * kSepPageBytes + at);
-    // A page whose command was lost still gets its data report.
-    if (!SendReport(CommandReport(command::kWriteSepFields, {page}))) {
-      entry.LastLibErr |= TAVLYN_ERR_CONFIG_WRITE;
-      entry.bSepFldCapable = 0;
-    }
+    // A page whose command was lost still gets its data report. Neither loss leaves an error word, because
+    // WritesExtendedFields replaces it.
+    if (!SendReport(CommandReport(command::kWriteSepFields, {page}))) entry.bSepFldCapable = 0;
     if (!SendReport(data)) {
-      entry.LastLibErr |= TAVLYN_ERR_CONFIG_WRITE;
       entry.bSepFldCapable = 0;
       entry.bPartNumberPending = 0;
     }

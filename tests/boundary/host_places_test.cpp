@@ -5,11 +5,13 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <stdexcept>
 #include <string>
 
 #include "platform/contained.h"
 #include "platform/files.h"
 #include "platform/platform.h"
+#include "tests/boundary/open_handles.h"
 #include "tests/boundary/scratch_folder.h"
 #include "tests/boundary/variable.h"
 
@@ -92,6 +94,18 @@ TEST_F(HostPlaces, ANullPathOpensNothing) {
   EXPECT_EQ(platform::OpenPrivateFile(nullptr), nullptr);
   EXPECT_EQ(platform::OpenFoundFile(nullptr), nullptr);
   EXPECT_FALSE(platform::IsRegularFile(nullptr));
+}
+
+// The C library opens folders too, for reading.
+TEST_F(HostPlaces, AFolderIsNoFileAndDoesNotStayOpen) {
+  const int before = OpenHandles();
+  EXPECT_EQ(platform::OpenFile(folder_.c_str(), "r"), nullptr);
+  EXPECT_EQ(OpenHandles(), before);
+}
+
+TEST(HostContained, TellsWhetherAnExceptionCame) {
+  EXPECT_TRUE(platform::Contained([] {}));
+  EXPECT_FALSE(platform::Contained([] { throw std::runtime_error("of a program"); }));
 }
 
 // A cancelled thread unwinds as if by an exception, which may not be caught.

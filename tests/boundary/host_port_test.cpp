@@ -216,6 +216,20 @@ TEST_F(HostPort, ClosedPortMovesNothingAndOpensAgain) {
   EXPECT_EQ(Read(*port, 4), "back");
 }
 
+// What a program without standard input is given first.
+TEST_F(HostPort, DescriptorZeroIsAPortLikeAnyOther) {
+  const int input = fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 3);
+  close(STDIN_FILENO);
+  auto port = Open();
+  EXPECT_EQ(fcntl(STDIN_FILENO, F_GETFD), FD_CLOEXEC) << "it is the port's";
+  if (port != nullptr) EXPECT_EQ(Write(*port, "out"), 3u);
+  EXPECT_EQ(ReadAll(far_.get()), "out");
+  port.reset();
+  EXPECT_EQ(fcntl(STDIN_FILENO, F_GETFD), -1) << "closed with the port";
+  dup2(input, STDIN_FILENO);
+  close(input);
+}
+
 // Not even root, who may open exclusively opened files, or this program itself.
 TEST_F(HostPort, APortHasOneHolder) {
   auto port = Open();

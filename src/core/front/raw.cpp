@@ -22,7 +22,6 @@ const char* SetRawPayload(std::uint8_t c0, std::uint8_t c1, std::uint8_t c2, std
   for (const std::uint8_t value : {std::uint8_t{0}, c0, c1, c2, c3, c4, c5, c6, c7}) {
     SetRawPayload_index(position++, value);
   }
-  text.fill('\0');
   const auto byte = [](std::uint16_t at) { return unsigned{GetRawPayload_index(at)}; };
   std::snprintf(text.data(), text.size(), "%02X.%02X.%02X.%02X.%02X.%02X.%02X.%02X", byte(1), byte(2),
                 byte(3), byte(4), byte(5), byte(6), byte(7), byte(8));
