@@ -1,12 +1,14 @@
 # tavlyn_harden(TARGET...): compiler and linker options that make memory errors hard to exploit, for everything that
-# users run.
+# users run. Nothing of the folder and of the time that it is built in gets into these files.
 include(CheckCXXCompilerFlag)
 
-set(tavlyn_hardening)
+set(tavlyn_hardening
+  $<$<CONFIG:Release>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.>
+  $<$<CONFIG:Release>:-ffile-prefix-map=${PROJECT_BINARY_DIR}=build>)
 set(TAVLYN_FORTIFIED 0)
 if(WIN32)
   # No stack protector: its run time opens a crypto provider while the DLL is being loaded.
-  set(tavlyn_link_hardening -Wl,--dynamicbase -Wl,--nxcompat)
+  set(tavlyn_link_hardening -Wl,--dynamicbase -Wl,--nxcompat -Wl,--no-insert-timestamp)
   if(CMAKE_SIZEOF_VOID_P EQUAL 8)
     list(APPEND tavlyn_link_hardening -Wl,--high-entropy-va)
   endif()

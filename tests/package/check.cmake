@@ -32,7 +32,7 @@ endif()
 
 set(wanted include/tavlynapi/api.h include/tavlynapi/api/types.h lib/cmake/tavlynapi/tavlynapi-config.cmake
   lib/cmake/tavlynapi/tavlynapi-config-version.cmake share/doc/tavlynapi/README.md share/doc/tavlynapi/LICENSE
-  share/doc/tavlynapi/SECURITY.md)
+  share/doc/tavlynapi/SECURITY.md share/doc/tavlynapi/include/api.h lib/pkgconfig/tavlynapi.pc)
 if(WINDOWS)
   list(APPEND wanted bin/tavlynapi.dll bin/tavlynctl.exe bin/tavlynsim.exe bin/simulator/hid.dll
     bin/simulator/setupapi.dll lib/libtavlynapi.dll.a lib/tavlynapi.def lib/tavlynapi.lib)
@@ -49,20 +49,33 @@ endforeach()
 run(python3 ${SOURCE}/scripts/check-hardening files --objdump ${OBJDUMP} --version ${VERSION} ${FORTIFIED}
   ${root}/bin ${root}/lib)
 
+# A program that uses the package in one way: expect_version(COMMAND...) runs it.
+function(expect_version)
+  run(${ARGN})
+  if(NOT output MATCHES "^tavlynapi ${VERSION}, connect [01]")
+    message(FATAL_ERROR "${ARGN} said: ${output}")
+  endif()
+  message(STATUS "${ARGN}: ${output}")
+endfunction()
+
 run(${CMAKE_COMMAND} -S ${CONSUMER} -B ${WORK}/consumer -DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN}
   -Dtavlynapi_DIR=${root}/lib/cmake/tavlynapi "-DCMAKE_C_FLAGS=${C_FLAGS}")
 run(${CMAKE_COMMAND} --build ${WORK}/consumer)
 if(WINDOWS)
   # Windows looks for a DLL beside the program.
   file(COPY ${root}/bin/tavlynapi.dll DESTINATION ${WORK}/consumer)
-  run(${EMULATOR} ${WORK}/consumer/consumer.exe)
+  expect_version(${EMULATOR} ${WORK}/consumer/consumer.exe)
 else()
-  run(${WORK}/consumer/consumer)
+  expect_version(${WORK}/consumer/consumer)
+  separate_arguments(C_FLAGS UNIX_COMMAND "${C_FLAGS}")
+  set(found_beside LD_LIBRARY_PATH=${root}/lib)
+  run(${CC} ${C_FLAGS} -I${root}/include/tavlynapi ${CONSUMER}/consumer.c -L${root}/lib -ltavlynapi -o ${WORK}/plain)
+  expect_version(${CMAKE_COMMAND} -E env ${found_beside} ${WORK}/plain)
+  run(${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${root}/lib/pkgconfig pkg-config --cflags --libs tavlynapi)
+  separate_arguments(flags UNIX_COMMAND "${output}")
+  run(${CC} ${C_FLAGS} ${CONSUMER}/consumer.c ${flags} -o ${WORK}/by_pkg_config)
+  expect_version(${CMAKE_COMMAND} -E env ${found_beside} ${WORK}/by_pkg_config)
 endif()
-if(NOT output MATCHES "^tavlynapi ${VERSION}, connect [01]")
-  message(FATAL_ERROR "the consumer said: ${output}")
-endif()
-message(STATUS "${name}: ${output}")
 
 # A program as Visual C++ builds it, with its kind of import library, calling convention and linker.
 if(WINDOWS)
@@ -83,17 +96,19 @@ if(NOT output MATCHES "7A31:3BFA")
   message(FATAL_ERROR "tavlynctl said: ${output}")
 endif()
 
-# Packaging only the library needs none of the tools' header libraries, and the configuration says what is left out.
+# The library alone, in another project and without the tools' header libraries: static, then shared.
 # One run checks this; those with a sanitizer's flags need not.
 if(NOT WINDOWS AND C_FLAGS STREQUAL "")
-  run(${CMAKE_COMMAND} -S ${SOURCE} -B ${WORK}/alone -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG=-O0
+  set(alone -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG=-O0
     -DCMAKE_DISABLE_FIND_PACKAGE_CLI11=ON -DCMAKE_DISABLE_FIND_PACKAGE_nlohmann_json=ON)
+  foreach(static ON OFF)
+    run(${CMAKE_COMMAND} -S ${EMBEDDING} -B ${WORK}/embedding ${alone} -DTAVLYN_SOURCE=${SOURCE} -DTAVLYN_STATIC=${static})
+    run(${CMAKE_COMMAND} --build ${WORK}/embedding)
+    expect_version(${WORK}/embedding/consumer)
+  endforeach()
+  run(${CMAKE_COMMAND} -S ${SOURCE} -B ${WORK}/alone ${alone})
   if(NOT output MATCHES "tavlynctl and tavlynsim are left out")
     message(FATAL_ERROR "the configuration of the library alone said: ${output}")
-  endif()
-  run(${CMAKE_COMMAND} --build ${WORK}/alone --target tavlynapi)
-  if(NOT EXISTS ${WORK}/alone/lib/libtavlynapi.so)
-    message(FATAL_ERROR "the library alone was not built: ${output}")
   endif()
 endif()
 file(REMOVE_RECURSE ${WORK})
