@@ -26,7 +26,7 @@ struct Word {
 const Word kWords[] = {
 #define ERROR_WORD(name, value, match, words, how, when, remedy) \
   {"TAVLYN_ERR_" #name, value, words, how, when, remedy},
-#include "core/error_words.inc"
+#include "tools/tavlynctl/error_words.inc"
 };
 
 // Sums that a program may meet, for the page.

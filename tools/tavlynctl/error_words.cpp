@@ -38,7 +38,7 @@ struct ErrorRow {
 constexpr ErrorRow kErrorRows[] = {
     {found::Alone(0), "the library names no reason; the device refused, or its answer was none"},
 #define ERROR_WORD(name, value, match, words, how, when, remedy) {found::match(value), words},
-#include "core/error_words.inc"
+#include "tools/tavlynctl/error_words.inc"
 };
 
 }  // namespace
