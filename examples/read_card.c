@@ -5,7 +5,7 @@
 
 int main(void) {
   const struct timespec pause = {0, 250 * 1000 * 1000};
-  uint8_t id[8];
+  uint8_t id[32];
   uint16_t bits = 0;
   SetConnectProduct(1); /* card readers */
   SetDevTypeSrch(0);    /* on USB */
@@ -13,8 +13,10 @@ int main(void) {
     printf("no reader (error word %X)\n", (unsigned)GetLastLibErr());
     return 1;
   }
-  while ((bits = GetActiveID(id, sizeof id)) == 0) nanosleep(&pause, NULL);
-  printf("%d bits: %02X%02X%02X%02X\n", bits, id[3], id[2], id[1], id[0]);
+  while ((bits = GetActiveID32(id, sizeof id)) == 0 && GetLastLibErr() == 0) nanosleep(&pause, NULL);
+  printf("%d bits: ", bits);
+  for (int i = (bits + 7) / 8; i > 0; --i) printf("%02X", id[i - 1]);
+  printf("\n");
   USBDisconnect();
-  return 0;
+  return bits == 0;
 }

@@ -1,0 +1,29 @@
+/* Writes the keys of a file into a reader. */
+#include <api.h>
+#include <stdio.h>
+
+int main(int count, char** words) {
+  if (count != 2) {
+    fprintf(stderr, "usage: load_keys FILE\n");
+    return 2;
+  }
+  /* Before anything is sent. It finds damage, not tampering: anybody can compute a trailer. */
+  if (CheckTamperedFile(words[1], 1) != 1) {
+    fprintf(stderr, "%s is damaged, or not a file of keys\n", words[1]);
+    return 1;
+  }
+  SetConnectProduct(1); /* card readers */
+  SetDevTypeSrch(0);    /* on USB only: keys would cross a network in the clear */
+  if (USBConnect(NULL) != 1 || GetDevCnt() != 1) {
+    fprintf(stderr, "%d readers; plug in exactly one (error word %X)\n", GetDevCnt(),
+            (unsigned)GetLastLibErr());
+    USBDisconnect();
+    return 1;
+  }
+  /* The result is that of the last item; keys stay neither in this program nor in the library. */
+  const int done = LoadIniFile(words[1]) == 1;
+  if (!done) fprintf(stderr, "not loaded (error word %X); load the file again\n", (unsigned)GetLastLibErr());
+  if (done) printf("loaded\n");
+  USBDisconnect();
+  return !done;
+}
