@@ -3,6 +3,7 @@ import os
 import pathlib
 import re
 import resource
+import shlex
 import shutil
 import signal
 import subprocess
@@ -52,7 +53,7 @@ class Step:
     """A command of the build: what it writes, and its words."""
 
     def __init__(self, command):
-        self.words = [word for word in command.removeprefix(": && ").removesuffix(" && :").split() if word]
+        self.words = shlex.split(command.removeprefix(": && ").removesuffix(" && :"))
         self.output = self.words[self.words.index("-o") + 1] if "-o" in self.words else None
         self.compiles = "-c" in self.words
 
@@ -158,6 +159,10 @@ class Worker:
             target.write_bytes(path.read_bytes().replace(bytes(self.shop.base), bytes(self.folder)))
             target.chmod(0o755)
 
+    def own(self, word):
+        """An argument that names what the program loads: it is in the worker's folder."""
+        return word.replace(str(self.shop.base), str(self.folder)) if word.startswith(("-D", "-Wl,")) else word
+
     def try_out(self, name, text):
         """What becomes of a file with other contents: a word, and the test that failed."""
         shutil.rmtree(self.overlay, ignore_errors=True)
@@ -179,7 +184,7 @@ class Worker:
                 continue
             target = self.folder / "objects" / output
             target.parent.mkdir(parents=True, exist_ok=True)
-            words = [str(target) if word == output else word for word in program.compiles[output].words]
+            words = [str(target) if word == output else self.own(word) for word in program.compiles[output].words]
             if pathlib.PurePath(words[0]).name == "ccache":  # it would never find one
                 words.pop(0)
             first = next(at for at, word in enumerate(words) if word.startswith("-"))
@@ -204,7 +209,7 @@ class Worker:
         if not self.compile(program, wanted):
             return False
         used = {output: self.objects[output] for output in program.compiles if output in self.objects}
-        words = [used.get(word, word) for word in program.link.words]
+        words = [used.get(word, self.own(word)) for word in program.link.words]
         words[words.index(program.link.output)] = str(self.folder / program.link.output)
         # What comes first is what inline functions and members of archives are taken from.
         ahead = list(used.values())
