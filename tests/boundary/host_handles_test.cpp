@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "platform/handle_table.h"
+#include "tests/boundary/calls.h"
 
 namespace tavlyn::boundary {
 namespace {
@@ -43,8 +44,7 @@ TEST(HostHandles, TwoThreadsGetANumberEach) {
   numbers[0] = table.Add(Native(1,
                                 [&] {
                                   begun = true;
-                                  for (int turn = 0; turn < 10'000 && !ended; ++turn)
-                                    std::this_thread::yield();
+                                  for (int turn = 0; turn < 20 && !ended; ++turn) ReallyRest();
                                 }),
                          Close);
   other.join();
