@@ -45,5 +45,8 @@ install(DIRECTORY docs examples include DESTINATION ${CMAKE_INSTALL_DOCDIR} COMP
   PATTERN docs/protocol EXCLUDE
   PATTERN docs/errors EXCLUDE
   PATTERN docs/threads EXCLUDE)
+# The headers as web pages, once they are built.
+add_custom_target(api-reference COMMAND python3 ${PROJECT_SOURCE_DIR}/scripts/check-headers ${CMAKE_BINARY_DIR}/api-reference)
+install(DIRECTORY ${CMAKE_BINARY_DIR}/api-reference/html DESTINATION ${CMAKE_INSTALL_DOCDIR}/reference COMPONENT doc OPTIONAL)
 
 include(cmake/Packages.cmake)
