@@ -18,6 +18,8 @@ if(WIN32)
   endif()
 else()
   install(FILES packaging/70-tavlyn.rules DESTINATION lib/udev/rules.d COMPONENT library)
+  install(FILES man/tavlynapi.rules.5 DESTINATION ${CMAKE_INSTALL_MANDIR}/man5 COMPONENT library)
+  install(FILES man/tavlynapi.3 DESTINATION ${CMAKE_INSTALL_MANDIR}/man3 COMPONENT development)
 endif()
 
 install(FILES include/api.h DESTINATION ${headers_folder} COMPONENT development)
@@ -44,6 +46,7 @@ install(DIRECTORY docs examples include DESTINATION ${CMAKE_INSTALL_DOCDIR} COMP
   PATTERN Doxyfile EXCLUDE
   PATTERN docs/protocol EXCLUDE
   PATTERN docs/errors EXCLUDE
+  PATTERN docs/renewal EXCLUDE
   PATTERN docs/threads EXCLUDE)
 # The headers as web pages, once they are built.
 add_custom_target(api-reference COMMAND python3 ${PROJECT_SOURCE_DIR}/scripts/check-headers ${CMAKE_BINARY_DIR}/api-reference)

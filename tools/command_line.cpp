@@ -11,8 +11,8 @@
 namespace tavlyn {
 namespace {
 
-// A command that every tool has; its own --help would add nothing.
-constexpr const char* kHelp = "help";
+// Between the words in the name of a validator, where they are found again.
+constexpr char kOr = '|';
 
 constexpr int kNoEnd = std::numeric_limits<int>::max();
 
@@ -130,13 +130,21 @@ CLI::Validator Seconds(int most) {
 }
 
 CLI::Validator OneOf(const std::vector<std::string>& words) {
-  return {[words](const std::string& word) {
-            if (std::ranges::find(words, word) != words.end()) return std::string();
-            std::string all;
-            for (const std::string& one : words) all += (all.empty() ? "" : ", ") + one;
-            return word + " is not one of " + all + DidYouMean(word, words);
-          },
-          ""};
+  CLI::Validator validator = {[words](const std::string& word) {
+                                if (std::ranges::find(words, word) != words.end()) return std::string();
+                                std::string all;
+                                for (const std::string& one : words) all += (all.empty() ? "" : ", ") + one;
+                                return word + " is not one of " + all + DidYouMean(word, words);
+                              },
+                              ""};
+  return validator.name(CLI::detail::join(words, std::string(1, kOr)));
+}
+
+std::vector<std::string> ChoicesOf(CLI::Option& option) try {
+  const std::string& name = option.get_validator(0)->get_name();
+  return name.empty() ? std::vector<std::string>() : CLI::detail::split(name, kOr);
+} catch (const CLI::OptionNotFound&) {
+  return {};  // it has no validator
 }
 
 void AddCommonWords(CLI::App& app, const std::function<std::string()>& version) {

@@ -15,6 +15,11 @@ CLI::Validator WholeNumber(int least, int most);
 // With or without a fraction, from 0.
 CLI::Validator Seconds(int most);
 CLI::Validator OneOf(const std::vector<std::string>& words);
+// The words of an option that takes one of several; none for any other.
+std::vector<std::string> ChoicesOf(CLI::Option& option);
+
+// A command that every tool has; its own --help would add nothing.
+inline constexpr const char* kHelp = "help";
 
 // --version, and help with a command's words.
 void AddCommonWords(CLI::App& app, const std::function<std::string()>& version);

@@ -1,21 +1,13 @@
-// The tables of docs/protocol.md, each made from the library's own. In the page they are between two lines:
-//
-//   <!-- table NAME -->
-//   <!-- end -->
+// The tables of docs/protocol.md, each made from the library's own.
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "core/fields.h"
+#include "docs/renewal/renewal.h"
 
 namespace tavlyn::page {
 
-using Row = std::vector<std::string>;
-
-// Lines of Markdown; an empty code makes an empty cell.
-std::string Table(const Row& heads, const std::vector<Row>& rows);
-std::string Code(const std::string& text);
 std::string Hex(unsigned byte);
 // A word of a reader's record.
 std::string FieldName(FieldId id);

@@ -35,10 +35,13 @@ set(wanted include/tavlynapi/api.h include/tavlynapi/api/types.h lib/cmake/tavly
   share/doc/tavlynapi/SECURITY.md share/doc/tavlynapi/include/api.h lib/pkgconfig/tavlynapi.pc)
 if(WINDOWS)
   list(APPEND wanted bin/tavlynapi.dll bin/tavlynctl.exe bin/tavlynsim.exe bin/simulator/hid.dll
-    bin/simulator/setupapi.dll lib/libtavlynapi.dll.a lib/tavlynapi.def lib/tavlynapi.lib)
+    bin/simulator/setupapi.dll lib/libtavlynapi.dll.a lib/tavlynapi.def lib/tavlynapi.lib bin/tavlynctl-completion.ps1)
 else()
   list(APPEND wanted bin/tavlynctl bin/tavlynsim lib/libtavlynapi.so lib/libtavlynapi.so.7 lib/libtavlynapi.so.${VERSION}
-    lib/udev/rules.d/70-tavlyn.rules)
+    lib/udev/rules.d/70-tavlyn.rules share/man/man1/tavlynctl.1 share/man/man1/tavlynctl-config.1
+    share/man/man1/tavlynsim.1 share/man/man3/tavlynapi.3 share/man/man5/tavlynapi.rules.5
+    share/bash-completion/completions/tavlynctl share/zsh/vendor-completions/_tavlynctl
+    share/fish/vendor_completions.d/tavlynctl.fish)
 endif()
 foreach(file IN LISTS wanted)
   if(NOT EXISTS ${root}/${file})

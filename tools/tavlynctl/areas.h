@@ -1,9 +1,20 @@
-// The areas of the program; each adds its commands.
+// The areas of the program; each adds its commands. Headings (commands.cpp) puts them together.
 #pragma once
+
+#include <array>
+#include <span>
 
 namespace tavlyn::ctl {
 
 class Program;
+
+// What people want to do: a heading of --help, and a manual page, tavlynctl-PAGE(1).
+struct Heading {
+  const char* page;
+  const char* title;
+  std::array<void (*)(Program&), 3> areas;
+};
+std::span<const Heading> Headings();
 
 void AddDevices(Program& program);      // list, info
 void AddTexts(Program& program);        // text
@@ -16,7 +27,8 @@ void AddOutputs(Program& program);      // beep, led, relay, volume
 void AddCardTypes(Program& program);    // cards
 void AddExtensions(Program& program);   // analyzer, module, transparent
 void AddBle(Program& program);          // ble
-void AddRaw(Program& program);          // queue, raw
+void AddQueue(Program& program);        // queue
+void AddRaw(Program& program);          // raw
 void AddSecure(Program& program);       // keys, secure
 void AddSwipes(Program& program);       // track, swipe
 void AddMagFields(Program& program);    // magfield

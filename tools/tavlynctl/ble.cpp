@@ -37,7 +37,7 @@ struct SetBle {
   int wanted = 0;
 
   void Take(Words& words) {
-    words.Number("CONFIGURATION", wanted, 0, kHighestRadioConfiguration)->required();
+    words.Number("CONFIGURATION", wanted, 0, kHighestRadioConfiguration, "0 to 3")->required();
     words.Device();
   }
 
@@ -80,7 +80,7 @@ struct BleFile {
   std::string path;
 
   void Take(Words& words) {
-    words.Flag("--keys", keys, "Keys in place of data");
+    words.Flag("--keys", keys, "The keys instead of the data");
     words.File(path);
     words.Device();
   }
@@ -128,9 +128,9 @@ struct LoadBle : BleFile {
 
 void AddBle(Program& program) {
   program.Group("ble", "The BLE radio of a reader, and what the reader keeps for it");
-  program.Add<BleStatus>("ble status", "Whether a reader has the radio, and its configuration");
-  program.Add<SetBle>("ble set", "Sets the configuration, and reads it back");
-  program.Add<SaveBle>("ble save", "Saves what the reader keeps as a file");
+  program.Add<BleStatus>("ble status", "Whether a reader has a BLE radio, and its configuration");
+  program.Add<SetBle>("ble set", "Sets the configuration of the radio, and reads it back");
+  program.Add<SaveBle>("ble save", "Saves what a reader keeps for its radio as a file");
   program.Add<LoadBle>("ble load", "Loads such a file");
 }
 

@@ -84,7 +84,7 @@ struct ReadCard {
   std::optional<double> timeout;  // seconds
 
   void Take(Words& words) {
-    words.Timeout(timeout, "Seconds to wait for a card (10)");
+    words.Timeout(timeout, "Seconds to wait for a card, at most a week (10); 0 asks once");
     words.Device();
   }
 

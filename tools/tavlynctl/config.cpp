@@ -67,7 +67,7 @@ struct GetConfig {
   int configuration = 0;
 
   void Take(Words& words) {
-    words.Text("FIELD", names);
+    words.Text("FIELD", names, "As config show names it: bBeepID, CfgFlags2.bBeepID, PingRateS");
     words.Number("--config", configuration, 0, kHighestConfiguration, "Configuration of a plus reader (0)");
     words.Device();
   }
@@ -109,7 +109,7 @@ struct SetConfig {
   int configuration = 0;
 
   void Take(Words& words) {
-    words.Text("FIELD=VALUE", assignments);
+    words.Text("FIELD=VALUE", assignments, "The value is a decimal number");
     words.DryRun(dryRun);
     words.Number("--config", configuration, 0, kHighestConfiguration, "Configuration of a plus reader (0)");
     words.Device();
@@ -149,7 +149,7 @@ struct ResetConfig {
 
   void Take(Words& words) {
     words.Flag("--yes", yes, "Do it");
-    words.DryRun(dryRun);
+    words.Flag("--dry-run", dryRun, "Only test whether the device is there");
     words.Product();
     words.Device();
   }
@@ -173,7 +173,8 @@ struct MoveDefaults {
   std::string what;
 
   void Take(Words& words) {
-    words.Choice("WHAT", what, {"save", "restore", "plus"});
+    words.Choice("WHAT", what, {"save", "restore", "plus"},
+                 "save, restore: its user defaults; plus: its plus defaults");
     words.Device();
   }
 
@@ -230,7 +231,7 @@ struct SetCardType {
   void Take(Words& words) {
     words.Number("INDEX", index, 0, kHighestConfiguration, "Configuration")->required();
     words.Text("TYPE", typeText, "Card type, hexadecimal");
-    words.Choice("PRIORITY", priority, {"high", "low"});
+    words.Choice("PRIORITY", priority, {"high", "low"}, "high or low");
     words.DryRun(dryRun);
     words.Device();
   }
@@ -259,16 +260,17 @@ struct SetCardType {
 
 void AddConfig(Program& program) {
   program.Group("config", "The configuration of a device");
-  program.Add<ShowConfig>("config show", "Every record and field, or every setting");
-  program.Add<GetConfig>("config get", "Single fields");
-  program.Add<SetConfig>("config set", "Sets fields, and reads them back");
+  program.Add<ShowConfig>("config show",
+                          "Every record and field of a reader, or every setting of another product");
+  program.Add<GetConfig>("config get", "Single fields or settings");
+  program.Add<SetConfig>("config set", "Sets fields or settings, and reads them back");
   AddConfigFiles(program);
   program.Add<ResetConfig>("config reset", "Loads the factory configuration");
   program.Add<MoveDefaults>("config defaults", "Moves the defaults that a plus reader keeps");
 }
 
 void AddCardTypes(Program& program) {
-  program.Add<ShowCardTypes>("cards", "The card type of each configuration of a plus reader");
+  program.Add<ShowCardTypes>("cards", "The card type and priority of each configuration of a plus reader");
   program.Add<SetCardType>("cards set", "Sets card type and priority, and reads them back");
 }
 

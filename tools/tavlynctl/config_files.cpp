@@ -168,7 +168,7 @@ struct CheckFile {
 
   void Take(Words& words) {
     words.File(path);
-    words.Flag("--ini", ini, "A key-load ini file");
+    words.Flag("--ini", ini, "The file is a key-load ini file");
   }
 
   [[nodiscard]] Json Run(const Request& request) const {
@@ -190,8 +190,8 @@ void AddConfigFiles(Program& program) {
 }
 
 void AddCheck(Program& program) {
-  program.Add<CheckFile>("check",
-                         "Whether a file was damaged since it was written; does not detect tampering");
+  program.Add<CheckFile>(
+      "check", "Whether a file with a trailer was damaged since it was written; does not detect tampering");
 }
 
 }  // namespace tavlyn::ctl

@@ -108,8 +108,8 @@ struct LoadConfig {
 
   void Take(Words& words) {
     words.File(path);
-    words.Flag("--secure", secure, "Only a file with a trailer");
-    words.Flag("--strict", strict, "Only a file of which nothing is ignored");
+    words.Flag("--secure", secure, "Refuse a file without a trailer");
+    words.Flag("--strict", strict, "Refuse a file if any part of it would be ignored");
     words.DryRun(dryRun);
     words.Device();
   }

@@ -128,7 +128,7 @@ struct GetModule {
   int number = 0;
 
   void Take(Words& words) {
-    words.Number("NUMBER", number, 0, 255)->required();
+    words.Number("NUMBER", number, 0, 255, "Of the module")->required();
     words.Device();
   }
 
@@ -144,8 +144,8 @@ struct SetModule {
   std::string state;
 
   void Take(Words& words) {
-    words.Number("NUMBER", number, 0, 255)->required();
-    words.Choice("STATE", state, {"on", "off"});
+    words.Number("NUMBER", number, 0, 255, "Of the module")->required();
+    words.Choice("STATE", state, {"on", "off"}, "on or off");
     words.Device();
   }
 
@@ -173,7 +173,7 @@ struct TransparentMode {
   bool store = false;
 
   void Take(Words& words) {
-    words.Choice("WHAT", what, {"on", "off", "status"});
+    words.Choice("WHAT", what, {"on", "off", "status"}, "on, off, or status");
     words.Flag("--store", store, "For good");
     words.Device();
   }
@@ -197,12 +197,13 @@ struct TransparentMode {
 void AddExtensions(Program& program) {
   program.Group("analyzer", "The list of cards that a reader has seen");
   program.Add<StartAnalyzer>("analyzer start", "Switches the card analyzer on");
-  program.Add<StopAnalyzer>("analyzer stop", "Switches it off");
-  program.Add<AnalyzerStatus>("analyzer status", "Its state and the number of cards");
-  program.Add<ListAnalyzed>("analyzer list", "The cards, with the bits of each");
+  program.Add<StopAnalyzer>("analyzer stop", "Switches the card analyzer off");
+  program.Add<AnalyzerStatus>("analyzer status",
+                              "The state of the card analyzer and the number of its cards");
+  program.Add<ListAnalyzed>("analyzer list", "The cards that it has seen, with the bits of each");
   program.Group("module", "A module of a reader, by its number");
-  program.Add<GetModule>("module get", "Whether it is on");
-  program.Add<SetModule>("module set", "Switches it, and reads it back");
+  program.Add<GetModule>("module get", "Whether a module is on");
+  program.Add<SetModule>("module set", "Switches a module, and reads it back");
   program.Add<TransparentMode>("transparent", "Shows or switches the transparent mode");
 }
 

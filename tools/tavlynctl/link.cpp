@@ -83,14 +83,17 @@ void AddLinkWords(CLI::App& app, Link& link) {
         text);
   };
   CLI::Option* com = add("--com", TakePorts, "a port from 1 to 256, or LO-HI of such ports",
-                         "Search this COM port, or these")
+                         "Search only this COM port, or these ports (1 to 256)")
                          ->type_name("N|LO-HI");
   add("--ip", TakePeer, "an address with a port, A.B.C.D:PORT",
-      "Search behind the Ethernet adapter of this address")
+      "Search only behind the Ethernet adapter of this address")
       ->type_name("A.B.C.D:PORT")
       ->excludes(com);
-  app.add_option("--baud", link.baud, "Speed of the COM ports (9600)")->check(WholeNumber(1))->needs(com);
-  app.add_flag("--ascii", link.ascii, "Speak the text dialect of serial readers");
+  app.add_option("--baud", link.baud, "Speed of the COM ports, for --com (9600)")
+      ->check(WholeNumber(1))
+      ->needs(com)
+      ->type_name("RATE");
+  app.add_flag("--ascii", link.ascii, "Speak the text dialect of serial readers, for --com and --ip");
 }
 
 std::optional<IpRange> ParseRange(const std::string& text) {

@@ -178,6 +178,13 @@ struct SetMagField {
 
 }  // namespace
 
+std::vector<std::string> UserFieldParts() {
+  std::vector<std::string> names;
+  for (const Part& part : kParts) names.emplace_back(part.name);
+  names.push_back(kKeys);
+  return names;
+}
+
 void AddMagFields(Program& program) {
   program.Add<ShowMagFields>("magfield", "The user fields of a magnetic-stripe reader");
   program.Add<SetMagField>("magfield set", "Sets parts of a user field, and reads them back");

@@ -14,6 +14,7 @@ constexpr std::uint32_t kNoVolume = 65535;
 constexpr int kMostBeeps = 5;
 constexpr int kMostLongBeeps = 2;
 constexpr int kLoudest = 255;
+constexpr const char* kStoreText = "For good; otherwise until the reader loses power";
 
 FieldValue FlagValue(const char* field, bool on) {
   return {FindField(field), static_cast<std::int16_t>(on ? 1 : 0)};
@@ -65,7 +66,7 @@ struct Led {
   void Take(Words& words) {
     words.Text("COLOUR", colours, "red, green or both; off; auto: as the reader itself does")
         ->check(OneOf({"red", "green", "off", "auto"}));
-    words.Flag("--store", store, "For good");
+    words.Flag("--store", store, kStoreText);
     words.Device();
   }
 
@@ -88,8 +89,8 @@ struct Relay {
   bool store = false;
 
   void Take(Words& words) {
-    words.Choice("STATE", state, {"on", "off"});
-    words.Flag("--store", store, "For good");
+    words.Choice("STATE", state, {"on", "off"}, "on or off");
+    words.Flag("--store", store, kStoreText);
     words.Device();
   }
 
@@ -102,7 +103,7 @@ struct Volume {
   std::optional<int> wanted;
 
   void Take(Words& words) {
-    words.Number("N", wanted, 0, kLoudest);
+    words.Number("N", wanted, 0, kLoudest, "0 to 255; without it the volume is shown");
     words.Device();
   }
 

@@ -17,6 +17,8 @@ struct NamedSetting {
 };
 // Everything that a device stores.
 const std::vector<NamedSetting>& SettingNames();
+// The parts of a user field of a magnetic-stripe reader, as magfield names them.
+std::vector<std::string> UserFieldParts();
 // None for a name that no product has.
 std::optional<NamedSetting> FindSetting(const std::string& name);
 

@@ -6,7 +6,9 @@
 #include <string_view>
 
 #include "tools/command_line.h"
+#include "tools/completion.h"
 #include "tools/tavlynctl/files.h"
+#include "tools/tavlynctl/offers.h"
 #include "tools/tavlynctl/process.h"
 
 namespace tavlyn::ctl {
@@ -71,8 +73,11 @@ void Words::Product() {
 }
 
 void Words::Device() {
-  command_.add_option("--device", request_.device, "Index of the device, as list shows it (0)")
-      ->check(WholeNumber(0));
+  command_
+      .add_option("--device", request_.device,
+                  "Index of the device in list, where each product counts from 0; default 0")
+      ->check(WholeNumber(0))
+      ->option_text("N");
 }
 
 Program::Program(const char* text, const std::function<std::string()>& version)
@@ -84,7 +89,7 @@ Program::Program(const char* text, const std::function<std::string()>& version)
 
 CLI::App& Program::NewWord(const std::string& words, const char* text) {
   const std::size_t last = words.rfind(' ');
-  if (last == std::string::npos) return *app_.add_subcommand(words, text);
+  if (last == std::string::npos) return *app_.add_subcommand(words, text)->group(heading_);
   return *app_.get_subcommand(words.substr(0, last))->add_subcommand(words.substr(last + 1), text);
 }
 
@@ -114,8 +119,16 @@ int Program::Refuse(const CLI::ParseError& error, bool json) const {
                      json);
 }
 
-int Program::Run(int argc, char** argv) {
+void Program::AddHelp() {
   AddCommonWords(app_, version_);
+  app_.get_subcommand(kHelp)->group("Help");
+}
+
+int Program::Run(int argc, char** argv) {
+  if (const auto words = WordsToComplete(argc, argv)) {
+    ShowCandidates(app_, *words, Offers());
+    return kOk;
+  }
   try {
     app_.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -38,7 +38,7 @@ class Words {
   // A value may be optional, and every word may be left out unless ->required() follows.
   template <typename Value>
   CLI::Option* Number(const char* name, Value& number, int least, int most, const char* text = "") {
-    return command_.add_option(name, number, text)->check(WholeNumber(least, most));
+    return Named(command_.add_option(name, number, text)->check(WholeNumber(least, most)));
   }
   // A list takes several.
   template <typename Value>
@@ -48,8 +48,8 @@ class Words {
   CLI::Option* Flag(const char* name, bool& flag, const char* text) {
     return command_.add_flag(name, flag, text);
   }
-  void Choice(const char* name, std::string& word, const std::vector<std::string>& words) {
-    Text(name, word)->check(OneOf(words));
+  void Choice(const char* name, std::string& word, const std::vector<std::string>& words, const char* text) {
+    Text(name, word, text)->check(OneOf(words));
   }
   // File names are checked before the command begins.
   void File(std::string& path);
@@ -69,6 +69,11 @@ class Words {
   void Device();
 
  private:
+  // An option that takes a number shows it as N.
+  static CLI::Option* Named(CLI::Option* option) {
+    return option->get_positional() ? option : option->type_name("N");
+  }
+
   CLI::App& command_;
   Request& request_;
 };
@@ -77,6 +82,8 @@ class Program {
  public:
   Program(const char* text, const std::function<std::string()>& version);
 
+  // The heading of the commands that are added from now on.
+  void BeginHeading(const char* title) { heading_ = title; }
   // A word that only introduces the commands below it.
   void Group(const char* words, const char* text);
   // Adds a command by its words: "list", "config show" below a group, "cards set" below a command.
@@ -87,6 +94,10 @@ class Program {
     command->Take(taken);
     commands_[words] = [command](const Request& request) { return command->Run(request); };
   }
+
+  // After the last command.
+  void AddHelp();
+  [[nodiscard]] CLI::App& Definition() { return app_; }
 
   // Returns the exit code.
   int Run(int argc, char** argv);
@@ -100,6 +111,7 @@ class Program {
   std::function<std::string()> version_;
   CLI::App app_;
   Request request_;
+  std::string heading_;
   std::map<std::string, std::function<Json(const Request&)>> commands_;
 };
 

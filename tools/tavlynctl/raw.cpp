@@ -121,8 +121,11 @@ struct Raw {
 
 }  // namespace
 
-void AddRaw(Program& program) {
+void AddQueue(Program& program) {
   program.Add<Queue>("queue", "The oldest ID that was read while nobody polled");
+}
+
+void AddRaw(Program& program) {
   program.Add<Raw>("raw", "Sends a command of eight bytes and shows the reply");
 }
 

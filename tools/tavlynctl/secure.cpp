@@ -41,7 +41,7 @@ struct LoadKeys {
   std::string path;
 
   void Take(Words& words) {
-    words.Flag("--dry-run", dryRun, "Only test whether the file was damaged");
+    words.Flag("--dry-run", dryRun, "Only test whether the file was damaged; needs no reader");
     words.File(path);
     words.Device();
   }
@@ -68,7 +68,7 @@ struct ReadSecure {
   std::string headerText;
 
   void Take(Words& words) {
-    words.Flag("--show-keys", showKeys, "Print its bytes");
+    words.Flag("--show-keys", showKeys, "Print the bytes of the item");
     words.Text("HEADER", headerText, kHeaderText);
     words.Device();
   }
@@ -126,8 +126,8 @@ void AddSecure(Program& program) {
   program.Group("keys", "Key files");
   program.Group("secure", "Single items of the protected memory");
   program.Add<LoadKeys>("keys load", "Writes the items of a key-load ini file");
-  program.Add<ReadSecure>("secure read", "Reads one item");
-  program.Add<WriteSecure>("secure write", "Writes one item");
+  program.Add<ReadSecure>("secure read", "Reads one item of the protected memory");
+  program.Add<WriteSecure>("secure write", "Writes one item of the protected memory");
 }
 
 }  // namespace tavlyn::ctl

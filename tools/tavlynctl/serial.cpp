@@ -41,7 +41,7 @@ struct SerialBaud {
   std::optional<int> wanted;
 
   void Take(Words& words) {
-    words.Number("CODE", wanted, 0, kHighestCode);
+    words.Number("CODE", wanted, 0, kHighestCode, "Without it the code is shown");
     words.Device();
   }
 
@@ -70,7 +70,7 @@ struct SerialWrite {
   int mostRead = 0;
 
   void Take(Words& words) {
-    words.Text("HEX", digits);
+    words.Text("HEX", digits, "Bytes");
     words.Number("--read", mostRead, 1, kMostBytes, "Bytes to read afterwards, at most");
     words.Device();
   }
@@ -94,7 +94,7 @@ struct SerialRead {
   int most = 0;
 
   void Take(Words& words) {
-    words.Number("COUNT", most, 1, kMostBytes, "At most")->required();
+    words.Number("COUNT", most, 1, kMostBytes, "Bytes, at most")->required();
     words.Device();
   }
 
@@ -113,8 +113,8 @@ struct SerialRead {
 void AddSerial(Program& program) {
   program.Group("serial", "The serial side of a reader");
   program.Add<SerialBaud>("serial baud", "Shows or sets the code of the reader's baud rate");
-  program.Add<SerialWrite>("serial write", "Sends raw bytes");
-  program.Add<SerialRead>("serial read", "Reads raw bytes");
+  program.Add<SerialWrite>("serial write", "Sends raw bytes to the serial side of a reader");
+  program.Add<SerialRead>("serial read", "Reads raw bytes from there");
 }
 
 }  // namespace tavlyn::ctl

@@ -69,7 +69,7 @@ struct ShowTracks {
   int number = 0;  // 0: all
 
   void Take(Words& words) {
-    words.Number("NUMBER", number, 1, kTracks, "Only this one");
+    words.Number("NUMBER", number, 1, kTracks, "Only this track, 1 to 3");
     words.Device();
   }
 

@@ -204,22 +204,26 @@ void AddLines(CLI::App& run, std::vector<std::string>& devices) {
         ->allow_extra_args(false);
   };
   add("--serial", "COMn", "A reader on a serial port: --device reader@COMn", LineKind::kCom);
-  add("--ascii", "COMn", "One that speaks text: --device reader@COMn:ascii", LineKind::kComAscii);
-  add("--ethernet", "IP:PORT", "One behind an Ethernet adapter: --device reader@IP:PORT",
+  add("--ascii", "COMn", "A reader on a serial port that also speaks text: --device reader@COMn:ascii",
+      LineKind::kComAscii);
+  add("--ethernet", "IP:PORT", "A reader behind an Ethernet adapter: --device reader@IP:PORT",
       LineKind::kEthernet);
   run.add_flag_callback(
       "--bulk", [&devices] { devices.emplace_back("reader@bulk"); },
-      "One behind the endpoints of a bulk device: --device reader@bulk");
+      "A reader as a bulk device for libusb-0.1: --device reader@bulk");
 }
 
 void AddWords(CLI::App& run, RunOptions& options) {
-  run.add_option("--device", options.devices, "A device, may be repeated (see tavlynsim devices)")
+  run.add_option("--device", options.devices,
+                 "A device (see tavlynsim devices), may be repeated; one plain reader without any")
       ->type_name("KIND")
       ->allow_extra_args(false);
   AddLines(run, options.lines);
-  run.add_flag("--expose", options.exposed, "Let Ethernet adapters listen beyond the loopback");
+  run.add_flag("--expose", options.exposed,
+               "Let Ethernet adapters listen beyond the loopback, where anyone on the network can use them");
   run.add_option("--card", options.timetable.cards,
-                 "A card for the first device, lowest byte first; may be repeated")
+                 "A card for the first device, lowest byte first, of no more bits than its bytes hold; may "
+                 "be repeated")
       ->type_name("HEX:BITS")
       ->allow_extra_args(false);
   run.add_option("--do", options.orders, "A typed command to start with; may be repeated")
@@ -232,7 +236,7 @@ void AddWords(CLI::App& run, RunOptions& options) {
         ->check(WholeNumber(1, 86'400'000));
   };
   addTime("--on", options.timetable.on, "How long each card stays (1500)");
-  addTime("--off", options.timetable.off, "How long until the next card (1000)");
+  addTime("--off", options.timetable.off, "How long there is none after it (1000)");
   run.add_flag("--repeat", options.timetable.repeat, "Begin again after the last card");
   run.add_flag("--interactive,!--no-interactive", options.interactive,
                "Take commands from standard input, or do not (default: on a terminal)");
@@ -241,7 +245,9 @@ void AddWords(CLI::App& run, RunOptions& options) {
          [&options](const std::string& word) {
            options.carrier = word == "uhid" ? Carrier::kUhid : Carrier::kHidapi;
          },
-         "hidapi (default): for the command alone. uhid: for this machine")
+         "hidapi (default): the command, and what it starts, sees the devices through "
+         "libhidapi-hidraw.so.0. uhid: they are real hidraw nodes of this machine; needs /dev/uhid "
+         "(modprobe uhid) and the right to open it")
       ->check(OneOf({"hidapi", "uhid"}))
       ->option_text("WORD");
   run.add_option("COMMAND", options.command,

@@ -1,0 +1,102 @@
+#include "tools/reference.h"
+
+#include "tools/tavlynctl/output.h"
+
+namespace tavlyn::ctl {
+namespace {
+
+// In the order of enum ExitCode.
+constexpr ExitStatus kStatuses[] = {
+    {"0", "Done."},
+    {"1",
+     "Wrong command line, a value out of range, or something that the device does not have: a configuration, "
+     "card type, defaults, module, mode, radio or analyzer, or a command for another product."},
+    {"2",
+     "No device is plugged in or answers at that port or address, there is no such port, no device with that "
+     "index, or no adapter answers."},
+    {"3",
+     "A device is plugged in, or a port is there, but this user may not open it: the message names the node "
+     "and its mode; or another program holds the port, the adapter or the bulk device: the message names the "
+     "program if the system reveals it."},
+    {"4",
+     "The device failed: its configuration could not be read or written, it stopped answering, or it does "
+     "not hold what was written."},
+    {"5", "No card came in time, no ID is queued, or the last swipe had nothing on that track."},
+    {"6",
+     "A file or standard output cannot be read or written; a file is not a configuration file, has no "
+     "configuration, is cut short, or was changed since it was written; with --strict, part of a file would "
+     "be ignored."},
+};
+static_assert(std::size(kStatuses) == kBadFile + 1);
+
+constexpr const char* kMagstripe = "--device magstripe --do 'swipe %B12^DOE/JOHN^?;77=1?'";
+constexpr const char* kAdapter = "--ethernet 10.0.0.5:10001 --card 01020303:26";
+constexpr const char* kSaved = "tavlynctl config save desk.hwg --secure";
+
+// In the order of --help. Addresses 10.0.0 stand for those of a real network.
+constexpr Example kExamples[] = {
+    {"list", "tavlynctl list", "What is attached."},
+    {"list", "tavlynctl --com 1-8 list", "Every reader on eight serial ports.", "--serial COM3"},
+    {"info", "tavlynctl info --device 1 --json", "All about the second reader.",
+     "--device reader --device plus:2"},
+    {"text", "tavlynctl text", "Part number, serial number, firmware."},
+    {"find", "tavlynctl find 10.0.0.4-6", "Ethernet adapters among three addresses.", kAdapter},
+    {"read", "tavlynctl read --timeout 30", "Waits half a minute for a card.", "--card 01020303:26"},
+    {"read", "tavlynctl --ip 10.0.0.5:10001 read", "The card on a reader behind an adapter.", kAdapter},
+    {"watch", "tavlynctl watch --count 2", "A card that comes and goes.", "--card 0A0B:16"},
+    {"queue", "tavlynctl queue", "The oldest ID that nobody has fetched.", "--do 'queue 01020304'"},
+    {"config show", "tavlynctl config show --config 1", "The second configuration of a plus reader.",
+     "--device plus:3"},
+    {"config get", "tavlynctl config get bBeepID iIDBitCnt", "Two fields."},
+    {"config set", "tavlynctl config set bBeepID=0 iIDHoldTO=1500 --dry-run",
+     "What would change, without a change."},
+    {"config set", "tavlynctl config set PingRateS=300", "A setting of a sonar sensor.", "--device sonar"},
+    {"config save", "tavlynctl config save desk.hwg --secure", "A copy of the configuration."},
+    {"config load", "tavlynctl config load desk.hwg --strict", "Loads that copy.", "", kSaved},
+    {"config diff", "tavlynctl config diff desk.hwg", "What has changed since.", "", kSaved},
+    {"config reset", "tavlynctl config reset --yes", "As it came from the factory."},
+    {"config defaults", "tavlynctl config defaults save",
+     "Makes the configuration of a plus reader its user defaults.", "--device plus:2"},
+    {"cards", "tavlynctl cards", "Which cards each configuration is for.", "--device plus:3"},
+    {"cards set", "tavlynctl cards set 1 EF04 high", "Configuration 1 for cards of type EF04.",
+     "--device plus:3"},
+    {"beep", "tavlynctl beep 2 --long", "Two long beeps."},
+    {"led", "tavlynctl led red green", "Both LEDs on."},
+    {"relay", "tavlynctl relay on --store", "The relay on, also after a loss of power."},
+    {"volume", "tavlynctl volume 128", "Half as loud."},
+    {"check", "tavlynctl check desk.hwg", "Whether a saved file is as it was written.", "", kSaved},
+    {"keys load", "tavlynctl keys load items.ini --dry-run", "Tests a key file.", "",
+     R"(printf '[Blob1]\r\nhdr=20 07 05 09\r\ndata=C1 C2 C3 C4 C5\r\n[EOF]\r\niEndOfIniFile=2B4D2EF2\r\n' >items.ini)"},
+    {"secure write", "tavlynctl secure write 20070509 - <item.txt", "An item whose bytes a file has.", "",
+     "echo C1C2C3C4C5 >item.txt"},
+    {"secure read", "tavlynctl secure read 20070509 --show-keys", "Shows the bytes of an item.", "",
+     "echo C1C2C3C4C5 | tavlynctl secure write 20070509 -"},
+    {"ble status", "tavlynctl ble status", "Whether there is a radio.", "--device plus:2"},
+    {"ble set", "tavlynctl ble set 1", "Gives it configuration 1.", "--device plus:2"},
+    {"ble save", "tavlynctl ble save radio.hwg", "A copy of its data."},
+    {"ble load", "tavlynctl ble load radio.hwg", "Loads that copy.", "", "tavlynctl ble save radio.hwg"},
+    {"track", "tavlynctl track 2", "The second track of the last swipe.", kMagstripe},
+    {"swipe watch", "tavlynctl swipe watch --count 1", "The next swipe.", kMagstripe},
+    {"magfield", "tavlynctl magfield 11", "One user field.", kMagstripe},
+    {"magfield set", "tavlynctl magfield set 11 enable=1 length=8", "Changes two parts of it.", kMagstripe},
+    {"range", "tavlynctl range --watch --count 10", "Ten measurements.", "--device sonar"},
+    {"analyzer start", "tavlynctl analyzer start", "From now on cards are listed."},
+    {"analyzer stop", "tavlynctl analyzer stop", "No longer."},
+    {"analyzer status", "tavlynctl analyzer status", "How many cards are in the list."},
+    {"analyzer list", "tavlynctl analyzer list", "The cards.", "--do 'sample 0001:01020303:26'"},
+    {"module get", "tavlynctl module get 1", "Whether module 1 is on."},
+    {"module set", "tavlynctl module set 1 off", "Switches it off."},
+    {"transparent", "tavlynctl transparent status", "Whether the mode is on.", "--device plus:2"},
+    {"raw", "tavlynctl raw 8A", "Command 8A with zeros after it."},
+    {"serial baud", "tavlynctl --com 3 serial baud", "The code of its speed.", "--serial COM3"},
+    {"serial write", "tavlynctl --com 3 serial write FA04EDED04 --read 7", "A frame and its answer.",
+     "--serial COM3"},
+    {"serial read", "tavlynctl --com 3 serial read 7", "What the reader sends by itself.", "--serial COM3"},
+};
+
+}  // namespace
+
+std::span<const ExitStatus> ExitStatuses() { return kStatuses; }
+std::span<const Example> Examples() { return kExamples; }
+
+}  // namespace tavlyn::ctl

@@ -1,0 +1,29 @@
+#include "tools/reference.h"
+
+namespace tavlyn::sim {
+namespace {
+
+constexpr ExitStatus kStatuses[] = {
+    {"0 to 255", "That of COMMAND, or 128 plus the number of the signal that ended it."},
+    {"1", "Wrong command line."},
+    {"125", "The devices cannot be simulated."},
+    {"126", "COMMAND cannot be run."},
+    {"127", "There is no such COMMAND."},
+};
+
+constexpr Example kExamples[] = {
+    {"run", "tavlynsim run --device plus:3 --card 01020303:26 -- tavlynctl watch --count 2",
+     "A card comes and goes on a plus reader."},
+    {"run", "tavlynsim run --device sonar --do 'walk 20:40:5000' -- tavlynctl range --watch --count 5",
+     "Somebody walks away from a sonar sensor."},
+    {"run", "tavlynsim run --serial COM3 --card 01020303:26 -- tavlynctl --com 3 read",
+     "A reader on a serial port."},
+    {"devices", "tavlynsim devices", "What can be simulated."},
+};
+
+}  // namespace
+
+std::span<const ExitStatus> ExitStatuses() { return kStatuses; }
+std::span<const Example> Examples() { return kExamples; }
+
+}  // namespace tavlyn::sim

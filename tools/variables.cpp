@@ -1,0 +1,25 @@
+#include "tools/variables.h"
+
+namespace tavlyn {
+namespace {
+
+constexpr unsigned kUsers = kLibrary | kTavlynctl;
+
+constexpr Variable kVariables[] = {
+    {"TAVLYNAPI_LOGGING", kUsers, "Set to anything, it makes the library write its trace."},
+    {"TAVLYNAPI_PORT_DIR", kUsers | kTavlynsim,
+     "The folder whose files com1 to com256 are the COM ports, in place of /dev/tavlyn and /dev/ttyS."},
+    {"TAVLYNAPI_LIBUSB", kUsers,
+     "The file of libusb-0.1, in place of libusb-0.1.so.4 in the system's library folders."},
+    {"XDG_STATE_HOME", kUsers, "The folder below which the trace is."},
+    {"HOME", kUsers, "Its .local/state is that folder if XDG_STATE_HOME is not set."},
+    {"TAVLYNSIM_SOCKET", kTavlynsim, "Set for COMMAND: where the simulated devices are reached."},
+    {"LD_LIBRARY_PATH", kTavlynsim,
+     "Set for COMMAND: it begins with the folder of the stand-in for libhidapi-hidraw.so.0."},
+};
+
+}  // namespace
+
+std::span<const Variable> Variables() { return kVariables; }
+
+}  // namespace tavlyn
