@@ -125,6 +125,7 @@ const std::map<std::string, std::function<std::string(const std::string&)>> kTab
     {"sim-variables", [](const std::string&) { return VariablesOf(kTavlynsim); }},
     {"library-variables", [](const std::string&) { return VariablesOf(kLibrary); }},
     {"library-calls", [](const std::string&) { return LibraryCalls(); }},
+    {"library-errors", [](const std::string&) { return LibraryErrors(); }},
     {"udev-rules", [](const std::string&) { return UdevRules(); }},
 };
 

@@ -1,4 +1,7 @@
-// What manual pages take from the sources: the prototypes of the headers and the rules of udev.
+// What manual pages take from the sources: the prototypes of the headers, the table of error words, and the
+// rules of udev.
+#include <cstdint>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <regex>
@@ -53,6 +56,18 @@ std::string LibraryCalls() {
     text += ".Ss api/" + path.filename().string() + "\n" + Sentences(About(header)) + ".Pp\n" + calls;
   }
   return text;
+}
+
+std::string LibraryErrors() {
+  std::string items;
+  const auto add = [&](const char* name, std::uint32_t value, const char* words) {
+    char hex[12];
+    std::snprintf(hex, sizeof hex, "0x%X", static_cast<unsigned>(value));
+    items += Item("Dv TAVLYN_ERR_" + std::string(name) + " Pq " + hex, words);
+  };
+#define ERROR_WORD(name, value, match, words, how, when, remedy) add(#name, value, words);
+#include "tools/tavlynctl/error_words.inc"
+  return List(items);
 }
 
 std::string UdevRules() {
