@@ -1,52 +1,23 @@
-// A filter of the kernel turns the calls into signals, except for those that come from the function with
-// which the signal handler makes them in the end.
+// The kernel turns this thread's system calls into signals, whose handler makes them in the end; only while
+// somebody watches, because a signal costs more than most calls.
 #include "tests/boundary/failing_system_linux.h"
 
-#include <linux/filter.h>
-#include <linux/seccomp.h>
 #include <sys/prctl.h>
 #include <sys/syscall.h>
 #include <ucontext.h>
 #include <unistd.h>
 
 #include <array>
+#include <bitset>
 #include <cerrno>
 #include <csignal>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <iterator>
 
 #include "tests/boundary/calls.h"
 #include "tests/boundary/passing.h"
-
-#ifdef __x86_64__
-// long TavlynSystemCall(long call, long a, long b, long c, long d, long e, long f)
-asm(R"(
-  .text
-  .globl TavlynSystemCall
-TavlynSystemCall:
-  mov %rdi, %rax
-  mov %rsi, %rdi
-  mov %rdx, %rsi
-  mov %rcx, %rdx
-  mov %r8, %r10
-  mov %r9, %r8
-  mov 8(%rsp), %r9
-  syscall
-  .globl TavlynSystemCallEnd
-TavlynSystemCallEnd:
-  ret
-)");
-extern "C" long TavlynSystemCall(long call, long a, long b, long c, long d, long e, long f);
-extern "C" char TavlynSystemCallEnd;
-#endif
-
-#ifdef __SANITIZE_ADDRESS__
-// The search for leaks makes system calls of its own where they cannot be caught.
-extern "C" const char* __asan_default_options() { return "detect_leaks=0"; }
-#endif
 
 namespace tavlyn::boundary {
 namespace {
@@ -91,15 +62,15 @@ constexpr SystemWay kSystemWays[] = {
 // More than any operation needs: one that makes so many calls does not end.
 constexpr std::size_t kMostCalls = 200'000;
 
-bool watching = false;
+// Whether calls become signals; the kernel looks.
+volatile char turned = SYSCALL_DISPATCH_FILTER_ALLOW;
 std::array<long, kMostCalls> calls;
 std::size_t count = 0;
 std::size_t failing = 0;
 const SystemWay* how = nullptr;
 
-// Whether the call that comes now is to fail. Those of the far ends are not the library's.
+// Whether the call that comes now is to fail.
 bool IsTheOne(long call) {
-  if (!watching || FarEndsAreAtWork()) return false;
   if (count == kMostCalls) {
     std::fputs("no end\n", stderr);
     std::abort();
@@ -116,53 +87,62 @@ bool TakesPlaceAllTheSame(long call) {
   return call == SYS_close || call == SYS_fcntl || (call == SYS_connect && how->error == EINTR);
 }
 
-void Catch(int /*signal*/, siginfo_t* caught, void* context) {
-  greg_t* registers = static_cast<ucontext_t*>(context)->uc_mcontext.gregs;
-  const long call = caught->si_syscall;
-  const bool fails = IsTheOne(call);
-  const bool isShort = fails && how->mishap == Mishap::kShort;
-  if (isShort && registers[REG_RDX] > 1) registers[REG_RDX] = 1;
-  if (!fails || isShort || TakesPlaceAllTheSame(call)) {
-    registers[REG_RAX] = TavlynSystemCall(call, registers[REG_RDI], registers[REG_RSI], registers[REG_RDX],
-                                          registers[REG_R10], registers[REG_R8], registers[REG_R9]);
-  }
-  if (fails && !isShort) registers[REG_RAX] = how->mishap == Mishap::kNothing ? 0 : -how->error;
+// The program has its own poll, which asks by itself whether it is to fail.
+bool IsWatched(long call) {
+  static const std::bitset<512> watched = [] {
+    std::bitset<512> calls;
+    for (const SystemWay& way : kSystemWays) calls.set(static_cast<std::size_t>(way.call));
+    return calls.reset(SYS_poll);
+  }();
+  return watched.test(static_cast<std::size_t>(call));
 }
 
-constexpr std::uint32_t LowHalf(std::uintptr_t address) { return static_cast<std::uint32_t>(address); }
+// With the result as the kernel gives it.
+long Make(long call, const greg_t* registers) {
+  const int kept = errno;
+  const long result = syscall(call, registers[REG_RDI], registers[REG_RSI], registers[REG_RDX],
+                              registers[REG_R10], registers[REG_R8], registers[REG_R9]);
+  const long shown = result == -1 ? -errno : result;
+  errno = kept;
+  return shown;
+}
 
-bool Filter() {
+void Catch(int /*signal*/, siginfo_t* caught, void* context) {
+  turned = SYSCALL_DISPATCH_FILTER_ALLOW;
+  greg_t* registers = static_cast<ucontext_t*>(context)->uc_mcontext.gregs;
+  const long call = caught->si_syscall;
+  const bool fails = IsWatched(call) && IsTheOne(call);
+  const bool isShort = fails && how->mishap == Mishap::kShort;
+  if (isShort && registers[REG_RDX] > 1) registers[REG_RDX] = 1;
+  if (!fails || isShort || TakesPlaceAllTheSame(call)) registers[REG_RAX] = Make(call, registers);
+  if (fails && !isShort) registers[REG_RAX] = how->mishap == Mishap::kNothing ? 0 : -how->error;
+  turned = SYSCALL_DISPATCH_FILTER_BLOCK;
+}
+
+// As the kernel knows it.
+struct KernelAction {
+  void* handler;
+  unsigned long flags;
+  std::uintptr_t restorer;
+  std::uint64_t mask;
+};
+
+// The call with which the C library returns from a handler has to pass: it is in the few bytes that the
+// kernel is told.
+bool TurnCalls() {
   struct sigaction action {};
   action.sa_sigaction = Catch;
   action.sa_flags = SA_SIGINFO | SA_NODEFER;
   sigaction(SIGSYS, &action, nullptr);
-  const auto begin = reinterpret_cast<std::uintptr_t>(TavlynSystemCall);
-  const auto end = reinterpret_cast<std::uintptr_t>(&TavlynSystemCallEnd);
-  constexpr unsigned kAddress = offsetof(seccomp_data, instruction_pointer);
-  std::array<sock_filter, 8 + 2 * std::size(kSystemWays)> filter{};
-  std::size_t used = 0;
-  const auto add = [&](sock_filter step) { filter.at(used++) = step; };
-  // What comes from that function passes; the kernel shows the address after the call.
-  add(BPF_STMT(BPF_LD | BPF_W | BPF_ABS, kAddress));
-  add(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, LowHalf(end), 0, 3));
-  add(BPF_STMT(BPF_LD | BPF_W | BPF_ABS, kAddress + 4));
-  add(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, LowHalf(begin >> 32U), 0, 1));
-  add(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW));
-  add(BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)));
-  for (const SystemWay& way : kSystemWays) {
-    if (way.call == SYS_poll) continue;  // replaced in this program
-    add(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<std::uint32_t>(way.call), 0, 1));
-    add(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_TRAP));
-  }
-  add(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW));
-  const sock_fprog program{static_cast<unsigned short>(used), filter.data()};
-  return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
-         prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0;
+  KernelAction installed{};
+  constexpr unsigned long kBytes = 16;
+  return syscall(SYS_rt_sigaction, SIGSYS, nullptr, &installed, sizeof installed.mask) == 0 &&
+         prctl(PR_SET_SYSCALL_USER_DISPATCH, PR_SYS_DISPATCH_ON, installed.restorer, kBytes, &turned) == 0;
 }
 
 #else
 
-bool Filter() { return false; }
+bool TurnCalls() { return false; }
 
 #endif
 
@@ -171,7 +151,7 @@ bool Filter() { return false; }
 std::span<const SystemWay> SystemWays() { return kSystemWays; }
 
 bool SystemCanFail() {
-  static const bool can = Filter();
+  static const bool can = TurnCalls();
   return can;
 }
 
@@ -180,11 +160,15 @@ void WatchSystem(std::size_t call, const SystemWay* way) {
   failing = call;
   how = way;
   waitFailure = [] { return IsTheOne(SYS_poll) ? how->error : 0; };
-  watching = true;
+  farEndsBegin = [] { turned = SYSCALL_DISPATCH_FILTER_ALLOW; };
+  farEndsEnd = [] { turned = SYSCALL_DISPATCH_FILTER_BLOCK; };
+  turned = SYSCALL_DISPATCH_FILTER_BLOCK;
 }
 
 std::span<const long> UnwatchSystem() {
-  watching = false;
+  turned = SYSCALL_DISPATCH_FILTER_ALLOW;
+  waitFailure = nullptr;
+  farEndsBegin = farEndsEnd = nullptr;
   return std::span(calls).first(count);
 }
 

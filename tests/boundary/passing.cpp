@@ -22,9 +22,11 @@ std::vector<sim::Served*> inService;
 bool atWork = false;
 
 void ServeAll() {
+  if (farEndsBegin != nullptr) farEndsBegin();
   atWork = true;
   ServeInTurn(inService);
   atWork = false;
+  if (farEndsEnd != nullptr) farEndsEnd();
 }
 
 sim::DueTime NextDue() {
@@ -34,6 +36,9 @@ sim::DueTime NextDue() {
 }
 
 }  // namespace
+
+void (*farEndsBegin)() = nullptr;
+void (*farEndsEnd)() = nullptr;
 
 Moment Now() { return now; }
 

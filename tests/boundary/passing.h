@@ -22,6 +22,9 @@ bool PassUntil(sim::DueTime end, const std::function<bool()>& ready);
 
 // While it lives, far ends are working, whose own waits are real.
 bool FarEndsAreAtWork();
+// Called, if set, before they begin and after they have ended.
+extern void (*farEndsBegin)();
+extern void (*farEndsEnd)();
 
 // How long something takes, in milliseconds.
 template <typename Call>
