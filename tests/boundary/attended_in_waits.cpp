@@ -1,10 +1,4 @@
 // Far ends that answer in the waits of this process, whichever of its threads waits (quick_time.h).
-#include <netinet/in.h>
-#include <netinet/tcp.h>
-#include <sys/socket.h>
-#include <sys/syscall.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <mutex>
 #include <utility>
@@ -13,13 +7,6 @@
 #include "tests/boundary/attended.h"
 #include "tests/boundary/quick_time.h"
 #include "tests/boundary/served_in_turn.h"
-
-// Small pieces would otherwise wait for an acknowledgement, which takes real time.
-extern "C" int connect(int descriptor, const sockaddr* peer, socklen_t size) {
-  const int on = 1;
-  setsockopt(descriptor, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
-  return static_cast<int>(syscall(SYS_connect, descriptor, peer, size));
-}
 
 namespace tavlyn::boundary {
 

@@ -4,9 +4,12 @@
 // TAVLYN_QUICK_CLOCK share its clock; what a simulator does by the clock then happens while the program that
 // it serves sleeps.
 //
-// A program that sleeps so that another process can answer checks for the answer next: if there is none yet,
-// that check really waits for as long as the program slept.
+// A program that sleeps so that another process can answer checks for the answer next. If there is none yet,
+// a check of a socket waits until the simulator that shares the clock has looked and found nothing left to
+// do; any other check really waits for as long as the program slept.
 #include <fcntl.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <poll.h>
 #include <sys/mman.h>
 #include <sys/socket.h>
@@ -18,6 +21,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 #include <utility>
 
@@ -30,10 +34,21 @@ constexpr std::int64_t kMillisecond = 1'000'000;
 constexpr std::int64_t kStart = 1000 * kSecond;  // not 0, which programs take as never
 
 using Time = std::atomic<std::int64_t>;
+using Count = std::atomic<std::uint32_t>;
 static_assert(Time::is_always_lock_free && sizeof(Time) == sizeof(std::int64_t));
+static_assert(Count::is_always_lock_free);
 
-Time own{0};
-Time* passed = &own;
+// The file begins with it; tests/boundary/program_linux.cpp makes it.
+struct Shared {
+  Time passed{0};
+  Count simulators{0};
+  Count asked{0};     // whether there is anything left to do
+  Count answered{0};  // the newest question that was answered: nothing
+};
+
+Shared own;
+Shared* shared = &own;
+bool simulates = false;
 
 constexpr std::int64_t kMostOwed = 250 * kMillisecond;
 thread_local std::int64_t owed = 0;  // real time owed to the process that is to answer
@@ -47,8 +62,8 @@ std::int64_t Nanoseconds(const timespec& time) { return time.tv_sec * kSecond + 
 timespec Timespec(std::int64_t time) { return {time / kSecond, time % kSecond}; }
 
 void PassUntil(std::int64_t moment) {
-  std::int64_t now = *passed;
-  while (now < moment && !passed->compare_exchange_weak(now, moment)) {
+  std::int64_t now = shared->passed;
+  while (now < moment && !shared->passed.compare_exchange_weak(now, moment)) {
   }
 }
 
@@ -56,14 +71,51 @@ __attribute__((constructor)) void ShareClock() {
   const char* name = std::getenv("TAVLYN_QUICK_CLOCK");
   if (name == nullptr) return;
   const int file = open(name, O_RDWR | O_CLOEXEC);
-  void* shared = mmap(nullptr, sizeof(Time), PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
+  void* mapped = mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
   close(file);
-  if (shared == MAP_FAILED) std::abort();
-  passed = static_cast<Time*>(shared);
+  if (mapped == MAP_FAILED) std::abort();
+  shared = static_cast<Shared*>(mapped);
+  simulates = std::strcmp(program_invocation_short_name, "tavlynsim") == 0;
+  if (simulates) ++shared->simulators;
+}
+
+__attribute__((destructor)) void LeaveClock() {
+  if (simulates) --shared->simulators;
 }
 
 int ReallyPoll(pollfd* polled, nfds_t count, const timespec* limit) {
   return static_cast<int>(syscall(SYS_ppoll, polled, count, limit, nullptr, 0));
+}
+
+// A simulator's wait: time passes in the others' waits, or here, when nobody else has let it pass.
+int WaitAndTell(pollfd* polled, nfds_t count, int milliseconds) {
+  const std::int64_t end = shared->passed + milliseconds * kMillisecond;
+  const auto isOver = [&] { return milliseconds >= 0 && shared->passed >= end; };
+  for (std::int64_t waited = 0; milliseconds < 0 || waited <= milliseconds; ++waited) {
+    std::uint32_t asked = 0;
+    do {
+      asked = shared->asked;
+      const timespec limit = Timespec(milliseconds != 0 && shared->answered == asked ? kMillisecond : 0);
+      const int ready = ReallyPoll(polled, count, &limit);
+      if (ready != 0 || isOver()) return ready;
+    } while (shared->answered.exchange(asked) != asked);
+  }
+  PassUntil(end);
+  return 0;
+}
+
+// True when a simulator had nothing left to do after this was called; false if there is none to ask.
+bool HasSimulatorRested() {
+  if (simulates || shared->simulators != 1) return false;
+  constexpr std::int64_t kStep = kMillisecond / 10;
+  constexpr std::int64_t kMostSteps = 10 * kSecond / kStep;  // it may have been killed
+  const std::uint32_t question = ++shared->asked;
+  for (std::int64_t step = 0; step < kMostSteps; ++step) {
+    if (static_cast<std::int32_t>(shared->answered - question) >= 0) return true;
+    const timespec pause = Timespec(kStep);
+    ReallyPoll(nullptr, 0, &pause);
+  }
+  return false;
 }
 
 // Whether an answer that is not there now will not come.
@@ -82,9 +134,10 @@ std::int64_t TakeOwed() { return std::exchange(owed, 0); }
 template <typename Receive>
 ssize_t ReceiveOwed(int socket, Receive receive) {
   const ssize_t count = receive();
-  const timespec limit = Timespec(TakeOwed());
+  const std::int64_t owedNow = TakeOwed();
   if (count >= 0 || errno != EAGAIN) return count;
-  if (IsAnswered()) return receive();
+  if (IsAnswered() || (owedNow != 0 && HasSimulatorRested())) return receive();
+  const timespec limit = Timespec(owedNow);
   pollfd one{socket, POLLIN, 0};
   ReallyPoll(&one, 1, &limit);
   return receive();
@@ -95,7 +148,7 @@ ssize_t ReceiveOwed(int socket, Receive receive) {
 extern "C" {
 
 int nanosleep(const timespec* wanted, timespec* left) {
-  *passed += Nanoseconds(*wanted);
+  shared->passed += Nanoseconds(*wanted);
   owed = std::min(owed + Nanoseconds(*wanted), kMostOwed);
   if (left != nullptr) *left = {};
   return 0;
@@ -103,7 +156,7 @@ int nanosleep(const timespec* wanted, timespec* left) {
 
 int clock_gettime(clockid_t clock, timespec* now) {
   if (clock != CLOCK_MONOTONIC) return static_cast<int>(syscall(SYS_clock_gettime, clock, now));
-  *now = Timespec(kStart + *passed);
+  *now = Timespec(kStart + shared->passed);
   return 0;
 }
 
@@ -115,13 +168,21 @@ int clock_nanosleep(clockid_t clock, int flags, const timespec* wanted, timespec
 }
 
 int poll(pollfd* polled, nfds_t count, int milliseconds) {
+  if (simulates) return WaitAndTell(polled, count, milliseconds);
   const std::int64_t length = std::max(milliseconds, 0) * kMillisecond;
-  const std::int64_t end = *passed + length;
+  const std::int64_t end = shared->passed + length;
   const std::int64_t owedToo = TakeOwed();
   const timespec limit = Timespec(IsAnswered() ? 0 : length + owedToo);
   const int ready = ReallyPoll(polled, count, milliseconds < 0 ? nullptr : &limit);
   if (ready == 0) PassUntil(end);
   return ready;
+}
+
+// Small pieces would otherwise wait for an acknowledgement, which takes real time.
+int connect(int descriptor, const sockaddr* peer, socklen_t size) {
+  const int on = 1;
+  setsockopt(descriptor, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+  return static_cast<int>(syscall(SYS_connect, descriptor, peer, size));
 }
 
 ssize_t recv(int socket, void* bytes, size_t size, int flags) {
@@ -140,6 +201,8 @@ void TakeItsTime() {}
 
 void AnswerInWaits(void (*answer)()) { answerNow = answer; }
 
-void PassQuickly(std::chrono::milliseconds length) { *passed += std::chrono::nanoseconds(length).count(); }
+void PassQuickly(std::chrono::milliseconds length) {
+  shared->passed += std::chrono::nanoseconds(length).count();
+}
 
 }  // namespace tavlyn::boundary

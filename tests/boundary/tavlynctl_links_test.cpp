@@ -174,7 +174,7 @@ TEST_F(TavlynctlLinks, ADeadlineIsHeardWhereTextIsNotAnswered) {
   text.faults.RefuseCommand({'Q', 'I', 'D', '.', 'I', 'D'});
   const PortDevice device(ports_, 3, text);
   const Ended read =
-      RunLine(kCtl + " --com 3 --ascii read --timeout 1; s=$?; od -An -td8 $TAVLYN_QUICK_CLOCK; exit $s");
+      RunLine(kCtl + " --com 3 --ascii read --timeout 1; s=$?; od -An -td8 -N8 $TAVLYN_QUICK_CLOCK; exit $s");
   EXPECT_EQ(read.status, 5) << read.err;
   EXPECT_GT(20, WaitedSeconds(read.out));
 }
