@@ -38,7 +38,7 @@ constexpr Link kLinks[] = {
     {faults::kSonar, "files of a sonar sensor", 35},
     {faults::kCom, "COM, frames", 14127},
     {faults::kText, "COM, text", 12260},
-    {faults::kTcp, "TCP", 11568},
+    {faults::kTcp, "TCP", 11566},
     {faults::kUdp, "UDP", 159},
     {faults::kBulk, "bulk", 55},
 };

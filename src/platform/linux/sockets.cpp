@@ -52,10 +52,8 @@ class SystemSockets final : public Sockets {
     setsockopt(Native(socket), SOL_SOCKET, SO_BROADCAST, &on, sizeof on);
   }
 
-  void SetNonBlocking(Handle socket) override {
-    const int native = Native(socket);
-    fcntl(native, F_SETFL, fcntl(native, F_GETFL, 0) | O_NONBLOCK);
-  }
+  // A socket of the library's has no other flags: asking for them could fail, and it would wait forever.
+  void SetNonBlocking(Handle socket) override { fcntl(Native(socket), F_SETFL, O_NONBLOCK); }
 
   void SetReceiveTimeout(Handle socket, std::uint32_t milliseconds) override {
     const timeval limit{static_cast<time_t>(milliseconds / 1000),
