@@ -31,7 +31,8 @@ TAVLYN_API uint32_t TAVLYN_CALL WriteCfg(void);
 /** Makes the device load its factory configuration and reads it back. It takes 1200 ms. Traffic: A0, then
  * that of ReadCfg().
  * @return 1, or 0 when the command could not be sent, which adds TAVLYN_ERR_RESET, or the configuration could
- *   not be read, see ReadCfg(); unsupported with no device. */
+ *   not be read, see ReadCfg(), or, on some sonar sensors, written back without idle flags, which adds
+ *   TAVLYN_ERR_CONFIG_WRITE; unsupported with no device. */
 TAVLYN_API uint32_t TAVLYN_CALL ResetFactoryDflts(void);
 
 /** Returns the highest configuration index of the active plus reader.
