@@ -43,7 +43,6 @@ const std::vector<Case> kCases = {
 class WithKeyFiles : public boundary::SimulatedRun {
  protected:
   void SetUp() override {
-    SimulatedRun::SetUp();
     for (const auto& [marker, number] : {std::pair(Marker::kFirst, ".1"), std::pair(Marker::kSecond, ".2")}) {
       const std::string items = "[Blob1]\r\nhdr=02 01 20 00\r\ndata=" + MarkerText(marker, 32, " ") + "\r\n";
       std::ofstream(folder_ / (std::string("keys") + number), std::ios::binary)

@@ -13,11 +13,7 @@ class SecondUser : public boundary::SimulatedRun {
  protected:
   void SetUp() override {
     if (geteuid() != 0) GTEST_SKIP() << "NOT TESTED: only root can become another user";
-    SimulatedRun::SetUp();
     fs::permissions(folder_, fs::perms(0755));
-  }
-  void TearDown() override {
-    if (geteuid() == 0) SimulatedRun::TearDown();
   }
 
   // A line of the other user's, in the folder; true if it worked.

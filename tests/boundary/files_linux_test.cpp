@@ -15,6 +15,7 @@
 #include <fstream>
 
 #include "tests/boundary/reader_usb.h"
+#include "tests/boundary/scratch_folder.h"
 
 namespace {
 
@@ -59,11 +60,6 @@ unsigned ModeOf(const fs::path& file) { return static_cast<unsigned>(fs::status(
 class Files : public ReaderUsb {
  protected:
   void SetUp() override {
-    std::string folder = (fs::temp_directory_path() / "tavlyn-files-XXXXXX").string();
-    ASSERT_NE(mkdtemp(folder.data()), nullptr);
-    folder_ = folder;
-    cameFrom_ = fs::current_path();
-    fs::current_path(folder_);
     umask_ = umask(0);
     ReaderUsb::SetUp();
   }
@@ -72,8 +68,6 @@ class Files : public ReaderUsb {
     ReaderUsb::TearDown();
     library_.reset();
     umask(umask_);
-    fs::current_path(cameFrom_);
-    fs::remove_all(folder_);
   }
 
   void PlugAndConnect() {
@@ -86,8 +80,8 @@ class Files : public ReaderUsb {
     return CALL(*library_, GetVidPidFilterMask)(1);
   }
 
-  fs::path folder_;
-  fs::path cameFrom_;
+  const CurrentScratchFolder own_;
+  const fs::path& folder_ = own_.Path();
   mode_t umask_ = 0;
 };
 

@@ -2,27 +2,12 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <stdexcept>
 
 #include "tests/boundary/library.h"
 #include "tests/boundary/loader.h"
+#include "tests/boundary/scratch_folder.h"
 
 namespace tavlyn::boundary {
-namespace {
-
-// Of this process.
-struct OwnFolder {
-  OwnFolder() {
-    if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no folder for the trace");
-  }
-  ~OwnFolder() { std::filesystem::remove_all(name); }
-  OwnFolder(const OwnFolder&) = delete;
-  OwnFolder& operator=(const OwnFolder&) = delete;
-
-  std::string name = "/tmp/tavlyn-trace-XXXXXX";
-};
-
-}  // namespace
 
 void* LoadByName(const char* name) { return dlopen(name, RTLD_NOW | RTLD_LOCAL); }
 
@@ -41,9 +26,9 @@ void SetVariable(const char* name, const char* value) {
 }
 
 std::string ChooseTraceFile() {
-  static const OwnFolder own;
-  SetVariable("XDG_STATE_HOME", own.name.c_str());
-  return own.name + "/TavlynLogs/TavlynApiSdk.log";
+  static const ScratchFolder own;
+  SetVariable("XDG_STATE_HOME", own.Path().c_str());
+  return own.Path() / "TavlynLogs/TavlynApiSdk.log";
 }
 
 }  // namespace tavlyn::boundary

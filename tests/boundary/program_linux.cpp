@@ -9,6 +9,7 @@
 #include <stdexcept>
 
 #include "tests/boundary/program.h"
+#include "tests/boundary/scratch_folder.h"
 
 namespace tavlyn::boundary {
 namespace {
@@ -17,23 +18,14 @@ namespace fs = std::filesystem;
 
 constexpr int kSignalled = 128;
 
-// A folder that exists until the line has ended.
-class LineFolder {
+// It exists until the line has ended.
+class LineFolder : public ScratchFolder {
  public:
-  LineFolder() {
-    std::string name = "/tmp/tavlyn-line-XXXXXX";
-    if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
-    folder_ = name;
-  }
-  ~LineFolder() { fs::remove_all(folder_); }
-  LineFolder(const LineFolder&) = delete;
-  LineFolder& operator=(const LineFolder&) = delete;
-
-  [[nodiscard]] std::string Errors() const { return folder_ / "errors"; }
+  [[nodiscard]] std::string Errors() const { return Path() / "errors"; }
 
   // Gives a line's programs the clock that their waiting advances.
   [[nodiscard]] std::string QuickTime() const {
-    const fs::path clock = folder_ / "clock";
+    const fs::path clock = Path() / "clock";
     constexpr std::size_t kRoom = 64;
     std::ofstream(clock) << std::string(kRoom, '\0');
     // A sanitizer's library is loaded after the clock's; its leak check runs a thread that the clock cannot
@@ -41,9 +33,6 @@ class LineFolder {
     return "export LD_PRELOAD=" TAVLYN_QUICK_TIME " TAVLYN_QUICK_CLOCK=" + clock.string() +
            " ASAN_OPTIONS=verify_asan_link_order=0:detect_leaks=0\n";
   }
-
- private:
-  fs::path folder_;
 };
 
 std::string WholeText(const std::string& file) {

@@ -3,7 +3,6 @@
 
 #include <array>
 #include <chrono>
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -14,6 +13,8 @@
 #include "tests/boundary/far_end.h"
 #include "tests/boundary/library.h"
 #include "tests/boundary/passing.h"
+#include "tests/boundary/scratch_folder.h"
+#include "tests/boundary/variable.h"
 
 namespace tavlyn::boundary {
 namespace {
@@ -24,20 +25,15 @@ using std::chrono::milliseconds;
 class Lines : public testing::Test {
  protected:
   void SetUp() override {
-    std::string folder = (fs::temp_directory_path() / "tavlyn-lines-XXXXXX").string();
-    ASSERT_NE(mkdtemp(folder.data()), nullptr);
-    folder_ = folder;
-    SetVariable("TAVLYNAPI_PORT_DIR", folder.c_str());
     library_ = std::make_unique<Library>();
     library_->Standin("reset");
   }
   void TearDown() override {
     if (library_ != nullptr) CALL(*library_, USBDisconnect)();
     library_.reset();
-    fs::remove_all(folder_);
   }
 
-  std::string Link(const std::string& name) const { return (folder_ / name).string(); }
+  std::string Link(const std::string& name) const { return (folder_.Path() / name).string(); }
 
   std::uint32_t ConnectCom(std::uint16_t number) {
     CALL(*library_, SetDevTypeSrch)(1);
@@ -62,7 +58,8 @@ class Lines : public testing::Test {
     return {bits, id[0], id[1]};
   }
 
-  fs::path folder_;
+  const ScratchFolder folder_;
+  const Variable ports_{"TAVLYNAPI_PORT_DIR", folder_.Path().c_str()};
   std::unique_ptr<Library> library_;
 };
 

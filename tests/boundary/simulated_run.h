@@ -2,7 +2,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <array>
 #include <cstdint>
@@ -15,6 +14,7 @@
 #include <vector>
 
 #include "tests/boundary/program.h"
+#include "tests/boundary/scratch_folder.h"
 
 namespace tavlyn::boundary {
 
@@ -81,14 +81,6 @@ inline int ExchangesOf(const std::string& devices, const std::string& words) {
 
 class SimulatedRun : public testing::Test {
  protected:
-  void SetUp() override {
-    std::string name = "/tmp/tavlyn-ctl-XXXXXX";
-    ASSERT_NE(mkdtemp(name.data()), nullptr);
-    folder_ = name;
-  }
-
-  void TearDown() override { fs::remove_all(folder_); }
-
   // Lines for a shell in the folder, all with the same simulated devices, where ctl is the program and typed
   // passes a line to the simulator. upon (program.h) is available too.
   std::vector<Ended> Run(const std::string& devices, const std::vector<std::string>& steps) {
@@ -122,7 +114,8 @@ class SimulatedRun : public testing::Test {
     return simulatorTold_;
   }
 
-  fs::path folder_;
+  const ScratchFolder own_;
+  const fs::path& folder_ = own_.Path();
   std::string simulatorTold_;
 };
 

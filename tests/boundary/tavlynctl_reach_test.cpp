@@ -6,6 +6,7 @@
 
 #include "tests/boundary/bare_port.h"
 #include "tests/boundary/far_end.h"
+#include "tests/boundary/scratch_folder.h"
 #include "tests/boundary/simulated_run.h"
 #include "tools/tavlynctl/nodes_linux.h"
 
@@ -133,9 +134,6 @@ TEST_F(TavlynctlReach, AdapterThatAnotherProgramHolds) {
 class Permission : public testing::Test {
  protected:
   void SetUp() override {
-    std::string name = "/tmp/tavlyn-nodes-XXXXXX";
-    ASSERT_NE(mkdtemp(name.data()), nullptr);
-    folder_ = name;
     fs::permissions(folder_, fs::perms(0755));
     fs::create_directories(folder_ / "dev");
     AddNode("hidraw0", "0003:0000046D:0000C077");
@@ -143,8 +141,6 @@ class Permission : public testing::Test {
     AddNode("hidraw2", "0003:00007A31:00003B99");
     AddNode("hidraw3", "0003:00007A31:0000CCDA");
   }
-
-  void TearDown() override { fs::remove_all(folder_); }
 
   void AddNode(const std::string& name, const std::string& id) {
     fs::create_directories(folder_ / "sys" / name / "device");
@@ -192,7 +188,8 @@ class Permission : public testing::Test {
     return {text, static_cast<std::size_t>(count > 0 ? count : 0)};
   }
 
-  fs::path folder_;
+  const ScratchFolder own_;
+  const fs::path& folder_ = own_.Path();
 };
 
 TEST_F(Permission, OwnNodeIsNoProblem) { EXPECT_EQ(Problem(), ""); }
