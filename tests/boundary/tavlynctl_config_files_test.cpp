@@ -213,6 +213,23 @@ TEST_F(TavlynctlConfigFiles, RightsOfAFile) {
   EXPECT_EQ(Leftovers(), 0);
 }
 
+// Whatever the name leads to meanwhile, what is tested is what is loaded.
+TEST_F(TavlynctlConfigFiles, AFileThatIsSwappedAwayAndBackIsTestedItself) {
+  const std::string name = (folder_ / "own.hwg").string();
+  WriteFile("own.hwg", "its own");
+  const ctl::TestedFile file(name);
+  WriteFile("own.hwg", "another's");
+  EXPECT_EQ(file.Pass([](const std::string& held) { return TextOf(held); }), "its own");
+  const auto fail = [](const std::string& held) { throw ctl::Failure(ctl::kBadFile, held + " is bad"); };
+  try {
+    file.Pass(fail);
+  } catch (const ctl::Failure& failure) {
+    EXPECT_EQ(failure.what(), name + " is bad");
+  }
+  WriteFile("own.hwg", "its own");
+  EXPECT_EQ(TextOf(file.ToLoad()), "its own");
+}
+
 // This is the process's only thread, so a child of it may run on.
 TEST_F(TavlynctlConfigFiles, ASignalLeavesNothing) {
   const pid_t child = fork();

@@ -115,8 +115,10 @@ struct SaveBle : BleFile {
 struct LoadBle : BleFile {
   [[nodiscard]] Json Run(const Request& request) const {
     const TestedFile file(path);
-    CheckTrailer(path, Trailer::kHwg);
-    CheckBleKind(path, Kind());
+    file.Pass([&](const std::string& held) {
+      CheckTrailer(held, Trailer::kHwg);
+      CheckBleKind(held, Kind());
+    });
     const Session session(request.link);
     session.Use(request.device);
     if (Kind().load(file.ToLoad()) != 1) throw NotTransferred(path + " could not be loaded into");

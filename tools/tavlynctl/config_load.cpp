@@ -116,7 +116,7 @@ struct LoadConfig {
 
   [[nodiscard]] Json Run(const Request& request) const {
     const TestedFile tested(path);
-    const std::uint32_t product = ProductOfFile(path);
+    const std::uint32_t product = tested.Pass(ProductOfFile);
     return product == kReaders ? LoadReader(tested, request) : LoadSettings(tested, product, request);
   }
 
@@ -130,9 +130,10 @@ struct LoadConfig {
   }
 
   [[nodiscard]] Json LoadReader(const TestedFile& tested, const Request& request) const {
-    const bool checked = secure || HasTrailer(path, Trailer::kHwg);
-    if (checked) CheckTrailer(path, Trailer::kHwg);
-    Template file = ReadTemplate(path);
+    const bool checked =
+        secure || tested.Pass([](const std::string& held) { return HasTrailer(held, Trailer::kHwg); });
+    if (checked) tested.Pass([](const std::string& held) { CheckTrailer(held, Trailer::kHwg); });
+    Template file = tested.Pass(ReadTemplate);
     const Session session(request.link);
     session.Use(request.device);
     const LoadPlan plan = PlanOf(std::move(file));
@@ -155,7 +156,8 @@ struct LoadConfig {
   [[nodiscard]] Json LoadSettings(const TestedFile& tested, std::uint32_t product,
                                   const Request& request) const {
     if (secure) RefuseSecure(product);
-    const SettingsFile file = ReadSettings(path, product);
+    const SettingsFile file =
+        tested.Pass([&](const std::string& held) { return ReadSettings(held, product); });
     CheckIgnored(file.ignored);
     const Session session(request.link, product);
     session.Use(request.device);

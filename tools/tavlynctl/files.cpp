@@ -64,6 +64,12 @@ Failure NothingIn(const std::string& path) {
 TestedFile::TestedFile(const std::string& path)
     : name_(path), contents_(ContentsOf(path)), held_(path, contents_) {}
 
+Failure TestedFile::OfTheFile(const Failure& failure) const {
+  std::string text = failure.what();
+  if (text.starts_with(held_.Path())) text.replace(0, held_.Path().size(), name_);
+  return {failure.code, text, failure.document};
+}
+
 const char* TestedFile::ToLoad() const {
   if (ContentsOf(name_) == contents_) return held_.Path().c_str();
   throw Failure(kBadFile, name_ + " was changed while it was to be loaded; nothing was written, try again");

@@ -30,15 +30,25 @@ class HeldFile {
   int file_;
 };
 
-// A file that is tested and then loaded by the library, which reads it anew: somebody may have replaced it.
+// A file that is tested and then loaded by the library: each reads it anew, and somebody may have replaced
+// it.
 class TestedFile {
  public:
-  // Before the tests. That a file cannot be read is for them to say.
+  // That a file cannot be read is for the tests to say.
   explicit TestedFile(const std::string& path);
+  // Runs a test with the path of what will be loaded; a Failure of it tells of the file that was named.
+  template <typename Test>
+  auto Pass(Test test) const try {
+    return test(held_.Path());
+  } catch (const Failure& failure) {
+    throw OfTheFile(failure);
+  }
   // Where to load what was tested from. Throws Failure if the file has changed meanwhile.
   [[nodiscard]] const char* ToLoad() const;
 
  private:
+  [[nodiscard]] Failure OfTheFile(const Failure& failure) const;
+
   std::string name_;
   std::string contents_;
   HeldFile held_;

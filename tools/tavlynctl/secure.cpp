@@ -48,7 +48,7 @@ struct LoadKeys {
 
   [[nodiscard]] Json Run(const Request& request) const {
     const TestedFile file(path);
-    CheckTrailer(path, Trailer::kIni);
+    file.Pass([](const std::string& held) { CheckTrailer(held, Trailer::kIni); });
     Json document = dryRun ? request.Document() : request.DeviceDocument();
     document["file"] = path;
     document["written"] = !dryRun;
