@@ -1,5 +1,4 @@
-/* Two readers with a role each, told apart by their serial numbers: the first card on either opens the door.
- */
+/* Two readers, told apart by their serial numbers: the first card on either opens the door. */
 #include <api.h>
 #include <stdio.h>
 #include <string.h>

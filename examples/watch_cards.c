@@ -1,5 +1,4 @@
-/* A line for each card and each reader that comes or goes, until Ctrl-C or, if a number is given, so many
- * lines. */
+/* A line for each card and reader that comes or goes, until Ctrl-C, or until so many lines. */
 #include <api.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -8,13 +7,18 @@
 
 static long lines_left = -1;
 
-static void tell(const char* text) {
-  printf("%s\n", text);
+static void end_line(void) {
+  printf("\n");
   fflush(stdout);
   if (lines_left > 0 && --lines_left == 0) {
     USBDisconnect();
     exit(0);
   }
+}
+
+static void tell(const char* text) {
+  printf("%s", text);
+  end_line();
 }
 
 static void wait_ms(long ms) {
@@ -23,11 +27,9 @@ static void wait_ms(long ms) {
 }
 
 static void tell_card(const uint8_t* id, unsigned bits) {
-  char text[16 + 2 * 32] = "";
-  size_t at = (size_t)snprintf(text, sizeof text, "card %u bits ", bits);
-  for (unsigned i = (bits + 7) / 8; i > 0; --i)
-    at += (size_t)snprintf(text + at, sizeof text - at, "%02X", id[i - 1]);
-  tell(text);
+  printf("card %u bits ", bits);
+  for (unsigned i = (bits + 7) / 8; i > 0; --i) printf("%02X", id[i - 1]);
+  end_line();
 }
 
 /* Returns when the reader no longer answers. */
