@@ -39,7 +39,7 @@ constexpr Link kLinks[] = {
     {faults::kCom, "COM, frames", 14127},
     {faults::kText, "COM, text", 12260},
     {faults::kTcp, "TCP", 11566},
-    {faults::kUdp, "UDP", 159},
+    {faults::kUdp, "UDP", 150},
     {faults::kBulk, "bulk", 55},
 };
 
