@@ -161,7 +161,7 @@ class Worker:
 
     def own(self, word):
         """An argument that names what the program loads: it is in the worker's folder."""
-        return word.replace(str(self.shop.base), str(self.folder)) if word.startswith(("-D", "-Wl,")) else word
+        return word.replace(str(self.shop.base), str(self.folder)) if word.startswith(("-D", "-Wl,-rpath")) else word
 
     def try_out(self, name, text):
         """What becomes of a file with other contents: a word, and the test that failed."""
