@@ -2,6 +2,7 @@
 #include <string>
 
 #include "tests/files/file_bench.h"
+#include "tests/reader/ascii_bench.h"
 
 namespace tavlyn::test {
 namespace {
@@ -157,6 +158,22 @@ TEST_F(TemplateWriteSeveral, NoConfigurationReadAtAll) {
   EXPECT_EQ(WriteDevCfgToFile(File().c_str()), 0xFFFFU);
   EXPECT_EQ(Fetch(File()), OnDisk(Heading() + CardLines(0xEF04, 1) + CardLines(0xF004, 0)));
   EXPECT_EQ(GetActConfig(), 1);
+}
+
+// In the text dialect a flag can have any value, and one that has no key stays as it was set.
+class TemplateWriteText : public AsciiBench {};
+
+TEST_F(TemplateWriteText, AFlagThatIsSetIsSavedAsOne) {
+  ascii.version = "{A1.2.3}...." + kAsciiPrompt;
+  ascii.variables = Listing(":disp.id.hex=5\r:op.cont=5\r");
+  Slot().record[kCfgFlags3].fill(5);
+  const std::string file = (Folder() / "save.txt").string();
+  EXPECT_EQ(WriteDevCfgToFile(file.c_str()), 1U);
+  const std::string saved = Fetch(file);
+  EXPECT_EQ(Field(field::CfgFlags2_bDspHex), 5);
+  for (const char* flag : {"bSndOnRx", "bDspHex", "bUseNumKP", "bSndSFON", "bSndSFFC", "bSndSFID",
+                           "bPrxProEm", "bUse64Bit", "bNotBootDev", "bLowerCaseHex"})
+    EXPECT_NE(saved.find(std::string("\n") + flag + " = 1 "), std::string::npos) << flag;
 }
 
 }  // namespace
