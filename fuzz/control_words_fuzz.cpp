@@ -18,9 +18,7 @@
 #include "sim/devices/reader.h"
 #include "sim/devices/reader_ascii.h"
 #include "sim/devices/sonar.h"
-
-// tools/tavlynctl/main.cpp
-int TavlynctlMain(int argc, char** argv);
+#include "tools/tavlynctl/commands.h"
 
 namespace tavlyn::fuzz {
 namespace {
@@ -76,7 +74,7 @@ void Run(Input input) {
   sim::ReaderAscii line(sim::Reader::Plain());
   const Loaded loaded;
   Plug(devices, loaded.host, line);
-  const int status = TavlynctlMain(static_cast<int>(words.size()), arguments.data());
+  const int status = ctl::Main(static_cast<int>(words.size()), arguments.data());
   Require(status >= 0 && status < 125);
   Require(GetDevCnt() == 0);
 }

@@ -7,17 +7,15 @@
 
 #include "fuzz/input.h"
 #include "tools/command_line.h"
+#include "tools/tavlynsim/commands.h"
 #include "tools/tavlynsim/run.h"
 
 namespace tavlyn::fuzz {
 namespace {
 
 void Parse(Input input) {
-  CLI::App app("Simulated devices", sim::kProgram);
-  app.require_subcommand(1);
-  const auto run = sim::AddRun(app);
-  app.add_subcommand("devices", "List what can be simulated");
-  AddCommonWords(app, [] { return std::string("0"); });
+  CLI::App app(sim::kAbout, sim::kProgram);
+  const auto execute = sim::AddCommands(app);
   std::vector<std::string> words;
   while (!input.IsEmpty()) words.emplace_back(input.Text('\n'));
   std::vector<const char*> arguments{sim::kProgram};

@@ -145,6 +145,14 @@ TEST_F(Completion, InEachShell) {
   }
 }
 
+// bash needs a function of its bash-completion package for it.
+TEST_F(Completion, WordsOfTheCommandThatIsRun) {
+  for (const std::string& line : {InZsh("tavlynsim run --repeat -- tavlynctl config s"),
+                                  InFish("tavlynsim run --repeat -- tavlynctl config s")}) {
+    EXPECT_EQ(WordsIn(RunLine(line).out), (Offered{"save", "set", "show"})) << line;
+  }
+}
+
 TEST_F(Completion, DevicesInEachShell) {
   std::ofstream(folder_ / "shells") << InBash("tavlynctl info --device ") << "\n"
                                     << InZsh("tavlynctl info --device ") << "\n"

@@ -119,16 +119,21 @@ int Program::Refuse(const CLI::ParseError& error, bool json) const {
                      json);
 }
 
+// A shell that completes a word has no place for a message.
+int Program::Complete(const std::vector<std::string>& words) try {
+  ShowCandidates(app_, words, Offers());
+  return kOk;
+} catch (const Failure& failure) {
+  return failure.code;
+}
+
 void Program::AddHelp() {
   AddCommonWords(app_, version_);
   app_.get_subcommand(kHelp)->group("Help");
 }
 
 int Program::Run(int argc, char** argv) {
-  if (const auto words = WordsToComplete(argc, argv)) {
-    ShowCandidates(app_, *words, Offers());
-    return kOk;
-  }
+  if (const auto words = WordsToComplete(argc, argv)) return Complete(*words);
   try {
     app_.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -105,6 +105,7 @@ class Program {
  private:
   CLI::App& NewWord(const std::string& words, const char* text);
   CLI::App& NewCommand(const std::string& words, const char* text);
+  int Complete(const std::vector<std::string>& words);
   int RunGiven();
   int Refuse(const CLI::ParseError& error, bool json) const;
 
