@@ -49,6 +49,30 @@ foreach(file IN LISTS wanted)
   endif()
 endforeach()
 
+# What is linked in has a name and a version each, and the licences' texts are there.
+set(parts_of_library libgcc)
+set(parts_of_tools CLI11 nlohmann-json)
+set(parts_of_simulator CLI11)
+foreach(component library tools simulator)
+  set(folder ${root}/share/doc/tavlynapi/linked/${component})
+  file(READ ${folder}/NOTICE notice)
+  file(READ ${folder}/sbom.cdx.json bill)
+  string(JSON count LENGTH "${bill}" components)
+  foreach(index RANGE 1 ${count})
+    math(EXPR index "${index} - 1")
+    string(JSON name GET "${bill}" components ${index} name)
+    string(JSON version GET "${bill}" components ${index} version)
+    string(FIND "${notice}" "== ${name} ${version}, " found)
+    if(NOT version MATCHES "^[0-9]+\\." OR found EQUAL -1)
+      message(FATAL_ERROR "${name} of ${component} has the version \"${version}\", and in NOTICE:\n${notice}")
+    endif()
+    list(REMOVE_ITEM parts_of_${component} ${name})
+  endforeach()
+  if(parts_of_${component} AND NOT (component STREQUAL "library" AND NOT RUNTIME))
+    message(FATAL_ERROR "${folder} says nothing of ${parts_of_${component}}")
+  endif()
+endforeach()
+
 run(python3 ${SOURCE}/scripts/check-hardening files --objdump ${OBJDUMP} --version ${VERSION} ${FORTIFIED}
   ${root}/bin ${root}/lib)
 
@@ -78,6 +102,18 @@ else()
   separate_arguments(flags UNIX_COMMAND "${output}")
   run(${CC} ${C_FLAGS} ${CONSUMER}/consumer.c ${flags} -o ${WORK}/by_pkg_config)
   expect_version(${CMAKE_COMMAND} -E env ${found_beside} ${WORK}/by_pkg_config)
+endif()
+
+# The CMake package gives Visual C++ its own import library, which mingw's linker understands too.
+if(WINDOWS)
+  run(${CMAKE_COMMAND} -S ${CONSUMER} -B ${WORK}/visual -G Ninja -DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN} -DMSVC=ON
+    -Dtavlynapi_DIR=${root}/lib/cmake/tavlynapi)
+  run(${CMAKE_COMMAND} --build ${WORK}/visual --verbose)
+  if(NOT output MATCHES "tavlynapi\\.lib")
+    message(FATAL_ERROR "the CMake package named another import library: ${output}")
+  endif()
+  file(COPY ${root}/bin/tavlynapi.dll DESTINATION ${WORK}/visual)
+  expect_version(${EMULATOR} ${WORK}/visual/consumer.exe)
 endif()
 
 # A program as Visual C++ builds it, with its kind of import library, calling convention and linker.
