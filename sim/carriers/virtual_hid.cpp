@@ -1,6 +1,7 @@
 #include "sim/carriers/virtual_hid.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace tavlyn::sim {
@@ -23,6 +24,9 @@ bool HasUsage(const HidDevice& device, HidUsage wanted) {
     return usage.page == wanted.page && usage.usage == wanted.usage;
   });
 }
+
+// Of an open handle, which is as wide everywhere as on a 64-bit processor, in the table.
+std::size_t Place(Handle device) { return static_cast<std::size_t>(device) - 1; }
 
 // Whether a report of this size and ID is one of the device's.
 bool Fits(const HidIdentity& identity, std::span<const std::uint8_t> report) {
@@ -72,12 +76,12 @@ Interface* VirtualHid::Find(const char* path) const {
 }
 
 bool VirtualHid::IsOpen(Handle device) const {
-  return device != 0 && device <= handles_.size() && handles_[device - 1] != nullptr;
+  return device != 0 && device <= handles_.size() && handles_[Place(device)] != nullptr;
 }
 
 Interface* VirtualHid::Reach(Handle device) const {
   if (!IsOpen(device)) return nullptr;
-  const Shared& interface = handles_[device - 1];
+  const Shared& interface = handles_[Place(device)];
   return IsListed(*interface) ? interface.get() : nullptr;
 }
 
@@ -153,7 +157,7 @@ void VirtualHid::Close(Handle device) {
   Event event{EventKind::kClose};
   event.handle = device;
   event.ok = IsOpen(device);
-  if (event.ok) handles_[device - 1] = nullptr;
+  if (event.ok) handles_[Place(device)] = nullptr;
   transcript_.Add(event);
 }
 

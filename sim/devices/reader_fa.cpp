@@ -111,8 +111,7 @@ FaAnswer Firmware(ReaderState& state, Frame frame, Taken) {
 
 FaAnswer CardTypes(ReaderState& state, Frame frame, Taken) {
   FaAnswer answer{{4, frame[2]}};
-  const Block page = CardTypePage(state, frame[2]);
-  answer.data.insert(answer.data.end(), page.begin(), page.end());
+  for (const std::uint8_t byte : CardTypePage(state, frame[2])) answer.data.push_back(byte);
   return answer;
 }
 

@@ -33,7 +33,8 @@ struct Failure {
 } failure;
 
 int ReallyPoll(pollfd* polled, nfds_t count, int milliseconds) {
-  return static_cast<int>(syscall(SYS_poll, polled, count, milliseconds));
+  const timespec limit{milliseconds / 1000, milliseconds % 1000 * 1'000'000L};
+  return static_cast<int>(syscall(SYS_ppoll, polled, count, milliseconds < 0 ? nullptr : &limit, nullptr, 0));
 }
 
 }  // namespace
@@ -70,7 +71,7 @@ int poll(pollfd* polled, nfds_t count, int milliseconds) {
 int clock_gettime(clockid_t clock, timespec* now) {
   if (clock != CLOCK_MONOTONIC || timeIsReal) return static_cast<int>(syscall(SYS_clock_gettime, clock, now));
   const nanoseconds shown = tavlyn::boundary::Now().time_since_epoch();
-  *now = {shown / kSecond, (shown % kSecond).count()};
+  *now = {static_cast<time_t>(shown / kSecond), static_cast<long>((shown % kSecond).count())};
   return 0;
 }
 

@@ -172,8 +172,8 @@ class Needle {
   [[nodiscard]] bool InMemory() const {
     std::ifstream maps("/proc/self/maps");
     for (std::string line; std::getline(maps, line);) {
-      std::uintptr_t begin = 0;
-      std::uintptr_t end = 0;
+      unsigned long begin = 0;
+      unsigned long end = 0;
       if (line.find(" rw-p ") == std::string::npos) continue;
       EXPECT_EQ(std::sscanf(line.c_str(), "%lx-%lx", &begin, &end), 2);
       if (StandsIn(reinterpret_cast<const char*>(begin), reinterpret_cast<const char*>(end))) return true;

@@ -157,8 +157,7 @@ TEST_F(HostLibusb, WithoutTheVariableTheSystemsFoldersAreSearched) {
   const OwnRoot root;
   ExpectRefused();
   for (const char* folder :
-       {"lib", "usr/lib", "lib64", "usr/lib64", "lib/aarch64-linux-gnu", "usr/lib/aarch64-linux-gnu",
-        "lib/x86_64-linux-gnu", "usr/lib/x86_64-linux-gnu"}) {
+       {"lib", "usr/lib", "lib64", "usr/lib64", "lib/" TAVLYN_MULTIARCH, "usr/lib/" TAVLYN_MULTIARCH}) {
     fs::create_directories(root.Of(folder));
     const fs::path found = root.Of(folder) / "libusb-0.1.so.4";
     fs::copy_file(file_, found);

@@ -222,7 +222,9 @@ TEST_F(HostPort, DescriptorZeroIsAPortLikeAnyOther) {
   close(STDIN_FILENO);
   auto port = Open();
   EXPECT_EQ(fcntl(STDIN_FILENO, F_GETFD), FD_CLOEXEC) << "it is the port's";
-  if (port != nullptr) EXPECT_EQ(Write(*port, "out"), 3u);
+  if (port != nullptr) {
+    EXPECT_EQ(Write(*port, "out"), 3u);
+  }
   EXPECT_EQ(ReadAll(far_.get()), "out");
   port.reset();
   EXPECT_EQ(fcntl(STDIN_FILENO, F_GETFD), -1) << "closed with the port";

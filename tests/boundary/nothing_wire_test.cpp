@@ -42,7 +42,7 @@ TEST_F(NothingAttached, DefaultConnectAsksNobody) {
 class RealLibusb : public Wire {
  protected:
   static std::string File() {
-    for (const char* folder : {"/usr/lib/x86_64-linux-gnu", "/usr/lib/aarch64-linux-gnu", "/usr/lib64"}) {
+    for (const char* folder : {"/usr/lib/" TAVLYN_MULTIARCH, "/usr/lib64"}) {
       const std::string file = std::string(folder) + "/libusb-0.1.so.4";
       if (std::filesystem::exists(file)) return std::filesystem::canonical(file).string();
     }

@@ -59,7 +59,9 @@ thread_local bool answering = false;
 
 std::int64_t Nanoseconds(const timespec& time) { return time.tv_sec * kSecond + time.tv_nsec; }
 
-timespec Timespec(std::int64_t time) { return {time / kSecond, time % kSecond}; }
+timespec Timespec(std::int64_t time) {
+  return {static_cast<std::time_t>(time / kSecond), static_cast<long>(time % kSecond)};
+}
 
 void PassUntil(std::int64_t moment) {
   std::int64_t now = shared->passed;

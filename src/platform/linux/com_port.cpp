@@ -1,5 +1,6 @@
 // Serial ports whose time-outs mean what they do on Windows. They are set through the kernel's own interface,
 // because that of libc has names for a few speeds only.
+#include <asm/ioctls.h>
 #include <asm/termbits.h>
 #include <fcntl.h>
 #include <poll.h>

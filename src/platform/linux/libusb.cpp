@@ -11,14 +11,9 @@
 namespace tavlyn::platform {
 namespace {
 
-constexpr std::array kFolders = {"/usr/lib/x86_64-linux-gnu",
-                                 "/lib/x86_64-linux-gnu",
-                                 "/usr/lib/aarch64-linux-gnu",
-                                 "/lib/aarch64-linux-gnu",
-                                 "/usr/lib64",
-                                 "/lib64",
-                                 "/usr/lib",
-                                 "/lib"};
+// Debian has a folder for each processor, of which others' libraries could not be loaded.
+constexpr std::array kFolders = {
+    "/usr/lib/" TAVLYN_MULTIARCH, "/lib/" TAVLYN_MULTIARCH, "/usr/lib64", "/lib64", "/usr/lib", "/lib"};
 
 Path LibraryFile() {
   if (const char* chosen = secure_getenv("TAVLYNAPI_LIBUSB"); chosen != nullptr)

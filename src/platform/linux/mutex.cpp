@@ -21,7 +21,7 @@ class SystemMutex final : public RecursiveMutex {
   void Close() override { pthread_mutex_destroy(&mutex_); }
 
  private:
-  pthread_mutex_t mutex_ = PTHREAD_RECURSIVE_MUTEX_INITIALIZER_NP;
+  pthread_mutex_t mutex_ = PTHREAD_MUTEX_INITIALIZER;  // becomes recursive when it is created
 };
 
 constinit NeverDestroyed<SystemMutex> mutexPart;

@@ -230,7 +230,7 @@ TEST_F(ConnectTest, HoldsTheLockFromBehindEnterToBeforeExit) {
   seen.clear();
   host.places.environment.insert("TAVLYNAPI_LOGGING");
   SetMarkerFunction([](const char* line, std::uint64_t length) {
-    const std::string text(line, length);
+    const std::string text(line, static_cast<std::size_t>(length));
     seen.emplace_back(text.substr(18, text.size() - 19), sim::VirtualHost::Instance().mutex.Depth());
   });
   Plug(Reader::Plain());
