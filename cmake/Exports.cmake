@@ -32,8 +32,12 @@ function(tavlyn_visual_c_library def_file library)
   endif()
   get_filename_component(folder ${library} DIRECTORY)
   file(MAKE_DIRECTORY ${folder})
+  set(machine i386)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+    set(machine i386:x86-64)
+  endif()
   add_custom_command(OUTPUT ${library}
-    COMMAND ${LLVM_DLLTOOL} -m i386:x86-64 -d ${def_file} -l ${library}
+    COMMAND ${LLVM_DLLTOOL} -m ${machine} -d ${def_file} -l ${library}
     DEPENDS ${def_file} VERBATIM)
   add_custom_target(tavlyn_visual_c_library ALL DEPENDS ${library})
 endfunction()

@@ -1,12 +1,15 @@
-# Builds the Windows library and its tests on Linux; the tests run under Wine.
+# Builds the Windows library and its tests on Linux; the tests run under Wine. TAVLYN_PROCESSOR may be i686.
+set(TAVLYN_PROCESSOR x86_64 CACHE STRING "x86_64 or i686")
+list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES TAVLYN_PROCESSOR)
 set(CMAKE_SYSTEM_NAME Windows)
-set(CMAKE_SYSTEM_PROCESSOR x86_64)
+set(CMAKE_SYSTEM_PROCESSOR ${TAVLYN_PROCESSOR})
+set(prefix ${TAVLYN_PROCESSOR}-w64-mingw32)
 
-set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
-set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
-set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
+set(CMAKE_C_COMPILER ${prefix}-gcc-posix)
+set(CMAKE_CXX_COMPILER ${prefix}-g++-posix)
+set(CMAKE_RC_COMPILER ${prefix}-windres)
 
-set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32)
+set(CMAKE_FIND_ROOT_PATH /usr/${prefix})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
