@@ -1,5 +1,6 @@
 # The last step before cpack packs what it has installed. A Debian package gets the files of its documentation folder
-# that only Debian wants; everything gets the time that SOURCE_DATE_EPOCH gives.
+# that only Debian wants; everything gets the time that SOURCE_DATE_EPOCH gives, and modes that owe nothing to the builder's
+# umask.
 if(CPACK_GENERATOR STREQUAL "DEB")
   foreach(component IN LISTS CPACK_COMPONENTS_ALL)
     string(TOUPPER ${component} upper)
@@ -19,6 +20,7 @@ if(CPACK_GENERATOR STREQUAL "DEB")
     endforeach()
   endforeach()
 endif()
+execute_process(COMMAND chmod -R u=rwX,go=rX ${CPACK_TEMPORARY_DIRECTORY} COMMAND_ERROR_IS_FATAL ANY)
 if(DEFINED ENV{SOURCE_DATE_EPOCH})
   execute_process(COMMAND find ${CPACK_TEMPORARY_DIRECTORY} -exec touch -h -d @$ENV{SOURCE_DATE_EPOCH} {} +
     COMMAND_ERROR_IS_FATAL ANY)
