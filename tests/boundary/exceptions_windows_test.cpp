@@ -30,10 +30,11 @@ class SystemExceptions : public ReaderUsb {
     reinterpret_cast<void (*)(const char*, unsigned)>(FindSymbol(setup, "tavlyn_standin_raise"))(call, code);
   }
 
+  static DWORD WINAPI Call(void* function) { return reinterpret_cast<decltype(&USBDisconnect)>(function)(); }
+
   void ExpectUnlocked() const {
     auto disconnect = CALL(*library_, USBDisconnect);
-    const auto other = [](void* call) -> DWORD { return reinterpret_cast<decltype(disconnect)>(call)(); };
-    HANDLE thread = CreateThread(nullptr, 0, other, reinterpret_cast<void*>(disconnect), 0, nullptr);
+    HANDLE thread = CreateThread(nullptr, 0, Call, reinterpret_cast<void*>(disconnect), 0, nullptr);
     EXPECT_EQ(WaitForSingleObject(thread, 60'000), WAIT_OBJECT_0) << "the library is locked";
     CloseHandle(thread);
   }

@@ -23,13 +23,13 @@ struct Import {
 // Replaces a function that the image imports by another. False if it imports none of that name.
 inline bool Replace(HMODULE image, const Import& import) {
   const auto* dos = At<IMAGE_DOS_HEADER>(image, 0);
-  const auto* nt = At<IMAGE_NT_HEADERS64>(image, static_cast<DWORD>(dos->e_lfanew));
+  const auto* nt = At<IMAGE_NT_HEADERS>(image, static_cast<DWORD>(dos->e_lfanew));
   const DWORD place = nt->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
   for (const auto* from = At<IMAGE_IMPORT_DESCRIPTOR>(image, place); from->Name != 0; ++from) {
-    const auto* wanted = At<IMAGE_THUNK_DATA64>(image, from->OriginalFirstThunk);
+    const auto* wanted = At<IMAGE_THUNK_DATA>(image, from->OriginalFirstThunk);
     auto* slot = At<void*>(image, from->FirstThunk);
     for (; wanted->u1.AddressOfData != 0; ++wanted, ++slot) {
-      if (IMAGE_SNAP_BY_ORDINAL64(wanted->u1.Ordinal)) continue;
+      if (IMAGE_SNAP_BY_ORDINAL(wanted->u1.Ordinal)) continue;
       const auto* found = At<IMAGE_IMPORT_BY_NAME>(image, static_cast<DWORD>(wanted->u1.AddressOfData));
       if (std::strcmp(reinterpret_cast<const char*>(found->Name), import.name) != 0) continue;
       DWORD before = 0;
