@@ -90,9 +90,9 @@ bool TakesPlaceAllTheSame(long call) {
 // The program has its own poll, which asks by itself whether it is to fail.
 bool IsWatched(long call) {
   static const std::bitset<512> watched = [] {
-    std::bitset<512> calls;
-    for (const SystemWay& way : kSystemWays) calls.set(static_cast<std::size_t>(way.call));
-    return calls.reset(SYS_poll);
+    std::bitset<512> listed;
+    for (const SystemWay& way : kSystemWays) listed.set(static_cast<std::size_t>(way.call));
+    return listed.reset(SYS_poll);
   }();
   return watched.test(static_cast<std::size_t>(call));
 }
