@@ -346,6 +346,19 @@ TEST_F(SonarModelParameters, AReadBringsValuesIntoTheirLimits) {
   }
 }
 
+TEST_F(SonarModelParameters, TheSensorTakesEveryWordThatIsNotReadOnly) {
+  ConnectSonar();
+  const Words before = WordsOf(EntryOfActDev().SonarBlock);
+  ChangeAll();
+  EXPECT_EQ(WriteCfg(), 1U);
+  EXPECT_EQ(ReadCfg(), 1U);
+  const Words after = WordsOf(EntryOfActDev().SonarBlock);
+  for (std::size_t word = 0; word < sonar::kWordCount; ++word) {
+    const sonar::Field& field = sonar::kFields[word];
+    EXPECT_EQ(after[word] == before[word], field.readOnly) << field.key;
+  }
+}
+
 TEST_F(SonarModelParameters, TheLastReadOfAnySensorTellsWhatIsReserved) {
   auto other = std::make_shared<sim::Sonar>();
   sonar->state.working[4][1] = 1;
