@@ -53,7 +53,7 @@ void LogLine(const char* tag, const char* format, ...) {
   std::size_t used = std::strftime(line, sizeof line, "%Y%m%d %H:%M:%S", &now);
   const auto add = [&](int count) {
     if (count > 0) used += static_cast<std::size_t>(count);
-    if (used > sizeof line - 2) used = sizeof line - 2;
+    used = std::min(used, sizeof line - 2);
   };
   add(std::snprintf(line + used, sizeof line - used, " %s ", tag));
   const std::size_t message = used;
