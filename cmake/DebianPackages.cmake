@@ -32,6 +32,7 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_BINARY_DIR}/lib)
 if(CMAKE_CROSSCOMPILING)
   list(APPEND CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${system_libraries})
 endif()
+string(REGEX MATCH "^[0-9]+" CPACK_DEBIAN_RUNTIME_VERSION "${CMAKE_CXX_COMPILER_VERSION}")
 
 set(library libtavlynapi${PROJECT_VERSION_MAJOR})
 set(summary "card readers, a magnetic-stripe reader and a sonar sensor")

@@ -14,9 +14,11 @@ foreach(file IN LISTS CPACK_PACKAGE_FILES)
       file(WRITE ${folder}/DEBIAN/control "${control}\nMulti-Arch: ${CPACK_DEBIAN_${upper}_PACKAGE_MULTIARCH}\n")
     endif()
   endforeach()
-  # A cross compiler's libraries are in packages of their own, which nobody has at run time.
+  # A cross compiler's libraries are in packages of their own, which nobody has at run time; that of the C++ runtime
+  # does not say since when it has which symbol.
   file(READ ${folder}/DEBIAN/control control)
   string(REGEX REPLACE "[:-]${CPACK_DEBIAN_PACKAGE_ARCHITECTURE}(-cross)?" "" control "${control}")
+  string(REGEX REPLACE "(libstdc\\+\\+6)([,\n])" "\\1 (>= ${CPACK_DEBIAN_RUNTIME_VERSION})\\2" control "${control}")
   file(WRITE ${folder}/DEBIAN/control "${control}")
   if(NOT EXISTS ${folder}/DEBIAN/shlibs)
     file(REMOVE ${folder}/DEBIAN/postinst ${folder}/DEBIAN/postrm)
