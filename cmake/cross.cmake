@@ -1,12 +1,12 @@
-# Builds for another processor of Linux, which TAVLYN_PROCESSOR names; its programs run under qemu. The compilers are
-# Debian's; scripts/setup --processors installs them.
+# Builds for another processor of Linux, which TAVLYN_PROCESSOR names; its programs run under qemu, those of 32-bit x86 on
+# the x86-64 itself. The compilers are Debian's; scripts/setup --processors installs them.
 set(CMAKE_SYSTEM_NAME Linux)
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES TAVLYN_PROCESSOR)
 
 #               Debian's name, CMake's name, compiler's prefix, qemu
 set(row_arm64   aarch64        aarch64-linux-gnu      qemu-aarch64)
 set(row_armhf   armv7l         arm-linux-gnueabihf    qemu-arm)
-set(row_i686    i686           i686-linux-gnu         qemu-i386)
+set(row_i686    i686           i686-linux-gnu)
 set(row_s390x   s390x          s390x-linux-gnu        qemu-s390x)
 list(POP_FRONT row_${TAVLYN_PROCESSOR} CMAKE_SYSTEM_PROCESSOR prefix qemu)
 
@@ -21,4 +21,6 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
-set(CMAKE_CROSSCOMPILING_EMULATOR ${qemu} -L /usr/${prefix})
+if(qemu)
+  set(CMAKE_CROSSCOMPILING_EMULATOR ${qemu} -L /usr/${prefix})
+endif()
