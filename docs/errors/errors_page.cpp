@@ -1,20 +1,16 @@
 // Compares what docs/errors.md and include/api/types.h say of the error words with the table of them, or
-// renews both:
-//
-//   errors_page PAGE HEADER
-//   errors_page --renew PAGE HEADER
+// renews both (docs/renewal).
 #include <array>
 #include <cctype>
 #include <cstdint>
 #include <cstdio>
-#include <fstream>
-#include <iostream>
-#include <sstream>
 #include <string>
-#include <string_view>
+#include <vector>
 
+#include "docs/renewal/renewal.h"
 #include "tools/tavlynctl/error_words.h"
 
+namespace tavlyn::page {
 namespace {
 
 struct Word {
@@ -58,66 +54,34 @@ std::string Defines() {
 }
 
 std::string Sums() {
-  std::string text = "\n| Word | In words |\n|---|---|\n";
-  for (const std::uint32_t sum : kSums) {
-    text += "| `" + Hex(sum) + "` | " + tavlyn::ctl::ErrorWords(sum) + " |\n";
-  }
-  return text + "\n";
+  std::vector<Row> rows;
+  for (const std::uint32_t sum : kSums) rows.push_back({Code(Hex(sum)), ctl::ErrorWords(sum)});
+  return Table({"Word", "In words"}, rows);
 }
 
 std::string Sections() {
-  std::string text = "\n| Word | Name | In words |\n|---|---|---|\n";
+  std::vector<Row> rows;
+  std::string sections;
   for (const Word& word : kWords) {
-    text += "| `" + Hex(word.value) + "` | [" + word.name + "](#" + Anchor(word.name) + ") | " + word.words +
-            " |\n";
+    rows.push_back({Code(Hex(word.value)), "[" + word.name + "](#" + Anchor(word.name) + ")", word.words});
+    sections += "\n### " + word.name + "\n\n" + Code(Hex(word.value)) + ". " + word.how + ": " + word.when +
+                "\n\n" + word.remedy + "\n";
   }
-  for (const Word& word : kWords) {
-    text += "\n### " + word.name + "\n\n`" + Hex(word.value) + "`. " + word.how + ": " + word.when + "\n\n" +
-            word.remedy + "\n";
-  }
-  return text + "\n";
+  return Table({"Word", "Name", "In words"}, rows) + sections;
 }
 
-// The text with what stands between the two marks made anew; empty if it does not have them.
-std::string With(const std::string& text, std::string_view begin, std::string_view end,
-                 const std::string& made) {
-  const std::size_t first = text.find(begin);
-  const std::size_t last = text.find(end, first);
-  if (first == std::string::npos || last == std::string::npos) return "";
-  return text.substr(0, first + begin.size()) + made + text.substr(last);
-}
-
-std::string PageOf(const std::string& text) {
-  return With(With(text, "<!-- sums -->\n", "<!-- end -->", Sums()), "<!-- words -->\n", "<!-- end -->",
-              Sections());
-}
-
-std::string HeaderOf(const std::string& text) {
-  return With(text, " * @{ */\n/* clang-format off */\n", "/* clang-format on */", Defines());
-}
-
-bool IsCurrent(const char* path, std::string (*made)(const std::string&), bool renew) {
-  std::ostringstream text;
-  text << std::ifstream(path).rdbuf();
-  const std::string current = made(text.str());
-  if (current.empty()) std::cerr << path << " has no place for the error words\n";
-  if (current.empty() || current == text.str()) return !current.empty();
-  if (renew) return static_cast<bool>(std::ofstream(path) << current);
-  std::cerr << path << " is not current. Renew it:\n"
-            << "  scripts/build release errors_page && build/release/bin/errors_page --renew docs/errors.md "
-               "include/api/types.h\n";
-  return false;
-}
+constexpr NamedTable kTables[] = {
+    {"error words", Defines},
+    {"sums", Sums},
+    {"words", Sections},
+};
 
 }  // namespace
+}  // namespace tavlyn::page
 
 int main(int count, char** words) {
-  const bool renew = count == 4 && std::string_view(words[1]) == "--renew";
-  if (!renew && count != 3) {
-    std::cerr << "usage: errors_page [--renew] PAGE HEADER\n";
-    return 2;
-  }
-  const bool page = IsCurrent(words[count - 2], PageOf, renew);
-  const bool header = IsCurrent(words[count - 1], HeaderOf, renew);
-  return page && header ? 0 : 1;
+  return tavlyn::page::Renewal(
+      {words + 1, words + count}, tavlyn::page::Among(tavlyn::page::kTables),
+      "scripts/build release errors_page && build/release/bin/errors_page --renew docs/errors.md "
+      "include/api/types.h");
 }

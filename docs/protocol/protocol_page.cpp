@@ -1,18 +1,11 @@
 // Compares the tables of docs/protocol.md with the library's own, or renews them (docs/renewal).
 #include <cstdio>
-#include <optional>
 #include <string>
-#include <string_view>
 
 #include "docs/protocol/page.h"
 
 namespace tavlyn::page {
 namespace {
-
-struct NamedTable {
-  std::string_view name;
-  std::string (*write)();
-};
 
 constexpr NamedTable kTables[] = {
     {"reader commands", ReaderCommands},
@@ -26,13 +19,6 @@ constexpr NamedTable kTables[] = {
     {"sonar commands", SonarCommands},
     {"sonar pages", SonarPages},
 };
-
-std::optional<std::string> TableNamed(const std::string& name) {
-  for (const NamedTable& table : kTables) {
-    if (table.name == name) return table.write();
-  }
-  return std::nullopt;
-}
 
 }  // namespace
 
@@ -50,7 +36,7 @@ std::string FieldName(FieldId id) {
 
 int main(int count, char** words) {
   return tavlyn::page::Renewal(
-      {words + 1, words + count}, tavlyn::page::TableNamed,
+      {words + 1, words + count}, tavlyn::page::Among(tavlyn::page::kTables),
       "scripts/build release protocol_page && build/release/bin/protocol_page --renew "
       "docs/protocol.md");
 }

@@ -18,6 +18,12 @@ struct Marks {
 
 constexpr Marks kMarkdown = {"<!-- table ", " -->", "<!-- end -->", "\n"};
 constexpr Marks kManual = {".\\\" table ", "", ".\\\" end", ""};
+constexpr Marks kHeader = {"/* table ", " */", "/* end */", ""};
+
+const Marks& MarksOf(const std::string& path) {
+  if (path.ends_with(".md")) return kMarkdown;
+  return path.ends_with(".h") ? kHeader : kManual;
+}
 
 // The name in a line that begins a table.
 std::optional<std::string> NameIn(const std::string& line, const Marks& marks) {
@@ -25,11 +31,12 @@ std::optional<std::string> NameIn(const std::string& line, const Marks& marks) {
   return line.substr(marks.begin.size(), line.size() - marks.begin.size() - marks.beginEnd.size());
 }
 
-// The page with all its tables made again; none if it names a table that does not exist.
+// The page with all its tables made again; none if it has no table or names one that does not exist.
 std::optional<std::string> Renewed(const std::string& page, const Marks& marks, const TableOf& tableOf) {
   std::istringstream lines(page);
   std::ostringstream renewed;
   bool inTable = false;
+  bool anyTable = false;
   for (std::string line; std::getline(lines, line);) {
     if (line == marks.end) inTable = false;
     if (!inTable) renewed << line << '\n';
@@ -41,15 +48,16 @@ std::optional<std::string> Renewed(const std::string& page, const Marks& marks, 
       return std::nullopt;
     }
     renewed << marks.gap << *table << marks.gap;
-    inTable = true;
+    inTable = anyTable = true;
   }
-  return renewed.str();
+  if (!anyTable) std::cerr << "no table\n";
+  return anyTable ? std::optional(renewed.str()) : std::nullopt;
 }
 
 int RenewPage(const std::string& path, bool renew, const TableOf& tableOf, const char* command) {
   std::ostringstream page;
   page << std::ifstream(path).rdbuf();
-  const auto renewed = Renewed(page.str(), path.ends_with(".md") ? kMarkdown : kManual, tableOf);
+  const auto renewed = Renewed(page.str(), MarksOf(path), tableOf);
   if (!renewed) return 2;
   if (*renewed == page.str()) return 0;
   if (renew) return std::ofstream(path) << *renewed ? 0 : 2;
@@ -58,6 +66,14 @@ int RenewPage(const std::string& path, bool renew, const TableOf& tableOf, const
 }
 
 }  // namespace
+
+TableOf Among(std::span<const NamedTable> tables) {
+  return [tables](const std::string& name) -> std::optional<std::string> {
+    const auto found = std::ranges::find(tables, name, &NamedTable::name);
+    if (found == tables.end()) return std::nullopt;
+    return found->write();
+  };
+}
 
 int Renewal(const std::vector<std::string>& arguments, const TableOf& tableOf, const char* command) {
   const bool renew = !arguments.empty() && arguments.front() == "--renew";

@@ -1,27 +1,20 @@
-// Compares the list of docs/threads.md with what the calls do, or renews it:
-//
-//   threads_page PAGE
-//   threads_page --renew PAGE
+// Compares the list of docs/threads.md with what the calls do, or renews it (docs/renewal).
 #include <gtest/gtest.h>
 
 #include <array>
 #include <filesystem>
-#include <fstream>
-#include <iostream>
-#include <sstream>
+#include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "docs/renewal/renewal.h"
 #include "docs/threads/overlap.h"
 
 namespace tavlyn::page {
 namespace {
 
-std::string path;
-bool renew = false;
-
-constexpr std::string_view kBegin = "<!-- calls -->\n";
-constexpr std::string_view kEnd = "<!-- end -->\n";
+std::vector<std::string> arguments;
 
 // In the order of Overlap.
 constexpr std::array<std::string_view, 4> kHeadings = {"### Locked", "### Read", "### Change", "### Talk"};
@@ -41,30 +34,18 @@ std::string Lists(const std::map<std::string_view, Overlap>& calls) {
       if (!fits) line = names.size();
       names += word;
     }
-    text += "\n" + std::string(kHeadings[at]) + ": " + std::to_string(count) + "\n\n" + names + "\n";
+    text += std::string(kHeadings[at]) + ": " + std::to_string(count) + "\n\n" + names + "\n\n";
   }
-  return text + "\n";
-}
-
-std::string TextOfPage() {
-  std::ostringstream text;
-  text << std::ifstream(path).rdbuf();
-  return text.str();
+  text.pop_back();
+  return text;
 }
 
 TEST_F(Watched, ThePageIsCurrent) {
-  const std::string page = TextOfPage();
-  const std::size_t begin = page.find(kBegin);
-  const std::size_t end = page.find(kEnd);
-  ASSERT_TRUE(begin != std::string::npos && end != std::string::npos) << path << " has no place for the list";
-  const std::size_t after = begin + kBegin.size();
-  const std::string current = page.substr(0, after) + Lists(OverlapOfAll()) + page.substr(end);
-  if (renew) {
-    ASSERT_TRUE(std::ofstream(path) << current);
-  } else {
-    EXPECT_EQ(page, current) << "Renew it:\n  scripts/build release threads_page && "
-                                "build/release/bin/threads_page --renew docs/threads.md";
-  }
+  const auto calls = [this](const std::string& /*name*/) { return Lists(OverlapOfAll()); };
+  EXPECT_EQ(
+      Renewal(arguments, calls,
+              "scripts/build release threads_page && build/release/bin/threads_page --renew docs/threads.md"),
+      0);
 }
 
 }  // namespace
@@ -72,11 +53,10 @@ TEST_F(Watched, ThePageIsCurrent) {
 
 int main(int count, char** words) {
   testing::InitGoogleTest(&count, words);
-  tavlyn::page::renew = count == 3 && std::string_view(words[1]) == "--renew";
-  if (!tavlyn::page::renew && count != 2) {
-    std::cerr << "usage: threads_page [--renew] PAGE\n";
-    return 2;
+  // The test works in a folder of its own.
+  tavlyn::page::arguments.assign(words + 1, words + count);
+  for (std::string& word : tavlyn::page::arguments) {
+    if (!word.starts_with("--")) word = std::filesystem::absolute(word);
   }
-  tavlyn::page::path = std::filesystem::absolute(words[count - 1]);
   return RUN_ALL_TESTS();
 }

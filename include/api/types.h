@@ -165,6 +165,7 @@ typedef struct tsBprRlyCtrl {
  * it can hold several at once.
  * @{ */
 /* clang-format off */
+/* table error words */
 #define TAVLYN_ERR_SEP_NULL          0x1u         /**< Added: GetSepFldData or SetSepFldData got a null buffer. */
 #define TAVLYN_ERR_SEP_UNREAD        0x2u         /**< Added: GetSepFldData found that the configuration was not read. */
 #define TAVLYN_ERR_ASCII_LENGTH      0x100u       /**< Replaces the word: an ID read in the ASCII dialect got a buffer of fewer than 8 bytes. */
@@ -205,6 +206,7 @@ typedef struct tsBprRlyCtrl {
 #define TAVLYN_ERR_REFERENCE         0x80000000u  /**< Added: an exchange of WriteEV1FileRefrence or WriteSEKeyRefrence failed. */
 #define TAVLYN_ERR_SECURE            0x81000000u  /**< Added: an exchange of secure data or of transparent mode failed. */
 #define TAVLYN_ERR_INTEGRITY         0x91000000u  /**< Added: a trailer does not fit its file, or could not be computed. */
+/* end */
 /* clang-format on */
 /** @} */
 
