@@ -31,9 +31,10 @@ if(NOT EXISTS ${runtime})
     COMMAND_ERROR_IS_FATAL ANY)
 endif()
 set(CMAKE_CXX_STANDARD_LIBRARIES ${runtime})
+# These specs do not ask for the table in which exceptions find their handlers, as those of g++ do.
 foreach(kind EXE SHARED MODULE)
   set(CMAKE_${kind}_LINKER_FLAGS_INIT
-    "-specs=/usr/lib/x86_64-linux-musl/musl-gcc.specs -static-libstdc++ -static-libgcc")
+    "-specs=/usr/lib/x86_64-linux-musl/musl-gcc.specs -static-libstdc++ -static-libgcc -Wl,--eh-frame-hdr")
 endforeach()
 
 set(CMAKE_FIND_ROOT_PATH /usr/lib/x86_64-linux-musl)
