@@ -6,6 +6,7 @@
 // winsock2.h has to come first.
 #include <windows.h>
 
+#include <cstdint>
 #include <cstring>
 
 namespace tavlyn::boundary {
@@ -50,6 +51,32 @@ template <typename Function>
 Function* Original(const char* library, const char* name) {
   return reinterpret_cast<Function*>(
       reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA(library), name)));
+}
+
+// While it lives, this program's calls of a function of the system go to another one.
+class Redirected {
+ public:
+  Redirected(const char* library, const char* name, void* replacement)
+      : import_{name, reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA(library), name))},
+        done_(Replace(GetModuleHandleA(nullptr), {name, replacement})) {}
+  ~Redirected() { Replace(GetModuleHandleA(nullptr), import_); }
+  Redirected(const Redirected&) = delete;
+  Redirected& operator=(const Redirected&) = delete;
+
+  [[nodiscard]] bool Done() const { return done_; }
+
+ private:
+  Import import_;
+  bool done_;
+};
+
+// A function of the same type as another one, which only gives that answer.
+template <std::intptr_t kAnswer, typename Result, typename... Arguments>
+void* ConstantAnswer(Result(WINAPI*)(Arguments...)) {
+  struct Only {
+    static Result WINAPI Call(Arguments...) { return (Result)kAnswer; }
+  };
+  return reinterpret_cast<void*>(Only::Call);
 }
 
 }  // namespace tavlyn::boundary

@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 #include <ctime>
+#include <vector>
 
 #include "platform/platform.h"
 #include "tests/boundary/imports_windows.h"
@@ -38,6 +39,32 @@ TEST(ClockTest, TheTimeIsTheSystemsWhateverTZSays) {
   EXPECT_STREQ(text, "Sat 20260228 23:59:58");
   _putenv("TZ=");
   _tzset();
+}
+
+std::vector<DWORD> pauses;
+void WINAPI NotedSleep(DWORD milliseconds) { pauses.push_back(milliseconds); }
+
+TEST(ClockTest, WithoutPunctualTimersThePauseIsTheSystems) {
+  const boundary::Redirected sleep("kernel32", "Sleep", reinterpret_cast<void*>(NotedSleep));
+  ASSERT_TRUE(sleep.Done());
+  const struct {
+    const char* name;
+    void* refusal;
+  } kCalls[] = {
+      {boundary::kNoTimers.name, boundary::kNoTimers.replacement},
+      {"SetWaitableTimer", boundary::ConstantAnswer<FALSE>(SetWaitableTimer)},
+      {"WaitForSingleObject", boundary::ConstantAnswer<WAIT_TIMEOUT>(WaitForSingleObject)},
+  };
+  for (const auto& call : kCalls) {
+    const boundary::Redirected refused("kernel32", call.name, call.refusal);
+    EXPECT_TRUE(refused.Done()) << call.name;
+    pauses.clear();
+    TheHost().clock.Sleep(7);
+    EXPECT_EQ(pauses, std::vector<DWORD>{7}) << call.name;
+  }
+  pauses.clear();
+  TheHost().clock.Sleep(1);
+  EXPECT_TRUE(pauses.empty());
 }
 
 }  // namespace

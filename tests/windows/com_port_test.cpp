@@ -187,6 +187,49 @@ TEST(ComPortTest, OpeningEmptiesTheQueue) {
   EXPECT_EQ(Read(*right, 16), "");
 }
 
+TEST(ComPortTest, APortThatRefusesASettingDoesNotOpen) {
+  const struct {
+    const char* name;
+    void* refusal;
+  } kSettings[] = {
+      {"SetCommMask", boundary::ConstantAnswer<FALSE>(SetCommMask)},
+      {"SetupComm", boundary::ConstantAnswer<FALSE>(SetupComm)},
+      {"SetCommTimeouts", boundary::ConstantAnswer<FALSE>(SetCommTimeouts)},
+      {"SetCommState", boundary::ConstantAnswer<FALSE>(SetCommState)},
+  };
+  for (const auto& setting : kSettings) {
+    const boundary::Redirected refused("kernel32", setting.name, setting.refusal);
+    EXPECT_TRUE(refused.Done() && Open(kLeft) == nullptr) << setting.name;
+  }
+  EXPECT_NE(Open(kLeft), nullptr);
+}
+
+DCB askedLine;
+
+BOOL WINAPI NotedLine(HANDLE port, DCB* asked) {
+  askedLine = *asked;
+  return boundary::Original<decltype(SetCommState)>("kernel32", "SetCommState")(port, asked);
+}
+
+TEST(ComPortTest, TheUsualLineNeedsNoHelpOfTheSystem) {
+  const boundary::Redirected noted("kernel32", "SetCommState", reinterpret_cast<void*>(NotedLine));
+  const boundary::Redirected refused("kernel32", "BuildCommDCBA",
+                                     boundary::ConstantAnswer<FALSE>(BuildCommDCBA));
+  ASSERT_TRUE(noted.Done() && refused.Done());
+  EXPECT_NE(TheHost().ports.Open(kLeft, {19200, 2, 2}, kPatient), nullptr);
+  EXPECT_EQ(askedLine.DCBlength, sizeof askedLine);
+  EXPECT_EQ(askedLine.BaudRate, 19200u);
+  EXPECT_EQ(askedLine.ByteSize, 8);
+}
+
+TEST(ComPortTest, AReadThatFailsGivesNothing) {
+  const auto port = Open(kLeft);
+  ASSERT_NE(port, nullptr);
+  const boundary::Redirected refused("kernel32", "ReadFile", boundary::ConstantAnswer<FALSE>(ReadFile));
+  EXPECT_TRUE(refused.Done());
+  EXPECT_EQ(Read(*port, 4), "");
+}
+
 TEST(ComPortTest, AClosedPortMovesNothingAndOpensAgain) {
   const auto left = Open(kLeft);
   auto right = Open(kRight);

@@ -9,6 +9,7 @@
 
 #include "platform/platform.h"
 #include "platform/windows/system.h"
+#include "tests/boundary/imports_windows.h"
 
 namespace tavlyn::platform {
 namespace {
@@ -118,6 +119,23 @@ TEST_F(ComRegistryTest, OnlyParametersAreLookedInto) {
   PutText(kPort, "\\B\\Other Parameters", "PortName", "COM42");
   PutText(kPort, "\\C" + kParameters + "\\Deeper" + kParameters, "PortName", "COM43");
   EXPECT_EQ(Found(), (std::vector{40, 43}));
+}
+
+TEST_F(ComRegistryTest, WhatCannotBeListedIsPassedOver) {
+  PutPort("COM12");
+  const struct {
+    const char* name;
+    void* refusal;
+  } kCalls[] = {
+      {"RegQueryInfoKeyA", boundary::ConstantAnswer<ERROR_ACCESS_DENIED>(RegQueryInfoKeyA)},
+      {"RegEnumKeyExA", boundary::ConstantAnswer<ERROR_ACCESS_DENIED>(RegEnumKeyExA)},
+      {"RegEnumValueA", boundary::ConstantAnswer<ERROR_ACCESS_DENIED>(RegEnumValueA)},
+  };
+  for (const auto& call : kCalls) {
+    const boundary::Redirected refused("advapi32", call.name, call.refusal);
+    EXPECT_TRUE(refused.Done() && Found().empty()) << call.name;
+  }
+  EXPECT_EQ(Found(), std::vector{12});
 }
 
 // Names that are cut to their buffer must not make the search loop.

@@ -86,6 +86,11 @@ TEST_F(HidTest, ReadThatCannotBeginFindsNothing) {
   EXPECT_EQ(hid_.Open("\\\\.\\pipe\\tavlyn-there-is-none", OpenMode::kOverlapped), kNoHandle);
 }
 
+TEST_F(HidTest, WhatIsNoHidDeviceHasNoUsage) {
+  Open();
+  EXPECT_EQ(hid_.TopUsage(device_, {1, 6}), UsageMatch::kUnreadable);
+}
+
 class HidOpenTest : public testing::Test {
  protected:
   void SetUp() override {

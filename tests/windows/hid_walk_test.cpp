@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/boundary/imports_windows.h"
+
 namespace tavlyn::platform {
 namespace {
 
@@ -140,6 +142,13 @@ TEST_F(HidWalkTest, ErrorWordDecidesWhenTheLengthCallThrows) {
   EXPECT_EQ(setup.calls, (Calls{"interface 0 32", "length"}));
   setup.length = {ERROR_INSUFFICIENT_BUFFER, true};
   EXPECT_EQ(Step(), WalkStep::kPath);
+}
+
+TEST_F(HidWalkTest, WithoutMemoryTheWalkEnds) {
+  const boundary::Redirected refused("kernel32", "LocalAlloc", boundary::ConstantAnswer<0>(LocalAlloc));
+  EXPECT_TRUE(refused.Done());
+  EXPECT_EQ(Step(), WalkStep::kEnd);
+  EXPECT_EQ(setup.calls, (Calls{"interface 0 32", "length"}));
 }
 
 TEST_F(HidWalkTest, DetailThatIsNotToldIsPassedOver) {

@@ -115,6 +115,15 @@ TEST_F(LibusbTest, SignedFileThatWasChangedIsRefused) {
   ExpectRefused();
 }
 
+TEST_F(LibusbTest, SignedFileThatDoesNotLoadIsRefused) {
+  ExpectRefused();  // and the verifier has been looked up
+  ASSERT_TRUE(CopyFileA(TAVLYN_SIGNED, kPlace, FALSE));
+  const boundary::Redirected refused("kernel32", "LoadLibraryExA",
+                                     boundary::ConstantAnswer<0>(LoadLibraryExA));
+  EXPECT_TRUE(refused.Done());
+  ExpectRefused();
+}
+
 void LibusbTest::UseSigned() {
   ASSERT_TRUE(CopyFileA(TAVLYN_SIGNED, kPlace, FALSE));
   ASSERT_TRUE(usb_.Load());

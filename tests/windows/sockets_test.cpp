@@ -292,5 +292,35 @@ TEST_F(SocketsTest, ThisHostHasAnAddress) {
   EXPECT_EQ(sockets_.Connect(Tcp(), {ip, peer.Port()}), 0);
 }
 
+hostent* WSAAPI NoAddresses(const char*) {
+  static char* none = nullptr;
+  static hostent host{};
+  host.h_addr_list = &none;
+  return &host;
+}
+
+TEST_F(SocketsTest, AHostMayHaveNoAddress) {
+  const struct {
+    const char* name;
+    void* answer;
+  } kCalls[] = {
+      {"gethostname", boundary::ConstantAnswer<SOCKET_ERROR>(gethostname)},
+      {"gethostbyname", boundary::ConstantAnswer<0>(gethostbyname)},
+      {"gethostbyname", reinterpret_cast<void*>(NoAddresses)},
+  };
+  for (const auto& call : kCalls) {
+    const boundary::Redirected answering("ws2_32", call.name, call.answer);
+    std::array<std::uint8_t, 4> ip{};
+    EXPECT_TRUE(answering.Done() && !sockets_.HostAddress(ip)) << call.name;
+  }
+}
+
+TEST_F(SocketsTest, WithoutASocketThereIsNoHandle) {
+  const boundary::Redirected refused("ws2_32", "WSASocketW", boundary::ConstantAnswer<-1>(WSASocketW));
+  ASSERT_TRUE(refused.Done());
+  EXPECT_EQ(sockets_.OpenTcp(), kNoHandle);
+  EXPECT_EQ(sockets_.OpenUdp(), kNoHandle);
+}
+
 }  // namespace
 }  // namespace tavlyn::platform
