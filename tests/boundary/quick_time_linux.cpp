@@ -6,7 +6,7 @@
 //
 // A program that sleeps so that another process can answer checks for the answer next. If there is none yet,
 // a check of a socket waits until the simulator that shares the clock has looked and found nothing left to
-// do; any other check really waits for as long as the program slept.
+// do; any other check really waits for as long as the program slept, and then for the simulator too.
 #include <fcntl.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
@@ -175,7 +175,12 @@ int poll(pollfd* polled, nfds_t count, int milliseconds) {
   const std::int64_t end = shared->passed + length;
   const std::int64_t owedToo = TakeOwed();
   const timespec limit = Timespec(IsAnswered() ? 0 : length + owedToo);
-  const int ready = ReallyPoll(polled, count, milliseconds < 0 ? nullptr : &limit);
+  int ready = ReallyPoll(polled, count, milliseconds < 0 ? nullptr : &limit);
+  // For a moment neither side has what a terminal carries: it may be on its way to the simulator, then back.
+  const timespec carried = Timespec(10 * kMillisecond);
+  for (int way = 0; way < 2 && ready == 0 && length + owedToo != 0 && HasSimulatorRested(); ++way) {
+    ready = ReallyPoll(polled, count, &carried);
+  }
   if (ready == 0) PassUntil(end);
   return ready;
 }

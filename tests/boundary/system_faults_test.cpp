@@ -43,7 +43,7 @@ constexpr Link kLinks[] = {
     {faults::kText, "COM, text", 12260},
     {faults::kTcp, "TCP", 11566},
     {faults::kUdp, "UDP", 150},
-    {faults::kBulk, "bulk", 55},
+    {faults::kBulk, "bulk", 54},
 };
 
 struct Ran {
