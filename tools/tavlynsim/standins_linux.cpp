@@ -19,9 +19,7 @@ constexpr const char* kUsbStandin = "libtavlyn-standin-usb.so";
 std::optional<fs::path> HidStandinFolder(std::string& problem) {
   std::error_code none;
   const fs::path beside = fs::read_symlink("/proc/self/exe", none).parent_path().parent_path();
-  for (const char* folder : {TAVLYN_STANDIN_FOLDER, TAVLYN_STANDIN_LIBDIR}) {
-    if (fs::exists(beside / folder / kHidStandin, none)) return beside / folder;
-  }
+  if (fs::exists(beside / TAVLYN_STANDIN_FOLDER / kHidStandin, none)) return beside / TAVLYN_STANDIN_FOLDER;
   problem = std::string("the stand-in ") + kHidStandin + " is not installed";
   return std::nullopt;
 }
