@@ -17,16 +17,33 @@ std::string TextLine(const std::string& line) {
   return (isRequest ? "\\&" : "") + Escaped(line) + "\n";
 }
 
+// Of at most this many characters, as mandoc wants it.
+constexpr std::size_t kWidth = 78;
+
+std::string Folded(const std::string& sentence) {
+  std::string lines;
+  std::size_t begin = 0;
+  while (sentence.size() - begin > kWidth) {
+    std::size_t end = sentence.rfind(' ', begin + kWidth);
+    if (end == std::string::npos || end <= begin) end = sentence.find(' ', begin);
+    if (end == std::string::npos) break;
+    lines += TextLine(sentence.substr(begin, end - begin));
+    begin = end + 1;
+  }
+  return lines + TextLine(sentence.substr(begin));
+}
+
 }  // namespace
 
 std::string Sentences(const std::string& text) {
+  if (text.empty()) return {};
   std::string lines;
   std::size_t begin = 0;
   for (std::size_t end = 0; (end = text.find(". ", begin)) != std::string::npos; begin = end + 2) {
-    lines += TextLine(text.substr(begin, end + 1 - begin));
+    lines += Folded(text.substr(begin, end + 1 - begin));
   }
   const std::string last = text.substr(begin);
-  return lines + TextLine(last.ends_with('.') ? last : last + ".");
+  return lines + Folded(last.ends_with('.') ? last : last + ".");
 }
 
 std::string Argument(const std::string& word) {

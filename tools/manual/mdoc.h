@@ -5,7 +5,7 @@
 
 namespace tavlyn::manual {
 
-// A text of its own lines: each sentence begins a new one, and nothing in it is a request.
+// A text of its own short lines: each sentence begins a new one, and nothing in it is a request.
 std::string Sentences(const std::string& text);
 // A word of a line of requests that is none itself.
 std::string Argument(const std::string& word);
