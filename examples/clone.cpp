@@ -19,9 +19,13 @@ int main(int count, char** words) {
   for (int16_t i = 0; i < GetDevCnt(); ++i) {
     SetActDev(i);
     // First read: a load writes what differs from what was read.
-    const bool done = ReadCfg() == 1 && ReadDevCfgFromSecureFile(words[1]) == 1;
-    if (!done) ++failures;
-    std::cout << GetSerialNumber() << (done ? " loaded" : " failed") << '\n';
+    if (ReadCfg() == 1 && ReadDevCfgFromSecureFile(words[1]) == 1) {
+      std::cout << GetSerialNumber() << " loaded\n";
+    } else {
+      std::cerr << "reader " << i << " failed (error word " << std::hex << GetLastLibErr() << std::dec
+                << ")\n";
+      ++failures;
+    }
   }
   if (GetDevCnt() == 0) std::cerr << "no reader\n";
   const bool good = GetDevCnt() > 0 && failures == 0;

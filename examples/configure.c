@@ -29,8 +29,9 @@ int main(int count, char** words) {
   if (GetFlags2(&flags) != 1 || GetTimeParms(&times) != 1) return failed("not read");
   printf("beep %d, an ID stays for %d ms\n", flags.bBeepID, times.iIDHoldTO);
 
-  /* Its result does not show a full disk; the trailer does. */
-  if (WriteDevCfgToSecureFile(words[1]) != 1 || CheckTamperedFile(words[1], 0) != 1)
+  /* Its result shows neither a reader that went away, which the error word does, nor a full disk, which the
+   * trailer does. */
+  if (WriteDevCfgToSecureFile(words[1]) != 1 || GetLastLibErr() != 0 || CheckTamperedFile(words[1], 0) != 1)
     return failed("not saved");
   printf("saved as %s\n", words[1]);
   USBDisconnect();

@@ -14,16 +14,16 @@ int main(int count, char** words) {
   }
   SetConnectProduct(1); /* card readers */
   SetDevTypeSrch(0);    /* on USB only: keys would cross a network in the clear */
-  if (USBConnect(NULL) != 1 || GetDevCnt() != 1) {
-    fprintf(stderr, "%d readers; plug in exactly one (error word %X)\n", GetDevCnt(),
-            (unsigned)GetLastLibErr());
-    USBDisconnect();
-    return 1;
+  int done = USBConnect(NULL) == 1;
+  if (GetDevCnt() != 1) {
+    fprintf(stderr, "%d readers; plug in exactly one\n", GetDevCnt());
+    done = 0;
+  } else {
+    /* The result is that of the last item alone, so it is safest to have one item in a file. */
+    done = done && LoadIniFile(words[1]) == 1;
+    if (!done) fprintf(stderr, "not loaded (error word %X); try again\n", (unsigned)GetLastLibErr());
+    if (done) printf("loaded\n");
   }
-  /* The result is that of the last item; keys stay neither in this program nor in the library. */
-  const int done = LoadIniFile(words[1]) == 1;
-  if (!done) fprintf(stderr, "not loaded (error word %X); load the file again\n", (unsigned)GetLastLibErr());
-  if (done) printf("loaded\n");
   USBDisconnect();
   return !done;
 }

@@ -1,4 +1,5 @@
 /* Waits for a card on the first reader and prints its ID. */
+#define _POSIX_C_SOURCE 199309L /* nanosleep */
 #include <api.h>
 #include <stdio.h>
 #include <time.h>

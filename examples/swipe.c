@@ -1,4 +1,5 @@
 /* Prints the tracks of the next swipe through a magnetic-stripe reader. */
+#define _POSIX_C_SOURCE 199309L /* nanosleep */
 #include <api.h>
 #include <stdio.h>
 #include <time.h>

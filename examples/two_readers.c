@@ -1,4 +1,5 @@
 /* Two readers, told apart by their serial numbers: the first card on either opens the door. */
+#define _POSIX_C_SOURCE 199309L /* nanosleep */
 #include <api.h>
 #include <stdio.h>
 #include <string.h>
@@ -26,7 +27,7 @@ int main(int count, char** words) {
   for (int i = 0; i < 2; ++i) {
     readers[i] = find_reader(words[i + 1]);
     if (readers[i] < 0 || ReadCfg() != 1) {
-      fprintf(stderr, "%s: reader %s is not there\n", roles[i], words[i + 1]);
+      fprintf(stderr, "%s: reader %s is not there, or does not answer\n", roles[i], words[i + 1]);
       USBDisconnect();
       return 1;
     }

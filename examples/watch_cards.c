@@ -1,4 +1,5 @@
 /* A line for each card and reader that comes or goes, until Ctrl-C, or until so many lines. */
+#define _POSIX_C_SOURCE 199309L /* nanosleep */
 #include <api.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -48,6 +49,7 @@ static void watch_cards(void) {
 }
 
 int main(int count, char** words) {
+  int waiting = 0;
   if (count > 1) lines_left = atol(words[1]);
   SetConnectProduct(1); /* card readers */
   SetDevTypeSrch(0);    /* on USB */
@@ -56,7 +58,10 @@ int main(int count, char** words) {
       tell("reader");
       watch_cards();
       tell("reader gone");
+    } else if (!waiting) {
+      fprintf(stderr, "waiting for a reader\n");
     }
+    waiting = 1;
     USBDisconnect(); /* also after a connect that found nothing: each connect needs it */
   }
 }
