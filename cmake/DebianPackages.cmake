@@ -84,7 +84,7 @@ set(CPACK_DEBIAN_DOC_PACKAGE_MULTIARCH foreign)
 set(CPACK_DEBIAN_DOC_PACKAGE_ARCHITECTURE all)
 set(CPACK_COMPONENT_DOC_DESCRIPTION "${summary} (documentation)
 What each call does with each product, what goes over the wire, the tools, and
-examples in C.")
+examples in C and C++.")
 
 # Texts that every Debian package has in its documentation folder.
 set(texts ${CMAKE_CURRENT_BINARY_DIR}/debian)
