@@ -13,6 +13,7 @@ constexpr Variable kVariables[] = {
      "The file of libusb-0.1, in place of libusb-0.1.so.4 in the system's library folders."},
     {"XDG_STATE_HOME", kUsers, "The folder below which the trace is."},
     {"HOME", kUsers, "Its .local/state is that folder if XDG_STATE_HOME is not set."},
+    {"TAVLYNCTL_DEVICE", kTavlynctl, "The device, for commands without --device."},
     {"TAVLYNSIM_SOCKET", kTavlynsim, "Set for COMMAND: where the simulated devices are reached."},
     {"LD_LIBRARY_PATH", kTavlynsim,
      "Set for COMMAND: it begins with the folder of the stand-in for libhidapi-hidraw.so.0."},

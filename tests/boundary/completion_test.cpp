@@ -114,11 +114,18 @@ TEST_F(Completion, EveryCommandIsOffered) {
 }
 
 TEST_F(Completion, DevicesThatAreAttached) {
-  const Ended all = Simulated("--device reader,serial=0400777777 --device plus:2 --device sonar",
-                              "complete -- info --device \"\"");
+  const Ended all =
+      Simulated("--device reader,serial=0400777777 --device plus:2,serial=12 --device sonar,luid=1",
+                "complete -- info --device \"\"");
   EXPECT_EQ(all.out,
-            "0\tcard reader, serial number 0400777777, /dev/hidraw-sim1; sonar sensor, /dev/hidraw-sim3\n"
-            "1\tcard reader, serial number 0400123457, /dev/hidraw-sim2\n");
+            "0\tcard reader, serial number 0400777777, /dev/hidraw-sim1\n"
+            "0400777777\tcard reader, serial number 0400777777, /dev/hidraw-sim1\n"
+            "luid:1\tcard reader, serial number 0400777777, /dev/hidraw-sim1; sonar sensor, "
+            "/dev/hidraw-sim3\n"
+            "1\tcard reader, serial number 12, /dev/hidraw-sim2\n"
+            "serial:12\tcard reader, serial number 12, /dev/hidraw-sim2\n"
+            "luid:2\tcard reader, serial number 12, /dev/hidraw-sim2\n"
+            "2\tsonar sensor, /dev/hidraw-sim3\n");
   EXPECT_EQ(all.err, "");
   // Nothing is searched that is not on USB.
   EXPECT_EQ(Simulated("", "complete -- --com 3 info --device \"\"").out, "");
@@ -159,11 +166,12 @@ TEST_F(Completion, DevicesInEachShell) {
                                     << InFish("tavlynctl info --device ") << "\n";
   const Ended ended =
       RunLine(kSim + " run --device reader --device plus:2 -- sh " + (folder_ / "shells").string());
-  EXPECT_EQ(WordsIn(ended.out), (Offered{"0", "1"})) << ended.out << ended.err;
+  EXPECT_EQ(WordsIn(ended.out), (Offered{"0", "1", "0400123456", "0400123457", "luid:1", "luid:2"}))
+      << ended.out << ended.err;
   std::istringstream lines(ended.out);
   int count = 0;
   for (std::string line; std::getline(lines, line);) ++count;
-  EXPECT_EQ(count, 6) << ended.out << ended.err;
+  EXPECT_EQ(count, 18) << ended.out << ended.err;
 }
 
 TEST_F(Completion, PowerShellAsksTheProgram) {

@@ -18,6 +18,7 @@ TEST(TavlynctlDevices, ListShowsEachReader) {
   const Json expected{{"index", 1},
                       {"product", "card reader"},
                       {"part_number", "RDR-80581AKU"},
+                      {"serial_number", "0400123457"},
                       {"identity", "19E5:2021 Orvantis Quill"},
                       {"did", "7431"},
                       {"luid", 2},
@@ -30,11 +31,13 @@ TEST(TavlynctlDevices, ListShowsEachReader) {
 TEST(TavlynctlDevices, ListIsATableForPeople) {
   const Ended list = Simulated("", "list");
   EXPECT_EQ(list.status, 0);
-  EXPECT_EQ(list.out,
-            "devices\n"
-            "  index  product      part number   identity            did   luid  configurations  path\n"
-            "  0      card reader  RDR-80581AKU  7A31:3BFA Orvantis  7431  1     1               "
-            "/dev/hidraw-sim1\n");
+  EXPECT_EQ(
+      list.out,
+      "devices\n"
+      "  index  product      part number   serial number  identity            did   luid  configurations  "
+      "path\n"
+      "  0      card reader  RDR-80581AKU  0400123456     7A31:3BFA Orvantis  7431  1     1               "
+      "/dev/hidraw-sim1\n");
 }
 
 TEST(TavlynctlDevices, InfoTellsWhatTheReaderTells) {
@@ -103,7 +106,7 @@ TEST(TavlynctlDevices, AReaderThatGoesAwayIsTold) {
 // What a device did not report is not shown as zeros, nor as one configuration.
 TEST(TavlynctlDevices, WhatIsNotKnownIsNull) {
   const Json unread = Json::parse(Simulated("--do 'vanish 3'", "list --json").out)["devices"][0];
-  for (const char* key : {"part_number", "did", "luid", "configurations"}) {
+  for (const char* key : {"part_number", "serial_number", "did", "luid", "configurations"}) {
     EXPECT_TRUE(unread[key].is_null()) << key << unread;
   }
   const Json gone = Json::parse(Simulated("--do 'vanish 40'", "info --json").out)["device"];

@@ -26,9 +26,10 @@ TEST_F(TavlynctlProducts, ListShowsAllThree) {
   const Json devices = ParsedText(ended[0])["devices"];
   ASSERT_EQ(devices.size(), 3u);
   EXPECT_EQ(devices[0]["product"], "card reader");
-  const Json magstripe{{"index", 0},
+  const Json magstripe{{"index", 1},
                        {"product", "magstripe reader"},
                        {"part_number", "OMS-2100-AKU"},
+                       {"serial_number", Json()},
                        {"identity", ""},
                        {"did", "0210"},
                        {"luid", 2},
@@ -40,16 +41,20 @@ TEST_F(TavlynctlProducts, ListShowsAllThree) {
   EXPECT_EQ(devices[2]["did"], "0400");
   ASSERT_EQ(ParsedText(ended[1])["devices"].size(), 1u);
   EXPECT_EQ(ParsedText(ended[1])["devices"][0]["product"], "sonar sensor");
+  EXPECT_EQ(ParsedText(ended[1])["devices"][0]["index"], 2) << "counts the others too";
   EXPECT_EQ(ended[2].status, 1);
 }
 
-TEST_F(TavlynctlProducts, IndicesCountOneProduct) {
+TEST_F(TavlynctlProducts, IndicesCountAllProducts) {
   const auto ended = Run("--device sonar --device reader --device sonar --do '#3 range 44'",
-                         {"ctl range --device 1 --json", "ctl range --device 2"});
+                         {"ctl range --device 2 --json", "ctl range --device 3", "ctl range --device 0"});
   EXPECT_EQ(ParsedText(ended[0])["inches"], 44);
-  EXPECT_EQ(ParsedText(ended[0])["device"], 1);
+  EXPECT_EQ(ParsedText(ended[0])["device"], 2);
   EXPECT_EQ(ended[1].status, 2);
-  EXPECT_EQ(ended[1].err, "tavlynctl: devices 0 and 1 were found, there is no device 2\n");
+  EXPECT_EQ(ended[1].err, "tavlynctl: devices 1 and 2 were found, there is no device 3\n");
+  EXPECT_EQ(ended[2].status, 1);
+  EXPECT_EQ(ended[2].err,
+            "tavlynctl: card reader 0 (7A31:3BFA Orvantis, /dev/hidraw-sim2) is not a sonar sensor\n");
 }
 
 TEST_F(TavlynctlProducts, InfoOfEach) {
@@ -315,8 +320,8 @@ TEST_F(TavlynctlProducts, SettingsByName) {
   EXPECT_EQ(ParsedText(ended[2])["changes"], Json::parse(R"([
     {"setting": "PingRateS", "old": 248, "new": 301, "stored": 300, "result": "rounded"},
     {"setting": "MaxDistS", "old": 60, "new": 50, "stored": 50, "result": "stored"}])"));
-  EXPECT_EQ(ended[3].out, "device    0\nwritten   no\nverified  yes\nchanges   none\n");
-  EXPECT_EQ(ended[4].out, "device  0\nsettings\n  PingRateS  300\n");
+  EXPECT_EQ(ended[3].out, "device    2\nwritten   no\nverified  yes\nchanges   none\n");
+  EXPECT_EQ(ended[4].out, "device  2\nsettings\n  PingRateS  300\n");
   EXPECT_EQ(ParsedText(ended[5])["settings"], Json({{"LedColor[0]", 1}, {"UserField[3].Track", 0}}));
   EXPECT_EQ(ParsedText(ended[6])["verified"], true);
   EXPECT_EQ(ParsedText(ended[7])["settings"],

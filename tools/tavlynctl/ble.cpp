@@ -38,7 +38,7 @@ struct SetBle {
 
   void Take(Words& words) {
     words.Number("CONFIGURATION", wanted, 0, kHighestRadioConfiguration, "0 to 3")->required();
-    words.Device();
+    words.DeviceToChange();
   }
 
   [[nodiscard]] Json Run(const Request& request) const {
@@ -79,13 +79,12 @@ struct BleFile {
   bool keys = false;  // instead of the data
   std::string path;
 
-  void Take(Words& words) {
+ protected:
+  void TakeFile(Words& words) {
     words.Flag("--keys", keys, "The keys instead of the data");
     words.File(path);
-    words.Device();
   }
 
- protected:
   [[nodiscard]] const BleKind& Kind() const { return keys ? kBleKeys : kBleData; }
   [[nodiscard]] Json Document(const Request& request) const {
     Json document = request.DeviceDocument();
@@ -96,6 +95,11 @@ struct BleFile {
 };
 
 struct SaveBle : BleFile {
+  void Take(Words& words) {
+    TakeFile(words);
+    words.Device();
+  }
+
   // If the reader could not be read, the file is complete but full of zeros, and a load would accept it.
   [[nodiscard]] Json Run(const Request& request) const {
     const NewFile file(path);
@@ -113,6 +117,11 @@ struct SaveBle : BleFile {
 };
 
 struct LoadBle : BleFile {
+  void Take(Words& words) {
+    TakeFile(words);
+    words.DeviceToChange();
+  }
+
   [[nodiscard]] Json Run(const Request& request) const {
     const TestedFile file(path);
     file.Pass([&](const std::string& held) {

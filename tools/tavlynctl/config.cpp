@@ -4,6 +4,7 @@
 #include "api.h"
 #include "tools/tavlynctl/areas.h"
 #include "tools/tavlynctl/changes.h"
+#include "tools/tavlynctl/every_device.h"
 #include "tools/tavlynctl/fields.h"
 #include "tools/tavlynctl/hex.h"
 #include "tools/tavlynctl/product_settings.h"
@@ -112,7 +113,8 @@ struct SetConfig {
     words.Text("FIELD=VALUE", assignments, "The value is a decimal number");
     words.DryRun(dryRun);
     words.Number("--config", configuration, 0, kHighestConfiguration, "Configuration of a plus reader (0)");
-    words.Device();
+    words.DeviceToChange();
+    words.All();
   }
 
   [[nodiscard]] Json Run(const Request& request) const {
@@ -120,26 +122,26 @@ struct SetConfig {
     if (product != kReaders) return SetSettings(product, request);
     std::vector<FieldValue> values;
     for (const std::string& text : assignments) values.push_back(ParseFieldValue(text));
-    const Session session(request.link);
-    session.Use(request.device);
-    CheckConfiguration(configuration);
-    const Change change = ChangeOf(configuration, Values(values));
-    {
-      const SelectedConfiguration selected(configuration);
-      Store(values);
-    }
-    return ApplyAndVerify(request.DeviceDocument(), {change}, SendingOf(dryRun), Commit);
+    return ForEachChosen(request, kReaders, [&] {
+      CheckConfiguration(configuration);
+      const Change change = ChangeOf(configuration, Values(values));
+      {
+        const SelectedConfiguration selected(configuration);
+        Store(values);
+      }
+      return ApplyAndVerify(request.DeviceDocument(), {change}, SendingOf(dryRun), Commit);
+    });
   }
 
  private:
   [[nodiscard]] Json SetSettings(std::uint32_t product, const Request& request) const {
     const Json wanted = ParseSettings(assignments);
-    const Session session(request.link, product);
-    session.Use(request.device);
-    CheckConfiguration(configuration);
-    const SettingsPlan plan{MirrorSettings(), wanted, MirrorSettings};
-    StoreSettings(wanted);
-    return ApplyAndVerifySettings(request.DeviceDocument(), plan, dryRun);
+    return ForEachChosen(request, product, [&] {
+      CheckConfiguration(configuration);
+      const SettingsPlan plan{MirrorSettings(), wanted, MirrorSettings};
+      StoreSettings(wanted);
+      return ApplyAndVerifySettings(request.DeviceDocument(), plan, dryRun);
+    });
   }
 };
 
@@ -151,21 +153,22 @@ struct ResetConfig {
     words.Flag("--yes", yes, "Do it");
     words.Flag("--dry-run", dryRun, "Only test whether the device is there");
     words.Product();
-    words.Device();
+    words.DeviceToChange();
+    words.All();
   }
 
   [[nodiscard]] Json Run(const Request& request) const {
     if (!yes && !dryRun) {
       throw Failure(kUsage, "this loads the factory configuration over what the reader has; --yes does it");
     }
-    const Session session(request.link, request.products);
-    session.Use(request.device);
-    if (!dryRun && ResetFactoryDflts() != 1) {
-      throw Failure(kDeviceError, ActiveDeviceName() + " could not be reset, " + ErrorText());
-    }
-    Json document = request.DeviceDocument();
-    document["reset"] = !dryRun;
-    return document;
+    return ForEachChosen(request, request.products, [&] {
+      if (!dryRun && ResetFactoryDflts() != 1) {
+        throw Failure(kDeviceError, ActiveDeviceName() + " could not be reset, " + ErrorText());
+      }
+      Json document = request.DeviceDocument();
+      document["reset"] = !dryRun;
+      return document;
+    });
   }
 };
 
@@ -175,7 +178,7 @@ struct MoveDefaults {
   void Take(Words& words) {
     words.Choice("WHAT", what, {"save", "restore", "plus"},
                  "save, restore: its user defaults; plus: its plus defaults");
-    words.Device();
+    words.DeviceToChange();
   }
 
   [[nodiscard]] Json Run(const Request& request) const {
@@ -233,7 +236,7 @@ struct SetCardType {
     words.Text("TYPE", typeText, "Card type, hexadecimal");
     words.Choice("PRIORITY", priority, {"high", "low"}, "high or low");
     words.DryRun(dryRun);
-    words.Device();
+    words.DeviceToChange();
   }
 
   [[nodiscard]] Json Run(const Request& request) const {

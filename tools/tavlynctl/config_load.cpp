@@ -111,7 +111,7 @@ struct LoadConfig {
     words.Flag("--secure", secure, "Refuse a file without a trailer");
     words.Flag("--strict", strict, "Refuse a file if any part of it would be ignored");
     words.DryRun(dryRun);
-    words.Device();
+    words.DeviceToChange();
   }
 
   [[nodiscard]] Json Run(const Request& request) const {

@@ -54,9 +54,10 @@ Json PartNumber() { return GetProduct() == kSensors ? Json() : TextOrNull(getPar
 Json Description(bool wasRead = true) {
   const bool identified = wasRead || GetDID() != 0;
   const bool counted = wasRead || GetCardType() >= 0;
-  return {{"index", GetActDev()},
+  return {{"index", ActiveIndex()},
           {"product", ActiveProductName()},
           {"part_number", PartNumber()},
+          {"serial_number", Json()},
           {"identity", GetVidPidVendorName()},
           {"did", identified ? Json(Hex(GetDID(), 4)) : Json()},
           {"luid", identified ? Json(GetLUID()) : Json()},
@@ -104,20 +105,17 @@ void DescribeTexts(Json& device) {
   for (const DeviceText& text : kTexts) device[text.key] = TextOrNull(text.get());
 }
 
-// Adds the devices of a product to the list, and why some could not be read.
-void ListProduct(std::uint32_t product, const Link& link, Json& devices, std::string& problem) {
-  const Session session(link, product);
-  for (int index = 0; index < GetDevCnt(); ++index) {
-    session.Select(index);
-    std::string missing = session.ReadProblem();
-    const Json& device = devices.emplace_back(Description(missing.empty()));
-    // A reader's texts can fail without an error word.
-    if (missing.empty() && DeviceIsReader() && device["part_number"].is_null() && !IsAnswer(Ping())) {
-      missing = NoAnswer();
-    }
-    if (!missing.empty() && !problem.empty()) problem += "; ";
-    problem += missing;
+// Adds the active device to the list, and why it could not be read.
+void ListDevice(const Session& session, Json& devices, std::string& problem) {
+  std::string missing = session.ReadProblem();
+  Json& device = devices.emplace_back(Description(missing.empty()));
+  if (missing.empty()) device["serial_number"] = TextOrNull(ActiveSerialNumber().c_str());
+  // A reader's texts can fail without an error word.
+  if (missing.empty() && DeviceIsReader() && device["part_number"].is_null() && !IsAnswer(Ping())) {
+    missing = NoAnswer();
   }
+  if (!missing.empty() && !problem.empty()) problem += "; ";
+  problem += missing;
 }
 
 // What only readers report.
@@ -143,9 +141,10 @@ struct List {
     Json document = request.Document();
     Json& devices = document["devices"] = Json::array();
     std::string problem;
-    for (const std::uint32_t product : {kReaders, kMagstripes, kSensors}) {
-      if ((request.products & product) != 0) ListProduct(product, request.link, devices, problem);
-    }
+    const Session session(request.link, request.products);
+    do {
+      for (std::int16_t index = 0; SetActDev(index) == 1; ++index) ListDevice(session, devices, problem);
+    } while (session.Next());
     if (devices.empty()) throw NotFound(request.link, request.products);
     if (problem.empty()) return document;
     throw Failure(kDeviceError, problem, std::move(document));

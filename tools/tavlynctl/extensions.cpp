@@ -60,7 +60,7 @@ struct StartAnalyzer {
 
   void Take(Words& words) {
     words.Number("STATE", state, 0, 255, "State to set (1)");
-    words.Device();
+    words.DeviceToChange();
   }
 
   [[nodiscard]] Json Run(const Request& request) const {
@@ -69,7 +69,7 @@ struct StartAnalyzer {
 };
 
 struct StopAnalyzer {
-  void Take(Words& words) { words.Device(); }
+  void Take(Words& words) { words.DeviceToChange(); }
 
   [[nodiscard]] Json Run(const Request& request) const { return SetAnalyzer(0, request); }
 };
@@ -146,7 +146,7 @@ struct SetModule {
   void Take(Words& words) {
     words.Number("NUMBER", number, 0, 255, "Of the module")->required();
     words.Choice("STATE", state, {"on", "off"}, "on or off");
-    words.Device();
+    words.DeviceToChange();
   }
 
   [[nodiscard]] Json Run(const Request& request) const {
@@ -175,7 +175,7 @@ struct TransparentMode {
   void Take(Words& words) {
     words.Choice("WHAT", what, {"on", "off", "status"}, "on, off, or status");
     words.Flag("--store", store, "For good");
-    words.Device();
+    words.DeviceToChange([this] { return what != "status"; });
   }
 
   [[nodiscard]] Json Run(const Request& request) const {

@@ -160,7 +160,7 @@ struct SetMagField {
     words.Number("NUMBER", number, 1, magstripe::kUserFields, "User field")->required();
     words.Text("NAME=VALUE", assignments, "As magfield shows them; keys in hexadecimal");
     words.DryRun(dryRun);
-    words.Device();
+    words.DeviceToChange();
   }
 
   [[nodiscard]] Json Run(const Request& request) const {

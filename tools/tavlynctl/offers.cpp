@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "api.h"
+#include "tools/tavlynctl/choice.h"
 #include "tools/tavlynctl/fields.h"
 #include "tools/tavlynctl/product_settings.h"
 #include "tools/tavlynctl/session.h"
@@ -59,11 +60,24 @@ Candidates OfferParts(const Typed& /*words*/) {
 
 Candidates OfferFiles(const Typed& /*words*/) { return {{kFileNames, ""}}; }
 
-std::string ActiveDeviceText() {
-  const char* serial = DeviceIsReader() ? GetSerialNumber() : nullptr;
-  const bool has = serial != nullptr && *serial != '\0';
-  return std::string(ActiveProductName()) + (has ? ", serial number " + std::string(serial) : "") + ", " +
-         ActiveDevicePath();
+// Devices may have a LUID in common.
+void OfferName(Candidates& all, const std::string& word, const std::string& text) {
+  const auto same = std::ranges::find(all, word, &Candidate::word);
+  if (same == all.end()) {
+    all.push_back({word, text});
+  } else {
+    same->text += "; " + text;
+  }
+}
+
+// The active device by each of its names but its path, which the index is shown with.
+void OfferDevice(Candidates& all) {
+  const std::string serial = ActiveSerialNumber();
+  const std::string text = std::string(ActiveProductName()) +
+                           (serial.empty() ? "" : ", serial number " + serial) + ", " + ActiveDevicePath();
+  OfferName(all, std::to_string(ActiveIndex()), text);
+  if (!serial.empty()) OfferName(all, SerialNumberWord(serial), text);
+  OfferName(all, "luid:" + std::to_string(GetLUID()), text);
 }
 
 // On USB alone: a search over ports or addresses takes too long for a key that is pressed in passing.
@@ -73,19 +87,10 @@ Candidates OfferDevices(const Typed& words) {
   };
   Candidates all;
   if (std::ranges::any_of(words, isFarAway)) return all;
-  for (const std::uint32_t product : {kReaders, kMagstripes, kSensors}) {
-    const Session session(Link{}, product);
-    for (int index = 0; index < GetDevCnt(); ++index) {
-      SetActDev(static_cast<std::int16_t>(index));
-      const std::string word = std::to_string(index);
-      const auto same = std::ranges::find(all, word, &Candidate::word);
-      if (same == all.end()) {
-        all.push_back({word, ActiveDeviceText()});
-      } else {
-        same->text += "; " + ActiveDeviceText();
-      }
-    }
-  }
+  const Session session(Link{}, kAllProducts);
+  do {
+    for (std::int16_t index = 0; SetActDev(index) == 1; ++index) OfferDevice(all);
+  } while (session.Next());
   return all;
 }
 

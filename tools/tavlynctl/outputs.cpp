@@ -4,6 +4,7 @@
 #include "api.h"
 #include "tools/tavlynctl/areas.h"
 #include "tools/tavlynctl/changes.h"
+#include "tools/tavlynctl/every_device.h"
 #include "tools/tavlynctl/fields.h"
 #include "tools/tavlynctl/program.h"
 
@@ -22,15 +23,15 @@ FieldValue FlagValue(const char* field, bool on) {
 
 // In the reader's current configuration.
 Json SetOutputs(const std::vector<FieldValue>& values, bool store, const Request& request) {
-  const Session session(request.link);
-  session.Use(request.device);
-  const Change change = ChangeOf(GetActConfig(), Values(values));
-  Json document = request.DeviceDocument();
-  document["stored"] = store;
-  return ApplyAndVerify(std::move(document), {change}, Sending::kAll, [&] {
-    if (!store) return StoreNow(values);
-    Store(values);
-    Commit();
+  return ForEachChosen(request, kReaders, [&] {
+    const Change change = ChangeOf(GetActConfig(), Values(values));
+    Json document = request.DeviceDocument();
+    document["stored"] = store;
+    return ApplyAndVerify(std::move(document), {change}, Sending::kAll, [&] {
+      if (!store) return StoreNow(values);
+      Store(values);
+      Commit();
+    });
   });
 }
 
@@ -43,19 +44,20 @@ struct Beep {
     words.Flag("--long", isLong, "One or two long beeps");
     words.Product();
     words.Device();
+    words.All();
   }
 
   [[nodiscard]] Json Run(const Request& request) const {
     if (isLong && count > kMostLongBeeps) {
       throw Failure(kUsage, "a device makes 1 or 2 long beeps, or 1 to 5 short ones");
     }
-    const Session session(request.link, request.products & (kReaders | kMagstripes));
-    session.Use(request.device);
-    if (BeepNow(static_cast<std::uint8_t>(count), isLong ? 1 : 0) != 1) throw Failed("the beeper");
-    Json document = request.DeviceDocument();
-    document["beeps"] = std::max(count, 1);
-    document["long"] = isLong;
-    return document;
+    return ForEachChosen(request, request.products & (kReaders | kMagstripes), [&] {
+      if (BeepNow(static_cast<std::uint8_t>(count), isLong ? 1 : 0) != 1) throw Failed("the beeper");
+      Json document = request.DeviceDocument();
+      document["beeps"] = std::max(count, 1);
+      document["long"] = isLong;
+      return document;
+    });
   }
 };
 
@@ -67,7 +69,8 @@ struct Led {
     words.Text("COLOUR", colours, "red, green or both; off; auto: as the reader itself does")
         ->check(OneOf({"red", "green", "off", "auto"}));
     words.Flag("--store", store, kStoreText);
-    words.Device();
+    words.DeviceToChange();
+    words.All();
   }
 
   [[nodiscard]] Json Run(const Request& request) const {
@@ -91,7 +94,8 @@ struct Relay {
   void Take(Words& words) {
     words.Choice("STATE", state, {"on", "off"}, "on or off");
     words.Flag("--store", store, kStoreText);
-    words.Device();
+    words.DeviceToChange();
+    words.All();
   }
 
   [[nodiscard]] Json Run(const Request& request) const {
@@ -104,12 +108,16 @@ struct Volume {
 
   void Take(Words& words) {
     words.Number("N", wanted, 0, kLoudest, "0 to 255; without it the volume is shown");
-    words.Device();
+    words.DeviceToChange([this] { return wanted.has_value(); });
+    words.All();
   }
 
   [[nodiscard]] Json Run(const Request& request) const {
-    const Session session(request.link);
-    session.Use(request.device);
+    return ForEachChosen(request, kReaders, [&] { return OfActive(request); });
+  }
+
+ private:
+  [[nodiscard]] Json OfActive(const Request& request) const {
     if (wanted && SetBeeperVolume(static_cast<std::uint16_t>(*wanted)) != 1) throw Failed("the volume");
     const std::uint32_t volume = GetBeeperVolume();
     if (volume == kNoVolume) throw Failed("the volume");

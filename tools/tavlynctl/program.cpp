@@ -1,6 +1,7 @@
 #include "tools/tavlynctl/program.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <map>
 #include <span>
 #include <string_view>
@@ -28,11 +29,16 @@ bool IsAmong(std::string_view command, std::span<const std::string_view> all) {
   });
 }
 
+std::string ProblemOfName(const std::string& word) {
+  if (!word.empty() && ParseDeviceName(word).kind != NameKind::kWrong) return {};
+  return word + " is not an index, a serial number, a path or luid:N";
+}
+
 }  // namespace
 
 Json Request::DeviceDocument() const {
   Json document = Document();
-  document["device"] = device;
+  document["device"] = ActiveIndex();
   return document;
 }
 
@@ -74,10 +80,25 @@ void Words::Product() {
 
 void Words::Device() {
   command_
-      .add_option("--device", request_.device,
-                  "Index of the device in list, where each product counts from 0; default 0")
-      ->check(WholeNumber(0))
-      ->option_text("N");
+      .add_option(
+          "--device", request_.device.word,
+          "The device: its index in list, serial number or path, or luid:N; else what TAVLYNCTL_DEVICE "
+          "says, or the first one")
+      ->check(CLI::Validator(ProblemOfName, ""))
+      ->option_text("WHICH");
+}
+
+void Words::DeviceToChange(const std::function<bool()>& changes) {
+  Device();
+  command_.final_callback([&command = command_, &device = request_.device, changes] {
+    device.changes = changes();
+    device.takesAll = command.get_option_no_throw("--all") != nullptr;
+  });
+}
+
+void Words::All() {
+  Flag("--all", request_.device.all, "Every device that is found, one after the other")
+      ->excludes(command_.get_option("--device"));
 }
 
 Program::Program(const char* text, const std::function<std::string()>& version)
@@ -101,12 +122,24 @@ CLI::App& Program::NewCommand(const std::string& words, const char* text) {
   return command;
 }
 
+// What the environment says, unless the command line does.
+void Program::TakeVariable() {
+  const char* word = std::getenv(kDeviceVariable);
+  DeviceChoice& device = request_.device;
+  if (word == nullptr || *word == '\0' || device.all || !device.word.empty()) return;
+  const std::string problem = ProblemOfName(word);
+  if (!problem.empty()) throw Failure(kUsage, kDeviceVariable + std::string(": ") + problem);
+  device.word = word;
+  device.isVariable = true;
+}
+
 int Program::RunGiven() try {
   if (request_.link.ascii && request_.link.kind == LinkKind::kUsb) {
     throw Failure(kUsage, "--ascii needs --com or --ip");
   }
   if (IsAmong(request_.command, kWithKeys)) ForbidCoreImage();
   for (const std::string& path : request_.files) RequireFile(path);
+  TakeVariable();
   Show(commands_.at(request_.command)(request_), request_.json);
   return kOk;
 } catch (const Failure& failure) {

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "tools/command_line.h"
+#include "tools/tavlynctl/choice.h"
 #include "tools/tavlynctl/link.h"
 #include "tools/tavlynctl/output.h"
 #include "tools/tavlynctl/session.h"
@@ -22,7 +23,7 @@ struct Request {
   std::string command;  // "config show"
   Link link;
   bool json = false;
-  int device = 0;
+  DeviceChoice device;
   std::uint32_t products = kAllProducts;  // for a command of several products: those that it may use
   std::vector<std::string> files;         // every FILE
 
@@ -67,6 +68,10 @@ class Words {
   // For commands that take several products.
   void Product();
   void Device();
+  // For commands that change a device, or do when the function says so.
+  void DeviceToChange(const std::function<bool()>& changes = [] { return true; });
+  // After that, for commands that run ForEachChosen.
+  void All();
 
  private:
   // An option that takes a number shows it as N.
@@ -106,6 +111,7 @@ class Program {
   CLI::App& NewWord(const std::string& words, const char* text);
   CLI::App& NewCommand(const std::string& words, const char* text);
   int Complete(const std::vector<std::string>& words);
+  void TakeVariable();
   int RunGiven();
   int Refuse(const CLI::ParseError& error, bool json) const;
 

@@ -64,7 +64,7 @@ struct Queue {
   void Take(Words& words) {
     words.Flag("--first", first, "The first option that is passed on to the reader");
     words.Flag("--second", second, "The second one");
-    words.Device();
+    words.DeviceToChange();
   }
 
   [[nodiscard]] Json Run(const Request& request) const {
@@ -102,7 +102,7 @@ struct Raw {
 
   void Take(Words& words) {
     words.Text("HEX", digits, "Bytes; those left out are 0");
-    words.Device();
+    words.DeviceToChange();
   }
 
   [[nodiscard]] Json Run(const Request& request) const {

@@ -10,10 +10,12 @@ constexpr ExitStatus kStatuses[] = {
     {"0", "Done."},
     {"1",
      "Wrong command line, a value out of range, or something that the device does not have: a configuration, "
-     "card type, defaults, module, mode, radio or analyzer, or a command for another product."},
+     "card type, defaults, module, mode, radio or analyzer, or a command for another product; or several "
+     "devices "
+     "and none chosen."},
     {"2",
-     "No device is plugged in or answers at that port or address, there is no such port, no device with that "
-     "index, or no adapter answers."},
+     "No device is plugged in or answers at that port or address, there is no such port, no device of that "
+     "name, or no adapter answers."},
     {"3",
      "A device is plugged in, or a port is there, but this user may not open it: the message names the node "
      "and its mode; or another program holds the port, the adapter or the bulk device: the message names the "

@@ -43,7 +43,7 @@ struct LoadKeys {
   void Take(Words& words) {
     words.Flag("--dry-run", dryRun, "Only test whether the file was damaged; needs no reader");
     words.File(path);
-    words.Device();
+    words.DeviceToChange();
   }
 
   [[nodiscard]] Json Run(const Request& request) const {
@@ -98,7 +98,7 @@ struct WriteSecure {
     words.Text("HEADER", headerText, kHeaderText);
     words.Text("DATA", dataText,
                "-: from the standard input, where no list of processes shows it; or hexadecimal");
-    words.Device();
+    words.DeviceToChange();
   }
 
   [[nodiscard]] Json Run(const Request& request) const {

@@ -42,7 +42,7 @@ struct SerialBaud {
 
   void Take(Words& words) {
     words.Number("CODE", wanted, 0, kHighestCode, "Without it the code is shown");
-    words.Device();
+    words.DeviceToChange([this] { return wanted.has_value(); });
   }
 
   [[nodiscard]] Json Run(const Request& request) const {
@@ -72,7 +72,7 @@ struct SerialWrite {
   void Take(Words& words) {
     words.Text("HEX", digits, "Bytes");
     words.Number("--read", mostRead, 1, kMostBytes, "Bytes to read afterwards, at most");
-    words.Device();
+    words.DeviceToChange();
   }
 
   [[nodiscard]] Json Run(const Request& request) const {

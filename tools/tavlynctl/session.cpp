@@ -20,9 +20,15 @@ struct NamedProduct {
   const char* name;
 };
 
-// In the order in which they are searched.
+// In the order in which they are searched and numbered.
 constexpr NamedProduct kProducts[] = {
     {kReaders, "card reader"}, {kMagstripes, "magstripe reader"}, {kSensors, "sonar sensor"}};
+
+// Devices of the products that were searched before that of the library's table; and the numbers that the
+// command may choose from.
+int devicesBefore = 0;
+int firstFound = 0;
+int endOfFound = 0;
 
 // A connect reads every configuration of the first plus reader, but only one of each later reader.
 bool AllConfigurationsRead() {
@@ -67,17 +73,6 @@ bool Connect(const Link& link) {
   return USBConnect(nullptr) == 1;
 }
 
-// True if something was found; allRead then says whether all of it could be read.
-bool Search(const Link& link, std::uint32_t products, bool& allRead) {
-  for (const NamedProduct& one : kProducts) {
-    if ((products & one.product) == 0) continue;
-    SetConnectProduct(one.product);
-    allRead = Connect(link);
-    if (GetDevCnt() > 0) return true;
-  }
-  return false;
-}
-
 // "card reader or sonar sensor".
 std::string Names(std::uint32_t products) {
   std::string names;
@@ -94,10 +89,36 @@ std::string Wanted(std::uint32_t products) {
 }
 
 // "devices 0 and 1 were found".
-std::string FoundText(int count) {
-  if (count == 1) return "device 0 was found";
-  return std::string("devices 0 ") + (count == 2 ? "and" : "to") + " " + std::to_string(count - 1) +
+std::string FoundText() {
+  const int count = endOfFound - firstFound;
+  const std::string first = std::to_string(firstFound);
+  if (count == 1) return "device " + first + " was found";
+  return "devices " + first + (count == 2 ? " and " : " to ") + std::to_string(endOfFound - 1) +
          " were found";
+}
+
+Failure NoSuchDevice(const DeviceName& name) {
+  if (name.kind == NameKind::kIndex) {
+    return {kNoDevice, FoundText() + ", there is no device " + std::to_string(name.number)};
+  }
+  return {kNoDevice, FoundText() + ", none has this " + KindText(name) + "; tavlynctl list shows them"};
+}
+
+std::string Joined(const std::vector<std::string>& texts) {
+  std::string all;
+  for (const std::string& one : texts) all += (all.empty() ? "" : "; ") + one;
+  return all;
+}
+
+// "card reader 0 (…), serial number 0400123456".
+std::string CandidateText() {
+  const std::string serial = ActiveSerialNumber();
+  return ActiveDeviceName() + (serial.empty() ? "" : ", serial number " + serial);
+}
+
+// Of the library's table.
+void AddCandidates(std::vector<std::string>& all) {
+  for (std::int16_t index = 0; SetActDev(index) == 1; ++index) all.push_back(CandidateText());
 }
 
 }  // namespace
@@ -111,13 +132,49 @@ const char* ProductName(std::uint32_t product) {
 
 Session::Session(const Link& link, std::uint32_t products) : link_(link), products_(products) {
   if ((products & kReaders) != 0) RequirePeer(link);
-  const Awaited::Seconds usual = SearchTime(link);
-  awaited_.emplace(Where(link), usual, usual + kMostOfGoneDevice);
-  const bool found = Search(link, products, allRead_);
+  devicesBefore = firstFound = endOfFound = 0;
+  Next();
+}
+
+// On USB the products before a wanted one are searched as well, to count their devices; other links have card
+// readers only, and a search there takes long.
+bool Session::IsSearched(std::uint32_t product) const {
+  if ((products_ & product) != 0) return true;
+  return link_.kind == LinkKind::kUsb && products_ > product;
+}
+
+void Session::Search(std::uint32_t product) const {
+  const Awaited::Seconds usual = SearchTime(link_);
+  awaited_.emplace(Where(link_), usual, usual + kMostOfGoneDevice);
+  devicesBefore += GetDevCnt();
+  if (GetDevCnt() > 0) USBDisconnect();
+  SetConnectProduct(product);
+  allRead_ = Connect(link_);
+  inText_.clear();
   awaited_->Connected();
-  if (!found || !link.ascii || !DeviceIsReader()) return;
-  inText_ = ReadInText(link);
+  if (GetDevCnt() == 0 || !link_.ascii || !DeviceIsReader()) return;
+  inText_ = ReadInText(link_);
   allRead_ = std::ranges::count(inText_, InText::kRead) == GetDevCnt();
+}
+
+bool Session::Next() const {
+  while (next_ < std::size(kProducts)) {
+    const std::uint32_t product = kProducts[next_++].product;
+    if (!IsSearched(product)) continue;
+    Search(product);
+    if (GetDevCnt() == 0 || (products_ & product) == 0) continue;
+    if (endOfFound == 0) firstFound = devicesBefore;
+    endOfFound = devicesBefore + GetDevCnt();
+    return true;
+  }
+  return false;
+}
+
+void Session::Restart() const {
+  USBDisconnect();
+  devicesBefore = 0;
+  next_ = 0;
+  Next();
 }
 
 Failure NotFound(const Link& link, std::uint32_t products) {
@@ -127,11 +184,9 @@ Failure NotFound(const Link& link, std::uint32_t products) {
   // Ethernet adapters only have card readers.
   const bool mayBeThere = link.kind != LinkKind::kEthernet || (products & kReaders) != 0;
   if (auto unreached = mayBeThere ? ReachProblem(link) : std::nullopt) return *unreached;
-  bool read = false;
-  if (link.kind != LinkKind::kEthernet && Search(link, kAllProducts & ~products, read)) {
-    Failure other(kUsage, ActiveDeviceName() + " is not a " + Names(products));
-    USBDisconnect();
-    return other;
+  if (link.kind != LinkKind::kEthernet) {
+    const Session others(link, kAllProducts & ~products);
+    if (GetDevCnt() > 0) return {kUsage, ActiveDeviceName() + " is not a " + Names(products)};
   }
   if (onUsb) return {kNoDevice, "no " + Wanted(products) + " is plugged in"};
   // Sensors are on USB only.
@@ -143,11 +198,74 @@ Failure NotFound(const Link& link, std::uint32_t products) {
 
 Session::~Session() { USBDisconnect(); }
 
-void Session::Select(int index) const {
-  const int count = GetDevCnt();
-  if (count == 0) throw NotFound(link_, products_);
-  if (index >= 0 && index < count && SetActDev(static_cast<std::int16_t>(index)) == 1) return;
-  throw Failure(kNoDevice, FoundText(count) + ", there is no device " + std::to_string(index));
+void Session::Select(const DeviceChoice& choice) const {
+  if (GetDevCnt() == 0) throw NotFound(link_, products_);
+  if (awaited_) awaited_->Connected();
+  if (choice.word.empty()) return SelectFirst(choice);
+  try {
+    SelectNamed(ParseDeviceName(choice.word));
+  } catch (const Failure& failure) {
+    if (!choice.isVariable) throw;
+    throw Failure(failure.code, failure.what() + std::string("; ") + kDeviceVariable + " chooses it");
+  }
+}
+
+// In the library's table.
+bool Session::SelectHere(const DeviceName& name) const {
+  if (name.kind == NameKind::kIndex) {
+    const int index = name.number - devicesBefore;
+    return index >= 0 && index < GetDevCnt() && SetActDev(static_cast<std::int16_t>(index)) == 1;
+  }
+  std::vector<std::int16_t> found;
+  for (std::int16_t index = 0; SetActDev(index) == 1; ++index) {
+    if (ActiveDeviceIs(name)) found.push_back(index);
+  }
+  if (found.size() == 1) return SetActDev(found.front()) == 1;
+  if (found.empty()) return false;
+  std::vector<std::string> same;
+  for (const std::int16_t index : found) {
+    SetActDev(index);
+    same.push_back(CandidateText());
+  }
+  throw Failure(kUsage,
+                "several devices have this " + KindText(name) + ", choose one by its index: " + Joined(same));
+}
+
+bool Session::MoreOnUsb() const { return link_.kind == LinkKind::kUsb && Next(); }
+
+void Session::SelectNamed(const DeviceName& name) const {
+  do {
+    if (SelectHere(name)) return;
+  } while (MoreOnUsb());
+  const Failure missing = NoSuchDevice(name);
+  if (link_.kind != LinkKind::kUsb || products_ == kAllProducts) throw Failure(missing);
+  USBDisconnect();
+  const Session all(link_, kAllProducts);
+  do {
+    if (all.SelectHere(name)) throw Failure(kUsage, ActiveDeviceName() + " is not a " + Names(products_));
+  } while (all.Next());
+  throw Failure(missing);
+}
+
+void Session::SelectFirst(const DeviceChoice& choice) const {
+  SetActDev(0);
+  const bool mayBeMore = link_.kind == LinkKind::kUsb && products_ >= 2 * GetProduct();
+  if (!choice.changes || (GetDevCnt() == 1 && !mayBeMore)) return;
+  const std::vector<std::string> all = Candidates();
+  if (all.size() == 1) return;
+  throw Failure(kUsage, std::string("there are several devices, --device chooses one") +
+                            (choice.takesAll ? ", --all takes all" : "") + ": " + Joined(all));
+}
+
+// Of every product, from the first one on. If there is only one it is active again then.
+std::vector<std::string> Session::Candidates() const {
+  std::vector<std::string> all;
+  const std::size_t before = next_;
+  do {
+    AddCandidates(all);
+  } while (MoreOnUsb());
+  if (all.size() == 1 && next_ != before) Restart();
+  return all;
 }
 
 std::string Session::ReadProblem() const {
@@ -173,20 +291,24 @@ InText Session::StateInText() const {
   return index < inText_.size() ? inText_[index] : InText::kSilent;
 }
 
-void Session::Use(int index) const {
-  Select(index);
+void Session::RequireRead() const {
   const std::string problem = ReadProblem();
   if (!problem.empty()) throw Failure(kDeviceError, problem);
   if (DeviceIsReader() && !AllConfigurationsRead() && ReadCfg() != 1) throw Failure(kDeviceError, Unread());
 }
 
-void Session::UseForCards(int index) const {
-  Select(index);
-  if (inText_.empty() || StateInText() == InText::kSilent) Use(index);
+void Session::Use(const DeviceChoice& choice) const {
+  Select(choice);
+  RequireRead();
 }
 
-void Session::UseReports(int index) const {
-  Use(index);
+void Session::UseForCards(const DeviceChoice& choice) const {
+  Select(choice);
+  if (inText_.empty() || StateInText() == InText::kSilent) RequireRead();
+}
+
+void Session::UseReports(const DeviceChoice& choice) const {
+  Use(choice);
   if (GetDevType() != kReports) {
     throw Failure(kUsage, ActiveDeviceName() + " can be asked for this only as a HID device");
   }
@@ -221,10 +343,12 @@ std::string ActiveDevicePath() {
   return name.data();
 }
 
+int ActiveIndex() { return devicesBefore + GetActDev(); }
+
 std::string ActiveDeviceName() {
   std::string identity = GetVidPidVendorName();
   if (!identity.empty()) identity += ", ";
-  return std::string(ActiveProductName()) + " " + std::to_string(GetActDev()) + " (" + identity +
+  return std::string(ActiveProductName()) + " " + std::to_string(ActiveIndex()) + " (" + identity +
          ActiveDevicePath() + ")";
 }
 

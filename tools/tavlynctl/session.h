@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tools/tavlynctl/awaited.h"
+#include "tools/tavlynctl/choice.h"
 #include "tools/tavlynctl/link.h"
 #include "tools/tavlynctl/output.h"
 #include "tools/tavlynctl/text_dialect.h"
@@ -27,37 +28,51 @@ Failure NotFound(const Link& link, std::uint32_t products);
 
 class Session {
  public:
-  // Searches one product after the other until one is found: a table never mixes them. Indices count the
-  // devices of that product.
+  // Searches one product after the other until one is found: the library's table never mixes them.
   explicit Session(const Link& link, std::uint32_t products = kReaders);
   ~Session();
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
-  // Makes the device active; throws Failure if there is none of that index, none at all, none that may be
-  // opened, or only another product.
-  void Select(int index) const;
+  // Searches for the products after that, until one is found; what was found before is disconnected. False if
+  // there is nothing more.
+  bool Next() const;
+
+  // Makes the device active, whatever product it takes a search for; throws Failure if there is none of that
+  // name, none at all, none that may be opened, or only another product.
+  void Select(const DeviceChoice& choice) const;
   // Why the active device's configuration could not be read; empty if it was read. A connect stops at the
   // first device that fails; those after it are read here.
   [[nodiscard]] std::string ReadProblem() const;
   // Selects, and throws Failure also if the configuration was not read.
-  void Use(int index) const;
+  void Use(const DeviceChoice& choice) const;
   // The same, but accepts a reader in text whose configuration was not read: its cards can be read.
-  void UseForCards(int index) const;
+  void UseForCards(const DeviceChoice& choice) const;
   // The same for commands that exist only over reports; throws Failure for a reader on any other link.
-  void UseReports(int index) const;
+  void UseReports(const DeviceChoice& choice) const;
   // From now on the command waits for events, not for the library.
   void Settle() { awaited_.reset(); }
 
  private:
   // For the active device, if the text dialect is wanted.
   [[nodiscard]] InText StateInText() const;
+  [[nodiscard]] bool IsSearched(std::uint32_t product) const;
+  void Search(std::uint32_t product) const;
+  [[nodiscard]] bool MoreOnUsb() const;
+  void Restart() const;
+  void RequireRead() const;
+  [[nodiscard]] bool SelectHere(const DeviceName& name) const;
+  void SelectNamed(const DeviceName& name) const;
+  void SelectFirst(const DeviceChoice& choice) const;
+  [[nodiscard]] std::vector<std::string> Candidates() const;
 
-  std::optional<Awaited> awaited_;
   Link link_;
   std::uint32_t products_;
-  bool allRead_ = true;
-  std::vector<InText> inText_;  // empty if the dialect is not wanted
+  // A command has one session, which goes on searching when it selects.
+  mutable std::optional<Awaited> awaited_;
+  mutable std::size_t next_ = 0;  // of the products in their order
+  mutable bool allRead_ = true;
+  mutable std::vector<InText> inText_;  // empty if the dialect is not wanted
 };
 
 // Of any device.
@@ -82,6 +97,8 @@ class SelectedConfiguration {
   std::uint8_t before_;
 };
 
+// Of the active device, over all products: readers first, then magnetic-stripe readers, then sensors.
+int ActiveIndex();
 // "card reader 0 (7A31:3BFA Orvantis, /dev/hidraw0)", "card reader 0 (COM3:)", for the active device.
 std::string ActiveDeviceName();
 std::string ActiveDevicePath();
