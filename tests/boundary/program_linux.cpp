@@ -23,14 +23,15 @@ class LineFolder : public ScratchFolder {
  public:
   [[nodiscard]] std::string Errors() const { return Path() / "errors"; }
 
-  // Gives a line's programs the clock that their waiting advances.
-  [[nodiscard]] std::string QuickTime() const {
+  // Gives a line's programs the clock that their waiting advances, and a place for what they keep.
+  [[nodiscard]] std::string Surroundings() const {
     const fs::path clock = Path() / "clock";
     constexpr std::size_t kRoom = 64;
     std::ofstream(clock) << std::string(kRoom, '\0');
     // A sanitizer's library is loaded after the clock's; its leak check runs a thread that the clock cannot
     // serve.
     return "export LD_PRELOAD=" TAVLYN_QUICK_TIME " TAVLYN_QUICK_CLOCK=" + clock.string() +
+           " XDG_STATE_HOME=" + (Path() / "state").string() +
            " ASAN_OPTIONS=verify_asan_link_order=0:detect_leaks=0\n";
   }
 };
@@ -63,7 +64,7 @@ upon() {
 Ended RunLine(const std::string& line) {
   const LineFolder folder;
   std::FILE* pipe = popen(
-      (kUpon + folder.QuickTime() + "{\n" + line + "\n} 2>" + folder.Errors() + " </dev/null").c_str(), "r");
+      (kUpon + folder.Surroundings() + "{\n" + line + "\n} 2>" + folder.Errors() + " </dev/null").c_str(), "r");
   if (pipe == nullptr) throw std::runtime_error("no shell");
   Ended ended;
   char part[4096];

@@ -73,7 +73,7 @@ $ctl config save own.hwg >/dev/null
 sed 's/^bBeepID = .*/bBeepID = 0/; s/^iIDHoldTO = .*/iIDHoldTO = 200/' own.hwg >one
 sed 's/^bBeepID = .*/bBeepID = 1/; s/^iIDHoldTO = .*/iIDHoldTO = 300/' own.hwg >two
 cp one file.hwg
-n=$(calls config load file.hwg)
+n=$(calls config load --yes file.hwg)
 k=0
 while [ $k -lt )" + std::to_string(Times(100, 10)) +
                              R"( ]; do
@@ -81,7 +81,7 @@ while [ $k -lt )" + std::to_string(Times(100, 10)) +
   $ctl config set bBeepID=1 iIDHoldTO=400 >/dev/null
   cp one file.hwg
   at $((n * k / )" + std::to_string(Times(101, 11)) +
-                             R"()) 'cp two new; mv new file.hwg' config load file.hwg >/dev/null 2>told
+                             R"()) 'cp two new; mv new file.hwg' config load --yes file.hwg >/dev/null 2>told
   echo $? $(cat told) $($ctl config get bBeepID iIDHoldTO | sed -n 's/.*\(bBeepID\|iIDHoldTO\) *//p')
 done)";
   const Ended ended = Run("", {script})[0];

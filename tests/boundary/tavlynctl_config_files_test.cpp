@@ -49,9 +49,9 @@ class TavlynctlConfigFiles : public SimulatedRun {
 };
 
 TEST_F(TavlynctlConfigFiles, AFileThatGivesNothing) {
-  const auto ended =
-      Run("", {"ctl check none.hwg", "touch empty.hwg; ctl check empty.hwg", "ctl config load none.hwg",
-               "ctl config load empty.hwg", "ctl config diff none.hwg none.hwg", "ctl keys load none.ini"});
+  const auto ended = Run("", {"ctl check none.hwg", "touch empty.hwg; ctl check empty.hwg",
+                              "ctl config load --yes none.hwg", "ctl config load --yes empty.hwg",
+                              "ctl config diff none.hwg none.hwg", "ctl keys load --yes none.ini"});
   EXPECT_EQ(ended[0].err, "tavlynctl: there is no file none.hwg\n");
   EXPECT_EQ(ended[1].err, "tavlynctl: empty.hwg is empty\n");
   EXPECT_EQ(ended[2].err, "tavlynctl: there is no file none.hwg\n");
@@ -68,8 +68,8 @@ TEST_F(TavlynctlConfigFiles, SecureFileIsRefusedOnceChanged) {
       Run("--device plus:2",
           {"ctl config save a.hwg --secure --json", "ctl check a.hwg --json",
            "sed 's/^bBeepID = 1/bBeepID = 0/' a.hwg >b.hwg; cmp a.hwg b.hwg", "ctl check b.hwg --json",
-           "ctl config load b.hwg", "ctl config load b.hwg --dry-run",
-           "sed 's/^iEndOfHwgFile/iEndofHwgFilf/' a.hwg >c.hwg; ctl config load c.hwg",
+           "ctl config load --yes b.hwg", "ctl config load b.hwg --dry-run",
+           "sed 's/^iEndOfHwgFile/iEndofHwgFilf/' a.hwg >c.hwg; ctl config load --yes c.hwg",
            "ctl config get bBeepID --json"});
   const Json saved = ParsedText(ended[0]);
   EXPECT_EQ(saved["configurations"], 2);
@@ -88,7 +88,7 @@ TEST_F(TavlynctlConfigFiles, LoadRestoresWhatWasSaved) {
   const auto ended =
       Run("--device plus:2", {"ctl config save a.hwg --secure", "ctl config set --config 1 bDspHex=1",
                               "ctl cards set 0 F004 low", "ctl config diff a.hwg --json",
-                              "ctl config load a.hwg --secure --json", "ctl config diff a.hwg --json",
+                              "ctl config load --yes a.hwg --secure --json", "ctl config diff a.hwg --json",
                               "ctl config get --config 1 bDspHex --json"});
   const Json left = ParsedText(ended[3])["differences"];
   const auto holdsRow = [&](const Json& row) {
@@ -107,10 +107,10 @@ TEST_F(TavlynctlConfigFiles, LoadRestoresWhatWasSaved) {
 }
 
 TEST_F(TavlynctlConfigFiles, FilesThatAreNotLoaded) {
-  const auto ended = Run("", {Edited("s/^iFACIDDelim = .*/iFACIDDelim = 300/"), "ctl config load file.hwg",
-                              "ctl config load own.hwg --secure", "echo hello >text; ctl config load text",
-                              "ctl config load absent", "ctl config save absent/file", "ctl check own.hwg",
-                              "ctl check own.hwg --ini"});
+  const auto ended = Run("", {Edited("s/^iFACIDDelim = .*/iFACIDDelim = 300/"),
+                              "ctl config load --yes file.hwg", "ctl config load --yes own.hwg --secure",
+                              "echo hello >text; ctl config load --yes text", "ctl config load --yes absent",
+                              "ctl config save absent/file", "ctl check own.hwg", "ctl check own.hwg --ini"});
   EXPECT_EQ(ended[1].status, 1);
   EXPECT_TRUE(Holds(ended[1].err, "IDDispParms.iFACIDDelim = 300: it takes 0 to 255")) << ended[1].err;
   for (std::size_t i = 2; i < ended.size(); ++i) EXPECT_EQ(ended[i].status, 6) << i << ended[i].err;
@@ -120,8 +120,8 @@ TEST_F(TavlynctlConfigFiles, FilesThatAreNotLoaded) {
 
 TEST_F(TavlynctlConfigFiles, DevicesAndFoldersAreNoFiles) {
   const auto ended =
-      Run("", {"ctl config load /dev/zero", "ctl config save /dev/full", "ctl check /dev/full",
-               "ctl config diff own.hwg /dev/zero", "ctl keys load /dev/zero", "ctl ble save ."});
+      Run("", {"ctl config load --yes /dev/zero", "ctl config save /dev/full", "ctl check /dev/full",
+               "ctl config diff own.hwg /dev/zero", "ctl keys load --yes /dev/zero", "ctl ble save ."});
   for (const Ended& one : ended) EXPECT_EQ(one.status, 6) << one.err;
   EXPECT_EQ(ended[0].err, "tavlynctl: /dev/zero is not a regular file\n");
   EXPECT_EQ(ended[5].err, "tavlynctl: . is a folder, not a file\n");
@@ -142,8 +142,8 @@ TEST_F(TavlynctlConfigFiles, FailedLoadIsTold) {
   Run("", {Edited("s/^bBeepID = 1/bBeepID = 0/")});
   const std::string untilWrite = Traffic("", "config load file.hwg --dry-run");
   const auto exchanges = std::count(untilWrite.begin(), untilWrite.end(), '\n') - 1;
-  const std::string load =
-      "typed 'vanish " + std::to_string(exchanges + 1) + "'; ctl config load file.hwg --json";
+  const std::string load = "typed 'vanish " + std::to_string(exchanges + 1) +
+                           "'; ctl config load --yes --no-backup file.hwg --json";
   const Ended ended = Run("", {load})[0];
   EXPECT_EQ(ended.status, 4) << ended.out;
   EXPECT_TRUE(Holds(ended.err, "file.hwg could not be loaded into card reader 0")) << ended.err;
@@ -255,10 +255,11 @@ TEST_F(TavlynctlConfigFiles, AFileWithoutAConfigurationIsRefused) {
                   ":Library Version: 7.9.2 \n:Device FW Version: 74.31 \nCardType: 61188 / Card type code\n"
                   "CardPriority: 1 / 0=Low, 1=High Priority\n##NEXTCONFIG##\n");
   WriteFile("sonar.txt", "/--- Sonar Configuration Template File ---\n:Library Version: 7.9.2 \n");
-  const auto ended = Run("", {"ctl check wreck.hwg", "ctl config load wreck.hwg", "ctl config diff wreck.hwg",
-                              "ctl check plus.hwg", "ctl config load plus.hwg --dry-run",
-                              "ctl config diff plus.hwg", "ctl config load sonar.txt",
-                              "ctl ble save ble.hwg; ctl config load ble.hwg", "ctl check ble.hwg"});
+  const auto ended =
+      Run("", {"ctl check wreck.hwg", "ctl config load --yes wreck.hwg", "ctl config diff wreck.hwg",
+               "ctl check plus.hwg", "ctl config load plus.hwg --dry-run", "ctl config diff plus.hwg",
+               "ctl config load --yes sonar.txt", "ctl ble save ble.hwg; ctl config load --yes ble.hwg",
+               "ctl check ble.hwg"});
   for (std::size_t i = 0; i + 1 < ended.size(); ++i) EXPECT_EQ(ended[i].status, 6) << i << ended[i].err;
   EXPECT_EQ(ended[0].err, "tavlynctl: wreck.hwg holds no configuration\n");
   EXPECT_EQ(ended[3].err, "tavlynctl: plus.hwg lacks configuration 0\n");
@@ -281,7 +282,7 @@ TEST_F(TavlynctlConfigFiles, ACutConfigurationIsRefused) {
   for (const std::string& text : cut) {
     WriteSecure("cut.hwg", text);
     for (const Ended& ended :
-         Run("", {"ctl check cut.hwg", "ctl config load cut.hwg", "ctl config diff cut.hwg"})) {
+         Run("", {"ctl check cut.hwg", "ctl config load --yes cut.hwg", "ctl config diff cut.hwg"})) {
       EXPECT_EQ(ended.status, 6) << text.size() << ended.err;
       EXPECT_TRUE(Holds(ended.err, "cut.hwg ends in the middle of configuration ")) << ended.err;
     }
@@ -294,14 +295,15 @@ TEST_F(TavlynctlConfigFiles, ACutConfigurationIsRefused) {
   const std::string swipes =
       (Run("--device magstripe", {"ctl config save own.txt"}), TextOf(folder_ / "own.txt"));
   WriteFile("cut.txt", swipes.substr(0, swipes.size() / 2));
-  EXPECT_EQ(Run("--device magstripe", {"ctl config load cut.txt"})[0].err,
+  EXPECT_EQ(Run("--device magstripe", {"ctl config load --yes cut.txt"})[0].err,
             "tavlynctl: cut.txt ends in the middle of its configuration\n");
 }
 
 // A file written by hand may have only a few lines.
 TEST_F(TavlynctlConfigFiles, AFewLinesAreAFile) {
   WriteFile("few.hwg", std::string(kTitle) + "bBeepID = 0\n");
-  const auto ended = Run("", {"ctl config load few.hwg --strict --json", "ctl config get bBeepID --json"});
+  const auto ended =
+      Run("", {"ctl config load --yes few.hwg --strict --json", "ctl config get bBeepID --json"});
   EXPECT_EQ(ParsedText(ended[0])["changes"].size(), 1u);
   EXPECT_EQ(ParsedText(ended[0])["ignored"], Json::array());
   EXPECT_EQ(ParsedText(ended[1])["fields"]["CfgFlags2.bBeepID"], 0);
@@ -311,8 +313,9 @@ TEST_F(TavlynctlConfigFiles, ALoadTellsWhatItDrops) {
   WriteFile("file.hwg", std::string(kTitle) +
                             "\n/ mine\niIDBitCn = 40\nbBeepID = 0\nquite_another = 1\niIDHoldTO = soon\n" +
                             "iPad4 = 3\niExOutputFormat = 1\n");
-  const auto ended = Run("", {"ctl config load file.hwg --strict", "ctl config load file.hwg --dry-run",
-                              "ctl config load file.hwg --json", "ctl config load file.hwg --json"});
+  const auto ended =
+      Run("", {"ctl config load --yes file.hwg --strict", "ctl config load file.hwg --dry-run",
+               "ctl config load --yes file.hwg --json", "ctl config load --yes file.hwg --json"});
   EXPECT_EQ(ended[0].status, 6);
   EXPECT_TRUE(Holds(ended[0].err,
                     "would not be loaded completely: line 4: unknown name iIDBitCn; did you mean iIDBitCnt?"))
@@ -333,14 +336,14 @@ TEST_F(TavlynctlConfigFiles, ALoadTellsWhatItDrops) {
 
 TEST_F(TavlynctlConfigFiles, ConfigurationsThatDoNotMeet) {
   Saved("--device plus:3");
-  const auto fewer = Run("--device plus:2",
-                         {"ctl config load own.hwg --dry-run --json", "ctl config load own.hwg --strict"});
+  const auto fewer = Run("--device plus:2", {"ctl config load own.hwg --dry-run --json",
+                                             "ctl config load --yes own.hwg --strict"});
   EXPECT_EQ(ParsedText(fewer[0])["ignored"],
             Json({"configuration 2 of the file: the reader does not have it"}));
   EXPECT_EQ(fewer[1].status, 6);
   const Json plain = ParsedText(Run("", {"ctl config load own.hwg --dry-run --json"})[0]);
   EXPECT_EQ(plain["ignored"][2], "card type of configuration 0: only a plus reader has one");
-  const auto more = Run("--device plus:4", {"ctl config load own.hwg --json"});
+  const auto more = Run("--device plus:4", {"ctl config load --yes own.hwg --json"});
   EXPECT_EQ(ParsedText(more[0])["ignored"],
             Json({"configuration 3 of the reader: the file does not hold it"}));
   Saved("--device plus:11");
@@ -353,8 +356,8 @@ TEST_F(TavlynctlConfigFiles, UnknownSettingsAreTold) {
   WriteFile("own.txt",
             "/--- Sonar Configuration Template File ---\nPingRat = 300\npingrates = 300\nMaxDistS: 50\n");
   const auto ended =
-      Run("--device sonar", {"ctl config load own.txt --strict", "ctl config load own.txt --json",
-                             "ctl config load own.txt --json"});
+      Run("--device sonar", {"ctl config load --yes own.txt --strict", "ctl config load --yes own.txt --json",
+                             "ctl config load --yes own.txt --json"});
   EXPECT_EQ(ended[0].status, 6) << ended[0].err;
   const Json ignored{"line 2: unknown name PingRat; did you mean PingRateS?",
                      "line 4: unknown name MaxDistS:; did you mean MaxDistS?"};
@@ -371,7 +374,7 @@ TEST_F(TavlynctlConfigFiles, APlusReaderBehindAnotherIsReadWhole) {
                 "ctl config set --device 1 --config 1 bDspHex=1 --json",
                 "ctl config get --device 1 --config 1 bDspHex --json", "ctl config show --device 1 --json",
                 "ctl config save one.hwg --device 1", "ctl config diff one.hwg --device 1 --json",
-                "ctl config load one.hwg --device 1 --json",
+                "ctl config load --yes one.hwg --device 1 --json",
                 "ctl config get --device 0 --config 1 bDspHex --json", "ctl cards --device 0 --json"});
   const Json all = ParsedText(ended[0])["configurations"];
   EXPECT_EQ(all[2], Json({{"index", 2}, {"card_type", "F104"}, {"priority", "low"}}));

@@ -168,8 +168,8 @@ TEST_F(TavlynctlConfig, ResetAndDefaults) {
       Run("--device plus:2",
           {"ctl config set bDspHex=1", "ctl config reset", "ctl config get bDspHex --json",
            "ctl config reset --yes", "ctl config get bDspHex --json", "ctl config set bDspHex=1",
-           "ctl config defaults save --json", "ctl config set bDspHex=0", "ctl config defaults restore",
-           "ctl config get bDspHex --json", "ctl config defaults plus", "ctl config get bDspHex --json",
+           "ctl config defaults save --json", "ctl config set bDspHex=0", "ctl config defaults restore --yes",
+           "ctl config get bDspHex --json", "ctl config defaults plus --yes", "ctl config get bDspHex --json",
            "ctl config defaults other"});
   EXPECT_EQ(ended[1].status, 1);
   const Json one{{"CfgFlags2.bDspHex", 1}};

@@ -78,9 +78,9 @@ TEST_F(TavlynctlProducts, WhatAProductDoesNotHave) {
     const std::string name =
         (device == "sonar" ? "sonar sensor" : "magstripe reader") + std::string(" 0 (/dev/hidraw-sim1)");
     for (const std::string words :
-         {"read", "cards", "secure read 02010300", "keys load keys.ini", "ble status", "config get bBeepID",
-          "config set bBeepID=1", "config defaults save", "led off", "volume", "queue", "raw 8A",
-          "analyzer status"}) {
+         {"read", "cards", "secure read 02010300", "keys load --yes keys.ini", "ble status",
+          "config get bBeepID", "config set bBeepID=1", "config defaults save", "led off", "volume", "queue",
+          "raw 8A", "analyzer status"}) {
       std::ofstream(folder_ / "keys.ini", std::ios::binary)
           << "[keys]\r\nslot=1\r\n[EOF]\r\niEndOfIniFile=BE686D5A\r\n";
       const Ended ended = Run("--device " + device, {"ctl " + words})[0];
@@ -230,9 +230,9 @@ TEST_F(TavlynctlProducts, ConfigurationFilesOfASensor) {
       Run(kAll, {"ctl config save own.txt --product sonar --json", "ctl config diff own.txt --json",
                  "sed 's/^PingRateS = 248/pingrates = 301/;s/^MaxDistS = 60/MaxDistS = 50/' own.txt >new.txt",
                  "ctl config diff new.txt --json", "ctl config load new.txt --dry-run --json",
-                 "ctl config load new.txt --json", "ctl config show --product sonar --json",
-                 "sed 's/^MaxDistS.*/MaxDistS = 99/' own.txt >bad.txt; ctl config load bad.txt",
-                 "ctl config load new.txt --secure", "ctl config save x.txt --product sonar --secure",
+                 "ctl config load --yes new.txt --json", "ctl config show --product sonar --json",
+                 "sed 's/^MaxDistS.*/MaxDistS = 99/' own.txt >bad.txt; ctl config load --yes bad.txt",
+                 "ctl config load --yes new.txt --secure", "ctl config save x.txt --product sonar --secure",
                  "ctl config show --product sonar --config 1", "ctl config diff own.txt bad.txt --json"});
   EXPECT_EQ(ParsedText(ended[0])["configurations"], 1);
   EXPECT_EQ(ParsedText(ended[1])["differences"], Json::array());
@@ -260,13 +260,14 @@ TEST_F(TavlynctlProducts, ConfigurationFilesOfASensor) {
 
 TEST_F(TavlynctlProducts, ConfigurationFilesOfAMagstripeReader) {
   const auto ended = Run(
-      kAll, {"ctl config save own.txt --product magstripe", "ctl config diff own.txt --json",
-             "sed 's/^LedColor.0.: 1/LedColor[0]: 2/;s/^KeyPressTime.*/KeyPressTime: 9/' own.txt >new.txt",
-             "ctl config load new.txt --dry-run --json", "ctl config load new.txt --json",
-             "ctl config diff new.txt --json", "ctl config show --product magstripe --json",
-             "sed 's/^UserField.3..Track.*/UserField[3].Track: 7/' own.txt >bad.txt; ctl config load bad.txt "
-             "--json",
-             "ctl config save reader.hwg; ctl config diff reader.hwg new.txt"});
+      kAll,
+      {"ctl config save own.txt --product magstripe", "ctl config diff own.txt --json",
+       "sed 's/^LedColor.0.: 1/LedColor[0]: 2/;s/^KeyPressTime.*/KeyPressTime: 9/' own.txt >new.txt",
+       "ctl config load new.txt --dry-run --json", "ctl config load --yes new.txt --json",
+       "ctl config diff new.txt --json", "ctl config show --product magstripe --json",
+       "sed 's/^UserField.3..Track.*/UserField[3].Track: 7/' own.txt >bad.txt; ctl config load --yes bad.txt "
+       "--json",
+       "ctl config save reader.hwg; ctl config diff reader.hwg new.txt"});
   EXPECT_EQ(ParsedText(ended[1])["differences"], Json::array());
   EXPECT_EQ(ParsedText(ended[3])["changes"],
             Json::parse(R"([{"setting": "LedColor[0]", "old": 1, "new": 2}])"));
@@ -284,7 +285,7 @@ TEST_F(TavlynctlProducts, ConfigurationFilesOfAMagstripeReader) {
 
 TEST_F(TavlynctlProducts, FilesNeedTheirProduct) {
   Run(kSonar, {"ctl config save own.txt"});
-  const auto ended = Run(kMagstripe, {"ctl config load own.txt", "ctl config diff own.txt"});
+  const auto ended = Run(kMagstripe, {"ctl config load --yes own.txt", "ctl config diff own.txt"});
   for (const Ended& one : ended) {
     EXPECT_EQ(one.status, 1);
     EXPECT_EQ(one.err, "tavlynctl: magstripe reader 0 (/dev/hidraw-sim1) is not a sonar sensor\n");

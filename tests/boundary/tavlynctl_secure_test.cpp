@@ -23,7 +23,7 @@ class TavlynctlSecure : public SimulatedRun {
 
 TEST_F(TavlynctlSecure, KeysAreLoadedAndNotShown) {
   WriteKeys(items_);
-  const auto ended = Run("", {"ctl keys load keys.ini --json", "ctl secure read 20070509 --json",
+  const auto ended = Run("", {"ctl keys load --yes keys.ini --json", "ctl secure read 20070509 --json",
                               "ctl secure read 20070509 --show-keys --json", "ctl secure read 20070509"});
   EXPECT_EQ(
       ParsedText(ended[0]),
@@ -44,7 +44,7 @@ TEST_F(TavlynctlSecure, ADryRunNeedsNoReader) {
   WriteKeys(items_);
   std::ofstream(folder_ / "bad.ini", std::ios::binary) << items_ << "[EOF]\r\niEndOfIniFile=12345678\r\n";
   const auto ended =
-      Run("--do unplug", {"ctl keys load keys.ini --dry-run --json", "ctl keys load keys.ini",
+      Run("--do unplug", {"ctl keys load keys.ini --dry-run --json", "ctl keys load --yes keys.ini",
                           "ctl keys load bad.ini --dry-run", "ctl keys load none.ini --dry-run"});
   EXPECT_EQ(ParsedText(ended[0])["written"], false);
   EXPECT_EQ(ended[1].status, 2);
@@ -57,7 +57,7 @@ TEST_F(TavlynctlSecure, ADryRunNeedsNoReader) {
 
 TEST_F(TavlynctlSecure, ItemsThatDoNotAddUp) {
   WriteKeys("[Blob1]\r\nhdr=20 7 6 9\r\ndata=C1 C2 C3 C4 C5\r\n");
-  const Ended ended = Run("", {"ctl keys load keys.ini"})[0];
+  const Ended ended = Run("", {"ctl keys load --yes keys.ini"})[0];
   EXPECT_EQ(ended.status, 4);
   EXPECT_TRUE(Holds(ended.err, "the last item of keys.ini was not written")) << ended.err;
   EXPECT_FALSE(Holds(ended.err, "C1"));
@@ -110,7 +110,7 @@ std::string LinesOfPage(const std::string& part) {
 TEST_F(TavlynctlSecure, TheKeyFileOfThePageIsWholeAndLoads) {
   const std::string script = LinesOfPage("### Key-load files");
   ASSERT_TRUE(Holds(script, "tavlynctl keys load items.ini --dry-run")) << script;
-  const auto ended = Run("", {"tavlynctl() { ctl \"$@\"; }\n" + script, "ctl keys load items.ini",
+  const auto ended = Run("", {"tavlynctl() { ctl \"$@\"; }\n" + script, "ctl keys load --yes items.ini",
                               "ctl secure read 20070509 --show-keys --json", "stat -c %a items.ini"});
   EXPECT_EQ(ended[0].out, "file     items.ini\nwritten  no\n") << ended[0].err;
   EXPECT_EQ(ended[1].status, 0) << ended[1].err;
@@ -125,13 +125,13 @@ TEST_F(TavlynctlSecure, AnItemThatIsNotThere) {
 }
 
 TEST_F(TavlynctlSecure, BleBlocksMoveToAnotherReader) {
-  const auto ended =
-      Run("--device reader --device reader",
-          {"ctl ble save data.hwg --json", "ctl ble load data.hwg --device 1 --json",
-           "ctl ble save keys.hwg --keys", "ctl ble load keys.hwg --keys --device 1 --json",
-           "ctl ble save again.hwg --keys --device 1", "cmp keys.hwg again.hwg", "ctl check data.hwg",
-           "ctl ble load data.hwg --keys", "ctl ble load keys.hwg",
-           "sed 's/^00\\./01./' data.hwg >bad.hwg; ctl ble load bad.hwg", "ctl ble save none/data.hwg"});
+  const auto ended = Run(
+      "--device reader --device reader",
+      {"ctl ble save data.hwg --json", "ctl ble load --yes data.hwg --device 1 --json",
+       "ctl ble save keys.hwg --keys", "ctl ble load --yes keys.hwg --keys --device 1 --json",
+       "ctl ble save again.hwg --keys --device 1", "cmp keys.hwg again.hwg", "ctl check data.hwg",
+       "ctl ble load --yes data.hwg --keys", "ctl ble load --yes keys.hwg",
+       "sed 's/^00\\./01./' data.hwg >bad.hwg; ctl ble load --yes bad.hwg", "ctl ble save none/data.hwg"});
   EXPECT_EQ(
       ParsedText(ended[0]),
       Json({{"schema", 1}, {"command", "ble save"}, {"device", 0}, {"file", "data.hwg"}, {"block", "data"}}));
@@ -152,7 +152,7 @@ TEST_F(TavlynctlSecure, ALoadedBlockComesBack) {
   ASSERT_EQ(ended[1].status, 0);
   const std::string body = TextOf(folder_ / "body.hwg");
   std::ofstream(folder_ / "new.hwg", std::ios::binary) << body << "iEndOfHwgFile=" << Sum(body);
-  const auto again = Run("", {"ctl ble load new.hwg", "ctl ble save back.hwg", "cmp new.hwg back.hwg",
+  const auto again = Run("", {"ctl ble load --yes new.hwg", "ctl ble save back.hwg", "cmp new.hwg back.hwg",
                               "grep -c '^A5.5A.00' back.hwg"});
   for (const Ended& one : again) EXPECT_EQ(one.status, 0) << one.err;
   EXPECT_EQ(again[3].out, "48\n");

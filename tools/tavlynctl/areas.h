@@ -16,24 +16,27 @@ struct Heading {
 };
 std::span<const Heading> Headings();
 
-void AddDevices(Program& program);      // list, info
-void AddTexts(Program& program);        // text
-void AddReads(Program& program);        // read, watch
-void AddConfig(Program& program);       // config show, get, set, reset and defaults, and calls the next
-void AddConfigFiles(Program& program);  // config save, diff, and calls the next
-void AddConfigLoad(Program& program);   // config load
-void AddCheck(Program& program);        // check
-void AddOutputs(Program& program);      // beep, led, relay, volume
-void AddCardTypes(Program& program);    // cards
-void AddExtensions(Program& program);   // analyzer, module, transparent
-void AddBle(Program& program);          // ble
-void AddQueue(Program& program);        // queue
-void AddRaw(Program& program);          // raw
-void AddSecure(Program& program);       // keys, secure
-void AddSwipes(Program& program);       // track, swipe
-void AddMagFields(Program& program);    // magfield
-void AddRange(Program& program);        // range
-void AddSerial(Program& program);       // serial
-void AddFind(Program& program);         // find
+void AddDevices(Program& program);        // list, info
+void AddTexts(Program& program);          // text
+void AddReads(Program& program);          // read, watch
+void AddConfig(Program& program);         // config show, get, set, reset and defaults, and calls the next
+void AddConfigFiles(Program& program);    // config save, diff, and calls the next
+void AddConfigLoad(Program& program);     // config load
+void AddConfigCopy(Program& program);     // config copy
+void AddConfigEdit(Program& program);     // config edit
+void AddConfigHistory(Program& program);  // config history and undo
+void AddCheck(Program& program);          // check
+void AddOutputs(Program& program);        // beep, led, relay, volume
+void AddCardTypes(Program& program);      // cards
+void AddExtensions(Program& program);     // analyzer, module, transparent
+void AddBle(Program& program);            // ble
+void AddQueue(Program& program);          // queue
+void AddRaw(Program& program);            // raw
+void AddSecure(Program& program);         // keys, secure
+void AddSwipes(Program& program);         // track, swipe
+void AddMagFields(Program& program);      // magfield
+void AddRange(Program& program);          // range
+void AddSerial(Program& program);         // serial
+void AddFind(Program& program);           // find
 
 }  // namespace tavlyn::ctl

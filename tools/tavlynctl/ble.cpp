@@ -4,6 +4,7 @@
 #include "api.h"
 #include "tools/tavlynctl/areas.h"
 #include "tools/tavlynctl/files.h"
+#include "tools/tavlynctl/overwriting.h"
 #include "tools/tavlynctl/program.h"
 #include "tools/tavlynctl/template_file.h"
 
@@ -117,12 +118,16 @@ struct SaveBle : BleFile {
 };
 
 struct LoadBle : BleFile {
+  Overwriting over;
+
   void Take(Words& words) {
     TakeFile(words);
+    over.TakeYes(words);
     words.DeviceToChange();
   }
 
   [[nodiscard]] Json Run(const Request& request) const {
+    over.Require("this overwrites what the reader keeps for its radio");
     const TestedFile file(path);
     file.Pass([&](const std::string& held) {
       CheckTrailer(held, Trailer::kHwg);
@@ -130,6 +135,7 @@ struct LoadBle : BleFile {
     });
     const Session session(request.link);
     session.Use(request.device);
+    over.Confirm("overwrite the BLE " + std::string(Kind().what) + " of " + ActiveDeviceName());
     if (Kind().load(file.ToLoad()) != 1) throw NotTransferred(path + " could not be loaded into");
     return Document(request);
   }

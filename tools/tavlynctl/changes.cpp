@@ -134,13 +134,12 @@ Change ChangeOf(int configuration, Json wanted) {
   return {configuration, std::move(wanted), Settings()};
 }
 
-Json ApplyAndVerify(Json document, const std::vector<Change>& changes, Sending sending,
-                    const std::function<void()>& write) {
+Json ApplyAndVerify(Json document, const std::vector<Change>& changes, Sending sending, const Write& write) {
   Json planned = PlannedRows(changes);
   const bool needed = sending == Sending::kAll || (sending == Sending::kDifferences && !planned.empty());
   document["written"] = needed;
   if (!needed) return Unsent(std::move(document), std::move(planned), sending);
-  write();
+  write(planned);
   ForgetUntold(changes);
   ReadBack();
   std::string refused;
@@ -148,14 +147,14 @@ Json ApplyAndVerify(Json document, const std::vector<Change>& changes, Sending s
   return Verified(std::move(document), std::move(rows), refused);
 }
 
-Json ApplyAndVerifySettings(Json document, const SettingsPlan& plan, bool dryRun) {
+Json ApplyAndVerifySettings(Json document, const SettingsPlan& plan, bool dryRun, const Write& write) {
   Json planned = PlannedSettings(plan);
   const bool needed = !dryRun && !planned.empty();
   document["written"] = needed;
   if (!needed) {
     return Unsent(std::move(document), std::move(planned), SendingOf(dryRun));
   }
-  Commit();
+  write(planned);
   ReadBack();
   std::string refused;
   Json rows = WrittenSettings(plan, refused);

@@ -24,19 +24,21 @@ enum class Sending {
 };
 inline Sending SendingOf(bool dryRun) { return dryRun ? Sending::kNothing : Sending::kDifferences; }
 
+// Given the rows that would change.
+using Write = std::function<void(const Json& rows)>;
+
 // Adds what would change to the document. What is sent is written, read back and compared, and the outcome
 // added; throws Failure with the document if the reader did not accept a value.
-Json ApplyAndVerify(Json document, const std::vector<Change>& changes, Sending sending,
-                    const std::function<void()>& write);
+Json ApplyAndVerify(Json document, const std::vector<Change>& changes, Sending sending, const Write& write);
 
 // The same for the settings of another product, which has one configuration. read returns them from the
-// library's mirror; WriteCfg writes them.
+// library's mirror, where they are set already.
 struct SettingsPlan {
   Json before;
   Json wanted;
   std::function<Json()> read;
 };
-Json ApplyAndVerifySettings(Json document, const SettingsPlan& plan, bool dryRun);
+Json ApplyAndVerifySettings(Json document, const SettingsPlan& plan, bool dryRun, const Write& write);
 
 // Calls WriteCfg; throws Failure if it fails.
 void Commit();

@@ -1,12 +1,15 @@
 // config show, get, set, reset and defaults; cards.
+#include <algorithm>
 #include <charconv>
 
 #include "api.h"
 #include "tools/tavlynctl/areas.h"
+#include "tools/tavlynctl/backups.h"
 #include "tools/tavlynctl/changes.h"
 #include "tools/tavlynctl/every_device.h"
 #include "tools/tavlynctl/fields.h"
 #include "tools/tavlynctl/hex.h"
+#include "tools/tavlynctl/overwriting.h"
 #include "tools/tavlynctl/product_settings.h"
 #include "tools/tavlynctl/program.h"
 
@@ -125,11 +128,15 @@ struct SetConfig {
     return ForEachChosen(request, kReaders, [&] {
       CheckConfiguration(configuration);
       const Change change = ChangeOf(configuration, Values(values));
+      const Backup backup(request.command, Backup::NeedOf(dryRun));
       {
         const SelectedConfiguration selected(configuration);
         Store(values);
       }
-      return ApplyAndVerify(request.DeviceDocument(), {change}, SendingOf(dryRun), Commit);
+      return ApplyAndVerify(request.DeviceDocument(), {change}, SendingOf(dryRun), [&](const Json&) {
+        backup.Keep();
+        Commit();
+      });
     });
   }
 
@@ -139,56 +146,78 @@ struct SetConfig {
     return ForEachChosen(request, product, [&] {
       CheckConfiguration(configuration);
       const SettingsPlan plan{MirrorSettings(), wanted, MirrorSettings};
+      const Backup backup(request.command, Backup::NeedOf(dryRun));
       StoreSettings(wanted);
-      return ApplyAndVerifySettings(request.DeviceDocument(), plan, dryRun);
+      return ApplyAndVerifySettings(request.DeviceDocument(), plan, dryRun, [&](const Json&) {
+        backup.Keep();
+        Commit();
+      });
     });
   }
 };
 
 struct ResetConfig {
-  bool yes = false;
-  bool dryRun = false;
+  Overwriting over;
 
   void Take(Words& words) {
-    words.Flag("--yes", yes, "Do it");
-    words.Flag("--dry-run", dryRun, "Only test whether the device is there");
+    over.TakeAll(words);
+    words.Flag("--dry-run", over.dryRun, "Only test whether the device is there");
     words.Product();
     words.DeviceToChange();
     words.All();
   }
 
   [[nodiscard]] Json Run(const Request& request) const {
-    if (!yes && !dryRun) {
-      throw Failure(kUsage, "this loads the factory configuration over what the reader has; --yes does it");
-    }
+    over.Require("this loads the factory configuration over what the device has");
     return ForEachChosen(request, request.products, [&] {
-      if (!dryRun && ResetFactoryDflts() != 1) {
-        throw Failure(kDeviceError, ActiveDeviceName() + " could not be reset, " + ErrorText());
-      }
+      if (!over.dryRun) Reset(request);
       Json document = request.DeviceDocument();
-      document["reset"] = !dryRun;
+      document["reset"] = !over.dryRun;
       return document;
     });
   }
+
+ private:
+  void Reset(const Request& request) const {
+    over.Confirm("load the factory configuration into " + ActiveDeviceName());
+    Backup(request.command, over.Kept()).Keep();
+    if (ResetFactoryDflts() == 1) return;
+    throw Failure(kDeviceError, ActiveDeviceName() + " could not be reset, " + ErrorText());
+  }
 };
+
+struct MovedDefaults {
+  const char* word;
+  const char* overwrites;  // the configuration with this; null if only the defaults change
+  std::uint32_t (*move)();
+};
+constexpr MovedDefaults kMovedDefaults[] = {{"save", nullptr, SaveUserDflts},
+                                            {"restore", "its user defaults", ResetUserDflts},
+                                            {"plus", "its plus defaults", tavlynPlusDefaults}};
 
 struct MoveDefaults {
   std::string what;
+  Overwriting over;
 
   void Take(Words& words) {
     words.Choice("WHAT", what, {"save", "restore", "plus"},
                  "save, restore: its user defaults; plus: its plus defaults");
+    over.TakeAll(words);
     words.DeviceToChange();
   }
 
   [[nodiscard]] Json Run(const Request& request) const {
+    const MovedDefaults& moved = *std::ranges::find(kMovedDefaults, what, &MovedDefaults::word);
+    const std::string overwrites = moved.overwrites != nullptr ? moved.overwrites : "";
+    if (!overwrites.empty()) over.Require("this loads " + overwrites + " over what the reader has");
     const Session session(request.link);
     session.Use(request.device);
     RequirePlusReader();
-    const auto move = what == "save"      ? SaveUserDflts
-                      : what == "restore" ? ResetUserDflts
-                                          : tavlynPlusDefaults;
-    if (move() != 1) {
+    if (!overwrites.empty()) {
+      over.Confirm("load " + overwrites + " into " + ActiveDeviceName());
+      Backup(request.command, over.Kept()).Keep();
+    }
+    if (moved.move() != 1) {
       throw Failure(kDeviceError,
                     "the defaults of " + ActiveDeviceName() + " could not be moved, " + ErrorText());
     }
@@ -249,7 +278,9 @@ struct SetCardType {
       throw Failure(kUsage, ActiveDeviceName() + " does not know card type " + Hex(type, 4));
     }
     const Change change = ChangeOf(index, {{kCardTypeName, Hex(type, 4)}, {kCardPriorityName, priority}});
-    return ApplyAndVerify(request.DeviceDocument(), {change}, SendingOf(dryRun), [&] {
+    const Backup backup(request.command, Backup::NeedOf(dryRun));
+    return ApplyAndVerify(request.DeviceDocument(), {change}, SendingOf(dryRun), [&](const Json&) {
+      backup.Keep();
       {
         const SelectedConfiguration selected(index);
         SetCardTypePriority(type, priority == PriorityText(true) ? 1 : 0);

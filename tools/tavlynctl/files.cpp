@@ -61,8 +61,8 @@ Failure NothingIn(const std::string& path) {
   return {kBadFile, path + " cannot be read: " + std::strerror(errno)};
 }
 
-TestedFile::TestedFile(const std::string& path)
-    : name_(path), contents_(ContentsOf(path)), held_(path, contents_) {}
+TestedFile::TestedFile(const std::string& path, const std::string& name)
+    : path_(path), name_(name), contents_(ContentsOf(path)), held_(path, contents_) {}
 
 Failure TestedFile::OfTheFile(const Failure& failure) const {
   std::string text = failure.what();
@@ -71,7 +71,7 @@ Failure TestedFile::OfTheFile(const Failure& failure) const {
 }
 
 const char* TestedFile::ToLoad() const {
-  if (ContentsOf(name_) == contents_) return held_.Path().c_str();
+  if (ContentsOf(path_) == contents_) return held_.Path().c_str();
   throw Failure(kBadFile, name_ + " was changed while it was to be loaded; nothing was written, try again");
 }
 

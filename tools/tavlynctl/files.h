@@ -34,8 +34,9 @@ class HeldFile {
 // it.
 class TestedFile {
  public:
-  // That a file cannot be read is for the tests to say.
-  explicit TestedFile(const std::string& path);
+  // That a file cannot be read is for the tests to say. name: what messages call it.
+  TestedFile(const std::string& path, const std::string& name);
+  explicit TestedFile(const std::string& path) : TestedFile(path, path) {}
   // Runs a test with the path of what will be loaded; a Failure of it tells of the file that was named.
   template <typename Test>
   auto Pass(Test test) const try {
@@ -49,6 +50,7 @@ class TestedFile {
  private:
   [[nodiscard]] Failure OfTheFile(const Failure& failure) const;
 
+  std::string path_;
   std::string name_;
   std::string contents_;
   HeldFile held_;

@@ -20,8 +20,9 @@ namespace {
 
 std::error_code LastError() { return {errno, std::generic_category()}; }
 
-// The files that a signal would leave behind: a save, and the file that it is compared with.
-std::array<std::array<char, PATH_MAX>, 2> pending{};
+// The files that a signal would leave behind: a save and the file that it is compared with, and likewise the
+// copy of what is overwritten.
+std::array<std::array<char, PATH_MAX>, 4> pending{};
 
 // The handler is gone when it runs, so that the signal then ends the program.
 void RemoveAndEnd(int signal) {

@@ -5,6 +5,7 @@
 #include "api.h"
 #include "magstripe/layout.h"
 #include "tools/tavlynctl/areas.h"
+#include "tools/tavlynctl/backups.h"
 #include "tools/tavlynctl/changes.h"
 #include "tools/tavlynctl/hex.h"
 #include "tools/tavlynctl/product_settings.h"
@@ -169,10 +170,14 @@ struct SetMagField {
     const Session session(request.link, kMagstripes);
     session.Use(request.device);
     const SettingsPlan plan{PartsOf(field), wanted, [&] { return PartsOf(field); }};
+    const Backup backup(request.command, Backup::NeedOf(dryRun));
     Store(field, wanted);
     Json document = request.DeviceDocument();
     document["number"] = field;
-    return ApplyAndVerifySettings(std::move(document), plan, dryRun);
+    return ApplyAndVerifySettings(std::move(document), plan, dryRun, [&](const Json&) {
+      backup.Keep();
+      Commit();
+    });
   }
 };
 

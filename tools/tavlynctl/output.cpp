@@ -53,9 +53,9 @@ std::string Label(std::string key) {
   return key;
 }
 
-void Line(std::size_t indent, std::string text) {
+void Line(std::size_t indent, std::string text, std::FILE* stream = stdout) {
   while (!text.empty() && text.back() == ' ') text.pop_back();
-  PrintLine(stdout, text.insert(0, indent, ' '));
+  PrintLine(stream, text.insert(0, indent, ' '));
 }
 
 std::string Padded(std::string text, std::size_t width) {
@@ -74,7 +74,7 @@ std::string CardLine(const Json& card) {
   return card.value("event", "card") + " " + Cell(card["bits"]) + " bits " + Cell(card["id"]);
 }
 
-void ShowTable(const Json& rows, std::size_t indent) {
+void ShowTable(const Json& rows, std::size_t indent, std::FILE* stream = stdout) {
   std::map<std::string, std::size_t> widths;
   for (const Json& row : rows) {
     for (const auto& [key, value] : row.items()) {
@@ -83,11 +83,11 @@ void ShowTable(const Json& rows, std::size_t indent) {
   }
   std::string head;
   for (const auto& [key, value] : rows.front().items()) head += Padded(Label(key), widths[key]);
-  Line(indent, head);
+  Line(indent, head, stream);
   for (const Json& row : rows) {
     std::string line;
     for (const auto& [key, value] : row.items()) line += Padded(Cell(value), widths[key]);
-    Line(indent, line);
+    Line(indent, line, stream);
   }
 }
 
@@ -132,6 +132,8 @@ void Show(const Json& document, bool asJson) {
   }
   FlushOutput();
 }
+
+void ShowRows(std::FILE* stream, const Json& rows) { ShowTable(rows, 0, stream); }
 
 void ShowEvent(const Json& event, bool asJson) { ShowEvent(event, asJson ? "" : CardLine(event), asJson); }
 

@@ -1,6 +1,7 @@
 // What a command has found, and how it is shown: as JSON, or as text for people.
 #pragma once
 
+#include <cstdio>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
@@ -20,6 +21,7 @@ enum ExitCode : int {
   kDeviceError = 4,
   kNoCard = 5,
   kBadFile = 6,
+  kDiffers = 7,
 };
 
 // Ends a command.
@@ -36,6 +38,8 @@ Json NewDocument(const std::string& command);
 
 // Null shows nothing. Here and below, throws Failure if standard output cannot be written.
 void Show(const Json& document, bool asJson);
+// A table for people; there is at least one row.
+void ShowRows(std::FILE* stream, const Json& rows);
 // A card that came or went: one line, flushed at once.
 void ShowEvent(const Json& event, bool asJson);
 // Any other event, with its line for people.

@@ -27,7 +27,7 @@ Json SetOutputs(const std::vector<FieldValue>& values, bool store, const Request
     const Change change = ChangeOf(GetActConfig(), Values(values));
     Json document = request.DeviceDocument();
     document["stored"] = store;
-    return ApplyAndVerify(std::move(document), {change}, Sending::kAll, [&] {
+    return ApplyAndVerify(std::move(document), {change}, Sending::kAll, [&](const Json&) {
       if (!store) return StoreNow(values);
       Store(values);
       Commit();

@@ -1,6 +1,8 @@
 // The program as a process: the standard files that it was started without, Ctrl-C where a command puts
-// things in order before it ends, and keys, which must not be left on a disk or a screen.
+// things in order before it ends, keys, which must not be left on a disk or a screen, and the user's editor.
 #pragma once
+
+#include <string>
 
 namespace tavlyn::ctl {
 
@@ -36,5 +38,10 @@ class HiddenInput {
  private:
   bool typed_;
 };
+
+// Runs an editor, words for a shell, on a file until it ends; a Ctrl-C is the editor's alone. False if it
+// failed.
+bool RunEditor(const std::string& editor, const std::string& path);
+const char* UsualEditor();
 
 }  // namespace tavlyn::ctl

@@ -1,9 +1,11 @@
 #include <fcntl.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
+#include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 
 #include "tools/tavlynctl/process.h"
@@ -80,5 +82,27 @@ HiddenInput::~HiddenInput() {
   tcsetattr(STDIN_FILENO, TCSANOW, &shown);
   for (const int signal : kEnds) std::signal(signal, SIG_DFL);
 }
+
+// The file is an argument of the shell's, so that its name may hold anything.
+bool RunEditor(const std::string& editor, const std::string& path) {
+  const std::string line = editor + " \"$1\"";
+  const auto interrupt = std::signal(SIGINT, SIG_IGN);
+  const auto quit = std::signal(SIGQUIT, SIG_IGN);
+  const pid_t child = fork();
+  if (child == 0) {
+    std::signal(SIGINT, SIG_DFL);
+    std::signal(SIGQUIT, SIG_DFL);
+    execl("/bin/sh", "sh", "-c", line.c_str(), "sh", path.c_str(), nullptr);
+    _exit(1);
+  }
+  int status = -1;
+  while (child > 0 && waitpid(child, &status, 0) < 0 && errno == EINTR) {
+  }
+  std::signal(SIGINT, interrupt);
+  std::signal(SIGQUIT, quit);
+  return status == 0;
+}
+
+const char* UsualEditor() { return "vi"; }
 
 }  // namespace tavlyn::ctl

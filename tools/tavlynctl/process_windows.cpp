@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdio>
+#include <cstdlib>
 
 #include "tools/control_windows.h"
 #include "tools/tavlynctl/process.h"
@@ -63,5 +64,13 @@ HiddenInput::~HiddenInput() {
   SetConsoleMode(Input(), shown);
   SetConsoleCtrlHandler(ShowAndEnd, FALSE);
 }
+
+// The outer quotes are for the shell, which takes off the first and the last.
+bool RunEditor(const std::string& editor, const std::string& path) {
+  std::fflush(nullptr);
+  return std::system(("\"" + editor + " \"" + path + "\"\"").c_str()) == 0;
+}
+
+const char* UsualEditor() { return "notepad"; }
 
 }  // namespace tavlyn::ctl

@@ -88,6 +88,12 @@ void Words::Device() {
       ->option_text("WHICH");
 }
 
+CLI::Option* Words::Which(const char* name, DeviceChoice& device, const char* text) {
+  return command_.add_option(name, device.word, text)
+      ->check(CLI::Validator(ProblemOfName, ""))
+      ->option_text("WHICH");
+}
+
 void Words::DeviceToChange(const std::function<bool()>& changes) {
   Device();
   command_.final_callback([&command = command_, &device = request_.device, changes] {

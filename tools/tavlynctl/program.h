@@ -61,6 +61,8 @@ class Words {
     return command_.add_option_function<std::string>(name, take, text);
   }
 
+  // A device by another name than --device.
+  CLI::Option* Which(const char* name, DeviceChoice& device, const char* text);
   void DryRun(bool& dryRun) { Flag("--dry-run", dryRun, "Only show what would change"); }
   // What ends a command that waits or watches.
   CLI::Option* Count(int& count, const char* text);

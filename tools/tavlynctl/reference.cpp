@@ -11,8 +11,7 @@ constexpr ExitStatus kStatuses[] = {
     {"1",
      "Wrong command line, a value out of range, or something that the device does not have: a configuration, "
      "card type, defaults, module, mode, radio or analyzer, or a command for another product; or several "
-     "devices "
-     "and none chosen."},
+     "devices and none chosen; or --yes is missing where nobody can be asked, or the answer was no."},
     {"2",
      "No device is plugged in or answers at that port or address, there is no such port, no device of that "
      "name, or no adapter answers."},
@@ -28,8 +27,9 @@ constexpr ExitStatus kStatuses[] = {
      "A file or standard output cannot be read or written; a file is not a configuration file, has no "
      "configuration, is cut short, or was changed since it was written; with --strict, part of a file would "
      "be ignored."},
+    {"7", "config diff --exit-code: there are differences."},
 };
-static_assert(std::size(kStatuses) == kBadFile + 1);
+static_assert(std::size(kStatuses) == kDiffers + 1);
 
 constexpr const char* kMagstripe = "--device magstripe --do 'swipe %B12^DOE/JOHN^?;77=1?'";
 constexpr const char* kAdapter = "--ethernet 10.0.0.5:10001 --card 01020303:26";
@@ -54,8 +54,16 @@ constexpr Example kExamples[] = {
      "What would change, without a change."},
     {"config set", "tavlynctl config set PingRateS=300", "A setting of a sonar sensor.", "--device sonar"},
     {"config save", "tavlynctl config save desk.hwg --secure", "A copy of the configuration."},
-    {"config load", "tavlynctl config load desk.hwg --strict", "Loads that copy.", "", kSaved},
+    {"config load", "tavlynctl config load desk.hwg --strict --yes", "Loads that copy.", "", kSaved},
+    {"config copy", "tavlynctl config copy --from 0 --to all --yes", "Three readers like the first one.",
+     "--device reader --device reader --device reader"},
+    {"config edit", "EDITOR=cat tavlynctl config edit --dry-run", "The text that it opens."},
     {"config diff", "tavlynctl config diff desk.hwg", "What has changed since.", "", kSaved},
+    {"config diff", "tavlynctl config diff old.hwg desk.hwg --exit-code", "Whether two files differ.", "",
+     "tavlynctl config save desk.hwg >saved; cp desk.hwg old.hwg"},
+    {"config history", "tavlynctl config history", "What was kept of the configurations before."},
+    {"config undo", "tavlynctl config undo --yes", "Takes the last change back.", "",
+     "tavlynctl config set bBeepID=0"},
     {"config reset", "tavlynctl config reset --yes", "As it came from the factory."},
     {"config defaults", "tavlynctl config defaults save",
      "Makes the configuration of a plus reader its user defaults.", "--device plus:2"},
@@ -76,7 +84,8 @@ constexpr Example kExamples[] = {
     {"ble status", "tavlynctl ble status", "Whether there is a radio.", "--device plus:2"},
     {"ble set", "tavlynctl ble set 1", "Gives it configuration 1.", "--device plus:2"},
     {"ble save", "tavlynctl ble save radio.hwg", "A copy of its data."},
-    {"ble load", "tavlynctl ble load radio.hwg", "Loads that copy.", "", "tavlynctl ble save radio.hwg"},
+    {"ble load", "tavlynctl ble load radio.hwg --yes", "Loads that copy.", "",
+     "tavlynctl ble save radio.hwg"},
     {"track", "tavlynctl track 2", "The second track of the last swipe.", kMagstripe},
     {"swipe watch", "tavlynctl swipe watch --count 1", "The next swipe.", kMagstripe},
     {"magfield", "tavlynctl magfield 11", "One user field.", kMagstripe},

@@ -7,6 +7,7 @@
 #include "tools/tavlynctl/areas.h"
 #include "tools/tavlynctl/files.h"
 #include "tools/tavlynctl/hex.h"
+#include "tools/tavlynctl/overwriting.h"
 #include "tools/tavlynctl/process.h"
 #include "tools/tavlynctl/program.h"
 #include "tools/tavlynctl/template_file.h"
@@ -37,16 +38,19 @@ std::string GivenData(const std::string& word) {
 }
 
 struct LoadKeys {
-  bool dryRun = false;
+  Overwriting over;
   std::string path;
 
   void Take(Words& words) {
-    words.Flag("--dry-run", dryRun, "Only test whether the file was damaged; needs no reader");
+    over.TakeYes(words);
+    words.Flag("--dry-run", over.dryRun, "Only test whether the file was damaged; needs no reader");
     words.File(path);
     words.DeviceToChange();
   }
 
   [[nodiscard]] Json Run(const Request& request) const {
+    const bool dryRun = over.dryRun;
+    over.Require("this overwrites items of the protected memory");
     const TestedFile file(path);
     file.Pass([](const std::string& held) { CheckTrailer(held, Trailer::kIni); });
     Json document = dryRun ? request.Document() : request.DeviceDocument();
@@ -55,6 +59,7 @@ struct LoadKeys {
     if (dryRun) return document;
     const Session session(request.link);
     session.Use(request.device);
+    over.Confirm("write the items of " + path + " to the protected memory of " + ActiveDeviceName());
     if (LoadIniFile(file.ToLoad()) != 1)
       throw NotTransferred("the last item of " + path + " was not written to");
     return document;
