@@ -225,12 +225,12 @@ TEST_F(TavlynctlChanges, OnATerminalItAsksAboutKeysToo) {
 TEST_F(TavlynctlChanges, OnATerminalATextMayBeEditedAgain) {
   std::ofstream(folder_ / "editor")
       << "if test -e once; then sed -i s/bBepID=1/bBeepID=0/ $1; else touch once; "
-         "sed -i s/bBeepID.=.1/bBepID=1/ $1; fi\n";
+         "sed -i s/^bBeepID.=../bBepID=1/ $1; fi\n";
   const auto ended = Run(
       "", {"export EDITOR='sh editor'; " + Typed("\\ny\\n", "config edit"), "ctl config get bBeepID --json",
            "rm once; export EDITOR='sh editor'; " + Typed("n\\n", "config edit")});
   EXPECT_TRUE(Holds(ended[0].out, "did you mean bBeepID?\r\nedit it again? [Y/n] ")) << ended[0].out;
-  EXPECT_TRUE(Holds(ended[0].out, "write 1 value to card reader 0")) << ended[0].out;
+  EXPECT_TRUE(Holds(ended[0].out, "write 2 values to card reader 0")) << ended[0].out;
   EXPECT_EQ(ended[0].status, 0) << ended[0].out;
   EXPECT_EQ(ParsedText(ended[1])["fields"]["CfgFlags2.bBeepID"], 0);
   EXPECT_EQ(ended[2].status, kBadFile) << ended[2].out;
@@ -287,6 +287,55 @@ TEST_F(TavlynctlChanges, WhatWasEditedIsNotLost) {
   EXPECT_EQ(ended[5].status, kBadFile);
   EXPECT_TRUE(Holds(ended[5].err, "the editor false failed; VISUAL or EDITOR names another")) << ended[5].err;
   EXPECT_EQ(ParsedText(ended[6])["copies"], Json::array());
+}
+
+TEST_F(TavlynctlChanges, ACopyOfOneDeviceGoesToOthers) {
+  const std::string look = "ctl config get bBeepID --json --device ";
+  const auto ended = Run("--device reader --device reader --device sonar --device reader",
+                         {"ctl config set bBeepID=0 --device 0", "ctl config copy --from 0 --to 1",
+                          "ctl config copy --from 0 --to 1 --yes --json", look + "1", look + "2",
+                          "ctl config copy --from 0 --to all --yes --json", look + "2",
+                          "ctl config copy --from 0 --to 0 --yes", "ctl config copy --from 0 --to 3 --yes",
+                          "ctl config copy --from 7 --to 0 --yes", "ctl config undo --device 2 --yes",
+                          look + "2", "ctl config copy --from 2 --to 0 --dry-run --json", look + "0"});
+  const Json silent{{"CfgFlags2.bBeepID", 0}};
+  const Json loud{{"CfgFlags2.bBeepID", 1}};
+  EXPECT_EQ(ended[1].status, kUsage) << ended[1].err;
+  const Json one = ParsedText(ended[2]);
+  EXPECT_EQ(one["device"], 1);
+  EXPECT_EQ(one["verified"], true);
+  EXPECT_EQ(ParsedText(ended[3])["fields"], silent);
+  EXPECT_EQ(ParsedText(ended[4])["fields"], loud);
+  const Json all = ParsedText(ended[5])["devices"];
+  ASSERT_EQ(all.size(), 3u);
+  EXPECT_EQ(all[0]["written"], false);
+  EXPECT_EQ(all[2]["written"], true);
+  EXPECT_EQ(ParsedText(ended[6])["fields"], silent);
+  EXPECT_EQ(ended[7].status, kUsage);
+  EXPECT_TRUE(Holds(ended[7].err, "is both --from and --to")) << ended[7].err;
+  EXPECT_EQ(ended[8].status, kUsage) << "a sonar sensor";
+  EXPECT_EQ(ended[9].status, 2) << ended[9].err;
+  EXPECT_EQ(ParsedText(ended[11])["fields"], loud) << "undone: " << ended[10].err;
+  EXPECT_EQ(ParsedText(ended[12])["changes"][0]["new"], 1);
+  EXPECT_EQ(ParsedText(ended[13])["fields"], silent);
+}
+
+TEST_F(TavlynctlChanges, AFileGoesToAllDevices) {
+  const auto ended = Run("--device reader --device plus:2",
+                         {"ctl config save own.hwg; sed s/bBeepID.=.1/bBeepID=0/ own.hwg >file.hwg",
+                          "ctl config load file.hwg --all --yes --json",
+                          "ctl config load file.hwg --all --yes", "ctl config undo --all --yes --json",
+                          "ctl config get bBeepID --device 1 --json", "ctl config load file.hwg --yes"});
+  const Json devices = ParsedText(ended[1])["devices"];
+  ASSERT_EQ(devices.size(), 2u);
+  for (const Json& one : devices) {
+    EXPECT_EQ(one["result"], "ok");
+    EXPECT_EQ(one["verified"], true);
+  }
+  EXPECT_TRUE(Holds(ended[2].out, "  device  product      serial number  result  changes\n")) << ended[2].out;
+  EXPECT_EQ(ParsedText(ended[3])["devices"][1]["verified"], true);
+  EXPECT_EQ(ParsedText(ended[4])["fields"]["CfgFlags2.bBeepID"], 1);
+  EXPECT_EQ(ended[5].status, kUsage) << "none chosen";
 }
 
 TEST_F(TavlynctlChanges, OtherProductsAreEditedToo) {
