@@ -26,6 +26,7 @@ std::string BackupFolder() { return NameOfPath(PathOf(StateFolder()) / "backups"
 
 std::vector<fs::path> EntriesOf(const fs::path& folder) {
   std::vector<fs::path> entries;
+  if (!folder.is_absolute()) return entries;  // the environment names no place
   std::error_code over;
   for (fs::directory_iterator at(folder, over); at != fs::directory_iterator() && !over; at.increment(over)) {
     entries.push_back(at->path());
