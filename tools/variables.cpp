@@ -17,6 +17,9 @@ constexpr Variable kVariables[] = {
     {"VISUAL", kTavlynctl, "The editor of config edit."},
     {"EDITOR", kTavlynctl, "The same if VISUAL is not set; otherwise vi, on Windows notepad."},
     {"TAVLYNSIM_SOCKET", kTavlynsim, "Set for COMMAND: where the simulated devices are reached."},
+#define TAVLYN_EVENT_VALUE(placeholder, key, variable, text) \
+  {variable, kTavlynctl, "Set for the command of --exec: " text "."},
+#include "tools/tavlynctl/event_values.inc"
     {"LD_LIBRARY_PATH", kTavlynsim,
      "Set for COMMAND: it begins with the folder of the stand-in for libhidapi-hidraw.so.0."},
 };

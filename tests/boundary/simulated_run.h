@@ -51,6 +51,14 @@ inline std::vector<Json> JsonLines(const std::string& text) {
   return lines;
 }
 
+// An event without what says when it was and which device's it is.
+inline Json Unstamped(Json event) {
+  for (const char* key : {"sequence", "time", "device", "path", "serial_number"}) {
+    EXPECT_EQ(event.erase(key), 1u) << key << event;
+  }
+  return event;
+}
+
 // The CRC of a trailer, bit by bit, so that it shares nothing with the library.
 inline std::string Sum(const std::string& text) {
   std::uint32_t sum = 0xFFFFFFFF;

@@ -112,7 +112,7 @@ TEST_F(TavlynctlLinks, WatchNoticesALostPort) {
   reader_->PutCard({1}, 8);
   line_.faults.VanishAt(800);
   const PortDevice device(ports_, 3, line_);
-  const Ended watch = Ctl("watch --com 3");
+  const Ended watch = Ctl("watch --com 3 --no-wait");
   EXPECT_EQ(watch.status, 4) << watch.out;
   EXPECT_TRUE(watch.out.starts_with("card 8 bits 01\n")) << watch.out;
   EXPECT_TRUE(Holds(watch.err, "card reader 0 (COM3:) does not answer")) << watch.err;

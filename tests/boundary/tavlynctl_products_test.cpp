@@ -95,7 +95,8 @@ TEST_F(TavlynctlProducts, WhatAProductDoesNotHave) {
   }
   EXPECT_EQ(Run(kSonar, {"ctl beep"})[0].status, 1);
   EXPECT_EQ(Run(kMagstripe, {"ctl beep 2"})[0].status, 0);
-  const auto none = Run("--do unplug", {"ctl track", "ctl range", "ctl magfield", "ctl swipe watch"});
+  const auto none =
+      Run("--do unplug", {"ctl track", "ctl range", "ctl magfield", "ctl swipe watch --no-wait"});
   for (const Ended& ended : none) EXPECT_EQ(ended.status, 2) << ended.err;
   EXPECT_EQ(none[0].err, "tavlynctl: no magstripe reader is plugged in\n");
   EXPECT_EQ(none[1].err, "tavlynctl: no sonar sensor is plugged in\n");
@@ -133,13 +134,13 @@ TEST_F(TavlynctlProducts, SwipesAreWatched) {
       Run(kMagstripe, {kSwipe + "typed 'swipe ;77=1?'; ctl swipe watch --count 2",
                        kSwipe + "ctl swipe watch --count 1 --json", "ctl swipe watch --timeout 0.5",
                        "upon 'kill -INT $pid' " TAVLYNCTL " swipe watch",
-                       "upon 'typed unplug' " TAVLYNCTL " swipe watch"});
+                       "upon 'typed unplug' " TAVLYNCTL " swipe watch --no-wait"});
   EXPECT_EQ(ended[0].status, 0) << ended[0].err;
   EXPECT_EQ(ended[0].out, "swipe 1 %B12^DOE/JOHN^?9 2 ;4000001234567899=3012?5\nswipe 2 ;77=1?8\n");
   EXPECT_EQ(ended[0].err, "watching magstripe reader 0 (/dev/hidraw-sim1)\n");
   const std::vector<Json> lines = JsonLines(ended[1].out);
   ASSERT_EQ(lines.size(), 1u);
-  EXPECT_EQ(lines[0],
+  EXPECT_EQ(Unstamped(lines[0]),
             Json({{"schema", 1}, {"command", "swipe watch"}, {"event", "swipe"}, {"tracks", Tracks()}}));
   EXPECT_EQ(ended[2].status, 5) << "both were taken";
   EXPECT_EQ(ended[3].status, 0) << ended[3].err;
@@ -189,7 +190,7 @@ TEST_F(TavlynctlProducts, ARangeIsMeasured) {
   const auto ended = Run(kSonar, {"ctl range --json", "typed 'range 25'; ctl range",
                                   "ctl range --watch --count 2", "ctl range --watch --count 2 --json",
                                   "ctl range --count 2", "upon 'kill -INT $pid' " TAVLYNCTL " range --watch",
-                                  "upon 'typed unplug' " TAVLYNCTL " range --watch", "ctl range"});
+                                  "upon 'typed unplug' " TAVLYNCTL " range --watch --no-wait", "ctl range"});
   EXPECT_EQ(
       ParsedText(ended[0]),
       Json::parse(R"({"schema": 1, "command": "range", "device": 0, "inches": 30, "status": [1, 0, 0]})"));
@@ -198,7 +199,7 @@ TEST_F(TavlynctlProducts, ARangeIsMeasured) {
   EXPECT_EQ(ended[2].err, "watching sonar sensor 0 (/dev/hidraw-sim1)\n");
   const std::vector<Json> lines = JsonLines(ended[3].out);
   ASSERT_EQ(lines.size(), 2u);
-  EXPECT_EQ(lines[1],
+  EXPECT_EQ(Unstamped(lines[1]),
             Json::parse(
                 R"({"schema": 1, "command": "range", "event": "range", "inches": 25, "status": [1, 0, 0]})"));
   EXPECT_EQ(ended[4].status, 1);

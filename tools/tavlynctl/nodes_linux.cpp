@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "tools/tavlynctl/known_identities.h"
 #include "tools/tavlynctl/reach.h"
 
 namespace tavlyn::ctl {
@@ -33,32 +34,17 @@ bool IsOtherProcess(const std::string& name) {
          name != std::to_string(getpid());
 }
 
-struct Identity {
-  unsigned vid;
-  unsigned pid;
-};
-
-#define TAVLYN_PAIR(vid, pid) {0x##vid, 0x##pid},
-#define TAVLYN_ROW(vid, pid, vendor, filter) {0x##vid, 0x##pid},
-constexpr Identity kKnown[] = {
-#include "hid/identities.inc"
-};
-
 constexpr struct {
   int vid;
   int pid;
 } kBulk{0x171B, 0x1004};
-
-bool IsKnown(unsigned vid, unsigned pid) {
-  return std::ranges::any_of(kKnown, [&](const Identity& one) { return one.vid == vid && one.pid == pid; });
-}
 
 bool IsKnownNode(const fs::path& node) {
   std::ifstream lines(node / "device" / "uevent");
   for (std::string line; std::getline(lines, line);) {
     unsigned vid = 0;
     unsigned pid = 0;
-    if (std::sscanf(line.c_str(), "HID_ID=%*x:%x:%x", &vid, &pid) == 2) return IsKnown(vid, pid);
+    if (std::sscanf(line.c_str(), "HID_ID=%*x:%x:%x", &vid, &pid) == 2) return IsKnownIdentity(vid, pid);
   }
   return false;
 }

@@ -34,20 +34,6 @@ bool IsTable(const Json& value) {
          });
 }
 
-std::string Cell(const Json& value) {
-  if (value.is_null()) return "-";
-  if (value.is_string()) return Printable(value.get_ref<const std::string&>());
-  if (value.is_boolean()) return value.get<bool>() ? "yes" : "no";
-  if (!value.is_array()) return value.dump();
-  if (value.empty()) return "none";
-  std::string text;
-  for (const Json& one : value) {
-    if (!text.empty()) text += ' ';
-    text += Cell(one);
-  }
-  return text;
-}
-
 std::string Label(std::string key) {
   std::ranges::replace(key, '_', ' ');
   return key;
@@ -67,11 +53,6 @@ std::string Padded(std::string text, std::size_t width) {
 // are escaped, so that a terminal shows JSON unchanged.
 void PrintJson(const Json& value, int indent = -1) {
   std::printf("%s\n", value.dump(indent, ' ', true, Json::error_handler_t::replace).c_str());
-}
-
-// A card, and the event if there is one.
-std::string CardLine(const Json& card) {
-  return card.value("event", "card") + " " + Cell(card["bits"]) + " bits " + Cell(card["id"]);
 }
 
 void ShowTable(const Json& rows, std::size_t indent, std::FILE* stream = stdout) {
@@ -116,6 +97,20 @@ void ShowObject(const Json& object, std::size_t indent) {
 
 }  // namespace
 
+std::string Cell(const Json& value) {
+  if (value.is_null()) return "-";
+  if (value.is_string()) return Printable(value.get_ref<const std::string&>());
+  if (value.is_boolean()) return value.get<bool>() ? "yes" : "no";
+  if (!value.is_array()) return value.dump();
+  if (value.empty()) return "none";
+  std::string text;
+  for (const Json& one : value) {
+    if (!text.empty()) text += ' ';
+    text += Cell(one);
+  }
+  return text;
+}
+
 Json NewDocument(const std::string& command) { return Json{{"schema", kSchema}, {"command", command}}; }
 
 void Show(const Json& document, bool asJson) {
@@ -123,7 +118,7 @@ void Show(const Json& document, bool asJson) {
   if (asJson) {
     PrintJson(document, kIndent);
   } else if (document.contains("bits")) {
-    Line(0, CardLine(document));
+    Line(0, CardLine("card", document));
   } else {
     Json shown = document;
     shown.erase("schema");
@@ -135,7 +130,9 @@ void Show(const Json& document, bool asJson) {
 
 void ShowRows(std::FILE* stream, const Json& rows) { ShowTable(rows, 0, stream); }
 
-void ShowEvent(const Json& event, bool asJson) { ShowEvent(event, asJson ? "" : CardLine(event), asJson); }
+std::string CardLine(const std::string& event, const Json& card) {
+  return event + " " + Cell(card["bits"]) + " bits " + Cell(card["id"]);
+}
 
 void ShowEvent(const Json& event, const std::string& line, bool asJson) {
   if (asJson) {
@@ -156,7 +153,9 @@ ExitCode ShowFailure(const Failure& failure, const std::string& command, bool as
   const Json error{{"code", static_cast<int>(code)}, {"text", failure.what()}};
   Json document = failure.document;
   try {
-    if (asJson && document.is_null()) {
+    if (std::ferror(stdout) != 0) {
+      document = {};  // it is what cannot be written to
+    } else if (asJson && document.is_null()) {
       document = NewDocument(command);
       document["error"] = error;
       ShowEvent(document, "", true);

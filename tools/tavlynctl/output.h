@@ -40,9 +40,11 @@ Json NewDocument(const std::string& command);
 void Show(const Json& document, bool asJson);
 // A table for people; there is at least one row.
 void ShowRows(std::FILE* stream, const Json& rows);
-// A card that came or went: one line, flushed at once.
-void ShowEvent(const Json& event, bool asJson);
-// Any other event, with its line for people.
+// A value in one line of text, "-" for null.
+std::string Cell(const Json& value);
+// "card 26 bits 03030201".
+std::string CardLine(const std::string& event, const Json& card);
+// One line, flushed at once: the event, or its line for people.
 void ShowEvent(const Json& event, const std::string& line, bool asJson);
 void FlushOutput();
 // What was found, and why it failed; in JSON both in one document. Returns the exit code.

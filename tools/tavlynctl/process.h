@@ -14,6 +14,9 @@ bool OutputIsMissing();
 // program.
 void LetWritesFail();
 
+// From now on a write to a pipe that nobody reads fails too.
+void LetPipesBreak();
+
 // From now on the first Ctrl-C, SIGTERM, Ctrl-Break or closing of the console is only noted: the library may
 // be in the middle of a call. The second one ends the program at once.
 void NoteStop();

@@ -45,6 +45,8 @@ bool OutputIsMissing() { return missing[STDOUT_FILENO]; }
 
 void LetWritesFail() { std::signal(SIGXFSZ, SIG_IGN); }
 
+void LetPipesBreak() { std::signal(SIGPIPE, SIG_IGN); }
+
 void NoteStop() {
   for (const int one : kStopping) {
     std::signal(one, [](int signal) {

@@ -41,6 +41,9 @@ bool OutputIsMissing() { return _fileno(stdout) < 0; }
 // There are no such limits here.
 void LetWritesFail() {}
 
+// There is no such signal here.
+void LetPipesBreak() {}
+
 void NoteStop() { SetConsoleCtrlHandler(TakeStop, TRUE); }
 
 bool IsStopped() { return noted; }

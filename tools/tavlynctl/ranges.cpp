@@ -2,12 +2,14 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <optional>
+#include <utility>
 
 #include "api.h"
 #include "core/sonar_fields.h"
 #include "tools/tavlynctl/areas.h"
 #include "tools/tavlynctl/program.h"
-#include "tools/tavlynctl/watching.h"
+#include "tools/tavlynctl/watched.h"
 #include "tools/terminal.h"
 
 namespace tavlyn::ctl {
@@ -51,30 +53,21 @@ void ShowBar(const Measurement& measured) {
   FlushOutput();
 }
 
-void ShowLine(const Measurement& measured, const Request& request) {
-  Json event = request.Document();
-  event["event"] = "range";
-  Describe(measured, event);
-  ShowEvent(event, Line(measured), request.json);
-}
-
 // A live line, which stays on the screen when the watching ends.
 class LiveLine {
  public:
   explicit LiveLine(bool live) : live_(live) {}
-  ~LiveLine() {
-    if (live_ && shown_) std::printf("\n");
-  }
+  ~LiveLine() { End(); }
   LiveLine(const LiveLine&) = delete;
   LiveLine& operator=(const LiveLine&) = delete;
 
-  void Show(const Measurement& measured, const Request& request) {
+  [[nodiscard]] bool IsLive() const { return live_; }
+  void Show(const Measurement& measured) {
     shown_ = true;
-    if (live_) {
-      ShowBar(measured);
-    } else {
-      ShowLine(measured, request);
-    }
+    ShowBar(measured);
+  }
+  void End() {
+    if (std::exchange(shown_, false)) std::printf("\n");
   }
 
  private:
@@ -83,37 +76,46 @@ class LiveLine {
 };
 
 // A measurement takes a quarter of a second, so that nothing else sets the pace.
-void WatchRange(int count, const Request& request) {
-  Watching watching(std::nullopt, count);
-  TellWatched(request.json);
+void WatchRange(const WatchWords& words, const Request& request) {
+  Events events(request, words.events);
   LiveLine line(!request.json && OutputIsTerminal());
-  Answers answers;
-  while (watching.GoesOn()) {
+  const auto ask = [&](const Watched& sensor) -> std::optional<int> {
     Measurement measured;
-    if (!answers.Came(Measure(measured))) continue;
-    line.Show(measured, request);
-    watching.Count(1);
-  }
+    if (!Measure(measured)) return std::nullopt;
+    if (line.IsLive()) {
+      line.Show(measured);
+      return 1;
+    }
+    Json found;
+    Describe(measured, found);
+    events.Tell("range", sensor.place, found, Line(measured));
+    return 1;
+  };
+  const auto leave = [&](const Watched&) {
+    line.End();
+    return 0;
+  };
+  Watch(request, words, events, {kSensors, {}, ask, leave}).Run();
 }
 
 struct ShowRange {
   bool watch = false;
-  int count = 0;  // 0: any number of measurements
+  WatchWords words;
 
-  void Take(Words& words) {
-    CLI::Option* live = words.Flag("--watch", watch, "Again and again, until Ctrl-C");
-    words.Count(count, "End after this many measurements")->needs(live);
-    words.Device();
+  void Take(Words& taken) {
+    CLI::Option* live = taken.Flag("--watch", watch, "Again and again, until Ctrl-C");
+    taken.Count(words.count, "End after this many measurements")->needs(live);
+    words.TakeEnd(taken)->needs(live);
+    taken.Device();
   }
 
   [[nodiscard]] Json Run(const Request& request) const {
-    Session session(request.link, kSensors);
-    session.Use(request.device);
     if (watch) {
-      session.Settle();
-      WatchRange(count, request);
+      WatchRange(words, request);
       return {};
     }
+    const Session session(request.link, kSensors);
+    session.Use(request.device);
     Measurement measured;
     if (!Measure(measured)) {
       throw Failure(kDeviceError, ActiveDeviceName() + " did not measure, " + ErrorText());

@@ -46,6 +46,8 @@ constexpr Example kExamples[] = {
     {"read", "tavlynctl read --timeout 30", "Waits half a minute for a card.", "--card 01020303:26"},
     {"read", "tavlynctl --ip 10.0.0.5:10001 read", "The card on a reader behind an adapter.", kAdapter},
     {"watch", "tavlynctl watch --count 2", "A card that comes and goes.", "--card 0A0B:16"},
+    {"watch", "tavlynctl watch --all --json --count 1", "Whichever reader a card is laid on.",
+     "--device reader --device plus:2 --do '#2 card 0A0B:16'"},
     {"queue", "tavlynctl queue", "The oldest ID that nobody has fetched.", "--do 'queue 01020304'"},
     {"config show", "tavlynctl config show --config 1", "The second configuration of a plus reader.",
      "--device plus:3"},

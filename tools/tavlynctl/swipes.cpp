@@ -1,12 +1,12 @@
 // track and swipe watch.
 #include <chrono>
-#include <thread>
+#include <optional>
 
 #include "api.h"
 #include "tools/tavlynctl/areas.h"
 #include "tools/tavlynctl/hex.h"
 #include "tools/tavlynctl/program.h"
-#include "tools/tavlynctl/watching.h"
+#include "tools/tavlynctl/watched.h"
 
 namespace tavlyn::ctl {
 namespace {
@@ -54,15 +54,17 @@ Json TracksOf(int which) {
   return tracks;
 }
 
-void ShowSwipe(const Json& tracks, const Request& request) {
+// Nothing if they could not be fetched; the reader still has them.
+std::optional<Json> FetchedTracks() try { return TracksOf(0); } catch (const Failure&) {
+  return std::nullopt;
+}
+
+std::string SwipeLine(const Json& tracks) {
   std::string line = "swipe";
   for (const Json& track : tracks) {
     line += " " + std::to_string(track["track"].get<int>()) + " " + track["text"].get<std::string>();
   }
-  Json event = request.Document();
-  event["event"] = "swipe";
-  event["tracks"] = tracks;
-  ShowEvent(event, line, request.json);
+  return line;
 }
 
 struct ShowTracks {
@@ -86,33 +88,27 @@ struct ShowTracks {
 
 // Shows its events itself and returns no document.
 struct WatchSwipes {
-  int count = 0;  // 0: any number of lines
-  std::optional<double> timeout;
+  WatchWords words;
 
-  void Take(Words& words) {
-    words.Count(count, "End after this many lines");
-    words.Timeout(timeout, "End after this many seconds");
-    words.Device();
-  }
+  void Take(Words& taken) { words.Take(taken); }
 
   [[nodiscard]] Json Run(const Request& request) const {
-    Session session(request.link, kMagstripes);
-    session.Use(request.device);
-    session.Settle();
-    Watching watching(timeout, count);
-    TellWatched(request.json);
-    Answers answers;
-    while (watching.GoesOn()) {
+    Events events(request, words.events);
+    const auto ask = [&](const Watched& reader) -> std::optional<int> {
       ClearMagstripeErrorWord();
       const std::uint32_t waits = sorbaneIsDataAvailable();
-      if (!answers.Came(GetLastLibErr() == 0) || waits == 0) {
-        std::this_thread::sleep_for(kSwipePause);
-        continue;
-      }
-      ShowSwipe(TracksOf(0), request);
-      watching.Count(1);
+      if (GetLastLibErr() != 0) return std::nullopt;
+      if (waits == 0) return 0;
+      const auto tracks = FetchedTracks();
+      if (!tracks) return std::nullopt;
+      const std::string line = SwipeLine(*tracks);
+      events.Tell("swipe", reader.place, {{"tracks", *tracks}},
+                  words.all ? line + " on " + reader.place.Name() : line);
       sorbaneClearDataAvailable();
-    }
+      return 1;
+    };
+    const auto leave = [](const Watched&) { return 0; };
+    Watch(request, words, events, {kMagstripes, kSwipePause, ask, leave}).Run();
     return {};
   }
 };

@@ -1,17 +1,13 @@
 #include "tools/tavlynctl/watching.h"
 
 #include <cstdio>
+#include <utility>
 
 #include "tools/printable.h"
 #include "tools/tavlynctl/process.h"
 #include "tools/tavlynctl/session.h"
 
 namespace tavlyn::ctl {
-namespace {
-
-constexpr int kFailedPolls = 3;
-
-}  // namespace
 
 Clock::time_point After(double seconds) {
   return Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
@@ -19,25 +15,19 @@ Clock::time_point After(double seconds) {
 
 Failure NoCard() { return {kNoCard, "no card came in time"}; }
 
-Watching::Watching(std::optional<double> seconds, int most)
-    : deadline_(seconds ? After(*seconds) : Clock::time_point::max()), most_(most) {
+Watching::Watching(std::optional<double> seconds, int most, Failure nothing)
+    : deadline_(seconds ? After(*seconds) : Clock::time_point::max()),
+      most_(most),
+      nothing_(std::move(nothing)) {
   NoteStop();
+  LetPipesBreak();
 }
 
 bool Watching::GoesOn() const {
   if (IsStopped() || (most_ != 0 && events_ >= most_)) return false;
   if (Clock::now() < deadline_) return true;
-  if (events_ == 0) throw NoCard();
+  if (events_ == 0) throw Failure(nothing_);
   return false;
-}
-
-bool Answers::Came(bool came) {
-  if (came) {
-    failed_ = 0;
-  } else if (++failed_ == kFailedPolls) {
-    throw Failure(kDeviceError, ActiveDeviceName() + " does not answer, " + ErrorText());
-  }
-  return came;
 }
 
 void TellWatched(bool asJson) {

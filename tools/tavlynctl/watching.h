@@ -3,12 +3,16 @@
 
 #include <chrono>
 #include <optional>
+#include <utility>
 
 #include "tools/tavlynctl/output.h"
 
 namespace tavlyn::ctl {
 
 using Clock = std::chrono::steady_clock;
+// So many in a row, and the device counts as lost.
+inline constexpr int kFailedPolls = 3;
+
 Clock::time_point After(double seconds);
 Failure NoCard();
 
@@ -16,26 +20,19 @@ Failure NoCard();
 class Watching {
  public:
   // most 0: any number of events.
-  Watching(std::optional<double> seconds, int most);
+  Watching(std::optional<double> seconds, int most, Failure nothing);
 
-  // Throws Failure if the time is over and nothing has happened.
+  // Throws the Failure if the time is over and nothing has happened.
   [[nodiscard]] bool GoesOn() const;
+  // What has not happened from now on.
+  void Expect(Failure nothing) { nothing_ = std::move(nothing); }
   void Count(int events) { events_ += events; }
 
  private:
   Clock::time_point deadline_;
   int most_;
+  Failure nothing_;
   int events_ = 0;
-};
-
-// Whether a device that is polled is still there.
-class Answers {
- public:
-  // Returns came. Throws Failure when the active device has failed so often in a row that it must be lost.
-  bool Came(bool came);
-
- private:
-  int failed_ = 0;
 };
 
 // Tells people on standard error what the active device is. Make the Watching object first: as soon as people

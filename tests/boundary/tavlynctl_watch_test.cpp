@@ -1,0 +1,239 @@
+// tavlynctl watching devices that come and go.
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "tests/boundary/simulated_run.h"
+
+namespace tavlyn::boundary {
+namespace {
+
+// Lines of a script that runs a watch beside the test's own steps, which wait for what it has told.
+constexpr const char* kBeside = R"(
+told() { until grep -q -- "$1" out err; do LD_PRELOAD= sleep 0.01; done; }
+watched() { : >out; : >err; tavlynctl watch "$@" >out 2>err & pid=$!; }
+ended() { wait $pid; status=$?; cat out; cat err >&2; exit $status; }
+)";
+
+class TavlynctlWatch : public SimulatedRun {
+ protected:
+  Ended Beside(const std::string& devices, const std::string& steps) {
+    return Run(devices, {std::string("tavlynctl() { " TAVLYNCTL " \"$@\"; }\n") + kBeside + steps})[0];
+  }
+
+  // "EVENT NAME", or "EVENT NAME ID".
+  static std::string Summary(const Json& event) {
+    return event["event"].get<std::string>() + " " + event["serial_number"].get<std::string>() +
+           (event.contains("id") ? " " + event["id"].get<std::string>() : "");
+  }
+  static std::vector<std::string> Summaries(const std::string& out) {
+    std::vector<std::string> all;
+    for (const Json& line : JsonLines(out)) all.push_back(Summary(line));
+    return all;
+  }
+};
+
+TEST_F(TavlynctlWatch, ItWaitsForAReader) {
+  const Ended watch = Beside("--do unplug",
+                             "watched --count 1; told waiting; typed 'plug reader,serial=A1'; told arrived; "
+                             "typed 'card 0102:13'; ended");
+  EXPECT_EQ(watch.status, 0) << watch.err;
+  EXPECT_EQ(watch.out, "arrived A1\ncard 13 bits 0201\n");
+  EXPECT_EQ(watch.err, "tavlynctl: no reader is plugged in; waiting\n");
+}
+
+TEST_F(TavlynctlWatch, WithoutAReaderTheTimeEndsIt) {
+  const Ended none = Beside("--do unplug", "watched --timeout 5; ended");
+  EXPECT_EQ(none.status, 2) << none.err;
+  const Ended noCard =
+      Beside("--do unplug", "watched --timeout 300; told waiting; typed 'plug reader'; ended");
+  EXPECT_EQ(noCard.status, 5) << noCard.err;
+}
+
+TEST_F(TavlynctlWatch, AReaderIsLostAndComesBack) {
+  const Ended watch =
+      Beside("--device reader,serial=A1",
+             "watched --json --count 3; typed 'card 0A:8'; told card; typed unplug; told lost; "
+             "typed 'plug reader,serial=A1'; told arrived; typed 'card 0B:8'; ended");
+  EXPECT_EQ(watch.status, 0) << watch.err;
+  EXPECT_EQ(Summaries(watch.out),
+            std::vector<std::string>({"card A1 0A", "gone A1 0A", "lost A1", "arrived A1", "card A1 0B"}));
+}
+
+TEST_F(TavlynctlWatch, EventsAreStamped) {
+  const Ended watch = Beside("--device reader,serial=A1",
+                             "watched --json --count 2; typed 'card 0A:8'; told card; typed take; ended");
+  const std::vector<Json> lines = JsonLines(watch.out);
+  ASSERT_EQ(lines.size(), 2u) << watch.err;
+  const std::regex stamp("20\\d\\d-[01]\\d-[0-3]\\dT[0-2]\\d:[0-5]\\d:[0-6]\\d\\.\\d{3}Z");
+  for (std::size_t at = 0; at < lines.size(); ++at) {
+    EXPECT_EQ(lines[at]["sequence"], at + 1);
+    EXPECT_TRUE(std::regex_match(lines[at]["time"].get<std::string>(), stamp)) << lines[at];
+    EXPECT_EQ(lines[at]["device"], 0);
+    EXPECT_EQ(lines[at]["path"], "/dev/hidraw-sim1");
+    EXPECT_EQ(lines[at]["serial_number"], "A1");
+  }
+}
+
+// A third arrives while two are watched, which goes on with the cards on them.
+TEST_F(TavlynctlWatch, AllReadersAreWatched) {
+  const Ended watch =
+      Beside("--device reader,serial=A1 --device plus:2,serial=B2",
+             "watched --all --json --count 5; typed '#1 card 01:8'; told A1; typed '#2 card 02:8'; told B2; "
+             "typed 'plug reader,serial=C3'; told C3; typed '#3 card 03:8'; told '\"03\"'; typed '#1 take'; "
+             "told gone; typed '#2 unplug'; told lost; ended");
+  EXPECT_EQ(watch.status, 0) << watch.err;
+  EXPECT_EQ(Summaries(watch.out),
+            std::vector<std::string>({"card A1 01", "card B2 02", "arrived C3", "card C3 03", "gone A1 01",
+                                      "gone B2 02", "lost B2"}));
+}
+
+TEST_F(TavlynctlWatch, LinesOfAllNameTheReader) {
+  const Ended watch = Beside("--device reader,serial=A1 --device reader,serial=B2",
+                             "watched --all --count 1; typed '#2 card 02:8'; ended");
+  EXPECT_EQ(watch.out, "card 8 bits 02 on B2\n") << watch.err;
+}
+
+// Each of four readers is asked as often as one alone.
+TEST_F(TavlynctlWatch, ManyReadersTakeTheTimeOfOne) {
+  const auto asked = [&](const std::string& devices, const std::string& words) {
+    Beside(devices, "typed '#1 heal'; watched --timeout 60 " + words + "; wait; typed '#1 exchanges'");
+    return std::stoi(simulatorTold_.substr(simulatorTold_.rfind(' ')));
+  };
+  const int alone = asked("--device reader", "");
+  const int among = asked("--device reader --device reader --device reader --device reader", "--all");
+  EXPECT_GT(alone, 1000);
+  EXPECT_GT(among, alone * 3 / 4);
+}
+
+// The other one is not taken in its place.
+TEST_F(TavlynctlWatch, TheChosenReaderIsWaitedFor) {
+  const Ended watch =
+      Beside("--device reader,serial=A1 --device reader,serial=B2",
+             "watched --count 3 --json; typed '#2 card 02:8'; typed '#1 card 01:8'; told card; "
+             "typed '#1 unplug'; told lost; typed 'plug reader,serial=A1'; told arrived; "
+             "typed '#3 card 03:8'; ended");
+  EXPECT_EQ(watch.status, 0) << watch.err;
+  EXPECT_EQ(Summaries(watch.out),
+            std::vector<std::string>({"card A1 01", "gone A1 01", "lost A1", "arrived A1", "card A1 03"}));
+}
+
+TEST_F(TavlynctlWatch, WithNoWaitItEnds) {
+  EXPECT_EQ(Beside("--do unplug", "watched --no-wait; ended").status, 2);
+  const Ended lost = Beside("", "watched --no-wait; told watching; typed unplug; ended");
+  EXPECT_EQ(lost.status, 4);
+  EXPECT_TRUE(Holds(lost.err, "does not answer")) << lost.err;
+  EXPECT_EQ(lost.out, "");
+}
+
+// The eighth exchange of a question is that for the bit count; a card that comes before it has no ID yet.
+TEST_F(TavlynctlWatch, ACardWithoutItsIdIsAskedForAgain) {
+  const Ended zeros =
+      Beside("", "watched --count 2; told watching; typed 'card 0000:13'; told bits; typed take; ended");
+  EXPECT_EQ(zeros.out, "card 13 bits 0000\ngone 13 bits 0000\n") << "a card of zeros is one too";
+}
+
+TEST_F(TavlynctlWatch, AReaderOnAPortComesBack) {
+  const Ended watch =
+      Beside("--serial COM3",
+             "watched --com 3 --count 3; typed 'card 0A:8'; told 0A; typed unplug; told lost; "
+             "typed 'plug reader@com3'; told arrived; typed 'card 0B:8'; ended");
+  EXPECT_EQ(watch.status, 0) << watch.err;
+  EXPECT_EQ(watch.out,
+            "card 8 bits 0A\ngone 8 bits 0A\nlost 0400123456\narrived 0400123457\ncard 8 bits 0B\n");
+}
+
+TEST_F(TavlynctlWatch, LinesInAFormatOfOnesOwn) {
+  const std::string steps = "told watching; typed 'card 0A:8'; told :0A; typed take; ended";
+  const Ended cards = Beside("--device reader,serial=A1",
+                             "watched --timeout 300 --format '{{{serial}}} {bits}:{id}'; " + steps);
+  EXPECT_EQ(cards.out, "{A1} 8:0A\n") << cards.err << "only what comes";
+  const Ended all = Beside("--device reader,serial=A1",
+                           "watched --count 2 --format '{sequence} {event}:{id} {device} {path}'; " + steps);
+  EXPECT_EQ(all.out, "1 card:0A 0 /dev/hidraw-sim1\n2 gone:0A 0 /dev/hidraw-sim1\n") << all.err;
+  const Ended none = Beside("--do unplug",
+                            "watched --count 1 --format '{event} {id}'; told waiting; "
+                            "typed 'plug reader'; told arrived; typed 'card 0A:8'; ended");
+  EXPECT_EQ(none.out, "arrived -\ncard 0A\n") << none.err;
+}
+
+TEST_F(TavlynctlWatch, WrongFormatsAreRefused) {
+  const struct {
+    const char* words;
+    const char* problem;
+  } kCases[] = {
+      {"--format '{bit}'", "there is no {bit}; did you mean bits?"},
+      {"--format '{xyzzy}'", "there is no {xyzzy}; there are {time}, {sequence}, {event}"},
+      {"--format '{id'", "a brace without its other; two braces stand for one"},
+      {"--format 'id}'", "a brace without its other; two braces stand for one"},
+      {"--format '{id}' --json", "--format and --json exclude each other"},
+      {"--all --device 0", "--device excludes --all"},
+  };
+  for (const auto& one : kCases) {
+    const Ended ended = RunLine(kCtl + " watch " + one.words);
+    EXPECT_EQ(ended.status, kUsage) << one.words;
+    EXPECT_TRUE(Holds(ended.err, one.problem)) << ended.err;
+  }
+}
+
+// The ID is in no command line of a process.
+TEST_F(TavlynctlWatch, ACommandIsRunForEachEvent) {
+  const Ended watch = Beside(
+      "--device reader,serial=A1",
+      "watched --json --count 2 --exec 'echo $TAVLYN_SEQUENCE $TAVLYN_EVENT $TAVLYN_SERIAL $TAVLYN_BITS "
+      "$TAVLYN_ID >>ran; case $TAVLYN_EVENT in gone) exit 7; esac'; typed 'card 0A0B:16'; told card; typed "
+      "take; ended");
+  EXPECT_EQ(watch.status, 0);
+  EXPECT_EQ(TextOf(folder_ / "ran"), "1 card A1 16 0B0A\n2 gone A1 16 0B0A\n");
+  EXPECT_EQ(watch.err, "tavlynctl: the command for event 2 ended with 7\n");
+}
+
+// It hangs until the second event has been told.
+TEST_F(TavlynctlWatch, ASlowCommandHoldsNothingUp) {
+  const Ended watch =
+      Beside("",
+             "mkfifo card gone; watched --json --count 2 --exec 'read line <$TAVLYN_EVENT; echo "
+             "$TAVLYN_EVENT >>ran'; "
+             "typed 'card 0A:8'; told card; typed take; told gone; echo >card; echo >gone; ended");
+  EXPECT_EQ(watch.status, 0) << watch.err;
+  EXPECT_EQ(TextOf(folder_ / "ran"), "card\ngone\n");
+}
+
+TEST_F(TavlynctlWatch, ABrokenPipeEndsIt) {
+  const Ended watch =
+      Beside("--card 0A:8", "{ " TAVLYNCTL " watch --json; echo $? >status; } | true; cat status");
+  EXPECT_EQ(watch.out, "6\n") << watch.err;
+  EXPECT_TRUE(watch.err.ends_with("tavlynctl: the standard output cannot be written\n")) << watch.err;
+}
+
+TEST_F(TavlynctlWatch, AFullDiskEndsIt) {
+  const Ended watch = Beside("--card 0A:8", TAVLYNCTL " watch --json >/dev/full");
+  EXPECT_EQ(watch.status, 6);
+  EXPECT_EQ(watch.err, "tavlynctl: the standard output cannot be written\n");
+}
+
+// What fits is there once, and nothing after it.
+TEST_F(TavlynctlWatch, ALimitOfTheFileEndsIt) {
+  const Ended watch = Beside("--card 0A:8 --on 600 --off 600 --repeat",
+                             "ulimit -f 1; " TAVLYNCTL " watch --json >lines; echo $?");
+  EXPECT_EQ(watch.out, "6\n") << watch.err;
+  const std::string lines = TextOf(folder_ / "lines");
+  EXPECT_LE(lines.size(), 1024u);
+  EXPECT_FALSE(Holds(lines, "error")) << lines;
+  std::size_t number = 0;
+  for (std::size_t at = 0; (at = lines.find("\"sequence\":", at)) != std::string::npos; ++at) ++number;
+  EXPECT_TRUE(Holds(lines, "\"sequence\":" + std::to_string(number) + ",")) << lines;
+  EXPECT_GE(number, 3u);
+}
+
+TEST_F(TavlynctlWatch, SwipesGoOn) {
+  const Ended watch =
+      Beside("--device magstripe",
+             "tavlynctl swipe watch --count 1 >out 2>err & pid=$!; told watching; typed unplug; "
+             "told lost; typed 'plug magstripe'; told arrived; typed 'swipe ;77=1?'; ended");
+  EXPECT_EQ(watch.status, 0) << watch.err;
+  EXPECT_TRUE(watch.out.ends_with("swipe 2 ;77=1?8\n")) << watch.out;
+}
+
+}  // namespace
+}  // namespace tavlyn::boundary

@@ -1,0 +1,68 @@
+// watch.
+#include <optional>
+#include <utility>
+
+#include "tools/tavlynctl/areas.h"
+#include "tools/tavlynctl/cards.h"
+#include "tools/tavlynctl/program.h"
+#include "tools/tavlynctl/watched.h"
+
+namespace tavlyn::ctl {
+namespace {
+
+// Null for none.
+Json Described(const Card& card) {
+  Json described;
+  if (card.bits != 0) Describe(card, described);
+  return described;
+}
+
+// Shows its events itself and returns no document.
+struct WatchCards {
+  WatchWords words;
+
+  void Take(Words& taken) { words.Take(taken); }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    Events events(request, words.events);
+    const auto tell = [&](const char* event, const Watched& reader) {
+      if (reader.on.is_null()) return 0;
+      const std::string line = CardLine(event, reader.on);
+      const bool isShown =
+          events.Tell(event, reader.place, reader.on, words.all ? line + " on " + reader.place.Name() : line);
+      return isShown ? 1 : 0;
+    };
+    const auto change = [&](Watched& reader, Json now) {
+      if (now == reader.on) return 0;
+      const int gone = tell("gone", reader);
+      reader.on = std::move(now);
+      return gone + tell("card", reader);
+    };
+    const auto ask = [&](Watched& reader) -> std::optional<int> {
+      const auto card = AskForCard(request.link);
+      if (!card) return std::nullopt;
+      Json now = Described(*card);
+      const Json doubted = std::exchange(reader.doubted, {});
+      if (doubted.is_null() && card->IsDoubtful() && now != reader.on) {
+        reader.doubted = std::move(now);
+        return 0;
+      }
+      const int before = now.is_null() && !doubted.is_null() ? change(reader, doubted) : 0;
+      return before + change(reader, std::move(now));
+    };
+    const auto leave = [&](Watched& reader) {
+      const int before = reader.doubted.is_null() ? 0 : change(reader, std::exchange(reader.doubted, {}));
+      return before + tell("gone", reader);
+    };
+    Watch(request, words, events, {kReaders, kCardPause, ask, leave}).Run();
+    return {};
+  }
+};
+
+}  // namespace
+
+void AddWatch(Program& program) {
+  program.Add<WatchCards>("watch", "A line for each card that comes or goes, until Ctrl-C");
+}
+
+}  // namespace tavlyn::ctl
