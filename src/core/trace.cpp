@@ -59,7 +59,6 @@ void LogLine(const char* tag, const char* format, ...) {
   const std::size_t message = used;
   std::va_list arguments;
   va_start(arguments, format);
-  // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): va_start above does initialise it
   const int printed = std::vsnprintf(line + used, sizeof line - used, format, arguments);
   va_end(arguments);
   add(printed);

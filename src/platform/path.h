@@ -19,7 +19,6 @@ class Path {
   explicit Path(const char* format, ...) {
     std::va_list parts;
     va_start(parts, format);
-    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): va_start above does initialise it
     const int length = std::vsnprintf(text_.data(), text_.size(), format, parts);
     va_end(parts);
     // A negative length, which stands for a failure, is a huge one here.
