@@ -123,9 +123,9 @@ namespace tavlyn::boundary {
 
 bool MemoryCanBeScarce() { return TAVLYN_DENIES_MEMORY != 0; }
 
-void Deny(int number, Denial how) {
+void Deny(int number, Denial kind) {
   toDenial = number;
-  denial = how;
+  denial = kind;
   denied = false;
   denying = true;
 }
