@@ -199,7 +199,7 @@ TEST_F(TavlynctlChanges, OnATerminalItAsks) {
     for (const char* answer : {"", "n\\n", "\\n"}) steps.push_back(Typed(answer, one.command));
     steps.insert(steps.end(), {look, Typed("y\\n", one.command), look});
     const auto ended = Run("--device plus:2", steps);
-    for (const int no : {1, 2, 3}) {
+    for (const unsigned no : {1U, 2U, 3U}) {
       EXPECT_TRUE(Holds(ended[no].out, one.question)) << ended[no].out;
       EXPECT_TRUE(Holds(ended[no].out, "tavlynctl: nothing was written\r\n")) << ended[no].out;
       EXPECT_EQ(ended[no].status, kUsage) << one.command;

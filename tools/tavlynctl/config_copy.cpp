@@ -31,7 +31,7 @@ struct CopyConfig {
     Request others = request;
     others.device = to;
     others.device.all = to.word == kAllDevices;
-    return ForEachChosen(others, loading.Product(), [&] {
+    return ForEachChosen(others, loading.Product(), [&, source = source, &name = name] {
       Json document = request.DeviceDocument();
       if (ActiveIndex() != source) return loading.Into(std::move(document), {request.command, over});
       if (!others.device.all) throw Failure(kUsage, name + " is both --from and --to");

@@ -49,11 +49,11 @@ constexpr Awaited::Seconds kMostOfGoneDevice(180);
 
 // How long a search takes if nobody answers, or if somebody answers in another dialect.
 Awaited::Seconds SearchTime(const Link& link) {
-  constexpr Awaited::Seconds kPort(1.5);
-  constexpr Awaited::Seconds kAdapter(10);
+  constexpr Awaited::Seconds kPortTime(1.5);
+  constexpr Awaited::Seconds kAdapterTime(10);
   if (link.kind == LinkKind::kUsb) return Awaited::Seconds(0);
-  if (link.kind == LinkKind::kEthernet) return kAdapter;
-  const Awaited::Seconds port = link.ascii ? kPort + SilenceInText(link) : kPort;
+  if (link.kind == LinkKind::kEthernet) return kAdapterTime;
+  const Awaited::Seconds port = link.ascii ? kPortTime + SilenceInText(link) : kPortTime;
   return (link.lastPort - link.firstPort + 1) * port;
 }
 
