@@ -1,8 +1,11 @@
 // tavlynctl watching devices that come and go.
+#include <cstdio>
 #include <regex>
+#include <sstream>
 #include <string>
 #include <vector>
 
+#include "tests/boundary/endurance.h"
 #include "tests/boundary/simulated_run.h"
 
 namespace tavlyn::boundary {
@@ -126,8 +129,8 @@ TEST_F(TavlynctlWatch, WithNoWaitItEnds) {
   EXPECT_EQ(lost.out, "");
 }
 
-// The eighth exchange of a question is that for the bit count; a card that comes before it has no ID yet.
-TEST_F(TavlynctlWatch, ACardWithoutItsIdIsAskedForAgain) {
+// An ID of zeros is believed when the next answer confirms it.
+TEST_F(TavlynctlWatch, ACardOfZerosIsToldToo) {
   const Ended zeros =
       Beside("", "watched --count 2; told watching; typed 'card 0000:13'; told bits; typed take; ended");
   EXPECT_EQ(zeros.out, "card 13 bits 0000\ngone 13 bits 0000\n") << "a card of zeros is one too";
@@ -141,6 +144,16 @@ TEST_F(TavlynctlWatch, AReaderOnAPortComesBack) {
   EXPECT_EQ(watch.status, 0) << watch.err;
   EXPECT_EQ(watch.out,
             "card 8 bits 0A\ngone 8 bits 0A\nlost 0400123456\narrived 0400123457\ncard 8 bits 0B\n");
+}
+
+TEST_F(TavlynctlWatch, AReaderBehindAnAdapterComesBack) {
+  const Ended watch =
+      Beside("--ethernet 127.91.0.9:10001",
+             "watched --ip 127.91.0.9:10001 --count 3; told watching; typed 'card 0A:8'; told 0A; "
+             "typed 'cut 1'; ended");
+  EXPECT_EQ(watch.status, 0) << watch.err;
+  EXPECT_EQ(watch.out,
+            "card 8 bits 0A\ngone 8 bits 0A\nlost 0400123456\narrived 0400123456\ncard 8 bits 0A\n");
 }
 
 TEST_F(TavlynctlWatch, LinesInAFormatOfOnesOwn) {
@@ -224,6 +237,66 @@ TEST_F(TavlynctlWatch, ALimitOfTheFileEndsIt) {
   for (std::size_t at = 0; (at = lines.find("\"sequence\":", at)) != std::string::npos; ++at) ++number;
   EXPECT_TRUE(Holds(lines, "\"sequence\":" + std::to_string(number) + ",")) << lines;
   EXPECT_GE(number, 3u);
+}
+
+// A reader is plugged in, given a card of its own and unplugged, every third time with the card on it, CYCLES
+// times within TIME seconds of the programs' clock. Each step waits for the event of the one before, and any
+// other event is wrong. The last line has what was told, and the memory of the watch early on and at the end.
+constexpr const char* kCycles = R"(
+mkfifo lines
+)" TAVLYNCTL R"( watch --timeout $TIME --format '{sequence} {event} {id}' >lines 2>err & pid=$!
+memory() { while read name size unit; do [ $name = VmRSS: ] && echo $size; done </proc/$pid/status; }
+lay() {
+  cycle=$((cycle + 1))
+  high=$(printf %02d $((cycle / 100 % 100)))
+  low=$(printf %02d $((cycle % 100)))
+  typed "card $low$high:16"
+  expected=card
+}
+cycle=0 told=0 expected=card
+exec 4<lines
+until grep -q watching err; do LD_PRELOAD= sleep 0.01; done
+lay
+while read sequence event id <&4; do
+  told=$((told + 1))
+  [ $id != - ] || id=$high$low
+  case "$told $expected $high$low" in
+    "$sequence $event $id") ;;
+    *) echo "cycle $cycle, expected $told $expected $high$low: $sequence $event $id"; kill $pid; break ;;
+  esac
+  case $event in
+    card) if [ $((cycle % 3)) = 0 ]; then typed unplug; else typed take; fi; expected=gone ;;
+    gone) [ $((cycle % 3)) = 0 ] || typed unplug; expected=lost ;;
+    lost)
+      [ $cycle = $((CYCLES / 5)) ] && early=$(memory)
+      [ $cycle = $CYCLES ] && { last=$(memory); continue; }
+      typed reset; typed plug\ reader,serial=E$((cycle % 2)); expected=arrived ;;
+    arrived) lay ;;
+  esac
+done
+wait $pid
+echo $? $cycle $told $early $last
+)";
+
+TEST_F(TavlynctlWatch, NoEventIsLostOverManyCycles) {
+  const int cycles = Times(10'000, 50);
+  const std::string numbers =
+      "CYCLES=" + std::to_string(cycles) + " TIME=" + std::to_string(Times(86'400, 600)) + "\n";
+  const Ended run = Beside("", numbers + kCycles);
+  std::istringstream last(run.out);
+  int status = -1;
+  int ran = 0;
+  int told = 0;
+  int early = 0;
+  int late = 0;
+  last >> status >> ran >> told >> early >> late;
+  EXPECT_EQ(status, 0) << run.out << run.err;
+  EXPECT_EQ(ran, cycles) << run.out;
+  EXPECT_EQ(told, 4 * cycles - 1) << "card, gone, lost and, but for the first, arrived";
+  constexpr int kPage = 4;  // kB
+  EXPECT_LE(late, early + kPage) << run.out;
+  std::printf("%d cycles, %d events, %d kB after a fifth of them, %d kB at the end\n", ran, told, early,
+              late);
 }
 
 TEST_F(TavlynctlWatch, SwipesGoOn) {
