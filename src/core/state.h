@@ -228,6 +228,7 @@ struct MagstripeBuffers {
 struct TraceState {
   tavlyn_marker_function MarkerFunc = nullptr;
   std::FILE* LogStream = nullptr;
+  bool bWire = false;  // core/wire.h
 };
 
 // Every variable of the process except for the table of devices, which writes its entries only when they are

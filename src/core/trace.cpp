@@ -17,10 +17,15 @@ namespace tavlyn {
 namespace {
 
 constexpr const char* kVariable = "TAVLYNAPI_LOGGING";
+constexpr const char* kWireVariable = "TAVLYNAPI_WIRE";
 
 // Not flushed: lines reach the disk when the stream's buffer does, so that a traced poll stays cheap.
 void WriteToStream(const char* line, std::uint64_t /*length*/) {
   if (shared.trace.LogStream != nullptr) std::fputs(line, shared.trace.LogStream);
+}
+
+void LookWhetherWireIsWanted() {
+  shared.trace.bWire = platform::TheHost().places.EnvironmentIsSet(kWireVariable);
 }
 
 // Text from a device could otherwise forge a line of the trace, or control the terminal that shows it.
@@ -35,6 +40,7 @@ void StartTrace() {
   // A file that cannot be opened leaves no stream; the lines are then formatted and dropped.
   shared.trace.LogStream = platform::OpenTraceFile(platform::TheHost().places.TraceFile().c_str());
   shared.trace.MarkerFunc = WriteToStream;
+  LookWhetherWireIsWanted();
 }
 
 void StopTrace() {
@@ -85,6 +91,7 @@ bool Fail(const char* tag, std::uint32_t error) {
 
 extern "C" std::uint32_t SetMarkerFunction(tavlyn_marker_function function) {
   if (!tavlyn::platform::TheHost().places.EnvironmentIsSet(tavlyn::kVariable)) return 0;
+  tavlyn::LookWhetherWireIsWanted();
   tavlyn::shared.trace.MarkerFunc = function;
   return 1;
 }

@@ -81,14 +81,15 @@ BlockBytes BlockAt(std::span<const std::uint8_t> bytes, std::size_t block) {
 
 reader::Xfer ItemChannel::Exchange(const reader::Command& command, std::uint8_t block,
                                    const BlockBytes& bytes) {
+  constexpr std::size_t kShown = 5;  // the rest belongs to the item
   const Report packet = reader::CommandReport(command, {block});
   request_ = {};
   std::ranges::copy(packet, request_.begin());
   std::ranges::copy(bytes, request_.begin() + 5);
   reply_ = {};
-  if (!WriteFeatureReport(size_, shared.ActDev, request_.data())) return reader::Xfer::kNotSent;
-  return ReadFeatureReport(size_, shared.ActDev, reply_.data()) ? reader::Xfer::kDone
-                                                                : reader::Xfer::kNoReply;
+  if (!WriteFeatureReport(size_, shared.ActDev, request_.data(), kShown)) return reader::Xfer::kNotSent;
+  return ReadFeatureReport(size_, shared.ActDev, reply_.data(), kShown) ? reader::Xfer::kDone
+                                                                        : reader::Xfer::kNoReply;
 }
 
 bool ItemChannel::SameFirst(std::size_t bytes) const {

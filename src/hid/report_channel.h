@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <span>
 
+#include "core/wire.h"
 #include "platform/platform.h"
 
 namespace tavlyn {
@@ -14,12 +15,14 @@ namespace tavlyn {
 using Report = std::array<std::uint8_t, 9>;
 
 // n is the payload length, dev an index of the table. A failed read leaves no error word: the caller knows
-// what it was for. A failed write leaves TAVLYN_ERR_WRITE_REPORT.
-bool ReadFeatureReport(std::int32_t n, std::int32_t dev, std::uint8_t* buffer);
-bool WriteFeatureReport(std::int32_t n, std::int32_t dev, const std::uint8_t* buffer);
+// what it was for. A failed write leaves TAVLYN_ERR_WRITE_REPORT. The trace shows no more than the first
+// bytes.
+bool ReadFeatureReport(std::int32_t n, std::int32_t dev, std::uint8_t* buffer, std::size_t shown = kAllShown);
+bool WriteFeatureReport(std::int32_t n, std::int32_t dev, const std::uint8_t* buffer,
+                        std::size_t shown = kAllShown);
 
 // The usual report to and from the active device.
-bool SendReport(const Report& report);
+bool SendReport(const Report& report, std::size_t shown = kAllShown);
 bool FetchReport(Report& report);
 
 // Fetches a queued input report and drops the rest, without waiting. False when nothing was queued.

@@ -55,7 +55,7 @@ void SerialPort::Release() {
 
 bool SerialPort::IsOpen() const { return HasUsbHandle() || LinkIsOpen() || port_ != nullptr; }
 
-std::uint32_t SerialPort::Read(std::span<std::uint8_t> bytes) {
+std::uint32_t SerialPort::Fetch(std::span<std::uint8_t> bytes) {
   if (HasUsbHandle()) {
     std::ranges::fill(bytes, std::uint8_t{0});
     return static_cast<std::uint32_t>(std::max(LibusbRead(usb_, bytes), 0));
@@ -64,19 +64,28 @@ std::uint32_t SerialPort::Read(std::span<std::uint8_t> bytes) {
   return port_ != nullptr ? port_->Read(bytes) : 0;
 }
 
-std::uint32_t SerialPort::QuickRead(std::span<std::uint8_t> bytes) {
+std::uint32_t SerialPort::Read(std::span<std::uint8_t> bytes, std::size_t shown) {
+  const std::uint32_t got = Fetch(bytes);
+  if (IsOpen()) {
+    LogWire(EntryOfActDev().ProductKind, Direction::kReceived, bytes.first(got <= bytes.size() ? got : 0),
+            shown);
+  }
+  return got;
+}
+
+std::uint32_t SerialPort::QuickRead(std::span<std::uint8_t> bytes, std::size_t shown) {
   if (HasUsbHandle()) return 0;
-  if (LinkIsOpen()) return Read(bytes);
+  if (LinkIsOpen()) return Read(bytes, shown);
   if (bytes.empty() || port_ == nullptr) return 0;
   const platform::ComTimeouts saved = timeouts_;
   UseQuickTimeouts();
-  const std::uint32_t got = Read(bytes);
+  const std::uint32_t got = Read(bytes, shown);
   timeouts_ = saved;
   port_->SetTimeouts(timeouts_);
   return got;
 }
 
-std::uint32_t SerialPort::Write(std::span<const std::uint8_t> bytes) {
+std::uint32_t SerialPort::Send(std::span<const std::uint8_t> bytes) {
   if (HasUsbHandle()) {
     LibusbWrite(usb_, bytes);
     return static_cast<std::uint32_t>(bytes.size());
@@ -85,15 +94,23 @@ std::uint32_t SerialPort::Write(std::span<const std::uint8_t> bytes) {
   return port_ != nullptr ? port_->Write(bytes) : 0;
 }
 
+std::uint32_t SerialPort::Write(std::span<const std::uint8_t> bytes, std::size_t shown) {
+  if (IsOpen()) LogWire(EntryOfActDev().ProductKind, Direction::kSent, bytes, shown);
+  return Send(bytes);
+}
+
 void SerialPort::WriteText(const char* text) {
   if (HasUsbHandle()) return;
-  for (std::size_t left = std::strlen(text); left > 0;) {
+  const std::size_t length = std::strlen(text);
+  LogWire(EntryOfActDev().ProductKind, Direction::kSent,
+          {reinterpret_cast<const std::uint8_t*>(text), length});
+  for (std::size_t left = length; left > 0;) {
     const std::size_t piece = left >= 3 ? 2 : left;
     const std::span<const std::uint8_t> bytes(reinterpret_cast<const std::uint8_t*>(text), piece);
     if (LinkIsOpen()) {
       LinkSendNow(bytes);
     } else {
-      Write(bytes);
+      Send(bytes);
     }
     Pause(kAfterPiece);
     text += piece;
@@ -159,6 +176,8 @@ namespace {
 
 using CharBuffer = std::array<std::uint8_t, 1024>;
 
+// What programs send and read here by themselves may be keys, and is not shown.
+
 // The active device's open port, or null.
 SerialPort* OpenPort() {
   if (shared.ActDev < 0) return nullptr;
@@ -166,11 +185,11 @@ SerialPort* OpenPort() {
   return port != nullptr && port->IsOpen() ? port : nullptr;
 }
 
-using ReadRoutine = std::uint32_t (SerialPort::*)(std::span<std::uint8_t>);
+using ReadRoutine = std::uint32_t (SerialPort::*)(std::span<std::uint8_t>, std::size_t);
 
 std::uint32_t ReadInto(ReadRoutine read, std::uint8_t* buffer, std::uint32_t length) {
   SerialPort* port = buffer != nullptr && length > 0 ? OpenPort() : nullptr;
-  return port != nullptr ? (port->*read)({buffer, length}) : 0;
+  return port != nullptr ? (port->*read)({buffer, length}, kNoneShown) : 0;
 }
 
 // Index -1 fetches the bytes, any other index returns one of them.
@@ -196,7 +215,8 @@ std::uint32_t QuickReadSerialPort(std::uint8_t* buffer, std::uint32_t length) {
 std::uint32_t WriteSerialPort(const char* buffer, std::uint32_t length) {
   SerialPort* port = buffer != nullptr && length > 0 ? OpenPort() : nullptr;
   if (port == nullptr) return 0;
-  const std::uint32_t written = port->Write({reinterpret_cast<const std::uint8_t*>(buffer), length});
+  const std::uint32_t written =
+      port->Write({reinterpret_cast<const std::uint8_t*>(buffer), length}, kNoneShown);
   port->Flush();
   return written;
 }

@@ -9,6 +9,7 @@
 #include <span>
 #include <utility>
 
+#include "core/wire.h"
 #include "platform/allocated.h"
 #include "platform/platform.h"
 
@@ -28,11 +29,11 @@ class SerialPort : public platform::Allocated {
   [[nodiscard]] bool IsOpen() const;
 
   // These return the number of bytes moved: 0xFFFFFFFF when the socket fails, and for a libusb write always
-  // the number asked for.
-  std::uint32_t Read(std::span<std::uint8_t> bytes);
+  // the number asked for. The trace shows no more than the first bytes.
+  std::uint32_t Read(std::span<std::uint8_t> bytes, std::size_t shown = kAllShown);
   // Uses short time-outs for this one read.
-  std::uint32_t QuickRead(std::span<std::uint8_t> bytes);
-  std::uint32_t Write(std::span<const std::uint8_t> bytes);
+  std::uint32_t QuickRead(std::span<std::uint8_t> bytes, std::size_t shown = kAllShown);
+  std::uint32_t Write(std::span<const std::uint8_t> bytes, std::size_t shown = kAllShown);
   // For slow line parsers: two characters at a time with a pause after each pair.
   void WriteText(const char* text);
   // Drops what has arrived.
@@ -59,6 +60,8 @@ class SerialPort : public platform::Allocated {
   [[nodiscard]] bool IsOverTcp() const { return overTcp_; }
 
  private:
+  std::uint32_t Fetch(std::span<std::uint8_t> bytes);
+  std::uint32_t Send(std::span<const std::uint8_t> bytes);
   void SetReadTimeouts(std::uint32_t interval, std::uint32_t multiplier, std::uint32_t constant);
   void CloseUsb();
 

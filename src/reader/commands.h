@@ -65,6 +65,7 @@ struct Form {
   std::uint8_t faEchoed = 0;      // the same from P1
   std::uint8_t faData = kFromP3;  // how many data bytes to expect
   std::uint8_t faTries = 1;
+  bool mayStoreKeys = false;  // the trace does not show the data that the command stores
 };
 
 struct Command {

@@ -116,7 +116,7 @@ void WriteSepByReports(tsDevEntry& entry, const tsCfgSlot& slot, std::uint8_t pa
     // A page whose command was lost still gets its data report. Neither loss leaves an error word, because
     // WritesExtendedFields replaces it.
     if (!SendReport(CommandReport(command::kWriteSepFields, {page}))) entry.bSepFldCapable = 0;
-    if (!SendReport(data)) {
+    if (!SendReport(data, kNoneShown)) {
       entry.bSepFldCapable = 0;
       entry.bPartNumberPending = 0;
     }

@@ -78,7 +78,8 @@ Xfer Tell(const Command& command, std::span<const std::uint8_t> data, Args args)
   Wiped<Report> report{};
   const auto room = std::span(report).subspan(command.form.replyAt);
   std::copy_n(data.begin(), std::min(data.size(), room.size()), room.begin());
-  return SendReport(CommandReport(command, args)) && SendReport(report) ? Xfer::kDone : Xfer::kNotSent;
+  const std::size_t shown = command.form.mayStoreKeys ? kNoneShown : kAllShown;
+  return SendReport(CommandReport(command, args)) && SendReport(report, shown) ? Xfer::kDone : Xfer::kNotSent;
 }
 
 Xfer Fire(const Command& command, Args args) {

@@ -16,13 +16,13 @@ constexpr std::uint32_t kAfterWhole = 2;
 constexpr std::uint32_t kAfterFailedWhole = 10;
 
 // Counts are compared signed: a failed socket read is -1, not a huge count.
-bool Read(SerialPort& port, std::span<std::uint8_t> bytes) {
+bool Read(SerialPort& port, std::span<std::uint8_t> bytes, std::size_t shown = kAllShown) {
   if (bytes.empty()) return true;
-  return static_cast<std::int32_t>(port.Read(bytes)) >= static_cast<std::int32_t>(bytes.size());
+  return static_cast<std::int32_t>(port.Read(bytes, shown)) >= static_cast<std::int32_t>(bytes.size());
 }
 
-bool Write(SerialPort& port, std::span<const std::uint8_t> bytes) {
-  return static_cast<std::int32_t>(port.Write(bytes)) >= static_cast<std::int32_t>(bytes.size());
+bool Write(SerialPort& port, std::span<const std::uint8_t> bytes, std::size_t shown) {
+  return static_cast<std::int32_t>(port.Write(bytes, shown)) >= static_cast<std::int32_t>(bytes.size());
 }
 
 bool WriteCla(SerialPort& port, const FaFrame& frame) { return port.Write({&frame.cla, 1}) == 1; }
@@ -44,7 +44,7 @@ SerialPort* SendHeader(FaFrame& frame) {
   if (!WriteCla(*port, frame)) return nullptr;
   // The reader's receiver needs this pause after the class byte.
   if (!port->IsOverTcp()) Pause(kPause);
-  return Write(*port, std::span(frame.header).first(frame.sent)) ? port : nullptr;
+  return Write(*port, std::span(frame.header).first(frame.sent), frame.headerShown) ? port : nullptr;
 }
 
 // Whether the echo came. Any other byte is SW1 of a refusal, after which exactly one more is read, however
@@ -77,22 +77,23 @@ bool ReadStatus(SerialPort& port, FaFrame& frame) {
 
 bool FaSendStatus(FaFrame& frame) {
   SerialPort* port = Begin(frame);
-  return port != nullptr && WriteCla(*port, frame) && Write(*port, std::span(frame.header).first(4)) &&
-         ReadStatus(*port, frame);
+  return port != nullptr && WriteCla(*port, frame) &&
+         Write(*port, std::span(frame.header).first(4), frame.headerShown) && ReadStatus(*port, frame);
 }
 
 bool FaRecvData(FaFrame& frame) {
   SerialPort* port = SendHeader(frame);
   if (port == nullptr) return false;
   if (port->IsOverTcp()) Pause(kPause);
-  return ReadEcho(*port, frame) && Read(*port, std::span(frame.data).first(frame.expected)) &&
+  return ReadEcho(*port, frame) &&
+         Read(*port, std::span(frame.data).first(frame.expected), frame.dataShown) &&
          ReadStatus(*port, frame);
 }
 
 bool FaSendData(FaFrame& frame) {
   SerialPort* port = SendHeader(frame);
   if (port == nullptr || !ReadEcho(*port, frame)) return false;
-  if (!Write(*port, std::span(frame.data).first(frame.P3()))) return false;
+  if (!Write(*port, std::span(frame.data).first(frame.P3()), frame.dataShown)) return false;
   if (port->IsOverTcp()) Pause(kSocketStore);
   return ReadStatus(*port, frame);
 }
@@ -100,7 +101,7 @@ bool FaSendData(FaFrame& frame) {
 bool FaRecvBare(FaFrame& frame) {
   SerialPort* port = SendHeader(frame);
   return port != nullptr && ReadEcho(*port, frame) &&
-         Read(*port, std::span(frame.data).first(frame.expected));
+         Read(*port, std::span(frame.data).first(frame.expected), frame.dataShown);
 }
 
 bool FaRecvWhole(FaFrame& frame) {

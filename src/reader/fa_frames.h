@@ -9,6 +9,7 @@
 #include <cstdint>
 
 #include "core/wipe.h"
+#include "core/wire.h"
 #include "reader/commands.h"
 
 namespace tavlyn::reader {
@@ -21,12 +22,16 @@ struct FaFrame {
   Wiped<std::array<std::uint8_t, 256>> data{};  // to the reader, or what came from it
   std::uint8_t sw1 = 0;
   std::uint8_t sw2 = 0;
+  // In the trace.
+  std::size_t headerShown = kAllShown;
+  std::size_t dataShown = kAllShown;
 
   FaFrame() = default;
   explicit FaFrame(const Command& command, Args args = {})
       : header(command.fa.With(args)),
         sent(command.fa.count),
-        expected(command.form.faData == kFromP3 ? P3() : command.form.faData) {}
+        expected(command.form.faData == kFromP3 ? P3() : command.form.faData),
+        dataShown(command.form.mayStoreKeys ? kNoneShown : kAllShown) {}
   [[nodiscard]] std::uint8_t P3() const { return header[3]; }
 };
 

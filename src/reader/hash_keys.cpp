@@ -24,16 +24,16 @@ void SendKey(std::span<const std::uint8_t, 16> key, std::uint8_t selector) {
     if (Tell(command::kWriteHashKey, key, {0, selector}) != Xfer::kDone) entry.bSepFldCapable = 0;
     return;
   }
-  const auto send = [&](const Report& report) {
-    if (SendReport(report)) return;
+  const auto send = [&](const Report& report, std::size_t shown) {
+    if (SendReport(report, shown)) return;
     entry.LastLibErr |= TAVLYN_ERR_CONFIG_WRITE;
     entry.bSepFldCapable = 0;
   };
   for (std::uint8_t half = 0; half < kHalves; ++half) {
     Wiped<Report> data{};
     std::ranges::copy(key.subspan(half * kReportBytes, kReportBytes), data.begin() + 1);
-    send(CommandReport(command::kWriteHashKey, {half, selector}));
-    send(data);
+    send(CommandReport(command::kWriteHashKey, {half, selector}), kAllShown);
+    send(data, kNoneShown);
   }
 }
 

@@ -30,6 +30,8 @@ bool SendFrame() {
   std::copy_n(shared.buffers.RawCmd.begin() + 2, 4, frame.header.begin());
   shared.buffers.RawReply.fill(0);
   frame.expected = kPayload;
+  frame.headerShown = 1;
+  frame.dataShown = kNoneShown;
   if (!FaRecvBare(frame)) return false;
   // One position lower than the same bytes of a report; programs rely on it.
   std::copy_n(frame.data.begin(), kPayload, shared.buffers.RawReply.begin());
@@ -45,9 +47,9 @@ std::uint32_t SetRawByte(std::int16_t index, std::uint8_t value) {
   shared.buffers.RawCmd[0] = 0;
   if (OnSerialPort()) return SendFrame() ? result : 0;
   // A command that could not be sent deliberately counts as stored.
-  if (!WriteFeatureReport(kPayload, shared.ActDev, shared.buffers.RawCmd.data())) return result;
+  if (!WriteFeatureReport(kPayload, shared.ActDev, shared.buffers.RawCmd.data(), kOpcodeShown)) return result;
   shared.buffers.RawReply.fill(0);
-  return ReadFeatureReport(kPayload, shared.ActDev, shared.buffers.RawReply.data()) ? 1 : 0;
+  return ReadFeatureReport(kPayload, shared.ActDev, shared.buffers.RawReply.data(), kNoneShown) ? 1 : 0;
 }
 
 std::uint32_t RawReplyByte(std::uint16_t index) {

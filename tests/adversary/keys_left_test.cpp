@@ -95,6 +95,24 @@ TEST_P(KeysLeft, NowhereElse) {
   ExpectNoSecret(folder_ / kTraceFile);
 }
 
+// Where every four bytes of a key would be seen, in whatever pieces they travel.
+TEST_P(KeysLeft, NotInTheBytesOnTheWire) {
+  if (!kMayBeSearched) GTEST_SKIP() << "the client searches its memory";
+  constexpr std::size_t kKeyBytes = 32;
+  constexpr std::size_t kSeen = 4;
+  constexpr std::size_t kPair = 3;  // characters of a byte
+  const Case& tested = GetParam();
+  Run(tested.devices, {kTrace + "export TAVLYNAPI_WIRE=1; " KEY_CLIENT " " + tested.words});
+  const std::string trace = boundary::TextOf(folder_ / kTraceFile);
+  EXPECT_TRUE(Holds(trace, " wire reader > ")) << trace;
+  for (const Marker marker : {Marker::kFirst, Marker::kSecond}) {
+    const std::string key = MarkerText(marker, kKeyBytes, " ");
+    for (std::size_t at = 0; at + kSeen <= kKeyBytes; ++at) {
+      EXPECT_FALSE(Holds(trace, key.substr(kPair * at, kPair * kSeen - 1))) << at << "\n" << trace;
+    }
+  }
+}
+
 using TraceTells = WithKeyFiles;
 
 TEST_F(TraceTells, NoId) {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
@@ -12,6 +13,7 @@
 
 #include "api.h"
 #include "core/state.h"
+#include "core/wire.h"
 #include "tests/support/bench.h"
 #include "tests/support/on_disk.h"
 
@@ -271,6 +273,28 @@ TEST_F(TraceTest, ATextWithConversionsInItIsPrintedAsItIs) {
   ASSERT_NE(model, AllMarked().end());
   EXPECT_EQ(model->text,
             "20240305 06:07:08 tavlyn_ReadCfgOneConfig Model Number of Device is : %n%s%d100%\n");
+}
+
+// Unless its own variable is set too, the bytes are not in the trace.
+TEST_F(TraceTest, BytesOfTheWireWithTheirOwnVariable) {
+  SetVariable();
+  SetMarkerFunction(Mark);
+  LogWire(kReader, Direction::kSent, std::array<std::uint8_t, 2>{0, 0x8A});
+  EXPECT_TRUE(AllMarked().empty());
+  host.places.environment.insert("TAVLYNAPI_WIRE");
+  SetMarkerFunction(Mark);
+  const std::array<std::uint8_t, 3> bytes = {0, 0x8A, 0xFF};
+  LogWire(kReader, Direction::kSent, bytes);
+  LogWire(kMagstripe, Direction::kReceived, bytes, kOpcodeShown);
+  LogWire(kSonar, Direction::kReceived, bytes, kNoneShown);
+  LogWire(0, Direction::kReceived, {});
+  LogWire(0, Direction::kSent, std::array<std::uint8_t, 513>{});
+  ASSERT_EQ(AllMarked().size(), 5U);
+  EXPECT_EQ(AllMarked()[0].text, "20240305 06:07:08 wire reader > 00 8A FF\n");
+  EXPECT_EQ(AllMarked()[1].text, "20240305 06:07:08 wire magstripe < 00 8A **\n");
+  EXPECT_EQ(AllMarked()[2].text, "20240305 06:07:08 wire sonar < ** ** **\n");
+  EXPECT_EQ(AllMarked()[3].text, "20240305 06:07:08 wire device < nothing\n");
+  EXPECT_TRUE(AllMarked()[4].text.ends_with(" 00 00 ...\n"));
 }
 
 }  // namespace
