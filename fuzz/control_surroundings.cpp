@@ -3,6 +3,7 @@
 #include <ctime>
 
 #include "tools/tavlynctl/awaited.h"
+#include "tools/tavlynctl/doctor.h"
 #include "tools/tavlynctl/process.h"
 #include "tools/tavlynctl/reach.h"
 #include "tools/tavlynctl/session.h"
@@ -24,6 +25,8 @@ void NoteStop() {}
 bool IsStopped() { return false; }
 void EndStopped() {}
 void ForbidCoreImage() {}
+SetVariable::SetVariable(const char*) : name_(nullptr) {}
+SetVariable::~SetVariable() = default;
 HiddenInput::HiddenInput() : typed_(false) {}
 HiddenInput::~HiddenInput() = default;
 
@@ -46,5 +49,10 @@ std::string PermissionProblem() { return {}; }
 Port LookAtPort(unsigned) { return {PortState::kFree, ""}; }
 Peer TryPeer(const Ip&, std::uint16_t) { return Peer::kSilent; }
 std::string HoldersOfPeer(const Ip&, std::uint16_t) { return {}; }
+
+std::string SystemName() { return "none"; }
+void LookAtLibraries(Findings&) {}
+void LookAtNodes(Findings&) {}
+void LookAtPorts(const Link&, Findings&) {}
 
 }  // namespace tavlyn::ctl

@@ -7,6 +7,9 @@ constexpr unsigned kUsers = kLibrary | kTavlynctl;
 
 constexpr Variable kVariables[] = {
     {"TAVLYNAPI_LOGGING", kUsers, "Set to anything, it makes the library write its trace."},
+    {"TAVLYNAPI_WIRE", kUsers,
+     "Set to anything beside it, it makes the trace show the bytes that are sent and received, without "
+     "keys."},
     {"TAVLYNAPI_PORT_DIR", kUsers | kTavlynsim,
      "The folder whose files com1 to com256 are the COM ports, in place of /dev/tavlyn and /dev/ttyS."},
     {"TAVLYNAPI_LIBUSB", kUsers,

@@ -39,5 +39,7 @@ void AddMagFields(Program& program);      // magfield
 void AddRange(Program& program);          // range
 void AddSerial(Program& program);         // serial
 void AddFind(Program& program);           // find
+void AddDoctor(Program& program);         // doctor
+void AddError(Program& program);          // error
 
 }  // namespace tavlyn::ctl

@@ -15,6 +15,7 @@ namespace {
 // In the order in which --help shows them.
 constexpr Heading kHeadings[] = {
     {"find", "Find devices", {AddDevices, AddTexts, AddFind}},
+    {"trouble", "When something does not work", {AddDoctor, AddError}},
     {"read", "Read cards", {AddReads, AddQueue}},
     {"config", "Configure", {AddConfig, AddCardTypes}},
     {"outputs", "Beeper, LEDs and relay", {AddOutputs}},

@@ -1,5 +1,7 @@
 #include "tools/tavlynctl/error_words.h"
 
+#include <algorithm>
+
 namespace tavlyn::ctl {
 namespace {
 
@@ -9,6 +11,8 @@ struct Match {
   std::uint32_t value;
 
   static constexpr Match Of(std::uint32_t word, std::uint32_t mask) { return {mask, word & mask}; }
+  [[nodiscard]] bool IsIn(std::uint32_t word) const { return (word & mask) == value; }
+  bool operator==(const Match&) const = default;
 };
 
 namespace found {
@@ -30,28 +34,50 @@ constexpr Match Analyzer(std::uint32_t /*word*/) { return {0x4000000, 0x4000000}
 
 }  // namespace found
 
-struct ErrorRow {
-  Match match;
-  const char* words;
+constexpr ErrorWord kErrorWords[] = {
+#define ERROR_WORD(name, value, match, words, how, when, remedy) \
+  {"TAVLYN_ERR_" #name, value, words, how, when, remedy},
+#include "tools/tavlynctl/error_words.inc"
 };
 
-constexpr ErrorRow kErrorRows[] = {
-    {found::Alone(0), "the library names no reason; the device refused, or its answer was none"},
-#define ERROR_WORD(name, value, match, words, how, when, remedy) {found::match(value), words},
+constexpr Match kMatches[] = {
+#define ERROR_WORD(name, value, match, words, how, when, remedy) found::match(value),
 #include "tools/tavlynctl/error_words.inc"
 };
 
 }  // namespace
 
+std::span<const ErrorWord> AllErrorWords() { return kErrorWords; }
+
 std::string ErrorWords(std::uint32_t word) {
+  if (word == 0) return "the library names no reason; the device refused, or its answer was none";
   std::string text;
-  for (const ErrorRow& row : kErrorRows) {
-    const std::string words = row.words;
+  for (std::size_t at = 0; at < std::size(kErrorWords); ++at) {
+    const std::string words = kErrorWords[at].words;
     // Words of one kind have the same words and come after one another.
-    if ((word & row.match.mask) != row.match.value || text.ends_with(words)) continue;
+    if (!kMatches[at].IsIn(word) || text.ends_with(words)) continue;
     text += (text.empty() ? "" : "; ") + words;
   }
   return text.empty() ? "several failures, whose numbers have joined" : text;
+}
+
+std::vector<ErrorWord> PartsOf(std::uint32_t word) {
+  // Of those that are found alike, the highest whose bits are all there; what is left was added to it.
+  const auto nearest = [word](const Match& match) {
+    std::uint32_t value = 0;
+    for (std::size_t at = 0; at < std::size(kErrorWords); ++at) {
+      const std::uint32_t one = kErrorWords[at].value;
+      if (kMatches[at] == match && (one & ~word) == 0) value = std::max(value, one);
+    }
+    return value;
+  };
+  std::vector<ErrorWord> parts;
+  for (std::size_t at = 0; at < std::size(kErrorWords); ++at) {
+    if (!kMatches[at].IsIn(word)) continue;
+    const std::uint32_t value = nearest(kMatches[at]);
+    if (value == 0 || value == kErrorWords[at].value) parts.push_back(kErrorWords[at]);
+  }
+  return parts;
 }
 
 }  // namespace tavlyn::ctl

@@ -117,12 +117,28 @@ std::string PermissionProblem() {
   return !problem.empty() ? problem : BulkProblem("/sys/bus/usb/devices", "/dev/bus/usb");
 }
 
-std::string HidProblem(const std::string& hidrawClass, const std::string& nodes) {
-  std::string found;
+std::vector<std::string> KnownHidNodes(const std::string& hidrawClass, const std::string& nodes) {
+  std::vector<std::string> known;
   std::error_code none;
   for (const fs::directory_entry& entry : fs::directory_iterator(hidrawClass, none)) {
-    if (!IsKnownNode(entry.path())) continue;
-    const std::string node = (fs::path(nodes) / entry.path().filename()).string();
+    if (IsKnownNode(entry.path())) known.push_back((fs::path(nodes) / entry.path().filename()).string());
+  }
+  return known;
+}
+
+std::vector<std::string> KnownBulkNodes(const std::string& usbDevices, const std::string& nodes) {
+  std::vector<std::string> known;
+  std::error_code none;
+  for (const fs::directory_entry& entry : fs::directory_iterator(usbDevices, none)) {
+    std::string node = BulkNode(entry.path(), nodes);
+    if (!node.empty()) known.push_back(std::move(node));
+  }
+  return known;
+}
+
+std::string HidProblem(const std::string& hidrawClass, const std::string& nodes) {
+  std::string found;
+  for (const std::string& node : KnownHidNodes(hidrawClass, nodes)) {
     if (!IsForbidden(node)) continue;
     found += (found.empty() ? "" : ", ") + node + " (" + ModeOf(node) + ")";
   }
@@ -130,10 +146,7 @@ std::string HidProblem(const std::string& hidrawClass, const std::string& nodes)
 }
 
 std::string BulkProblem(const std::string& usbDevices, const std::string& nodes) {
-  std::error_code none;
-  for (const fs::directory_entry& entry : fs::directory_iterator(usbDevices, none)) {
-    const std::string node = BulkNode(entry.path(), nodes);
-    if (node.empty()) continue;
+  for (const std::string& node : KnownBulkNodes(usbDevices, nodes)) {
     if (IsForbidden(node)) return Forbidden(node + " (" + ModeOf(node) + ")");
     const std::string holders = HoldersOf(node);
     if (!holders.empty())

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace tavlyn::ctl {
 
@@ -13,6 +14,10 @@ std::string ModeOf(const std::string& node);
 std::string HoldersOf(const std::string& node);
 // The same for what a descriptor's link names, such as "socket:[123]".
 std::string HoldersOfLink(const std::string& target);
+
+// The nodes of devices that the library knows: those that hidapi opens, and the bulk device.
+std::vector<std::string> KnownHidNodes(const std::string& hidrawClass, const std::string& nodes);
+std::vector<std::string> KnownBulkNodes(const std::string& usbDevices, const std::string& nodes);
 
 // PermissionProblem for any two folders, of HID devices and of the bulk device.
 std::string HidProblem(const std::string& hidrawClass, const std::string& nodes);

@@ -27,6 +27,18 @@ void EndStopped();
 // From now on a crash does not write the memory to disk.
 void ForbidCoreImage();
 
+// An environment variable of this process, set while the object lasts if it was not set before. Null sets none.
+class SetVariable {
+ public:
+  explicit SetVariable(const char* name);
+  ~SetVariable();
+  SetVariable(const SetVariable&) = delete;
+  SetVariable& operator=(const SetVariable&) = delete;
+
+ private:
+  const char* name_;  // null if it is to stay
+};
+
 // Typing is not echoed while the object lasts; echo comes back even after a Ctrl-C.
 class HiddenInput {
  public:

@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 
 #include "tools/tavlynctl/process.h"
 
@@ -65,6 +66,15 @@ void ForbidCoreImage() {
   prctl(PR_SET_DUMPABLE, 0, 0, 0, 0);
   const rlimit none{0, 0};
   setrlimit(RLIMIT_CORE, &none);
+}
+
+SetVariable::SetVariable(const char* name)
+    : name_(name != nullptr && std::getenv(name) == nullptr ? name : nullptr) {
+  if (name_ != nullptr) setenv(name_, "1", 0);
+}
+
+SetVariable::~SetVariable() {
+  if (name_ != nullptr) unsetenv(name_);
 }
 
 HiddenInput::HiddenInput() : typed_(tcgetattr(STDIN_FILENO, &shown) == 0) {

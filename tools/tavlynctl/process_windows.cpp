@@ -56,6 +56,15 @@ void ForbidCoreImage() {
   SetUnhandledExceptionFilter(EndAtOnce);
 }
 
+SetVariable::SetVariable(const char* name)
+    : name_(name != nullptr && GetEnvironmentVariableA(name, nullptr, 0) == 0 ? name : nullptr) {
+  if (name_ != nullptr) SetEnvironmentVariableA(name_, "1");
+}
+
+SetVariable::~SetVariable() {
+  if (name_ != nullptr) SetEnvironmentVariableA(name_, nullptr);
+}
+
 HiddenInput::HiddenInput() : typed_(GetConsoleMode(Input(), &shown) != 0) {
   if (!typed_) return;
   SetConsoleCtrlHandler(ShowAndEnd, TRUE);

@@ -11,6 +11,7 @@
 #include "tools/tavlynctl/files.h"
 #include "tools/tavlynctl/offers.h"
 #include "tools/tavlynctl/process.h"
+#include "tools/tavlynctl/verbose.h"
 
 namespace tavlyn::ctl {
 namespace {
@@ -111,6 +112,7 @@ Program::Program(const char* text, const std::function<std::string()>& version)
     : version_(version), app_(text, kProgram) {
   app_.require_subcommand(1);
   app_.add_flag("--json", request_.json, "One JSON object instead of text");
+  AddVerboseWords(app_, request_.verbose);
   AddLinkWords(app_, request_.link);
 }
 
@@ -146,6 +148,7 @@ int Program::RunGiven() try {
   if (IsAmong(request_.command, kWithKeys)) ForbidCoreImage();
   for (const std::string& path : request_.files) RequireFile(path);
   TakeVariable();
+  BeginTrace(request_.verbose);
   Show(commands_.at(request_.command)(request_), request_.json);
   return kOk;
 } catch (const Failure& failure) {

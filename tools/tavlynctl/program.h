@@ -24,6 +24,7 @@ struct Request {
   Link link;
   bool json = false;
   DeviceChoice device;
+  int verbose = 0;
   std::uint32_t products = kAllProducts;  // for a command of several products: those that it may use
   std::vector<std::string> files;         // every FILE
 

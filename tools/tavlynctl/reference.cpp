@@ -32,7 +32,7 @@ constexpr ExitStatus kStatuses[] = {
 static_assert(std::size(kStatuses) == kDiffers + 1);
 
 constexpr const char* kMagstripe = "--device magstripe --do 'swipe %B12^DOE/JOHN^?;77=1?'";
-constexpr const char* kAdapter = "--ethernet 10.0.0.5:10001 --card 01020303:26";
+constexpr const char* kAdapterDevices = "--ethernet 10.0.0.5:10001 --card 01020303:26";
 constexpr const char* kSaved = "tavlynctl config save desk.hwg --secure";
 
 // In the order of --help. Addresses 10.0.0 stand for those of a real network.
@@ -42,9 +42,13 @@ constexpr Example kExamples[] = {
     {"info", "tavlynctl info --device 1 --json", "All about the second reader.",
      "--device reader --device plus:2"},
     {"text", "tavlynctl text", "Part number, serial number, firmware."},
-    {"find", "tavlynctl find 10.0.0.4-6", "Ethernet adapters among three addresses.", kAdapter},
+    {"find", "tavlynctl find 10.0.0.4-6", "Ethernet adapters among three addresses.", kAdapterDevices},
+    {"doctor", "tavlynctl doctor --bundle ticket.tar.gz",
+     "What is so, what to type, and a file for whoever helps."},
+    {"error", "tavlynctl error 0x20202", "What a word is made of, and what to do."},
     {"read", "tavlynctl read --timeout 30", "Waits half a minute for a card.", "--card 01020303:26"},
-    {"read", "tavlynctl --ip 10.0.0.5:10001 read", "The card on a reader behind an adapter.", kAdapter},
+    {"read", "tavlynctl --ip 10.0.0.5:10001 read", "The card on a reader behind an adapter.",
+     kAdapterDevices},
     {"watch", "tavlynctl watch --count 2", "A card that comes and goes.", "--card 0A0B:16"},
     {"watch", "tavlynctl watch --all --json --count 1", "Whichever reader a card is laid on.",
      "--device reader --device plus:2 --do '#2 card 0A0B:16'"},

@@ -1,9 +1,8 @@
 // libusb-0.1 from a file that only root can have put there.
-#include <array>
 #include <climits>
-#include <cstdlib>
 
 #include "platform/libusb_calls.h"
+#include "platform/linux/libusb_file.h"
 #include "platform/linux/trusted_file.h"
 #include "platform/parts.h"
 #include "platform/system_library.h"
@@ -11,24 +10,10 @@
 namespace tavlyn::platform {
 namespace {
 
-// Debian has a folder for each processor, of which others' libraries could not be loaded.
-constexpr std::array kFolders = {
-    "/usr/lib/" TAVLYN_MULTIARCH, "/lib/" TAVLYN_MULTIARCH, "/usr/lib64", "/lib64", "/usr/lib", "/lib"};
-
-Path LibraryFile() {
-  if (const char* chosen = secure_getenv("TAVLYNAPI_LIBUSB"); chosen != nullptr)
-    return RealPath(Path("%s", chosen));
-  for (const char* folder : kFolders) {
-    const Path file = RealPath(Path("%s/libusb-0.1.so.4", folder));
-    if (!file.IsEmpty()) return file;
-  }
-  return {};
-}
-
 class SystemLibusb final : public LibusbCalls<PATH_MAX + 1> {
  public:
   bool Load() override {
-    const Path file = LibraryFile();
+    const Path file = LibusbFile();
     // Loaded by the path that was tested, no part of which anyone but root can change in between. Through a
     // descriptor the library would get a name like /proc/self/fd/7, which another library may have as well.
     if (!IsTrustedFile(file)) return false;

@@ -24,16 +24,18 @@ Path RealPath(const Path& path) {
 
 // From the top down: what has been tested can then not be replaced while the rest is tested, nor before the
 // file is loaded by this path.
-bool IsTrustedFile(const Path& file) {
+Path UntrustedPart(const Path& file) {
   const std::string_view whole = file.View();
-  if (!whole.starts_with('/')) return false;
+  if (!whole.starts_with('/')) return file;
   const std::size_t last = whole.rfind('/');
   for (std::size_t end = 0; end <= last; end = whole.find('/', end + 1)) {
     Path folder = file;
     folder.Cut(std::max<std::size_t>(end, 1));
-    if (!OnlyRootWrites(folder.c_str(), S_IFDIR, end < last)) return false;
+    if (!OnlyRootWrites(folder.c_str(), S_IFDIR, end < last)) return folder;
   }
-  return OnlyRootWrites(file.c_str(), S_IFREG, false);
+  return OnlyRootWrites(file.c_str(), S_IFREG, false) ? Path() : file;
 }
+
+bool IsTrustedFile(const Path& file) { return !file.IsEmpty() && UntrustedPart(file).IsEmpty(); }
 
 }  // namespace tavlyn::platform

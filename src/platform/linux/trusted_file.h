@@ -13,4 +13,7 @@ Path RealPath(const Path& path);
 // in which nobody else can move what root owns. The path must not contain links.
 bool IsTrustedFile(const Path& file);
 
+// The first folder of the path, or the file itself, for which that is not so; empty for a trusted file.
+Path UntrustedPart(const Path& file);
+
 }  // namespace tavlyn::platform
