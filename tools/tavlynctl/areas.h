@@ -20,6 +20,7 @@ void AddDevices(Program& program);        // list, info
 void AddTexts(Program& program);          // text
 void AddReads(Program& program);          // read, and calls the next
 void AddWatch(Program& program);          // watch
+void AddCard(Program& program);           // card
 void AddConfig(Program& program);         // config show, get, set, reset and defaults, and calls the next
 void AddConfigFiles(Program& program);    // config save, diff, and calls the next
 void AddConfigLoad(Program& program);     // config load

@@ -36,20 +36,9 @@ struct ReadCard {
     Session session(request.link);
     session.UseForCards(request.device);
     session.Settle();
-    const auto deadline = After(timeout.value_or(kReadTimeout));
-    int failed = 0;
-    do {
-      const auto card = NextCard(request.link);
-      failed = card ? 0 : failed + 1;
-      if (failed == kFailedPolls) {
-        throw Failure(kDeviceError, ActiveDeviceName() + " does not answer, " + ErrorText());
-      }
-      if (!card || card->bits == 0) continue;
-      Json document = request.Document();
-      Describe(*card, document);
-      return document;
-    } while (Clock::now() < deadline);
-    throw NoCard();
+    Json document = request.Document();
+    DescribeNext(request.link, timeout, document);
+    return document;
   }
 };
 
@@ -79,6 +68,20 @@ void Describe(const Card& card, Json& into) {
   into["bits"] = card.bits;
   into["id"] = number;
   into["bytes"] = std::move(bytes);
+}
+
+void DescribeNext(const Link& link, const std::optional<double>& seconds, Json& into) {
+  const auto deadline = After(seconds.value_or(kReadTimeout));
+  int failed = 0;
+  do {
+    const auto card = NextCard(link);
+    failed = card ? 0 : failed + 1;
+    if (failed == kFailedPolls) {
+      throw Failure(kDeviceError, ActiveDeviceName() + " does not answer, " + ErrorText());
+    }
+    if (card && card->bits != 0) return Describe(*card, into);
+  } while (Clock::now() < deadline);
+  throw NoCard();
 }
 
 void AddReads(Program& program) {

@@ -29,4 +29,8 @@ std::optional<Card> AskForCard(const Link& link);
 // first.
 void Describe(const Card& card, Json& into);
 
+// The same of the card that is on the active reader or comes next. Throws Failure if none comes in so many
+// seconds, or in ten.
+void DescribeNext(const Link& link, const std::optional<double>& seconds, Json& into);
+
 }  // namespace tavlyn::ctl

@@ -16,7 +16,7 @@ namespace {
 constexpr Heading kHeadings[] = {
     {"find", "Find devices", {AddDevices, AddTexts, AddFind}},
     {"trouble", "When something does not work", {AddDoctor, AddError}},
-    {"read", "Read cards", {AddReads, AddQueue}},
+    {"read", "Read cards", {AddReads, AddCard, AddQueue}},
     {"config", "Configure", {AddConfig, AddCardTypes}},
     {"outputs", "Beeper, LEDs and relay", {AddOutputs}},
     {"keys", "Files and keys", {AddCheck, AddSecure, AddBle}},

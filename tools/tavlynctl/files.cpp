@@ -36,11 +36,6 @@ std::string TemporaryFolder() {
   return NameOfPath(folder);
 }
 
-std::string ContentsOf(const std::string& path) {
-  std::ifstream file(PathOf(path), std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 }  // namespace
 
 void RequireFile(const std::string& path) {
@@ -49,6 +44,11 @@ void RequireFile(const std::string& path) {
   if (fs::is_directory(status)) throw Failure(kBadFile, path + " is a folder, not a file");
   if (fs::exists(status) && !fs::is_regular_file(status))
     throw Failure(kBadFile, path + " is not a regular file");
+}
+
+std::string ContentsOf(const std::string& path) {
+  std::ifstream file(PathOf(path), std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 Failure NothingIn(const std::string& path) {

@@ -11,6 +11,8 @@ namespace tavlyn::ctl {
 
 // Throws Failure if it exists but is not a regular file: reading a device might never end.
 void RequireFile(const std::string& path);
+// Empty also if it cannot be read.
+std::string ContentsOf(const std::string& path);
 // Why nothing could be read from it: missing, not allowed to this user, or empty.
 Failure NothingIn(const std::string& path);
 

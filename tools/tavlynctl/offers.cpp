@@ -98,7 +98,8 @@ constexpr Offer kOffers[] = {{"--device", OfferDevices},
                              {"FIELD", OfferFields},
                              {"FIELD=VALUE", OfferFieldValues},
                              {"NAME=VALUE", OfferParts},
-                             {"FILE", OfferFiles}};
+                             {"FILE", OfferFiles},
+                             {"--layouts", OfferFiles}};
 
 }  // namespace
 

@@ -22,7 +22,9 @@ constexpr ExitStatus kStatuses[] = {
     {"4",
      "The device failed: its configuration could not be read or written, it stopped answering, or it does "
      "not hold what was written."},
-    {"5", "No card came in time, no ID is queued, or the last swipe had nothing on that track."},
+    {"5",
+     "No card came in time, no ID is queued, the last swipe had nothing on that track, or a number is not in "
+     "the card."},
     {"6",
      "A file or standard output cannot be read or written; a file is not a configuration file, has no "
      "configuration, is cut short, or was changed since it was written; with --strict, part of a file would "
@@ -52,6 +54,8 @@ constexpr Example kExamples[] = {
     {"watch", "tavlynctl watch --count 2", "A card that comes and goes.", "--card 0A0B:16"},
     {"watch", "tavlynctl watch --all --json --count 1", "Whichever reader a card is laid on.",
      "--device reader --device plus:2 --do '#2 card 0A0B:16'"},
+    {"card", "tavlynctl card", "What the bits of the card on a reader say.", "--card 07870C:24"},
+    {"card", "tavlynctl card 26:2190E0F --find 34567", "Where a number stands in a card."},
     {"queue", "tavlynctl queue", "The oldest ID that nobody has fetched.", "--do 'queue 01020304'"},
     {"config show", "tavlynctl config show --config 1", "The second configuration of a plus reader.",
      "--device plus:3"},
