@@ -311,6 +311,15 @@ TEST_F(MagModelTracks, TheSelectionAtStartFindsNothingButStillAnswers) {
   EXPECT_EQ(std::string(out.begin(), out.end()), "00000000");
 }
 
+TEST_F(MagModelTracks, TheIdBeginsBehindTheSelectedOffset) {
+  EXPECT_EQ(sorbaneSetActiveID(2, 1, 1, 0xFF), 1U);
+  SwipeCard(";12=34?");
+  LetTimePass();
+  Bytes out(8, 0xEE);
+  EXPECT_EQ(GetActiveID(out.data(), 8), 8U);
+  EXPECT_EQ(std::string(out.begin(), out.end()), "=0000000");
+}
+
 TEST_F(MagModelTracks, TheSelectionAtStartIsATrackTwoWithoutSentinel) {
   Hold(2, {8, 0x01, 0x02, 0x03, 0x04, 0x0D, 0x05, 0x06, 0x07});
   LetTimePass();
