@@ -3,6 +3,7 @@
 #include <ctime>
 
 #include "tools/tavlynctl/awaited.h"
+#include "tools/tavlynctl/device_lock.h"
 #include "tools/tavlynctl/doctor.h"
 #include "tools/tavlynctl/process.h"
 #include "tools/tavlynctl/reach.h"
@@ -44,6 +45,9 @@ bool Answers::Came(bool came) {
   return came;
 }
 void TellWatched(bool) {}
+
+bool DeviceLock::Try(const std::string&) { return true; }
+DeviceLock::~DeviceLock() = default;
 
 std::string PermissionProblem() { return {}; }
 Port LookAtPort(unsigned) { return {PortState::kFree, ""}; }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <iostream>
+#include <iterator>
 #include <limits>
 #include <memory>
 
@@ -89,8 +90,10 @@ std::string Problem(const CLI::App& app, const CLI::ParseError& error, bool mayH
   }
   const std::string& word = rest.front();
   if (commandIsMissing) return NoCommand(Innermost(app), word);
-  // The wrong word may come before the command that was found: "secur read".
-  return word + " was not expected" + DidYouMean(word, CommandsOf(app));
+  // The wrong word may come before the command that was found, "secur read", or below it, "cards st".
+  std::vector<std::string> names = CommandsOf(app);
+  std::ranges::move(CommandsOf(Innermost(app)), std::back_inserter(names));
+  return word + " was not expected" + DidYouMean(word, names);
 }
 
 void ShowHelp(const CLI::App& app, const std::vector<std::string>& words) {

@@ -10,6 +10,10 @@ bool OutputIsTerminal();
 // The same for standard error.
 bool ErrorsAreOnTerminal();
 
+// Whether these are terminals that obey colours.
+bool OutputTakesColours();
+bool ErrorsTakeColours();
+
 // From now on a console shows names in all languages. A normal exit restores its settings.
 void ShowAllLanguages();
 

@@ -35,6 +35,14 @@ bool IsTerminal(DWORD which) {
   return GetConsoleMode(stream, &mode) != 0 || IsTerminalsPipe(stream);
 }
 
+// A console of Windows 10 obeys them when it is told to; the other terminals always do.
+bool TakesColours(DWORD which) {
+  HANDLE stream = GetStdHandle(which);
+  DWORD mode = 0;
+  if (GetConsoleMode(stream, &mode) == 0) return IsTerminalsPipe(stream);
+  return SetConsoleMode(stream, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+}
+
 UINT shownBefore;
 
 }  // namespace
@@ -42,6 +50,9 @@ UINT shownBefore;
 bool InputIsTerminal() { return IsTerminal(STD_INPUT_HANDLE); }
 bool OutputIsTerminal() { return IsTerminal(STD_OUTPUT_HANDLE); }
 bool ErrorsAreOnTerminal() { return IsTerminal(STD_ERROR_HANDLE); }
+
+bool OutputTakesColours() { return TakesColours(STD_OUTPUT_HANDLE); }
+bool ErrorsTakeColours() { return TakesColours(STD_ERROR_HANDLE); }
 
 void ShowAllLanguages() {
   shownBefore = GetConsoleOutputCP();

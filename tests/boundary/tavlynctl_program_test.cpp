@@ -14,7 +14,7 @@ TEST(TavlynctlProgram, WrongWords) {
     const char* problem;
   };
   constexpr Case kCases[] = {
-      {"", "a command is missing; tavlynctl --help"},
+      {"--ascii", "a command is missing; tavlynctl --help"},
       {"lisp", "there is no command lisp; did you mean list? tavlynctl --help"},
       {"everything", "there is no command everything; tavlynctl --help"},
       {"config", "a command is missing; tavlynctl config --help"},

@@ -4,6 +4,7 @@
 
 #include "api.h"
 #include "magstripe/layout.h"
+#include "tools/nearest.h"
 #include "tools/tavlynctl/areas.h"
 #include "tools/tavlynctl/backups.h"
 #include "tools/tavlynctl/changes.h"
@@ -86,7 +87,8 @@ const Part& FindPart(const std::string& name) {
   if (part != std::end(kParts)) return *part;
   std::string known;
   for (const Part& one : kParts) known += std::string(one.name) + ", ";
-  throw Failure(kUsage, "a user field has no part " + name + "; its parts are " + known + kKeys);
+  throw Failure(kUsage, "a user field has no part " + name + "; its parts are " + known + kKeys +
+                            DidYouMean(name, UserFieldParts()));
 }
 
 int ParseValue(const Part& part, const std::string& text) {

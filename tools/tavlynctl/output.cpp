@@ -5,6 +5,7 @@
 #include <map>
 #include <vector>
 
+#include "tools/colour.h"
 #include "tools/printable.h"
 
 namespace tavlyn::ctl {
@@ -44,6 +45,24 @@ void Line(std::size_t indent, std::string text, std::FILE* stream = stdout) {
   PrintLine(stream, text.insert(0, indent, ' '));
 }
 
+// Without the blanks at its end.
+void PiecesLine(std::vector<Coloured> pieces, std::FILE* stream = stdout) {
+  while (!pieces.empty()) {
+    std::string& last = pieces.back().text;
+    while (!last.empty() && last.back() == ' ') last.pop_back();
+    if (!last.empty()) break;
+    pieces.pop_back();
+  }
+  PrintPieces(stream, pieces);
+}
+
+// Of the words that tell how something went.
+Colour ColourOf(const std::string& key, const Json& value) {
+  if (key != "result" && key != "verified" && key != "intact") return Colour::kNone;
+  if (value == "ok" || value == "stored" || value == true) return Colour::kGood;
+  return value == "failed" || value == "different" || value == false ? Colour::kBad : Colour::kNone;
+}
+
 std::string Padded(std::string text, std::size_t width) {
   text.resize(std::max(text.size(), width), ' ');
   return text + "  ";
@@ -64,11 +83,13 @@ void ShowTable(const Json& rows, std::size_t indent, std::FILE* stream = stdout)
   }
   std::string head;
   for (const auto& [key, value] : rows.front().items()) head += Padded(Label(key), widths[key]);
-  Line(indent, head, stream);
+  PiecesLine({{Colour::kNone, std::string(indent, ' ')}, {Colour::kHeading, head}}, stream);
   for (const Json& row : rows) {
-    std::string line;
-    for (const auto& [key, value] : row.items()) line += Padded(Cell(value), widths[key]);
-    Line(indent, line, stream);
+    std::vector<Coloured> pieces{{Colour::kNone, std::string(indent, ' ')}};
+    for (const auto& [key, value] : row.items()) {
+      pieces.push_back({ColourOf(key, value), Padded(Cell(value), widths[key])});
+    }
+    PiecesLine(std::move(pieces), stream);
   }
 }
 
@@ -79,7 +100,8 @@ void ShowObject(const Json& object, std::size_t indent) {
   }
   for (const auto& [key, value] : object.items()) {
     if (IsCell(value)) {
-      Line(indent, Padded(Label(key), width) + Cell(value));
+      PiecesLine({{Colour::kNone, std::string(indent, ' ') + Padded(Label(key), width)},
+                  {ColourOf(key, value), Cell(value)}});
       continue;
     }
     Line(indent, Label(key));
@@ -165,9 +187,9 @@ ExitCode ShowFailure(const Failure& failure, const std::string& command, bool as
     }
   } catch (const Failure& unwritten) {
     code = unwritten.code;
-    Tell(kProgram, unwritten.what());
+    TellFailure(kProgram, unwritten.what());
   }
-  Tell(kProgram, failure.what());
+  TellFailure(kProgram, failure.what());
   return code;
 }
 

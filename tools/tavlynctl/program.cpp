@@ -9,6 +9,7 @@
 #include "tools/command_line.h"
 #include "tools/completion.h"
 #include "tools/tavlynctl/files.h"
+#include "tools/tavlynctl/help.h"
 #include "tools/tavlynctl/offers.h"
 #include "tools/tavlynctl/process.h"
 #include "tools/tavlynctl/verbose.h"
@@ -111,6 +112,7 @@ void Words::All() {
 Program::Program(const char* text, const std::function<std::string()>& version)
     : version_(version), app_(text, kProgram) {
   app_.require_subcommand(1);
+  app_.formatter(HelpWithExamples());
   app_.add_flag("--json", request_.json, "One JSON object instead of text");
   AddVerboseWords(app_, request_.verbose);
   AddLinkWords(app_, request_.link);
@@ -118,8 +120,12 @@ Program::Program(const char* text, const std::function<std::string()>& version)
 
 CLI::App& Program::NewWord(const std::string& words, const char* text) {
   const std::size_t last = words.rfind(' ');
-  if (last == std::string::npos) return *app_.add_subcommand(words, text)->group(heading_);
-  return *app_.get_subcommand(words.substr(0, last))->add_subcommand(words.substr(last + 1), text);
+  const std::string example = ExampleOf(words);
+  CLI::App* word =
+      last == std::string::npos
+          ? app_.add_subcommand(words, text)->group(heading_)
+          : app_.get_subcommand(words.substr(0, last))->add_subcommand(words.substr(last + 1), text);
+  return *word->footer(example.empty() ? "" : "Example: " + example);
 }
 
 void Program::Group(const char* words, const char* text) { NewWord(words, text).require_subcommand(1); }
@@ -149,6 +155,7 @@ int Program::RunGiven() try {
   for (const std::string& path : request_.files) RequireFile(path);
   TakeVariable();
   BeginTrace(request_.verbose);
+  SetLockHolder(std::string(kProgram) + " " + request_.command);
   Show(commands_.at(request_.command)(request_), request_.json);
   return kOk;
 } catch (const Failure& failure) {
@@ -174,7 +181,15 @@ void Program::AddHelp() {
   app_.get_subcommand(kHelp)->group("Help");
 }
 
+int Program::RunWithoutWords() try {
+  Show(FirstSteps(app_, [this] { return commands_.at("list")(request_); }), false);
+  return kOk;
+} catch (const Failure& failure) {
+  return ShowFailure(failure, "", false);
+}
+
 int Program::Run(int argc, char** argv) {
+  if (argc < 2) return RunWithoutWords();
   if (const auto words = WordsToComplete(argc, argv)) return Complete(*words);
   try {
     app_.parse(argc, argv);

@@ -116,6 +116,7 @@ class Program {
   int Complete(const std::vector<std::string>& words);
   void TakeVariable();
   int RunGiven();
+  int RunWithoutWords();
   int Refuse(const CLI::ParseError& error, bool json) const;
 
   std::function<std::string()> version_;

@@ -17,8 +17,8 @@ constexpr ExitStatus kStatuses[] = {
      "name, or no adapter answers."},
     {"3",
      "A device is plugged in, or a port is there, but this user may not open it: the message names the node "
-     "and its mode; or another program holds the port, the adapter or the bulk device: the message names the "
-     "program if the system reveals it."},
+     "and its mode; or another program holds the port, the adapter or the bulk device, or another tavlynctl "
+     "the device: the message names the program if the system reveals it."},
     {"4",
      "The device failed: its configuration could not be read or written, it stopped answering, or it does "
      "not hold what was written."},

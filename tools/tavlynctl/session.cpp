@@ -201,6 +201,13 @@ Session::~Session() { USBDisconnect(); }
 void Session::Select(const DeviceChoice& choice) const {
   if (GetDevCnt() == 0) throw NotFound(link_, products_);
   if (awaited_) awaited_->Connected();
+  Choose(choice);
+  Hold();
+}
+
+void Session::Hold() const { locks_.Take(ActiveDevicePath(), ActiveDeviceName()); }
+
+void Session::Choose(const DeviceChoice& choice) const {
   if (choice.word.empty()) return SelectFirst(choice);
   try {
     SelectNamed(ParseDeviceName(choice.word));

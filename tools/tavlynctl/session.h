@@ -8,6 +8,7 @@
 
 #include "tools/tavlynctl/awaited.h"
 #include "tools/tavlynctl/choice.h"
+#include "tools/tavlynctl/device_lock.h"
 #include "tools/tavlynctl/link.h"
 #include "tools/tavlynctl/output.h"
 #include "tools/tavlynctl/text_dialect.h"
@@ -38,9 +39,13 @@ class Session {
   // there is nothing more.
   bool Next() const;
 
-  // Makes the device active, whatever product it takes a search for; throws Failure if there is none of that
-  // name, none at all, none that may be opened, or only another product.
+  // Makes the device active, whatever product it takes a search for, and keeps other runs of the program from
+  // it; throws Failure if there is none of that name, none at all, none that may be opened, only another
+  // product, or if another run has it.
   void Select(const DeviceChoice& choice) const;
+  // Keeps other runs from the active device, for a command that selects by itself; throws Failure if one has
+  // it.
+  void Hold() const;
   // Why the active device's configuration could not be read; empty if it was read. A connect stops at the
   // first device that fails; those after it are read here.
   [[nodiscard]] std::string ReadProblem() const;
@@ -61,6 +66,7 @@ class Session {
   [[nodiscard]] bool MoreOnUsb() const;
   void Restart() const;
   void RequireRead() const;
+  void Choose(const DeviceChoice& choice) const;
   [[nodiscard]] bool SelectHere(const DeviceName& name) const;
   void SelectNamed(const DeviceName& name) const;
   void SelectFirst(const DeviceChoice& choice) const;
@@ -71,6 +77,7 @@ class Session {
   // A command has one session, which goes on searching when it selects.
   mutable std::optional<Awaited> awaited_;
   mutable std::size_t next_ = 0;  // of the products in their order
+  mutable DeviceLocks locks_;
   mutable bool allRead_ = true;
   mutable std::vector<InText> inText_;  // empty if the dialect is not wanted
 };

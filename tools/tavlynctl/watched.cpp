@@ -105,11 +105,12 @@ std::vector<DevicePlace> Watch::Search() {
 std::vector<DevicePlace> Watch::Chosen(const std::vector<DevicePlace>& all) {
   if (words_.all && !all.empty()) {
     session_->Settle();
-    return all;
+    return Held(all);
   }
   const auto same = std::ranges::find(all, chosen_, &DevicePlace::Name);
   if (!chosen_.empty() && same != all.end()) {
     SetActDev(same->entry);
+    session_->Hold();
   } else if (inquiry_.product == kReaders) {
     session_->UseForCards(request_.device);
   } else {
@@ -120,6 +121,22 @@ std::vector<DevicePlace> Watch::Chosen(const std::vector<DevicePlace>& all) {
   if (Has(others_, place.path)) throw Failure(kNoDevice, "");
   chosen_ = place.Name();
   return {place};
+}
+
+// Those that no other run of the program has. Throws Failure if all are taken.
+std::vector<DevicePlace> Watch::Held(const std::vector<DevicePlace>& all) const {
+  std::vector<DevicePlace> held;
+  for (const DevicePlace& place : all) {
+    SetActDev(place.entry);
+    try {
+      session_->Hold();
+      held.push_back(place);
+    } catch (const Failure& used) {
+      if (held.empty() && &place == &all.back()) throw;
+      Tell(kProgram, used.what());
+    }
+  }
+  return held;
 }
 
 void Watch::ConnectAgain() {

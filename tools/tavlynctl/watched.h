@@ -66,6 +66,7 @@ class Watch {
   void Begin();
   std::vector<DevicePlace> Search();
   std::vector<DevicePlace> Chosen(const std::vector<DevicePlace>& all);
+  [[nodiscard]] std::vector<DevicePlace> Held(const std::vector<DevicePlace>& all) const;
   void ConnectAgain();
   void Compare(const std::vector<DevicePlace>& found, bool tell);
   void Ask(Watched& watched);

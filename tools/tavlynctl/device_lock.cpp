@@ -1,0 +1,52 @@
+#include "tools/tavlynctl/device_lock.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <thread>
+
+#include "tools/tavlynctl/hex.h"
+#include "tools/tavlynctl/output.h"
+
+namespace tavlyn::ctl {
+namespace {
+
+// Together longer than most commands take.
+constexpr int kLockTries = 20;
+constexpr std::chrono::milliseconds kBetweenTries(100);
+
+std::string& LockHolder() {
+  static std::string name = kProgram;
+  return name;
+}
+
+}  // namespace
+
+void SetLockHolder(const std::string& name) { LockHolder() = name; }
+
+void DeviceLocks::Take(const std::string& path, const std::string& device) {
+  const auto isHere = [&](const std::unique_ptr<DeviceLock>& one) { return one->Path() == path; };
+  if (std::ranges::any_of(held_, isHere)) return;
+  auto lock = std::make_unique<DeviceLock>(path);
+  for (int tries = 1; !lock->Try(LockHolder()); ++tries) {
+    if (tries == kLockTries) {
+      const std::string& holder = lock->Holder();
+      throw Failure(kNoPermission, device + " is in use by " + (holder.empty() ? "another program" : holder));
+    }
+    std::this_thread::sleep_for(kBetweenTries);
+  }
+  held_.push_back(std::move(lock));
+}
+
+// FNV-1a. Simulated devices have the same paths in every simulator, which its socket tells apart.
+std::string LockFileName(const std::string& path) {
+  const char* socket = std::getenv("TAVLYNSIM_SOCKET");
+  std::uint64_t hash = 14695981039346656037U;
+  for (const char one : path + '\n' + (socket != nullptr ? socket : "")) {
+    hash = (hash ^ static_cast<std::uint8_t>(one)) * 1099511628211U;
+  }
+  return "tavlynctl-" + Hex(static_cast<std::uint32_t>(hash >> 32U), 8) +
+         Hex(static_cast<std::uint32_t>(hash), 8) + ".lock";
+}
+
+}  // namespace tavlyn::ctl
