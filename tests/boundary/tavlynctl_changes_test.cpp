@@ -17,7 +17,7 @@ class TavlynctlChanges : public SimulatedRun {
  protected:
   // A step: a command on a terminal, where somebody types the answers.
   static std::string Typed(const std::string& answers, const std::string& command) {
-    return "printf '" + answers + "' | script -qec '" + TAVLYNCTL + " " + command + "' /dev/null";
+    return "printf '" + answers + "' | NO_COLOR=1 script -qec '" + TAVLYNCTL + " " + command + "' /dev/null";
   }
 };
 
