@@ -5,10 +5,11 @@
 
 #include "core/fields.h"
 #include "docs/renewal/renewal.h"
+#include "tools/wire/places.h"
 
 namespace tavlyn::page {
 
-std::string Hex(unsigned byte);
+using wire::HexByte;
 // A word of a reader's record.
 std::string FieldName(FieldId id);
 
@@ -16,6 +17,7 @@ std::string ReaderCommands();
 std::string FormatBlock();
 std::string TimeBlock();
 std::string DisplayBlock();
+std::string ExtensionBlock();
 std::string TextRequests();
 std::string TextKeys();
 std::string MagstripeCommands();

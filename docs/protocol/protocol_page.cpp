@@ -1,5 +1,4 @@
 // Compares the tables of docs/protocol.md with the library's own, or renews them (docs/renewal).
-#include <cstdio>
 #include <string>
 
 #include "docs/protocol/page.h"
@@ -12,6 +11,7 @@ constexpr NamedTable kTables[] = {
     {"format block", FormatBlock},
     {"time block", TimeBlock},
     {"display block", DisplayBlock},
+    {"extension block", ExtensionBlock},
     {"text requests", TextRequests},
     {"text keys", TextKeys},
     {"magstripe commands", MagstripeCommands},
@@ -21,12 +21,6 @@ constexpr NamedTable kTables[] = {
 };
 
 }  // namespace
-
-std::string Hex(unsigned byte) {
-  char text[8];
-  std::snprintf(text, sizeof text, "%02X", byte);
-  return text;
-}
 
 std::string FieldName(FieldId id) {
   return Code(std::string(kRecordNames[id.record]) + "." + FieldOf(id).name);

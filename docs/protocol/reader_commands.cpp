@@ -33,7 +33,7 @@ std::string ByteText(std::int16_t listed) {
     case reader::command::x: return "x";
     case reader::command::xBlock: return "80+x";
     case reader::command::y: return "y";
-    default: return Hex(static_cast<unsigned>(listed));
+    default: return HexByte(static_cast<unsigned>(listed));
   }
 }
 

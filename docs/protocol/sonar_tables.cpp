@@ -1,4 +1,5 @@
 // The commands of the sonar sensor and its pages.
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string>
@@ -6,6 +7,7 @@
 
 #include "docs/protocol/page.h"
 #include "sonar/layout.h"
+#include "tools/wire/places.h"
 
 namespace tavlyn::page {
 namespace {
@@ -15,34 +17,22 @@ constexpr std::array kWordNames = {
 #include "core/sonar_fields.inc"
 };
 
-std::string FormText(const sonar::PageByte& byte) {
-  const sonar::Field& field = sonar::kFields[byte.word];
-  std::string form;
-  const auto add = [&](const std::string& text) { form += (form.empty() ? "" : ", ") + text; };
-  if (byte.writeMask != 0xFF)
-    add((byte.readMask == byte.writeMask ? "& " : "written & ") + Hex(byte.writeMask));
-  if (byte.asRead) add("written as it was read");
-  if (field.step > 1) add("in steps of " + std::to_string(field.step) + " ms");
-  if (field.inches) add("in sensor units");
-  return form;
-}
-
 }  // namespace
 
 std::string SonarCommands() {
   return Table({"Report", "What it does"}, {
-#define COMMAND(id, opcode, does) {Code(Hex(opcode)), does},
+#define COMMAND(id, opcode, does) {Code(HexByte(opcode)), does},
 #include "sonar/commands.inc"
                                            });
 }
 
 std::string SonarPages() {
   std::vector<Row> rows;
-  for (const sonar::Page& page : sonar::kPages) {
-    for (std::size_t at = 0; at < page.bytes.size(); ++at) {
-      rows.push_back({Code(Hex(static_cast<unsigned>(page.command))), "b" + std::to_string(at + 1),
-                      Code(kWordNames[page.bytes[at].word]), FormText(page.bytes[at])});
-    }
+  for (const wire::Place& place : wire::SonarPlaces()) {
+    const auto* field =
+        std::ranges::find_if(sonar::kFields, [&](const sonar::Field& one) { return place.key == one.key; });
+    const auto word = static_cast<std::size_t>(field - sonar::kFields.begin());
+    rows.push_back({Code(place.commands.front()), place.byte, Code(kWordNames[word]), place.bits});
   }
   return Table({"Page", "Byte", "Word", "Form"}, rows);
 }

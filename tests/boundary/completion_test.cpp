@@ -72,7 +72,7 @@ TEST_F(Completion, WhatMayComeNext) {
       {"cards ''", {"set"}},
       {"config sh", {"show"}},
       {"config set bBeepI", {"bBeepID="}},
-      {"config set CfgFlags2.bBeepID=", {"CfgFlags2.bBeepID=0", "CfgFlags2.bBeepID=1"}},
+      {"config set CfgFlags2.bBeepID=", {"CfgFlags2.bBeepID=off", "CfgFlags2.bBeepID=on"}},
       {"config set iIDHoldTO=", {}},
       {"config get PingR", {"PingRateS"}},
       {"magfield set 11 le", {"length="}},
@@ -140,7 +140,9 @@ TEST_F(Completion, InEachShell) {
   };
   const Case kCases[] = {
       {"tavlynctl config s", {"save", "set", "show"}},
-      {"tavlynctl config set CfgFlags2.bBeepID=", {"CfgFlags2.bBeepID=0", "CfgFlags2.bBeepID=1"}, {"0", "1"}},
+      {"tavlynctl config set CfgFlags2.bBeepID=",
+       {"CfgFlags2.bBeepID=off", "CfgFlags2.bBeepID=on"},
+       {"off", "on"}},
       {"tavlynctl check ow", {"own.hwg"}},
       {"tavlynsim run --carrier ", {"hidapi", "uhid"}},
   };

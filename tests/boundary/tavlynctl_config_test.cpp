@@ -47,7 +47,7 @@ TEST_F(TavlynctlConfig, ConfigShowsOneConfiguration) {
 
   const Ended plain = Simulated("", "config show");
   EXPECT_EQ(plain.status, 0);
-  EXPECT_TRUE(Holds(plain.out, "      iIDHoldTO     1000\n")) << plain.out;
+  EXPECT_TRUE(Holds(plain.out, "      iIDHoldTO     1000 ms ")) << plain.out;
   EXPECT_FALSE(Holds(plain.out, "card type"));
 }
 
@@ -144,7 +144,7 @@ TEST_F(TavlynctlConfig, WrongFieldsAndValues) {
   const auto ended = Run(
       "", {"ctl config set bBepID=1 --json", "ctl config get CfgFlag2.bDspHex", "ctl config get bVolatile",
            "ctl config set iTotalBitCnt=25", "ctl config set iTrailChrCnt=4", "ctl config set bDspHex=2",
-           "ctl config set bDspHex=yes", "ctl config set bDspHex", "ctl config set LEDCtrl.bVolatile=1",
+           "ctl config set bDspHex=soon", "ctl config set bDspHex", "ctl config set LEDCtrl.bVolatile=1",
            "ctl config set --config 1 bDspHex=1", "ctl config get quite_another_word"});
   for (const Ended& one : ended) EXPECT_EQ(one.status, 1) << one.err;
   EXPECT_TRUE(Holds(ended[0].err, "there is no field bBepID; did you mean CfgFlags2.bBeepID?"));
@@ -157,8 +157,8 @@ TEST_F(TavlynctlConfig, WrongFieldsAndValues) {
   EXPECT_TRUE(
       Holds(ended[4].err,
             "IDDispParms3.iTrailChrCnt takes 0 to 3, error word 0x201050: a value is out of its range"));
-  EXPECT_TRUE(Holds(ended[5].err, "takes 0 or 1"));
-  EXPECT_TRUE(Holds(ended[6].err, "the value is not a number from 0 to 32767"));
+  EXPECT_TRUE(Holds(ended[5].err, "takes decimal (0) or hex (1)"));
+  EXPECT_TRUE(Holds(ended[6].err, "takes decimal (0) or hex (1)"));
   EXPECT_TRUE(Holds(ended[9].err, "has only configuration 0")) << ended[9].err;
   EXPECT_FALSE(Holds(ended[10].err, "did you mean")) << ended[10].err;
 }

@@ -21,7 +21,9 @@ void AddTexts(Program& program);          // text
 void AddReads(Program& program);          // read, and calls the next
 void AddWatch(Program& program);          // watch
 void AddCard(Program& program);           // card
-void AddConfig(Program& program);         // config show, get, set, reset and defaults, and calls the next
+void AddConfig(Program& program);         // config get, set, reset and defaults, and calls the next
+void AddConfigShow(Program& program);     // config show
+void AddConfigExplain(Program& program);  // config explain
 void AddConfigFiles(Program& program);    // config save, diff, and calls the next
 void AddConfigLoad(Program& program);     // config load
 void AddConfigCopy(Program& program);     // config copy

@@ -1,4 +1,4 @@
-// config show, get, set, reset and defaults; cards.
+// config get, set, reset and defaults; cards.
 #include <algorithm>
 #include <charconv>
 
@@ -15,56 +15,6 @@
 
 namespace tavlyn::ctl {
 namespace {
-
-// Adds the selected configuration's card type and priority; nothing for a plain reader.
-void DescribeCardType(Json& configuration) {
-  const std::int32_t type = GetCardType();
-  if (type < 0) return;
-  configuration["card_type"] = Hex(static_cast<unsigned>(type), 4);
-  configuration["priority"] = PriorityText(GetCardPriority() != 0);
-}
-
-// Of the selected configuration.
-Json Configuration(int index) {
-  Json configuration{{"index", index}};
-  DescribeCardType(configuration);
-  std::array<RecordWords, kRecordCount> words;
-  for (std::size_t i = 0; i < kRecordCount; ++i) words[i] = ReadRecord(static_cast<Record>(i));
-  Json& records = configuration["records"] = Json::object();
-  for (const Field& field : Fields()) {
-    records[std::string(RecordOf(field))][field.name] = words[field.id.record][field.id.word];
-  }
-  return configuration;
-}
-
-struct ShowConfig {
-  std::optional<int> only;
-
-  void Take(Words& words) {
-    words.Product();
-    words.Number("--config", only, 0, kHighestConfiguration, "Only this configuration of a plus reader");
-    words.Device();
-  }
-
-  [[nodiscard]] Json Run(const Request& request) const {
-    const Session session(request.link, request.products);
-    session.Use(request.device);
-    Json document = request.DeviceDocument();
-    if (!DeviceIsReader()) {
-      CheckConfiguration(only.value_or(0));
-      document["product"] = ActiveProductName();
-      document["settings"] = MirrorSettings();
-      return document;
-    }
-    Json& all = document["configurations"] = Json::array();
-    if (only) CheckConfiguration(*only);
-    for (int index = only.value_or(0); index <= only.value_or(GetMaxConfig()); ++index) {
-      const SelectedConfiguration selected(index);
-      all.push_back(Configuration(index));
-    }
-    return document;
-  }
-};
 
 struct GetConfig {
   std::vector<std::string> names;
@@ -113,7 +63,8 @@ struct SetConfig {
   int configuration = 0;
 
   void Take(Words& words) {
-    words.Text("FIELD=VALUE", assignments, "The value is a decimal number");
+    words.Text("FIELD=VALUE", assignments,
+               "The value is a number, or as config explain FIELD tells: on, 1.5s, 0x1F, hex, 'a'");
     words.DryRun(dryRun);
     words.Number("--config", configuration, 0, kHighestConfiguration, "Configuration of a plus reader (0)");
     words.DeviceToChange();
@@ -294,8 +245,8 @@ struct SetCardType {
 
 void AddConfig(Program& program) {
   program.Group("config", "The configuration of a device");
-  program.Add<ShowConfig>("config show",
-                          "Every record and field of a reader, or every setting of another product");
+  AddConfigShow(program);
+  AddConfigExplain(program);
   program.Add<GetConfig>("config get", "Single fields or settings");
   program.Add<SetConfig>("config set", "Sets fields or settings, and reads them back");
   AddConfigFiles(program);

@@ -2,16 +2,20 @@
 
 #include <algorithm>
 #include <bit>
-#include <charconv>
+#include <limits>
 
 #include "api.h"
 #include "tools/nearest.h"
 #include "tools/tavlynctl/hex.h"
+#include "tools/tavlynctl/meanings.h"
 #include "tools/tavlynctl/product_settings.h"
 #include "tools/tavlynctl/session.h"
+#include "tools/tavlynctl/values.h"
 
 namespace tavlyn::ctl {
 namespace {
+
+constexpr int kMostOfWord = std::numeric_limits<std::int16_t>::max();
 
 // Compares with full names, names alone (suggested with their record), records and the other settings.
 std::string Suggestion(const std::string& name) {
@@ -157,14 +161,15 @@ FieldValue ParseFieldValue(const std::string& text) {
   if (equals == std::string::npos) throw Failure(kUsage, text + " is not FIELD=VALUE");
   const Field& field = FindField(text.substr(0, equals));
   if (field.save == Save::kUnsaved) throw Failure(kUsage, FullName(field) + " cannot be set");
-  std::int16_t value = -1;
-  const char* end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data() + equals + 1, end, value);
-  if (error != std::errc() || stop != end || value < 0) {
-    throw Failure(kUsage, text + ": the value is not a number from 0 to 32767");
+  const Meaning& meaning = MeaningOf(FullName(field));
+  const auto value = NumberOf(meaning, std::string_view(text).substr(equals + 1));
+  if (!value) throw Failure(kUsage, text + ": " + FullName(field) + " " + WhatItTakes(meaning));
+  const bool isFlag = field.save == Save::kFlag;
+  if (*value < 0 || *value > (isFlag ? 1 : kMostOfWord)) {
+    throw Failure(kUsage, text + ": " + FullName(field) + " " +
+                              (isFlag ? WhatItTakes(meaning) : RangeText(field.bounds)));
   }
-  if (field.save == Save::kFlag && value > 1) throw Failure(kUsage, FullName(field) + " takes 0 or 1");
-  return {field, value};
+  return {field, static_cast<std::int16_t>(*value)};
 }
 
 Json Values(const std::vector<FieldValue>& values) {
@@ -216,5 +221,12 @@ std::string SepByteName(std::size_t at) {
 }
 
 const char* PriorityText(bool high) { return high ? "high" : "low"; }
+
+void DescribeCardType(Json& configuration) {
+  const std::int32_t type = GetCardType();
+  if (type < 0) return;
+  configuration["card_type"] = Hex(static_cast<unsigned>(type), 4);
+  configuration["priority"] = PriorityText(GetCardPriority() != 0);
+}
 
 }  // namespace tavlyn::ctl

@@ -53,5 +53,7 @@ inline constexpr const char* kCardTypeName = "CardType";
 inline constexpr const char* kCardPriorityName = "CardPriority";
 std::string SepByteName(std::size_t at);
 const char* PriorityText(bool high);
+// Adds the selected configuration's card type and priority; nothing for a plain reader.
+void DescribeCardType(Json& configuration);
 
 }  // namespace tavlyn::ctl

@@ -1,6 +1,5 @@
 // magfield: the user fields of a magnetic-stripe reader.
 #include <algorithm>
-#include <charconv>
 
 #include "api.h"
 #include "magstripe/layout.h"
@@ -9,8 +8,10 @@
 #include "tools/tavlynctl/backups.h"
 #include "tools/tavlynctl/changes.h"
 #include "tools/tavlynctl/hex.h"
+#include "tools/tavlynctl/meanings.h"
 #include "tools/tavlynctl/product_settings.h"
 #include "tools/tavlynctl/program.h"
+#include "tools/tavlynctl/values.h"
 
 namespace tavlyn::ctl {
 namespace {
@@ -19,6 +20,7 @@ const std::string kKeys = "keys";
 
 struct Part {
   const char* name;
+  const char* key;  // of its setting
   std::uint8_t tsSorbaneField::*member;
   std::uint32_t (*get)(std::uint16_t field);
   std::uint32_t (*set)(std::uint16_t field, int value);
@@ -35,17 +37,25 @@ std::uint32_t SetByte(std::uint16_t field, int value) {
 }
 
 constexpr Part kParts[] = {
-    {"enable", &tsSorbaneField::Enable, sorbaneGetFieldEnable, SetFlag<sorbaneSetFieldEnable>},
-    {"skip", &tsSorbaneField::Skip, sorbaneGetFieldSkip, SetFlag<sorbaneSetFieldSkip>},
-    {"track", &tsSorbaneField::Track, sorbaneGetFieldTrack, SetByte<sorbaneSetFieldTrack>},
-    {"field", &tsSorbaneField::Field, sorbaneGetFieldMagField, SetByte<sorbaneSetFieldMagField>},
-    {"offset", &tsSorbaneField::ByteOffset, sorbaneGetFieldOffset, SetByte<sorbaneSetFieldOffset>},
-    {"length", &tsSorbaneField::Length, sorbaneGetFieldLength, SetByte<sorbaneSetFieldLength>},
-    {"term", &tsSorbaneField::Termination, sorbaneGetFieldTerm, SetByte<sorbaneSetFieldTerm>},
-    {"separators", &tsSorbaneField::ShowSepSen, sorbaneGetFieldShowSepSen,
+    {"enable", "UserField[#].Enable", &tsSorbaneField::Enable, sorbaneGetFieldEnable,
+     SetFlag<sorbaneSetFieldEnable>},
+    {"skip", "UserField[#].Skip", &tsSorbaneField::Skip, sorbaneGetFieldSkip, SetFlag<sorbaneSetFieldSkip>},
+    {"track", "UserField[#].Track", &tsSorbaneField::Track, sorbaneGetFieldTrack,
+     SetByte<sorbaneSetFieldTrack>},
+    {"field", "UserField[#].Field", &tsSorbaneField::Field, sorbaneGetFieldMagField,
+     SetByte<sorbaneSetFieldMagField>},
+    {"offset", "UserField[#].ByteOffset", &tsSorbaneField::ByteOffset, sorbaneGetFieldOffset,
+     SetByte<sorbaneSetFieldOffset>},
+    {"length", "UserField[#].Length", &tsSorbaneField::Length, sorbaneGetFieldLength,
+     SetByte<sorbaneSetFieldLength>},
+    {"term", "UserField[#].Termination", &tsSorbaneField::Termination, sorbaneGetFieldTerm,
+     SetByte<sorbaneSetFieldTerm>},
+    {"separators", "UserField[#].ShowSepSen", &tsSorbaneField::ShowSepSen, sorbaneGetFieldShowSepSen,
      SetFlag<sorbaneSetFieldShowSepSen>},
-    {"lrc", &tsSorbaneField::ShowLRC, sorbaneGetFieldShowLRC, SetFlag<sorbaneSetFieldShowLRC>},
-    {"ignore_lrc", &tsSorbaneField::IgnoreLRC, sorbaneGetFieldIgnoreLRC, SetFlag<sorbaneSetFieldIgnoreLRC>},
+    {"lrc", "UserField[#].ShowLRC", &tsSorbaneField::ShowLRC, sorbaneGetFieldShowLRC,
+     SetFlag<sorbaneSetFieldShowLRC>},
+    {"ignore_lrc", "UserField[#].IgnoreLRC", &tsSorbaneField::IgnoreLRC, sorbaneGetFieldIgnoreLRC,
+     SetFlag<sorbaneSetFieldIgnoreLRC>},
 };
 
 // The largest value that its bits on the wire can hold.
@@ -92,10 +102,10 @@ const Part& FindPart(const std::string& name) {
 }
 
 int ParseValue(const Part& part, const std::string& text) {
-  int value = 0;
-  const char* end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, value);
-  if (error == std::errc() && stop == end && value >= 0 && value <= MostOf(part)) return value;
+  const Meaning& meaning = MeaningOf(part.key);
+  const auto value = NumberOf(meaning, text);
+  if (!value) throw Failure(kUsage, part.name + ("=" + text) + ": it " + WhatItTakes(meaning));
+  if (*value >= 0 && *value <= MostOf(part)) return *value;
   throw Failure(kUsage, std::string(part.name) + " takes 0 to " + std::to_string(MostOf(part)));
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -9,8 +10,10 @@
 #include "api.h"
 #include "tools/tavlynctl/choice.h"
 #include "tools/tavlynctl/fields.h"
+#include "tools/tavlynctl/meanings.h"
 #include "tools/tavlynctl/product_settings.h"
 #include "tools/tavlynctl/session.h"
+#include "tools/tavlynctl/values.h"
 
 namespace tavlyn::ctl {
 namespace {
@@ -18,18 +21,29 @@ namespace {
 using Typed = std::vector<std::string>;
 using Candidates = std::vector<Candidate>;
 
+std::string MeaningText(const std::string& name) {
+  const Meaning& meaning = MeaningOf(name);
+  return std::string(meaning.text) + " (" + NameOf(meaning.unit) + ")";
+}
+
+// Of a field by its name alone, too.
+const Meaning& MeaningNamed(const std::string& name) {
+  return MeaningOf(FindSetting(name) ? name : FullName(FindField(name)));
+}
+
 // A name alone is offered too, as config takes it if only one record has it.
 Candidates OfferFields(const Typed& /*words*/) {
   Candidates all;
   for (const Field& field : Fields()) {
-    all.push_back({FullName(field), RangeText(field.bounds)});
+    const std::string text = MeaningText(FullName(field));
+    all.push_back({FullName(field), text});
     const bool isAlone = std::ranges::count_if(Fields(), [&](const Field& one) {
                            return std::string_view(one.name) == field.name;
                          }) == 1;
-    if (isAlone) all.push_back({field.name, FullName(field) + " " + RangeText(field.bounds)});
+    if (isAlone) all.push_back({field.name, text});
   }
   for (const NamedSetting& setting : SettingNames()) {
-    all.push_back({setting.name, ProductName(setting.product)});
+    all.push_back({setting.name, MeaningText(setting.name)});
   }
   return all;
 }
@@ -39,17 +53,28 @@ Candidates WithSign(Candidates names) {
   return names;
 }
 
-// After the sign, the values of a field that is a flag.
+// After the sign, the words that the field or setting takes; a unit has none.
 Candidates OfferFieldValues(const Typed& words) {
   const std::string& begun = words.back();
   const std::size_t sign = begun.find('=');
   if (sign == std::string::npos) return WithSign(OfferFields(words));
   const std::string name = begun.substr(0, sign);
-  for (const Field& field : Fields()) {
-    if (field.save != Save::kFlag || (name != field.name && name != FullName(field))) continue;
-    return {{name + "=0", "off"}, {name + "=1", "on"}};
+  Candidates all;
+  for (const Candidate& one : OfferFields(words)) {
+    if (one.word != name) continue;
+    const Meaning& meaning = MeaningNamed(name);
+    for (const NamedNumber& value : WordsOf(meaning))
+      all.push_back({begun.substr(0, sign + 1) + value.word, meaning.text});
   }
-  return {};
+  return all;
+}
+
+// Records and the words of the table, as config explain takes them.
+Candidates OfferTopics(const Typed& words) {
+  Candidates all;
+  for (const Group& group : Groups()) all.push_back({group.name, group.text});
+  std::ranges::move(OfferFields(words), std::back_inserter(all));
+  return all;
 }
 
 Candidates OfferParts(const Typed& /*words*/) {
@@ -94,12 +119,10 @@ Candidates OfferDevices(const Typed& words) {
   return all;
 }
 
-constexpr Offer kOffers[] = {{"--device", OfferDevices},
-                             {"FIELD", OfferFields},
-                             {"FIELD=VALUE", OfferFieldValues},
-                             {"NAME=VALUE", OfferParts},
-                             {"FILE", OfferFiles},
-                             {"--layouts", OfferFiles}};
+constexpr Offer kOffers[] = {
+    {"--device", OfferDevices}, {"FIELD", OfferFields},   {"FIELD=VALUE", OfferFieldValues},
+    {"NAME=VALUE", OfferParts}, {"FILE", OfferFiles},     {"TOPIC", OfferTopics},
+    {"--changed", OfferFiles},  {"--layouts", OfferFiles}};
 
 }  // namespace
 

@@ -1,7 +1,6 @@
 #include "tools/tavlynctl/product_settings.h"
 
 #include <algorithm>
-#include <charconv>
 #include <fstream>
 #include <iterator>
 #include <sstream>
@@ -15,7 +14,9 @@
 #include "tools/nearest.h"
 #include "tools/tavlynctl/fields.h"
 #include "tools/tavlynctl/files.h"
+#include "tools/tavlynctl/meanings.h"
 #include "tools/tavlynctl/session.h"
+#include "tools/tavlynctl/values.h"
 
 namespace tavlyn::ctl {
 namespace {
@@ -139,11 +140,11 @@ Json ParseSettings(const std::vector<std::string>& words) {
   for (const std::string& word : words) {
     const std::string name = NameIn(word);
     if (name == word) throw Failure(kUsage, word + " is not SETTING=VALUE");
-    int value = 0;
-    const char* end = word.data() + word.size();
-    const auto [stop, error] = std::from_chars(word.data() + name.size() + 1, end, value);
-    if (error != std::errc() || stop != end) throw Failure(kUsage, word + ": the value is not a number");
-    wanted[FindSetting(name)->name] = value;
+    const std::string known = FindSetting(name)->name;
+    const Meaning& meaning = MeaningOf(known);
+    const auto value = NumberOf(meaning, std::string_view(word).substr(name.size() + 1));
+    if (!value) throw Failure(kUsage, word + ": " + known + " " + WhatItTakes(meaning));
+    wanted[known] = *value;
   }
   return wanted;
 }
