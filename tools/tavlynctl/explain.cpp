@@ -173,7 +173,8 @@ Json TextOf(const Meaning& meaning, const Json& row) {
 }
 
 bool Holds(std::string_view text, std::string_view word) {
-  return std::ranges::search(text, word, {}, AsciiLower, AsciiLower).begin() != text.end() || word.empty();
+  const auto same = [](char a, char b) { return AsciiLower(a) == AsciiLower(b); };
+  return word.empty() || std::search(text.begin(), text.end(), word.begin(), word.end(), same) != text.end();
 }
 
 bool IsNamed(const Meaning& meaning, std::string_view word) {
