@@ -28,7 +28,7 @@ struct Facts {
   std::string keyword;  // in files; empty for none
 };
 
-const Group& GroupOf(const Meaning& meaning) {
+const Group& GroupAround(const Meaning& meaning) {
   return *std::ranges::find(Groups(), std::string_view(meaning.group), &Group::name);
 }
 
@@ -77,7 +77,7 @@ Facts FactsOfStripe(const Meaning& meaning) {
 }
 
 Facts FactsOf(const Meaning& meaning) {
-  switch (GroupOf(meaning).product) {
+  switch (GroupAround(meaning).product) {
     case kMagstripes: return FactsOfStripe(meaning);
     case kSensors: return FactsOfSensor(meaning);
     default: return FactsOfField(meaning);
@@ -117,7 +117,7 @@ Json IndicesOf(const Meaning& meaning) {
 Json Explained(const Meaning& meaning) {
   const Facts facts = FactsOf(meaning);
   Json row{{"name", meaning.key},
-           {"product", ProductName(GroupOf(meaning).product)},
+           {"product", ProductName(GroupAround(meaning).product)},
            {"record", meaning.group},
            {"meaning", meaning.text},
            {"note", meaning.note},
@@ -153,7 +153,7 @@ std::string RangeOf(const Json& row) {
   return text;
 }
 
-Json TextOf(const Meaning& meaning, const Json& row) {
+Json ExplainedText(const Meaning& meaning, const Json& row) {
   Json shown{{"meaning", row["meaning"]}};
   const auto add = [&](const char* label, const std::string& text) {
     if (!text.empty()) shown[label] = text;
@@ -272,7 +272,7 @@ struct ExplainConfig {
       if (request.json) {
         fields.push_back(std::move(row));
       } else {
-        fields[meaning.key] = TextOf(meaning, row);
+        fields[meaning.key] = ExplainedText(meaning, row);
       }
     }
     return document;

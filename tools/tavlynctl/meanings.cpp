@@ -24,7 +24,7 @@ constexpr Meaning kMeanings[] = {
 #include "tools/tavlynctl/meanings.inc"
 };
 
-consteval bool Has(std::string_view key) {
+consteval bool HasMeaning(std::string_view key) {
   return std::ranges::any_of(kMeanings, [&](const Meaning& one) { return key == one.key; });
 }
 
@@ -46,14 +46,14 @@ consteval bool AllHaveMeanings() {
     ++words;
   }
   for (const SavedOption& one : kSavedOptions) {
-    if (!Has(one.keyword)) return false;
+    if (!HasMeaning(one.keyword)) return false;
   }
   for (const sonar::Field& field : sonar::kFields) {
-    if (!Has(field.key)) return false;
+    if (!HasMeaning(field.key)) return false;
   }
   for (const magstripe::Setting& one : magstripe::kSettings) {
     if (one.form == magstripe::Form::kKeyTime) continue;
-    if (!Has(one.key)) return false;
+    if (!HasMeaning(one.key)) return false;
     ++words;
   }
   return words == std::size(kMeanings);
