@@ -52,6 +52,7 @@ TEST(TavlynctlFind, CtrlCLeavesTheCursorOnANewLine) {
   EXPECT_EQ(waitpid(pid, &status, 0), pid);
   EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGINT) << status;
   EXPECT_TRUE(shown.ends_with("\r\n")) << shown;
+  EXPECT_TRUE(Holds(shown, "asking 127.5.4.1       (1 of 254, found 0), up to 127 s more")) << shown;
 }
 
 TEST(TavlynctlFind, FindTellsHowLongItTakes) {

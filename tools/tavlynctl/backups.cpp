@@ -8,6 +8,7 @@
 #include "api.h"
 #include "tools/path_names.h"
 #include "tools/printable.h"
+#include "tools/tavlynctl/awaited.h"
 #include "tools/tavlynctl/choice.h"
 #include "tools/tavlynctl/saving.h"
 #include "tools/tavlynctl/session.h"
@@ -125,6 +126,7 @@ void Backup::Try(Step step) const try {
 } catch (const Failure& failure) {
   const std::string why = std::string("the configuration cannot be kept for config undo: ") + failure.what();
   if (need_ == Need::kRequired) throw Failure(failure.code, why + "; --no-backup goes on without");
+  NowResting();
   Tell(kProgram, why);
 }
 

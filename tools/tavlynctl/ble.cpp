@@ -3,6 +3,7 @@
 
 #include "api.h"
 #include "tools/tavlynctl/areas.h"
+#include "tools/tavlynctl/awaited.h"
 #include "tools/tavlynctl/files.h"
 #include "tools/tavlynctl/overwriting.h"
 #include "tools/tavlynctl/program.h"
@@ -136,6 +137,7 @@ struct LoadBle : BleFile {
     const Session session(request.link);
     session.Use(request.device);
     over.Confirm("overwrite the BLE " + std::string(Kind().what) + " of " + ActiveDeviceName());
+    NowDoing("loading " + path);
     if (Kind().load(file.ToLoad()) != 1) throw NotTransferred(path + " could not be loaded into");
     return Document(request);
   }

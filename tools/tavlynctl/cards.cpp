@@ -8,6 +8,7 @@
 #include "tools/tavlynctl/areas.h"
 #include "tools/tavlynctl/hex.h"
 #include "tools/tavlynctl/program.h"
+#include "tools/tavlynctl/progress.h"
 #include "tools/tavlynctl/text_dialect.h"
 #include "tools/tavlynctl/watching.h"
 
@@ -22,6 +23,13 @@ std::optional<Card> NextCard(const Link& link) {
   if (!card || !card->IsDoubtful()) return card;
   std::this_thread::sleep_for(kCardPause);
   return AskForCard(link);
+}
+
+// "lay a card on reader 0 (9 s)"; nothing once nobody has time to.
+std::string Invitation(Clock::time_point deadline) {
+  const auto left = std::chrono::ceil<std::chrono::seconds>(deadline - Clock::now()).count();
+  if (left <= 0) return {};
+  return "lay a card on reader " + std::to_string(ActiveIndex()) + " (" + std::to_string(left) + " s)";
 }
 
 struct ReadCard {
@@ -73,7 +81,9 @@ void Describe(const Card& card, Json& into) {
 void DescribeNext(const Link& link, const std::optional<double>& seconds, Json& into) {
   const auto deadline = After(seconds.value_or(kReadTimeout));
   int failed = 0;
+  LiveLine line;
   do {
+    if (ProgressIsSeen()) line.Show(Invitation(deadline));
     const auto card = NextCard(link);
     failed = card ? 0 : failed + 1;
     if (failed == kFailedPolls) {

@@ -4,6 +4,7 @@
 
 #include "api.h"
 #include "core/sonar_fields.h"
+#include "tools/tavlynctl/awaited.h"
 #include "tools/tavlynctl/fields.h"
 #include "tools/tavlynctl/session.h"
 
@@ -70,6 +71,7 @@ void ForgetUntold(const std::vector<Change>& changes) {
 }
 
 void ReadBack() {
+  NowDoing("reading the configuration back");
   if (ReadCfg() == 1) return;
   throw Failure(kDeviceError, ActiveDeviceName() + " was written but could not be read back, " + ErrorText());
 }
@@ -162,6 +164,7 @@ Json ApplyAndVerifySettings(Json document, const SettingsPlan& plan, bool dryRun
 }
 
 void Commit() {
+  NowDoing("writing the configuration");
   if (WriteCfg() == 1) return;
   throw Failure(kDeviceError,
                 "the configuration of " + ActiveDeviceName() + " could not be written, " + ErrorText());

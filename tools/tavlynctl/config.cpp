@@ -4,6 +4,7 @@
 
 #include "api.h"
 #include "tools/tavlynctl/areas.h"
+#include "tools/tavlynctl/awaited.h"
 #include "tools/tavlynctl/backups.h"
 #include "tools/tavlynctl/changes.h"
 #include "tools/tavlynctl/every_device.h"
@@ -132,6 +133,7 @@ struct ResetConfig {
   void Reset(const Request& request) const {
     over.Confirm("load the factory configuration into " + ActiveDeviceName());
     Backup(request.command, over.Kept()).Keep();
+    NowDoing("loading the factory configuration");
     if (ResetFactoryDflts() == 1) return;
     throw Failure(kDeviceError, ActiveDeviceName() + " could not be reset, " + ErrorText());
   }

@@ -7,6 +7,7 @@
 #include "tools/path_names.h"
 #include "tools/printable.h"
 #include "tools/tavlynctl/areas.h"
+#include "tools/tavlynctl/awaited.h"
 #include "tools/tavlynctl/loading.h"
 #include "tools/tavlynctl/process.h"
 #include "tools/tavlynctl/program.h"
@@ -77,6 +78,7 @@ struct EditConfig {
   [[nodiscard]] Json Edited(const std::string& path, const std::string& before,
                             const Request& request) const {
     while (true) {
+      NowResting();
       const std::string editor = Editor();
       if (!RunEditor(editor, path)) {
         throw Failure(kBadFile, "the editor " + editor + " failed; VISUAL or EDITOR names another");

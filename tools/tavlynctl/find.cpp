@@ -7,7 +7,7 @@
 #include "tools/tavlynctl/areas.h"
 #include "tools/tavlynctl/process.h"
 #include "tools/tavlynctl/program.h"
-#include "tools/terminal.h"
+#include "tools/tavlynctl/progress.h"
 
 namespace tavlyn::ctl {
 namespace {
@@ -36,6 +36,15 @@ std::string AskingTime(int count) {
   return count <= kFew ? "" : " takes up to " + std::to_string((count + 1) / 2) + " seconds";
 }
 
+// "asking 10.0.0.5        (5 of 254, found 1), up to 125 s more".
+std::string Asked(const Ip& ip, int at, int count, std::size_t found) {
+  std::string address = Dotted(ip);
+  address.resize(15, ' ');
+  const int seconds = (count - at) / 2;
+  return "asking " + address + " (" + std::to_string(at + 1) + " of " + std::to_string(count) + ", found " +
+         std::to_string(found) + ")" + (seconds > 2 ? ", up to " + std::to_string(seconds) + " s more" : "");
+}
+
 // The fourth octet of the adapter that answered at an address; 0 for none.
 std::uint8_t Ask(const Ip& ip) {
   const auto fourth = static_cast<std::int16_t>(ip[3]);
@@ -47,24 +56,22 @@ std::uint8_t Ask(const Ip& ip) {
 std::vector<Ip> Search(const IpRange& range) {
   std::vector<Ip> found;
   const int count = range.last - range.ip[3] + 1;
-  const bool live = ErrorsAreOnTerminal();
+  const bool live = ProgressIsSeen();
+  LiveLine line;
   if (live) {
     NoteStop();  // the live line is ended first
-  } else {
+  } else if (!IsQuiet()) {
     std::fprintf(stderr, "asking %s%s\n", RangeName(range).c_str(), AskingTime(count).c_str());
   }
   for (int at = 0; at < count && !IsStopped(); ++at) {
     Ip asked = range.ip;
     asked[3] = static_cast<std::uint8_t>(range.ip[3] + at);
-    if (live) {
-      std::fprintf(stderr, "\rasking %-15s (%d of %d, found %zu)", Dotted(asked).c_str(), at + 1, count,
-                   found.size());
-    }
+    if (live) line.Show(Asked(asked, at, count, found.size()));
     Ip answered = asked;
     answered[3] = Ask(asked);
     if (answered[3] != 0 && std::ranges::find(found, answered) == found.end()) found.push_back(answered);
   }
-  if (live) std::fputc('\n', stderr);
+  line.End();
   if (IsStopped()) EndStopped();
   return found;
 }

@@ -5,6 +5,7 @@
 
 #include "api.h"
 #include "files/template_parse.h"
+#include "tools/tavlynctl/awaited.h"
 #include "tools/tavlynctl/changes.h"
 #include "tools/tavlynctl/fields.h"
 #include "tools/tavlynctl/product_settings.h"
@@ -144,6 +145,7 @@ Json Loading::IntoReader(Json document, const Terms& terms) const {
     terms.over.Confirm(Question(rows), rows);
     backup.Keep();
     const char* toLoad = tested_.ToLoad();
+    NowDoing("loading " + name_);
     const std::uint32_t loaded = checked_ ? ReadDevCfgFromSecureFile(toLoad) : ReadDevCfgFmFile(toLoad);
     if (loaded == 1) return;
     throw Failure(kDeviceError,

@@ -4,6 +4,7 @@
 #include <iostream>
 
 #include "tools/printable.h"
+#include "tools/tavlynctl/awaited.h"
 #include "tools/tavlynctl/program.h"
 #include "tools/terminal.h"
 
@@ -12,6 +13,7 @@ namespace tavlyn::ctl {
 bool MayAsk() { return InputIsTerminal() && ErrorsAreOnTerminal(); }
 
 bool IsConfirmed(const std::string& question, bool usually) {
+  NowResting();
   std::fprintf(stderr, "%s? %s ", Printable(question).c_str(), usually ? "[Y/n]" : "[y/N]");
   std::string answer;
   if (!std::getline(std::cin, answer)) {
@@ -41,6 +43,7 @@ void Overwriting::Confirm(const std::string& question) const {
 }
 
 void Overwriting::Confirm(const std::string& question, const Json& rows) const {
+  NowResting();
   if (!yes) ShowRows(stderr, rows);
   Confirm(question);
 }

@@ -12,6 +12,7 @@
 #include "tools/tavlynctl/help.h"
 #include "tools/tavlynctl/offers.h"
 #include "tools/tavlynctl/process.h"
+#include "tools/tavlynctl/progress.h"
 #include "tools/tavlynctl/verbose.h"
 
 namespace tavlyn::ctl {
@@ -115,6 +116,7 @@ Program::Program(const char* text, const std::function<std::string()>& version)
   app_.formatter(HelpWithExamples());
   app_.add_flag("--json", request_.json, "One JSON object instead of text");
   AddVerboseWords(app_, request_.verbose);
+  app_.add_flag_callback("--quiet", BeQuiet, "Say nothing of what lasts, on a terminal either");
   AddLinkWords(app_, request_.link);
 }
 

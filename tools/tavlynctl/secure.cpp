@@ -5,6 +5,7 @@
 
 #include "api.h"
 #include "tools/tavlynctl/areas.h"
+#include "tools/tavlynctl/awaited.h"
 #include "tools/tavlynctl/files.h"
 #include "tools/tavlynctl/hex.h"
 #include "tools/tavlynctl/overwriting.h"
@@ -60,6 +61,7 @@ struct LoadKeys {
     const Session session(request.link);
     session.Use(request.device);
     over.Confirm("write the items of " + path + " to the protected memory of " + ActiveDeviceName());
+    NowDoing("writing the items of " + path);
     if (LoadIniFile(file.ToLoad()) != 1)
       throw NotTransferred("the last item of " + path + " was not written to");
     return document;
