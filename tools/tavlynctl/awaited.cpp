@@ -14,7 +14,8 @@ constexpr Awaited::Seconds kNothingToSpeakOf(3);
 constexpr Awaited::Seconds kUncounted(2);
 constexpr std::chrono::milliseconds kBetweenLooks(200);
 
-// The one that began last: while a command finds out why there is no device, it searches once more.
+// The one that began last: while a command finds out why there is no device, it searches once more, and the
+// search before that has nothing more to say.
 Awaited* newest = nullptr;
 
 std::string Rounded(Awaited::Seconds seconds) {
@@ -24,14 +25,14 @@ std::string Rounded(Awaited::Seconds seconds) {
 }  // namespace
 
 Awaited::Awaited(const std::string& where, Seconds usual, Seconds most)
-    : where_(where), most_(most), seen_(ProgressIsSeen()), usual_(usual), before_(newest) {
+    : where_(where), most_(most), seen_(ProgressIsSeen()), usual_(usual) {
   if (IsQuiet()) return;
   // list searches for one product after the other.
   static bool said = false;
   if (!seen_ && usual > kNothingToSpeakOf && !std::exchange(said, true)) {
     PrintLine(stderr, "searching " + where_ + " takes up to " + Rounded(usual) + " seconds");
   }
-  if (before_ != nullptr) before_->Rest();
+  NowResting();
   newest = this;
   what_ = "searching " + where_;
   // Three readers, or one on a bulk device, need more than a second: then only somebody who sits there is
@@ -48,7 +49,7 @@ Awaited::~Awaited() {
   }
   changed_.notify_one();
   watching_.join();
-  newest = before_;
+  if (newest == this) newest = nullptr;
 }
 
 void Awaited::Do(const std::string& what) {

@@ -47,7 +47,6 @@ class Awaited {
   std::chrono::steady_clock::time_point end_;    // of the patience
   std::chrono::system_clock::time_point look_;   // when that is looked at
   LiveLine line_;
-  Awaited* before_;
   std::thread watching_;
 };
 
