@@ -156,6 +156,7 @@ int Program::RunGiven() try {
   if (IsAmong(request_.command, kWithKeys)) ForbidCoreImage();
   for (const std::string& path : request_.files) RequireFile(path);
   TakeVariable();
+  if (request_.verbose > 0) BeQuiet();  // the trace says more
   BeginTrace(request_.verbose);
   SetLockHolder(std::string(kProgram) + " " + request_.command);
   Show(commands_.at(request_.command)(request_), request_.json);
