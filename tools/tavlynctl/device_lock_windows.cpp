@@ -12,16 +12,16 @@ namespace {
 constexpr DWORD kLockedByte = 0x40000000;
 constexpr std::intptr_t kNoFile = -1;
 
-HANDLE HandleOf(std::intptr_t file) { return reinterpret_cast<HANDLE>(file); }
+HANDLE LockHandle(std::intptr_t file) { return reinterpret_cast<HANDLE>(file); }
 
-std::string TextIn(HANDLE file) {
+std::string HolderIn(HANDLE file) {
   std::array<char, 100> text{};
   DWORD count = 0;
   ReadFile(file, text.data(), static_cast<DWORD>(text.size()), &count, nullptr);
   return {text.data(), count};
 }
 
-void WriteInto(HANDLE file, const std::string& text) {
+void WriteHolder(HANDLE file, const std::string& text) {
   DWORD count = 0;
   SetEndOfFile(file);
   WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &count, nullptr);
@@ -40,11 +40,11 @@ bool DeviceLock::Try(const std::string& holder) {
   OVERLAPPED place{};
   place.Offset = kLockedByte;
   if (LockFileEx(file, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place) == 0) {
-    holder_ = TextIn(file);
+    holder_ = HolderIn(file);
     CloseHandle(file);
     return false;
   }
-  WriteInto(file, holder + " (process " + std::to_string(GetCurrentProcessId()) + ")");
+  WriteHolder(file, holder + " (process " + std::to_string(GetCurrentProcessId()) + ")");
   file_ = reinterpret_cast<std::intptr_t>(file);
   return true;
 }
@@ -52,7 +52,7 @@ bool DeviceLock::Try(const std::string& holder) {
 // The file stays if somebody else has just opened it.
 void DeviceLock::Release() {
   if (file_ == kNoFile) return;
-  CloseHandle(HandleOf(file_));
+  CloseHandle(LockHandle(file_));
   DeleteFileA(fileName_.c_str());
   file_ = kNoFile;
 }
