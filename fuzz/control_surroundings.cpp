@@ -4,11 +4,13 @@
 
 #include "tools/tavlynctl/awaited.h"
 #include "tools/tavlynctl/device_lock.h"
-#include "tools/tavlynctl/doctor.h"
 #include "tools/tavlynctl/process.h"
-#include "tools/tavlynctl/reach.h"
+#include "tools/tavlynctl/reach/reach.h"
 #include "tools/tavlynctl/session.h"
-#include "tools/tavlynctl/watching.h"
+#include "tools/tavlynctl/trouble/doctor.h"
+#include "tools/tavlynctl/watch/attached.h"
+#include "tools/tavlynctl/watch/shell_command.h"
+#include "tools/tavlynctl/watch/watching.h"
 
 extern "C" int nanosleep(const timespec*, timespec*) { return 0; }
 extern "C" int clock_nanosleep(clockid_t, int, const timespec*, timespec*) { return 0; }
@@ -22,6 +24,7 @@ int looks = 0;  // of the watch that goes on
 
 bool OutputIsMissing() { return false; }
 void LetWritesFail() {}
+void LetPipesBreak() {}
 void NoteStop() {}
 bool IsStopped() { return false; }
 void EndStopped() {}
@@ -31,23 +34,33 @@ SetVariable::~SetVariable() = default;
 HiddenInput::HiddenInput() : typed_(false) {}
 HiddenInput::~HiddenInput() = default;
 
-Awaited::Awaited(const std::string& where, Seconds, Seconds) : where_(where) {}
+bool RunEditor(const std::string&, const std::string&) { return true; }
+const char* UsualEditor() { return ""; }
+
+Awaited::Awaited(const std::string& where, Seconds, Seconds most)
+    : where_(where), most_(most), seen_(false) {}
 Awaited::~Awaited() = default;
-void Awaited::Connected() {}
+void Awaited::Do(const std::string&) {}
+void NowDoing(const std::string&) {}
+void NowResting() {}
 
 // Every time is over at once, and every watch after two looks.
 Clock::time_point After(double) { return Clock::now(); }
 Failure NoCard() { return {kNoCard, "no card came in time"}; }
-Watching::Watching(std::optional<double>, int most) : most_(most) { looks = 0; }
-bool Watching::GoesOn() const { return looks++ < 2 && (most_ == 0 || events_ < most_); }
-bool Answers::Came(bool came) {
-  failed_ = came ? 0 : failed_ + 1;
-  return came;
+Watching::Watching(std::optional<double>, int most, Failure nothing)
+    : most_(most), nothing_(std::move(nothing)) {
+  looks = 0;
 }
+bool Watching::GoesOn() const { return looks++ < 2 && (most_ == 0 || events_ < most_); }
 void TellWatched(bool) {}
 
 bool DeviceLock::Try(const std::string&) { return true; }
 DeviceLock::~DeviceLock() = default;
+
+std::vector<std::string> AttachedHidPaths(std::uint32_t) { return {}; }
+std::string ShellCommand::Start(const std::string&, const Variables&) { return {}; }
+std::optional<std::string> ShellCommand::Ended() { return std::nullopt; }
+std::string ShellCommand::Wait() { return {}; }
 
 std::string PermissionProblem() { return {}; }
 Port LookAtPort(unsigned) { return {PortState::kFree, ""}; }

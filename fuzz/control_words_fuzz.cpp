@@ -41,7 +41,7 @@ int home = -1;
 void EmptyFolder() {
   for (const auto& entry : std::filesystem::directory_iterator(".")) {
     std::error_code ignored;
-    std::filesystem::remove(entry.path(), ignored);
+    std::filesystem::remove_all(entry.path(), ignored);
   }
 }
 
@@ -94,7 +94,8 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
   tavlyn::fuzz::folder = open(mkdtemp(name), O_RDONLY | O_DIRECTORY);
   static std::string path;
   path = name;
-  setenv("TMPDIR", name, 1);
+  for (const char* place : {"TMPDIR", "XDG_CONFIG_HOME", "XDG_RUNTIME_DIR", "XDG_STATE_HOME"})
+    setenv(place, name, 1);
   std::atexit([] { std::filesystem::remove_all(path); });
   return 0;
 }

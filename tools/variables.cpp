@@ -27,7 +27,7 @@ constexpr Variable kVariables[] = {
     {"TAVLYNSIM_SOCKET", kTavlynsim, "Set for COMMAND: where the simulated devices are reached."},
 #define TAVLYN_EVENT_VALUE(placeholder, key, variable, text) \
   {variable, kTavlynctl, "Set for the command of --exec: " text "."},
-#include "tools/tavlynctl/event_values.inc"
+#include "tools/tavlynctl/watch/event_values.inc"
     {"LD_LIBRARY_PATH", kTavlynsim,
      "Set for COMMAND: it begins with the folder of the stand-in for libhidapi-hidraw.so.0."},
 };

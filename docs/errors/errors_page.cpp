@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "docs/renewal/renewal.h"
-#include "tools/tavlynctl/error_words.h"
+#include "tools/tavlynctl/trouble/error_words.h"
 
 namespace tavlyn::page {
 namespace {
@@ -22,7 +22,7 @@ struct Word {
 const Word kWords[] = {
 #define ERROR_WORD(name, value, match, words, how, when, remedy) \
   {"TAVLYN_ERR_" #name, value, words, how, when, remedy},
-#include "tools/tavlynctl/error_words.inc"
+#include "tools/tavlynctl/trouble/error_words.inc"
 };
 
 // Sums that a program may meet, for the page.

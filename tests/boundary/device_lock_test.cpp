@@ -12,7 +12,7 @@
 #include "tests/boundary/scratch_folder.h"
 #include "tests/boundary/simulated_run.h"
 #include "tests/boundary/variable.h"
-#include "tools/tavlynctl/descriptor_linux.h"
+#include "tools/tavlynctl/reach/descriptor_linux.h"
 
 namespace tavlyn::boundary {
 namespace {

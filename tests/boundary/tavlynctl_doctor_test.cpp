@@ -5,7 +5,7 @@
 #include "tests/boundary/bare_port.h"
 #include "tests/boundary/scratch_folder.h"
 #include "tests/boundary/simulated_run.h"
-#include "tools/tavlynctl/doctor_nodes_linux.h"
+#include "tools/tavlynctl/trouble/doctor_nodes_linux.h"
 
 namespace tavlyn::boundary {
 namespace {

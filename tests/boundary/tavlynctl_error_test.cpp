@@ -1,6 +1,6 @@
 // tavlynctl error: what an error word says, without any device.
 #include "tests/boundary/simulated_run.h"
-#include "tools/tavlynctl/error_words.h"
+#include "tools/tavlynctl/trouble/error_words.h"
 
 namespace tavlyn::boundary {
 namespace {

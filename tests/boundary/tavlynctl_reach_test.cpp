@@ -8,7 +8,7 @@
 #include "tests/boundary/far_end.h"
 #include "tests/boundary/scratch_folder.h"
 #include "tests/boundary/simulated_run.h"
-#include "tools/tavlynctl/nodes_linux.h"
+#include "tools/tavlynctl/reach/nodes_linux.h"
 
 namespace tavlyn::boundary {
 namespace {

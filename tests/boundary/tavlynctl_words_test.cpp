@@ -5,8 +5,8 @@
 
 #include "tests/boundary/simulated_run.h"
 #include "tools/printable.h"
-#include "tools/tavlynctl/error_words.h"
 #include "tools/tavlynctl/output.h"
+#include "tools/tavlynctl/trouble/error_words.h"
 
 namespace tavlyn::boundary {
 namespace {

@@ -66,7 +66,7 @@ std::string LibraryErrors() {
     items += Item("Dv TAVLYN_ERR_" + std::string(name) + " Pq " + hex, words);
   };
 #define ERROR_WORD(name, value, match, words, how, when, remedy) add(#name, value, words);
-#include "tools/tavlynctl/error_words.inc"
+#include "tools/tavlynctl/trouble/error_words.inc"
   return List(items);
 }
 

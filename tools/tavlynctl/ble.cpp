@@ -4,10 +4,10 @@
 #include "api.h"
 #include "tools/tavlynctl/areas.h"
 #include "tools/tavlynctl/awaited.h"
+#include "tools/tavlynctl/config/overwriting.h"
+#include "tools/tavlynctl/config/template_file.h"
 #include "tools/tavlynctl/files.h"
-#include "tools/tavlynctl/overwriting.h"
 #include "tools/tavlynctl/program.h"
-#include "tools/tavlynctl/template_file.h"
 
 namespace tavlyn::ctl {
 namespace {

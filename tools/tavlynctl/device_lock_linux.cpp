@@ -11,7 +11,7 @@
 #include <cstdlib>
 
 #include "tools/tavlynctl/device_lock.h"
-#include "tools/tavlynctl/nodes_linux.h"
+#include "tools/tavlynctl/reach/nodes_linux.h"
 
 namespace tavlyn::ctl {
 namespace {

@@ -12,8 +12,8 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "tools/tavlynctl/descriptor_linux.h"
 #include "tools/tavlynctl/files.h"
+#include "tools/tavlynctl/reach/descriptor_linux.h"
 
 namespace tavlyn::ctl {
 namespace {

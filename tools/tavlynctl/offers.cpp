@@ -9,11 +9,11 @@
 
 #include "api.h"
 #include "tools/tavlynctl/choice.h"
-#include "tools/tavlynctl/fields.h"
-#include "tools/tavlynctl/meanings.h"
-#include "tools/tavlynctl/product_settings.h"
+#include "tools/tavlynctl/config/fields.h"
+#include "tools/tavlynctl/config/meanings.h"
+#include "tools/tavlynctl/config/product_settings.h"
+#include "tools/tavlynctl/config/values.h"
 #include "tools/tavlynctl/session.h"
-#include "tools/tavlynctl/values.h"
 
 namespace tavlyn::ctl {
 namespace {

@@ -3,9 +3,9 @@
 
 #include "api.h"
 #include "tools/tavlynctl/areas.h"
-#include "tools/tavlynctl/changes.h"
+#include "tools/tavlynctl/config/changes.h"
+#include "tools/tavlynctl/config/fields.h"
 #include "tools/tavlynctl/every_device.h"
-#include "tools/tavlynctl/fields.h"
 #include "tools/tavlynctl/program.h"
 
 namespace tavlyn::ctl {

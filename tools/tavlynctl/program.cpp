@@ -13,7 +13,7 @@
 #include "tools/tavlynctl/offers.h"
 #include "tools/tavlynctl/process.h"
 #include "tools/tavlynctl/progress.h"
-#include "tools/tavlynctl/verbose.h"
+#include "tools/tavlynctl/trouble/verbose.h"
 
 namespace tavlyn::ctl {
 namespace {

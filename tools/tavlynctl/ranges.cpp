@@ -9,7 +9,7 @@
 #include "core/sonar_fields.h"
 #include "tools/tavlynctl/areas.h"
 #include "tools/tavlynctl/program.h"
-#include "tools/tavlynctl/watched.h"
+#include "tools/tavlynctl/watch/watched.h"
 #include "tools/terminal.h"
 
 namespace tavlyn::ctl {
@@ -54,12 +54,12 @@ void ShowBar(const Measurement& measured) {
 }
 
 // A live line, which stays on the screen when the watching ends.
-class LiveLine {
+class BarLine {
  public:
-  explicit LiveLine(bool live) : live_(live) {}
-  ~LiveLine() { End(); }
-  LiveLine(const LiveLine&) = delete;
-  LiveLine& operator=(const LiveLine&) = delete;
+  explicit BarLine(bool live) : live_(live) {}
+  ~BarLine() { End(); }
+  BarLine(const BarLine&) = delete;
+  BarLine& operator=(const BarLine&) = delete;
 
   [[nodiscard]] bool IsLive() const { return live_; }
   void Show(const Measurement& measured) {
@@ -78,7 +78,7 @@ class LiveLine {
 // A measurement takes a quarter of a second, so that nothing else sets the pace.
 void WatchRange(const WatchWords& words, const Request& request) {
   Events events(request, words.events);
-  LiveLine line(!request.json && OutputIsTerminal());
+  BarLine line(!request.json && OutputIsTerminal());
   const auto ask = [&](const Watched& sensor) -> std::optional<int> {
     Measurement measured;
     if (!Measure(measured)) return std::nullopt;

@@ -4,9 +4,9 @@
 #include <array>
 
 #include "api.h"
-#include "tools/tavlynctl/error_words.h"
 #include "tools/tavlynctl/hex.h"
-#include "tools/tavlynctl/reach.h"
+#include "tools/tavlynctl/reach/reach.h"
+#include "tools/tavlynctl/trouble/error_words.h"
 
 namespace tavlyn::ctl {
 namespace {

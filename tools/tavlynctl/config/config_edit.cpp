@@ -1,0 +1,116 @@
+// config edit.
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+
+#include "api.h"
+#include "tools/path_names.h"
+#include "tools/printable.h"
+#include "tools/tavlynctl/areas.h"
+#include "tools/tavlynctl/awaited.h"
+#include "tools/tavlynctl/config/loading.h"
+#include "tools/tavlynctl/config/saving.h"
+#include "tools/tavlynctl/config/state_folder.h"
+#include "tools/tavlynctl/process.h"
+#include "tools/tavlynctl/program.h"
+
+namespace tavlyn::ctl {
+namespace {
+
+std::string TextIn(const std::string& path) {
+  std::ifstream file(PathOf(path), std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::string Editor() {
+  for (const char* name : {"VISUAL", "EDITOR"}) {
+    const char* editor = std::getenv(name);
+    if (editor != nullptr && *editor != '\0') return editor;
+  }
+  return UsualEditor();
+}
+
+// Not in a temporary folder: what somebody has written stays until it has arrived.
+std::string PlaceOfText() {
+  MakeOwnFolder(StateFolder());
+  const std::string name = "edited-" + FolderOfActiveDevice() + ".txt";
+  return NameOfPath(PathOf(StateFolder()) / PathOf(name));
+}
+
+bool IsOfText(const Failure& failure) { return failure.code == kUsage || failure.code == kBadFile; }
+
+struct EditConfig {
+  Overwriting over;
+
+  void Take(Words& words) {
+    over.TakeAll(words);
+    words.DryRun(over.dryRun);
+    words.Product();
+    words.DeviceToChange();
+  }
+
+  [[nodiscard]] Json Run(const Request& request) const {
+    over.Require("this overwrites the configuration");
+    const Session session(request.link, request.products);
+    session.Use(request.device);
+    const std::string path = PlaceOfText();
+    SaveConfigurationAt(path);
+    const std::string before = TextIn(path);
+    try {
+      Json document = Edited(path, before, request);
+      RemoveOwnFile(path);
+      return document;
+    } catch (const Failure& failure) {
+      throw Failure(failure.code, failure.what() + ("; what you wrote is in " + path), failure.document);
+    }
+  }
+
+ private:
+  // Nothing is written of a text that does not pass its tests as a whole.
+  void Test(const std::string& path, const Request& request) const {
+    Loading::Terms terms = TermsOf(request);
+    terms.over.dryRun = true;
+    static_cast<void>(LoadingOf(path).Into(request.Document(), terms));
+    // That of another product has put it into the library's mirror.
+    if (!DeviceIsReader()) ReadCfg();
+  }
+
+  [[nodiscard]] Json Edited(const std::string& path, const std::string& before,
+                            const Request& request) const {
+    while (true) {
+      NowResting();
+      const std::string editor = Editor();
+      if (!RunEditor(editor, path)) {
+        throw Failure(kBadFile, "the editor " + editor + " failed; VISUAL or EDITOR names another");
+      }
+      Json document = request.DeviceDocument();
+      if (TextIn(path) == before) {
+        document["written"] = false;
+        document["changes"] = Json::array();
+        return document;
+      }
+      try {
+        Test(path, request);
+      } catch (const Failure& failure) {
+        if (!IsOfText(failure) || !MayAsk()) throw;
+        Tell(kProgram, failure.what());
+        if (!IsConfirmed("edit it again", true)) throw Failure(failure.code, "nothing was written");
+        if (!DeviceIsReader()) ReadCfg();
+        continue;
+      }
+      return LoadingOf(path).Into(std::move(document), TermsOf(request));
+    }
+  }
+
+  [[nodiscard]] Loading::Terms TermsOf(const Request& request) const { return {request.command, over, true}; }
+  [[nodiscard]] static Loading LoadingOf(const std::string& path) { return {path, false, "the edited text"}; }
+};
+
+}  // namespace
+
+void AddConfigEdit(Program& program) {
+  program.Add<EditConfig>("config edit",
+                          "Opens the configuration in your editor, and writes what you have changed");
+}
+
+}  // namespace tavlyn::ctl

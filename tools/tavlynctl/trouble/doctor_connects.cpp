@@ -1,0 +1,118 @@
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <string>
+#include <thread>
+
+#include "api.h"
+#include "tools/tavlynctl/hex.h"
+#include "tools/tavlynctl/session.h"
+#include "tools/tavlynctl/trouble/doctor.h"
+#include "tools/tavlynctl/trouble/verbose.h"
+
+namespace tavlyn::ctl {
+namespace {
+
+constexpr const char* kConnectStep = "connect";
+
+Json TextOrNone(const char* text) { return text != nullptr && *text != '\0' ? Json(text) : Json(); }
+
+Json DeviceRow(const std::string& problem) {
+  Json row{{"device", ActiveDeviceName()},
+           {"did", Hex(GetDID(), 4)},
+           {"luid", GetLUID()},
+           {"configurations", GetMaxConfig() + 1},
+           {"problem", problem.empty() ? Json() : Json(problem)}};
+  if (!DeviceIsReader()) return row;
+  row["part_number"] = TextOrNone(getPartNumberString());
+  row["serial_number"] = TextOrNone(GetSerialNumber());
+  row["firmware"] = TextOrNone(GetFullFWVersion());
+  return row;
+}
+
+void AddCard(Json& cards) {
+  // The library leaves a reader alone for so long after each exchange.
+  std::this_thread::sleep_for(std::chrono::milliseconds(250));
+  constexpr std::int16_t kBytes = 32;
+  std::array<std::uint8_t, kBytes> id{};
+  const int bits = GetActiveID32(id.data(), kBytes);
+  const auto count = std::min<std::size_t>((static_cast<std::size_t>(bits) + 7) / 8, id.size());
+  cards.push_back({{"device", ActiveDeviceName()},
+                   {"bits", bits},
+                   {"id", HexText({id.rend() - static_cast<std::ptrdiff_t>(count), id.rend()})}});
+}
+
+// What one connect has found.
+struct Attempt {
+  Findings findings;
+  Json devices = Json::array();
+  Json cards = Json::array();
+  bool failed = false;
+};
+
+Attempt ConnectOnce(const Link& link, std::uint32_t product, bool withCards) {
+  using Clock = std::chrono::steady_clock;
+  Attempt attempt;
+  const auto begun = Clock::now();
+  const Session session(link, product);
+  const auto took = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begun);
+  for (int index = 0; index < GetDevCnt(); ++index) {
+    SetActDev(static_cast<std::int16_t>(index));
+    const std::string problem = session.ReadProblem();
+    attempt.devices.push_back(DeviceRow(problem));
+    if (problem.empty()) {
+      attempt.findings.push_back(Fine(kConnectStep, ActiveDeviceName() + " was found and read in " +
+                                                        std::to_string(took.count()) + " ms"));
+      if (withCards && DeviceIsReader()) AddCard(attempt.cards);
+    } else {
+      attempt.failed = true;
+      attempt.findings.push_back(
+          Problem(kConnectStep, kDeviceError, problem, "tavlynctl error 0x" + Hex(GetLastLibErr(), 1)));
+    }
+  }
+  return attempt;
+}
+
+// A device that fails is given a second chance, which is told.
+Attempt ConnectTo(const Link& link, std::uint32_t product, bool withCards) {
+  Attempt first = ConnectOnce(link, product, withCards);
+  if (!first.failed) return first;
+  Attempt second = ConnectOnce(link, product, withCards);
+  const bool isGone = second.devices.empty();
+  Attempt& told = isGone ? first : second;
+  for (Finding& one : told.findings) {
+    one.text += isGone          ? "; at the second attempt it was gone"
+                : second.failed ? "; this was the second attempt"
+                                : ", at the second attempt only";
+    if (!told.failed) one.verdict = Verdict::kWarning;
+  }
+  return told;
+}
+
+// Sensors are on USB alone, and adapters only have readers.
+std::uint32_t ProductsOn(const Link& link) { return link.kind == LinkKind::kUsb ? kAllProducts : kReaders; }
+
+}  // namespace
+
+void TryConnects(const Link& link, bool withCards, Findings& findings, Patients& patients) try {
+  const CollectedTrace trace(withCards ? 2 : 1);
+  try {
+    for (const std::uint32_t product : {kReaders, kMagstripes, kSensors}) {
+      if ((ProductsOn(link) & product) == 0) continue;
+      const Attempt attempt = ConnectTo(link, product, withCards);
+      findings.insert(findings.end(), attempt.findings.begin(), attempt.findings.end());
+      patients.devices.insert(patients.devices.end(), attempt.devices.begin(), attempt.devices.end());
+      patients.cards.insert(patients.cards.end(), attempt.cards.begin(), attempt.cards.end());
+    }
+    patients.trace = trace.Text();
+  } catch (const Failure&) {
+    patients.trace = trace.Text();
+    throw;
+  }
+  if (patients.devices.empty()) throw NotFound(link, ProductsOn(link));
+} catch (const Failure& failure) {
+  const bool isMissing = failure.code == kNoDevice && link.kind == LinkKind::kUsb;
+  findings.push_back(Problem(kConnectStep, failure.code, failure.what(), isMissing ? "lsusb" : ""));
+}
+
+}  // namespace tavlyn::ctl

@@ -1,0 +1,255 @@
+#include "tools/tavlynctl/watch/watched.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <thread>
+
+#include "api.h"
+#include "tools/printable.h"
+#include "tools/tavlynctl/process.h"
+#include "tools/tavlynctl/watch/attached.h"
+
+namespace tavlyn::ctl {
+namespace {
+
+using std::chrono::seconds;
+
+constexpr seconds kLookPause(1);
+// A device that was just plugged in may not be opened yet.
+constexpr int kTriesOfNew = 2;
+constexpr int kAnyNumber = -1;
+// Between two tries, each twice the one before. While others are watched a try interrupts them.
+constexpr seconds kFirstPause(2);
+constexpr seconds kLongestPause(8);
+constexpr seconds kLongestPauseBesides(64);
+// A signal does not end a sleep.
+constexpr std::chrono::milliseconds kLongestSleep(250);
+
+DevicePlace ActivePlace() { return {GetActDev(), ActiveIndex(), ActiveDevicePath(), ActiveSerialNumber()}; }
+
+bool IsSame(const DevicePlace& one, const DevicePlace& other) {
+  return one.path == other.path && one.serialNumber == other.serialNumber;
+}
+
+bool Has(const std::vector<std::string>& paths, const std::string& path) {
+  return std::ranges::find(paths, path) != paths.end();
+}
+
+seconds Longer(seconds pause, seconds longest) { return std::min(2 * pause, longest); }
+
+}  // namespace
+
+void WatchWords::Take(Words& words) {
+  words.Count(count, "End after this many lines, not counting devices that come and go");
+  words.Timeout(timeout, "End after this many seconds");
+  TakeEnd(words);
+  events.Take(words);
+  words.Device();
+  words.Flag("--all", all, "Every device at once")->excludes("--device");
+}
+
+CLI::Option* WatchWords::TakeEnd(Words& words) {
+  return words.Flag("--no-wait", ends, "End if there is no device, or if it goes");
+}
+
+Watch::Watch(const Request& request, const WatchWords& words, Events& events, Inquiry inquiry)
+    : request_(request), words_(words), events_(events), inquiry_(std::move(inquiry)) {}
+
+void Watch::Run() {
+  Begin();
+  while (watching_->GoesOn()) {
+    events_.Step();
+    if (Clock::now() >= look_) Look();
+    const auto next = std::ranges::min_element(watched_, {}, &Watched::due);
+    if (next != watched_.end() && next->due <= Clock::now()) {
+      Ask(*next);
+    } else {
+      SleepUntil(next == watched_.end() ? look_ : std::min(look_, next->due));
+    }
+  }
+}
+
+void Watch::Begin() {
+  try {
+    Compare(Chosen(Search()), false);
+    watching_.emplace(words_.timeout, words_.count, NoCard());
+    for (const Watched& one : watched_) {
+      SetActDev(one.place.entry);
+      TellWatched(request_.json);
+    }
+  } catch (const Failure& none) {
+    if (words_.ends || none.code != kNoDevice) throw;
+    watching_.emplace(words_.timeout, words_.count, none);
+    Tell(kProgram, none.what() + std::string("; waiting"));
+  }
+  // What is there and holds no device that is watched stays so.
+  const std::vector<std::string> attached = AttachedPaths(request_.link, inquiry_.product);
+  for (const std::string& path : attached) retries_[path];
+  if (watched_.empty() && request_.link.kind == LinkKind::kUsb) others_ = attached;
+  look_ = again_ = Clock::now() + kLookPause;
+}
+
+// Every device that a new connect finds.
+std::vector<DevicePlace> Watch::Search() {
+  session_.reset();
+  session_.emplace(request_.link, inquiry_.product);
+  std::vector<DevicePlace> all;
+  for (std::int16_t index = 0; index < GetDevCnt(); ++index) {
+    SetActDev(index);
+    all.push_back(ActivePlace());
+  }
+  return all;
+}
+
+// Those to watch. Throws Failure if there is none.
+std::vector<DevicePlace> Watch::Chosen(const std::vector<DevicePlace>& all) {
+  if (words_.all && !all.empty()) {
+    session_->Settle();
+    return Held(all);
+  }
+  const auto same = std::ranges::find(all, chosen_, &DevicePlace::Name);
+  if (!chosen_.empty() && same != all.end()) {
+    SetActDev(same->entry);
+    session_->Hold();
+  } else if (inquiry_.product == kReaders) {
+    session_->UseForCards(request_.device);
+  } else {
+    session_->Use(request_.device);
+  }
+  session_->Settle();
+  const DevicePlace place = ActivePlace();
+  if (Has(others_, place.path)) throw Failure(kNoDevice, "");
+  chosen_ = place.Name();
+  return {place};
+}
+
+// Those that no other run of the program has. Throws Failure if all are taken.
+std::vector<DevicePlace> Watch::Held(const std::vector<DevicePlace>& all) const {
+  std::vector<DevicePlace> held;
+  for (const DevicePlace& place : all) {
+    SetActDev(place.entry);
+    try {
+      session_->Hold();
+      held.push_back(place);
+    } catch (const Failure& used) {
+      if (held.empty() && &place == &all.back()) throw;
+      Tell(kProgram, used.what());
+    }
+  }
+  return held;
+}
+
+void Watch::ConnectAgain() {
+  std::vector<DevicePlace> all;
+  std::vector<DevicePlace> found;
+  try {
+    all = Search();
+    if (!all.empty()) found = Chosen(all);
+  } catch (const Failure& none) {
+    // What is there and is not the one that was chosen is not asked again and again.
+    if (none.code != kNoDevice) all.clear();
+    for (const DevicePlace& place : all) others_.push_back(place.path);
+  }
+  Compare(found, true);
+}
+
+// Whoever was watched already stays so, with the card on it.
+void Watch::Compare(const std::vector<DevicePlace>& found, bool tell) {
+  const auto isFound = [&](const Watched& one) {
+    return std::ranges::any_of(found, [&](const DevicePlace& place) { return IsSame(place, one.place); });
+  };
+  for (auto gone = watched_.begin();
+       (gone = std::find_if_not(gone, watched_.end(), isFound)) != watched_.end();) {
+    Leave(*gone);
+    gone = watched_.erase(gone);
+  }
+  const std::vector<std::string> attached = AttachedPaths(request_.link, inquiry_.product);
+  for (const DevicePlace& place : found) {
+    auto same = std::ranges::find_if(watched_, [&](const Watched& one) { return IsSame(place, one.place); });
+    if (same == watched_.end()) {
+      same = watched_.insert(same, Watched{.place = place, .isListed = Has(attached, place.path)});
+      if (tell) Welcome(place);
+    }
+    same->place = place;
+    same->due = Clock::now() + inquiry_.pause;
+  }
+}
+
+void Watch::Ask(Watched& watched) {
+  SetActDev(watched.place.entry);
+  const std::optional<int> events = inquiry_.ask(watched);
+  watched.due = Clock::now() + inquiry_.pause;
+  if (events) {
+    watched.failed = 0;
+    watching_->Count(*events);
+    return;
+  }
+  const bool isGone =
+      watched.isListed && !Has(AttachedPaths(request_.link, inquiry_.product), watched.place.path);
+  if (++watched.failed < kFailedPolls && !isGone) return;
+  if (words_.ends && watched_.size() == 1) {
+    throw Failure(kDeviceError, ActiveDeviceName() + " does not answer, " + ErrorText());
+  }
+  Leave(watched);
+  std::erase_if(watched_, [&](const Watched& one) { return &one == &watched; });
+}
+
+void Watch::Welcome(const DevicePlace& place) {
+  watching_->Expect(NoCard());
+  events_.Tell("arrived", place, Json::object(), "arrived " + place.Name());
+}
+
+void Watch::Leave(Watched& watched) {
+  const DevicePlace& place = watched.place;
+  watching_->Count(inquiry_.leave(watched));
+  events_.Tell("lost", place, Json::object(), "lost " + place.Name());
+  retries_[place.path] = {Clock::now(), kFirstPause, kAnyNumber};
+  again_ = Clock::now() + kLookPause;
+  pause_ = kFirstPause;
+  if (words_.all) return;
+  others_ = AttachedPaths(request_.link, inquiry_.product);
+  std::erase(others_, place.path);
+}
+
+// While the one that was chosen is there, nobody else matters.
+void Watch::Look() {
+  if (words_.all || watched_.empty()) {
+    const std::vector<std::string> attached = AttachedPaths(request_.link, inquiry_.product);
+    std::erase_if(retries_, [&](const auto& one) { return !Has(attached, one.first); });
+    std::erase_if(others_, [&](const std::string& path) { return !Has(attached, path); });
+    if (IsWorthConnecting(attached)) ConnectAgain();
+  }
+  look_ = Clock::now() + kLookPause;
+}
+
+bool Watch::IsWorthConnecting(const std::vector<std::string>& attached) {
+  const auto now = Clock::now();
+  bool isNew = false;
+  bool isOpen = attached.empty();
+  for (const std::string& path : attached) {
+    const bool isWatched =
+        std::ranges::count(watched_, path, [](const Watched& one) { return one.place.path; }) > 0;
+    if (isWatched || Has(others_, path)) continue;
+    isOpen = true;
+    Retry& retry = retries_.try_emplace(path, Retry{now, kFirstPause, kTriesOfNew}).first->second;
+    if (retry.left == 0 || now < retry.at) continue;
+    isNew = true;
+    if (retry.left > 0) --retry.left;
+    retry.at = now + retry.pause;
+    retry.pause = Longer(retry.pause, kLongestPauseBesides);
+  }
+  // What no list shows may have come as well.
+  const bool isTime = watched_.empty() && isOpen && now >= again_;
+  if (isTime) {
+    again_ = now + pause_;
+    pause_ = Longer(pause_, kLongestPause);
+  }
+  return isNew || isTime;
+}
+
+void Watch::SleepUntil(Clock::time_point time) const {
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(time - Clock::now());
+  std::this_thread::sleep_for(std::min(left, kLongestSleep));
+}
+
+}  // namespace tavlyn::ctl

@@ -1,0 +1,94 @@
+// Devices under watch. Each is asked at its own pace; one that goes is told and waited for, and one that
+// comes is told too.
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tools/tavlynctl/program.h"
+#include "tools/tavlynctl/session.h"
+#include "tools/tavlynctl/watch/events.h"
+#include "tools/tavlynctl/watch/watching.h"
+
+namespace tavlyn::ctl {
+
+// What ends a watch, and what it watches: options of every command that watches.
+struct WatchWords {
+  int count = 0;  // 0: any number
+  std::optional<double> timeout;
+  bool all = false;
+  bool ends = false;  // instead of waiting for a device
+
+  EventWords events;
+
+  void Take(Words& words);
+  CLI::Option* TakeEnd(Words& words);
+};
+
+struct Watched {
+  DevicePlace place;
+  Json on = {};       // what lies on it; null for nothing
+  Json doubted = {};  // what may have been read half; the next answer decides
+  Clock::time_point due = {};
+  int failed = 0;         // questions in a row
+  bool isListed = false;  // among the attached paths
+};
+
+// What a product's devices are asked.
+struct Inquiry {
+  std::uint32_t product;
+  std::chrono::milliseconds pause;  // between two questions to a device
+  // Asks the active device; returns how many events it had, or nothing if it did not answer.
+  std::function<std::optional<int>(Watched&)> ask;
+  // Tells what ends when the device goes; returns the same.
+  std::function<int(Watched&)> leave;
+};
+
+class Watch {
+ public:
+  Watch(const Request& request, const WatchWords& words, Events& events, Inquiry inquiry);
+
+  // Until Ctrl-C, the number of events or the time ends it.
+  void Run();
+
+ private:
+  // Of a path with something on it that is not watched.
+  struct Retry {
+    Clock::time_point at;
+    std::chrono::seconds pause{};  // after that
+    int left = 0;                  // below 0: any number
+  };
+
+  void Begin();
+  std::vector<DevicePlace> Search();
+  std::vector<DevicePlace> Chosen(const std::vector<DevicePlace>& all);
+  [[nodiscard]] std::vector<DevicePlace> Held(const std::vector<DevicePlace>& all) const;
+  void ConnectAgain();
+  void Compare(const std::vector<DevicePlace>& found, bool tell);
+  void Ask(Watched& watched);
+  void Welcome(const DevicePlace& place);
+  void Leave(Watched& watched);
+  void Look();
+  [[nodiscard]] bool IsWorthConnecting(const std::vector<std::string>& attached);
+  void SleepUntil(Clock::time_point time) const;
+
+  const Request& request_;
+  const WatchWords& words_;
+  Events& events_;
+  const Inquiry inquiry_;
+  std::optional<Session> session_;
+  std::optional<Watching> watching_;
+  std::vector<Watched> watched_;
+  std::string chosen_;                    // the name of the one that is watched, unless all are
+  std::vector<std::string> others_;       // paths of those that are not
+  std::map<std::string, Retry> retries_;  // by path
+  Clock::time_point look_;                // when to look for what has come
+  Clock::time_point again_;               // when to search while there is nothing to watch
+  std::chrono::seconds pause_{2};         // until the next such search
+};
+
+}  // namespace tavlyn::ctl
