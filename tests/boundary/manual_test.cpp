@@ -24,7 +24,7 @@ Names Found(const std::string& text, const std::regex& form) {
 }
 
 Names OptionsOfHelp(const std::string& help) {
-  static const std::regex form(R"(\n  (?:-h,)?--([\w-]+))");
+  static const std::regex form(R"(\n  (?:-\w,)?--([\w-]+))");
   return Found(help, form);
 }
 
@@ -121,6 +121,7 @@ TEST(ManualPages, EveryVariableIsInAPage) {
   for (const char* page : {"tavlynctl.1", "tavlynsim.1", "tavlynapi.3"})
     Add(told, Found(Page(page), inPages));
   for (const char* ofEveryProgram : {"LD_LIBRARY_PATH", "NO_COLOR"}) told.erase(ofEveryProgram);
+  used.erase("TAVLYN_ERR_");  // how the names of the error words begin
   EXPECT_EQ(told, used);
 }
 

@@ -38,7 +38,7 @@ TEST_F(TavlynctlHelp, HasExamples) {
   EXPECT_TRUE(Holds(all, "\n  Example: tavlynctl range --watch --count 10\n\nFor experts:\n")) << all;
   EXPECT_TRUE(Holds(all, "\n  Example: tavlynctl analyzer start\n")) << all;
   EXPECT_TRUE(Holds(RunLine(kCtl + " config set --help").out,
-                    "Example: tavlynctl config set bBeepID=0 iIDHoldTO=1500 --dry-run\n"));
+                    "Example: tavlynctl config set bBeepID=off iIDHoldTO=1.5s --dry-run\n"));
   EXPECT_TRUE(Holds(RunLine(kCtl + " ble --help").out, "Example: tavlynctl ble status\n"));
 }
 
