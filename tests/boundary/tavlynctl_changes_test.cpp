@@ -275,7 +275,9 @@ TEST_F(TavlynctlChanges, WhatWasEditedIsNotLost) {
   const auto ended = Run(
       "", {"EDITOR='sed -i s/bBeepID.=/bBepID=/' ctl config edit --yes", "grep -c bBepID " + text,
            "stat -c %a " + text, "EDITOR='sed -i s/iFACIDDelim.=.*/iFACIDDelim=300/' ctl config edit --yes",
-           "grep -c Delim=300 " + text, "EDITOR=false ctl config edit --yes", "ctl config history --json"});
+           "grep -c Delim=300 ${XDG_STATE_HOME}/tavlynctl/edited-0400123456-2.txt; grep -c bBepID " + text,
+           "EDITOR=false ctl config edit --yes", "ctl config history --json",
+           "find $XDG_STATE_HOME -name 'edited*' | wc -l"});
   EXPECT_EQ(ended[0].status, kBadFile);
   EXPECT_TRUE(Holds(ended[0].err, "the edited text would not be loaded completely: line ")) << ended[0].err;
   EXPECT_TRUE(Holds(ended[0].err, "unknown name bBepID; did you mean bBeepID?; what you wrote is in /"))
@@ -283,10 +285,12 @@ TEST_F(TavlynctlChanges, WhatWasEditedIsNotLost) {
   EXPECT_EQ(ended[1].out, "1\n");
   EXPECT_EQ(ended[2].out, "600\n");
   EXPECT_EQ(ended[3].status, kUsage);
-  EXPECT_EQ(ended[4].out, "1\n");
+  EXPECT_EQ(ended[4].out, "1\n1\n");
   EXPECT_EQ(ended[5].status, kBadFile);
-  EXPECT_TRUE(Holds(ended[5].err, "the editor false failed; VISUAL or EDITOR names another")) << ended[5].err;
+  EXPECT_TRUE(Holds(ended[5].err, "the editor false failed; VISUAL or EDITOR names another\n"))
+      << ended[5].err;
   EXPECT_EQ(ParsedText(ended[6])["copies"], Json::array());
+  EXPECT_EQ(ended[7].out, "2\n");
 }
 
 TEST_F(TavlynctlChanges, ACopyOfOneDeviceGoesToOthers) {

@@ -1,7 +1,10 @@
 // config edit.
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <string>
+#include <system_error>
 
 #include "api.h"
 #include "tools/path_names.h"
@@ -30,11 +33,16 @@ std::string Editor() {
   return UsualEditor();
 }
 
-// Not in a temporary folder: what somebody has written stays until it has arrived.
+// Not in a temporary folder: what somebody has written stays until it has arrived, whatever is edited later.
 std::string PlaceOfText() {
   MakeOwnFolder(StateFolder());
-  const std::string name = "edited-" + FolderOfActiveDevice() + ".txt";
-  return NameOfPath(PathOf(StateFolder()) / PathOf(name));
+  const std::string name = "edited-" + FolderOfActiveDevice();
+  std::filesystem::path place = PathOf(StateFolder()) / PathOf(name + ".txt");
+  std::error_code error;
+  for (int number = 2; std::filesystem::exists(place, error); ++number) {
+    place.replace_filename(PathOf(name + "-" + std::to_string(number) + ".txt"));
+  }
+  return NameOfPath(place);
 }
 
 bool IsOfText(const Failure& failure) { return failure.code == kUsage || failure.code == kBadFile; }
@@ -61,6 +69,10 @@ struct EditConfig {
       RemoveOwnFile(path);
       return document;
     } catch (const Failure& failure) {
+      if (TextIn(path) == before) {
+        RemoveOwnFile(path);
+        throw;
+      }
       throw Failure(failure.code, failure.what() + ("; what you wrote is in " + path), failure.document);
     }
   }
