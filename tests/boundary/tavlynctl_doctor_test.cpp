@@ -67,7 +67,8 @@ TEST_F(TavlynctlDoctor, NothingIsAttached) {
   const Ended ended = RunLine(kCtl + " doctor --json");
   EXPECT_EQ(ended.status, kNothingThere) << ended.out;
   const Json document = Json::parse(ended.out, nullptr, false);
-  EXPECT_EQ(Of(document, "connect"), "problem: no device is plugged in $ lsusb\n");
+  EXPECT_EQ(Of(document, "connect"),
+            "problem: no device is plugged in; --com and --ip look elsewhere than on USB $ lsusb\n");
   EXPECT_EQ(document["error"]["code"], kNothingThere);
   EXPECT_EQ(document["error"]["text"], "there is a problem");
 }

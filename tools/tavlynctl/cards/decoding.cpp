@@ -111,7 +111,11 @@ std::string StrippedText(int bits, const char* kind) {
 
 std::vector<std::string> NotesOn(const Handing& handing, bool fits) {
   std::vector<std::string> notes = handing.notes;
-  if (!fits) notes.emplace_back("no layout of that many bits is known");
+  if (!fits) {
+    const bool isGiven = !handing.idBits && handing.leading + handing.trailing == 0;
+    notes.push_back(std::string("no layout of that many bits is known") +
+                    (isGiven ? "; --leading and --trailing say how many bits a reader has stripped" : ""));
+  }
   if (handing.leading + handing.trailing != 0) {
     notes.push_back("the reader strips " + StrippedText(handing.leading, "leading") + " and " +
                     StrippedText(handing.trailing, "trailing") +

@@ -73,7 +73,8 @@ KeptCopy ChosenCopy(const std::vector<KeptCopy>& all, const std::string& word) {
   const auto found = std::ranges::find_if(all, fits);
   if (word.empty() || found == all.end())
     throw Failure(kUsage, "no copy is of " + word + "; config history lists them");
-  if (std::ranges::count_if(all, fits) > 1) throw Failure(kUsage, "several copies are of " + word);
+  if (std::ranges::count_if(all, fits) > 1)
+    throw Failure(kUsage, "several copies are of " + word + "; config history lists them");
   return *found;
 }
 

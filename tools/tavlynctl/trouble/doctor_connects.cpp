@@ -112,7 +112,9 @@ void TryConnects(const Link& link, bool withCards, Findings& findings, Patients&
   if (patients.devices.empty()) throw NotFound(link, ProductsOn(link));
 } catch (const Failure& failure) {
   const bool isMissing = failure.code == kNoDevice && link.kind == LinkKind::kUsb;
-  findings.push_back(Problem(kConnectStep, failure.code, failure.what(), isMissing ? "lsusb" : ""));
+  const std::string elsewhere = isMissing ? "; --com and --ip look elsewhere than on USB" : "";
+  findings.push_back(
+      Problem(kConnectStep, failure.code, failure.what() + elsewhere, isMissing ? "lsusb" : ""));
 }
 
 }  // namespace tavlyn::ctl
