@@ -29,12 +29,6 @@ std::string BoundsText(int least, int most) {
   return most == kNoEnd ? ", " + from + " or more" : " from " + from + " to " + std::to_string(most);
 }
 
-const CLI::App& Innermost(const CLI::App& app) {
-  const CLI::App* at = &app;
-  while (!at->get_subcommands().empty()) at = at->get_subcommands().front();
-  return *at;
-}
-
 // For a command, and for those above it whose options it takes too.
 std::vector<std::string> OptionsOf(const CLI::App& app) {
   std::vector<std::string> names;
@@ -83,7 +77,9 @@ std::string Problem(const CLI::App& app, const CLI::ParseError& error, bool mayH
   if (rest.empty() || !(isMissing || isTooMuch)) return ParserProblem(error);
   const auto option =
       std::ranges::find_if(rest, [](const std::string& one) { return one.starts_with('-') && one != "--"; });
-  if (option != rest.end()) {
+  // After a misspelt command every option of that command is unknown.
+  const bool commandIsWrong = commandIsMissing && option != rest.begin();
+  if (option != rest.end() && !commandIsWrong) {
     // Its value is not repeated.
     const std::string name = option->substr(0, option->find('='));
     return "there is no option " + name + DidYouMean(name, OptionsOf(Innermost(app)));
@@ -159,6 +155,12 @@ void AddCommonWords(CLI::App& app, const std::function<std::string()>& version) 
     ShowHelp(app, *words);
     throw CLI::Success();
   });
+}
+
+const CLI::App& Innermost(const CLI::App& app) {
+  const CLI::App* at = &app;
+  while (!at->get_subcommands().empty()) at = at->get_subcommands().front();
+  return *at;
 }
 
 std::string GivenCommand(const CLI::App& app) {

@@ -24,7 +24,9 @@ inline constexpr const char* kHelp = "help";
 // --version, and help with a command's words.
 void AddCommonWords(CLI::App& app, const std::function<std::string()>& version);
 
-// The commands among the words: "config set".
+// The command among the words; the program itself without one.
+const CLI::App& Innermost(const CLI::App& app);
+// Its words: "config set".
 std::string GivenCommand(const CLI::App& app);
 
 // The problem, and where to read more. With mayHoldKeys no argument is repeated.

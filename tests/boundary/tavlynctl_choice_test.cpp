@@ -70,7 +70,7 @@ TEST_F(TavlynctlChoice, TheVariableChooses) {
       Run(kDevices, {"TAVLYNCTL_DEVICE=0400777777 ctl info --json",
                      "TAVLYNCTL_DEVICE=0400777777 ctl info --device 1 --json", "TAVLYNCTL_DEVICE=9 ctl info",
                      "TAVLYNCTL_DEVICE=luid: ctl info", "TAVLYNCTL_DEVICE= ctl info --json",
-                     "TAVLYNCTL_DEVICE=1 ctl beep --all --json"});
+                     "TAVLYNCTL_DEVICE=1 ctl beep --all --json", "TAVLYNCTL_DEVICE=luid: ctl list"});
   EXPECT_EQ(ParsedText(ended[0])["device"]["index"], 2);
   EXPECT_EQ(ParsedText(ended[1])["device"]["index"], 1);
   EXPECT_EQ(ended[2].status, kNoDevice);
@@ -81,6 +81,7 @@ TEST_F(TavlynctlChoice, TheVariableChooses) {
             "tavlynctl: TAVLYNCTL_DEVICE: luid: is not an index, a serial number, a path or luid:N\n");
   EXPECT_EQ(ParsedText(ended[4])["device"]["index"], 0);
   EXPECT_EQ(ParsedText(ended[5])["devices"].size(), 4u);
+  EXPECT_EQ(ended[6].status, 0) << ended[6].err;
 }
 
 // What only reads takes the first one.

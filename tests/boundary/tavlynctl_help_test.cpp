@@ -33,10 +33,22 @@ TEST_F(TavlynctlHelp, WithoutACommandItShowsWhatIsAttachedAndWhatIsNext) {
   }
 }
 
+TEST_F(TavlynctlHelp, WithoutACommandItIsJsonToo) {
+  const auto ended = Run("", {"ctl --json", "ctl --quiet", "ctl"});
+  const Json document = Json::parse(ended[0].out);
+  EXPECT_EQ(document["schema"], 1);
+  EXPECT_EQ(document["devices"][0]["serial_number"], "0400123456");
+  EXPECT_EQ(document["steps"][0]["next"], "tavlynctl read");
+  EXPECT_EQ(ended[1].out, ended[2].out);
+  const Json none = Json::parse(Run("--do unplug", {"ctl --json"})[0].out);
+  EXPECT_EQ(none["problem"], "no device is plugged in");
+}
+
 TEST_F(TavlynctlHelp, HasExamples) {
   const std::string all = RunLine(kCtl + " --help").out;
   EXPECT_TRUE(Holds(all, "\n  Example: tavlynctl range --watch --count 10\n\nFor experts:\n")) << all;
   EXPECT_TRUE(Holds(all, "\n  Example: tavlynctl analyzer start\n")) << all;
+  EXPECT_FALSE(Holds(RunLine(kCtl + " config --help").out, "Example: \n"));
   EXPECT_TRUE(Holds(RunLine(kCtl + " config set --help").out,
                     "Example: tavlynctl config set bBeepID=off iIDHoldTO=1.5s --dry-run\n"));
   EXPECT_TRUE(Holds(RunLine(kCtl + " ble --help").out, "Example: tavlynctl ble status\n"));

@@ -16,6 +16,8 @@ TEST(TavlynctlProgram, WrongWords) {
   constexpr Case kCases[] = {
       {"--ascii", "a command is missing; tavlynctl --help"},
       {"lisp", "there is no command lisp; did you mean list? tavlynctl --help"},
+      {"wach --decode", "there is no command wach; did you mean watch? tavlynctl --help"},
+      {"--decode watc", "there is no option --decode; tavlynctl --help"},
       {"everything", "there is no command everything; tavlynctl --help"},
       {"config", "a command is missing; tavlynctl config --help"},
       {"config shwo", "there is no command shwo; did you mean show? tavlynctl config --help"},
@@ -35,7 +37,8 @@ TEST(TavlynctlProgram, WrongWords) {
        "--timeout: 700000 is not a number of seconds from 0 to 604800; tavlynctl read --help"},
       {"read --timeout", "--timeout needs a value; tavlynctl read --help"},
       {"info --device 1 --device 2", "--device is given more than once; tavlynctl info --help"},
-      {"info --device -1", "--device: -1 is not an index, a serial number, a path or luid:N; tavlynctl info --help"},
+      {"info --device -1",
+       "--device: -1 is not an index, a serial number, a path or luid:N; tavlynctl info --help"},
       {"info --device luid:010",
        "--device: luid:010 is not an index, a serial number, a path or luid:N; tavlynctl info --help"},
       {"led off --all --device 1", "--device excludes --all; tavlynctl led --help"},

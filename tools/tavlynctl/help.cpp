@@ -28,9 +28,10 @@ class Formatter : public CLI::Formatter {
     std::string text = CLI::Formatter::make_subcommands(app, mode);
     for (const Heading& heading : Headings()) {
       const std::size_t begin = text.find("\n" + std::string(heading.title) + ":\n");
-      if (begin == std::string::npos) continue;
+      const std::string example = ExampleUnder(*app, heading.title);
+      if (begin == std::string::npos || example.empty()) continue;
       const std::size_t end = std::min(text.find("\n\n", begin + 1), text.size() - 1);
-      text.insert(end, "\n  Example: " + ExampleUnder(*app, heading.title));
+      text.insert(end, "\n  Example: " + example);
     }
     return text;
   }
@@ -80,7 +81,7 @@ std::string ExampleOf(const std::string& words) {
 std::shared_ptr<CLI::FormatterBase> HelpWithExamples() { return std::make_shared<Formatter>(); }
 
 Json FirstSteps(const CLI::App& app, const std::function<Json()>& list) {
-  Json document = Json::object();
+  Json document = NewDocument("");
   Json found;
   try {
     found = list();

@@ -138,8 +138,10 @@ CLI::App& Program::NewCommand(const std::string& words, const char* text) {
   return command;
 }
 
-// What the environment says, unless the command line does.
+// What the environment says, unless the command line does. Commands without --device run whatever it says:
+// list shows what to put there.
 void Program::TakeVariable() {
+  if (Innermost(app_).get_option_no_throw("--device") == nullptr) return;
   const char* word = std::getenv(kDeviceVariable);
   DeviceChoice& device = request_.device;
   if (word == nullptr || *word == '\0' || device.all || !device.word.empty()) return;
@@ -184,20 +186,29 @@ void Program::AddHelp() {
   app_.get_subcommand(kHelp)->group("Help");
 }
 
-int Program::RunWithoutWords() try {
-  Show(FirstSteps(app_, [this] { return commands_.at("list")(request_); }), false);
+// Options may stand alone too, but those that look elsewhere than on USB want a command.
+bool Program::IsWithoutCommand(const CLI::ParseError& error) const {
+  const bool isMissing = dynamic_cast<const CLI::RequiredError*>(&error) != nullptr;
+  const Link& link = request_.link;
+  return isMissing && GivenCommand(app_).empty() && app_.remaining().empty() && link.kind == LinkKind::kUsb &&
+         !link.ascii;
+}
+
+int Program::RunWithoutCommand() try {
+  BeginTrace(request_.verbose);
+  Show(FirstSteps(app_, [this] { return commands_.at("list")(request_); }), request_.json);
   return kOk;
 } catch (const Failure& failure) {
-  return ShowFailure(failure, "", false);
+  return ShowFailure(failure, "", request_.json);
 }
 
 int Program::Run(int argc, char** argv) {
-  if (argc < 2) return RunWithoutWords();
   if (const auto words = WordsToComplete(argc, argv)) return Complete(*words);
   try {
     app_.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) return app_.exit(error);  // help
+    if (IsWithoutCommand(error)) return RunWithoutCommand();
     // Looks for --json in the words themselves, because not all of them were understood.
     const std::span words(argv, static_cast<std::size_t>(argc));
     return Refuse(error, std::ranges::find(words, std::string_view("--json")) != words.end());

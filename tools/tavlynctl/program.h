@@ -116,7 +116,8 @@ class Program {
   int Complete(const std::vector<std::string>& words);
   void TakeVariable();
   int RunGiven();
-  int RunWithoutWords();
+  [[nodiscard]] bool IsWithoutCommand(const CLI::ParseError& error) const;
+  int RunWithoutCommand();
   int Refuse(const CLI::ParseError& error, bool json) const;
 
   std::function<std::string()> version_;
