@@ -112,9 +112,9 @@ ExitCode WorstOf(const Findings& findings) {
 
 std::vector<BundledFile> FilesOf(const Json& document, const Findings& findings, const Patients& patients,
                                  bool withCards) {
-  constexpr int kIndent = 2;
+  constexpr int kJsonIndent = 2;
   const auto dumped = [](const Json& json) {
-    return json.dump(kIndent, ' ', true, Json::error_handler_t::replace) + "\n";
+    return json.dump(kJsonIndent, ' ', true, Json::error_handler_t::replace) + "\n";
   };
   std::string lines;
   for (const std::string& line : LinesOf(findings)) lines += Printable(line) + "\n";
