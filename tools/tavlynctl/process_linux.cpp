@@ -14,12 +14,12 @@
 namespace tavlyn::ctl {
 namespace {
 
-bool missing[STDERR_FILENO + 1];
+bool missingStreams[STDERR_FILENO + 1];
 
 // The lowest free number is the closed one's, because those below it are in use.
 void FillClosedOnes() {
   for (int file = STDIN_FILENO; file <= STDERR_FILENO; ++file) {
-    if (fcntl(file, F_GETFD) < 0) missing[file] = open("/dev/null", O_RDWR) == file;
+    if (fcntl(file, F_GETFD) < 0) missingStreams[file] = open("/dev/null", O_RDWR) == file;
   }
 }
 
@@ -42,7 +42,7 @@ void ShowAndEnd(int signal) {
 
 }  // namespace
 
-bool OutputIsMissing() { return missing[STDOUT_FILENO]; }
+bool OutputIsMissing() { return missingStreams[STDOUT_FILENO]; }
 
 void LetWritesFail() { std::signal(SIGXFSZ, SIG_IGN); }
 

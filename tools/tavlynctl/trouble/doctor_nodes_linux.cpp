@@ -52,13 +52,13 @@ std::string AclOf(const std::string& node) {
   constexpr unsigned kGroup = 8;
   std::array<unsigned char, 1024> acl{};
   const ssize_t size = getxattr(node.c_str(), "system.posix_acl_access", acl.data(), acl.size());
+  const auto byte = [&](std::size_t at) { return static_cast<unsigned>(acl[at]); };
   std::string text;
   for (std::size_t at = kHead; static_cast<ssize_t>(at + kEntry) <= size; at += kEntry) {
-    const unsigned tag = acl[at] | acl[at + 1] << 8U;
+    const unsigned tag = byte(at) | byte(at + 1) << 8U;
     if (tag != kUser && tag != kGroup) continue;
-    const unsigned rights = acl[at + 2];
-    const unsigned id =
-        acl[at + 4] | acl[at + 5] << 8U | acl[at + 6] << 16U | static_cast<unsigned>(acl[at + 7]) << 24U;
+    const unsigned rights = byte(at + 2);
+    const unsigned id = byte(at + 4) | byte(at + 5) << 8U | byte(at + 6) << 16U | byte(at + 7) << 24U;
     text += std::string(", ACL ") + (tag == kUser ? "user " : "group ") + std::to_string(id) + " " +
             ((rights & 4U) != 0 ? "r" : "-") + ((rights & 2U) != 0 ? "w" : "-");
   }
