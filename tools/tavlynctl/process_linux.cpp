@@ -95,11 +95,16 @@ HiddenInput::~HiddenInput() {
   for (const int signal : kEnds) std::signal(signal, SIG_DFL);
 }
 
-// The file is an argument of the shell's, so that its name may hold anything.
+// The file is an argument of the shell's, so that its name may hold anything. Handlers come back as they
+// were: one that runs only once must not run again and again after the editor.
 bool RunEditor(const std::string& editor, const std::string& path) {
   const std::string line = editor + " \"$1\"";
-  const auto interrupt = std::signal(SIGINT, SIG_IGN);
-  const auto quit = std::signal(SIGQUIT, SIG_IGN);
+  struct sigaction interrupt {};
+  struct sigaction quit {};
+  struct sigaction ignored {};
+  ignored.sa_handler = SIG_IGN;
+  sigaction(SIGINT, &ignored, &interrupt);
+  sigaction(SIGQUIT, &ignored, &quit);
   const pid_t child = fork();
   if (child == 0) {
     std::signal(SIGINT, SIG_DFL);
@@ -110,8 +115,8 @@ bool RunEditor(const std::string& editor, const std::string& path) {
   int status = -1;
   while (child > 0 && waitpid(child, &status, 0) < 0 && errno == EINTR) {
   }
-  std::signal(SIGINT, interrupt);
-  std::signal(SIGQUIT, quit);
+  sigaction(SIGINT, &interrupt, nullptr);
+  sigaction(SIGQUIT, &quit, nullptr);
   return status == 0;
 }
 
