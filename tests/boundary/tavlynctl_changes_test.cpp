@@ -30,7 +30,7 @@ TEST_F(TavlynctlChanges, EveryWriteIsKeptBefore) {
   constexpr Case kCases[] = {
       {"", "config set bBeepID=0", "0400123456/*Z_config-set.hwg"},
       {"--device plus:2", "cards set 1 EF04 high", "0400123456/*Z_cards-set.hwg"},
-      {"--device reader,serial=../../x", "config reset --yes", "------x/*Z_config-reset.hwg"},
+      {"--device reader,serial=../../x", "config reset --yes", "------x-*/*Z_config-reset.hwg"},
       {"--device plus:2", "config defaults restore --yes", "0400123456/*Z_config-defaults.hwg"},
       {"--device magstripe", "magfield set 11 length=8", "magstripe-reader--*/*Z_magfield-set.txt"},
       {"--device sonar", "config set PingRateS=300", "sonar-sensor--*/*Z_config-set.txt"},
@@ -49,6 +49,36 @@ TEST_F(TavlynctlChanges, EveryWriteIsKeptBefore) {
     EXPECT_EQ(ended[2].out, "") << one.command;
     EXPECT_EQ(ended[3].out, "700\n700\n600\n") << one.command;
   }
+}
+
+// Names that a folder cannot have as they are do not become the same one.
+TEST_F(TavlynctlChanges, EachDeviceHasItsFolder) {
+  const auto ended = Run("--device reader,serial=A+1 --device reader,serial=A*1 --device reader,serial=A-1",
+                         {"ctl config set bBeepID=0 --all", "ls $XDG_STATE_HOME/tavlynctl/backups | wc -l"});
+  EXPECT_EQ(ended[1].out, "3\n") << ended[0].err;
+}
+
+TEST_F(TavlynctlChanges, CopiesOfTwoDevicesAreNotMixed) {
+  const auto ended = Run("--device reader,serial=7 --device reader,serial=7",
+                         {"ctl config set bBeepID=0 --device 0", "ctl config set iIDBitCnt=9 --device 1",
+                          "ctl config undo --device 0 --yes", "ctl config undo --all --yes",
+                          "ctl config get iIDBitCnt --device 1 --json"});
+  EXPECT_EQ(ended[2].status, kUsage);
+  EXPECT_TRUE(Holds(ended[2].err, "several devices have the serial number of card reader 0")) << ended[2].err;
+  EXPECT_EQ(ended[3].status, kUsage);
+  EXPECT_EQ(ParsedText(ended[4])["fields"]["IDBitCnts.iIDBitCnt"], 9);
+}
+
+TEST_F(TavlynctlChanges, AClockThatWasAheadDoesNotMatter) {
+  const std::string folder = "$XDG_STATE_HOME/tavlynctl/backups/0400123456";
+  const auto ended =
+      Run("", {"mkdir -p " + folder + "; : >" + folder + "/20991231T235959.999Z_config-set.hwg; : >" +
+                   folder + "/20990231T000000.000Z_config-set.hwg",
+               "timeout -s KILL 20 " TAVLYNCTL " config set bBeepID=0", "ls " + folder + " | tail -1",
+               "ctl config undo --yes"});
+  EXPECT_EQ(ended[1].status, 0) << ended[1].err;
+  EXPECT_EQ(ended[2].out, "21000101T000000.000Z_config-set.hwg\n");
+  EXPECT_EQ(ended[3].status, 0) << ended[3].err;
 }
 
 TEST_F(TavlynctlChanges, WhatWritesNothingKeepsNothing) {
@@ -291,6 +321,14 @@ TEST_F(TavlynctlChanges, WhatWasEditedIsNotLost) {
       << ended[5].err;
   EXPECT_EQ(ParsedText(ended[6])["copies"], Json::array());
   EXPECT_EQ(ended[7].out, "2\n");
+}
+
+// The text has been tested in the library's mirror, which must not count as what the device has.
+TEST_F(TavlynctlChanges, ADeviceThatGoesWhileSomebodyEdits) {
+  std::ofstream(folder_ / "editor") << "sed -i s/PingRateS.=.248/PingRateS=300/ $1; echo unplug >typed\n";
+  const auto ended = Run("--device sonar", {"EDITOR='sh editor' ctl config edit --yes"});
+  EXPECT_EQ(ended[0].status, kDeviceError) << ended[0].out;
+  EXPECT_TRUE(Holds(ended[0].err, "what you wrote is in /")) << ended[0].err;
 }
 
 TEST_F(TavlynctlChanges, ACopyOfOneDeviceGoesToOthers) {

@@ -38,19 +38,14 @@ void DeviceLocks::Take(const std::string& path, const std::string& device) {
   held_.push_back(std::move(lock));
 }
 
-// FNV-1a. Devices have the same paths in every simulator, which these variables tell apart.
+// Devices have the same paths in every simulator, which these variables tell apart.
 std::string LockFileName(const std::string& path) {
   std::string place = path;
   for (const char* variable : {"TAVLYNSIM_SOCKET", "TAVLYNAPI_PORT_DIR"}) {
     const char* value = std::getenv(variable);
     place += '\n' + std::string(value != nullptr ? value : "");
   }
-  std::uint64_t hash = 14695981039346656037U;
-  for (const char one : place) {
-    hash = (hash ^ static_cast<std::uint8_t>(one)) * 1099511628211U;
-  }
-  return "tavlynctl-" + Hex(static_cast<std::uint32_t>(hash >> 32U), 8) +
-         Hex(static_cast<std::uint32_t>(hash), 8) + ".lock";
+  return "tavlynctl-" + HexHash(place) + ".lock";
 }
 
 }  // namespace tavlyn::ctl

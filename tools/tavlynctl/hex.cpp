@@ -12,6 +12,13 @@ std::string Hex(unsigned value, int digits) {
   return text;
 }
 
+// FNV-1a.
+std::string HexHash(std::string_view text) {
+  std::uint64_t hash = 14695981039346656037U;
+  for (const char one : text) hash = (hash ^ static_cast<std::uint8_t>(one)) * 1099511628211U;
+  return Hex(static_cast<std::uint32_t>(hash >> 32U), 8) + Hex(static_cast<std::uint32_t>(hash), 8);
+}
+
 Bytes ParseHex(const std::string& text, const char* what) {
   const bool digits = text.find_first_not_of("0123456789abcdefABCDEF") == std::string::npos;
   if (!digits || text.size() % 2 != 0) {

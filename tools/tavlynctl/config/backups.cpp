@@ -12,6 +12,7 @@
 #include "tools/tavlynctl/choice.h"
 #include "tools/tavlynctl/config/saving.h"
 #include "tools/tavlynctl/config/state_folder.h"
+#include "tools/tavlynctl/hex.h"
 #include "tools/tavlynctl/session.h"
 
 namespace tavlyn::ctl {
@@ -22,6 +23,8 @@ namespace fs = std::filesystem;
 constexpr std::size_t kCopiesOfDevice = 50;
 constexpr std::size_t kLongestName = 64;
 constexpr std::string_view kTimeForm = "20261122T183201.123Z";
+
+using Moment = std::chrono::sys_time<std::chrono::milliseconds>;
 
 std::string BackupFolder() { return NameOfPath(PathOf(StateFolder()) / "backups"); }
 
@@ -35,19 +38,19 @@ std::vector<fs::path> EntriesOf(const fs::path& folder) {
   return entries;
 }
 
-// A serial number is text of the device's and must not lead out of the folder.
-std::string NameFrom(std::string text) {
-  text.resize(std::min(text.size(), kLongestName));
-  for (char& letter : text) {
+// A serial number is text of the device's and must not lead out of the folder. What is not the text itself
+// gets digits that tell such texts apart.
+std::string NameFrom(const std::string& text) {
+  std::string name = text.substr(0, kLongestName);
+  for (char& letter : name) {
     const bool plain = (letter >= '0' && letter <= '9') || (letter >= 'A' && letter <= 'Z') ||
                        (letter >= 'a' && letter <= 'z');
     if (!plain) letter = '-';
   }
-  while (text.ends_with('-')) text.pop_back();
-  return text;
+  return name == text ? name : name + "-" + HexHash(text);
 }
 
-std::string NameAt(std::chrono::sys_time<std::chrono::milliseconds> time, const std::string& command) {
+std::string NameAt(Moment time, const std::string& command) {
   const auto day = std::chrono::floor<std::chrono::days>(time);
   const std::chrono::year_month_day date(day);
   const std::chrono::hh_mm_ss clock(time - day);
@@ -76,17 +79,31 @@ std::optional<KeptCopy> CopyAt(const fs::path& path) {
   return copy;
 }
 
-// A name that is later than those of all copies, which follow each other by their names.
+// As a name begins; nothing for what is no time.
+std::optional<Moment> MomentIn(const std::string& name) {
+  int year = 0;
+  unsigned month = 0;
+  unsigned day = 0;
+  int part[4] = {};  // hours to milliseconds
+  if (std::sscanf(name.c_str(), "%4d%2u%2uT%2d%2d%2d.%3dZ", &year, &month, &day, &part[0], &part[1], &part[2],
+                  &part[3]) != 7) {
+    return std::nullopt;
+  }
+  const std::chrono::year_month_day date{std::chrono::year(year), std::chrono::month(month),
+                                         std::chrono::day(day)};
+  if (!date.ok()) return std::nullopt;
+  return std::chrono::sys_days(date) + std::chrono::hours(part[0]) + std::chrono::minutes(part[1]) +
+         std::chrono::seconds(part[2]) + std::chrono::milliseconds(part[3]);
+}
+
+// A name that is later than those of all copies, which follow each other by their names; the clock may have
+// been ahead when they were made.
 std::string NewName(const std::string& folder, const std::string& command) {
   auto time = std::chrono::time_point_cast<std::chrono::milliseconds>(std::chrono::system_clock::now());
-  const std::vector<fs::path> entries = EntriesOf(PathOf(folder));
-  const auto taken = [&] {
-    const std::string name = NameAt(time, "").substr(0, kTimeForm.size());
-    return std::ranges::any_of(entries, [&](const fs::path& one) {
-      return NameOfPath(one.filename()).substr(0, kTimeForm.size()) >= name && CopyAt(one);
-    });
-  };
-  while (taken()) time += std::chrono::milliseconds(1);
+  for (const fs::path& one : EntriesOf(PathOf(folder))) {
+    const auto taken = CopyAt(one) ? MomentIn(NameOfPath(one.filename())) : std::nullopt;
+    if (taken) time = std::max(time, *taken + std::chrono::milliseconds(1));
+  }
   return NameOfPath(PathOf(folder) / NameAt(time, command));
 }
 

@@ -1,8 +1,6 @@
 // config edit.
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <system_error>
 
@@ -14,16 +12,12 @@
 #include "tools/tavlynctl/config/loading.h"
 #include "tools/tavlynctl/config/saving.h"
 #include "tools/tavlynctl/config/state_folder.h"
+#include "tools/tavlynctl/files.h"
 #include "tools/tavlynctl/process.h"
 #include "tools/tavlynctl/program.h"
 
 namespace tavlyn::ctl {
 namespace {
-
-std::string TextIn(const std::string& path) {
-  std::ifstream file(PathOf(path), std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 std::string Editor() {
   for (const char* name : {"VISUAL", "EDITOR"}) {
@@ -45,6 +39,12 @@ std::string PlaceOfText() {
   return NameOfPath(place);
 }
 
+// A test of a text puts it into the library's mirror of another product; that of a reader it leaves alone.
+void ForgetTest() {
+  if (DeviceIsReader() || ReadCfg() == 1) return;
+  throw Failure(kDeviceError, ActiveDeviceName() + " could not be read again, " + ErrorText());
+}
+
 bool IsOfText(const Failure& failure) { return failure.code == kUsage || failure.code == kBadFile; }
 
 struct EditConfig {
@@ -63,13 +63,13 @@ struct EditConfig {
     session.Use(request.device);
     const std::string path = PlaceOfText();
     SaveConfigurationAt(path);
-    const std::string before = TextIn(path);
+    const std::string before = ContentsOf(path);
     try {
       Json document = Edited(path, before, request);
       RemoveOwnFile(path);
       return document;
     } catch (const Failure& failure) {
-      if (TextIn(path) == before) {
+      if (ContentsOf(path) == before) {
         RemoveOwnFile(path);
         throw;
       }
@@ -83,8 +83,7 @@ struct EditConfig {
     Loading::Terms terms = TermsOf(request);
     terms.over.dryRun = true;
     static_cast<void>(LoadingOf(path).Into(request.Document(), terms));
-    // That of another product has put it into the library's mirror.
-    if (!DeviceIsReader()) ReadCfg();
+    ForgetTest();
   }
 
   [[nodiscard]] Json Edited(const std::string& path, const std::string& before,
@@ -96,7 +95,7 @@ struct EditConfig {
         throw Failure(kBadFile, "the editor " + editor + " failed; VISUAL or EDITOR names another");
       }
       Json document = request.DeviceDocument();
-      if (TextIn(path) == before) {
+      if (ContentsOf(path) == before) {
         document["written"] = false;
         document["changes"] = Json::array();
         return document;
@@ -107,7 +106,7 @@ struct EditConfig {
         if (!IsOfText(failure) || !MayAsk()) throw;
         Tell(kProgram, failure.what());
         if (!IsConfirmed("edit it again", true)) throw Failure(failure.code, "nothing was written");
-        if (!DeviceIsReader()) ReadCfg();
+        ForgetTest();
         continue;
       }
       return LoadingOf(path).Into(std::move(document), TermsOf(request));

@@ -1,7 +1,9 @@
 // config history and config undo.
 #include <algorithm>
 #include <charconv>
+#include <cstdint>
 
+#include "api.h"
 #include "tools/tavlynctl/areas.h"
 #include "tools/tavlynctl/config/backups.h"
 #include "tools/tavlynctl/config/comparison.h"
@@ -78,6 +80,20 @@ KeptCopy ChosenCopy(const std::vector<KeptCopy>& all, const std::string& word) {
   return *found;
 }
 
+// A copy may be the other device's then, and has to be chosen by somebody who can tell.
+void RequireOwnCopies() {
+  const std::string folder = FolderOfActiveDevice();
+  const auto active = static_cast<std::int16_t>(GetActDev());
+  int same = 0;
+  for (std::int16_t index = 0; SetActDev(index) == 1; ++index)
+    same += FolderOfActiveDevice() == folder ? 1 : 0;
+  SetActDev(active);
+  if (same < 2) return;
+  throw Failure(kUsage,
+                "several devices have the serial number of " + ActiveDeviceName() +
+                    ", so their copies are kept together; config load loads a file of config history");
+}
+
 struct Undo {
   std::string to = "1";
   Overwriting over;
@@ -104,6 +120,7 @@ struct Undo {
   [[nodiscard]] Json OfActive(const Request& request) const {
     const std::vector<KeptCopy> all = CopiesOf(FolderOfActiveDevice());
     if (all.empty()) throw Failure(kUsage, "nothing is kept of " + ActiveDeviceName());
+    RequireOwnCopies();
     const KeptCopy copy = ChosenCopy(all, to);
     const Loading loading(copy.path, DeviceIsReader(), copy.path);
     Json document = request.DeviceDocument();
