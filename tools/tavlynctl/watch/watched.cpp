@@ -71,7 +71,7 @@ void Watch::Run() {
 
 void Watch::Begin() {
   try {
-    Compare(Chosen(Search()), false);
+    Compare(Found(), false);
     watching_.emplace(words_.timeout, words_.count, NoCard());
     for (const Watched& one : watched_) {
       SetActDev(one.place.entry);
@@ -85,7 +85,6 @@ void Watch::Begin() {
   // What is there and holds no device that is watched stays so.
   const std::vector<std::string> attached = AttachedPaths(request_.link, inquiry_.product);
   for (const std::string& path : attached) retries_[path];
-  if (watched_.empty() && request_.link.kind == LinkKind::kUsb) others_ = attached;
   look_ = again_ = Clock::now() + kLookPause;
 }
 
@@ -118,7 +117,8 @@ std::vector<DevicePlace> Watch::Chosen(const std::vector<DevicePlace>& all) {
   }
   session_->Settle();
   const DevicePlace place = ActivePlace();
-  if (Has(others_, place.path)) throw Failure(kNoDevice, "");
+  // The one that was chosen may have come back where another was.
+  if (same == all.end() && Has(others_, place.path)) throw Failure(kNoDevice, "");
   chosen_ = place.Name();
   return {place};
 }
@@ -139,16 +139,28 @@ std::vector<DevicePlace> Watch::Held(const std::vector<DevicePlace>& all) const 
   return held;
 }
 
+// Those to watch of what a new connect finds. Throws Failure if it finds others, or at first nothing at all;
+// later on the reasons for that are not worth their searches. What is on USB and is another is not searched
+// for again, while a port stays where it is when its reader is exchanged.
+std::vector<DevicePlace> Watch::Found() {
+  const std::vector<DevicePlace> all = Search();
+  if (all.empty() && watching_) return {};
+  try {
+    return Chosen(all);
+  } catch (const Failure& none) {
+    if (none.code == kNoDevice && request_.link.kind == LinkKind::kUsb) {
+      for (const DevicePlace& place : all) others_.push_back(place.path);
+    }
+    throw;
+  }
+}
+
 void Watch::ConnectAgain() {
-  std::vector<DevicePlace> all;
   std::vector<DevicePlace> found;
   try {
-    all = Search();
-    if (!all.empty()) found = Chosen(all);
-  } catch (const Failure& none) {
-    // What is there and is not the one that was chosen is not asked again and again.
-    if (none.code != kNoDevice) all.clear();
-    for (const DevicePlace& place : all) others_.push_back(place.path);
+    found = Found();
+  } catch (const Failure&) {
+    found.clear();  // they are waited for
   }
   Compare(found, true);
 }

@@ -67,6 +67,7 @@ class Watch {
   std::vector<DevicePlace> Search();
   std::vector<DevicePlace> Chosen(const std::vector<DevicePlace>& all);
   [[nodiscard]] std::vector<DevicePlace> Held(const std::vector<DevicePlace>& all) const;
+  std::vector<DevicePlace> Found();
   void ConnectAgain();
   void Compare(const std::vector<DevicePlace>& found, bool tell);
   void Ask(Watched& watched);
