@@ -10,10 +10,6 @@
 namespace tavlyn::ctl {
 namespace {
 
-bool IsOrIsBelow(std::string_view command, std::string_view words) {
-  return command.starts_with(words) && (command.size() == words.size() || command[words.size()] == ' ');
-}
-
 // Of the commands of --help under a heading.
 std::string ExampleUnder(const CLI::App& app, const std::string& title) {
   for (const CLI::App* one : app.get_subcommands([](const CLI::App*) { return true; })) {
@@ -70,6 +66,10 @@ Json StepsFor(const CLI::App& app, const std::string& product) {
 }
 
 }  // namespace
+
+bool IsOrIsBelow(std::string_view command, std::string_view words) {
+  return command.starts_with(words) && (command.size() == words.size() || command[words.size()] == ' ');
+}
 
 std::string ExampleOf(const std::string& words) {
   const auto all = Examples();

@@ -5,11 +5,14 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "tools/tavlynctl/output.h"
 
 namespace tavlyn::ctl {
 
+// Whether a command has these words, or is below the one that has.
+bool IsOrIsBelow(std::string_view command, std::string_view words);
 // The first example of a command, or of one below it; empty if there is none.
 std::string ExampleOf(const std::string& words);
 // Shows an example under each heading of the commands.

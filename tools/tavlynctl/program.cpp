@@ -25,11 +25,8 @@ constexpr int kWeek = 604'800;  // seconds
 constexpr std::string_view kWithKeys[] = {"secure", "keys", "ble", "raw", "serial"};
 constexpr std::string_view kWordsMayBeKeys[] = {"secure", "raw", "serial write"};
 
-// Whether a command is one of these, or below one.
 bool IsAmong(std::string_view command, std::span<const std::string_view> all) {
-  return std::ranges::any_of(all, [&](std::string_view words) {
-    return command.starts_with(words) && (command.size() == words.size() || command[words.size()] == ' ');
-  });
+  return std::ranges::any_of(all, [&](std::string_view words) { return IsOrIsBelow(command, words); });
 }
 
 std::string ProblemOfName(const std::string& word) {

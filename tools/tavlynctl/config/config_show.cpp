@@ -5,10 +5,10 @@
 
 #include "api.h"
 #include "tools/tavlynctl/areas.h"
+#include "tools/tavlynctl/config/comparison.h"
 #include "tools/tavlynctl/config/fields.h"
 #include "tools/tavlynctl/config/meanings.h"
 #include "tools/tavlynctl/config/product_settings.h"
-#include "tools/tavlynctl/config/template_file.h"
 #include "tools/tavlynctl/config/values.h"
 #include "tools/tavlynctl/files.h"
 #include "tools/tavlynctl/program.h"
@@ -50,19 +50,8 @@ struct Baseline {
   }
 };
 
-struct BaselineFile {
-  std::uint32_t product = 0;
-  std::vector<Json> configurations;
-
-  [[nodiscard]] Baseline Of(std::size_t index) const {
-    return index < configurations.size() ? Baseline{configurations[index]} : Baseline{};
-  }
-};
-
-BaselineFile ReadBaseline(const std::string& path) {
-  const std::uint32_t product = ProductOfFile(path);
-  if (product == kReaders) return {product, ReadTemplate(path).configurations};
-  return {product, {ReadSettings(path, product).settings}};
+Baseline BaselineOf(const Side& file, std::size_t index) {
+  return index < file.configurations.size() ? Baseline{file.configurations[index]} : Baseline{};
 }
 
 // Each value with its unit, the file's if there is one, and its meaning.
@@ -99,7 +88,7 @@ struct ShowConfig {
   }
 
   [[nodiscard]] Json Run(const Request& request) const {
-    const std::optional<BaselineFile> file = Baselines(request.products);
+    const std::optional<Side> file = Baselines(request.products);
     const Session session(request.link, file ? file->product : request.products);
     session.Use(request.device);
     Json document = request.DeviceDocument();
@@ -113,28 +102,28 @@ struct ShowConfig {
   }
 
  private:
-  [[nodiscard]] std::optional<BaselineFile> Baselines(std::uint32_t products) const {
+  [[nodiscard]] std::optional<Side> Baselines(std::uint32_t products) const {
     if (changed.empty()) return std::nullopt;
     RequireFile(changed);
-    BaselineFile file = ReadBaseline(changed);
+    Side file = FileSide(changed);
     if ((file.product & products) == 0) {
       throw Failure(kUsage, changed + " is for a " + ProductName(file.product));
     }
     return file;
   }
 
-  void ShowSettings(Json& document, const std::optional<BaselineFile>& file, bool asJson) const {
+  void ShowSettings(Json& document, const std::optional<Side>& file, bool asJson) const {
     CheckConfiguration(only.value_or(0));
     document["product"] = ActiveProductName();
     Json& settings = document["settings"] = MirrorSettings();
     Json others = Json::object();
-    if (file) others = file->Of(0).Keep(settings, "");
+    if (file) others = BaselineOf(*file, 0).Keep(settings, "");
     if (asJson && file) document["defaults"] = others;
     if (!asJson) AddMeanings(settings, "", others);
     if (!asJson && settings.empty()) settings = kNothing;
   }
 
-  void ShowRecords(Json& document, const std::optional<BaselineFile>& file, bool asJson) const {
+  void ShowRecords(Json& document, const std::optional<Side>& file, bool asJson) const {
     Json& all = document["configurations"] = Json::array();
     if (only) CheckConfiguration(*only);
     for (int index = only.value_or(0); index <= only.value_or(GetMaxConfig()); ++index) {
@@ -144,7 +133,7 @@ struct ShowConfig {
       Json records = Json::object();
       for (auto& [record, words] : configuration["records"].items()) {
         const std::string prefix = record + ".";
-        if (file) others.update(file->Of(static_cast<std::size_t>(index)).Keep(words, prefix));
+        if (file) others.update(BaselineOf(*file, static_cast<std::size_t>(index)).Keep(words, prefix));
         if (!asJson) AddMeanings(words, prefix, others);
         if (!words.empty()) records[record] = std::move(words);
       }
