@@ -167,6 +167,17 @@ TEST_F(TavlynctlDoctor, ABundleWithCards) {
   EXPECT_TRUE(Holds(ended[1].out, "  reply to Id")) << ended[1].out;
 }
 
+// Standard error shows them all the same.
+TEST_F(TavlynctlDoctor, ABundleWithoutTheBytesOnTheWire) {
+  for (const char* words : {"ctl -vv", "TAVLYNAPI_WIRE=1 ctl -v"}) {
+    const auto ended = Run(
+        "", {std::string(words) + " doctor --bundle t.tar.gz", "tar -xzOf t.tar.gz trace.txt; rm t.tar.gz"});
+    EXPECT_TRUE(Holds(ended[0].err, " wire reader > ")) << words;
+    EXPECT_TRUE(Holds(ended[1].out, " USBConnect ENTER\n")) << ended[1].out;
+    EXPECT_FALSE(Holds(ended[1].out, " wire ")) << words;
+  }
+}
+
 TEST_F(TavlynctlDoctor, ABundleThatCannotBeWritten) {
   const auto ended =
       Run("", {"ctl doctor --bundle none/t.tar.gz", "ctl doctor --with-cards", "ctl doctor --bundle ."});

@@ -1,6 +1,7 @@
 #include "tools/tavlynctl/trouble/verbose.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <string_view>
@@ -16,8 +17,8 @@ namespace {
 constexpr int kWithWire = 2;
 
 struct Taken {
-  bool shown = false;
-  bool collected = false;
+  int shown = 0;  // as -v counts
+  int collected = 0;
   std::string text;
   WireNames names;
 };
@@ -32,16 +33,19 @@ void TAVLYN_CALL TakeLine(const char* line, std::uint64_t length) {
   if (text.ends_with('\n')) text.remove_suffix(1);
   Taken& taken = TheTaken();
   WireLine wire;
-  const std::string name = ParseWireLine(text, wire) ? taken.names.Of(wire) : std::string();
+  const bool isWire = ParseWireLine(text, wire);
+  const std::string name = isWire ? taken.names.Of(wire) : std::string();
   const std::string whole = std::string(text) + (name.empty() ? "" : "  " + name);
-  if (taken.shown) PrintLine(stderr, whole);
-  if (taken.collected) taken.text += whole + "\n";
+  if (taken.shown > 0) PrintLine(stderr, whole);
+  // The bytes may be wanted for standard error alone, or by the user's own TAVLYNAPI_WIRE.
+  if (taken.collected >= (isWire ? kWithWire : 1)) taken.text += whole + "\n";
 }
 
 // A variable that is set later does not make the library open its file, but lets it take a function.
-void TakeTrace(int verbose) {
+void TakeTrace() {
+  const Taken& taken = TheTaken();
   const SetVariable trace("TAVLYNAPI_LOGGING");
-  const SetVariable wire(verbose >= kWithWire ? "TAVLYNAPI_WIRE" : nullptr);
+  const SetVariable wire(std::max(taken.shown, taken.collected) >= kWithWire ? "TAVLYNAPI_WIRE" : nullptr);
   SetMarkerFunction(TakeLine);
 }
 
@@ -56,17 +60,17 @@ void AddVerboseWords(CLI::App& app, int& verbose) {
 
 void BeginTrace(int verbose) {
   if (verbose < 1) return;
-  TheTaken().shown = true;
-  TakeTrace(verbose);
+  TheTaken().shown = verbose;
+  TakeTrace();
 }
 
 CollectedTrace::CollectedTrace(int verbose) {
-  TheTaken().collected = true;
+  TheTaken().collected = verbose;
   TheTaken().text.clear();
-  TakeTrace(verbose);
+  TakeTrace();
 }
 
-CollectedTrace::~CollectedTrace() { TheTaken().collected = false; }
+CollectedTrace::~CollectedTrace() { TheTaken().collected = 0; }
 
 const std::string& CollectedTrace::Text() const { return TheTaken().text; }
 
