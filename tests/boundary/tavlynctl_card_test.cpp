@@ -45,7 +45,7 @@ TEST_F(TavlynctlCard, WithParityOnceTheReaderStripsNothing) {
                       {"bad_bits", Json::array()},
                       {"letters", "PFFFFFFFFCCCCCCCCCCCCCCCCP"},
                       {"fields", {{"facility", 12}, {"card", 34567}}}};
-  EXPECT_EQ(document["layouts"], Json({standard}));
+  EXPECT_EQ(document["layouts"], Json::array({standard}));
 }
 
 TEST_F(TavlynctlCard, TheConfigurationThatItIsReadWith) {
