@@ -94,7 +94,9 @@ TEST_F(TavlynctlDoctor, ALibusbThatOthersMayWrite) {
   };
   const std::string refused = Of(at(), "libusb-0.1");
   EXPECT_TRUE(Holds(refused, "warning: ")) << refused;
-  EXPECT_TRUE(Holds(refused, "libusb, mode 0666, owner root, group root $ sudo chown root:root ")) << refused;
+  EXPECT_TRUE(Holds(refused, "libusb, mode 0666, owner root, group root $ sudo install -D -m 644 "))
+      << refused;
+  EXPECT_TRUE(Holds(refused, " && export TAVLYNAPI_LIBUSB=/opt/tavlyn/libusb-0.1.so.4\n")) << refused;
   fs::permissions(folder_ / "libusb", fs::perms(0644));
   EXPECT_TRUE(Holds(Of(at(), "libusb-0.1"), "ok: "));
   EXPECT_TRUE(Holds(Of(at(), "variables"), "TAVLYNAPI_LIBUSB="));

@@ -20,6 +20,16 @@ namespace tavlyn::ctl {
 namespace {
 
 constexpr const char* kHidapi = "libhidapi-hidraw.so.0";
+constexpr const char* kTrustedCopy = "/opt/tavlyn/libusb-0.1.so.4";
+
+// So that a shell takes it as it is.
+std::string ShellWord(const std::string& text) {
+  constexpr const char* kPlain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789/._+-";
+  if (text.find_first_not_of(kPlain) == std::string::npos) return text;
+  std::string word = "'";
+  for (const char one : text) word += one == '\'' ? std::string("'\\''") : std::string(1, one);
+  return word + "'";
+}
 
 std::string FileOf(void* library) {
   const link_map* map = nullptr;
@@ -53,14 +63,19 @@ Finding OfLibusb() {
   return Warning(kStep,
                  std::string(file.c_str()) + " is refused, because others than root may change it: " + name +
                      ", " + ModeOf(name),
-                 "sudo chown root:root " + name + " && sudo chmod go-w " + name);
+                 "sudo install -D -m 644 " + ShellWord(file.c_str()) + " " + kTrustedCopy +
+                     " && export TAVLYNAPI_LIBUSB=" + kTrustedCopy);
 }
 
-std::string GroupOf(const std::string& file) {
+// The group is not for people where it is root's, and no help where it may not write either.
+std::string LineForPort(const std::string& file) {
+  constexpr mode_t kGroupMay = S_IRGRP | S_IWGRP;
   struct stat status {};
-  if (stat(file.c_str(), &status) != 0) return "dialout";
+  const bool isThere = stat(file.c_str(), &status) == 0;
   const group* members = getgrgid(status.st_gid);
-  return members != nullptr ? members->gr_name : std::to_string(status.st_gid);
+  if (!isThere || status.st_gid == 0 || (status.st_mode & kGroupMay) != kGroupMay || members == nullptr)
+    return "sudo setfacl -m u:$USER:rw " + ShellWord(file);
+  return std::string("sudo usermod -a -G ") + members->gr_name + " $USER";
 }
 
 std::string ComFile(unsigned number) { return platform::ComPath(static_cast<std::uint16_t>(number)).c_str(); }
@@ -84,8 +99,7 @@ Finding OfAskedPort(unsigned number, bool isOnly) {
   const std::string file = ComFile(number);
   switch (port.state) {
     case PortState::kFree: return Fine(kStep, PortText(number));
-    case PortState::kForbidden:
-      return Problem(kStep, kNoPermission, port.text, "sudo usermod -a -G " + GroupOf(file) + " $USER");
+    case PortState::kForbidden: return Problem(kStep, kNoPermission, port.text, LineForPort(file));
     case PortState::kHeld: return Problem(kStep, kNoPermission, port.text, LineForHolders(HoldersOf(file)));
     case PortState::kMissing: break;
   }

@@ -36,7 +36,8 @@ std::string ShellCommand::Start(const std::string& line, const Variables& variab
   start.hStdOutput = GetStdHandle(STD_OUTPUT_HANDLE);
   start.hStdError = GetStdHandle(STD_ERROR_HANDLE);
   const std::string shell = ShellPath();
-  std::string words = "cmd.exe /d /s /c \"" + line + "\"";
+  // With !NAME! a value comes into the line after the shell has read it: a device's text is no command then.
+  std::string words = "cmd.exe /d /v:on /s /c \"" + line + "\"";
   PROCESS_INFORMATION made{};
   const bool started = CreateProcessA(shell.c_str(), words.data(), nullptr, nullptr, TRUE, 0, nullptr,
                                       nullptr, &start, &made) != FALSE;
