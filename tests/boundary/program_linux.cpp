@@ -64,7 +64,8 @@ upon() {
 Ended RunLine(const std::string& line) {
   const LineFolder folder;
   std::FILE* pipe = popen(
-      (kUpon + folder.Surroundings() + "{\n" + line + "\n} 2>" + folder.Errors() + " </dev/null").c_str(), "r");
+      (kUpon + folder.Surroundings() + "{\n" + line + "\n} 2>" + folder.Errors() + " </dev/null").c_str(),
+      "r");
   if (pipe == nullptr) throw std::runtime_error("no shell");
   Ended ended;
   char part[4096];

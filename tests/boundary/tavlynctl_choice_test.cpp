@@ -157,7 +157,8 @@ TEST_F(TavlynctlChoice, AllOfThem) {
 
 TEST_F(TavlynctlChoice, OneOfAllFails) {
   const auto ended = Run("--device plus:2 --device reader --do '#1 refuse 20'",
-                         {"ctl volume 7 --all", "typed '#1 refuse 20'; ctl volume 7 --all --json"});
+                         {"ctl volume 7 --all", "typed '#1 refuse 20'; ctl volume 7 --all --json",
+                          "typed '#1 refuse 20'; ctl config set bBeepID=0 --all"});
   EXPECT_EQ(ended[0].status, kDeviceError);
   EXPECT_TRUE(Holds(ended[0].err, "tavlynctl: 1 of 2 devices failed: ")) << ended[0].err;
   EXPECT_TRUE(Holds(ended[0].err, "card reader 0 (7A31:3BFA Orvantis, /dev/hidraw-sim1)")) << ended[0].err;
@@ -166,6 +167,8 @@ TEST_F(TavlynctlChoice, OneOfAllFails) {
   EXPECT_EQ(told["error"]["code"], kDeviceError);
   EXPECT_EQ(told["devices"][0]["error"]["code"], kDeviceError) << told;
   EXPECT_EQ(told["devices"][1]["volume"], 7) << told;
+  EXPECT_TRUE(Holds(ended[2].out, "serial number  result  changes\n")) << ended[2].out;
+  EXPECT_TRUE(Holds(ended[2].out, "0400123457     ok      1\n")) << ended[2].out;
 }
 
 // A command for readers does not search for anything else when there is one.

@@ -67,7 +67,7 @@ TEST(TavlynctlDecoding, ACardOfEachLayout) {
 // Whichever bit of such a card is turned, a parity bit of its layout shows it.
 TEST(TavlynctlDecoding, EachWrongBitIsSeen) {
   for (const std::string& good : {std::string(k26), std::string("11010011010010100010101010010100100"),
-                                 std::string("110100101101011010000111111010011001011101100011")}) {
+                                  std::string("110100101101011010000111111010011001011101100011")}) {
     for (std::size_t at = 0; at < good.size(); ++at) {
       std::string bits = good;
       bits[at] = bits[at] == '0' ? '1' : '0';

@@ -188,10 +188,11 @@ TEST_F(TavlynctlLinks, ASecondCtrlCEndsAtOnce) {
   noted.awaited = "QID.ID";
   noted.made = ports_.PathOf(99);
   const PortDevice device(ports_, 3, noted);
-  const Ended watch = RunLine("upon 'until test -e " + noted.made.string() +
-                              "; do :; done; kill -INT $pid;"
-                              " while grep -q SigCgt.*[2367abef]$ /proc/$pid/status; do :; done; kill -INT $pid' " +
-                              kCtl + " --com 3 --ascii watch");
+  const Ended watch =
+      RunLine("upon 'until test -e " + noted.made.string() +
+              "; do :; done; kill -INT $pid;"
+              " while grep -q SigCgt.*[2367abef]$ /proc/$pid/status; do :; done; kill -INT $pid' " +
+              kCtl + " --com 3 --ascii watch");
   EXPECT_EQ(watch.status, 130) << watch.err;
 }
 

@@ -307,7 +307,7 @@ TEST_F(TavlynctlWatch, NoEventIsLostOverManyCycles) {
   EXPECT_EQ(ran, cycles) << run.out;
   EXPECT_EQ(told, 4 * cycles - 1) << "card, gone, lost and, but for the first, arrived";
 #if !defined(__SANITIZE_ADDRESS__)  // which keeps freed memory for a while
-  constexpr int kPage = 4;  // kB
+  constexpr int kPage = 4;          // kB
   EXPECT_LE(late, early + kPage) << run.out;
 #endif
   std::printf("%d cycles, %d events, %d kB after a fifth of them, %d kB at the end\n", ran, told, early,

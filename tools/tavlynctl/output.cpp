@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <map>
 #include <vector>
 
 #include "tools/colour.h"
@@ -75,19 +74,24 @@ void PrintJson(const Json& value, int indent = -1) {
 }
 
 void ShowTable(const Json& rows, std::size_t indent, std::FILE* stream = stdout) {
-  std::map<std::string, std::size_t> widths;
+  // Not every row has them all.
+  std::vector<std::pair<std::string, std::size_t>> columns;
   for (const Json& row : rows) {
     for (const auto& [key, value] : row.items()) {
-      widths[key] = std::max({widths[key], Label(key).size(), Cell(value).size()});
+      auto column = std::ranges::find(columns, key, &std::pair<std::string, std::size_t>::first);
+      if (column == columns.end()) column = columns.insert(column, {key, Label(key).size()});
+      column->second = std::max(column->second, Cell(value).size());
     }
   }
   std::string head;
-  for (const auto& [key, value] : rows.front().items()) head += Padded(Label(key), widths[key]);
+  for (const auto& [key, width] : columns) head += Padded(Label(key), width);
   PiecesLine({{Colour::kNone, std::string(indent, ' ')}, {Colour::kHeading, head}}, stream);
   for (const Json& row : rows) {
     std::vector<Coloured> pieces{{Colour::kNone, std::string(indent, ' ')}};
-    for (const auto& [key, value] : row.items()) {
-      pieces.push_back({ColourOf(key, value), Padded(Cell(value), widths[key])});
+    for (const auto& [key, width] : columns) {
+      const bool has = row.contains(key);
+      pieces.push_back(
+          {has ? ColourOf(key, row[key]) : Colour::kNone, Padded(has ? Cell(row[key]) : "", width)});
     }
     PiecesLine(std::move(pieces), stream);
   }

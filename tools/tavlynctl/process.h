@@ -27,7 +27,8 @@ void EndStopped();
 // From now on a crash does not write the memory to disk.
 void ForbidCoreImage();
 
-// An environment variable of this process, set while the object lasts if it was not set before. Null sets none.
+// An environment variable of this process, set while the object lasts if it was not set before. Null sets
+// none.
 class SetVariable {
  public:
   explicit SetVariable(const char* name);
