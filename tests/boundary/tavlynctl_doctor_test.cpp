@@ -5,6 +5,7 @@
 #include "tests/boundary/bare_port.h"
 #include "tests/boundary/scratch_folder.h"
 #include "tests/boundary/simulated_run.h"
+#include "tests/boundary/stranger.h"
 #include "tools/tavlynctl/trouble/doctor_nodes_linux.h"
 
 namespace tavlyn::boundary {
@@ -221,23 +222,8 @@ class DoctorNodes : public testing::Test {
     return text;
   }
 
-  // As a user who owns nothing.
   std::string FoundByAStranger() {
-    int ends[2];
-    if (pipe(ends) != 0) return "no pipe";
-    const pid_t child = fork();
-    if (child == 0) {
-      constexpr uid_t kNobody = 65534;
-      std::string told = "still root";
-      if (setgid(kNobody) == 0 && setuid(kNobody) == 0) told = Found();
-      _exit(write(ends[1], told.data(), told.size()) == static_cast<ssize_t>(told.size()) ? 0 : 1);
-    }
-    close(ends[1]);
-    char text[2048];
-    const ssize_t count = read(ends[0], text, sizeof text);
-    close(ends[0]);
-    waitpid(child, nullptr, 0);
-    return {text, static_cast<std::size_t>(count > 0 ? count : 0)};
+    return SaidToAStranger([this] { return Found(); });
   }
 
   const ScratchFolder own_;

@@ -1,13 +1,13 @@
 // What tavlynctl says about nodes, ports and adapters where no reader is found.
 #include <gtest/gtest.h>
 #include <sys/socket.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "tests/boundary/bare_port.h"
 #include "tests/boundary/far_end.h"
 #include "tests/boundary/scratch_folder.h"
 #include "tests/boundary/simulated_run.h"
+#include "tests/boundary/stranger.h"
 #include "tools/tavlynctl/reach/nodes_linux.h"
 
 namespace tavlyn::boundary {
@@ -169,23 +169,8 @@ class Permission : public testing::Test {
     return ctl::HidProblem((folder_ / "sys").string(), (folder_ / "dev").string());
   }
 
-  // As a user who owns nothing.
   std::string ProblemOfAStranger() {
-    int ends[2];
-    if (pipe(ends) != 0) return "no pipe";
-    const pid_t child = fork();
-    if (child == 0) {
-      constexpr uid_t kNobody = 65534;
-      std::string told = "still root";
-      if (setgid(kNobody) == 0 && setuid(kNobody) == 0) told = Problem();
-      _exit(write(ends[1], told.data(), told.size()) == static_cast<ssize_t>(told.size()) ? 0 : 1);
-    }
-    close(ends[1]);
-    char text[512];
-    const ssize_t count = read(ends[0], text, sizeof text);
-    close(ends[0]);
-    waitpid(child, nullptr, 0);
-    return {text, static_cast<std::size_t>(count > 0 ? count : 0)};
+    return SaidToAStranger([this] { return Problem(); });
   }
 
   const ScratchFolder own_;
