@@ -79,6 +79,7 @@ std::string BlockName(unsigned number) { return "block " + std::to_string(number
 
 std::vector<Place> ReaderPlaces() {
   std::vector<Place> places;
+  places.reserve(std::size(reader::layout::kLayout) + std::size(kFurther) + 2);
   for (const Packed& packed : reader::layout::kLayout) places.push_back(PlaceOf(packed));
   for (const Further& one : kFurther) {
     places.push_back({{BlockName(one.block)}, one.byte, one.bits, KeyOfField(one.field)});

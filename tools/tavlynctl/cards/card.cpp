@@ -15,26 +15,29 @@ namespace {
 constexpr int kMostStripped = 142;
 constexpr std::size_t kDigitBits = 4;
 
+Failure NoSuchCard() {
+  return {kUsage, "a card is BITS:HEX or HEX, of 1 to " + std::to_string(kMostCardBits) +
+                      " bits and no more digits than they need"};
+}
+
 // "26:0190E0F" with the highest byte first, as read shows it; without a number of bits all that the digits
 // have.
 void ParseCard(const std::string& text, Json& into) {
-  const Failure wrong(kUsage, "a card is BITS:HEX or HEX, of 1 to " + std::to_string(kMostCardBits) +
-                                  " bits and no more digits than they need");
   const std::size_t colon = text.find(':');
   std::string digits = colon == std::string::npos ? text : text.substr(colon + 1);
   std::size_t bits = digits.size() * kDigitBits;
   if (colon != std::string::npos) {
     const auto [stop, error] = std::from_chars(text.data(), text.data() + colon, bits);
-    if (error != std::errc() || stop != text.data() + colon) throw wrong;
+    if (error != std::errc() || stop != text.data() + colon) throw NoSuchCard();
   }
-  if (digits.empty() || bits < 1 || bits > kMostCardBits) throw wrong;
+  if (digits.empty() || bits < 1 || bits > kMostCardBits) throw NoSuchCard();
   if (digits.size() % 2 != 0) digits.insert(0, 1, '0');
   Card card{.bits = static_cast<int>(bits)};
   const Bytes bytes = ParseHex(digits, "a card");
-  if (bytes.size() > card.id.size()) throw wrong;
+  if (bytes.size() > card.id.size()) throw NoSuchCard();
   std::ranges::copy(bytes.rbegin(), bytes.rend(), card.id.begin());
   for (std::size_t bit = bits; bit < card.id.size() * 8; ++bit) {
-    if ((card.id[bit / 8] >> bit % 8 & 1) != 0) throw wrong;
+    if ((card.id[bit / 8] >> bit % 8 & 1) != 0) throw NoSuchCard();
   }
   Describe(card, into);
 }
@@ -75,7 +78,7 @@ struct DecodeCard {
       Show(card, false);
       ShowDecoded(card);
     }
-    const Json document = request.json ? card : Json();
+    Json document = request.json ? card : Json();
     if (sought && card["found"].empty()) {
       throw Failure(kNoCard, sought->text + " does not stand in the card", document);
     }

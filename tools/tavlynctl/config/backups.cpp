@@ -116,7 +116,7 @@ void RemoveOldest(const std::string& device) {
 }  // namespace
 
 std::string FolderOfActiveDevice() {
-  const std::string serial = NameFrom(ActiveSerialNumber());
+  std::string serial = NameFrom(ActiveSerialNumber());
   if (!serial.empty()) return serial;
   return NameFrom(std::string(ActiveProductName()) + " " + GetVidPidVendorName() + " " + ActiveDevicePath());
 }

@@ -68,7 +68,8 @@ void AddMeanings(Json& words, const std::string& prefix, const Json& others) {
   for (auto& [name, value] : words.items()) {
     auto text = value.get<std::string>();
     text.resize(width + 2, ' ');
-    value = text + MeaningOf(prefix + name).text;
+    text += MeaningOf(prefix + name).text;
+    value = std::move(text);
   }
 }
 

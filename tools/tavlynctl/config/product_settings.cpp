@@ -143,7 +143,8 @@ Json ParseSettings(const std::vector<std::string>& words) {
     const std::string known = FindSetting(name)->name;
     const Meaning& meaning = MeaningOf(known);
     const auto value = NumberOf(meaning, std::string_view(word).substr(name.size() + 1));
-    if (!value) throw Failure(kUsage, word + ": " + known + " " + WhatItTakes(meaning));
+    if (!value)
+      throw Failure(kUsage, std::string(word).append(": ").append(known) + " " + WhatItTakes(meaning));
     wanted[known] = *value;
   }
   return wanted;

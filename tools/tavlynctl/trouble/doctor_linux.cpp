@@ -57,13 +57,12 @@ Finding OfLibusb() {
   const platform::Path file = platform::LibusbFile();
   if (file.IsEmpty())
     return Fine(kStep, "not there; only the bulk device needs it (sudo apt install libusb-0.1-4)");
-  const platform::Path part = platform::UntrustedPart(file);
-  if (part.IsEmpty()) return Fine(kStep, file.c_str());
-  const std::string name = part.c_str();
+  const std::string path = file.c_str();
+  const std::string part = platform::UntrustedPart(file).c_str();
+  if (part.empty()) return Fine(kStep, path);
   return Warning(kStep,
-                 std::string(file.c_str()) + " is refused, because others than root may change it: " + name +
-                     ", " + ModeOf(name),
-                 "sudo install -D -m 644 " + ShellWord(file.c_str()) + " " + kTrustedCopy +
+                 path + " is refused, because others than root may change it: " + part + ", " + ModeOf(part),
+                 "sudo install -D -m 644 " + ShellWord(path) + " " + kTrustedCopy +
                      " && export TAVLYNAPI_LIBUSB=" + kTrustedCopy);
 }
 
@@ -72,6 +71,7 @@ std::string LineForPort(const std::string& file) {
   constexpr mode_t kGroupMay = S_IRGRP | S_IWGRP;
   struct stat status {};
   const bool isThere = stat(file.c_str(), &status) == 0;
+  // cppcheck-suppress getgrgidCalled ; no other thread asks for a group
   const group* members = getgrgid(status.st_gid);
   if (!isThere || status.st_gid == 0 || (status.st_mode & kGroupMay) != kGroupMay || members == nullptr)
     return "sudo setfacl -m u:$USER:rw " + ShellWord(file);

@@ -33,7 +33,7 @@ struct FormatPart {
 FormatPart NextPart(std::string_view& left) {
   const std::size_t brace = std::min(left.find_first_of("{}"), left.size());
   if (brace > 0) {
-    const FormatPart plain{false, std::string(left.substr(0, brace))};
+    FormatPart plain{false, std::string(left.substr(0, brace))};
     left.remove_prefix(brace);
     return plain;
   }
@@ -44,7 +44,7 @@ FormatPart NextPart(std::string_view& left) {
   }
   const std::size_t end = left.find('}');
   const bool isClosed = sign == '{' && end != std::string_view::npos;
-  const FormatPart named{true, std::string(isClosed ? left.substr(1, end - 1) : std::string_view())};
+  FormatPart named{true, std::string(isClosed ? left.substr(1, end - 1) : std::string_view())};
   left.remove_prefix(isClosed ? end + 1 : left.size());
   return named;
 }

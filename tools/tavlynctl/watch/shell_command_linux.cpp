@@ -19,7 +19,7 @@ std::string EndText(int status) {
 // The program's own, but for the ones given.
 std::vector<std::string> Environment(const ShellCommand::Variables& variables) {
   std::vector<std::string> all;
-  for (const auto& [name, value] : variables) all.push_back(name + "=" + value);
+  for (const auto& [name, value] : variables) all.emplace_back(name).append("=").append(value);
   for (char** own = environ; *own != nullptr; ++own) {
     bool isGiven = false;
     for (const auto& [name, value] : variables)
@@ -31,6 +31,7 @@ std::vector<std::string> Environment(const ShellCommand::Variables& variables) {
 
 std::vector<char*> Pointers(std::vector<std::string>& texts) {
   std::vector<char*> all;
+  all.reserve(texts.size() + 1);
   for (std::string& text : texts) all.push_back(text.data());
   all.push_back(nullptr);
   return all;
