@@ -1,10 +1,10 @@
-#include <algorithm>
-#include <array>
 #include <chrono>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include "api.h"
+#include "tools/tavlynctl/cards/cards.h"
 #include "tools/tavlynctl/hex.h"
 #include "tools/tavlynctl/session.h"
 #include "tools/tavlynctl/trouble/doctor.h"
@@ -30,16 +30,13 @@ Json DeviceRow(const std::string& problem) {
   return row;
 }
 
-void AddCard(Json& cards) {
-  // The library leaves a reader alone for so long after each exchange.
-  std::this_thread::sleep_for(std::chrono::milliseconds(250));
-  constexpr std::int16_t kBytes = 32;
-  std::array<std::uint8_t, kBytes> id{};
-  const int bits = GetActiveID32(id.data(), kBytes);
-  const auto count = std::min<std::size_t>((static_cast<std::size_t>(bits) + 7) / 8, id.size());
-  cards.push_back({{"device", ActiveDeviceName()},
-                   {"bits", bits},
-                   {"id", HexText({id.rend() - static_cast<std::ptrdiff_t>(count), id.rend()})}});
+void AddCard(const Link& link, Json& cards) {
+  std::this_thread::sleep_for(kCardPause);
+  const auto card = AskForCard(link);
+  if (!card) return;
+  Json row{{"device", ActiveDeviceName()}};
+  Describe(*card, row);
+  cards.push_back(std::move(row));
 }
 
 // What one connect has found.
@@ -63,7 +60,7 @@ Attempt ConnectOnce(const Link& link, std::uint32_t product, bool withCards) {
     if (problem.empty()) {
       attempt.findings.push_back(Fine(kConnectStep, ActiveDeviceName() + " was found and read in " +
                                                         std::to_string(took.count()) + " ms"));
-      if (withCards && DeviceIsReader()) AddCard(attempt.cards);
+      if (withCards && DeviceIsReader()) AddCard(link, attempt.cards);
     } else {
       attempt.failed = true;
       attempt.findings.push_back(
