@@ -1,0 +1,3 @@
+"""The version of the library that the package was made for."""
+
+VERSION = "7.9.2"
