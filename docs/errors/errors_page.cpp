@@ -20,7 +20,7 @@ struct Word {
 };
 
 const Word kWords[] = {
-#define ERROR_WORD(name, value, match, words, how, when, remedy) \
+#define ERROR_WORD(name, value, mask, words, how, when, remedy) \
   {"TAVLYN_ERR_" #name, value, words, how, when, remedy},
 #include "tools/tavlynctl/trouble/error_words.inc"
 };

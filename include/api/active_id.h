@@ -27,12 +27,12 @@ TAVLYN_API uint16_t TAVLYN_CALL GetActiveID(uint8_t* buffer, int16_t length);
 TAVLYN_API uint16_t TAVLYN_CALL GetActiveID32(uint8_t* buffer, int16_t length);
 
 /** GetActiveID() for callers that cannot pass a buffer: getActiveID_byte() returns the bytes.
- * @param bytes how many bytes to fetch; more than 32 count as 32.
+ * @param bytes how many bytes to fetch, 0 to 32; more count as 32.
  * @return What GetActiveID() returns. */
 TAVLYN_API uint16_t TAVLYN_CALL getActiveID(uint16_t bytes);
 
 /** GetActiveID32() for callers that cannot pass a buffer: getActiveID_byte() returns the bytes.
- * @param bytes how many bytes to fetch; more than 32 count as 32.
+ * @param bytes how many bytes to fetch, 0 to 32; more count as 32.
  * @return What GetActiveID32() returns. */
 TAVLYN_API uint16_t TAVLYN_CALL getActiveID32(uint16_t bytes);
 

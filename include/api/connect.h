@@ -45,12 +45,13 @@ TAVLYN_API uint32_t TAVLYN_CALL usbConnect(void);
 TAVLYN_API uint32_t TAVLYN_CALL USBDisconnect(void);
 
 /** Chooses the products that a connect searches for. After load it is all of them.
- * @param mask bit 0 card readers, bit 1 magstripe readers, bit 2 sonar sensors; other bits mean nothing.
+ * @param mask 0 to 7: bit 0 card readers, bit 1 magstripe readers, bit 2 sonar sensors; other bits mean
+ * nothing.
  * @return Always 1. */
 TAVLYN_API uint32_t TAVLYN_CALL SetConnectProduct(uint32_t mask);
 
 /** Chooses the links on which a connect searches.
- * @param link -1 all (as after load), 0 USB HID, 1 serial ports, 2 Ethernet.
+ * @param link -1 to 2: -1 all (as after load), 0 USB HID, 1 serial ports, 2 Ethernet.
  * @return 1, or 0 for any other value, which changes nothing. */
 TAVLYN_API uint32_t TAVLYN_CALL SetDevTypeSrch(int16_t link);
 
@@ -63,18 +64,18 @@ TAVLYN_API uint32_t TAVLYN_CALL SetComSrchRange(uint16_t a, uint16_t b);
 /** Chooses whether a search for magstripe readers also visits the maker's virtual COM ports and PCMCIA cards
  * outside the range of SetComSrchRange(). Two zeros switch that off. A range switches it on, as after load,
  * for all such ports, whatever its two numbers are.
- * @param a low end of the range, 1 to 256 and below b; or 0. The low 16 bits count.
- * @param b high end of the range, 1 to 256; or 0. The low 16 bits count.
+ * @param a 0 to 256: low end of the range, from 1 and below b, or 0. The low 16 bits count.
+ * @param b 0 to 256: high end of the range, or 0. The low 16 bits count.
  * @return 1, or 0 for any other pair, which changes nothing. */
 TAVLYN_API uint32_t TAVLYN_CALL VirtualComSearchRange(uint32_t a, uint32_t b);
 
 /** Sets the address a.b.c.d and the TCP port of the Ethernet search, unchecked. After load they are 0.0.0.0
  * and 0, where nothing answers. The link is neither encrypted nor authenticated.
- * @param a first octet.
- * @param b second octet.
- * @param c third octet.
- * @param d fourth octet; with 0 all of a.b.c.1 to a.b.c.254 are tried.
- * @param port TCP port.
+ * @param a first octet, 0 to 255.
+ * @param b second octet, 0 to 255.
+ * @param c third octet, 0 to 255.
+ * @param d fourth octet, 0 to 255; with 0 all of a.b.c.1 to a.b.c.254 are tried.
+ * @param port TCP port, 0 to 65535.
  * @return Always 1. */
 TAVLYN_API uint32_t TAVLYN_CALL SetIpPort(uint8_t a, uint8_t b, uint8_t c, uint8_t d, uint16_t port);
 
@@ -127,8 +128,8 @@ TAVLYN_API uint32_t TAVLYN_CALL SetMarkerFunction(tavlyn_marker_function functio
 TAVLYN_API uint32_t TAVLYN_CALL GetLastLibErr(void);
 
 /** Returns the mask of a filter in the row of the VID/PID table that matched the active reader.
- * @param index 1 for the row's FILTER1, or the table's DEFAULT1 when the device has no row, is not a card
- *   reader, or none is active. 0 for a filter that is always 0.
+ * @param index 0 or 1: 1 for the row's FILTER1, or the table's DEFAULT1 when the device has no row, is not a
+ * card reader, or none is active. 0 for a filter that is always 0.
  * @return The mask; 0 for index 0 and for any other index. */
 TAVLYN_API uint32_t TAVLYN_CALL GetVidPidFilterMask(int32_t index);
 

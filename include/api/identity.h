@@ -22,7 +22,7 @@ TAVLYN_API uint32_t TAVLYN_CALL SetActDev(int16_t index);
 
 /** Finds a device by its logical unit ID.
  * @param luid the logical unit ID, 0 to 65535.
- * @param start index of the first device to look at.
+ * @param start index of the first device to look at, from 0.
  * @return Index of the first such device; 0xFFFFFFFF when there is none or start is negative. */
 TAVLYN_API uint32_t TAVLYN_CALL GetDevByLUID(uint16_t luid, int16_t start);
 
@@ -113,14 +113,16 @@ TAVLYN_API uint32_t TAVLYN_CALL ChkAddArrival(const char* path);
 TAVLYN_API uint32_t TAVLYN_CALL ChkDelRemoval(const char* path);
 
 /** ChkAddArrival() for callers that can pass only characters.
- * @param index 0 clears the path and stores the character there, 1 to 254 store it, 255 runs the check.
+ * @param index 0 to 255: 0 clears the path and stores the character there, 1 to 254 store it, 255 runs the
+ * check.
  * @param character the character; ignored with index 255.
  * @return 1 for a character that was stored; what ChkAddArrival() returns for index 255; 0 for any other
  *   index. */
 TAVLYN_API uint32_t TAVLYN_CALL chkAddArrival_char(int16_t index, uint8_t character);
 
 /** ChkDelRemoval() for callers that can pass only characters.
- * @param index 0 clears the path and stores the character there, 1 to 254 store it, 255 runs the check.
+ * @param index 0 to 255: 0 clears the path and stores the character there, 1 to 254 store it, 255 runs the
+ * check.
  * @param character the character; ignored with index 255.
  * @return 1 for a character that was stored; what ChkDelRemoval() returns for index 255; 0 for any other
  *   index. */

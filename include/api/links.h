@@ -66,14 +66,14 @@ TAVLYN_API uint32_t TAVLYN_CALL QuickReadSerialPort(uint8_t* buffer, uint32_t le
 TAVLYN_API uint32_t TAVLYN_CALL WriteSerialPort(const char* buffer, uint32_t length);
 
 /** ReadSerialPort() for callers that cannot pass a buffer. The error word is left alone.
- * @param index -1 reads up to 1024 bytes; 0 to 1023 returns one of them.
+ * @param index -1 to 1023: -1 reads up to 1024 bytes; 0 to 1023 returns one of them.
  * @return What ReadSerialPort() returns for index -1; the byte, sign-extended to 32 bits, for 0 to 1023, or
  *   0 where nothing was read; 0 for any other index. */
 TAVLYN_API uint32_t TAVLYN_CALL readSerialPort_char(int16_t index);
 
 /** QuickReadSerialPort() for callers that cannot pass a buffer; its bytes are not those of
  * readSerialPort_char(). The error word is left alone.
- * @param index -1 reads up to 1024 bytes; 0 to 1023 returns one of them.
+ * @param index -1 to 1023: -1 reads up to 1024 bytes; 0 to 1023 returns one of them.
  * @return As for readSerialPort_char(), of what QuickReadSerialPort() reads. */
 TAVLYN_API uint32_t TAVLYN_CALL quickReadSerialPort_char(int16_t index);
 
@@ -94,11 +94,11 @@ TAVLYN_API void TAVLYN_CALL SetBaudRate(uint32_t baud);
  * is up is lost: it is no longer used, but not closed either.
  *
  * Traffic over UDP: RFIDDISC 01 00 to port 11000, 00 00 00 F6 to port 30718.
- * @param a first octet; its low byte counts.
- * @param b second octet; its low byte counts.
- * @param c third octet; its low byte counts.
- * @param first first value of the fourth octet; its low byte counts.
- * @param last last value of the fourth octet; its low byte counts.
+ * @param a first octet, 0 to 255; its low byte counts.
+ * @param b second octet, 0 to 255; its low byte counts.
+ * @param c third octet, 0 to 255; its low byte counts.
+ * @param first first value of the fourth octet, 0 to 255; its low byte counts.
+ * @param last last value of the fourth octet, 0 to 255; its low byte counts.
  * @return The fourth octet of the address that answered, or 0. */
 TAVLYN_API uint32_t TAVLYN_CALL FindXport(int16_t a, int16_t b, int16_t c, int16_t first, int16_t last);
 

@@ -158,7 +158,7 @@ TAVLYN_API uint32_t TAVLYN_CALL sorbaneGetFieldKeydata(uint16_t field, uint16_t 
  * over a serial line each is a character.
  * @param field number of the user field, 1 to 11.
  * @param index number of the key byte, 0 to 15.
- * @param key the byte.
+ * @param key the byte, 0 to 255.
  * @return 1; 0 for any other field or index, which changes nothing; unsupported without a magnetic-stripe
  *   reader. */
 TAVLYN_API uint32_t TAVLYN_CALL sorbaneSetFieldKeydata(uint16_t field, uint16_t index, uint8_t key);
@@ -170,7 +170,7 @@ TAVLYN_API uint32_t TAVLYN_CALL sorbaneSetFieldKeydata(uint16_t field, uint16_t 
 TAVLYN_API uint32_t TAVLYN_CALL sorbaneGetTrackEnables(void);
 
 /** Chooses which tracks are read.
- * @param tracks bits 0 to 2 for tracks 1 to 3; other bits are dropped.
+ * @param tracks 0 to 7: bits 0 to 2 for tracks 1 to 3; other bits are dropped.
  * @return 1; unsupported without a magnetic-stripe reader. */
 TAVLYN_API uint32_t TAVLYN_CALL sorbaneSetTrackEnables(uint8_t tracks);
 
@@ -196,7 +196,7 @@ TAVLYN_API uint32_t TAVLYN_CALL sorbaneGetLED(uint16_t index);
 
 /** Sets one of the five colours of the LEDs and shows all five at once. Traffic: SL0 and two bytes.
  * @param index number of the colour, 0 to 4.
- * @param color 0 for off, 1 for red, 2 for green, 3 for amber.
+ * @param color 0 to 3: 0 off, 1 red, 2 green, 3 amber.
  * @return 1 when the reader answered, else 0, with the colour kept in the mirror; 0 for any other index or
  *   colour, which changes nothing; unsupported without a magnetic-stripe reader. */
 TAVLYN_API uint32_t TAVLYN_CALL sorbaneSetLED(uint16_t index, uint16_t color);
@@ -254,8 +254,8 @@ TAVLYN_API const uint8_t* TAVLYN_CALL sorbaneGetTrackData(uint16_t track, uint16
 /** sorbaneGetTrackData() for callers that cannot use a pointer.
  * @param track 1 to 3.
  * @param convert as for sorbaneGetTrackData().
- * @param index 0 fetches the track and returns its header; 1 to 254 return the bytes that follow it, without
- *   traffic.
+ * @param index 0 to 254: 0 fetches the track and returns its header; 1 to 254 return the bytes that follow
+ * it, without traffic.
  * @return The byte; 0 for any other index; unsupported without a magnetic-stripe reader. */
 TAVLYN_API uint32_t TAVLYN_CALL sorbaneGetTrackData_BYTE(uint16_t track, uint16_t convert, uint16_t index);
 

@@ -20,8 +20,8 @@ TAVLYN_API uint32_t TAVLYN_CALL GetQueuedID(uint16_t first, int16_t second);
 
 /** Returns a part of the record that GetQueuedID() has fetched. A fetch over a serial link that fails leaves
  * what the pages before it did not replace. There is no traffic.
- * @param index 0 to 31 a byte of the ID, 32 a word (sign-extended from 16 bits), 33 a word, 34 and 35 a
- *   byte.
+ * @param index 0 to 35: 0 to 31 a byte of the ID, 32 a word (sign-extended from 16 bits), 33 a word, 34 and
+ * 35 a byte.
  * @return That part; 0 for any other index; unsupported with no device. */
 TAVLYN_API uint32_t TAVLYN_CALL GetQueuedID_index(int16_t index);
 
@@ -29,10 +29,10 @@ TAVLYN_API uint32_t TAVLYN_CALL GetQueuedID_index(int16_t index);
  * the whole header of a frame, from its class byte (FA) on, to which 8 bytes of data are expected.
  *
  * The error word is left alone, except for TAVLYN_ERR_WRITE_REPORT after a command that could not be sent.
- * @param index 1 to 8 are the bytes of the command. 0 clears command and reply first; its value is never
- *   sent. 9 is stored and not sent. An index of 8 or above, also one above 9 where nothing is stored, sends
- *   the command and fetches the reply.
- * @param value the byte.
+ * @param index 0 to 9: 1 to 8 are the bytes of the command. 0 clears command and reply first; its value is
+ * never sent. 9 is stored and not sent. An index of 8 or above, also one above 9 where nothing is stored,
+ * sends the command and fetches the reply.
+ * @param value the byte, 0 to 255.
  * @return For an index that only stores, 1; 0 for a negative index. For one that sends over reports: 1 when
  *   the reply came; 0 when it did not, but 1 for index 8 and 9 after a command that could not be sent. For
  *   one that sends over a serial link: 0 after a failure, and after a success 1 for index 8 and 9 and 0
@@ -47,14 +47,14 @@ TAVLYN_API uint8_t TAVLYN_CALL GetRawPayload_index(uint16_t index);
 
 /** Sends eight bytes as positions 1 to 8 of the raw command and returns the reply as text. Traffic: these
  * eight bytes.
- * @param c0 byte at position 1.
- * @param c1 byte at position 2.
- * @param c2 byte at position 3.
- * @param c3 byte at position 4.
- * @param c4 byte at position 5.
- * @param c5 byte at position 6.
- * @param c6 byte at position 7.
- * @param c7 byte at position 8.
+ * @param c0 byte at position 1, 0 to 255.
+ * @param c1 byte at position 2, 0 to 255.
+ * @param c2 byte at position 3, 0 to 255.
+ * @param c3 byte at position 4, 0 to 255.
+ * @param c4 byte at position 5, 0 to 255.
+ * @param c5 byte at position 6, 0 to 255.
+ * @param c6 byte at position 7, 0 to 255.
+ * @param c7 byte at position 8, 0 to 255.
  * @return Positions 1 to 8 of the reply, as in "01.00.31.74.00.00.00.00", valid until the next call. After a
  *   failed exchange they are zeros, with no device the low byte of unsupported. */
 TAVLYN_API const char* TAVLYN_CALL SetRawPayload(uint8_t c0, uint8_t c1, uint8_t c2, uint8_t c3, uint8_t c4,

@@ -83,7 +83,8 @@ TAVLYN_API const char* TAVLYN_CALL GetFWFilename(void);
 TAVLYN_API const char* TAVLYN_CALL getPartNumberString(void);
 
 /** Returns one character of the part number.
- * @param index 0 takes a copy of the part number and returns its first character; others read that copy.
+ * @param index position of the character, from 0: 0 takes a copy of the part number and returns its first
+ *   character; others read that copy.
  * @return The character; 0 after the end of the text, and for any other index. */
 TAVLYN_API uint8_t TAVLYN_CALL getPartNumberString_char(int16_t index);
 

@@ -29,7 +29,8 @@ TAVLYN_API uint32_t TAVLYN_CALL WriteSecureData(const uint8_t* item, uint32_t le
  * the end. A block that cannot be sent ends the read and adds TAVLYN_ERR_SECURE. Traffic: 89 10 00 00 and
  * the header, 89 10 00 n for each block.
  * @param header the four bytes that select the item.
- * @param out receives the payload; it needs room for its length, rounded up to a multiple of four.
+ * @param out receives the payload; it needs room for its length, rounded up to a multiple of four;
+ *   room for 256 bytes is always enough.
  * @return 1 as soon as the reader has repeated the header, whatever came after it. 0 when the reader did not
  *   answer, with error word 0; when it did not repeat the header, with error word 0 and a trace; when the
  *   header could not be sent, which adds TAVLYN_ERR_SECURE and is traced; for a null pointer; and when no

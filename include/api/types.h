@@ -83,7 +83,7 @@ typedef struct tsTimeParms {
   int16_t iUSBKeyRlsTm; /**< How long a USB key stays released: at most 1020, steps of 4. */
   int16_t ExFeatures01; /**< Features that the reader reports, see above. */
   int16_t iPad6;        /**< Unused. */
-  int16_t iTPCfgFlg3;   /**< tsCfgFlags3 as one byte. The library keeps it; a set leaves it alone. */
+  int16_t iTPCfgFlg3;   /**< Read only: tsCfgFlags3 as one byte. The library keeps it. */
 } tsTimeParms;
 
 /** More of what the reader does with an ID. Each word is a flag. */

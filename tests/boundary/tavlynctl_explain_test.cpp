@@ -89,17 +89,18 @@ TEST_F(TavlynctlExplain, EverythingAboutOneField) {
   EXPECT_EQ(Explain("iIDHoldTO").out,
             "fields\n"
             "  TimeParms.iIDHoldTO\n"
-            "    meaning   A card's ID remains valid for this time\n"
-            "    unit      milliseconds\n"
-            "    takes     milliseconds: 1500, 0x5DC, 1500ms or 1.5s\n"
-            "    range     0 to 12750 in steps of 50, rounded down\n"
-            "    of        card reader, TimeParms\n"
-            "    in files  iIDHoldTO\n"
+            "    meaning      A card's ID remains valid for this time\n"
+            "    unit         milliseconds\n"
+            "    takes        milliseconds: 1500, 0x5DC, 1500ms or 1.5s\n"
+            "    range        0 to 12750 in steps of 50, rounded down\n"
+            "    in programs  id_hold_ms\n"
+            "    of           card reader, TimeParms\n"
+            "    in files     iIDHoldTO\n"
             "    on the wire\n"
             "      block 1, b3, all, in steps of 50\n");
   EXPECT_EQ(ExplainedOnly("TimeParms.iIDHoldTO"), Json::parse(R"({
     "name": "TimeParms.iIDHoldTO", "product": "card reader", "record": "TimeParms",
-    "meaning": "A card's ID remains valid for this time", "note": "", "unit": "milliseconds",
+    "meaning": "A card's ID remains valid for this time", "note": "", "unit": "milliseconds", "called": "id_hold_ms",
     "least": 0, "most": 12750, "step": 50, "values": {}, "settable": true, "keyword": "iIDHoldTO",
     "wire": [{"in": ["block 1"], "byte": "b3", "bits": "all, in steps of 50"}]})"));
 }

@@ -65,7 +65,7 @@ std::string LibraryErrors() {
     std::snprintf(hex, sizeof hex, "0x%X", static_cast<unsigned>(value));
     items += Item("Dv TAVLYN_ERR_" + std::string(name) + " Pq " + hex, words);
   };
-#define ERROR_WORD(name, value, match, words, how, when, remedy) add(#name, value, words);
+#define ERROR_WORD(name, value, mask, words, how, when, remedy) add(#name, value, words);
 #include "tools/tavlynctl/trouble/error_words.inc"
   return List(items);
 }

@@ -122,6 +122,7 @@ Json Explained(const Meaning& meaning) {
            {"meaning", meaning.text},
            {"note", meaning.note},
            {"unit", NameOf(meaning.unit)},
+           {"called", *meaning.called == '\0' ? Json() : Json(meaning.called)},
            {"least", facts.least ? Json(*facts.least) : Json()},
            {"most", facts.most ? Json(*facts.most) : Json()},
            {"step", facts.step},
@@ -163,6 +164,7 @@ Json ExplainedText(const Meaning& meaning, const Json& row) {
   add("takes", row["settable"] == true ? WhatItTakes(meaning).substr(std::string_view("takes ").size())
                                        : "nothing: config set does not change it");
   add("range", RangeOf(row));
+  add("in programs", meaning.called);
   shown["of"] = row["product"].get<std::string>() + ", " + meaning.group;
   if (row.contains("indices")) shown["indices"] = row["indices"].front();
   shown["in files"] = row["keyword"];

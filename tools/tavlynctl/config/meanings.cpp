@@ -19,9 +19,11 @@ constexpr Meaning kMeanings[] = {
 #define OPTION(table, name, kind, meaning, ...) \
   {.group = #table, .key = name, .unit = Unit::kind, .text = meaning, __VA_ARGS__},
 #define STRIPE(...) OPTION(__VA_ARGS__)
-#define SENSOR(table, name, ...) OPTION(table, #name, __VA_ARGS__)
-#define FIELD(record, word, ...) OPTION(record, #record "." #word, __VA_ARGS__)
+#define WORD(table, name, shown, ...) OPTION(table, name, __VA_ARGS__, .called = #shown)
+#define SENSOR(table, name, ...) WORD(table, #name, __VA_ARGS__)
+#define FIELD(record, word, ...) WORD(record, #record "." #word, __VA_ARGS__)
 #include "tools/tavlynctl/config/meanings.inc"
+#undef WORD
 };
 
 consteval bool HasMeaning(std::string_view key) {

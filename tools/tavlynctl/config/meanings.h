@@ -48,6 +48,7 @@ struct Meaning {
   const char* text;
   std::array<NamedNumber, 4> names = {};  // as many as have a word
   const char* note = "";
+  const char* called = "";  // by the bindings; empty for what is in none of their records
 };
 
 // In the order of the table.

@@ -8,40 +8,20 @@ namespace {
 // How a word is found in a sum of several.
 struct Match {
   std::uint32_t mask;
-  std::uint32_t value;
+  std::uint32_t found;
 
-  static constexpr Match Of(std::uint32_t word, std::uint32_t mask) { return {mask, word & mask}; }
-  [[nodiscard]] bool IsIn(std::uint32_t word) const { return (word & mask) == value; }
+  [[nodiscard]] bool IsIn(std::uint32_t word) const { return (word & mask) == found; }
   bool operator==(const Match&) const = default;
 };
 
-namespace found {
-
-constexpr Match Alone(std::uint32_t word) { return Match::Of(word, 0xFFFFFFFF); }
-constexpr Match Bits(std::uint32_t word) { return Match::Of(word, word); }
-// The four highest bits are one number.
-constexpr Match Number(std::uint32_t word) { return Match::Of(word, 0xF0000000); }
-// Small numbers are added to what the last report left.
-constexpr Match Small(std::uint32_t word) { return Match::Of(word, 0xFFF); }
-constexpr Match Joined(std::uint32_t word) { return Match::Of(word, 0xFFC); }
-// Getters and setters replace the whole word.
-constexpr Match Record(std::uint32_t word) { return Match::Of(word, 0x3F0FFF); }
-// Shared by all records, whose numbers are in the lower bits.
-constexpr Match Range(std::uint32_t word) { return Match::Of(word, 0xFFFF00); }
-// An exchange of secure data has a number that contains this bit.
-constexpr Match Command(std::uint32_t word) { return Match::Of(word, 0x80000000 | word); }
-constexpr Match Analyzer(std::uint32_t /*word*/) { return {0x4000000, 0x4000000}; }
-
-}  // namespace found
-
 constexpr ErrorWord kErrorWords[] = {
-#define ERROR_WORD(name, value, match, words, how, when, remedy) \
+#define ERROR_WORD(name, value, mask, words, how, when, remedy) \
   {"TAVLYN_ERR_" #name, value, words, how, when, remedy},
 #include "tools/tavlynctl/trouble/error_words.inc"
 };
 
 constexpr Match kMatches[] = {
-#define ERROR_WORD(name, value, match, words, how, when, remedy) found::match(value),
+#define ERROR_WORD(name, value, mask, words, how, when, remedy) {mask, (value) & (mask)},
 #include "tools/tavlynctl/trouble/error_words.inc"
 };
 
