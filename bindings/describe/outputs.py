@@ -4,10 +4,14 @@ The first line of a whole file is begun(…) with the comment sign of its langua
 """
 from typing import Dict, Mapping
 
+import python_calls
 from renewal import Writer
 
 # Whole files, by their paths.
 FILES: Dict[str, Writer] = {
+    "bindings/python/src/tavlynapi/calls.py": python_calls.calls,
+    "bindings/python/src/tavlynapi/records.py": python_calls.records,
+    "bindings/python/src/tavlynapi/version.py": python_calls.version,
 }
 
 # Tables by their names, by the paths of the files that they are in.

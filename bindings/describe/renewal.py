@@ -26,6 +26,11 @@ MARKDOWN = Marks("<!-- table ", " -->", "<!-- end -->", "\n")
 C = Marks("/* table ", " */", "/* end */", "")
 
 
+def begun(sign: str) -> str:
+    """The first line of a whole file, as a comment that begins with the sign."""
+    return f"{sign} Made by bindings/describe/describe; renew it with its option --renew."
+
+
 def _with_tables(path: str, tables: Mapping[str, Writer], api: Api) -> str:
     """The file with all its tables made again."""
     marks = MARKDOWN if path.endswith(".md") else C
