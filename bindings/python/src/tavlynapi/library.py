@@ -89,3 +89,12 @@ def call(name: str, result: Any, *arguments: Any) -> Any:
         function = getattr(_loaded(), name)
         function.restype = result
         return function(*arguments)
+
+
+def unload() -> None:
+    """Unloads the library, if a call has loaded it; the next one loads it anew, with nothing of before. On Linux."""
+    with lock:
+        if _loaded.cache_info().currsize:
+            handle = _loaded()._handle  # pylint: disable=protected-access
+            _loaded.cache_clear()
+            ctypes.CDLL(None).dlclose(ctypes.c_void_p(handle))
