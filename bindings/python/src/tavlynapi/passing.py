@@ -1,4 +1,4 @@
-"""How values go into calls and come out of them: nothing is cut to fit, and no buffer is smaller than its call needs."""
+"""How values go into calls and come out of them: no number is cut, and no buffer is smaller than its call needs."""
 import ctypes
 import os
 import sys
@@ -57,8 +57,7 @@ def words(given: Any, kind: Any, least: int) -> Any:
     """Numbers that a call stores."""
     if given is None:
         return None
-    of = given._type_ if isinstance(given, ctypes.Array) else type(given)
-    if of is not kind:
+    if not isinstance(given, kind * len(given) if isinstance(given, ctypes.Array) else kind):
         raise TypeError(f"a {kind.__name__} or an array of them is needed, not {type(given).__name__}")
     _check_size(ctypes.sizeof(given), least)
     return ctypes.byref(given)
