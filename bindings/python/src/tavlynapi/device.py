@@ -13,13 +13,14 @@ from .places import Place, Table
 D = TypeVar("D", bound="Device")
 
 
-def _refusal(path: Path, mode: str) -> Optional[str]:
-    """What the system has against opening a file; the library does not say it."""
+def _bad_file(done: str, path: Path, flags: int) -> BadFile:
+    """Asks the system what it has against opening the file, which the library does not say."""
+    reason = None
     try:
-        with open(path, mode):
-            return None
+        os.close(os.open(path, flags))
     except OSError as problem:
-        return problem.strerror
+        reason = problem.strerror
+    return BadFile(f"{os.fsdecode(path)} could not be {done}", calls.GetLastLibErr(), reason)
 
 
 class Device:
@@ -159,7 +160,7 @@ class Device:
             else:
                 saved = calls.WriteDevCfgToSecureFile(path) == 1 and calls.CheckTamperedFile(path, 0) == 1
             if not saved:
-                raise BadFile(f"{os.fsdecode(path)} could not be saved", calls.GetLastLibErr(), _refusal(path, "ab"))
+                raise _bad_file("saved", path, os.O_WRONLY)
 
     def load(self, path: Path, secure: bool = False) -> None:
         """Loads a file into the device; secure refuses one that has no trailer or is damaged."""
@@ -168,7 +169,7 @@ class Device:
             self.clear_error_word()
             call = calls.ReadDevCfgFromSecureFile if secure else calls.ReadDevCfgFmFile
             if call(path) != 1:
-                raise BadFile(f"{os.fsdecode(path)} could not be loaded", calls.GetLastLibErr(), _refusal(path, "rb"))
+                raise _bad_file("loaded", path, os.O_RDONLY)
             if self.product != "reader":
                 self.commit()  # a reader has got it by the load
 

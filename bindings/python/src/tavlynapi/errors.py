@@ -28,14 +28,14 @@ class TavlynError(Exception):
         super().__init__(f"{what} (error word 0x{word:X}: {self.text})" if text is None else what)
 
 
-class _Plain(TavlynError):
-    """One that has no error word, and whose message is the text."""
+class Problem(TavlynError):
+    """One that has no error word: the text is the message."""
 
     def __init__(self, text: str) -> None:
         super().__init__(text, 0, text)
 
 
-class LibraryProblem(_Plain):
+class LibraryProblem(Problem):
     """The library is not installed, too old, or not the library."""
 
 
@@ -66,5 +66,5 @@ class BadFile(TavlynError):
         super().__init__(f"{what}: {reason or text}", word, text)
 
 
-class Busy(_Plain):
+class Busy(Problem):
     """Devices of another product or on another link are open: the library holds those of one search."""

@@ -5,12 +5,11 @@ TAVLYNAPI_LIBRARY names by its whole path, then the library that is installed. T
 that run with another's rights, and by an interpreter that is told to ignore the environment.
 """
 import ctypes
-import functools
 import os
 import pathlib
 import sys
 import threading
-from typing import Any, Optional, Tuple
+from typing import Any, List, Optional, Tuple
 
 from .errors import LibraryProblem
 from .version import VERSION
@@ -60,8 +59,11 @@ def _version_of(library: ctypes.CDLL) -> Tuple[int, ...]:
     return tuple(number.value for number in numbers)
 
 
-@functools.lru_cache(maxsize=None)
-def _loaded() -> ctypes.CDLL:
+# The library, once it is loaded.
+_library: List[ctypes.CDLL] = []
+
+
+def _load() -> ctypes.CDLL:
     path = path_of_library()
     try:
         library = ctypes.CDLL(path)
@@ -80,13 +82,15 @@ def _loaded() -> ctypes.CDLL:
 def loaded() -> ctypes.CDLL:
     """The library."""
     with lock:
-        return _loaded()
+        if not _library:
+            _library.append(_load())
+        return _library[0]
 
 
 def call(name: str, result: Any, *arguments: Any) -> Any:
     """Makes a call, under the lock."""
     with lock:
-        function = getattr(_loaded(), name)
+        function = getattr(loaded(), name)
         function.restype = result
         return function(*arguments)
 
@@ -94,7 +98,6 @@ def call(name: str, result: Any, *arguments: Any) -> Any:
 def unload() -> None:
     """Unloads the library, if a call has loaded it; the next one loads it anew, with nothing of before. On Linux."""
     with lock:
-        if _loaded.cache_info().currsize:
-            handle = _loaded()._handle  # pylint: disable=protected-access
-            _loaded.cache_clear()
+        if _library:
+            handle = _library.pop()._handle  # pylint: disable=protected-access
             ctypes.CDLL(None).dlclose(ctypes.c_void_p(handle))

@@ -20,7 +20,7 @@ import tempfile
 from typing import Dict, Iterator, List, Optional, Sequence
 
 from . import library
-from .errors import TavlynError
+from .errors import Problem
 
 _PROGRAM = "tavlynsim"
 _SOCKET = "TAVLYNSIM_SOCKET"
@@ -31,7 +31,7 @@ _SECONDS_TO_END = 10
 _WITNESS = "env -0; echo; exec cat >/dev/null"
 
 
-class DeskError(TavlynError):
+class DeskError(Problem):
     """Devices cannot be simulated here, or the simulator refused a command; the text says why."""
 
 
