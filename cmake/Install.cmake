@@ -39,13 +39,14 @@ configure_file(packaging/tavlynapi.pc.in ${CMAKE_CURRENT_BINARY_DIR}/tavlynapi.p
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/tavlynapi.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
   COMPONENT development)
 
+include(cmake/Description.cmake)
+
 # As they are in the sources, because they link to each other and to the headers.
 install(FILES README.md CHANGELOG.md CONTRIBUTING.md SECURITY.md LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR}
   COMPONENT doc)
 install(DIRECTORY docs examples include DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT doc
   PATTERN Doxyfile EXCLUDE
   PATTERN docs/protocol EXCLUDE
-  PATTERN docs/errors EXCLUDE
   PATTERN docs/renewal EXCLUDE
   PATTERN docs/threads EXCLUDE)
 # The headers as web pages, once they are built.

@@ -22,8 +22,8 @@ int main(int count, char** words) {
     if (ReadCfg() == 1 && ReadDevCfgFromSecureFile(words[1]) == 1) {
       std::cout << GetSerialNumber() << " loaded\n";
     } else {
-      std::cerr << "reader " << i << " failed (error word " << std::hex << GetLastLibErr() << std::dec
-                << ")\n";
+      char why[TAVLYN_ERROR_TEXT_SIZE];
+      std::cerr << "reader " << i << ": " << tavlyn_error_text(GetLastLibErr(), why, sizeof why) << '\n';
       ++failures;
     }
   }

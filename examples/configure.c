@@ -3,7 +3,8 @@
 #include <stdio.h>
 
 static int failed(const char* what) {
-  fprintf(stderr, "%s (error word %X)\n", what, (unsigned)GetLastLibErr());
+  char why[TAVLYN_ERROR_TEXT_SIZE];
+  fprintf(stderr, "%s: %s\n", what, tavlyn_error_text(GetLastLibErr(), why, sizeof why));
   USBDisconnect();
   return 1;
 }
@@ -17,7 +18,7 @@ int main(int count, char** words) {
   }
   SetConnectProduct(1); /* card readers */
   SetDevTypeSrch(0);    /* on USB */
-  if (USBConnect(NULL) != 1) return failed("no reader");
+  if (USBConnect(NULL) != 1) return failed("not connected");
 
   if (GetFlags2(&flags) != 1 || GetTimeParms(&times) != 1) return failed("not read");
   flags.bBeepID = 0;

@@ -3,6 +3,7 @@
 #include <stdio.h>
 
 int main(int count, char** words) {
+  char why[TAVLYN_ERROR_TEXT_SIZE];
   if (count != 2) {
     fprintf(stderr, "usage: load_keys FILE\n");
     return 2;
@@ -21,7 +22,8 @@ int main(int count, char** words) {
   } else {
     /* The result is that of the last item alone, so it is safest to have one item in a file. */
     done = done && LoadIniFile(words[1]) == 1;
-    if (!done) fprintf(stderr, "not loaded (error word %X); try again\n", (unsigned)GetLastLibErr());
+    if (!done)
+      fprintf(stderr, "not loaded: %s; try again\n", tavlyn_error_text(GetLastLibErr(), why, sizeof why));
     if (done) printf("loaded\n");
   }
   USBDisconnect();

@@ -6,15 +6,17 @@
 
 int main(void) {
   const struct timespec pause = {0, 100 * 1000 * 1000};
+  char why[TAVLYN_ERROR_TEXT_SIZE];
   SetConnectProduct(2); /* magnetic-stripe readers */
   SetDevTypeSrch(0);    /* on USB */
   if (USBConnect(NULL) != 1) {
-    fprintf(stderr, "no reader (error word %X)\n", (unsigned)GetLastLibErr());
+    const uint32_t word = GetLastLibErr();
+    fprintf(stderr, "%s\n", word == 0 ? "no reader is plugged in" : tavlyn_error_text(word, why, sizeof why));
     return 1;
   }
   while (sorbaneIsDataAvailable() == 0 && GetLastLibErr() == 0) nanosleep(&pause, NULL);
   if (GetLastLibErr() != 0) {
-    fprintf(stderr, "the reader does not answer (error word %X)\n", (unsigned)GetLastLibErr());
+    fprintf(stderr, "%s\n", tavlyn_error_text(GetLastLibErr(), why, sizeof why));
     USBDisconnect();
     return 1;
   }

@@ -17,6 +17,7 @@ int main(int count, char** words) {
   static const char* const roles[] = {"entrance", "exit"};
   const struct timespec pause = {0, 250 * 1000 * 1000};
   int16_t readers[2];
+  char why[TAVLYN_ERROR_TEXT_SIZE];
   if (count != 3) {
     fprintf(stderr, "usage: two_readers SERIAL SERIAL\n");
     return 2;
@@ -38,7 +39,8 @@ int main(int count, char** words) {
       SetActDev(readers[i]);
       const uint16_t bits = GetActiveID(id, sizeof id);
       if (bits == 0 && GetLastLibErr() == 0) continue;
-      if (bits == 0) fprintf(stderr, "%s: error word %X\n", roles[i], (unsigned)GetLastLibErr());
+      if (bits == 0)
+        fprintf(stderr, "%s: %s\n", roles[i], tavlyn_error_text(GetLastLibErr(), why, sizeof why));
       if (bits != 0) printf("%s: a card of %d bits, open\n", roles[i], bits);
       USBDisconnect();
       return bits == 0;

@@ -17,7 +17,7 @@
  * Unless a comment says otherwise a call returns 1 for success and 0 for failure. "Unsupported" means the
  * value set by SetUnsupportedProductErrorCode(), 0 after load, which is returned when no device is active or
  * the active one has no such operation. GetLastLibErr() says why a call failed, in the TAVLYN_ERR_ words of
- * types.h.
+ * types.h, and tavlyn_error_text() says it in words.
  *
  * @par Products
  * A comment says what a call does with a card reader, or with the product that its header is about. What it
@@ -44,6 +44,7 @@
 #include "api/accessors.h"
 #include "api/active_id.h"
 #include "api/connect.h"
+#include "api/error_text.h"
 #include "api/extensions.h"
 #include "api/files.h"
 #include "api/identity.h"

@@ -1,14 +1,29 @@
-"""What is generated into the tree: a row for each file, and for each marked table of a file that people write.
+"""What is generated: a row for each file, and for each marked table of a file that people write.
 
-The first line of a whole file is begun(…) with the comment sign of its language.
+The first line of a whole file is begun(…) of renewal.py with the comment sign of its language.
 """
+import json
 from typing import Dict, Mapping
 
+import error_pages
+import interface_check
 import python_calls
+from model import Api
 import python_settings
 from renewal import Writer
 
-# Whole files, by their paths.
+
+def _document(api: Api) -> str:
+    return json.dumps(api, indent=1, ensure_ascii=False) + "\n"
+
+
+# What a build makes, by the option of describe.
+BUILT: Dict[str, Writer] = {
+    "--api": _document,
+    "--check": interface_check.text,
+}
+
+# Whole files of the tree, by their paths.
 FILES: Dict[str, Writer] = {
     "bindings/python/src/tavlynapi/calls.py": python_calls.calls,
     "bindings/python/src/tavlynapi/error_words.py": python_settings.error_words,
@@ -19,4 +34,7 @@ FILES: Dict[str, Writer] = {
 
 # Tables by their names, by the paths of the files that they are in.
 TABLES: Dict[str, Mapping[str, Writer]] = {
+    "docs/errors.md": {"sums": error_pages.sums, "words": error_pages.sections},
+    "include/api/types.h": {"error words": error_pages.defines},
+    "include/api/error_text.h": {"room": error_pages.room, "texts": error_pages.texts},
 }

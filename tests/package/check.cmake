@@ -33,7 +33,7 @@ endif()
 set(wanted include/tavlynapi/api.h include/tavlynapi/api/types.h lib/cmake/tavlynapi/tavlynapi-config.cmake
   lib/cmake/tavlynapi/tavlynapi-config-version.cmake share/doc/tavlynapi/README.md share/doc/tavlynapi/LICENSE
   share/doc/tavlynapi/SECURITY.md share/doc/tavlynapi/include/api.h lib/pkgconfig/tavlynapi.pc
-  share/tavlynapi/wiegand-layouts.txt)
+  share/tavlynapi/wiegand-layouts.txt share/tavlynapi/api.json include/tavlynapi/api/error_text.h)
 if(WINDOWS)
   list(APPEND wanted bin/tavlynapi.dll bin/tavlynctl.exe bin/tavlynsim.exe bin/simulator/hid.dll
     bin/simulator/setupapi.dll lib/libtavlynapi.dll.a lib/tavlynapi.def lib/tavlynapi.lib bin/tavlynctl-completion.ps1)

@@ -1,6 +1,9 @@
 #include "tools/tavlynctl/trouble/error_words.h"
 
 #include <algorithm>
+#include <array>
+
+#include "api/error_text.h"
 
 namespace tavlyn::ctl {
 namespace {
@@ -30,15 +33,8 @@ constexpr Match kMatches[] = {
 std::span<const ErrorWord> AllErrorWords() { return kErrorWords; }
 
 std::string ErrorWords(std::uint32_t word) {
-  if (word == 0) return "the library names no reason; the device refused, or its answer was none";
-  std::string text;
-  for (std::size_t at = 0; at < std::size(kErrorWords); ++at) {
-    const std::string words = kErrorWords[at].words;
-    // Words of one kind have the same words and come after one another.
-    if (!kMatches[at].IsIn(word) || text.ends_with(words)) continue;
-    text += (text.empty() ? "" : "; ") + words;
-  }
-  return text.empty() ? "several failures, whose numbers have joined" : text;
+  std::array<char, TAVLYN_ERROR_TEXT_SIZE> text{};
+  return tavlyn_error_text(word, text.data(), text.size());
 }
 
 std::vector<ErrorWord> PartsOf(std::uint32_t word) {
