@@ -8,8 +8,8 @@ from typing import Dict, Mapping
 import error_pages
 import interface_check
 import python_calls
-from model import Api
 import python_settings
+from model import Api
 from renewal import Writer
 
 

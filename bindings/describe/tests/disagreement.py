@@ -15,7 +15,7 @@ import tempfile
 ROOT = pathlib.Path(__file__).resolve().parents[3]
 # What changes, in which file, from what into what.
 CHANGES = (
-    ("nothing", "include/api/connect.h", "SetSerial", "SetSerial"),
+    ("nothing", "include/api/connect.h", "SetIpPort", "SetIpPort"),
     ("the width of an argument", "include/api/connect.h", "SetDevTypeSrch(int16_t", "SetDevTypeSrch(int32_t"),
     ("the sign of a result", "include/api/identity.h", "int16_t TAVLYN_CALL GetDevCnt",
      "uint16_t TAVLYN_CALL GetDevCnt"),
