@@ -16,6 +16,7 @@ OTHER_CALL = re.compile(r"^(?:As for|What|The same as) (\w+)\(\)|\bthat (\w+)\(\
 # The calls that reach one word of a record by its get and set (accessors.h).
 ONE_WORD = re.compile(r"\bthe record call that failed\b|^The (word|flag) ")
 READ_ONLY = re.compile(r"\bRead only\b|\bthat the reader reports\b")
+COUNTED = re.compile(r"\b(\w+)\(\) of them\b")
 AS_FOR = re.compile(r"as for (\w+)\(\)")
 # Headers of one product, whose records are its own.
 SONAR = "sonar.h"
@@ -65,8 +66,15 @@ class Headers:
         """The result of a call; what it points to is as at the call to which the comment refers."""
         found = result_of(prototype.result, self.type_of(prototype.result), prototype.comment.result)
         other = OTHER_CALL.search(prototype.comment.result)
-        if other and found["type"] == "bytes":
-            found["room"] = self.result(self.calls[other[1]])["room"]
+        if other:
+            there = self.result(self.calls[other[1] or other[2]])
+            if "room" in there:
+                found["room"] = there["room"]
+            if "unit" in there:
+                found["unit"] = there["unit"]
+        counted = COUNTED.search(prototype.comment.text)
+        if counted and found["type"].startswith("record:"):
+            found["count"] = counted[1]
         return found
 
 

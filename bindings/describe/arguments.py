@@ -1,6 +1,6 @@
 """What the comment of an argument or a result says: unit, range, room. The comments have a regular form."""
 import re
-from typing import Dict, List, Tuple
+from typing import Dict, List, Optional, Tuple
 
 from model import Argument, Result
 
@@ -15,7 +15,9 @@ NULLABLE = re.compile(r"\bmay be null\b|\bor null\b|\bnull counts\b")
 IGNORED = re.compile(r"^is (ignored|not stored|not touched)\b")
 ROOM = re.compile(r"(?:\broom for |^receives |^the |^)(\d+|two|four|five|eight) (bytes|characters|words|flags)\b", re.I)
 UNITS: Tuple[Tuple[str, str], ...] = (
-    (r"\bmilliseconds\b", "ms"),
+    (r"^Milliseconds\b|\bmilliseconds\b", "ms"),
+    (r"^Number of bits\b", "bits"),
+    (r"^Number of bytes\b", "bytes"),
     (r"\bin characters\b", "characters"),
     (r"\bin bytes\b|^number of bytes\b|^bytes in\b|\bhow many bytes\b", "bytes"),
     (r"\bbaud\b", "baud"),
@@ -46,6 +48,10 @@ def _range(text: str) -> Dict[str, int]:
     return {"least": min(values), "most": max(values)} if len(values) > 1 else {}
 
 
+def _unit(text: str) -> Optional[str]:
+    return next((unit for words, unit in UNITS if re.search(words, text)), None)
+
+
 def _of_number(argument: Argument) -> None:
     text = argument["text"]
     if FLAG.search(text):
@@ -59,10 +65,9 @@ def _of_number(argument: Argument) -> None:
     step = STEP.search(text)
     if step:
         argument["step"] = int(step[1])
-    for words, unit in UNITS:
-        if re.search(words, text):
-            argument["unit"] = unit
-            break
+    unit = _unit(text)
+    if unit:
+        argument["unit"] = unit
 
 
 def argument_of(name: str, c_type: str, kind: str, text: str) -> Argument:
@@ -103,4 +108,7 @@ def result_of(c_type: str, kind: str, text: str) -> Result:
         result["room"] = _room(text)
     if "*" in c_type and not c_type.startswith("const "):
         result["owned"] = True
+    unit = None if "*" in c_type else _unit(text)
+    if unit:
+        result["unit"] = unit
     return result

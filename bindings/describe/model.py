@@ -15,6 +15,8 @@ class Result(Value, total=False):
     text: str
     room: int  # bytes that the result points to
     owned: bool  # the caller releases it with free
+    count: str  # the call that tells how many records the result has
+    unit: str
 
 
 class _Argument(Value):

@@ -8,8 +8,6 @@ from model import Api, Argument, Call, Field, Record
 
 WIDTH = 120
 
-# An array of records belongs to the caller; this call tells how many they are.
-COUNTS = {"GetCardAnalyzerData": "GetCardCount"}
 # How the types of the description are annotated.
 ANNOTATIONS: Dict[str, str] = {
     "text": "Optional[Path]",
@@ -91,7 +89,7 @@ def _result(of: Call) -> Tuple[str, str, List[str], str]:
         return "Optional[bytes]", "return passing.call_for_bytes(", [name, str(result["room"]), owned], ")"
     if kind.startswith("record:"):
         record = kind.partition(":")[2]
-        return f"Optional[List[{record}]]", "return passing.call_for_records(", [name, record, COUNTS[of["name"]]], ")"
+        return f"Optional[List[{record}]]", "return passing.call_for_records(", [name, record, result["count"]], ")"
     return "int", "return int(call(", [name, f"c_{kind}"], "))"
 
 
