@@ -5,6 +5,7 @@ The first line of a whole file is begun(…) of renewal.py with the comment sign
 import json
 from typing import Dict, Mapping
 
+import dotnet_calls
 import error_pages
 import interface_check
 import python_calls
@@ -30,6 +31,7 @@ FILES: Dict[str, Writer] = {
     "bindings/python/src/tavlynapi/records.py": python_calls.records,
     "bindings/python/src/tavlynapi/settings.py": python_settings.settings,
     "bindings/python/src/tavlynapi/version.py": python_calls.version,
+    **dotnet_calls.FILES,
 }
 
 # Tables by their names, by the paths of the files that they are in.

@@ -1,0 +1,42 @@
+using System;
+
+namespace Tavlyn
+{
+    /// <summary>An operation failed.</summary>
+    public class TavlynException : Exception
+    {
+        internal TavlynException(string what, uint word)
+            : base(what + ", error word 0x" + word.ToString("X") + ": " + ErrorText.Of(word))
+        {
+            Word = word;
+            Text = ErrorText.Of(word);
+        }
+
+        internal TavlynException(string message) : base(message)
+        {
+            Text = message;
+        }
+
+        /// <summary>The library's error word; 0 when it names no reason.</summary>
+        public uint Word { get; private set; }
+
+        /// <summary>The error word in words.</summary>
+        public string Text { get; private set; }
+    }
+
+    /// <summary>No device answered, or none of the name that was asked for.</summary>
+    public class NoDeviceException : TavlynException
+    {
+        internal NoDeviceException(string message) : base(message)
+        {
+        }
+    }
+
+    /// <summary>Several devices were found and nothing says which is meant.</summary>
+    public class SeveralDevicesException : TavlynException
+    {
+        internal SeveralDevicesException(string message) : base(message)
+        {
+        }
+    }
+}
