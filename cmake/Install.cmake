@@ -22,8 +22,9 @@ else()
   install(FILES man/tavlynapi.3 DESTINATION ${CMAKE_INSTALL_MANDIR}/man3 COMPONENT development)
 endif()
 
-install(FILES include/api.h DESTINATION ${headers_folder} COMPONENT development)
+install(FILES include/api.h include/tavlyn.hpp DESTINATION ${headers_folder} COMPONENT development)
 install(DIRECTORY include/api DESTINATION ${headers_folder} COMPONENT development FILES_MATCHING PATTERN *.h)
+install(DIRECTORY include/tavlyn DESTINATION ${headers_folder} COMPONENT development FILES_MATCHING PATTERN *.hpp)
 install(EXPORT tavlynapi NAMESPACE tavlynapi:: FILE tavlynapi-targets.cmake DESTINATION ${package_folder}
   COMPONENT development)
 configure_file(packaging/tavlynapi-config.cmake.in ${CMAKE_CURRENT_BINARY_DIR}/tavlynapi-config.cmake COPYONLY)

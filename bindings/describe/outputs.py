@@ -5,6 +5,7 @@ The first line of a whole file is begun(…) of renewal.py with the comment sign
 import json
 from typing import Dict, Mapping
 
+import cpp_fields
 import dotnet_calls
 import error_pages
 import interface_check
@@ -26,6 +27,8 @@ BUILT: Dict[str, Writer] = {
 
 # Whole files of the tree, by their paths.
 FILES: Dict[str, Writer] = {
+    "bindings/conformance/cpp/fields.inc": cpp_fields.listed,
+    "include/tavlyn/fields.hpp": cpp_fields.header,
     "bindings/python/src/tavlynapi/calls.py": python_calls.calls,
     "bindings/python/src/tavlynapi/error_words.py": python_settings.error_words,
     "bindings/python/src/tavlynapi/records.py": python_calls.records,

@@ -1,0 +1,71 @@
+"""The C++ accessors of the words of records, and the list of them for the conformance runner."""
+import textwrap
+from typing import Dict, Iterator, List, Tuple
+
+from model import Api, Field, Record
+from renewal import begun
+
+# The classes of the header.
+CLASSES: Dict[str, str] = {"reader": "A card reader's configuration, one of several of a plus reader.",
+                           "sonar": "A sonar sensor's parameters."}
+WIDTH = 110
+
+
+def _records(api: Api, product: str) -> List[Record]:
+    return [record for record in api["records"] if record.get("product") == product]
+
+
+def _named(record: Record) -> Iterator[Tuple[Field, str]]:
+    for field in record["fields"]:
+        if "called" in field and not field["unused"]:
+            yield field, field["called"]
+
+
+def _comment(field: Field) -> List[str]:
+    return textwrap.wrap(field["text"], WIDTH, initial_indent="  /// ", subsequent_indent="  /// ")
+
+
+def _function(begin: str, statement: str) -> str:
+    """A member function as clang-format writes it."""
+    line = f"  {begin} {{ {statement} }}"
+    return line if len(line) <= WIDTH else f"  {begin} {{\n    {statement}\n  }}"
+
+
+def _accessors(record: Record) -> Iterator[str]:
+    for field, called in _named(record):
+        member = f"&{record['name']}::{field['name']}"
+        kind, test = ("bool", " != 0") if field["flag"] else ("int", "")
+        yield "\n".join(_comment(field))
+        yield _function(f"{kind} {called}() const", f"return words_.get({record['get']}, {member}){test};")
+        if not field["read_only"]:
+            yield _function(f"void {called}({kind} value)",
+                            f"words_.set({record['get']}, {record['set']}, {member}, value);")
+
+
+def _class(api: Api, product: str, text: str) -> Iterator[str]:
+    yield from ("", f"/// {text}", f"class {product}_fields {{", " public:",
+                f"  explicit {product}_fields(const detail::record_words& words) : words_(words) {{}}")
+    for record in _records(api, product):
+        yield ""
+        yield from _accessors(record)
+    yield from ("", " private:", "  detail::record_words words_;", "};")
+
+
+def header(api: Api) -> str:
+    """include/tavlyn/fields.hpp"""
+    lines = [begun("//"), "/// @file", "/// The words of configurations, each by the name that it has in every language.",
+             "#ifndef TAVLYN_FIELDS_HPP", "#define TAVLYN_FIELDS_HPP", "", "#include \"../api.h\"",
+             "#include \"records.hpp\"", "", "namespace tavlyn {"]
+    for product, text in CLASSES.items():
+        lines += _class(api, product, text)
+    return "\n".join([*lines, "", "}  // namespace tavlyn", "", "#endif", ""])
+
+
+def listed(api: Api) -> str:
+    """bindings/conformance/cpp/fields.inc: FIELD or READ_ONLY_FIELD(product, name) for each word."""
+    lines = [begun("//")]
+    for product in CLASSES:
+        for record in _records(api, product):
+            lines += [f"{'READ_ONLY_' if field['read_only'] else ''}FIELD({product}, {called})"
+                      for field, called in _named(record)]
+    return "\n".join([*lines, ""])

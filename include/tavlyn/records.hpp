@@ -1,0 +1,80 @@
+/// @file
+/// How the words of a configuration are reached.
+#ifndef TAVLYN_RECORDS_HPP
+#define TAVLYN_RECORDS_HPP
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+#include "connection.hpp"
+
+namespace tavlyn {
+namespace detail {
+
+/// Makes the calls about records act on one configuration as long as the object lasts; the reader is not
+/// told.
+class selected_configuration {
+ public:
+  explicit selected_configuration(int index) : before_(static_cast<std::uint8_t>(GetActConfig())) {
+    if (index < 0 || index > GetMaxConfig()) {
+      throw std::out_of_range("there is no configuration " + std::to_string(index));
+    }
+    SetActConfig(static_cast<std::uint8_t>(index));  // refused by a plain reader, which has only one
+  }
+  ~selected_configuration() { SetActConfig(before_); }
+  selected_configuration(const selected_configuration&) = delete;
+  selected_configuration& operator=(const selected_configuration&) = delete;
+
+ private:
+  std::uint8_t before_;
+};
+
+/// One configuration of a device. Its calls get and set whole records.
+class record_words {
+ public:
+  record_words(handle device, int index) : device_(std::move(device)), index_(index) {}
+
+  const handle& device() const { return device_; }
+
+  template <class Get, class Record, class Word>
+  int get(Get get_record, Word Record::*word) const {
+    return whole<Record>(get_record).*word;
+  }
+
+  template <class Get, class Set, class Record, class Word>
+  void set(Get get_record, Set set_record, Word Record::*word, int value) const {
+    const Word narrow = static_cast<Word>(value);
+    if (narrow != value) throw std::out_of_range(std::to_string(value) + " is no value of a word");
+    device_.on_active([&] {
+      Record record = whole<Record>(get_record);
+      record.*word = narrow;
+      require([&] { return set_record(&record); });
+    });
+  }
+
+ private:
+  template <class Record, class Get>
+  Record whole(Get get_record) const {
+    device_.require_read();
+    Record record{};
+    require([&] { return get_record(&record); });
+    return record;
+  }
+  template <class Call>
+  void require(Call&& call) const {
+    device_.require([&] {
+      const selected_configuration selected(index_);
+      return call();
+    });
+  }
+
+  handle device_;
+  int index_;
+};
+
+}  // namespace detail
+}  // namespace tavlyn
+
+#endif
