@@ -52,8 +52,8 @@ TEST(TavlynctlError, EachNameIsInItsOwnWord) {
 
 // Numbers that were added to say which of several it is; what they leave open is told.
 TEST(TavlynctlError, NumbersThatWereAdded) {
-  const Json errors =
-      ParsedText(Explained("0x201034 0x201021 0x5000002 0x5000202 0x20000001 0x81000202 0 --json"))["errors"];
+  const Json errors = ParsedText(
+      Explained("0x201034 0x201021 0x5000002 0x5000202 0x20000001 0x81000202 0 0x201001 --json"))["errors"];
   EXPECT_EQ(NamesIn(errors[0]), "TIME_PARMS ");
   EXPECT_EQ(NamesIn(errors[1]), "WALK_UP ID_DISP_PARMS ");
   EXPECT_EQ(NamesIn(errors[2]), "COMMAND ANALYZER_STATUS ");
@@ -61,6 +61,7 @@ TEST(TavlynctlError, NumbersThatWereAdded) {
   EXPECT_EQ(NamesIn(errors[4]), "SET_MODULE ");
   EXPECT_EQ(NamesIn(errors[5]), "WRITE_REPORT SECURE ");
   EXPECT_EQ(NamesIn(errors[6]), "");
+  EXPECT_EQ(NamesIn(errors[7]), "SONAR_PARMS ");
 }
 
 TEST(TavlynctlError, WhatIsNoWord) {

@@ -59,7 +59,7 @@ ERROR_WORDS: Tuple[ErrorWord, ...] = (
         "Call ReadCfg again. If it fails again, unplug the device or connect again; until it succeeds the records hold what was read before.",
     ),
     ErrorWord(
-        "TAVLYN_ERR_FIELD_PART", 0x20001, 0x3F0FFF, 0x20001,
+        "TAVLYN_ERR_FIELD_PART", 0x20001, 0x3F1FFF, 0x20001,
         "a user field was not transferred",
         "Read or write the configuration again.",
     ),
@@ -74,27 +74,27 @@ ERROR_WORDS: Tuple[ErrorWord, ...] = (
         "Send it again. What the device has is not known: read its configuration.",
     ),
     ErrorWord(
-        "TAVLYN_ERR_GET", 0x100000, 0x3F0FFF, 0x100000,
+        "TAVLYN_ERR_GET", 0x100000, 0x3F1FFF, 0x100000,
         "a record was not got",
         "It stays after a get that succeeded too: the result of the call says whether it did.",
     ),
     ErrorWord(
-        "TAVLYN_ERR_GET_NULL", 0x100001, 0x3F0FFF, 0x100001,
+        "TAVLYN_ERR_GET_NULL", 0x100001, 0x3F1FFF, 0x100001,
         "no room was given for a record",
         "Hand over a record.",
     ),
     ErrorWord(
-        "TAVLYN_ERR_GET_UNREAD", 0x100002, 0x3F0FFF, 0x100002,
+        "TAVLYN_ERR_GET_UNREAD", 0x100002, 0x3F1FFF, 0x100002,
         "the configuration has not been read",
         "Call ReadCfg first, and look whether it returned 1. A plus reader has a record for each configuration: SetActConfig, then ReadCfg.",
     ),
     ErrorWord(
-        "TAVLYN_ERR_SET", 0x200000, 0x3F0FFF, 0x200000,
+        "TAVLYN_ERR_SET", 0x200000, 0x3F1FFF, 0x200000,
         "a record was not set",
         "It stays after a set that succeeded too: the result of the call says whether it did.",
     ),
     ErrorWord(
-        "TAVLYN_ERR_SET_NULL", 0x200001, 0x3F0FFF, 0x200001,
+        "TAVLYN_ERR_SET_NULL", 0x200001, 0x3F1FFF, 0x200001,
         "no record was given",
         "Hand over a record.",
     ),
