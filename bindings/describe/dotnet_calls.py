@@ -1,10 +1,10 @@
 """The generated files of the .NET binding: calls, records, configuration words and error words in C#."""
-import re
 import textwrap
 from typing import Callable, Dict, List, NamedTuple, Tuple
 from xml.sax.saxutils import escape
 
 import renewal
+from common import file_name, first_sentence, named_words
 from model import Api, Argument, Call, Field, Record, Result
 
 FOLDER = "bindings/dotnet/generated/"
@@ -42,9 +42,8 @@ def _parameter(argument: Argument, plain: bool) -> Parameter:
     if kind in SIMPLE:
         return Parameter(name, SIMPLE[kind], name, "")
     if kind == "text":
-        if plain:
-            return Parameter(name, "byte[]", name, f'Handing.CheckTerminated({name}, "{argument["name"]}");')
-        return Parameter(name, "string", name, "")
+        check = f'Handing.CheckTerminated({name}, "{argument["name"]}");' if plain else ""
+        return Parameter(name, "byte[]" if plain else "string", name, check)
     if kind.startswith("callback:"):
         return Parameter(name, kind[len("callback:"):], name, f"Kept.Add({name});")
     if kind in ELEMENTS and (kind in ("bytes", "bytes_out", "text_out") or "room" in argument):
@@ -78,8 +77,8 @@ def _wrapped(line: str, indent: str) -> str:
 
 
 def _sentence(text: str) -> str:
-    """The first one; comments in C# are short."""
-    return re.split(r"(?<=[.;])\s", text, maxsplit=1)[0].rstrip(";")
+    """The first part of the first sentence."""
+    return first_sentence(text).partition("; ")[0]
 
 
 def _comment(tag: str, text: str, indent: str) -> str:
@@ -101,22 +100,18 @@ def _file(body: str, usings: str) -> str:
 def _external(call: Call, parameters: List[Parameter]) -> str:
     result = SIMPLE.get(call["result"]["type"], "IntPtr")
     narrow = any(one.declared == "string" for one in parameters)
-    text = ",\n            CharSet = CharSet.Ansi, BestFitMapping = false, ThrowOnUnmappableChar = true" if narrow else ""
+    text = (",\n            CharSet = CharSet.Ansi, BestFitMapping = false, ThrowOnUnmappableChar = true"
+            if narrow else "")
     line = _wrapped(f'internal static extern {result} {call["name"]}({_declared(parameters)});', " " * 8)
     return ("        [DllImport(Library, CallingConvention = CallingConvention.Cdecl, ExactSpelling = true"
             f"{text})]\n{line}\n")
-
-
-def _file_name(api: Api) -> str:
-    """That of the library on Linux, as it is installed."""
-    return "libtavlynapi.so." + api["version"].split(".")[0]
 
 
 def mono_config(api: Api) -> str:
     """Where Mono looks for the library."""
     return f"""{renewal.begun("<!--")} -->
 <configuration>
-  <dllmap dll="tavlynapi" target="{_file_name(api)}" os="!windows"/>
+  <dllmap dll="tavlynapi" target="{file_name(api)}" os="!windows"/>
 </configuration>
 """
 
@@ -127,7 +122,7 @@ def native(api: Api) -> str:
     return _file(f'''    internal static class Native
     {{
         internal const string Library = "tavlynapi";
-        internal const string Versioned = "{_file_name(api)}";
+        internal const string Versioned = "{file_name(api)}";
 
 {externals}    }}
 ''', "using System;\nusing System.Runtime.InteropServices;\n")
@@ -147,7 +142,7 @@ def _returned(result: Result, call: str) -> str:
 
 
 def _result_type(result: Result) -> str:
-    return {"text": "string", "bytes": "byte[]"}.get(result["type"]) or SIMPLE.get(result["type"], "IntPtr")
+    return {**SIMPLE, "text": "string", "bytes": "byte[]"}.get(result["type"], "IntPtr")
 
 
 def _call(call: Call, parameters: List[Parameter]) -> str:
@@ -156,7 +151,8 @@ def _call(call: Call, parameters: List[Parameter]) -> str:
     lines += [_comment(f'param name="{one["name"]}"', _sentence(one["text"]), indent) for one in call["arguments"]]
     if call["result"]["type"] != "void":
         lines.append(_comment("returns", _sentence(call["result"]["text"]), indent))
-    lines.append(_wrapped(f'public static {_result_type(call["result"])} {call["name"]}({_declared(parameters)})', indent))
+    result = _result_type(call["result"])
+    lines.append(_wrapped(f'public static {result} {call["name"]}({_declared(parameters)})', indent))
     lines.append(indent + "{")
     lines += [f"{indent}    {one.check}" for one in parameters if one.check]
     passed = ", ".join(one.passed for one in parameters)
@@ -218,8 +214,9 @@ def _limits(field: Field) -> Tuple[int, int]:
 def _property(record: Record, field: Field) -> str:
     called, name = pascal(field["called"]), record["name"]
     flag = field["flag"]
-    lines = [_comment("summary", field["text"], " " * 8), f'        public {"bool" if flag else "int"} {called}', "        {",
-             f'            get {{ return Get<{name}>(Calls.{record["get"]}).{field["name"]}{" != 0" if flag else ""}; }}']
+    kind, test = ("bool", " != 0") if flag else ("int", "")
+    lines = [_comment("summary", field["text"], " " * 8), f"        public {kind} {called}", "        {",
+             f'            get {{ return Get<{name}>(Calls.{record["get"]}).{field["name"]}{test}; }}']
     if not field["read_only"]:
         value = "Flag(value)" if flag else f'({SIMPLE[field["type"]]})value'
         lines += ["            set", "            {"]
@@ -234,8 +231,7 @@ def _property(record: Record, field: Field) -> str:
 def _config(name: str, product: str) -> Callable[[Api], str]:
     """The writer of the properties of a product's configuration."""
     def writer(api: Api) -> str:
-        body = "\n".join(_property(record, field) for record in api["records"] if record.get("product") == product
-                         for field in record["fields"] if "called" in field)
+        body = "\n".join(_property(record, field) for record, field in named_words(api, product))
         return _file(f"    public sealed partial class {name}\n    {{\n{body}    }}\n", "")
     return writer
 
@@ -246,7 +242,8 @@ def error_table(api: Api) -> str:
         return '"' + text.replace("\\", "\\\\").replace('"', '\\"') + '"'
     words = "\n".join(
         f'{_comment("summary", one["how"] + ": " + one["when"], " " * 8)}\n'
-        f'        public const uint {one["name"][len("TAVLYN_ERR_"):]} = 0x{one["value"]:X}u;\n' for one in api["errors"])
+        f'        public const uint {one["name"][len("TAVLYN_ERR_"):]} = 0x{one["value"]:X}u;\n'
+        for one in api["errors"])
     rows = "".join(f'            new Entry(0x{one["mask"]:X}u, 0x{one["found"]:X}u, {quoted(one["words"])}),\n'
                    for one in api["errors"])
     return _file(f'''    /// <summary>The error words, TAVLYN_ERR_ in C.</summary>
@@ -268,9 +265,6 @@ def error_table(api: Api) -> str:
 ''', "")
 
 
-HEADERS = ("accessors", "active_id", "connect", "extensions", "files", "identity", "links", "magstripe", "outputs", "raw",
-           "reader", "records", "secure", "sonar")
-
 FILES: Dict[str, Callable[[Api], str]] = {
     "bindings/dotnet/Tavlynapi.dll.config": mono_config,
     FOLDER + "Native.cs": native,
@@ -278,5 +272,10 @@ FILES: Dict[str, Callable[[Api], str]] = {
     FOLDER + "ReaderConfig.cs": _config("ReaderConfig", "reader"),
     FOLDER + "SonarConfig.cs": _config("SonarConfig", "sonar"),
     FOLDER + "ErrorTable.cs": error_table,
-    **{f"{FOLDER}Calls.{pascal(header)}.cs": _calls(header + ".h") for header in HEADERS},
 }
+
+
+def calls(api: Api) -> Dict[str, Callable[[Api], str]]:
+    """A file for each header that has calls."""
+    headers = dict.fromkeys(call["header"] for call in api["calls"])
+    return {f"{FOLDER}Calls.{pascal(header[:-len('.h')])}.cs": _calls(header) for header in headers}

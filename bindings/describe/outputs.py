@@ -37,6 +37,12 @@ FILES: Dict[str, Writer] = {
     **dotnet_calls.FILES,
 }
 
+
+def files(api: Api) -> Dict[str, Writer]:
+    """All files, those too whose names come from the description."""
+    return {**FILES, **dotnet_calls.calls(api)}
+
+
 # Tables by their names, by the paths of the files that they are in.
 TABLES: Dict[str, Mapping[str, Writer]] = {
     "docs/errors.md": {"sums": error_pages.sums, "words": error_pages.sections},

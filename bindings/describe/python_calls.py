@@ -4,6 +4,7 @@ import textwrap
 from typing import Dict, List, Tuple
 
 import renewal
+from common import first_sentence
 from model import Api, Argument, Call, Field, Record
 
 WIDTH = 120
@@ -26,10 +27,9 @@ from .library import call
 from .passing import Data, Marker, Path, Words16, Words32"""
 
 
-def first_sentence(said: str) -> str:
-    """The first sentence, without the ways of C."""
-    end = said.find(". ")
-    return (said if end < 0 else said[: end + 1]).replace("\\", "\\\\").replace('"""', "'''")
+def quoted(said: str) -> str:
+    """The first sentence, as a docstring has it."""
+    return first_sentence(said).replace("\\", "\\\\").replace('"""', "'''")
 
 
 def docstring(said: str, indent: str) -> List[str]:
@@ -74,12 +74,12 @@ def _passed(argument: Argument) -> str:
     return passed.get(kind) or f"passing.number(c_{kind}, {name})"
 
 
-def _result(of: Call) -> Tuple[str, str, List[str], str]:
+def _result(one: Call) -> Tuple[str, str, List[str], str]:
     """What the function is annotated to return; the beginning of its expression, what comes before the arguments,
     and the end of it.
     """
-    result = of["result"]
-    kind, name = result["type"], f'"{of["name"]}"'
+    result = one["result"]
+    kind, name = result["type"], f'"{one["name"]}"'
     if kind == "void":
         return "None", "call(", [name, "None"], ")"
     if kind == "text":
@@ -101,13 +101,13 @@ def _listed(before: str, inside: List[str], after: str, indent: str) -> List[str
     return [before, *(f"{indent}    {one}," for one in inside), indent + after]
 
 
-def _function(of: Call) -> List[str]:
-    annotation, begin, inside, end = _result(of)
-    parameters = [f"{name_of(one)}: {_annotation(one)}" for one in of["arguments"]]
-    passed = [_passed(one) for one in of["arguments"]]
+def _function(one: Call) -> List[str]:
+    annotation, begin, inside, end = _result(one)
+    parameters = [f"{name_of(each)}: {_annotation(each)}" for each in one["arguments"]]
+    passed = [_passed(each) for each in one["arguments"]]
     return [
-        *_listed(f"def {of['name']}(", parameters, f") -> {annotation}:", ""),
-        *docstring(first_sentence(of["text"]), "    "),
+        *_listed(f"def {one['name']}(", parameters, f") -> {annotation}:", ""),
+        *docstring(quoted(one["text"]), "    "),
         *_listed(f"    {begin}", inside + passed, end, "    "),
     ]
 
@@ -115,9 +115,10 @@ def _function(of: Call) -> List[str]:
 def _structure(record: Record) -> List[str]:
     return [
         f"class {record['name']}(Structure):",
-        *docstring(first_sentence(record["text"]), "    "),
+        *docstring(quoted(record["text"]), "    "),
         "",
-        *(f"    {field['name']}: {'ctypes.Array[c_uint8]' if 'count' in field else 'int'}" for field in record["fields"]),
+        *(f"    {field['name']}: {'ctypes.Array[c_uint8]' if 'count' in field else 'int'}"
+          for field in record["fields"]),
         "    _fields_ = [",
         *(f'        ("{field["name"]}", {_c_type(field)}),' for field in record["fields"]),
         "    ]",
@@ -145,7 +146,8 @@ def records(api: Api) -> str:
 def calls(api: Api) -> str:
     """calls.py."""
     names = sorted(record["name"] for record in api["records"])
-    lines = _begun("The calls of the library, each under its own name. Results and error words are those of its headers.")
+    lines = _begun("The calls of the library, each under its own name. "
+                   "Results and error words are those of its headers.")
     lines += [IMPORTS, "from .records import (", *(f"    {name}," for name in names), ")"]
     for one in api["calls"]:
         lines += ["", "", *_function(one)]

@@ -5,8 +5,9 @@ import re
 from typing import Dict, List
 
 import renewal
+from common import named_words
 from model import Api, Field, Record
-from python_calls import docstring, first_sentence
+from python_calls import docstring, quoted
 
 CLASSES = {
     "reader": ("ReaderSettings", "A configuration of a card reader."),
@@ -19,7 +20,7 @@ def _constant(record: Record) -> str:
 
 
 def _attribute(record: Record, field: Field, called: Dict[str, str]) -> List[str]:
-    said = re.sub(r"\w+", lambda word: called.get(word[0], word[0]), first_sentence(field["text"]))
+    said = re.sub(r"\w+", lambda word: called.get(word[0], word[0]), quoted(field["text"]))
     begin = f'    {field["called"]} = '
     inside = [_constant(record), f'"{field["name"]}"']
     if field["read_only"]:
@@ -34,14 +35,12 @@ def _attribute(record: Record, field: Field, called: Dict[str, str]) -> List[str
     return [f"{begin}{made}({', '.join(inside)})", *docstring(said, "    ")]
 
 
-def _class(product: str, records: List[Record]) -> List[str]:
+def _class(product: str, api: Api) -> List[str]:
     name, text = CLASSES[product]
     lines = [f"class {name}(Settings):", *docstring(text, "    "), "", "    __slots__ = ()"]
-    called = {field["name"]: field["called"] for record in records for field in record["fields"] if "called" in field}
-    for record in records:
-        for field in record["fields"]:
-            if "called" in field:
-                lines += ["", *_attribute(record, field, called)]
+    called = {field["name"]: field["called"] for _, field in named_words(api, product)}
+    for record, field in named_words(api, product):
+        lines += ["", *_attribute(record, field, called)]
     return lines
 
 
@@ -51,19 +50,21 @@ def settings(api: Api) -> str:
              "from .fields import Flag, Number, ReadOnlyFlag, ReadOnlyNumber, Record, Settings", ""]
     for record in api["records"]:
         if "product" in record:
-            lines.append(f"{_constant(record)} = Record(records.{record['name']}, calls.{record['get']}, calls.{record['set']})")
+            made = f"Record(records.{record['name']}, calls.{record['get']}, calls.{record['set']})"
+            lines.append(f"{_constant(record)} = {made}")
     for product in CLASSES:
-        of_product = [record for record in api["records"] if record.get("product") == product]
-        lines += ["", "", *_class(product, of_product)]
+        lines += ["", "", *_class(product, api)]
     return "\n".join(lines) + "\n"
 
 
 def error_words(api: Api) -> str:
     """error_words.py."""
-    lines = [renewal.begun("#"), '"""The error words of the library."""', "from typing import NamedTuple, Tuple", "", "",
+    lines = [renewal.begun("#"), '"""The error words of the library."""',
+             "from typing import NamedTuple, Tuple", "", "",
              "class ErrorWord(NamedTuple):",
              *docstring("An error word: it is in a sum if (sum & mask) == found.", "    "), "",
-             "    name: str", "    value: int", "    mask: int", "    found: int", "    text: str", "    remedy: str", "", "",
+             "    name: str", "    value: int", "    mask: int", "    found: int", "    text: str", "    remedy: str",
+             "", "",
              f'NO_WORD = "{api["error_text"]["none"]}"', f'UNKNOWN = "{api["error_text"]["unknown"]}"', "",
              "ERROR_WORDS: Tuple[ErrorWord, ...] = ("]
     for one in api["errors"]:
