@@ -1,7 +1,8 @@
 """The C++ accessors of the words of records, and the list of them for the conformance runner."""
 import textwrap
-from typing import Dict, Iterator, List, Tuple
+from typing import Dict, Iterator, List
 
+from common import named_words
 from model import Api, Field, Record
 from renewal import begun
 
@@ -9,16 +10,6 @@ from renewal import begun
 CLASSES: Dict[str, str] = {"reader": "A card reader's configuration, one of several of a plus reader.",
                            "sonar": "A sonar sensor's parameters."}
 WIDTH = 110
-
-
-def _records(api: Api, product: str) -> List[Record]:
-    return [record for record in api["records"] if record.get("product") == product]
-
-
-def _named(record: Record) -> Iterator[Tuple[Field, str]]:
-    for field in record["fields"]:
-        if "called" in field and not field["unused"]:
-            yield field, field["called"]
 
 
 def _comment(field: Field) -> List[str]:
@@ -31,29 +22,28 @@ def _function(begin: str, statement: str) -> str:
     return line if len(line) <= WIDTH else f"  {begin} {{\n    {statement}\n  }}"
 
 
-def _accessors(record: Record) -> Iterator[str]:
-    for field, called in _named(record):
-        member = f"&{record['name']}::{field['name']}"
-        kind, test = ("bool", " != 0") if field["flag"] else ("int", "")
-        yield "\n".join(_comment(field))
-        yield _function(f"{kind} {called}() const", f"return words_.get({record['get']}, {member}){test};")
-        if not field["read_only"]:
-            yield _function(f"void {called}({kind} value)",
-                            f"words_.set({record['get']}, {record['set']}, {member}, value);")
+def _accessors(record: Record, field: Field) -> Iterator[str]:
+    member, called = f"&{record['name']}::{field['name']}", field["called"]
+    kind, test = ("bool", " != 0") if field["flag"] else ("int", "")
+    yield "\n".join(_comment(field))
+    yield _function(f"{kind} {called}() const", f"return words_.get({record['get']}, {member}){test};")
+    if not field["read_only"]:
+        yield _function(f"void {called}({kind} value)",
+                        f"words_.set({record['get']}, {record['set']}, {member}, value);")
 
 
 def _class(api: Api, product: str, text: str) -> Iterator[str]:
     yield from ("", f"/// {text}", f"class {product}_fields {{", " public:",
                 f"  explicit {product}_fields(const detail::record_words& words) : words_(words) {{}}")
-    for record in _records(api, product):
-        yield ""
-        yield from _accessors(record)
+    for record, field in named_words(api, product):
+        yield from _accessors(record, field)
     yield from ("", " private:", "  detail::record_words words_;", "};")
 
 
 def header(api: Api) -> str:
     """include/tavlyn/fields.hpp"""
-    lines = [begun("//"), "/// @file", "/// The words of configurations, each by the name that it has in every language.",
+    lines = [begun("//"), "/// @file",
+             "/// The words of configurations, each by the name that it has in every language.",
              "#ifndef TAVLYN_FIELDS_HPP", "#define TAVLYN_FIELDS_HPP", "", "#include \"../api.h\"",
              "#include \"records.hpp\"", "", "namespace tavlyn {"]
     for product, text in CLASSES.items():
@@ -65,7 +55,6 @@ def listed(api: Api) -> str:
     """bindings/conformance/cpp/fields.inc: FIELD or READ_ONLY_FIELD(product, name) for each word."""
     lines = [begun("//")]
     for product in CLASSES:
-        for record in _records(api, product):
-            lines += [f"{'READ_ONLY_' if field['read_only'] else ''}FIELD({product}, {called})"
-                      for field, called in _named(record)]
+        lines += [f"{'READ_ONLY_' if field['read_only'] else ''}FIELD({product}, {field['called']})"
+                  for _, field in named_words(api, product)]
     return "\n".join([*lines, ""])

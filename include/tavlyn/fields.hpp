@@ -13,7 +13,6 @@ namespace tavlyn {
 class reader_fields {
  public:
   explicit reader_fields(const detail::record_words& words) : words_(words) {}
-
   /// Send the ID at a fixed length, with leading zeros as needed.
   bool fix_length() const { return words_.get(GetFlags, &tsCfgFlags::bFixLenDsp) != 0; }
   void fix_length(bool value) { words_.set(GetFlags, SetFlags, &tsCfgFlags::bFixLenDsp, value); }
@@ -38,7 +37,6 @@ class reader_fields {
   /// Send no keys to USB: the mode for reading IDs through this library.
   bool halt_keystrokes() const { return words_.get(GetFlags, &tsCfgFlags::bHaltKBSnd) != 0; }
   void halt_keystrokes(bool value) { words_.set(GetFlags, SetFlags, &tsCfgFlags::bHaltKBSnd, value); }
-
   /// Leading Wiegand parity bits to strip: at most 15 (142, see ExFeatures01).
   int lead_parity_bits() const { return words_.get(GetIDBitCnts, &tsIDBitCnts::iLeadParityBitCnt); }
   void lead_parity_bits(int value) {
@@ -55,7 +53,6 @@ class reader_fields {
   /// With bFrcBitCntEx, bits of a valid read including parity: 26 to 255.
   int total_bits() const { return words_.get(GetIDBitCnts, &tsIDBitCnts::iTotalBitCnt); }
   void total_bits(int value) { words_.set(GetIDBitCnts, SetIDBitCnts, &tsIDBitCnts::iTotalBitCnt, value); }
-
   /// Character between FAC and ID: at most 255.
   int fac_delimiter() const { return words_.get(GetIDDispParms, &tsIDDispParms::iFACIDDelim); }
   void fac_delimiter(int value) {
@@ -77,7 +74,6 @@ class reader_fields {
   void output_mode(int value) {
     words_.set(GetIDDispParms, SetIDDispParms, &tsIDDispParms::iExOutputFormat, value);
   }
-
   /// A Wiegand read times out after this time: at most 1020, steps of 4.
   int bit_stream_ms() const { return words_.get(GetTimeParms, &tsTimeParms::iBitStrmTO); }
   void bit_stream_ms(int value) { words_.set(GetTimeParms, SetTimeParms, &tsTimeParms::iBitStrmTO, value); }
@@ -99,7 +95,6 @@ class reader_fields {
   int features() const { return words_.get(GetTimeParms, &tsTimeParms::ExFeatures01); }
   /// Read only: tsCfgFlags3 as one byte. The library keeps it.
   int flags3_byte() const { return words_.get(GetTimeParms, &tsTimeParms::iTPCfgFlg3); }
-
   /// Use the lead characters when keys are sent.
   bool send_lead_characters() const { return words_.get(GetFlags2, &tsCfgFlags2::bUseLeadChrs) != 0; }
   void send_lead_characters(bool value) {
@@ -127,7 +122,6 @@ class reader_fields {
   void reverse_bytes(bool value) { words_.set(GetFlags2, SetFlags2, &tsCfgFlags2::bRevBytes, value); }
   /// The reader has the ASCII conversion type. Read only: it is never sent.
   bool has_ascii() const { return words_.get(GetFlags2, &tsCfgFlags2::isASCIIpresent) != 0; }
-
   /// Euro keyboard.
   bool european_keyboard() const { return words_.get(GetFlags3, &tsCfgFlags3::bUseNumKP) != 0; }
   void european_keyboard(bool value) { words_.set(GetFlags3, SetFlags3, &tsCfgFlags3::bUseNumKP, value); }
@@ -152,7 +146,6 @@ class reader_fields {
   /// Hexadecimal digits: 0 = upper case, 1 = lower case.
   bool lower_case_hex() const { return words_.get(GetFlags3, &tsCfgFlags3::bLowerCaseHex) != 0; }
   void lower_case_hex(bool value) { words_.set(GetFlags3, SetFlags3, &tsCfgFlags3::bLowerCaseHex, value); }
-
   /// With bUseLeadChrs, number of lead characters: at most 3.
   int lead_count() const { return words_.get(GetIDDispParms2, &tsIDDispParms2::iLeadChrCnt); }
   void lead_count(int value) {
@@ -183,7 +176,6 @@ class reader_fields {
   void gone_character_2(int value) {
     words_.set(GetIDDispParms2, SetIDDispParms2, &tsIDDispParms2::iCrdGnChr1, value);
   }
-
   /// Number of trail characters: at most 3.
   int trail_count() const { return words_.get(GetIDDispParms3, &tsIDDispParms3::iTrailChrCnt); }
   void trail_count(int value) {
@@ -204,7 +196,6 @@ class reader_fields {
   void trail_character_3(int value) {
     words_.set(GetIDDispParms3, SetIDDispParms3, &tsIDDispParms3::iTrailChr2, value);
   }
-
   /// The LEDs are controlled through this library.
   bool control_leds() const { return words_.get(GetLEDCtrl, &tsLEDCtrl::bAppCtrlsLED) != 0; }
   void control_leds(bool value) { words_.set(GetLEDCtrl, SetLEDCtrl, &tsLEDCtrl::bAppCtrlsLED, value); }
@@ -217,7 +208,6 @@ class reader_fields {
   /// 0 = stored by the next WriteCfg(), 1 = set now and not stored.
   bool leds_volatile() const { return words_.get(GetLEDCtrl, &tsLEDCtrl::bVolatile) != 0; }
   void leds_volatile(bool value) { words_.set(GetLEDCtrl, SetLEDCtrl, &tsLEDCtrl::bVolatile, value); }
-
   /// 0 = off, 1 = on.
   bool beeper_on() const { return words_.get(GetBprRlyCtrl, &tsBprRlyCtrl::iBeeperState) != 0; }
   void beeper_on(bool value) { words_.set(GetBprRlyCtrl, SetBprRlyCtrl, &tsBprRlyCtrl::iBeeperState, value); }
@@ -238,7 +228,6 @@ class reader_fields {
 class sonar_fields {
  public:
   explicit sonar_fields(const detail::record_words& words) : words_(words) {}
-
   /// Bits: 0 red on, 1 LED for the application, 2 green on; 7 bits are sent.
   int leds() const { return words_.get(GetSonarParms, &tsSonarParms::LEDFlags); }
   void leds(int value) { words_.set(GetSonarParms, SetSonarParms, &tsSonarParms::LEDFlags, value); }
@@ -272,7 +261,6 @@ class sonar_fields {
   void start_delay_seconds(int value) {
     words_.set(GetSonarParms, SetSonarParms, &tsSonarParms::StartDly, value);
   }
-
   /// Number of keys: at most 6, compared signed; 4 bits are sent.
   int away_key_count() const { return words_.get(GetWalkAwayParms, &tsWalkAwayParms::KeyCount); }
   void away_key_count(int value) {
@@ -355,7 +343,6 @@ class sonar_fields {
   void away_key_6_code(int value) {
     words_.set(GetWalkAwayParms, SetWalkAwayParms, &tsWalkAwayParms::Key6Code, value);
   }
-
   /// Number of keys: at most 6, compared signed; 4 bits are sent.
   int up_key_count() const { return words_.get(GetWalkUpParms, &tsWalkUpParms::KeyCount); }
   void up_key_count(int value) {
@@ -431,7 +418,6 @@ class sonar_fields {
   void up_key_6_code(int value) {
     words_.set(GetWalkUpParms, SetWalkUpParms, &tsWalkUpParms::Key6Code, value);
   }
-
   /// A write sends 4 bits of what the last read returned, not this word.
   int idle_reserved() const { return words_.get(GetIdleParms, &tsIdleParms::Reserved1); }
   /// Seconds between presses; 0 for none.
