@@ -86,6 +86,16 @@ set(CPACK_COMPONENT_DOC_DESCRIPTION "${summary} (documentation)
 What each call does with each product, what goes over the wire, the tools, and
 examples in C and C++.")
 
+set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-tavlynapi)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_ARCHITECTURE all)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS "python3 (>= 3.9), ${library} (>= ${PROJECT_VERSION})")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SUGGESTS tavlyn-simulator)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA ${control}/python/postinst ${control}/python/prerm)
+set(CPACK_COMPONENT_PYTHON_DESCRIPTION "${summary} (Python)
+Devices, cards and settings as Python objects, every call of the library, and a
+fixture of pytest with simulated devices.")
+
 # Texts that every Debian package has in its documentation folder.
 set(texts ${CMAKE_CURRENT_BINARY_DIR}/debian)
 set(CPACK_DEBIAN_TEXTS ${texts})

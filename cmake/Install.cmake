@@ -1,5 +1,5 @@
 # What an installation contains, by components: library, development (headers, CMake package, pkg-config), doc; the
-# tools install themselves (tools, simulator).
+# tools install themselves (tools, simulator); python.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -20,6 +20,7 @@ else()
   install(FILES packaging/70-tavlyn.rules DESTINATION lib/udev/rules.d COMPONENT library)
   install(FILES man/tavlynapi.rules.5 DESTINATION ${CMAKE_INSTALL_MANDIR}/man5 COMPONENT library)
   install(FILES man/tavlynapi.3 DESTINATION ${CMAKE_INSTALL_MANDIR}/man3 COMPONENT development)
+  include(cmake/Python.cmake)
 endif()
 
 install(FILES include/api.h include/tavlyn.hpp DESTINATION ${headers_folder} COMPONENT development)

@@ -1,5 +1,5 @@
-# The last step on each Debian package: what cpack cannot say. Only the library's package has scripts; cpack would also
-# have the simulator's call ldconfig, whose libraries are loaded by their paths.
+# The last step on each Debian package: what cpack cannot say. Only the library's package and Python's have scripts; cpack
+# would also have the simulator's call ldconfig, whose libraries are loaded by their paths.
 if(NOT CPACK_GENERATOR STREQUAL "DEB")
   return()
 endif()
@@ -20,7 +20,7 @@ foreach(file IN LISTS CPACK_PACKAGE_FILES)
   string(REGEX REPLACE "[:-]${CPACK_DEBIAN_PACKAGE_ARCHITECTURE}(-cross)?" "" control "${control}")
   string(REGEX REPLACE "(libstdc\\+\\+6)([,\n])" "\\1 (>= ${CPACK_DEBIAN_RUNTIME_VERSION})\\2" control "${control}")
   file(WRITE ${folder}/DEBIAN/control "${control}")
-  if(NOT EXISTS ${folder}/DEBIAN/shlibs)
+  if(NOT EXISTS ${folder}/DEBIAN/shlibs AND NOT EXISTS ${folder}/DEBIAN/prerm)
     file(REMOVE ${folder}/DEBIAN/postinst ${folder}/DEBIAN/postrm)
   endif()
   execute_process(COMMAND dpkg-deb --build --root-owner-group -Zxz ${folder} ${file} OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)

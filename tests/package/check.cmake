@@ -42,7 +42,7 @@ else()
     lib/udev/rules.d/70-tavlyn.rules share/man/man1/tavlynctl.1 share/man/man1/tavlynctl-config.1
     share/man/man1/tavlynsim.1 share/man/man3/tavlynapi.3 share/man/man5/tavlynapi.rules.5
     share/bash-completion/completions/tavlynctl share/zsh/vendor-completions/_tavlynctl
-    share/fish/vendor_completions.d/tavlynctl.fish)
+    share/fish/vendor_completions.d/tavlynctl.fish lib/python3/dist-packages/tavlynapi/py.typed)
 endif()
 foreach(file IN LISTS wanted)
   if(NOT EXISTS ${root}/${file})

@@ -127,3 +127,17 @@ def test_installed(folder: pathlib.Path, tmp_path: pathlib.Path, kind: str) -> N
     ).stdout.splitlines()
     assert told[0] == str(LIBRARY) if kind == "any" else told[0].startswith(f"{place}/lib/")
     assert told[1:] == ["['tavlynapi.testing']", "26 bits"]
+
+
+def test_what_a_build_installs_is_the_same(folder: pathlib.Path, tmp_path: pathlib.Path) -> None:
+    subprocess.run(["cmake", "--install", BUILD, "--component", "python", "--prefix", tmp_path], check=True)
+    modules = tmp_path / "lib" / "python3" / "dist-packages"
+    installed = {str(path.relative_to(modules)): path.read_bytes() for path in modules.rglob("*") if path.is_file()}
+    (metadata,) = (name for name in installed if name.endswith("/METADATA"))
+    wheel = files_of(folder, "any")
+    assert set(installed.pop(metadata).decode().splitlines()) <= set(wheel[metadata].decode().splitlines())
+    assert installed == {
+        name: content
+        for name, content in wheel.items()
+        if ".dist-info/" not in name or name.endswith("/entry_points.txt")
+    }
