@@ -63,18 +63,18 @@ def is_doubtful(card: Optional[Card]) -> bool:
 class CardWatch:
     """Compares what a reader says with what it has said before."""
 
-    def __init__(self, ask: Callable[[], Optional[Card]], gone: Callable[[], Exception], on: Optional[Card]) -> None:
+    def __init__(self, ask: Callable[[], Optional[Card]], gone: Callable[[], Exception]) -> None:
         self._ask = ask
         self._gone = gone
-        self.on = on
+        self._on: Optional[Card] = None
         self._doubted: Optional[Card] = None
         self._patience = Patience()
 
     def _change(self, card: Optional[Card]) -> List[Event]:
-        if card == self.on:
+        if card == self._on:
             return []
-        events = [Event("gone", self.on)] if self.on else []
-        self.on = card
+        events = [Event("gone", self._on)] if self._on else []
+        self._on = card
         return events + ([Event("card", card)] if card else [])
 
     def events(self) -> List[Event]:
@@ -87,7 +87,7 @@ class CardWatch:
             return []
         self._patience.is_over(True)
         doubted, self._doubted = self._doubted, None
-        if doubted is None and is_doubtful(card) and card != self.on:
+        if doubted is None and is_doubtful(card) and card != self._on:
             self._doubted = card
             return []
         # A card of zeros that was seen once and has left was one all the same.

@@ -9,6 +9,9 @@ from .errors import OutOfRange, TavlynError
 from .library import lock
 
 
+HIGHEST_SIGNED = 32767
+
+
 class Record(NamedTuple):
     """A record with its calls."""
 
@@ -140,6 +143,7 @@ class Number(ReadOnlyNumber):
         bits = 8 * ctypes.sizeof(kind)
         signed = kind(-1).value < 0
         self.fits = range(-(1 << bits - 1), 1 << bits - 1) if signed else range(1 << bits)
+        self.has_range = least is not None
         self.least, self.most = (self.fits[0], self.fits[-1]) if least is None else (least, most)
 
     def _refusal(self, value: int, word: int) -> OutOfRange:
@@ -147,8 +151,8 @@ class Number(ReadOnlyNumber):
         return OutOfRange(f"{self.name} is {self.least} to {self.most}{unit}, not {value!r}", word)
 
     def __set__(self, settings: Settings, value: int) -> None:
-        # The library judges what is too much: some readers take more of it than others.
-        if value not in self.fits or value < self.least:
+        # The library judges, because some readers take more than others; but it takes negative words for their bits.
+        if value not in self.fits or (self.has_range and not 0 <= value <= HIGHEST_SIGNED):
             raise self._refusal(value, 0)
         word = settings.set_word(self.record, self.word, int(value))
         if word != 0:

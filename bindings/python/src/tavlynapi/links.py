@@ -60,7 +60,7 @@ class Link(NamedTuple):
     def nothing(self, product: Product) -> str:
         """That nothing was found."""
         if self.com is not None:
-            return f"no {product.called} answered on COM{self.com}"
+            return f"no {product.called} answers on COM{self.com}"
         if self.ip is not None:
-            return f"no {product.called} answered at {self.ip[0]}:{self.ip[1]}"
+            return f"no {product.called} answers at {self.ip[0]}:{self.ip[1]}"
         return f"no {product.called} is plugged in"

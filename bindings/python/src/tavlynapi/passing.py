@@ -7,9 +7,9 @@ from typing import Any, Callable, List, Optional, Type, TypeVar, Union
 from . import library
 
 # Where a call stores a number, or several.
-Words16 = Union[ctypes.c_uint16, "ctypes.Array[ctypes.c_uint16]"]
-Words32 = Union[ctypes.c_uint32, "ctypes.Array[ctypes.c_uint32]"]
-Path = Union[str, bytes, "os.PathLike[str]", "os.PathLike[bytes]"]
+Words16 = Union[ctypes.c_uint16, ctypes.Array[ctypes.c_uint16]]
+Words32 = Union[ctypes.c_uint32, ctypes.Array[ctypes.c_uint32]]
+Path = Union[str, bytes, os.PathLike[str], os.PathLike[bytes]]
 Data = Union[bytes, bytearray]
 Marker = Callable[[bytes], None]
 

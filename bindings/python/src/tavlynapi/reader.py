@@ -53,7 +53,6 @@ class Reader(Device):
     """A card reader."""
 
     product = "reader"
-    _on: Optional[Card] = None
 
     @property
     def config(self) -> Configuration:
@@ -87,14 +86,7 @@ class Reader(Device):
             doubted = True
 
     def _watch(self) -> Callable[[], List[Event]]:
-        watch = CardWatch(self._ask, self.gone, self._on)
-
-        def events() -> List[Event]:
-            found = watch.events()
-            self._on = watch.on
-            return found
-
-        return events
+        return CardWatch(self._ask, self.gone).events
 
     def _watch_arrivals(self) -> Callable[[], List[Card]]:
         events = self._watch()
@@ -103,8 +95,8 @@ class Reader(Device):
     def events(self, timeout: Optional[float] = None) -> Polling[Event]:
         """Cards that come and go, for `for` and `async for`, in timeout seconds or for ever.
 
-        A loop begins where the one before has ended: a card that this one has told is not told again while it lies
-        there. DeviceGone ends it when the reader does not answer three times in a row.
+        A card that lies there when a loop begins is told first. DeviceGone ends a loop when the reader does not answer
+        three times in a row.
         """
         return Polling(self._watch, PAUSE, timeout)
 
