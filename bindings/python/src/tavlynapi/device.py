@@ -2,6 +2,7 @@
 import contextlib
 import dataclasses
 import os
+import time
 from typing import Iterator, Optional, Type, TypeVar
 
 from . import calls
@@ -34,6 +35,7 @@ class Device:
     def __init__(self, table: Table, place: Place) -> None:
         self._table = table
         self._place = place
+        self._used = time.monotonic()
         table.add(self)
 
     def __enter__(self: D) -> D:
@@ -57,7 +59,14 @@ class Device:
             if self._place.index is None:
                 raise DeviceGone(f"{self} is not plugged in any more", 0, "the device is gone")
             calls.SetActDev(self._place.index)
-            yield
+            try:
+                yield
+            finally:
+                self._used = time.monotonic()
+
+    def rest(self, seconds: float) -> None:
+        """Waits until nobody has used the device for so long."""
+        time.sleep(max(self._used + seconds - time.monotonic(), 0))
 
     @contextlib.contextmanager
     def selected(self, configuration: int) -> Iterator[None]:
@@ -81,6 +90,7 @@ class Device:
     @place.setter
     def place(self, place: Place) -> None:
         self._place = place
+        self._used = time.monotonic()
 
     @property
     def serial_number(self) -> str:

@@ -1,5 +1,4 @@
 """Card readers."""
-import time
 from typing import Callable, List, Optional, Sequence, Tuple
 
 from . import calls, records
@@ -66,15 +65,17 @@ class Reader(Device):
             return [Configuration(self, index) for index in range(calls.GetMaxConfig() + 1)]
 
     def _ask(self) -> Optional[Card]:
+        """The library leaves a reader alone that was used a moment ago, and repeats the last card, of any reader."""
+        self.rest(PAUSE)
         with self.active():
+            self.rest(PAUSE)  # another thread may have used it in the meantime
             return ask_for_card()
 
     def read_card(self) -> Optional[Card]:
-        """The card on the reader now, or None. It takes a quarter of a second."""
+        """The card on the reader now, or None. It takes a quarter of a second if the reader was just in use."""
         patience = Patience()
         doubted = False
         while True:
-            time.sleep(PAUSE)
             try:
                 card = self._ask()
             except Unanswered:

@@ -1,0 +1,55 @@
+"""Devices that go, and come back."""
+import pytest
+
+import tavlynapi
+from tavlynapi.testing import Desk
+
+
+def test_gone_amid_a_loop(desk: Desk) -> None:
+    desk.card("0A0B:16")
+    told = []
+    with tavlynapi.connect() as reader:
+        with pytest.raises(tavlynapi.DeviceGone) as gone:
+            for card in reader.cards(timeout=60):
+                told.append(card.hex)
+                desk.unplug()
+        assert told == ["0B0A"]
+        assert gone.value.word & 0x202 == 0x202
+        assert "does not answer" in str(gone.value)
+        with pytest.raises(tavlynapi.NoDevice):
+            reader.reconnect()
+        with pytest.raises(tavlynapi.DeviceGone, match="not plugged in"):
+            reader.beep()
+
+
+def test_back(desk: Desk) -> None:
+    with tavlynapi.connect() as reader:
+        desk.unplug()
+        with pytest.raises(tavlynapi.DeviceGone):
+            reader.read_card()
+        desk.plug("reader,serial=0400123456")
+        desk.card("0A0B:16")
+        reader.reconnect()
+        card = reader.read_card()
+        assert card and card.hex == "0B0A"
+
+
+@pytest.mark.tavlyn(devices=["reader", "reader"])
+def test_the_other_stays(desk: Desk) -> None:
+    with tavlynapi.connect(index=0) as first, tavlynapi.connect(index=1) as second:
+        desk.unplug(1)
+        with pytest.raises(tavlynapi.NoDevice):
+            first.reconnect()
+        desk.card("0A0B:16", device=2)
+        card = second.read_card()
+        assert card and card.hex == "0B0A"
+
+
+def test_a_configuration_that_cannot_be_read(desk: Desk) -> None:
+    with tavlynapi.connect() as reader:
+        desk.unplug()
+        with pytest.raises(tavlynapi.TavlynError) as refused:
+            reader.reload()
+        assert refused.value.word == 0x20202
+        assert refused.value.text == "a report could not be sent; a read of the configuration failed"
+        assert str(refused.value).startswith("the configuration could not be read (error word 0x20202: a report")
