@@ -1,4 +1,5 @@
 """What the generator reads in headers and tables, and how it renews."""
+import json
 import pathlib
 import sys
 import tempfile
@@ -8,7 +9,9 @@ from unittest import mock
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent))
 # pylint: disable=wrong-import-position
+import api
 import arguments
+import error_pages
 import headers
 import renewal
 import tables
@@ -102,22 +105,35 @@ class Reading(unittest.TestCase):
         self.assertEqual(rows[0][1], ".bounds = {1, 2, 3}")
 
 
+class ErrorWords(unittest.TestCase):
+    """What is written of error words."""
+
+    def test_sums(self) -> None:
+        """The sums of the page are among those that all bindings say in words."""
+        scenario = json.loads(tree.read("bindings/conformance/scenario.json"))
+        steps = {step.get("word"): step["gives"] for case in scenario for step in case["steps"]
+                 if step.get("do") == "error_text"}
+        described = api.description()
+        for word in error_pages.SUMS:
+            self.assertEqual(steps.get(f"0x{word:X}"), error_pages.text_of(described, word))
+
+
 class Renewal(unittest.TestCase):
     """Generated files and tables."""
 
     def test_stale(self) -> None:
         """A table that is not as it should be, and a file that is not there; written, they are current."""
         page = "Head\n<!-- table numbers -->\n\n1\n\n<!-- end -->\nTail\n"
-        api = mock.sentinel.api
+        described = mock.sentinel.api
         files, marked = {"made.txt": lambda _: "made\n"}, {"page.md": {"numbers": lambda _: "2\n"}}
         with tempfile.TemporaryDirectory() as folder, mock.patch.object(tree, "ROOT", pathlib.Path(folder)):
             tree.ROOT.joinpath("page.md").write_text(page, encoding="utf-8")
-            stale = renewal.stale(files, marked, api)
+            stale = renewal.stale(files, marked, described)
             self.assertEqual(stale, {"made.txt": "made\n", "page.md": page.replace("1", "2")})
             renewal.write(stale)
-            self.assertEqual(renewal.stale(files, marked, api), {})
+            self.assertEqual(renewal.stale(files, marked, described), {})
             with self.assertRaises(ValueError):
-                renewal.stale({}, {"page.md": {}}, api)
+                renewal.stale({}, {"page.md": {}}, described)
 
 
 if __name__ == "__main__":
