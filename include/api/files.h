@@ -38,14 +38,14 @@ TAVLYN_API uint32_t TAVLYN_CALL ReadDevCfgFmFile(const char* path);
 
 /** WriteDevCfgToFile() for callers that can pass only characters.
  * @param index 0 to 255: 0 clears the path and stores the character there, 1 to 254 store it, 255 saves.
- * @param character the character; ignored with index 255.
+ * @param character the character, 0 to 255; ignored with index 255.
  * @return 1 for a character that was stored; what WriteDevCfgToFile() returns for index 255; 0 for any other
  *   index. */
 TAVLYN_API uint32_t TAVLYN_CALL writeDevCfgToFile_char(int16_t index, uint8_t character);
 
 /** ReadDevCfgFmFile() for callers that can pass only characters.
  * @param index 0 to 255: 0 clears the path and stores the character there, 1 to 254 store it, 255 loads.
- * @param character the character; ignored with index 255.
+ * @param character the character, 0 to 255; ignored with index 255.
  * @return 1 for a character that was stored; what ReadDevCfgFmFile() returns for index 255; 0 for any other
  *   index. */
 TAVLYN_API uint32_t TAVLYN_CALL readDevCfgFmFile_char(int16_t index, uint8_t character);

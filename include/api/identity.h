@@ -115,7 +115,7 @@ TAVLYN_API uint32_t TAVLYN_CALL ChkDelRemoval(const char* path);
 /** ChkAddArrival() for callers that can pass only characters.
  * @param index 0 to 255: 0 clears the path and stores the character there, 1 to 254 store it, 255 runs the
  * check.
- * @param character the character; ignored with index 255.
+ * @param character the character, 0 to 255; ignored with index 255.
  * @return 1 for a character that was stored; what ChkAddArrival() returns for index 255; 0 for any other
  *   index. */
 TAVLYN_API uint32_t TAVLYN_CALL chkAddArrival_char(int16_t index, uint8_t character);
@@ -123,7 +123,7 @@ TAVLYN_API uint32_t TAVLYN_CALL chkAddArrival_char(int16_t index, uint8_t charac
 /** ChkDelRemoval() for callers that can pass only characters.
  * @param index 0 to 255: 0 clears the path and stores the character there, 1 to 254 store it, 255 runs the
  * check.
- * @param character the character; ignored with index 255.
+ * @param character the character, 0 to 255; ignored with index 255.
  * @return 1 for a character that was stored; what ChkDelRemoval() returns for index 255; 0 for any other
  *   index. */
 TAVLYN_API uint32_t TAVLYN_CALL chkDelRemoval_char(int16_t index, uint8_t character);

@@ -86,7 +86,7 @@ TAVLYN_API void TAVLYN_CALL SetSerialTimeouts(uint32_t interval, uint32_t multip
 
 /** Sets the speed of the next serial search for readers, 9600 baud after load. No open port changes.
  * Magstripe readers are always searched for at 9600.
- * @param baud any speed that the port's driver supports; at any other, and at 0, no port opens. */
+ * @param baud speed in baud, any that the port's driver supports; at any other, and at 0, no port opens. */
 TAVLYN_API void TAVLYN_CALL SetBaudRate(uint32_t baud);
 
 /** Looks for an Ethernet adapter at the addresses from a.b.c.first to a.b.c.last. Nothing is added to the

@@ -105,6 +105,39 @@ class Reading(unittest.TestCase):
         self.assertEqual(rows[0][1], ".bounds = {1, 2, 3}")
 
 
+# Numbers that have neither a range nor another way to say what they may be.
+WITHOUT_RANGE = {
+    "SetBaudRate.baud", "IsCardTypeInList.type", "sorbaneSetActiveID.term", "sorbaneGetTrackFieldOffset.field",
+    "sorbaneGetTrackFieldOffset.offset", "sorbaneGetTrackFieldOffset.term",
+}
+ENDINGS = {"ms": "_ms", "s": "_seconds", "inches": "_inches"}
+
+
+class Described(unittest.TestCase):
+    """The real headers and tables."""
+
+    described = api.description()
+
+    def test_every_number_has_its_range(self) -> None:
+        """Of an argument the comment says what it may be; words of records have theirs in tables."""
+        without = {f"{call['name']}.{one['name']}" for call in self.described["calls"] for one in call["arguments"]
+                   if "int" in one["type"] and "out" not in one["type"] and one["name"] != "length"
+                   and not {"least", "flag", "ignored"} & set(one) and call["header"] != "accessors.h"}
+        self.assertEqual(without, WITHOUT_RANGE)
+
+    def test_names_of_words(self) -> None:
+        """One for each word that is used, its own among those of a product, and it says the unit."""
+        for product in ("reader", "sonar"):
+            records = [one for one in self.described["records"] if one.get("product") == product]
+            used = [field for record in records for field in record["fields"] if not field["unused"]]
+            called = [field["called"] for field in used]
+            self.assertEqual(len(set(called)), len(called))
+            for field in used:
+                self.assertRegex(field["called"], r"^[a-z][a-z0-9_]*$")
+                ending = ENDINGS.get(field.get("unit", ""), "")
+                self.assertTrue(field["called"].endswith(ending), field["called"])
+
+
 class ErrorWords(unittest.TestCase):
     """What is written of error words."""
 

@@ -46,7 +46,7 @@ namespace Tavlyn
         /// <summary>WriteDevCfgToFile() for callers that can pass only characters.</summary>
         /// <param name="index">0 to 255: 0 clears the path and stores the character there, 1 to 254 store it, 255
         /// saves.</param>
-        /// <param name="character">The character.</param>
+        /// <param name="character">The character, 0 to 255.</param>
         /// <returns>1 for a character that was stored.</returns>
         public static uint writeDevCfgToFile_char(short index, byte character)
         {
@@ -56,7 +56,7 @@ namespace Tavlyn
         /// <summary>ReadDevCfgFmFile() for callers that can pass only characters.</summary>
         /// <param name="index">0 to 255: 0 clears the path and stores the character there, 1 to 254 store it, 255
         /// loads.</param>
-        /// <param name="character">The character.</param>
+        /// <param name="character">The character, 0 to 255.</param>
         /// <returns>1 for a character that was stored.</returns>
         public static uint readDevCfgFmFile_char(short index, byte character)
         {

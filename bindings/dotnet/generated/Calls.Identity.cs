@@ -168,7 +168,7 @@ namespace Tavlyn
         /// <summary>ChkAddArrival() for callers that can pass only characters.</summary>
         /// <param name="index">0 to 255: 0 clears the path and stores the character there, 1 to 254 store it, 255
         /// runs the check.</param>
-        /// <param name="character">The character.</param>
+        /// <param name="character">The character, 0 to 255.</param>
         /// <returns>1 for a character that was stored.</returns>
         public static uint chkAddArrival_char(short index, byte character)
         {
@@ -178,7 +178,7 @@ namespace Tavlyn
         /// <summary>ChkDelRemoval() for callers that can pass only characters.</summary>
         /// <param name="index">0 to 255: 0 clears the path and stores the character there, 1 to 254 store it, 255
         /// runs the check.</param>
-        /// <param name="character">The character.</param>
+        /// <param name="character">The character, 0 to 255.</param>
         /// <returns>1 for a character that was stored.</returns>
         public static uint chkDelRemoval_char(short index, byte character)
         {

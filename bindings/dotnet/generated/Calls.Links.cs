@@ -122,7 +122,7 @@ namespace Tavlyn
         }
 
         /// <summary>Sets the speed of the next serial search for readers, 9600 baud after load.</summary>
-        /// <param name="baud">Any speed that the port's driver supports.</param>
+        /// <param name="baud">Speed in baud, any that the port's driver supports.</param>
         public static void SetBaudRate(uint baud)
         {
             Native.SetBaudRate(baud);
