@@ -138,3 +138,8 @@ def devices(
             return list(_TABLE.places)
         finally:
             _TABLE.tidy()
+
+
+def close_all() -> None:
+    """Closes every device that is open."""
+    _TABLE.remove_all()

@@ -65,6 +65,13 @@ class Table:
                 self._open.discard(device)
                 self.tidy()
 
+    def remove_all(self) -> None:
+        """Closes every device."""
+        with lock:
+            if self._open:
+                self._open.clear()
+                self.tidy()
+
     def tidy(self) -> None:
         """Closes the connection unless a device is open."""
         if not self._open:

@@ -19,7 +19,7 @@ import sys
 import tempfile
 from typing import Dict, Iterator, List, Optional, Sequence
 
-from . import library
+from . import connecting, library
 from .errors import Problem
 
 _PROGRAM = "tavlynsim"
@@ -235,5 +235,6 @@ def desk(
             try:
                 yield Desk(standin)
             finally:
-                # The next desk begins with no connection, and no card that was read here.
+                # The next desk begins with no open device, and no card that was read here.
+                connecting.close_all()
                 library.unload()

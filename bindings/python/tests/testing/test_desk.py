@@ -5,6 +5,7 @@ from typing import List
 
 import pytest
 
+import tavlynapi
 from tavlynapi import calls
 from tavlynapi.testing import Desk, DeskError
 
@@ -55,6 +56,18 @@ def test_each_test_begins_anew(desk: Desk, _: str) -> None:
     assert connect() == 2
     desk.unplug(1)
     assert kinds(desk) == ["plus:3"]
+
+
+# As that of a test that fails, whose variables pytest keeps.
+KEPT: List[tavlynapi.Device] = []
+
+
+@pytest.mark.parametrize("desk", [{"devices": ["reader"]}, {"devices": ["sonar"]}], indirect=True)
+def test_a_device_that_stays_open_is_closed_with_its_desk(desk: Desk) -> None:
+    for device in KEPT:
+        with pytest.raises(ValueError, match="the device is closed"):
+            device.beep()
+    KEPT.append(tavlynapi.connect("sonar") if kinds(desk) == ["sonar"] else tavlynapi.connect())
 
 
 @pytest.mark.parametrize("desk", [{"devices": ["plus:2", "sonar", "magstripe"]}], indirect=True)
