@@ -52,7 +52,7 @@ def _parameter(argument: Argument, plain: bool) -> Parameter:
     if plain:
         return Parameter(name, "IntPtr", name, "")
     way = "ref" if kind.startswith("record:") else "out"
-    declared = ELEMENTS.get(kind) or kind.split(":")[1]
+    declared = ELEMENTS.get(kind) or _record_name(kind)
     return Parameter(name, f"{way} {declared}", f"{way} {name}", "")
 
 
@@ -138,11 +138,20 @@ def _returned(result: Result, call: str) -> str:
     if kind == "bytes":
         taken = "OwnBytes" if result.get("owned") else "Bytes"
         return f'return Handing.{taken}({call}, {result["room"]});'
+    if kind.startswith("record:"):
+        return f'return Handing.OwnRecords<{_record_name(kind)}>({call}, Native.{result["count"]}());'
     return f"return {call};"
 
 
+def _record_name(kind: str) -> str:
+    return kind.split(":")[1]
+
+
 def _result_type(result: Result) -> str:
-    return {**SIMPLE, "text": "string", "bytes": "byte[]"}.get(result["type"], "IntPtr")
+    kind = result["type"]
+    if kind.startswith("record:"):
+        return _record_name(kind) + "[]"
+    return {**SIMPLE, "text": "string", "bytes": "byte[]"}[kind]
 
 
 def _call(call: Call, parameters: List[Parameter]) -> str:

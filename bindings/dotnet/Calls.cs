@@ -1,6 +1,5 @@
 using System;
 using System.Collections.Generic;
-using System.Runtime.InteropServices;
 
 namespace Tavlyn
 {
@@ -16,12 +15,6 @@ namespace Tavlyn
         static Calls()
         {
             Loading.Prepare();
-        }
-
-        /// <summary>Frees what a call leaves to its caller: GetCardAnalyzerData.</summary>
-        public static void Free(IntPtr memory)
-        {
-            Handing.Free(memory);
         }
     }
 }

@@ -37,18 +37,24 @@ namespace Tavlyn
         // Of an array that belongs to the caller.
         internal static byte[] OwnBytes(IntPtr from, int length)
         {
-            try
-            {
-                return Bytes(from, length);
-            }
-            finally
-            {
-                Free(from);
-            }
+            byte[] bytes = Bytes(from, length);
+            Free(from);
+            return bytes;
+        }
+
+        // Null for a null pointer; the array belonged to the caller.
+        internal static T[] OwnRecords<T>(IntPtr from, uint count)
+        {
+            if (from == IntPtr.Zero) return null;
+            var records = new T[count];
+            for (int at = 0; at < records.Length; ++at)
+                records[at] = (T)Marshal.PtrToStructure(IntPtr.Add(from, at * Marshal.SizeOf(typeof(T))), typeof(T));
+            Free(from);
+            return records;
         }
 
         // The library takes its memory from the C runtime.
-        internal static void Free(IntPtr memory)
+        private static void Free(IntPtr memory)
         {
             if (IsUnix) FreeOnUnix(memory);
             else FreeOnWindows(memory);

@@ -31,8 +31,8 @@ namespace Tavlyn
             return new Reader(search);
         }
 
-        /// <summary>A card came, or lay there when the first handler was added. Handlers run on a thread of their own,
-        /// which asks while there are any.</summary>
+        /// <summary>A card came, or lay there when the first handler was added. Handlers run on a thread of their
+        /// own, which asks while there are any.</summary>
         public event EventHandler<CardEventArgs> CardArrived
         {
             add

@@ -31,9 +31,9 @@ namespace Tavlyn
 
         /// <summary>Reads the records, GetCardCount() of them: the count is not asked for again.</summary>
         /// <returns>An array from malloc that belongs to the caller, who releases it with free.</returns>
-        public static IntPtr GetCardAnalyzerData()
+        public static CardAnalyzerRecord[] GetCardAnalyzerData()
         {
-            return Native.GetCardAnalyzerData();
+            return Handing.OwnRecords<CardAnalyzerRecord>(Native.GetCardAnalyzerData(), Native.GetCardCount());
         }
 
         /// <summary>Asks whether a module is on.</summary>

@@ -104,7 +104,8 @@ namespace Tavlyn.Tests
             if (product == "magstripe") device = MagstripeReader.Connect(search);
             else if (product == "sonar") device = SonarSensor.Connect(search);
             else device = Reader.Connect(search);
-            return product + " " + (device.SerialNumber ?? "-") + " " + device.Luid + " " + (device.PartNumber ?? "-");
+            return product + " " + (device.SerialNumber ?? "-") + " " + device.Luid + " "
+                + (device.PartNumber ?? "-");
         }
 
         private void do_close()

@@ -44,7 +44,8 @@ namespace Tavlyn.Tests
                     var name = (string)field["name"];
                     Check.Equal((int)(long)field["offset"], (int)Marshal.OffsetOf(type, name));
                     Type word = type.GetField(name).FieldType;
-                    Check.Equal(Sizes[(string)field["type"]], Marshal.SizeOf(word.IsArray ? word.GetElementType() : word));
+                    if (word.IsArray) word = word.GetElementType();
+                    Check.Equal(Sizes[(string)field["type"]], Marshal.SizeOf(word));
                 }
                 ++records;
             }
@@ -58,7 +59,8 @@ namespace Tavlyn.Tests
             foreach (Dictionary<string, object> call in All(Api["calls"]))
             {
                 var arguments = new List<Dictionary<string, object>>(All(call["arguments"]));
-                MemberInfo[] forms = native.GetMember((string)call["name"], BindingFlags.Static | BindingFlags.NonPublic);
+                const BindingFlags hidden = BindingFlags.Static | BindingFlags.NonPublic;
+                MemberInfo[] forms = native.GetMember((string)call["name"], hidden);
                 Check.Equal(true, forms.Length > 0);
                 foreach (MethodInfo form in forms)
                 {

@@ -92,9 +92,7 @@ namespace Tavlyn.Tests
             Check.Equal(32, Calls.getESN().Length);
             Calls.GetCardAnalyzerStatus();
             Check.Equal(1u, Calls.GetCardCount());
-            IntPtr records = Calls.GetCardAnalyzerData();
-            var record = (CardAnalyzerRecord)Marshal.PtrToStructure(records, typeof(CardAnalyzerRecord));
-            Calls.Free(records);
+            CardAnalyzerRecord record = Calls.GetCardAnalyzerData()[0];
             Check.Equal(1u, record.RecType);
             Check.Equal(26u, record.BitCount);
             Check.Equal((byte)1, record.CardBits[31]);

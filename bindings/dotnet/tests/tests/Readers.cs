@@ -60,7 +60,8 @@ namespace Tavlyn.Tests
                 Task<int> other = Task.Run(() =>
                 {
                     int good = 0;
-                    for (int round = 0; round < 200; ++round) good += first.Luid == 1 && first.SerialNumber == "0400123456" ? 1 : 0;
+                    for (int round = 0; round < 200; ++round)
+                        good += first.Luid == 1 && first.SerialNumber == "0400123456" ? 1 : 0;
                     return good;
                 });
                 for (int round = 0; round < 200; ++round) Check.Equal(2, second.Luid);
@@ -102,7 +103,8 @@ namespace Tavlyn.Tests
             {
                 reader.Save("plain.hwg");
                 reader.SaveSecure("secure.hwg");
-                foreach (Action load in new Action[] { () => reader.Load("plain.hwg"), () => reader.LoadSecure("secure.hwg") })
+                var loads = new Action[] { () => reader.Load("plain.hwg"), () => reader.LoadSecure("secure.hwg") };
+                foreach (Action load in loads)
                 {
                     reader.Config.IdHoldMs = 3000;
                     reader.Config.Commit();
