@@ -101,7 +101,8 @@ def test_the_same_bytes_wherever_they_are_made(folder: pathlib.Path, tmp_path: p
     assert again == {wheel.name: wheel.read_bytes() for wheel in sorted(folder.iterdir())}
 
 
-def test_a_library_that_needs_more_is_refused() -> None:
+def test_a_library_that_needs_more_is_refused(monkeypatch: pytest.MonkeyPatch) -> None:
+    monkeypatch.syspath_prepend(str(SCRIPT.parent))
     loader = importlib.machinery.SourceFileLoader("wheel_script", str(SCRIPT))
     spec = importlib.util.spec_from_loader("wheel_script", loader)
     assert spec is not None
