@@ -13,7 +13,7 @@ pytest_plugins = ["pytester"]
 
 PR_SET_CHILD_SUBREAPER = 36
 USES = """
-import ctypes, os, signal
+import ctypes, os, signal, time
 import pytest
 from tavlynapi import calls
 
@@ -28,11 +28,11 @@ AT_ONCE = """
 def test(desk):
     os.mkdir("COUNT")
     while not all(os.path.exists(name) for name in "123"):
-        pass
+        time.sleep(0.01)
     assert devices() == COUNT
     os.mkdir("done COUNT")
     while not all(os.path.exists(f"done {name}") for name in "123"):
-        pass
+        time.sleep(0.01)
 """
 RUN = [sys.executable, "-m", "pytest", "-p", "tavlynapi.testing", "-p", "no:cacheprovider"]
 
