@@ -14,6 +14,8 @@ struct Header {
 
 // Longer than any list or record of traffic; anything longer is not a message of ours.
 constexpr std::uint32_t kLongestBody = 1U << 26U;
+// What is asked is a report, some bytes or a line.
+constexpr std::uint32_t kLongestAsked = 1U << 20U;
 
 bool SendAll(net::Socket socket, std::span<const std::uint8_t> bytes) {
   while (!bytes.empty()) {
@@ -87,14 +89,34 @@ void Overwrite(std::vector<std::uint8_t>& bytes) {
   for (std::size_t left = bytes.size(); left > 0; --left) *at++ = 0;
 }
 
-bool Send(net::Socket socket, const Message& message) {
+void PutMessage(std::vector<std::uint8_t>& bytes, const Message& message) {
   const Header header{message.code, message.key, static_cast<std::uint32_t>(message.body.size())};
-  Packer packer;
-  packer.packed.reserve(sizeof header + message.body.size());
-  packer.Put(header);
-  packer.packed.insert(packer.packed.end(), message.body.begin(), message.body.end());
-  const bool sent = SendAll(socket, packer.packed);
-  Overwrite(packer.packed);
+  const auto* raw = reinterpret_cast<const std::uint8_t*>(&header);
+  bytes.reserve(bytes.size() + sizeof header + message.body.size());
+  bytes.insert(bytes.end(), raw, raw + sizeof header);
+  bytes.insert(bytes.end(), message.body.begin(), message.body.end());
+}
+
+Arrived TakeMessage(std::vector<std::uint8_t>& bytes, Message& message) {
+  Header header{};
+  if (bytes.size() < sizeof header) return Arrived::kPart;
+  std::memcpy(&header, bytes.data(), sizeof header);
+  if (header.code > 0xFF || header.length > kLongestAsked) return Arrived::kNoMessage;
+  const std::size_t whole = sizeof header + header.length;
+  if (bytes.size() < whole) return Arrived::kPart;
+  const auto end = bytes.begin() + static_cast<std::ptrdiff_t>(whole);
+  message.code = static_cast<std::uint8_t>(header.code);
+  message.key = header.key;
+  message.body.assign(bytes.begin() + sizeof header, end);
+  bytes.erase(bytes.begin(), end);
+  return Arrived::kWhole;
+}
+
+bool Send(net::Socket socket, const Message& message) {
+  std::vector<std::uint8_t> packed;
+  PutMessage(packed, message);
+  const bool sent = SendAll(socket, packed);
+  Overwrite(packed);
   return sent;
 }
 

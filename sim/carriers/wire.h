@@ -13,6 +13,8 @@
 //   kSilence     line       -             outcome    -
 //   kTakeCut     line       -             outcome    -
 //   kRun         -          command line  outcome    the reply, or why it failed
+//   kVariables   -          -             kDone      what programs need to see the devices: NAME=VALUE, each
+//   with a NUL kEnd         -          -             outcome    -; the process ends
 //
 // Reports have their report ID in byte 0; that of kGetFeature is as long as the wanted answer.
 #pragma once
@@ -43,6 +45,8 @@ enum class Op : std::uint8_t {
   kTakeBytes,
   kSilence,
   kTakeCut,
+  kVariables,
+  kEnd,
 };
 
 // A body is overwritten when the message is gone, so that a search of a program's memory for keys finds only
@@ -59,13 +63,20 @@ struct Message {
 bool Send(net::Socket socket, const Message& message);
 bool Receive(net::Socket socket, Message& message);
 
-// net::kNone if nobody listens under that name.
+// The same for one who serves many and waits for none: the first message among the bytes that have arrived
+// is taken off them, and an answer is put after those that have not been sent.
+enum class Arrived { kWhole, kPart, kNoMessage };
+Arrived TakeMessage(std::vector<std::uint8_t>& bytes, Message& message);
+void PutMessage(std::vector<std::uint8_t>& bytes, const Message& message);
+
+// net::kNone if nobody listens under that name; net::Problem says why.
 net::Socket Connect(const char* name);
 // Sets the name for Connect and, where sockets are files, the folder that it made. net::kNone on failure;
 // net::Problem says why.
 net::Socket Listen(std::string& folder, std::string& name);
-// Accepts the next program. One that stops in the middle of a message fails after a second, so
-// that it does not keep the others waiting.
+// Where sockets are files: at a path that is free, for this user alone.
+net::Socket ListenAt(const char* path);
+// Accepts the next program. Nothing waits for it.
 net::Socket Accept(net::Socket listening);
 
 std::vector<std::uint8_t> PackList(const std::vector<Listed>& list);

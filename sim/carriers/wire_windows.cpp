@@ -8,7 +8,6 @@ namespace {
 
 constexpr net::Ip kLoopback{127, 0, 0, 1};
 constexpr char kLoopbackText[] = "127.0.0.1:";
-constexpr DWORD kPatienceMs = 1000;
 
 }  // namespace
 
@@ -33,15 +32,6 @@ net::Socket Listen(std::string& folder, std::string& name) {
   return made;
 }
 
-net::Socket Accept(net::Socket listening) {
-  const net::Socket client = net::Accept(listening);
-  if (client == net::kNone) return client;
-  u_long waits = 0;
-  ioctlsocket(client, static_cast<long>(FIONBIO), &waits);
-  const auto* limit = reinterpret_cast<const char*>(&kPatienceMs);
-  setsockopt(client, SOL_SOCKET, SO_RCVTIMEO, limit, sizeof kPatienceMs);
-  setsockopt(client, SOL_SOCKET, SO_SNDTIMEO, limit, sizeof kPatienceMs);
-  return client;
-}
+net::Socket Accept(net::Socket listening) { return net::Accept(listening); }
 
 }  // namespace tavlyn::sim::wire

@@ -100,6 +100,8 @@ TEST_F(Completion, WhatMayComeNext) {
   }
   const Case kSimulator[] = {{"ru", {"run"}},
                              {"run --carrier u", {"uhid"}},
+                             {"serve --carrier u", {"uhid"}},
+                             {"serve --w", {"--with-parent", "--with-process"}},
                              {"run --device ''", {"reader", "plus:", "magstripe", "sonar"}},
                              {"run --repeat -- tavlynctl li", {":command 3"}}};
   for (const Case& one : kSimulator) {

@@ -131,10 +131,13 @@ TEST(TavlynsimLines, NothingListensBeyondTheLoopbackUntold) {
 }
 
 TEST(TavlynsimLines, StayWithoutACommandUntilTold) {
-  const Ended ended = RunLine("upon 'kill -INT $pid' " + kRun + "--serial COM3");
-  EXPECT_EQ(ended.status, 130);
+  const Ended ended = RunLine("upon 'kill -INT $pid' " TAVLYNSIM " serve --serial COM3");
+  EXPECT_EQ(ended.status, 0);
   EXPECT_TRUE(Holds(ended.err, "tavlynctl --com 3 read\n")) << ended.err;
-  EXPECT_EQ(RunLine(kRun + "--device reader").status, 1);
+  const Ended none = RunLine(kRun + "--serial COM3");
+  EXPECT_EQ(none.status, 1);
+  EXPECT_EQ(none.err,
+            "tavlynsim: COMMAND is missing; tavlynsim serve has devices for programs started elsewhere\n");
 }
 
 TEST(TavlynsimLines, WrongPlacesAreRefused) {

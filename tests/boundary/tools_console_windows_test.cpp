@@ -61,23 +61,23 @@ TEST_F(ToolsOnConsole, CtrlCEndsAWatchInOrder) {
 }
 
 TEST_F(ToolsOnConsole, CtrlBreakEndsASimulation) {
-  const Begun simulator(kSim + " run --ethernet 127.0.0.74:10001");
+  const Begun simulator(kSim + " serve --ethernet 127.0.0.74:10001");
   ASSERT_TRUE(simulator.Tells("127.0.0.74"));
   ResultOf(Happen(simulator.Pid(), CTRL_BREAK_EVENT));
-  EXPECT_EQ(simulator.End().status, 130);
+  EXPECT_EQ(simulator.End().status, 0);
 }
 
 // Windows ends a program whose console is closed as soon as its handler returns, before the program has
 // cleaned up: so the program ends the handler's thread.
 TEST_F(ToolsOnConsole, AClosedConsoleLeavesTimeForAnOrderlyEnd) {
-  const Begun simulator(kSim + " run --ethernet 127.0.0.75:10001");
+  const Begun simulator(kSim + " serve --ethernet 127.0.0.75:10001");
   ASSERT_TRUE(simulator.Tells("127.0.0.75"));
   const Begun watch(kCtl + " --ip 127.0.0.75:10001 watch");
   ASSERT_TRUE(watch.Tells(kWaits));
   EXPECT_EQ(ResultOf(Happen(watch.Pid(), CTRL_CLOSE_EVENT)), 0u);
   EXPECT_EQ(watch.End().status, 0);
-  EXPECT_EQ(ResultOf(Happen(simulator.Pid(), CTRL_CLOSE_EVENT)), 130u);
-  EXPECT_EQ(simulator.End().status, 130);
+  EXPECT_EQ(ResultOf(Happen(simulator.Pid(), CTRL_CLOSE_EVENT)), 0u);
+  EXPECT_EQ(simulator.End().status, 0);
 }
 
 TEST_F(ToolsOnConsole, ASecondCtrlCEndsTheSimulatorWhateverItsCommandDoes) {

@@ -111,6 +111,26 @@ TEST(ToolsOnWindows, WhatIsThereOnLinuxOnlyIsTold) {
   }
 }
 
+TEST(ToolsOnWindows, WhatServesIsToldToo) {
+  struct Refusal {
+    const char* words;
+    int status;
+    const char* told;
+  };
+  constexpr Refusal kRefusals[] = {
+      {"serve", 125, "on Windows only a program that tavlynsim run starts sees HID devices"},
+      {"serve --socket there --ethernet 127.0.0.76:10001", 125, "on Windows there is no --socket"},
+      {"serve --background", 1, "on Linux only"},
+      {"serve --with-parent", 1, "on Linux only"},
+      {"env --socket 127.0.0.1:9", 125, "no tavlynsim is there"},
+  };
+  for (const Refusal& one : kRefusals) {
+    const Ended ended = RunLine(kSim + " " + one.words);
+    EXPECT_EQ(ended.status, one.status) << one.words;
+    EXPECT_TRUE(Holds(ended.err, one.told)) << ended.err;
+  }
+}
+
 TEST(ToolsOnWindows, AddressOfAnotherMachineIsRefused) {
   EXPECT_EQ(RunLine(kSim + " run --ethernet 192.0.2.1:10001 -- cmd /c exit 0").status, 125);
 }

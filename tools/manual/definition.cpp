@@ -37,15 +37,13 @@ std::vector<Word> WordsOf(const CLI::App& app, bool positional) {
   return words;
 }
 
-bool IsOwn(const Word& option) { return option.name != kHelpOption && option.name != kJsonOption; }
-
 // The commands below a word, those below them too; a word that only introduces others is none itself.
 void AddBelow(const CLI::App& app, const std::string& above, const std::string& page,
               std::vector<Command>& all) {
   for (const CLI::App* one : app.get_subcommands([](const CLI::App*) { return true; })) {
     if (one->get_name() == kHelp) continue;
     Command command{above + one->get_name(), one->get_description(), page, {}, WordsOf(*one, true)};
-    std::ranges::copy_if(WordsOf(*one, false), std::back_inserter(command.options), IsOwn);
+    command.options = WordsOf(*one, false);
     const std::string words = command.words;
     std::string itsPage = page;
     for (const ctl::Heading& heading : ctl::Headings()) {
@@ -60,6 +58,13 @@ void AddBelow(const CLI::App& app, const std::string& above, const std::string& 
 Tool ToolOf(const CLI::App& app) {
   Tool tool{app.get_name(), WordsOf(app, false), {}};
   AddBelow(app, "", "", tool.commands);
+  // What every command has is told once.
+  for (Command& command : tool.commands) {
+    std::erase_if(command.options, [&](const Word& option) {
+      return option.name == kHelpOption ||
+             std::ranges::find(tool.options, option.name, &Word::name) != tool.options.end();
+    });
+  }
   return tool;
 }
 

@@ -63,13 +63,15 @@ std::string OfCommands(const std::vector<std::string>& with) {
   return (most ? "all but " : "") + text;
 }
 
-std::string Options() {
-  struct Line {
-    Word option;
-    std::vector<std::string> commands;
-  };
+// An option, and the commands in which it means this.
+struct Line {
+  Word option;
+  std::vector<std::string> commands;
+};
+
+std::vector<Line> LinesOf(const Tool& tool) {
   std::vector<Line> lines;
-  for (const Command& command : Tavlynctl().commands) {
+  for (const Command& command : tool.commands) {
     for (const Word& option : command.options) {
       const auto same = std::ranges::find_if(lines, [&](const Line& one) {
         return one.option.name == option.name && one.option.text == option.text;
@@ -81,6 +83,11 @@ std::string Options() {
       }
     }
   }
+  return lines;
+}
+
+std::string Options() {
+  std::vector<Line> lines = LinesOf(Tavlynctl());
   std::ranges::stable_sort(lines, {}, [](const Line& one) { return one.option.name; });
   std::vector<Row> rows;
   for (const Word& option : Tavlynctl().options) rows.push_back({Shown(option), "all", Cell(option.text)});
@@ -98,10 +105,12 @@ std::string Statuses() {
 
 std::string SimulatorOptions() {
   std::vector<Row> rows;
-  for (const Command& command : Tavlynsim().commands) {
-    for (const Word& option : command.options) rows.push_back({Shown(option), Cell(option.text)});
+  for (const Line& line : LinesOf(Tavlynsim())) {
+    std::string of;
+    for (const std::string& words : line.commands) of += (of.empty() ? "" : ", ") + Code(words);
+    rows.push_back({Shown(line.option), of, Cell(line.option.text)});
   }
-  return page::Table({"Option", "Meaning"}, rows);
+  return page::Table({"Option", "Of", "Meaning"}, rows);
 }
 
 std::string SimulatorStatuses() {

@@ -4,17 +4,15 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "sim/carriers/net.h"
+#include "tools/tavlynsim/environment.h"
 
 namespace tavlyn::sim {
 
 class Child {
  public:
-  using Variables = std::vector<std::pair<std::string, std::string>>;
-
   Child();
   ~Child();
   Child(const Child&) = delete;

@@ -8,11 +8,10 @@
 #include <cstdlib>
 
 #include "tools/tavlynsim/child.h"
+#include "tools/tavlynsim/run.h"
 
 namespace tavlyn::sim {
 namespace {
-
-constexpr int kSignalled = 128;  // added to the signal's number, as shells do
 
 sigset_t HeldSignals() {
   sigset_t held;
@@ -27,8 +26,8 @@ void EmptyInput() {
 }
 
 // A failed exec is reported to the parent through the pipe, which a successful exec closes.
-[[noreturn]] void Become(const std::vector<std::string>& command, const Child::Variables& variables,
-                         bool keepInput, int failure) {
+[[noreturn]] void Become(const std::vector<std::string>& command, const Variables& variables, bool keepInput,
+                         int failure) {
   for (const auto& [name, value] : variables) setenv(name.c_str(), value.c_str(), 1);
   const sigset_t held = HeldSignals();
   sigprocmask(SIG_UNBLOCK, &held, nullptr);

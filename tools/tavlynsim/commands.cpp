@@ -8,7 +8,9 @@
 #include "tools/command_line.h"
 #include "tools/completion.h"
 #include "tools/printable.h"
+#include "tools/tavlynsim/asking.h"
 #include "tools/tavlynsim/run.h"
+#include "tools/tavlynsim/serve.h"
 #include "tools/terminal.h"
 
 namespace tavlyn::sim {
@@ -52,9 +54,15 @@ std::span<const Kind> Kinds() { return kKinds; }
 std::function<int()> AddCommands(CLI::App& app) {
   app.require_subcommand(1);
   const auto run = AddRun(app);
+  const auto serve = AddServe(app);
+  const auto ask = AddAsking(app);
   app.add_subcommand("devices", "List what can be simulated");
   AddCommonWords(app, [] { return std::string(kProgram) + " " TAVLYN_VERSION; });
-  return [&app, run] { return app.got_subcommand("devices") ? ShowKinds() : run(); };
+  return [&app, run, serve, ask] {
+    if (app.got_subcommand("devices")) return ShowKinds();
+    if (app.got_subcommand("run")) return run();
+    return app.got_subcommand("serve") ? serve() : ask();
+  };
 }
 
 int Main(int argc, char** argv) {

@@ -4,9 +4,10 @@ namespace tavlyn::sim {
 namespace {
 
 constexpr ExitStatus kStatuses[] = {
-    {"0 to 255", "That of COMMAND, or 128 plus the number of the signal that ended it."},
-    {"1", "Wrong command line."},
-    {"125", "The devices cannot be simulated."},
+    {"0", "Done; serve ends so after a signal, too."},
+    {"0 to 255", "run: that of COMMAND, or 128 plus the number of the signal that ended it."},
+    {"1", "Wrong command line, or a typed command that failed."},
+    {"125", "The devices cannot be simulated, or no tavlynsim serve is there."},
     {"126", "COMMAND cannot be run."},
     {"127", "There is no such COMMAND."},
 };
@@ -18,6 +19,16 @@ constexpr Example kExamples[] = {
      "Somebody walks away from a sonar sensor."},
     {"run", "tavlynsim run --serial COM3 --card 01020303:26 -- tavlynctl --com 3 read",
      "A reader on a serial port."},
+    {"serve", "eval \"$(tavlynsim serve --background --card 0102:13)\"; tavlynctl read; tavlynsim stop",
+     "Devices for whatever this shell runs."},
+    {"do",
+     "eval \"$(tavlynsim serve --background)\"; tavlynsim do 'card 0102:13'; tavlynctl read; tavlynsim stop",
+     "A card is laid down."},
+    {"wait",
+     "tavlynsim serve --socket there >printed & tavlynsim wait --socket there; eval \"$(tavlynsim env "
+     "--socket "
+     "there)\"; tavlynctl list; tavlynsim stop; rm printed",
+     "Started in one place, used in another."},
     {"devices", "tavlynsim devices", "What can be simulated."},
 };
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 
 namespace CLI {
 class App;
@@ -16,6 +17,11 @@ inline constexpr int kBadUsage = 1;
 inline constexpr int kCannotSimulate = 125;
 inline constexpr int kCannotRun = 126;
 inline constexpr int kNotFound = 127;
+// Added to the number of the signal that ended it, as shells do.
+inline constexpr int kSignalled = 128;
+
+// Tells the problem; the status.
+int Fail(int status, const std::string& problem);
 
 // Adds the command run. The result executes it once the command line has been parsed.
 std::function<int()> AddRun(CLI::App& app);

@@ -1,87 +1,146 @@
 #include "tools/tavlynsim/server.h"
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
-
-#include "sim/carriers/wire.h"
 
 namespace tavlyn::sim {
 namespace {
 
-wire::Message Handle(Source& source, const wire::Message& asked) {
-  wire::Message answer;
-  Outcome outcome = Outcome::kRefused;
-  switch (static_cast<wire::Op>(asked.code)) {
-    case wire::Op::kList:
-      answer.body = wire::PackList(source.List());
-      outcome = Outcome::kDone;
-      break;
-    case wire::Op::kSetFeature: outcome = source.SetFeature(asked.key, asked.body); break;
-    case wire::Op::kGetFeature:
-      answer.body = asked.body;
-      outcome = source.GetFeature(asked.key, answer.body);
-      break;
-    case wire::Op::kTakeInput: outcome = source.TakeInput(asked.key, answer.body); break;
-    case wire::Op::kLines:
-      answer.body = wire::PackLines(source.Lines());
-      outcome = Outcome::kDone;
-      break;
-    case wire::Op::kSendBytes: outcome = source.SendBytes(asked.key, asked.body); break;
-    case wire::Op::kTakeBytes:
-      answer.body = asked.body;
-      outcome = source.TakeBytes(asked.key, answer.body);
-      break;
-    case wire::Op::kSilence: outcome = source.Silence(asked.key); break;
-    case wire::Op::kTakeCut: outcome = source.TakeCut(asked.key); break;
-    case wire::Op::kRun: {
-      std::string reply;
-      const bool done = source.Run({asked.body.begin(), asked.body.end()}, reply);
-      answer.body.assign(reply.begin(), reply.end());
-      outcome = done ? Outcome::kDone : Outcome::kRefused;
-      break;
-    }
-  }
-  answer.code = static_cast<std::uint8_t>(outcome);
-  return answer;
+// Few enough that each has a descriptor, and a bound for what they may leave unfinished.
+constexpr std::size_t kMostClients = 512;
+constexpr std::size_t kReadAtOnce = 4096;
+
+short ReadinessOf(const std::vector<pollfd>& polled, net::Socket fd) {
+  const auto found = std::ranges::find(polled, fd, &pollfd::fd);
+  return found != polled.end() ? found->revents : short{0};
 }
 
-bool IsReady(const std::vector<pollfd>& polled, net::Socket fd) {
-  return std::ranges::any_of(polled, [&](const pollfd& one) { return one.fd == fd && one.revents != 0; });
+// False if the program has hung up.
+bool SendOwed(net::Socket socket, std::vector<std::uint8_t>& owed) {
+  if (owed.empty()) return true;
+  const int sent = net::Send(socket, owed);
+  if (sent > 0) owed.erase(owed.begin(), owed.begin() + sent);
+  return sent != net::kOver;
 }
 
 }  // namespace
 
 Server::~Server() {
-  for (net::Socket& client : clients_) net::Close(client);
+  for (Client& client : clients_) net::Close(client.socket);
+  place_.Leave();
   net::Close(listening_);
   std::error_code none;
   if (!folder_.empty()) std::filesystem::remove_all(folder_, none);
 }
 
-bool Server::Open() {
+bool Server::Open(const std::string& place, std::string& problem) {
   listening_ = wire::Listen(folder_, name_);
+  if (listening_ == net::kNone) problem = net::Problem();
+  if (listening_ == net::kNone || place.empty()) return listening_ != net::kNone;
+  net::Close(listening_);
+  std::error_code none;
+  std::filesystem::remove(name_, none);
+  listening_ = place_.Listen(place, name_, problem);
   return listening_ != net::kNone;
 }
 
+void Server::Offer(const Variables& variables) {
+  offered_ = Packed(variables);
+  offers_ = true;
+}
+
 void Server::AddTo(std::vector<pollfd>& polled) const {
-  polled.push_back({listening_, POLLIN, 0});
-  for (const net::Socket client : clients_) polled.push_back({client, POLLIN, 0});
+  if (!full_) polled.push_back({listening_, POLLIN, 0});
+  for (const Client& client : clients_) {
+    polled.push_back({client.socket, static_cast<short>(client.owed.empty() ? POLLIN : POLLOUT), 0});
+  }
 }
 
 void Server::Serve(const std::vector<pollfd>& polled) {
-  std::erase_if(clients_, [&](net::Socket& client) {
-    if (!IsReady(polled, client) || Answer(client)) return false;
-    net::Close(client);
+  const std::size_t left = std::erase_if(clients_, [&](Client& client) {
+    if (ReadinessOf(polled, client.socket) == 0 || Attend(client)) return false;
+    net::Close(client.socket);
     return true;
   });
-  if (!IsReady(polled, listening_)) return;
-  const net::Socket client = wire::Accept(listening_);
-  if (client != net::kNone) clients_.push_back(client);
+  if (left > 0) full_ = false;
+  if (!full_ && ReadinessOf(polled, listening_) != 0) AcceptOne();
 }
 
-bool Server::Answer(net::Socket client) {
+// When no more can be accepted the others are still served, and the loop does not spin.
+void Server::AcceptOne() {
+  const net::Socket socket = wire::Accept(listening_);
+  if (socket != net::kNone) clients_.emplace_back().socket = socket;
+  full_ = !clients_.empty() && (socket == net::kNone || clients_.size() >= kMostClients);
+}
+
+bool Server::Attend(Client& client) {
+  if (!client.owed.empty()) return SendOwed(client.socket, client.owed) && AnswerAll(client);
+  std::array<std::uint8_t, kReadAtOnce> bytes;
+  const int count = net::Receive(client.socket, bytes);
+  if (count > 0) client.came.insert(client.came.end(), bytes.begin(), bytes.begin() + count);
+  return count != net::kOver && AnswerAll(client);
+}
+
+bool Server::AnswerAll(Client& client) {
   wire::Message asked;
-  return wire::Receive(client, asked) && wire::Send(client, Handle(source_, asked));
+  while (client.owed.empty()) {
+    const wire::Arrived arrived = wire::TakeMessage(client.came, asked);
+    if (arrived != wire::Arrived::kWhole) return arrived == wire::Arrived::kPart;
+    wire::PutMessage(client.owed, Handle(asked));
+    if (!SendOwed(client.socket, client.owed)) return false;
+  }
+  return true;
+}
+
+wire::Message Server::Handle(const wire::Message& asked) {
+  wire::Message answer;
+  Outcome outcome = Outcome::kRefused;
+  switch (static_cast<wire::Op>(asked.code)) {
+    case wire::Op::kList:
+      answer.body = wire::PackList(source_.List());
+      outcome = Outcome::kDone;
+      break;
+    case wire::Op::kSetFeature: outcome = source_.SetFeature(asked.key, asked.body); break;
+    case wire::Op::kGetFeature:
+      answer.body = asked.body;
+      outcome = source_.GetFeature(asked.key, answer.body);
+      break;
+    case wire::Op::kTakeInput: outcome = source_.TakeInput(asked.key, answer.body); break;
+    case wire::Op::kLines:
+      answer.body = wire::PackLines(source_.Lines());
+      outcome = Outcome::kDone;
+      break;
+    case wire::Op::kSendBytes: outcome = source_.SendBytes(asked.key, asked.body); break;
+    case wire::Op::kTakeBytes:
+      answer.body = asked.body;
+      outcome = source_.TakeBytes(asked.key, answer.body);
+      break;
+    case wire::Op::kSilence: outcome = source_.Silence(asked.key); break;
+    case wire::Op::kTakeCut: outcome = source_.TakeCut(asked.key); break;
+    case wire::Op::kRun:
+    case wire::Op::kVariables:
+    case wire::Op::kEnd: outcome = HandleOwn(asked, answer); break;
+  }
+  answer.code = static_cast<std::uint8_t>(outcome);
+  return answer;
+}
+
+// What concerns the simulator and not one device.
+Outcome Server::HandleOwn(const wire::Message& asked, wire::Message& answer) {
+  if (static_cast<wire::Op>(asked.code) == wire::Op::kRun) {
+    std::string reply;
+    const bool done = source_.Run({asked.body.begin(), asked.body.end()}, reply);
+    answer.body.assign(reply.begin(), reply.end());
+    return done ? Outcome::kDone : Outcome::kRefused;
+  }
+  if (!offers_) return Outcome::kRefused;
+  if (static_cast<wire::Op>(asked.code) == wire::Op::kVariables) {
+    answer.body = offered_;
+  } else {
+    toEnd_ = true;
+  }
+  return Outcome::kDone;
 }
 
 }  // namespace tavlyn::sim

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "sim/carriers/served.h"
-#include "tools/tavlynsim/child.h"
+#include "tools/tavlynsim/environment.h"
 
 namespace tavlyn::sim {
 
@@ -16,9 +16,11 @@ namespace tavlyn::sim {
 inline constexpr const char* kPortFolderVariable = "TAVLYNAPI_PORT_DIR";
 inline constexpr const char* kLibusbVariable = "TAVLYNAPI_LIBUSB";
 
-// What a command needs to see HID devices: variables, or DLLs to load. False on an error, described by
+// What programs need to see HID devices: variables, or DLLs to load. False on an error, described by
 // problem.
-bool AddHidStandin(Child::Variables& variables, std::vector<std::string>& preload, std::string& problem);
+bool AddHidStandin(Variables& variables, std::vector<std::string>& preload, std::string& problem);
+// The search path of libraries goes on with that of this process.
+void JoinSearchPath(Variables& variables);
 // The file of the stand-in for libusb-0.1, if the library trusts it.
 std::optional<std::string> UsbStandin(std::string& problem);
 // Port COM number, under its name in the folder. Null on an error, which problem then describes.

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -13,6 +14,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* kHidStandin = "libhidapi-hidraw.so.0";
+constexpr const char* kSearchPath = "LD_LIBRARY_PATH";
 constexpr const char* kUsbStandin = "libtavlyn-standin-usb.so";
 
 // Relative to the program the folder is in the same place when built and when installed.
@@ -24,18 +26,21 @@ std::optional<fs::path> HidStandinFolder(std::string& problem) {
   return std::nullopt;
 }
 
-// A search path with the folder before the rest, which may be null.
-std::string WithFolderFirst(const fs::path& folder, const char* rest) {
-  return rest != nullptr && *rest != '\0' ? folder.string() + ":" + rest : folder.string();
-}
-
 }  // namespace
 
-bool AddHidStandin(Child::Variables& variables, std::vector<std::string>&, std::string& problem) {
+bool AddHidStandin(Variables& variables, std::vector<std::string>&, std::string& problem) {
   const auto folder = HidStandinFolder(problem);
   if (!folder) return false;
-  variables.emplace_back("LD_LIBRARY_PATH", WithFolderFirst(*folder, std::getenv("LD_LIBRARY_PATH")));
+  Put(variables, kSearchPath, folder->string());
   return true;
+}
+
+void JoinSearchPath(Variables& variables) {
+  const char* own = std::getenv(kSearchPath);
+  const auto path = std::ranges::find(variables, kSearchPath, &Variables::value_type::first);
+  if (own == nullptr || *own == '\0' || path == variables.end()) return;
+  const bool begins = (own + std::string(":")).starts_with(path->second + ":");
+  path->second = begins ? own : path->second + ":" + own;
 }
 
 std::optional<std::string> UsbStandin(std::string& problem) {

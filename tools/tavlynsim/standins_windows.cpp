@@ -39,7 +39,7 @@ std::string LoadersName(const std::wstring& file) {
 }  // namespace
 
 // When installed they have a folder of their own, so that no other program loads them by accident.
-bool AddHidStandin(Child::Variables&, std::vector<std::string>& preload, std::string& problem) {
+bool AddHidStandin(Variables&, std::vector<std::string>& preload, std::string& problem) {
   std::error_code none;
   const std::filesystem::path own = OwnFolder();
   const std::filesystem::path folder =
@@ -58,6 +58,8 @@ bool AddHidStandin(Child::Variables&, std::vector<std::string>& preload, std::st
   }
   return true;
 }
+
+void JoinSearchPath(Variables&) {}
 
 std::optional<std::string> UsbStandin(std::string& problem) {
   problem = "bulk devices are simulated on Linux only";

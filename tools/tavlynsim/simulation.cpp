@@ -1,0 +1,170 @@
+#include "tools/tavlynsim/simulation.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+
+#include "sim/carriers/wire.h"
+#include "tools/printable.h"
+#include "tools/tavlynsim/run.h"
+#include "tools/tavlynsim/standins.h"
+
+namespace tavlyn::sim {
+namespace {
+
+// A request from the kernel waits no longer than this for the loop.
+constexpr int kUhidPollMs = 5;
+constexpr std::size_t kAnnouncementBytes = 8;
+
+// The shorter of two waits; below 0 means no limit.
+int Shorter(int one, int other) { return one < 0 || other < 0 ? std::max(one, other) : std::min(one, other); }
+
+// The input report with which the first device announces a card; empty for most, which do not.
+std::string Announcement(Source& source) {
+  const std::vector<Listed> all = source.List();
+  const auto numbered =
+      std::ranges::find_if(all, [](const Listed& one) { return one.identity.reportId != 0; });
+  if (numbered == all.end()) return {};
+  char id[4];
+  std::snprintf(id, sizeof id, "%02X", numbered->identity.reportId);
+  return id + std::string(2 * kAnnouncementBytes, '0');
+}
+
+}  // namespace
+
+Simulation::Simulation(const SimulationOptions& options)
+    : options_(options),
+      server_(desk_),
+      uhid_(desk_),
+      lines_(desk_, options.exposed),
+      typed_(desk_, *options.interactive) {}
+
+int Simulation::Begin(const std::string& place) {
+  if (const int status = Prepare(); status != 0) return status;
+  std::string problem;
+  return Show(place, problem) ? 0 : Fail(kCannotSimulate, problem);
+}
+
+int Simulation::Accompany(const std::vector<std::string>& command) {
+  Variables variables = needed_;
+  JoinSearchPath(variables);
+  if (!child_.Start(command, variables, !*options_.interactive, preload_)) {
+    return Fail(errno == ENOENT ? kNotFound : kCannotRun, command.front() + ": " + std::strerror(errno));
+  }
+  std::optional<int> status;
+  while (!status) status = Turn(nullptr);
+  return *status;
+}
+
+int Simulation::Offer() {
+  if (!preload_.empty() && !desk_.List().empty()) {
+    return Fail(
+        kCannotSimulate,
+        "on Windows only a program that tavlynsim run starts sees HID devices; --ethernet is for all");
+  }
+  // Ports may be plugged in later.
+  if (!ports_.empty()) Put(needed_, kPortFolderVariable, ports_);
+  server_.Offer(needed_);
+  return 0;
+}
+
+// Being ended by a signal is the usual end and no failure.
+int Simulation::Serve(const Companion& companion) {
+  while (!server_.IsToEnd() && !companion.HasEnded()) {
+    if (Turn(&companion)) break;
+  }
+  return 0;
+}
+
+// Plugs the devices in and checks the cards.
+int Simulation::Prepare() {
+  std::string reply;
+  desk_.Run("record off", reply);  // a long run would fill the memory
+  for (const std::string& device : options_.devices) {
+    if (!desk_.Run("plug " + device, reply)) return Fail(kBadUsage, reply);
+    if (!announcement_) announcement_ = Announcement(desk_);
+  }
+  desk_.announces = !announcement_->empty();
+  script_.emplace(desk_, options_.timetable, *announcement_);
+  if (!script_->Check(reply)) return Fail(kBadUsage, reply);
+  for (const std::string& order : options_.orders) {
+    if (!desk_.Run(order, reply)) return Fail(kBadUsage, reply);
+  }
+  desk_.onAsked = [this] { script_->Begin(); };
+  if (!child_.HoldSignals()) return Fail(kCannotSimulate, std::strerror(errno));
+  return 0;
+}
+
+// Makes the devices visible, and sets the variables by which programs see them.
+bool Simulation::Show(const std::string& place, std::string& problem) {
+  const bool onUhid = options_.carrier == Carrier::kUhid;
+  if (onUhid && !uhid_.Start(problem)) return false;
+  if (!server_.Open(place, problem)) return false;
+  Put(needed_, wire::kSocketVariable, server_.SocketName());
+  return (onUhid || ShowHid(problem)) && ShowLines(problem);
+}
+
+// Without HID devices nobody misses their stand-in.
+bool Simulation::ShowHid(std::string& problem) {
+  return AddHidStandin(needed_, preload_, problem) || desk_.List().empty();
+}
+
+// If the user has set a port folder it is used, so that programs started elsewhere see the ports too.
+bool Simulation::ShowLines(std::string& problem) {
+  const char* chosen = std::getenv(kPortFolderVariable);
+  std::error_code none;
+  ports_ = chosen != nullptr ? std::filesystem::absolute(chosen, none).string() : server_.Folder();
+  if (!lines_.Start(ports_, problem)) return false;
+  for (const ListedLine& line : desk_.Lines()) {
+    const auto needed = NeededFor(line.place, problem);
+    if (!needed) return false;
+    std::string way;
+    for (const auto& [name, value] : *needed) way.append(name).append("=").append(value).append(" ");
+    Tell(kProgram, way + ReachedBy(line.place));
+    PutAll(needed_, *needed);
+  }
+  return true;
+}
+
+// The variables by which programs reach a line; none, with the problem, if they cannot.
+std::optional<Variables> Simulation::NeededFor(const LinePlace& place, std::string& problem) const {
+  if (place.kind == LineKind::kEthernet) return Variables{};
+  if (place.kind != LineKind::kBulk) return Variables{{kPortFolderVariable, ports_}};
+  const auto library = UsbStandin(problem);
+  if (!library) return std::nullopt;
+  return Variables{{kLibusbVariable, *library}, {wire::kSocketVariable, server_.SocketName()}};
+}
+
+int Simulation::PollTime(const Companion* companion) const {
+  int time = Shorter(PollTimeout(lines_.NextDue()), Child::TurnMs());
+  if (options_.carrier == Carrier::kUhid) time = Shorter(time, kUhidPollMs);
+  if (companion != nullptr) time = Shorter(time, companion->TurnMs());
+  if (const auto next = script_->UntilNext()) time = Shorter(time, static_cast<int>(next->count()));
+  return time;
+}
+
+std::optional<int> Simulation::Turn(const Companion* companion) {
+  const bool onUhid = options_.carrier == Carrier::kUhid;
+  std::vector<pollfd> polled;
+  child_.AddTo(polled);
+  typed_.AddTo(polled);
+  server_.AddTo(polled);
+  uhid_.AddTo(polled);
+  lines_.AddTo(polled);
+  if (companion != nullptr) companion->AddTo(polled);
+  if (!net::Poll(polled, PollTime(companion))) return std::nullopt;
+  const auto status = child_.TakeSignals();
+  // What was typed before the command ended is still run.
+  if (status && !net::Poll(polled, 0)) return status;
+  script_->Step();
+  typed_.Serve(polled);
+  server_.Serve(polled);
+  if (onUhid) uhid_.Serve();
+  lines_.Serve();
+  return status;
+}
+
+}  // namespace tavlyn::sim

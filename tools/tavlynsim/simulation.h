@@ -1,0 +1,63 @@
+// Simulated devices while they are there: made visible to programs and served in one loop.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tools/tavlynsim/child.h"
+#include "tools/tavlynsim/companion.h"
+#include "tools/tavlynsim/desk.h"
+#include "tools/tavlynsim/environment.h"
+#include "tools/tavlynsim/line_show.h"
+#include "tools/tavlynsim/script.h"
+#include "tools/tavlynsim/server.h"
+#include "tools/tavlynsim/simulation_words.h"
+#include "tools/tavlynsim/typed_lines.h"
+#include "tools/tavlynsim/uhid_show.h"
+
+namespace tavlyn::sim {
+
+class Simulation {
+ public:
+  explicit Simulation(const SimulationOptions& options);
+
+  // Plugs the devices in and makes them visible. place: of the socket, see Server. 0, or an exit status, when
+  // the reason has been told.
+  int Begin(const std::string& place = {});
+  // By these programs see the devices.
+  [[nodiscard]] const Variables& Needed() const { return needed_; }
+
+  // Serves a command until it has ended; its exit status.
+  int Accompany(const std::vector<std::string>& command);
+  // Before Serve: whoever asks is told what programs need. Like Begin.
+  int Offer();
+  [[nodiscard]] const std::string& SocketName() const { return server_.SocketName(); }
+  // Serves whoever comes until a signal, a program or the end of the companion ends it.
+  int Serve(const Companion& companion);
+
+ private:
+  int Prepare();
+  bool Show(const std::string& place, std::string& problem);
+  bool ShowHid(std::string& problem);
+  bool ShowLines(std::string& problem);
+  std::optional<Variables> NeededFor(const LinePlace& place, std::string& problem) const;
+  // One turn of the loop; a status once the command has ended, or a signal ends tavlynsim.
+  std::optional<int> Turn(const Companion* companion);
+  [[nodiscard]] int PollTime(const Companion* companion) const;
+
+  const SimulationOptions& options_;
+  Desk desk_;
+  std::optional<std::string> announcement_;  // set once the first device is there
+  std::optional<Script> script_;
+  Server server_;
+  UhidShow uhid_;
+  LineShow lines_;
+  TypedLines typed_;
+  Child child_;
+  Variables needed_;
+  std::string ports_;  // the folder of the serial ports
+  std::vector<std::string> preload_;
+};
+
+}  // namespace tavlyn::sim

@@ -1,0 +1,33 @@
+// What is simulated, as the command line says it.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tools/tavlynsim/script.h"
+
+namespace CLI {
+class App;
+}
+
+namespace tavlyn::sim {
+
+enum class Carrier { kHidapi, kUhid };
+
+struct SimulationOptions {
+  std::vector<std::string> devices;
+  std::vector<std::string> lines;   // devices given by the short options
+  std::vector<std::string> orders;  // commands of the rack, run before any program
+  Timetable timetable;
+  Carrier carrier = Carrier::kHidapi;
+  bool exposed = false;             // to the network, beyond the loopback
+  std::optional<bool> interactive;  // if unset, only on a terminal
+};
+
+// The options that every command with simulated devices has.
+void AddSimulationWords(CLI::App& run, SimulationOptions& options);
+// What was left out gets its value.
+void Complete(SimulationOptions& options);
+
+}  // namespace tavlyn::sim
