@@ -11,8 +11,8 @@ import atexit
 import contextlib
 import ctypes
 import functools
+import json
 import os
-import pathlib
 import shutil
 import subprocess
 import sys
@@ -26,9 +26,6 @@ _PROGRAM = "tavlynsim"
 _SOCKET = "TAVLYNSIM_SOCKET"
 _STANDIN = "libhidapi-hidraw.so.0"
 _SECONDS_TO_END = 10
-# What tavlynsim runs: it hands out the variables that tavlynsim sets for programs, and ends when this process closes
-# its input or is gone, however it ended.
-_WITNESS = "env -0; echo; exec cat >/dev/null"
 
 
 class DeskError(Problem):
@@ -57,9 +54,16 @@ def _is_loaded(name: str) -> bool:
     return True
 
 
+@functools.lru_cache(maxsize=None)
+def _socket() -> str:
+    """Where every simulator of this process listens: a stand-in looks for its devices in one place ever after."""
+    folder = tempfile.mkdtemp(prefix="tavlynapi-")
+    atexit.register(shutil.rmtree, folder, ignore_errors=True)
+    return os.path.join(folder, "socket")
+
+
 class _Standin:
-    """The stand-in for the system's HID library. A process loads one, which looks for its devices at one socket ever
-    after."""
+    """The stand-in for the system's HID library, of which a process loads one."""
 
     def __init__(self, path: str) -> None:
         if _is_loaded(library.FILE) or _is_loaded(_STANDIN):
@@ -67,24 +71,14 @@ class _Standin:
                 f"{library.FILE} or {_STANDIN} was loaded before the first desk, and sees the system's devices: "
                 "use tavlynapi in tests, not while their modules are imported"
             )
-        folder = tempfile.mkdtemp(prefix="tavlynapi-")
-        atexit.register(shutil.rmtree, folder, ignore_errors=True)
-        self._socket = pathlib.Path(folder, "socket")
         # Whoever asks for the HID library by its name from now on gets this one, which has that name.
         self._run = ctypes.CDLL(path).tavlyn_standin
         self._run.argtypes = [ctypes.c_char_p, ctypes.c_char_p, ctypes.c_size_t]
 
-    @contextlib.contextmanager
-    def devices_of(self, simulator: str) -> Iterator[None]:
-        """Shows this process the devices of the simulator that listens there."""
-        self._socket.symlink_to(simulator)
-        try:
-            # The first time the stand-in now learns where to look; later it learns that the last simulator has ended.
-            with _environment({_SOCKET: str(self._socket)}), contextlib.suppress(DeskError):
-                self.run("list")
-            yield
-        finally:
-            self._socket.unlink()
+    def look(self) -> None:
+        """The stand-in learns where to look for its simulator; later it learns that the last one has ended."""
+        with contextlib.suppress(DeskError):
+            self.run("list")
 
     def run(self, command: str) -> str:
         """Runs a command of the simulator, and returns its reply."""
@@ -152,21 +146,9 @@ class Desk:
         return self.do("traffic", device).splitlines()
 
 
-def _variables_from(process: "subprocess.Popen[bytes]") -> Dict[str, str]:
-    """What the witness hands out; nothing if the simulator has ended instead."""
-    assert process.stdout is not None
-    told = b""
-    while not told.endswith(b"\0\n"):
-        piece = os.read(process.stdout.fileno(), 1 << 16)
-        if not piece:
-            return {}
-        told += piece
-    entries = (entry.split("=", 1) for entry in os.fsdecode(told).rstrip("\0\n").split("\0"))
-    return {name: value for name, value in entries if os.environ.get(name) != value}
-
-
 def _end(process: "subprocess.Popen[bytes]") -> str:
     """Ends a simulator, and returns what it has said."""
+    process.terminate()
     try:
         _, said = process.communicate(timeout=_SECONDS_TO_END)
     except subprocess.TimeoutExpired:
@@ -183,16 +165,17 @@ def _simulator(words: Sequence[str]) -> Iterator[Dict[str, str]]:
         raise DeskError(f"{_PROGRAM} is not installed: it is in the package tavlyn-simulator, and has to be in PATH")
     # In a session of its own, so that Ctrl-C ends the program first, and not its devices.
     with subprocess.Popen(
-        [program, "run", "--no-interactive", *words, "--", "sh", "-c", _WITNESS],
-        stdin=subprocess.PIPE,
+        [program, "serve", "--with-parent", "--no-interactive", "--json", "--socket", _socket(), *words],
+        stdin=subprocess.DEVNULL,
         stdout=subprocess.PIPE,
         stderr=subprocess.PIPE,
         start_new_session=True,
     ) as process:
+        assert process.stdout is not None
         try:
-            variables = _variables_from(process)
+            variables = process.stdout.readline()
             if variables:
-                yield variables
+                yield json.loads(variables)
         finally:
             said = _end(process)
         if not variables:
@@ -231,10 +214,10 @@ def desk(
     ]
     with _simulator(words) as variables, _environment(variables):
         standin = _standin(os.path.join(variables["LD_LIBRARY_PATH"].partition(":")[0], _STANDIN))
-        with standin.devices_of(variables[_SOCKET]):
-            try:
-                yield Desk(standin)
-            finally:
-                # The next desk begins with no open device, and no card that was read here.
-                connecting.close_all()
-                library.unload()
+        standin.look()
+        try:
+            yield Desk(standin)
+        finally:
+            # The next desk begins with no open device, and no card that was read here.
+            connecting.close_all()
+            library.unload()
