@@ -29,6 +29,9 @@ def test_damaged(desk: Desk, tmp_path: pathlib.Path) -> None:
             reader.load(path, secure=True)
         assert refused.value.word == 0x91000000
         assert str(refused.value) == f"{path} could not be loaded: a file failed its integrity test"
+        with pytest.raises(tavlynapi.BadFile) as refused:
+            reader.load(tmp_path / "none.hwg")
+        assert refused.value.word == 0
 
 
 def test_what_the_system_says(desk: Desk, tmp_path: pathlib.Path) -> None:

@@ -5,6 +5,7 @@ import pytest
 
 import tavlynapi
 from tavlynapi import Card, Event
+from tavlynapi.cards import CardWatch
 from tavlynapi.testing import Desk
 
 FIRST = Card(26, bytes.fromhex("01020303"))
@@ -46,6 +47,12 @@ def test_a_card_of_zeros(desk: Desk) -> None:
     with tavlynapi.connect() as reader:
         desk.card("0000:16")
         assert list(reader.events(timeout=1)) == [Event("card", Card(16, bytes(2)))]
+
+
+def test_zeros_that_a_card_leaves_when_it_comes() -> None:
+    said = iter([None, Card(26, bytes(4)), FIRST, FIRST, None])
+    watch = CardWatch(lambda: next(said), AssertionError)
+    assert [watch.events() for _ in range(5)] == [[], [], [Event("card", FIRST)], [], [Event("gone", FIRST)]]
 
 
 def test_no_time(desk: Desk) -> None:

@@ -1,6 +1,7 @@
 """Several threads of one program."""
 import threading
 from concurrent.futures import ThreadPoolExecutor
+from typing import List
 
 import pytest
 
@@ -46,6 +47,27 @@ def test_closed_by_another_thread(desk: Desk) -> None:
         threads.submit(reader.close).result()
         with pytest.raises(ValueError, match="closed"):
             next(loop)
+
+
+def test_a_call_keeps_other_threads_away(desk: Desk, monkeypatch: pytest.MonkeyPatch) -> None:
+    free: List[bool] = []
+
+    def try_lock() -> None:
+        free.append(tavlynapi.lock.acquire(blocking=False))
+        if free[-1]:
+            tavlynapi.lock.release()
+
+    def ask_from_another_thread(_: bytes) -> None:
+        asking = threading.Thread(target=try_lock)
+        asking.start()
+        asking.join()
+
+    monkeypatch.setenv("TAVLYNAPI_LOGGING", "1")
+    with tavlynapi.connect():
+        tavlynapi.calls.SetMarkerFunction(ask_from_another_thread)
+        tavlynapi.calls.ReadCfg()
+        tavlynapi.calls.SetMarkerFunction(None)
+    assert free and not any(free)
 
 
 def test_active_keeps_other_threads_away(desk: Desk) -> None:
