@@ -30,7 +30,8 @@ if(WINDOWS)
   file(ARCHIVE_EXTRACT INPUT ${simulator} DESTINATION ${WORK})
 endif()
 
-set(wanted include/tavlynapi/api.h include/tavlynapi/api/types.h lib/cmake/tavlynapi/tavlynapi-config.cmake
+set(wanted include/tavlynapi/api.h include/tavlynapi/api/types.h include/tavlynapi/tavlyn.hpp
+  include/tavlynapi/tavlyn/fields.hpp lib/cmake/tavlynapi/tavlynapi-config.cmake
   lib/cmake/tavlynapi/tavlynapi-config-version.cmake share/doc/tavlynapi/README.md share/doc/tavlynapi/LICENSE
   share/doc/tavlynapi/SECURITY.md share/doc/tavlynapi/include/api.h lib/pkgconfig/tavlynapi.pc
   share/tavlynapi/wiegand-layouts.txt share/tavlynapi/api.json include/tavlynapi/api/error_text.h)
