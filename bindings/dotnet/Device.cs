@@ -1,4 +1,5 @@
 using System;
+using System.Threading;
 
 namespace Tavlyn
 {
@@ -11,11 +12,13 @@ namespace Tavlyn
 
         private readonly int index;
         private bool closed;
+        private int used;  // when
 
         internal Device(Search search, Product product)
         {
             Product = product;
             index = Session.Open(search ?? new Search(), product);
+            used = Environment.TickCount;
         }
 
         /// <summary>What it is.</summary>
@@ -99,7 +102,14 @@ namespace Tavlyn
             {
                 if (closed) throw new ObjectDisposedException(GetType().Name);
                 Calls.SetActDev((short)index);
-                return calls();
+                try
+                {
+                    return calls();
+                }
+                finally
+                {
+                    used = Environment.TickCount;
+                }
             }
         }
 
@@ -113,6 +123,13 @@ namespace Tavlyn
                 closed = true;
                 Session.Close();
             }
+        }
+
+        // Waits until the device was left alone for so long; in a turn, so that it stays alone.
+        internal void Rest(int milliseconds)
+        {
+            int left = unchecked(used + milliseconds - Environment.TickCount);
+            if (left > 0) Thread.Sleep(left);
         }
 
         internal virtual void StopEvents()

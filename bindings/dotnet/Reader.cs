@@ -11,8 +11,9 @@ namespace Tavlyn
         private const int IdRoom = 32;
         private const int NoVolume = 65535;
 
-        // The library leaves a reader alone for 235 ms after each exchange.
-        private const int CardPause = 250;
+        // Within 235 ms after an exchange the library asks nothing and returns the ID that it read last, which may be
+        // that of another reader. Some systems count time in steps of 16 ms.
+        private const int CardPause = 255;
 
         private readonly EventThread events;
         private readonly Polling<Card> next;
@@ -106,11 +107,8 @@ namespace Tavlyn
         /// <summary>The card that lies there now, or null.</summary>
         public Card ReadCard()
         {
-            Thread.Sleep(CardPause);
             Card card = AskForCard();
-            if (card == null || !card.IsDoubtful) return card;
-            Thread.Sleep(CardPause);
-            return AskForCard();
+            return card != null && card.IsDoubtful ? AskForCard() : card;
         }
 
         /// <summary>The next card that arrives, also one that lies there at the first call; null when none comes in
@@ -207,6 +205,7 @@ namespace Tavlyn
         {
             return Do(() =>
             {
+                Rest(CardPause);
                 var id = new byte[IdRoom];
                 int bits = Calls.GetActiveID32(id, IdRoom);
                 // A failed answer from a serial reader may contain what looks like a card.
@@ -215,13 +214,19 @@ namespace Tavlyn
             });
         }
 
+        // In one turn, since several threads may wait for a card.
+        private List<CardChange> Changes(CardWatch watch)
+        {
+            return Do(() => watch.Take(AskForCard()));
+        }
+
         private Polling<Card> Arrivals()
         {
             var watch = new CardWatch();
             return new Polling<Card>(() =>
             {
                 Card arrived = null;
-                foreach (CardChange change in watch.Take(AskForCard()))
+                foreach (CardChange change in Changes(watch))
                 {
                     if (change.Arrived) arrived = change.Card;
                 }
@@ -232,7 +237,7 @@ namespace Tavlyn
         private void Watch(WaitHandle stop)
         {
             var watch = new CardWatch();
-            var polling = new Polling<List<CardChange>>(() => watch.Take(AskForCard()), CardPause);
+            var polling = new Polling<List<CardChange>>(() => Changes(watch), CardPause);
             polling.Run(stop, changes => changes.ForEach(Tell), failure =>
             {
                 EventHandler<LostEventArgs> handler = Lost;

@@ -44,6 +44,7 @@ namespace Tavlyn.Tests
             using (Reader first = Reader.Connect(new Search { Luid = 1 }))
             {
                 Check.Equal(2, second.ConfigCount);
+                Check.Equal(1000, second.ConfigAt(1).IdHoldMs);  // which a connect does not read
                 Check.Equal(1, first.ConfigCount);
                 Check.Equal("0400123457", second.SerialNumber);
                 Check.Throws<InvalidOperationException>(() => SonarSensor.Connect());
@@ -66,6 +67,8 @@ namespace Tavlyn.Tests
                 });
                 for (int round = 0; round < 200; ++round) Check.Equal(2, second.Luid);
                 Check.Equal("13 bits 0201", second.ReadCard().ToString());
+                // The library would hand out that one for a reader that it has just asked something.
+                first.Beep();
                 Check.Equal(null, first.ReadCard());
                 Check.Equal(200, other.Result);
             }
@@ -78,13 +81,15 @@ namespace Tavlyn.Tests
                 ReaderConfig last = reader.ConfigAt(2);
                 last.IdHoldMs = 2020;
                 last.BeepOnId = false;
-                last.NotBootDevice = true;
                 Check.Equal(2020, last.IdHoldMs);
                 last.Commit();
                 reader.Config.IdHoldMs = 500;
                 reader.Config.Reload();
                 Check.Equal(2000, last.IdHoldMs);  // in steps of 50
                 Check.Equal(false, last.BeepOnId);
+                last.NotBootDevice = true;  // reaches the reader only beside another record
+                last.Commit();
+                last.Reload();
                 Check.Equal(true, last.NotBootDevice);
                 Check.Equal(1000, reader.Config.IdHoldMs);
                 Check.Equal(true, reader.Config.BeepOnId);
