@@ -15,6 +15,8 @@ namespace tavlyn::sim {
 namespace {
 
 constexpr unsigned kLongestPause = 60'000;
+// Numbers are never used again, and two for each have to fit into a key.
+constexpr std::size_t kMostDevices = 10'000;
 constexpr std::size_t kMostNoise = 16U << 20U;
 
 // Its VID:PID, or the place of its line.
@@ -140,6 +142,7 @@ bool Rack::IsTaken(const LinePlace& place) const {
 bool Rack::Plug(const Words& words, std::string& reply) {
   const auto word = ParseDevice(words[1], reply);
   if (!word) return false;
+  if (slots_.size() >= kMostDevices) return Fail(reply, words[1] + ": the rack is full; reset empties it");
   if (word->line && IsTaken(*word->line)) return Fail(reply, words[1] + ": there is one already");
   auto slot = std::make_unique<Slot>();
   slot->word = words[1];

@@ -1,4 +1,5 @@
 // tavlynsim and the stand-in as an independent program sees them.
+#include <sys/socket.h>
 #include <sys/stat.h>
 
 #include <cstdio>
@@ -158,7 +159,11 @@ TEST_F(TavlynsimSocket, OneProgramDoesNotHinderAnother) {
   const int silent = sim::wire::Connect(path.c_str());
   const int rubbish = sim::wire::Connect(path.c_str());
   const int unfinished = sim::wire::Connect(path.c_str());
-  EXPECT_TRUE(good >= 0 && silent >= 0 && rubbish >= 0 && unfinished >= 0);
+  const int greedy = sim::wire::Connect(path.c_str());
+  EXPECT_TRUE(good >= 0 && silent >= 0 && rubbish >= 0 && unfinished >= 0 && greedy >= 0);
+  // Asks as long as there is room, and takes no answer.
+  while (send(greedy, std::string(12, '\0').c_str(), 12, MSG_DONTWAIT) == 12) {
+  }
   EXPECT_EQ(write(rubbish, std::string(64, '\xFF').c_str(), 64), 64);
   EXPECT_EQ(write(unfinished, "abc", 3), 3);
 
@@ -175,7 +180,7 @@ TEST_F(TavlynsimSocket, OneProgramDoesNotHinderAnother) {
   unknown.code = 200;
   ASSERT_TRUE(sim::wire::Send(good, unknown) && sim::wire::Receive(good, unknown));
   EXPECT_EQ(unknown.code, static_cast<std::uint8_t>(sim::Outcome::kRefused));
-  for (const int socket : {good, silent, rubbish, unfinished}) close(socket);
+  for (const int socket : {good, silent, rubbish, unfinished, greedy}) close(socket);
   EXPECT_EQ(pclose(running), 0);
 }
 

@@ -63,6 +63,16 @@ TEST_F(RackTest, DevicesAreNumberedAndListed) {
   EXPECT_EQ(Do("plug reader"), "1");
 }
 
+TEST_F(RackTest, IsFullAtSomeTime) {
+  for (int number = 1; number <= 10'000; ++number) {
+    Do("plug sonar");
+    Do("unplug");
+  }
+  EXPECT_EQ(Refused("plug sonar"), "sonar: the rack is full; reset empties it");
+  Do("reset");
+  EXPECT_EQ(Do("plug sonar"), "1");
+}
+
 TEST_F(RackTest, EveryDeviceHasASerialNumberAndALuidOfItsOwn) {
   struct Own {
     const char* word;

@@ -73,8 +73,8 @@ int ServeHere(const ServeOptions& options, const Companion& companion, Backgroun
   if (const int status = simulation.Begin(options.socket); status != 0) return status;
   if (const int status = simulation.Offer(); status != 0) return status;
   PrintNeeded(simulation.Needed(), options.json);
-  if (background != nullptr) background->BeAlone();
   if (options.readyAt) TellAt(*options.readyAt, simulation.SocketName() + "\n");
+  if (background != nullptr) background->BeAlone();
   return simulation.Serve(companion);
 }
 
