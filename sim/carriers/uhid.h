@@ -5,40 +5,27 @@
 #include <cstdint>
 #include <span>
 #include <string>
-#include <vector>
 
+#include "sim/carriers/kernel_carrier.h"
 #include "sim/devices/device.h"
 
 struct uhid_event;
 
 namespace tavlyn::sim {
 
-// The report descriptor that a device of this identity has.
-std::vector<std::uint8_t> ReportDescriptor(const HidIdentity& identity);
-
-// One plugged-in model. It is served only inside Serve(): the owner's loop polls Fd() of all its devices for
-// input, with a time limit of a few milliseconds, and then calls Serve() on each, so that input reports which
-// the model queues by itself go out too. The model must outlive this object.
-class UhidCarrier {
+// One plugged-in model, which must outlive this object.
+class UhidCarrier final : public KernelCarrier {
  public:
   explicit UhidCarrier(HidDevice& model);
-  ~UhidCarrier() { Unplug(); }
+  ~UhidCarrier() override { UhidCarrier::Unplug(); }
   UhidCarrier(const UhidCarrier&) = delete;
   UhidCarrier& operator=(const UhidCarrier&) = delete;
 
-  // False on failure, with errno. The node appears a moment later, once the kernel has read the descriptor.
-  bool Plug();
-  void Unplug();
-
-  // Path of the node that the kernel made for it; empty while there is none.
-  [[nodiscard]] std::string Node() const;
-
-  // -1 while unplugged; poll() ignores negative descriptors.
-  [[nodiscard]] int Fd() const { return fd_; }
-
-  // Answers what the kernel has asked so far and passes it the queued input reports, without waiting. A model
-  // that is no longer present is unplugged.
-  void Serve();
+  bool Plug() override;
+  void Unplug() override;
+  [[nodiscard]] std::string Node() const override;
+  [[nodiscard]] int Fd() const override { return fd_; }
+  void Serve() override;
 
  private:
   void AnswerGet(std::uint32_t id, std::uint8_t reportNumber, std::uint8_t reportType);

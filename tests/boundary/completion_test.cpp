@@ -146,7 +146,7 @@ TEST_F(Completion, InEachShell) {
        {"CfgFlags2.bBeepID=off", "CfgFlags2.bBeepID=on"},
        {"off", "on"}},
       {"tavlynctl check ow", {"own.hwg"}},
-      {"tavlynsim run --carrier ", {"hidapi", "uhid"}},
+      {"tavlynsim run --carrier ", {"hidapi", "uhid", "vhci"}},
   };
   for (const Case& one : kCases) {
     EXPECT_EQ(WordsIn(RunLine(InBash(one.line)).out), one.inBash.empty() ? one.offered : one.inBash)

@@ -104,7 +104,7 @@ TEST(ToolsOnWindows, WrongWordsAreRefused) {
 }
 
 TEST(ToolsOnWindows, WhatIsThereOnLinuxOnlyIsTold) {
-  for (const char* words : {"--carrier uhid", "--serial COM3", "--ascii COM3", "--bulk"}) {
+  for (const char* words : {"--carrier uhid", "--carrier vhci", "--serial COM3", "--ascii COM3", "--bulk"}) {
     const Ended ended = RunLine(kSim + " run " + words + " -- cmd /c exit 0");
     EXPECT_EQ(ended.status, 125) << words;
     EXPECT_TRUE(Holds(ended.err, "on Linux only")) << ended.err;

@@ -2,16 +2,21 @@
 // device waits inside the kernel until someone has answered for it.
 #pragma once
 
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
 
-#include "sim/carriers/uhid.h"
+#include "sim/carriers/kernel_carrier.h"
 #include "sim/carriers/waker.h"
 #include "sim/devices/device.h"
 
 namespace tavlyn::kernel {
+
+// Devices are plugged into the kernel's virtual USB host controller, below its usbhid; otherwise into its
+// uhid.
+inline bool onUsb = false;
 
 class Bus {
  public:
@@ -46,7 +51,7 @@ class Bus {
 
   std::mutex mutex_;
   sim::Waker waker_;
-  std::vector<sim::UhidCarrier*> carriers_;
+  std::vector<sim::KernelCarrier*> carriers_;
   bool stopping_ = false;
   std::thread thread_;
 };
@@ -65,7 +70,7 @@ class Plugged {
 
  private:
   Bus& bus_;
-  sim::UhidCarrier carrier_;
+  std::unique_ptr<sim::KernelCarrier> carrier_;
   std::string node_;
 };
 

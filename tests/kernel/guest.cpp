@@ -1,12 +1,18 @@
-// The test program inside the virtual machine: guest SECTION [FILE …].
+// The test program inside the virtual machine: guest [usb] SECTION [FILE …].
 #include <cstdio>
 #include <string>
 
+#include "tests/kernel/bus.h"
 #include "tests/kernel/checks.h"
 #include "tests/kernel/sections.h"
 
 int main(int argc, char** argv) {
   using namespace tavlyn::kernel;
+  onUsb = argc > 1 && std::string(argv[1]) == "usb";
+  if (onUsb) {
+    --argc;
+    ++argv;
+  }
   const std::string section = argc > 1 ? argv[1] : "";
   if (section == "carrier") {
     CarrierChecks();
@@ -30,8 +36,8 @@ int main(int argc, char** argv) {
     WatchChecks(argv[2]);
   } else {
     (void)std::fprintf(stderr,
-                       "usage: guest carrier\n"
-                       "       guest reader|devices|families|suspend|sharing|permission LIBRARY\n"
+                       "usage: guest [usb] carrier\n"
+                       "       guest [usb] reader|devices|families|suspend|sharing|permission LIBRARY\n"
                        "       guest watch TOOL\n");
     return 2;
   }

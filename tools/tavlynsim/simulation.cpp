@@ -16,7 +16,7 @@ namespace tavlyn::sim {
 namespace {
 
 // A request from the kernel waits no longer than this for the loop.
-constexpr int kUhidPollMs = 5;
+constexpr int kKernelPollMs = 5;
 constexpr std::size_t kAnnouncementBytes = 8;
 
 // The shorter of two waits; below 0 means no limit.
@@ -38,7 +38,7 @@ std::string Announcement(Source& source) {
 Simulation::Simulation(const SimulationOptions& options)
     : options_(options),
       server_(desk_),
-      uhid_(desk_),
+      kernel_(desk_),
       lines_(desk_, options.exposed),
       typed_(desk_, *options.interactive) {}
 
@@ -100,11 +100,11 @@ int Simulation::Prepare() {
 
 // Makes the devices visible, and sets the variables by which programs see them.
 bool Simulation::Show(const std::string& place, std::string& problem) {
-  const bool onUhid = options_.carrier == Carrier::kUhid;
-  if (onUhid && !uhid_.Start(problem)) return false;
+  const bool onKernel = options_.carrier != Carrier::kHidapi;
+  if (onKernel && !kernel_.Start(options_.carrier, problem)) return false;
   if (!server_.Open(place, problem)) return false;
   Put(needed_, wire::kSocketVariable, server_.SocketName());
-  return (onUhid || ShowHid(problem)) && ShowLines(problem);
+  return (onKernel || ShowHid(problem)) && ShowLines(problem);
 }
 
 // Without HID devices nobody misses their stand-in.
@@ -140,19 +140,18 @@ std::optional<Variables> Simulation::NeededFor(const LinePlace& place, std::stri
 
 int Simulation::PollTime(const Companion* companion) const {
   int time = Shorter(PollTimeout(lines_.NextDue()), Child::TurnMs());
-  if (options_.carrier == Carrier::kUhid) time = Shorter(time, kUhidPollMs);
+  if (options_.carrier != Carrier::kHidapi) time = Shorter(time, kKernelPollMs);
   if (companion != nullptr) time = Shorter(time, companion->TurnMs());
   if (const auto next = script_->UntilNext()) time = Shorter(time, static_cast<int>(next->count()));
   return time;
 }
 
 std::optional<int> Simulation::Turn(const Companion* companion) {
-  const bool onUhid = options_.carrier == Carrier::kUhid;
   std::vector<pollfd> polled;
   child_.AddTo(polled);
   typed_.AddTo(polled);
   server_.AddTo(polled);
-  uhid_.AddTo(polled);
+  kernel_.AddTo(polled);
   lines_.AddTo(polled);
   if (companion != nullptr) companion->AddTo(polled);
   if (!net::Poll(polled, PollTime(companion))) return std::nullopt;
@@ -162,7 +161,7 @@ std::optional<int> Simulation::Turn(const Companion* companion) {
   script_->Step();
   typed_.Serve(polled);
   server_.Serve(polled);
-  if (onUhid) uhid_.Serve();
+  kernel_.Serve();
   lines_.Serve();
   return status;
 }

@@ -9,12 +9,12 @@
 #include "tools/tavlynsim/companion.h"
 #include "tools/tavlynsim/desk.h"
 #include "tools/tavlynsim/environment.h"
+#include "tools/tavlynsim/kernel_show.h"
 #include "tools/tavlynsim/line_show.h"
 #include "tools/tavlynsim/script.h"
 #include "tools/tavlynsim/server.h"
 #include "tools/tavlynsim/simulation_words.h"
 #include "tools/tavlynsim/typed_lines.h"
-#include "tools/tavlynsim/uhid_show.h"
 
 namespace tavlyn::sim {
 
@@ -51,7 +51,7 @@ class Simulation {
   std::optional<std::string> announcement_;  // set once the first device is there
   std::optional<Script> script_;
   Server server_;
-  UhidShow uhid_;
+  KernelShow kernel_;
   LineShow lines_;
   TypedLines typed_;
   Child child_;

@@ -69,12 +69,14 @@ void AddSimulationWords(CLI::App& run, SimulationOptions& options) {
   run.add_option_function<std::string>(
          "--carrier",
          [&options](const std::string& word) {
-           options.carrier = word == "uhid" ? Carrier::kUhid : Carrier::kHidapi;
+           if (word == "uhid") options.carrier = Carrier::kUhid;
+           if (word == "vhci") options.carrier = Carrier::kVhci;
          },
          "hidapi (default): programs see the devices through libhidapi-hidraw.so.0. "
          "uhid: they are real hidraw nodes of this machine; needs /dev/uhid "
-         "(modprobe uhid) and the right to open it")
-      ->check(OneOf({"hidapi", "uhid"}))
+         "(modprobe uhid) and the right to open it. vhci: they are whole USB devices of this machine; needs "
+         "vhci_hcd (modprobe vhci-hcd) and root")
+      ->check(OneOf({"hidapi", "uhid", "vhci"}))
       ->option_text("WORD");
 }
 

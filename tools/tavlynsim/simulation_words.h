@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/tavlynsim/kernel_show.h"
 #include "tools/tavlynsim/script.h"
 
 namespace CLI {
@@ -12,8 +13,6 @@ class App;
 }
 
 namespace tavlyn::sim {
-
-enum class Carrier { kHidapi, kUhid };
 
 struct SimulationOptions {
   std::vector<std::string> devices;

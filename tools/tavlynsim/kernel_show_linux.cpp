@@ -4,16 +4,32 @@
 #include <cerrno>
 #include <chrono>
 #include <cstring>
+#include <memory>
 #include <utility>
 
 #include "sim/carriers/uhid.h"
-#include "tools/tavlynsim/uhid_show.h"
+#include "sim/carriers/usb/hid_function.h"
+#include "sim/carriers/usb/vhci.h"
+#include "tools/tavlynsim/kernel_show.h"
 
 namespace tavlyn::sim {
 namespace {
 
 constexpr std::chrono::seconds kPatience(5);
 constexpr int kPauseMs = 5;
+
+std::unique_ptr<KernelCarrier> MakeCarrier(HidDevice& model, Carrier carrier) {
+  if (carrier == Carrier::kUhid) return std::make_unique<UhidCarrier>(model);
+  return std::make_unique<usb::VhciCarrier>(std::make_unique<usb::HidFunction>(std::vector{&model}));
+}
+
+std::string WhyNot(Carrier carrier, int reason) {
+  const bool onUhid = carrier == Carrier::kUhid;
+  const std::string place = onUhid ? "/dev/uhid" : "the kernel's virtual USB host controller";
+  if (reason != ENOENT && reason != ENODEV) return place + ": " + std::strerror(reason);
+  return place + " is missing: load the kernel module with \"modprobe " + (onUhid ? "uhid" : "vhci-hcd") +
+         "\", or use --carrier hidapi";
+}
 
 }  // namespace
 
@@ -49,42 +65,43 @@ class SourceInterface final : public HidDevice {
   std::vector<std::uint8_t> report_;
 };
 
-struct UhidShow::Shown {
-  Shown(Source& source, const Listed& listed) : model(source, listed), carrier(model) {}
+struct KernelShow::Shown {
+  Shown(Source& source, const Listed& listed, Carrier carrier)
+      : model(source, listed), carrier(MakeCarrier(model, carrier)) {}
 
   SourceInterface model;
-  UhidCarrier carrier;
+  std::unique_ptr<KernelCarrier> carrier;
 };
 
-UhidShow::UhidShow(Source& source) : source_(source) {}
+KernelShow::KernelShow(Source& source) : source_(source) {}
 
-UhidShow::~UhidShow() = default;
+KernelShow::~KernelShow() = default;
 
-bool UhidShow::PlugNew() {
+// A device is plugged in once: the kernel's user may have detached it.
+bool KernelShow::PlugNew() {
   for (const Listed& listed : source_.List()) {
-    auto at = std::ranges::find(shown_, listed.key, [](const auto& one) { return one->model.GetKey(); });
-    if (at == shown_.end()) at = shown_.insert(at, std::make_shared<Shown>(source_, listed));
-    if (!(*at)->carrier.Plug()) return false;
+    const auto isIt = [&](const auto& one) { return one->model.GetKey() == listed.key; };
+    if (std::ranges::any_of(shown_, isIt)) continue;
+    shown_.push_back(std::make_shared<Shown>(source_, listed, carrier_));
+    if (!shown_.back()->carrier->Plug()) return false;
   }
   return true;
 }
 
-bool UhidShow::AllHaveNodes() const {
-  return std::ranges::none_of(shown_, [](const auto& one) { return one->carrier.Node().empty(); });
+bool KernelShow::AllHaveNodes() const {
+  return std::ranges::none_of(shown_, [](const auto& one) { return one->carrier->Node().empty(); });
 }
 
-bool UhidShow::Start(std::string& problem) {
+bool KernelShow::Start(Carrier carrier, std::string& problem) {
+  carrier_ = carrier;
   if (!PlugNew()) {
-    const bool missing = errno == ENOENT || errno == ENODEV;
-    problem = missing ? "/dev/uhid is missing: load the kernel module with \"modprobe uhid\", or use "
-                        "--carrier hidapi"
-                      : std::string("/dev/uhid: ") + std::strerror(errno);
+    problem = WhyNot(carrier, errno);
     return false;
   }
   const auto end = std::chrono::steady_clock::now() + kPatience;
   while (!AllHaveNodes()) {
     if (std::chrono::steady_clock::now() > end) {
-      problem = "the kernel made no hidraw node for a device";
+      problem = "the kernel made no node for a device";
       return false;
     }
     std::vector<pollfd> polled;
@@ -95,13 +112,14 @@ bool UhidShow::Start(std::string& problem) {
   return true;
 }
 
-void UhidShow::AddTo(std::vector<pollfd>& polled) const {
-  for (const auto& one : shown_) polled.push_back({one->carrier.Fd(), POLLIN, 0});
+void KernelShow::AddTo(std::vector<pollfd>& polled) const {
+  for (const auto& one : shown_) polled.push_back({one->carrier->Fd(), POLLIN, 0});
 }
 
 // A later device that cannot be plugged in is missing from the list; the others continue.
-void UhidShow::Serve() {
-  for (const auto& one : shown_) one->carrier.Serve();
+void KernelShow::Serve() {
+  if (carrier_ == Carrier::kHidapi) return;
+  for (const auto& one : shown_) one->carrier->Serve();
   PlugNew();
 }
 
