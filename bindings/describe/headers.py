@@ -103,6 +103,8 @@ def _prototype(found: "re.Match[str]") -> Prototype:
 def _struct(found: "re.Match[str]") -> Struct:
     members = [Member(one["name"], one["type"], int(one["count"] or 0), _one_line(one["comment"]))
                for one in FIELD.finditer(found["fields"])]
+    if len(members) != re.sub(r"/\*.*?\*/", "", found["fields"], flags=re.S).count(";"):
+        raise ValueError(f"a word of {found['name']} is not understood")
     return Struct(found["name"], _one_line(found["comment"]), members)
 
 

@@ -21,34 +21,18 @@
 /* end */
 /* clang-format on */
 
-/** Copies as much of a text as there is room for to a place in a buffer.
- * @param text the text.
- * @param buffer where it goes.
- * @param room bytes in buffer.
- * @param place where the text begins, which may be beyond the buffer.
- * @return The place after the text. */
-TAVLYN_INLINE size_t tavlyn_add_text(const char* text, char* buffer, size_t room, size_t place) {
-  for (; *text != '\0'; ++text, ++place) {
-    if (place < room) buffer[place] = *text;
-  }
-  return place;
-}
+/** A word is in a sum of several if the sum has these bits under this mask. */
+struct tavlyn_error_row {
+  uint32_t mask;     /**< The bits to look at. */
+  uint32_t found;    /**< What they are. */
+  const char* words; /**< What that means. */
+};
 
-/** Says what an error word means: what was done and what went wrong, "a report could not be sent; the device
- * did not answer". After a connect that found nothing the word is 0, for which this can only say that the
- * library names no reason: there the program itself knows more.
- * @param word what GetLastLibErr() has returned, of one failure or of several.
- * @param buffer receives the text and a terminator; null counts as no room.
- * @param size room in buffer in bytes; TAVLYN_ERROR_TEXT_SIZE is enough. A text that is cut ends in three
- *   dots.
- * @return buffer; without any room the first part of the text, which is a constant. Never null. */
-TAVLYN_INLINE const char* tavlyn_error_text(uint32_t word, char* buffer, size_t size) {
-  /* The last row is for words of which no other row says anything. */
-  static const struct {
-    uint32_t mask;
-    uint32_t found;
-    const char* words;
-  } rows[] = {
+/** The table of what is found in error words. Its last row is for words of which no other row says anything.
+ * @param count receives the number of rows.
+ * @return The first row. */
+TAVLYN_INLINE const struct tavlyn_error_row* tavlyn_error_rows(size_t* count) {
+  static const struct tavlyn_error_row rows[] = {
       /* clang-format off */
 /* table texts */
       {0xFFFFFFFFu, 0x0u, "the library names no reason; the device refused, or its answer was none"},
@@ -84,14 +68,44 @@ TAVLYN_INLINE const char* tavlyn_error_text(uint32_t word, char* buffer, size_t 
 /* end */
       /* clang-format on */
   };
-  const size_t room = buffer == NULL ? 0 : size;
-  const char* first = NULL;
-  size_t length = 0;
-  size_t at;
-  for (at = 0; at < sizeof rows / sizeof rows[0]; ++at) {
-    if ((word & rows[at].mask) != rows[at].found || (rows[at].mask == 0 && first != NULL)) continue;
-    if (first != NULL) length = tavlyn_add_text("; ", buffer, room, length);
-    if (first == NULL) first = rows[at].words;
+  *count = sizeof rows / sizeof rows[0];
+  return rows;
+}
+
+/** Copies as much of a text as there is room for to a place in a buffer.
+ * @param text the text.
+ * @param buffer where it goes.
+ * @param room bytes in buffer.
+ * @param place where the text begins, which may be beyond the buffer.
+ * @return The place after the text. */
+TAVLYN_INLINE size_t tavlyn_add_text(const char* text, char* buffer, size_t room, size_t place) {
+  for (; *text != '\0'; ++text, ++place) {
+    if (place < room) buffer[place] = *text;
+  }
+  return place;
+}
+
+/** Says what an error word means: what was done and what went wrong, "a report could not be sent; the device
+ * did not answer". After a connect that found nothing the word is 0, for which this can only say that the
+ * library names no reason: there the program itself knows more.
+ * @param word what GetLastLibErr() has returned, of one failure or of several.
+ * @param buffer receives the text and a terminator; null counts as no room.
+ * @param size room in buffer in bytes; TAVLYN_ERROR_TEXT_SIZE is enough. A text that is cut ends in three
+ *   dots.
+ * @return buffer; without any room the first part of the text, which is a constant. Never null. */
+TAVLYN_INLINE const char* tavlyn_error_text(uint32_t word, char* buffer, size_t size) {
+  size_t count;
+  const struct tavlyn_error_row* rows = tavlyn_error_rows(&count);
+  const size_t room = buffer ? size : 0;
+  const char* first;
+  size_t length;
+  size_t at = 0;
+  while (at < count - 1 && (word & rows[at].mask) != rows[at].found) ++at;
+  first = rows[at].words;
+  length = tavlyn_add_text(first, buffer, room, 0);
+  for (++at; at < count - 1; ++at) {
+    if ((word & rows[at].mask) != rows[at].found) continue;
+    length = tavlyn_add_text("; ", buffer, room, length);
     length = tavlyn_add_text(rows[at].words, buffer, room, length);
   }
   if (room == 0) return first;

@@ -96,6 +96,8 @@ class Reading(unittest.TestCase):
         """What the description has no name for is not passed over."""
         with self.assertRaises(ValueError):
             headers.type_of("double", {}, {})
+        with self.assertRaises(ValueError):
+            headers.parse("some.h", HEADER.replace("uint8_t Bits[3]", "const char* Bits"))
 
     def test_rows(self) -> None:
         """Arguments of macros: in braces, in several pieces, with what would end them in a text."""
