@@ -66,8 +66,8 @@ class SourceInterface final : public HidDevice {
 };
 
 struct KernelShow::Shown {
-  Shown(Source& source, const Listed& listed, Carrier carrier)
-      : model(source, listed), carrier(MakeCarrier(model, carrier)) {}
+  Shown(Source& source, const Listed& listed, Carrier kind)
+      : model(source, listed), carrier(MakeCarrier(model, kind)) {}
 
   SourceInterface model;
   std::unique_ptr<KernelCarrier> carrier;
