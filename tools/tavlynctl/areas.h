@@ -44,5 +44,6 @@ void AddSerial(Program& program);         // serial
 void AddFind(Program& program);           // find
 void AddDoctor(Program& program);         // doctor
 void AddError(Program& program);          // error
+void AddRecord(Program& program);         // record
 
 }  // namespace tavlyn::ctl

@@ -15,7 +15,7 @@ namespace {
 // In the order in which --help shows them.
 constexpr Heading kHeadings[] = {
     {"find", "Find devices", {AddDevices, AddTexts, AddFind}},
-    {"trouble", "When something does not work", {AddDoctor, AddError}},
+    {"trouble", "When something does not work", {AddDoctor, AddError, AddRecord}},
     {"read", "Read cards", {AddReads, AddCard, AddQueue}},
     {"config", "Configure", {AddConfig, AddCardTypes}},
     {"outputs", "Beeper, LEDs and relay", {AddOutputs}},

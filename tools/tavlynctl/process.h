@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace tavlyn::ctl {
 
@@ -59,5 +60,9 @@ class HiddenInput {
 // failed.
 bool RunEditor(const std::string& editor, const std::string& path);
 const char* UsualEditor();
+
+// Runs another of these tools, the one beside this program or else the one that a shell would find, in the
+// place of this process. Returns only when it cannot be run, with the reason.
+std::string BecomeOneOfOurs(std::vector<std::string> words);
 
 }  // namespace tavlyn::ctl

@@ -83,6 +83,12 @@ bool RunEditor(const std::string& editor, const std::string& path) {
   return std::system(("\"" + editor + " \"" + path + "\"\"").c_str()) == 0;
 }
 
+std::string BecomeOneOfOurs(std::vector<std::string> words) {
+  std::string typed;
+  for (const std::string& word : words) typed += (typed.empty() ? "" : " ") + word;
+  return "on Windows it is typed, " + typed;
+}
+
 const char* UsualEditor() { return "notepad"; }
 
 }  // namespace tavlyn::ctl

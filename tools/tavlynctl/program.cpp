@@ -13,6 +13,7 @@
 #include "tools/tavlynctl/offers.h"
 #include "tools/tavlynctl/process.h"
 #include "tools/tavlynctl/progress.h"
+#include "tools/tavlynctl/trouble/simulator.h"
 #include "tools/tavlynctl/trouble/verbose.h"
 
 namespace tavlyn::ctl {
@@ -201,14 +202,18 @@ int Program::RunWithoutCommand() try {
 
 int Program::Run(int argc, char** argv) {
   if (const auto words = WordsToComplete(argc, argv)) return Complete(*words);
+  // Looks for --json in the words themselves, because not all of them may be understood.
+  const std::span words(argv, static_cast<std::size_t>(argc));
+  const bool json = std::ranges::find(words, std::string_view("--json")) != words.end();
+  if (const auto replay = WordsForReplay(words); !replay.empty()) {
+    return ShowFailure(RunSimulator(replay), "", json);
+  }
   try {
     app_.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) return app_.exit(error);  // help
     if (IsWithoutCommand(error)) return RunWithoutCommand();
-    // Looks for --json in the words themselves, because not all of them were understood.
-    const std::span words(argv, static_cast<std::size_t>(argc));
-    return Refuse(error, std::ranges::find(words, std::string_view("--json")) != words.end());
+    return Refuse(error, json);
   }
   request_.command = GivenCommand(app_);
   return RunGiven();

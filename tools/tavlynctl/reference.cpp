@@ -48,6 +48,7 @@ constexpr Example kExamples[] = {
     {"doctor", "tavlynctl doctor --bundle ticket.tar.gz",
      "What is so, what to type, and a file for whoever helps."},
     {"error", "tavlynctl error 0x20202", "What a word is made of, and what to do."},
+    {"record", "tavlynctl record desk.rec -- tavlynctl info", "Keeps what went over while that ran."},
     {"read", "tavlynctl read --timeout 30", "Waits half a minute for a card.", "--card 01020303:26"},
     {"read", "tavlynctl --ip 10.0.0.5:10001 read", "The card on a reader behind an adapter.",
      kAdapterDevices},

@@ -28,6 +28,8 @@ constexpr Kind kKinds[] = {
     {"KIND@IP:PORT", "behind an Ethernet adapter at an address of this machine, such as 127.0.0.1:10001"},
     {"KIND@bulk", "a bulk device, 171B:1004, for programs that use libusb-0.1"},
     {"KIND,luid=7", "with a LUID of its choice, also serial=0400999999; else the first has 1, the next 2"},
+    {"replay:FILE", "the devices of a recording, also replay:FILE,strict; without others"},
+    {"attached", "the HID devices of this machine, to be recorded; without others"},
 };
 
 int ShowKinds() {
@@ -35,12 +37,12 @@ int ShowKinds() {
   return 0;
 }
 
-// The kinds themselves; "plus:N" goes on with a number.
+// The kinds themselves; "plus:N" goes on with a number, "replay:FILE" with a name.
 std::vector<Candidate> KindWords(const std::vector<std::string>& /*words*/) {
   std::vector<Candidate> all;
   for (const Kind& kind : kKinds) {
     const std::string word = kind.word;
-    if (!word.starts_with("KIND")) all.push_back({word.substr(0, word.find('N')), kind.text});
+    if (!word.starts_with("KIND")) all.push_back({word.substr(0, word.find_first_of("NF")), kind.text});
   }
   return all;
 }

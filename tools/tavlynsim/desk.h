@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -16,29 +17,33 @@ class Desk final : public Source {
   std::function<void()> onAsked;  // called before each request for a card reaches its reader
   bool announces = false;         // the reader is asked for a card only after an input report announced one
 
-  std::vector<Listed> List() override { return rack_.List(); }
+  // Before anybody asks for one.
+  void Put(std::unique_ptr<Source> devices) { devices_ = std::move(devices); }
+  std::unique_ptr<Source> TakeAway() { return std::move(devices_); }
+
+  std::vector<Listed> List() override { return devices_->List(); }
   Outcome SetFeature(Key key, std::span<const std::uint8_t> report) override {
     if (onAsked && report.size() > 1 && AsksForId(report[1])) onAsked();
-    return rack_.SetFeature(key, report);
+    return devices_->SetFeature(key, report);
   }
   Outcome GetFeature(Key key, std::span<std::uint8_t> report) override {
-    return rack_.GetFeature(key, report);
+    return devices_->GetFeature(key, report);
   }
   Outcome TakeInput(Key key, std::vector<std::uint8_t>& report) override {
     if (onAsked && announces) onAsked();
-    return rack_.TakeInput(key, report);
+    return devices_->TakeInput(key, report);
   }
-  std::vector<ListedLine> Lines() override { return rack_.Lines(); }
+  std::vector<ListedLine> Lines() override { return devices_->Lines(); }
   Outcome SendBytes(Key line, std::span<const std::uint8_t> bytes) override {
     if (onAsked && AsksForId(line, bytes)) onAsked();
-    return rack_.SendBytes(line, bytes);
+    return devices_->SendBytes(line, bytes);
   }
   Outcome TakeBytes(Key line, std::vector<std::uint8_t>& bytes) override {
-    return rack_.TakeBytes(line, bytes);
+    return devices_->TakeBytes(line, bytes);
   }
-  Outcome Silence(Key line) override { return rack_.Silence(line); }
-  Outcome TakeCut(Key line) override { return rack_.TakeCut(line); }
-  bool Run(const std::string& command, std::string& reply) override { return rack_.Run(command, reply); }
+  Outcome Silence(Key line) override { return devices_->Silence(line); }
+  Outcome TakeCut(Key line) override { return devices_->TakeCut(line); }
+  bool Run(const std::string& command, std::string& reply) override { return devices_->Run(command, reply); }
 
  private:
   static constexpr bool AsksForId(std::uint8_t command) { return command == 0x8F || command == 0x8D; }
@@ -55,7 +60,7 @@ class Desk final : public Source {
     return asks;
   }
 
-  RackSource rack_;
+  std::unique_ptr<Source> devices_ = std::make_unique<RackSource>();
   std::map<Key, std::string> last_;  // the bytes that last arrived on each line
 };
 

@@ -19,6 +19,8 @@ constexpr Example kExamples[] = {
      "Somebody walks away from a sonar sensor."},
     {"run", "tavlynsim run --serial COM3 --card 01020303:26 -- tavlynctl --com 3 read",
      "A reader on a serial port."},
+    {"run", "tavlynsim run --record desk.rec -- tavlynctl info",
+     "A recording; --device replay:desk.rec plays it."},
     {"serve", "eval \"$(tavlynsim serve --background --card 0102:13)\"; tavlynctl read; tavlynsim stop",
      "Devices for whatever this shell runs."},
     {"do",

@@ -9,6 +9,7 @@
 
 #include "sim/carriers/wire.h"
 #include "tools/printable.h"
+#include "tools/tavlynsim/record/devices.h"
 #include "tools/tavlynsim/run.h"
 #include "tools/tavlynsim/standins.h"
 
@@ -83,8 +84,9 @@ int Simulation::Serve(const Companion& companion) {
 int Simulation::Prepare() {
   std::string reply;
   desk_.Run("record off", reply);  // a long run would fill the memory
+  if (!PutOtherDevices(desk_, options_.devices, reply)) return Fail(kCannotSimulate, reply);
   for (const std::string& device : options_.devices) {
-    if (!desk_.Run("plug " + device, reply)) return Fail(kBadUsage, reply);
+    if (IsSimulated(device) && !desk_.Run("plug " + device, reply)) return Fail(kBadUsage, reply);
     if (!announcement_) announcement_ = Announcement(desk_);
   }
   desk_.announces = !announcement_->empty();
@@ -93,6 +95,7 @@ int Simulation::Prepare() {
   for (const std::string& order : options_.orders) {
     if (!desk_.Run(order, reply)) return Fail(kBadUsage, reply);
   }
+  if (!BeginRecording(desk_, options_.recording, reply)) return Fail(kCannotSimulate, reply);
   desk_.onAsked = [this] { script_->Begin(); };
   if (!child_.HoldSignals()) return Fail(kCannotSimulate, std::strerror(errno));
   return 0;

@@ -66,6 +66,7 @@ void AddSimulationWords(CLI::App& run, SimulationOptions& options) {
   run.add_flag("--repeat", options.timetable.repeat, "Begin again after the last card");
   run.add_flag("--interactive,!--no-interactive", options.interactive,
                "Take commands from standard input, or do not (default: on a terminal)");
+  AddRecordingWords(run, options.recording);
   run.add_option_function<std::string>(
          "--carrier",
          [&options](const std::string& word) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tools/tavlynsim/kernel_show.h"
+#include "tools/tavlynsim/record/devices.h"
 #include "tools/tavlynsim/script.h"
 
 namespace CLI {
@@ -20,6 +21,7 @@ struct SimulationOptions {
   std::vector<std::string> orders;  // commands of the rack, run before any program
   Timetable timetable;
   Carrier carrier = Carrier::kHidapi;
+  RecordingOptions recording;
   bool exposed = false;             // to the network, beyond the loopback
   std::optional<bool> interactive;  // if unset, only on a terminal
 };

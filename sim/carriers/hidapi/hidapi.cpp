@@ -142,12 +142,14 @@ int hid_send_feature_report(hid_device* device, const unsigned char* data, size_
   return Count(StandinSource().SetFeature(device->listed.key, {data, length}), length);
 }
 
-// A buffer longer than the report gets the report; so does the kernel's hidraw.
+// A buffer longer than the report gets the report; so does the kernel's hidraw. A device of which no length
+// is known decides by itself.
 int hid_get_feature_report(hid_device* device, unsigned char* data, size_t length) {
   if (data == nullptr || length == 0) return Fail(-1, L"No room for the report");
   const HidIdentity& identity = device->listed.identity;
-  if (data[0] != identity.reportId) return Fail(-1, L"The device has no report of that number");
-  const std::size_t size = std::min(length, identity.featureBytes + 1);
+  const bool isKnown = identity.featureBytes != 0;
+  if (isKnown && data[0] != identity.reportId) return Fail(-1, L"The device has no report of that number");
+  const std::size_t size = isKnown ? std::min(length, identity.featureBytes + 1) : length;
   return Count(StandinSource().GetFeature(device->listed.key, {data, size}), size);
 }
 

@@ -1,0 +1,22 @@
+// The files of recordings.
+#pragma once
+
+#include <cstdio>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace tavlyn::sim {
+
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using OpenedFile = std::unique_ptr<std::FILE, CloseFile>;
+
+// A new file in place of one of that name, which its owner alone may read. Null on failure; errno says why.
+OpenedFile NewPrivateFile(const std::string& name);
+
+// None, with the problem, if there is no such regular file.
+std::optional<std::string> TextOfFile(const std::string& name, std::string& problem);
+
+}  // namespace tavlyn::sim
