@@ -159,7 +159,8 @@ class Parser {
 
   bool TakeLink(const std::string& name, const Words& words, std::string& problem) {
     if (Find(name) != nullptr) return Fail(problem, name + " has been there before");
-    RecordedLink link{name};
+    RecordedLink link;
+    link.name = name;
     if (name.starts_with(kHidName)) {
       const auto key = ParseNumber<Key>(name.substr(kHidName.size()));
       if (!key || *key == 0) return Fail(problem, name + ": devices are numbered from 1");
