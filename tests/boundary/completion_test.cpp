@@ -98,12 +98,13 @@ TEST_F(Completion, WhatMayComeNext) {
     EXPECT_EQ(WordsIn(ended.out), one.offered) << one.words;
     EXPECT_EQ(ended.err, "") << one.words;
   }
-  const Case kSimulator[] = {{"ru", {"run"}},
-                             {"run --carrier u", {"uhid"}},
-                             {"serve --carrier u", {"uhid"}},
-                             {"serve --w", {"--with-parent", "--with-process"}},
-                             {"run --device ''", {"reader", "plus:", "magstripe", "sonar"}},
-                             {"run --repeat -- tavlynctl li", {":command 3"}}};
+  const Case kSimulator[] = {
+      {"ru", {"run"}},
+      {"run --carrier u", {"uhid"}},
+      {"serve --carrier u", {"uhid"}},
+      {"serve --w", {"--with-ids", "--with-keys", "--with-parent", "--with-process"}},
+      {"run --device ''", {"reader", "plus:", "magstripe", "sonar", "replay:", "attached"}},
+      {"run --repeat -- tavlynctl li", {":command 3"}}};
   for (const Case& one : kSimulator) {
     EXPECT_EQ(WordsIn(RunLine(kSim + " complete -- " + one.words).out), one.offered) << one.words;
   }
