@@ -64,14 +64,14 @@ class UsbipTest : public testing::Test {
     EXPECT_TRUE(session.Receive(message));
     return AnswerThatCame(Get(message, 4), status);
   }
-  Bytes AnswerThatCame(std::uint32_t number, std::int32_t status = 0) {
+  Bytes AnswerThatCame(std::uint32_t expected, std::int32_t status = 0) {
     const Bytes out = Out();
     if (out.size() < kHeader) {
       ADD_FAILURE() << "no answer";
       return {};
     }
     EXPECT_EQ(Get(out, 0), kSubmitted);
-    EXPECT_EQ(Get(out, 4), number);
+    EXPECT_EQ(Get(out, 4), expected);
     EXPECT_EQ(static_cast<std::int32_t>(Get(out, 20)), status);
     return {out.begin() + kHeader, out.end()};
   }
