@@ -112,6 +112,13 @@ TEST_F(Recording, OfOneCommandServesOthers) {
   EXPECT_EQ(Replay("config get iIDHoldTO").out, whole);
 }
 
+TEST_F(Recording, AnswersARequestThatComesNoMoreAsTheLastTime) {
+  const Ended once = Record("--device plus:2", "list");
+  const std::string twice = kSim + " run --no-interactive --device replay:" + File() + " -- sh -c '" + kCtl +
+                            " list; " + kCtl + " list'";
+  EXPECT_EQ(RunLine(twice).out, once.out + once.out);
+}
+
 TEST_F(Recording, IsItsOwnersAlone) {
   const fs::path other = folder_ / "other";
   std::ofstream(other) << "as it was";

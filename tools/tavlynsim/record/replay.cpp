@@ -71,7 +71,6 @@ const Exchange* Playing::Send(std::span<const std::uint8_t> request, std::string
     }
   }
   at_ = static_cast<std::size_t>(found - all.data()) + 1;
-  reply_ = nullptr;
   return found;
 }
 
@@ -80,9 +79,9 @@ const Exchange* Playing::Receive() {
   for (std::size_t next = at_; next < all.size() && !IsRequest(all[next]); ++next) {
     if (all[next].way != Way::kReceived) continue;
     at_ = next + 1;
-    return reply_ = &all[next];
+    return &all[next];
   }
-  return strict_ ? nullptr : reply_;
+  return nullptr;
 }
 
 const Exchange* Playing::Input() {

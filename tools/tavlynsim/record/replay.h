@@ -22,7 +22,7 @@ class Playing {
 
   // Plays the recorded request on; null, with the reason, if there is none.
   const Exchange* Send(std::span<const std::uint8_t> request, std::string& problem);
-  // The next reply to it; the last one once more if there are no more, or null.
+  // The next reply to it; null if there are no more.
   const Exchange* Receive();
   // The next input report once what came before it has been played; else null.
   const Exchange* Input();
@@ -40,7 +40,6 @@ class Playing {
   bool strict_;
   std::size_t at_ = 0;     // after what was played last
   std::size_t input_ = 0;  // after the last input report
-  const Exchange* reply_ = nullptr;
 };
 
 class Replay final : public Source {
