@@ -47,16 +47,18 @@ std::optional<LinePlace> ParseLinePlace(const std::string& text) {
   std::ranges::transform(small, small.begin(),
                          [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
   if (small == "bulk") return LinePlace{LineKind::kBulk, 0, {}, false};
+  if (small == "acm") return LinePlace{LineKind::kAcm, 0, {}, false};
   return small.starts_with("com") ? ParseCom(small) : ParseAddress(small);
 }
 
-// A port is one port whatever is spoken on it; an address is one adapter whatever its port.
+// A port is one port whatever is spoken on it; an address is one adapter whatever its port. The kernel
+// numbers virtual ports.
 bool Collide(const LinePlace& one, const LinePlace& other) {
   const auto isCom = [](const LinePlace& place) {
     return place.kind == LineKind::kCom || place.kind == LineKind::kComAscii;
   };
   if (isCom(one) && isCom(other)) return one.number == other.number;
-  return one.kind == other.kind && one.ip == other.ip;
+  return one.kind == other.kind && one.ip == other.ip && one.kind != LineKind::kAcm;
 }
 
 std::unique_ptr<FaultyLine> MakeLine(const LinePlace& place, const std::shared_ptr<Model>& device) {
@@ -68,7 +70,8 @@ std::unique_ptr<FaultyLine> MakeLine(const LinePlace& place, const std::shared_p
     case LineKind::kComAscii: return std::make_unique<ReaderAscii>(std::move(reader));
     case LineKind::kEthernet: return std::make_unique<EthernetAdapter>(std::move(reader));
     case LineKind::kCom:
-    case LineKind::kBulk: break;
+    case LineKind::kBulk:
+    case LineKind::kAcm: break;
   }
   auto line = std::make_unique<ReaderFa>(std::move(reader));
   line->inPieces = place.kind == LineKind::kBulk;

@@ -12,7 +12,7 @@
 
 namespace tavlyn::sim {
 
-enum class LineKind : std::uint8_t { kCom, kComAscii, kEthernet, kBulk };
+enum class LineKind : std::uint8_t { kCom, kComAscii, kEthernet, kBulk, kAcm };
 
 struct LinePlace {
   LineKind kind{};
@@ -21,7 +21,12 @@ struct LinePlace {
   bool magstripe = false;            // the device there is a magnetic-stripe reader
 };
 
-// com3, com3:ascii, 127.0.0.1:10001, bulk. Letters of either case.
+// The device has no port or address of this machine's: it is a USB device, which is no HID device.
+constexpr bool IsUsb(const LinePlace& place) {
+  return place.kind == LineKind::kBulk || place.kind == LineKind::kAcm;
+}
+
+// com3, com3:ascii, 127.0.0.1:10001, bulk, acm. Letters of either case.
 std::optional<LinePlace> ParseLinePlace(const std::string& text);
 
 // True if two devices cannot have these places at once.

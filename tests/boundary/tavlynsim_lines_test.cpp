@@ -55,6 +55,12 @@ TEST(TavlynsimLines, BulkReader) {
   EXPECT_TRUE(Holds(ended.err, "tavlynsim: TAVLYNAPI_LIBUSB=/")) << ended.err;
 }
 
+TEST(TavlynsimLines, AVirtualPortNeedsTheKernel) {
+  const Ended ended = RunLine(kRun + "--device reader@acm -- true");
+  EXPECT_EQ(ended.status, 125);
+  EXPECT_TRUE(Holds(ended.err, "is there with --carrier vhci only")) << ended.err;
+}
+
 TEST(TavlynsimLines, CardsComeByTheClock) {
   const Ended ended =
       RunLine(kRun + "--serial COM3 --card 34120000:26 --on 100 --off 5000" + kReader + " com 3");

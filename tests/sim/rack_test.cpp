@@ -283,12 +283,14 @@ TEST_F(RackTest, LinesAreListedByTheirPlace) {
   Do("plug reader@com4:ascii,luid=7");
   Do("plug reader@127.0.0.1:10001");
   Do("plug reader@bulk");
+  Do("plug reader@ACM");
   EXPECT_EQ(Do("list"),
             "1 7A31:3BFA reader\n2 COM3 plus:2@COM3\n3 com4:ascii reader@com4:ascii,luid=7\n"
-            "4 127.0.0.1:10001 reader@127.0.0.1:10001\n5 bulk reader@bulk\n");
+            "4 127.0.0.1:10001 reader@127.0.0.1:10001\n5 bulk reader@bulk\n"
+            "6 ACM reader@ACM\n");
   EXPECT_EQ(rack_.Present().size(), 1U);
   const auto lines = rack_.Lines();
-  ASSERT_EQ(lines.size(), 4U);
+  ASSERT_EQ(lines.size(), 5U);
   EXPECT_EQ(lines[0].number, 2);
   EXPECT_EQ(lines[0].place.kind, LineKind::kCom);
   EXPECT_EQ(lines[0].place.number, 3);
@@ -297,6 +299,7 @@ TEST_F(RackTest, LinesAreListedByTheirPlace) {
   EXPECT_EQ(lines[2].place.number, 10001);
   EXPECT_EQ(lines[2].place.ip, (std::array<std::uint8_t, 4>{127, 0, 0, 1}));
   EXPECT_EQ(lines[3].place.kind, LineKind::kBulk);
+  EXPECT_EQ(lines[4].place.kind, LineKind::kAcm);
 }
 
 TEST_F(RackTest, PlacesThatCannotBeAreRefused) {

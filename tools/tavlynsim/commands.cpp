@@ -27,6 +27,7 @@ constexpr Kind kKinds[] = {
     {"KIND@com3", "on serial port COM3, also com3:ascii for one that speaks text"},
     {"KIND@IP:PORT", "behind an Ethernet adapter at an address of this machine, such as 127.0.0.1:10001"},
     {"KIND@bulk", "a bulk device, 171B:1004, for programs that use libusb-0.1"},
+    {"KIND@acm", "a virtual serial port, 7A31:2301; needs --carrier vhci"},
     {"KIND,luid=7", "with a LUID of its choice, also serial=0400999999; else the first has 1, the next 2"},
     {"replay:FILE", "the devices of a recording, also replay:FILE,strict; without others"},
     {"attached", "the HID devices of this machine, to be recorded; without others"},

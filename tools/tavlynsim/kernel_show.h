@@ -30,13 +30,16 @@ class KernelShow {
 
  private:
   struct Shown;
+  struct ShownLine;
 
   bool PlugNew();
+  bool PlugNewLines();
   [[nodiscard]] bool AllHaveNodes() const;
 
   Source& source_;
   Carrier carrier_ = Carrier::kHidapi;
   std::vector<std::shared_ptr<Shown>> shown_;
+  std::vector<std::shared_ptr<ShownLine>> lines_;
 };
 
 }  // namespace tavlyn::sim

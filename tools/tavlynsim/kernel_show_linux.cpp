@@ -9,8 +9,10 @@
 
 #include "sim/carriers/uhid.h"
 #include "sim/carriers/usb/hid_function.h"
+#include "sim/carriers/usb/line_functions.h"
 #include "sim/carriers/usb/vhci.h"
 #include "tools/tavlynsim/kernel_show.h"
+#include "tools/tavlynsim/source_line.h"
 
 namespace tavlyn::sim {
 namespace {
@@ -21,6 +23,11 @@ constexpr int kPauseMs = 5;
 std::unique_ptr<KernelCarrier> MakeCarrier(HidDevice& model, Carrier carrier) {
   if (carrier == Carrier::kUhid) return std::make_unique<UhidCarrier>(model);
   return std::make_unique<usb::VhciCarrier>(std::make_unique<usb::HidFunction>(std::vector{&model}));
+}
+
+std::unique_ptr<usb::Device> MakeUsb(ByteDevice& model, const ListedLine& line) {
+  if (line.place.kind == LineKind::kBulk) return std::make_unique<usb::BulkFunction>(model);
+  return std::make_unique<usb::SerialFunction>(model, line.manner);
 }
 
 std::string WhyNot(Carrier carrier, int reason) {
@@ -73,6 +80,20 @@ struct KernelShow::Shown {
   std::unique_ptr<KernelCarrier> carrier;
 };
 
+// The same for a device on a line.
+struct KernelShow::ShownLine {
+  ShownLine(Source& source, ListedLine shown) : listed(std::move(shown)), model(source, listed.key) {
+    auto made = MakeUsb(model, listed);
+    device = made.get();
+    carrier = std::make_unique<usb::VhciCarrier>(std::move(made));
+  }
+
+  ListedLine listed;
+  SourceLine model;
+  const usb::Device* device;  // the carrier's
+  std::unique_ptr<KernelCarrier> carrier;
+};
+
 KernelShow::KernelShow(Source& source) : source_(source) {}
 
 KernelShow::~KernelShow() = default;
@@ -85,11 +106,27 @@ bool KernelShow::PlugNew() {
     shown_.push_back(std::make_shared<Shown>(source_, listed, carrier_));
     if (!shown_.back()->carrier->Plug()) return false;
   }
+  return carrier_ != Carrier::kVhci || PlugNewLines();
+}
+
+bool KernelShow::PlugNewLines() {
+  for (const ListedLine& listed : source_.Lines()) {
+    if (!IsUsb(listed.place)) continue;
+    const auto isIt = [&](const auto& one) { return one->listed.key == listed.key; };
+    const auto known = std::ranges::find_if(lines_, isIt);
+    if (known != lines_.end()) {
+      (*known)->listed.manner = listed.manner;
+      continue;
+    }
+    lines_.push_back(std::make_shared<ShownLine>(source_, listed));
+    if (!lines_.back()->carrier->Plug()) return false;
+  }
   return true;
 }
 
 bool KernelShow::AllHaveNodes() const {
-  return std::ranges::none_of(shown_, [](const auto& one) { return one->carrier->Node().empty(); });
+  const auto lacks = [](const auto& one) { return one->carrier->Node().empty(); };
+  return std::ranges::none_of(shown_, lacks) && std::ranges::none_of(lines_, lacks);
 }
 
 bool KernelShow::Start(Carrier carrier, std::string& problem) {
@@ -114,12 +151,20 @@ bool KernelShow::Start(Carrier carrier, std::string& problem) {
 
 void KernelShow::AddTo(std::vector<pollfd>& polled) const {
   for (const auto& one : shown_) polled.push_back({one->carrier->Fd(), POLLIN, 0});
+  for (const auto& one : lines_) polled.push_back({one->carrier->Fd(), POLLIN, 0});
 }
 
-// A later device that cannot be plugged in is missing from the list; the others continue.
+// A line that was cut is plugged in again. A later device that cannot be plugged in is missing from the list;
+// the others continue.
 void KernelShow::Serve() {
   if (carrier_ == Carrier::kHidapi) return;
   for (const auto& one : shown_) one->carrier->Serve();
+  for (const auto& one : lines_) one->carrier->Serve();
+  const std::vector<ListedLine> lines = source_.Lines();
+  std::erase_if(lines_, [&](const auto& one) {
+    return !one->device->Present() ||
+           std::ranges::find(lines, one->listed.key, &ListedLine::key) == lines.end();
+  });
   PlugNew();
 }
 

@@ -4,6 +4,7 @@ namespace tavlyn::sim {
 
 // Windows has no equivalent: nothing is ever shown.
 struct KernelShow::Shown {};
+struct KernelShow::ShownLine {};
 
 KernelShow::KernelShow(Source& source) : source_(source) {}
 

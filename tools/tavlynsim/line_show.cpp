@@ -5,31 +5,10 @@
 #include "sim/carriers/ethernet.h"
 #include "tools/printable.h"
 #include "tools/tavlynsim/run.h"
+#include "tools/tavlynsim/source_line.h"
 #include "tools/tavlynsim/standins.h"
 
 namespace tavlyn::sim {
-// A line of the source as a model that a carrier can serve.
-class SourceLine final : public ByteDevice {
- public:
-  SourceLine(Source& source, Key key) : source_(source), key_(key) {}
-
-  [[nodiscard]] Key GetKey() const { return key_; }
-  void Receive(std::span<const std::uint8_t> bytes) override { source_.SendBytes(key_, bytes); }
-  std::size_t Take(std::span<std::uint8_t> bytes) override {
-    taken_.resize(bytes.size());
-    source_.TakeBytes(key_, taken_);
-    std::ranges::copy(taken_, bytes.begin());
-    return taken_.size();
-  }
-  void Silence() override { source_.Silence(key_); }
-  bool TakeCut() override { return source_.TakeCut(key_) == Outcome::kDone; }
-
- private:
-  Source& source_;
-  Key key_;
-  std::vector<std::uint8_t> taken_;
-};
-
 namespace {
 
 constexpr std::uint8_t kLoopback = 127;
@@ -60,14 +39,14 @@ struct LineShow::Shown {
 
   // False on an error, which problem then describes.
   bool Plug(const LinePlace& place, const std::string& portFolder, bool exposed, std::string& problem) {
-    if (place.kind == LineKind::kBulk) return true;
+    if (IsUsb(place)) return true;
     carrier = place.kind == LineKind::kEthernet ? MakeAdapter(model, place, exposed, problem)
                                                 : MakePort(model, portFolder, place.number, problem);
     return carrier != nullptr;
   }
 
   SourceLine model;
-  std::unique_ptr<Served> carrier;  // null for a bulk device, or if it failed
+  std::unique_ptr<Served> carrier;  // null for a USB device, or if it failed
 };
 
 std::string ReachedBy(const LinePlace& place) {
@@ -79,6 +58,7 @@ std::string ReachedBy(const LinePlace& place) {
     case LineKind::kComAscii: return "tavlynctl --com " + std::to_string(place.number) + " --ascii read";
     case LineKind::kEthernet:
       return "tavlynctl --ip " + IpText(place) + ":" + std::to_string(place.number) + " watch";
+    case LineKind::kAcm: return "tavlynctl --com 10-19 read";
     case LineKind::kBulk: break;
   }
   return "tavlynctl read";

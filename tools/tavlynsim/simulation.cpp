@@ -134,7 +134,12 @@ bool Simulation::ShowLines(std::string& problem) {
 
 // The variables by which programs reach a line; none, with the problem, if they cannot.
 std::optional<Variables> Simulation::NeededFor(const LinePlace& place, std::string& problem) const {
-  if (place.kind == LineKind::kEthernet) return Variables{};
+  const bool onKernel = IsUsb(place) && options_.carrier == Carrier::kVhci;
+  if (place.kind == LineKind::kEthernet || onKernel) return Variables{};
+  if (place.kind == LineKind::kAcm) {
+    problem = "a virtual serial port is there with --carrier vhci only; on a serial port it is reader@com3";
+    return std::nullopt;
+  }
   if (place.kind != LineKind::kBulk) return Variables{{kPortFolderVariable, ports_}};
   const auto library = UsbStandin(problem);
   if (!library) return std::nullopt;

@@ -212,6 +212,7 @@ std::string NameOf(const LinePlace& place) {
     case LineKind::kCom: return "com" + number;
     case LineKind::kComAscii: return "com" + number + ":ascii";
     case LineKind::kBulk: return "bulk";
+    case LineKind::kAcm: return "acm";
     case LineKind::kEthernet: break;
   }
   std::string address;
