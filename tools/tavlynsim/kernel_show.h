@@ -35,6 +35,7 @@ class KernelShow {
   bool PlugNew();
   bool PlugNewLines();
   [[nodiscard]] bool AllHaveNodes() const;
+  [[nodiscard]] bool IsAsked() const;
 
   Source& source_;
   Carrier carrier_ = Carrier::kHidapi;

@@ -17,8 +17,8 @@
 namespace tavlyn::sim {
 namespace {
 
-constexpr std::chrono::seconds kPatience(5);
-constexpr int kPauseMs = 5;
+constexpr std::chrono::seconds kPatience(10);
+constexpr int kPauseMs = 20;
 
 std::unique_ptr<KernelCarrier> MakeCarrier(HidDevice& model, Carrier carrier) {
   if (carrier == Carrier::kUhid) return std::make_unique<UhidCarrier>(model);
@@ -129,6 +129,12 @@ bool KernelShow::AllHaveNodes() const {
   return std::ranges::none_of(shown_, lacks) && std::ranges::none_of(lines_, lacks);
 }
 
+bool KernelShow::IsAsked() const {
+  std::vector<pollfd> polled;
+  AddTo(polled);
+  return poll(polled.data(), polled.size(), kPauseMs) > 0;
+}
+
 bool KernelShow::Start(Carrier carrier, std::string& problem) {
   carrier_ = carrier;
   if (!PlugNew()) {
@@ -136,14 +142,12 @@ bool KernelShow::Start(Carrier carrier, std::string& problem) {
     return false;
   }
   const auto end = std::chrono::steady_clock::now() + kPatience;
-  while (!AllHaveNodes()) {
+  // Looks for nodes only while the kernel asks for nothing: each look costs more than an answer.
+  while (IsAsked() || !AllHaveNodes()) {
     if (std::chrono::steady_clock::now() > end) {
       problem = "the kernel made no node for a device";
       return false;
     }
-    std::vector<pollfd> polled;
-    AddTo(polled);
-    poll(polled.data(), polled.size(), kPauseMs);
     Serve();
   }
   return true;
