@@ -45,6 +45,15 @@ TEST(ToolsOnWindows, CardIsRead) {
   EXPECT_EQ(Simulated("--device plus:2", "read --timeout 1").status, 5);
 }
 
+TEST(ToolsOnWindows, RecordedReaderIsReadAgain) {
+  const Ended recorded = Simulated("--card 01020303:26 --with-ids --record kept.rec", "read");
+  EXPECT_EQ(recorded.status, 0) << recorded.err;
+  EXPECT_EQ(Simulated("--device replay:kept.rec", "read").out, recorded.out);
+  std::filesystem::remove("kept.rec");
+  EXPECT_TRUE(Holds(RunLine(kCtl + " --device replay:kept.rec read").err, "on Windows type tavlynsim run"));
+  EXPECT_EQ(RunLine(kSim + " run --device attached -- " + kCtl + " list").status, 125);
+}
+
 // The cards repeat until a busy machine has seen them, and stay until they have been read.
 TEST(ToolsOnWindows, InputReportsTellOfCards) {
   const Ended ended = Simulated(

@@ -86,7 +86,7 @@ bool RunEditor(const std::string& editor, const std::string& path) {
 std::string BecomeOneOfOurs(std::vector<std::string> words) {
   std::string typed;
   for (const std::string& word : words) typed += (typed.empty() ? "" : " ") + word;
-  return "on Windows it is typed, " + typed;
+  return "on Windows type " + typed;
 }
 
 const char* UsualEditor() { return "notepad"; }
