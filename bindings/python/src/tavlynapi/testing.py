@@ -8,6 +8,9 @@
 pytest loads this module by itself where the package is installed. The marker takes what simulator.desk() takes, and so
 does a parameter: pytest.mark.parametrize("desk", [{"devices": ["reader"]}, …], indirect=True).
 """
+# Old versions of pytest, into which this is loaded too, do not have all the types.
+from __future__ import annotations
+
 from typing import Iterator
 
 import pytest

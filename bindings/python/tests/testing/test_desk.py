@@ -41,7 +41,7 @@ def test_cards_come_and_go(desk: Desk) -> None:
     desk.take()
 
 
-@pytest.mark.tavlyn(devices=["plus:2"], cards=["0A0B:16"])
+@pytest.mark.tavlyn(devices=["plus:2"], cards=["0A0B:16"], on_ms=60000)
 def test_cards_come_by_themselves(desk: Desk) -> None:
     assert connect() == 1
     assert bits_of_next_card() == 16

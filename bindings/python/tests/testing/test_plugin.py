@@ -1,9 +1,11 @@
 """The fixture in whole runs of pytest: what it leaves behind, and what it says."""
+import contextlib
 import ctypes
 import os
 import pathlib
 import subprocess
 import sys
+import tempfile
 import textwrap
 from typing import Iterator, List
 
@@ -13,7 +15,7 @@ pytest_plugins = ["pytester"]
 
 PR_SET_CHILD_SUBREAPER = 36
 USES = """
-import ctypes, os, signal, time
+import ctypes, os, signal
 import pytest
 from tavlynapi import calls
 
@@ -22,17 +24,17 @@ def devices():
     return calls.GetDevCnt()
 
 """
-# All desks are there at the same time.
+# Each step waits for the others.
 AT_ONCE = """
+def step():
+    print("waits", flush=True)
+    input()
+
 @pytest.mark.tavlyn(devices=["reader"] * COUNT)
 def test(desk):
-    os.mkdir("COUNT")
-    while not all(os.path.exists(name) for name in "123"):
-        time.sleep(0.01)
+    step()
     assert devices() == COUNT
-    os.mkdir("done COUNT")
-    while not all(os.path.exists(f"done {name}") for name in "123"):
-        time.sleep(0.01)
+    step()
 """
 RUN = [sys.executable, "-m", "pytest", "-p", "tavlynapi.testing", "-p", "no:cacheprovider"]
 
@@ -65,12 +67,16 @@ def test_nothing_is_left_of_a_run_that_ends(pytester: pytest.Pytester, last: str
 
 
 @pytest.mark.usefixtures("heir")
-def test_the_simulator_ends_with_a_run_that_is_killed(pytester: pytest.Pytester) -> None:
-    run(pytester, """
-    def test(desk):
-        assert devices() == 1
-        os.kill(os.getpid(), signal.SIGKILL)
-    """)
+def test_the_simulator_ends_with_a_run_that_is_killed(
+    pytester: pytest.Pytester, monkeypatch: pytest.MonkeyPatch
+) -> None:
+    with tempfile.TemporaryDirectory() as folder:  # nobody else removes that of the socket
+        monkeypatch.setenv("TMPDIR", folder)
+        run(pytester, """
+        def test(desk):
+            assert devices() == 1
+            os.kill(os.getpid(), signal.SIGKILL)
+        """)
     # It is still there, or has just ended.
     os.waitpid(-1, 0)
     with pytest.raises(ChildProcessError):
@@ -79,11 +85,20 @@ def test_the_simulator_ends_with_a_run_that_is_killed(pytester: pytest.Pytester)
 
 
 def test_runs_at_once_have_a_desk_each(pytester: pytest.Pytester) -> None:
-    runs: List[subprocess.Popen[bytes]] = []
-    for count in (1, 2, 3):
-        file = pytester.makepyfile(**{f"test_{count}": USES + AT_ONCE.replace("COUNT", str(count))})
-        runs.append(subprocess.Popen([*RUN, file]))  # pylint: disable=consider-using-with
-    assert [one.wait() for one in runs] == [0, 0, 0]
+    with contextlib.ExitStack() as ends:
+        runs: List[subprocess.Popen[str]] = []
+        for count in (1, 2, 3):
+            file = pytester.makepyfile(**{f"test_{count}": USES + AT_ONCE.replace("COUNT", str(count))})
+            pipes = subprocess.Popen([*RUN, "-s", file], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+            runs.append(ends.enter_context(pipes))
+        for _ in ("desks", "devices"):
+            for one in runs:
+                assert one.stdout and any("waits" in line for line in one.stdout)
+            for one in runs:
+                assert one.stdin
+                one.stdin.write("\n")
+                one.stdin.flush()
+        assert [one.communicate() and one.returncode for one in runs] == [0, 0, 0]
 
 
 def test_a_missing_simulator_is_named(pytester: pytest.Pytester, monkeypatch: pytest.MonkeyPatch) -> None:
@@ -113,6 +128,11 @@ def test_devices_of_another_simulator_are_left_alone(
 ) -> None:
     monkeypatch.setenv("TAVLYNSIM_SOCKET", "/nonexistent")
     run(pytester, "def test(desk): pass").stdout.fnmatch_lines(["*sees the devices of another desk*"])
+
+
+def test_an_old_pytest_loads_it() -> None:
+    program = "import pytest; del pytest.Config, pytest.FixtureRequest; import tavlynapi.testing"
+    subprocess.run([sys.executable, "-c", program], check=True)
 
 
 def test_without_pytest(tmp_path: pathlib.Path) -> None:

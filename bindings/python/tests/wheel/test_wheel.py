@@ -123,7 +123,7 @@ def test_installed(folder: pathlib.Path, tmp_path: pathlib.Path, kind: str) -> N
     if kind == "any":
         environment["TAVLYNAPI_LIBRARY"] = str(LIBRARY)
     told = subprocess.run(
-        ["tavlynsim", "run", "--card", "01020304:26", "--", python, "-c", PROGRAM],
+        ["tavlynsim", "run", "--card", "01020304:26", "--on", "60000", "--", python, "-c", PROGRAM],
         env=environment, stdout=subprocess.PIPE, text=True, check=True,
     ).stdout.splitlines()
     assert told[0] == str(LIBRARY) if kind == "any" else told[0].startswith(f"{place}/lib/")
