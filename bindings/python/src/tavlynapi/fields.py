@@ -6,7 +6,6 @@ from typing import Any, Callable, ContextManager, NamedTuple, Optional, Protocol
 
 from . import calls, records
 from .errors import OutOfRange, TavlynError
-from .library import lock
 
 
 HIGHEST_SIGNED = 32767
@@ -60,12 +59,12 @@ class Settings:
 
     def get_word(self, record: Record, name: str) -> int:
         """A word of a record."""
-        with lock, self._owner.selected(self._configuration):
+        with self._owner.selected(self._configuration):
             return int(getattr(read(record), name))
 
     def set_word(self, record: Record, name: str, value: int) -> int:
         """Changes a word; returns the error word of a refusal, else 0."""
-        with lock, self._owner.selected(self._configuration):
+        with self._owner.selected(self._configuration):
             words = read(record)
             if hasattr(words, "bVolatile"):
                 words.bVolatile = 0  # a setting is for the next commit

@@ -15,7 +15,7 @@ from .errors import LibraryProblem
 from .version import VERSION
 
 VARIABLE = "TAVLYNAPI_LIBRARY"
-FILE = "tavlynapi.dll" if sys.platform == "win32" else "libtavlynapi.so.7"
+FILE = "tavlynapi.dll" if sys.platform == "win32" else f"libtavlynapi.so.{VERSION.partition('.')[0]}"
 
 # One call at a time: most calls of the library take no lock of their own. Whoever makes several calls that belong
 # together holds it over all of them.
