@@ -3,7 +3,7 @@ from dataclasses import dataclass
 from typing import Callable, List, Optional
 
 from . import calls
-from .polling import Patience
+from .polling import Patience, Unanswered
 
 # A reader that was asked less than 235 ms ago is left alone.
 PAUSE = 0.25
@@ -42,16 +42,13 @@ class Event:
         return f"{self.kind} {self.card}"
 
 
-class Unanswered(Exception):
-    """The reader did not answer."""
-
-
 def ask_for_card() -> Optional[Card]:
     """The card on the active reader. Raises Unanswered also where the answer may only look like a card."""
     buffer = bytearray(ID_BYTES)
     bits = calls.GetActiveID32(buffer, ID_BYTES)
-    if calls.GetLastLibErr() != 0:
-        raise Unanswered
+    word = calls.GetLastLibErr()
+    if word != 0:
+        raise Unanswered(word)
     return Card(bits, bytes(buffer[: (bits + 7) // 8])) if bits else None
 
 
@@ -63,7 +60,7 @@ def is_doubtful(card: Optional[Card]) -> bool:
 class CardWatch:
     """Compares what a reader says with what it has said before."""
 
-    def __init__(self, ask: Callable[[], Optional[Card]], gone: Callable[[], Exception]) -> None:
+    def __init__(self, ask: Callable[[], Optional[Card]], gone: Callable[[int], Exception]) -> None:
         self._ask = ask
         self._gone = gone
         self._on: Optional[Card] = None
@@ -81,9 +78,9 @@ class CardWatch:
         """What has happened since the last time. Raises what gone() makes when the reader does not answer any more."""
         try:
             card = self._ask()
-        except Unanswered:
+        except Unanswered as problem:
             if self._patience.is_over(False):
-                raise self._gone() from None
+                raise self._gone(problem.word) from None
             return []
         self._patience.is_over(True)
         doubted, self._doubted = self._doubted, None

@@ -17,8 +17,11 @@ D = TypeVar("D", bound="Device")
 def _bad_file(done: str, path: Path, flags: int) -> BadFile:
     """Asks the system what it has against opening the file, which the library does not say."""
     reason = None
+    is_new = not os.path.lexists(path)
     try:
         os.close(os.open(path, flags))
+        if is_new:
+            os.unlink(path)
     except OSError as problem:
         reason = problem.strerror
     return BadFile(f"{os.fsdecode(path)} could not be {done}", calls.GetLastLibErr(), reason)
@@ -128,10 +131,9 @@ class Device:
         """What an operation that did not succeed raises."""
         return TavlynError(what, calls.GetLastLibErr())
 
-    def gone(self) -> TavlynError:
-        """What an operation raises whose device answers no more."""
-        with lock:
-            return DeviceGone(f"{self} does not answer", calls.GetLastLibErr())
+    def gone(self, word: int) -> TavlynError:
+        """What an operation raises whose device answers no more, with the error word of the last question."""
+        return DeviceGone(f"{self} does not answer", word)
 
     def clear_error_word(self) -> None:
         """For calls that leave the word as it is."""
@@ -170,7 +172,7 @@ class Device:
             else:
                 saved = calls.WriteDevCfgToSecureFile(path) == 1 and calls.CheckTamperedFile(path, 0) == 1
             if not saved:
-                raise _bad_file("saved", path, os.O_WRONLY)
+                raise _bad_file("saved", path, os.O_WRONLY | os.O_CREAT)
 
     def load(self, path: Path, secure: bool = False) -> None:
         """Loads a file into the device; secure refuses one that has no trailer or is damaged."""

@@ -4,7 +4,7 @@ from typing import Callable, List, Optional, Tuple
 
 from . import calls
 from .device import Device
-from .polling import Patience, Polling
+from .polling import Patience, Polling, Unanswered
 
 PAUSE = 0.1
 TRACKS = (1, 2, 3)
@@ -52,29 +52,29 @@ class Magstripe(Device):
         # This call is refused, which clears the word.
         calls.sorbaneSetActiveID(0, 0, 0, 0)
 
-    def _tracks(self) -> Optional[Tuple[Track, ...]]:
-        """The tracks of the swipe that waits; None if they could not be fetched."""
+    def _tracks(self) -> Tuple[Track, ...]:
+        """The tracks of the swipe that waits."""
         tracks = []
         for number in TRACKS:
             raw, text = _characters(number, 0), _characters(number, 1)
-            if calls.GetLastLibErr() != 0 or len(raw) != len(text):
-                return None
+            word = calls.GetLastLibErr()
+            if word != 0 or len(raw) != len(text):
+                raise Unanswered(word)
             if text:
                 tracks.append(Track(number, text.decode("latin-1"), raw))
         return tuple(tracks)
 
-    def _take(self) -> Optional[List[Swipe]]:
-        """The swipe that waits, if any; None if the reader did not answer. It keeps what was not fetched."""
+    def _take(self) -> List[Swipe]:
+        """The swipe that waits, if any. The reader keeps what was not fetched."""
         with self.active():
             self.clear_error_word()
             waits = calls.sorbaneIsDataAvailable()
-            if calls.GetLastLibErr() != 0:
-                return None
+            word = calls.GetLastLibErr()
+            if word != 0:
+                raise Unanswered(word)
             if waits == 0:
                 return []
             tracks = self._tracks()
-            if tracks is None:
-                return None
             calls.sorbaneClearDataAvailable()
             return [Swipe(tracks)]
 
@@ -82,10 +82,14 @@ class Magstripe(Device):
         patience = Patience()
 
         def ask() -> List[Swipe]:
-            swipes = self._take()
-            if patience.is_over(swipes is not None):
-                raise self.gone()
-            return swipes or []
+            try:
+                swipes = self._take()
+            except Unanswered as problem:
+                if patience.is_over(False):
+                    raise self.gone(problem.word) from None
+                return []
+            patience.is_over(True)
+            return swipes
 
         return ask
 

@@ -41,6 +41,14 @@ class Polling(Generic[T]):
                 return
 
 
+class Unanswered(Exception):
+    """The device did not answer; word is the error word that stood then."""
+
+    def __init__(self, word: int) -> None:
+        super().__init__()
+        self.word = word
+
+
 class Patience:
     """Bears with a device that does not answer twice in a row."""
 

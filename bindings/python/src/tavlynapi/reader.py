@@ -2,11 +2,11 @@
 from typing import Callable, List, Optional, Sequence, Tuple
 
 from . import calls, records
-from .cards import PAUSE, Card, CardWatch, Event, Unanswered, ask_for_card, is_doubtful
+from .cards import PAUSE, Card, CardWatch, Event, ask_for_card, is_doubtful
 from .device import Device
 from .errors import NotSupported
 from .fields import read
-from .polling import Patience, Polling
+from .polling import Patience, Polling, Unanswered
 from .settings import BPRRLYCTRL, LEDCTRL, ReaderSettings
 
 NO_VOLUME = 65535
@@ -78,9 +78,9 @@ class Reader(Device):
         while True:
             try:
                 card = self._ask()
-            except Unanswered:
+            except Unanswered as problem:
                 if patience.is_over(False):
-                    raise self.gone() from None
+                    raise self.gone(problem.word) from None
                 continue
             if doubted or not is_doubtful(card):
                 return card

@@ -54,10 +54,11 @@ class Sonar(Device):
         def ask() -> List[Range]:
             try:
                 found = [self.range()]
-            except TavlynError:
-                found = []
-            if patience.is_over(bool(found)):
-                raise self.gone()
+            except TavlynError as problem:
+                if patience.is_over(False):
+                    raise self.gone(problem.word) from None
+                return []
+            patience.is_over(True)
             return found
 
         return ask

@@ -39,6 +39,10 @@ def test_what_the_system_says(desk: Desk, tmp_path: pathlib.Path) -> None:
         for operation in (reader.load, reader.save):
             with pytest.raises(tavlynapi.BadFile, match="No such file or directory"):
                 operation(tmp_path / "folder" / "desk.hwg")
+        with pytest.raises(OSError) as system:
+            open("/sys/desk.hwg", "wb")  # pylint: disable=consider-using-with
+        with pytest.raises(tavlynapi.BadFile, match=system.value.strerror):
+            reader.save("/sys/desk.hwg")
         with pytest.raises(ValueError):
             reader.save("a\0b")
 

@@ -1,7 +1,10 @@
 """Devices that go, and come back."""
+from typing import Callable, List
+
 import pytest
 
 import tavlynapi
+from tavlynapi import calls, polling, records
 from tavlynapi.testing import Desk
 
 
@@ -43,6 +46,25 @@ def test_the_other_stays(desk: Desk) -> None:
         desk.card("0A0B:16", device=2)
         card = second.read_card()
         assert card and card.hex == "0B0A"
+
+
+@pytest.mark.tavlyn(devices=["reader", "reader"])
+def test_the_error_word_is_that_of_the_question(desk: Desk, monkeypatch: pytest.MonkeyPatch) -> None:
+    with tavlynapi.connect(index=0) as first, tavlynapi.connect(index=1) as second:
+        is_over = polling.Patience.is_over
+
+        def other_is_used(patience: polling.Patience, answered: bool) -> bool:
+            with second.active():
+                calls.GetFlags(records.tsCfgFlags())
+            return is_over(patience, answered)
+
+        monkeypatch.setattr(polling.Patience, "is_over", other_is_used)
+        desk.unplug(1)
+        questions: List[Callable[[], object]] = [first.read_card, lambda: list(first.cards(timeout=60))]
+        for ask in questions:
+            with pytest.raises(tavlynapi.DeviceGone) as gone:
+                ask()
+            assert gone.value.word & 0x202 == 0x202
 
 
 def test_a_configuration_that_cannot_be_read(desk: Desk) -> None:
