@@ -38,7 +38,10 @@ class Link(NamedTuple):
         if self.com is not None and self.com not in COM_PORTS:
             raise ValueError(f"a COM port is 1 to 256, not {self.com!r}")
         if self.ip is not None:
-            address, port = self.ip
+            try:
+                address, port = self.ip
+            except (TypeError, ValueError):
+                raise ValueError(f'ip is an address and a port, such as ("10.0.0.5", 10001), not {self.ip!r}') from None
             ipaddress.IPv4Address(address)
             if port not in TCP_PORTS:
                 raise ValueError(f"a TCP port is 1 to 65535, not {port!r}")

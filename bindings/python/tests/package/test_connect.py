@@ -68,6 +68,12 @@ def test_wrong_words(wrong: Dict[str, Any]) -> None:
         tavlynapi.connect(**wrong)
 
 
+def test_an_address_without_a_port_is_told_what_is_missing() -> None:
+    address: Any = "10.0.0.5"
+    with pytest.raises(ValueError, match="an address and a port"):
+        tavlynapi.connect(ip=address)
+
+
 def test_a_device_that_was_forgotten_holds_nothing(desk: Desk) -> None:
     reader = tavlynapi.connect()
     del reader
