@@ -139,7 +139,10 @@ class Device:
         """For calls that leave the word as it is."""
 
     def reconnect(self) -> None:
-        """Searches again, for a device that was unplugged and is back; NoDevice if it is not."""
+        """Searches again, for a device that was unplugged and is back; NoDevice if it is not.
+
+        The configurations of all devices are read again; what was not committed is forgotten.
+        """
         self._table.search_again(self)
 
     def commit(self) -> None:

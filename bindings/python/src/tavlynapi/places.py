@@ -1,4 +1,5 @@
 """The library's table of devices: what a search has found, and which of it is open."""
+import contextlib
 import dataclasses
 import weakref
 from typing import List, Optional, Protocol
@@ -109,6 +110,9 @@ class Table:
             self._search(self._product, self._link)
             for one in list(self._open):
                 one.place = self._found_again(one.place)
+                if one is not device and one.place.index is not None:
+                    with contextlib.suppress(TavlynError):  # it says so itself when it is used
+                        self.make_read(one.place)
             if device.place.index is None:
                 raise NoDevice(f"{device} is not back", 0, self._link.nothing(self._product))
             self.make_read(device.place)

@@ -48,6 +48,17 @@ def test_the_other_stays(desk: Desk) -> None:
         assert card and card.hex == "0B0A"
 
 
+@pytest.mark.tavlyn(devices=["plus:2", "plus:2", "plus:2"])
+def test_every_configuration_of_the_other_is_read_again(desk: Desk) -> None:
+    with tavlynapi.connect(index=1) as second, tavlynapi.connect(index=2) as third:
+        third.configs[1].id_hold_ms = 2000
+        third.commit()
+        desk.unplug(1)
+        second.reconnect()
+        assert [one.id_hold_ms for one in second.configs] == [1000, 1000]
+        assert [one.id_hold_ms for one in third.configs] == [1000, 2000]
+
+
 @pytest.mark.tavlyn(devices=["reader", "reader"])
 def test_the_error_word_is_that_of_the_question(desk: Desk, monkeypatch: pytest.MonkeyPatch) -> None:
     with tavlynapi.connect(index=0) as first, tavlynapi.connect(index=1) as second:
