@@ -4,12 +4,14 @@
 #define TAVLYN_CONNECTION_HPP
 
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -17,6 +19,8 @@
 #include "values.hpp"
 
 namespace tavlyn {
+
+using clock = std::chrono::steady_clock;
 
 enum class product_kind : std::uint32_t { reader = 1, magstripe = 2, sonar = 4 };
 
@@ -104,6 +108,7 @@ class session {
     is_read_.resize(static_cast<std::size_t>(GetDevCnt()));
     for (std::int16_t index = 0; index < GetDevCnt(); ++index)
       is_read_[place(index)] = whole && has_all(index);
+    used_.assign(is_read_.size(), clock::now());
   }
   ~session() {
     const std::lock_guard<std::recursive_mutex> lock(library_mutex);
@@ -116,6 +121,8 @@ class session {
   std::int16_t count() const { return static_cast<std::int16_t>(is_read_.size()); }
   bool is_read(std::int16_t index) const { return is_read_[place(index)]; }
   void set_read(std::int16_t index, bool read) { is_read_[place(index)] = read; }
+  clock::time_point used(std::int16_t index) const { return used_[place(index)]; }
+  void set_used(std::int16_t index) { used_[place(index)] = clock::now(); }
 
  private:
   static std::uint32_t search(const selection& where) {
@@ -139,6 +146,7 @@ class session {
 
   product_kind product_;
   std::vector<bool> is_read_;
+  std::vector<clock::time_point> used_;  // when calls on the device ended
 };
 
 /// One device of a session.
@@ -153,7 +161,21 @@ class handle {
   auto on_active(Calls&& calls) const {
     const std::lock_guard<std::recursive_mutex> lock(library_mutex);
     SetActDev(index_);
+    const use in_use{*this};
     return calls();
+  }
+  /// The same when the device was left alone for so long. Only the end of the wait, should another thread
+  /// have used the device in the meantime, is under the lock.
+  template <class Calls>
+  auto on_rested(std::chrono::milliseconds pause, Calls&& calls) const {
+    const auto end = [&] {
+      const std::lock_guard<std::recursive_mutex> lock(library_mutex);
+      return session_->used(index_) + pause;
+    };
+    std::this_thread::sleep_until(end());
+    const std::lock_guard<std::recursive_mutex> lock(library_mutex);
+    std::this_thread::sleep_until(end());
+    return on_active(calls);
   }
 
   /// A call that returns 1 unless it fails.
@@ -190,6 +212,12 @@ class handle {
   }
 
  private:
+  /// Notes its end.
+  struct use {
+    const handle& used;
+    ~use() { used.session_->set_used(used.index_); }
+  };
+
   std::shared_ptr<session> session_;
   std::int16_t index_;
 };

@@ -30,7 +30,7 @@ class reader : public device {
   static constexpr product_kind kind = product_kind::reader;
   using device::device;
 
-  /// The card on the reader. It takes a quarter of a second, in which the reader is left alone.
+  /// The card on the reader. It takes a quarter of a second if the reader was just in use.
   std::optional<card_id> read_card() const;
   /// Each card that is laid on the reader, and the one that is there.
   stream<card_id> cards(std::chrono::milliseconds timeout = forever) const;
@@ -75,8 +75,9 @@ class reader : public device {
 
 namespace detail {
 
-/// A device that was accessed less than 235 ms ago is left alone.
-inline constexpr std::chrono::milliseconds card_pause{250};
+/// A reader that was used less than 235 ms ago is not asked: the library repeats the last card, of any
+/// reader. Some systems count time in steps of 16 ms.
+inline constexpr std::chrono::milliseconds card_pause{255};
 
 /// An ID may have been fetched just before the card came, and the number of its bits just after that.
 inline bool is_doubtful(const std::optional<card_id>& card) {
@@ -120,7 +121,7 @@ class card_changes {
 }  // namespace detail
 
 inline std::optional<card_id> reader::ask() const {
-  return with([]() -> std::optional<card_id> {
+  return own().on_rested(detail::card_pause, []() -> std::optional<card_id> {
     std::array<std::uint8_t, card_id::most_bytes> id{};
     const std::uint16_t bits = GetActiveID32(id.data(), static_cast<std::int16_t>(id.size()));
     if (GetLastLibErr() != 0) throw error(error_word(GetLastLibErr()));
@@ -130,11 +131,8 @@ inline std::optional<card_id> reader::ask() const {
 }
 
 inline std::optional<card_id> reader::read_card() const {
-  std::this_thread::sleep_for(detail::card_pause);
   const std::optional<card_id> card = ask();
-  if (!detail::is_doubtful(card)) return card;
-  std::this_thread::sleep_for(detail::card_pause);
-  return ask();
+  return detail::is_doubtful(card) ? ask() : card;
 }
 
 inline stream<card_event> reader::events(std::chrono::milliseconds timeout) const {

@@ -11,11 +11,10 @@
 #include <thread>
 #include <utility>
 
+#include "connection.hpp"
 #include "values.hpp"
 
 namespace tavlyn {
-
-using clock = std::chrono::steady_clock;
 
 /// For a wait that only an error ends.
 inline constexpr std::chrono::milliseconds forever = std::chrono::milliseconds::max();

@@ -1,6 +1,7 @@
 // Devices as the simulator has them (CMakeLists.txt).
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <thread>
 
 #include "tavlyn.hpp"
@@ -114,6 +115,23 @@ TEST(CppReaders, AreUsedByThreadsAtTheSameTime) {
   };
   std::thread other(work, readers[1], kSecond, 200);
   work(readers[0], kFirst, 100);
+  other.join();
+}
+
+// A reader that another thread is using is not given the card of the one beside it.
+TEST(CppReaders, HaveTheirOwnCards) {
+  const auto readers = tavlyn::connect_all();
+  ASSERT_EQ(readers.size(), 2U);
+  std::atomic<bool> ends = false;
+  std::thread other([&] {
+    while (!ends) readers[0].beep();
+  });
+  for (int time = 0; time < 20; ++time) {
+    const auto own = readers[1].read_card();
+    EXPECT_TRUE(own);
+    EXPECT_NE(readers[0].read_card(), own);
+  }
+  ends = true;
   other.join();
 }
 

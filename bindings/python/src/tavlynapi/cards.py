@@ -5,8 +5,8 @@ from typing import Callable, List, Optional
 from . import calls
 from .polling import Patience, Unanswered
 
-# A reader that was asked less than 235 ms ago is left alone.
-PAUSE = 0.25
+# A reader that was used less than 235 ms ago is left alone. Some systems count time in steps of 16 ms.
+PAUSE = 0.255
 ID_BYTES = 32
 
 
