@@ -1,6 +1,6 @@
 """The card on a reader: what it is, and when it comes and goes."""
 from dataclasses import dataclass
-from typing import Callable, List, Optional
+from typing import Callable, List, Literal, Optional
 
 from . import calls
 from .polling import Patience, Unanswered
@@ -35,7 +35,7 @@ class Card:
 class Event:
     """Something that happened at a reader: "card" when one came, "gone" when it went."""
 
-    kind: str
+    kind: Literal["card", "gone"]
     card: Card
 
     def __str__(self) -> str:
