@@ -5,6 +5,7 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -127,9 +128,8 @@ std::string BecomeOneOfOurs(std::vector<std::string> words) {
   std::error_code none;
   const auto beside = std::filesystem::read_symlink("/proc/self/exe", none).parent_path() / words.front();
   if (std::filesystem::exists(beside, none)) words.front() = beside.string();
-  std::vector<char*> arguments;
-  for (std::string& word : words) arguments.push_back(word.data());
-  arguments.push_back(nullptr);
+  std::vector<char*> arguments(words.size() + 1);  // the last one is null
+  std::ranges::transform(words, arguments.begin(), [](std::string& word) { return word.data(); });
   std::signal(SIGXFSZ, SIG_DFL);
   execvp(arguments.front(), arguments.data());
   return std::strerror(errno);

@@ -82,7 +82,7 @@ struct KernelShow::Shown {
 
 // The same for a device on a line.
 struct KernelShow::ShownLine {
-  ShownLine(Source& source, ListedLine shown) : listed(std::move(shown)), model(source, listed.key) {
+  ShownLine(Source& source, const ListedLine& shown) : listed(shown), model(source, listed.key) {
     auto made = MakeUsb(model, listed);
     device = made.get();
     carrier = std::make_unique<usb::VhciCarrier>(std::move(made));

@@ -84,7 +84,7 @@ Bytes SerialFunction::In(std::uint8_t endpoint, std::size_t most) {
   line_.manner = manner_;
   const auto now = std::chrono::steady_clock::now();
   const auto due = line_.Due(now);
-  const Bytes bytes(due.begin(), due.begin() + static_cast<std::ptrdiff_t>(std::min(due.size(), most)));
+  Bytes bytes(due.begin(), due.begin() + static_cast<std::ptrdiff_t>(std::min(due.size(), most)));
   line_.Sent(bytes.size(), now);
   cut_ = cut_ || line_.TakeCut();
   return bytes;

@@ -52,9 +52,9 @@ class Replay final : public Source {
   Outcome GetFeature(Key key, std::span<std::uint8_t> report) override;
   Outcome TakeInput(Key key, std::vector<std::uint8_t>& report) override;
   std::vector<ListedLine> Lines() override;
-  Outcome SendBytes(Key line, std::span<const std::uint8_t> bytes) override;
-  Outcome TakeBytes(Key line, std::vector<std::uint8_t>& bytes) override;
-  Outcome Silence(Key line) override;
+  Outcome SendBytes(Key key, std::span<const std::uint8_t> bytes) override;
+  Outcome TakeBytes(Key key, std::vector<std::uint8_t>& bytes) override;
+  Outcome Silence(Key key) override;
   Outcome TakeCut(Key) override { return Outcome::kNothing; }
   bool Run(const std::string& command, std::string& reply) override;
 
