@@ -2,6 +2,7 @@
 import os
 import pathlib
 import subprocess
+import sys
 import time
 import zipfile
 
@@ -12,6 +13,8 @@ EARLIEST = (1980, 1, 1, 0, 0, 0)  # that a zip can tell
 
 def installed(build, folder):
     """(library, the name that programs load, the folder that tells what is linked into it) of a build, as delivered."""
+    if not (build / "cmake_install.cmake").exists():
+        sys.exit(f"{build} is not a build folder: scripts/build makes one")
     subprocess.run(["cmake", "--install", build, "--component", "library", "--strip", "--prefix", folder], check=True,
                    stdout=subprocess.DEVNULL)
     (bill,) = folder.rglob("sbom.cdx.json")
