@@ -68,8 +68,8 @@ namespace Tavlyn
         /// <summary>Sends a command of up to eight bytes and returns the eight bytes of the reply.</summary>
         public byte[] Command(params byte[] command)
         {
-            if (command == null || command.Length > WordsPerReply)
-                throw new ArgumentException("a command has eight bytes at most", "command");
+            if (command == null || command.Length == 0 || command.Length > WordsPerReply)
+                throw new ArgumentException("a command has one to eight bytes", "command");
             return Do(() => Exchange(command));
         }
 
@@ -92,7 +92,9 @@ namespace Tavlyn
         /// <summary>Loads a file that Save wrote, and writes it to the device.</summary>
         public void Load(string path)
         {
-            RequireFile(() => Calls.ReadDevCfgFmFile(path), "load", path);
+            // A reader has it by the load.
+            RequireFile(() => Calls.ReadDevCfgFmFile(path) != 1 ? 0 : Product == Product.Reader ? 1 : Calls.WriteCfg(),
+                "load", path);
         }
 
         /// <summary>Makes the device the active one, calls, and lets no other thread come between.</summary>

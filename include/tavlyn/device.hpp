@@ -46,19 +46,30 @@ class device {
 
   /// Saves the configuration as a text file.
   void save(const std::string& path) const {
+    handle_.require_read();
     handle_.require([&] { return WriteDevCfgToFile(path.c_str()); });
   }
   /// Loads such a file and sends what differs.
   void load(const std::string& path) const {
     handle_.require_read();
     handle_.require([&] { return ReadDevCfgFmFile(path.c_str()); });
+    if (product() != product_kind::reader)
+      handle_.require([] { return WriteCfg(); });  // a reader has it already
   }
 
   using reply = std::array<std::uint8_t, 8>;
 
+  /// One to five beeps, or one or two long ones; a sensor has no beeper.
+  void beep(int count = 1, bool is_long = false) const {
+    if (count < 1 || count > (is_long ? 2 : 5)) throw std::out_of_range("1 to 5 beeps, or 1 or 2 long ones");
+    handle_.require([&] { return BeepNow(static_cast<std::uint8_t>(count), is_long ? 1 : 0); });
+  }
+
   /// Sends a command of up to eight bytes.
   reply raw(bytes command) const {
-    if (command.size() > reply().size()) throw std::out_of_range("a command has at most 8 bytes");
+    if (command.empty() || command.size() > reply().size()) {
+      throw std::out_of_range("a command has 1 to 8 bytes");
+    }
     return with([&] {
       handle_.clear_word();
       send(command);

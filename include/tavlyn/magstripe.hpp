@@ -37,11 +37,6 @@ class magstripe : public device {
   /// Each swipe, and those that wait.
   stream<swipe> swipes(std::chrono::milliseconds timeout = forever) const;
 
-  /// One to five beeps, or one or two long ones.
-  void beep(int count = 1, bool is_long = false) const {
-    own().require([&] { return BeepNow(static_cast<std::uint8_t>(count), is_long ? 1 : 0); });
-  }
-
   /// Sends what the calls of api/magstripe.h have changed.
   void commit() const {
     own().require_read();

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -41,6 +42,7 @@ class reader : public device {
   reader_config config(int index = 0) const { return {own(), index}; }
   /// save() with a trailer, by which load_secure() notices damage.
   void save_secure(const std::string& path) const {
+    own().require_read();
     own().require([&] { return WriteDevCfgToSecureFile(path.c_str()); });
     own().require([&] { return CheckTamperedFile(path.c_str(), 0); });
   }
@@ -50,15 +52,12 @@ class reader : public device {
     own().require([&] { return ReadDevCfgFromSecureFile(path.c_str()); });
   }
 
-  /// One to five beeps, or one or two long ones.
-  void beep(int count = 1, bool is_long = false) const {
-    own().require([&] { return BeepNow(static_cast<std::uint8_t>(count), is_long ? 1 : 0); });
-  }
   int volume() const;
   void volume(int value) const {
+    if (value < 0 || value > 255) throw std::out_of_range("a volume is 0 to 255");
     own().require([&] { return SetBeeperVolume(static_cast<std::uint16_t>(value)); });
   }
-  /// Until the reader loses power. Whether the reader was reached is not known.
+  /// Until the reader loses power.
   void leds(bool red, bool green) const { set_leds(true, red, green); }
   /// The reader has its LEDs for itself again.
   void release_leds() const { set_leds(false, false, false); }
@@ -178,6 +177,8 @@ void reader::set_outputs(Get get, Set set, Change&& change) const {
     change(record);
     record.bVolatile = 1;
     own().require([&] { return set(&record); });
+    // What is sent at once has its failure in the word alone.
+    if (GetLastLibErr() != 0) throw error(error_word(GetLastLibErr()));
   });
 }
 

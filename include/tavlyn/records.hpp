@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <stdexcept>
 #include <string>
+#include <type_traits>
 #include <utility>
 
 #include "connection.hpp"
@@ -51,10 +52,16 @@ class record_words {
       Record record = whole<Record>(get_record);
       record.*word = narrow;
       require([&] { return set_record(&record); });
+      if constexpr (std::is_same_v<Record, tsCfgFlags3>) mark_flags3();
     });
   }
 
  private:
+  /// bNotBootDev is in a block that only other records mark as changed.
+  void mark_flags3() const {
+    const auto beside = whole<tsCfgFlags2>(GetFlags2);
+    require([&] { return SetFlags2(&beside); });
+  }
   template <class Record, class Get>
   Record whole(Get get_record) const {
     device_.require_read();

@@ -94,11 +94,19 @@ TEST(CppReader, SaysOfAFileThatIsNotThereThatThereIsNoReason) {
   }
 }
 
+TEST(CppReader, RefusesWhatNoOutputHas) {
+  const auto reader = tavlyn::connect();
+  EXPECT_THROW(reader.beep(257), std::out_of_range);
+  EXPECT_THROW(reader.beep(3, true), std::out_of_range);
+  EXPECT_THROW(reader.volume(256), std::out_of_range);
+}
+
 TEST(CppReader, TakesCommandsOfEightBytes) {
   const std::uint8_t command[9] = {0x8A};
   const auto reader = tavlyn::connect();
   EXPECT_EQ(reader.raw({command, 1})[2], 0x31);
   EXPECT_THROW(reader.raw({command, 9}), std::out_of_range);
+  EXPECT_THROW(reader.raw({}), std::out_of_range);
 }
 
 // Each makes its own reader active for each of its calls.

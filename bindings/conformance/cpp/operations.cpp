@@ -182,13 +182,7 @@ std::string Load(Device& device, const Json& step) {
 }
 
 std::string Beep(Device& device, const Json& step) {
-  const int count = step.value("count", 1);
-  const bool isLong = step.value("long", false);
-  if (auto* magstripe = std::get_if<tavlyn::magstripe>(&device)) {
-    magstripe->beep(count, isLong);
-  } else {
-    As<tavlyn::reader>(device).beep(count, isLong);
-  }
+  AnyOf(device).beep(step.value("count", 1), step.value("long", false));
   return kDone;
 }
 
