@@ -32,7 +32,7 @@ namespace Tavlyn
         }
     }
 
-    /// <summary>Several devices were found and nothing says which is meant.</summary>
+    /// <summary>Several devices have the serial number or the LUID.</summary>
     public class SeveralDevicesException : TavlynException
     {
         internal SeveralDevicesException(string message) : base(message)

@@ -72,7 +72,7 @@ namespace Tavlyn
             events = new EventThread(Watch);
         }
 
-        /// <summary>Opens the reader that is meant; null for the only one on USB.</summary>
+        /// <summary>Opens the reader that is meant; null for the first on USB.</summary>
         public static MagstripeReader Connect(Search search = null)
         {
             return new MagstripeReader(search);
@@ -83,12 +83,12 @@ namespace Tavlyn
         {
             add
             {
-                swiped += value;
+                lock (events) swiped += value;
                 events.Start();
             }
             remove
             {
-                swiped -= value;
+                lock (events) swiped -= value;
                 if (swiped == null) events.Stop();
             }
         }

@@ -26,7 +26,7 @@ namespace Tavlyn
             events = new EventThread(Watch);
         }
 
-        /// <summary>Opens the reader that is meant; null for the only one on USB.</summary>
+        /// <summary>Opens the reader that is meant; null for the first on USB.</summary>
         public static Reader Connect(Search search = null)
         {
             return new Reader(search);
@@ -38,12 +38,12 @@ namespace Tavlyn
         {
             add
             {
-                arrived += value;
+                lock (events) arrived += value;
                 events.Start();
             }
             remove
             {
-                arrived -= value;
+                lock (events) arrived -= value;
                 StopUnheard();
             }
         }
@@ -53,12 +53,12 @@ namespace Tavlyn
         {
             add
             {
-                gone += value;
+                lock (events) gone += value;
                 events.Start();
             }
             remove
             {
-                gone -= value;
+                lock (events) gone -= value;
                 StopUnheard();
             }
         }
@@ -163,8 +163,8 @@ namespace Tavlyn
         /// <summary>Saves the configuration with a trailer, which finds damage.</summary>
         public void SaveSecure(string path)
         {
-            RequireFile(() => Calls.WriteDevCfgToSecureFile(path), "save", path);
-            if (Calls.CheckTamperedFile(path, 0) != 1) throw new TavlynException(path + " was not saved whole");
+            RequireFile(() => Calls.WriteDevCfgToSecureFile(path) == 1 ? Calls.CheckTamperedFile(path, 0) : 0, "save",
+                path);
         }
 
         /// <summary>Loads a file that SaveSecure wrote, if its trailer fits.</summary>

@@ -15,7 +15,7 @@ namespace Tavlyn
         Sonar = 4
     }
 
-    /// <summary>Where a device is looked for and which one is meant. As it is made: the only one on USB.</summary>
+    /// <summary>Where a device is looked for and which one is meant. As it is made: the first on USB.</summary>
     public sealed class Search
     {
         /// <summary>Serial number of a card reader.</summary>

@@ -80,7 +80,8 @@ namespace Tavlyn
             if (search.Luid != null) all = Those(all, index => Luid(index) == search.Luid, product, "LUID");
             if (search.SerialNumber != null)
                 all = Those(all, index => SerialNumber(index) == search.SerialNumber, product, "serial number");
-            if (all.Count == 1) return all[0];
+            bool named = search.Luid != null || search.SerialNumber != null;
+            if (all.Count == 1 || !named) return all[0];
             throw new SeveralDevicesException("there are " + all.Count + " such devices, choose one: "
                 + string.Join(", ", all.ConvertAll(Describe).ToArray()));
         }

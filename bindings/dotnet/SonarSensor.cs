@@ -32,7 +32,7 @@ namespace Tavlyn
         {
         }
 
-        /// <summary>Opens the sensor that is meant; null for the only one on USB.</summary>
+        /// <summary>Opens the sensor that is meant; null for the first on USB.</summary>
         public static SonarSensor Connect(Search search = null)
         {
             return new SonarSensor(search);

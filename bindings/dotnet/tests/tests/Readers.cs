@@ -14,6 +14,7 @@ namespace Tavlyn.Tests
         {
             new Test("no reader is plugged in", "--device sonar", NoReader),
             new Test("one of several readers", "--device reader --device plus:2", OneOfSeveral),
+            new Test("two readers with one LUID", "--device reader,luid=5 --device reader,luid=5", OneLuid),
             new Test("two readers from two threads", "--device reader --device reader --do \"#2 card 0102:13\"",
                 TwoThreads),
             new Test("a configuration is set, written and read", "--device plus:3", Configuration),
@@ -38,8 +39,7 @@ namespace Tavlyn.Tests
 
         private static void OneOfSeveral()
         {
-            var several = Check.Throws<SeveralDevicesException>(() => Reader.Connect());
-            Check.Equal("there are 2 such devices, choose one: 0400123456, 0400123457", several.Message);
+            using (Reader first = Reader.Connect()) Check.Equal("0400123456", first.SerialNumber);
             using (Reader second = Reader.Connect(new Search { SerialNumber = "0400123457" }))
             using (Reader first = Reader.Connect(new Search { Luid = 1 }))
             {
@@ -51,6 +51,12 @@ namespace Tavlyn.Tests
             }
             var missing = Check.Throws<NoDeviceException>(() => Reader.Connect(new Search { Index = 2 }));
             Check.Equal("no reader has this index", missing.Message);
+        }
+
+        private static void OneLuid()
+        {
+            var several = Check.Throws<SeveralDevicesException>(() => Reader.Connect(new Search { Luid = 5 }));
+            Check.Equal("there are 2 such devices, choose one: 0400123456, 0400123457", several.Message);
         }
 
         private static void TwoThreads()
