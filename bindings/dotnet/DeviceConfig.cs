@@ -51,12 +51,17 @@ namespace Tavlyn
         {
             In(() =>
             {
-                T record = Got(get);
+                T record = BeforeSet(Got(get));
                 change(ref record);
                 if (set(ref record) != 1) throw Device.Failed("the set of " + typeof(T).Name);
                 AfterSet(typeof(T));
                 return true;
             });
+        }
+
+        internal virtual T BeforeSet<T>(T record)
+        {
+            return record;
         }
 
         internal virtual void AfterSet(Type record)
@@ -113,6 +118,25 @@ namespace Tavlyn
         internal override void Unselect(int before)
         {
             Calls.SetActConfig((byte)before);
+        }
+
+        // A setting is for the next commit.
+        internal override T BeforeSet<T>(T record)
+        {
+            object settled = record;
+            if (settled is tsLEDCtrl)
+            {
+                var leds = (tsLEDCtrl)settled;
+                leds.bVolatile = 0;
+                settled = leds;
+            }
+            else if (settled is tsBprRlyCtrl)
+            {
+                var outputs = (tsBprRlyCtrl)settled;
+                outputs.bVolatile = 0;
+                settled = outputs;
+            }
+            return (T)settled;
         }
 
         // bNotBootDev is in a block that only other records mark as changed.

@@ -50,6 +50,9 @@ class record_words {
     if (narrow != value) throw std::out_of_range(std::to_string(value) + " is no value of a word");
     device_.on_active([&] {
       Record record = whole<Record>(get_record);
+      if constexpr (std::is_same_v<Record, tsLEDCtrl> || std::is_same_v<Record, tsBprRlyCtrl>) {
+        record.bVolatile = 0;  // a setting is for the next commit
+      }
       record.*word = narrow;
       require([&] { return set_record(&record); });
       if constexpr (std::is_same_v<Record, tsCfgFlags3>) mark_flags3();
