@@ -131,6 +131,11 @@ class Device:
         """What an operation that did not succeed raises."""
         return TavlynError(what, calls.GetLastLibErr())
 
+    def refusal(self, what: str) -> TavlynError:
+        """What one raises that the device may not have: without an error word it was not even asked, or said no."""
+        word = calls.GetLastLibErr()
+        return TavlynError(what, word) if word else NotSupported(what)
+
     def gone(self, word: int) -> TavlynError:
         """What an operation raises whose device answers no more, with the error word of the last question."""
         return DeviceGone(f"{self} does not answer", word)
@@ -162,8 +167,9 @@ class Device:
         if not 1 <= count <= (2 if long else 5):
             raise ValueError(f"{count} beeps: a device makes 1 or 2 long ones, or 1 to 5 short ones")
         with self.active():
+            self.clear_error_word()
             if calls.BeepNow(count, int(long)) != 1:
-                raise NotSupported("the device did not beep", calls.GetLastLibErr())
+                raise self.refusal("the device did not beep")
 
     def save(self, path: Path, secure: bool = False) -> None:
         """Saves the configuration as a file; secure adds a trailer, by which load() finds damage."""

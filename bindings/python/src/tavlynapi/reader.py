@@ -138,9 +138,10 @@ class Reader(Device):
     def volume(self) -> int:
         """The volume of the beeper, 0 to 255."""
         with self.active():
+            self.clear_error_word()
             volume = calls.GetBeeperVolume()
             if volume == NO_VOLUME:
-                raise NotSupported("the reader did not tell its volume", calls.GetLastLibErr())
+                raise self.refusal("the reader did not tell its volume")
             return volume
 
     @volume.setter
@@ -148,8 +149,9 @@ class Reader(Device):
         if not 0 <= volume <= 255:
             raise ValueError(f"a volume is 0 to 255, not {volume}")
         with self.active():
+            self.clear_error_word()
             if calls.SetBeeperVolume(volume) != 1:
-                raise NotSupported("the volume could not be set", calls.GetLastLibErr())
+                raise self.refusal("the volume could not be set")
 
     def clear_error_word(self) -> None:
         calls.GetFlags(records.tsCfgFlags())

@@ -78,6 +78,16 @@ def test_the_error_word_is_that_of_the_question(desk: Desk, monkeypatch: pytest.
             assert gone.value.word & 0x202 == 0x202
 
 
+def test_what_a_device_has_is_supported(desk: Desk) -> None:
+    with tavlynapi.connect() as reader:
+        desk.unplug()
+        questions: List[Callable[[], object]] = [reader.beep, lambda: reader.volume]
+        for ask in questions:
+            with pytest.raises(tavlynapi.TavlynError, match="the device did not answer") as refused:
+                ask()
+            assert not isinstance(refused.value, tavlynapi.NotSupported)
+
+
 def test_a_configuration_that_cannot_be_read(desk: Desk) -> None:
     with tavlynapi.connect() as reader:
         desk.unplug()
