@@ -169,7 +169,8 @@ TEST_F(TavlynsimServe, AnyRequestIsAnswered) {
     const std::string text = "#1 card 0102:13 plug walk list swipe";
     const std::size_t length = below(2) == 0 ? below(20) : below(100);
     for (std::size_t i = 0; i < length; ++i)
-      message.body.push_back(static_cast<std::uint8_t>(below(2) == 0 ? text[below(36)] : below(256)));
+      message.body.push_back(below(2) == 0 ? static_cast<std::uint8_t>(text[below(36)])
+                                           : static_cast<std::uint8_t>(below(256)));
     ASSERT_TRUE(sim::wire::Send(socket, message) && sim::wire::Receive(socket, message)) << times;
     EXPECT_LE(message.code, 3);
   }
