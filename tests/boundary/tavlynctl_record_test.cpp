@@ -209,6 +209,7 @@ TEST_F(Recording, CommandLinesThatAreRefused) {
   EXPECT_EQ(RunLine(kSim + " run --serial COM3 --with-ids --record " + File() + " -- true").status, 125);
   EXPECT_EQ(RunLine(kSim + " run --device attached --device reader -- true").status, 125);
   EXPECT_EQ(RunLine(kCtl + " --device replay:" + folder_.string() + " list").status, 125);
+  EXPECT_EQ(RunLine("mkfifo " + File() + " && " + kCtl + " --device replay:" + File() + " list").status, 125);
 }
 
 }  // namespace

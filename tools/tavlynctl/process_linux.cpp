@@ -5,7 +5,6 @@
 #include <termios.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -129,7 +128,7 @@ std::string BecomeOneOfOurs(std::vector<std::string> words) {
   const auto beside = std::filesystem::read_symlink("/proc/self/exe", none).parent_path() / words.front();
   if (std::filesystem::exists(beside, none)) words.front() = beside.string();
   std::vector<char*> arguments(words.size() + 1);  // the last one is null
-  std::ranges::transform(words, arguments.begin(), [](std::string& word) { return word.data(); });
+  for (std::size_t at = 0; at < words.size(); ++at) arguments[at] = words[at].data();
   std::signal(SIGXFSZ, SIG_DFL);
   execvp(arguments.front(), arguments.data());
   return std::strerror(errno);

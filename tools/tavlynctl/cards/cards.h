@@ -11,8 +11,8 @@
 
 namespace tavlyn::ctl {
 
-// The library leaves a reader alone for 235 ms after each exchange and repeats the last card, of any reader; some
-// systems count time in steps of 16 ms.
+// The library leaves a reader alone for 235 ms after each exchange and repeats the last card, of any reader;
+// some systems count time in steps of 16 ms.
 inline constexpr std::chrono::milliseconds kCardPause(255);
 
 struct Card {

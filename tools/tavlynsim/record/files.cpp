@@ -13,10 +13,13 @@ namespace tavlyn::sim {
 std::optional<std::string> TextOfFile(const std::string& name, std::string& problem) {
   std::error_code error;
   const std::filesystem::path path = PathOf(name);
-  const bool isFile = std::filesystem::is_regular_file(path, error);
+  if (!std::filesystem::is_regular_file(path, error)) {  // an open of a pipe would wait
+    problem = name + ": " + (error ? error.message() : "not a file");
+    return std::nullopt;
+  }
   std::ifstream file(path, std::ios::binary);
-  if (isFile && file) return std::string(std::istreambuf_iterator<char>(file), {});
-  problem = name + ": " + (isFile ? std::strerror(errno) : error ? error.message() : "not a file");
+  if (file) return std::string(std::istreambuf_iterator<char>(file), {});
+  problem = name + ": " + std::strerror(errno);
   return std::nullopt;
 }
 
