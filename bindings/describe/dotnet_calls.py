@@ -220,6 +220,14 @@ def _limits(field: Field) -> Tuple[int, int]:
     return 0 if field.get("least") == 0 else least, most
 
 
+def _range(field: Field) -> str:
+    """The range with its unit, if that is one to be read beside a number; without a range, what the word can hold."""
+    least, most = _limits(field)
+    unit = field.get("unit", "")
+    shown = " " + unit if unit in ("ms", "s", "inches", "bits") else ""
+    return f'{field.get("least", least)} to {field.get("most", most)}{shown}'
+
+
 def _property(record: Record, field: Field) -> str:
     called, name = pascal(field["called"]), record["name"]
     flag = field["flag"]
@@ -228,11 +236,14 @@ def _property(record: Record, field: Field) -> str:
              f'            get {{ return Get<{name}>(Calls.{record["get"]}).{field["name"]}{test}; }}']
     if not field["read_only"]:
         value = "Flag(value)" if flag else f'({SIMPLE[field["type"]]})value'
+        what = f'"the set of {called}"'
         lines += ["            set", "            {"]
         if not flag:
             least, most = _limits(field)
-            lines.append(f'                Ranges.Check(value, {least}, {most}, "{called}");')
-        lines += [f'                Set<{name}>(Calls.{record["get"]}, Calls.{record["set"]},',
+            passed = f'value, {least}, {most}, "{called}", "{_range(field)}"'
+            lines.append(f"                string what = Ranges.Set({passed});")
+            what = "what"
+        lines += [f'                Set<{name}>({what}, Calls.{record["get"]}, Calls.{record["set"]},',
                   f'                    (ref {name} record) => record.{field["name"]} = {value});', "            }"]
     return "\n".join(lines + ["        }\n"])
 

@@ -47,13 +47,13 @@ namespace Tavlyn
             return In(() => Got(get));
         }
 
-        internal void Set<T>(RecordGet<T> get, RecordSet<T> set, RecordChange<T> change)
+        internal void Set<T>(string what, RecordGet<T> get, RecordSet<T> set, RecordChange<T> change)
         {
             In(() =>
             {
                 T record = BeforeSet(Got(get));
                 change(ref record);
-                if (set(ref record) != 1) throw Device.Failed("the set of " + typeof(T).Name);
+                if (set(ref record) != 1) throw Device.Failed(what);
                 AfterSet(typeof(T));
                 return true;
             });

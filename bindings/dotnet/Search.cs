@@ -83,5 +83,14 @@ namespace Tavlyn
             if (value < least || value > most)
                 throw new ArgumentOutOfRangeException(name, value, least + " to " + most);
         }
+
+        // What failed, if the set does. The word holds least to most; of the range judges the library, because some
+        // readers take more than others.
+        internal static string Set(int value, int least, int most, string name, string range)
+        {
+            string what = name + " is " + range;
+            if (value < least || value > most) throw new ArgumentOutOfRangeException(name, value, what);
+            return what + ": the set to " + value;
+        }
     }
 }

@@ -10,7 +10,7 @@ namespace Tavlyn
             get { return Get<tsCfgFlags>(Calls.GetFlags).bFixLenDsp != 0; }
             set
             {
-                Set<tsCfgFlags>(Calls.GetFlags, Calls.SetFlags,
+                Set<tsCfgFlags>("the set of FixLength", Calls.GetFlags, Calls.SetFlags,
                     (ref tsCfgFlags record) => record.bFixLenDsp = Flag(value));
             }
         }
@@ -21,7 +21,7 @@ namespace Tavlyn
             get { return Get<tsCfgFlags>(Calls.GetFlags).bFrcBitCntEx != 0; }
             set
             {
-                Set<tsCfgFlags>(Calls.GetFlags, Calls.SetFlags,
+                Set<tsCfgFlags>("the set of ExactBits", Calls.GetFlags, Calls.SetFlags,
                     (ref tsCfgFlags record) => record.bFrcBitCntEx = Flag(value));
             }
         }
@@ -32,7 +32,7 @@ namespace Tavlyn
             get { return Get<tsCfgFlags>(Calls.GetFlags).bStripFac != 0; }
             set
             {
-                Set<tsCfgFlags>(Calls.GetFlags, Calls.SetFlags,
+                Set<tsCfgFlags>("the set of StripFac", Calls.GetFlags, Calls.SetFlags,
                     (ref tsCfgFlags record) => record.bStripFac = Flag(value));
             }
         }
@@ -43,7 +43,7 @@ namespace Tavlyn
             get { return Get<tsCfgFlags>(Calls.GetFlags).bSndFac != 0; }
             set
             {
-                Set<tsCfgFlags>(Calls.GetFlags, Calls.SetFlags,
+                Set<tsCfgFlags>("the set of SendFac", Calls.GetFlags, Calls.SetFlags,
                     (ref tsCfgFlags record) => record.bSndFac = Flag(value));
             }
         }
@@ -54,7 +54,7 @@ namespace Tavlyn
             get { return Get<tsCfgFlags>(Calls.GetFlags).bUseDelFac2Id != 0; }
             set
             {
-                Set<tsCfgFlags>(Calls.GetFlags, Calls.SetFlags,
+                Set<tsCfgFlags>("the set of DelimitFac", Calls.GetFlags, Calls.SetFlags,
                     (ref tsCfgFlags record) => record.bUseDelFac2Id = Flag(value));
             }
         }
@@ -65,7 +65,7 @@ namespace Tavlyn
             get { return Get<tsCfgFlags>(Calls.GetFlags).bNoUseELChar != 0; }
             set
             {
-                Set<tsCfgFlags>(Calls.GetFlags, Calls.SetFlags,
+                Set<tsCfgFlags>("the set of OmitEndOfLine", Calls.GetFlags, Calls.SetFlags,
                     (ref tsCfgFlags record) => record.bNoUseELChar = Flag(value));
             }
         }
@@ -76,7 +76,7 @@ namespace Tavlyn
             get { return Get<tsCfgFlags>(Calls.GetFlags).bSndOnRx != 0; }
             set
             {
-                Set<tsCfgFlags>(Calls.GetFlags, Calls.SetFlags,
+                Set<tsCfgFlags>("the set of SendAtOnce", Calls.GetFlags, Calls.SetFlags,
                     (ref tsCfgFlags record) => record.bSndOnRx = Flag(value));
             }
         }
@@ -87,7 +87,7 @@ namespace Tavlyn
             get { return Get<tsCfgFlags>(Calls.GetFlags).bHaltKBSnd != 0; }
             set
             {
-                Set<tsCfgFlags>(Calls.GetFlags, Calls.SetFlags,
+                Set<tsCfgFlags>("the set of HaltKeystrokes", Calls.GetFlags, Calls.SetFlags,
                     (ref tsCfgFlags record) => record.bHaltKBSnd = Flag(value));
             }
         }
@@ -98,8 +98,8 @@ namespace Tavlyn
             get { return Get<tsIDBitCnts>(Calls.GetIDBitCnts).iLeadParityBitCnt; }
             set
             {
-                Ranges.Check(value, 0, 32767, "LeadParityBits");
-                Set<tsIDBitCnts>(Calls.GetIDBitCnts, Calls.SetIDBitCnts,
+                string what = Ranges.Set(value, 0, 32767, "LeadParityBits", "0 to 15 bits");
+                Set<tsIDBitCnts>(what, Calls.GetIDBitCnts, Calls.SetIDBitCnts,
                     (ref tsIDBitCnts record) => record.iLeadParityBitCnt = (short)value);
             }
         }
@@ -110,8 +110,8 @@ namespace Tavlyn
             get { return Get<tsIDBitCnts>(Calls.GetIDBitCnts).iTrailParityBitCnt; }
             set
             {
-                Ranges.Check(value, 0, 32767, "TrailParityBits");
-                Set<tsIDBitCnts>(Calls.GetIDBitCnts, Calls.SetIDBitCnts,
+                string what = Ranges.Set(value, 0, 32767, "TrailParityBits", "0 to 15 bits");
+                Set<tsIDBitCnts>(what, Calls.GetIDBitCnts, Calls.SetIDBitCnts,
                     (ref tsIDBitCnts record) => record.iTrailParityBitCnt = (short)value);
             }
         }
@@ -122,8 +122,8 @@ namespace Tavlyn
             get { return Get<tsIDBitCnts>(Calls.GetIDBitCnts).iIDBitCnt; }
             set
             {
-                Ranges.Check(value, -32768, 32767, "IdBits");
-                Set<tsIDBitCnts>(Calls.GetIDBitCnts, Calls.SetIDBitCnts,
+                string what = Ranges.Set(value, -32768, 32767, "IdBits", "1 to 255 bits");
+                Set<tsIDBitCnts>(what, Calls.GetIDBitCnts, Calls.SetIDBitCnts,
                     (ref tsIDBitCnts record) => record.iIDBitCnt = (short)value);
             }
         }
@@ -134,8 +134,8 @@ namespace Tavlyn
             get { return Get<tsIDBitCnts>(Calls.GetIDBitCnts).iTotalBitCnt; }
             set
             {
-                Ranges.Check(value, -32768, 32767, "TotalBits");
-                Set<tsIDBitCnts>(Calls.GetIDBitCnts, Calls.SetIDBitCnts,
+                string what = Ranges.Set(value, -32768, 32767, "TotalBits", "26 to 255 bits");
+                Set<tsIDBitCnts>(what, Calls.GetIDBitCnts, Calls.SetIDBitCnts,
                     (ref tsIDBitCnts record) => record.iTotalBitCnt = (short)value);
             }
         }
@@ -146,8 +146,8 @@ namespace Tavlyn
             get { return Get<tsIDDispParms>(Calls.GetIDDispParms).iFACIDDelim; }
             set
             {
-                Ranges.Check(value, 0, 32767, "FacDelimiter");
-                Set<tsIDDispParms>(Calls.GetIDDispParms, Calls.SetIDDispParms,
+                string what = Ranges.Set(value, 0, 32767, "FacDelimiter", "0 to 255");
+                Set<tsIDDispParms>(what, Calls.GetIDDispParms, Calls.SetIDDispParms,
                     (ref tsIDDispParms record) => record.iFACIDDelim = (short)value);
             }
         }
@@ -158,8 +158,8 @@ namespace Tavlyn
             get { return Get<tsIDDispParms>(Calls.GetIDDispParms).iELDelim; }
             set
             {
-                Ranges.Check(value, 0, 32767, "EndOfLine");
-                Set<tsIDDispParms>(Calls.GetIDDispParms, Calls.SetIDDispParms,
+                string what = Ranges.Set(value, 0, 32767, "EndOfLine", "0 to 255");
+                Set<tsIDDispParms>(what, Calls.GetIDDispParms, Calls.SetIDDispParms,
                     (ref tsIDDispParms record) => record.iELDelim = (short)value);
             }
         }
@@ -170,8 +170,8 @@ namespace Tavlyn
             get { return Get<tsIDDispParms>(Calls.GetIDDispParms).iIDDispLen; }
             set
             {
-                Ranges.Check(value, 0, 32767, "IdLength");
-                Set<tsIDDispParms>(Calls.GetIDDispParms, Calls.SetIDDispParms,
+                string what = Ranges.Set(value, 0, 32767, "IdLength", "0 to 25");
+                Set<tsIDDispParms>(what, Calls.GetIDDispParms, Calls.SetIDDispParms,
                     (ref tsIDDispParms record) => record.iIDDispLen = (short)value);
             }
         }
@@ -182,8 +182,8 @@ namespace Tavlyn
             get { return Get<tsIDDispParms>(Calls.GetIDDispParms).iFACDispLen; }
             set
             {
-                Ranges.Check(value, 0, 32767, "FacLength");
-                Set<tsIDDispParms>(Calls.GetIDDispParms, Calls.SetIDDispParms,
+                string what = Ranges.Set(value, 0, 32767, "FacLength", "0 to 25");
+                Set<tsIDDispParms>(what, Calls.GetIDDispParms, Calls.SetIDDispParms,
                     (ref tsIDDispParms record) => record.iFACDispLen = (short)value);
             }
         }
@@ -194,8 +194,8 @@ namespace Tavlyn
             get { return Get<tsIDDispParms>(Calls.GetIDDispParms).iExOutputFormat; }
             set
             {
-                Ranges.Check(value, -32768, 32767, "OutputMode");
-                Set<tsIDDispParms>(Calls.GetIDDispParms, Calls.SetIDDispParms,
+                string what = Ranges.Set(value, -32768, 32767, "OutputMode", "-32768 to 32767");
+                Set<tsIDDispParms>(what, Calls.GetIDDispParms, Calls.SetIDDispParms,
                     (ref tsIDDispParms record) => record.iExOutputFormat = (short)value);
             }
         }
@@ -206,8 +206,8 @@ namespace Tavlyn
             get { return Get<tsTimeParms>(Calls.GetTimeParms).iBitStrmTO; }
             set
             {
-                Ranges.Check(value, 0, 32767, "BitStreamMs");
-                Set<tsTimeParms>(Calls.GetTimeParms, Calls.SetTimeParms,
+                string what = Ranges.Set(value, 0, 32767, "BitStreamMs", "0 to 1020 ms");
+                Set<tsTimeParms>(what, Calls.GetTimeParms, Calls.SetTimeParms,
                     (ref tsTimeParms record) => record.iBitStrmTO = (short)value);
             }
         }
@@ -218,8 +218,8 @@ namespace Tavlyn
             get { return Get<tsTimeParms>(Calls.GetTimeParms).iIDHoldTO; }
             set
             {
-                Ranges.Check(value, 0, 32767, "IdHoldMs");
-                Set<tsTimeParms>(Calls.GetTimeParms, Calls.SetTimeParms,
+                string what = Ranges.Set(value, 0, 32767, "IdHoldMs", "0 to 12750 ms");
+                Set<tsTimeParms>(what, Calls.GetTimeParms, Calls.SetTimeParms,
                     (ref tsTimeParms record) => record.iIDHoldTO = (short)value);
             }
         }
@@ -230,8 +230,8 @@ namespace Tavlyn
             get { return Get<tsTimeParms>(Calls.GetTimeParms).iIDLockOutTm; }
             set
             {
-                Ranges.Check(value, 0, 32767, "LockOutMs");
-                Set<tsTimeParms>(Calls.GetTimeParms, Calls.SetTimeParms,
+                string what = Ranges.Set(value, 0, 32767, "LockOutMs", "0 to 12750 ms");
+                Set<tsTimeParms>(what, Calls.GetTimeParms, Calls.SetTimeParms,
                     (ref tsTimeParms record) => record.iIDLockOutTm = (short)value);
             }
         }
@@ -242,8 +242,8 @@ namespace Tavlyn
             get { return Get<tsTimeParms>(Calls.GetTimeParms).iUSBKeyPrsTm; }
             set
             {
-                Ranges.Check(value, 0, 32767, "KeyPressMs");
-                Set<tsTimeParms>(Calls.GetTimeParms, Calls.SetTimeParms,
+                string what = Ranges.Set(value, 0, 32767, "KeyPressMs", "0 to 1020 ms");
+                Set<tsTimeParms>(what, Calls.GetTimeParms, Calls.SetTimeParms,
                     (ref tsTimeParms record) => record.iUSBKeyPrsTm = (short)value);
             }
         }
@@ -254,8 +254,8 @@ namespace Tavlyn
             get { return Get<tsTimeParms>(Calls.GetTimeParms).iUSBKeyRlsTm; }
             set
             {
-                Ranges.Check(value, 0, 32767, "KeyReleaseMs");
-                Set<tsTimeParms>(Calls.GetTimeParms, Calls.SetTimeParms,
+                string what = Ranges.Set(value, 0, 32767, "KeyReleaseMs", "0 to 1020 ms");
+                Set<tsTimeParms>(what, Calls.GetTimeParms, Calls.SetTimeParms,
                     (ref tsTimeParms record) => record.iUSBKeyRlsTm = (short)value);
             }
         }
@@ -278,7 +278,7 @@ namespace Tavlyn
             get { return Get<tsCfgFlags2>(Calls.GetFlags2).bUseLeadChrs != 0; }
             set
             {
-                Set<tsCfgFlags2>(Calls.GetFlags2, Calls.SetFlags2,
+                Set<tsCfgFlags2>("the set of SendLeadCharacters", Calls.GetFlags2, Calls.SetFlags2,
                     (ref tsCfgFlags2 record) => record.bUseLeadChrs = Flag(value));
             }
         }
@@ -289,7 +289,7 @@ namespace Tavlyn
             get { return Get<tsCfgFlags2>(Calls.GetFlags2).bDspHex != 0; }
             set
             {
-                Set<tsCfgFlags2>(Calls.GetFlags2, Calls.SetFlags2,
+                Set<tsCfgFlags2>("the set of ShowHex", Calls.GetFlags2, Calls.SetFlags2,
                     (ref tsCfgFlags2 record) => record.bDspHex = Flag(value));
             }
         }
@@ -300,7 +300,7 @@ namespace Tavlyn
             get { return Get<tsCfgFlags2>(Calls.GetFlags2).bWiegInvData != 0; }
             set
             {
-                Set<tsCfgFlags2>(Calls.GetFlags2, Calls.SetFlags2,
+                Set<tsCfgFlags2>("the set of WiegandInverted", Calls.GetFlags2, Calls.SetFlags2,
                     (ref tsCfgFlags2 record) => record.bWiegInvData = Flag(value));
             }
         }
@@ -311,7 +311,7 @@ namespace Tavlyn
             get { return Get<tsCfgFlags2>(Calls.GetFlags2).bUseInvDataF != 0; }
             set
             {
-                Set<tsCfgFlags2>(Calls.GetFlags2, Calls.SetFlags2,
+                Set<tsCfgFlags2>("the set of UseWiegandInverted", Calls.GetFlags2, Calls.SetFlags2,
                     (ref tsCfgFlags2 record) => record.bUseInvDataF = Flag(value));
             }
         }
@@ -322,7 +322,7 @@ namespace Tavlyn
             get { return Get<tsCfgFlags2>(Calls.GetFlags2).bRevWiegBits != 0; }
             set
             {
-                Set<tsCfgFlags2>(Calls.GetFlags2, Calls.SetFlags2,
+                Set<tsCfgFlags2>("the set of ReverseBits", Calls.GetFlags2, Calls.SetFlags2,
                     (ref tsCfgFlags2 record) => record.bRevWiegBits = Flag(value));
             }
         }
@@ -333,7 +333,7 @@ namespace Tavlyn
             get { return Get<tsCfgFlags2>(Calls.GetFlags2).bBeepID != 0; }
             set
             {
-                Set<tsCfgFlags2>(Calls.GetFlags2, Calls.SetFlags2,
+                Set<tsCfgFlags2>("the set of BeepOnId", Calls.GetFlags2, Calls.SetFlags2,
                     (ref tsCfgFlags2 record) => record.bBeepID = Flag(value));
             }
         }
@@ -344,7 +344,7 @@ namespace Tavlyn
             get { return Get<tsCfgFlags2>(Calls.GetFlags2).bRevBytes != 0; }
             set
             {
-                Set<tsCfgFlags2>(Calls.GetFlags2, Calls.SetFlags2,
+                Set<tsCfgFlags2>("the set of ReverseBytes", Calls.GetFlags2, Calls.SetFlags2,
                     (ref tsCfgFlags2 record) => record.bRevBytes = Flag(value));
             }
         }
@@ -361,7 +361,7 @@ namespace Tavlyn
             get { return Get<tsCfgFlags3>(Calls.GetFlags3).bUseNumKP != 0; }
             set
             {
-                Set<tsCfgFlags3>(Calls.GetFlags3, Calls.SetFlags3,
+                Set<tsCfgFlags3>("the set of EuropeanKeyboard", Calls.GetFlags3, Calls.SetFlags3,
                     (ref tsCfgFlags3 record) => record.bUseNumKP = Flag(value));
             }
         }
@@ -372,7 +372,7 @@ namespace Tavlyn
             get { return Get<tsCfgFlags3>(Calls.GetFlags3).bSndSFON != 0; }
             set
             {
-                Set<tsCfgFlags3>(Calls.GetFlags3, Calls.SetFlags3,
+                Set<tsCfgFlags3>("the set of SplitFormat", Calls.GetFlags3, Calls.SetFlags3,
                     (ref tsCfgFlags3 record) => record.bSndSFON = Flag(value));
             }
         }
@@ -383,7 +383,7 @@ namespace Tavlyn
             get { return Get<tsCfgFlags3>(Calls.GetFlags3).bSndSFFC != 0; }
             set
             {
-                Set<tsCfgFlags3>(Calls.GetFlags3, Calls.SetFlags3,
+                Set<tsCfgFlags3>("the set of FacHex", Calls.GetFlags3, Calls.SetFlags3,
                     (ref tsCfgFlags3 record) => record.bSndSFFC = Flag(value));
             }
         }
@@ -394,7 +394,7 @@ namespace Tavlyn
             get { return Get<tsCfgFlags3>(Calls.GetFlags3).bSndSFID != 0; }
             set
             {
-                Set<tsCfgFlags3>(Calls.GetFlags3, Calls.SetFlags3,
+                Set<tsCfgFlags3>("the set of IdHex", Calls.GetFlags3, Calls.SetFlags3,
                     (ref tsCfgFlags3 record) => record.bSndSFID = Flag(value));
             }
         }
@@ -405,7 +405,7 @@ namespace Tavlyn
             get { return Get<tsCfgFlags3>(Calls.GetFlags3).bPrxProEm != 0; }
             set
             {
-                Set<tsCfgFlags3>(Calls.GetFlags3, Calls.SetFlags3,
+                Set<tsCfgFlags3>("the set of EmulateProxpro", Calls.GetFlags3, Calls.SetFlags3,
                     (ref tsCfgFlags3 record) => record.bPrxProEm = Flag(value));
             }
         }
@@ -416,7 +416,7 @@ namespace Tavlyn
             get { return Get<tsCfgFlags3>(Calls.GetFlags3).bUse64Bit != 0; }
             set
             {
-                Set<tsCfgFlags3>(Calls.GetFlags3, Calls.SetFlags3,
+                Set<tsCfgFlags3>("the set of Use64Bits", Calls.GetFlags3, Calls.SetFlags3,
                     (ref tsCfgFlags3 record) => record.bUse64Bit = Flag(value));
             }
         }
@@ -427,7 +427,7 @@ namespace Tavlyn
             get { return Get<tsCfgFlags3>(Calls.GetFlags3).bNotBootDev != 0; }
             set
             {
-                Set<tsCfgFlags3>(Calls.GetFlags3, Calls.SetFlags3,
+                Set<tsCfgFlags3>("the set of NotBootDevice", Calls.GetFlags3, Calls.SetFlags3,
                     (ref tsCfgFlags3 record) => record.bNotBootDev = Flag(value));
             }
         }
@@ -438,7 +438,7 @@ namespace Tavlyn
             get { return Get<tsCfgFlags3>(Calls.GetFlags3).bLowerCaseHex != 0; }
             set
             {
-                Set<tsCfgFlags3>(Calls.GetFlags3, Calls.SetFlags3,
+                Set<tsCfgFlags3>("the set of LowerCaseHex", Calls.GetFlags3, Calls.SetFlags3,
                     (ref tsCfgFlags3 record) => record.bLowerCaseHex = Flag(value));
             }
         }
@@ -449,8 +449,8 @@ namespace Tavlyn
             get { return Get<tsIDDispParms2>(Calls.GetIDDispParms2).iLeadChrCnt; }
             set
             {
-                Ranges.Check(value, 0, 32767, "LeadCount");
-                Set<tsIDDispParms2>(Calls.GetIDDispParms2, Calls.SetIDDispParms2,
+                string what = Ranges.Set(value, 0, 32767, "LeadCount", "0 to 3");
+                Set<tsIDDispParms2>(what, Calls.GetIDDispParms2, Calls.SetIDDispParms2,
                     (ref tsIDDispParms2 record) => record.iLeadChrCnt = (short)value);
             }
         }
@@ -461,8 +461,8 @@ namespace Tavlyn
             get { return Get<tsIDDispParms2>(Calls.GetIDDispParms2).iLeadChr0; }
             set
             {
-                Ranges.Check(value, -32768, 32767, "LeadCharacter1");
-                Set<tsIDDispParms2>(Calls.GetIDDispParms2, Calls.SetIDDispParms2,
+                string what = Ranges.Set(value, -32768, 32767, "LeadCharacter1", "-32768 to 32767");
+                Set<tsIDDispParms2>(what, Calls.GetIDDispParms2, Calls.SetIDDispParms2,
                     (ref tsIDDispParms2 record) => record.iLeadChr0 = (short)value);
             }
         }
@@ -473,8 +473,8 @@ namespace Tavlyn
             get { return Get<tsIDDispParms2>(Calls.GetIDDispParms2).iLeadChr1; }
             set
             {
-                Ranges.Check(value, -32768, 32767, "LeadCharacter2");
-                Set<tsIDDispParms2>(Calls.GetIDDispParms2, Calls.SetIDDispParms2,
+                string what = Ranges.Set(value, -32768, 32767, "LeadCharacter2", "-32768 to 32767");
+                Set<tsIDDispParms2>(what, Calls.GetIDDispParms2, Calls.SetIDDispParms2,
                     (ref tsIDDispParms2 record) => record.iLeadChr1 = (short)value);
             }
         }
@@ -485,8 +485,8 @@ namespace Tavlyn
             get { return Get<tsIDDispParms2>(Calls.GetIDDispParms2).iLeadChr2; }
             set
             {
-                Ranges.Check(value, -32768, 32767, "LeadCharacter3");
-                Set<tsIDDispParms2>(Calls.GetIDDispParms2, Calls.SetIDDispParms2,
+                string what = Ranges.Set(value, -32768, 32767, "LeadCharacter3", "-32768 to 32767");
+                Set<tsIDDispParms2>(what, Calls.GetIDDispParms2, Calls.SetIDDispParms2,
                     (ref tsIDDispParms2 record) => record.iLeadChr2 = (short)value);
             }
         }
@@ -497,8 +497,8 @@ namespace Tavlyn
             get { return Get<tsIDDispParms2>(Calls.GetIDDispParms2).iCrdGnChr0; }
             set
             {
-                Ranges.Check(value, -32768, 32767, "GoneCharacter1");
-                Set<tsIDDispParms2>(Calls.GetIDDispParms2, Calls.SetIDDispParms2,
+                string what = Ranges.Set(value, -32768, 32767, "GoneCharacter1", "-32768 to 32767");
+                Set<tsIDDispParms2>(what, Calls.GetIDDispParms2, Calls.SetIDDispParms2,
                     (ref tsIDDispParms2 record) => record.iCrdGnChr0 = (short)value);
             }
         }
@@ -509,8 +509,8 @@ namespace Tavlyn
             get { return Get<tsIDDispParms2>(Calls.GetIDDispParms2).iCrdGnChr1; }
             set
             {
-                Ranges.Check(value, -32768, 32767, "GoneCharacter2");
-                Set<tsIDDispParms2>(Calls.GetIDDispParms2, Calls.SetIDDispParms2,
+                string what = Ranges.Set(value, -32768, 32767, "GoneCharacter2", "-32768 to 32767");
+                Set<tsIDDispParms2>(what, Calls.GetIDDispParms2, Calls.SetIDDispParms2,
                     (ref tsIDDispParms2 record) => record.iCrdGnChr1 = (short)value);
             }
         }
@@ -521,8 +521,8 @@ namespace Tavlyn
             get { return Get<tsIDDispParms3>(Calls.GetIDDispParms3).iTrailChrCnt; }
             set
             {
-                Ranges.Check(value, 0, 32767, "TrailCount");
-                Set<tsIDDispParms3>(Calls.GetIDDispParms3, Calls.SetIDDispParms3,
+                string what = Ranges.Set(value, 0, 32767, "TrailCount", "0 to 3");
+                Set<tsIDDispParms3>(what, Calls.GetIDDispParms3, Calls.SetIDDispParms3,
                     (ref tsIDDispParms3 record) => record.iTrailChrCnt = (short)value);
             }
         }
@@ -533,8 +533,8 @@ namespace Tavlyn
             get { return Get<tsIDDispParms3>(Calls.GetIDDispParms3).iTrailChr0; }
             set
             {
-                Ranges.Check(value, -32768, 32767, "TrailCharacter1");
-                Set<tsIDDispParms3>(Calls.GetIDDispParms3, Calls.SetIDDispParms3,
+                string what = Ranges.Set(value, -32768, 32767, "TrailCharacter1", "-32768 to 32767");
+                Set<tsIDDispParms3>(what, Calls.GetIDDispParms3, Calls.SetIDDispParms3,
                     (ref tsIDDispParms3 record) => record.iTrailChr0 = (short)value);
             }
         }
@@ -545,8 +545,8 @@ namespace Tavlyn
             get { return Get<tsIDDispParms3>(Calls.GetIDDispParms3).iTrailChr1; }
             set
             {
-                Ranges.Check(value, -32768, 32767, "TrailCharacter2");
-                Set<tsIDDispParms3>(Calls.GetIDDispParms3, Calls.SetIDDispParms3,
+                string what = Ranges.Set(value, -32768, 32767, "TrailCharacter2", "-32768 to 32767");
+                Set<tsIDDispParms3>(what, Calls.GetIDDispParms3, Calls.SetIDDispParms3,
                     (ref tsIDDispParms3 record) => record.iTrailChr1 = (short)value);
             }
         }
@@ -557,8 +557,8 @@ namespace Tavlyn
             get { return Get<tsIDDispParms3>(Calls.GetIDDispParms3).iTrailChr2; }
             set
             {
-                Ranges.Check(value, -32768, 32767, "TrailCharacter3");
-                Set<tsIDDispParms3>(Calls.GetIDDispParms3, Calls.SetIDDispParms3,
+                string what = Ranges.Set(value, -32768, 32767, "TrailCharacter3", "-32768 to 32767");
+                Set<tsIDDispParms3>(what, Calls.GetIDDispParms3, Calls.SetIDDispParms3,
                     (ref tsIDDispParms3 record) => record.iTrailChr2 = (short)value);
             }
         }
@@ -569,7 +569,7 @@ namespace Tavlyn
             get { return Get<tsLEDCtrl>(Calls.GetLEDCtrl).bAppCtrlsLED != 0; }
             set
             {
-                Set<tsLEDCtrl>(Calls.GetLEDCtrl, Calls.SetLEDCtrl,
+                Set<tsLEDCtrl>("the set of ControlLeds", Calls.GetLEDCtrl, Calls.SetLEDCtrl,
                     (ref tsLEDCtrl record) => record.bAppCtrlsLED = Flag(value));
             }
         }
@@ -580,7 +580,7 @@ namespace Tavlyn
             get { return Get<tsLEDCtrl>(Calls.GetLEDCtrl).iRedLEDState != 0; }
             set
             {
-                Set<tsLEDCtrl>(Calls.GetLEDCtrl, Calls.SetLEDCtrl,
+                Set<tsLEDCtrl>("the set of RedLedOn", Calls.GetLEDCtrl, Calls.SetLEDCtrl,
                     (ref tsLEDCtrl record) => record.iRedLEDState = Flag(value));
             }
         }
@@ -591,7 +591,7 @@ namespace Tavlyn
             get { return Get<tsLEDCtrl>(Calls.GetLEDCtrl).iGrnLEDState != 0; }
             set
             {
-                Set<tsLEDCtrl>(Calls.GetLEDCtrl, Calls.SetLEDCtrl,
+                Set<tsLEDCtrl>("the set of GreenLedOn", Calls.GetLEDCtrl, Calls.SetLEDCtrl,
                     (ref tsLEDCtrl record) => record.iGrnLEDState = Flag(value));
             }
         }
@@ -602,7 +602,7 @@ namespace Tavlyn
             get { return Get<tsLEDCtrl>(Calls.GetLEDCtrl).bVolatile != 0; }
             set
             {
-                Set<tsLEDCtrl>(Calls.GetLEDCtrl, Calls.SetLEDCtrl,
+                Set<tsLEDCtrl>("the set of LedsVolatile", Calls.GetLEDCtrl, Calls.SetLEDCtrl,
                     (ref tsLEDCtrl record) => record.bVolatile = Flag(value));
             }
         }
@@ -613,7 +613,7 @@ namespace Tavlyn
             get { return Get<tsBprRlyCtrl>(Calls.GetBprRlyCtrl).iBeeperState != 0; }
             set
             {
-                Set<tsBprRlyCtrl>(Calls.GetBprRlyCtrl, Calls.SetBprRlyCtrl,
+                Set<tsBprRlyCtrl>("the set of BeeperOn", Calls.GetBprRlyCtrl, Calls.SetBprRlyCtrl,
                     (ref tsBprRlyCtrl record) => record.iBeeperState = Flag(value));
             }
         }
@@ -624,7 +624,7 @@ namespace Tavlyn
             get { return Get<tsBprRlyCtrl>(Calls.GetBprRlyCtrl).iRelayState != 0; }
             set
             {
-                Set<tsBprRlyCtrl>(Calls.GetBprRlyCtrl, Calls.SetBprRlyCtrl,
+                Set<tsBprRlyCtrl>("the set of RelayOn", Calls.GetBprRlyCtrl, Calls.SetBprRlyCtrl,
                     (ref tsBprRlyCtrl record) => record.iRelayState = Flag(value));
             }
         }
@@ -635,7 +635,7 @@ namespace Tavlyn
             get { return Get<tsBprRlyCtrl>(Calls.GetBprRlyCtrl).bVolatile != 0; }
             set
             {
-                Set<tsBprRlyCtrl>(Calls.GetBprRlyCtrl, Calls.SetBprRlyCtrl,
+                Set<tsBprRlyCtrl>("the set of OutputsVolatile", Calls.GetBprRlyCtrl, Calls.SetBprRlyCtrl,
                     (ref tsBprRlyCtrl record) => record.bVolatile = Flag(value));
             }
         }

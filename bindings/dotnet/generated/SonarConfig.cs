@@ -10,8 +10,8 @@ namespace Tavlyn
             get { return Get<tsSonarParms>(Calls.GetSonarParms).LEDFlags; }
             set
             {
-                Ranges.Check(value, 0, 65535, "Leds");
-                Set<tsSonarParms>(Calls.GetSonarParms, Calls.SetSonarParms,
+                string what = Ranges.Set(value, 0, 65535, "Leds", "0 to 65535");
+                Set<tsSonarParms>(what, Calls.GetSonarParms, Calls.SetSonarParms,
                     (ref tsSonarParms record) => record.LEDFlags = (ushort)value);
             }
         }
@@ -22,8 +22,8 @@ namespace Tavlyn
             get { return Get<tsSonarParms>(Calls.GetSonarParms).PingRate; }
             set
             {
-                Ranges.Check(value, 0, 65535, "PingMs");
-                Set<tsSonarParms>(Calls.GetSonarParms, Calls.SetSonarParms,
+                string what = Ranges.Set(value, 0, 65535, "PingMs", "200 to 1020 ms");
+                Set<tsSonarParms>(what, Calls.GetSonarParms, Calls.SetSonarParms,
                     (ref tsSonarParms record) => record.PingRate = (ushort)value);
             }
         }
@@ -40,8 +40,8 @@ namespace Tavlyn
             get { return Get<tsSonarParms>(Calls.GetSonarParms).MinDist; }
             set
             {
-                Ranges.Check(value, 0, 65535, "MinDistanceInches");
-                Set<tsSonarParms>(Calls.GetSonarParms, Calls.SetSonarParms,
+                string what = Ranges.Set(value, 0, 65535, "MinDistanceInches", "1 to 59 inches");
+                Set<tsSonarParms>(what, Calls.GetSonarParms, Calls.SetSonarParms,
                     (ref tsSonarParms record) => record.MinDist = (ushort)value);
             }
         }
@@ -52,8 +52,8 @@ namespace Tavlyn
             get { return Get<tsSonarParms>(Calls.GetSonarParms).MaxDist; }
             set
             {
-                Ranges.Check(value, 0, 65535, "MaxDistanceInches");
-                Set<tsSonarParms>(Calls.GetSonarParms, Calls.SetSonarParms,
+                string what = Ranges.Set(value, 0, 65535, "MaxDistanceInches", "15 to 72 inches");
+                Set<tsSonarParms>(what, Calls.GetSonarParms, Calls.SetSonarParms,
                     (ref tsSonarParms record) => record.MaxDist = (ushort)value);
             }
         }
@@ -64,8 +64,8 @@ namespace Tavlyn
             get { return Get<tsSonarParms>(Calls.GetSonarParms).ORDBTm; }
             set
             {
-                Ranges.Check(value, 0, 65535, "OutOfRangeDebounce");
-                Set<tsSonarParms>(Calls.GetSonarParms, Calls.SetSonarParms,
+                string what = Ranges.Set(value, 0, 65535, "OutOfRangeDebounce", "0 to 65535");
+                Set<tsSonarParms>(what, Calls.GetSonarParms, Calls.SetSonarParms,
                     (ref tsSonarParms record) => record.ORDBTm = (ushort)value);
             }
         }
@@ -76,8 +76,8 @@ namespace Tavlyn
             get { return Get<tsSonarParms>(Calls.GetSonarParms).IRDBTm; }
             set
             {
-                Ranges.Check(value, 0, 65535, "InRangeDebounce");
-                Set<tsSonarParms>(Calls.GetSonarParms, Calls.SetSonarParms,
+                string what = Ranges.Set(value, 0, 65535, "InRangeDebounce", "0 to 65535");
+                Set<tsSonarParms>(what, Calls.GetSonarParms, Calls.SetSonarParms,
                     (ref tsSonarParms record) => record.IRDBTm = (ushort)value);
             }
         }
@@ -88,8 +88,8 @@ namespace Tavlyn
             get { return Get<tsSonarParms>(Calls.GetSonarParms).StartDly; }
             set
             {
-                Ranges.Check(value, 0, 65535, "StartDelaySeconds");
-                Set<tsSonarParms>(Calls.GetSonarParms, Calls.SetSonarParms,
+                string what = Ranges.Set(value, 0, 65535, "StartDelaySeconds", "0 to 65535 s");
+                Set<tsSonarParms>(what, Calls.GetSonarParms, Calls.SetSonarParms,
                     (ref tsSonarParms record) => record.StartDly = (ushort)value);
             }
         }
@@ -100,8 +100,8 @@ namespace Tavlyn
             get { return Get<tsWalkAwayParms>(Calls.GetWalkAwayParms).KeyCount; }
             set
             {
-                Ranges.Check(value, 0, 65535, "AwayKeyCount");
-                Set<tsWalkAwayParms>(Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
+                string what = Ranges.Set(value, 0, 65535, "AwayKeyCount", "0 to 6");
+                Set<tsWalkAwayParms>(what, Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
                     (ref tsWalkAwayParms record) => record.KeyCount = (ushort)value);
             }
         }
@@ -112,8 +112,8 @@ namespace Tavlyn
             get { return Get<tsWalkAwayParms>(Calls.GetWalkAwayParms).InterKeyDelay; }
             set
             {
-                Ranges.Check(value, 0, 65535, "AwayKeyPauseMs");
-                Set<tsWalkAwayParms>(Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
+                string what = Ranges.Set(value, 0, 65535, "AwayKeyPauseMs", "64 to 16320 ms");
+                Set<tsWalkAwayParms>(what, Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
                     (ref tsWalkAwayParms record) => record.InterKeyDelay = (ushort)value);
             }
         }
@@ -124,8 +124,8 @@ namespace Tavlyn
             get { return Get<tsWalkAwayParms>(Calls.GetWalkAwayParms).Key1Mods; }
             set
             {
-                Ranges.Check(value, 0, 65535, "AwayKey1Modifiers");
-                Set<tsWalkAwayParms>(Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
+                string what = Ranges.Set(value, 0, 65535, "AwayKey1Modifiers", "0 to 65535");
+                Set<tsWalkAwayParms>(what, Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
                     (ref tsWalkAwayParms record) => record.Key1Mods = (ushort)value);
             }
         }
@@ -136,8 +136,8 @@ namespace Tavlyn
             get { return Get<tsWalkAwayParms>(Calls.GetWalkAwayParms).Key2Mods; }
             set
             {
-                Ranges.Check(value, 0, 65535, "AwayKey2Modifiers");
-                Set<tsWalkAwayParms>(Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
+                string what = Ranges.Set(value, 0, 65535, "AwayKey2Modifiers", "0 to 65535");
+                Set<tsWalkAwayParms>(what, Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
                     (ref tsWalkAwayParms record) => record.Key2Mods = (ushort)value);
             }
         }
@@ -148,8 +148,8 @@ namespace Tavlyn
             get { return Get<tsWalkAwayParms>(Calls.GetWalkAwayParms).Key3Mods; }
             set
             {
-                Ranges.Check(value, 0, 65535, "AwayKey3Modifiers");
-                Set<tsWalkAwayParms>(Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
+                string what = Ranges.Set(value, 0, 65535, "AwayKey3Modifiers", "0 to 65535");
+                Set<tsWalkAwayParms>(what, Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
                     (ref tsWalkAwayParms record) => record.Key3Mods = (ushort)value);
             }
         }
@@ -160,8 +160,8 @@ namespace Tavlyn
             get { return Get<tsWalkAwayParms>(Calls.GetWalkAwayParms).Key4Mods; }
             set
             {
-                Ranges.Check(value, 0, 65535, "AwayKey4Modifiers");
-                Set<tsWalkAwayParms>(Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
+                string what = Ranges.Set(value, 0, 65535, "AwayKey4Modifiers", "0 to 65535");
+                Set<tsWalkAwayParms>(what, Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
                     (ref tsWalkAwayParms record) => record.Key4Mods = (ushort)value);
             }
         }
@@ -172,8 +172,8 @@ namespace Tavlyn
             get { return Get<tsWalkAwayParms>(Calls.GetWalkAwayParms).Key5Mods; }
             set
             {
-                Ranges.Check(value, 0, 65535, "AwayKey5Modifiers");
-                Set<tsWalkAwayParms>(Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
+                string what = Ranges.Set(value, 0, 65535, "AwayKey5Modifiers", "0 to 65535");
+                Set<tsWalkAwayParms>(what, Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
                     (ref tsWalkAwayParms record) => record.Key5Mods = (ushort)value);
             }
         }
@@ -184,8 +184,8 @@ namespace Tavlyn
             get { return Get<tsWalkAwayParms>(Calls.GetWalkAwayParms).Key6Mods; }
             set
             {
-                Ranges.Check(value, 0, 65535, "AwayKey6Modifiers");
-                Set<tsWalkAwayParms>(Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
+                string what = Ranges.Set(value, 0, 65535, "AwayKey6Modifiers", "0 to 65535");
+                Set<tsWalkAwayParms>(what, Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
                     (ref tsWalkAwayParms record) => record.Key6Mods = (ushort)value);
             }
         }
@@ -196,8 +196,8 @@ namespace Tavlyn
             get { return Get<tsWalkAwayParms>(Calls.GetWalkAwayParms).Flags0; }
             set
             {
-                Ranges.Check(value, 0, 65535, "AwayFlags");
-                Set<tsWalkAwayParms>(Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
+                string what = Ranges.Set(value, 0, 65535, "AwayFlags", "0 to 65535");
+                Set<tsWalkAwayParms>(what, Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
                     (ref tsWalkAwayParms record) => record.Flags0 = (ushort)value);
             }
         }
@@ -208,8 +208,8 @@ namespace Tavlyn
             get { return Get<tsWalkAwayParms>(Calls.GetWalkAwayParms).MinFltRepRate; }
             set
             {
-                Ranges.Check(value, 0, 65535, "AwayMinFilterRepeatRate");
-                Set<tsWalkAwayParms>(Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
+                string what = Ranges.Set(value, 0, 65535, "AwayMinFilterRepeatRate", "0 to 65535");
+                Set<tsWalkAwayParms>(what, Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
                     (ref tsWalkAwayParms record) => record.MinFltRepRate = (ushort)value);
             }
         }
@@ -220,8 +220,8 @@ namespace Tavlyn
             get { return Get<tsWalkAwayParms>(Calls.GetWalkAwayParms).Key1Code; }
             set
             {
-                Ranges.Check(value, 0, 65535, "AwayKey1Code");
-                Set<tsWalkAwayParms>(Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
+                string what = Ranges.Set(value, 0, 65535, "AwayKey1Code", "0 to 65535");
+                Set<tsWalkAwayParms>(what, Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
                     (ref tsWalkAwayParms record) => record.Key1Code = (ushort)value);
             }
         }
@@ -232,8 +232,8 @@ namespace Tavlyn
             get { return Get<tsWalkAwayParms>(Calls.GetWalkAwayParms).Key2Code; }
             set
             {
-                Ranges.Check(value, 0, 65535, "AwayKey2Code");
-                Set<tsWalkAwayParms>(Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
+                string what = Ranges.Set(value, 0, 65535, "AwayKey2Code", "0 to 65535");
+                Set<tsWalkAwayParms>(what, Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
                     (ref tsWalkAwayParms record) => record.Key2Code = (ushort)value);
             }
         }
@@ -244,8 +244,8 @@ namespace Tavlyn
             get { return Get<tsWalkAwayParms>(Calls.GetWalkAwayParms).Key3Code; }
             set
             {
-                Ranges.Check(value, 0, 65535, "AwayKey3Code");
-                Set<tsWalkAwayParms>(Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
+                string what = Ranges.Set(value, 0, 65535, "AwayKey3Code", "0 to 65535");
+                Set<tsWalkAwayParms>(what, Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
                     (ref tsWalkAwayParms record) => record.Key3Code = (ushort)value);
             }
         }
@@ -256,8 +256,8 @@ namespace Tavlyn
             get { return Get<tsWalkAwayParms>(Calls.GetWalkAwayParms).Key4Code; }
             set
             {
-                Ranges.Check(value, 0, 65535, "AwayKey4Code");
-                Set<tsWalkAwayParms>(Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
+                string what = Ranges.Set(value, 0, 65535, "AwayKey4Code", "0 to 65535");
+                Set<tsWalkAwayParms>(what, Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
                     (ref tsWalkAwayParms record) => record.Key4Code = (ushort)value);
             }
         }
@@ -268,8 +268,8 @@ namespace Tavlyn
             get { return Get<tsWalkAwayParms>(Calls.GetWalkAwayParms).Key5Code; }
             set
             {
-                Ranges.Check(value, 0, 65535, "AwayKey5Code");
-                Set<tsWalkAwayParms>(Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
+                string what = Ranges.Set(value, 0, 65535, "AwayKey5Code", "0 to 65535");
+                Set<tsWalkAwayParms>(what, Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
                     (ref tsWalkAwayParms record) => record.Key5Code = (ushort)value);
             }
         }
@@ -280,8 +280,8 @@ namespace Tavlyn
             get { return Get<tsWalkAwayParms>(Calls.GetWalkAwayParms).Key6Code; }
             set
             {
-                Ranges.Check(value, 0, 65535, "AwayKey6Code");
-                Set<tsWalkAwayParms>(Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
+                string what = Ranges.Set(value, 0, 65535, "AwayKey6Code", "0 to 65535");
+                Set<tsWalkAwayParms>(what, Calls.GetWalkAwayParms, Calls.SetWalkAwayParms,
                     (ref tsWalkAwayParms record) => record.Key6Code = (ushort)value);
             }
         }
@@ -292,8 +292,8 @@ namespace Tavlyn
             get { return Get<tsWalkUpParms>(Calls.GetWalkUpParms).KeyCount; }
             set
             {
-                Ranges.Check(value, 0, 65535, "UpKeyCount");
-                Set<tsWalkUpParms>(Calls.GetWalkUpParms, Calls.SetWalkUpParms,
+                string what = Ranges.Set(value, 0, 65535, "UpKeyCount", "0 to 6");
+                Set<tsWalkUpParms>(what, Calls.GetWalkUpParms, Calls.SetWalkUpParms,
                     (ref tsWalkUpParms record) => record.KeyCount = (ushort)value);
             }
         }
@@ -304,8 +304,8 @@ namespace Tavlyn
             get { return Get<tsWalkUpParms>(Calls.GetWalkUpParms).InterKeyDelay; }
             set
             {
-                Ranges.Check(value, 0, 65535, "UpKeyPauseMs");
-                Set<tsWalkUpParms>(Calls.GetWalkUpParms, Calls.SetWalkUpParms,
+                string what = Ranges.Set(value, 0, 65535, "UpKeyPauseMs", "64 to 16320 ms");
+                Set<tsWalkUpParms>(what, Calls.GetWalkUpParms, Calls.SetWalkUpParms,
                     (ref tsWalkUpParms record) => record.InterKeyDelay = (ushort)value);
             }
         }
@@ -316,8 +316,8 @@ namespace Tavlyn
             get { return Get<tsWalkUpParms>(Calls.GetWalkUpParms).Key1Mods; }
             set
             {
-                Ranges.Check(value, 0, 65535, "UpKey1Modifiers");
-                Set<tsWalkUpParms>(Calls.GetWalkUpParms, Calls.SetWalkUpParms,
+                string what = Ranges.Set(value, 0, 65535, "UpKey1Modifiers", "0 to 65535");
+                Set<tsWalkUpParms>(what, Calls.GetWalkUpParms, Calls.SetWalkUpParms,
                     (ref tsWalkUpParms record) => record.Key1Mods = (ushort)value);
             }
         }
@@ -328,8 +328,8 @@ namespace Tavlyn
             get { return Get<tsWalkUpParms>(Calls.GetWalkUpParms).Key2Mods; }
             set
             {
-                Ranges.Check(value, 0, 65535, "UpKey2Modifiers");
-                Set<tsWalkUpParms>(Calls.GetWalkUpParms, Calls.SetWalkUpParms,
+                string what = Ranges.Set(value, 0, 65535, "UpKey2Modifiers", "0 to 65535");
+                Set<tsWalkUpParms>(what, Calls.GetWalkUpParms, Calls.SetWalkUpParms,
                     (ref tsWalkUpParms record) => record.Key2Mods = (ushort)value);
             }
         }
@@ -340,8 +340,8 @@ namespace Tavlyn
             get { return Get<tsWalkUpParms>(Calls.GetWalkUpParms).Key3Mods; }
             set
             {
-                Ranges.Check(value, 0, 65535, "UpKey3Modifiers");
-                Set<tsWalkUpParms>(Calls.GetWalkUpParms, Calls.SetWalkUpParms,
+                string what = Ranges.Set(value, 0, 65535, "UpKey3Modifiers", "0 to 65535");
+                Set<tsWalkUpParms>(what, Calls.GetWalkUpParms, Calls.SetWalkUpParms,
                     (ref tsWalkUpParms record) => record.Key3Mods = (ushort)value);
             }
         }
@@ -352,8 +352,8 @@ namespace Tavlyn
             get { return Get<tsWalkUpParms>(Calls.GetWalkUpParms).Key4Mods; }
             set
             {
-                Ranges.Check(value, 0, 65535, "UpKey4Modifiers");
-                Set<tsWalkUpParms>(Calls.GetWalkUpParms, Calls.SetWalkUpParms,
+                string what = Ranges.Set(value, 0, 65535, "UpKey4Modifiers", "0 to 65535");
+                Set<tsWalkUpParms>(what, Calls.GetWalkUpParms, Calls.SetWalkUpParms,
                     (ref tsWalkUpParms record) => record.Key4Mods = (ushort)value);
             }
         }
@@ -364,8 +364,8 @@ namespace Tavlyn
             get { return Get<tsWalkUpParms>(Calls.GetWalkUpParms).Key5Mods; }
             set
             {
-                Ranges.Check(value, 0, 65535, "UpKey5Modifiers");
-                Set<tsWalkUpParms>(Calls.GetWalkUpParms, Calls.SetWalkUpParms,
+                string what = Ranges.Set(value, 0, 65535, "UpKey5Modifiers", "0 to 65535");
+                Set<tsWalkUpParms>(what, Calls.GetWalkUpParms, Calls.SetWalkUpParms,
                     (ref tsWalkUpParms record) => record.Key5Mods = (ushort)value);
             }
         }
@@ -376,8 +376,8 @@ namespace Tavlyn
             get { return Get<tsWalkUpParms>(Calls.GetWalkUpParms).Key6Mods; }
             set
             {
-                Ranges.Check(value, 0, 65535, "UpKey6Modifiers");
-                Set<tsWalkUpParms>(Calls.GetWalkUpParms, Calls.SetWalkUpParms,
+                string what = Ranges.Set(value, 0, 65535, "UpKey6Modifiers", "0 to 65535");
+                Set<tsWalkUpParms>(what, Calls.GetWalkUpParms, Calls.SetWalkUpParms,
                     (ref tsWalkUpParms record) => record.Key6Mods = (ushort)value);
             }
         }
@@ -388,8 +388,8 @@ namespace Tavlyn
             get { return Get<tsWalkUpParms>(Calls.GetWalkUpParms).Flags0; }
             set
             {
-                Ranges.Check(value, 0, 65535, "UpFlags");
-                Set<tsWalkUpParms>(Calls.GetWalkUpParms, Calls.SetWalkUpParms,
+                string what = Ranges.Set(value, 0, 65535, "UpFlags", "0 to 65535");
+                Set<tsWalkUpParms>(what, Calls.GetWalkUpParms, Calls.SetWalkUpParms,
                     (ref tsWalkUpParms record) => record.Flags0 = (ushort)value);
             }
         }
@@ -406,8 +406,8 @@ namespace Tavlyn
             get { return Get<tsWalkUpParms>(Calls.GetWalkUpParms).Key1Code; }
             set
             {
-                Ranges.Check(value, 0, 65535, "UpKey1Code");
-                Set<tsWalkUpParms>(Calls.GetWalkUpParms, Calls.SetWalkUpParms,
+                string what = Ranges.Set(value, 0, 65535, "UpKey1Code", "0 to 65535");
+                Set<tsWalkUpParms>(what, Calls.GetWalkUpParms, Calls.SetWalkUpParms,
                     (ref tsWalkUpParms record) => record.Key1Code = (ushort)value);
             }
         }
@@ -418,8 +418,8 @@ namespace Tavlyn
             get { return Get<tsWalkUpParms>(Calls.GetWalkUpParms).Key2Code; }
             set
             {
-                Ranges.Check(value, 0, 65535, "UpKey2Code");
-                Set<tsWalkUpParms>(Calls.GetWalkUpParms, Calls.SetWalkUpParms,
+                string what = Ranges.Set(value, 0, 65535, "UpKey2Code", "0 to 65535");
+                Set<tsWalkUpParms>(what, Calls.GetWalkUpParms, Calls.SetWalkUpParms,
                     (ref tsWalkUpParms record) => record.Key2Code = (ushort)value);
             }
         }
@@ -430,8 +430,8 @@ namespace Tavlyn
             get { return Get<tsWalkUpParms>(Calls.GetWalkUpParms).Key3Code; }
             set
             {
-                Ranges.Check(value, 0, 65535, "UpKey3Code");
-                Set<tsWalkUpParms>(Calls.GetWalkUpParms, Calls.SetWalkUpParms,
+                string what = Ranges.Set(value, 0, 65535, "UpKey3Code", "0 to 65535");
+                Set<tsWalkUpParms>(what, Calls.GetWalkUpParms, Calls.SetWalkUpParms,
                     (ref tsWalkUpParms record) => record.Key3Code = (ushort)value);
             }
         }
@@ -442,8 +442,8 @@ namespace Tavlyn
             get { return Get<tsWalkUpParms>(Calls.GetWalkUpParms).Key4Code; }
             set
             {
-                Ranges.Check(value, 0, 65535, "UpKey4Code");
-                Set<tsWalkUpParms>(Calls.GetWalkUpParms, Calls.SetWalkUpParms,
+                string what = Ranges.Set(value, 0, 65535, "UpKey4Code", "0 to 65535");
+                Set<tsWalkUpParms>(what, Calls.GetWalkUpParms, Calls.SetWalkUpParms,
                     (ref tsWalkUpParms record) => record.Key4Code = (ushort)value);
             }
         }
@@ -454,8 +454,8 @@ namespace Tavlyn
             get { return Get<tsWalkUpParms>(Calls.GetWalkUpParms).Key5Code; }
             set
             {
-                Ranges.Check(value, 0, 65535, "UpKey5Code");
-                Set<tsWalkUpParms>(Calls.GetWalkUpParms, Calls.SetWalkUpParms,
+                string what = Ranges.Set(value, 0, 65535, "UpKey5Code", "0 to 65535");
+                Set<tsWalkUpParms>(what, Calls.GetWalkUpParms, Calls.SetWalkUpParms,
                     (ref tsWalkUpParms record) => record.Key5Code = (ushort)value);
             }
         }
@@ -466,8 +466,8 @@ namespace Tavlyn
             get { return Get<tsWalkUpParms>(Calls.GetWalkUpParms).Key6Code; }
             set
             {
-                Ranges.Check(value, 0, 65535, "UpKey6Code");
-                Set<tsWalkUpParms>(Calls.GetWalkUpParms, Calls.SetWalkUpParms,
+                string what = Ranges.Set(value, 0, 65535, "UpKey6Code", "0 to 65535");
+                Set<tsWalkUpParms>(what, Calls.GetWalkUpParms, Calls.SetWalkUpParms,
                     (ref tsWalkUpParms record) => record.Key6Code = (ushort)value);
             }
         }
@@ -484,8 +484,8 @@ namespace Tavlyn
             get { return Get<tsIdleParms>(Calls.GetIdleParms).PressRate; }
             set
             {
-                Ranges.Check(value, 0, 65535, "IdlePressSeconds");
-                Set<tsIdleParms>(Calls.GetIdleParms, Calls.SetIdleParms,
+                string what = Ranges.Set(value, 0, 65535, "IdlePressSeconds", "0 to 65535 s");
+                Set<tsIdleParms>(what, Calls.GetIdleParms, Calls.SetIdleParms,
                     (ref tsIdleParms record) => record.PressRate = (ushort)value);
             }
         }
@@ -496,8 +496,8 @@ namespace Tavlyn
             get { return Get<tsIdleParms>(Calls.GetIdleParms).Key1Mods; }
             set
             {
-                Ranges.Check(value, 0, 65535, "IdleKeyModifiers");
-                Set<tsIdleParms>(Calls.GetIdleParms, Calls.SetIdleParms,
+                string what = Ranges.Set(value, 0, 65535, "IdleKeyModifiers", "0 to 65535");
+                Set<tsIdleParms>(what, Calls.GetIdleParms, Calls.SetIdleParms,
                     (ref tsIdleParms record) => record.Key1Mods = (ushort)value);
             }
         }
@@ -508,8 +508,8 @@ namespace Tavlyn
             get { return Get<tsIdleParms>(Calls.GetIdleParms).Key1Code; }
             set
             {
-                Ranges.Check(value, 0, 65535, "IdleKeyCode");
-                Set<tsIdleParms>(Calls.GetIdleParms, Calls.SetIdleParms,
+                string what = Ranges.Set(value, 0, 65535, "IdleKeyCode", "0 to 65535");
+                Set<tsIdleParms>(what, Calls.GetIdleParms, Calls.SetIdleParms,
                     (ref tsIdleParms record) => record.Key1Code = (ushort)value);
             }
         }
@@ -520,8 +520,8 @@ namespace Tavlyn
             get { return Get<tsIdleParms>(Calls.GetIdleParms).Flags; }
             set
             {
-                Ranges.Check(value, 0, 65535, "IdleFlags");
-                Set<tsIdleParms>(Calls.GetIdleParms, Calls.SetIdleParms,
+                string what = Ranges.Set(value, 0, 65535, "IdleFlags", "0 to 65535");
+                Set<tsIdleParms>(what, Calls.GetIdleParms, Calls.SetIdleParms,
                     (ref tsIdleParms record) => record.Flags = (ushort)value);
             }
         }
@@ -532,8 +532,8 @@ namespace Tavlyn
             get { return Get<tsIdleParms>(Calls.GetIdleParms).DMTODelta; }
             set
             {
-                Ranges.Check(value, 0, 65535, "IdleMovement");
-                Set<tsIdleParms>(Calls.GetIdleParms, Calls.SetIdleParms,
+                string what = Ranges.Set(value, 0, 65535, "IdleMovement", "0 to 65535");
+                Set<tsIdleParms>(what, Calls.GetIdleParms, Calls.SetIdleParms,
                     (ref tsIdleParms record) => record.DMTODelta = (ushort)value);
             }
         }
@@ -544,8 +544,8 @@ namespace Tavlyn
             get { return Get<tsIdleParms>(Calls.GetIdleParms).DMTOTm; }
             set
             {
-                Ranges.Check(value, 0, 65535, "IdleTimeoutSeconds");
-                Set<tsIdleParms>(Calls.GetIdleParms, Calls.SetIdleParms,
+                string what = Ranges.Set(value, 0, 65535, "IdleTimeoutSeconds", "0 to 65535 s");
+                Set<tsIdleParms>(what, Calls.GetIdleParms, Calls.SetIdleParms,
                     (ref tsIdleParms record) => record.DMTOTm = (ushort)value);
             }
         }
@@ -556,8 +556,8 @@ namespace Tavlyn
             get { return Get<tsIdleParms>(Calls.GetIdleParms).SNBlankTm; }
             set
             {
-                Ranges.Check(value, 0, 65535, "IdleBlanking");
-                Set<tsIdleParms>(Calls.GetIdleParms, Calls.SetIdleParms,
+                string what = Ranges.Set(value, 0, 65535, "IdleBlanking", "0 to 65535");
+                Set<tsIdleParms>(what, Calls.GetIdleParms, Calls.SetIdleParms,
                     (ref tsIdleParms record) => record.SNBlankTm = (ushort)value);
             }
         }

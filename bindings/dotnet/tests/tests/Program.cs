@@ -35,6 +35,11 @@ namespace Tavlyn.Tests
             if (!Equals(expected, found)) throw new TestFailed("expected " + expected + ", found " + found);
         }
 
+        internal static void Has(string part, string text)
+        {
+            if (!text.Contains(part)) throw new TestFailed("no \"" + part + "\" in: " + text);
+        }
+
         internal static T Throws<T>(Action action) where T : Exception
         {
             try

@@ -99,11 +99,13 @@ namespace Tavlyn.Tests
                 Check.Equal(true, last.NotBootDevice);
                 Check.Equal(1000, reader.Config.IdHoldMs);
                 Check.Equal(true, reader.Config.BeepOnId);
-                Check.Throws<ArgumentOutOfRangeException>(() => reader.Config.IdHoldMs = -1);
+                var negative = Check.Throws<ArgumentOutOfRangeException>(() => reader.Config.IdHoldMs = -1);
+                Check.Has("IdHoldMs is 0 to 12750 ms", negative.Message);
                 Check.Throws<ArgumentOutOfRangeException>(() => reader.Config.IdHoldMs = 65536);
                 var refused = Check.Throws<TavlynException>(() => reader.Config.IdHoldMs = 12751);
                 Check.Equal(ErrorWords.TIME_PARMS + 1, refused.Word);
                 Check.Equal("a value is out of its range", refused.Text);
+                Check.Has("IdHoldMs is 0 to 12750 ms: the set to 12751 failed", refused.Message);
                 Check.Throws<ArgumentOutOfRangeException>(() => reader.ConfigAt(3));
             }
         }
