@@ -163,6 +163,7 @@ def _call(call: Call, parameters: List[Parameter]) -> str:
     result = _result_type(call["result"])
     lines.append(_wrapped(f'public static {result} {call["name"]}({_declared(parameters)})', indent))
     lines.append(indent + "{")
+    lines.append(indent + "    Loading.Require();")
     lines += [f"{indent}    {one.check}" for one in parameters if one.check]
     passed = ", ".join(one.passed for one in parameters)
     lines.append(_wrapped(_returned(call["result"], f'Native.{call["name"]}({passed})'), indent + "    "))

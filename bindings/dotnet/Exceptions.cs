@@ -12,7 +12,7 @@ namespace Tavlyn
             Text = ErrorText.Of(word);
         }
 
-        internal TavlynException(string message) : base(message)
+        internal TavlynException(string message, Exception reason = null) : base(message, reason)
         {
             Text = message;
         }
@@ -22,6 +22,14 @@ namespace Tavlyn
 
         /// <summary>The error word in words.</summary>
         public string Text { get; private set; }
+    }
+
+    /// <summary>The library is not there, or is not the one that this process needs.</summary>
+    public class LibraryException : TavlynException
+    {
+        internal LibraryException(string message, Exception reason) : base(message, reason)
+        {
+        }
     }
 
     /// <summary>No device answered, or none of the name that was asked for.</summary>

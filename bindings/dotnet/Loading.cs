@@ -13,6 +13,52 @@ namespace Tavlyn
 
         private static TryLoad tryLoad;
 
+        private static volatile bool isLoaded;
+
+        // Before any call: the runtime loads the library at the first one.
+        internal static void Require()
+        {
+            if (isLoaded) return;
+            try
+            {
+                ushort major, minor, build;
+                Native.GetLibVersion(out major, out minor, out build);
+                isLoaded = true;
+            }
+            catch (DllNotFoundException reason)
+            {
+                throw new LibraryException("the library " + File + " could not be loaded. " + Remedy + " ("
+                    + reason.Message + ")", reason);
+            }
+            catch (BadImageFormatException reason)
+            {
+                throw new LibraryException(File + " is not for programs of " + Bits + ". " + Remedy, reason);
+            }
+            catch (EntryPointNotFoundException reason)
+            {
+                throw new LibraryException(File + " is not the library of the readers. " + Remedy, reason);
+            }
+        }
+
+        private static string File
+        {
+            get { return Handing.IsUnix ? Native.Versioned : Native.Library + ".dll"; }
+        }
+
+        private static string Bits
+        {
+            get { return 8 * IntPtr.Size + " bits"; }
+        }
+
+        private static string Remedy
+        {
+            get
+            {
+                string beside = Handing.IsUnix ? "; Mono needs Tavlynapi.dll.config there, too" : "";
+                return "Install tavlynapi (" + Bits + "), or put " + File + " beside Tavlynapi.dll" + beside;
+            }
+        }
+
         internal static void Prepare()
         {
             Assembly runtime = typeof(Marshal).Assembly;

@@ -9,6 +9,7 @@ namespace Tavlyn
         /// <returns>The word iLeadParityBitCnt.</returns>
         public static short getIDBitCnts_iLeadParityBitCnt()
         {
+            Loading.Require();
             return Native.getIDBitCnts_iLeadParityBitCnt();
         }
 
@@ -17,6 +18,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDBitCnts_iLeadParityBitCnt(short value)
         {
+            Loading.Require();
             return Native.setIDBitCnts_iLeadParityBitCnt(value);
         }
 
@@ -24,6 +26,7 @@ namespace Tavlyn
         /// <returns>The word iTrailParityBitCnt.</returns>
         public static short getIDBitCnts_iTrailParityBitCnt()
         {
+            Loading.Require();
             return Native.getIDBitCnts_iTrailParityBitCnt();
         }
 
@@ -32,6 +35,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDBitCnts_iTrailParityBitCnt(short value)
         {
+            Loading.Require();
             return Native.setIDBitCnts_iTrailParityBitCnt(value);
         }
 
@@ -39,6 +43,7 @@ namespace Tavlyn
         /// <returns>The word iIDBitCnt.</returns>
         public static short getIDBitCnts_iIDBitCnt()
         {
+            Loading.Require();
             return Native.getIDBitCnts_iIDBitCnt();
         }
 
@@ -47,6 +52,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDBitCnts_iIDBitCnt(short value)
         {
+            Loading.Require();
             return Native.setIDBitCnts_iIDBitCnt(value);
         }
 
@@ -54,6 +60,7 @@ namespace Tavlyn
         /// <returns>The word iTotalBitCnt.</returns>
         public static short getIDBitCnts_iTotalBitCnt()
         {
+            Loading.Require();
             return Native.getIDBitCnts_iTotalBitCnt();
         }
 
@@ -62,6 +69,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDBitCnts_iTotalBitCnt(short value)
         {
+            Loading.Require();
             return Native.setIDBitCnts_iTotalBitCnt(value);
         }
 
@@ -69,6 +77,7 @@ namespace Tavlyn
         /// <returns>The word iPad4 of tsIDBitCnts, which is unused.</returns>
         public static short getIDBitCnts_iPad4()
         {
+            Loading.Require();
             return Native.getIDBitCnts_iPad4();
         }
 
@@ -77,6 +86,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDBitCnts_iPad4(short value)
         {
+            Loading.Require();
             return Native.setIDBitCnts_iPad4(value);
         }
 
@@ -84,6 +94,7 @@ namespace Tavlyn
         /// <returns>The word iPad5 of tsIDBitCnts, which is unused.</returns>
         public static short getIDBitCnts_iPad5()
         {
+            Loading.Require();
             return Native.getIDBitCnts_iPad5();
         }
 
@@ -92,6 +103,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDBitCnts_iPad5(short value)
         {
+            Loading.Require();
             return Native.setIDBitCnts_iPad5(value);
         }
 
@@ -99,6 +111,7 @@ namespace Tavlyn
         /// <returns>The word iPad6 of tsIDBitCnts, which is unused.</returns>
         public static short getIDBitCnts_iPad6()
         {
+            Loading.Require();
             return Native.getIDBitCnts_iPad6();
         }
 
@@ -107,6 +120,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDBitCnts_iPad6(short value)
         {
+            Loading.Require();
             return Native.setIDBitCnts_iPad6(value);
         }
 
@@ -114,6 +128,7 @@ namespace Tavlyn
         /// <returns>The word iPad7 of tsIDBitCnts, which is unused.</returns>
         public static short getIDBitCnts_iPad7()
         {
+            Loading.Require();
             return Native.getIDBitCnts_iPad7();
         }
 
@@ -122,6 +137,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDBitCnts_iPad7(short value)
         {
+            Loading.Require();
             return Native.setIDBitCnts_iPad7(value);
         }
 
@@ -129,6 +145,7 @@ namespace Tavlyn
         /// <returns>The flag bFixLenDsp.</returns>
         public static short getCfgFlags_bFixLenDsp()
         {
+            Loading.Require();
             return Native.getCfgFlags_bFixLenDsp();
         }
 
@@ -137,6 +154,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setCfgFlags_bFixLenDsp(short value)
         {
+            Loading.Require();
             return Native.setCfgFlags_bFixLenDsp(value);
         }
 
@@ -144,6 +162,7 @@ namespace Tavlyn
         /// <returns>The flag bFrcBitCntEx.</returns>
         public static short getCfgFlags_bFrcBitCntEx()
         {
+            Loading.Require();
             return Native.getCfgFlags_bFrcBitCntEx();
         }
 
@@ -152,6 +171,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setCfgFlags_bFrcBitCntEx(short value)
         {
+            Loading.Require();
             return Native.setCfgFlags_bFrcBitCntEx(value);
         }
 
@@ -159,6 +179,7 @@ namespace Tavlyn
         /// <returns>The flag bStripFac.</returns>
         public static short getCfgFlags_bStripFac()
         {
+            Loading.Require();
             return Native.getCfgFlags_bStripFac();
         }
 
@@ -167,6 +188,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setCfgFlags_bStripFac(short value)
         {
+            Loading.Require();
             return Native.setCfgFlags_bStripFac(value);
         }
 
@@ -174,6 +196,7 @@ namespace Tavlyn
         /// <returns>The flag bSndFac.</returns>
         public static short getCfgFlags_bSndFac()
         {
+            Loading.Require();
             return Native.getCfgFlags_bSndFac();
         }
 
@@ -182,6 +205,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setCfgFlags_bSndFac(short value)
         {
+            Loading.Require();
             return Native.setCfgFlags_bSndFac(value);
         }
 
@@ -189,6 +213,7 @@ namespace Tavlyn
         /// <returns>The flag bUseDelFac2Id.</returns>
         public static short getCfgFlags_bUseDelFac2Id()
         {
+            Loading.Require();
             return Native.getCfgFlags_bUseDelFac2Id();
         }
 
@@ -197,6 +222,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setCfgFlags_bUseDelFac2Id(short value)
         {
+            Loading.Require();
             return Native.setCfgFlags_bUseDelFac2Id(value);
         }
 
@@ -204,6 +230,7 @@ namespace Tavlyn
         /// <returns>The flag bNoUseELChar.</returns>
         public static short getCfgFlags_bNoUseELChar()
         {
+            Loading.Require();
             return Native.getCfgFlags_bNoUseELChar();
         }
 
@@ -212,6 +239,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setCfgFlags_bNoUseELChar(short value)
         {
+            Loading.Require();
             return Native.setCfgFlags_bNoUseELChar(value);
         }
 
@@ -219,6 +247,7 @@ namespace Tavlyn
         /// <returns>The flag bSndOnRx.</returns>
         public static short getCfgFlags_bSndOnRx()
         {
+            Loading.Require();
             return Native.getCfgFlags_bSndOnRx();
         }
 
@@ -227,6 +256,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setCfgFlags_bSndOnRx(short value)
         {
+            Loading.Require();
             return Native.setCfgFlags_bSndOnRx(value);
         }
 
@@ -234,6 +264,7 @@ namespace Tavlyn
         /// <returns>The flag bHaltKBSnd.</returns>
         public static short getCfgFlags_bHaltKBSnd()
         {
+            Loading.Require();
             return Native.getCfgFlags_bHaltKBSnd();
         }
 
@@ -242,6 +273,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setCfgFlags_bHaltKBSnd(short value)
         {
+            Loading.Require();
             return Native.setCfgFlags_bHaltKBSnd(value);
         }
 
@@ -249,6 +281,7 @@ namespace Tavlyn
         /// <returns>The word iFACIDDelim.</returns>
         public static short getIDDispParms_iFACIDDelim()
         {
+            Loading.Require();
             return Native.getIDDispParms_iFACIDDelim();
         }
 
@@ -257,6 +290,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDDispParms_iFACIDDelim(short value)
         {
+            Loading.Require();
             return Native.setIDDispParms_iFACIDDelim(value);
         }
 
@@ -264,6 +298,7 @@ namespace Tavlyn
         /// <returns>The word iELDelim.</returns>
         public static short getIDDispParms_iELDelim()
         {
+            Loading.Require();
             return Native.getIDDispParms_iELDelim();
         }
 
@@ -272,6 +307,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDDispParms_iELDelim(short value)
         {
+            Loading.Require();
             return Native.setIDDispParms_iELDelim(value);
         }
 
@@ -279,6 +315,7 @@ namespace Tavlyn
         /// <returns>The word iIDDispLen.</returns>
         public static short getIDDispParms_iIDDispLen()
         {
+            Loading.Require();
             return Native.getIDDispParms_iIDDispLen();
         }
 
@@ -287,6 +324,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDDispParms_iIDDispLen(short value)
         {
+            Loading.Require();
             return Native.setIDDispParms_iIDDispLen(value);
         }
 
@@ -294,6 +332,7 @@ namespace Tavlyn
         /// <returns>The word iFACDispLen.</returns>
         public static short getIDDispParms_iFACDispLen()
         {
+            Loading.Require();
             return Native.getIDDispParms_iFACDispLen();
         }
 
@@ -302,6 +341,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDDispParms_iFACDispLen(short value)
         {
+            Loading.Require();
             return Native.setIDDispParms_iFACDispLen(value);
         }
 
@@ -309,6 +349,7 @@ namespace Tavlyn
         /// <returns>The word iExOutputFormat.</returns>
         public static short getIDDispParms_iExOutputFormat()
         {
+            Loading.Require();
             return Native.getIDDispParms_iExOutputFormat();
         }
 
@@ -317,6 +358,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDDispParms_iExOutputFormat(short value)
         {
+            Loading.Require();
             return Native.setIDDispParms_iExOutputFormat(value);
         }
 
@@ -324,6 +366,7 @@ namespace Tavlyn
         /// <returns>The word iPad5 of tsIDDispParms, which is unused.</returns>
         public static short getIDDispParms_iPad5()
         {
+            Loading.Require();
             return Native.getIDDispParms_iPad5();
         }
 
@@ -332,6 +375,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDDispParms_iPad5(short value)
         {
+            Loading.Require();
             return Native.setIDDispParms_iPad5(value);
         }
 
@@ -339,6 +383,7 @@ namespace Tavlyn
         /// <returns>The word iPad6 of tsIDDispParms, which is unused.</returns>
         public static short getIDDispParms_iPad6()
         {
+            Loading.Require();
             return Native.getIDDispParms_iPad6();
         }
 
@@ -347,6 +392,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDDispParms_iPad6(short value)
         {
+            Loading.Require();
             return Native.setIDDispParms_iPad6(value);
         }
 
@@ -354,6 +400,7 @@ namespace Tavlyn
         /// <returns>The word iPad7 of tsIDDispParms, which is unused.</returns>
         public static short getIDDispParms_iPad7()
         {
+            Loading.Require();
             return Native.getIDDispParms_iPad7();
         }
 
@@ -362,6 +409,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDDispParms_iPad7(short value)
         {
+            Loading.Require();
             return Native.setIDDispParms_iPad7(value);
         }
 
@@ -369,6 +417,7 @@ namespace Tavlyn
         /// <returns>The word iBitStrmTO.</returns>
         public static short getTimeParms_iBitStrmTO()
         {
+            Loading.Require();
             return Native.getTimeParms_iBitStrmTO();
         }
 
@@ -377,6 +426,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setTimeParms_iBitStrmTO(short value)
         {
+            Loading.Require();
             return Native.setTimeParms_iBitStrmTO(value);
         }
 
@@ -384,6 +434,7 @@ namespace Tavlyn
         /// <returns>The word iIDHoldTO.</returns>
         public static short getTimeParms_iIDHoldTO()
         {
+            Loading.Require();
             return Native.getTimeParms_iIDHoldTO();
         }
 
@@ -392,6 +443,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setTimeParms_iIDHoldTO(short value)
         {
+            Loading.Require();
             return Native.setTimeParms_iIDHoldTO(value);
         }
 
@@ -399,6 +451,7 @@ namespace Tavlyn
         /// <returns>The word iIDLockOutTm.</returns>
         public static short getTimeParms_iIDLockOutTm()
         {
+            Loading.Require();
             return Native.getTimeParms_iIDLockOutTm();
         }
 
@@ -407,6 +460,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setTimeParms_iIDLockOutTm(short value)
         {
+            Loading.Require();
             return Native.setTimeParms_iIDLockOutTm(value);
         }
 
@@ -414,6 +468,7 @@ namespace Tavlyn
         /// <returns>The word iUSBKeyPrsTm.</returns>
         public static short getTimeParms_iUSBKeyPrsTm()
         {
+            Loading.Require();
             return Native.getTimeParms_iUSBKeyPrsTm();
         }
 
@@ -422,6 +477,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setTimeParms_iUSBKeyPrsTm(short value)
         {
+            Loading.Require();
             return Native.setTimeParms_iUSBKeyPrsTm(value);
         }
 
@@ -429,6 +485,7 @@ namespace Tavlyn
         /// <returns>The word iUSBKeyRlsTm.</returns>
         public static short getTimeParms_iUSBKeyRlsTm()
         {
+            Loading.Require();
             return Native.getTimeParms_iUSBKeyRlsTm();
         }
 
@@ -437,6 +494,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setTimeParms_iUSBKeyRlsTm(short value)
         {
+            Loading.Require();
             return Native.setTimeParms_iUSBKeyRlsTm(value);
         }
 
@@ -444,6 +502,7 @@ namespace Tavlyn
         /// <returns>The word ExFeatures01.</returns>
         public static short getTimeParms_ExFeatures01()
         {
+            Loading.Require();
             return Native.getTimeParms_ExFeatures01();
         }
 
@@ -452,6 +511,7 @@ namespace Tavlyn
         /// <returns>Unsupported.</returns>
         public static ushort setTimeParms_ExFeatures01(short value)
         {
+            Loading.Require();
             return Native.setTimeParms_ExFeatures01(value);
         }
 
@@ -459,6 +519,7 @@ namespace Tavlyn
         /// <returns>The word iPad6 of tsTimeParms, which is unused.</returns>
         public static short getTimeParms_iPad6()
         {
+            Loading.Require();
             return Native.getTimeParms_iPad6();
         }
 
@@ -467,6 +528,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setTimeParms_iPad6(short value)
         {
+            Loading.Require();
             return Native.setTimeParms_iPad6(value);
         }
 
@@ -474,6 +536,7 @@ namespace Tavlyn
         /// <returns>The word iTPCfgFlg3.</returns>
         public static short getTimeParms_iTPCfgFlg3()
         {
+            Loading.Require();
             return Native.getTimeParms_iTPCfgFlg3();
         }
 
@@ -482,6 +545,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setTimeParms_iTPCfgFlg3(short value)
         {
+            Loading.Require();
             return Native.setTimeParms_iTPCfgFlg3(value);
         }
 
@@ -489,6 +553,7 @@ namespace Tavlyn
         /// <returns>The flag bUseLeadChrs.</returns>
         public static short getCfgFlags2_bUseLeadChrs()
         {
+            Loading.Require();
             return Native.getCfgFlags2_bUseLeadChrs();
         }
 
@@ -497,6 +562,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setCfgFlags2_bUseLeadChrs(short value)
         {
+            Loading.Require();
             return Native.setCfgFlags2_bUseLeadChrs(value);
         }
 
@@ -504,6 +570,7 @@ namespace Tavlyn
         /// <returns>The flag bDspHex.</returns>
         public static short getCfgFlags2_bDspHex()
         {
+            Loading.Require();
             return Native.getCfgFlags2_bDspHex();
         }
 
@@ -512,6 +579,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setCfgFlags2_bDspHex(short value)
         {
+            Loading.Require();
             return Native.setCfgFlags2_bDspHex(value);
         }
 
@@ -519,6 +587,7 @@ namespace Tavlyn
         /// <returns>The flag bWiegInvData.</returns>
         public static short getCfgFlags2_bWiegInvData()
         {
+            Loading.Require();
             return Native.getCfgFlags2_bWiegInvData();
         }
 
@@ -527,6 +596,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setCfgFlags2_bWiegInvData(short value)
         {
+            Loading.Require();
             return Native.setCfgFlags2_bWiegInvData(value);
         }
 
@@ -534,6 +604,7 @@ namespace Tavlyn
         /// <returns>The flag bUseInvDataF.</returns>
         public static short getCfgFlags2_bUseInvDataF()
         {
+            Loading.Require();
             return Native.getCfgFlags2_bUseInvDataF();
         }
 
@@ -542,6 +613,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setCfgFlags2_bUseInvDataF(short value)
         {
+            Loading.Require();
             return Native.setCfgFlags2_bUseInvDataF(value);
         }
 
@@ -549,6 +621,7 @@ namespace Tavlyn
         /// <returns>The flag bRevWiegBits.</returns>
         public static short getCfgFlags2_bRevWiegBits()
         {
+            Loading.Require();
             return Native.getCfgFlags2_bRevWiegBits();
         }
 
@@ -557,6 +630,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setCfgFlags2_bRevWiegBits(short value)
         {
+            Loading.Require();
             return Native.setCfgFlags2_bRevWiegBits(value);
         }
 
@@ -564,6 +638,7 @@ namespace Tavlyn
         /// <returns>The flag bBeepID.</returns>
         public static short getCfgFlags2_bBeepID()
         {
+            Loading.Require();
             return Native.getCfgFlags2_bBeepID();
         }
 
@@ -572,6 +647,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setCfgFlags2_bBeepID(short value)
         {
+            Loading.Require();
             return Native.setCfgFlags2_bBeepID(value);
         }
 
@@ -579,6 +655,7 @@ namespace Tavlyn
         /// <returns>The flag bRevBytes.</returns>
         public static short getCfgFlags2_bRevBytes()
         {
+            Loading.Require();
             return Native.getCfgFlags2_bRevBytes();
         }
 
@@ -587,6 +664,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setCfgFlags2_bRevBytes(short value)
         {
+            Loading.Require();
             return Native.setCfgFlags2_bRevBytes(value);
         }
 
@@ -594,6 +672,7 @@ namespace Tavlyn
         /// <returns>The flag isASCIIpresent.</returns>
         public static short getCfgFlags2_isASCIIpresent()
         {
+            Loading.Require();
             return Native.getCfgFlags2_isASCIIpresent();
         }
 
@@ -602,6 +681,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setCfgFlags2_isASCIIpresent(short value)
         {
+            Loading.Require();
             return Native.setCfgFlags2_isASCIIpresent(value);
         }
 
@@ -609,6 +689,7 @@ namespace Tavlyn
         /// <returns>The flag bUseNumKP.</returns>
         public static short getCfgFlags3_bUseNumKP()
         {
+            Loading.Require();
             return Native.getCfgFlags3_bUseNumKP();
         }
 
@@ -617,6 +698,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setCfgFlags3_bUseNumKP(short value)
         {
+            Loading.Require();
             return Native.setCfgFlags3_bUseNumKP(value);
         }
 
@@ -624,6 +706,7 @@ namespace Tavlyn
         /// <returns>The flag bSndSFON.</returns>
         public static short getCfgFlags3_bSndSFON()
         {
+            Loading.Require();
             return Native.getCfgFlags3_bSndSFON();
         }
 
@@ -632,6 +715,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setCfgFlags3_bSndSFON(short value)
         {
+            Loading.Require();
             return Native.setCfgFlags3_bSndSFON(value);
         }
 
@@ -639,6 +723,7 @@ namespace Tavlyn
         /// <returns>The flag bSndSFFC.</returns>
         public static short getCfgFlags3_bSndSFFC()
         {
+            Loading.Require();
             return Native.getCfgFlags3_bSndSFFC();
         }
 
@@ -647,6 +732,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setCfgFlags3_bSndSFFC(short value)
         {
+            Loading.Require();
             return Native.setCfgFlags3_bSndSFFC(value);
         }
 
@@ -654,6 +740,7 @@ namespace Tavlyn
         /// <returns>The flag bSndSFID.</returns>
         public static short getCfgFlags3_bSndSFID()
         {
+            Loading.Require();
             return Native.getCfgFlags3_bSndSFID();
         }
 
@@ -662,6 +749,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setCfgFlags3_bSndSFID(short value)
         {
+            Loading.Require();
             return Native.setCfgFlags3_bSndSFID(value);
         }
 
@@ -669,6 +757,7 @@ namespace Tavlyn
         /// <returns>The flag bPrxProEm.</returns>
         public static short getCfgFlags3_bPrxProEm()
         {
+            Loading.Require();
             return Native.getCfgFlags3_bPrxProEm();
         }
 
@@ -677,6 +766,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setCfgFlags3_bPrxProEm(short value)
         {
+            Loading.Require();
             return Native.setCfgFlags3_bPrxProEm(value);
         }
 
@@ -684,6 +774,7 @@ namespace Tavlyn
         /// <returns>The flag bUse64Bit.</returns>
         public static short getCfgFlags3_bUse64Bit()
         {
+            Loading.Require();
             return Native.getCfgFlags3_bUse64Bit();
         }
 
@@ -692,6 +783,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setCfgFlags3_bUse64Bit(short value)
         {
+            Loading.Require();
             return Native.setCfgFlags3_bUse64Bit(value);
         }
 
@@ -699,6 +791,7 @@ namespace Tavlyn
         /// <returns>Unsupported.</returns>
         public static short getCfgFlags3_bNotBootDev()
         {
+            Loading.Require();
             return Native.getCfgFlags3_bNotBootDev();
         }
 
@@ -707,6 +800,7 @@ namespace Tavlyn
         /// <returns>Unsupported.</returns>
         public static ushort setCfgFlags3_bNotBootDev(short value)
         {
+            Loading.Require();
             return Native.setCfgFlags3_bNotBootDev(value);
         }
 
@@ -714,6 +808,7 @@ namespace Tavlyn
         /// <returns>The flag bLowerCaseHex.</returns>
         public static short getCfgFlags3_bLowerCaseHex()
         {
+            Loading.Require();
             return Native.getCfgFlags3_bLowerCaseHex();
         }
 
@@ -722,6 +817,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setCfgFlags3_bLowerCaseHex(short value)
         {
+            Loading.Require();
             return Native.setCfgFlags3_bLowerCaseHex(value);
         }
 
@@ -729,6 +825,7 @@ namespace Tavlyn
         /// <returns>The word iLeadChrCnt.</returns>
         public static short getIDDispParms2_iLeadChrCnt()
         {
+            Loading.Require();
             return Native.getIDDispParms2_iLeadChrCnt();
         }
 
@@ -737,6 +834,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDDispParms2_iLeadChrCnt(short value)
         {
+            Loading.Require();
             return Native.setIDDispParms2_iLeadChrCnt(value);
         }
 
@@ -744,6 +842,7 @@ namespace Tavlyn
         /// <returns>The word iLeadChr0.</returns>
         public static short getIDDispParms2_iLeadChr0()
         {
+            Loading.Require();
             return Native.getIDDispParms2_iLeadChr0();
         }
 
@@ -752,6 +851,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDDispParms2_iLeadChr0(short value)
         {
+            Loading.Require();
             return Native.setIDDispParms2_iLeadChr0(value);
         }
 
@@ -759,6 +859,7 @@ namespace Tavlyn
         /// <returns>The word iLeadChr1.</returns>
         public static short getIDDispParms2_iLeadChr1()
         {
+            Loading.Require();
             return Native.getIDDispParms2_iLeadChr1();
         }
 
@@ -767,6 +868,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDDispParms2_iLeadChr1(short value)
         {
+            Loading.Require();
             return Native.setIDDispParms2_iLeadChr1(value);
         }
 
@@ -774,6 +876,7 @@ namespace Tavlyn
         /// <returns>The word iLeadChr2.</returns>
         public static short getIDDispParms2_iLeadChr2()
         {
+            Loading.Require();
             return Native.getIDDispParms2_iLeadChr2();
         }
 
@@ -782,6 +885,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDDispParms2_iLeadChr2(short value)
         {
+            Loading.Require();
             return Native.setIDDispParms2_iLeadChr2(value);
         }
 
@@ -789,6 +893,7 @@ namespace Tavlyn
         /// <returns>The word iCrdGnChr0.</returns>
         public static short getIDDispParms2_iCrdGnChr0()
         {
+            Loading.Require();
             return Native.getIDDispParms2_iCrdGnChr0();
         }
 
@@ -797,6 +902,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDDispParms2_iCrdGnChr0(short value)
         {
+            Loading.Require();
             return Native.setIDDispParms2_iCrdGnChr0(value);
         }
 
@@ -804,6 +910,7 @@ namespace Tavlyn
         /// <returns>The word iCrdGnChr1.</returns>
         public static short getIDDispParms2_iCrdGnChr1()
         {
+            Loading.Require();
             return Native.getIDDispParms2_iCrdGnChr1();
         }
 
@@ -812,6 +919,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDDispParms2_iCrdGnChr1(short value)
         {
+            Loading.Require();
             return Native.setIDDispParms2_iCrdGnChr1(value);
         }
 
@@ -819,6 +927,7 @@ namespace Tavlyn
         /// <returns>The word iPad6 of tsIDDispParms2, which is unused.</returns>
         public static short getIDDispParms2_iPad6()
         {
+            Loading.Require();
             return Native.getIDDispParms2_iPad6();
         }
 
@@ -827,6 +936,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDDispParms2_iPad6(short value)
         {
+            Loading.Require();
             return Native.setIDDispParms2_iPad6(value);
         }
 
@@ -834,6 +944,7 @@ namespace Tavlyn
         /// <returns>The word iPad7 of tsIDDispParms2, which is unused.</returns>
         public static short getIDDispParms2_iPad7()
         {
+            Loading.Require();
             return Native.getIDDispParms2_iPad7();
         }
 
@@ -842,6 +953,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDDispParms2_iPad7(short value)
         {
+            Loading.Require();
             return Native.setIDDispParms2_iPad7(value);
         }
 
@@ -849,6 +961,7 @@ namespace Tavlyn
         /// <returns>The word iTrailChrCnt.</returns>
         public static short getIDDispParms3_iTrailChrCnt()
         {
+            Loading.Require();
             return Native.getIDDispParms3_iTrailChrCnt();
         }
 
@@ -857,6 +970,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDDispParms3_iTrailChrCnt(short value)
         {
+            Loading.Require();
             return Native.setIDDispParms3_iTrailChrCnt(value);
         }
 
@@ -864,6 +978,7 @@ namespace Tavlyn
         /// <returns>The word iTrailChr0.</returns>
         public static short getIDDispParms3_iTrailChr0()
         {
+            Loading.Require();
             return Native.getIDDispParms3_iTrailChr0();
         }
 
@@ -872,6 +987,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDDispParms3_iTrailChr0(short value)
         {
+            Loading.Require();
             return Native.setIDDispParms3_iTrailChr0(value);
         }
 
@@ -879,6 +995,7 @@ namespace Tavlyn
         /// <returns>The word iTrailChr1.</returns>
         public static short getIDDispParms3_iTrailChr1()
         {
+            Loading.Require();
             return Native.getIDDispParms3_iTrailChr1();
         }
 
@@ -887,6 +1004,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDDispParms3_iTrailChr1(short value)
         {
+            Loading.Require();
             return Native.setIDDispParms3_iTrailChr1(value);
         }
 
@@ -894,6 +1012,7 @@ namespace Tavlyn
         /// <returns>The word iTrailChr2.</returns>
         public static short getIDDispParms3_iTrailChr2()
         {
+            Loading.Require();
             return Native.getIDDispParms3_iTrailChr2();
         }
 
@@ -902,6 +1021,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDDispParms3_iTrailChr2(short value)
         {
+            Loading.Require();
             return Native.setIDDispParms3_iTrailChr2(value);
         }
 
@@ -909,6 +1029,7 @@ namespace Tavlyn
         /// <returns>The word iPad4 of tsIDDispParms3, which is unused.</returns>
         public static short getIDDispParms3_iPad4()
         {
+            Loading.Require();
             return Native.getIDDispParms3_iPad4();
         }
 
@@ -917,6 +1038,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDDispParms3_iPad4(short value)
         {
+            Loading.Require();
             return Native.setIDDispParms3_iPad4(value);
         }
 
@@ -924,6 +1046,7 @@ namespace Tavlyn
         /// <returns>The word iPad5 of tsIDDispParms3, which is unused.</returns>
         public static short getIDDispParms3_iPad5()
         {
+            Loading.Require();
             return Native.getIDDispParms3_iPad5();
         }
 
@@ -932,6 +1055,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDDispParms3_iPad5(short value)
         {
+            Loading.Require();
             return Native.setIDDispParms3_iPad5(value);
         }
 
@@ -939,6 +1063,7 @@ namespace Tavlyn
         /// <returns>The word iPad6 of tsIDDispParms3, which is unused.</returns>
         public static short getIDDispParms3_iPad6()
         {
+            Loading.Require();
             return Native.getIDDispParms3_iPad6();
         }
 
@@ -947,6 +1072,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDDispParms3_iPad6(short value)
         {
+            Loading.Require();
             return Native.setIDDispParms3_iPad6(value);
         }
 
@@ -954,6 +1080,7 @@ namespace Tavlyn
         /// <returns>The word iPad7 of tsIDDispParms3, which is unused.</returns>
         public static short getIDDispParms3_iPad7()
         {
+            Loading.Require();
             return Native.getIDDispParms3_iPad7();
         }
 
@@ -962,6 +1089,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setIDDispParms3_iPad7(short value)
         {
+            Loading.Require();
             return Native.setIDDispParms3_iPad7(value);
         }
 
@@ -969,6 +1097,7 @@ namespace Tavlyn
         /// <returns>The flag bAppCtrlsLED.</returns>
         public static short getLEDCtrl_bAppCtrlsLED()
         {
+            Loading.Require();
             return Native.getLEDCtrl_bAppCtrlsLED();
         }
 
@@ -977,6 +1106,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setLEDCtrl_bAppCtrlsLED(short value)
         {
+            Loading.Require();
             return Native.setLEDCtrl_bAppCtrlsLED(value);
         }
 
@@ -984,6 +1114,7 @@ namespace Tavlyn
         /// <returns>The word iRedLEDState.</returns>
         public static short getLEDCtrl_iRedLEDState()
         {
+            Loading.Require();
             return Native.getLEDCtrl_iRedLEDState();
         }
 
@@ -992,6 +1123,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setLEDCtrl_iRedLEDState(short value)
         {
+            Loading.Require();
             return Native.setLEDCtrl_iRedLEDState(value);
         }
 
@@ -999,6 +1131,7 @@ namespace Tavlyn
         /// <returns>The word iGrnLEDState.</returns>
         public static short getLEDCtrl_iGrnLEDState()
         {
+            Loading.Require();
             return Native.getLEDCtrl_iGrnLEDState();
         }
 
@@ -1007,6 +1140,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setLEDCtrl_iGrnLEDState(short value)
         {
+            Loading.Require();
             return Native.setLEDCtrl_iGrnLEDState(value);
         }
 
@@ -1014,6 +1148,7 @@ namespace Tavlyn
         /// <returns>The word iPad3 of tsLEDCtrl, which is unused.</returns>
         public static short getLEDCtrl_iPad3()
         {
+            Loading.Require();
             return Native.getLEDCtrl_iPad3();
         }
 
@@ -1022,6 +1157,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setLEDCtrl_iPad3(short value)
         {
+            Loading.Require();
             return Native.setLEDCtrl_iPad3(value);
         }
 
@@ -1029,6 +1165,7 @@ namespace Tavlyn
         /// <returns>The word iPad4 of tsLEDCtrl, which is unused.</returns>
         public static short getLEDCtrl_iPad4()
         {
+            Loading.Require();
             return Native.getLEDCtrl_iPad4();
         }
 
@@ -1037,6 +1174,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setLEDCtrl_iPad4(short value)
         {
+            Loading.Require();
             return Native.setLEDCtrl_iPad4(value);
         }
 
@@ -1044,6 +1182,7 @@ namespace Tavlyn
         /// <returns>The word iPad5 of tsLEDCtrl, which is unused.</returns>
         public static short getLEDCtrl_iPad5()
         {
+            Loading.Require();
             return Native.getLEDCtrl_iPad5();
         }
 
@@ -1052,6 +1191,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setLEDCtrl_iPad5(short value)
         {
+            Loading.Require();
             return Native.setLEDCtrl_iPad5(value);
         }
 
@@ -1059,6 +1199,7 @@ namespace Tavlyn
         /// <returns>The word iPad6 of tsLEDCtrl, which is unused.</returns>
         public static short getLEDCtrl_iPad6()
         {
+            Loading.Require();
             return Native.getLEDCtrl_iPad6();
         }
 
@@ -1067,6 +1208,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setLEDCtrl_iPad6(short value)
         {
+            Loading.Require();
             return Native.setLEDCtrl_iPad6(value);
         }
 
@@ -1074,6 +1216,7 @@ namespace Tavlyn
         /// <returns>The flag bVolatile.</returns>
         public static short getLEDCtrl_bVolatile()
         {
+            Loading.Require();
             return Native.getLEDCtrl_bVolatile();
         }
 
@@ -1082,6 +1225,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setLEDCtrl_bVolatile(short value)
         {
+            Loading.Require();
             return Native.setLEDCtrl_bVolatile(value);
         }
 
@@ -1089,6 +1233,7 @@ namespace Tavlyn
         /// <returns>The word iPad0 of tsBprRlyCtrl, which is unused.</returns>
         public static short getBprRlyCtrl_iPad0()
         {
+            Loading.Require();
             return Native.getBprRlyCtrl_iPad0();
         }
 
@@ -1097,6 +1242,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setBprRlyCtrl_iPad0(short value)
         {
+            Loading.Require();
             return Native.setBprRlyCtrl_iPad0(value);
         }
 
@@ -1104,6 +1250,7 @@ namespace Tavlyn
         /// <returns>The word iBeeperState.</returns>
         public static short getBprRlyCtrl_iBeeperState()
         {
+            Loading.Require();
             return Native.getBprRlyCtrl_iBeeperState();
         }
 
@@ -1112,6 +1259,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setBprRlyCtrl_iBeeperState(short value)
         {
+            Loading.Require();
             return Native.setBprRlyCtrl_iBeeperState(value);
         }
 
@@ -1119,6 +1267,7 @@ namespace Tavlyn
         /// <returns>The word iRelayState.</returns>
         public static short getBprRlyCtrl_iRelayState()
         {
+            Loading.Require();
             return Native.getBprRlyCtrl_iRelayState();
         }
 
@@ -1127,6 +1276,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setBprRlyCtrl_iRelayState(short value)
         {
+            Loading.Require();
             return Native.setBprRlyCtrl_iRelayState(value);
         }
 
@@ -1134,6 +1284,7 @@ namespace Tavlyn
         /// <returns>The word iPad3 of tsBprRlyCtrl, which is unused.</returns>
         public static short getBprRlyCtrl_iPad3()
         {
+            Loading.Require();
             return Native.getBprRlyCtrl_iPad3();
         }
 
@@ -1142,6 +1293,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setBprRlyCtrl_iPad3(short value)
         {
+            Loading.Require();
             return Native.setBprRlyCtrl_iPad3(value);
         }
 
@@ -1149,6 +1301,7 @@ namespace Tavlyn
         /// <returns>The word iPad4 of tsBprRlyCtrl, which is unused.</returns>
         public static short getBprRlyCtrl_iPad4()
         {
+            Loading.Require();
             return Native.getBprRlyCtrl_iPad4();
         }
 
@@ -1157,6 +1310,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setBprRlyCtrl_iPad4(short value)
         {
+            Loading.Require();
             return Native.setBprRlyCtrl_iPad4(value);
         }
 
@@ -1164,6 +1318,7 @@ namespace Tavlyn
         /// <returns>The word iPad5 of tsBprRlyCtrl, which is unused.</returns>
         public static short getBprRlyCtrl_iPad5()
         {
+            Loading.Require();
             return Native.getBprRlyCtrl_iPad5();
         }
 
@@ -1172,6 +1327,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setBprRlyCtrl_iPad5(short value)
         {
+            Loading.Require();
             return Native.setBprRlyCtrl_iPad5(value);
         }
 
@@ -1179,6 +1335,7 @@ namespace Tavlyn
         /// <returns>The word iPad6 of tsBprRlyCtrl, which is unused.</returns>
         public static short getBprRlyCtrl_iPad6()
         {
+            Loading.Require();
             return Native.getBprRlyCtrl_iPad6();
         }
 
@@ -1187,6 +1344,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setBprRlyCtrl_iPad6(short value)
         {
+            Loading.Require();
             return Native.setBprRlyCtrl_iPad6(value);
         }
 
@@ -1194,6 +1352,7 @@ namespace Tavlyn
         /// <returns>The flag bVolatile.</returns>
         public static short getBprRlyCtrl_bVolatile()
         {
+            Loading.Require();
             return Native.getBprRlyCtrl_bVolatile();
         }
 
@@ -1202,6 +1361,7 @@ namespace Tavlyn
         /// <returns>1, or what the record call that failed returned.</returns>
         public static ushort setBprRlyCtrl_bVolatile(short value)
         {
+            Loading.Require();
             return Native.setBprRlyCtrl_bVolatile(value);
         }
     }

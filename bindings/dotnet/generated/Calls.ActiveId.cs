@@ -11,6 +11,7 @@ namespace Tavlyn
         /// <returns>Number of bits of the ID.</returns>
         public static ushort GetActiveID(byte[] buffer, short length)
         {
+            Loading.Require();
             Handing.CheckRoom(buffer, length, "buffer");
             return Native.GetActiveID(buffer, length);
         }
@@ -21,6 +22,7 @@ namespace Tavlyn
         /// <returns>As for GetActiveID().</returns>
         public static ushort GetActiveID32(byte[] buffer, short length)
         {
+            Loading.Require();
             Handing.CheckRoom(buffer, length, "buffer");
             return Native.GetActiveID32(buffer, length);
         }
@@ -31,6 +33,7 @@ namespace Tavlyn
         /// <returns>What GetActiveID() returns.</returns>
         public static ushort getActiveID(ushort bytes)
         {
+            Loading.Require();
             return Native.getActiveID(bytes);
         }
 
@@ -40,6 +43,7 @@ namespace Tavlyn
         /// <returns>What GetActiveID32() returns.</returns>
         public static ushort getActiveID32(ushort bytes)
         {
+            Loading.Require();
             return Native.getActiveID32(bytes);
         }
 
@@ -48,6 +52,7 @@ namespace Tavlyn
         /// <returns>The byte.</returns>
         public static byte getActiveID_byte(short index)
         {
+            Loading.Require();
             return Native.getActiveID_byte(index);
         }
 
@@ -56,6 +61,7 @@ namespace Tavlyn
         /// <returns>1, or 0 with TAVLYN_ERR_COMMAND added to the error word after a failed exchange.</returns>
         public static uint getActiveCardData()
         {
+            Loading.Require();
             return Native.getActiveCardData();
         }
 
@@ -64,6 +70,7 @@ namespace Tavlyn
         /// <returns>The byte.</returns>
         public static uint getActiveCardData_byte(ushort index)
         {
+            Loading.Require();
             return Native.getActiveCardData_byte(index);
         }
     }

@@ -10,6 +10,7 @@ namespace Tavlyn
         /// <returns>1 when a device was found and every configuration was read.</returns>
         public static uint USBConnect(out uint pDID)
         {
+            Loading.Require();
             return Native.USBConnect(out pDID);
         }
 
@@ -18,6 +19,7 @@ namespace Tavlyn
         /// <returns>1 when a device was found and every configuration was read.</returns>
         public static uint USBConnect(IntPtr pDID)
         {
+            Loading.Require();
             return Native.USBConnect(pDID);
         }
 
@@ -25,6 +27,7 @@ namespace Tavlyn
         /// <returns>What USBConnect() returns.</returns>
         public static uint usbConnect()
         {
+            Loading.Require();
             return Native.usbConnect();
         }
 
@@ -32,6 +35,7 @@ namespace Tavlyn
         /// <returns>Always 1.</returns>
         public static uint USBDisconnect()
         {
+            Loading.Require();
             return Native.USBDisconnect();
         }
 
@@ -40,6 +44,7 @@ namespace Tavlyn
         /// <returns>Always 1.</returns>
         public static uint SetConnectProduct(uint mask)
         {
+            Loading.Require();
             return Native.SetConnectProduct(mask);
         }
 
@@ -48,6 +53,7 @@ namespace Tavlyn
         /// <returns>1, or 0 for any other value, which changes nothing.</returns>
         public static uint SetDevTypeSrch(short link)
         {
+            Loading.Require();
             return Native.SetDevTypeSrch(link);
         }
 
@@ -58,6 +64,7 @@ namespace Tavlyn
         /// <returns>1, or 0 when a number is out of range, which changes nothing.</returns>
         public static uint SetComSrchRange(ushort a, ushort b)
         {
+            Loading.Require();
             return Native.SetComSrchRange(a, b);
         }
 
@@ -68,6 +75,7 @@ namespace Tavlyn
         /// <returns>1, or 0 for any other pair, which changes nothing.</returns>
         public static uint VirtualComSearchRange(uint a, uint b)
         {
+            Loading.Require();
             return Native.VirtualComSearchRange(a, b);
         }
 
@@ -80,6 +88,7 @@ namespace Tavlyn
         /// <returns>Always 1.</returns>
         public static uint SetIpPort(byte a, byte b, byte c, byte d, ushort port)
         {
+            Loading.Require();
             return Native.SetIpPort(a, b, c, d, port);
         }
 
@@ -88,6 +97,7 @@ namespace Tavlyn
         /// <param name="value">0 to 65535.</param>
         public static void SetUnsupportedProductErrorCode(ushort value)
         {
+            Loading.Require();
             Native.SetUnsupportedProductErrorCode(value);
         }
 
@@ -95,6 +105,7 @@ namespace Tavlyn
         /// <returns>0 to 65535.</returns>
         public static uint GetUnsupportedProductErrorCode()
         {
+            Loading.Require();
             return Native.GetUnsupportedProductErrorCode();
         }
 
@@ -103,6 +114,7 @@ namespace Tavlyn
         /// <returns>Always 0.</returns>
         public static uint SetComLinux(ulong value)
         {
+            Loading.Require();
             return Native.SetComLinux(value);
         }
 
@@ -112,6 +124,7 @@ namespace Tavlyn
         /// <returns>Always 0.</returns>
         public static ushort GetRawRepDataI(byte[] buffer, ushort length)
         {
+            Loading.Require();
             Handing.CheckRoom(buffer, length, "buffer");
             return Native.GetRawRepDataI(buffer, length);
         }
@@ -121,6 +134,7 @@ namespace Tavlyn
         /// <returns>1, or 0 without that variable, which changes nothing.</returns>
         public static uint SetMarkerFunction(tavlyn_marker_function function)
         {
+            Loading.Require();
             Kept.Add(function);
             return Native.SetMarkerFunction(function);
         }
@@ -129,6 +143,7 @@ namespace Tavlyn
         /// <returns>TAVLYN_ERR_ words of types.h.</returns>
         public static uint GetLastLibErr()
         {
+            Loading.Require();
             return Native.GetLastLibErr();
         }
 
@@ -139,6 +154,7 @@ namespace Tavlyn
         /// <returns>The mask.</returns>
         public static uint GetVidPidFilterMask(int index)
         {
+            Loading.Require();
             return Native.GetVidPidFilterMask(index);
         }
 
@@ -148,6 +164,7 @@ namespace Tavlyn
         /// <returns>The value to compare with.</returns>
         public static uint GetVidPidFilterCompare(int index)
         {
+            Loading.Require();
             return Native.GetVidPidFilterCompare(index);
         }
 
@@ -155,6 +172,7 @@ namespace Tavlyn
         /// <returns>A text that the library owns: "7A31:3BFA Orvantis" for the main pair or with no device.</returns>
         public static string GetVidPidVendorName()
         {
+            Loading.Require();
             return Handing.Text(Native.GetVidPidVendorName());
         }
 
@@ -163,6 +181,7 @@ namespace Tavlyn
         /// <returns>The character.</returns>
         public static byte getVidPidVendorName_char(short index)
         {
+            Loading.Require();
             return Native.getVidPidVendorName_char(index);
         }
     }

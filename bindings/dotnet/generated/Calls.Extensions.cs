@@ -10,6 +10,7 @@ namespace Tavlyn
         /// <returns>The reader's status, 0 to 255.</returns>
         public static uint GetCardAnalyzerStatus()
         {
+            Loading.Require();
             return Native.GetCardAnalyzerStatus();
         }
 
@@ -18,6 +19,7 @@ namespace Tavlyn
         /// <returns>Number of records.</returns>
         public static uint GetCardCount()
         {
+            Loading.Require();
             return Native.GetCardCount();
         }
 
@@ -26,6 +28,7 @@ namespace Tavlyn
         /// <returns>1 when the reader confirms.</returns>
         public static uint SetCardAnalyzerControlState(uint state)
         {
+            Loading.Require();
             return Native.SetCardAnalyzerControlState(state);
         }
 
@@ -33,6 +36,7 @@ namespace Tavlyn
         /// <returns>An array from malloc that belongs to the caller, who releases it with free.</returns>
         public static CardAnalyzerRecord[] GetCardAnalyzerData()
         {
+            Loading.Require();
             return Handing.OwnRecords<CardAnalyzerRecord>(Native.GetCardAnalyzerData(), Native.GetCardCount());
         }
 
@@ -43,6 +47,7 @@ namespace Tavlyn
         /// <returns>1 when the reader confirms.</returns>
         public static byte GetModuleState(ushort module, out ushort state)
         {
+            Loading.Require();
             return Native.GetModuleState(module, out state);
         }
 
@@ -53,6 +58,7 @@ namespace Tavlyn
         /// <returns>1 when the reader confirms.</returns>
         public static byte GetModuleState(ushort module, IntPtr state)
         {
+            Loading.Require();
             return Native.GetModuleState(module, state);
         }
 
@@ -62,6 +68,7 @@ namespace Tavlyn
         /// <returns>1 when the reader confirms.</returns>
         public static byte SetModuleState(ushort module, ushort state)
         {
+            Loading.Require();
             return Native.SetModuleState(module, state);
         }
 
@@ -69,6 +76,7 @@ namespace Tavlyn
         /// <returns>1 for on, 0 for off, 2 when the reader does not know the mode.</returns>
         public static ushort CheckTransparentMode()
         {
+            Loading.Require();
             return Native.CheckTransparentMode();
         }
 
@@ -77,6 +85,7 @@ namespace Tavlyn
         /// <returns>1 when the reader has switched, 0 when it has not, 2 when it does not know the mode.</returns>
         public static ushort EnableTransparentMode(uint commit)
         {
+            Loading.Require();
             return Native.EnableTransparentMode(commit);
         }
 
@@ -85,6 +94,7 @@ namespace Tavlyn
         /// <returns>As for EnableTransparentMode().</returns>
         public static ushort DisableTransparentMode(uint commit)
         {
+            Loading.Require();
             return Native.DisableTransparentMode(commit);
         }
 
@@ -92,6 +102,7 @@ namespace Tavlyn
         /// <returns>1 when it is.</returns>
         public static ushort IsBTLEPresent()
         {
+            Loading.Require();
             return Native.IsBTLEPresent();
         }
 
@@ -99,6 +110,7 @@ namespace Tavlyn
         /// <returns>0 to 3.</returns>
         public static ushort GetBTLEConfiguration()
         {
+            Loading.Require();
             return Native.GetBTLEConfiguration();
         }
 
@@ -107,6 +119,7 @@ namespace Tavlyn
         /// <returns>1 when the reader answered, whatever it answered, so that a refusal does not show.</returns>
         public static ushort SetBTLEConfiguration(byte configuration)
         {
+            Loading.Require();
             return Native.SetBTLEConfiguration(configuration);
         }
     }

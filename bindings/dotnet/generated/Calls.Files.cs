@@ -11,6 +11,7 @@ namespace Tavlyn
         /// <returns>1, also when the disk was full and the file is cut.</returns>
         public static uint WriteDevCfgToFile(string path)
         {
+            Loading.Require();
             return Native.WriteDevCfgToFile(path);
         }
 
@@ -20,6 +21,7 @@ namespace Tavlyn
         /// <returns>1, also when the disk was full and the file is cut.</returns>
         public static uint WriteDevCfgToFile(byte[] path)
         {
+            Loading.Require();
             Handing.CheckTerminated(path, "path");
             return Native.WriteDevCfgToFile(path);
         }
@@ -30,6 +32,7 @@ namespace Tavlyn
         /// <returns>What WriteCfg() returned, with the error word that it left.</returns>
         public static uint ReadDevCfgFmFile(string path)
         {
+            Loading.Require();
             return Native.ReadDevCfgFmFile(path);
         }
 
@@ -39,6 +42,7 @@ namespace Tavlyn
         /// <returns>What WriteCfg() returned, with the error word that it left.</returns>
         public static uint ReadDevCfgFmFile(byte[] path)
         {
+            Loading.Require();
             Handing.CheckTerminated(path, "path");
             return Native.ReadDevCfgFmFile(path);
         }
@@ -50,6 +54,7 @@ namespace Tavlyn
         /// <returns>1 for a character that was stored.</returns>
         public static uint writeDevCfgToFile_char(short index, byte character)
         {
+            Loading.Require();
             return Native.writeDevCfgToFile_char(index, character);
         }
 
@@ -60,6 +65,7 @@ namespace Tavlyn
         /// <returns>1 for a character that was stored.</returns>
         public static uint readDevCfgFmFile_char(short index, byte character)
         {
+            Loading.Require();
             return Native.readDevCfgFmFile_char(index, character);
         }
 
@@ -68,6 +74,7 @@ namespace Tavlyn
         /// <returns>0 for USB, 1 for serial, 65535 when the file names none or could not be opened.</returns>
         public static uint ReadDevTypeFromFile(string path)
         {
+            Loading.Require();
             return Native.ReadDevTypeFromFile(path);
         }
 
@@ -76,6 +83,7 @@ namespace Tavlyn
         /// <returns>0 for USB, 1 for serial, 65535 when the file names none or could not be opened.</returns>
         public static uint ReadDevTypeFromFile(byte[] path)
         {
+            Loading.Require();
             Handing.CheckTerminated(path, "path");
             return Native.ReadDevTypeFromFile(path);
         }
@@ -86,6 +94,7 @@ namespace Tavlyn
         /// <returns>1 when it matches.</returns>
         public static uint CheckTamperedFile(string path, uint kind)
         {
+            Loading.Require();
             return Native.CheckTamperedFile(path, kind);
         }
 
@@ -95,6 +104,7 @@ namespace Tavlyn
         /// <returns>1 when it matches.</returns>
         public static uint CheckTamperedFile(byte[] path, uint kind)
         {
+            Loading.Require();
             Handing.CheckTerminated(path, "path");
             return Native.CheckTamperedFile(path, kind);
         }
@@ -105,6 +115,7 @@ namespace Tavlyn
         /// when the disk was full, and when the trailer could not be added.</returns>
         public static uint WriteDevCfgToSecureFile(string path)
         {
+            Loading.Require();
             return Native.WriteDevCfgToSecureFile(path);
         }
 
@@ -114,6 +125,7 @@ namespace Tavlyn
         /// when the disk was full, and when the trailer could not be added.</returns>
         public static uint WriteDevCfgToSecureFile(byte[] path)
         {
+            Loading.Require();
             Handing.CheckTerminated(path, "path");
             return Native.WriteDevCfgToSecureFile(path);
         }
@@ -123,6 +135,7 @@ namespace Tavlyn
         /// <returns>1, also when no card reader is active and nothing was loaded.</returns>
         public static uint ReadDevCfgFromSecureFile(string path)
         {
+            Loading.Require();
             return Native.ReadDevCfgFromSecureFile(path);
         }
 
@@ -131,6 +144,7 @@ namespace Tavlyn
         /// <returns>1, also when no card reader is active and nothing was loaded.</returns>
         public static uint ReadDevCfgFromSecureFile(byte[] path)
         {
+            Loading.Require();
             Handing.CheckTerminated(path, "path");
             return Native.ReadDevCfgFromSecureFile(path);
         }

@@ -9,6 +9,7 @@ namespace Tavlyn
         /// <returns>0 for an empty table.</returns>
         public static short GetDevCnt()
         {
+            Loading.Require();
             return Native.GetDevCnt();
         }
 
@@ -16,6 +17,7 @@ namespace Tavlyn
         /// <returns>The index.</returns>
         public static short GetActDev()
         {
+            Loading.Require();
             return Native.GetActDev();
         }
 
@@ -24,6 +26,7 @@ namespace Tavlyn
         /// <returns>1, or 0 when there is no such device, which changes nothing.</returns>
         public static uint SetActDev(short index)
         {
+            Loading.Require();
             return Native.SetActDev(index);
         }
 
@@ -33,6 +36,7 @@ namespace Tavlyn
         /// <returns>Index of the first such device.</returns>
         public static uint GetDevByLUID(ushort luid, short start)
         {
+            Loading.Require();
             return Native.GetDevByLUID(luid, start);
         }
 
@@ -42,6 +46,7 @@ namespace Tavlyn
         /// device.</returns>
         public static uint GetDevName(byte[] name)
         {
+            Loading.Require();
             Handing.CheckRoom(name, 511, "name");
             return Native.GetDevName(name);
         }
@@ -51,6 +56,7 @@ namespace Tavlyn
         /// <returns>What GetDevName() returns.</returns>
         public static uint orv_GetDevName(byte[] name)
         {
+            Loading.Require();
             Handing.CheckRoom(name, 511, "name");
             return Native.orv_GetDevName(name);
         }
@@ -60,6 +66,7 @@ namespace Tavlyn
         /// <returns>The character.</returns>
         public static byte getDevName_char(short index)
         {
+            Loading.Require();
             return Native.getDevName_char(index);
         }
 
@@ -67,6 +74,7 @@ namespace Tavlyn
         /// <returns>0 for feature reports, 1 for a serial link.</returns>
         public static ushort GetDevType()
         {
+            Loading.Require();
             return Native.GetDevType();
         }
 
@@ -74,6 +82,7 @@ namespace Tavlyn
         /// <returns>What GetDevType() returns.</returns>
         public static ushort orv_GetDevType()
         {
+            Loading.Require();
             return Native.orv_GetDevType();
         }
 
@@ -81,6 +90,7 @@ namespace Tavlyn
         /// <returns>1 for a card reader, 2 for a magstripe reader, 4 for a sonar sensor.</returns>
         public static uint GetProduct()
         {
+            Loading.Require();
             return Native.GetProduct();
         }
 
@@ -88,6 +98,7 @@ namespace Tavlyn
         /// <returns>0 to 65535.</returns>
         public static uint GetDID()
         {
+            Loading.Require();
             return Native.GetDID();
         }
 
@@ -95,6 +106,7 @@ namespace Tavlyn
         /// <returns>0 to 65535.</returns>
         public static uint GetLUID()
         {
+            Loading.Require();
             return Native.GetLUID();
         }
 
@@ -103,6 +115,7 @@ namespace Tavlyn
         /// <returns>Always 1.</returns>
         public static uint SetLUID(ushort luid)
         {
+            Loading.Require();
             return Native.SetLUID(luid);
         }
 
@@ -110,6 +123,7 @@ namespace Tavlyn
         /// <returns>The serial word.</returns>
         public static uint GetSN()
         {
+            Loading.Require();
             return Native.GetSN();
         }
 
@@ -117,6 +131,7 @@ namespace Tavlyn
         /// <returns>Eight flags of 0 or 1, one for each bit of the reader's mask.</returns>
         public static byte[] InstalledHardware()
         {
+            Loading.Require();
             return Handing.OwnBytes(Native.InstalledHardware(), 8);
         }
 
@@ -124,6 +139,7 @@ namespace Tavlyn
         /// <returns>As for InstalledHardware().</returns>
         public static byte[] SupportedHardware()
         {
+            Loading.Require();
             return Handing.OwnBytes(Native.SupportedHardware(), 8);
         }
 
@@ -133,6 +149,7 @@ namespace Tavlyn
         /// <returns>1 when it was added.</returns>
         public static uint ChkAddArrival(string path)
         {
+            Loading.Require();
             return Native.ChkAddArrival(path);
         }
 
@@ -142,6 +159,7 @@ namespace Tavlyn
         /// <returns>1 when it was added.</returns>
         public static uint ChkAddArrival(byte[] path)
         {
+            Loading.Require();
             Handing.CheckTerminated(path, "path");
             return Native.ChkAddArrival(path);
         }
@@ -152,6 +170,7 @@ namespace Tavlyn
         /// <returns>1, or 0 for a path that is not in the table and when no device is open.</returns>
         public static uint ChkDelRemoval(string path)
         {
+            Loading.Require();
             return Native.ChkDelRemoval(path);
         }
 
@@ -161,6 +180,7 @@ namespace Tavlyn
         /// <returns>1, or 0 for a path that is not in the table and when no device is open.</returns>
         public static uint ChkDelRemoval(byte[] path)
         {
+            Loading.Require();
             Handing.CheckTerminated(path, "path");
             return Native.ChkDelRemoval(path);
         }
@@ -172,6 +192,7 @@ namespace Tavlyn
         /// <returns>1 for a character that was stored.</returns>
         public static uint chkAddArrival_char(short index, byte character)
         {
+            Loading.Require();
             return Native.chkAddArrival_char(index, character);
         }
 
@@ -182,6 +203,7 @@ namespace Tavlyn
         /// <returns>1 for a character that was stored.</returns>
         public static uint chkDelRemoval_char(short index, byte character)
         {
+            Loading.Require();
             return Native.chkDelRemoval_char(index, character);
         }
 
@@ -190,6 +212,7 @@ namespace Tavlyn
         /// <returns>Always 1.</returns>
         public static uint GetHIDGuid(byte[] guid)
         {
+            Loading.Require();
             Handing.CheckRoom(guid, 16, "guid");
             return Native.GetHIDGuid(guid);
         }
@@ -201,6 +224,7 @@ namespace Tavlyn
         /// <returns>Always 1.</returns>
         public static uint GetLibVersion(out ushort major, out ushort minor, out ushort build)
         {
+            Loading.Require();
             return Native.GetLibVersion(out major, out minor, out build);
         }
 
@@ -211,6 +235,7 @@ namespace Tavlyn
         /// <returns>Always 1.</returns>
         public static uint GetLibVersion(IntPtr major, IntPtr minor, IntPtr build)
         {
+            Loading.Require();
             return Native.GetLibVersion(major, minor, build);
         }
 
@@ -218,6 +243,7 @@ namespace Tavlyn
         /// <returns>7.</returns>
         public static ushort getLibraryVersion_Major()
         {
+            Loading.Require();
             return Native.getLibraryVersion_Major();
         }
 
@@ -225,6 +251,7 @@ namespace Tavlyn
         /// <returns>9.</returns>
         public static ushort getLibraryVersion_Minor()
         {
+            Loading.Require();
             return Native.getLibraryVersion_Minor();
         }
 
@@ -232,6 +259,7 @@ namespace Tavlyn
         /// <returns>2.</returns>
         public static ushort getLibraryVersion_Build()
         {
+            Loading.Require();
             return Native.getLibraryVersion_Build();
         }
 
@@ -239,6 +267,7 @@ namespace Tavlyn
         /// <returns>An empty text.</returns>
         public static string getLibraryVersion_Beta()
         {
+            Loading.Require();
             return Handing.Text(Native.getLibraryVersion_Beta());
         }
     }

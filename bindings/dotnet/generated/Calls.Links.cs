@@ -11,6 +11,7 @@ namespace Tavlyn
         /// <returns>1 when something was found and read.</returns>
         public static uint ComConnect(out uint pDID)
         {
+            Loading.Require();
             return Native.ComConnect(out pDID);
         }
 
@@ -20,6 +21,7 @@ namespace Tavlyn
         /// <returns>1 when something was found and read.</returns>
         public static uint ComConnect(IntPtr pDID)
         {
+            Loading.Require();
             return Native.ComConnect(pDID);
         }
 
@@ -29,6 +31,7 @@ namespace Tavlyn
         /// <returns>As for ComConnect().</returns>
         public static uint ComConnectPort(ushort port, out uint pDID)
         {
+            Loading.Require();
             return Native.ComConnectPort(port, out pDID);
         }
 
@@ -38,6 +41,7 @@ namespace Tavlyn
         /// <returns>As for ComConnect().</returns>
         public static uint ComConnectPort(ushort port, IntPtr pDID)
         {
+            Loading.Require();
             return Native.ComConnectPort(port, pDID);
         }
 
@@ -46,6 +50,7 @@ namespace Tavlyn
         /// <returns>1 when something was found and the number of devices changed, else 0.</returns>
         public static uint comConnect()
         {
+            Loading.Require();
             return Native.comConnect();
         }
 
@@ -54,6 +59,7 @@ namespace Tavlyn
         /// <returns>0.</returns>
         public static uint comConnectPort(ushort port)
         {
+            Loading.Require();
             return Native.comConnectPort(port);
         }
 
@@ -61,6 +67,7 @@ namespace Tavlyn
         /// <returns>1 when it was closed.</returns>
         public static uint ComDisconnect()
         {
+            Loading.Require();
             return Native.ComDisconnect();
         }
 
@@ -70,6 +77,7 @@ namespace Tavlyn
         /// <returns>Number of bytes that were read.</returns>
         public static uint ReadSerialPort(byte[] buffer, uint length)
         {
+            Loading.Require();
             Handing.CheckRoom(buffer, length, "buffer");
             return Native.ReadSerialPort(buffer, length);
         }
@@ -81,6 +89,7 @@ namespace Tavlyn
         /// <returns>As for ReadSerialPort().</returns>
         public static uint QuickReadSerialPort(byte[] buffer, uint length)
         {
+            Loading.Require();
             Handing.CheckRoom(buffer, length, "buffer");
             return Native.QuickReadSerialPort(buffer, length);
         }
@@ -91,6 +100,7 @@ namespace Tavlyn
         /// <returns>Number of bytes that were written.</returns>
         public static uint WriteSerialPort(byte[] buffer, uint length)
         {
+            Loading.Require();
             Handing.CheckRoom(buffer, length, "buffer");
             return Native.WriteSerialPort(buffer, length);
         }
@@ -100,6 +110,7 @@ namespace Tavlyn
         /// <returns>What ReadSerialPort() returns for index -1.</returns>
         public static uint readSerialPort_char(short index)
         {
+            Loading.Require();
             return Native.readSerialPort_char(index);
         }
 
@@ -108,6 +119,7 @@ namespace Tavlyn
         /// <returns>As for readSerialPort_char(), of what QuickReadSerialPort() reads.</returns>
         public static uint quickReadSerialPort_char(short index)
         {
+            Loading.Require();
             return Native.quickReadSerialPort_char(index);
         }
 
@@ -118,6 +130,7 @@ namespace Tavlyn
         /// <param name="constant">Is ignored.</param>
         public static void SetSerialTimeouts(uint interval, uint multiplier, uint constant)
         {
+            Loading.Require();
             Native.SetSerialTimeouts(interval, multiplier, constant);
         }
 
@@ -125,6 +138,7 @@ namespace Tavlyn
         /// <param name="baud">Speed in baud, any that the port's driver supports.</param>
         public static void SetBaudRate(uint baud)
         {
+            Loading.Require();
             Native.SetBaudRate(baud);
         }
 
@@ -137,6 +151,7 @@ namespace Tavlyn
         /// <returns>The fourth octet of the address that answered, or 0.</returns>
         public static uint FindXport(short a, short b, short c, short first, short last)
         {
+            Loading.Require();
             return Native.FindXport(a, b, c, first, last);
         }
 
@@ -144,6 +159,7 @@ namespace Tavlyn
         /// <returns>The address with its first octet in the low byte.</returns>
         public static uint GetMyIpAddress()
         {
+            Loading.Require();
             return Native.GetMyIpAddress();
         }
     }

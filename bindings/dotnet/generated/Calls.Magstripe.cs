@@ -10,6 +10,7 @@ namespace Tavlyn
         /// <returns>0 or 1.</returns>
         public static uint sorbaneGetFieldEnable(ushort field)
         {
+            Loading.Require();
             return Native.sorbaneGetFieldEnable(field);
         }
 
@@ -19,6 +20,7 @@ namespace Tavlyn
         /// <returns>1.</returns>
         public static uint sorbaneSetFieldEnable(ushort field, short on)
         {
+            Loading.Require();
             return Native.sorbaneSetFieldEnable(field, on);
         }
 
@@ -27,6 +29,7 @@ namespace Tavlyn
         /// <returns>0 or 1.</returns>
         public static uint sorbaneGetFieldSkip(ushort field)
         {
+            Loading.Require();
             return Native.sorbaneGetFieldSkip(field);
         }
 
@@ -36,6 +39,7 @@ namespace Tavlyn
         /// <returns>1.</returns>
         public static uint sorbaneSetFieldSkip(ushort field, short on)
         {
+            Loading.Require();
             return Native.sorbaneSetFieldSkip(field, on);
         }
 
@@ -44,6 +48,7 @@ namespace Tavlyn
         /// <returns>0 or 1.</returns>
         public static uint sorbaneGetFieldShowSepSen(ushort field)
         {
+            Loading.Require();
             return Native.sorbaneGetFieldShowSepSen(field);
         }
 
@@ -53,6 +58,7 @@ namespace Tavlyn
         /// <returns>1.</returns>
         public static uint sorbaneSetFieldShowSepSen(ushort field, short on)
         {
+            Loading.Require();
             return Native.sorbaneSetFieldShowSepSen(field, on);
         }
 
@@ -61,6 +67,7 @@ namespace Tavlyn
         /// <returns>0 or 1.</returns>
         public static uint sorbaneGetFieldShowLRC(ushort field)
         {
+            Loading.Require();
             return Native.sorbaneGetFieldShowLRC(field);
         }
 
@@ -70,6 +77,7 @@ namespace Tavlyn
         /// <returns>1.</returns>
         public static uint sorbaneSetFieldShowLRC(ushort field, short on)
         {
+            Loading.Require();
             return Native.sorbaneSetFieldShowLRC(field, on);
         }
 
@@ -78,6 +86,7 @@ namespace Tavlyn
         /// <returns>0 or 1.</returns>
         public static uint sorbaneGetFieldIgnoreLRC(ushort field)
         {
+            Loading.Require();
             return Native.sorbaneGetFieldIgnoreLRC(field);
         }
 
@@ -87,6 +96,7 @@ namespace Tavlyn
         /// <returns>1.</returns>
         public static uint sorbaneSetFieldIgnoreLRC(ushort field, short on)
         {
+            Loading.Require();
             return Native.sorbaneSetFieldIgnoreLRC(field, on);
         }
 
@@ -95,6 +105,7 @@ namespace Tavlyn
         /// <returns>The track, 1 to 3.</returns>
         public static uint sorbaneGetFieldTrack(ushort field)
         {
+            Loading.Require();
             return Native.sorbaneGetFieldTrack(field);
         }
 
@@ -104,6 +115,7 @@ namespace Tavlyn
         /// <returns>1.</returns>
         public static uint sorbaneSetFieldTrack(ushort field, byte track)
         {
+            Loading.Require();
             return Native.sorbaneSetFieldTrack(field, track);
         }
 
@@ -112,6 +124,7 @@ namespace Tavlyn
         /// <returns>The magnetic field, 0 to 255.</returns>
         public static uint sorbaneGetFieldMagField(ushort field)
         {
+            Loading.Require();
             return Native.sorbaneGetFieldMagField(field);
         }
 
@@ -121,6 +134,7 @@ namespace Tavlyn
         /// <returns>1.</returns>
         public static uint sorbaneSetFieldMagField(ushort field, byte magField)
         {
+            Loading.Require();
             return Native.sorbaneSetFieldMagField(field, magField);
         }
 
@@ -129,6 +143,7 @@ namespace Tavlyn
         /// <returns>The offset in characters, 0 to 255.</returns>
         public static uint sorbaneGetFieldOffset(ushort field)
         {
+            Loading.Require();
             return Native.sorbaneGetFieldOffset(field);
         }
 
@@ -138,6 +153,7 @@ namespace Tavlyn
         /// <returns>1.</returns>
         public static uint sorbaneSetFieldOffset(ushort field, byte offset)
         {
+            Loading.Require();
             return Native.sorbaneSetFieldOffset(field, offset);
         }
 
@@ -146,6 +162,7 @@ namespace Tavlyn
         /// <returns>The length in characters, 0 to 255.</returns>
         public static uint sorbaneGetFieldLength(ushort field)
         {
+            Loading.Require();
             return Native.sorbaneGetFieldLength(field);
         }
 
@@ -155,6 +172,7 @@ namespace Tavlyn
         /// <returns>1.</returns>
         public static uint sorbaneSetFieldLength(ushort field, byte length)
         {
+            Loading.Require();
             return Native.sorbaneSetFieldLength(field, length);
         }
 
@@ -163,6 +181,7 @@ namespace Tavlyn
         /// <returns>The byte, 0 to 255.</returns>
         public static uint sorbaneGetFieldTerm(ushort field)
         {
+            Loading.Require();
             return Native.sorbaneGetFieldTerm(field);
         }
 
@@ -172,6 +191,7 @@ namespace Tavlyn
         /// <returns>1.</returns>
         public static uint sorbaneSetFieldTerm(ushort field, byte term)
         {
+            Loading.Require();
             return Native.sorbaneSetFieldTerm(field, term);
         }
 
@@ -180,6 +200,7 @@ namespace Tavlyn
         /// <returns>The number of key bytes in use, 0 to 16.</returns>
         public static uint sorbaneGetFieldKeyCount(ushort field)
         {
+            Loading.Require();
             return Native.sorbaneGetFieldKeyCount(field);
         }
 
@@ -189,6 +210,7 @@ namespace Tavlyn
         /// <returns>1.</returns>
         public static uint sorbaneSetFieldKeyCount(ushort field, byte count)
         {
+            Loading.Require();
             return Native.sorbaneSetFieldKeyCount(field, count);
         }
 
@@ -198,6 +220,7 @@ namespace Tavlyn
         /// <returns>The byte.</returns>
         public static uint sorbaneGetFieldKeydata(ushort field, ushort index)
         {
+            Loading.Require();
             return Native.sorbaneGetFieldKeydata(field, index);
         }
 
@@ -208,6 +231,7 @@ namespace Tavlyn
         /// <returns>1.</returns>
         public static uint sorbaneSetFieldKeydata(ushort field, ushort index, byte key)
         {
+            Loading.Require();
             return Native.sorbaneSetFieldKeydata(field, index, key);
         }
 
@@ -215,6 +239,7 @@ namespace Tavlyn
         /// <returns>Bits 0 to 2 for tracks 1 to 3.</returns>
         public static uint sorbaneGetTrackEnables()
         {
+            Loading.Require();
             return Native.sorbaneGetTrackEnables();
         }
 
@@ -223,6 +248,7 @@ namespace Tavlyn
         /// <returns>1.</returns>
         public static uint sorbaneSetTrackEnables(byte tracks)
         {
+            Loading.Require();
             return Native.sorbaneSetTrackEnables(tracks);
         }
 
@@ -231,6 +257,7 @@ namespace Tavlyn
         /// <returns>Bits 0 to 2 the number of beeps, bit 7 set for long ones.</returns>
         public static uint sorbaneGetBeeper(ushort which)
         {
+            Loading.Require();
             return Native.sorbaneGetBeeper(which);
         }
 
@@ -241,6 +268,7 @@ namespace Tavlyn
         /// <returns>1.</returns>
         public static uint sorbaneSetBeeper(ushort which, short count, short longBeep)
         {
+            Loading.Require();
             return Native.sorbaneSetBeeper(which, count, longBeep);
         }
 
@@ -249,6 +277,7 @@ namespace Tavlyn
         /// <returns>0 for off, 1 for red, 2 for green, 3 for amber.</returns>
         public static uint sorbaneGetLED(ushort index)
         {
+            Loading.Require();
             return Native.sorbaneGetLED(index);
         }
 
@@ -258,6 +287,7 @@ namespace Tavlyn
         /// <returns>1 when the reader answered, else 0, with the colour kept in the mirror.</returns>
         public static uint sorbaneSetLED(ushort index, ushort color)
         {
+            Loading.Require();
             return Native.sorbaneSetLED(index, color);
         }
 
@@ -269,6 +299,7 @@ namespace Tavlyn
         /// <returns>1.</returns>
         public static uint sorbaneSetActiveID(ushort track, ushort field, ushort offset, ushort term)
         {
+            Loading.Require();
             return Native.sorbaneSetActiveID(track, field, offset, term);
         }
 
@@ -276,6 +307,7 @@ namespace Tavlyn
         /// <returns>1 to 7 when one does.</returns>
         public static uint sorbaneIsDataAvailable()
         {
+            Loading.Require();
             return Native.sorbaneIsDataAvailable();
         }
 
@@ -283,6 +315,7 @@ namespace Tavlyn
         /// <returns>1 when the reader answered, else 0.</returns>
         public static uint sorbaneClearDataAvailable()
         {
+            Loading.Require();
             return Native.sorbaneClearDataAvailable();
         }
 
@@ -290,6 +323,7 @@ namespace Tavlyn
         /// <returns>1 when the reader answered, else 0.</returns>
         public static uint sorbaneClearOverrun()
         {
+            Loading.Require();
             return Native.sorbaneClearOverrun();
         }
 
@@ -297,6 +331,7 @@ namespace Tavlyn
         /// <returns>The uptime in the reader's own units.</returns>
         public static uint sorbaneGetSystemUptime()
         {
+            Loading.Require();
             return Native.sorbaneGetSystemUptime();
         }
 
@@ -304,6 +339,7 @@ namespace Tavlyn
         /// <returns>Number of cards.</returns>
         public static uint sorbaneGetSystemCardsRead()
         {
+            Loading.Require();
             return Native.sorbaneGetSystemCardsRead();
         }
 
@@ -312,6 +348,7 @@ namespace Tavlyn
         /// <returns>The count, 0 to 65535.</returns>
         public static uint sorbaneGetSystemInternalCount(uint index)
         {
+            Loading.Require();
             return Native.sorbaneGetSystemInternalCount(index);
         }
 
@@ -323,6 +360,7 @@ namespace Tavlyn
         /// zeros.</returns>
         public static byte[] sorbaneGetTrackData(ushort track, ushort convert)
         {
+            Loading.Require();
             return Handing.Bytes(Native.sorbaneGetTrackData(track, convert), 257);
         }
 
@@ -334,6 +372,7 @@ namespace Tavlyn
         /// <returns>The byte.</returns>
         public static uint sorbaneGetTrackData_BYTE(ushort track, ushort convert, ushort index)
         {
+            Loading.Require();
             return Native.sorbaneGetTrackData_BYTE(track, convert, index);
         }
 
@@ -349,6 +388,7 @@ namespace Tavlyn
         public static byte[] sorbaneGetTrackFieldOffset(ushort track, ushort field, ushort offset, ushort length,
             ushort term, ushort convert)
         {
+            Loading.Require();
             return Handing.Bytes(Native.sorbaneGetTrackFieldOffset(track, field, offset, length, term, convert), 257);
         }
     }

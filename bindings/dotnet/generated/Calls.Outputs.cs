@@ -11,6 +11,7 @@ namespace Tavlyn
         /// <returns>1, or 0 with no device or after a failed exchange, which adds TAVLYN_ERR_COMMAND.</returns>
         public static uint BeepNow(byte count, short longBeep)
         {
+            Loading.Require();
             return Native.BeepNow(count, longBeep);
         }
 
@@ -18,6 +19,7 @@ namespace Tavlyn
         /// <returns>0 to 255.</returns>
         public static uint GetBeeperVolume()
         {
+            Loading.Require();
             return Native.GetBeeperVolume();
         }
 
@@ -26,6 +28,7 @@ namespace Tavlyn
         /// <returns>1.</returns>
         public static uint SetBeeperVolume(ushort volume)
         {
+            Loading.Require();
             return Native.SetBeeperVolume(volume);
         }
     }

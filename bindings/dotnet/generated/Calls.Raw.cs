@@ -12,6 +12,7 @@ namespace Tavlyn
         /// partly filled.</returns>
         public static uint GetQueuedID(ushort first, short second)
         {
+            Loading.Require();
             return Native.GetQueuedID(first, second);
         }
 
@@ -21,6 +22,7 @@ namespace Tavlyn
         /// <returns>That part.</returns>
         public static uint GetQueuedID_index(short index)
         {
+            Loading.Require();
             return Native.GetQueuedID_index(index);
         }
 
@@ -30,6 +32,7 @@ namespace Tavlyn
         /// <returns>For an index that only stores, 1.</returns>
         public static uint SetRawPayload_index(short index, byte value)
         {
+            Loading.Require();
             return Native.SetRawPayload_index(index, value);
         }
 
@@ -38,6 +41,7 @@ namespace Tavlyn
         /// <returns>The byte.</returns>
         public static byte GetRawPayload_index(ushort index)
         {
+            Loading.Require();
             return Native.GetRawPayload_index(index);
         }
 
@@ -54,6 +58,7 @@ namespace Tavlyn
         /// call.</returns>
         public static string SetRawPayload(byte c0, byte c1, byte c2, byte c3, byte c4, byte c5, byte c6, byte c7)
         {
+            Loading.Require();
             return Handing.Text(Native.SetRawPayload(c0, c1, c2, c3, c4, c5, c6, c7));
         }
     }

@@ -10,6 +10,7 @@ namespace Tavlyn
         /// device.</returns>
         public static uint ReadCfg()
         {
+            Loading.Require();
             return Native.ReadCfg();
         }
 
@@ -18,6 +19,7 @@ namespace Tavlyn
         /// <returns>1, or 0 after a failure and with no device.</returns>
         public static uint WriteCfg()
         {
+            Loading.Require();
             return Native.WriteCfg();
         }
 
@@ -27,6 +29,7 @@ namespace Tavlyn
         /// TAVLYN_ERR_CONFIG_WRITE.</returns>
         public static uint ResetFactoryDflts()
         {
+            Loading.Require();
             return Native.ResetFactoryDflts();
         }
 
@@ -34,6 +37,7 @@ namespace Tavlyn
         /// <returns>0 to 10.</returns>
         public static ushort GetMaxConfig()
         {
+            Loading.Require();
             return Native.GetMaxConfig();
         }
 
@@ -41,6 +45,7 @@ namespace Tavlyn
         /// <returns>0 to GetMaxConfig().</returns>
         public static ushort GetActConfig()
         {
+            Loading.Require();
             return Native.GetActConfig();
         }
 
@@ -49,6 +54,7 @@ namespace Tavlyn
         /// <returns>1, or 0 when there is no such configuration or the device is not a plus reader.</returns>
         public static uint SetActConfig(byte index)
         {
+            Loading.Require();
             return Native.SetActConfig(index);
         }
 
@@ -56,6 +62,7 @@ namespace Tavlyn
         /// <returns>Code of the type, 0 to 65535.</returns>
         public static int GetCardType()
         {
+            Loading.Require();
             return Native.GetCardType();
         }
 
@@ -63,6 +70,7 @@ namespace Tavlyn
         /// <returns>0 for low, 1 for high.</returns>
         public static int GetCardPriority()
         {
+            Loading.Require();
             return Native.GetCardPriority();
         }
 
@@ -72,6 +80,7 @@ namespace Tavlyn
         /// <returns>1, or 0 when the device is not a plus reader.</returns>
         public static uint SetCardTypePriority(ushort type, short priority)
         {
+            Loading.Require();
             return Native.SetCardTypePriority(type, priority);
         }
 
@@ -81,6 +90,7 @@ namespace Tavlyn
         /// <returns>1 when it is known.</returns>
         public static uint IsCardTypeInList(short type)
         {
+            Loading.Require();
             return Native.IsCardTypeInList(type);
         }
 
@@ -88,6 +98,7 @@ namespace Tavlyn
         /// <returns>A text of at most 24 characters.</returns>
         public static string GetFullFWVersion()
         {
+            Loading.Require();
             return Handing.Text(Native.GetFullFWVersion());
         }
 
@@ -95,6 +106,7 @@ namespace Tavlyn
         /// <returns>A text of at most 64 characters.</returns>
         public static string GetFWFilename()
         {
+            Loading.Require();
             return Handing.Text(Native.GetFWFilename());
         }
 
@@ -102,6 +114,7 @@ namespace Tavlyn
         /// <returns>A text of at most 24 characters.</returns>
         public static string getPartNumberString()
         {
+            Loading.Require();
             return Handing.Text(Native.getPartNumberString());
         }
 
@@ -111,6 +124,7 @@ namespace Tavlyn
         /// <returns>The character.</returns>
         public static byte getPartNumberString_char(short index)
         {
+            Loading.Require();
             return Native.getPartNumberString_char(index);
         }
 
@@ -118,6 +132,7 @@ namespace Tavlyn
         /// <returns>A text in a buffer that all five calls share.</returns>
         public static string GetSerialNumber()
         {
+            Loading.Require();
             return Handing.Text(Native.GetSerialNumber());
         }
 
@@ -125,6 +140,7 @@ namespace Tavlyn
         /// <returns>As for GetSerialNumber().</returns>
         public static string GetPlatformType()
         {
+            Loading.Require();
             return Handing.Text(Native.GetPlatformType());
         }
 
@@ -132,6 +148,7 @@ namespace Tavlyn
         /// <returns>As for GetSerialNumber().</returns>
         public static string GetBuildDate()
         {
+            Loading.Require();
             return Handing.Text(Native.GetBuildDate());
         }
 
@@ -139,6 +156,7 @@ namespace Tavlyn
         /// <returns>As for GetSerialNumber().</returns>
         public static string GetCopyrightInfo()
         {
+            Loading.Require();
             return Handing.Text(Native.GetCopyrightInfo());
         }
 
@@ -146,6 +164,7 @@ namespace Tavlyn
         /// <returns>As for GetSerialNumber().</returns>
         public static string GetCPUInfo()
         {
+            Loading.Require();
             return Handing.Text(Native.GetCPUInfo());
         }
 
@@ -153,6 +172,7 @@ namespace Tavlyn
         /// <returns>The 32 bytes, valid until the next call.</returns>
         public static byte[] getESN()
         {
+            Loading.Require();
             return Handing.Bytes(Native.getESN(), 32);
         }
 
@@ -162,12 +182,14 @@ namespace Tavlyn
         /// <returns>The word.</returns>
         public static uint GetFirmwareVersion(ushort cpu, ushort index)
         {
+            Loading.Require();
             return Native.GetFirmwareVersion(cpu, index);
         }
 
         /// <summary>Reads the firmware words of every device again.</summary>
         public static void SendGetFWVersion()
         {
+            Loading.Require();
             Native.SendGetFWVersion();
         }
 
@@ -175,6 +197,7 @@ namespace Tavlyn
         /// <returns>Milliseconds, 1 to 65535.</returns>
         public static uint Ping()
         {
+            Loading.Require();
             return Native.Ping();
         }
 
@@ -186,6 +209,7 @@ namespace Tavlyn
         /// TAVLYN_ERR_COMMAND for a lost reply.</returns>
         public static uint PlusBlockMove(short from, short to)
         {
+            Loading.Require();
             return Native.PlusBlockMove(from, to);
         }
 
@@ -193,6 +217,7 @@ namespace Tavlyn
         /// <returns>What PlusBlockMove() returns.</returns>
         public static uint ResetUserDflts()
         {
+            Loading.Require();
             return Native.ResetUserDflts();
         }
 
@@ -200,6 +225,7 @@ namespace Tavlyn
         /// <returns>What PlusBlockMove() returns.</returns>
         public static uint SaveUserDflts()
         {
+            Loading.Require();
             return Native.SaveUserDflts();
         }
 
@@ -207,6 +233,7 @@ namespace Tavlyn
         /// <returns>What the second PlusBlockMove() returns.</returns>
         public static uint tavlynPlusDefaults()
         {
+            Loading.Require();
             return Native.tavlynPlusDefaults();
         }
 
@@ -215,6 +242,7 @@ namespace Tavlyn
         /// <returns>1.</returns>
         public static uint DumpRawFeatureReports(string path)
         {
+            Loading.Require();
             return Native.DumpRawFeatureReports(path);
         }
 
@@ -223,6 +251,7 @@ namespace Tavlyn
         /// <returns>1.</returns>
         public static uint DumpRawFeatureReports(byte[] path)
         {
+            Loading.Require();
             Handing.CheckTerminated(path, "path");
             return Native.DumpRawFeatureReports(path);
         }
@@ -231,6 +260,7 @@ namespace Tavlyn
         /// <returns>The code, 0 to 255.</returns>
         public static uint ReadBaudRate()
         {
+            Loading.Require();
             return Native.ReadBaudRate();
         }
 
@@ -239,6 +269,7 @@ namespace Tavlyn
         /// <returns>1.</returns>
         public static uint WriteBaudRate(ushort code)
         {
+            Loading.Require();
             return Native.WriteBaudRate(code);
         }
 
@@ -248,6 +279,7 @@ namespace Tavlyn
         /// <returns>1.</returns>
         public static uint UseAsciiCommandProtocol(ushort on)
         {
+            Loading.Require();
             return Native.UseAsciiCommandProtocol(on);
         }
     }

@@ -11,6 +11,7 @@ namespace Tavlyn
         /// configuration was not read).</returns>
         public static uint GetFlags(out tsCfgFlags record)
         {
+            Loading.Require();
             return Native.GetFlags(out record);
         }
 
@@ -20,6 +21,7 @@ namespace Tavlyn
         /// configuration was not read).</returns>
         public static uint GetFlags(IntPtr record)
         {
+            Loading.Require();
             return Native.GetFlags(record);
         }
 
@@ -29,6 +31,7 @@ namespace Tavlyn
         /// <returns>1, or 0 with nothing stored and the error word TAVLYN_ERR_SET_NULL (null pointer).</returns>
         public static uint SetFlags(ref tsCfgFlags record)
         {
+            Loading.Require();
             return Native.SetFlags(ref record);
         }
 
@@ -38,6 +41,7 @@ namespace Tavlyn
         /// <returns>1, or 0 with nothing stored and the error word TAVLYN_ERR_SET_NULL (null pointer).</returns>
         public static uint SetFlags(IntPtr record)
         {
+            Loading.Require();
             return Native.SetFlags(record);
         }
 
@@ -47,6 +51,7 @@ namespace Tavlyn
         /// configuration was not read).</returns>
         public static uint GetFlags2(out tsCfgFlags2 record)
         {
+            Loading.Require();
             return Native.GetFlags2(out record);
         }
 
@@ -56,6 +61,7 @@ namespace Tavlyn
         /// configuration was not read).</returns>
         public static uint GetFlags2(IntPtr record)
         {
+            Loading.Require();
             return Native.GetFlags2(record);
         }
 
@@ -65,6 +71,7 @@ namespace Tavlyn
         /// <returns>1, or 0 with nothing stored and the error word TAVLYN_ERR_SET_NULL (null pointer).</returns>
         public static uint SetFlags2(ref tsCfgFlags2 record)
         {
+            Loading.Require();
             return Native.SetFlags2(ref record);
         }
 
@@ -74,6 +81,7 @@ namespace Tavlyn
         /// <returns>1, or 0 with nothing stored and the error word TAVLYN_ERR_SET_NULL (null pointer).</returns>
         public static uint SetFlags2(IntPtr record)
         {
+            Loading.Require();
             return Native.SetFlags2(record);
         }
 
@@ -83,6 +91,7 @@ namespace Tavlyn
         /// configuration was not read).</returns>
         public static uint GetFlags3(out tsCfgFlags3 record)
         {
+            Loading.Require();
             return Native.GetFlags3(out record);
         }
 
@@ -92,6 +101,7 @@ namespace Tavlyn
         /// configuration was not read).</returns>
         public static uint GetFlags3(IntPtr record)
         {
+            Loading.Require();
             return Native.GetFlags3(record);
         }
 
@@ -101,6 +111,7 @@ namespace Tavlyn
         /// <returns>1, or 0 with nothing stored and the error word TAVLYN_ERR_SET_NULL (null pointer).</returns>
         public static uint SetFlags3(ref tsCfgFlags3 record)
         {
+            Loading.Require();
             return Native.SetFlags3(ref record);
         }
 
@@ -110,6 +121,7 @@ namespace Tavlyn
         /// <returns>1, or 0 with nothing stored and the error word TAVLYN_ERR_SET_NULL (null pointer).</returns>
         public static uint SetFlags3(IntPtr record)
         {
+            Loading.Require();
             return Native.SetFlags3(record);
         }
 
@@ -119,6 +131,7 @@ namespace Tavlyn
         /// configuration was not read).</returns>
         public static uint GetIDBitCnts(out tsIDBitCnts record)
         {
+            Loading.Require();
             return Native.GetIDBitCnts(out record);
         }
 
@@ -128,6 +141,7 @@ namespace Tavlyn
         /// configuration was not read).</returns>
         public static uint GetIDBitCnts(IntPtr record)
         {
+            Loading.Require();
             return Native.GetIDBitCnts(record);
         }
 
@@ -139,6 +153,7 @@ namespace Tavlyn
         /// 2 (iIDBitCnt not 1 to 255) or + 3 (iTotalBitCnt not 26 to 255).</returns>
         public static uint SetIDBitCnts(ref tsIDBitCnts record)
         {
+            Loading.Require();
             return Native.SetIDBitCnts(ref record);
         }
 
@@ -150,6 +165,7 @@ namespace Tavlyn
         /// 2 (iIDBitCnt not 1 to 255) or + 3 (iTotalBitCnt not 26 to 255).</returns>
         public static uint SetIDBitCnts(IntPtr record)
         {
+            Loading.Require();
             return Native.SetIDBitCnts(record);
         }
 
@@ -159,6 +175,7 @@ namespace Tavlyn
         /// configuration was not read).</returns>
         public static uint GetIDDispParms(out tsIDDispParms record)
         {
+            Loading.Require();
             return Native.GetIDDispParms(out record);
         }
 
@@ -168,6 +185,7 @@ namespace Tavlyn
         /// configuration was not read).</returns>
         public static uint GetIDDispParms(IntPtr record)
         {
+            Loading.Require();
             return Native.GetIDDispParms(record);
         }
 
@@ -178,6 +196,7 @@ namespace Tavlyn
         /// 25) or + 3 (iFACDispLen above 25).</returns>
         public static uint SetIDDispParms(ref tsIDDispParms record)
         {
+            Loading.Require();
             return Native.SetIDDispParms(ref record);
         }
 
@@ -188,6 +207,7 @@ namespace Tavlyn
         /// 25) or + 3 (iFACDispLen above 25).</returns>
         public static uint SetIDDispParms(IntPtr record)
         {
+            Loading.Require();
             return Native.SetIDDispParms(record);
         }
 
@@ -198,6 +218,7 @@ namespace Tavlyn
         /// configuration was not read).</returns>
         public static uint GetIDDispParms2(out tsIDDispParms2 record)
         {
+            Loading.Require();
             return Native.GetIDDispParms2(out record);
         }
 
@@ -208,6 +229,7 @@ namespace Tavlyn
         /// configuration was not read).</returns>
         public static uint GetIDDispParms2(IntPtr record)
         {
+            Loading.Require();
             return Native.GetIDDispParms2(record);
         }
 
@@ -218,6 +240,7 @@ namespace Tavlyn
         /// TAVLYN_ERR_CHR_CNT (iLeadChrCnt above 3).</returns>
         public static uint SetIDDispParms2(ref tsIDDispParms2 record)
         {
+            Loading.Require();
             return Native.SetIDDispParms2(ref record);
         }
 
@@ -228,6 +251,7 @@ namespace Tavlyn
         /// TAVLYN_ERR_CHR_CNT (iLeadChrCnt above 3).</returns>
         public static uint SetIDDispParms2(IntPtr record)
         {
+            Loading.Require();
             return Native.SetIDDispParms2(record);
         }
 
@@ -237,6 +261,7 @@ namespace Tavlyn
         /// configuration was not read).</returns>
         public static uint GetIDDispParms3(out tsIDDispParms3 record)
         {
+            Loading.Require();
             return Native.GetIDDispParms3(out record);
         }
 
@@ -246,6 +271,7 @@ namespace Tavlyn
         /// configuration was not read).</returns>
         public static uint GetIDDispParms3(IntPtr record)
         {
+            Loading.Require();
             return Native.GetIDDispParms3(record);
         }
 
@@ -256,6 +282,7 @@ namespace Tavlyn
         /// TAVLYN_ERR_CHR_CNT (iTrailChrCnt above 3).</returns>
         public static uint SetIDDispParms3(ref tsIDDispParms3 record)
         {
+            Loading.Require();
             return Native.SetIDDispParms3(ref record);
         }
 
@@ -266,6 +293,7 @@ namespace Tavlyn
         /// TAVLYN_ERR_CHR_CNT (iTrailChrCnt above 3).</returns>
         public static uint SetIDDispParms3(IntPtr record)
         {
+            Loading.Require();
             return Native.SetIDDispParms3(record);
         }
 
@@ -275,6 +303,7 @@ namespace Tavlyn
         /// configuration was not read).</returns>
         public static uint GetTimeParms(out tsTimeParms record)
         {
+            Loading.Require();
             return Native.GetTimeParms(out record);
         }
 
@@ -284,6 +313,7 @@ namespace Tavlyn
         /// configuration was not read).</returns>
         public static uint GetTimeParms(IntPtr record)
         {
+            Loading.Require();
             return Native.GetTimeParms(record);
         }
 
@@ -294,6 +324,7 @@ namespace Tavlyn
         /// above 12750), + 3 (iUSBKeyPrsTm above 1020) or + 4 (iUSBKeyRlsTm above 1020).</returns>
         public static uint SetTimeParms(ref tsTimeParms record)
         {
+            Loading.Require();
             return Native.SetTimeParms(ref record);
         }
 
@@ -304,6 +335,7 @@ namespace Tavlyn
         /// above 12750), + 3 (iUSBKeyPrsTm above 1020) or + 4 (iUSBKeyRlsTm above 1020).</returns>
         public static uint SetTimeParms(IntPtr record)
         {
+            Loading.Require();
             return Native.SetTimeParms(record);
         }
 
@@ -313,6 +345,7 @@ namespace Tavlyn
         /// configuration was not read).</returns>
         public static uint GetLEDCtrl(out tsLEDCtrl record)
         {
+            Loading.Require();
             return Native.GetLEDCtrl(out record);
         }
 
@@ -322,6 +355,7 @@ namespace Tavlyn
         /// configuration was not read).</returns>
         public static uint GetLEDCtrl(IntPtr record)
         {
+            Loading.Require();
             return Native.GetLEDCtrl(record);
         }
 
@@ -330,6 +364,7 @@ namespace Tavlyn
         /// <returns>1, or 0 with nothing stored and the error word TAVLYN_ERR_SET_NULL (null pointer).</returns>
         public static uint SetLEDCtrl(ref tsLEDCtrl record)
         {
+            Loading.Require();
             return Native.SetLEDCtrl(ref record);
         }
 
@@ -338,6 +373,7 @@ namespace Tavlyn
         /// <returns>1, or 0 with nothing stored and the error word TAVLYN_ERR_SET_NULL (null pointer).</returns>
         public static uint SetLEDCtrl(IntPtr record)
         {
+            Loading.Require();
             return Native.SetLEDCtrl(record);
         }
 
@@ -347,6 +383,7 @@ namespace Tavlyn
         /// configuration was not read).</returns>
         public static uint GetBprRlyCtrl(out tsBprRlyCtrl record)
         {
+            Loading.Require();
             return Native.GetBprRlyCtrl(out record);
         }
 
@@ -356,6 +393,7 @@ namespace Tavlyn
         /// configuration was not read).</returns>
         public static uint GetBprRlyCtrl(IntPtr record)
         {
+            Loading.Require();
             return Native.GetBprRlyCtrl(record);
         }
 
@@ -364,6 +402,7 @@ namespace Tavlyn
         /// <returns>1, or 0 with nothing stored and the error word TAVLYN_ERR_SET_NULL (null pointer).</returns>
         public static uint SetBprRlyCtrl(ref tsBprRlyCtrl record)
         {
+            Loading.Require();
             return Native.SetBprRlyCtrl(ref record);
         }
 
@@ -372,6 +411,7 @@ namespace Tavlyn
         /// <returns>1, or 0 with nothing stored and the error word TAVLYN_ERR_SET_NULL (null pointer).</returns>
         public static uint SetBprRlyCtrl(IntPtr record)
         {
+            Loading.Require();
             return Native.SetBprRlyCtrl(record);
         }
 
@@ -381,6 +421,7 @@ namespace Tavlyn
         /// <returns>1.</returns>
         public static uint GetSepFldData(byte[] buffer, ushort length)
         {
+            Loading.Require();
             Handing.CheckRoom(buffer, length, "buffer");
             return Native.GetSepFldData(buffer, length);
         }
@@ -391,6 +432,7 @@ namespace Tavlyn
         /// <returns>1.</returns>
         public static uint SetSepFldData(byte[] buffer, ushort length)
         {
+            Loading.Require();
             Handing.CheckRoom(buffer, length, "buffer");
             return Native.SetSepFldData(buffer, length);
         }
@@ -399,6 +441,7 @@ namespace Tavlyn
         /// <returns>0 for off, 1 for on, or the low 16 bits of what was set, sign-extended.</returns>
         public static uint GetAZERTYShiftLock()
         {
+            Loading.Require();
             return Native.GetAZERTYShiftLock();
         }
 
@@ -407,6 +450,7 @@ namespace Tavlyn
         /// <returns>1.</returns>
         public static uint SetAZERTYShiftLock(short on)
         {
+            Loading.Require();
             return Native.SetAZERTYShiftLock(on);
         }
 
@@ -414,6 +458,7 @@ namespace Tavlyn
         /// <returns>As for GetAZERTYShiftLock().</returns>
         public static uint GetExtendedPrecisionMath()
         {
+            Loading.Require();
             return Native.GetExtendedPrecisionMath();
         }
 
@@ -422,6 +467,7 @@ namespace Tavlyn
         /// <returns>1.</returns>
         public static uint SetExtendedPrecisionMath(short on)
         {
+            Loading.Require();
             return Native.SetExtendedPrecisionMath(on);
         }
 
@@ -429,6 +475,7 @@ namespace Tavlyn
         /// <returns>The low 16 bits of what was set, sign-extended.</returns>
         public static uint Get64BytesInPackets()
         {
+            Loading.Require();
             return Native.Get64BytesInPackets();
         }
 
@@ -437,6 +484,7 @@ namespace Tavlyn
         /// <returns>1.</returns>
         public static uint Set64BytesInPackets(uint on)
         {
+            Loading.Require();
             return Native.Set64BytesInPackets(on);
         }
 
@@ -444,6 +492,7 @@ namespace Tavlyn
         /// <returns>The low 16 bits of what was set, sign-extended.</returns>
         public static uint GetEasyReadMode()
         {
+            Loading.Require();
             return Native.GetEasyReadMode();
         }
 
@@ -452,6 +501,7 @@ namespace Tavlyn
         /// <returns>1.</returns>
         public static uint SetEasyReadMode(uint on)
         {
+            Loading.Require();
             return Native.SetEasyReadMode(on);
         }
 
@@ -459,6 +509,7 @@ namespace Tavlyn
         /// <returns>The low 16 bits of what was set, sign-extended.</returns>
         public static uint GetPrependCSN()
         {
+            Loading.Require();
             return Native.GetPrependCSN();
         }
 
@@ -467,6 +518,7 @@ namespace Tavlyn
         /// <returns>1.</returns>
         public static uint SetPrependCSN(uint on)
         {
+            Loading.Require();
             return Native.SetPrependCSN(on);
         }
     }

@@ -11,6 +11,7 @@ namespace Tavlyn
         /// <returns>1 when the reader was told to keep the item.</returns>
         public static uint WriteSecureData(byte[] item, uint length)
         {
+            Loading.Require();
             Handing.CheckRoom(item, length, "item");
             return Native.WriteSecureData(item, length);
         }
@@ -21,6 +22,7 @@ namespace Tavlyn
         /// <returns>1 as soon as the reader has repeated the header, whatever came after it.</returns>
         public static uint ReadSecureData(byte[] header, byte[] @out)
         {
+            Loading.Require();
             Handing.CheckRoom(header, 4, "header");
             Handing.CheckRoom(@out, 256, "out");
             return Native.ReadSecureData(header, @out);
@@ -32,6 +34,7 @@ namespace Tavlyn
         /// <returns>1 when the last item was written.</returns>
         public static uint LoadIniFile(string path)
         {
+            Loading.Require();
             return Native.LoadIniFile(path);
         }
 
@@ -41,6 +44,7 @@ namespace Tavlyn
         /// <returns>1 when the last item was written.</returns>
         public static uint LoadIniFile(byte[] path)
         {
+            Loading.Require();
             Handing.CheckTerminated(path, "path");
             return Native.LoadIniFile(path);
         }
@@ -51,6 +55,7 @@ namespace Tavlyn
         /// <returns>1.</returns>
         public static uint WriteEV1FileRefrence(byte[] data, uint length)
         {
+            Loading.Require();
             Handing.CheckRoom(data, length, "data");
             return Native.WriteEV1FileRefrence(data, length);
         }
@@ -62,6 +67,7 @@ namespace Tavlyn
         /// <returns>As for WriteEV1FileRefrence().</returns>
         public static uint WriteSEKeyRefrence(byte[] data, uint length, byte slot)
         {
+            Loading.Require();
             Handing.CheckRoom(data, length, "data");
             return Native.WriteSEKeyRefrence(data, length, slot);
         }
@@ -71,6 +77,7 @@ namespace Tavlyn
         /// <returns>1.</returns>
         public static uint SetHashKeyData(byte[] data)
         {
+            Loading.Require();
             Handing.CheckRoom(data, 32, "data");
             return Native.SetHashKeyData(data);
         }
@@ -79,6 +86,7 @@ namespace Tavlyn
         /// <returns>0x80 when it is, 0 when it is not.</returns>
         public static uint GetEnhanceSecurityFlag()
         {
+            Loading.Require();
             return Native.GetEnhanceSecurityFlag();
         }
 
@@ -86,6 +94,7 @@ namespace Tavlyn
         /// <param name="on">0 for off, any other value for on.</param>
         public static void SetEnhanceSecurityFlag(uint on)
         {
+            Loading.Require();
             Native.SetEnhanceSecurityFlag(on);
         }
 
@@ -95,6 +104,7 @@ namespace Tavlyn
         /// failed, which adds TAVLYN_ERR_BLE_READ.</returns>
         public static uint WriteBLEDataToFile(string path)
         {
+            Loading.Require();
             return Native.WriteBLEDataToFile(path);
         }
 
@@ -104,6 +114,7 @@ namespace Tavlyn
         /// failed, which adds TAVLYN_ERR_BLE_READ.</returns>
         public static uint WriteBLEDataToFile(byte[] path)
         {
+            Loading.Require();
             Handing.CheckTerminated(path, "path");
             return Native.WriteBLEDataToFile(path);
         }
@@ -114,6 +125,7 @@ namespace Tavlyn
         /// <returns>As for WriteBLEDataToFile().</returns>
         public static uint WriteBLEKeyToFile(string path)
         {
+            Loading.Require();
             return Native.WriteBLEKeyToFile(path);
         }
 
@@ -123,6 +135,7 @@ namespace Tavlyn
         /// <returns>As for WriteBLEDataToFile().</returns>
         public static uint WriteBLEKeyToFile(byte[] path)
         {
+            Loading.Require();
             Handing.CheckTerminated(path, "path");
             return Native.WriteBLEKeyToFile(path);
         }
@@ -132,6 +145,7 @@ namespace Tavlyn
         /// <returns>1, also when no card reader is active and nothing was loaded.</returns>
         public static uint WriteBLEDataToReader(string path)
         {
+            Loading.Require();
             return Native.WriteBLEDataToReader(path);
         }
 
@@ -140,6 +154,7 @@ namespace Tavlyn
         /// <returns>1, also when no card reader is active and nothing was loaded.</returns>
         public static uint WriteBLEDataToReader(byte[] path)
         {
+            Loading.Require();
             Handing.CheckTerminated(path, "path");
             return Native.WriteBLEDataToReader(path);
         }
@@ -150,6 +165,7 @@ namespace Tavlyn
         /// <returns>As for WriteBLEDataToReader().</returns>
         public static uint WriteBLEKeyToReader(string path)
         {
+            Loading.Require();
             return Native.WriteBLEKeyToReader(path);
         }
 
@@ -159,6 +175,7 @@ namespace Tavlyn
         /// <returns>As for WriteBLEDataToReader().</returns>
         public static uint WriteBLEKeyToReader(byte[] path)
         {
+            Loading.Require();
             Handing.CheckTerminated(path, "path");
             return Native.WriteBLEKeyToReader(path);
         }

@@ -11,6 +11,7 @@ namespace Tavlyn
         /// parameters were not read yet).</returns>
         public static uint GetSonarParms(out tsSonarParms record)
         {
+            Loading.Require();
             return Native.GetSonarParms(out record);
         }
 
@@ -20,6 +21,7 @@ namespace Tavlyn
         /// parameters were not read yet).</returns>
         public static uint GetSonarParms(IntPtr record)
         {
+            Loading.Require();
             return Native.GetSonarParms(record);
         }
 
@@ -30,6 +32,7 @@ namespace Tavlyn
         /// 72).</returns>
         public static uint SetSonarParms(ref tsSonarParms record)
         {
+            Loading.Require();
             return Native.SetSonarParms(ref record);
         }
 
@@ -40,6 +43,7 @@ namespace Tavlyn
         /// 72).</returns>
         public static uint SetSonarParms(IntPtr record)
         {
+            Loading.Require();
             return Native.SetSonarParms(record);
         }
 
@@ -49,6 +53,7 @@ namespace Tavlyn
         /// parameters were not read yet).</returns>
         public static uint GetWalkAwayParms(out tsWalkAwayParms record)
         {
+            Loading.Require();
             return Native.GetWalkAwayParms(out record);
         }
 
@@ -58,6 +63,7 @@ namespace Tavlyn
         /// parameters were not read yet).</returns>
         public static uint GetWalkAwayParms(IntPtr record)
         {
+            Loading.Require();
             return Native.GetWalkAwayParms(record);
         }
 
@@ -68,6 +74,7 @@ namespace Tavlyn
         /// TAVLYN_ERR_WALK_AWAY (KeyCount above 6, compared signed) or + 1 (InterKeyDelay not 64 to 16320).</returns>
         public static uint SetWalkAwayParms(ref tsWalkAwayParms record)
         {
+            Loading.Require();
             return Native.SetWalkAwayParms(ref record);
         }
 
@@ -78,6 +85,7 @@ namespace Tavlyn
         /// TAVLYN_ERR_WALK_AWAY (KeyCount above 6, compared signed) or + 1 (InterKeyDelay not 64 to 16320).</returns>
         public static uint SetWalkAwayParms(IntPtr record)
         {
+            Loading.Require();
             return Native.SetWalkAwayParms(record);
         }
 
@@ -87,6 +95,7 @@ namespace Tavlyn
         /// parameters were not read yet).</returns>
         public static uint GetWalkUpParms(out tsWalkUpParms record)
         {
+            Loading.Require();
             return Native.GetWalkUpParms(out record);
         }
 
@@ -96,6 +105,7 @@ namespace Tavlyn
         /// parameters were not read yet).</returns>
         public static uint GetWalkUpParms(IntPtr record)
         {
+            Loading.Require();
             return Native.GetWalkUpParms(record);
         }
 
@@ -106,6 +116,7 @@ namespace Tavlyn
         /// TAVLYN_ERR_WALK_UP (KeyCount above 6, compared signed) or + 1 (InterKeyDelay not 64 to 16320).</returns>
         public static uint SetWalkUpParms(ref tsWalkUpParms record)
         {
+            Loading.Require();
             return Native.SetWalkUpParms(ref record);
         }
 
@@ -116,6 +127,7 @@ namespace Tavlyn
         /// TAVLYN_ERR_WALK_UP (KeyCount above 6, compared signed) or + 1 (InterKeyDelay not 64 to 16320).</returns>
         public static uint SetWalkUpParms(IntPtr record)
         {
+            Loading.Require();
             return Native.SetWalkUpParms(record);
         }
 
@@ -125,6 +137,7 @@ namespace Tavlyn
         /// parameters were not read yet).</returns>
         public static uint GetIdleParms(out tsIdleParms record)
         {
+            Loading.Require();
             return Native.GetIdleParms(out record);
         }
 
@@ -134,6 +147,7 @@ namespace Tavlyn
         /// parameters were not read yet).</returns>
         public static uint GetIdleParms(IntPtr record)
         {
+            Loading.Require();
             return Native.GetIdleParms(record);
         }
 
@@ -143,6 +157,7 @@ namespace Tavlyn
         /// <returns>1, or 0 with nothing stored and the error word TAVLYN_ERR_SET_NULL (null pointer).</returns>
         public static uint SetIdleParms(ref tsIdleParms record)
         {
+            Loading.Require();
             return Native.SetIdleParms(ref record);
         }
 
@@ -152,6 +167,7 @@ namespace Tavlyn
         /// <returns>1, or 0 with nothing stored and the error word TAVLYN_ERR_SET_NULL (null pointer).</returns>
         public static uint SetIdleParms(IntPtr record)
         {
+            Loading.Require();
             return Native.SetIdleParms(record);
         }
 
@@ -160,6 +176,7 @@ namespace Tavlyn
         /// <returns>1.</returns>
         public static uint GetObjRangeInfo(ushort[] words)
         {
+            Loading.Require();
             Handing.CheckRoom(words, 5, "words");
             return Native.GetObjRangeInfo(words);
         }
@@ -169,6 +186,7 @@ namespace Tavlyn
         /// <returns>1, or 0 when the report could not be sent.</returns>
         public static uint HaltKBSends(uint halt)
         {
+            Loading.Require();
             return Native.HaltKBSends(halt);
         }
     }

@@ -1,6 +1,7 @@
 using System;
 using System.Collections.Generic;
 using System.IO;
+using System.Reflection;
 using System.Runtime.InteropServices;
 using System.Text;
 
@@ -13,6 +14,7 @@ namespace Tavlyn.Tests
         {
             new Test("a buffer that is too short is refused", null, ShortBuffers),
             new Test("a null pointer is handed over", null, NullPointers),
+            new Test("a library that is missing is told", "", NoLibrary),
             new Test("a path is any text, or any bytes", "", Paths),
             new Test("the trace reaches a function that is kept", "", Trace),
             new Test("what the caller owns is copied and freed", "--do \"sample 0001:01020303:26\"", Owned)
@@ -61,6 +63,28 @@ namespace Tavlyn.Tests
             byte[] path = { (byte)'n', 0xFF, (byte)'.', (byte)'h', 0 };
             Check.Equal(1u, Calls.WriteDevCfgToFile(path));
             Check.Equal(1u, Calls.ReadDevCfgFmFile(path));
+        }
+
+        // A second copy of the assembly, which is sent to a file that does not exist.
+        private static void NoLibrary()
+        {
+            string first = typeof(Calls).Assembly.Location;
+            string folder = Directory.CreateDirectory("alone").FullName;
+            string copy = Path.Combine(folder, Path.GetFileName(first));
+            File.Copy(first, copy, true);
+            File.WriteAllText(copy + ".config", File.ReadAllText(first + ".config").Replace("libtavlynapi", "missing"));
+            Assembly assembly = Assembly.LoadFile(copy);
+            foreach (string name in new[] { "Reader.Connect", "Calls.GetLastLibErr" })
+            {
+                string[] names = name.Split('.');
+                MethodInfo call = assembly.GetType("Tavlyn." + names[0]).GetMethod(names[1]);
+                var thrown = Check.Throws<TargetInvocationException>(
+                    () => call.Invoke(null, new object[call.GetParameters().Length]));
+                Exception reason = thrown.InnerException;
+                Check.Equal("Tavlyn.LibraryException", reason.GetType().FullName);
+                Check.Equal("Tavlyn.TavlynException", reason.GetType().BaseType.FullName);
+                Check.Has("Install tavlynapi (" + 8 * IntPtr.Size + " bits), or put", reason.Message);
+            }
         }
 
         private static void Trace()
