@@ -9,6 +9,8 @@ from renewal import begun
 # The classes of the header.
 CLASSES: Dict[str, str] = {"reader": "A card reader's configuration, one of several of a plus reader.",
                            "sonar": "A sonar sensor's parameters."}
+FITS = {"int16": (-32768, 32767), "uint16": (0, 65535)}
+SPOKEN_UNITS = ("ms", "s", "inches", "bits")
 WIDTH = 110
 
 
@@ -19,7 +21,21 @@ def _comment(field: Field) -> List[str]:
 def _function(begin: str, statement: str) -> str:
     """A member function as clang-format writes it."""
     line = f"  {begin} {{ {statement} }}"
-    return line if len(line) <= WIDTH else f"  {begin} {{\n    {statement}\n  }}"
+    if len(line) <= WIDTH:
+        return line
+    if len(statement) + 4 > WIDTH:  # what is in braces goes below the other arguments
+        arguments = statement.index("(") + 5
+        statement = statement.replace(" {", "\n" + arguments * " " + "{")
+    return f"  {begin} {{\n    {statement}\n  }}"
+
+
+def _setting(field: Field) -> str:
+    """What a word is called and may hold; a number without a range is what fits."""
+    least, most = (0, 1) if field["flag"] else (field.get("least"), field.get("most"))
+    if least is None or most is None:
+        least, most = FITS[field["type"]]
+    unit = f' {field["unit"]}' if field.get("unit") in SPOKEN_UNITS else ""
+    return f'{{"{field["called"]}", {least}, {most}, "{unit}"}}'
 
 
 def _accessors(record: Record, field: Field) -> Iterator[str]:
@@ -28,8 +44,8 @@ def _accessors(record: Record, field: Field) -> Iterator[str]:
     yield "\n".join(_comment(field))
     yield _function(f"{kind} {called}() const", f"return words_.get({record['get']}, {member}){test};")
     if not field["read_only"]:
-        yield _function(f"void {called}({kind} value)",
-                        f"words_.set({record['get']}, {record['set']}, {member}, value);")
+        begin = f"words_.set({record['get']}, {record['set']}, {member}, value,"
+        yield _function(f"void {called}({kind} value)", f"{begin} {_setting(field)});")
 
 
 def _class(api: Api, product: str, text: str) -> Iterator[str]:

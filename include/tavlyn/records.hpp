@@ -32,6 +32,19 @@ class selected_configuration {
   std::uint8_t before_;
 };
 
+/// What a word is called and may hold.
+struct setting {
+  const char* name;
+  int least;
+  int most;
+  const char* unit;  // with a blank before it, or empty
+
+  bool holds(int value) const { return least <= value && value <= most; }
+  std::string range() const {
+    return std::string(name) + " is " + std::to_string(least) + " to " + std::to_string(most) + unit;
+  }
+};
+
 /// One configuration of a device. Its calls get and set whole records.
 class record_words {
  public:
@@ -45,21 +58,31 @@ class record_words {
   }
 
   template <class Get, class Set, class Record, class Word>
-  void set(Get get_record, Set set_record, Word Record::*word, int value) const {
+  void set(Get get_record, Set set_record, Word Record::*word, int value, const setting& which) const {
     const Word narrow = static_cast<Word>(value);
-    if (narrow != value) throw std::out_of_range(std::to_string(value) + " is no value of a word");
+    if (narrow != value) throw std::out_of_range(which.range() + ", not " + std::to_string(value));
     device_.on_active([&] {
       Record record = whole<Record>(get_record);
       if constexpr (std::is_same_v<Record, tsLEDCtrl> || std::is_same_v<Record, tsBprRlyCtrl>) {
         record.bVolatile = 0;  // a setting is for the next commit
       }
       record.*word = narrow;
-      require([&] { return set_record(&record); });
+      try {
+        require([&] { return set_record(&record); });
+      } catch (const error& refused) {
+        throw refusal(refused, which, value);
+      }
       if constexpr (std::is_same_v<Record, tsCfgFlags3>) mark_flags3();
     });
   }
 
  private:
+  /// Only the library knows the range: some readers take more. It judges the other words of the record too.
+  static error refusal(const error& refused, const setting& which, int value) {
+    const std::string said = which.holds(value) ? which.name + (" could not be set: " + refused.text())
+                                                : which.range() + ", not " + std::to_string(value);
+    return {refused.word(), refused.text(), said};
+  }
   /// bNotBootDev is in a block that only other records mark as changed.
   void mark_flags3() const {
     const auto beside = whole<tsCfgFlags2>(GetFlags2);

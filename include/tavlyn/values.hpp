@@ -118,13 +118,15 @@ class error : public std::runtime_error {
  public:
   /// The word in words.
   explicit error(error_word word) : error(word, word.text()) {}
-  error(error_word word, const std::string& text)
-      : std::runtime_error(text + (word == error_word() ? "" : " (error word " + word.hex() + ")")),
+  error(error_word word, const std::string& text) : error(word, text, text) {}
+  /// With a message that says more than the text.
+  error(error_word word, const std::string& text, const std::string& message)
+      : std::runtime_error(message + (word == error_word() ? "" : " (error word " + word.hex() + ")")),
         word_(word),
         text_(text) {}
 
   error_word word() const noexcept { return word_; }
-  /// The message without the word's number.
+  /// The cause, without the word's number and what else the message says.
   const std::string& text() const noexcept { return text_; }
 
  private:

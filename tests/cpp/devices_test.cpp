@@ -74,8 +74,15 @@ TEST(CppReader, KeepsWhatItHadWhenAValueIsRefused) {
     FAIL();
   } catch (const tavlyn::error& error) {
     EXPECT_EQ(error.word(), tavlyn::error_word(TAVLYN_ERR_TIME_PARMS + 1));
+    EXPECT_EQ(error.text(), "a value is out of its range");
+    EXPECT_STREQ(error.what(), "id_hold_ms is 0 to 12750 ms, not 12751 (error word 0x201031)");
   }
-  EXPECT_THROW(config.id_hold_ms(70000), std::out_of_range);
+  try {
+    config.id_hold_ms(70000);
+    FAIL();
+  } catch (const std::out_of_range& error) {
+    EXPECT_STREQ(error.what(), "id_hold_ms is 0 to 12750 ms, not 70000");
+  }
   EXPECT_EQ(config.id_hold_ms(), before);
 }
 
