@@ -14,6 +14,7 @@
 #include "tavlyn/connection.hpp"
 #include "tavlyn/device.hpp"
 #include "tavlyn/fields.hpp"
+#include "tavlyn/files.hpp"
 #include "tavlyn/magstripe.hpp"
 #include "tavlyn/reader.hpp"
 #include "tavlyn/sonar.hpp"

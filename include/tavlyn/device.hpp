@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "connection.hpp"
+#include "files.hpp"
 #include "values.hpp"
 
 namespace tavlyn {
@@ -47,12 +48,12 @@ class device {
   /// Saves the configuration as a text file.
   void save(const std::string& path) const {
     handle_.require_read();
-    handle_.require([&] { return WriteDevCfgToFile(path.c_str()); });
+    detail::save_file(path, [&] { handle_.require([&] { return WriteDevCfgToFile(path.c_str()); }); });
   }
   /// Loads such a file and sends what differs.
   void load(const std::string& path) const {
     handle_.require_read();
-    handle_.require([&] { return ReadDevCfgFmFile(path.c_str()); });
+    detail::load_file(path, [&] { handle_.require([&] { return ReadDevCfgFmFile(path.c_str()); }); });
     if (product() != product_kind::reader)
       handle_.require([] { return WriteCfg(); });  // a reader has it already
   }

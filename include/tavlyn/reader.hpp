@@ -15,6 +15,7 @@
 
 #include "config.hpp"
 #include "device.hpp"
+#include "files.hpp"
 #include "stream.hpp"
 
 namespace tavlyn {
@@ -43,13 +44,15 @@ class reader : public device {
   /// save() with a trailer, by which load_secure() notices damage.
   void save_secure(const std::string& path) const {
     own().require_read();
-    own().require([&] { return WriteDevCfgToSecureFile(path.c_str()); });
-    own().require([&] { return CheckTamperedFile(path.c_str(), 0); });
+    detail::save_file(path, [&] {
+      own().require([&] { return WriteDevCfgToSecureFile(path.c_str()); });
+      own().require([&] { return CheckTamperedFile(path.c_str(), 0); });
+    });
   }
   /// load() of a file whose trailer matches.
   void load_secure(const std::string& path) const {
     own().require_read();
-    own().require([&] { return ReadDevCfgFromSecureFile(path.c_str()); });
+    detail::load_file(path, [&] { own().require([&] { return ReadDevCfgFromSecureFile(path.c_str()); }); });
   }
 
   int volume() const;

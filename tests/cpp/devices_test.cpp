@@ -2,6 +2,12 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <fstream>
+#include <functional>
+#include <random>
+#include <system_error>
 #include <thread>
 
 #include "tavlyn.hpp"
@@ -99,6 +105,45 @@ TEST(CppReader, SaysOfAFileThatIsNotThereThatThereIsNoReason) {
   } catch (const tavlyn::error& error) {
     EXPECT_EQ(error.word(), tavlyn::error_word());
   }
+}
+
+std::string Message(const std::function<void()>& use) {
+  try {
+    use();
+  } catch (const std::exception& error) {
+    return error.what();
+  }
+  return "nothing was thrown";
+}
+
+TEST(CppReader, SaysWhatTheSystemHasAgainstAFile) {
+  const auto reader = tavlyn::connect();
+  const std::string folder = testing::TempDir();
+  const std::string missing = "/nowhere/desk.hwg";
+  const auto begins = [](const std::function<void()>& use, const std::string& what, std::errc reason) {
+    const std::string begin = what + ": " + std::make_error_code(reason).message();
+    EXPECT_EQ(Message(use).substr(0, begin.size()), begin);  // the error word may come after it
+  };
+  begins([&] { reader.load(missing); }, missing + " could not be loaded",
+         std::errc::no_such_file_or_directory);
+  begins([&] { reader.save(missing); }, missing + " could not be saved",
+         std::errc::no_such_file_or_directory);
+  begins([&] { reader.load(folder); }, folder + " could not be loaded", std::errc::is_a_directory);
+  begins([&] { reader.save_secure(folder); }, folder + " could not be saved", std::errc::is_a_directory);
+  begins([&] { reader.load_secure(folder); }, folder + " could not be loaded", std::errc::is_a_directory);
+}
+
+// A trial leaves no file behind, and an existing one as it was.
+TEST(CppFiles, AreLeftAsTheyWere) {
+  const std::string path = testing::TempDir() + "tavlyn-" + std::to_string(std::random_device()());
+  EXPECT_EQ(tavlyn::detail::writing_problem(path), 0);
+  EXPECT_EQ(tavlyn::detail::reading_problem(path), ENOENT);
+  std::ofstream(path) << "kept";
+  EXPECT_EQ(tavlyn::detail::writing_problem(path), 0);
+  std::string text;
+  std::ifstream(path) >> text;
+  EXPECT_EQ(text, "kept");
+  std::remove(path.c_str());
 }
 
 TEST(CppReader, RefusesWhatNoOutputHas) {
