@@ -116,7 +116,7 @@ constexpr Example kExamples[] = {
     {"raw", "tavlynctl raw 8A", "Command 8A with zeros after it."},
     {"serial baud", "tavlynctl --com 3 serial baud", "The code of its speed.", "--serial COM3"},
     {"serial write", "tavlynctl --com 3 serial write FA04EDED04 --read 7", "A frame and its answer.",
-     "--serial COM3"},
+     "--serial COM3 --do 'delay 50'"},
     {"serial read", "tavlynctl --com 3 serial read 7", "What the reader sends by itself.", "--serial COM3"},
 };
 

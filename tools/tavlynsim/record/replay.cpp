@@ -1,6 +1,7 @@
 #include "tools/tavlynsim/record/replay.h"
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace tavlyn::sim {
@@ -163,10 +164,12 @@ Outcome Replay::TakeInput(Key key, std::vector<std::uint8_t>& report) {
   return played->outcome;
 }
 
+// A program that drops what has come when it has written would drop an answer that no device gives so soon.
 std::vector<ListedLine> Replay::Lines() {
+  constexpr LineManner kAsADevice = {.delay = std::chrono::milliseconds(20)};
   std::vector<ListedLine> all;
   Key key = 0;
-  for (const PlayedLine& line : lines_) all.push_back({++key, *line.playing.Link().place, {}});
+  for (const PlayedLine& line : lines_) all.push_back({++key, *line.playing.Link().place, kAsADevice});
   return all;
 }
 
