@@ -97,6 +97,7 @@ inline std::string text_of(const char* text) { return text == nullptr ? std::str
 class session {
  public:
   session(product_kind product, const selection& where) : product_(product) {
+    if (where.com() && where.ip()) throw std::invalid_argument("a COM port or an address, not both");
     const std::lock_guard<std::recursive_mutex> lock(library_mutex);
     if (GetDevCnt() > 0) throw error(error_word(), "the devices of an earlier connect are still in use");
     SetConnectProduct(static_cast<std::uint32_t>(product));

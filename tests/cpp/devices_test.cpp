@@ -40,6 +40,17 @@ TEST(CppConnect, LeavesNothingOpen) {
   EXPECT_EQ(GetDevCnt(), 0);
 }
 
+TEST(CppConnect, SearchesInOnePlace) {
+  const auto both = tavlyn::selection().com(9).ip({127, 0, 0, 1}, 1);
+  try {
+    tavlyn::connect(both);
+    FAIL();
+  } catch (const std::invalid_argument& error) {
+    EXPECT_STREQ(error.what(), "a COM port or an address, not both");
+  }
+  EXPECT_THROW(tavlyn::connect_all(both), std::invalid_argument);
+}
+
 TEST(CppConnect, MissesWhatIsNotThere) {
   try {
     tavlyn::connect(tavlyn::selection().serial("0400999999"));
