@@ -1,4 +1,5 @@
 using System;
+using System.IO;
 using System.Threading;
 
 namespace Tavlyn
@@ -86,7 +87,7 @@ namespace Tavlyn
         /// <summary>Saves the configuration as a text file.</summary>
         public void Save(string path)
         {
-            RequireFile(() => Calls.WriteDevCfgToFile(path), "save", path);
+            RequireFile(() => Calls.WriteDevCfgToFile(path), FileAccess.Write, path);
         }
 
         /// <summary>Loads a file that Save wrote, and writes it to the device.</summary>
@@ -94,7 +95,7 @@ namespace Tavlyn
         {
             // A reader has it by the load.
             RequireFile(() => Calls.ReadDevCfgFmFile(path) != 1 ? 0 : Product == Product.Reader ? 1 : Calls.WriteCfg(),
-                "load", path);
+                FileAccess.Read, path);
         }
 
         /// <summary>Makes the device the active one, calls, and lets no other thread come between.</summary>
@@ -154,14 +155,33 @@ namespace Tavlyn
         }
 
         // Some calls leave the error word of an earlier one alone.
-        internal void RequireFile(Func<uint> call, string what, string path)
+        internal void RequireFile(Func<uint> call, FileAccess access, string path)
         {
             if (path == null) throw new ArgumentNullException("path");
-            Require(() =>
+            Do(() =>
             {
                 ClearErrorWord();
-                return call();
-            }, "the " + what + " of " + path);
+                if (call() == 1) return true;
+                string what = access == FileAccess.Write ? "the save of " : "the load of ";
+                throw new TavlynException(what + path + " failed", Calls.GetLastLibErr(), Refusal(path, access));
+            });
+        }
+
+        // The library does not tell why the system opens no file; null if the system opens it.
+        private static Exception Refusal(string path, FileAccess access)
+        {
+            bool isNew = access == FileAccess.Write && !File.Exists(path);
+            try
+            {
+                new FileStream(path, isNew ? FileMode.CreateNew : FileMode.Open, access, FileShare.ReadWrite).Dispose();
+                if (isNew) File.Delete(path);
+                return null;
+            }
+            catch (Exception reason) when (reason is IOException || reason is UnauthorizedAccessException
+                || reason is ArgumentException || reason is NotSupportedException)
+            {
+                return reason;
+            }
         }
 
         // Of the active device, by a call that does nothing else.

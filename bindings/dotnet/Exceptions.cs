@@ -5,8 +5,8 @@ namespace Tavlyn
     /// <summary>An operation failed.</summary>
     public class TavlynException : Exception
     {
-        internal TavlynException(string what, uint word)
-            : base(what + ", error word 0x" + word.ToString("X") + ": " + ErrorText.Of(word))
+        internal TavlynException(string what, uint word, Exception reason = null)
+            : base(Told(what, word, reason), reason)
         {
             Word = word;
             Text = ErrorText.Of(word);
@@ -15,6 +15,13 @@ namespace Tavlyn
         internal TavlynException(string message, Exception reason = null) : base(message, reason)
         {
             Text = message;
+        }
+
+        private static string Told(string what, uint word, Exception reason)
+        {
+            string told = reason == null ? what : what + ": " + reason.Message;
+            bool isAll = reason != null && word == 0;
+            return isAll ? told : told + ", error word 0x" + word.ToString("X") + ": " + ErrorText.Of(word);
         }
 
         /// <summary>The library's error word; 0 when it names no reason.</summary>

@@ -1,5 +1,6 @@
 using System;
 using System.Collections.Generic;
+using System.IO;
 using System.Threading;
 using System.Threading.Tasks;
 
@@ -163,14 +164,14 @@ namespace Tavlyn
         /// <summary>Saves the configuration with a trailer, which finds damage.</summary>
         public void SaveSecure(string path)
         {
-            RequireFile(() => Calls.WriteDevCfgToSecureFile(path) == 1 ? Calls.CheckTamperedFile(path, 0) : 0, "save",
-                path);
+            RequireFile(() => Calls.WriteDevCfgToSecureFile(path) == 1 ? Calls.CheckTamperedFile(path, 0) : 0,
+                FileAccess.Write, path);
         }
 
         /// <summary>Loads a file that SaveSecure wrote, if its trailer fits.</summary>
         public void LoadSecure(string path)
         {
-            RequireFile(() => Calls.ReadDevCfgFromSecureFile(path), "load", path);
+            RequireFile(() => Calls.ReadDevCfgFromSecureFile(path), FileAccess.Read, path);
         }
 
         internal override void ClearErrorWord()

@@ -51,7 +51,9 @@ namespace Tavlyn.Tests
             }
             catch (TargetInvocationException thrown)
             {
-                var failure = thrown.GetBaseException() as TavlynException;
+                Exception inner = thrown;
+                while (inner is TargetInvocationException) inner = inner.InnerException;  // a property is one more
+                var failure = inner as TavlynException;
                 if (failure == null) throw;
                 return Told(failure);
             }

@@ -20,6 +20,7 @@ namespace Tavlyn.Tests
             new Test("a configuration is set, written and read", "--device plus:3", Configuration),
             new Test("a configuration is saved and loaded", "", Files),
             new Test("a file that is damaged is not loaded", "", DamagedFile),
+            new Test("why the system opens no file is told", "", RefusedFile),
             new Test("cards come and go as events", "--card 01020303:26 --card 0A0B:16", CardEvents),
             new Test("a reader that is gone is told", "--card 0A0B:16 --do \"vanish 150\"", LostReader),
             new Test("cards are awaited", "--do \"card 0102:13\"", Awaited),
@@ -138,9 +139,33 @@ namespace Tavlyn.Tests
                 File.WriteAllText("secure.hwg", text.Replace("1000", "1500"));
                 var damaged = Check.Throws<TavlynException>(() => reader.LoadSecure("secure.hwg"));
                 Check.Equal(ErrorWords.INTEGRITY, damaged.Word);
-                var missing = Check.Throws<TavlynException>(() => reader.Load("none.hwg"));
-                Check.Equal(0u, missing.Word);
+                Check.Has("the load of secure.hwg failed, error word 0x91000000", damaged.Message);
             }
+        }
+
+        private static void RefusedFile()
+        {
+            Directory.CreateDirectory("folder");
+            using (Reader reader = Reader.Connect())
+            {
+                foreach (Action<string> load in new Action<string>[] { reader.Load, reader.LoadSecure })
+                {
+                    CheckRefused(load, "the load of ", "none.hwg", "Could not find file");
+                    CheckRefused(load, "the load of ", "folder", "Access to the path");
+                }
+                foreach (Action<string> save in new Action<string>[] { reader.Save, reader.SaveSecure })
+                {
+                    CheckRefused(save, "the save of ", "nowhere/a.hwg", "Could not find a part of the path");
+                    CheckRefused(save, "the save of ", "folder", "Access to the path");
+                }
+            }
+        }
+
+        private static void CheckRefused(Action<string> action, string what, string path, string reason)
+        {
+            var refused = Check.Throws<TavlynException>(() => action(path));
+            Check.Has(what + path + " failed: " + reason, refused.Message);
+            Check.Equal(ErrorText.Of(refused.Word), refused.Text);
         }
 
         private static void CardEvents()
