@@ -16,7 +16,7 @@ class Background {
   void BeAlone();
 
  private:
-  int told_ = -1;
+  [[maybe_unused]] int told_ = -1;  // on Linux
 };
 
 // Why there can be no background on this system; empty if there can.

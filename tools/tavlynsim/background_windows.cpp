@@ -8,8 +8,7 @@ void Background::BeAlone() {}
 
 std::string WhyNoBackground() {
   return "--background, --with-parent and --ready-fd are there on Linux only; start /b begins tavlynsim "
-         "serve "
-         "in the background, tavlynsim wait waits for it, and --with-process ends it with a process";
+         "serve in the background, tavlynsim wait waits for it, and --with-process ends it with a process";
 }
 
 bool IsOpen(int) { return false; }

@@ -17,8 +17,9 @@ class SocketPlace {
 
  private:
   std::string path_;
-  unsigned long long device_ = 0;  // and file: what it is known by
-  unsigned long long file_ = 0;
+  // What the socket is known by on Linux.
+  [[maybe_unused]] unsigned long long device_ = 0;
+  [[maybe_unused]] unsigned long long file_ = 0;
 };
 
 // Whether the process at the other end is this user's, or root's: what it says is believed.
