@@ -116,6 +116,11 @@ bool Lack(Reader& reader, const Words& words, std::string& reply) {
   return true;
 }
 
+bool TellSights(Reader& reader, const Words&, std::string& reply) {
+  for (const std::string& sight : reader.state.sights.Seen()) reply += sight + "\n";
+  return true;
+}
+
 template <typename Kind>
 bool Is(const Model& model) {
   return dynamic_cast<const Kind*>(&model) != nullptr;
@@ -144,6 +149,8 @@ constexpr ModelOrder kOrders[] = {
     Order<Reader, QueueId>({"queue", "HEX[:HEX]", "queues an ID that was read while nobody polled"}, 2),
     Order<Reader, AddSample>({"sample", "TYPE:HEX:BITS", "a record of the card analyzer"}, 2),
     Order<Reader, Lack>({"lack", "HEX", "the reader has no commands that begin with this"}, 2),
+    Order<Reader, TellSights>(
+        {"seen", "", "what a person saw and heard of the reader since it was first plugged in"}, 1),
 };
 
 }  // namespace

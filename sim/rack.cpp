@@ -69,6 +69,10 @@ const Rack::Verb Rack::kVerbs[] = {
     {{"list", "", "the devices that are there"}, 1, false, &Rack::List},
     {{"reset", "", "takes every device away and counts from 1 again"}, 1, false, &Rack::Reset},
     {{"unplug", "", "takes the device away"}, 1, true, &Rack::Unplug},
+    {{"replug", "", "the same device is there again, with what it keeps without power"},
+     1,
+     true,
+     &Rack::Replug},
     {{"refuse", "N", "the Nth exchange from now on is refused; on a line the Nth byte is lost"},
      2,
      true,
@@ -142,24 +146,28 @@ bool Rack::IsTaken(const LinePlace& place) const {
 bool Rack::Plug(const Words& words, std::string& reply) {
   const auto word = ParseDevice(words[1], reply);
   if (!word) return false;
-  if (slots_.size() >= kMostDevices) return Fail(reply, words[1] + ": the rack is full; reset empties it");
+  if (IsFull()) return Fail(reply, words[1] + ": the rack is full; reset empties it");
   if (word->line && IsTaken(*word->line)) return Fail(reply, words[1] + ": there is one already");
   auto slot = std::make_unique<Slot>();
   slot->word = words[1];
   slot->model = MakeModel(*word, slots_.size() + 1);
-  if (IsKelda(*word)) {
-    slot->keyboard = std::make_shared<InertInterface>(kKeldaVid, kKeldaPid);
-    places_.push_back({slot.get(), slot->keyboard.get()});
-  }
+  slot->model->Look();
+  if (IsKelda(*word)) slot->keyboard = std::make_shared<InertInterface>(kKeldaVid, kKeldaPid);
   if (word->line) {
     slot->place = *word->line;
     slot->line = MakeLine(slot->place, slot->model);
-  } else {
-    places_.push_back({slot.get(), slot->model.get()});
   }
+  GivePlaces(*slot);
   slots_.push_back(std::move(slot));
   reply = std::to_string(slots_.size());
   return true;
+}
+
+bool Rack::IsFull() const { return slots_.size() >= kMostDevices || places_.size() + 2 > 2 * kMostDevices; }
+
+void Rack::GivePlaces(Slot& slot) {
+  if (slot.keyboard != nullptr) places_.push_back({&slot, slot.keyboard.get()});
+  if (slot.line == nullptr) places_.push_back({&slot, slot.model.get()});
 }
 
 bool Rack::List(const Words&, std::string& reply) {
@@ -181,6 +189,21 @@ bool Rack::Reset(const Words&, std::string&) {
 
 bool Rack::Unplug(const Words&, std::string&) {
   chosen_->model->Unplug();
+  return true;
+}
+
+// In a new place: what was opened before does not reach it any more.
+bool Rack::Replug(const Words&, std::string& reply) {
+  if (chosen_->Present()) return Fail(reply, "replug: the device is there");
+  if (chosen_->line != nullptr && IsTaken(chosen_->place)) return Fail(reply, "replug: its place is taken");
+  if (IsFull()) return Fail(reply, "replug: the rack is full; reset empties it");
+  for (Place& place : places_) place.left = place.left || place.slot == chosen_;
+  GivePlaces(*chosen_);
+  chosen_->GetFaults().EndVanishing();
+  chosen_->model->PlugIn();
+  chosen_->model->PowerCycle();
+  chosen_->model->Look();
+  if (chosen_->line != nullptr) chosen_->line->Empty();
   return true;
 }
 
@@ -223,10 +246,19 @@ bool Rack::Help(const Words&, std::string& reply) {
   return true;
 }
 
+std::vector<KeptDevice> Rack::Kept() const {
+  std::vector<KeptDevice> kept;
+  for (const auto& slot : slots_) {
+    kept.push_back(
+        {slot->word.substr(0, slot->word.find_first_of("@,")), slot->model->identity.serial, slot->model});
+  }
+  return kept;
+}
+
 std::vector<Rack::Interface> Rack::Present() const {
   std::vector<Interface> present;
   for (std::size_t i = 0; i < places_.size(); ++i) {
-    if (places_[i].slot->Present()) {
+    if (IsPresent(static_cast<int>(i + 1))) {
       present.push_back({static_cast<int>(i + 1), places_[i].device->Identity()});
     }
   }
@@ -240,7 +272,7 @@ const Rack::Place* Rack::Find(int number) const {
 
 bool Rack::IsPresent(int number) const {
   const Place* place = Find(number);
-  return place != nullptr && place->slot->Present();
+  return place != nullptr && !place->left && place->slot->Present();
 }
 
 const HidIdentity* Rack::Identity(int number) const {
@@ -269,6 +301,8 @@ bool Rack::SetFeature(int number, std::span<const std::uint8_t> report) {
   const Place* place = Reach(number, report);
   if (place == nullptr) return false;
   const bool done = place->device->SetFeature(report.subspan(1));
+  place->slot->model->Look();
+  for (const auto& tell : onTaken) tell(*place->slot->model, report.subspan(1));
   Note(*place, EventKind::kSet, number, report, done);
   return done;
 }
@@ -319,6 +353,8 @@ void Rack::SendBytes(int number, std::span<const std::uint8_t> bytes) {
   if (slot == nullptr) return;
   if (recording_) slot->traffic.Add(BytesEvent(EventKind::kWrite, bytes));
   slot->line->Receive(bytes);
+  slot->model->Look();
+  for (const auto& tell : onTaken) tell(*slot->model, bytes);
 }
 
 std::size_t Rack::TakeBytes(int number, std::span<std::uint8_t> bytes) {

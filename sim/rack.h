@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -12,6 +13,7 @@
 #include "sim/devices/device.h"
 #include "sim/devices/faults.h"
 #include "sim/devices/model.h"
+#include "sim/kept_state.h"
 #include "sim/line_place.h"
 #include "sim/paced_line.h"
 #include "sim/transcript.h"
@@ -23,6 +25,11 @@ class Rack {
  public:
   // False if it was not done; the reply then says why.
   bool Run(const std::string& command, std::string& reply);
+
+  // Called after a device has taken a report or bytes, before its answer is fetched.
+  std::vector<std::function<void(Model&, std::span<const std::uint8_t>)>> onTaken;
+  // Every device plugged in so far, for whoever keeps its memory.
+  [[nodiscard]] std::vector<KeptDevice> Kept() const;
 
   [[nodiscard]] bool IsEmpty() const { return slots_.empty(); }
 
@@ -74,6 +81,7 @@ class Rack {
   struct Place {
     Slot* slot;
     HidDevice* device;
+    bool left = false;  // the device was plugged in again, in another place
   };
 
   struct Verb;
@@ -83,6 +91,7 @@ class Rack {
   bool List(const Words& words, std::string& reply);
   bool Reset(const Words& words, std::string& reply);
   bool Unplug(const Words& words, std::string& reply);
+  bool Replug(const Words& words, std::string& reply);
   template <Fault kFault>
   bool ArmFault(const Words& words, std::string& reply);
   template <std::chrono::milliseconds LineManner::*kPause>
@@ -97,6 +106,9 @@ class Rack {
   bool Help(const Words& words, std::string& reply);
 
   [[nodiscard]] bool IsTaken(const LinePlace& place) const;
+  [[nodiscard]] bool IsFull() const;
+  // Where programs find the device, unless it is on a line.
+  void GivePlaces(Slot& slot);
   // Removes a leading #NUMBER from the words; false if that device does not exist.
   bool Choose(Words& words);
   [[nodiscard]] const Place* Find(int number) const;

@@ -21,6 +21,9 @@ class RackSource final : public Source {
   Outcome TakeCut(Key line) override;
   bool Run(const std::string& command, std::string& reply) override;
 
+  // For its owner, before there are programs.
+  Rack& Devices() { return rack_; }
+
  private:
   // 0 if the interface is not there.
   [[nodiscard]] int Number(Key key) const;

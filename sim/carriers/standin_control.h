@@ -15,6 +15,7 @@
 //                          it. Its serial number and LUID are made from its number, or given after commas:
 //                          plus:2@com3,serial=0400999999,luid=7
 //   unplug                 takes the device away; programs that have it open see it gone
+//   replug                 the same device is there again, with what it keeps without power
 //   card HEX:BITS          places a card on the reader, lowest byte first: card 0102:13
 //   take                   takes the card away
 //   input HEX              queues an input report, with its report ID first if the device numbers them
@@ -25,6 +26,9 @@
 //   queue HEX[:HEX]        queues an ID, lowest byte first, with the eight bytes that come after an ID
 //   sample TYPE:HEX:BITS   a record of the card analyzer, its type hexadecimal: sample 0001:01020303:26
 //   lack HEX               the firmware does not have the commands that begin with these bytes
+//   seen                   the reply is one line for each thing that a person saw or heard of the reader:
+//                          "leds green" (off, red, green, red+green, automatic: the reader's own), "relay
+//                          on", "beeper off", "beep 2 short"; on its outputs only what changed
 //   refuse N               the Nth feature-report exchange from here on is refused; on a line the Nth byte,
 //                          in either direction, is lost
 //   garble N               its bits arrive inverted

@@ -17,6 +17,11 @@ Fault Faults::Next() {
   return Fault::kNone;
 }
 
+void Faults::EndVanishing() {
+  vanished_ = false;
+  std::erase_if(armed_, [](const Armed& armed) { return armed.fault == Fault::kVanish; });
+}
+
 void Faults::ArmCommand(Effect effect, std::initializer_list<std::uint8_t> prefix, int times, Bytes answer) {
   byCommand_.push_back({effect, prefix, times, std::move(answer)});
 }

@@ -44,6 +44,8 @@ class Faults {
   // These bytes instead of the device's own answer.
   void AnswerWith(std::initializer_list<std::uint8_t> prefix, Bytes answer, int times = kAlways);
 
+  // A vanished device is back.
+  void EndVanishing();
   // Forgets every fault and starts counting again; a vanished device is back.
   void Restart() { *this = Faults{}; }
 

@@ -62,10 +62,14 @@ std::size_t FaultyLine::Take(std::span<std::uint8_t> bytes) {
 
 bool FaultyLine::TakeCut() {
   if (untilCut_ != 0U) return false;
+  Empty();
+  return true;
+}
+
+void FaultyLine::Empty() {
   untilCut_.reset();
   out_.clear();
   Silence();
-  return true;
 }
 
 }  // namespace tavlyn::sim

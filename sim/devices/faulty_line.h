@@ -22,6 +22,8 @@ class FaultyLine : public ByteDevice {
 
   // The line is cut after this many more bytes from the device; what was to follow is lost.
   void CutAfter(std::size_t bytes) { untilCut_ = bytes; }
+  // Nothing is on its way any more, in either direction.
+  void Empty();
   // This many bytes of noise go out at once.
   void Flood(std::size_t bytes);
 

@@ -32,6 +32,19 @@ void Magstripe::SetLuid(std::uint16_t luid) {
   }
 }
 
+void Magstripe::Keep(Memory& memory) {
+  MagSettings& stored = state.stored;
+  for (std::size_t i = 0; i < stored.fields.size(); ++i) {
+    const std::string name = "field-" + std::to_string(i);
+    memory.Pass(name + "-first", stored.fields[i].first);
+    memory.Pass(name + "-second", stored.fields[i].second);
+    memory.Pass(name + "-control", stored.fields[i].control);
+  }
+  memory.Pass("system", stored.system);
+  memory.Pass("leds", stored.leds);
+  if (memory.IsTaken()) PowerCycle();
+}
+
 void Magstripe::PowerCycle() {
   LoseWorkingMemory(state);
   SetCommand({});

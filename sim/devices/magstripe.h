@@ -26,8 +26,8 @@ class Magstripe final : public Model {
 
   void Swipe(const MagCard& card) { TakeSwipe(state, card); }
   void SetLuid(std::uint16_t luid) override;
-  // Working memory is lost, committed memory comes back.
-  void PowerCycle();
+  void Keep(Memory& memory) override;
+  void PowerCycle() override;
 
  private:
   bool TakeReport(Payload report) override;

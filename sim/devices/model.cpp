@@ -9,7 +9,7 @@ namespace {
 template <typename To>
 void CopyFilled(std::span<const std::uint8_t> from, To& to) {
   to.fill(0);
-  std::copy_n(from.begin(), std::min(from.size(), to.size()), to.begin());
+  if (!from.empty()) std::copy_n(from.begin(), std::min(from.size(), to.size()), to.begin());
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 
 #include "sim/devices/device.h"
 #include "sim/devices/faults.h"
+#include "sim/devices/memory.h"
 
 namespace tavlyn::sim {
 
@@ -24,9 +25,16 @@ class Model : public HidDevice {
   // What distinguishes it from others of its kind.
   virtual void SetSerial(const std::string& serial) { identity.serial = serial; }
   virtual void SetLuid(std::uint16_t luid) = 0;
+  // Passes what it keeps without power; having taken it in it starts anew.
+  virtual void Keep(Memory& memory) = 0;
+
+  // Called after anything that a program may have changed: what a person sees is noted then.
+  virtual void Look() {}
 
   void Unplug() { plugged_ = false; }
   void PlugIn() { plugged_ = true; }
+  // Working memory is lost, committed memory comes back.
+  virtual void PowerCycle() = 0;
 
   [[nodiscard]] const HidIdentity& Identity() const override { return identity; }
   bool SetFeature(std::span<const std::uint8_t> payload) final;

@@ -33,8 +33,9 @@ class Reader final : public Model {
   void PutCard(Bytes id, int bits = 0);
   void TakeCard();
   void QueueInput(Bytes report);
-  // Working memory is lost, committed memory comes back.
-  void PowerCycle();
+  void Keep(Memory& memory) override;
+  void Look() override { state.sights.Look(state.Working().blocks[2]); }
+  void PowerCycle() override;
 
   void SetSerial(const std::string& serial) override;
   void SetLuid(std::uint16_t luid) override { state.luid = state.storedLuid = luid; }

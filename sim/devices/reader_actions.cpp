@@ -150,6 +150,7 @@ bool MoveBank(ReaderState& state, std::uint8_t from, std::uint8_t to) {
 void Beep(ReaderState& state, std::uint8_t code) {
   ++state.counters.beeps;
   state.counters.lastBeep = code;
+  state.sights.HearBeep(code);
 }
 
 void Commit(ReaderState& state, std::uint8_t mask) {

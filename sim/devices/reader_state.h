@@ -12,6 +12,7 @@
 #include "sim/devices/extension_state.h"
 #include "sim/devices/faults.h"
 #include "sim/devices/reader_secure.h"
+#include "sim/devices/sights.h"
 
 namespace tavlyn::sim {
 
@@ -108,6 +109,7 @@ struct ReaderState {
   std::vector<Bytes> lacks;
 
   ReaderCounters counters;
+  Sights sights;
 
   Configuration& Active() { return configurations.at(active); }
   Settings& Working() { return Active().working; }

@@ -68,6 +68,15 @@ SonarState NewSonarState() {
 
 Sonar::Sonar(SonarState initial) : Model(SonarIdentity()), state(std::move(initial)) {}
 
+void Sonar::Keep(Memory& memory) {
+  memory.PassNumber("luid", state.luid);
+  for (std::size_t i = 0; i < kSonarPages; ++i) {
+    memory.Pass("stored-page-" + std::to_string(i), state.stored[i]);
+    memory.Pass("user-page-" + std::to_string(i), state.user[i]);
+  }
+  if (memory.IsTaken()) PowerCycle();
+}
+
 void Sonar::PowerCycle() {
   state.working = state.stored;
   state.sendsKeys = true;

@@ -65,8 +65,8 @@ class Sonar final : public Model {
   void Stand(double inches) { state.walk = Walk(inches); }
   void Go(std::vector<Leg> legs) { state.walk = Walk(std::move(legs), Now()); }
   void SetLuid(std::uint16_t luid) override { state.luid = luid; }
-  // Working memory is lost, committed memory comes back.
-  void PowerCycle();
+  void Keep(Memory& memory) override;
+  void PowerCycle() override;
 
  private:
   [[nodiscard]] std::uint64_t Now() const { return clock ? clock() : 0; }

@@ -6,8 +6,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "sim/carriers/clock/quick_time.h"
 #include "tests/boundary/library.h"
-#include "tests/boundary/quick_time.h"
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #define TAVLYN_COUNTS_ALLOCATIONS 0

@@ -4,8 +4,8 @@
 #include <utility>
 #include <vector>
 
+#include "sim/carriers/clock/quick_time.h"
 #include "tests/boundary/attended.h"
-#include "tests/boundary/quick_time.h"
 #include "tests/boundary/served_in_turn.h"
 
 namespace tavlyn::boundary {

@@ -12,7 +12,7 @@
 #include "tests/boundary/scratch_folder.h"
 #include "tests/boundary/simulated_run.h"
 #include "tests/boundary/variable.h"
-#include "tools/tavlynctl/reach/descriptor_linux.h"
+#include "tools/descriptor_linux.h"
 
 namespace tavlyn::boundary {
 namespace {
@@ -29,7 +29,7 @@ class OwnNode {
   [[nodiscard]] std::string Path() const { return ptsname(other_.Number()); }
 
  private:
-  ctl::Descriptor other_;
+  tavlyn::Descriptor other_;
 };
 
 class DeviceLocking : public testing::Test {
@@ -45,13 +45,13 @@ TEST_F(DeviceLocking, ANodeIsLockedForAllUsers) {
   const OwnNode node;
   DeviceLock lock(node.Path());
   {
-    const ctl::Descriptor theirs(open(node.Path().c_str(), O_RDONLY | O_NOCTTY | O_CLOEXEC));
+    const tavlyn::Descriptor theirs(open(node.Path().c_str(), O_RDONLY | O_NOCTTY | O_CLOEXEC));
     ASSERT_EQ(flock(theirs.Number(), LOCK_EX | LOCK_NB), 0);
     EXPECT_FALSE(lock.Try("tavlynctl volume"));
     EXPECT_FALSE(fs::exists(File(node.Path()))) << "kept although the node is not";
   }
   EXPECT_TRUE(lock.Try("tavlynctl volume"));
-  const ctl::Descriptor theirs(open(node.Path().c_str(), O_RDONLY | O_NOCTTY | O_CLOEXEC));
+  const tavlyn::Descriptor theirs(open(node.Path().c_str(), O_RDONLY | O_NOCTTY | O_CLOEXEC));
   EXPECT_NE(flock(theirs.Number(), LOCK_EX | LOCK_NB), 0);
 }
 

@@ -7,9 +7,9 @@
 #include <cstring>
 #include <thread>
 
+#include "sim/carriers/clock/quick_time.h"
 #include "tests/boundary/imports_windows.h"
 #include "tests/boundary/library.h"
-#include "tests/boundary/quick_time.h"
 
 namespace tavlyn::boundary {
 namespace {

@@ -7,9 +7,9 @@
 
 #include <array>
 
+#include "sim/carriers/clock/quick_time.h"
 #include "tests/boundary/library.h"
 #include "tests/boundary/open_handles.h"
-#include "tests/boundary/quick_time.h"
 
 namespace tavlyn::boundary {
 namespace {

@@ -5,8 +5,8 @@
 #include <cstring>
 #include <string>
 
+#include "sim/carriers/clock/quick_time.h"
 #include "tests/boundary/library.h"
-#include "tests/boundary/quick_time.h"
 
 namespace tavlyn::boundary {
 namespace {

@@ -1,8 +1,8 @@
 #include <atomic>
 #include <stdexcept>
 
+#include "sim/carriers/clock/quick_time.h"
 #include "tests/boundary/imports_windows.h"
-#include "tests/boundary/quick_time.h"
 
 namespace tavlyn::boundary {
 namespace {

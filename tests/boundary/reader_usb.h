@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "sim/carriers/clock/quick_time.h"
 #include "tests/boundary/library.h"
-#include "tests/boundary/quick_time.h"
 
 namespace tavlyn::boundary {
 

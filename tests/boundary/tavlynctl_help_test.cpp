@@ -46,12 +46,13 @@ TEST_F(TavlynctlHelp, WithoutACommandItIsJsonToo) {
 
 TEST_F(TavlynctlHelp, HasExamples) {
   const std::string all = RunLine(kCtl + " --help").out;
-  EXPECT_TRUE(Holds(all, "\n  Example: tavlynctl range --watch --count 10\n\nFor experts:\n")) << all;
+  EXPECT_TRUE(Holds(all, "\n  Example: tavlynctl range --watch --count 10\n\nMany machines:\n")) << all;
   EXPECT_TRUE(Holds(all, "\n  Example: tavlynctl analyzer start\n")) << all;
   EXPECT_FALSE(Holds(RunLine(kCtl + " config --help").out, "Example: \n"));
   EXPECT_TRUE(Holds(RunLine(kCtl + " config set --help").out,
                     "Example: tavlynctl config set bBeepID=off iIDHoldTO=1.5s --dry-run\n"));
   EXPECT_TRUE(Holds(RunLine(kCtl + " ble --help").out, "Example: tavlynctl ble status\n"));
+  EXPECT_FALSE(Holds(RunLine(kCtl + " fleet --help").out, "Example: tavlynctl list\n"));
 }
 
 TEST_F(TavlynctlHelp, SuggestsWhatIsBelowACommand) {

@@ -37,6 +37,19 @@ TEST_F(TavlynsimServe, SeveralProgramsSeeTheSameDevices) {
   EXPECT_TRUE(Holds(ended.out, "\"inches\": 44")) << ended.out;
 }
 
+TEST_F(TavlynsimServe, WaitsUntilSomethingWasSeen) {
+  const Ended ended = Shell(
+      kBegin +
+      "--device reader --device sonar)\"\n$sim wait --device 1 --seen 'relay on' --seen 'beep 2 long' & "
+      "$ctl beep 2 --long; $ctl relay on; $ctl beep 2 --long; wait $!; echo $?\n"
+      "$sim wait --device 1 --seen 'relay on' --seen 'relay off' --seconds 0.02; echo $?\n"
+      "$sim wait --seen 'relay on'; echo $?");
+  EXPECT_TRUE(Holds(ended.out, "\n0\n123\n1\n")) << ended.out;
+  EXPECT_EQ(ended.err,
+            "tavlynsim: not seen: relay off; seen:\n  beep 2 long\n  relay on\n  beep 2 long\n"
+            "tavlynsim: seen: not for a sonar\n");
+}
+
 TEST_F(TavlynsimServe, WhatProgramsNeedIsPrinted) {
   const Ended ended = Shell(
       "mkdir \"it's here\"; eval \"$($sim serve --background --serial COM3 --socket \"it's "

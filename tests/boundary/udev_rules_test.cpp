@@ -24,7 +24,7 @@ std::string Named(unsigned vid, unsigned pid) {
 // A rule names identities and gives access to them, nothing else; a line of another form is not understood.
 Identities OfRule(const std::string& line) {
   static const std::regex form(
-      R"re(KERNEL=="hidraw\*", ATTRS\{idVendor\}=="(\w{4})", ATTRS\{idProduct\}=="([\w|]+)", TAG\+="uaccess")re");
+      R"re(KERNEL=="hidraw\*", ATTRS\{idVendor\}=="(\w{4})", ATTRS\{idProduct\}=="([\w|]+)", TAG\+="uaccess", TAG\+="tavlyn")re");
   std::smatch parts;
   if (!std::regex_match(line, parts, form)) return {"not understood: " + line};
   Identities all;

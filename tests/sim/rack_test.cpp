@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <vector>
@@ -246,16 +247,108 @@ TEST_F(RackTest, ACardHasNoMoreBitsThanBytes) {
   Do("card 0102:16");
 }
 
+// The power goes after the first of two blocks was committed.
+TEST_F(RackTest, AReplugBringsBackWhatWasCommitted) {
+  Do("plug reader");
+  const auto write = [&](std::uint8_t block, std::uint8_t byte) {
+    const std::uint8_t command = 0x80 | block;
+    const std::vector<std::uint8_t> announced{0, command, 0, 0, 0, 0, 0, 0, 0};
+    const std::vector<std::uint8_t> data{0, byte, 0, 0, 0, 0, 0, 0, 0};
+    return rack_.SetFeature(1, announced) && rack_.SetFeature(1, data);
+  };
+  EXPECT_EQ(Refused("replug"), "replug: the device is there");
+  const std::vector<std::uint8_t> before = Ask(1, 0, 0x81);
+  EXPECT_TRUE(write(0, 7));
+  Ask(1, 0, 0x90, 0x03);
+  Do("vanish 2");
+  EXPECT_FALSE(write(1, 9));
+  EXPECT_EQ(Do("list"), "");
+  Do("replug");
+  EXPECT_EQ(Do("list"), "1 7A31:3BFA reader\n");
+  EXPECT_TRUE(Ask(1, 0, 0x80).empty()) << "whoever had it open has to open it again";
+  ASSERT_EQ(rack_.Present().size(), 1U);
+  EXPECT_EQ(rack_.Present()[0].number, 2);
+  EXPECT_EQ(Ask(2, 0, 0x80)[1], 7);
+  EXPECT_EQ(Ask(2, 0, 0x81), before);
+}
+
+// The power goes at each report of a write, and then after it.
+TEST_F(RackTest, AWriteThatLosesPowerLeavesWhatWasCommitted) {
+  const struct Write {
+    const char* device;
+    std::vector<Bytes> reports;
+    Bytes question;
+    std::uint8_t last = 0;  // of each report
+  } kWrites[] = {
+      {"plus:2", {{0x82}, {8, 2}, {0x83}, {1, 2, 3}, {0x90, 0x0C}}, {0x82}},
+      {"sonar", {{0x85}, {7, 7}, {0x80}, {2, 90}, {0x90, 0x21}}, {0x85}},
+      {"magstripe", {{'F', 'R'}, {'S', 'L', '0', '1', '2', '0', '3'}, {'F', 'W'}}, {'G', 'L', '0'}, '\r'},
+  };
+  for (const Write& write : kWrites) {
+    int number = 1;
+    const auto send = [&](const Bytes& bytes) {
+      Bytes report(rack_.Identity(number)->featureBytes + 1);
+      std::copy(bytes.begin(), bytes.end(), report.begin() + 1);
+      report.back() = write.last;
+      return rack_.SetFeature(number, report);
+    };
+    const auto answer = [&] {
+      Bytes report(rack_.Identity(number)->featureBytes + 1);
+      EXPECT_TRUE(send(write.question) && rack_.GetFeature(number, report)) << write.device;
+      return report;
+    };
+    for (std::size_t lost = 0; lost <= write.reports.size(); ++lost) {
+      Do("reset");
+      number = 1;
+      Do(std::string("plug ") + write.device);
+      const Bytes before = answer();
+      Do("vanish " + std::to_string(lost + 1));
+      for (std::size_t i = 0; i < write.reports.size(); ++i) EXPECT_EQ(send(write.reports[i]), i < lost);
+      EXPECT_FALSE(send(write.question));
+      Do("replug");
+      number = 2;
+      EXPECT_EQ(answer() == before, lost < write.reports.size()) << write.device << " at report " << lost;
+    }
+  }
+}
+
+TEST_F(RackTest, ALineThatLostPowerHasNothingOnItsWay) {
+  Do("plug reader@com3");
+  const std::vector<std::uint8_t> ping{0xFA, 0x04, 0xED, 0xED, 4};
+  std::vector<std::uint8_t> answer(64);
+  rack_.SendBytes(1, ping);
+  const std::size_t whole = rack_.TakeBytes(1, answer);
+  ASSERT_GT(whole, 0U);
+  rack_.SendBytes(1, ping);
+  Do("vanish 2");
+  rack_.SendBytes(1, ping);
+  EXPECT_TRUE(rack_.Lines().empty());
+  Do("replug");
+  EXPECT_EQ(rack_.TakeBytes(1, answer), 0U);
+  rack_.SendBytes(1, ping);
+  EXPECT_EQ(rack_.TakeBytes(1, answer), whole);
+}
+
+TEST_F(RackTest, AReplugNeedsItsPlace) {
+  Do("plug reader@COM3");
+  Do("unplug");
+  Do("plug reader@COM3");
+  EXPECT_EQ(Refused("#1 replug"), "replug: its place is taken");
+  Do("#2 unplug");
+  Do("#1 replug");
+  EXPECT_EQ(Do("list"), "1 COM3 reader@COM3\n");
+}
+
 TEST_F(RackTest, HelpTellsEveryCommand) {
   const std::string help = "\n" + Do("help");
   for (const char* command :
-       {"card HEX:BITS ", "take ",   "input ",       "swipe ",   "range ", "walk ",   "queue ",
-        "sample ",        "lack ",   "plug DEVICE ", "list ",    "reset ", "unplug ", "refuse N ",
-        "garble ",        "vanish ", "drop ",        "late ",    "delay ", "slow ",   "cut ",
-        "flood ",         "heal ",   "exchanges ",   "traffic ", "clear ", "record ", "help "}) {
+       {"card HEX:BITS ", "take ",        "input ", "swipe ",  "range ",  "walk ",     "queue ",  "sample ",
+        "lack ",          "plug DEVICE ", "list ",  "reset ",  "unplug ", "refuse N ", "garble ", "vanish ",
+        "drop ",          "late ",        "delay ", "slow ",   "cut ",    "flood ",    "replug ", "heal ",
+        "exchanges ",     "traffic ",     "clear ", "record ", "help ",   "seen "}) {
     EXPECT_NE(std::string::npos, help.find("\n" + std::string(command))) << command;
   }
-  EXPECT_EQ(std::count(help.begin(), help.end(), '\n'), 29);
+  EXPECT_EQ(std::count(help.begin(), help.end(), '\n'), 31);
 }
 
 TEST_F(RackTest, WhatTheReaderKeepsIsLaidIn) {
@@ -275,6 +368,36 @@ TEST_F(RackTest, WhatTheReaderKeepsIsLaidIn) {
   }
   EXPECT_NE(Refused("queue " + std::string(66, '0')), "");
   EXPECT_NE(Refused("queue 00:" + std::string(18, '0')), "");
+}
+
+TEST_F(RackTest, WhatAPersonSeesIsTold) {
+  Do("plug reader");
+  EXPECT_EQ(Do("seen"), "");
+  const auto show = [&](std::uint8_t switches, std::uint8_t leds) {
+    EXPECT_TRUE(rack_.SetFeature(1, std::vector<std::uint8_t>{0, 0x82, 0, 0, 0, 0, 0, 0, 0}));
+    EXPECT_TRUE(rack_.SetFeature(1, std::vector<std::uint8_t>{0, switches, leds, 0, 0, 0, 0, 0, 0}));
+  };
+  show(0x06, 0x02);
+  show(0x06, 0x02);
+  Ask(1, 0, 0x8C, 0x03, 0x83);
+  show(0x09, 0x02);
+  show(0x00, 0x00);
+  Ask(1, 0, 0x8C, 0x03, 2);
+  show(0x04, 0x00);
+  Do("unplug");
+  Do("replug");
+  EXPECT_EQ(Do("seen"),
+            "leds green\nrelay on\nbeep 3 long\nleds red\nrelay off\nbeeper on\nleds automatic\nbeeper off\n"
+            "beep 2 short\nrelay on\nrelay off\n");
+  Do("plug magstripe");
+  EXPECT_EQ(Refused("seen"), "seen: not for a magstripe");
+}
+
+TEST_F(RackTest, OverALineTheSameIsSeen) {
+  Do("plug reader@com3:ascii");
+  const std::string command = "rfid:out.relay=1\r";
+  rack_.SendBytes(1, std::vector<std::uint8_t>(command.begin(), command.end()));
+  EXPECT_EQ(Do("seen"), "relay on\n");
 }
 
 TEST_F(RackTest, LinesAreListedByTheirPlace) {

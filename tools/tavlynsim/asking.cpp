@@ -24,6 +24,8 @@ struct AskOptions {
   bool json = false;
   std::vector<std::string> lines;
   double seconds = 10;
+  std::vector<std::string> seen;
+  unsigned device = 0;  // the last one
 };
 
 constexpr int kLongestWait = 86'400;
@@ -94,16 +96,52 @@ int Do(const AskOptions& options) {
   return 0;
 }
 
+// How many of what is to be seen, one after the other, are among the lines of a reply.
+std::size_t CountSeen(const std::string& reply, const std::vector<std::string>& wanted) {
+  std::istringstream lines(reply);
+  std::size_t count = 0;
+  for (std::string line; count < wanted.size() && std::getline(lines, line);) count += line == wanted[count];
+  return count;
+}
+
+int TellUnseen(const std::string& missing, const std::string& reply) {
+  std::fputs(("tavlynsim: not seen: " + missing + "; seen:\n").c_str(), stderr);
+  std::istringstream lines(reply);
+  for (std::string line; std::getline(lines, line);) PrintLine(stderr, "  " + line);
+  return kNotMet;
+}
+
+// Whether the devices are there, and everything was seen, or this was the last look.
+bool IsOver(const AskOptions& options, bool last, int& status) {
+  Simulator simulator(options.socket);
+  const bool looks = !options.seen.empty();
+  const std::string line = options.device == 0 ? "seen" : "#" + std::to_string(options.device) + " seen";
+  wire::Message message;
+  if (looks) message.body.assign(line.begin(), line.end());
+  if (!simulator.Ask(looks ? wire::Op::kRun : wire::Op::kVariables, message)) {
+    if (last) status = Fail(kCannotSimulate, simulator.Problem());
+    return last;
+  }
+  const std::string reply(message.body.begin(), message.body.end());
+  if (looks && !IsDone(message)) {
+    status = Fail(kBadUsage, reply);
+    return true;
+  }
+  const std::size_t count = CountSeen(reply, options.seen);
+  status = 0;
+  if (count == options.seen.size()) return true;
+  if (last) status = TellUnseen(options.seen[count], reply);
+  return last;
+}
+
 int Wait(const AskOptions& options) {
-  std::string problem;
-  for (int left = static_cast<int>(options.seconds * 1000);; left -= kStepMs) {
-    Simulator simulator(options.socket);
-    wire::Message message;
-    if (simulator.Ask(wire::Op::kVariables, message)) return 0;
-    if (left <= 0) return Fail(kCannotSimulate, simulator.Problem());
+  int status = 0;
+  for (int left = static_cast<int>(options.seconds * 1000); !IsOver(options, left <= 0, status);
+       left -= kStepMs) {
     std::vector<pollfd> none;
     net::Poll(none, kStepMs);
   }
+  return status;
 }
 
 int Stop(const AskOptions& options) {
@@ -132,11 +170,16 @@ constexpr Asking kAskings[] = {
        command.add_option("LINE", options.lines, "A typed command, such as 'card 0102:13'; help lists them")
            ->required();
      }},
-    {"wait", "Wait until tavlynsim serve has its devices", Wait,
+    {"wait", "Wait until there are devices, or until something was seen of a reader", Wait,
      [](CLI::App& command, AskOptions& options) {
        command.add_option("--seconds", options.seconds, "How long at most (10)")
            ->type_name("S")
            ->check(Seconds(kLongestWait));
+       command
+           .add_option("--seen", options.seen, "A line that seen prints; if repeated, one after the other")
+           ->type_name("LINE")
+           ->allow_extra_args(false);
+       command.add_option("--device", options.device, "Of this device, from 1 (the last)")->type_name("N");
      }},
     {"stop", "End tavlynsim serve", Stop, [](CLI::App&, AskOptions&) {}},
 };

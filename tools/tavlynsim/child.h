@@ -28,10 +28,15 @@ class Child {
   // For the owner's loop: what to poll, and after how many milliseconds to return in any case; below 0 means
   // no limit.
   void AddTo(std::vector<pollfd>& polled) const;
-  [[nodiscard]] static int TurnMs();
+  [[nodiscard]] int TurnMs() const;
   // Passes on requests to end the command, and returns its exit status once it has ended. Without a command
   // such a request ends tavlynsim.
   std::optional<int> TakeSignals();
+
+  // Once; it has some seconds, then it is killed. Nothing without a command.
+  void AskToEnd();
+  // Whether a command that was asked to end ends with this status.
+  [[nodiscard]] static bool IsEndAsked(int status);
 
  private:
   struct System;

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 
@@ -12,6 +13,11 @@
 
 namespace tavlyn::sim {
 namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::seconds kPatienceToEnd{5};
+constexpr int kAskedTurnMs = 100;
 
 sigset_t HeldSignals() {
   sigset_t held;
@@ -47,6 +53,7 @@ void EmptyInput() {
 struct Child::System {
   pid_t pid = -1;
   int signals = -1;
+  std::optional<Clock::time_point> patience;  // until it is killed, once it was asked to end
 };
 
 Child::Child() : system_(std::make_unique<System>()) {}
@@ -80,7 +87,7 @@ bool Child::Start(const std::vector<std::string>& command, const Variables& vari
 
 void Child::AddTo(std::vector<pollfd>& polled) const { polled.push_back({system_->signals, POLLIN, 0}); }
 
-int Child::TurnMs() { return -1; }
+int Child::TurnMs() const { return system_->patience ? kAskedTurnMs : -1; }
 
 std::optional<int> Child::TakeSignals() {
   signalfd_siginfo signal;
@@ -91,9 +98,20 @@ std::optional<int> Child::TakeSignals() {
     if (pid < 0 && signal.ssi_signo != SIGCHLD) return kSignalled + static_cast<int>(signal.ssi_signo);
     if (signal.ssi_signo != SIGCHLD && !byTerminal) kill(pid, static_cast<int>(signal.ssi_signo));
   }
+  if (pid > 0 && system_->patience && Clock::now() >= *system_->patience) kill(pid, SIGKILL);
   int status = 0;
   if (pid < 0 || waitpid(pid, &status, WNOHANG) != pid) return std::nullopt;
   return WIFSIGNALED(status) ? kSignalled + WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+void Child::AskToEnd() {
+  if (system_->pid < 0 || system_->patience) return;
+  kill(system_->pid, SIGTERM);
+  system_->patience = Clock::now() + kPatienceToEnd;
+}
+
+bool Child::IsEndAsked(int status) {
+  return status == kSignalled + SIGTERM || status == kSignalled + SIGKILL;
 }
 
 }  // namespace tavlyn::sim

@@ -121,7 +121,7 @@ bool Child::Start(const std::vector<std::string>& command, const Variables& vari
 
 void Child::AddTo(std::vector<pollfd>&) const {}
 
-int Child::TurnMs() { return kTurnMs; }
+int Child::TurnMs() const { return kTurnMs; }
 
 std::optional<int> Child::TakeSignals() {
   if (system_->process == nullptr) return stopAsked != 0 ? std::optional(kInterrupted) : std::nullopt;
@@ -130,5 +130,12 @@ std::optional<int> Child::TakeSignals() {
   GetExitCodeProcess(system_->process, &status);
   return static_cast<int>(status);
 }
+
+// There is nothing to ask a program with that has no window.
+void Child::AskToEnd() {
+  if (system_->process != nullptr) TerminateProcess(system_->process, kInterrupted);
+}
+
+bool Child::IsEndAsked(int status) { return status == kInterrupted; }
 
 }  // namespace tavlyn::sim

@@ -10,6 +10,7 @@
 #include "tools/printable.h"
 #include "tools/tavlynsim/asking.h"
 #include "tools/tavlynsim/run.h"
+#include "tools/tavlynsim/scenario/check.h"
 #include "tools/tavlynsim/serve.h"
 #include "tools/terminal.h"
 
@@ -59,11 +60,13 @@ std::function<int()> AddCommands(CLI::App& app) {
   const auto run = AddRun(app);
   const auto serve = AddServe(app);
   const auto ask = AddAsking(app);
+  const auto check = AddCheck(app);
   app.add_subcommand("devices", "List what can be simulated");
   AddCommonWords(app, [] { return std::string(kProgram) + " " TAVLYN_VERSION; });
-  return [&app, run, serve, ask] {
+  return [&app, run, serve, ask, check] {
     if (app.got_subcommand("devices")) return ShowKinds();
     if (app.got_subcommand("run")) return run();
+    if (app.got_subcommand("check")) return check();
     return app.got_subcommand("serve") ? serve() : ask();
   };
 }

@@ -45,6 +45,12 @@ class Desk final : public Source {
   Outcome TakeCut(Key line) override { return devices_->TakeCut(line); }
   bool Run(const std::string& command, std::string& reply) override { return devices_->Run(command, reply); }
 
+  // That of simulated devices, before they are recorded; null if there are others.
+  [[nodiscard]] Rack* Simulated() const {
+    auto* source = dynamic_cast<RackSource*>(devices_.get());
+    return source != nullptr ? &source->Devices() : nullptr;
+  }
+
  private:
   static constexpr bool AsksForId(std::uint8_t command) { return command == 0x8F || command == 0x8D; }
 

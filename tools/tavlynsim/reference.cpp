@@ -6,7 +6,10 @@ namespace {
 constexpr ExitStatus kStatuses[] = {
     {"0", "Done; serve ends so after a signal, too."},
     {"0 to 255", "run: that of COMMAND, or 128 plus the number of the signal that ended it."},
-    {"1", "Wrong command line, or a typed command that failed."},
+    {"1", "Wrong command line or scenario, or a typed command that failed."},
+    {"123",
+     "What the scenario expects was not met, though COMMAND ended with 0; wait: something was not seen in "
+     "time."},
     {"125", "The devices cannot be simulated, or no tavlynsim serve is there."},
     {"126", "COMMAND cannot be run."},
     {"127", "There is no such COMMAND."},
@@ -31,6 +34,11 @@ constexpr Example kExamples[] = {
      "--socket "
      "there)\"; tavlynctl list; tavlynsim stop; rm printed",
      "Started in one place, used in another."},
+    {"wait",
+     "eval \"$(tavlynsim serve --background)\"; tavlynctl relay on; tavlynsim wait --seen 'relay on'; "
+     "tavlynsim "
+     "stop",
+     "What a program did with the reader."},
     {"devices", "tavlynsim devices", "What can be simulated."},
 };
 

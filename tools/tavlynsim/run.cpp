@@ -8,6 +8,7 @@
 #include "tools/printable.h"
 #include "tools/tavlynsim/simulation.h"
 #include "tools/tavlynsim/simulation_words.h"
+#include "tools/tavlynsim/speed.h"
 
 namespace tavlyn::sim {
 namespace {
@@ -20,6 +21,8 @@ struct RunOptions {
 int Run(RunOptions& options) {
   if (options.command.empty())
     return Fail(kBadUsage, "COMMAND is missing; tavlynsim serve has devices for programs started elsewhere");
+  if (const std::string problem = TakeSpeed(options.simulation.speed); !problem.empty())
+    return Fail(kCannotSimulate, problem);
   Complete(options.simulation);
   Simulation simulation(options.simulation);
   const int status = simulation.Begin();

@@ -14,6 +14,7 @@ inline constexpr const char* kProgram = "tavlynsim";
 
 // tavlynsim's own exit statuses; otherwise the status is the command's.
 inline constexpr int kBadUsage = 1;
+inline constexpr int kNotMet = 123;  // what a scenario expects
 inline constexpr int kCannotSimulate = 125;
 inline constexpr int kCannotRun = 126;
 inline constexpr int kNotFound = 127;

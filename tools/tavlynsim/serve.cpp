@@ -13,6 +13,7 @@
 #include "tools/tavlynsim/run.h"
 #include "tools/tavlynsim/simulation.h"
 #include "tools/tavlynsim/simulation_words.h"
+#include "tools/tavlynsim/speed.h"
 #include "tools/tavlynsim/standins.h"
 
 namespace tavlyn::sim {
@@ -80,6 +81,8 @@ int ServeHere(const ServeOptions& options, const Companion& companion, Backgroun
 
 int Serve(ServeOptions& options) {
   if (const std::string problem = WhyNot(options); !problem.empty()) return Fail(kBadUsage, problem);
+  if (const std::string problem = TakeSpeed(options.simulation.speed); !problem.empty())
+    return Fail(kCannotSimulate, problem);
   if (options.background) options.simulation.interactive = false;
   Complete(options.simulation);
   OutliveReaders();

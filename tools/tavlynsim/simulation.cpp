@@ -10,7 +10,10 @@
 #include "sim/carriers/wire.h"
 #include "tools/printable.h"
 #include "tools/tavlynsim/record/devices.h"
+#include "tools/tavlynsim/record/files.h"
 #include "tools/tavlynsim/run.h"
+#include "tools/tavlynsim/scenario/results.h"
+#include "tools/tavlynsim/speed.h"
 #include "tools/tavlynsim/standins.h"
 
 namespace tavlyn::sim {
@@ -43,6 +46,8 @@ Simulation::Simulation(const SimulationOptions& options)
       lines_(desk_, options.exposed),
       typed_(desk_, *options.interactive) {}
 
+Simulation::~Simulation() { LeaveClock(options_.speed); }
+
 int Simulation::Begin(const std::string& place) {
   if (const int status = Prepare(); status != 0) return status;
   std::string problem;
@@ -57,7 +62,8 @@ int Simulation::Accompany(const std::vector<std::string>& command) {
   }
   std::optional<int> status;
   while (!status) status = Turn(nullptr);
-  return *status;
+  // The end of the scenario is no failure of the command.
+  return Kept(play_ && play_->IsOver() && Child::IsEndAsked(*status) ? 0 : *status);
 }
 
 int Simulation::Offer() {
@@ -75,9 +81,47 @@ int Simulation::Offer() {
 // Being ended by a signal is the usual end and no failure.
 int Simulation::Serve(const Companion& companion) {
   while (!server_.IsToEnd() && !companion.HasEnded()) {
-    if (Turn(&companion)) break;
+    if (Turn(&companion) || (play_ && play_->IsOver())) break;
   }
-  return 0;
+  return Kept(0);
+}
+
+int Simulation::Kept(int status) {
+  std::string problem;
+  if (!options_.state.empty() && !state_.IsKept(problem)) return Fail(kCannotSimulate, problem);
+  return play_ ? Judged(status) : status;
+}
+
+int Simulation::Judged(int status) {
+  const std::vector<Verdict> verdicts = play_->Finish();
+  const int unmet = TellVerdicts(options_.scenario, verdicts);
+  if (!options_.junit.empty()) {
+    const std::string problem = WriteWhole(options_.junit, JunitText(options_.scenario, verdicts));
+    if (!problem.empty()) return Fail(kCannotSimulate, options_.junit + ": " + problem);
+  }
+  return status == 0 && unmet > 0 ? kNotMet : status;
+}
+
+bool Simulation::PlugScenario() {
+  if (options_.scenario.empty()) return true;
+  std::vector<std::string> problems;
+  auto scenario = ReadScenario(options_.scenario, problems);
+  for (const std::string& problem : problems) Tell(kProgram, problem);
+  if (!scenario) return false;
+  std::vector<Mistake> none;
+  ScenarioModels models = PlugAll(*scenario, *desk_.Simulated(), none);
+  play_.emplace(desk_, *std::move(scenario), std::move(models));
+  desk_.Simulated()->onTaken.emplace_back(
+      [this](const Model& model, std::span<const std::uint8_t> command) { play_->NoteSent(model, command); });
+  return true;
+}
+
+bool Simulation::Plug(std::string& problem) {
+  for (const std::string& device : options_.devices) {
+    if (IsSimulated(device) && !desk_.Run("plug " + device, problem)) return false;
+  }
+  announcement_ = Announcement(desk_);
+  return true;
 }
 
 // Plugs the devices in and checks the cards.
@@ -85,9 +129,10 @@ int Simulation::Prepare() {
   std::string reply;
   desk_.Run("record off", reply);  // a long run would fill the memory
   if (!PutOtherDevices(desk_, options_.devices, reply)) return Fail(kCannotSimulate, reply);
-  for (const std::string& device : options_.devices) {
-    if (IsSimulated(device) && !desk_.Run("plug " + device, reply)) return Fail(kBadUsage, reply);
-    if (!announcement_) announcement_ = Announcement(desk_);
+  if (!Plug(reply)) return Fail(kBadUsage, reply);
+  if (!PlugScenario()) return kBadUsage;
+  if (!options_.state.empty() && !state_.Keep(options_.state, desk_.Simulated(), reply)) {
+    return Fail(kCannotSimulate, reply);
   }
   desk_.announces = !announcement_->empty();
   script_.emplace(desk_, options_.timetable, *announcement_);
@@ -96,13 +141,17 @@ int Simulation::Prepare() {
     if (!desk_.Run(order, reply)) return Fail(kBadUsage, reply);
   }
   if (!BeginRecording(desk_, options_.recording, reply)) return Fail(kCannotSimulate, reply);
-  desk_.onAsked = [this] { script_->Begin(); };
+  desk_.onAsked = [this] {
+    script_->Begin();
+    if (play_) play_->NoteAsked();
+  };
   if (!child_.HoldSignals()) return Fail(kCannotSimulate, std::strerror(errno));
   return 0;
 }
 
 // Makes the devices visible, and sets the variables by which programs see them.
 bool Simulation::Show(const std::string& place, std::string& problem) {
+  AddClock(options_.speed, needed_);
   const bool onKernel = options_.carrier != Carrier::kHidapi;
   if (onKernel && !kernel_.Start(options_.carrier, problem)) return false;
   if (!server_.Open(place, problem)) return false;
@@ -147,11 +196,20 @@ std::optional<Variables> Simulation::NeededFor(const LinePlace& place, std::stri
 }
 
 int Simulation::PollTime(const Companion* companion) const {
-  int time = Shorter(PollTimeout(lines_.NextDue()), Child::TurnMs());
+  int time = Shorter(PollTimeout(lines_.NextDue()), child_.TurnMs());
   if (options_.carrier != Carrier::kHidapi) time = Shorter(time, kKernelPollMs);
   if (companion != nullptr) time = Shorter(time, companion->TurnMs());
-  if (const auto next = script_->UntilNext()) time = Shorter(time, static_cast<int>(next->count()));
+  const auto shorten = [&](std::optional<std::chrono::milliseconds> next) {
+    if (next) time = Shorter(time, static_cast<int>(next->count()));
+  };
+  shorten(script_->UntilNext());
+  if (play_) shorten(play_->UntilNext());
   return time;
+}
+
+void Simulation::PlayOn() {
+  play_->Step();
+  if (play_->IsOver()) child_.AskToEnd();
 }
 
 std::optional<int> Simulation::Turn(const Companion* companion) {
@@ -167,6 +225,7 @@ std::optional<int> Simulation::Turn(const Companion* companion) {
   // What was typed before the command ended is still run.
   if (status && !net::Poll(polled, 0)) return status;
   script_->Step();
+  if (play_) PlayOn();
   typed_.Serve(polled);
   server_.Serve(polled);
   kernel_.Serve();

@@ -11,9 +11,11 @@
 #include "tools/tavlynsim/environment.h"
 #include "tools/tavlynsim/kernel_show.h"
 #include "tools/tavlynsim/line_show.h"
+#include "tools/tavlynsim/scenario/play.h"
 #include "tools/tavlynsim/script.h"
 #include "tools/tavlynsim/server.h"
 #include "tools/tavlynsim/simulation_words.h"
+#include "tools/tavlynsim/state_file.h"
 #include "tools/tavlynsim/typed_lines.h"
 
 namespace tavlyn::sim {
@@ -21,6 +23,9 @@ namespace tavlyn::sim {
 class Simulation {
  public:
   explicit Simulation(const SimulationOptions& options);
+  ~Simulation();
+  Simulation(const Simulation&) = delete;
+  Simulation& operator=(const Simulation&) = delete;
 
   // Plugs the devices in and makes them visible. place: of the socket, see Server. 0, or an exit status, when
   // the reason has been told.
@@ -38,6 +43,13 @@ class Simulation {
 
  private:
   int Prepare();
+  bool Plug(std::string& problem);
+  // Those of the scenario; false if it cannot be played, which has been told.
+  bool PlugScenario();
+  // The status, unless the memory of the devices could not be kept, or the scenario was not met.
+  int Kept(int status);
+  int Judged(int status);
+  void PlayOn();
   bool Show(const std::string& place, std::string& problem);
   bool ShowHid(std::string& problem);
   bool ShowLines(std::string& problem);
@@ -50,6 +62,7 @@ class Simulation {
   Desk desk_;
   std::optional<std::string> announcement_;  // set once the first device is there
   std::optional<Script> script_;
+  std::optional<Play> play_;
   Server server_;
   KernelShow kernel_;
   LineShow lines_;
@@ -58,6 +71,7 @@ class Simulation {
   Variables needed_;
   std::string ports_;  // the folder of the serial ports
   std::vector<std::string> preload_;
+  StateFile state_;  // let go before whoever stopped this learns that it has ended
 };
 
 }  // namespace tavlyn::sim

@@ -5,6 +5,7 @@
 
 #include "sim/line_place.h"
 #include "tools/command_line.h"
+#include "tools/tavlynsim/speed.h"
 #include "tools/terminal.h"
 
 namespace tavlyn::sim {
@@ -37,6 +38,19 @@ void AddLines(CLI::App& run, std::vector<std::string>& devices) {
       "A reader as a bulk device for libusb-0.1: --device reader@bulk");
 }
 
+void AddScenario(CLI::App& run, SimulationOptions& options) {
+  auto* scenario =
+      run.add_option("--scenario", options.scenario,
+                     "Devices, what happens to them, and what is expected of the program, as this file says")
+          ->type_name("FILE");
+  for (const char* other : {"--device", "--serial", "--ascii", "--ethernet", "--bulk", "--card"}) {
+    scenario->excludes(run.get_option(other));
+  }
+  run.add_option("--junit", options.junit, "Write what came of the scenario to this file, for a CI system")
+      ->type_name("FILE")
+      ->needs(scenario);
+}
+
 }  // namespace
 
 void AddSimulationWords(CLI::App& run, SimulationOptions& options) {
@@ -66,7 +80,17 @@ void AddSimulationWords(CLI::App& run, SimulationOptions& options) {
   run.add_flag("--repeat", options.timetable.repeat, "Begin again after the last card");
   run.add_flag("--interactive,!--no-interactive", options.interactive,
                "Take commands from standard input, or do not (default: on a terminal)");
+  AddScenario(run, options);
+  auto* speed = run.add_option("--speed", options.speed,
+                               "Time for the program and the devices goes so many times as fast, 1 to 1000; "
+                               "max: sleeping takes no time")
+                    ->type_name("N")
+                    ->check(SpeedProblem);
   AddRecordingWords(run, options.recording);
+  run.add_option(
+         "--state", options.state,
+         "Keep in this file, from run to run, what the devices keep without power; made if it is not there")
+      ->type_name("FILE");
   run.add_option_function<std::string>(
          "--carrier",
          [&options](const std::string& word) {
@@ -78,12 +102,13 @@ void AddSimulationWords(CLI::App& run, SimulationOptions& options) {
          "(modprobe uhid) and the right to open it. vhci: they are whole USB devices of this machine; needs "
          "vhci_hcd (modprobe vhci-hcd) and root")
       ->check(OneOf({"hidapi", "uhid", "vhci"}))
+      ->excludes(speed)
       ->option_text("WORD");
 }
 
 void Complete(SimulationOptions& options) {
   options.devices.insert(options.devices.end(), options.lines.begin(), options.lines.end());
-  if (options.devices.empty()) options.devices.emplace_back("reader");
+  if (options.devices.empty() && options.scenario.empty()) options.devices.emplace_back("reader");
   options.interactive = options.interactive.value_or(InputIsTerminal());
 }
 

@@ -20,6 +20,10 @@ struct SimulationOptions {
   std::vector<std::string> lines;   // devices given by the short options
   std::vector<std::string> orders;  // commands of the rack, run before any program
   Timetable timetable;
+  std::string speed;  // empty: that of the machine
+  std::string scenario;
+  std::string junit;
+  std::string state;  // the file that keeps the memory of the devices
   Carrier carrier = Carrier::kHidapi;
   RecordingOptions recording;
   bool exposed = false;             // to the network, beyond the loopback

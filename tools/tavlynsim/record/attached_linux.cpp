@@ -20,7 +20,7 @@ struct Pair {
 };
 
 constexpr Pair kOurs[] = {
-#define TAVLYN_PAIR(vid, pid) {0x##vid, 0x##pid},
+#define TAVLYN_PAIR(kind, vid, pid) {0x##vid, 0x##pid},
 #define TAVLYN_ROW(vid, pid, vendor, filter) {0x##vid, 0x##pid},
 #include "hid/identities.inc"
 };

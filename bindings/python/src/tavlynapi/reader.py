@@ -122,6 +122,8 @@ class Reader(Device):
 
     def relay(self, on: bool, store: bool = False) -> None:
         """Switches the relay; store as for leds()."""
+        if on not in (True, False):
+            raise TypeError(f"a relay is switched by True or False, not by {on!r}")
         with self.active():
             record: records.tsBprRlyCtrl = read(BPRRLYCTRL)
             record.iRelayState = int(on)

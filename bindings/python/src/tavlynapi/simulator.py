@@ -17,6 +17,7 @@ import shutil
 import subprocess
 import sys
 import tempfile
+import time
 from typing import Dict, Iterator, List, Optional, Sequence
 
 from . import connecting, library
@@ -26,18 +27,24 @@ _PROGRAM = "tavlynsim"
 _SOCKET = "TAVLYNSIM_SOCKET"
 _STANDIN = "libhidapi-hidraw.so.0"
 _SECONDS_TO_END = 10
+_NOT_MET = 123
+_LOOK_AGAIN = 0.02
 
 
 class DeskError(Problem):
     """Devices cannot be simulated here, or the simulator refused a command; the text says why."""
 
 
+class NotMet(AssertionError):
+    """What was expected of the program did not come; the text says what, and what was seen."""
+
+
 @contextlib.contextmanager
-def _environment(variables: Dict[str, str]) -> Iterator[None]:
+def _environment(variables: Dict[str, str]) -> Iterator[Dict[str, str]]:
     before = {name: os.environ.get(name) for name in variables}
     os.environ.update(variables)
     try:
-        yield
+        yield variables
     finally:
         for name, value in before.items():
             if value is None:
@@ -101,8 +108,14 @@ class Desk:
     """Simulated devices, and what people do with them. A device is told by its number, from 1; without one it is the
     device that was plugged in last."""
 
-    def __init__(self, standin: _Standin) -> None:
+    def __init__(self, standin: _Standin, simulator: "_Simulator") -> None:
         self._standin = standin
+        self._simulator = simulator
+
+    def conclude(self) -> None:
+        """Ends the devices, and raises NotMet if something that their scenario expects was not met. The end of a
+        test, and of a desk, does it."""
+        self._simulator.conclude()
 
     @property
     def environment(self) -> Dict[str, str]:
@@ -141,45 +154,88 @@ class Desk:
         """Takes a device away; programs that use it see it gone."""
         self.do("unplug", device)
 
+    def replug(self, device: Optional[int] = None) -> None:
+        """Plugs a device in again that was unplugged or has vanished, with what it keeps without power."""
+        self.do("replug", device)
+
+    def seen(self, device: Optional[int] = None) -> List[str]:
+        """What a person saw and heard of a reader, such as "leds green", "relay on" and "beep 2 short"."""
+        return self.do("seen", device).splitlines()
+
+    def await_seen(self, *lines: str, seconds: float = 10, device: Optional[int] = None) -> None:
+        """Waits until these were seen, one after the other; NotMet says what is missing."""
+        over = time.monotonic() + seconds
+        while True:
+            late = time.monotonic() >= over
+            seen = self.seen(device)
+            rest = iter(seen)
+            missing = [line for line in lines if line not in rest]
+            if not missing:
+                return
+            if late:
+                raise NotMet(f"not seen: {missing[0]}; seen: {', '.join(seen) or 'nothing'}")
+            time.sleep(_LOOK_AGAIN)
+
     def traffic(self, device: Optional[int] = None) -> List[str]:
         """The reports that went to and from a device, such as "set 1 8F" and "get 1 01 02"."""
         return self.do("traffic", device).splitlines()
 
 
-def _end(process: "subprocess.Popen[bytes]") -> str:
-    """Ends a simulator, and returns what it has said."""
-    process.terminate()
-    try:
-        _, said = process.communicate(timeout=_SECONDS_TO_END)
-    except subprocess.TimeoutExpired:
-        process.kill()
-        _, said = process.communicate()
-    return said.decode(errors="replace").strip()
+class _Simulator:
+    """The process that has the devices."""
+
+    def __init__(self, words: Sequence[str]) -> None:
+        program = shutil.which(_PROGRAM)
+        if program is None:
+            raise DeskError(
+                f"{_PROGRAM} is not installed: it is in the package tavlyn-simulator, and has to be in PATH"
+            )
+        # In a session of its own, so that Ctrl-C ends the program first, and not its devices.
+        self._process = subprocess.Popen(  # pylint: disable=consider-using-with
+            [program, "serve", "--with-parent", "--no-interactive", "--json", "--socket", _socket(), *words],
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.PIPE,
+            stderr=subprocess.PIPE,
+            start_new_session=True,
+        )
+        self._said: Optional[str] = None
+
+    def variables(self) -> Dict[str, str]:
+        """By which programs see the devices."""
+        assert self._process.stdout is not None
+        line = self._process.stdout.readline()
+        if not line:
+            raise DeskError(self.end())
+        variables: Dict[str, str] = json.loads(line)
+        return variables
+
+    def end(self) -> str:
+        """Ends it, and returns what it has said."""
+        if self._said is None:
+            self._process.terminate()
+            try:
+                _, said = self._process.communicate(timeout=_SECONDS_TO_END)
+            except subprocess.TimeoutExpired:
+                self._process.kill()
+                _, said = self._process.communicate()
+            self._said = said.decode(errors="replace").strip()
+        return self._said
+
+    def conclude(self) -> None:
+        """Ends it, and says once what its scenario expects and was not met."""
+        if self._said is None:
+            said = self.end()
+            if self._process.returncode == _NOT_MET:
+                raise NotMet(said.replace(f"{_PROGRAM}: ", ""))
 
 
 @contextlib.contextmanager
-def _simulator(words: Sequence[str]) -> Iterator[Dict[str, str]]:
-    """Runs a simulator, and hands out the variables by which programs see its devices."""
-    program = shutil.which(_PROGRAM)
-    if program is None:
-        raise DeskError(f"{_PROGRAM} is not installed: it is in the package tavlyn-simulator, and has to be in PATH")
-    # In a session of its own, so that Ctrl-C ends the program first, and not its devices.
-    with subprocess.Popen(
-        [program, "serve", "--with-parent", "--no-interactive", "--json", "--socket", _socket(), *words],
-        stdin=subprocess.DEVNULL,
-        stdout=subprocess.PIPE,
-        stderr=subprocess.PIPE,
-        start_new_session=True,
-    ) as process:
-        assert process.stdout is not None
-        try:
-            variables = process.stdout.readline()
-            if variables:
-                yield json.loads(variables)
-        finally:
-            said = _end(process)
-        if not variables:
-            raise DeskError(said)
+def _simulator(words: Sequence[str]) -> Iterator[_Simulator]:
+    simulator = _Simulator(words)
+    try:
+        yield simulator
+    finally:
+        simulator.end()
 
 
 def _repeated(option: str, values: Sequence[str]) -> List[str]:
@@ -189,17 +245,21 @@ def _repeated(option: str, values: Sequence[str]) -> List[str]:
 @contextlib.contextmanager
 def desk(
     *,
-    devices: Sequence[str] = ("reader",),
+    devices: Sequence[str] = (),
     cards: Sequence[str] = (),
     on_ms: int = 1500,
     off_ms: int = 1000,
     repeat: bool = False,
     commands: Sequence[str] = (),
+    scenario: Optional[str] = None,
 ) -> Iterator[Desk]:
-    """A desk with these devices; tavlynsim devices lists what there is.
+    """A desk with these devices, one card reader without any; tavlynsim devices lists what there is.
 
     cards come and go on the first device by themselves, each for on_ms and with off_ms after it, once or again and
     again. They begin when a program first asks for a card. commands are run before. A process has one desk at a time.
+
+    A scenario is a file with devices, what happens to them, and what is expected of the program: NotMet tells at the
+    end what was not met.
     """
     if not sys.platform.startswith("linux"):
         raise DeskError(f"desks are for Linux; on other systems start the tests by {_PROGRAM} run")
@@ -211,12 +271,15 @@ def desk(
         *_repeated("--do", ["record on", *commands]),
         *("--on", str(on_ms), "--off", str(off_ms)),
         *(["--repeat"] if repeat else []),
+        *(["--scenario", scenario] if scenario is not None else []),
     ]
-    with _simulator(words) as variables, _environment(variables):
+    with _simulator(words) as simulator, _environment(simulator.variables()) as variables:
         standin = _standin(os.path.join(variables["LD_LIBRARY_PATH"].partition(":")[0], _STANDIN))
         standin.look()
         try:
-            yield Desk(standin)
+            opened = Desk(standin, simulator)
+            yield opened
+            opened.conclude()
         finally:
             # The next desk begins with no open device, and no card that was read here.
             connecting.close_all()

@@ -7,7 +7,7 @@ import pytest
 
 import tavlynapi
 from tavlynapi import calls
-from tavlynapi.testing import Desk, DeskError
+from tavlynapi.testing import Desk, DeskError, NotMet
 
 
 def connect() -> int:
@@ -78,6 +78,29 @@ def test_other_products(desk: Desk) -> None:
     desk.swipe(";12=34?", device=3)
     with pytest.raises(DeskError, match="^swipe: not for a sonar"):
         desk.do("swipe 12", device=2)
+
+
+def test_what_a_person_sees(desk: Desk) -> None:
+    with tavlynapi.connect() as reader:
+        reader.leds(green=True)
+        reader.beep(2)
+        reader.relay(True)
+        desk.await_seen("leds green", "relay on")
+        assert desk.seen() == ["leds green", "beep 2 short", "relay on"]
+        with pytest.raises(NotMet, match="^not seen: relay off; seen: leds green, beep 2 short, relay on$"):
+            desk.await_seen("leds green", "relay off", seconds=0.01)
+
+
+def test_a_device_that_is_back_has_what_it_keeps(desk: Desk) -> None:
+    with tavlynapi.connect() as reader:
+        reader.config.id_hold_ms = 1500
+        reader.config.commit()
+        reader.relay(True)
+        desk.unplug()
+        desk.replug()
+        reader.reconnect()
+        assert reader.config.id_hold_ms == 1500
+    assert desk.seen() == ["relay on", "relay off"]
 
 
 def test_other_programs_see_the_devices(desk: Desk) -> None:

@@ -117,6 +117,51 @@ def test_a_device_that_does_not_exist_is_named(pytester: pytest.Pytester) -> Non
     ran.assert_outcomes(errors=1)
 
 
+SCENARIO = """tavlyn-scenario 1
+device desk reader
+begin exchange
+expect by 5 desk relay on
+"""
+
+
+@pytest.mark.parametrize("on", [True, False])
+def test_a_scenario_that_is_not_met_fails_the_test(pytester: pytest.Pytester, on: bool) -> None:
+    pytester.makefile(".scenario", relay=SCENARIO)
+    ran = run(pytester, f"""
+    import tavlynapi
+
+    @pytest.mark.tavlyn(scenario="relay.scenario")
+    def test(desk):
+        with tavlynapi.connect() as reader:
+            reader.relay({on})
+    """)
+    ran.assert_outcomes(passed=int(on), failed=int(not on))
+    if not on:
+        ran.stdout.fnmatch_lines(["*relay.scenario:4: expect by 5 desk relay on: *the relay is off*"])
+
+
+def test_what_a_test_finds_comes_before_its_scenario(pytester: pytest.Pytester) -> None:
+    pytester.makefile(".scenario", relay=SCENARIO)
+    ran = run(pytester, """
+    @pytest.mark.tavlyn(scenario="relay.scenario")
+    def test(desk):
+        assert devices() == 2
+    """)
+    ran.assert_outcomes(failed=1)
+    ran.stdout.fnmatch_lines(["*assert 1 == 2*"])
+
+
+@pytest.mark.parametrize(
+    "words,said", [("device='reader'", "tavlyn(device=)"), ("['reader']", "tavlyn(an argument without a name)")]
+)
+def test_an_argument_that_does_not_exist_is_named(pytester: pytest.Pytester, words: str, said: str) -> None:
+    ran = run(pytester, f"""
+    @pytest.mark.tavlyn({words})
+    def test(desk): pass
+    """)
+    ran.stdout.fnmatch_lines([said + ": there is no such argument; there are devices, cards, *"])
+
+
 def test_a_library_that_was_used_before_is_refused(pytester: pytest.Pytester) -> None:
     ran = run(pytester, "calls.GetDevCnt()\ndef test(desk): pass")
     ran.stdout.fnmatch_lines(["*was loaded before the first desk, and sees the system's devices*"])

@@ -1,0 +1,199 @@
+// tavlynsim --scenario: what a scenario says happens, and what it expects is looked at.
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "tests/boundary/house_scenarios.h"
+#include "tests/boundary/simulated_run.h"
+
+namespace tavlyn::boundary {
+namespace {
+
+class Scenarios : public SimulatedRun {
+ protected:
+  // The lines after the first, in the file "a".
+  void Write(const std::string& lines) { std::ofstream(folder_ / "a") << "tavlyn-scenario 1\n" << lines; }
+  Ended Play(const std::string& options, const std::string& command) {
+    return RunLine("cd " + folder_.string() + " && ctl=" + kCtl + " && " + kSim + " run --scenario a " +
+                   options + " -- sh -c 'export ctl=" + kCtl + "; " + command + "'");
+  }
+};
+
+TEST_F(Scenarios, OfTheHouseAreMet) {
+  const std::vector<HouseScenario> all = HouseScenarios();
+  for (const HouseScenario& scenario : all) {
+    ASSERT_FALSE(scenario.command.empty()) << scenario.file;
+    const Ended ended =
+        RunLine("PATH=" + fs::path(kCtl).parent_path().string() + ":$PATH; " + kSim + " run --scenario " +
+                scenario.file.string() + " -- sh -c '" + scenario.command + "'");
+    EXPECT_EQ(ended.status, 0) << scenario.file << ended.out << ended.err;
+    EXPECT_TRUE(ended.err.ends_with(" expectations met\n")) << ended.err;
+  }
+  EXPECT_GE(all.size(), 15u);
+}
+
+TEST_F(Scenarios, WhatIsNotMetIsTold) {
+  const struct {
+    const char* lines;
+    const char* command;
+    const char* told;
+  } kCases[] = {
+      {"expect by 2 d relay on\n", "$ctl list; sleep 3",
+       "a:3: expect by 2 d relay on: at 2 s the relay is off\n"},
+      {"expect at 2 d relay on\n", "$ctl relay on; $ctl relay off; sleep 3",
+       "a:3: expect at 2 d relay on: at 2 s the relay is off\n"},
+      {"expect by 1234.5 d relay on\n", "$ctl list; sleep 1235",
+       "a:3: expect by 1234.5 d relay on: at 1234.5 s the relay is off\n"},
+      {"expect by 2 d relay on\n", "$ctl list; $ctl relay off",
+       " s the program had ended; the relay is off\n"},
+      {"expect from 0 to 9 d led red off\n", "$ctl led red; sleep 10", " the red LED is on\n"},
+      {"expect never d command 90\n", "$ctl relay on --store", " command 90 was sent 1 time\n"},
+      {"expect end d command 8C03 2\n", "$ctl beep", " command 8C03 was sent 1 time\n"},
+      {"expect end d beeped 3\n", "$ctl beep 2", " it beeped 2 times\n"},
+      {"expect end d iIDHoldTO is 900\n", "$ctl list", " iIDHoldTO is 1000\n"},
+      {"expect end d exchanges 1000\n", "$ctl list", " exchanges\n"},
+      {"expect end d absent\n", "$ctl list", " it is there\n"},
+      {"at 0 d unplug\nexpect end d present\n", "$ctl list; true",
+       ": expect end d present: at 0 s it is gone\n"},
+      {"expect by 1 d relay on\n", ":", "a:3: expect by 1 d relay on: at 0 s nothing had begun\n"},
+  };
+  for (const auto& [lines, command, told] : kCases) {
+    Write(std::string("device d reader\n") + lines);
+    const Ended ended = Play("", command);
+    EXPECT_EQ(ended.status, 123) << lines << ended.err;
+    EXPECT_TRUE(Holds(ended.err, told)) << told << ended.err;
+    EXPECT_TRUE(ended.err.ends_with("tavlynsim: a: 0 of 1 expectations met\n")) << ended.err;
+  }
+}
+
+TEST_F(Scenarios, TheStatusOfACommandThatFailsCounts) {
+  Write("device d reader\nexpect end d relay on\n");
+  EXPECT_EQ(Play("", "exit 7").status, 7);
+}
+
+TEST_F(Scenarios, MistakesAreToldWithTheirLinesBeforeAnythingRuns) {
+  const struct {
+    const char* line;  // the third
+    const char* told;
+  } kCases[] = {
+      {"divice d reader", "divice: no such line; did you mean device?"},
+      {"device d reader", "d: two devices of this name"},
+      {"device e reader of mine", "a KIND has no blanks"},
+      {"device e toaster", "toaster: no such kind of device; tavlynsim devices shows the kinds"},
+      {"device e", "it is device NAME KIND"},
+      {"set iIDHoldT 1000", "iIDHoldT: no word of a reader's configuration; did you mean iIDHoldTO?"},
+      {"set iIDHoldTO 1001", "1001: iIDHoldTO is 0 to 12750 in steps of 50"},
+      {"set bStripFac 2", "2: bStripFac is 0 to 1"},
+      {"set iIDHoldTO@1 1000", "the reader has 1 configurations"},
+      {"set iIDHoldTO@x 1000", "iIDHoldTO@x: after @ is a configuration, 0 to 10"},
+      {"firmware 3 0 1",
+       "a firmware word is of processor 0 to 2, index 0 to 4, in up to 8 hexadecimal digits"},
+      {"template none.txt", "none.txt: "},
+      {"template a", "a is not a configuration file"},
+      {"begin soon", "a scenario begins with an exchange or a card"},
+      {"at soon d take", "soon: a time is in seconds, 0 to 86400"},
+      {"at 1 e take", "e: no device of this name; did you mean d?"},
+      {"at 1 d dance", "dance: no such command; help lists them"},
+      {"at 1 d card 01:9", "01:9: the bytes hold 8 bits"},
+      {"at 1 d swipe ;1?", "swipe: not for a reader"},
+      {"expect soon d relay on", "after expect is by, at, from, never or end"},
+      {"expect from 2 to 1 d relay on", "it is from T to a later T"},
+      {"expect by 1 d relay half", "relay is on or off"},
+      {"expect by 1 d led blue on", "an LED is red or green, on or off"},
+      {"expect by 1 d beeped often", "beeped needs a number"},
+      {"expect never d command XY", "command needs hexadecimal bytes, then perhaps how often"},
+      {"expect end d", "what is expected is missing"},
+      {"expect end d dances", "dances: no such expectation; there are relay on|off, "},
+      {"expect end d iIDHoldTO is long", "long: iIDHoldTO is 0 to 12750 in steps of 50"},
+      {"end never", "never: a time is in seconds, 0 to 86400"},
+  };
+  for (const auto& [line, told] : kCases) {
+    Write(std::string("device d reader\n") + line + "\n");
+    const Ended ended = RunLine("cd " + folder_.string() + " && " + kSim + " check a");
+    EXPECT_EQ(ended.status, 1) << line;
+    EXPECT_TRUE(ended.err.starts_with("tavlynsim: a:3: ") && Holds(ended.err, told)) << line << ended.err;
+  }
+  Write("device d sonar\nset iIDHoldTO 1000\nexpect end d relay on\nat 1 d\nend 1\nend 2\n");
+  const Ended all = Play("", "echo ran");
+  EXPECT_EQ(all.status, 1);
+  EXPECT_EQ(all.out, "");
+  EXPECT_EQ(all.err,
+            "tavlynsim: a:3: set is for card readers\n"
+            "tavlynsim: a:4: d has nothing of the kind\n"
+            "tavlynsim: a:5: it is at T NAME COMMAND\n"
+            "tavlynsim: a:7: the end is given already\n");
+}
+
+TEST_F(Scenarios, AFileThatIsNoneIsRefused) {
+  const struct {
+    const char* make;
+    const char* told;
+  } kCases[] = {
+      {"rm -f a", "a: "},
+      {"rm -f a; mkfifo a", "a: not a file\n"},
+      {": >a", "a:1: the file is empty; it begins with tavlyn-scenario 1\n"},
+      {"echo mine >a", "a:1: this is no scenario; it begins with tavlyn-scenario 1\n"},
+      {"echo tavlyn-scenario 2 >a", "a:1: version 2 is none that this tavlynsim knows; it knows 1\n"},
+      {"echo tavlyn-scenario 1 >a", "a:1: there is no device; device NAME KIND makes one\n"},
+  };
+  for (const auto& [make, told] : kCases) {
+    const Ended ended = RunLine("cd " + folder_.string() + "; rm -f a; " + make + "; " + kSim + " check a");
+    EXPECT_EQ(ended.status, 1) << make;
+    EXPECT_TRUE(Holds(ended.err, told)) << told << ended.err;
+  }
+}
+
+TEST_F(Scenarios, OtherDevicesAreNotBesideIt) {
+  Write("device d reader\n");
+  for (const char* other : {"--device reader", "--card 0102:13", "--serial COM3"}) {
+    const Ended ended = Play(other, "echo ran");
+    EXPECT_EQ(ended.status, 1) << other;
+    EXPECT_EQ(ended.out, "") << other;
+  }
+}
+
+TEST_F(Scenarios, TheResultsAreJunitXml) {
+  Write("device d reader\nexpect never d command 8C03 # <\"&\nexpect end d relay off\n");
+  EXPECT_EQ(Play("--junit r.xml", "$ctl beep; $ctl beep >/dev/null").status, 123);
+  const std::string xml = TextOf(folder_ / "r.xml");
+  EXPECT_TRUE(Holds(xml, "<testsuite name=\"a\" tests=\"2\" failures=\"1\" errors=\"0\" time=\"")) << xml;
+  EXPECT_TRUE(Holds(xml, "name=\"line 3: expect never d command 8C03\"")) << xml;
+  EXPECT_TRUE(Holds(xml, "<failure message=\"at ")) << xml;
+  EXPECT_TRUE(Holds(xml, "name=\"line 4: expect end d relay off\" time=\"")) << xml;
+  const struct {
+    const char* place;
+    const char* told;
+  } kBad[] = {{"none/r.xml", "none/r.xml: cannot be written: "}, {"pipe", "pipe: not a file\n"}};
+  EXPECT_EQ(RunLine("mkfifo " + (folder_ / "pipe").string()).status, 0);
+  for (const auto& [place, told] : kBad) {
+    const Ended ended = Play(std::string("--junit ") + place, "$ctl list >/dev/null");
+    EXPECT_EQ(ended.status, 125);
+    EXPECT_TRUE(Holds(ended.err, told)) << ended.err;
+  }
+  EXPECT_TRUE(fs::is_fifo(folder_ / "pipe"));
+}
+
+TEST_F(Scenarios, TheEndStopsTheProgram) {
+  Write("device d reader\nend 2\nexpect end d present\n");
+  EXPECT_EQ(Play("", "exec $ctl watch").status, 0);
+  const Ended asked =
+      Play("", "trap \"echo asked; exit 3\" TERM; $ctl list >/dev/null; while :; do sleep 1; done");
+  EXPECT_EQ(asked.out, "asked\n");
+  EXPECT_EQ(asked.status, 3);
+  const Ended deaf = Play("", "trap \"\" TERM; $ctl list >/dev/null; while :; do sleep 1; done");
+  EXPECT_EQ(deaf.status, 0) << deaf.err;
+}
+
+TEST_F(Scenarios, OfDevicesThatAreServed) {
+  Write("device d reader\nat 0 d card 0102:13\nexpect end d relay on\n");
+  const Ended ended =
+      RunLine("cd " + folder_.string() + "; " + kSim + " serve --scenario a --socket s >/dev/null & " + kSim +
+              " wait --socket " + (folder_ / "s").string() + "; eval \"$(" + kSim + " env --socket " +
+              (folder_ / "s").string() + ")\"; " + kCtl + " read; " + kSim + " stop; wait $!; echo $?");
+  EXPECT_EQ(ended.out, "card 13 bits 0201\n123\n") << ended.err;
+  EXPECT_TRUE(Holds(ended.err, "a: 0 of 1 expectations met\n")) << ended.err;
+}
+
+}  // namespace
+}  // namespace tavlyn::boundary

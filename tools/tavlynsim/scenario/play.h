@@ -1,0 +1,71 @@
+// A scenario while it is played: does what is due, and watches what is expected.
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "sim/source.h"
+#include "tools/tavlynsim/scenario/rehearsal.h"
+#include "tools/tavlynsim/scenario/scenario.h"
+
+namespace tavlyn::sim {
+
+// Of an expectation.
+struct Verdict {
+  int line;
+  std::string text;  // of the line
+  bool met;
+  Moment at;         // when it was decided
+  std::string seen;  // "at 5 s the relay is off"
+};
+
+class Play {
+ public:
+  using Clock = std::chrono::steady_clock;
+
+  // source: where commands go; those of time 0 at once, so that faults count from the first exchange.
+  Play(Source& source, Scenario scenario, ScenarioModels models);
+
+  // An exchange with a device, or the first request for a card, may be what it begins with.
+  void NoteSent(const Model& model, std::span<const std::uint8_t> command);
+  void NoteAsked();
+
+  // Time until the next step; none if there is nothing to wait for.
+  [[nodiscard]] std::optional<std::chrono::milliseconds> UntilNext() const;
+  void Step();
+  // The scenario wants the program to end.
+  [[nodiscard]] bool IsOver() const { return over_; }
+
+  // When the program has ended: everything is decided.
+  std::vector<Verdict> Finish();
+
+ private:
+  struct Watched {
+    Expectation expectation;
+    std::optional<Verdict> verdict{};
+  };
+
+  void Begin();
+  [[nodiscard]] Moment Now() const;
+  void DoUntil(Moment moment);
+  void Do(const Action& action);
+  void Look(Moment now);
+  void LookAt(Watched& watched, Moment now);
+  void Decide(Watched& watched, Moment now, bool met, const std::string& seen);
+  void DecideLast(Watched& watched, Moment now);
+  [[nodiscard]] std::optional<Moment> Next() const;
+
+  Source& source_;
+  Scenario scenario_;
+  ScenarioModels models_;
+  std::vector<Watched> watched_;
+  std::size_t next_ = 0;  // action
+  std::optional<Clock::time_point> begun_;
+  Moment looked_{-1};  // when everything that is due had been done
+  bool over_ = false;
+};
+
+}  // namespace tavlyn::sim
