@@ -65,6 +65,7 @@ set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_MULTIARCH foreign)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${library} ${exactly}")
+set(CPACK_DEBIAN_TOOLS_PACKAGE_SUGGESTS libmosquitto1)
 set(CPACK_COMPONENT_TOOLS_DESCRIPTION "${summary} (command line)
 tavlynctl finds devices, reads cards, reads and changes the configuration that
 devices store, drives their outputs and moves keys into them.")
@@ -77,6 +78,18 @@ set(CPACK_DEBIAN_SIMULATOR_PACKAGE_SUGGESTS tavlyn-tools)
 set(CPACK_COMPONENT_SIMULATOR_DESCRIPTION "${summary} (simulated)
 tavlynsim runs any program with simulated devices, so that programs can be
 written and tested without hardware.")
+
+set(CPACK_DEBIAN_AGENT_PACKAGE_NAME tavlynd)
+set(CPACK_DEBIAN_AGENT_PACKAGE_SECTION net)
+set(CPACK_DEBIAN_AGENT_PACKAGE_MULTIARCH foreign)
+set(CPACK_DEBIAN_AGENT_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_AGENT_PACKAGE_DEPENDS "${library} ${exactly}, systemd | systemd-standalone-sysusers")
+set(CPACK_DEBIAN_AGENT_PACKAGE_SUGGESTS "mosquitto, tavlyn-tools")
+set(CPACK_DEBIAN_AGENT_PACKAGE_CONTROL_EXTRA ${control}/agent/postinst ${control}/agent/prerm ${control}/agent/postrm)
+set(CPACK_COMPONENT_AGENT_DESCRIPTION "${summary} (MQTT)
+tavlynd publishes cards, swipes and presence to an MQTT broker at the moment
+they happen, keeps them while the network is away, and lets a server answer
+with a beep, a light or a relay.")
 
 set(CPACK_DEBIAN_DOC_PACKAGE_NAME tavlyn-doc)
 set(CPACK_DEBIAN_DOC_PACKAGE_SECTION doc)

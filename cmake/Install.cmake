@@ -1,5 +1,5 @@
 # What an installation contains, by components: library, development (headers, CMake package, pkg-config), doc; the
-# tools install themselves (tools, simulator); python.
+# tools install themselves (tools, simulator, agent); python.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -21,6 +21,9 @@ else()
   install(FILES man/tavlynapi.rules.5 DESTINATION ${CMAKE_INSTALL_MANDIR}/man5 COMPONENT library)
   install(FILES man/tavlynapi.3 DESTINATION ${CMAKE_INSTALL_MANDIR}/man3 COMPONENT development)
   include(cmake/Python.cmake)
+endif()
+if(TARGET tavlynd)
+  include(cmake/Agent.cmake)
 endif()
 
 install(FILES include/api.h include/tavlyn.hpp DESTINATION ${headers_folder} COMPONENT development)

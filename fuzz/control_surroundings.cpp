@@ -59,6 +59,7 @@ bool DeviceLock::Try(const std::string&) { return true; }
 DeviceLock::~DeviceLock() = default;
 
 std::vector<std::string> AttachedHidPaths(std::uint32_t) { return {}; }
+std::optional<std::int64_t> StampOfNodes() { return std::nullopt; }
 std::string ShellCommand::Start(const std::string&, const Variables&) { return {}; }
 std::optional<std::string> ShellCommand::Ended() { return std::nullopt; }
 std::string ShellCommand::Wait() { return {}; }

@@ -1,4 +1,4 @@
-# The last step on each Debian package: what cpack cannot say. Only the library's package and Python's have scripts; cpack
+# The last step on each Debian package: what cpack cannot say. Only the packages of the library, Python and the agent have scripts; cpack
 # would also have the simulator's call ldconfig, whose libraries are loaded by their paths.
 if(NOT CPACK_GENERATOR STREQUAL "DEB")
   return()

@@ -1,0 +1,37 @@
+# What tavlynd is built on; where a library is missing, it is left out and a message says so. toml++ is used as headers
+# alone.
+option(TAVLYN_AGENT "Build tavlynd where its libraries are" ON)
+
+set(TAVLYN_AGENT_MISSING)
+if(NOT TAVLYN_AGENT)
+  return()
+elseif(WIN32 OR CMAKE_CROSSCOMPILING)
+  message(STATUS "tavlynd is left out: it is built on Linux for Linux")
+  return()
+endif()
+
+find_package(tomlplusplus QUIET)
+find_package(SQLite3 QUIET)
+find_package(OpenSSL QUIET)
+find_path(MOSQUITTO_HEADERS mosquitto.h)
+find_library(MOSQUITTO_LIBRARY mosquitto)
+foreach(library tomlplusplus::tomlplusplus SQLite::SQLite3 OpenSSL::Crypto)
+  if(NOT TARGET ${library})
+    string(REGEX REPLACE "::.*" "" name ${library})
+    list(APPEND TAVLYN_AGENT_MISSING ${name})
+  endif()
+endforeach()
+if(NOT MOSQUITTO_HEADERS OR NOT MOSQUITTO_LIBRARY)
+  list(APPEND TAVLYN_AGENT_MISSING libmosquitto)
+endif()
+if(TAVLYN_AGENT_MISSING)
+  list(JOIN TAVLYN_AGENT_MISSING ", " missing)
+  message(STATUS "tavlynd is left out: ${missing} is missing; scripts/setup installs it")
+  return()
+endif()
+
+get_target_property(toml_headers tomlplusplus::tomlplusplus INTERFACE_INCLUDE_DIRECTORIES)
+add_library(tavlyn_agent_libraries INTERFACE)
+target_include_directories(tavlyn_agent_libraries SYSTEM INTERFACE ${toml_headers} ${MOSQUITTO_HEADERS})
+target_link_libraries(tavlyn_agent_libraries INTERFACE
+  ${MOSQUITTO_LIBRARY} SQLite::SQLite3 OpenSSL::Crypto nlohmann_json::nlohmann_json)

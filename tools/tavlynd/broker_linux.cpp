@@ -1,0 +1,200 @@
+#include <mosquitto.h>
+#include <poll.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <utility>
+
+#include "tools/broker_url.h"
+#include "tools/tavlynd/broker.h"
+
+namespace tavlyn::agent {
+namespace {
+
+constexpr std::int64_t kFirstAway = 500;
+constexpr std::int64_t kLongestAway = 60'000;
+constexpr unsigned kDoublings = 7;
+constexpr std::int64_t kMostConnecting = 20'000;
+constexpr std::int64_t kBetweenTurns = 1000;  // keep-alive is counted in seconds
+constexpr int kAcknowledged = 1;              // quality of service: at least once
+// A command that nobody takes is not kept by the broker: a door must not open when the network comes back.
+constexpr int kAtMostOnce = 0;
+
+std::string Reason(int code) {
+  return code == MOSQ_ERR_ERRNO ? std::strerror(errno) : mosquitto_strerror(code);
+}
+
+const char* OrNull(const std::string& text) { return text.empty() ? nullptr : text.c_str(); }
+
+// A key with a passphrase would be asked for on a terminal.
+int NoPassphrase(char* /*buffer*/, int /*size*/, int /*writing*/, void* /*client*/) { return 0; }
+
+}  // namespace
+
+void Broker::End::operator()(mosquitto* client) const { mosquitto_destroy(client); }
+
+Broker::Broker(Terms terms, Heard heard)
+    : terms_(std::move(terms)), heard_(std::move(heard)), chance_(std::random_device{}()) {
+  mosquitto_lib_init();
+  client_.reset(mosquitto_new(terms_.clientId.c_str(), false, this));
+  if (client_ != nullptr) SetUp();
+}
+
+Broker::~Broker() {
+  client_.reset();
+  mosquitto_lib_cleanup();
+}
+
+void Broker::SetUp() {
+  const Settings& settings = terms_.settings;
+  mosquitto* client = client_.get();
+  Listen();
+  mosquitto_int_option(client, MOSQ_OPT_TCP_NODELAY, 1);
+  mosquitto_max_inflight_messages_set(client, 0);  // the owner sees to it
+  isSetUp_ = mosquitto_will_set(client, terms_.willTopic.c_str(), static_cast<int>(terms_.will.size()),
+                                terms_.will.data(), kAcknowledged, true) == MOSQ_ERR_SUCCESS;
+  if (!settings.user.empty()) {
+    mosquitto_username_pw_set(client, settings.user.c_str(), OrNull(settings.password));
+  }
+  if (const auto url = ParseBrokerUrl(settings.url); url && url->tls) SetUpTls();
+}
+
+// Without authorities of its own it takes those of the system. libmosquitto's option for these is not used:
+// with it a second connection is refused.
+void Broker::SetUpTls() {
+  constexpr const char* kOfTheSystem = "/etc/ssl/certs";
+  constexpr int kVerifyPeer = 1;
+  const Settings& settings = terms_.settings;
+  int code =
+      mosquitto_tls_set(client_.get(), OrNull(settings.ca), settings.ca.empty() ? kOfTheSystem : nullptr,
+                        OrNull(settings.certificate), OrNull(settings.certificateKey), NoPassphrase);
+  const std::string version = "tlsv" + settings.leastTls;
+  if (code == MOSQ_ERR_SUCCESS) {
+    code = mosquitto_tls_opts_set(client_.get(), kVerifyPeer, version.c_str(), nullptr);
+  }
+  if (code == MOSQ_ERR_SUCCESS) return;
+  isSetUp_ = false;
+  Log(Priority::kError, "TLS cannot be set up; are the files of [broker] there? " + Reason(code));
+}
+
+// The functions of a C library are called from here: nothing may be thrown through it.
+void Broker::Listen() {
+  mosquitto_connect_callback_set(client_.get(), [](mosquitto*, void* self, int code) noexcept {
+    static_cast<Broker*>(self)->Connected(code);
+  });
+  mosquitto_publish_callback_set(client_.get(), [](mosquitto*, void* self, int number) noexcept {
+    auto& broker = *static_cast<Broker*>(self);
+    const auto sent = broker.onTheirWay_.extract(number);
+    if (!sent.empty() && sent.mapped() != 0) broker.heard_.delivered(sent.mapped());
+  });
+  mosquitto_message_callback_set(
+      client_.get(), [](mosquitto*, void* self, const mosquitto_message* message) noexcept {
+        const auto* bytes = static_cast<const char*>(message->payload);
+        const std::string_view payload(bytes == nullptr ? "" : bytes,
+                                       static_cast<std::size_t>(message->payloadlen));
+        static_cast<Broker*>(self)->Received(message->topic, payload, message->retain);
+      });
+}
+
+// A message that the broker keeps for whoever subscribes would be carried out at each start.
+void Broker::Received(const std::string& topic, std::string_view payload, bool retained) {
+  if (retained) return Log(Priority::kWarning, "a retained command is not carried out: " + topic);
+  heard_.command(topic, payload);
+}
+
+void Broker::Connected(int code) {
+  if (code != 0) {
+    const std::string reason = mosquitto_connack_string(code);
+    if (std::exchange(told_, reason) != reason)
+      Log(Priority::kError, "the broker refuses this agent: " + reason);
+    return;
+  }
+  state_ = State::kConnected;
+  failures_ = 0;
+  told_.clear();
+  Log(Priority::kNotice, "connected to " + terms_.settings.url);
+  mosquitto_subscribe(client_.get(), nullptr, terms_.commands.c_str(), kAtMostOnce);
+  arrived_ = true;
+}
+
+void Broker::Connect(std::int64_t now) {
+  const auto url = ParseBrokerUrl(terms_.settings.url);
+  if (!url || !isSetUp_) return Lose(MOSQ_ERR_INVAL);
+  state_ = State::kConnecting;
+  next_ = now + kMostConnecting;
+  const int code = std::exchange(begun_, true)
+                       ? mosquitto_reconnect_async(client_.get())
+                       : mosquitto_connect_async(client_.get(), url->host.c_str(), url->port,
+                                                 static_cast<int>(terms_.settings.keepAlive));
+  if (code != MOSQ_ERR_SUCCESS) Lose(code);
+}
+
+// The pause doubles; by chance it is up to half as long again, so that a site does not return all at once.
+void Broker::Lose(int code) {
+  const std::string reason = Reason(code);
+  if (state_ == State::kConnected) {
+    Log(Priority::kWarning, "the connection to the broker is lost: " + reason);
+  } else if (told_.empty()) {
+    told_ = reason;
+    Log(Priority::kWarning,
+        "no connection to " + terms_.settings.url + ": " + reason + "; it is tried again");
+  }
+  state_ = State::kAway;
+  arrived_ = false;
+  const std::int64_t pause = std::min(kLongestAway, kFirstAway << std::min(failures_++, kDoublings));
+  next_ = now_ + pause + std::uniform_int_distribution<std::int64_t>(0, pause / 2)(chance_);
+}
+
+void Broker::AddTo(std::vector<pollfd>& polled) const {
+  const int socket = state_ == State::kAway ? -1 : mosquitto_socket(client_.get());
+  if (socket < 0) return;
+  const int events = POLLIN | (mosquitto_want_write(client_.get()) ? POLLOUT : 0);
+  polled.push_back({socket, static_cast<short>(events), 0});
+}
+
+int Broker::TurnMs(std::int64_t now) const {
+  const std::int64_t left =
+      state_ == State::kConnected ? kBetweenTurns : std::max<std::int64_t>(0, next_ - now);
+  return static_cast<int>(std::min(left, kBetweenTurns));
+}
+
+void Broker::Serve(const std::vector<pollfd>& polled, std::int64_t now) {
+  now_ = now;
+  if (client_ == nullptr) return;
+  if (state_ == State::kAway) {
+    if (now >= next_) Connect(now);
+    return;
+  }
+  const int socket = mosquitto_socket(client_.get());
+  const auto its = std::ranges::find(polled, socket, &pollfd::fd);
+  const int events = its == polled.end() ? 0 : its->revents;
+  int code = socket < 0 ? MOSQ_ERR_CONN_LOST : MOSQ_ERR_SUCCESS;
+  if (code == MOSQ_ERR_SUCCESS && (events & (POLLIN | POLLHUP | POLLERR)) != 0) {
+    code = mosquitto_loop_read(client_.get(), 1);
+  }
+  if (code == MOSQ_ERR_SUCCESS && (events & POLLOUT) != 0) code = mosquitto_loop_write(client_.get(), 1);
+  if (code == MOSQ_ERR_SUCCESS) code = mosquitto_loop_misc(client_.get());
+  if (code == MOSQ_ERR_SUCCESS && state_ == State::kConnecting && now >= next_) code = MOSQ_ERR_CONN_LOST;
+  if (code != MOSQ_ERR_SUCCESS) return Lose(code);
+  if (std::exchange(arrived_, false)) heard_.connected();
+}
+
+bool Broker::Publish(const std::string& topic, const std::string& payload, bool retained,
+                     std::int64_t event) {
+  if (!IsConnected()) return false;
+  int number = 0;
+  const int code = mosquitto_publish(client_.get(), &number, topic.c_str(), static_cast<int>(payload.size()),
+                                     payload.data(), kAcknowledged, retained);
+  // What the connection did not take is sent by the next one.
+  const bool taken = code == MOSQ_ERR_SUCCESS || code == MOSQ_ERR_CONN_LOST || code == MOSQ_ERR_NO_CONN;
+  if (taken) onTheirWay_[number] = event;
+  return taken;
+}
+
+void Broker::Leave() {
+  if (IsConnected()) mosquitto_disconnect(client_.get());
+  state_ = State::kAway;
+}
+
+}  // namespace tavlyn::agent

@@ -1,0 +1,36 @@
+// The devices that there are, and those that there were.
+#pragma once
+
+#include <map>
+#include <string>
+#include <utility>
+
+#include "tools/tavlynd/lines.h"
+
+namespace tavlyn::agent {
+
+struct Device {
+  std::string link;
+  std::string path;
+  Json about;  // null for one that has not arrived since the start
+  bool online = false;
+};
+
+class Roster {
+ public:
+  // Its name: that of a device by its serial number, or without one by its link; of two that have the same,
+  // the later one gets another.
+  std::string Arrive(const std::string& link, const Json& about);
+  // Empty if there is none.
+  [[nodiscard]] std::string NameAt(const std::string& link, const std::string& path) const;
+  // Null if there is none of that name.
+  Device* Find(const std::string& name);
+  // Of an earlier run.
+  void Remember(const std::string& name) { devices_.try_emplace(name); }
+  [[nodiscard]] const std::map<std::string, Device>& All() const { return devices_; }
+
+ private:
+  std::map<std::string, Device> devices_;
+};
+
+}  // namespace tavlyn::agent
