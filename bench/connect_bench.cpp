@@ -1,5 +1,5 @@
 // From a connect to the first ID, over each link, without waiting: waits take no time here
-// (tests/boundary/quick_time.h) and are counted, while far ends are served by another thread. What is
+// (sim/carriers/clock/quick_time.h) and are counted, while far ends are served by another thread. What is
 // measured is the processor time of the thread that calls the library; over HID and on a bulk device the
 // simulated reader's is part of it.
 #include <benchmark/benchmark.h>
@@ -15,10 +15,10 @@
 #include "bench/own_time.h"
 #include "bench/stand_in.h"
 #include "sim/carriers/attendant.h"
+#include "sim/carriers/clock/quick_time.h"
 #include "sim/carriers/ethernet.h"
 #include "sim/carriers/pseudo_terminal.h"
 #include "sim/devices/reader_fa.h"
-#include "tests/boundary/quick_time.h"
 
 namespace tavlyn::bench {
 namespace {

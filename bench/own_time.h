@@ -1,5 +1,5 @@
-// Time without waits, for programs in which waits take none and are counted (tests/boundary/quick_time.h):
-// the processor time of the calling thread.
+// Time without waits, for programs in which waits take none and are counted
+// (sim/carriers/clock/quick_time.h): the processor time of the calling thread.
 #pragma once
 
 #include <benchmark/benchmark.h>

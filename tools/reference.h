@@ -29,4 +29,8 @@ std::span<const ExitStatus> ExitStatuses();
 std::span<const Example> Examples();
 }  // namespace sim
 
+namespace agent {
+std::span<const ExitStatus> ExitStatuses();
+}  // namespace agent
+
 }  // namespace tavlyn

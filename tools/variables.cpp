@@ -28,6 +28,10 @@ constexpr Variable kVariables[] = {
 #define TAVLYN_EVENT_VALUE(placeholder, key, variable, text) \
   {variable, kTavlynctl, "Set for the command of --exec: " text "."},
 #include "tools/tavlynctl/watch/event_values.inc"
+    {"TAVLYN_TIME_SPEED", kTavlynsim, "Set for COMMAND by --speed N, beside LD_PRELOAD: how fast time goes."},
+    {"TAVLYN_QUICK_CLOCK", kTavlynsim,
+     "Set for COMMAND by --speed max, beside LD_PRELOAD: the file that is its clock."},
+    {"TAVLYNSIM_CLOCK_OWNER", kTavlynsim, "tavlynsim sets it for itself, with --speed."},
     {"LD_LIBRARY_PATH", kTavlynsim,
      "Set for COMMAND: it begins with the folder of the stand-in for libhidapi-hidraw.so.0."},
 };

@@ -18,10 +18,12 @@ struct Marks {
 
 constexpr Marks kMarkdown = {"<!-- table ", " -->", "<!-- end -->", "\n"};
 constexpr Marks kManual = {".\\\" table ", "", ".\\\" end", ""};
+constexpr Marks kSettings = {"# table ", "", "# end", ""};
 constexpr Marks kHeader = {"/* table ", " */", "/* end */", ""};
 
 const Marks& MarksOf(const std::string& path) {
   if (path.ends_with(".md")) return kMarkdown;
+  if (path.ends_with(".toml")) return kSettings;
   return path.ends_with(".h") ? kHeader : kManual;
 }
 

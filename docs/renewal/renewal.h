@@ -7,6 +7,8 @@
 //
 //   <!-- table NAME -->     in a manual page   .\" table NAME     in a header   /* table NAME */
 //   <!-- end -->                               .\" end                          /* end */
+//
+// In a .toml file the lines are "# table NAME" and "# end".
 #pragma once
 
 #include <functional>

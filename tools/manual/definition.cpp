@@ -8,6 +8,8 @@
 #include "tools/tavlynctl/areas.h"
 #include "tools/tavlynctl/commands.h"
 #include "tools/tavlynctl/program.h"
+#include "tools/tavlynd/settings.h"
+#include "tools/tavlynd/words.h"
 #include "tools/tavlynsim/commands.h"
 #include "tools/tavlynsim/run.h"
 
@@ -32,7 +34,8 @@ Word WordOf(const CLI::Option& option) {
 std::vector<Word> WordsOf(const CLI::App& app, bool positional) {
   std::vector<Word> words;
   for (const CLI::Option* option : app.get_options()) {
-    if (option->get_positional() == positional) words.push_back(WordOf(*option));
+    const bool isHidden = option->get_group().empty();
+    if (!isHidden && option->get_positional() == positional) words.push_back(WordOf(*option));
   }
   return words;
 }
@@ -56,7 +59,7 @@ void AddBelow(const CLI::App& app, const std::string& above, const std::string& 
 }
 
 Tool ToolOf(const CLI::App& app) {
-  Tool tool{app.get_name(), WordsOf(app, false), {}};
+  Tool tool{app.get_name(), WordsOf(app, false), WordsOf(app, true), {}};
   AddBelow(app, "", "", tool.commands);
   // What every command has is told once.
   for (Command& command : tool.commands) {
@@ -79,6 +82,16 @@ const Tool& Tavlynsim() {
   static const Tool kTool = [] {
     CLI::App app(sim::kAbout, sim::kProgram);
     sim::AddCommands(app);
+    return ToolOf(app);
+  }();
+  return kTool;
+}
+
+const Tool& Tavlynd() {
+  static const Tool kTool = [] {
+    CLI::App app(agent::kAbout, agent::kProgram);
+    agent::CommandLine line;
+    agent::AddWords(app, line);
     return ToolOf(app);
   }();
   return kTool;

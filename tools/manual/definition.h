@@ -30,10 +30,12 @@ inline constexpr const char* kJsonOption = "--json";
 struct Tool {
   std::string name;
   std::vector<Word> options;  // of the program
+  std::vector<Word> values;
   std::vector<Command> commands;
 };
 
 const Tool& Tavlynctl();
 const Tool& Tavlynsim();
+const Tool& Tavlynd();
 
 }  // namespace tavlyn::manual

@@ -8,6 +8,7 @@
 #include "tools/tavlynctl/areas.h"
 #include "tools/tavlynctl/output.h"
 #include "tools/tavlynsim/run.h"
+#include "tools/tavlynsim/scenario/scenario.h"
 
 namespace tavlyn::manual {
 namespace {
@@ -119,6 +120,20 @@ std::string SimulatorStatuses() {
   return page::Table({"Status", "Meaning"}, rows);
 }
 
+std::string ScenarioLines() {
+  std::vector<Row> rows;
+  for (const sim::ScenarioWords& one : sim::LinesOfScenarios())
+    rows.push_back({Code(Cell(one.words)), Cell(one.meaning)});
+  return page::Table({"Line", "Meaning"}, rows);
+}
+
+std::string ScenarioExpectations() {
+  std::vector<Row> rows;
+  for (const sim::ConditionKind& one : sim::ConditionKinds())
+    rows.push_back({Code(Cell(one.words)), Cell(one.meaning)});
+  return page::Table({"WHAT", "It is so if"}, rows);
+}
+
 struct NamedTable {
   const char* name;
   std::string (*write)();
@@ -128,7 +143,9 @@ constexpr NamedTable kMarkdown[] = {{"list of commands", CommandLines},
                                     {"list of options", Options},
                                     {"list of exit codes", Statuses},
                                     {"list of simulator options", SimulatorOptions},
-                                    {"list of simulator exit statuses", SimulatorStatuses}};
+                                    {"list of simulator exit statuses", SimulatorStatuses},
+                                    {"list of scenario lines", ScenarioLines},
+                                    {"list of scenario expectations", ScenarioExpectations}};
 
 }  // namespace
 

@@ -10,6 +10,9 @@ namespace tavlyn::manual {
 std::optional<std::string> ManualTable(const std::string& name);
 std::optional<std::string> MarkdownTable(const std::string& name);
 
+// The same for tavlynd, and the example of its settings.
+std::optional<std::string> AgentTable(const std::string& name);
+
 // All calls of the library, by header, and its error words; the rules of udev.
 std::string LibraryCalls();
 std::string LibraryErrors();

@@ -45,5 +45,7 @@ void AddFind(Program& program);           // find
 void AddDoctor(Program& program);         // doctor
 void AddError(Program& program);          // error
 void AddRecord(Program& program);         // record
+void AddFleet(Program& program);          // fleet list, watch and beep, and calls the next
+void AddFleetConfig(Program& program);    // fleet config load
 
 }  // namespace tavlyn::ctl

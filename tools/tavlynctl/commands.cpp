@@ -22,6 +22,7 @@ constexpr Heading kHeadings[] = {
     {"keys", "Files and keys", {AddCheck, AddSecure, AddBle}},
     {"magstripe", "Magnetic-stripe readers", {AddSwipes, AddMagFields}},
     {"sonar", "Sonar sensors", {AddRange}},
+    {"fleet", "Many machines", {AddFleet}},
     {"expert", "For experts", {AddExtensions, AddRaw, AddSerial}},
 };
 

@@ -1,4 +1,6 @@
 // list, info and text.
+#include "tools/tavlynctl/devices.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
@@ -49,22 +51,6 @@ Json TextOrNull(const char* text) { return text != nullptr && *text != '\0' ? Js
 // An entry of the library's table keeps the texts of an earlier device of another product.
 Json PartNumber() { return GetProduct() == kSensors ? Json() : TextOrNull(getPartNumberString()); }
 
-// Of the active device. If it was not read the library reports zeros, and for a reader one configuration
-// unless it was found to be a plus reader.
-Json Description(bool wasRead = true) {
-  const bool identified = wasRead || GetDID() != 0;
-  const bool counted = wasRead || GetCardType() >= 0;
-  return {{"index", ActiveIndex()},
-          {"product", ActiveProductName()},
-          {"part_number", PartNumber()},
-          {"serial_number", Json()},
-          {"identity", GetVidPidVendorName()},
-          {"did", identified ? Json(Hex(GetDID(), 4)) : Json()},
-          {"luid", identified ? Json(GetLUID()) : Json()},
-          {"configurations", counted ? Json(GetMaxConfig() + 1) : Json()},
-          {"path", ActiveDevicePath()}};
-}
-
 Json FirmwareWords() {
   Json rows = Json::array();
   for (std::uint16_t cpu = 0; cpu < kProcessors; ++cpu) {
@@ -108,7 +94,7 @@ void DescribeTexts(Json& device) {
 // Adds the active device to the list, and why it could not be read.
 void ListDevice(const Session& session, Json& devices, std::string& problem) {
   std::string missing = session.ReadProblem();
-  Json& device = devices.emplace_back(Description(missing.empty()));
+  Json& device = devices.emplace_back(DeviceDescription(missing.empty()));
   if (missing.empty()) device["serial_number"] = TextOrNull(ActiveSerialNumber().c_str());
   // A reader's texts can fail without an error word.
   if (missing.empty() && DeviceIsReader() && device["part_number"].is_null() && !IsAnswer(Ping())) {
@@ -127,7 +113,7 @@ void DescribeReader(Json& device) {
 }
 
 // The library keeps the two version words of the other products where a reader's firmware words are.
-void DescribeVersion(Json& device) { device["version"] = Hex(GetFirmwareVersion(0, 1), 4); }
+std::string VersionWord() { return Hex(GetFirmwareVersion(0, 1), 4); }
 
 void DescribeCounts(Json& device) {
   device["uptime"] = NumberOrNull(AnswerOf(sorbaneGetSystemUptime));
@@ -164,11 +150,11 @@ struct Info {
     if (request.link.kind == LinkKind::kSerial && DeviceIsReader()) SendGetFWVersion();
     session.Use(request.device);
     Json document = request.Document();
-    Json& device = document["device"] = Description();
+    Json& device = document["device"] = DeviceDescription();
     if (DeviceIsReader()) {
       DescribeReader(device);
     } else {
-      DescribeVersion(device);
+      device["version"] = VersionWord();
     }
     if (GetProduct() == kMagstripes) DescribeCounts(device);
     // A sonar sensor has no command for it.
@@ -199,6 +185,26 @@ struct Texts {
 };
 
 }  // namespace
+
+Json DeviceDescription(bool wasRead) {
+  const bool identified = wasRead || GetDID() != 0;
+  const bool counted = wasRead || GetCardType() >= 0;
+  return {{"index", ActiveIndex()},
+          {"product", ActiveProductName()},
+          {"part_number", PartNumber()},
+          {"serial_number", Json()},
+          {"identity", GetVidPidVendorName()},
+          {"did", identified ? Json(Hex(GetDID(), 4)) : Json()},
+          {"luid", identified ? Json(GetLUID()) : Json()},
+          {"configurations", counted ? Json(GetMaxConfig() + 1) : Json()},
+          {"path", ActiveDevicePath()}};
+}
+
+std::string FirmwareVersion() {
+  if (!DeviceIsReader()) return VersionWord();
+  const char* text = GetFullFWVersion();
+  return text != nullptr ? text : "";
+}
 
 void AddDevices(Program& program) {
   program.Add<List>("list", "The devices that are found");

@@ -8,6 +8,7 @@
 #include <iterator>
 
 #include "core/text.h"
+#include "tools/own_file.h"
 #include "tools/path_names.h"
 
 namespace tavlyn::ctl {

@@ -22,6 +22,8 @@ class Formatter : public CLI::Formatter {
  public:
   std::string make_subcommands(const CLI::App* app, CLI::AppFormatMode mode) const override {
     std::string text = CLI::Formatter::make_subcommands(app, mode);
+    // Below the program the examples are those of whole areas, in their footers.
+    if (app->get_parent() != nullptr) return text;
     for (const Heading& heading : Headings()) {
       const std::size_t begin = text.find("\n" + std::string(heading.title) + ":\n");
       const std::string example = ExampleUnder(*app, heading.title);

@@ -46,7 +46,8 @@ class AddressScan {
   std::string_view left_;
 };
 
-// "3" or "3-8"; false for anything else, or outside 1 to 256.
+}  // namespace
+
 bool TakePorts(const std::string& text, Link& link) {
   AddressScan scan(text);
   unsigned first = 0;
@@ -59,7 +60,6 @@ bool TakePorts(const std::string& text, Link& link) {
   return scan.AtEnd();
 }
 
-// "10.0.0.5:10001".
 bool TakePeer(const std::string& text, Link& link) {
   AddressScan scan(text);
   unsigned port = 0;
@@ -68,8 +68,6 @@ bool TakePeer(const std::string& text, Link& link) {
   link.tcpPort = static_cast<std::uint16_t>(port);
   return scan.AtEnd();
 }
-
-}  // namespace
 
 void AddLinkWords(CLI::App& app, Link& link) {
   app.fallthrough();

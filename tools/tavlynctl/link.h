@@ -34,6 +34,10 @@ struct IpRange {
 
 // The program's options that choose the link; they may also follow a command.
 void AddLinkWords(CLI::App& app, Link& link);
+// "3" or "3-8"; false for anything else, or outside 1 to 256.
+bool TakePorts(const std::string& text, Link& link);
+// "10.0.0.5:10001".
+bool TakePeer(const std::string& text, Link& link);
 // "10.0.0.5" or "10.0.0.5-20".
 std::optional<IpRange> ParseRange(const std::string& text);
 

@@ -120,9 +120,11 @@ Candidates OfferDevices(const Typed& words) {
 }
 
 constexpr Offer kOffers[] = {
-    {"--device", OfferDevices}, {"FIELD", OfferFields},   {"FIELD=VALUE", OfferFieldValues},
-    {"NAME=VALUE", OfferParts}, {"FILE", OfferFiles},     {"TOPIC", OfferTopics},
-    {"--changed", OfferFiles},  {"--layouts", OfferFiles}};
+    {"--device", OfferDevices}, {"FIELD", OfferFields},        {"FIELD=VALUE", OfferFieldValues},
+    {"NAME=VALUE", OfferParts}, {"FILE", OfferFiles},          {"TOPIC", OfferTopics},
+    {"--changed", OfferFiles},  {"--layouts", OfferFiles},     {"--password-file", OfferFiles},
+    {"--ca", OfferFiles},       {"--certificate", OfferFiles}, {"--key", OfferFiles},
+    {"--resume", OfferFiles}};
 
 }  // namespace
 

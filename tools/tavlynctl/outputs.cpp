@@ -1,4 +1,6 @@
 // beep, led, relay and volume.
+#include "tools/tavlynctl/outputs.h"
+
 #include <algorithm>
 
 #include "api.h"
@@ -12,8 +14,6 @@ namespace tavlyn::ctl {
 namespace {
 
 constexpr std::uint32_t kNoVolume = 65535;
-constexpr int kMostBeeps = 5;
-constexpr int kMostLongBeeps = 2;
 constexpr int kLoudest = 255;
 constexpr const char* kStoreText = "For good; otherwise until the reader loses power";
 
@@ -22,17 +22,28 @@ FieldValue FlagValue(const char* field, bool on) {
 }
 
 // In the reader's current configuration.
-Json SetOutputs(const std::vector<FieldValue>& values, bool store, const Request& request) {
-  return ForEachChosen(request, kReaders, [&] {
-    const Change change = ChangeOf(GetActConfig(), Values(values));
-    Json document = request.DeviceDocument();
-    document["stored"] = store;
-    return ApplyAndVerify(std::move(document), {change}, Sending::kAll, [&](const Json&) {
-      if (!store) return StoreNow(values);
-      Store(values);
-      Commit();
-    });
+Json SetOutputs(Json document, const std::vector<FieldValue>& values, bool store) {
+  const Change change = ChangeOf(GetActConfig(), Values(values));
+  document["stored"] = store;
+  return ApplyAndVerify(std::move(document), {change}, Sending::kAll, [&](const Json&) {
+    if (!store) return StoreNow(values);
+    Store(values);
+    Commit();
   });
+}
+
+bool Has(const std::vector<std::string>& colours, const char* word) {
+  return std::ranges::find(colours, word) != colours.end();
+}
+
+void CheckBeeps(int count, bool isLong) {
+  if (count <= (isLong ? kMostLongBeeps : kMostBeeps)) return;
+  throw Failure(kUsage, "a device makes 1 or 2 long beeps, or 1 to 5 short ones");
+}
+
+void CheckColours(const std::vector<std::string>& colours) {
+  if (colours.size() < 2 || (!Has(colours, "off") && !Has(colours, "auto"))) return;
+  throw Failure(kUsage, "off and auto take no other word");
 }
 
 struct Beep {
@@ -48,16 +59,9 @@ struct Beep {
   }
 
   [[nodiscard]] Json Run(const Request& request) const {
-    if (isLong && count > kMostLongBeeps) {
-      throw Failure(kUsage, "a device makes 1 or 2 long beeps, or 1 to 5 short ones");
-    }
-    return ForEachChosen(request, request.products & (kReaders | kMagstripes), [&] {
-      if (BeepNow(static_cast<std::uint8_t>(count), isLong ? 1 : 0) != 1) throw Failed("the beeper");
-      Json document = request.DeviceDocument();
-      document["beeps"] = std::max(count, 1);
-      document["long"] = isLong;
-      return document;
-    });
+    CheckBeeps(count, isLong);
+    return ForEachChosen(request, request.products & (kReaders | kMagstripes),
+                         [&] { return MakeBeep(request.DeviceDocument(), count, isLong); });
   }
 };
 
@@ -74,16 +78,9 @@ struct Led {
   }
 
   [[nodiscard]] Json Run(const Request& request) const {
-    const auto has = [&](const char* word) { return std::ranges::find(colours, word) != colours.end(); };
-    if (colours.size() > 1 && (has("off") || has("auto"))) {
-      throw Failure(kUsage, "off and auto take no other word");
-    }
-    std::vector<FieldValue> values{FlagValue("bAppCtrlsLED", !has("auto"))};
-    if (!has("auto")) {
-      values.push_back(FlagValue("iRedLEDState", has("red")));
-      values.push_back(FlagValue("iGrnLEDState", has("green")));
-    }
-    return SetOutputs(values, store, request);
+    CheckColours(colours);
+    return ForEachChosen(request, kReaders,
+                         [&] { return SwitchLeds(request.DeviceDocument(), colours, store); });
   }
 };
 
@@ -99,7 +96,8 @@ struct Relay {
   }
 
   [[nodiscard]] Json Run(const Request& request) const {
-    return SetOutputs({FlagValue("iRelayState", state == "on")}, store, request);
+    return ForEachChosen(request, kReaders,
+                         [&] { return SwitchRelay(request.DeviceDocument(), state == "on", store); });
   }
 };
 
@@ -131,6 +129,29 @@ struct Volume {
 };
 
 }  // namespace
+
+Json MakeBeep(Json document, int count, bool isLong) {
+  CheckBeeps(count, isLong);
+  if (BeepNow(static_cast<std::uint8_t>(count), isLong ? 1 : 0) != 1) throw Failed("the beeper");
+  document["beeps"] = std::max(count, 1);
+  document["long"] = isLong;
+  return document;
+}
+
+Json SwitchLeds(Json document, const std::vector<std::string>& colours, bool store) {
+  CheckColours(colours);
+  const bool byItself = Has(colours, "auto");
+  std::vector<FieldValue> values{FlagValue("bAppCtrlsLED", !byItself)};
+  if (!byItself) {
+    values.push_back(FlagValue("iRedLEDState", Has(colours, "red")));
+    values.push_back(FlagValue("iGrnLEDState", Has(colours, "green")));
+  }
+  return SetOutputs(std::move(document), values, store);
+}
+
+Json SwitchRelay(Json document, bool on, bool store) {
+  return SetOutputs(std::move(document), {FlagValue("iRelayState", on)}, store);
+}
 
 void AddOutputs(Program& program) {
   program.Add<Beep>("beep", "Beeps now");

@@ -119,12 +119,15 @@ Program::Program(const char* text, const std::function<std::string()>& version)
 }
 
 CLI::App& Program::NewWord(const std::string& words, const char* text) {
-  const std::size_t last = words.rfind(' ');
+  CLI::App* above = &app_;
+  std::size_t begin = 0;
+  for (std::size_t end = words.find(' '); end != std::string::npos; end = words.find(' ', begin)) {
+    above = above->get_subcommand(words.substr(begin, end - begin));
+    begin = end + 1;
+  }
+  CLI::App* word = above->add_subcommand(words.substr(begin), text);
+  if (begin == 0) word->group(heading_);
   const std::string example = ExampleOf(words);
-  CLI::App* word =
-      last == std::string::npos
-          ? app_.add_subcommand(words, text)->group(heading_)
-          : app_.get_subcommand(words.substr(0, last))->add_subcommand(words.substr(last + 1), text);
   return *word->footer(example.empty() ? "" : "Example: " + example);
 }
 

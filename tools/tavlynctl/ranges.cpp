@@ -1,4 +1,6 @@
-// range: what a sonar sensor measures.
+// range.
+#include "tools/tavlynctl/ranges.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -19,18 +21,6 @@ constexpr std::size_t kRangeWords = 5;
 constexpr int kInchesPerMark = 2;
 // For the longest distance that fits the sensor's byte.
 constexpr int kMarks = static_cast<int>(0xFF / sonar::kUnitsPerInch) / kInchesPerMark + 1;
-
-struct Measurement {
-  int inches = 0;
-  std::array<int, 3> status{};
-};
-
-bool Measure(Measurement& measured) {
-  std::array<std::uint16_t, kRangeWords> words{};
-  if (GetObjRangeInfo(words.data()) != 1) return false;
-  measured = {words[0], {words[1], words[2], words[3]}};
-  return true;
-}
 
 void Describe(const Measurement& measured, Json& document) {
   document["inches"] = measured.inches;
@@ -77,7 +67,7 @@ class BarLine {
 
 // A measurement takes a quarter of a second, so that nothing else sets the pace.
 void WatchRange(const WatchWords& words, const Request& request) {
-  Events events(request, words.events);
+  ShownEvents events(request, words.events);
   BarLine line(!request.json && OutputIsTerminal());
   const auto ask = [&](const Watched& sensor) -> std::optional<int> {
     Measurement measured;
@@ -127,6 +117,13 @@ struct ShowRange {
 };
 
 }  // namespace
+
+bool Measure(Measurement& measured) {
+  std::array<std::uint16_t, kRangeWords> words{};
+  if (GetObjRangeInfo(words.data()) != 1) return false;
+  measured = {words[0], {words[1], words[2], words[3]}};
+  return true;
+}
 
 void AddRange(Program& program) {
   program.Add<ShowRange>("range", "What a sonar sensor measures: inches and status bits 0 to 2");

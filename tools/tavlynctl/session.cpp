@@ -130,7 +130,8 @@ const char* ProductName(std::uint32_t product) {
   return "device";
 }
 
-Session::Session(const Link& link, std::uint32_t products) : link_(link), products_(products) {
+Session::Session(const Link& link, std::uint32_t products, Others others)
+    : link_(link), products_(products), others_(others) {
   if ((products & kReaders) != 0) RequirePeer(link);
   devicesBefore = firstFound = endOfFound = 0;
   Next();
@@ -140,7 +141,7 @@ Session::Session(const Link& link, std::uint32_t products) : link_(link), produc
 // readers only, and a search there takes long.
 bool Session::IsSearched(std::uint32_t product) const {
   if ((products_ & product) != 0) return true;
-  return link_.kind == LinkKind::kUsb && products_ > product;
+  return others_ == Others::kCounted && link_.kind == LinkKind::kUsb && products_ > product;
 }
 
 void Session::Search(std::uint32_t product) const {

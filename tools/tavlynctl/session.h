@@ -27,10 +27,13 @@ const char* ProductName(std::uint32_t product);
 // Why there is no such device: searches for one of another product to say so.
 Failure NotFound(const Link& link, std::uint32_t products);
 
+// What a session does with products before the wanted ones: devices are numbered over all of them.
+enum class Others { kCounted, kLeft };
+
 class Session {
  public:
   // Searches one product after the other until one is found: the library's table never mixes them.
-  explicit Session(const Link& link, std::uint32_t products = kReaders);
+  explicit Session(const Link& link, std::uint32_t products = kReaders, Others others = Others::kCounted);
   ~Session();
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
@@ -55,6 +58,8 @@ class Session {
   void UseForCards(const DeviceChoice& choice) const;
   // The same for commands that exist only over reports; throws Failure for a reader on any other link.
   void UseReports(const DeviceChoice& choice) const;
+  // Throws Failure if the active device's configuration was not read and cannot be read now.
+  void RequireRead() const;
   // From now on the command waits for events, not for the library.
   void Settle() { awaited_.reset(); }
 
@@ -65,7 +70,6 @@ class Session {
   void Search(std::uint32_t product) const;
   [[nodiscard]] bool MoreOnUsb() const;
   void Restart() const;
-  void RequireRead() const;
   void Choose(const DeviceChoice& choice) const;
   [[nodiscard]] bool SelectHere(const DeviceName& name) const;
   void SelectNamed(const DeviceName& name) const;
@@ -74,6 +78,7 @@ class Session {
 
   Link link_;
   std::uint32_t products_;
+  Others others_;
   // A command has one session, which goes on searching when it selects.
   mutable std::optional<Awaited> awaited_;
   mutable std::size_t next_ = 0;  // of the products in their order

@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "api.h"
+#include "tools/own_file.h"
 #include "tools/path_names.h"
 #include "tools/printable.h"
 #include "tools/tavlynctl/areas.h"

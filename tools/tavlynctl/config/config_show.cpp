@@ -1,4 +1,6 @@
 // config show: the whole configuration, or what of it differs from a file.
+#include "tools/tavlynctl/config/config_show.h"
+
 #include <algorithm>
 #include <optional>
 #include <string>
@@ -94,6 +96,7 @@ struct ShowConfig {
     session.Use(request.device);
     Json document = request.DeviceDocument();
     if (file) document["file"] = changed;
+    DescribeConfiguration(document, only);
     if (DeviceIsReader()) {
       ShowRecords(document, file, request.json);
     } else {
@@ -113,10 +116,8 @@ struct ShowConfig {
     return file;
   }
 
-  void ShowSettings(Json& document, const std::optional<Side>& file, bool asJson) const {
-    CheckConfiguration(only.value_or(0));
-    document["product"] = ActiveProductName();
-    Json& settings = document["settings"] = MirrorSettings();
+  static void ShowSettings(Json& document, const std::optional<Side>& file, bool asJson) {
+    Json& settings = document["settings"];
     Json others = Json::object();
     if (file) others = BaselineOf(*file, 0).Keep(settings, "");
     if (asJson && file) document["defaults"] = others;
@@ -124,29 +125,39 @@ struct ShowConfig {
     if (!asJson && settings.empty()) settings = kNothing;
   }
 
-  void ShowRecords(Json& document, const std::optional<Side>& file, bool asJson) const {
-    Json& all = document["configurations"] = Json::array();
-    if (only) CheckConfiguration(*only);
-    for (int index = only.value_or(0); index <= only.value_or(GetMaxConfig()); ++index) {
-      const SelectedConfiguration selected(index);
-      Json configuration = Configuration(index);
+  static void ShowRecords(Json& document, const std::optional<Side>& file, bool asJson) {
+    for (Json& configuration : document["configurations"]) {
+      const auto index = configuration["index"].get<std::size_t>();
       Json others = Json::object();
       Json records = Json::object();
       for (auto& [record, words] : configuration["records"].items()) {
         const std::string prefix = record + ".";
-        if (file) others.update(BaselineOf(*file, static_cast<std::size_t>(index)).Keep(words, prefix));
+        if (file) others.update(BaselineOf(*file, index).Keep(words, prefix));
         if (!asJson) AddMeanings(words, prefix, others);
         if (!words.empty()) records[record] = std::move(words);
       }
       if (!asJson && records.empty()) records = kNothing;
       configuration["records"] = std::move(records);
       if (asJson && file) configuration["defaults"] = std::move(others);
-      all.push_back(std::move(configuration));
     }
   }
 };
 
 }  // namespace
+
+void DescribeConfiguration(Json& document, std::optional<int> only) {
+  CheckConfiguration(only.value_or(0));
+  if (!DeviceIsReader()) {
+    document["product"] = ActiveProductName();
+    document["settings"] = MirrorSettings();
+    return;
+  }
+  Json& all = document["configurations"] = Json::array();
+  for (int index = only.value_or(0); index <= only.value_or(GetMaxConfig()); ++index) {
+    const SelectedConfiguration selected(index);
+    all.push_back(Configuration(index));
+  }
+}
 
 void AddConfigShow(Program& program) {
   program.Add<ShowConfig>("config show",

@@ -85,7 +85,7 @@ void SetKeys(std::uint16_t field, const std::string& text) {
   for (const std::uint8_t byte : bytes) sorbaneSetFieldKeydata(field, at++, byte);
 }
 
-Json PartsOf(std::uint16_t field) {
+Json PartsOfField(std::uint16_t field) {
   Json parts = Json::object();
   for (const Part& part : kParts) parts[part.name] = part.get(field);
   parts[kKeys] = KeysOf(field);
@@ -157,7 +157,7 @@ struct ShowMagFields {
     for (std::uint16_t field = 1; field <= magstripe::kUserFields; ++field) {
       if (only != 0 && only != field) continue;
       Json row{{"number", field}};
-      row.update(PartsOf(field));
+      row.update(PartsOfField(field));
       fields.push_back(std::move(row));
     }
     return document;
@@ -181,7 +181,7 @@ struct SetMagField {
     const Json wanted = ParseWords(assignments);
     const Session session(request.link, kMagstripes);
     session.Use(request.device);
-    const SettingsPlan plan{PartsOf(field), wanted, [&] { return PartsOf(field); }};
+    const SettingsPlan plan{PartsOfField(field), wanted, [&] { return PartsOfField(field); }};
     const Backup backup(request.command, Backup::NeedOf(dryRun));
     Store(field, wanted);
     Json document = request.DeviceDocument();

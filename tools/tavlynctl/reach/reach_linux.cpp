@@ -12,7 +12,7 @@
 #include <fstream>
 
 #include "platform/linux/com_paths.h"
-#include "tools/tavlynctl/reach/descriptor_linux.h"
+#include "tools/descriptor_linux.h"
 #include "tools/tavlynctl/reach/nodes_linux.h"
 #include "tools/tavlynctl/reach/reach.h"
 

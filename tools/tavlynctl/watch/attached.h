@@ -1,7 +1,9 @@
 // What is attached now, asked of the system and not of a device: a connect would interrupt those in use.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,5 +17,19 @@ std::vector<std::string> AttachedPaths(const Link& link, std::uint32_t product);
 
 // What the system knows.
 std::vector<std::string> AttachedHidPaths(std::uint32_t product);
+// Another number after a device's node has come or gone; nothing if the system does not tell.
+std::optional<std::int64_t> StampOfNodes();
+
+// For whoever asks again and again: the system goes through every device for a list, so it is made anew only
+// after a node has come or gone, or now and then.
+class AttachedList {
+ public:
+  const std::vector<std::string>& Paths(const Link& link, std::uint32_t product);
+
+ private:
+  std::vector<std::string> paths_;
+  std::optional<std::int64_t> stamp_;
+  std::chrono::steady_clock::time_point made_;
+};
 
 }  // namespace tavlyn::ctl

@@ -1,31 +1,11 @@
 #include "tools/tavlynctl/watch/events.h"
 
-#include <chrono>
-#include <cstdio>
-
+#include "tools/printable.h"
 #include "tools/tavlynctl/watch/event_format.h"
+#include "tools/tavlynctl/watch/time_stamp.h"
+#include "tools/tavlynctl/watch/watching.h"
 
 namespace tavlyn::ctl {
-namespace {
-
-// "2026-11-22T18:24:23.123Z", as RFC 3339 has it.
-std::string TimeStamp() {
-  using std::chrono::milliseconds;
-  constexpr int kPerSecond = 1000;
-  const auto now = std::chrono::floor<milliseconds>(std::chrono::system_clock::now());
-  const auto day = std::chrono::floor<std::chrono::days>(now);
-  const std::chrono::year_month_day date(day);
-  const std::chrono::hh_mm_ss time(now - day);
-  char text[40];
-  std::snprintf(text, sizeof text, "%04d-%02u-%02uT%02d:%02d:%02d.%03dZ", static_cast<int>(date.year()),
-                static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
-                static_cast<int>(time.hours().count()), static_cast<int>(time.minutes().count()),
-                static_cast<int>(time.seconds().count()),
-                static_cast<int>(time.subseconds().count() % kPerSecond));
-  return text;
-}
-
-}  // namespace
 
 void EventWords::Take(Words& words) {
   const auto take = [this](const std::string& text) {
@@ -43,12 +23,13 @@ void EventWords::Take(Words& words) {
       ->option_text("COMMAND");
 }
 
-Events::Events(const Request& request, const EventWords& words) : request_(request), words_(words) {
+ShownEvents::ShownEvents(const Request& request, const EventWords& words) : request_(request), words_(words) {
   if (!words.format.empty() && request.json) throw Failure(kUsage, "--format and --json exclude each other");
   if (!words.command.empty()) command_.emplace(words.command);
 }
 
-bool Events::Tell(const char* event, const DevicePlace& place, const Json& found, const std::string& line) {
+bool ShownEvents::Tell(const char* event, const DevicePlace& place, const Json& found,
+                       const std::string& line) {
   Json told = request_.Document();
   told["sequence"] = ++sequence_;
   told["time"] = TimeStamp();
@@ -65,7 +46,11 @@ bool Events::Tell(const char* event, const DevicePlace& place, const Json& found
   return isShown;
 }
 
-void Events::Step() {
+void ShownEvents::Begin(const DevicePlace&) { TellWatched(request_.json); }
+
+void ShownEvents::Note(const std::string& text) { tavlyn::Tell(kProgram, text); }
+
+void ShownEvents::Step() {
   if (command_) command_->Step();
 }
 

@@ -29,15 +29,34 @@ struct EventWords {
   void Take(Words& words);
 };
 
+// Where they go.
 class Events {
  public:
-  Events(const Request& request, const EventWords& words);
+  virtual ~Events() = default;
 
-  // Stamped with the time and a number; the line is for people. False if the format does not show such an
-  // event. Throws Failure if it cannot be shown.
-  bool Tell(const char* event, const DevicePlace& place, const Json& found, const std::string& line);
-  // Now and then: the command may have ended.
-  void Step();
+  // The line is for people. False if such an event is not shown. Throws Failure if it cannot be shown.
+  virtual bool Tell(const char* event, const DevicePlace& place, const Json& found,
+                    const std::string& line) = 0;
+  // A device was there from the beginning; it is active.
+  virtual void Begin(const DevicePlace& place) = 0;
+  // Something that people should know.
+  virtual void Note(const std::string& text) = 0;
+  // A search begins, which may take minutes.
+  virtual void BeginSearch() {}
+  // Now and then.
+  virtual void Step() {}
+};
+
+// To the standard output and to a command, stamped with the time and a number.
+class ShownEvents : public Events {
+ public:
+  ShownEvents(const Request& request, const EventWords& words);
+
+  bool Tell(const char* event, const DevicePlace& place, const Json& found, const std::string& line) override;
+  void Begin(const DevicePlace& place) override;
+  void Note(const std::string& text) override;
+  // The command may have ended.
+  void Step() override;
 
  private:
   const Request& request_;

@@ -6,7 +6,7 @@
 #include "tools/tavlynctl/areas.h"
 #include "tools/tavlynctl/hex.h"
 #include "tools/tavlynctl/program.h"
-#include "tools/tavlynctl/watch/watched.h"
+#include "tools/tavlynctl/watch/inquiries.h"
 
 namespace tavlyn::ctl {
 namespace {
@@ -93,27 +93,34 @@ struct WatchSwipes {
   void Take(Words& taken) { words.Take(taken); }
 
   [[nodiscard]] Json Run(const Request& request) const {
-    Events events(request, words.events);
-    const auto ask = [&](const Watched& reader) -> std::optional<int> {
-      ClearMagstripeErrorWord();
-      const std::uint32_t waits = sorbaneIsDataAvailable();
-      if (GetLastLibErr() != 0) return std::nullopt;
-      if (waits == 0) return 0;
-      const auto tracks = FetchedTracks();
-      if (!tracks) return std::nullopt;
-      const std::string line = SwipeLine(*tracks);
-      events.Tell("swipe", reader.place, {{"tracks", *tracks}},
+    ShownEvents events(request, words.events);
+    const auto tell = [&](const Watched& reader, const Json& tracks) {
+      const std::string line = SwipeLine(tracks);
+      events.Tell("swipe", reader.place, {{"tracks", tracks}},
                   words.all ? line + " on " + reader.place.Name() : line);
-      sorbaneClearDataAvailable();
-      return 1;
     };
-    const auto leave = [](const Watched&) { return 0; };
-    Watch(request, words, events, {kMagstripes, kSwipePause, ask, leave}).Run();
+    Watch(request, words, events, SwipeInquiry(tell)).Run();
     return {};
   }
 };
 
 }  // namespace
+
+Inquiry SwipeInquiry(const TellSwipe& tell) {
+  const auto ask = [tell](const Watched& reader) -> std::optional<int> {
+    ClearMagstripeErrorWord();
+    const std::uint32_t waits = sorbaneIsDataAvailable();
+    if (GetLastLibErr() != 0) return std::nullopt;
+    if (waits == 0) return 0;
+    const auto tracks = FetchedTracks();
+    if (!tracks) return std::nullopt;
+    tell(reader, *tracks);
+    sorbaneClearDataAvailable();
+    return 1;
+  };
+  const auto leave = [](const Watched&) { return 0; };
+  return {kMagstripes, kSwipePause, ask, leave};
+}
 
 void AddSwipes(Program& program) {
   program.Add<ShowTracks>("track", "The tracks of the last swipe, raw and as text");

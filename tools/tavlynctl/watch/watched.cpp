@@ -1,13 +1,10 @@
 #include "tools/tavlynctl/watch/watched.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <memory>
 #include <thread>
 
 #include "api.h"
-#include "tools/printable.h"
-#include "tools/tavlynctl/process.h"
-#include "tools/tavlynctl/watch/attached.h"
 
 namespace tavlyn::ctl {
 namespace {
@@ -52,8 +49,15 @@ CLI::Option* WatchWords::TakeEnd(Words& words) {
   return words.Flag("--no-wait", ends, "End if there is no device, or if it goes");
 }
 
-Watch::Watch(const Request& request, const WatchWords& words, Events& events, Inquiry inquiry)
-    : request_(request), words_(words), events_(events), inquiry_(std::move(inquiry)) {}
+void Sleep(std::chrono::milliseconds length) { std::this_thread::sleep_for(length); }
+
+Watch::Watch(const Request& request, const WatchWords& words, Events& events, Inquiry inquiry,
+             Meanwhile meanwhile)
+    : request_(request),
+      words_(words),
+      events_(events),
+      inquiry_(std::move(inquiry)),
+      meanwhile_(std::move(meanwhile)) {}
 
 void Watch::Run() {
   Begin();
@@ -63,8 +67,9 @@ void Watch::Run() {
     const auto next = std::ranges::min_element(watched_, {}, &Watched::due);
     if (next != watched_.end() && next->due <= Clock::now()) {
       Ask(*next);
+      meanwhile_({});
     } else {
-      SleepUntil(next == watched_.end() ? look_ : std::min(look_, next->due));
+      meanwhile_(Until(next == watched_.end() ? look_ : std::min(look_, next->due)));
     }
   }
 }
@@ -75,23 +80,26 @@ void Watch::Begin() {
     watching_.emplace(words_.timeout, words_.count, NoCard());
     for (const Watched& one : watched_) {
       SetActDev(one.place.entry);
-      TellWatched(request_.json);
+      events_.Begin(one.place);
     }
   } catch (const Failure& none) {
-    if (words_.ends || none.code != kNoDevice) throw;
+    if (words_.ends || (none.code != kNoDevice && !words_.serves)) throw;
     watching_.emplace(words_.timeout, words_.count, none);
-    Tell(kProgram, none.what() + std::string("; waiting"));
+    events_.Note(none.what() + std::string("; waiting"));
   }
   // What is there and holds no device that is watched stays so.
   const std::vector<std::string> attached = AttachedPaths(request_.link, inquiry_.product);
-  for (const std::string& path : attached) retries_[path];
+  for (const std::string& path : attached) {
+    if (!words_.serves) retries_[path];
+  }
   look_ = again_ = Clock::now() + kLookPause;
 }
 
 // Every device that a new connect finds.
 std::vector<DevicePlace> Watch::Search() {
+  events_.BeginSearch();
   session_.reset();
-  session_.emplace(request_.link, inquiry_.product);
+  session_.emplace(request_.link, inquiry_.product, words_.serves ? Others::kLeft : Others::kCounted);
   std::vector<DevicePlace> all;
   for (std::int16_t index = 0; index < GetDevCnt(); ++index) {
     SetActDev(index);
@@ -123,8 +131,8 @@ std::vector<DevicePlace> Watch::Chosen(const std::vector<DevicePlace>& all) {
   return {place};
 }
 
-// Those that no other run of the program has. Throws Failure if all are taken.
-std::vector<DevicePlace> Watch::Held(const std::vector<DevicePlace>& all) const {
+// Those that no other run of the program has; the others may be let go. Throws Failure if all are taken.
+std::vector<DevicePlace> Watch::Held(const std::vector<DevicePlace>& all) {
   std::vector<DevicePlace> held;
   for (const DevicePlace& place : all) {
     SetActDev(place.entry);
@@ -132,8 +140,10 @@ std::vector<DevicePlace> Watch::Held(const std::vector<DevicePlace>& all) const 
       session_->Hold();
       held.push_back(place);
     } catch (const Failure& used) {
+      if (words_.serves)
+        retries_.try_emplace(place.path, Retry{Clock::now(), kFirstPause}).first->second.left = kAnyNumber;
       if (held.empty() && &place == &all.back()) throw;
-      Tell(kProgram, used.what());
+      events_.Note(used.what());
     }
   }
   return held;
@@ -144,7 +154,7 @@ std::vector<DevicePlace> Watch::Held(const std::vector<DevicePlace>& all) const 
 // for again, while a port stays where it is when its reader is exchanged.
 std::vector<DevicePlace> Watch::Found() {
   const std::vector<DevicePlace> all = Search();
-  if (all.empty() && watching_) return {};
+  if (all.empty() && (watching_ || words_.serves)) return {};
   try {
     return Chosen(all);
   } catch (const Failure& none) {
@@ -226,7 +236,7 @@ void Watch::Leave(Watched& watched) {
 // While the one that was chosen is there, nobody else matters.
 void Watch::Look() {
   if (words_.all || watched_.empty()) {
-    const std::vector<std::string> attached = AttachedPaths(request_.link, inquiry_.product);
+    const std::vector<std::string>& attached = attached_.Paths(request_.link, inquiry_.product);
     std::erase_if(retries_, [&](const auto& one) { return !Has(attached, one.first); });
     std::erase_if(others_, [&](const std::string& path) { return !Has(attached, path); });
     if (IsWorthConnecting(attached)) ConnectAgain();
@@ -259,9 +269,19 @@ bool Watch::IsWorthConnecting(const std::vector<std::string>& attached) {
   return isNew || isTime;
 }
 
-void Watch::SleepUntil(Clock::time_point time) const {
+std::chrono::milliseconds Watch::Until(Clock::time_point time) const {
   const auto left = std::chrono::ceil<std::chrono::milliseconds>(time - Clock::now());
-  std::this_thread::sleep_for(std::min(left, kLongestSleep));
+  return std::clamp(left, std::chrono::milliseconds(0), kLongestSleep);
+}
+
+void Watch::With(const std::string& path, const Deed& deed) {
+  const auto isThat = [&](const Watched& one) { return one.place.path == path; };
+  const auto found = std::ranges::find_if(watched_, isThat);
+  if (found == watched_.end()) throw Failure(kNoDevice, "there is no device " + path);
+  SetActDev(found->place.entry);
+  const auto rest = [&](Watched* watched) { watched->due = Clock::now() + inquiry_.pause; };
+  const std::unique_ptr<Watched, decltype(rest)> resting(&*found, rest);
+  deed(*session_, *found);
 }
 
 }  // namespace tavlyn::ctl

@@ -11,6 +11,7 @@
 
 #include "tools/tavlynctl/program.h"
 #include "tools/tavlynctl/session.h"
+#include "tools/tavlynctl/watch/attached.h"
 #include "tools/tavlynctl/watch/events.h"
 #include "tools/tavlynctl/watch/watching.h"
 
@@ -21,7 +22,8 @@ struct WatchWords {
   int count = 0;  // 0: any number
   std::optional<double> timeout;
   bool all = false;
-  bool ends = false;  // instead of waiting for a device
+  bool ends = false;    // instead of waiting for a device
+  bool serves = false;  // for good: waits for whatever cannot be had, and leaves other products to others
 
   EventWords events;
 
@@ -48,12 +50,21 @@ struct Inquiry {
   std::function<int(Watched&)> leave;
 };
 
+// What is done between two questions, for at most that long.
+using Meanwhile = std::function<void(std::chrono::milliseconds)>;
+void Sleep(std::chrono::milliseconds length);
+
 class Watch {
  public:
-  Watch(const Request& request, const WatchWords& words, Events& events, Inquiry inquiry);
+  Watch(const Request& request, const WatchWords& words, Events& events, Inquiry inquiry,
+        Meanwhile meanwhile = Sleep);
 
   // Until Ctrl-C, the number of events or the time ends it.
   void Run();
+  // For Meanwhile: does something with the device of that path, which is active then, and leaves it alone for
+  // its pause. Throws Failure if it is not watched.
+  using Deed = std::function<void(const Session& session, const Watched& watched)>;
+  void With(const std::string& path, const Deed& deed);
 
  private:
   // Of a path with something on it that is not watched.
@@ -66,7 +77,7 @@ class Watch {
   void Begin();
   std::vector<DevicePlace> Search();
   std::vector<DevicePlace> Chosen(const std::vector<DevicePlace>& all);
-  [[nodiscard]] std::vector<DevicePlace> Held(const std::vector<DevicePlace>& all) const;
+  std::vector<DevicePlace> Held(const std::vector<DevicePlace>& all);
   std::vector<DevicePlace> Found();
   void ConnectAgain();
   void Compare(const std::vector<DevicePlace>& found, bool tell);
@@ -75,14 +86,16 @@ class Watch {
   void Leave(Watched& watched);
   void Look();
   [[nodiscard]] bool IsWorthConnecting(const std::vector<std::string>& attached);
-  void SleepUntil(Clock::time_point time) const;
+  [[nodiscard]] std::chrono::milliseconds Until(Clock::time_point time) const;
 
   const Request& request_;
   const WatchWords& words_;
   Events& events_;
   const Inquiry inquiry_;
+  const Meanwhile meanwhile_;
   std::optional<Session> session_;
   std::optional<Watching> watching_;
+  AttachedList attached_;
   std::vector<Watched> watched_;
   std::string chosen_;                    // the name of the one that is watched, unless all are
   std::vector<std::string> others_;       // paths of those that are not

@@ -3,7 +3,7 @@
 
 #include <unistd.h>
 
-namespace tavlyn::ctl {
+namespace tavlyn {
 
 class Descriptor {
  public:
@@ -20,4 +20,4 @@ class Descriptor {
   int number_;
 };
 
-}  // namespace tavlyn::ctl
+}  // namespace tavlyn
