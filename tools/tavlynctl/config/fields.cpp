@@ -48,6 +48,7 @@ Bounds ActiveBounds(const Field& field) {
 }
 
 // Two records share an error word, so the record matters too.
+// cppcheck-suppress passedByValue ; an enumeration
 [[noreturn]] void RefuseRecord(Record record) {
   const std::uint32_t word = GetLastLibErr();
   const std::string told = ErrorText();
