@@ -50,12 +50,29 @@ TEST(AgentSettings, EveryMistakeIsToldWithItsLine) {
       {"certificate = \"/a\"\n",
        "f:3: certificate and certificate-key belong together; add certificate-key\n"},
       {"password = \"a\"\n", "f:3: a password is of no use without user\n"},
+      {"[spool]\nfile = \"spool.db\"\n",
+       "f:4: file must be a path from the root, such as \"/var/lib/tavlynd/spool.db\"\n"},
+      {"password-file = \"secret\"\n",
+       "f:3: password-file must be a path from the root, such as \"/etc/tavlyn/password\"\n"},
+      {"[commands]\nallow = [\"bep\"]\n",
+       "f:4: allow must be a list in brackets, each \"beep\", \"led\", \"relay\", \"read-card\", "
+       "\"read-config\", \"load-config\" or \"re-read\"\n"},
       {"[devices]\nserial = [\"com03\"]\n",
        "f:4: serial must be a list in brackets, each \"com1\" to \"com256\", or \"com1:ascii\" for a reader "
        "that "
        "speaks text\n"},
   };
   for (const Case& one : kCases) EXPECT_EQ(MistakesIn(kUrl + one.text), one.told);
+}
+
+TEST(AgentSettings, ForgottenQuotes) {
+  for (const char* line : {"user = desk", "user=desk", "ca = /etc/ca.pem", "user = [desk]"}) {
+    EXPECT_NE(MistakesIn(kUrl + line + "\n").find("; a text needs quotes, \""), std::string::npos) << line;
+  }
+  for (const char* line : {"user = 5:", "user =", "user"}) {
+    EXPECT_EQ(MistakesIn(kUrl + line + "\n").find("quotes, \""), std::string::npos) << line;
+    EXPECT_NE(MistakesIn(kUrl + line + "\n"), "") << line;
+  }
 }
 
 TEST(AgentSettings, OtherLanguagesInCommentsAndEscapes) {

@@ -23,7 +23,9 @@ log_dest stderr
 log_type all
 """
 
-# Certificates that are good at any time, whatever this machine thinks the time is.
+# Certificates that are good at any time, or never, whatever this machine thinks the time is.
+_FOREVER = "99991231235959Z"
+_LONG_AGO = "19700102000000Z"
 _AUTHORITY = """[ca]
 default_ca = ours
 [ours]
@@ -32,7 +34,7 @@ new_certs_dir = {folder}
 rand_serial = yes
 default_md = sha256
 default_startdate = 19700101000000Z
-default_enddate = 99991231235959Z
+default_enddate = {until}
 policy = anything
 unique_subject = no
 copy_extensions = copy
@@ -51,6 +53,16 @@ subjectAltName = {addresses}
 """
 
 
+_LIMITS = """openssl_conf = all
+[all]
+ssl_conf = ssl
+[ssl]
+system_default = limits
+[limits]
+MaxProtocol = {newest}
+"""
+
+
 @dataclasses.dataclass(frozen=True)
 class Certificate:
     """Files: the certificate, and its key."""
@@ -66,19 +78,20 @@ class Authority:
         self._stage = stage
         self._name = name
         stage.file("index.txt", "")
-        self._own = self._make(name, "root", [])
+        self._own = self._make(name, "root", [], _FOREVER)
         self.root = self._own.certificate
 
-    def certificate(self, name: str, *addresses: str) -> Certificate:
+    def certificate(self, name: str, *addresses: str, expired: bool = False) -> Certificate:
         """For a program of this name, or one at these addresses, such as IP:127.0.0.1 or DNS:localhost."""
-        return self._make(name, "leaf", list(addresses) or [f"DNS:{name}"])
+        return self._make(name, "leaf", list(addresses) or [f"DNS:{name}"], _LONG_AGO if expired else _FOREVER)
 
-    def _make(self, name: str, kind: str, addresses: List[str]) -> Certificate:
+    def _make(self, name: str, kind: str, addresses: List[str], until: str) -> Certificate:
         folder = self._stage.folder
         made = Certificate(f"{folder}/{name}.crt", f"{folder}/{name}.key")
         request = f"{folder}/{name}.csr"
         settings = self._stage.file(
-            f"{name}.cnf", _AUTHORITY.format(folder=folder, name=name, addresses=",".join(addresses) or "DNS:none")
+            f"{name}.cnf",
+            _AUTHORITY.format(folder=folder, name=name, addresses=",".join(addresses) or "DNS:none", until=until),
         )
         curve = ["-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:P-256", "-nodes", "-keyout", made.key]
         _openssl("req", "-new", "-config", settings, *curve, "-out", request)
@@ -98,12 +111,16 @@ def _openssl(*words: str) -> None:
 @dataclasses.dataclass
 class Rules:
     """Who may do what: users with their passwords (none: everybody is let in), Mosquitto's own lines of topic rights,
-    and the authority that it shows a certificate of, which its clients need as well if `client_certificates`."""
+    and the authority that it shows a certificate of, which its clients need as well if `client_certificates`.
+
+    A broker may show another certificate than that of its address, and speak no version of TLS above `newest_tls`."""
 
     users: Dict[str, str] = dataclasses.field(default_factory=dict)
     rights: str = ""
     authority: Optional[Authority] = None
     client_certificates: bool = False
+    shown: Optional[Certificate] = None
+    newest_tls: str = ""
 
 
 class Broker:
@@ -114,7 +131,11 @@ class Broker:
         self.rules = rules or Rules()
         self.host = stage.address
         self.port = stage.free_port()
-        self._process = stage.begin(name, ["mosquitto", "-c", self._settings(name)])
+        variables = {}
+        if self.rules.newest_tls:
+            limits = stage.file(f"{name}.limits", _LIMITS.format(newest=self.rules.newest_tls))
+            variables["OPENSSL_CONF"] = limits
+        self._process = stage.begin(name, ["mosquitto", "-c", self._settings(name)], variables)
         self._await()
 
     @property
@@ -148,7 +169,7 @@ class Broker:
         lines = _SETTINGS.format(user=getpass.getuser(), folder=stage.folder, name=name)
         lines += f"listener {self.port} {self.host}\n"
         if rules.authority:
-            own = rules.authority.certificate(name, f"IP:{self.host}")
+            own = rules.shown or rules.authority.certificate(name, f"IP:{self.host}")
             lines += f"cafile {rules.authority.root}\ncertfile {own.certificate}\nkeyfile {own.key}\n"
             lines += f"require_certificate {'true' if rules.client_certificates else 'false'}\n"
         lines += f"allow_anonymous {'false' if rules.users else 'true'}\n"

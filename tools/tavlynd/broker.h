@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tools/broker_trouble.h"
 #include "tools/tavlynd/log.h"
 #include "tools/tavlynd/settings.h"
 
@@ -65,6 +66,8 @@ class Broker {
   void Connect(std::int64_t now);
   void Lose(int code);
   void Connected(int code);
+  void TellTrouble(const std::string& reason);
+  void TellNoCommands();
   void Received(const std::string& topic, std::string_view payload, bool retained);
   void Listen();
 
@@ -78,7 +81,9 @@ class Broker {
   std::int64_t next_ = 0;  // when to try again, or to give up trying
   std::int64_t now_ = 0;
   unsigned failures_ = 0;
-  std::string told_;                        // the last reason, which is not told again
+  bool isRefused_ = false;                  // the broker has said why
+  BrokerTrouble trouble_;                   // of this attempt
+  std::string told_;                        // the last trouble, which is not told again
   std::map<int, std::int64_t> onTheirWay_;  // by the number of the message
   std::minstd_rand chance_;
 };

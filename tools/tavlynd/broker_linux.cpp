@@ -1,4 +1,5 @@
 #include <mosquitto.h>
+#include <openssl/ssl.h>
 #include <poll.h>
 
 #include <algorithm>
@@ -25,6 +26,9 @@ std::string Reason(int code) {
   return code == MOSQ_ERR_ERRNO ? std::strerror(errno) : mosquitto_strerror(code);
 }
 
+constexpr BrokerWords kBrokerWords{"ca", "certificate and certificate-key", "tls",
+                                   "user, password and password-file, and the users of the broker"};
+
 const char* OrNull(const std::string& text) { return text.empty() ? nullptr : text.c_str(); }
 
 // A key with a passphrase would be asked for on a terminal.
@@ -35,7 +39,10 @@ int NoPassphrase(char* /*buffer*/, int /*size*/, int /*writing*/, void* /*client
 void Broker::End::operator()(mosquitto* client) const { mosquitto_destroy(client); }
 
 Broker::Broker(Terms terms, Heard heard)
-    : terms_(std::move(terms)), heard_(std::move(heard)), chance_(std::random_device{}()) {
+    : terms_(std::move(terms)),
+      heard_(std::move(heard)),
+      trouble_(kBrokerWords),
+      chance_(std::random_device{}()) {
   mosquitto_lib_init();
   client_.reset(mosquitto_new(terms_.clientId.c_str(), false, this));
   if (client_ != nullptr) SetUp();
@@ -75,7 +82,7 @@ void Broker::SetUpTls() {
   }
   if (code == MOSQ_ERR_SUCCESS) return;
   isSetUp_ = false;
-  Log(Priority::kError, "TLS cannot be set up; are the files of [broker] there? " + Reason(code));
+  Log(Priority::kError, "TLS cannot be set up; see ca, certificate and certificate-key: " + Reason(code));
 }
 
 // The functions of a C library are called from here: nothing may be thrown through it.
@@ -83,6 +90,19 @@ void Broker::Listen() {
   mosquitto_connect_callback_set(client_.get(), [](mosquitto*, void* self, int code) noexcept {
     static_cast<Broker*>(self)->Connected(code);
   });
+  // Of its log only what tells why a connection has failed.
+  mosquitto_log_callback_set(
+      client_.get(), [](mosquitto* client, void* self, int level, const char* line) noexcept {
+        if ((level & (MOSQ_LOG_ERR | MOSQ_LOG_WARNING)) == 0) return;
+        const auto* tls = static_cast<const SSL*>(mosquitto_ssl_get(client));
+        static_cast<Broker*>(self)->trouble_.Note(line, tls == nullptr ? 0 : SSL_get_verify_result(tls));
+      });
+  mosquitto_subscribe_callback_set(client_.get(),
+                                   [](mosquitto*, void* self, int, int count, const int* granted) noexcept {
+                                     constexpr int kRefused = 0x80;
+                                     if (count > 0 && granted[0] == kRefused)
+                                       static_cast<Broker*>(self)->TellNoCommands();
+                                   });
   mosquitto_publish_callback_set(client_.get(), [](mosquitto*, void* self, int number) noexcept {
     auto& broker = *static_cast<Broker*>(self);
     const auto sent = broker.onTheirWay_.extract(number);
@@ -103,13 +123,20 @@ void Broker::Received(const std::string& topic, std::string_view payload, bool r
   heard_.command(topic, payload);
 }
 
+void Broker::TellNoCommands() {
+  Log(Priority::kError, "no commands can come: the broker does not let this agent read " + terms_.commands);
+}
+
+// Once, not at every attempt.
+void Broker::TellTrouble(const std::string& reason) {
+  const std::string& url = terms_.settings.url;
+  const std::string text = "no connection to " + url + ": " + trouble_.Text(url, reason);
+  if (std::exchange(told_, text) != text) Log(Priority::kWarning, text + " (it is tried again)");
+}
+
 void Broker::Connected(int code) {
-  if (code != 0) {
-    const std::string reason = mosquitto_connack_string(code);
-    if (std::exchange(told_, reason) != reason)
-      Log(Priority::kError, "the broker refuses this agent: " + reason);
-    return;
-  }
+  isRefused_ = code != 0;
+  if (isRefused_) return TellTrouble(mosquitto_connack_string(code));
   state_ = State::kConnected;
   failures_ = 0;
   told_.clear();
@@ -122,6 +149,8 @@ void Broker::Connect(std::int64_t now) {
   const auto url = ParseBrokerUrl(terms_.settings.url);
   if (!url || !isSetUp_) return Lose(MOSQ_ERR_INVAL);
   state_ = State::kConnecting;
+  isRefused_ = false;
+  trouble_.Forget();
   next_ = now + kMostConnecting;
   const int code = std::exchange(begun_, true)
                        ? mosquitto_reconnect_async(client_.get())
@@ -135,10 +164,8 @@ void Broker::Lose(int code) {
   const std::string reason = Reason(code);
   if (state_ == State::kConnected) {
     Log(Priority::kWarning, "the connection to the broker is lost: " + reason);
-  } else if (told_.empty()) {
-    told_ = reason;
-    Log(Priority::kWarning,
-        "no connection to " + terms_.settings.url + ": " + reason + "; it is tried again");
+  } else if (!isRefused_) {
+    TellTrouble(reason);
   }
   state_ = State::kAway;
   arrived_ = false;

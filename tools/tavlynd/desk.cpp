@@ -80,6 +80,7 @@ void Desk::Be(const Settings& settings) {
 
 // All that is retained is said again: the broker may be another one, or have forgotten it.
 void Desk::Greet() {
+  Log(Priority::kInfo, "topics begin with " + topics_.Begin());
   broker_->Publish(topics_.Of(kAgent, "state"), StatePayload("online", TimeOfDay()), true);
   aboutSelf_.clear();
   AnnounceSelf();

@@ -64,7 +64,7 @@ bool IsEthernet(const std::string& text) {
 using S = Settings;
 
 constexpr const char* kTextMust = "a text of one line";
-constexpr const char* kPathMust = "a path from the root, such as \"/etc/tavlyn/ca.pem\"";
+constexpr const char* kPathMust = "a path from the root, such as ";
 constexpr const char* kLevelMust = "1 to 64 characters without + # $ % /";
 
 // clang-format off
@@ -112,7 +112,7 @@ const Key kSettingKeys[] = {
      "or the number of bits alone."},
     {"publish", "site-key", &S::siteKey, "a text of 32 characters or more", IsSiteKey, 0, 0,
      "\"...\"", true, "The key of the hash, the same for all agents that are to give a card the same one."},
-    {"commands", "allow", &S::allowed, "a command of the list in tavlynd(1)", IsAllowable, 0, 0, nullptr, false,
+    {"commands", "allow", &S::allowed, nullptr, IsAllowable, 0, 0, nullptr, false,
      "The commands that are carried out."},
     {"commands", "rate", &S::rate, "", nullptr, 1, 6000, nullptr, false,
      "Commands a minute that a device takes; more are refused as busy."},
@@ -139,6 +139,17 @@ struct AsWritten {
   }
 };
 
+// "beep", "led" or "relay"
+std::string AllowableWords() {
+  std::string words;
+  const auto kinds = CommandKinds();
+  for (const CommandKind& kind : kinds) {
+    const char* before = &kind == &kinds.back() ? " or " : ", ";
+    words += (words.empty() ? "" : before) + Quoted(kind.name);
+  }
+  return words;
+}
+
 // A comment of lines that fit a terminal.
 std::string Comment(std::string_view text) {
   constexpr std::size_t kWidth = 100;
@@ -158,18 +169,21 @@ std::span<const Key> Keys() { return kSettingKeys; }
 
 std::string NameOf(const Key& key) { return std::string(key.section) + "." + key.name; }
 
+std::string DefaultOf(const Key& key) {
+  const Settings none;
+  return std::visit([&](const auto member) { return AsWritten()(none.*member); }, key.member);
+}
+
+std::string ExampleOf(const Key& key) { return key.example == nullptr ? DefaultOf(key) : key.example; }
+
 std::string MustOf(const Key& key) {
   if (std::holds_alternative<bool Settings::*>(key.member)) return "true or false";
   if (std::holds_alternative<Settings::Number Settings::*>(key.member)) {
     return "a whole number from " + std::to_string(key.least) + " to " + std::to_string(key.most);
   }
+  if (key.fits == IsPath) return kPathMust + ExampleOf(key);
   const bool isList = std::holds_alternative<Settings::Words Settings::*>(key.member);
-  return (isList ? "a list in brackets, each " : "") + std::string(key.must);
-}
-
-std::string DefaultOf(const Key& key) {
-  const Settings none;
-  return std::visit([&](const auto member) { return AsWritten()(none.*member); }, key.member);
+  return (isList ? "a list in brackets, each " : "") + (key.must == nullptr ? AllowableWords() : key.must);
 }
 
 std::string ExampleFile() {
@@ -182,8 +196,7 @@ std::string ExampleFile() {
     }
     const bool isNeeded = key.member == Key::Member(&Settings::url);
     text += Comment(std::string(key.meaning) + " (" + MustOf(key) + ")");
-    text += (isNeeded ? "" : "#") + std::string(key.name) + " = " +
-            (key.example == nullptr ? DefaultOf(key) : key.example) + "\n";
+    text += (isNeeded ? "" : "#") + std::string(key.name) + " = " + ExampleOf(key) + "\n";
   }
   return text;
 }

@@ -16,7 +16,7 @@ struct Key {
   const char* section;
   const char* name;
   Member member;
-  // Of a text, or of each word of a list: what it must be, and whether it is.
+  // Of a text, or of each word of a list: what it must be (null: a command), and whether it is.
   const char* must;
   bool (*fits)(const std::string& text);
   Settings::Number least;
@@ -29,7 +29,7 @@ struct Key {
 std::span<const Key> Keys();
 // "broker.url".
 std::string NameOf(const Key& key);
-// "a whole number from 5 to 3600", "a list; each is …".
+// "a whole number from 5 to 3600", "a list in brackets, each …".
 std::string MustOf(const Key& key);
 // As it is written in the file.
 std::string DefaultOf(const Key& key);

@@ -3,7 +3,8 @@
 #include <toml++/toml.h>
 
 #include <algorithm>
-#include <set>
+#include <cctype>
+#include <sstream>
 #include <string_view>
 
 #include "tools/broker_url.h"
@@ -152,6 +153,20 @@ unsigned MakePlain(std::string& text) {
   return 0;
 }
 
+// What begins like a word is mostly a text whose quotes were forgotten.
+std::string HintOfQuotes(const std::string& text, unsigned line) {
+  std::istringstream lines(text);
+  std::string wrong;
+  while (line-- > 0) std::getline(lines, wrong);
+  const std::size_t equals = wrong.find('=');
+  const std::size_t value = wrong.find_first_not_of(" \t[", std::min(equals, wrong.size() - 1) + 1);
+  if (equals == std::string::npos || value == std::string::npos) return "";
+  const auto first = static_cast<unsigned char>(wrong[value]);
+  return std::isalpha(first) != 0 || first == '/'
+             ? "; a text needs quotes, \"" + Printable(wrong.substr(value)) + "\""
+             : "";
+}
+
 }  // namespace
 
 ReadSettings ParseSettings(const std::string& text) try {
@@ -161,7 +176,8 @@ ReadSettings ParseSettings(const std::string& text) try {
   }
   return Reading().Read(toml::parse(plain));
 } catch (const toml::parse_error& error) {
-  return {{}, {{error.source().begin.line, Printable(error.description())}}};
+  const unsigned line = error.source().begin.line;
+  return {{}, {{line, Printable(error.description()) + HintOfQuotes(text, line)}}};
 }
 
 std::string MistakeLine(const std::string& path, const Mistake& mistake) {

@@ -14,7 +14,7 @@
 namespace tavlyn::agent {
 namespace {
 
-constexpr std::size_t kLargestFile = 256 * 1024;
+constexpr std::size_t kLargestFile = 4 << 20;
 
 struct File {
   std::string text;
@@ -29,7 +29,7 @@ std::string TextOf(int file, std::string& problem) {
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) problem = std::strerror(errno);
     if (count > 0) text.append(piece, static_cast<std::size_t>(count));
-    if (count > 0 && text.size() > kLargestFile) problem = "is larger than 256 KiB";
+    if (count > 0 && text.size() > kLargestFile) problem = "is larger than 4 MiB";
     if (!problem.empty()) return {};
   }
   return text;
@@ -63,23 +63,44 @@ bool HasSecret(const Settings& settings) {
   });
 }
 
-void ReadPassword(ReadSettings& read) {
-  const std::string& path = read.settings.passwordFile;
+struct NamedFile {
+  const char* name;
+  std::string Settings::*member;
+  bool isSecret;
+};
+
+constexpr NamedFile kPasswordFile{"password-file", &Settings::passwordFile, true};
+constexpr NamedFile kTlsFiles[] = {
+    {"ca", &Settings::ca, false},
+    {"certificate", &Settings::certificate, false},
+    {"certificate-key", &Settings::certificateKey, true},
+};
+
+// Its first line, if it can be used.
+std::string FirstLineOf(const NamedFile& named, ReadSettings& read) {
+  const std::string& path = read.settings.*named.member;
+  if (path.empty()) return {};
   const File file = Open(path);
-  std::string problem = file.problem.empty() && file.isOpenToOthers ? CloseIt(path) : file.problem;
-  read.settings.password = file.text.substr(0, file.text.find_first_of("\r\n"));
-  if (problem.empty() && read.settings.password.empty()) problem = "its first line is empty";
-  if (!problem.empty()) read.mistakes.push_back({0, "password-file " + Printable(path) + ": " + problem});
+  std::string problem =
+      file.problem.empty() && named.isSecret && file.isOpenToOthers ? CloseIt(path) : file.problem;
+  const std::string line = file.text.substr(0, file.text.find_first_of("\r\n"));
+  if (problem.empty() && line.empty()) problem = "its first line is empty";
+  if (problem.empty()) return line;
+  read.mistakes.push_back({0, std::string(named.name) + " " + Printable(path) + ": " + problem});
+  return {};
 }
 
 }  // namespace
 
 ReadSettings LoadSettings(const std::string& path) {
   const File file = Open(path);
-  if (!file.problem.empty()) return {{}, {{0, file.problem}}};
+  if (!file.problem.empty()) {
+    return {{}, {{0, file.problem + "; /usr/share/tavlynapi has an example of such a file"}}};
+  }
   ReadSettings read = ParseSettings(file.text);
   const bool isSecret = HasSecret(read.settings);
-  if (!read.settings.passwordFile.empty() && read.settings.password.empty()) ReadPassword(read);
+  if (read.settings.password.empty()) read.settings.password = FirstLineOf(kPasswordFile, read);
+  for (const NamedFile& one : kTlsFiles) FirstLineOf(one, read);
   if (file.isOpenToOthers && isSecret) {
     read.mistakes.push_back({0, "it has a secret, and " + CloseIt(path)});
   }

@@ -40,12 +40,14 @@ Topics::Topics(const Settings& settings)
       site_(settings.site),
       host_(settings.host.empty() ? Level(HostName()) : settings.host) {}
 
+std::string Topics::Begin() const { return prefix_ + "/" + site_ + "/" + host_ + "/"; }
+
 std::string Topics::Of(const std::string& device, const char* end) const {
-  return prefix_ + "/" + site_ + "/" + host_ + "/" + device + "/" + end;
+  return Begin() + device + "/" + end;
 }
 
 std::string Topics::DeviceOfCommand(const std::string& topic) const {
-  const std::string before = prefix_ + "/" + site_ + "/" + host_ + "/";
+  const std::string before = Begin();
   const std::string after = "/command";
   if (!topic.starts_with(before) || !topic.ends_with(after) || topic.size() <= before.size() + after.size())
     return {};

@@ -27,6 +27,8 @@ class Topics {
  public:
   explicit Topics(const Settings& settings);
 
+  // What all of them begin with.
+  [[nodiscard]] std::string Begin() const;
   [[nodiscard]] std::string Of(const std::string& device, const char* end) const;
   // What is subscribed: the commands for all of its devices and itself.
   [[nodiscard]] std::string Commands() const { return Of("+", "command"); }

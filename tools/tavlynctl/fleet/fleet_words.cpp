@@ -74,6 +74,9 @@ void FleetWords::Check() const {
                   "mqtt:// to " + place->host +
                       " can be read by everyone in between; mqtts:// is with TLS, --plain allows this");
   }
+  if (!passwordFile.empty() && user.empty()) {
+    throw Failure(kUsage, "--password-file is of no use without --user");
+  }
   if (certificate.empty() != key.empty()) throw Failure(kUsage, "--certificate and --key belong together");
 }
 

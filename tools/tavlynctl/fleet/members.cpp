@@ -55,8 +55,13 @@ std::vector<Member> GatherMembers(Broker& broker, const FleetWords& words) {
     members.push_back(member);
     if (agent == found.end() || !agent->second.IsOnline()) members.back().state = "offline";
   }
-  if (members.empty())
-    throw Failure(kNoDevice, "no device has told the broker of itself at " + words.Topic("state"));
+  if (members.empty()) {
+    throw Failure(kNoDevice, "the broker knows no device at " + words.Topic("state") +
+                                 "; is an agent (tavlynd) connected, are --to and --prefix right, and do the "
+                                 "access rules let " +
+                                 (words.user.empty() ? "clients without --user" : words.user) +
+                                 " read there? A broker may not say that they do not");
+  }
   return members;
 }
 

@@ -1,11 +1,13 @@
 // libmosquitto, which is loaded when a command needs it: the others start as fast as without it.
 #include <dlfcn.h>
 #include <mosquitto.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 
+#include "tools/broker_trouble.h"
 #include "tools/broker_url.h"
 #include "tools/tavlynctl/files.h"
 #include "tools/tavlynctl/fleet/broker.h"
@@ -32,6 +34,9 @@ struct MosquittoCalls {
   decltype(&mosquitto_disconnect_callback_set) disconnectCallbackSet;
   decltype(&mosquitto_subscribe_callback_set) subscribeCallbackSet;
   decltype(&mosquitto_message_callback_set) messageCallbackSet;
+  decltype(&mosquitto_log_callback_set) logCallbackSet;
+  decltype(&mosquitto_ssl_get) sslGet;
+  long (*verdictOf)(const void* tls);  // of OpenSSL, with which libmosquitto comes
   decltype(&mosquitto_connect) connect;
   decltype(&mosquitto_disconnect) disconnect;
   decltype(&mosquitto_subscribe_multiple) subscribeMultiple;
@@ -63,6 +68,9 @@ MosquittoCalls LoadMosquitto() {
   FindCall(library, "mosquitto_disconnect_callback_set", calls.disconnectCallbackSet);
   FindCall(library, "mosquitto_subscribe_callback_set", calls.subscribeCallbackSet);
   FindCall(library, "mosquitto_message_callback_set", calls.messageCallbackSet);
+  FindCall(library, "mosquitto_log_callback_set", calls.logCallbackSet);
+  FindCall(library, "mosquitto_ssl_get", calls.sslGet);
+  FindCall(library, "SSL_get_verify_result", calls.verdictOf);
   FindCall(library, "mosquitto_connect", calls.connect);
   FindCall(library, "mosquitto_disconnect", calls.disconnect);
   FindCall(library, "mosquitto_subscribe_multiple", calls.subscribeMultiple);
@@ -83,11 +91,23 @@ std::string MosquittoText(int error) {
   return error == MOSQ_ERR_ERRNO ? std::strerror(errno) : Mosquitto().strerror(error);
 }
 
+constexpr BrokerWords kBrokerWords{"--ca", "--certificate and --key", "this program",
+                                   "--user and --password-file, and the users of the broker"};
+
 const char* OrNull(const std::string& text) { return text.empty() ? nullptr : text.c_str(); }
 
-std::string FirstLine(const std::string& path) {
+void RequireReadable(const std::string& path) {
+  if (!path.empty() && ContentsOf(path).empty()) throw NothingIn(path);
+}
+
+// Of a file that nobody else may read.
+std::string SecretLine(const std::string& path) {
+  RequireReadable(path);
+  struct stat about {};
+  if (stat(path.c_str(), &about) == 0 && (about.st_mode & (S_IROTH | S_IWOTH)) != 0) {
+    throw Failure(kBadFile, "others may read " + path + "; chmod o-rwx " + path);
+  }
   const std::string text = ContentsOf(path);
-  if (text.empty()) throw NothingIn(path);
   return text.substr(0, text.find_first_of("\r\n"));
 }
 
@@ -109,10 +129,14 @@ struct Broker::Client {
   int granted = kUnanswered;
   bool isLost = false;
   std::deque<Heard> heard;
+  BrokerTrouble trouble{kBrokerWords};
+
+  [[nodiscard]] Failure Trouble(ExitCode code, const std::string& reason) const {
+    return {code, "the broker " + url + ": " + trouble.Text(url, reason)};
+  }
 
   void Require(int error) const {
-    if (error != MOSQ_ERR_SUCCESS)
-      throw Failure(kNoDevice, "the broker " + url + ": " + MosquittoText(error));
+    if (error != MOSQ_ERR_SUCCESS) throw Trouble(kNoDevice, MosquittoText(error));
   }
 
   // What is to come has come, or it takes too long.
@@ -146,6 +170,11 @@ void ListenTo(mosquitto* handle) {
     constexpr int kRefused = 0x80;
     static_cast<State*>(state)->granted = std::ranges::count(granted, granted + count, kRefused) > 0 ? 1 : 0;
   });
+  call.logCallbackSet(handle, [](mosquitto* client, void* state, int level, const char* line) {
+    if ((level & (MOSQ_LOG_ERR | MOSQ_LOG_WARNING)) == 0) return;
+    const void* tls = Mosquitto().sslGet(client);
+    static_cast<State*>(state)->trouble.Note(line, tls == nullptr ? 0 : Mosquitto().verdictOf(tls));
+  });
   call.messageCallbackSet(handle, [](mosquitto*, void* state, const mosquitto_message* message) {
     const auto* payload = static_cast<const char*>(message->payload);
     const std::string text(payload == nullptr ? "" : payload, static_cast<std::size_t>(message->payloadlen));
@@ -155,6 +184,7 @@ void ListenTo(mosquitto* handle) {
 
 void SecureLine(mosquitto* handle, const FleetWords& words) {
   const MosquittoCalls& call = Mosquitto();
+  for (const std::string& path : {words.ca, words.certificate, words.key}) RequireReadable(path);
   const char* system = words.ca.empty() ? kSystemCertificates : nullptr;
   const int error =
       call.tlsSet(handle, OrNull(words.ca), system, OrNull(words.certificate), OrNull(words.key), nullptr);
@@ -172,7 +202,7 @@ Broker::Broker(const FleetWords& words) : client_(std::make_unique<Client>()) {
   client_->handle = call.create(nullptr, true, client_.get());
   if (client_->handle == nullptr) throw Failure(kBadFile, std::strerror(errno));
   ListenTo<Client>(client_->handle);
-  const std::string password = words.passwordFile.empty() ? "" : FirstLine(words.passwordFile);
+  const std::string password = words.passwordFile.empty() ? "" : SecretLine(words.passwordFile);
   if (!words.user.empty()) {
     call.usernamePwSet(client_->handle, words.user.c_str(), OrNull(password));
   }
@@ -181,7 +211,7 @@ Broker::Broker(const FleetWords& words) : client_(std::make_unique<Client>()) {
   client_->Require(call.connect(client_->handle, place->host.c_str(), place->port, kKeepAlive));
   client_->Await(client_->connected);
   if (client_->connected != 0) {
-    throw Failure(kNoPermission, "the broker " + words.url + ": " + call.connackString(client_->connected));
+    throw client_->Trouble(kNoPermission, call.connackString(client_->connected));
   }
 }
 
