@@ -14,6 +14,8 @@ from stage import Stage
 _READER = "0400123456"
 _AT = f"tavlyn/lobby/desk/{_READER}"
 _SITE_KEY = "0123456789abcdef0123456789abcdef"
+_CARD, _ID = "0123456789ABCDEF", "EFCDAB8967452301"
+_SWIPE = ";4000001234567899=3012?"
 _CARDS = 6
 _SECONDS_FOR_A_DATAGRAM = 60
 
@@ -29,6 +31,10 @@ def _settings(stage: Stage, its: Broker, **more: str) -> str:
     for name, lines in more.items():
         sections[name] = sections.get(name, "") + lines + "\n"
     return "".join(f"[{name}]\n{lines}" for name, lines in sections.items())
+
+
+def _hash_of(text: str) -> str:
+    return hmac.new(_SITE_KEY.encode(), text.encode(), hashlib.sha256).hexdigest()
 
 
 def _is_done(message: Message) -> bool:
@@ -64,9 +70,9 @@ class TheAgent(unittest.TestCase):
         publish(self.broker, f"tavlyn/lobby/desk/{device}/command", command)
         return self.server.wait_topic(f"{device}/reply", self.replies)[-1].json()
 
-    def await_spooled(self, sequence: int) -> None:
-        """The agent has the event of this number on the disk."""
-        wanted = f'"sequence":{sequence},'.encode()
+    def await_spooled(self, event: str, sequence: int) -> None:
+        """The agent has this event of this number on the disk."""
+        wanted = f'"event":"{event}","sequence":{sequence},'.encode()
         files = self.stage.folder.glob
         self.stage.wait("the event", lambda: any(wanted in file.read_bytes() for file in files("spool.db*")))
 
@@ -127,9 +133,9 @@ class TheAgent(unittest.TestCase):
         log = self.agent.program.log
         for number in range(1, _CARDS + 1):
             self.devices.do(f"card {number:02X}:8")
-            self.await_spooled(2 * number - 1)
+            self.await_spooled("card", 2 * number - 1)
             self.devices.do("take")
-            self.await_spooled(2 * number)
+            self.await_spooled("gone", 2 * number)
             if number == _CARDS // 2:
                 self.agent.kill()
                 self.agent.start()
@@ -188,18 +194,38 @@ class TheAgent(unittest.TestCase):
         self.server.wait("a refusal", lambda one: '"code":"busy"' in one.payload)
 
     def test_hides_ids(self) -> None:
-        """Whoever has no key sees that the same card comes again, and nothing else of it."""
+        """Whoever has no key sees that the same card comes again, to any agent with this key, and nothing else of it."""
         publishing = f'ids = "hashed"\nsite-key = "{_SITE_KEY}"'
-        self.begin(publish=publishing, commands='allow = ["read-card"]')
-        self.await_state(_AT, "online")
-        self.devices.do("card 01020303:26")
-        event = self.server.wait_topic("card")[0].json()
-        hashed = hmac.new(_SITE_KEY.encode(), b"26:03030201", hashlib.sha256).hexdigest()
-        self.assertEqual((event["bits"], event["hash"]), (26, hashed))
+        self.begin("reader", "magstripe", publish=publishing, commands='allow = ["read-card"]')
+        door = _settings(self.stage, self.broker, publish=publishing)
+        door = door.replace('"desk"', '"door"').replace("spool.db", "door.db")
+        readers = Simulator(self.stage, name="door-devices")
+        Agent(self.stage, door, readers, "door")
+        for place in (_AT, _AT.replace("desk", "door"), "tavlyn/lobby/desk/hidraw-sim2"):
+            self.await_state(place, "online")
+        self.devices.do(f"#1 card {_CARD}:64", f"#2 swipe {_SWIPE}")
+        readers.do(f"card {_CARD}:64")
+        hashed = _hash_of(f"64:{_ID}")
+        for event in self.server.wait_topic("card", 2):
+            self.assertEqual((event.json()["bits"], event.json()["hash"]), (64, hashed))
         self.assertEqual(self.ask({"request": "a", "do": "read-card"})["result"]["hash"], hashed)
-        for message in self.server.messages():
-            self.assertNotIn("03030201", message.payload)
-            self.assertNotIn("bytes", message.payload)
+        swipe = self.server.wait_topic("swipe")[0].json()
+        self.assertEqual(swipe["hash"], _hash_of(f"2:{_SWIPE}5"))
+        self.broker.kill()
+        self.devices.do("#1 take", f"#2 swipe {_SWIPE}")
+        self.await_spooled("swipe", 2)
+        self.await_spooled("gone", 2)
+        self.devices.do(f"#1 card {_CARD}:64")
+        self.await_spooled("card", 3)
+        files = [file for end in (".db", "-wal", ".log") for file in self.stage.folder.glob(f"*{end}")]
+        kept = {file.name: file.read_bytes() for file in files}
+        self.assertLessEqual({"spool.db-wal", "door.db-wal", "broker.db"}, set(kept))
+        kept["traffic"] = "".join(message.payload for message in self.server.messages()).encode()
+        self.assertIn(hashed.encode(), kept["spool.db-wal"])
+        for name, content in kept.items():
+            for secret in (_CARD, _ID, "400000123456789"):
+                for form in (secret.upper().encode(), secret.lower().encode(), bytes.fromhex(f"{secret:0>16}")):
+                    self.assertNotIn(form, content, name)
 
     def test_reads_its_settings_again(self) -> None:
         """If they are right; otherwise it goes on with those it has."""

@@ -45,10 +45,14 @@ std::string Hashed(const std::string& key, const std::string& text) {
   return hex;
 }
 
-// "26:03030201"; of a swipe the tracks as JSON.
-std::string HashedText(const Json& said, const char* name) {
-  const std::string id = TextIn(said, name);
-  return id.empty() ? TextOf(said[name]) : TextOf(said.value("bits", Json())) + ":" + id;
+// "26:03030201"; of a swipe a line for each track, "2:;4000=12?5".
+std::string HashedText(const Json& said, const std::string& name) {
+  if (name == "id") return TextOf(said.value("bits", Json())) + ":" + TextIn(said, "id");
+  std::string text;
+  for (const Json& track : said[name]) {
+    text += (text.empty() ? "" : "\n") + TextOf(track.value("track", Json())) + ":" + TextIn(track, "text");
+  }
+  return text;
 }
 
 // What is published as it is; all else that a worker says stays here.
