@@ -18,6 +18,14 @@ namespace {
 constexpr std::chrono::milliseconds kBetweenLooks(10);
 
 constexpr const char* kPorts = "/dev/pts/";
+constexpr const char* kProcesses = "/proc/";
+
+// By way of this process: when it is gone the link leads nowhere, even if the number of its port is in use
+// again.
+std::string WayTo(const std::string& port) {
+  std::string way = kProcesses + std::to_string(getpid()) + "/root" + port;
+  return access(way.c_str(), F_OK) == 0 ? way : port;
+}
 
 // Empty if it is not a link.
 std::string TargetOf(const std::string& link) {
@@ -52,7 +60,7 @@ bool PseudoTerminal::Plug() {
   master_ = OpenMaster(port.data(), port.size());
   if (master_ < 0) return false;
   hungUp_ = full_ = false;
-  port_ = port.data();
+  port_ = WayTo(port.data());
   if (MakeLink()) return true;
   const int reason = errno;
   Unplug();
@@ -60,13 +68,14 @@ bool PseudoTerminal::Plug() {
   return false;
 }
 
-// A killed carrier leaves its link behind, which then leads nowhere, or to the next port of that number.
+// A killed carrier leaves its link behind, which then leads nowhere.
 bool PseudoTerminal::MakeLink() const {
   if (symlink(port_.c_str(), link_.c_str()) == 0) return true;
   if (errno != EEXIST) return false;
   const std::string target = TargetOf(link_);
   if (target == port_) return true;
-  const bool isLeft = target.starts_with(kPorts) && access(target.c_str(), F_OK) != 0;
+  const bool isOurs = target.starts_with(kPorts) || target.starts_with(kProcesses);
+  const bool isLeft = isOurs && access(target.c_str(), F_OK) != 0;
   errno = EEXIST;
   return isLeft && unlink(link_.c_str()) == 0 && symlink(port_.c_str(), link_.c_str()) == 0;
 }

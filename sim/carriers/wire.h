@@ -14,7 +14,10 @@
 //   kTakeCut     line       -             outcome    -
 //   kRun         -          command line  outcome    the reply, or why it failed
 //   kVariables   -          -             kDone      what programs need to see the devices: NAME=VALUE, each
-//   with a NUL kEnd         -          -             outcome    -; the process ends
+//                                                    with a NUL
+//   kEnd         -          -             outcome    when everything has ended: the exit status in place of
+//   the
+//                                                    key, and in lines what came of the scenario
 //
 // Reports have their report ID in byte 0; that of kGetFeature is as long as the wanted answer.
 #pragma once

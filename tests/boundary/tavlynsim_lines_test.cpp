@@ -87,7 +87,7 @@ TEST(TavlynsimLines, PortFolderOfTheUserIsUsed) {
   const Ended ended =
       RunLine("folder=$(mktemp -d); TAVLYNAPI_PORT_DIR=$folder " + kRun +
               "--serial COM3 -- sh -c 'readlink $TAVLYNAPI_PORT_DIR/com3'; ls $folder; rmdir $folder");
-  EXPECT_TRUE(ended.out.starts_with("/dev/pts/")) << ended.out;
+  EXPECT_TRUE(Holds(ended.out, "/dev/pts/")) << ended.out;
   EXPECT_EQ(std::count(ended.out.begin(), ended.out.end(), '\n'), 1);
 }
 
@@ -118,9 +118,20 @@ TEST(TavlynsimLines, LinkOfOneThatWasKilledGivesWay) {
        {"ln -s /dev/pts/999999 com3", "(" TAVLYNSIM " run --serial COM3 -- sh -c 'kill -9 $PPID')"}) {
     const Ended ended = RunOver(std::string("export TAVLYNAPI_PORT_DIR=$PWD; ") + made, "readlink com3");
     EXPECT_EQ(ended.status, 0) << made << ended.err;
-    EXPECT_TRUE(ended.out.starts_with("/dev/pts/")) << ended.out;
+    EXPECT_TRUE(Holds(ended.out, "/dev/pts/")) << ended.out;
     EXPECT_FALSE(Holds(ended.out, "com3")) << ended.out;
   }
+}
+
+// The number of a port goes to the next who opens one; a link of the user to it is kept.
+TEST(TavlynsimLines, LinkOfOneThatWasKilledGivesWayWhenItsNumberIsInUse) {
+  const Ended ended =
+      RunLine("folder=$(mktemp -d); cd $folder; export TAVLYNAPI_PORT_DIR=$folder; " + kRun +
+              "--serial COM3 -- sh -c 'ln -s $(readlink com3 | sed s,/[0-9]*/root,/2147483646/root,) com4; "
+              "ln -s /dev/pts/$(basename $(readlink com3)) com5; for n in 4 5; do " TAVLYNSIM
+              " run --serial COM$n -- true; echo $?; done; ls'; rm -r $folder");
+  EXPECT_EQ(ended.out, "0\n125\ncom3\ncom5\n") << ended.err;
+  EXPECT_TRUE(Holds(ended.err, "/com5 is there already; remove it")) << ended.err;
 }
 
 TEST(TavlynsimLines, NothingListensBeyondTheLoopbackUntold) {

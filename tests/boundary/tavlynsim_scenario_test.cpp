@@ -2,8 +2,10 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <thread>
 #include <vector>
 
+#include "sim/carriers/wire.h"
 #include "tests/boundary/house_scenarios.h"
 #include "tests/boundary/simulated_run.h"
 
@@ -185,14 +187,75 @@ TEST_F(Scenarios, TheEndStopsTheProgram) {
   EXPECT_EQ(deaf.status, 0) << deaf.err;
 }
 
+// A device that a typed command takes away for good is not there for what the scenario does.
+TEST_F(Scenarios, ACommandThatFailsCounts) {
+  Write("device d reader\nat 1 d card 0102:13\nat 2 d replug\nexpect never d relay on\n");
+  const Ended ended = Play("--junit r.xml", "$ctl list >/dev/null; " + kSim + " do reset; sleep 3");
+  EXPECT_EQ(ended.status, 123);
+  EXPECT_EQ(ended.err,
+            "tavlynsim: a:3: at 1 d card 0102:13: card: no such device\n"
+            "tavlynsim: a:4: at 2 d replug: replug: no such device\n"
+            "tavlynsim: a: 1 of 1 expectations met, 2 commands failed\n");
+  const std::string xml = TextOf(folder_ / "r.xml");
+  EXPECT_TRUE(Holds(xml, " tests=\"3\" failures=\"0\" errors=\"2\" ")) << xml;
+  EXPECT_TRUE(Holds(xml,
+                    "name=\"line 3: at 1 d card 0102:13\" time=\"1.000\">\n"
+                    "      <error message=\"card: no such device\"/>\n"))
+      << xml;
+  EXPECT_EQ(Play("", "$ctl list >/dev/null; " + kSim + " do reset; sleep 3; exit 7").status, 7);
+}
+
 TEST_F(Scenarios, OfDevicesThatAreServed) {
   Write("device d reader\nat 0 d card 0102:13\nexpect end d relay on\n");
   const Ended ended =
-      RunLine("cd " + folder_.string() + "; " + kSim + " serve --scenario a --socket s >/dev/null & " + kSim +
-              " wait --socket " + (folder_ / "s").string() + "; eval \"$(" + kSim + " env --socket " +
-              (folder_ / "s").string() + ")\"; " + kCtl + " read; " + kSim + " stop; wait $!; echo $?");
-  EXPECT_EQ(ended.out, "card 13 bits 0201\n123\n") << ended.err;
-  EXPECT_TRUE(Holds(ended.err, "a: 0 of 1 expectations met\n")) << ended.err;
+      RunLine("cd " + folder_.string() + "; " + kSim + " serve --scenario a --socket s >/dev/null 2>told & " +
+              kSim + " wait --socket " + (folder_ / "s").string() + "; eval \"$(" + kSim + " env --socket " +
+              (folder_ / "s").string() + ")\"; " + kCtl + " read; " + kSim +
+              " stop; echo $?; wait $!; echo $?; cat told >&2");
+  EXPECT_EQ(ended.out, "card 13 bits 0201\n123\n123\n") << ended.err;
+  const std::string told = "tavlynsim: a:4: expect end d relay on: at ";
+  EXPECT_EQ(ended.err.find(told), 0u) << ended.err;
+  const std::string half = ended.err.substr(0, ended.err.size() / 2);
+  EXPECT_TRUE(half.ends_with("tavlynsim: a: 0 of 1 expectations met\n")) << ended.err;
+  EXPECT_EQ(half + half, ended.err);
+}
+
+TEST_F(Scenarios, WhoStopsOneInTheBackgroundHasItsResult) {
+  const std::string begin = "cd " + folder_.string() + "; eval \"$(" + kSim +
+                            " serve --background --scenario a --junit r.xml)\"; " + kCtl +
+                            " list >/dev/null; ";
+  const std::string stop = kSim + " stop; echo $?; cat r.xml";
+  Write("device d reader\nexpect by 1 d relay on\nexpect end d present\n");
+  const Ended unmet = RunLine(begin + stop);
+  EXPECT_TRUE(unmet.out.starts_with("123\n")) << unmet.out;
+  EXPECT_TRUE(Holds(unmet.out, "failures=\"1\"")) << unmet.out;
+  EXPECT_TRUE(Holds(unmet.err, "tavlynsim: a:3: expect by 1 d relay on: ")) << unmet.err;
+  EXPECT_TRUE(unmet.err.ends_with("tavlynsim: a: 1 of 2 expectations met\n")) << unmet.err;
+
+  // Its end decides everything, and the devices stay until the result is taken.
+  Write("device d reader\nexpect by 1 d relay off\nexpect end d relay off\nend 2\n");
+  const Ended met = RunLine(begin + "sleep 3; " + kCtl + " relay on >/dev/null; " + stop);
+  EXPECT_TRUE(met.out.starts_with("0\n")) << met.out;
+  EXPECT_TRUE(Holds(met.out, "failures=\"0\"")) << met.out;
+  EXPECT_EQ(met.err, "tavlynsim: a: 2 of 2 expectations met\n");
+}
+
+// One that is killed tells nothing, and that is no success.
+TEST_F(Scenarios, NoResultIsNoSuccess) {
+  const std::string name = folder_ / "s";
+  sim::net::Socket listening = sim::wire::ListenAt(name.c_str());
+  ASSERT_NE(listening, sim::net::kNone);
+  std::thread killed([&] {
+    std::vector<pollfd> polled{{listening, POLLIN, 0}};
+    sim::net::Poll(polled, -1);
+    sim::net::Socket asking = sim::wire::Accept(listening);
+    sim::net::Close(asking);
+  });
+  const Ended ended = RunLine(kSim + " stop --socket " + name);
+  killed.join();
+  sim::net::Close(listening);
+  EXPECT_EQ(ended.status, 125);
+  EXPECT_EQ(ended.err, "tavlynsim: tavlynsim has ended\n");
 }
 
 }  // namespace

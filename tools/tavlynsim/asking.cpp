@@ -149,8 +149,11 @@ int Stop(const AskOptions& options) {
   wire::Message message;
   if (!simulator.Ask(wire::Op::kEnd, message)) return Fail(kCannotSimulate, simulator.Problem());
   if (!IsDone(message)) return Fail(kCannotSimulate, kOfRun);
+  std::istringstream lines(std::string(message.body.begin(), message.body.end()));
+  const auto status = static_cast<int>(message.key);
   simulator.Outwait();
-  return 0;
+  for (std::string line; std::getline(lines, line);) Tell(kProgram, line);
+  return status;
 }
 
 struct Asking {
@@ -181,7 +184,7 @@ constexpr Asking kAskings[] = {
            ->allow_extra_args(false);
        command.add_option("--device", options.device, "Of this device, from 1 (the last)")->type_name("N");
      }},
-    {"stop", "End tavlynsim serve", Stop, [](CLI::App&, AskOptions&) {}},
+    {"stop", "End tavlynsim serve, and tell what came of its scenario", Stop, [](CLI::App&, AskOptions&) {}},
 };
 
 // Without --socket the simulator of the surroundings.

@@ -8,7 +8,8 @@ constexpr ExitStatus kStatuses[] = {
     {"0 to 255", "run: that of COMMAND, or 128 plus the number of the signal that ended it."},
     {"1", "Wrong command line or scenario, or a typed command that failed."},
     {"123",
-     "What the scenario expects was not met, though COMMAND ended with 0; wait: something was not seen in "
+     "What the scenario expects was not met, though COMMAND ended with 0; stop: so did serve; wait: "
+     "something was not seen in "
      "time."},
     {"125", "The devices cannot be simulated, or no tavlynsim serve is there."},
     {"126", "COMMAND cannot be run."},

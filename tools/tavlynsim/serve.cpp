@@ -76,7 +76,7 @@ int ServeHere(const ServeOptions& options, const Companion& companion, Backgroun
   PrintNeeded(simulation.Needed(), options.json);
   if (options.readyAt) TellAt(*options.readyAt, simulation.SocketName() + "\n");
   if (background != nullptr) background->BeAlone();
-  return simulation.Serve(companion);
+  return simulation.Serve(companion, background != nullptr);
 }
 
 int Serve(ServeOptions& options) {

@@ -10,6 +10,7 @@ namespace {
 // Few enough that each has a descriptor, and a bound for what they may leave unfinished.
 constexpr std::size_t kMostClients = 512;
 constexpr std::size_t kReadAtOnce = 4096;
+constexpr int kPatienceMs = 1000;
 
 short ReadinessOf(const std::vector<pollfd>& polled, net::Socket fd) {
   const auto found = std::ranges::find(polled, fd, &pollfd::fd);
@@ -87,10 +88,34 @@ bool Server::AnswerAll(Client& client) {
   while (client.owed.empty()) {
     const wire::Arrived arrived = wire::TakeMessage(client.came, asked);
     if (arrived != wire::Arrived::kWhole) return arrived == wire::Arrived::kPart;
+    if (TakeEnd(client, asked)) continue;
     wire::PutMessage(client.owed, Handle(asked));
     if (!SendOwed(client.socket, client.owed)) return false;
   }
   return true;
+}
+
+// The answer comes when everything has ended.
+bool Server::TakeEnd(Client& client, const wire::Message& asked) {
+  if (!offers_ || static_cast<wire::Op>(asked.code) != wire::Op::kEnd) return false;
+  toEnd_ = client.awaitsEnd = true;
+  return true;
+}
+
+// One that does not take it keeps nobody waiting for long.
+void Server::TellEnd(int status, const std::string& text) {
+  wire::Message told;
+  told.code = static_cast<std::uint8_t>(Outcome::kDone);
+  told.key = static_cast<Key>(status);
+  told.body.assign(text.begin(), text.end());
+  for (Client& client : clients_) {
+    if (!client.awaitsEnd) continue;
+    wire::PutMessage(client.owed, told);
+    while (SendOwed(client.socket, client.owed) && !client.owed.empty()) {
+      std::vector<pollfd> polled{{client.socket, POLLOUT, 0}};
+      if (!net::Poll(polled, kPatienceMs) || polled.front().revents == 0) break;
+    }
+  }
 }
 
 wire::Message Server::Handle(const wire::Message& asked) {
@@ -135,11 +160,7 @@ Outcome Server::HandleOwn(const wire::Message& asked, wire::Message& answer) {
     return done ? Outcome::kDone : Outcome::kRefused;
   }
   if (!offers_) return Outcome::kRefused;
-  if (static_cast<wire::Op>(asked.code) == wire::Op::kVariables) {
-    answer.body = offered_;
-  } else {
-    toEnd_ = true;
-  }
+  answer.body = offered_;
   return Outcome::kDone;
 }
 

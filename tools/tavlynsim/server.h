@@ -30,6 +30,8 @@ class Server {
   // From now on says what programs need, and lets them end it.
   void Offer(const Variables& variables);
   [[nodiscard]] bool IsToEnd() const { return toEnd_; }
+  // Tells those that have asked for the end how it was.
+  void TellEnd(int status, const std::string& text);
 
   // For the owner's loop: what to poll, and what to do with the outcome.
   void AddTo(std::vector<pollfd>& polled) const;
@@ -41,11 +43,13 @@ class Server {
     net::Socket socket = net::kNone;
     std::vector<std::uint8_t> came;
     std::vector<std::uint8_t> owed;
+    bool awaitsEnd = false;
   };
 
   // These are false if the program has hung up or sends no messages.
   bool Attend(Client& client);
   bool AnswerAll(Client& client);
+  bool TakeEnd(Client& client, const wire::Message& asked);
   wire::Message Handle(const wire::Message& asked);
   Outcome HandleOwn(const wire::Message& asked, wire::Message& answer);
   void AcceptOne();

@@ -63,7 +63,8 @@ int Simulation::Accompany(const std::vector<std::string>& command) {
   std::optional<int> status;
   while (!status) status = Turn(nullptr);
   // The end of the scenario is no failure of the command.
-  return Kept(play_ && play_->IsOver() && Child::IsEndAsked(*status) ? 0 : *status);
+  const bool wasAsked = play_ && play_->IsOver() && Child::IsEndAsked(*status);
+  return TellEnd(wasAsked ? 0 : *status);
 }
 
 int Simulation::Offer() {
@@ -79,27 +80,39 @@ int Simulation::Offer() {
 }
 
 // Being ended by a signal is the usual end and no failure.
-int Simulation::Serve(const Companion& companion) {
+int Simulation::Serve(const Companion& companion, bool awaited) {
   while (!server_.IsToEnd() && !companion.HasEnded()) {
-    if (Turn(&companion) || (play_ && play_->IsOver())) break;
+    if (Turn(&companion) || (play_ && play_->IsOver() && !awaited)) break;
   }
-  return Kept(0);
+  return TellEnd(0);
 }
 
-int Simulation::Kept(int status) {
+int Simulation::TellEnd(int wanted) {
+  const auto [status, lines] = EndWith(wanted);
+  std::string text;
+  for (const std::string& line : lines) {
+    text += line + "\n";
+    Tell(kProgram, line);
+  }
+  server_.TellEnd(status, text);
+  return status;
+}
+
+Simulation::Ending Simulation::EndWith(int status) {
   std::string problem;
-  if (!options_.state.empty() && !state_.IsKept(problem)) return Fail(kCannotSimulate, problem);
-  return play_ ? Judged(status) : status;
+  if (!options_.state.empty() && !state_.IsKept(problem)) return {kCannotSimulate, {problem}};
+  return play_ ? Judged(status) : Ending{status, {}};
 }
 
-int Simulation::Judged(int status) {
-  const std::vector<Verdict> verdicts = play_->Finish();
-  const int unmet = TellVerdicts(options_.scenario, verdicts);
-  if (!options_.junit.empty()) {
-    const std::string problem = WriteWhole(options_.junit, JunitText(options_.scenario, verdicts));
-    if (!problem.empty()) return Fail(kCannotSimulate, options_.junit + ": " + problem);
-  }
-  return status == 0 && unmet > 0 ? kNotMet : status;
+Simulation::Ending Simulation::Judged(int status) {
+  const std::vector<Verdict>& verdicts = play_->Finish();
+  Ending ending{status == 0 && !AreAllMet(verdicts) ? kNotMet : status, LinesOf(options_.scenario, verdicts)};
+  if (options_.junit.empty()) return ending;
+  const std::string problem = WriteWhole(options_.junit, JunitText(options_.scenario, verdicts));
+  if (problem.empty()) return ending;
+  ending.status = kCannotSimulate;
+  ending.lines.push_back(options_.junit + ": " + problem);
+  return ending;
 }
 
 bool Simulation::PlugScenario() {
@@ -207,9 +220,12 @@ int Simulation::PollTime(const Companion* companion) const {
   return time;
 }
 
-void Simulation::PlayOn() {
+// Programs that were started elsewhere go on after the end of a scenario, and count no more.
+void Simulation::PlayOn(bool serves) {
   play_->Step();
-  if (play_->IsOver()) child_.AskToEnd();
+  if (!play_->IsOver()) return;
+  child_.AskToEnd();
+  if (serves) play_->Finish();
 }
 
 std::optional<int> Simulation::Turn(const Companion* companion) {
@@ -225,7 +241,7 @@ std::optional<int> Simulation::Turn(const Companion* companion) {
   // What was typed before the command ended is still run.
   if (status && !net::Poll(polled, 0)) return status;
   script_->Step();
-  if (play_) PlayOn();
+  if (play_) PlayOn(companion != nullptr);
   typed_.Serve(polled);
   server_.Serve(polled);
   kernel_.Serve();

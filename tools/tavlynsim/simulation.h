@@ -38,18 +38,26 @@ class Simulation {
   // Before Serve: whoever asks is told what programs need. Like Begin.
   int Offer();
   [[nodiscard]] const std::string& SocketName() const { return server_.SocketName(); }
-  // Serves whoever comes until a signal, a program or the end of the companion ends it.
-  int Serve(const Companion& companion);
+  // Serves whoever comes until a signal, a program, the end of the companion, or that of the scenario ends
+  // it; the latter does not if a program is to take the results.
+  int Serve(const Companion& companion, bool awaited);
 
  private:
   int Prepare();
   bool Plug(std::string& problem);
   // Those of the scenario; false if it cannot be played, which has been told.
   bool PlugScenario();
-  // The status, unless the memory of the devices could not be kept, or the scenario was not met.
-  int Kept(int status);
-  int Judged(int status);
-  void PlayOn();
+  // What is told at the end, and the status then.
+  struct Ending {
+    int status;
+    std::vector<std::string> lines;
+  };
+  // With this status, unless the memory of the devices could not be kept, or the scenario was not met.
+  Ending EndWith(int status);
+  // The same, told here and to the program that wanted the end; the status.
+  int TellEnd(int wanted);
+  Ending Judged(int status);
+  void PlayOn(bool serves);
   bool Show(const std::string& place, std::string& problem);
   bool ShowHid(std::string& problem);
   bool ShowLines(std::string& problem);

@@ -3,9 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "tools/printable.h"
-#include "tools/tavlynsim/run.h"
-
 namespace tavlyn::sim {
 
 Play::Play(Source& source, Scenario scenario, ScenarioModels models)
@@ -83,7 +80,7 @@ void Play::DoUntil(Moment moment) {
 void Play::Do(const Action& action) {
   std::string reply;
   if (source_.Run(Addressed(action.device, action.command), reply)) return;
-  Tell(kProgram, "line " + std::to_string(action.line) + ": " + reply);
+  failed_.push_back({action.line, action.text, false, action.at, reply, true});
 }
 
 void Play::Look(Moment now) {
@@ -130,15 +127,17 @@ void Play::DecideLast(Watched& watched, Moment now) {
   Decide(watched, now, false, begun_ ? "the program had ended; " + seen : "nothing had begun");
 }
 
-std::vector<Verdict> Play::Finish() {
+const std::vector<Verdict>& Play::Finish() {
+  if (std::exchange(finished_, true)) return verdicts_;
   Step();
   const Moment now = Now();
-  std::vector<Verdict> verdicts;
   for (Watched& watched : watched_) {
     if (!watched.verdict) DecideLast(watched, now);
-    verdicts.push_back(*watched.verdict);
+    verdicts_.push_back(*watched.verdict);
   }
-  return verdicts;
+  verdicts_.insert(verdicts_.end(), failed_.begin(), failed_.end());
+  std::ranges::stable_sort(verdicts_, {}, &Verdict::line);
+  return verdicts_;
 }
 
 }  // namespace tavlyn::sim

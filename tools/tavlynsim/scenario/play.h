@@ -13,13 +13,14 @@
 
 namespace tavlyn::sim {
 
-// Of an expectation.
+// Of an expectation, or of a command that could not be done.
 struct Verdict {
   int line;
   std::string text;  // of the line
   bool met;
   Moment at;         // when it was decided
   std::string seen;  // "at 5 s the relay is off"
+  bool isCommand = false;
 };
 
 class Play {
@@ -39,8 +40,8 @@ class Play {
   // The scenario wants the program to end.
   [[nodiscard]] bool IsOver() const { return over_; }
 
-  // When the program has ended: everything is decided.
-  std::vector<Verdict> Finish();
+  // When the program has ended: everything is decided, once.
+  const std::vector<Verdict>& Finish();
 
  private:
   struct Watched {
@@ -62,6 +63,9 @@ class Play {
   Scenario scenario_;
   ScenarioModels models_;
   std::vector<Watched> watched_;
+  std::vector<Verdict> failed_;    // commands
+  std::vector<Verdict> verdicts_;  // in the order of the lines
+  bool finished_ = false;
   std::size_t next_ = 0;  // action
   std::optional<Clock::time_point> begun_;
   Moment looked_{-1};  // when everything that is due had been done

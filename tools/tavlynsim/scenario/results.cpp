@@ -3,9 +3,6 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "tools/printable.h"
-#include "tools/tavlynsim/run.h"
-
 namespace tavlyn::sim {
 namespace {
 
@@ -29,8 +26,16 @@ std::string Seconds(Moment moment) {
   return text;
 }
 
-int Unmet(const std::vector<Verdict>& verdicts) {
-  return static_cast<int>(std::ranges::count(verdicts, false, &Verdict::met));
+struct Counts {
+  std::ptrdiff_t expected;
+  std::ptrdiff_t unmet;
+  std::ptrdiff_t failed;  // commands
+};
+
+Counts CountsOf(const std::vector<Verdict>& verdicts) {
+  const std::ptrdiff_t failed = std::ranges::count(verdicts, true, &Verdict::isCommand);
+  const std::ptrdiff_t unmet = std::ranges::count(verdicts, false, &Verdict::met) - failed;
+  return {static_cast<std::ptrdiff_t>(verdicts.size()) - failed, unmet, failed};
 }
 
 Moment Last(const std::vector<Verdict>& verdicts) {
@@ -39,28 +44,37 @@ Moment Last(const std::vector<Verdict>& verdicts) {
 
 }  // namespace
 
-int TellVerdicts(const std::string& path, const std::vector<Verdict>& verdicts) {
+bool AreAllMet(const std::vector<Verdict>& verdicts) { return std::ranges::all_of(verdicts, &Verdict::met); }
+
+std::vector<std::string> LinesOf(const std::string& path, const std::vector<Verdict>& verdicts) {
+  std::vector<std::string> lines;
   for (const Verdict& verdict : verdicts) {
     if (verdict.met) continue;
-    Tell(kProgram, path + ":" + std::to_string(verdict.line) + ": " + verdict.text + ": " + verdict.seen);
+    lines.push_back(path + ":" + std::to_string(verdict.line) + ": " + verdict.text + ": " + verdict.seen);
   }
-  const int unmet = Unmet(verdicts);
-  Tell(kProgram, path + ": " + std::to_string(verdicts.size() - static_cast<std::size_t>(unmet)) + " of " +
-                     std::to_string(verdicts.size()) + " expectations met");
-  return unmet;
+  const auto [expected, unmet, failed] = CountsOf(verdicts);
+  std::string last = path + ": " + std::to_string(expected - unmet) + " of " + std::to_string(expected) +
+                     " expectations met";
+  if (failed > 0)
+    last += ", " + std::to_string(failed) + (failed == 1 ? " command" : " commands") + " failed";
+  lines.push_back(last);
+  return lines;
 }
 
 std::string JunitText(const std::string& path, const std::vector<Verdict>& verdicts) {
+  const auto [expected, unmet, failed] = CountsOf(verdicts);
   const std::string counts = "tests=\"" + std::to_string(verdicts.size()) + "\" failures=\"" +
-                             std::to_string(Unmet(verdicts)) + "\" errors=\"0\" time=\"" +
+                             std::to_string(unmet) + "\" errors=\"" + std::to_string(failed) + "\" time=\"" +
                              Seconds(Last(verdicts)) + "\"";
   std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuites " + counts +
                      ">\n  <testsuite name=\"" + Escaped(path) + "\" " + counts + ">\n";
   for (const Verdict& verdict : verdicts) {
     text += "    <testcase classname=\"" + Escaped(path) + "\" name=\"line " + std::to_string(verdict.line) +
             ": " + Escaped(verdict.text) + "\" time=\"" + Seconds(verdict.at) + "\"";
+    const char* element = verdict.isCommand ? "error" : "failure";
     text += verdict.met ? "/>\n"
-                        : ">\n      <failure message=\"" + Escaped(verdict.seen) + "\"/>\n    </testcase>\n";
+                        : std::string(">\n      <") + element + " message=\"" + Escaped(verdict.seen) +
+                              "\"/>\n    </testcase>\n";
   }
   return text + "  </testsuite>\n</testsuites>\n";
 }

@@ -8,9 +8,10 @@
 
 namespace tavlyn::sim {
 
-// Tells on standard error what was not met, and how many were; how many were not.
-int TellVerdicts(const std::string& path, const std::vector<Verdict>& verdicts);
-// One test case for each expectation.
+bool AreAllMet(const std::vector<Verdict>& verdicts);
+// What was not met or done, and how much was.
+std::vector<std::string> LinesOf(const std::string& path, const std::vector<Verdict>& verdicts);
+// One test case for each.
 std::string JunitText(const std::string& path, const std::vector<Verdict>& verdicts);
 
 }  // namespace tavlyn::sim

@@ -172,7 +172,7 @@ void Reading::TakeBegin() {
 void Reading::TakeAction() {
   const auto at = TimeAt(1);
   const auto device = DeviceAt(2);
-  if (at && device) scenario_.actions.push_back({line_, *at, *device, Rest(3)});
+  if (at && device) scenario_.actions.push_back({line_, *at, *device, Rest(3), Rest(0)});
 }
 
 void Reading::TakeExpectation() {

@@ -34,6 +34,7 @@ struct Action {
   Moment at;
   std::size_t device;
   std::string command;
+  std::string text;  // of the line
 };
 
 enum class When : std::uint8_t { kBy, kAt, kFrom, kNever, kEnd };
