@@ -194,7 +194,7 @@ class TheAgent(unittest.TestCase):
         self.server.wait("a refusal", lambda one: '"code":"busy"' in one.payload)
 
     def test_hides_ids(self) -> None:
-        """Whoever has no key sees that the same card comes again, to any agent with this key, and nothing else of it."""
+        """Whoever has no key sees that the same card comes again, to any agent with it, and nothing else."""
         publishing = f'ids = "hashed"\nsite-key = "{_SITE_KEY}"'
         self.begin("reader", "magstripe", publish=publishing, commands='allow = ["read-card"]')
         door = _settings(self.stage, self.broker, publish=publishing)

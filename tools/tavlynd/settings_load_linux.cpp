@@ -83,7 +83,7 @@ std::string FirstLineOf(const NamedFile& named, ReadSettings& read) {
   const File file = Open(path);
   std::string problem =
       file.problem.empty() && named.isSecret && file.isOpenToOthers ? CloseIt(path) : file.problem;
-  const std::string line = file.text.substr(0, file.text.find_first_of("\r\n"));
+  std::string line = file.text.substr(0, file.text.find_first_of("\r\n"));
   if (problem.empty() && line.empty()) problem = "its first line is empty";
   if (problem.empty()) return line;
   read.mistakes.push_back({0, std::string(named.name) + " " + Printable(path) + ": " + problem});
