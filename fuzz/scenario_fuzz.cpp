@@ -31,6 +31,7 @@ void Play(const sim::Scenario& scenario) {
   sim::Play play(source, scenario, models);
   for (const auto& model : models) play.NoteSent(*model, std::vector<std::uint8_t>{0x90, 1, 2, 3});
   play.NoteAsked();
+  for (std::size_t i = 0; i < models.size(); ++i) play.NoteExchange(i, "> 00 90");
   const auto verdicts = play.Finish();
   Require(verdicts.size() >= scenario.expectations.size());
   Require(sim::LinesOf("any", verdicts).size() <= verdicts.size() + 1);

@@ -275,6 +275,13 @@ bool Rack::IsPresent(int number) const {
   return place != nullptr && !place->left && place->slot->Present();
 }
 
+std::optional<std::size_t> Rack::DeviceOf(int number) const {
+  const Place* place = Find(number);
+  if (place == nullptr) return std::nullopt;
+  const auto slot = std::ranges::find(slots_, place->slot, [](const auto& one) { return one.get(); });
+  return static_cast<std::size_t>(slot - slots_.begin());
+}
+
 const HidIdentity* Rack::Identity(int number) const {
   const Place* place = Find(number);
   return place == nullptr ? nullptr : &place->device->Identity();

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -41,6 +42,8 @@ class Rack {
   // Those present now, in the order of plugging.
   [[nodiscard]] std::vector<Interface> Present() const;
   [[nodiscard]] bool IsPresent(int number) const;
+  // The number of the interface's device, from 0; none if there never was one.
+  [[nodiscard]] std::optional<std::size_t> DeviceOf(int number) const;
   // Null if there never was such an interface.
   [[nodiscard]] const HidIdentity* Identity(int number) const;
 

@@ -176,6 +176,30 @@ TEST_F(Scenarios, TheResultsAreJunitXml) {
   EXPECT_TRUE(fs::is_fifo(folder_ / "pipe"));
 }
 
+// What a program sent, among what it asks all the time; keys are covered.
+TEST_F(Scenarios, TheResultsHaveWhatLastWentOver) {
+  Write(
+      "device d reader\ndevice e reader\nat 0 d card 0102:13\nexpect never d command 8C03\n"
+      "expect by 10 d relay on\nexpect end e relay on\n");
+  EXPECT_EQ(Play("--junit r.xml", "$ctl read; $ctl beep; $ctl watch --timeout 20 --json >/dev/null").status,
+            123);
+  const std::string xml = TextOf(folder_ / "r.xml");
+  const std::size_t beep = xml.find("line 5: ");
+  const std::size_t relay = xml.find("line 6: ");
+  const std::size_t other = xml.find("line 7: ");
+  ASSERT_TRUE(beep < relay && relay < other && other < xml.size()) << xml;
+  const std::string ofBeep = xml.substr(beep, relay - beep);
+  EXPECT_TRUE(Holds(ofBeep, "<system-out>what last went over, each exchange when it did:\n")) << ofBeep;
+  EXPECT_TRUE(Holds(ofBeep, " s &gt; 00 8C 03 ")) << ofBeep;
+  const std::string ofRelay = xml.substr(relay, other - relay);
+  EXPECT_TRUE(Holds(ofRelay, " s &gt; 00 8D 01 00 00 00 00 00 00 &lt; 00 ")) << ofRelay;
+  EXPECT_TRUE(Holds(ofRelay, " times)\n")) << ofRelay;
+  std::size_t exchanges = 0;
+  for (std::size_t at = 0; (at = ofRelay.find(" s &gt; ", at)) != std::string::npos; ++at) ++exchanges;
+  EXPECT_TRUE(exchanges == 9 || exchanges == 10) << ofRelay;
+  EXPECT_TRUE(Holds(xml.substr(other), "<system-out>")) << xml;
+}
+
 TEST_F(Scenarios, TheEndStopsTheProgram) {
   Write("device d reader\nend 2\nexpect end d present\n");
   EXPECT_EQ(Play("", "exec $ctl watch").status, 0);

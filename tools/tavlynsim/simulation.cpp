@@ -140,6 +140,7 @@ bool Simulation::Plug(std::string& problem) {
 // Plugs the devices in and checks the cards.
 int Simulation::Prepare() {
   std::string reply;
+  const Rack* rack = desk_.Simulated();
   desk_.Run("record off", reply);  // a long run would fill the memory
   if (!PutOtherDevices(desk_, options_.devices, reply)) return Fail(kCannotSimulate, reply);
   if (!Plug(reply)) return Fail(kBadUsage, reply);
@@ -153,6 +154,7 @@ int Simulation::Prepare() {
   for (const std::string& order : options_.orders) {
     if (!desk_.Run(order, reply)) return Fail(kBadUsage, reply);
   }
+  if (!options_.junit.empty()) NoteExchanges(desk_, *rack, options_.recording.kept.keys, *play_);
   if (!BeginRecording(desk_, options_.recording, reply)) return Fail(kCannotSimulate, reply);
   desk_.onAsked = [this] {
     script_->Begin();

@@ -6,7 +6,10 @@
 namespace tavlyn::sim {
 
 Play::Play(Source& source, Scenario scenario, ScenarioModels models)
-    : source_(source), scenario_(std::move(scenario)), models_(std::move(models)) {
+    : source_(source),
+      scenario_(std::move(scenario)),
+      models_(std::move(models)),
+      exchanges_(models_.size()) {
   for (const Expectation& expectation : scenario_.expectations) watched_.push_back({expectation});
   DoUntil(Moment(0));
 }
@@ -35,6 +38,19 @@ void Play::NoteSent(const Model& model, std::span<const std::uint8_t> command) {
   // What comes before a step that is due has been done counts as before it.
   const auto next = Next();
   Look(next ? std::max(Moment(0), std::min(Now(), *next - Moment(1))) : Now());
+}
+
+void Play::NoteExchange(std::size_t device, const std::string& words) {
+  if (device >= exchanges_.size()) return;  // plugged in by a typed command
+  for (Watched& watched : watched_) {
+    const bool awaits = watched.awaited > 0 && watched.expectation.device == device;
+    if (awaits && words.starts_with('>') && --watched.awaited == 0) TakeExchanges(watched);
+  }
+  exchanges_[device].Take(InSeconds(Now()), words);
+}
+
+void Play::TakeExchanges(Watched& watched) {
+  watched.verdict->exchanges = exchanges_[watched.expectation.device].Lines();
 }
 
 std::optional<Moment> Play::Next() const {
@@ -80,7 +96,8 @@ void Play::DoUntil(Moment moment) {
 void Play::Do(const Action& action) {
   std::string reply;
   if (source_.Run(Addressed(action.device, action.command), reply)) return;
-  failed_.push_back({action.line, action.text, false, action.at, reply, true});
+  failed_.push_back(
+      {action.line, action.text, false, action.at, reply, true, exchanges_[action.device].Lines()});
 }
 
 void Play::Look(Moment now) {
@@ -115,6 +132,8 @@ void Play::LookAt(Watched& watched, Moment now) {
 void Play::Decide(Watched& watched, Moment now, bool met, const std::string& seen) {
   watched.verdict = {watched.expectation.line, watched.expectation.text, met, now,
                      "at " + InSeconds(now) + " " + seen};
+  constexpr int kThisAndNext = 2;
+  if (!met) watched.awaited = kThisAndNext;
 }
 
 void Play::DecideLast(Watched& watched, Moment now) {
@@ -133,6 +152,7 @@ const std::vector<Verdict>& Play::Finish() {
   const Moment now = Now();
   for (Watched& watched : watched_) {
     if (!watched.verdict) DecideLast(watched, now);
+    if (watched.awaited > 0) TakeExchanges(watched);
     verdicts_.push_back(*watched.verdict);
   }
   verdicts_.insert(verdicts_.end(), failed_.begin(), failed_.end());

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "sim/source.h"
+#include "tools/tavlynsim/scenario/last_exchanges.h"
 #include "tools/tavlynsim/scenario/rehearsal.h"
 #include "tools/tavlynsim/scenario/scenario.h"
 
@@ -21,6 +22,8 @@ struct Verdict {
   Moment at;         // when it was decided
   std::string seen;  // "at 5 s the relay is off"
   bool isCommand = false;
+  std::vector<std::string>
+      exchanges{};  // the last ones with the device, if they are noted and something is wrong
 };
 
 class Play {
@@ -33,6 +36,8 @@ class Play {
   // An exchange with a device, or the first request for a card, may be what it begins with.
   void NoteSent(const Model& model, std::span<const std::uint8_t> command);
   void NoteAsked();
+  // What went over, as a recording has it.
+  void NoteExchange(std::size_t device, const std::string& words);
 
   // Time until the next step; none if there is nothing to wait for.
   [[nodiscard]] std::optional<std::chrono::milliseconds> UntilNext() const;
@@ -47,6 +52,7 @@ class Play {
   struct Watched {
     Expectation expectation;
     std::optional<Verdict> verdict{};
+    int awaited = 0;  // exchanges until the last ones are taken: that which decided it may not be over
   };
 
   void Begin();
@@ -56,6 +62,7 @@ class Play {
   void Look(Moment now);
   void LookAt(Watched& watched, Moment now);
   void Decide(Watched& watched, Moment now, bool met, const std::string& seen);
+  void TakeExchanges(Watched& watched);
   void DecideLast(Watched& watched, Moment now);
   [[nodiscard]] std::optional<Moment> Next() const;
 
@@ -66,7 +73,8 @@ class Play {
   std::vector<Verdict> failed_;    // commands
   std::vector<Verdict> verdicts_;  // in the order of the lines
   bool finished_ = false;
-  std::size_t next_ = 0;  // action
+  std::vector<LastExchanges> exchanges_;  // of each device
+  std::size_t next_ = 0;                  // action
   std::optional<Clock::time_point> begun_;
   Moment looked_{-1};  // when everything that is due had been done
   bool over_ = false;

@@ -42,6 +42,15 @@ Moment Last(const std::vector<Verdict>& verdicts) {
   return verdicts.empty() ? Moment(0) : std::ranges::max(verdicts, {}, &Verdict::at).at;
 }
 
+std::string Wrong(const Verdict& verdict) {
+  std::string text = std::string("      <") + (verdict.isCommand ? "error" : "failure") + " message=\"" +
+                     Escaped(verdict.seen) + "\"/>\n";
+  if (verdict.exchanges.empty()) return text;
+  text += "      <system-out>what last went over, each exchange when it did:\n";
+  for (const std::string& exchange : verdict.exchanges) text += Escaped(exchange) + "\n";
+  return text + "</system-out>\n";
+}
+
 }  // namespace
 
 bool AreAllMet(const std::vector<Verdict>& verdicts) { return std::ranges::all_of(verdicts, &Verdict::met); }
@@ -71,10 +80,7 @@ std::string JunitText(const std::string& path, const std::vector<Verdict>& verdi
   for (const Verdict& verdict : verdicts) {
     text += "    <testcase classname=\"" + Escaped(path) + "\" name=\"line " + std::to_string(verdict.line) +
             ": " + Escaped(verdict.text) + "\" time=\"" + Seconds(verdict.at) + "\"";
-    const char* element = verdict.isCommand ? "error" : "failure";
-    text += verdict.met ? "/>\n"
-                        : std::string(">\n      <") + element + " message=\"" + Escaped(verdict.seen) +
-                              "\"/>\n    </testcase>\n";
+    text += verdict.met ? "/>\n" : ">\n" + Wrong(verdict) + "    </testcase>\n";
   }
   return text + "  </testsuite>\n</testsuites>\n";
 }
