@@ -83,9 +83,13 @@ set(CPACK_DEBIAN_AGENT_PACKAGE_NAME tavlynd)
 set(CPACK_DEBIAN_AGENT_PACKAGE_SECTION net)
 set(CPACK_DEBIAN_AGENT_PACKAGE_MULTIARCH foreign)
 set(CPACK_DEBIAN_AGENT_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_AGENT_PACKAGE_DEPENDS "${library} ${exactly}, systemd | systemd-standalone-sysusers")
+set(CPACK_DEBIAN_AGENT_PACKAGE_PREDEPENDS "systemd | systemd-standalone-sysusers")
+set(CPACK_DEBIAN_AGENT_PACKAGE_DEPENDS "${library} ${exactly}")
+# Without broker.ca its authorities vouch for the broker.
+set(CPACK_DEBIAN_AGENT_PACKAGE_RECOMMENDS ca-certificates)
 set(CPACK_DEBIAN_AGENT_PACKAGE_SUGGESTS "mosquitto, tavlyn-tools")
-set(CPACK_DEBIAN_AGENT_PACKAGE_CONTROL_EXTRA ${control}/agent/postinst ${control}/agent/prerm ${control}/agent/postrm)
+set(CPACK_DEBIAN_AGENT_PACKAGE_CONTROL_EXTRA
+  ${control}/agent/preinst ${control}/agent/postinst ${control}/agent/prerm ${control}/agent/postrm)
 set(CPACK_COMPONENT_AGENT_DESCRIPTION "${summary} (MQTT)
 tavlynd publishes cards, swipes and presence to an MQTT broker at the moment
 they happen, keeps them while the network is away, and lets a server answer
