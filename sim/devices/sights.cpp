@@ -1,7 +1,11 @@
 #include "sim/devices/sights.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <iterator>
+#include <sstream>
 #include <utility>
+#include <vector>
 
 namespace tavlyn::sim {
 namespace {
@@ -10,9 +14,11 @@ constexpr std::size_t kMostSights = 10'000;
 constexpr std::uint8_t kLedsAreSet = 0x02;  // of the second byte
 constexpr std::uint8_t kBeepIsLong = 0x80;
 
+constexpr const char* kColours[] = {"off", "red", "green", "red+green"};
+constexpr const char* kAutomatic = "automatic";
+
 std::string LedsOf(const Sights::Outputs& outputs) {
-  constexpr const char* kColours[] = {"off", "red", "green", "red+green"};
-  return (outputs[1] & kLedsAreSet) == 0 ? "automatic" : kColours[outputs[0] & (kRedLed | kGreenLed)];
+  return (outputs[1] & kLedsAreSet) == 0 ? kAutomatic : kColours[outputs[0] & (kRedLed | kGreenLed)];
 }
 
 // What is on or off, by the bit of the first byte.
@@ -22,7 +28,27 @@ struct Switch {
 };
 constexpr Switch kSwitches[] = {{"relay", kRelay}, {"beeper", kBeeper}};
 
+bool IsOneOf(const std::string& word, const char* one, const char* other) {
+  return word == one || word == other;
+}
+
+bool IsBeepCount(const std::string& word) {
+  constexpr std::size_t kMostDigits = 3;
+  return word.size() <= kMostDigits && word.find_first_not_of("0123456789") == std::string::npos;
+}
+
 }  // namespace
+
+bool Sights::CanBe(const std::string& line) {
+  std::istringstream stream(line);
+  const std::vector<std::string> words{std::istream_iterator<std::string>(stream), {}};
+  if (words.size() == 2 && words[0] == "leds")
+    return words[1] == kAutomatic || std::ranges::count(kColours, words[1]) > 0;
+  if (words.size() == 2 && std::ranges::count(kSwitches, words[0], &Switch::name) > 0)
+    return IsOneOf(words[1], "on", "off");
+  return words.size() == 3 && words[0] == "beep" && IsBeepCount(words[1]) &&
+         IsOneOf(words[2], "long", "short");
+}
 
 void Sights::Look(const Sights::Outputs& outputs) {
   const Outputs before = std::exchange(last_, outputs);

@@ -13,6 +13,11 @@ enum Output : std::uint8_t { kRedLed = 0x01, kGreenLed = 0x02, kRelay = 0x04, kB
 
 class Sights {
  public:
+  // Whether a line can be one of those that are seen, and which there are.
+  [[nodiscard]] static bool CanBe(const std::string& line);
+  static constexpr const char* kLines =
+      "leds off|red|green|red+green|automatic, relay on|off, beeper on|off, beep N short|long";
+
   using Outputs = std::array<std::uint8_t, 8>;
   // The block of the configuration in use that has the outputs. The first look is what was there before.
   void Look(const Outputs& outputs);

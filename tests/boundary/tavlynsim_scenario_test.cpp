@@ -87,11 +87,14 @@ TEST_F(Scenarios, MistakesAreToldWithTheirLinesBeforeAnythingRuns) {
       {"set iIDHoldT 1000", "iIDHoldT: no word of a reader's configuration; did you mean iIDHoldTO?"},
       {"set iIDHoldTO 1001", "1001: iIDHoldTO is 0 to 12750 in steps of 50"},
       {"set bStripFac 2", "2: bStripFac is 0 to 1"},
-      {"set iIDHoldTO@1 1000", "the reader has 1 configurations"},
+      {"set iIDHoldTO@1 1000", "a:3: the reader has 1 configuration\n"},
       {"set iIDHoldTO@x 1000", "iIDHoldTO@x: after @ is a configuration, 0 to 10"},
       {"firmware 3 0 1",
        "a firmware word is of processor 0 to 2, index 0 to 4, in up to 8 hexadecimal digits"},
       {"template none.txt", "none.txt: "},
+      {"at 5.5 d take\nend 5", "5.5 s is after the end at 5 s"},
+      {"expect by 30 d relay on\nend 3", "30 s is after the end at 3 s"},
+      {"expect from 1 to 30 d relay on\nend 3", "30 s is after the end at 3 s"},
       {"template a", "a is not a configuration file"},
       {"begin soon", "a scenario begins with an exchange or a card"},
       {"at soon d take", "soon: a time is in seconds, 0 to 86400"},
@@ -115,6 +118,7 @@ TEST_F(Scenarios, MistakesAreToldWithTheirLinesBeforeAnythingRuns) {
     const Ended ended = RunLine("cd " + folder_.string() + " && " + kSim + " check a");
     EXPECT_EQ(ended.status, 1) << line;
     EXPECT_TRUE(ended.err.starts_with("tavlynsim: a:3: ") && Holds(ended.err, told)) << line << ended.err;
+    EXPECT_EQ(ended.err.find('\n'), ended.err.size() - 1) << ended.err;
   }
   Write("device d sonar\nset iIDHoldTO 1000\nexpect end d relay on\nat 1 d\nend 1\nend 2\n");
   const Ended all = Play("", "echo ran");

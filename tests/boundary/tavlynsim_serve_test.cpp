@@ -43,11 +43,16 @@ TEST_F(TavlynsimServe, WaitsUntilSomethingWasSeen) {
       "--device reader --device sonar)\"\n$sim wait --device 1 --seen 'relay on' --seen 'beep 2 long' & "
       "$ctl beep 2 --long; $ctl relay on; $ctl beep 2 --long; wait $!; echo $?\n"
       "$sim wait --device 1 --seen 'relay on' --seen 'relay off' --seconds 0.02; echo $?\n"
-      "$sim wait --seen 'relay on'; echo $?");
-  EXPECT_TRUE(Holds(ended.out, "\n0\n123\n1\n")) << ended.out;
+      "$sim wait --seen 'relay on'; echo $?\n"
+      "for line in 'relay onn' 'leds blue' 'beep 2' 'beep x long' beeper; do $sim wait --seen \"$line\" "
+      "2>told; "
+      "echo $?; done; cat told >&2");
+  EXPECT_TRUE(Holds(ended.out, "\n0\n123\n1\n1\n1\n1\n1\n1\n")) << ended.out;
   EXPECT_EQ(ended.err,
             "tavlynsim: not seen: relay off; seen:\n  beep 2 long\n  relay on\n  beep 2 long\n"
-            "tavlynsim: seen: not for a sonar\n");
+            "tavlynsim: seen: not for a sonar\n"
+            "tavlynsim: beeper: seen has no such line; it has leds off|red|green|red+green|automatic, relay "
+            "on|off, beeper on|off, beep N short|long\n");
 }
 
 TEST_F(TavlynsimServe, WhatProgramsNeedIsPrinted) {

@@ -90,14 +90,14 @@ TEST_F(TavlynsimState, AFileThatDoesNotFitIsLeftAlone) {
     const char* told;
   } kCases[] = {
       {":", "sonar",
-       "kept: line 3: device 1 is reader 0400123456 here, and sonar 0600123456 on the command line\n"},
+       "kept:3: device 1 is reader 0400123456 here, and sonar 0600123456 on the command line\n"},
       {":", "plus:2",
-       "kept: line 3: device 1 is reader 0400123456 here, and plus:2 0400123456 on the command line\n"},
-      {":", "reader --device sonar", "kept: line 3: the devices here are 1, those on the command line 2\n"},
-      {"sed -i '1s/1/2/' kept", "reader", "kept: line 1: version 2 is none that this tavlynsim knows\n"},
-      {"sed -i '4s/0/x/' kept", "reader", "kept: line 4: luid is hexadecimal, two digits for each byte\n"},
+       "kept:3: device 1 is reader 0400123456 here, and plus:2 0400123456 on the command line\n"},
+      {":", "reader --device sonar", "kept:3: the devices here are 1, those on the command line 2\n"},
+      {"sed -i '1s/1/2/' kept", "reader", "kept:1: version 2 is none that this tavlynsim knows\n"},
+      {"sed -i '4s/0/x/' kept", "reader", "kept:4: luid is hexadecimal, two digits for each byte\n"},
       {"sed -i '$d' kept", "reader", ": the file ends too early\n"},
-      {"echo mine >kept", "reader", "kept: line 1: this is not the state of simulated devices\n"},
+      {"echo mine >kept", "reader", "kept:1: this is not the state of simulated devices\n"},
       {"rm kept; mkfifo kept", "reader", "kept: not a file\n"},
       {"rm kept; mkdir kept", "reader", "kept: not a file\n"},
   };

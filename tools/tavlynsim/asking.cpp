@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "sim/carriers/wire.h"
+#include "sim/devices/sights.h"
 #include "tools/command_line.h"
 #include "tools/printable.h"
 #include "tools/tavlynsim/environment.h"
@@ -135,6 +136,10 @@ bool IsOver(const AskOptions& options, bool last, int& status) {
 }
 
 int Wait(const AskOptions& options) {
+  for (const std::string& line : options.seen) {
+    if (!Sights::CanBe(line))
+      return Fail(kBadUsage, line + ": seen has no such line; it has " + Sights::kLines);
+  }
   int status = 0;
   for (int left = static_cast<int>(options.seconds * 1000); !IsOver(options, left <= 0, status);
        left -= kStepMs) {

@@ -23,8 +23,7 @@ bool TakeFile(const std::string& path, const std::vector<KeptDevice>& devices, s
   const auto text = TextOfFile(path, problem);
   if (!text) return false;
   const Memory::Problem found = TakeState(*text, devices);
-  return found.text.empty() ||
-         Fail(problem, path + ": line " + std::to_string(found.line) + ": " + found.text);
+  return found.text.empty() || Fail(problem, path + ":" + std::to_string(found.line) + ": " + found.text);
 }
 
 }  // namespace

@@ -120,7 +120,9 @@ std::int16_t StoredWord(const ReaderState& state, const ReaderWord& word) {
 
 bool StoreWord(ReaderState& state, const ReaderWord& word, std::int16_t value, std::string& problem) {
   if (word.configuration >= state.configurations.size()) {
-    return Fail(problem, "the reader has " + std::to_string(state.configurations.size()) + " configurations");
+    const std::size_t count = state.configurations.size();
+    return Fail(problem,
+                "the reader has " + std::to_string(count) + " configuration" + (count > 1 ? "s" : ""));
   }
   Configuration& configuration = state.configurations[word.configuration];
   tsCfgSlot slot = SlotOf(configuration.stored);

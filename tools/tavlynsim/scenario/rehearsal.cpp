@@ -59,13 +59,14 @@ void Give(const ScenarioDevice& device, Model& model, std::vector<Mistake>& mist
 // A template becomes the last word of its line.
 void TakeTemplates(Scenario& scenario, const fs::path& folder, std::vector<Mistake>& mistakes) {
   for (ScenarioDevice& device : scenario.devices) {
-    for (auto& [line, words] : device.traits) {
-      if (words[0] != "template") continue;
+    std::erase_if(device.traits, [&](ScenarioDevice::Trait& trait) {
+      if (trait.words[0] != "template") return false;
       std::string problem;
-      auto text = TextOfFile(NameOfPath(folder / PathOf(words[1])), problem);
-      if (!text) mistakes.push_back({line, problem});
-      words.push_back(std::move(text).value_or(""));
-    }
+      auto text = TextOfFile(NameOfPath(folder / PathOf(trait.words[1])), problem);
+      if (!text) mistakes.push_back({trait.line, problem});
+      trait.words.push_back(std::move(text).value_or(""));
+      return !text;
+    });
   }
 }
 

@@ -30,6 +30,7 @@ class Reading {
   Scenario Result() {
     if (line_ == 0) mistakes_.push_back({1, "the file is empty; it begins with tavlyn-scenario 1"});
     if (titled_ && scenario_.devices.empty()) Blame("there is no device; device NAME KIND makes one");
+    BlameWhatIsLate();
     std::ranges::stable_sort(scenario_.actions, {}, &Action::at);
     return std::move(scenario_);
   }
@@ -52,6 +53,7 @@ class Reading {
   void TakeEnd();
 
   void Blame(const std::string& what) { mistakes_.push_back({line_, what}); }
+  void BlameWhatIsLate();
   std::optional<Moment> TimeAt(std::size_t at);
   std::optional<std::size_t> DeviceAt(std::size_t at);
   [[nodiscard]] std::string Rest(std::size_t from) const;
@@ -127,6 +129,15 @@ std::string Reading::Rest(std::size_t from) const {
   std::string rest;
   for (std::size_t i = from; i < words_.size(); ++i) rest += (rest.empty() ? "" : " ") + words_[i];
   return rest;
+}
+
+void Reading::BlameWhatIsLate() {
+  const auto look = [&](const auto& one, Moment at) {
+    if (!scenario_.end || at <= *scenario_.end) return;
+    mistakes_.push_back({one.line, InSeconds(at) + " is after the end at " + InSeconds(*scenario_.end)});
+  };
+  for (const Action& action : scenario_.actions) look(action, action.at);
+  for (const Expectation& expectation : scenario_.expectations) look(expectation, expectation.to);
 }
 
 std::optional<Moment> Reading::TimeAt(std::size_t at) {
