@@ -2,6 +2,7 @@
 import json
 import pathlib
 import re
+import signal
 import unittest
 from typing import Callable, List, Tuple
 
@@ -129,6 +130,25 @@ class Fleet(unittest.TestCase):
         self.assertEqual(status, 0)
         self.assertEqual(printed.splitlines(), ["lobby/desk/1 card 26 bits 03030201", "lobby/desk/1 lost"])
 
+    def test_believes_topics_and_not_messages(self) -> None:
+        """An agent that says it is another one, and messages that are no objects or endless ones."""
+        broker = Broker(self.stage)
+        Site(broker, ("lobby/desk/1",))
+        watch = self.start(broker, "watch", "--count", "1", "--json")
+        mark = self.start(broker, "watch", "--count", "1")
+        self.await_watch(mark)
+        hostile = ("[" * 100000, '{"a":' * 100000, "\0", '"card"', "{")
+        said: Payload = {"schema": 1, "bits": 8, "site": "forged", "host": "forged", "device": "forged"}
+        while watch.is_running():
+            for payload in hostile:
+                publish(broker, "tavlyn/lobby/desk/1/card", payload)
+            publish(broker, "tavlyn/lobby/desk/1/card", said)
+        status, printed, _ = self.ended(watch)
+        event = json.loads(printed)
+        self.assertEqual((status, event["bits"]), (0, 8))
+        self.assertEqual([event[key] for key in ("site", "host", "device")], ["lobby", "desk", "1"])
+        self.assertEqual(self.ended(mark)[1], "lobby/desk/1 card 8 bits\n")
+
     def test_beeps_and_tells_who_did_not(self) -> None:
         """Each device has its row; the worst decides the exit status."""
         broker = Broker(self.stage)
@@ -158,18 +178,25 @@ class Fleet(unittest.TestCase):
         self.stage.wait("the second command", lambda: len(site.commands()) == 2, first)
         first.kill()
         second = self.start(broker, *words)
-        for _ in ("the second once more", "the second again", "the third"):
+        self.stage.wait("the second command again", lambda: len(site.commands()) == 3, second)
+        self.assertEqual(second.end(signal.SIGINT), -signal.SIGINT)
+        self.assertIn("0 of 2 devices are done, 1 have been asked and may still do it", second.log.read_text())
+        third = self.start(broker, *words)
+        for _ in ("the second once more", "the second twice more", "the second again", "the third"):
             site.reply(_well)
-        status, printed, log = self.ended(second)
+        status, printed, log = self.ended(third)
         self.assertEqual(status, 0, log)
         self.assertRegex(printed, "1 +done before")
         self.assertEqual(printed.count(" ok\n"), 2)
         requests = [message.json()["request"] for message in site.commands()]
-        self.assertEqual([message.json()["file"] for message in site.commands()], [_FILE] * 4)
-        self.assertEqual((len(set(requests)), requests[1]), (3, requests[2]))
+        self.assertEqual([message.json()["file"] for message in site.commands()], [_FILE] * 5)
+        self.assertEqual((len(set(requests)), set(requests[1:4])), (3, {requests[1]}))
         self.stage.file("desk.hwg", _FILE * 2)
         status, _, log = self.run_fleet(broker, *words)
         self.assertEqual((status, "another rollout" in log), (6, True))
+        (self.stage.folder / "desk.hwg").write_bytes(b"caf\xe9\n")
+        status, _, log = self.run_fleet(broker, *words)
+        self.assertEqual((status, "is not UTF-8" in log), (6, True))
 
     def test_runs_the_examples_of_its_page(self) -> None:
         """With this broker in place of theirs."""

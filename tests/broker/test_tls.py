@@ -103,6 +103,12 @@ class Tls(unittest.TestCase):
         self.both_say(plain.replace("mqtt:", "mqtts:"), "it does not speak TLS at this port", ca=self.root)
         self.both_say(self.broker().replace("mqtts:", "mqtt:"), "write mqtts://")
 
+    def test_a_broker_that_is_not_there(self) -> None:
+        """Which is seen at once, with TLS as without."""
+        for scheme in ("mqtt", "mqtts"):
+            url = f"{scheme}://{self.stage.address}:{self.stage.free_port()}"
+            self.both_say(url, "nothing listens there; does the broker run, and is its port right?", ca=self.root)
+
     def test_nothing_goes_plain_to_another_machine(self) -> None:
         """Unless its user says so."""
         self.agent_says(f"mqtt://{_ELSEWHERE}", "write mqtts://, or plain = true")

@@ -201,6 +201,11 @@ void Broker::Serve(const std::vector<pollfd>& polled, std::int64_t now) {
     code = mosquitto_loop_read(client_.get(), 1);
   }
   if (code == MOSQ_ERR_SUCCESS && (events & POLLOUT) != 0) code = mosquitto_loop_write(client_.get(), 1);
+  if (code == MOSQ_ERR_SUCCESS && state_ == State::kConnecting && (events & POLLHUP) != 0) {
+    // libmosquitto has taken the error from the socket, and would wait for TLS on it.
+    errno = ECONNREFUSED;
+    code = MOSQ_ERR_ERRNO;
+  }
   if (code == MOSQ_ERR_SUCCESS) code = mosquitto_loop_misc(client_.get());
   if (code == MOSQ_ERR_SUCCESS && state_ == State::kConnecting && now >= next_) code = MOSQ_ERR_CONN_LOST;
   if (code != MOSQ_ERR_SUCCESS) return Lose(code);

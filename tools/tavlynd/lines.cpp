@@ -1,22 +1,6 @@
 #include "tools/tavlynd/lines.h"
 
 namespace tavlyn::agent {
-namespace {
-
-constexpr int kDeepest = 8;
-
-}  // namespace
-
-// Copying and writing an object takes more of the stack the deeper it is.
-Json ParseObject(std::string_view text) {
-  bool isDeep = false;
-  const auto look = [&](int depth, Json::parse_event_t, const Json&) {
-    isDeep = isDeep || depth > kDeepest;
-    return !isDeep;
-  };
-  Json object = Json::parse(text, look, false);
-  return isDeep || !object.is_object() ? Json() : object;
-}
 
 std::string LineOf(const Json& object) {
   return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";

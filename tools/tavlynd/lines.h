@@ -5,17 +5,16 @@
 #include <string>
 #include <string_view>
 
-#include "tools/tavlynctl/output.h"
+#include "tools/tavlynctl/bounded_json.h"
 
 namespace tavlyn::agent {
 
 using Json = ctl::Json;
+using ctl::ParseObject;
 
 // A file in a command, or a reader's ten configurations in a reply, fit several times.
 inline constexpr std::size_t kLongestLine = 1U << 20U;
 
-// An object that is nested no deeper than anything that is said here; null for any other text.
-Json ParseObject(std::string_view text);
 // In one line, with its end; bytes that are no UTF-8, as a device may have them, are replaced.
 std::string LineOf(const Json& object);
 

@@ -5,8 +5,10 @@
 #include <map>
 #include <random>
 
+#include "tools/printable.h"
 #include "tools/tavlynctl/hex.h"
 #include "tools/tavlynctl/process.h"
+#include "tools/tavlynctl/progress.h"
 #include "tools/tavlynctl/watch/watching.h"
 
 namespace tavlyn::ctl {
@@ -28,9 +30,9 @@ FleetReply FleetReplyOf(const Json& reply) {
 
 class Asking {
  public:
-  Asking(Broker& broker, const FleetWords& words,
+  Asking(Broker& broker, const FleetWords& words, std::size_t devices,
          const std::function<void(const Asked&, const FleetReply&)>& take)
-      : broker_(broker), words_(words), take_(take) {}
+      : broker_(broker), words_(words), devices_(devices), take_(take) {}
 
   void Send(const Asked& asked, double seconds) {
     const FleetTopic& topic = asked.member->topic;
@@ -42,31 +44,50 @@ class Asking {
 
   void Step() {
     if (const auto heard = broker_.Hear(kTurnOfAsking)) Take(*heard);
-    if (IsStopped()) EndStopped();
+    if (IsStopped()) Stop();
     const auto now = Clock::now();
     std::erase_if(pending_, [&](const auto& one) {
       if (one.second.until > now) return false;
-      take_(*one.second.asked, {false, Json(), "no reply came", false});
+      Hand(*one.second.asked, {false, Json(), "no reply came in time", false});
       return true;
     });
   }
 
  private:
+  void Hand(const Asked& asked, const FleetReply& outcome) {
+    ++done_;
+    if (ProgressIsSeen()) line_.Show(Count());
+    take_(asked, outcome);
+  }
+
+  [[nodiscard]] std::string Count() const {
+    return std::to_string(done_) + " of " + std::to_string(devices_) + " devices are done";
+  }
+
+  void Stop() {
+    line_.Clear();
+    PrintLine(stderr, Count() + ", " + std::to_string(Busy()) + " have been asked and may still do it");
+    EndStopped();
+  }
+
   // Others may ask the same devices, and see their own replies.
   void Take(const Heard& heard) {
     const auto topic = ParseFleetTopic(words_.prefix, heard.topic);
-    const Json reply = ParsePayload(heard.payload);
+    const Json reply = ParseObject(heard.payload);
     const Json request = ValueAt(reply, "request");
     if (!topic || topic->end != "reply" || !request.is_string()) return;
     const auto found = pending_.find(request.get<std::string>());
     if (found == pending_.end() || found->second.asked->member->topic.Place() != topic->Place()) return;
     const Asked& asked = *found->second.asked;
     pending_.erase(found);
-    take_(asked, FleetReplyOf(reply));
+    Hand(asked, FleetReplyOf(reply));
   }
 
   Broker& broker_;
   const FleetWords& words_;
+  std::size_t devices_;
+  std::size_t done_ = 0;
+  LiveLine line_;
   const std::function<void(const Asked&, const FleetReply&)>& take_;
   std::map<std::string, Pending> pending_;
 };
@@ -82,7 +103,7 @@ std::string NewRequest() {
 void AskAll(Broker& broker, const FleetWords& words, const std::vector<Asked>& all, int atOnce,
             double seconds, const std::function<void(const Asked&, const FleetReply&)>& take) {
   broker.Subscribe({words.Topic("reply")}, 1);
-  Asking asking(broker, words, take);
+  Asking asking(broker, words, all.size(), take);
   for (const Asked& one : all) {
     while (asking.Busy() >= atOnce) asking.Step();
     asking.Send(one, seconds);
@@ -101,18 +122,20 @@ void FleetResults::Add(const Member& member, const FleetReply& outcome, const ch
   }
   if (!outcome.isOk) row["error"] = outcome.error;
   failed_ += outcome.isOk ? 0 : 1;
-  rows_.push_back(std::move(row));
+  rows_[member.topic.Place()] = std::move(row);
 }
 
 void FleetResults::AddOffline(const Member& member) {
   Json row = member.Row();
   row["result"] = member.state;
-  rows_.push_back(std::move(row));
+  rows_[member.topic.Place()] = std::move(row);
   ++offline_;
 }
 
+
 Json FleetResults::Done(Json document) const {
-  document["devices"] = rows_;
+  Json& rows = document["devices"] = Json::array();
+  for (const auto& [place, row] : rows_) rows.push_back(row);
   if (failed_ + offline_ == 0) return document;
   std::string text;
   if (failed_ > 0) text = std::to_string(failed_) + " of " + std::to_string(rows_.size()) + " devices failed";

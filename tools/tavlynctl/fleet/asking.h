@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -25,7 +26,7 @@ struct FleetReply {
 };
 
 // Hands each outcome over as it comes; at most so many devices are busy with it at a time, and each has so
-// many seconds. A Ctrl-C ends the program.
+// many seconds. A Ctrl-C ends the program, which says how far it has come.
 void AskAll(Broker& broker, const FleetWords& words, const std::vector<Asked>& all, int atOnce,
             double seconds, const std::function<void(const Asked&, const FleetReply&)>& take);
 
@@ -42,7 +43,7 @@ class FleetResults {
 
  private:
   bool asJson_;
-  Json rows_ = Json::array();
+  std::map<std::string, Json> rows_;  // by place: replies come as they come
   int failed_ = 0;
   int offline_ = 0;
 };

@@ -86,11 +86,14 @@ struct FleetWatch {
       // What the broker has kept is not news.
       if (!heard || heard->isKept) continue;
       const auto topic = ParseFleetTopic(fleet.prefix, heard->topic);
-      const Json said = ParsePayload(heard->payload);
+      const Json said = ParseObject(heard->payload);
       if (!topic || said.is_null()) continue;
       Json event{
           {"site", topic->site}, {"host", topic->host}, {"device", topic->device}, {"event", topic->end}};
-      for (const auto& [key, value] : said.items()) event[key] = value;
+      // Where it happened is what the broker says, not the message.
+      for (const auto& [key, value] : said.items()) {
+        if (!event.contains(key)) event[key] = value;
+      }
       ShowEvent(event, topic->Place() + ' ' + LineOf(topic->end, said), asJson);
       watching.Count(1);
     }

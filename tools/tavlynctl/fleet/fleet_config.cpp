@@ -10,6 +10,11 @@ namespace {
 
 constexpr int kMostAtOnce = 1000;
 
+// What is not UTF-8 would come back as something else.
+bool IsText(const std::string& bytes) {
+  return Json::parse(Json(bytes).dump(-1, ' ', false, Json::error_handler_t::replace)) == Json(bytes);
+}
+
 struct LoadFleetConfig {
   std::string path;
   FleetWords fleet;
@@ -34,6 +39,10 @@ struct LoadFleetConfig {
   [[nodiscard]] Json Run(const Request& request) const {
     const std::string text = ContentsOf(path);
     if (text.empty()) throw NothingIn(path);
+    if (!IsText(text)) {
+      throw Failure(kBadFile,
+                    path + " is not UTF-8, in which alone it can be sent; iconv -f LATIN1 converts it");
+    }
     over.Require("this overwrites configurations");
     Rollout rollout(over.dryRun ? "" : state, text);
     Broker broker(fleet);

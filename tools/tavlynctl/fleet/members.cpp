@@ -24,11 +24,6 @@ std::optional<FleetTopic> ParseFleetTopic(const std::string& prefix, const std::
   return parsed;
 }
 
-Json ParsePayload(const std::string& payload) {
-  Json parsed = Json::parse(payload, nullptr, false);
-  return parsed.is_object() ? parsed : Json();
-}
-
 Json ValueAt(const Json& object, const char* key) {
   return object.is_object() && object.contains(key) ? object[key] : Json();
 }
@@ -43,7 +38,7 @@ std::vector<Member> GatherMembers(Broker& broker, const FleetWords& words) {
     if (!topic || heard->payload.empty()) continue;
     Member& member = found[topic->Place()];
     member.topic = *topic;
-    const Json said = ParsePayload(heard->payload);
+    const Json said = ParseObject(heard->payload);
     if (topic->end == "info") member.info = said;
     if (topic->end == "state") member.state = Cell(ValueAt(said, "state"));
   }

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tools/tavlynctl/bounded_json.h"
 #include "tools/tavlynctl/fleet/broker.h"
 
 namespace tavlyn::ctl {
@@ -22,8 +23,6 @@ struct FleetTopic {
 std::optional<FleetTopic> ParseFleetTopic(const std::string& prefix, const std::string& topic);
 inline constexpr std::string_view kAgentDevice = "agent";
 
-// Null unless it is an object.
-Json ParsePayload(const std::string& payload);
 // Null if there is none.
 Json ValueAt(const Json& object, const char* key);
 

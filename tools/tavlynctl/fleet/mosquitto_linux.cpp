@@ -132,7 +132,9 @@ struct Broker::Client {
   BrokerTrouble trouble{kBrokerWords};
 
   [[nodiscard]] Failure Trouble(ExitCode code, const std::string& reason) const {
-    return {code, "the broker " + url + ": " + trouble.Text(url, reason)};
+    const std::string what = "the broker " + url;
+    if (connected == 0) return {code, what + " has gone: " + reason};
+    return {code, what + ": " + trouble.Text(url, reason)};
   }
 
   void Require(int error) const {
@@ -153,7 +155,7 @@ struct Broker::Client {
     const int error = Mosquitto().loop(handle, milliseconds, 1);
     if (connected > 0) return;  // it was refused: Await tells why
     Require(error);
-    if (isLost && connected == 0) throw Failure(kNoDevice, "the broker " + url + " has gone");
+    if (isLost && connected == 0) throw Trouble(kNoDevice, MosquittoText(MOSQ_ERR_CONN_LOST));
   }
 };
 

@@ -25,7 +25,7 @@ Rollout::Rollout(const std::string& path, const std::string& text)
   std::error_code unknown;
   if (path.empty() || !std::filesystem::exists(PathOf(path), unknown)) return;
   RequireFile(path);
-  Json kept = ParsePayload(ContentsOf(path));
+  Json kept = ParseObject(ContentsOf(path));
   if (!IsRollout(kept)) throw Failure(kBadFile, path + " is not the state of a rollout");
   if (kept["configuration"] != text) {
     throw Failure(kBadFile,
