@@ -132,7 +132,6 @@ void FleetResults::AddOffline(const Member& member) {
   ++offline_;
 }
 
-
 Json FleetResults::Done(Json document) const {
   Json& rows = document["devices"] = Json::array();
   for (const auto& [place, row] : rows_) rows.push_back(row);
