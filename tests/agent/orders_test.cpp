@@ -51,9 +51,20 @@ TEST(AgentRoster, TwoOfOneSerialNumberHaveNamesOfTheirOwn) {
   EXPECT_EQ(roster.NameAt("usb:reader", "/dev/hidraw1"), "7~2");
   EXPECT_EQ(roster.NameAt("usb:reader", "/dev/hidraw0"), "");
   EXPECT_EQ(roster.Arrive("10.0.0.5:10001", Json{{"path", "x"}}), "10.0.0.5-10001");
-  EXPECT_EQ(roster.Arrive("usb:sonar", Json{{"path", "/dev/hidraw3"}}), "hidraw3");
+  EXPECT_EQ(roster.Arrive("usb:sonar", Json{{"path", "/dev/hidraw-none"}}), "hidraw-none");
   // A device that claims to be the agent.
   EXPECT_NE(roster.Arrive("usb:reader", at("/dev/hidraw4", "agent")), "agent");
+}
+
+TEST(AgentRoster, APortIsWhereTheSystemHasTheDevice) {
+  const std::string bus = "/sys/devices/pci0000:00/0000:00:14.0/usb1/";
+  EXPECT_EQ(UsbPortIn(bus + "1-2/1-2.4/1-2.4:1.0/0003:7A31:3BFA.0001"), "1-2.4");
+  EXPECT_EQ(UsbPortIn(bus + "1-2/1-2:1.1"), "1-2");
+  EXPECT_EQ(UsbPortIn("/sys/devices/platform/vhci_hcd.0/usb3/3-1/3-1:1.0/0003:7A31:3BFA.0002"), "3-1");
+  for (const char* other :
+       {"/sys/devices/virtual/misc/uhid/0003:7A31:3BFA.0001", "", ":", "/", "/1-2", "a:b:"}) {
+    EXPECT_EQ(UsbPortIn(other), "") << other;
+  }
 }
 
 TEST(AgentPayloads, OnlyWhatIsToBeKnownOfACard) {

@@ -1,20 +1,44 @@
 #include "tools/tavlynd/roster.h"
 
 #include <algorithm>
+#include <filesystem>
 
 #include "tools/tavlynd/topics.h"
 
 namespace tavlyn::agent {
 namespace {
 
-// "com3", "10.0.0.5-10001", "hidraw0"
+// Nodes are numbered as devices are plugged in; the port stays the same.
+std::string UsbName(const std::string& path) {
+  const std::string node = path.substr(path.rfind('/') + 1);
+  std::error_code unknown;
+  const auto place = std::filesystem::canonical("/sys/class/hidraw/" + node + "/device", unknown);
+  const std::string port = UsbPortIn(place.string());
+  return port.empty() ? node : "usb-" + port;
+}
+
+// "com3", "10.0.0.5-10001", "usb-1-2.4"
 std::string WithoutSerial(const std::string& link, const std::string& path) {
-  std::string name = link.starts_with("usb:") ? path.substr(path.rfind('/') + 1) : link;
+  std::string name = link.starts_with("usb:") ? UsbName(path) : link;
   std::ranges::replace(name, ':', '-');
   return name;
 }
 
 }  // namespace
+
+std::string UsbPortIn(const std::string& place) {
+  std::size_t end = place.rfind(':');
+  while (end != std::string::npos && end > 0) {
+    const std::size_t begin = place.rfind('/', end) + 1;
+    const std::string port = place.substr(begin, end - begin);
+    const bool isPort =
+        port.find('-') != std::string::npos && port.find_first_not_of("0123456789-.") == std::string::npos;
+    if (isPort) return port;
+    if (begin < 2) break;
+    end = place.rfind(':', begin - 1);
+  }
+  return {};
+}
 
 std::string Roster::Arrive(const std::string& link, const Json& about) {
   const std::string path = TextIn(about, "path");

@@ -16,10 +16,13 @@ struct Device {
   bool online = false;
 };
 
+// "1-2.4" of "…/usb1/1-2/1-2.4/1-2.4:1.0/…", where the system has a device; empty if that is no USB port.
+std::string UsbPortIn(const std::string& place);
+
 class Roster {
  public:
-  // Its name: that of a device by its serial number, or without one by its link; of two that have the same,
-  // the later one gets another.
+  // Its name: that of a device by its serial number, or without one by its link or port; of two that have the
+  // same, the later one gets another.
   std::string Arrive(const std::string& link, const Json& about);
   // Empty if there is none.
   [[nodiscard]] std::string NameAt(const std::string& link, const std::string& path) const;
