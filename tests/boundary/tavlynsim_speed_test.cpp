@@ -23,6 +23,26 @@ TEST_F(Speed, WhatAProgramSleepsComesSooner) {
   EXPECT_GE(std::stoi(ended.out), 900) << ended.out;
 }
 
+// 22 ways, which would take half an hour and more.
+TEST_F(Speed, EveryWayOfWaitingComesSooner) {
+  const Ended ended = Run("run --speed 1000", "exec " TAVLYN_WAITS " 100");
+  EXPECT_EQ(ended.out, "waited\n") << ended.err;
+}
+
+TEST_F(Speed, ProgramsHaveOneTime) {
+  const Ended ended = Run("run --speed 1000",
+                          "(sleep 500; date +%s >first) & before=$(date +%s); sleep 1000; wait; "
+                          "echo $(($(cat first) - before)) $(($(date +%s) - before))");
+  EXPECT_EQ(ended.status, 0) << ended.err;
+  std::istringstream times(ended.out);
+  int first = 0;
+  int both = 0;
+  ASSERT_TRUE(times >> first >> both) << ended.out;
+  EXPECT_GE(first, 500);
+  EXPECT_GE(both, 1000);
+  EXPECT_GE(both, first);
+}
+
 TEST_F(Speed, SleepingTakesNoTimeAtAll) {
   const Ended ended = Run("run --speed max", "sleep 30000 && echo over");
   EXPECT_EQ(ended.out, "over\n") << ended.err;

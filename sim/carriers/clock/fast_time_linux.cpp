@@ -9,11 +9,13 @@
 #include <sys/syscall.h>
 #include <sys/time.h>
 #include <sys/timerfd.h>
+#include <threads.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
+#include <csignal>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -63,9 +65,13 @@ std::int64_t Sooner(std::int64_t length) {
   return static_cast<std::int64_t>(std::ceil(static_cast<double>(length) / speed));
 }
 
+std::int64_t Lengthened(std::int64_t length) {
+  return static_cast<std::int64_t>(static_cast<double>(length) * speed);
+}
+
 std::int64_t Fast(clockid_t clock, std::int64_t machine) {
   const std::int64_t start = StartOf(clock);
-  return start + static_cast<std::int64_t>(static_cast<double>(machine - start) * speed);
+  return start + Lengthened(machine - start);
 }
 
 // The machine's time at which a fast clock shows this one.
@@ -121,6 +127,29 @@ timeval Timeval(std::int64_t time) {
 
 std::int64_t Nanoseconds(const timeval& time) { return time.tv_sec * kSecond + time.tv_usec * 1000; }
 
+// At least a microsecond, unless it is none: that would end a timer.
+timeval Shortened(const timeval& length) { return Timeval(Sooner(Nanoseconds(length)) + 999); }
+
+// No time ends a timer, whatever the flags say.
+itimerspec SoonerTimer(const itimerspec& wanted, bool isMoment) {
+  itimerspec sooner{Shortened(wanted.it_interval), Shortened(wanted.it_value)};
+  if (isMoment && Nanoseconds(wanted.it_value) != 0)
+    sooner.it_value = Machine(ClockOf(wanted.it_value), wanted.it_value);
+  return sooner;
+}
+
+void Lengthen(itimerspec* timer) {
+  if (timer == nullptr) return;
+  for (timespec* time : {&timer->it_interval, &timer->it_value})
+    *time = Timespec(Lengthened(Nanoseconds(*time)));
+}
+
+void Lengthen(itimerval* timer) {
+  if (timer == nullptr) return;
+  for (timeval* time : {&timer->it_interval, &timer->it_value})
+    *time = Timeval(Lengthened(Nanoseconds(*time)));
+}
+
 }  // namespace
 
 extern "C" {
@@ -156,7 +185,7 @@ int clock_nanosleep(clockid_t clock, int flags, const timespec* wanted, timespec
   const int status = syscall(SYS_clock_nanosleep, clock, flags, &sooner, left) == 0 ? 0 : errno;
   errno = before;
   if (status == EINTR && !isMoment && left != nullptr) {
-    *left = Timespec(static_cast<std::int64_t>(static_cast<double>(Nanoseconds(*left)) * speed));
+    *left = Timespec(Lengthened(Nanoseconds(*left)));
   }
   return status;
 }
@@ -218,6 +247,14 @@ int epoll_pwait(int descriptor, epoll_event* events, int most, int milliseconds,
       syscall(SYS_epoll_pwait, descriptor, events, most, ShortenedMs(milliseconds), mask, kMaskBytes));
 }
 
+int epoll_pwait2(int descriptor, epoll_event* events, int most, const timespec* length,
+                 const sigset_t* mask) {
+  timespec shortened{};
+  if (length != nullptr) shortened = Shortened(*length);
+  return static_cast<int>(syscall(SYS_epoll_pwait2, descriptor, events, most,
+                                  length != nullptr ? &shortened : nullptr, mask, kMaskBytes));
+}
+
 int sem_timedwait(sem_t* __restrict semaphore, const timespec* __restrict moment) {
   const timespec sooner = Machine(CLOCK_REALTIME, *moment);
   return Next(&sem_timedwait, "sem_timedwait")(semaphore, &sooner);
@@ -240,19 +277,92 @@ int pthread_cond_clockwait(pthread_cond_t* __restrict condition, pthread_mutex_t
   return Next(&pthread_cond_clockwait, "pthread_cond_clockwait")(condition, mutex, clock, &sooner);
 }
 
+// The locks that are waited for until a moment, on the clock of the day or on one that is named.
+#define UNTIL(name, Lock)                                              \
+  int name(Lock* __restrict lock, const timespec* __restrict moment) { \
+    const timespec sooner = Machine(CLOCK_REALTIME, *moment);          \
+    return Next(&name, #name)(lock, &sooner);                          \
+  }
+#define UNTIL_BY(name, Lock)                                                            \
+  int name(Lock* __restrict lock, clockid_t clock, const timespec* __restrict moment) { \
+    const timespec sooner = Machine(clock, *moment);                                    \
+    return Next(&name, #name)(lock, clock, &sooner);                                    \
+  }
+UNTIL(pthread_mutex_timedlock, pthread_mutex_t)
+UNTIL(pthread_rwlock_timedrdlock, pthread_rwlock_t)
+UNTIL(pthread_rwlock_timedwrlock, pthread_rwlock_t)
+UNTIL(mtx_timedlock, mtx_t)
+UNTIL_BY(pthread_mutex_clocklock, pthread_mutex_t)
+UNTIL_BY(pthread_rwlock_clockrdlock, pthread_rwlock_t)
+UNTIL_BY(pthread_rwlock_clockwrlock, pthread_rwlock_t)
+#undef UNTIL
+#undef UNTIL_BY
+
+int cnd_timedwait(cnd_t* __restrict condition, mtx_t* __restrict mutex, const timespec* __restrict moment) {
+  const timespec sooner = Machine(CLOCK_REALTIME, *moment);
+  return Next(&cnd_timedwait, "cnd_timedwait")(condition, mutex, &sooner);
+}
+
+int thrd_sleep(const timespec* wanted, timespec* left) {
+  const int status = clock_nanosleep(CLOCK_MONOTONIC, 0, wanted, left);
+  if (status == 0) return 0;
+  return status == EINTR ? -1 : -2;
+}
+
+int sigtimedwait(const sigset_t* __restrict signals, siginfo_t* __restrict got,
+                 const timespec* __restrict length) {
+  timespec shortened{};
+  if (length != nullptr) shortened = Shortened(*length);
+  return Next(&sigtimedwait, "sigtimedwait")(signals, got, length != nullptr ? &shortened : nullptr);
+}
+
 int timerfd_settime(int descriptor, int flags, const itimerspec* wanted, itimerspec* before) {
-  itimerspec sooner{Shortened(wanted->it_interval), Shortened(wanted->it_value)};
-  if ((flags & TFD_TIMER_ABSTIME) != 0)
-    sooner.it_value = Machine(ClockOf(wanted->it_value), wanted->it_value);
-  return Next(&timerfd_settime, "timerfd_settime")(descriptor, flags, &sooner, before);
+  const itimerspec sooner = SoonerTimer(*wanted, (flags & TFD_TIMER_ABSTIME) != 0);
+  const int status = Next(&timerfd_settime, "timerfd_settime")(descriptor, flags, &sooner, before);
+  if (status == 0) Lengthen(before);
+  return status;
+}
+
+int timerfd_gettime(int descriptor, itimerspec* now) {
+  const int status = Next(&timerfd_gettime, "timerfd_gettime")(descriptor, now);
+  if (status == 0) Lengthen(now);
+  return status;
+}
+
+int timer_settime(timer_t timer, int flags, const itimerspec* __restrict wanted,
+                  itimerspec* __restrict before) {
+  const itimerspec sooner = SoonerTimer(*wanted, (flags & TIMER_ABSTIME) != 0);
+  const int status = Next(&timer_settime, "timer_settime")(timer, flags, &sooner, before);
+  if (status == 0) Lengthen(before);
+  return status;
+}
+
+int timer_gettime(timer_t timer, itimerspec* now) {
+  const int status = Next(&timer_gettime, "timer_gettime")(timer, now);
+  if (status == 0) Lengthen(now);
+  return status;
+}
+
+// The others are of processor time.
+int setitimer(__itimer_which_t which, const itimerval* __restrict wanted, itimerval* __restrict before) {
+  const bool isFast = which == ITIMER_REAL && wanted != nullptr;
+  itimerval sooner{};
+  if (isFast) sooner = {Shortened(wanted->it_interval), Shortened(wanted->it_value)};
+  const int status = Next(&setitimer, "setitimer")(which, isFast ? &sooner : wanted, before);
+  if (status == 0 && isFast) Lengthen(before);
+  return status;
+}
+
+int getitimer(__itimer_which_t which, itimerval* now) {
+  const int status = Next(&getitimer, "getitimer")(which, now);
+  if (status == 0 && which == ITIMER_REAL) Lengthen(now);
+  return status;
 }
 
 unsigned alarm(unsigned seconds) {
-  const std::int64_t sooner = Sooner(seconds * kSecond);
-  const itimerval wanted{{0, 0}, Timeval(sooner)};
+  const itimerval wanted{{0, 0}, Timeval(seconds * kSecond)};
   itimerval before{};
   setitimer(ITIMER_REAL, &wanted, &before);
-  return static_cast<unsigned>(
-      std::ceil(static_cast<double>(Nanoseconds(before.it_value)) * speed / kSecond));
+  return static_cast<unsigned>((Nanoseconds(before.it_value) + kSecond - 1) / kSecond);
 }
 }
