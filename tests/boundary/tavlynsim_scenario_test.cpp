@@ -125,10 +125,37 @@ TEST_F(Scenarios, MistakesAreToldWithTheirLinesBeforeAnythingRuns) {
   EXPECT_EQ(all.status, 1);
   EXPECT_EQ(all.out, "");
   EXPECT_EQ(all.err,
-            "tavlynsim: a:3: set is for card readers\n"
+            "tavlynsim: a:3: iIDHoldTO: this device has no such setting\n"
             "tavlynsim: a:4: d has nothing of the kind\n"
             "tavlynsim: a:5: it is at T NAME COMMAND\n"
             "tavlynsim: a:7: the end is given already\n");
+}
+
+TEST_F(Scenarios, SettingsOfOtherProductsAreNumbersThatTheyCanHave) {
+  const struct {
+    const char* device;
+    const char* line;
+    const char* told;  // empty: nothing
+  } kCases[] = {
+      {"sonar", "set MaxDistS 40", ""},
+      {"sonar", "set PingRateS 402", "402: no value that PingRateS can have"},
+      {"sonar", "set MaxDistS far", "far: MaxDistS is a number"},
+      {"sonar", "set Beeper 3", "Beeper: this device has no such setting"},
+      {"sonar", "expect end d Beeper is 3", "d has nothing of the kind"},
+      {"magstripe", "set UserField[10].Keybyte[15] 255", ""},
+      {"magstripe", "set UserField[11].Skip 1", "UserField[11].Skip: this device has no such setting"},
+      {"magstripe", "set LedColor[4] 4", "4: no value that LedColor[4] can have"},
+      {"magstripe", "set LUID -1", "-1: no value that LUID can have"},
+      {"magstripe", "expect end d LedColor[4] is green", "green: LedColor[4] is a number"},
+      {"reader", "expect end d MaxDistS is 3", "d has nothing of the kind"},
+      {"reader", "set MaxDistS 3", "MaxDistS: no word of a reader's configuration"},
+  };
+  for (const auto& [device, line, told] : kCases) {
+    Write(std::string("device d ") + device + "\n" + line + "\n");
+    const Ended ended = RunLine("cd " + folder_.string() + " && " + kSim + " check a");
+    EXPECT_EQ(ended.status, *told == '\0' ? 0 : 1) << line << ended.err;
+    EXPECT_TRUE(*told == '\0' ? ended.err.empty() : Holds(ended.err, told)) << line << ended.err;
+  }
 }
 
 TEST_F(Scenarios, AFileThatIsNoneIsRefused) {

@@ -105,6 +105,12 @@ bool ParseWord(const Words& words, Condition& condition, std::string& problem) {
       all += (all.empty() ? "" : ", ") + std::string(kind.words);
     return Fail(problem, words[0] + ": no such expectation; there are " + all);
   }
+  condition.setting = FindSetting(words[0]);
+  if (condition.setting) {
+    const auto number = ParseNumber<int>(words[2]);
+    condition.number = number.value_or(0);
+    return number || Fail(problem, words[2] + ": " + words[0] + " is a number");
+  }
   const auto word = ParseReaderWord(words[0], problem);
   const auto value = word ? ParseWordValue(*word, words[2], problem) : std::nullopt;
   if (!value) return false;
@@ -114,6 +120,11 @@ bool ParseWord(const Words& words, Condition& condition, std::string& problem) {
 }
 
 std::optional<Sight> LookAtWord(const Condition& condition, const Model& model) {
+  if (condition.setting) {
+    const auto value = StoredSetting(model, *condition.setting);
+    if (!value) return std::nullopt;
+    return Sight{*value == condition.number, NameOf(*condition.setting) + " is " + std::to_string(*value)};
+  }
   const auto* reader = dynamic_cast<const Reader*>(&model);
   if (reader == nullptr || condition.word.configuration >= reader->state.configurations.size())
     return std::nullopt;
@@ -133,8 +144,10 @@ constexpr ConditionKind kConditions[] = {
     {"present", "it is plugged in", ParsePresence, LookAtPresence},
     {"absent", "it is not", ParsePresence, LookAtPresence},
     {"WORD is VALUE",
-     "what a card reader has stored: iIDHoldTO is 1000, iIDHoldTO@1 for its second configuration", ParseWord,
-     LookAtWord},
+     "what the device has stored, by the names of tavlynctl config: iIDHoldTO is 1000, iIDHoldTO@1 for the "
+     "second configuration of a card reader, MaxDistS is 40 of a sonar sensor, LedColor[0] is 2 of a "
+     "magnetic-stripe reader",
+     ParseWord, LookAtWord},
 };
 
 }  // namespace

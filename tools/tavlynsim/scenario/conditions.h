@@ -11,6 +11,7 @@
 #include "sim/devices/sights.h"
 #include "sim/words.h"
 #include "tools/tavlynsim/scenario/reader_words.h"
+#include "tools/tavlynsim/scenario/settings.h"
 
 namespace tavlyn::sim {
 
@@ -22,6 +23,7 @@ struct Condition {
   Output bit{};    // that is looked at
   Bytes prefix{};  // of a command
   ReaderWord word{};
+  std::optional<DeviceSetting> setting{};  // in its place
 
   int seen = 0;  // commands with this prefix
 };

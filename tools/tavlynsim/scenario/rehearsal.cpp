@@ -48,7 +48,12 @@ void Give(const ScenarioDevice& device, Model& model, std::vector<Mistake>& mist
   for (const auto& [line, words] : device.traits) {
     std::string problem;
     const auto* trait = std::ranges::find(kTraits, words[0], &Trait::name);
-    if (reader == nullptr) {
+    if (reader == nullptr && words[0] == "set") {
+      const auto setting = FindSetting(words[1]);
+      const bool isSet = setting ? StoreSetting(model, *setting, words[2], problem)
+                                 : Fail(problem, words[1] + ": this device has no such setting");
+      if (!isSet) mistakes.push_back({line, problem});
+    } else if (reader == nullptr) {
       mistakes.push_back({line, words[0] + " is for card readers"});
     } else if (!trait->give(*reader, words, problem)) {
       mistakes.push_back({line, problem});

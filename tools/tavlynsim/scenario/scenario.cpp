@@ -75,7 +75,9 @@ const Reading::Line Reading::kLines[] = {
       "file"},
      2,
      &Reading::TakeTrait},
-    {{"set WORD VALUE", "a word of its stored configuration; iIDHoldTO@1 is that of the second"},
+    {{"set WORD VALUE",
+      "of the device above: a word of what it has stored; iIDHoldTO@1 is that of a reader's second "
+      "configuration"},
      3,
      &Reading::TakeTrait},
     {{"firmware PROCESSOR INDEX HEX", "a firmware word of it"}, 4, &Reading::TakeTrait},
