@@ -5,12 +5,14 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <random>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "tools/broker_trouble.h"
+#include "tools/tavlynd/beside.h"
 #include "tools/tavlynd/log.h"
 #include "tools/tavlynd/settings.h"
 
@@ -37,7 +39,6 @@ class Broker {
   };
 
   Broker(Terms terms, Heard heard);
-  ~Broker();
   Broker(const Broker&) = delete;
   Broker& operator=(const Broker&) = delete;
 
@@ -56,15 +57,18 @@ class Broker {
   void Leave();
 
  private:
-  enum class State { kAway, kConnecting, kConnected };
-  struct End {
-    void operator()(mosquitto* client) const;
+  enum class State { kAway, kCalling, kConnecting, kConnected };
+  // What the functions that the client calls get; a call that outlives this object only notes trouble.
+  struct Ears {
+    Broker& broker;
+    BrokerTrouble trouble;  // of this attempt
   };
 
   void SetUp();
   void SetUpTls();
-  void Connect(std::int64_t now);
-  void Lose(int code);
+  void Connect();
+  void EndCall();
+  void Lose(const std::string& reason);
   void Connected(int code);
   void TellTrouble(const std::string& reason);
   void TellNoCommands();
@@ -73,7 +77,11 @@ class Broker {
 
   Terms terms_;
   Heard heard_;
-  std::unique_ptr<mosquitto, End> client_;
+  std::shared_ptr<Ears> ears_;
+  std::shared_ptr<mosquitto> client_;
+  // The look-up of the broker's name, which may take half a minute, and the begin of a connection. Only that
+  // uses the client then.
+  std::optional<Beside> call_;
   State state_ = State::kAway;
   bool begun_ = false;  // it has tried once
   bool isSetUp_ = false;
@@ -82,7 +90,6 @@ class Broker {
   std::int64_t now_ = 0;
   unsigned failures_ = 0;
   bool isRefused_ = false;                  // the broker has said why
-  BrokerTrouble trouble_;                   // of this attempt
   std::string told_;                        // the last trouble, which is not told again
   std::map<int, std::int64_t> onTheirWay_;  // by the number of the message
   std::minstd_rand chance_;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <system_error>
 #include <utility>
 
 #include "tools/broker_url.h"
@@ -36,21 +37,18 @@ int NoPassphrase(char* /*buffer*/, int /*size*/, int /*writing*/, void* /*client
 
 }  // namespace
 
-void Broker::End::operator()(mosquitto* client) const { mosquitto_destroy(client); }
-
 Broker::Broker(Terms terms, Heard heard)
     : terms_(std::move(terms)),
       heard_(std::move(heard)),
-      trouble_(kBrokerWords),
+      ears_(new Ears{*this, BrokerTrouble(kBrokerWords)}),
       chance_(std::random_device{}()) {
   mosquitto_lib_init();
-  client_.reset(mosquitto_new(terms_.clientId.c_str(), false, this));
+  client_.reset(mosquitto_new(terms_.clientId.c_str(), false, ears_.get()),
+                [ears = ears_](mosquitto* client) {
+                  mosquitto_destroy(client);
+                  mosquitto_lib_cleanup();
+                });
   if (client_ != nullptr) SetUp();
-}
-
-Broker::~Broker() {
-  client_.reset();
-  mosquitto_lib_cleanup();
 }
 
 void Broker::SetUp() {
@@ -88,23 +86,23 @@ void Broker::SetUpTls() {
 // The functions of a C library are called from here: nothing may be thrown through it.
 void Broker::Listen() {
   mosquitto_connect_callback_set(client_.get(), [](mosquitto*, void* self, int code) noexcept {
-    static_cast<Broker*>(self)->Connected(code);
+    static_cast<Ears*>(self)->broker.Connected(code);
   });
   // Of its log only what tells why a connection has failed.
   mosquitto_log_callback_set(
       client_.get(), [](mosquitto* client, void* self, int level, const char* line) noexcept {
         if ((level & (MOSQ_LOG_ERR | MOSQ_LOG_WARNING)) == 0) return;
         const auto* tls = static_cast<const SSL*>(mosquitto_ssl_get(client));
-        static_cast<Broker*>(self)->trouble_.Note(line, tls == nullptr ? 0 : SSL_get_verify_result(tls));
+        static_cast<Ears*>(self)->trouble.Note(line, tls == nullptr ? 0 : SSL_get_verify_result(tls));
       });
   mosquitto_subscribe_callback_set(client_.get(),
                                    [](mosquitto*, void* self, int, int count, const int* granted) noexcept {
                                      constexpr int kRefused = 0x80;
                                      if (count > 0 && granted[0] == kRefused)
-                                       static_cast<Broker*>(self)->TellNoCommands();
+                                       static_cast<Ears*>(self)->broker.TellNoCommands();
                                    });
   mosquitto_publish_callback_set(client_.get(), [](mosquitto*, void* self, int number) noexcept {
-    auto& broker = *static_cast<Broker*>(self);
+    auto& broker = static_cast<Ears*>(self)->broker;
     const auto sent = broker.onTheirWay_.extract(number);
     if (!sent.empty() && sent.mapped() != 0) broker.heard_.delivered(sent.mapped());
   });
@@ -113,7 +111,7 @@ void Broker::Listen() {
         const auto* bytes = static_cast<const char*>(message->payload);
         const std::string_view payload(bytes == nullptr ? "" : bytes,
                                        static_cast<std::size_t>(message->payloadlen));
-        static_cast<Broker*>(self)->Received(message->topic, payload, message->retain);
+        static_cast<Ears*>(self)->broker.Received(message->topic, payload, message->retain);
       });
 }
 
@@ -130,7 +128,7 @@ void Broker::TellNoCommands() {
 // Once, not at every attempt.
 void Broker::TellTrouble(const std::string& reason) {
   const std::string& url = terms_.settings.url;
-  const std::string text = "no connection to " + url + ": " + trouble_.Text(url, reason);
+  const std::string text = "no connection to " + url + ": " + ears_->trouble.Text(url, reason);
   if (std::exchange(told_, text) != text) Log(Priority::kWarning, text + " (it is tried again)");
 }
 
@@ -145,23 +143,34 @@ void Broker::Connected(int code) {
   arrived_ = true;
 }
 
-void Broker::Connect(std::int64_t now) {
+void Broker::Connect() try {
   const auto url = ParseBrokerUrl(terms_.settings.url);
-  if (!url || !isSetUp_) return Lose(MOSQ_ERR_INVAL);
-  state_ = State::kConnecting;
+  if (!url || !isSetUp_) return Lose(Reason(MOSQ_ERR_INVAL));
+  const auto keepAlive = static_cast<int>(terms_.settings.keepAlive);
+  const bool isFirst = !std::exchange(begun_, true);
   isRefused_ = false;
-  trouble_.Forget();
-  next_ = now + kMostConnecting;
-  const int code = std::exchange(begun_, true)
-                       ? mosquitto_reconnect_async(client_.get())
-                       : mosquitto_connect_async(client_.get(), url->host.c_str(), url->port,
-                                                 static_cast<int>(terms_.settings.keepAlive));
-  if (code != MOSQ_ERR_SUCCESS) Lose(code);
+  ears_->trouble.Forget();
+  call_.emplace([client = client_, url = *url, keepAlive, isFirst] {
+    const int code = isFirst ? mosquitto_connect_async(client.get(), url.host.c_str(), url.port, keepAlive)
+                             : mosquitto_reconnect_async(client.get());
+    return code == MOSQ_ERR_SUCCESS ? std::string() : Reason(code);
+  });
+  state_ = State::kCalling;
+} catch (const std::system_error& error) {
+  Lose(error.what());
+}
+
+void Broker::EndCall() {
+  const auto reason = call_->Outcome();
+  if (!reason) return;
+  call_.reset();
+  state_ = State::kConnecting;
+  if (!reason->empty()) return Lose(*reason);
+  next_ = now_ + kMostConnecting;
 }
 
 // The pause doubles; by chance it is up to half as long again, so that a site does not return all at once.
-void Broker::Lose(int code) {
-  const std::string reason = Reason(code);
+void Broker::Lose(const std::string& reason) {
   if (state_ == State::kConnected) {
     Log(Priority::kWarning, "the connection to the broker is lost: " + reason);
   } else if (!isRefused_) {
@@ -174,6 +183,7 @@ void Broker::Lose(int code) {
 }
 
 void Broker::AddTo(std::vector<pollfd>& polled) const {
+  if (state_ == State::kCalling) return static_cast<void>(polled.push_back({call_->Number(), POLLIN, 0}));
   const int socket = state_ == State::kAway ? -1 : mosquitto_socket(client_.get());
   if (socket < 0) return;
   const int events = POLLIN | (mosquitto_want_write(client_.get()) ? POLLOUT : 0);
@@ -182,7 +192,7 @@ void Broker::AddTo(std::vector<pollfd>& polled) const {
 
 int Broker::TurnMs(std::int64_t now) const {
   const std::int64_t left =
-      state_ == State::kConnected ? kBetweenTurns : std::max<std::int64_t>(0, next_ - now);
+      state_ == State::kConnected || call_ ? kBetweenTurns : std::max<std::int64_t>(0, next_ - now);
   return static_cast<int>(std::min(left, kBetweenTurns));
 }
 
@@ -190,9 +200,10 @@ void Broker::Serve(const std::vector<pollfd>& polled, std::int64_t now) {
   now_ = now;
   if (client_ == nullptr) return;
   if (state_ == State::kAway) {
-    if (now >= next_) Connect(now);
+    if (now >= next_) Connect();
     return;
   }
+  if (state_ == State::kCalling) return EndCall();
   const int socket = mosquitto_socket(client_.get());
   const auto its = std::ranges::find(polled, socket, &pollfd::fd);
   const int events = its == polled.end() ? 0 : its->revents;
@@ -208,7 +219,7 @@ void Broker::Serve(const std::vector<pollfd>& polled, std::int64_t now) {
   }
   if (code == MOSQ_ERR_SUCCESS) code = mosquitto_loop_misc(client_.get());
   if (code == MOSQ_ERR_SUCCESS && state_ == State::kConnecting && now >= next_) code = MOSQ_ERR_CONN_LOST;
-  if (code != MOSQ_ERR_SUCCESS) return Lose(code);
+  if (code != MOSQ_ERR_SUCCESS) return Lose(Reason(code));
   if (std::exchange(arrived_, false)) heard_.connected();
 }
 
@@ -226,7 +237,7 @@ bool Broker::Publish(const std::string& topic, const std::string& payload, bool 
 
 void Broker::Leave() {
   if (IsConnected()) mosquitto_disconnect(client_.get());
-  state_ = State::kAway;
+  if (!call_) state_ = State::kAway;
 }
 
 }  // namespace tavlyn::agent
