@@ -46,6 +46,19 @@ TEST_F(TavlyndCommands, EachDoesWhatTavlynctlDoes) {
   }
 }
 
+// The next look is a minute away.
+TEST_F(TavlyndCommands, TheyDoNotWaitForTheNextLook) {
+  std::string steps;
+  for (std::size_t nth = 1; nth <= 5; ++nth) steps += Asked(R"("do":"beep")", kPlace, nth);
+  Owned("--device reader,serial=A1", "pause=60000; owned usb:reader; told arrived; typed '#1 clear'; " +
+                                         steps + "typed '#1 traffic'; ended");
+  std::istringstream traffic(simulatorTold_);
+  int looks = 0;
+  for (std::string line; std::getline(traffic, line);) looks += line.starts_with("set 1 8E") ? 1 : 0;
+  EXPECT_TRUE(Holds(simulatorTold_, "set 1 ")) << simulatorTold_;
+  EXPECT_LT(looks, 5) << simulatorTold_;
+}
+
 TEST_F(TavlyndCommands, TheConfigurationIsThatOfTavlynctl) {
   const auto heard =
       Owned("--device plus:2,serial=A1", "ctl config show --json >show; owned usb:reader; told arrived; " +

@@ -81,15 +81,27 @@ TEST_F(TavlyndWorkers, NobodySearchesForWhatIsOfAnotherProduct) {
 
 // The other one is stopped: exchanges of two programs with one reader disturb each other.
 TEST_F(TavlyndWorkers, AReaderThatAnotherProgramHasIsWaitedFor) {
-  const auto heard = Owned("--device reader,serial=A1 --device reader,serial=B2",
-                           "ctl() { exec " TAVLYNCTL
-                           " \"$@\"; }; ctl watch --device A1 >other 2>&1 & other=$!; until grep -q watching "
-                           "other; do LD_PRELOAD= sleep 0.02; done; kill -STOP $other; owned usb:reader; "
-                           "told arrived; for tries in 2 3 4; "
-                           "do echo pass 9 >&3; told 'in use by tavlynctl watch' $tries; done; kill -9 "
-                           "$other; echo pass 20 >&3; told "
-                           "'arrived.*A1'; ended");
+  const auto heard =
+      Owned("--device reader,serial=A1 --device reader,serial=B2",
+            "ctl() { exec " TAVLYNCTL
+            " \"$@\"; }; ctl watch --device A1 >other 2>&1 & other=$!; until grep -q watching "
+            "other; do LD_PRELOAD= sleep 0.02; done; kill -STOP $other; owned usb:reader; "
+            "told arrived; told 'in use by tavlynctl watch'; typed '#1 clear'; echo pass 70 >&3; "
+            "typed '#2 card 0A:8'; told '\"card\"'; typed '#1 traffic'; kill -9 $other; told "
+            "'arrived.*A1'; ended");
   EXPECT_EQ(Summaries(heard)[0], "usb:reader arrived B2");
+  EXPECT_FALSE(Holds(simulatorTold_, "set 1 ")) << simulatorTold_;
+  EXPECT_EQ(All(heard, "note").size(), 1U) << ended_.out;
+}
+
+// One that is finishing a command is there for a while after its parent.
+TEST_F(TavlyndWorkers, ALinkHasOneWorker) {
+  const auto heard = Owned("--device reader,serial=A1",
+                           "owned usb:reader; told arrived; first=$pid; exec 4>&3; rm in out err; owned "
+                           "usb:reader; told 'waits for tavlynd (process '; echo pass 30 >&3; [ $(count "
+                           "arrived) = 0 ] || exit 9; kill -9 $first; told arrived; one_worker; ended");
+  EXPECT_EQ(Summaries(heard), Lines({"usb:reader arrived A1"}));
+  EXPECT_EQ(All(heard, "note").size(), 1U) << ended_.out;
 }
 
 TEST_F(TavlyndWorkers, AReaderOnALineThatIsCut) {

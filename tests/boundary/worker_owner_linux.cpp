@@ -1,15 +1,16 @@
 // The parent of workers, driven by lines: shows what it hears, a line each, with the link before it.
 //
-//   worker_owner PROGRAM LINK...
+//   worker_owner PROGRAM PAUSE LINK...
 //
-// Lines of its standard input: "pass SECONDS" lets time pass, "be LINK..." changes the links, "LINK OBJECT"
-// sends a command, which is told if it is not taken.
+// PAUSE: milliseconds between two questions to a device. // Lines of its standard input: "pass SECONDS" lets
+// time pass, "be LINK..." changes the links, "LINK OBJECT" sends a command, which is told if it is not taken.
 #include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
 
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -57,7 +58,8 @@ void Do(const std::string& typed, Workers& workers, WorkerTerms& terms) {
 int main(int argc, char** argv) {
   WorkerTerms terms;
   terms.program = argv[1];
-  terms.links = {argv + 2, argv + argc};
+  terms.pause = std::chrono::milliseconds(std::atoi(argv[2]));
+  terms.links = {argv + 3, argv + argc};
   Workers workers([](const std::string& link, const Json& said) { Show(link + " " + said.dump()); });
   workers.Be(terms);
   // Workers do not get it.

@@ -13,8 +13,9 @@ namespace tavlyn::boundary {
 inline constexpr const char* kOwner = R"(
 count() { cat out err | grep -c -- "$1"; }
 told() { until [ $(count "$1") -ge ${2:-1} ]; do LD_PRELOAD= sleep 0.02; done; }
-program=)" TAVLYND R"(
-owned() { mkfifo in; : >out; : >err; )" WORKER_OWNER R"( $program "$@" <in >out 2>err & pid=$!; exec 3>in; }
+program=)" TAVLYND R"(; pause=255
+owned() { mkfifo in; : >out; : >err; )" WORKER_OWNER
+                                      R"( $program $pause "$@" <in >out 2>err & pid=$!; exec 3>in; }
 ask() { echo "$1 $2" >&3; }
 left() { while grep -q 'State:.[^Z]' /proc/$1/status 2>none; do LD_PRELOAD= sleep 0.02; done; }
 one_worker() { [ $(pgrep -c -P $pid) = 1 ] || exit 9; }

@@ -1,6 +1,7 @@
 """What tavlynd publishes, and what it does when it is asked."""
 import hashlib
 import hmac
+import os
 import signal
 import socket
 import unittest
@@ -149,16 +150,58 @@ class TheAgent(unittest.TestCase):
         cards = [event["id"] for event in events if event["event"] == "card"]
         self.assertEqual(cards, [f"{number:02X}" for number in range(1, _CARDS + 1)])
 
+    def test_looks_up_a_name_beside_its_work(self) -> None:
+        """What happens meanwhile is kept, and published once the broker is found."""
+        self.broker = Broker(self.stage)
+        self.server = Subscriber(self.broker, "tavlyn/#")
+        devices = Simulator(self.stage)
+        library = os.environ["TAVLYN_SLOW_NAMES_LIBRARY"]
+        devices.variables.update(LD_PRELOAD=library, TAVLYN_SLOW_NAMES=str(self.stage.folder))
+        settings = _settings(self.stage, self.broker, broker="plain = true")
+        agent = Agent(self.stage, settings.replace(self.broker.host, "broker.test"), devices)
+        self.stage.wait("the look-up", (self.stage.folder / "asked").exists, agent.program)
+        devices.do("card 0A:8")
+        self.await_spooled(1)
+        agent.stop()
+        agent.start()
+        self.await_spooled(2)  # the card that lies there
+        self.assertEqual([one.payload for one in self.server.messages()], [])
+        self.stage.file("answer", self.broker.host)
+        self.assertEqual(self.server.wait_topic("/card")[0].json()["id"], "0A")
+
+    def test_has_readers_on_every_link(self) -> None:
+        """Two of them in another dialect; a line that is cut, and heals."""
+        port = self.stage.free_port()
+        kinds = ("reader@com3,serial=A1", "reader@com4:ascii,serial=B2", f"reader@{self.stage.address}:{port},serial=C3")
+        ethernet = f'ethernet = ["{self.stage.address}:{port}"]'
+        self.begin(*kinds, devices=f'usb = []\nserial = ["com3", "com4:ascii"]\n{ethernet}')
+        for number, name in enumerate(("A1", "B2", "C3"), 1):
+            at = f"tavlyn/lobby/desk/{name}"
+            self.await_state(at, "online")
+            self.devices.do(f"#{number} card 0{number}020304:26")
+            self.assertEqual(self.server.wait_topic(f"{name}/card")[0].json()["id"], f"0403020{number}")
+            self.devices.do(f"#{number} cut 1")
+            self.await_state(at, "lost")
+            self.server.wait_topic(f"{name}/gone")
+            self.devices.do(f"#{number} heal")
+            self.await_state(at, "online", 2)
+            self.server.wait_topic(f"{name}/card", 2)
+
     def test_does_what_is_allowed(self) -> None:
         """And says what becomes of everything else."""
         self.begin(commands='allow = ["beep", "read-card", "load-config"]\nlargest-file = 1')
         self.await_state(_AT, "online")
         reply = self.ask({"schema": 1, "request": "a", "do": "beep", "count": 2})
-        self.assertEqual(reply, {"schema": 1, "request": "a", "ok": True, "result": {"beeps": 2, "long": False}})
+        self.assertIsInstance(reply["took"], int)
+        expected = {"schema": 1, "request": "a", "ok": True, "result": {"beeps": 2, "long": False}}
+        self.assertEqual(reply, {**expected, "took": reply["took"]})
         # What was done is not done again; the reply is.
         self.assertEqual(self.ask({"request": "a", "do": "beep", "count": 3}), reply)
         self.assertEqual(self.refusal({"request": "b", "do": "relay", "on": True}), "not-allowed")
-        self.assertEqual(self.refusal({"request": "c", "do": "explode"}), "bad-request")
+        for do in ({"do": "explode"}, {"do": 7}, {}):
+            refused = self.ask({"request": "c", **do})["error"]
+            self.assertEqual(refused["code"], "bad-request")
+            self.assertIn("beep, led, relay", refused["text"])
         self.assertEqual(self.refusal({"request": "d", "do": "beep", "count": 99}), "bad-request")
         self.assertEqual(self.refusal({"request": "", "do": "beep"}), "bad-request")
         self.assertEqual(self.refusal({"request": "x" * 65, "do": "beep"}), "bad-request")
@@ -167,6 +210,8 @@ class TheAgent(unittest.TestCase):
         self.assertEqual(self.refusal({"request": "g", "do": "load-config", "file": "nonsense\n"}), "bad-request")
         self.replies = 0
         self.assertEqual(self.refusal({"request": "h", "do": "beep"}, "0400999999"), "unknown-device")
+        self.replies = 0
+        self.assertEqual(self.refusal({"request": "i", "do": "beep"}, "agent"), "bad-request")
 
     def test_survives_what_anybody_sends(self) -> None:
         """Payloads that are no commands, and commands that a broker has kept for whoever comes."""

@@ -22,20 +22,32 @@ std::string& LockHolder() {
 
 }  // namespace
 
+Failure InUse(const std::string& device, const std::string& holder) {
+  return {kNoPermission, device + " is in use by " + holder};
+}
+
 void SetLockHolder(const std::string& name) { LockHolder() = name; }
 
-void DeviceLocks::Take(const std::string& path, const std::string& device) {
+std::string DeviceLocks::Try(const std::string& path) {
   const auto isHere = [&](const std::unique_ptr<DeviceLock>& one) { return one->Path() == path; };
-  if (std::ranges::any_of(held_, isHere)) return;
+  if (std::ranges::any_of(held_, isHere)) return {};
   auto lock = std::make_unique<DeviceLock>(path);
-  for (int tries = 1; !lock->Try(LockHolder()); ++tries) {
-    if (tries == kLockTries) {
-      const std::string& holder = lock->Holder();
-      throw Failure(kNoPermission, device + " is in use by " + (holder.empty() ? "another program" : holder));
-    }
+  if (!lock->Try(LockHolder())) return lock->Holder().empty() ? "another program" : lock->Holder();
+  held_.push_back(std::move(lock));
+  return {};
+}
+
+void DeviceLocks::Take(const std::string& path, const std::string& device) {
+  for (int tries = 1;; ++tries) {
+    const std::string holder = Try(path);
+    if (holder.empty()) return;
+    if (tries == kLockTries) throw InUse(device, holder);
     std::this_thread::sleep_for(kBetweenTries);
   }
-  held_.push_back(std::move(lock));
+}
+
+void DeviceLocks::Keep(const std::vector<std::string>& paths) {
+  std::erase_if(held_, [&](const auto& one) { return std::ranges::find(paths, one->Path()) == paths.end(); });
 }
 
 // Devices have the same paths in every simulator, which these variables tell apart.

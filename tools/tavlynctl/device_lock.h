@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "tools/tavlynctl/output.h"
+
 namespace tavlyn::ctl {
 
 // What this run is called to others: "tavlynctl watch".
@@ -40,15 +42,21 @@ class DeviceLock {
   std::intptr_t node_ = -1;
 };
 
-// Those of a session.
+// Those of a session, or of a watch.
 class DeviceLocks {
  public:
+  // Does not wait: empty if it is held now, or was, otherwise who has it.
+  std::string Try(const std::string& path);
   // Waits for a short command of another run. Throws Failure with the name of the device and its holder.
   void Take(const std::string& path, const std::string& device);
+  // Lets go of the others.
+  void Keep(const std::vector<std::string>& paths);
 
  private:
   std::vector<std::unique_ptr<DeviceLock>> held_;
 };
+
+Failure InUse(const std::string& device, const std::string& holder);
 
 // The name of the file of a device's lock.
 std::string LockFileName(const std::string& path);

@@ -40,4 +40,10 @@ const CommandKind* FindCommand(std::string_view name) {
   return found == std::end(kCommands) ? nullptr : found;
 }
 
+std::string CommandNames() {
+  std::string names;
+  for (const CommandKind& one : kCommands) names.append(names.empty() ? "" : ", ").append(one.name);
+  return names;
+}
+
 }  // namespace tavlyn::agent

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace tavlyn::agent {
@@ -21,5 +22,7 @@ struct CommandKind {
 std::span<const CommandKind> CommandKinds();
 // Null if there is none of that name.
 const CommandKind* FindCommand(std::string_view name);
+// "beep, led, …", for a message.
+std::string CommandNames();
 
 }  // namespace tavlyn::agent

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "tools/broker_url.h"
+#include "tools/tavlynd/commands.h"
 #include "tools/tavlynd/keys.h"
 #include "tools/tavlynd/payloads.h"
 #include "tools/tavlynd/service.h"
@@ -159,6 +160,10 @@ void Desk::Obey(const std::string& topic, std::string_view payload) {
     return Reply(name, Refusal(order.request, "busy", "too many commands; commands.rate says how many"));
   }
   if (!order.refusal.is_null()) return Reply(name, order.refusal);
+  if (name == kAgent) {
+    return Reply(name, Refusal(order.request, "bad-request",
+                               "the agent itself has no commands; those of a device are " + CommandNames()));
+  }
   if (device == nullptr || !device->online) {
     return Reply(name, Refusal(order.request, "unknown-device", "there is no such device now"));
   }

@@ -41,7 +41,8 @@ Order ReadOrder(std::string_view payload, const Settings& settings) {
     return Refused(request, "bad-request", "the schema must be 1");
   }
   const std::string name = TextIn(command, "do");
-  if (FindCommand(name) == nullptr) return Refused(request, "bad-request", "there is no such command");
+  if (FindCommand(name) == nullptr)
+    return Refused(request, "bad-request", "do must be one of " + CommandNames());
   if (std::ranges::find(settings.allowed, name) == settings.allowed.end()) {
     return Refused(request, "not-allowed", name + " is not among commands.allow");
   }

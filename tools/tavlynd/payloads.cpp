@@ -109,7 +109,7 @@ std::string AgentInfoPayload(const Settings& settings, std::int64_t dropped) {
 Json ReplyWith(const Settings& settings, const std::string& request, const Json& outcome) {
   Json payload = NewPayload();
   payload["request"] = request;
-  for (const char* name : {"ok", "result", "error"}) {
+  for (const char* name : {"ok", "result", "error", "took"}) {
     if (outcome.contains(name)) payload[name] = outcome[name];
   }
   if (outcome.contains("result") && outcome["result"].contains("id")) {

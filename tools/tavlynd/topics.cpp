@@ -16,7 +16,7 @@ constexpr TopicKind kTopics[] = {
     {"state", "all, agent", true,
      "`online`; a device that is unplugged is `lost`, an agent that is not there `offline`"},
     {"info", "all, agent", true, "what it is"},
-    {"command", "all, agent", false, "what it is to do"},
+    {"command", "all", false, "what it is to do"},
     {"reply", "all, agent", false, "what has become of that"},
 };
 

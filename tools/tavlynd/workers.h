@@ -7,7 +7,8 @@
 //   card, gone             "bits", "id"
 //   swipe                  "tracks"
 //   presence               "present", "inches"
-//   reply                  "request", "ok", and "result" or "error": {"code", "text", "word"}
+//   reply                  "request", "ok", and "result" or "error": {"code", "text", "word"};
+//                          "took": milliseconds that the device was busy with it
 //   note                   "text", for the log
 //   alive                  "patience": in so many seconds it speaks again
 // A worker takes {"request", "device": a path, "do": WORD, ...}:

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 #include <thread>
+#include <utility>
 
 #include "api.h"
 
@@ -30,6 +31,16 @@ bool IsSame(const DevicePlace& one, const DevicePlace& other) {
 
 bool Has(const std::vector<std::string>& paths, const std::string& path) {
   return std::ranges::find(paths, path) != paths.end();
+}
+
+// A connect asks every device and lets none be read: with many of them it may take a minute.
+constexpr int kTimesOfConnect = 4;
+constexpr seconds kLongestSettling(5);
+
+// What is plugged in together does not come at one moment.
+Clock::duration Settling(Clock::duration connect) {
+  return connect < kLookPause ? Clock::duration(0)
+                              : std::min<Clock::duration>(connect / kTimesOfConnect, kLongestSettling);
 }
 
 seconds Longer(seconds pause, seconds longest) { return std::min(2 * pause, longest); }
@@ -75,6 +86,8 @@ void Watch::Run() {
 }
 
 void Watch::Begin() {
+  look_ = again_ = Clock::now();
+  if (words_.serves) return static_cast<void>(watching_.emplace(words_.timeout, words_.count, NoCard()));
   try {
     Compare(Found(), false);
     watching_.emplace(words_.timeout, words_.count, NoCard());
@@ -83,15 +96,13 @@ void Watch::Begin() {
       events_.Begin(one.place);
     }
   } catch (const Failure& none) {
-    if (words_.ends || (none.code != kNoDevice && !words_.serves)) throw;
+    if (words_.ends || none.code != kNoDevice) throw;
     watching_.emplace(words_.timeout, words_.count, none);
     events_.Note(none.what() + std::string("; waiting"));
   }
   // What is there and holds no device that is watched stays so.
   const std::vector<std::string> attached = AttachedPaths(request_.link, inquiry_.product);
-  for (const std::string& path : attached) {
-    if (!words_.serves) retries_[path];
-  }
+  for (const std::string& path : attached) retries_[path];
   look_ = again_ = Clock::now() + kLookPause;
 }
 
@@ -135,9 +146,13 @@ std::vector<DevicePlace> Watch::Chosen(const std::vector<DevicePlace>& all) {
 std::vector<DevicePlace> Watch::Held(const std::vector<DevicePlace>& all) {
   std::vector<DevicePlace> held;
   for (const DevicePlace& place : all) {
+    // It was told, and is watched once it can be had.
+    if (const auto known = retries_.find(place.path);
+        known != retries_.end() && !known->second.holder.empty())
+      continue;
     SetActDev(place.entry);
     try {
-      session_->Hold();
+      locks_.Take(place.path, ActiveDeviceName());
       held.push_back(place);
     } catch (const Failure& used) {
       if (words_.serves)
@@ -154,7 +169,7 @@ std::vector<DevicePlace> Watch::Held(const std::vector<DevicePlace>& all) {
 // for again, while a port stays where it is when its reader is exchanged.
 std::vector<DevicePlace> Watch::Found() {
   const std::vector<DevicePlace> all = Search();
-  if (all.empty() && (watching_ || words_.serves)) return {};
+  if (all.empty() && watching_) return {};
   try {
     return Chosen(all);
   } catch (const Failure& none) {
@@ -166,12 +181,14 @@ std::vector<DevicePlace> Watch::Found() {
 }
 
 void Watch::ConnectAgain() {
+  const auto begun = Clock::now();
   std::vector<DevicePlace> found;
   try {
     found = Found();
   } catch (const Failure&) {
     found.clear();  // they are waited for
   }
+  connect_ = Clock::now() - begun;
   Compare(found, true);
 }
 
@@ -195,6 +212,13 @@ void Watch::Compare(const std::vector<DevicePlace>& found, bool tell) {
     same->place = place;
     same->due = Clock::now() + inquiry_.pause;
   }
+  KeepLocks();
+}
+
+void Watch::KeepLocks() {
+  std::vector<std::string> paths;
+  for (const Watched& one : watched_) paths.push_back(one.place.path);
+  locks_.Keep(paths);
 }
 
 void Watch::Ask(Watched& watched) {
@@ -214,6 +238,7 @@ void Watch::Ask(Watched& watched) {
   }
   Leave(watched);
   std::erase_if(watched_, [&](const Watched& one) { return &one == &watched; });
+  KeepLocks();
 }
 
 void Watch::Welcome(const DevicePlace& place) {
@@ -239,25 +264,33 @@ void Watch::Look() {
     const std::vector<std::string>& attached = attached_.Paths(request_.link, inquiry_.product);
     std::erase_if(retries_, [&](const auto& one) { return !Has(attached, one.first); });
     std::erase_if(others_, [&](const std::string& path) { return !Has(attached, path); });
-    if (IsWorthConnecting(attached)) ConnectAgain();
+    if (IsWorthConnecting(attached)) {
+      ConnectAgain();
+    } else {
+      KeepLocks();
+    }
   }
   look_ = Clock::now() + kLookPause;
 }
 
 bool Watch::IsWorthConnecting(const std::vector<std::string>& attached) {
   const auto now = Clock::now();
+  // What it costs those that are watched.
+  const Clock::duration connect = watched_.empty() ? Clock::duration(0) : connect_;
   bool isNew = false;
   bool isOpen = attached.empty();
   for (const std::string& path : attached) {
     const bool isWatched =
         std::ranges::count(watched_, path, [](const Watched& one) { return one.place.path; }) > 0;
     if (isWatched || Has(others_, path)) continue;
+    const Retry fresh{now + Settling(connect), kFirstPause, kTriesOfNew};
+    Retry& retry = retries_.try_emplace(path, fresh).first->second;
+    if (!CanBeHeld(path, retry)) continue;
     isOpen = true;
-    Retry& retry = retries_.try_emplace(path, Retry{now, kFirstPause, kTriesOfNew}).first->second;
     if (retry.left == 0 || now < retry.at) continue;
     isNew = true;
     if (retry.left > 0) --retry.left;
-    retry.at = now + retry.pause;
+    retry.at = now + std::max<Clock::duration>(retry.pause, kTimesOfConnect * connect);
     retry.pause = Longer(retry.pause, kLongestPauseBesides);
   }
   // What no list shows may have come as well.
@@ -267,6 +300,16 @@ bool Watch::IsWorthConnecting(const std::vector<std::string>& attached) {
     pause_ = Longer(pause_, kLongestPause);
   }
   return isNew || isTime;
+}
+
+// A connect would take the replies of whoever has it.
+bool Watch::CanBeHeld(const std::string& path, Retry& retry) {
+  if (!words_.all) return true;
+  const std::string holder = locks_.Try(path);
+  if (!holder.empty() && std::exchange(retry.holder, holder) != holder)
+    events_.Note(InUse(path, holder).what());
+  if (holder.empty()) retry.holder.clear();
+  return holder.empty();
 }
 
 std::chrono::milliseconds Watch::Until(Clock::time_point time) const {

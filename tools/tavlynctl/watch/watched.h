@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/tavlynctl/device_lock.h"
 #include "tools/tavlynctl/program.h"
 #include "tools/tavlynctl/session.h"
 #include "tools/tavlynctl/watch/attached.h"
@@ -72,6 +73,7 @@ class Watch {
     Clock::time_point at;
     std::chrono::seconds pause{};  // after that
     int left = 0;                  // below 0: any number
+    std::string holder{};          // who had it at the last try
   };
 
   void Begin();
@@ -85,6 +87,8 @@ class Watch {
   void Welcome(const DevicePlace& place);
   void Leave(Watched& watched);
   void Look();
+  void KeepLocks();
+  bool CanBeHeld(const std::string& path, Retry& retry);
   [[nodiscard]] bool IsWorthConnecting(const std::vector<std::string>& attached);
   [[nodiscard]] std::chrono::milliseconds Until(Clock::time_point time) const;
 
@@ -93,6 +97,7 @@ class Watch {
   Events& events_;
   const Inquiry inquiry_;
   const Meanwhile meanwhile_;
+  DeviceLocks locks_;  // of all, if all are watched
   std::optional<Session> session_;
   std::optional<Watching> watching_;
   AttachedList attached_;
@@ -103,6 +108,7 @@ class Watch {
   Clock::time_point look_;                // when to look for what has come
   Clock::time_point again_;               // when to search while there is nothing to watch
   std::chrono::seconds pause_{2};         // until the next such search
+  Clock::duration connect_{};             // how long the last one took
 };
 
 }  // namespace tavlyn::ctl

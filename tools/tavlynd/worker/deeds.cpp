@@ -1,6 +1,7 @@
 #include "tools/tavlynd/worker/deeds.h"
 
 #include <algorithm>
+#include <chrono>
 #include <fstream>
 
 #include "api.h"
@@ -130,7 +131,9 @@ Json ErrorOf(const Failure& failure, std::uint32_t word) {
 }  // namespace
 
 Json Obey(const Json& command, ctl::Watch& watch) {
+  using std::chrono::milliseconds;
   const Command finished;
+  const auto begun = ctl::Clock::now();
   Json reply{{"request", TextIn(command, "request")}, {"ok", true}};
   try {
     const Kind& kind = KindOf(command);
@@ -143,6 +146,7 @@ Json Obey(const Json& command, ctl::Watch& watch) {
     if (!failure.document.is_null()) reply["result"] = failure.document;
     reply["error"] = ErrorOf(failure, GetLastLibErr());
   }
+  reply["took"] = std::chrono::duration_cast<milliseconds>(ctl::Clock::now() - begun).count();
   return reply;
 }
 

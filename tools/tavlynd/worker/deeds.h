@@ -6,7 +6,8 @@
 
 namespace tavlyn::agent {
 
-// {"request", "ok", "result" or "error"}. Nothing that a command says or leaves out is more than a refusal.
+// {"request", "ok", "result" or "error", "took"}. Nothing that a command says or leaves out is more than a
+// refusal.
 Json Obey(const Json& command, ctl::Watch& watch);
 
 }  // namespace tavlyn::agent

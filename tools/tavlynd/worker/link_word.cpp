@@ -21,11 +21,12 @@ constexpr UsbWord kUsbWords[] = {
 
 std::optional<WorkerLink> ParseWorkerLink(std::string word) {
   for (const UsbWord& usb : kUsbWords) {
-    if (word == usb.word) return WorkerLink{{}, usb.product};
+    if (word == usb.word) return WorkerLink{{}, usb.product, word};
   }
-  WorkerLink found{{}, ctl::kReaders};
+  WorkerLink found{{}, ctl::kReaders, {}};
   found.link.ascii = word.ends_with(kAscii);
   if (found.link.ascii) word.resize(word.size() - kAscii.size());
+  found.name = word;
   const bool isPort = word.starts_with(kCom);
   const bool isTaken =
       isPort ? ctl::TakePorts(word.substr(kCom.size()), found.link) : ctl::TakePeer(word, found.link);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <optional>
+#include <utility>
 
 #include "tools/printable.h"
 #include "tools/tavlynctl/device_lock.h"
@@ -24,6 +25,7 @@ using ctl::Watched;
 using std::chrono::milliseconds;
 
 constexpr int kLongestPause = 60'000;  // ms
+constexpr milliseconds kBetweenTries(100);
 
 struct WorkerWords {
   WorkerLink link;
@@ -80,6 +82,19 @@ ctl::Inquiry InquiryOf(const WorkerLink& link, ctl::Events& events) {
   return link.product == ctl::kSensors ? PresenceTold(events) : CardsTold(link.link, events);
 }
 
+// The worker of an agent that was killed may still be finishing a command: two take each other's replies.
+// Nothing is asked of this one before a device has arrived.
+void AwaitLink(ctl::DeviceLock& lock, ToldEvents& events, Channel& channel) {
+  std::string told;
+  while (!lock.Try(kProgram)) {
+    if (std::exchange(told, lock.Holder()) != lock.Holder()) {
+      events.Note("waits for " + (lock.Holder().empty() ? "another program" : lock.Holder()));
+    }
+    events.Step();
+    channel.Take(kBetweenTries);
+  }
+}
+
 void WatchFor(const WorkerWords& words, ToldEvents& events, Channel& channel) {
   ctl::Request request;
   request.command = kProgram;
@@ -114,6 +129,8 @@ int RunWorker(const std::vector<std::string>& words) {
   try {
     Channel channel;
     ToldEvents events(channel);
+    ctl::DeviceLock lock("link " + parsed->link.name);
+    AwaitLink(lock, events, channel);
     WatchFor(*parsed, events, channel);
   } catch (const ctl::Failure& failure) {
     tavlyn::Tell(kProgram, words[0] + ": " + failure.what());
