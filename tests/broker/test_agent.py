@@ -161,10 +161,10 @@ class TheAgent(unittest.TestCase):
         agent = Agent(self.stage, settings.replace(self.broker.host, "broker.test"), devices)
         self.stage.wait("the look-up", (self.stage.folder / "asked").exists, agent.program)
         devices.do("card 0A:8")
-        self.await_spooled(1)
+        self.await_spooled("card", 1)
         agent.stop()
         agent.start()
-        self.await_spooled(2)  # the card that lies there
+        self.await_spooled("card", 2)  # the one that lies there
         self.assertEqual([one.payload for one in self.server.messages()], [])
         self.stage.file("answer", self.broker.host)
         self.assertEqual(self.server.wait_topic("/card")[0].json()["id"], "0A")
