@@ -105,14 +105,17 @@ class Tls(unittest.TestCase):
 
     def test_a_broker_that_is_not_there(self) -> None:
         """Which is seen at once, with TLS as without."""
-        for scheme in ("mqtt", "mqtts"):
-            url = f"{scheme}://{self.stage.address}:{self.stage.free_port()}"
-            self.both_say(url, "nothing listens there; does the broker run, and is its port right?", ca=self.root)
+        place = f"{self.stage.address}:{self.stage.free_port()}"
+        wanted = "nothing listens there; does the broker run, and is its port right?"
+        self.both_say(f"mqtt://{place}", wanted)
+        self.both_say(f"mqtts://{place}", wanted, ca=self.root)
 
     def test_nothing_goes_plain_to_another_machine(self) -> None:
         """Unless its user says so."""
         self.agent_says(f"mqtt://{_ELSEWHERE}", "write mqtts://, or plain = true")
         self.fleet_says(f"mqtt://{_ELSEWHERE}", 1, "--plain allows this")
+        self.agent_says("mqtt://localhost", "mqtt:// is without TLS", ca=self.root)
+        self.fleet_says("mqtt://localhost", 1, "mqtt:// is without TLS", ca=self.root)
 
     def test_files_that_cannot_be_used(self) -> None:
         """Missing, no certificate, for everybody to read."""

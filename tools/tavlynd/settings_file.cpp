@@ -106,6 +106,9 @@ class Reading {
       Tell(urlLine, "without TLS everyone between here and " + url->host +
                         " can read the cards, and send commands; write mqtts://, or plain = true below it");
     }
+    if (url && !url->tls && !(now.ca.empty() && now.certificate.empty())) {
+      Tell(urlLine, "mqtt:// is without TLS, and without ca and certificate; write mqtts://, or remove them");
+    }
     if (now.certificate.empty() != now.certificateKey.empty()) {
       const bool isKey = now.certificate.empty();
       Tell(LineOf(isKey ? &Settings::certificateKey : &Settings::certificate),

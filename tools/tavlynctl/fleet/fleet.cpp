@@ -51,17 +51,20 @@ struct FleetWatch {
   [[nodiscard]] Json Run(const Request& request) const {
     Watching watching(timeout, count, Failure(kNoCard, "no event came in time"));
     bool wasThere = false;
+    std::string told;
     while (watching.GoesOn()) {
       try {
         Broker broker(fleet);
         broker.Subscribe(Topics(), 1);
         if (!request.json) PrintLine(stderr, "watching " + fleet.prefix + '/' + fleet.to);
         wasThere = true;
+        told.clear();
         WatchFleet(broker, watching, request.json);
       } catch (const Failure& failure) {
         // The first connection fails at once: the words may be wrong.
         if (!wasThere || failure.code != kNoDevice) throw;
-        PrintLine(stderr, failure.what());
+        if (told != failure.what()) PrintLine(stderr, failure.what());
+        told = failure.what();
         WaitToReturn(watching);
       }
     }

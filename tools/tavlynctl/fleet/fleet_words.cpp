@@ -74,6 +74,9 @@ void FleetWords::Check() const {
                   "mqtt:// to " + place->host +
                       " can be read by everyone in between; mqtts:// is with TLS, --plain allows this");
   }
+  if (!place->tls && !(ca.empty() && certificate.empty())) {
+    throw Failure(kUsage, "mqtt:// is without TLS, and without certificates; write mqtts://");
+  }
   if (!passwordFile.empty() && user.empty()) {
     throw Failure(kUsage, "--password-file is of no use without --user");
   }
