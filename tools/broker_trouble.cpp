@@ -19,7 +19,9 @@ struct Sign {
   const char* meaning;
 };
 
-constexpr const char* kNoTlsThere = "it does not speak TLS at this port; TLS has one of its own, mostly 8883";
+constexpr const char* kNoTlsThere =
+    "nothing there speaks TLS; does the broker run, and is its port right? TLS has one of its own, mostly "
+    "8883";
 constexpr const char* kNotNewEnough = "it speaks no version of TLS that {leastTls} allows";
 constexpr const char* kWantsCertificate = "it wants a certificate of its clients; set {certificate}";
 constexpr const char* kEndedTls =
@@ -52,7 +54,9 @@ constexpr Sign kSigns[] = {
     {"connection was lost", Line::kTls, kEndedTls},
     {"connection was lost", Line::kPlain,
      "it has ended the connection; its log says why. If it speaks TLS at this port, write mqtts://"},
-    {"Connection refused", Line::kAny, "nothing listens there; does the broker run, and is its port right?"},
+    {"Connection refused", Line::kTls, kNoTlsThere},
+    {"Connection refused", Line::kPlain,
+     "nothing listens there; does the broker run, and is its port right?"},
     {"Lookup error", Line::kAny, "there is no address for {host}; is it spelt right?"},
     {"not authorised", Line::kAny, kWrongLogin},
     {"bad user name or password", Line::kAny, kWrongLogin},

@@ -212,7 +212,9 @@ void Broker::Serve(const std::vector<pollfd>& polled, std::int64_t now) {
     code = mosquitto_loop_read(client_.get(), 1);
   }
   if (code == MOSQ_ERR_SUCCESS && (events & POLLOUT) != 0) code = mosquitto_loop_write(client_.get(), 1);
-  if (code == MOSQ_ERR_SUCCESS && state_ == State::kConnecting && (events & POLLHUP) != 0) {
+  const auto* tls = static_cast<const SSL*>(mosquitto_ssl_get(client_.get()));
+  if (code == MOSQ_ERR_SUCCESS && (events & POLLHUP) != 0 && tls != nullptr &&
+      SSL_is_init_finished(tls) == 0) {
     // libmosquitto has taken the error from the socket, and would wait for TLS on it.
     errno = ECONNREFUSED;
     code = MOSQ_ERR_ERRNO;
