@@ -50,6 +50,7 @@ std::string HashedText(const Json& said, const std::string& name) {
   if (name == "id") return TextOf(said.value("bits", Json())) + ":" + TextIn(said, "id");
   std::string text;
   for (const Json& track : said[name]) {
+    if (!track.is_object()) continue;  // a worker may say anything
     text += (text.empty() ? "" : "\n") + TextOf(track.value("track", Json())) + ":" + TextIn(track, "text");
   }
   return text;

@@ -54,7 +54,9 @@ std::vector<std::string> LastExchanges::Lines() const {
   folded.Fold();
   std::vector<std::string> lines;
   for (const auto& [time, words, times] : folded.last_) {
-    lines.push_back(time + " " + words + (times > 1 ? " (" + std::to_string(times) + " times)" : ""));
+    std::string line = time + " " + words;
+    if (times > 1) line.append(" (").append(std::to_string(times)).append(" times)");
+    lines.push_back(std::move(line));
   }
   return lines;
 }
