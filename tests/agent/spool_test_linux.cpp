@@ -177,6 +177,8 @@ TEST_F(AgentSpool, RemembersRequestsForADay) {
   EXPECT_EQ(spool_->Remembered("a", "r", now_), std::nullopt);
   EXPECT_EQ(spool_->Remembered("a", "r", now_), "");
   EXPECT_EQ(spool_->Remembered("b", "r", now_), std::nullopt);
+  spool_->Forget("b", "r");
+  EXPECT_EQ(spool_->Remembered("b", "r", now_), std::nullopt);
   spool_->Answered("a", "r", "done");
   spool_->Commit();
   Open();

@@ -42,7 +42,10 @@ const CommandKind* FindCommand(std::string_view name) {
 
 std::string CommandNames() {
   std::string names;
-  for (const CommandKind& one : kCommands) names.append(names.empty() ? "" : ", ").append(one.name);
+  for (const CommandKind& one : kCommands) {
+    const char* before = &one == std::end(kCommands) - 1 ? " or \"" : ", \"";
+    names.append(names.empty() ? "\"" : before).append(one.name).append("\"");
+  }
   return names;
 }
 

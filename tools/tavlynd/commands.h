@@ -22,7 +22,7 @@ struct CommandKind {
 std::span<const CommandKind> CommandKinds();
 // Null if there is none of that name.
 const CommandKind* FindCommand(std::string_view name);
-// "beep, led, …", for a message.
+// "beep", "led" … or "re-read", in quotes.
 std::string CommandNames();
 
 }  // namespace tavlyn::agent

@@ -182,9 +182,12 @@ void Desk::Obey(const std::string& name, Device& device, Order order) {
   Json command = std::move(order.command);
   command["request"] = number;
   command["device"] = device.path;
-  asked_[number] = {name, order.request};
-  if (send_(device.link, command)) return;
-  HearReply(Refusal(number, "busy", "the device is doing what it was asked before"));
+  if (send_(device.link, command)) {
+    asked_[number] = {name, order.request};
+    return;
+  }
+  spool_.Forget(name, order.request);
+  Reply(name, Refusal(order.request, "busy", "the device is doing what it was asked before"));
 }
 
 // Events that the spool has for good, as many as may be on their way.

@@ -139,17 +139,6 @@ struct AsWritten {
   }
 };
 
-// "beep", "led" or "relay"
-std::string AllowableWords() {
-  std::string words;
-  const auto kinds = CommandKinds();
-  for (const CommandKind& kind : kinds) {
-    const char* before = &kind == &kinds.back() ? " or " : ", ";
-    words += (words.empty() ? "" : before) + Quoted(kind.name);
-  }
-  return words;
-}
-
 // A comment of lines that fit a terminal.
 std::string Comment(std::string_view text) {
   constexpr std::size_t kWidth = 100;
@@ -183,7 +172,7 @@ std::string MustOf(const Key& key) {
   }
   if (key.fits == IsPath) return kPathMust + ExampleOf(key);
   const bool isList = std::holds_alternative<Settings::Words Settings::*>(key.member);
-  return (isList ? "a list in brackets, each " : "") + (key.must == nullptr ? AllowableWords() : key.must);
+  return (isList ? "a list in brackets, each " : "") + (key.must == nullptr ? CommandNames() : key.must);
 }
 
 std::string ExampleFile() {

@@ -303,4 +303,11 @@ void Spool::Answered(const std::string& device, const std::string& request, cons
   });
 }
 
+void Spool::Forget(const std::string& device, const std::string& request) {
+  Try([&] {
+    Begin();
+    (database_->Prepare("DELETE FROM requests WHERE device = ? AND request = ?") << device << request).Step();
+  });
+}
+
 }  // namespace tavlyn::agent

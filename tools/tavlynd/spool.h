@@ -56,6 +56,8 @@ class Spool {
   std::optional<std::string> Remembered(const std::string& device, const std::string& request,
                                         std::int64_t now);
   void Answered(const std::string& device, const std::string& request, const std::string& reply);
+  // It was not carried out, and is new when it comes again.
+  void Forget(const std::string& device, const std::string& request);
 
   [[nodiscard]] std::int64_t Waiting() const { return waiting_; }
   // Since the file was made.

@@ -47,7 +47,7 @@ int Reach(Place& place, std::optional<int> value) {
 }
 
 using ReachSetting = int (*)(MagEntry& entry, magstripe::Indices at, std::optional<int> value);
-constexpr ReachSetting kReach[] = {
+constexpr ReachSetting kReachSettings[] = {
 #define SETTING(key, count, inners, place, form, comment)                \
   [](MagEntry& entry, magstripe::Indices at, std::optional<int> value) { \
     [[maybe_unused]] tsSorbaneCfg& cfg = entry.cfg;                      \
@@ -121,7 +121,7 @@ std::string NameOf(const DeviceSetting& setting) {
 std::optional<int> StoredSetting(const Model& model, const DeviceSetting& setting) {
   if (const auto* reader = dynamic_cast<const Magstripe*>(&model); reader != nullptr && !setting.isSonars) {
     MagEntry entry = Unpacked(reader->state.stored);
-    return kReach[setting.row](entry, setting.at, std::nullopt);
+    return kReachSettings[setting.row](entry, setting.at, std::nullopt);
   }
   const auto* sensor = dynamic_cast<const Sonar*>(&model);
   if (sensor == nullptr || !setting.isSonars) return std::nullopt;
@@ -142,7 +142,7 @@ bool StoreSetting(Model& model, const DeviceSetting& setting, const std::string&
   } else {
     MagstripeState& state = dynamic_cast<Magstripe&>(model).state;
     MagEntry entry = Unpacked(state.stored);
-    kReach[setting.row](entry, setting.at, *number);
+    kReachSettings[setting.row](entry, setting.at, *number);
     state.working = state.stored = Packed(entry);
   }
   return StoredSetting(model, setting) == *number ||
