@@ -201,7 +201,7 @@ class TheAgent(unittest.TestCase):
         for do in ({"do": "explode"}, {"do": 7}, {}):
             refused = self.ask({"request": "c", **do})["error"]
             self.assertEqual(refused["code"], "bad-request")
-            self.assertIn("beep, led, relay", refused["text"])
+            self.assertIn('"beep", "led", "relay"', refused["text"])
         self.assertEqual(self.refusal({"request": "d", "do": "beep", "count": 99}), "bad-request")
         self.assertEqual(self.refusal({"request": "", "do": "beep"}), "bad-request")
         self.assertEqual(self.refusal({"request": "x" * 65, "do": "beep"}), "bad-request")
