@@ -156,7 +156,10 @@ class TheAgent(unittest.TestCase):
         self.server = Subscriber(self.broker, "tavlyn/#")
         devices = Simulator(self.stage)
         library = os.environ["TAVLYN_SLOW_NAMES_LIBRARY"]
-        devices.variables.update(LD_PRELOAD=library, TAVLYN_SLOW_NAMES=str(self.stage.folder))
+        # A sanitizer wants to be loaded first.
+        devices.variables.update(
+            LD_PRELOAD=library, TAVLYN_SLOW_NAMES=str(self.stage.folder), ASAN_OPTIONS="verify_asan_link_order=0"
+        )
         settings = _settings(self.stage, self.broker, broker="plain = true")
         agent = Agent(self.stage, settings.replace(self.broker.host, "broker.test"), devices)
         self.stage.wait("the look-up", (self.stage.folder / "asked").exists, agent.program)
