@@ -30,7 +30,7 @@ std::string UsbPortIn(const std::string& place) {
   std::size_t end = place.rfind(':');
   while (end != std::string::npos && end > 0) {
     const std::size_t begin = place.rfind('/', end) + 1;
-    const std::string port = place.substr(begin, end - begin);
+    std::string port = place.substr(begin, end - begin);
     const bool isPort =
         port.find('-') != std::string::npos && port.find_first_not_of("0123456789-.") == std::string::npos;
     if (isPort) return port;

@@ -54,7 +54,8 @@ std::vector<std::string> LastExchanges::Lines() const {
   folded.Fold();
   std::vector<std::string> lines;
   for (const auto& [time, words, times] : folded.last_) {
-    std::string line = time + " " + words;
+    std::string line = time;
+    line.append(" ").append(words);
     if (times > 1) line.append(" (").append(std::to_string(times)).append(" times)");
     lines.push_back(std::move(line));
   }

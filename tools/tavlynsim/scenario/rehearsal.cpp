@@ -67,9 +67,12 @@ void TakeTemplates(Scenario& scenario, const fs::path& folder, std::vector<Mista
     std::erase_if(device.traits, [&](ScenarioDevice::Trait& trait) {
       if (trait.words[0] != "template") return false;
       std::string problem;
-      auto text = TextOfFile(NameOfPath(folder / PathOf(trait.words[1])), problem);
-      if (!text) mistakes.push_back({trait.line, problem});
-      trait.words.push_back(std::move(text).value_or(""));
+      const auto text = TextOfFile(NameOfPath(folder / PathOf(trait.words[1])), problem);
+      if (text) {
+        trait.words.push_back(*text);
+      } else {
+        mistakes.push_back({trait.line, problem});
+      }
       return !text;
     });
   }
