@@ -2,10 +2,8 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <iterator>
 #include <sstream>
 #include <utility>
-#include <vector>
 
 namespace tavlyn::sim {
 namespace {
@@ -40,14 +38,17 @@ bool IsBeepCount(const std::string& word) {
 }  // namespace
 
 bool Sights::CanBe(const std::string& line) {
-  std::istringstream stream(line);
-  const std::vector<std::string> words{std::istream_iterator<std::string>(stream), {}};
-  if (words.size() == 2 && words[0] == "leds")
-    return words[1] == kAutomatic || std::ranges::count(kColours, words[1]) > 0;
-  if (words.size() == 2 && std::ranges::count(kSwitches, words[0], &Switch::name) > 0)
-    return IsOneOf(words[1], "on", "off");
-  return words.size() == 3 && words[0] == "beep" && IsBeepCount(words[1]) &&
-         IsOneOf(words[2], "long", "short");
+  std::istringstream words(line);
+  std::string what;
+  std::string how;
+  std::string length;
+  std::string more;
+  words >> what >> how >> length >> more;
+  if (!more.empty()) return false;
+  if (what == "beep") return IsBeepCount(how) && IsOneOf(length, "long", "short");
+  if (!length.empty()) return false;
+  if (what == "leds") return how == kAutomatic || std::ranges::count(kColours, how) > 0;
+  return std::ranges::count(kSwitches, what, &Switch::name) > 0 && IsOneOf(how, "on", "off");
 }
 
 void Sights::Look(const Sights::Outputs& outputs) {

@@ -175,19 +175,19 @@ class TheAgent(unittest.TestCase):
     def test_has_readers_on_every_link(self) -> None:
         """Two of them in another dialect; a line that is cut, and heals."""
         port = self.stage.free_port()
-        kinds = ("reader@com3,serial=A1", "reader@com4:ascii,serial=B2", f"reader@{self.stage.address}:{port},serial=C3")
-        ethernet = f'ethernet = ["{self.stage.address}:{port}"]'
-        self.begin(*kinds, devices=f'usb = []\nserial = ["com3", "com4:ascii"]\n{ethernet}')
+        adapter = f"{self.stage.address}:{port}"
+        kinds = ("reader@com3,serial=A1", "reader@com4:ascii,serial=B2", f"reader@{adapter},serial=C3")
+        self.begin(*kinds, devices=f'usb = []\nserial = ["com3", "com4:ascii"]\nethernet = ["{adapter}"]')
         for number, name in enumerate(("A1", "B2", "C3"), 1):
-            at = f"tavlyn/lobby/desk/{name}"
-            self.await_state(at, "online")
+            topics = f"tavlyn/lobby/desk/{name}"
+            self.await_state(topics, "online")
             self.devices.do(f"#{number} card 0{number}020304:26")
             self.assertEqual(self.server.wait_topic(f"{name}/card")[0].json()["id"], f"0403020{number}")
             self.devices.do(f"#{number} cut 1")
-            self.await_state(at, "lost")
+            self.await_state(topics, "lost")
             self.server.wait_topic(f"{name}/gone")
             self.devices.do(f"#{number} heal")
-            self.await_state(at, "online", 2)
+            self.await_state(topics, "online", 2)
             self.server.wait_topic(f"{name}/card", 2)
 
     def test_does_what_is_allowed(self) -> None:
@@ -201,7 +201,8 @@ class TheAgent(unittest.TestCase):
         # What was done is not done again; the reply is.
         self.assertEqual(self.ask({"request": "a", "do": "beep", "count": 3}), reply)
         self.assertEqual(self.refusal({"request": "b", "do": "relay", "on": True}), "not-allowed")
-        for do in ({"do": "explode"}, {"do": 7}, {}):
+        wrong: List[Dict[str, Any]] = [{"do": "explode"}, {"do": 7}, {}]
+        for do in wrong:
             refused = self.ask({"request": "c", **do})["error"]
             self.assertEqual(refused["code"], "bad-request")
             self.assertIn('"beep", "led", "relay"', refused["text"])
