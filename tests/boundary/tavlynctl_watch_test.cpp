@@ -14,7 +14,7 @@ namespace {
 // Lines of a script that runs a watch beside the test's own steps, which wait for what it has told.
 constexpr const char* kBeside = R"(
 told() { until grep -q -- "$1" out err; do LD_PRELOAD= sleep 0.01; done; }
-watched() { : >out; : >err; tavlynctl watch "$@" >out 2>err & pid=$!; }
+watched() { : >out; : >err; )" TAVLYNCTL R"( watch "$@" >out 2>err & pid=$!; }
 ended() { wait $pid; status=$?; cat out; cat err >&2; exit $status; }
 )";
 
@@ -113,6 +113,17 @@ TEST_F(TavlynctlWatch, TheChosenReaderComesBackWhereAnotherWas) {
              "watched --count 3 --json; typed '#1 card 01:8'; told card; typed '#1 unplug'; told lost; kill "
              "-STOP $pid; "
              "typed reset; typed 'plug reader,serial=B2'; typed 'plug reader,serial=A1'; typed 'card 03:8'; "
+             "until tavlynctl list | grep -q A1; do :; done; kill -CONT $pid; ended");
+  EXPECT_EQ(Summaries(watch.out),
+            std::vector<std::string>({"card A1 01", "gone A1 01", "lost A1", "arrived A1", "card A1 03"}));
+}
+
+// Before it is missed, and so beside one that nobody wants.
+TEST_F(TavlynctlWatch, TheChosenReaderComesBackAtOnceInAnotherPlace) {
+  const Ended watch =
+      Beside("--device reader,serial=A1 --device reader,serial=B2",
+             "watched --count 3 --json; typed '#1 card 01:8'; told card; kill -STOP $pid; typed '#1 unplug'; "
+             "typed 'plug reader,serial=A1'; typed '#3 card 03:8'; "
              "until tavlynctl list | grep -q A1; do :; done; kill -CONT $pid; ended");
   EXPECT_EQ(Summaries(watch.out),
             std::vector<std::string>({"card A1 01", "gone A1 01", "lost A1", "arrived A1", "card A1 03"}));

@@ -256,6 +256,7 @@ void Watch::Leave(Watched& watched) {
   if (words_.all) return;
   others_ = AttachedPaths(request_.link, inquiry_.product);
   std::erase(others_, place.path);
+  mayBeAmongOthers_ = !others_.empty();
 }
 
 // While the one that was chosen is there, nobody else matters.
@@ -299,7 +300,7 @@ bool Watch::IsWorthConnecting(const std::vector<std::string>& attached) {
     again_ = now + pause_;
     pause_ = Longer(pause_, kLongestPause);
   }
-  return isNew || isTime;
+  return isNew || isTime || std::exchange(mayBeAmongOthers_, false);
 }
 
 // A connect would take the replies of whoever has it.

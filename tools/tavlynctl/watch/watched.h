@@ -104,6 +104,7 @@ class Watch {
   std::vector<Watched> watched_;
   std::string chosen_;                    // the name of the one that is watched, unless all are
   std::vector<std::string> others_;       // paths of those that are not
+  bool mayBeAmongOthers_ = false;         // it went, and may have been back elsewhere before that was noticed
   std::map<std::string, Retry> retries_;  // by path
   Clock::time_point look_;                // when to look for what has come
   Clock::time_point again_;               // when to search while there is nothing to watch
