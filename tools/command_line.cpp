@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "tools/nearest.h"
+#include "tools/printable.h"
 
 namespace tavlyn {
 namespace {
@@ -177,6 +178,21 @@ std::string WrongWords(const CLI::App& app, const CLI::ParseError& error, bool m
   const std::string problem = Problem(app, error, mayHoldKeys);
   return problem + (problem.ends_with('?') ? " " : "; ") + app.get_name() + (command.empty() ? "" : " ") +
          command + " --help says more";
+}
+
+std::optional<int> Parsed(CLI::App& app, int argc, char** argv, std::span<const Offer> offers, int badUsage) {
+  if (const auto words = WordsToComplete(argc, argv)) {
+    ShowCandidates(app, *words, offers);
+    return 0;
+  }
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() == 0) return app.exit(error);  // help
+    Tell(app.get_name().c_str(), WrongWords(app, error));
+    return badUsage;
+  }
+  return {};
 }
 
 }  // namespace tavlyn

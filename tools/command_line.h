@@ -4,8 +4,12 @@
 
 #include <CLI/CLI.hpp>
 #include <functional>
+#include <optional>
+#include <span>
 #include <string>
 #include <vector>
+
+#include "tools/completion.h"
 
 namespace tavlyn {
 
@@ -31,5 +35,9 @@ std::string GivenCommand(const CLI::App& app);
 
 // The problem, and where to read more. With mayHoldKeys no argument is repeated.
 std::string WrongWords(const CLI::App& app, const CLI::ParseError& error, bool mayHoldKeys = false);
+
+// Of a tool whose mistakes are one line. The exit code, unless there is something to do: for help, for a
+// shell that completes a word, and for wrong words, which are told.
+std::optional<int> Parsed(CLI::App& app, int argc, char** argv, std::span<const Offer> offers, int badUsage);
 
 }  // namespace tavlyn

@@ -3,8 +3,6 @@
 #include <string_view>
 
 #include "tools/command_line.h"
-#include "tools/completion.h"
-#include "tools/printable.h"
 #include "tools/tavlynd/agent.h"
 #include "tools/tavlynd/log.h"
 #include "tools/tavlynd/settings_file.h"
@@ -20,17 +18,7 @@ int Main(int argc, char** argv) {
   CLI::App app(kAbout, kProgram);
   CommandLine line;
   AddWords(app, line);
-  if (const auto typed = WordsToComplete(argc, argv)) {
-    ShowCandidates(app, *typed, {});
-    return kEnded;
-  }
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::ParseError& error) {
-    if (error.get_exit_code() == 0) return app.exit(error);  // help
-    Tell(kProgram, WrongWords(app, error));
-    return kBadUsage;
-  }
+  if (const auto ended = Parsed(app, argc, argv, {}, kBadUsage)) return *ended;
   const ReadSettings read = LoadSettings(line.settings);
   for (const Mistake& one : read.mistakes) Log(Priority::kError, MistakeLine(line.settings, one));
   if (!read.mistakes.empty()) return kBadSettings;

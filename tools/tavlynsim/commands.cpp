@@ -7,7 +7,6 @@
 
 #include "tools/command_line.h"
 #include "tools/completion.h"
-#include "tools/printable.h"
 #include "tools/tavlynsim/asking.h"
 #include "tools/tavlynsim/run.h"
 #include "tools/tavlynsim/scenario/check.h"
@@ -75,17 +74,7 @@ int Main(int argc, char** argv) {
   ShowAllLanguages();
   CLI::App app(kAbout, kProgram);
   const auto execute = AddCommands(app);
-  if (const auto words = WordsToComplete(argc, argv)) {
-    ShowCandidates(app, *words, kOffers);
-    return 0;
-  }
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::ParseError& error) {
-    if (error.get_exit_code() == 0) return app.exit(error);  // help
-    Tell(kProgram, WrongWords(app, error));
-    return kBadUsage;
-  }
+  if (const auto ended = Parsed(app, argc, argv, kOffers, kBadUsage)) return *ended;
   return execute();
 }
 
