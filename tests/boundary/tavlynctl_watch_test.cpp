@@ -89,6 +89,25 @@ TEST_F(TavlynctlWatch, AllReadersAreWatched) {
                                       "gone B2 02", "lost B2"}));
 }
 
+// Of a card of up to 64 bits the first 8 bytes are enough.
+TEST_F(TavlynctlWatch, AllOfAnIdIsAskedForWhereLongOnesAreSeen) {
+  const std::string whole = "1A191817161514131211100F0E0D0C0B0A090807060504030201";
+  const Ended watch =
+      Beside("--device reader",
+             "watched --json --count 5; typed 'card 0102030405060708:64'; told 64; "
+             "typed '#1 traffic'; typed 'card 0102030405060708090A0B0C0D0E0F101112131415161718191A:208'; "
+             "told 208; typed take; told 'gone.*208'; "
+             "typed 'card 0A:8'; ended");
+  const std::vector<Json> lines = JsonLines(watch.out);
+  ASSERT_EQ(lines.size(), 5U) << watch.err;
+  EXPECT_EQ(lines[0]["id"], "0807060504030201");
+  EXPECT_EQ(lines[2]["id"], whole);
+  EXPECT_EQ(lines[3]["id"], whole) << "it is gone";
+  EXPECT_EQ(lines[4]["id"], "0A");
+  EXPECT_TRUE(Holds(simulatorTold_, "set 1 8F")) << simulatorTold_;
+  EXPECT_FALSE(Holds(simulatorTold_, "set 1 8D")) << simulatorTold_;
+}
+
 TEST_F(TavlynctlWatch, LinesOfAllNameTheReader) {
   const Ended watch = Beside("--device reader,serial=A1 --device reader,serial=B2",
                              "watched --all --count 1; typed '#2 card 02:8'; ended");

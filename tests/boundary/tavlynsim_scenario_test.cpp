@@ -223,7 +223,7 @@ TEST_F(Scenarios, TheResultsHaveWhatLastWentOver) {
   EXPECT_TRUE(Holds(ofBeep, "<system-out>what last went over, each exchange when it did:\n")) << ofBeep;
   EXPECT_TRUE(Holds(ofBeep, " s &gt; 00 8C 03 ")) << ofBeep;
   const std::string ofRelay = xml.substr(relay, other - relay);
-  EXPECT_TRUE(Holds(ofRelay, " s &gt; 00 8D 01 00 00 00 00 00 00 &lt; 00 ")) << ofRelay;
+  EXPECT_TRUE(Holds(ofRelay, " s &gt; 00 8F 00 00 00 00 00 00 00 &lt; 00 01 02 ")) << ofRelay;
   EXPECT_TRUE(Holds(ofRelay, " times)\n")) << ofRelay;
   std::size_t exchanges = 0;
   for (std::size_t at = 0; (at = ofRelay.find(" s &gt; ", at)) != std::string::npos; ++at) ++exchanges;

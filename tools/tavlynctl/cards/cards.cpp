@@ -17,6 +17,15 @@ namespace {
 
 constexpr double kReadTimeout = 10;  // seconds
 
+// By the call with that many bytes.
+std::optional<Card> CardBy(decltype(&GetActiveID) ask, std::int16_t bytes) {
+  Card card;
+  card.bits = ask(card.id.data(), bytes);
+  // A failed answer from a serial reader may contain what looks like a card.
+  if (GetLastLibErr() != 0) return std::nullopt;
+  return card.bits != 0 ? card : Card{};
+}
+
 std::optional<Card> NextCard(const Link& link) {
   std::this_thread::sleep_for(kCardPause);
   const auto card = AskForCard(link);
@@ -58,12 +67,10 @@ bool Card::IsDoubtful() const {
 
 std::optional<Card> AskForCard(const Link& link) {
   if (link.ascii && !ShortenTextRead(link)) return std::nullopt;
-  Card card;
-  card.bits = GetActiveID32(card.id.data(), static_cast<std::int16_t>(card.id.size()));
-  // A failed answer from a serial reader may contain what looks like a card.
-  if (GetLastLibErr() != 0) return std::nullopt;
-  return card.bits != 0 ? card : Card{};
+  return CardBy(GetActiveID32, sizeof(Card::id));
 }
+
+std::optional<Card> AskBriefly() { return CardBy(GetActiveID, kBriefBits / 8); }
 
 void Describe(const Card& card, Json& into) {
   const auto count = std::min<std::size_t>((static_cast<std::size_t>(card.bits) + 7) / 8, card.id.size());

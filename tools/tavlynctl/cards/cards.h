@@ -25,6 +25,9 @@ struct Card {
 
 // The card on the active reader; nothing if the reader did not answer.
 std::optional<Card> AskForCard(const Link& link);
+// The same of a reader on USB in two exchanges instead of five; of a longer ID it has the lowest bits.
+inline constexpr int kBriefBits = 64;
+std::optional<Card> AskBriefly();
 
 // The bytes that hold the bits, as the reader sends them: lowest first. The printed number has the highest
 // first.

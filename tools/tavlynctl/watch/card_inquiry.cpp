@@ -27,8 +27,12 @@ Inquiry CardInquiry(const Link& link, const TellCard& tell) {
     return gone + (reader.on.is_null() ? 0 : tell(kCardComes, reader));
   };
   const auto ask = [&link, change](Watched& reader) -> std::optional<int> {
-    const auto card = AskForCard(link);
+    const bool briefly = link.kind == LinkKind::kUsb && !reader.hasLongIds;
+    const auto card = briefly ? AskBriefly() : AskForCard(link);
     if (!card) return std::nullopt;
+    // The whole of it with the next look, and from then on.
+    reader.hasLongIds = reader.hasLongIds || card->bits > kBriefBits;
+    if (briefly && reader.hasLongIds) return 0;
     Json now = Described(*card);
     const Json doubted = std::exchange(reader.doubted, {});
     if (doubted.is_null() && card->IsDoubtful() && now != reader.on) {
