@@ -108,6 +108,29 @@ TEST_F(TavlynctlWatch, AllOfAnIdIsAskedForWhereLongOnesAreSeen) {
   EXPECT_FALSE(Holds(simulatorTold_, "set 1 8D")) << simulatorTold_;
 }
 
+// A connect takes two seconds with four plain readers, each of which is asked six times whether it is
+// another.
+TEST_F(TavlynctlWatch, ReadersThatComeAtOnceShareAConnect) {
+  std::ofstream(folder_ / "a") << R"(tavlyn-scenario 1
+device a reader
+device b reader
+device c reader
+device d reader
+device e reader,serial=E1
+device f reader,serial=F1
+at 0 e unplug
+at 0 f unplug
+at 20 e replug
+at 20.9 f replug
+expect end a command 8901 12
+end 40
+)";
+  const Ended watch = RunLine(kSim + " run --scenario " + (folder_ / "a").string() + " -- " + kCtl +
+                              " watch --all --format '{event} {serial}'");
+  EXPECT_EQ(watch.status, 0) << watch.err;
+  EXPECT_EQ(watch.out, "arrived E1\narrived F1\n");
+}
+
 TEST_F(TavlynctlWatch, LinesOfAllNameTheReader) {
   const Ended watch = Beside("--device reader,serial=A1 --device reader,serial=B2",
                              "watched --all --count 1; typed '#2 card 02:8'; ended");
