@@ -110,7 +110,9 @@ void Watch::Begin() {
 std::vector<DevicePlace> Watch::Search() {
   events_.BeginSearch();
   session_.reset();
+  const auto begun = Clock::now();
   session_.emplace(request_.link, inquiry_.product, words_.serves ? Others::kLeft : Others::kCounted);
+  connect_ = Clock::now() - begun;
   std::vector<DevicePlace> all;
   for (std::int16_t index = 0; index < GetDevCnt(); ++index) {
     SetActDev(index);
@@ -181,14 +183,12 @@ std::vector<DevicePlace> Watch::Found() {
 }
 
 void Watch::ConnectAgain() {
-  const auto begun = Clock::now();
   std::vector<DevicePlace> found;
   try {
     found = Found();
   } catch (const Failure&) {
     found.clear();  // they are waited for
   }
-  connect_ = Clock::now() - begun;
   Compare(found, true);
 }
 
