@@ -74,6 +74,25 @@ TEST(AgentPayloads, OnlyWhatIsToBeKnownOfACard) {
   EXPECT_EQ(EventPayload(settings, "s", said, 7), begin + R"(,"id":"0A"})");
   settings.ids = "none";
   EXPECT_EQ(EventPayload(settings, "s", said, 7), begin + "}");
+  settings.ids = "hashed";
+  settings.siteKey = "k";
+  // HMAC-SHA256 of "26:0A"
+  EXPECT_EQ(EventPayload(settings, "s", said, 7),
+            begin + R"(,"hash":"599e2a5a8ad4a13195159ba4d3b9c8d8317cab84f95c560a0e0e4136739772e7"})");
+}
+
+// A worker is believed that it heard a swipe, not that what it heard are tracks.
+TEST(AgentPayloads, OfASwipeTracksAloneAreHashed) {
+  Settings settings;
+  settings.ids = "hashed";
+  settings.siteKey = "k";
+  const Json track = {{"track", 2}, {"text", ";1?"}};
+  for (const Json& tracks : {Json({track}), Json({";1?", track, 5, nullptr})}) {
+    // HMAC-SHA256 of "2:;1?"
+    EXPECT_EQ(EventPayload(settings, "s", {{"event", "swipe"}, {"time", "T"}, {"tracks", tracks}}, 7),
+              R"({"schema":1,"event":"swipe","sequence":7,"serial":"s","time":"T",)"
+              R"("hash":"45b09c27b1301f6618dd0d21d1b984a227ccbc26848a57fb8467ff816eb35403"})");
+  }
 }
 
 }  // namespace

@@ -117,6 +117,26 @@ class Overlap : public testing::Test {
     }
   }
 
+  template <typename DoRace>
+  void ExpectRaces(const std::string& heading, DoRace race) {
+    // The sanitizer does not see a copy that the compiler expands in place.
+    constexpr std::string_view kUnseen = "getPartNumberString_char";
+    // Of eight bytes it remembers four accesses, by chance: what it has not seen is tried again.
+    constexpr int kRounds = 20;
+    auto calls = Under(heading);
+    std::erase_if(calls, [&](const Export* call) { return call->name == kUnseen; });
+    testing::internal::CaptureStderr();
+    for (int round = 0; round < kRounds && !calls.empty(); ++round) {
+      const std::size_t numbers = round == 0 ? 3 : test::kNumberCount;
+      InEachSituation(
+          [&] { std::erase_if(calls, [&](const Export* call) { return race(*call, numbers); }); });
+    }
+    testing::internal::GetCapturedStderr();
+    for (const Export* call : calls) {
+      ADD_FAILURE() << call->name << " changes nothing that another thread sees";
+    }
+  }
+
   PortFolder ports_;
   Library library_;
 
@@ -159,37 +179,16 @@ bool Race(const Export& one, const Export& other, std::size_t numbers) {
 }
 
 TEST_F(Overlap, CallsThatChangeSomethingDoRace) {
-  // The sanitizer does not see a copy that the compiler expands in place.
-  constexpr std::string_view kUnseen = "getPartNumberString_char";
-  auto calls = Under("Change");
-  testing::internal::CaptureStderr();
-  for (const std::size_t numbers : {std::size_t{3}, test::kNumberCount}) {
-    InEachSituation(
-        [&] { std::erase_if(calls, [&](const Export* call) { return Race(*call, *call, numbers); }); });
-  }
-  testing::internal::GetCapturedStderr();
-  for (const Export* call : calls) {
-    EXPECT_EQ(call->name, kUnseen) << "changes nothing that another thread sees";
-  }
+  ExpectRaces("Change", [](const Export& call, std::size_t numbers) { return Race(call, call, numbers); });
 }
 
 // With themselves, or with a locked call.
 TEST_F(Overlap, CallsThatTalkDoRace) {
-  auto calls = Under("Talk");
   const auto locked = Under("Locked");
   const Export& connect = **std::ranges::find(locked, "USBConnect", &Export::name);
-  testing::internal::CaptureStderr();
-  for (const std::size_t numbers : {std::size_t{3}, test::kNumberCount}) {
-    InEachSituation([&] {
-      std::erase_if(calls, [&](const Export* call) {
-        return Race(*call, *call, numbers) || Race(*call, connect, numbers);
-      });
-    });
-  }
-  testing::internal::GetCapturedStderr();
-  for (const Export* call : calls) {
-    ADD_FAILURE() << call->name << " changes nothing that another thread sees";
-  }
+  ExpectRaces("Talk", [&](const Export& call, std::size_t numbers) {
+    return Race(call, call, numbers) || Race(call, connect, numbers);
+  });
 }
 #endif
 

@@ -2,7 +2,7 @@
 //
 //   worker_owner PROGRAM PAUSE LINK...
 //
-// PAUSE: milliseconds between two questions to a device. // Lines of its standard input: "pass SECONDS" lets
+// PAUSE: milliseconds between two questions to a device. Lines of its standard input: "pass SECONDS" lets
 // time pass, "be LINK..." changes the links, "LINK OBJECT" sends a command, which is told if it is not taken.
 #include <fcntl.h>
 #include <poll.h>
