@@ -87,7 +87,7 @@ TEST(AgentPayloads, OfASwipeTracksAloneAreHashed) {
   settings.ids = "hashed";
   settings.siteKey = "k";
   const Json track = {{"track", 2}, {"text", ";1?"}};
-  for (const Json& tracks : {Json({track}), Json({";1?", track, 5, nullptr})}) {
+  for (const Json& tracks : {Json::array({track}), Json::array({";1?", track, 5, nullptr})}) {
     // HMAC-SHA256 of "2:;1?"
     EXPECT_EQ(EventPayload(settings, "s", {{"event", "swipe"}, {"time", "T"}, {"tracks", tracks}}, 7),
               R"({"schema":1,"event":"swipe","sequence":7,"serial":"s","time":"T",)"

@@ -38,7 +38,8 @@ class Client:
 _ANYONE = Client()
 
 
-def _login(broker: Broker, client: Client) -> List[str]:
+def login(broker: Broker, client: Client = _ANYONE) -> List[str]:
+    """How mosquitto_sub and mosquitto_pub are told where to go, and as whom."""
     words = ["-h", broker.host, "-p", str(broker.port)]
     if client.user:
         words += ["-u", client.user, "-P", broker.rules.users[client.user]]
@@ -66,7 +67,7 @@ class Subscriber:
         words = ["stdbuf", "-oL", "mosquitto_sub", "-d", "-i", name, "-q", str(quality), *(["-c"] if quality else [])]
         words += ["-F", "\\t%r\\t%q\\t%t\\t%p"]
         words += [word for topic in topics for word in ("-t", topic)]
-        self._process = self._stage.begin(name, words + _login(broker, client))
+        self._process = self._stage.begin(name, words + login(broker, client))
         # pylint: disable=consider-using-with
         self._output = open(self._process.printed, "rb")
         self.await_connection(1)
@@ -131,6 +132,6 @@ def publish(
     """Returns after the broker has acknowledged it."""
     text = payload if isinstance(payload, str) else json.dumps(payload)
     words = ["mosquitto_pub", "-q", "1", "-t", topic, "-s", *(["-r"] if retained else [])]
-    words += _login(broker, client)
+    words += login(broker, client)
     ended = subprocess.run(words, input=text, text=True, capture_output=True, check=False)
     assert ended.returncode == 0, f"{ended.stderr}{broker.stage.told()}"
