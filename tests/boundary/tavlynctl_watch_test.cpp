@@ -94,9 +94,9 @@ TEST_F(TavlynctlWatch, AllOfAnIdIsAskedForWhereLongOnesAreSeen) {
   const std::string whole = "1A191817161514131211100F0E0D0C0B0A090807060504030201";
   const Ended watch =
       Beside("--device reader",
-             "watched --json --count 5; typed 'card 0102030405060708:64'; told 64; "
+             "watched --json --count 5; typed 'card 0102030405060708:64'; told '\"bits\":64'; "
              "typed '#1 traffic'; typed 'card 0102030405060708090A0B0C0D0E0F101112131415161718191A:208'; "
-             "told 208; typed take; told 'gone.*208'; "
+             "told '\"bits\":208'; typed take; told '\"gone\".*\"bits\":208'; "
              "typed 'card 0A:8'; ended");
   const std::vector<Json> lines = JsonLines(watch.out);
   ASSERT_EQ(lines.size(), 5U) << watch.err;
@@ -177,6 +177,29 @@ TEST_F(TavlynctlWatch, TheChosenReaderIsWaitedFor) {
   EXPECT_EQ(watch.status, 0) << watch.err;
   EXPECT_EQ(Summaries(watch.out),
             std::vector<std::string>({"card A1 01", "gone A1 01", "lost A1", "arrived A1", "card A1 03"}));
+}
+
+// Others may use it meanwhile.
+TEST_F(TavlynctlWatch, WhatIsPluggedInLaterIsTakenBesideOneThatWasThere) {
+  const Ended watch = Beside("--device reader,serial=A1 --device reader,serial=B2",
+                             "watched --count 3 --json; typed '#1 card 01:8'; told card; typed '#1 unplug'; "
+                             "told lost; LD_PRELOAD= sleep 0.5; "
+                             "for n in 1 2 3 4 5 6 7 8; do tavlynctl beep --device B2 >beeps && break; done "
+                             "|| { kill $pid; exit; }; "
+                             "typed 'plug reader,serial=C3'; told arrived; typed '#3 card 03:8'; ended");
+  EXPECT_EQ(watch.status, 0) << watch.err;
+  EXPECT_EQ(Summaries(watch.out),
+            std::vector<std::string>({"card A1 01", "gone A1 01", "lost A1", "arrived C3", "card C3 03"}));
+}
+
+// By the machine's own clock: who waits for the library is told so after three seconds, and the watch looks
+// for the reader 1, 3 and 7 seconds after it went.
+TEST_F(TavlynctlWatch, WaitingForAReaderIsNoWaitForTheLibrary) {
+  const Ended watch = Beside("--device reader,serial=A1",
+                             "unset LD_PRELOAD; watched; told watching; typed unplug; told lost; sleep 6.5; "
+                             "typed 'plug reader,serial=A1'; told arrived; kill $pid; cat out err");
+  EXPECT_EQ(watch.out,
+            "lost A1\narrived A1\nwatching card reader 0 (7A31:3BFA Orvantis, /dev/hidraw-sim1)\n");
 }
 
 TEST_F(TavlynctlWatch, WithNoWaitItEnds) {

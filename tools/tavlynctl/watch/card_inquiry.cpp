@@ -26,13 +26,13 @@ Inquiry CardInquiry(const Link& link, const TellCard& tell) {
     reader.on = std::move(now);
     return gone + (reader.on.is_null() ? 0 : tell(kCardComes, reader));
   };
-  const auto ask = [&link, change](Watched& reader) -> std::optional<int> {
-    const bool briefly = link.kind == LinkKind::kUsb && !reader.hasLongIds;
+  const auto ask = [&link, change, hasLongIds = false](Watched& reader) mutable -> std::optional<int> {
+    const bool briefly = link.kind == LinkKind::kUsb && !hasLongIds;
     const auto card = briefly ? AskBriefly() : AskForCard(link);
     if (!card) return std::nullopt;
-    // The whole of it with the next look, and from then on.
-    reader.hasLongIds = reader.hasLongIds || card->bits > kBriefBits;
-    if (briefly && reader.hasLongIds) return 0;
+    // The whole of it with the next look: who has one such card has more of them.
+    hasLongIds = hasLongIds || card->bits > kBriefBits;
+    if (briefly && hasLongIds) return 0;
     Json now = Described(*card);
     const Json doubted = std::exchange(reader.doubted, {});
     if (doubted.is_null() && card->IsDoubtful() && now != reader.on) {

@@ -97,6 +97,7 @@ void Watch::Begin() {
     }
   } catch (const Failure& none) {
     if (words_.ends || none.code != kNoDevice) throw;
+    session_.reset();
     watching_.emplace(words_.timeout, words_.count, none);
     events_.Note(none.what() + std::string("; waiting"));
   }
@@ -127,19 +128,28 @@ std::vector<DevicePlace> Watch::Chosen(const std::vector<DevicePlace>& all) {
     session_->Settle();
     return Held(all);
   }
-  const auto same = std::ranges::find(all, chosen_, &DevicePlace::Name);
-  if (!chosen_.empty() && same != all.end()) {
-    SetActDev(same->entry);
-    session_->Hold();
-  } else if (inquiry_.product == kReaders) {
-    session_->UseForCards(request_.device);
+  DeviceChoice choice = request_.device;
+  if (!chosen_.empty()) {
+    auto place = std::ranges::find(all, chosen_, &DevicePlace::Name);
+    if (place != all.end()) {
+      SetActDev(place->entry);
+      session_->Hold();
+      session_->Settle();
+      return {ActivePlace()};
+    }
+    place = std::ranges::find_if(all, [&](const DevicePlace& one) { return !Has(others_, one.path); });
+    if (place == all.end()) throw Failure(kNoDevice, "");
+    if (choice.word.empty()) choice = DeviceAt(place->index);
+  }
+  if (inquiry_.product == kReaders) {
+    session_->UseForCards(choice);
   } else {
-    session_->Use(request_.device);
+    session_->Use(choice);
   }
   session_->Settle();
   const DevicePlace place = ActivePlace();
-  // The one that was chosen may have come back where another was.
-  if (same == all.end() && Has(others_, place.path)) throw Failure(kNoDevice, "");
+  // An index may be that of one which was there before.
+  if (Has(others_, place.path)) throw Failure(kNoDevice, "");
   chosen_ = place.Name();
   return {place};
 }
@@ -189,6 +199,7 @@ void Watch::ConnectAgain() {
   } catch (const Failure&) {
     found.clear();  // they are waited for
   }
+  if (found.empty()) session_.reset();  // what is not watched is left to others
   Compare(found, true);
 }
 
@@ -256,7 +267,7 @@ void Watch::Leave(Watched& watched) {
   if (words_.all) return;
   others_ = AttachedPaths(request_.link, inquiry_.product);
   std::erase(others_, place.path);
-  mayBeAmongOthers_ = !others_.empty();
+  mayBeAmongOthers_ = request_.link.kind == LinkKind::kUsb && !others_.empty();
 }
 
 // While the one that was chosen is there, nobody else matters.
@@ -276,6 +287,7 @@ void Watch::Look() {
 
 bool Watch::IsWorthConnecting(const std::vector<std::string>& attached) {
   const auto now = Clock::now();
+  const bool mayBeThere = std::exchange(mayBeAmongOthers_, false);
   // What it costs those that are watched.
   const Clock::duration connect = watched_.empty() ? Clock::duration(0) : connect_;
   bool isNew = false;
@@ -300,7 +312,7 @@ bool Watch::IsWorthConnecting(const std::vector<std::string>& attached) {
     again_ = now + pause_;
     pause_ = Longer(pause_, kLongestPause);
   }
-  return isNew || isTime || std::exchange(mayBeAmongOthers_, false);
+  return isNew || isTime || mayBeThere;
 }
 
 // A connect would take the replies of whoever has it.

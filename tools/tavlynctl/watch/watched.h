@@ -36,7 +36,6 @@ struct Watched {
   DevicePlace place;
   Json on = {};       // what lies on it; null for nothing
   Json doubted = {};  // what may have been read half; the next answer decides
-  bool hasLongIds = false;
   Clock::time_point due = {};
   int failed = 0;         // questions in a row
   bool isListed = false;  // among the attached paths
