@@ -31,7 +31,7 @@ TEST_F(Speed, EveryWayOfWaitingComesSooner) {
 
 TEST_F(Speed, ProgramsHaveOneTime) {
   const Ended ended = Run("run --speed 1000",
-                          "(sleep 500; date +%s >first) & before=$(date +%s); sleep 1000; wait; "
+                          "before=$(date +%s); (sleep 500; date +%s >first) & sleep 1000; wait; "
                           "echo $(($(cat first) - before)) $(($(date +%s) - before))");
   EXPECT_EQ(ended.status, 0) << ended.err;
   std::istringstream times(ended.out);
