@@ -28,11 +28,12 @@ bool SendOwed(net::Socket socket, std::vector<std::uint8_t>& owed) {
 }  // namespace
 
 Server::~Server() {
-  for (Client& client : clients_) net::Close(client.socket);
   place_.Leave();
   net::Close(listening_);
   std::error_code none;
   if (!folder_.empty()) std::filesystem::remove_all(folder_, none);
+  // Last, because who has ended it waits for this.
+  for (Client& client : clients_) net::Close(client.socket);
 }
 
 bool Server::Open(const std::string& place, std::string& problem) {
