@@ -179,7 +179,7 @@ TEST_F(TavlynctlWatch, TheChosenReaderIsWaitedFor) {
             std::vector<std::string>({"card A1 01", "gone A1 01", "lost A1", "arrived A1", "card A1 03"}));
 }
 
-// Others may use it meanwhile.
+// The one that was there is left to others meanwhile.
 TEST_F(TavlynctlWatch, WhatIsPluggedInLaterIsTakenBesideOneThatWasThere) {
   const Ended watch = Beside("--device reader,serial=A1 --device reader,serial=B2",
                              "watched --count 3 --json; typed '#1 card 01:8'; told card; typed '#1 unplug'; "
