@@ -13,7 +13,6 @@ function(tavlyn_add_tests program)
     math(EXPR index "${shard} - 1")
     add_test(NAME ${name} COMMAND ${program})
     set_tests_properties(${name} PROPERTIES
-      ENVIRONMENT "GTEST_TOTAL_SHARDS=${wanted_SHARDS};GTEST_SHARD_INDEX=${index}"
-      TIMEOUT 600 ${wanted_PROPERTIES})
+      ENVIRONMENT "GTEST_TOTAL_SHARDS=${wanted_SHARDS};GTEST_SHARD_INDEX=${index}" ${wanted_PROPERTIES})
   endforeach()
 endfunction()
