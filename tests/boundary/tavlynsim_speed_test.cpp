@@ -72,13 +72,14 @@ TEST_F(Speed, AScenarioKeepsItsOrder) {
   EXPECT_TRUE(ended.err.ends_with("away.scenario: 2 of 2 expectations met\n")) << ended.err;
 }
 
+// The card is there until it is taken away, however late it is looked for.
 TEST_F(Speed, ProgramsThatAreStartedElsewhereHaveTheClock) {
   for (const char* speed : {"1000", "max"}) {
     const Ended ended =
         RunLine("unset LD_PRELOAD TAVLYN_QUICK_CLOCK; export TMPDIR=" + folder_.string() + "; eval \"$(" +
-                kSim + " serve --background --speed " + speed + " --card 0102:13)\"; sleep 900; " + kCtl +
-                " watch --count 1; " + kSim + " do take; " + kSim + " stop; ls " + folder_.string() +
-                "; sleep 1; echo over");
+                kSim + " serve --background --speed " + speed +
+                " --card 0102:13 --on 86400000)\"; sleep 900; " + kCtl + " watch --count 1; " + kSim +
+                " do take; " + kSim + " stop; ls " + folder_.string() + "; sleep 1; echo over");
     EXPECT_EQ(ended.out, "card 13 bits 0201\nover\n") << speed << ended.err;
   }
 }
